@@ -1,0 +1,36 @@
+# One target a room. Flags hang on our own targets only, never on the whole project.
+
+add_library(anomalis_flags INTERFACE)
+target_compile_features(anomalis_flags INTERFACE cxx_std_20)
+target_include_directories(anomalis_flags INTERFACE ${PROJECT_SOURCE_DIR}/src)
+# Contraction is off so that one model gives the same bits on every processor.
+target_compile_options(anomalis_flags INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Werror -ffp-contract=off -fno-math-errno)
+if(ANOMALIS_SANITIZE)
+  target_compile_options(anomalis_flags INTERFACE
+    -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(anomalis_flags INTERFACE -fsanitize=address,undefined)
+endif()
+
+# anomalis_room(NAME SOURCES ... [DEPENDS targets that a user of the room sees too] [PRIVATE ...])
+function(anomalis_room name)
+  cmake_parse_arguments(ROOM "" "" "SOURCES;DEPENDS;PRIVATE" ${ARGN})
+  add_library(anomalis_${name} STATIC ${ROOM_SOURCES})
+  target_link_libraries(anomalis_${name} PUBLIC anomalis_flags ${ROOM_DEPENDS} PRIVATE ${ROOM_PRIVATE})
+endfunction()
+
+# anomalis_test(NAME SOURCES ... DEPENDS ...): a GoogleTest program, each test its own ctest entry.
+function(anomalis_test name)
+  cmake_parse_arguments(TEST "" "" "SOURCES;DEPENDS" ${ARGN})
+  add_executable(test_${name} ${TEST_SOURCES})
+  target_link_libraries(test_${name} PRIVATE anomalis_flags ${TEST_DEPENDS} GTest::gtest_main GTest::gmock)
+  target_include_directories(test_${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+  gtest_discover_tests(test_${name} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 300)
+endfunction()
+
+# anomalis_bench(NAME SOURCES ... DEPENDS ...): a Google Benchmark program.
+function(anomalis_bench name)
+  cmake_parse_arguments(BENCH "" "" "SOURCES;DEPENDS" ${ARGN})
+  add_executable(bench_${name} ${BENCH_SOURCES})
+  target_link_libraries(bench_${name} PRIVATE anomalis_flags ${BENCH_DEPENDS} benchmark::benchmark_main)
+endfunction()
