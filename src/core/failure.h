@@ -1,0 +1,47 @@
+#pragma once
+
+#include <exception>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "core/prompts.h"
+
+namespace anomalis {
+
+/// The faults that arithmetic and reading can meet. Each has its usual text.
+enum class FaultKind { division_by_zero, subscript, overflow, invalid_call, out_of_memory, input_past_end };
+
+/// A fault that was tested for before it was done. `what()` is the usual text ("Division by zero").
+class Fault : public std::runtime_error {
+  public:
+    explicit Fault(FaultKind kind);
+    /// The usual text, then ` (detail)`: a file and a line, a number and its limit.
+    Fault(FaultKind kind, const std::string& detail);
+    explicit Fault(const std::string& text) : std::runtime_error(text) {}
+};
+
+/// A file operation that failed: the system's text and the path.
+class FileFault : public std::runtime_error {
+  public:
+    FileFault(int error_number, const std::string& path);
+};
+
+/// The text shown for a caught exception.
+std::string fault_text(const std::exception& failure);
+
+/// Runs `work`; a failure is caught here and shown as `prefix` and the system's text.
+/// Returns 0, or -1 after a failure.
+template <class Work>
+int report_failure(Prompts& prompts, std::string_view prefix, Work&& work) {
+    try {
+        std::forward<Work>(work)();
+        return 0;
+    } catch (const std::exception& failure) {
+        prompts.message(std::string(prefix) + fault_text(failure));
+        return -1;
+    }
+}
+
+}  // namespace anomalis

@@ -1,0 +1,156 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/array.h"
+
+namespace anomalis {
+
+/// Body types. Codes 7 to 15 have no name; 16 and above are the bodies that are not sheets.
+enum BodyType : std::int32_t {
+    thin_sheet = 1,
+    thick_sheet = 2,
+    edge = 3,
+    sloping_step = 4,
+    polygon = 5,
+    sphere = 6,
+    pipe = 16,
+    wire = 17
+};
+
+/// The name that the body table shows; "" for a code without one.
+std::string_view body_type_name(std::int32_t type);
+
+inline constexpr float unset = -99999.0F;
+
+/// One parameter of a body. `min` and `max` are `unset` while there is no limit.
+struct BodyParam {
+    float value = 0;
+    float vary = 0;  ///< 1 lets the inversion change the parameter, 0 holds it
+    float min = unset;
+    float max = unset;
+
+    bool operator==(const BodyParam&) const = default;
+};
+
+/// The number of a parameter is its row in the parameter grid.
+enum ParamCode : int {
+    param_distance = 4,
+    param_strike = 5,
+    param_dip = 6,
+    param_top = 7,
+    param_depth_extent = 8,
+    param_width = 9,
+    param_length = 10,
+    param_susc = 11,
+    param_density = 12,
+    param_plunge = 13,
+    param_slope = 14,
+    param_offset = 15,
+    param_rem_q = 16,
+    param_rem_i = 17,
+    param_rem_d = 18
+};
+
+struct Point3 {
+    double x = 0;
+    double y = 0;
+    double z = 0;
+    bool operator==(const Point3&) const = default;
+};
+
+/// The triangulated solid of a pipe, with what it was made from so that it is remade only when needed.
+struct BodySolid {
+    std::vector<Point3> points;                       ///< in the solid's own axes, m
+    std::vector<std::array<std::int32_t, 3>> facets;  ///< zero-based point triples
+    std::vector<Point3> transformed_points;           ///< east, north, up in survey coordinates, m
+
+    struct Shape {
+        float length = 0, width = 0, shell_thickness = 0, end_thickness = 0, max_triangle_size = 0;
+        std::int32_t sectors = 0, segments = 0;
+        bool operator==(const Shape&) const = default;
+    } shape;
+    struct Placement {
+        float dip = 0, strike = 0, plunge = 0;
+        Point3 origin;
+        bool operator==(const Placement&) const = default;
+    } placement;
+};
+
+/// The body's own contribution, station by column: 1 total magnetic anomaly in nT, 2 gravity in mGal,
+/// 3 to 5 north, east and down components of the facet route in nT.
+using ResponseTable = ColumnTable<float, 5>;
+
+/// One geological body. Units: m, degrees, micro SI, g/cc; `top` on the axis of the sensor elevation, up
+/// positive; angles clockwise from north.
+struct ModelBody {
+    std::int32_t type = 0;
+    double east = 0;   ///< map position of the reference point, m
+    double north = 0;  ///< m
+    float top_elevation = 0;
+    std::int32_t colour = 0xFF0000;  ///< blue, green, red bytes, high to low
+    std::string name;
+    std::string description;
+    std::string rock_type;
+    std::int32_t include_demagnetisation = 0;
+    std::int32_t vary = 1;        ///< 0 when the user fixes the whole body
+    std::int32_t turned_off = 0;  ///< 1 leaves the body out of the model
+    BodyParam distance;
+    BodyParam top;
+    BodyParam strike;
+    BodyParam dip;
+    BodyParam plunge;
+    BodyParam slope;
+    BodyParam width;
+    BodyParam depth_extent;
+    BodyParam length;
+    BodyParam offset;
+    BodyParam susc;   ///< micro SI; a wire's current in mA
+    BodyParam rem_q;  ///< Koenigsberger ratio
+    BodyParam rem_d;
+    BodyParam rem_i;
+    BodyParam density;  ///< g/cc
+    float end_width_a = 0;
+    float end_width_b = 0;
+    float shell_thickness = 0;
+    float end_thickness = 0;
+    std::int32_t num_sectors = 12;
+    std::int32_t num_segments = 1;
+    float max_triangle_size = 0;
+    BodySolid solid;
+
+    // Derived by the field coefficients, never saved.
+    float cos_dip = 0, sin_dip = 0, cos_strike = 0, sin_strike = 0;
+    float last_calculated = -1.0F;  ///< signed magnetisation; -1 marks coefficients out of date
+    float field_north = 0, field_east = 0, field_down = 0;
+    float mag_north = 0, mag_east = 0, mag_down = 0;
+    float coef_a = 0, coef_b = 0, coef_c = 0;
+    float moment_x = 0, moment_y = 0, moment_z = 0;
+
+    bool mag_response_valid = false;
+    bool grav_response_valid = false;
+    ResponseTable response;
+};
+
+/// A parameter's place in the record and its name in reports.
+struct ParamSlot {
+    ParamCode code;
+    BodyParam ModelBody::*slot;
+    std::string_view name;
+};
+
+/// All fifteen parameters in the order of the record.
+const std::array<ParamSlot, 15>& param_slots();
+
+/// The parameter of a code. Raises Fault subscript for a code that is none.
+BodyParam& body_param(ModelBody& body, int param_code);
+const BodyParam& body_param(const ModelBody& body, int param_code);
+
+/// Clears what must be calculated anew after any change of the body: both responses and the coefficients.
+void invalidate_body(ModelBody& body);
+
+}  // namespace anomalis

@@ -1,0 +1,52 @@
+#include "core/prompts.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace anomalis {
+
+void Prompts::message(const std::string& text) {
+    if (depth_ == 0) return show_message(text);
+    const auto known = std::find_if(pending_.begin(), pending_.end(),
+                                    [&](const Pending& pending) { return pending.text == text; });
+    if (known != pending_.end()) {
+        ++known->count;
+    } else {
+        pending_.push_back({text, 1});
+    }
+}
+
+void Prompts::flush() {
+    const std::vector<Pending> shown = std::exchange(pending_, {});
+    for (const Pending& pending : shown) {
+        show_message(pending.count == 1 ? pending.text
+                                        : pending.text + " (" + std::to_string(pending.count) + " times)");
+    }
+}
+
+bool Prompts::ask_yes_no(const std::string& text) {
+    flush();
+    return show_question(text);
+}
+
+std::optional<std::string> Prompts::input_box(const std::string& title, const std::string& prompt,
+                                              const std::string& default_text) {
+    flush();
+    return show_input_box(title, prompt, default_text);
+}
+
+std::optional<std::string> Prompts::open_file(const FileRequest& request) {
+    flush();
+    return show_open_dialog(request);
+}
+
+std::optional<std::string> Prompts::save_file(const FileRequest& request) {
+    flush();
+    return show_save_dialog(request);
+}
+
+MessageScope::~MessageScope() {
+    if (--prompts_.depth_ == 0) prompts_.flush();
+}
+
+}  // namespace anomalis

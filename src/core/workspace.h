@@ -1,0 +1,206 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "core/array.h"
+#include "core/model_body.h"
+#include "core/point_transform.h"
+
+namespace anomalis {
+
+class Prompts;
+class Settings;
+
+/// A day number: days since 30 December 1899, as file times are stored. 0 means none.
+using Date = double;
+
+/// Values at or below this are missing; empty ranges stand at +-1E32.
+inline constexpr double missing_limit = -1e30;
+inline constexpr float empty_low = 1e32F;
+inline constexpr float empty_high = -1e32F;
+
+/// Filter rows of a channel.
+enum FilterRow : std::int32_t {
+    row_raw = 1,
+    row_smoothed = 2,
+    row_residual = 3,
+    row_gradient = 4,
+    row_horizontal = 5,
+    row_total_gradient = 6
+};
+/// Stages of a channel.
+enum Stage : std::int32_t { stage_observed = 1, stage_calculated = 2 };
+
+/// One channel: station, filter row 1 to 6, stage 1 observed or 2 calculated. The station index runs fastest.
+class ChannelTable {
+  public:
+    int stations() const { return values_.rows(); }
+    float& operator()(int station, int row, int stage) { return values_(station, column(row, stage)); }
+    const float& operator()(int station, int row, int stage) const { return values_(station, column(row, stage)); }
+    std::span<float> row(int row, int stage) { return values_.column(column(row, stage)); }
+    std::span<const float> row(int row, int stage) const { return values_.column(column(row, stage)); }
+    std::span<float> span() { return values_.span(); }
+    std::span<const float> span() const { return values_.span(); }
+    void assign(int stations) { values_.assign(stations); }
+    void release() { values_.release(); }
+    bool operator==(const ChannelTable&) const = default;
+
+  private:
+    static int column(int row, int stage) {
+        check_index(row >= 1 && row <= 6 && stage >= 1 && stage <= 2);
+        return (stage - 1) * 6 + row;
+    }
+    ColumnTable<float, 12> values_;
+};
+
+/// Station by column 0 to 4: line number, east, north, sensor elevation, ground elevation (m).
+using StationTable = ColumnTable<double, 5, 0>;
+enum StationColumn : int { column_line = 0, column_east, column_north, column_sensor, column_ground };
+
+/// The observed data file and how to read it. Columns are numbered from 1; 0 means absent.
+struct DataDefinition {
+    std::string data_file;
+    Date data_file_date = 0;
+    std::int32_t first_data_line = 2;
+    std::int32_t read_increment = 1;
+    std::int32_t last_data_line = 0;  ///< 0 reads the whole file
+    std::int32_t spare_definition_field = 0;
+    std::int32_t x_column = 2;
+    std::int32_t y_column = 3;
+    std::int32_t z_column = 0;
+    std::int32_t dtm_column = 0;
+    std::int32_t mag_column = 5;
+    std::int32_t grav_column = 0;
+
+    bool operator==(const DataDefinition&) const = default;
+};
+
+/// Window and pane layout kept with the file; sizes in twips.
+struct DisplaySettings {
+    bool valid = false;  ///< set when the block was read from a file or is about to be written
+    std::int32_t form_height = 0;
+    std::int32_t form_width = 0;
+    std::int32_t show_axes = 0;
+    std::int32_t show_body_label = 0;
+    std::int32_t maintain_aspect_ratio = 0;
+    std::array<float, 4> splitter_fraction{};
+    bool tie_pipe_depth_susc = false;
+    float tie_factor = 0;
+
+    bool operator==(const DisplaySettings&) const = default;
+};
+
+/// Series of the charts, one entry a station.
+struct GraphicsArrays {
+    Array1<double> topography_distance, topography;
+    struct Curves {
+        Array1<double> distance, observed, calculated;
+    };
+    Curves mag, grav, mag_gradient, grav_gradient;
+};
+
+/// The one session record: what the data are, where the stations stand, what the model is.
+struct Workspace {
+    std::string model_file;
+    Date model_file_date = 0;
+    DataDefinition definition;
+    float station_spacing = 0;      ///< m; 0 keeps the stations of the file
+    float min_station_spacing = 0;  ///< m; closer stations are merged
+    float field_intensity = 56000;  ///< nT
+    float field_inclination = -65;  ///< degrees, down positive
+    float field_declination = -4;   ///< degrees
+    float surface_elevation = 0;    ///< m
+    float sensor_offset = 10;       ///< m
+    float profile_grid_spacing = 0;
+    float depth_grid_spacing = 0;
+    float infinite_body_length = 500;
+    float finite_body_left_clip = 0;
+    float finite_body_right_clip = 0;
+    DisplaySettings display;
+
+    double direction_x = 0;  ///< east component of the unit normal of the profile line
+    double direction_y = 0;  ///< north component
+    double line_constant = 0;
+    double origin_east = 0;
+    double origin_north = 0;
+    float azimuth = 0;  ///< radians, bearing of the line less 180 degrees
+    double x_min = empty_low, x_max = empty_high;
+    double y_min = empty_low, y_max = empty_high;
+    float z_min = empty_low, z_max = empty_high;
+    float dtm_min = 0, dtm_max = 0;
+    float mag_min = empty_low, mag_max = empty_high;
+    float mag_base = unset;  ///< nT; unset takes the mean at the load
+    float mag_mean = 0;
+    std::int32_t float_mag_base = 0;
+    float mag_range_min = empty_low, mag_range_max = empty_high;
+    float grav_min = 0, grav_max = 0;
+    float grav_base = 0;  ///< mGal; unset takes the mean at the load
+    float grav_mean = 0;
+    std::int32_t float_grav_base = 0;
+    float grav_range_min = 0, grav_range_max = 0;
+    float mag_calc_base = 0, mag_calc_mean = 0;
+    float grav_calc_base = 0, grav_calc_mean = 0;
+
+    std::int32_t station_count = 0;
+    std::int32_t allocated_stations = 0;
+    StationTable stations;
+    std::int32_t raw_row = row_raw;
+    std::int32_t smoothed_row = row_smoothed;
+    std::int32_t residual_row = row_residual;
+    std::int32_t gradient_row = row_gradient;
+    std::int32_t horizontal_row = row_horizontal;
+    std::int32_t total_gradient_row = row_total_gradient;
+    ChannelTable mag_data, grav_data;
+    ChannelTable mag_work, grav_work;
+    std::int32_t first_station = 0, last_station = 0;
+    double first_distance = 0, last_distance = 0;
+    Array1<float> station_spare;
+    Array1<double> distances;
+
+    std::int32_t smooth_filter_width = 0;
+    std::int32_t smooth_filter_type = 0;
+    std::int32_t residual_filter_width = 0;
+    /// 1: the total gradient is built, charted, fitted and exported; 0: the vertical gradient.
+    std::int32_t display_total_gradient = 0;
+    std::int32_t vg_filter_width = 5;
+    std::int32_t vg_filter_step = 1;
+    PointTransform transform;
+
+    bool elevations_ready = false;
+    bool graph_ranges_ready = false;
+    bool mag_observed_filtered = false, mag_calculated_filtered = false;
+    bool grav_observed_filtered = false, grav_calculated_filtered = false;
+
+    std::int32_t body_count = 0;
+    std::int32_t body_capacity = 32;
+    std::vector<ModelBody> bodies;  ///< 0 to body_capacity; element 0 is never used
+    GraphicsArrays graphics;
+
+    bool has_mag() const { return definition.mag_column > 0; }
+    bool has_grav() const { return definition.grav_column > 0; }
+    ModelBody& body(int number) { return bodies.at(static_cast<std::size_t>(number)); }
+    const ModelBody& body(int number) const { return bodies.at(static_cast<std::size_t>(number)); }
+};
+
+/// Sets every default, resets the transform and gives room for 32 bodies. What has no default stays.
+void initialise_workspace(Workspace& workspace, Prompts& prompts);
+
+/// Fills the body at `index` with its defaults, those of the settings store last. Its type must be set.
+void initialise_body(Workspace& workspace, int index, const Settings& settings, Prompts& prompts);
+
+/// Makes room for body `body_count + 1`: the capacity grows by steps of 16, the bodies stay.
+void reserve_next_body(Workspace& workspace);
+
+/// All bodies, also those above the count, lose their cached responses.
+void reset_calculated_data(Workspace& workspace, Prompts& prompts);
+
+/// Clears the filter marks of the calculated stage; with mode 0 also of the observed one and the chart ranges.
+void invalidate_filtered_data(int mode, Workspace& workspace);
+
+/// The stations are gone until the next load: the count is 0 and the elevations are out of date.
+void drop_stations(Workspace& workspace);
+
+}  // namespace anomalis
