@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string>
+
+namespace anomalis {
+
+class Session;
+
+/// What `render` is asked for.
+struct PictureRequest {
+    std::string path;   ///< the ending chooses the format: png, svg, pdf, emf
+    bool plan = false;  ///< the plan, otherwise the curves over the section
+    int width = 1600;   ///< pixels
+    int height = 1000;
+};
+
+/// Draws what the window shows. The batch tool itself knows no window system; its main program hands it one.
+class PictureWriter {
+  public:
+    virtual ~PictureWriter() = default;
+    /// Draws a loaded and calculated session. Returns 0, or -1 after a failure, which was shown.
+    virtual int write(Session& session, const PictureRequest& request) = 0;
+};
+
+}  // namespace anomalis

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <iosfwd>
+
+namespace anomalis {
+
+class PictureWriter;
+
+/// The batch tool: `anomalis-batch COMMAND MODEL.axm [options]`. Results go to `out` or to the files named,
+/// messages to `err`. `pictures` may be null: `render` then fails with a message.
+/// Returns the exit status: 0 done, 1 the command failed, 2 wrong usage.
+int run_batch(int argc, char** argv, std::ostream& out, std::ostream& err, PictureWriter* pictures);
+
+}  // namespace anomalis

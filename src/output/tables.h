@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string>
+
+// Tables and headers for other programs. Lines end with CR LF; numbers have a point whatever the locale.
+namespace anomalis {
+
+class Prompts;
+struct Workspace;
+
+/// One line a station: place, distance and, for each channel present, the observed and the calculated rows
+/// raw, smoothed, residual and gradient (nT, mGal). The rows must be up to date.
+std::string profile_table_text(const Workspace& workspace);
+
+/// One line a body. The line keeps the shape that readers of this table have learnt: three commas lead it,
+/// and the susceptibility follows the dip without one.
+std::string model_table_text(const Workspace& workspace);
+
+/// Counts, corner and cell widths of a rectilinear mesh that spans the data, at least 10 by 10 by 10 cells
+/// of at least 10 m. Raises Fault division_by_zero without stations.
+std::string mesh_header_text(const Workspace& workspace);
+
+/// The same as files; the old file survives a failure. Return 0, or -1 after a failure, which was shown.
+int write_profile_table(const std::string& path, const Workspace& workspace, Prompts& prompts);
+int write_model_table(const std::string& path, const Workspace& workspace, Prompts& prompts);
+int write_mesh_header(const std::string& path, const Workspace& workspace, Prompts& prompts);
+
+}  // namespace anomalis

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string>
+
+// The workspace file (extension "axm"): the definition of the observed data, the processing settings, the
+// coordinate transform, all bodies with their limits and the window layout. It holds no observed data.
+// Written is format 7; formats 0 to 7 are read.
+namespace anomalis {
+
+class Prompts;
+class Settings;
+struct Workspace;
+
+/// Writes a workspace file. Mode below 0: the definitions alone; otherwise bodies and display block follow.
+/// A save changes the record: both end widths of every body become its width, and the display block counts
+/// as valid. The file that stood there before survives every failure.
+/// Returns 0, or -1 after a failure, which was shown.
+int write_model_parameters(int mode, const std::string& path, Workspace& workspace, Prompts& prompts);
+
+/// Reads a workspace file. Mode 0: everything; below 0: definitions and display block; above 0: the bodies
+/// alone. `settings` holds the body defaults that an old file does not overrule. A data file that stands
+/// neither at its path nor beside the workspace file is asked for. The stations are dropped.
+/// Returns 0, or -1 after a failure, which was shown with its line: what was read until then stays, bodies
+/// only whole. In modes 0 and below a success sets `model_file` and its date.
+int read_model_parameters(int mode, Workspace& workspace, const std::string& path, const Settings& settings,
+                          Prompts& prompts);
+
+}  // namespace anomalis
