@@ -9,12 +9,18 @@ namespace {
 
 const char* usual_text(FaultKind kind) {
     switch (kind) {
-        case FaultKind::division_by_zero: return "Division by zero";
-        case FaultKind::subscript: return "Subscript out of range";
-        case FaultKind::overflow: return "Overflow";
-        case FaultKind::invalid_call: return "Invalid procedure call or argument";
-        case FaultKind::out_of_memory: return "Out of memory";
-        case FaultKind::input_past_end: return "Input past end of file";
+        case FaultKind::division_by_zero:
+            return "Division by zero";
+        case FaultKind::subscript:
+            return "Subscript out of range";
+        case FaultKind::overflow:
+            return "Overflow";
+        case FaultKind::invalid_call:
+            return "Invalid procedure call or argument";
+        case FaultKind::out_of_memory:
+            return "Out of memory";
+        case FaultKind::input_past_end:
+            return "Input past end of file";
     }
     return "Internal error";
 }
@@ -27,7 +33,8 @@ Fault::Fault(FaultKind kind, const std::string& detail)
     : std::runtime_error(std::string(usual_text(kind)) + " (" + detail + ")") {}
 
 FileFault::FileFault(int error_number, const std::string& path)
-    : std::runtime_error(std::error_code(error_number, std::generic_category()).message() + " (" + path + ")") {}
+    : std::runtime_error(std::error_code(error_number, std::generic_category()).message() + " (" + path +
+                         ")") {}
 
 std::string fault_text(const std::exception& failure) {
     if (dynamic_cast<const std::bad_alloc*>(&failure)) return usual_text(FaultKind::out_of_memory);

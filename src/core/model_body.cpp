@@ -6,15 +6,24 @@ namespace anomalis {
 
 std::string_view body_type_name(std::int32_t type) {
     switch (type) {
-        case thin_sheet: return "Thin Sheet";
-        case thick_sheet: return "Thick Sheet";
-        case edge: return "Edge";
-        case sloping_step: return "Sloping step";
-        case polygon: return "Polygon";
-        case sphere: return "Sphere";
-        case pipe: return "Cylinder/pipe";
-        case wire: return "Wire";
-        default: return "";
+        case thin_sheet:
+            return "Thin Sheet";
+        case thick_sheet:
+            return "Thick Sheet";
+        case edge:
+            return "Edge";
+        case sloping_step:
+            return "Sloping step";
+        case polygon:
+            return "Polygon";
+        case sphere:
+            return "Sphere";
+        case pipe:
+            return "Cylinder/pipe";
+        case wire:
+            return "Wire";
+        default:
+            return "";
     }
 }
 
@@ -41,8 +50,8 @@ const std::array<ParamSlot, 15>& param_slots() {
 
 const BodyParam& body_param(const ModelBody& body, int param_code) {
     const auto& slots = param_slots();
-    const auto found =
-        std::find_if(slots.begin(), slots.end(), [&](const ParamSlot& slot) { return slot.code == param_code; });
+    const auto found = std::find_if(slots.begin(), slots.end(),
+                                    [&](const ParamSlot& slot) { return slot.code == param_code; });
     if (found == slots.end()) throw Fault(FaultKind::subscript);
     return body.*(found->slot);
 }

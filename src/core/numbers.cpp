@@ -22,7 +22,8 @@ template <class Real>
 Decimal to_decimal(Real value, int significant) {
     char buffer[64];
     const auto end =
-        std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::scientific, significant - 1).ptr;
+        std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::scientific, significant - 1)
+            .ptr;
     Decimal result;
     const char* at = buffer;
     if (*at == '-') {
@@ -43,7 +44,8 @@ Decimal to_decimal(Real value, int significant) {
 }
 
 std::string fixed_text(const Decimal& value) {
-    if (value.point <= 0) return "0." + std::string(static_cast<std::size_t>(-value.point), '0') + value.digits;
+    if (value.point <= 0)
+        return "0." + std::string(static_cast<std::size_t>(-value.point), '0') + value.digits;
     const auto point = static_cast<std::size_t>(value.point);
     if (value.digits.size() <= point) return value.digits + std::string(point - value.digits.size(), '0');
     return value.digits.substr(0, point) + "." + value.digits.substr(point);
@@ -154,8 +156,8 @@ bool convert(std::string_view number, double& value) {
     if (error == std::errc::result_out_of_range) {
         // from_chars does not say which way: an underflow is a number, an overflow is none.
         const auto exponent = number.find_first_of("eE");
-        const bool tiny = exponent != std::string_view::npos && exponent + 1 < number.size() &&
-                          number[exponent + 1] == '-';
+        const bool tiny =
+            exponent != std::string_view::npos && exponent + 1 < number.size() && number[exponent + 1] == '-';
         const bool small = tiny || number.find_first_of("123456789") > number.find('.');
         value = 0;
         return small;
@@ -209,7 +211,8 @@ double prefix_number(std::string_view text) {
 
 std::int32_t round_to_even(double value) {
     const double rounded = value - std::remainder(value, 1.0);
-    if (!(rounded >= std::numeric_limits<std::int32_t>::min() && rounded <= std::numeric_limits<std::int32_t>::max()))
+    if (!(rounded >= std::numeric_limits<std::int32_t>::min() &&
+          rounded <= std::numeric_limits<std::int32_t>::max()))
         throw Fault(FaultKind::overflow);
     return static_cast<std::int32_t>(rounded);
 }

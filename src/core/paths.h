@@ -1,6 +1,5 @@
 #pragma once
 
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -18,19 +17,29 @@ std::string file_name(std::string_view path);
 std::string folder_name(std::string_view path);
 /// `file_name` less the last "." and what follows.
 std::string base_name(std::string_view path);
-/// Changes the current folder to the folder of a path, or to the path itself when it is a folder.
-/// A blank or missing one leaves it as it was.
+/// The path with every separator written as this system's own.
+std::string native_path(std::string_view path);
+/// True when the path is an existing folder.
+bool folder_exists(const std::string& path);
+/// Changes the current folder to the path when it is a folder, else to the folder of the path. A blank path
+/// or a missing folder leaves it as it was.
 void change_to_folder(const std::string& path);
+/// Without a trailing separator; "" when the current folder is gone.
 std::string current_folder();
-/// Day number of the file's last change, 0 when it does not exist.
+/// Day number of the file's last change in local time, 0 when it does not exist.
 double file_date(const std::string& path);
 
-/// Looks for a file in the current folder, then in `folder`, then asks the person.
+/// The user's folders by the XDG base directory rules, with a trailing "/": $XDG_CONFIG_HOME or ~/.config,
+/// $XDG_DATA_HOME or ~/.local/share. "" when the user has no home.
+std::string user_config_folder();
+std::string user_data_folder();
+
 struct LocateResult {
-    std::string path;       ///< "" when it was not found
-    bool cancelled = false; ///< the person refused
-    bool stop_reading = false;  ///< and wants the rest of the specification file left unread
+    std::string path;           ///< "" when it was not found
+    bool stop_reading = false;  ///< after a cancel: the rest of the specification file stays unread
 };
+/// Looks for a file in the current folder, then in `folder`, then asks the person. `description` tells what
+/// the file is for.
 LocateResult locate_file(const std::string& description, const std::string& path, const std::string& folder,
                          Prompts& prompts);
 

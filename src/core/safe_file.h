@@ -6,11 +6,29 @@
 namespace anomalis {
 
 /// Writes `contents` beside `path` under a temporary name, flushes it to the disk and renames it over `path`:
-/// a full disk, a kill or a power cut leaves the old file or the new one, never half of one.
+/// a full disk, a kill or a power cut leaves the old file or the new one, never half of one. A link is
+/// followed and stays, the permissions of the old file stay, and a pipe or a device is written to directly.
 /// Raises FileFault; the old file is then intact and the temporary one removed.
 void write_file_safely(const std::string& path, std::string_view contents);
 
+/// Appends `text` in one piece, making the file when it is missing. Raises FileFault.
+void append_to_file(const std::string& path, std::string_view text);
+
 /// The whole file. Raises FileFault (missing, unreadable, a folder, a device).
 std::string read_whole_file(const std::string& path);
+
+/// An exclusive claim on a folder, respected by every process of this program and dropped at the end of the
+/// scope: for reading a file, changing it and writing it back as one step. Waits up to two seconds for
+/// another holder. Raises FileFault.
+class FolderLock {
+  public:
+    explicit FolderLock(const std::string& folder);
+    ~FolderLock();
+    FolderLock(const FolderLock&) = delete;
+    FolderLock& operator=(const FolderLock&) = delete;
+
+  private:
+    int descriptor_ = -1;
+};
 
 }  // namespace anomalis

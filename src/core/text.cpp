@@ -63,7 +63,8 @@ std::string_view next_token(std::string_view& line) {
 }
 
 bool equal_ignoring_case(std::string_view a, std::string_view b) {
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) { return upper(x) == upper(y); });
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [](char x, char y) { return upper(x) == upper(y); });
 }
 
 bool text_to_flag(std::string_view text) {

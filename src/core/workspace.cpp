@@ -52,11 +52,11 @@ void set_default_values(ModelBody& body) {
 }
 
 void set_default_vary(ModelBody& body) {
-    for (BodyParam ModelBody::*slot : {&ModelBody::distance, &ModelBody::top, &ModelBody::dip, &ModelBody::width,
-                                       &ModelBody::susc, &ModelBody::density})
+    for (BodyParam ModelBody::*slot : {&ModelBody::distance, &ModelBody::top, &ModelBody::dip,
+                                       &ModelBody::width, &ModelBody::susc, &ModelBody::density})
         (body.*slot).vary = 1;
-    for (BodyParam ModelBody::*slot :
-         {&ModelBody::strike, &ModelBody::depth_extent, &ModelBody::rem_q, &ModelBody::rem_d, &ModelBody::rem_i})
+    for (BodyParam ModelBody::*slot : {&ModelBody::strike, &ModelBody::depth_extent, &ModelBody::rem_q,
+                                       &ModelBody::rem_d, &ModelBody::rem_i})
         (body.*slot).vary = 0;
 }
 

@@ -39,7 +39,9 @@ class ChannelTable {
   public:
     int stations() const { return values_.rows(); }
     float& operator()(int station, int row, int stage) { return values_(station, column(row, stage)); }
-    const float& operator()(int station, int row, int stage) const { return values_(station, column(row, stage)); }
+    const float& operator()(int station, int row, int stage) const {
+        return values_(station, column(row, stage));
+    }
     std::span<float> row(int row, int stage) { return values_.column(column(row, stage)); }
     std::span<const float> row(int row, int stage) const { return values_.column(column(row, stage)); }
     std::span<float> span() { return values_.span(); }
@@ -197,7 +199,8 @@ void reserve_next_body(Workspace& workspace);
 /// All bodies, also those above the count, lose their cached responses.
 void reset_calculated_data(Workspace& workspace, Prompts& prompts);
 
-/// Clears the filter marks of the calculated stage; with mode 0 also of the observed one and the chart ranges.
+/// Clears the filter marks of the calculated stage; with mode 0 also of the observed one and the chart
+/// ranges.
 void invalidate_filtered_data(int mode, Workspace& workspace);
 
 /// The stations are gone until the next load: the count is 0 and the elevations are out of date.
