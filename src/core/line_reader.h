@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -8,9 +9,14 @@ namespace anomalis {
 
 /// Reads a text file line by line through a small buffer, with either of two rules for line ends.
 /// Style 0: a line ends at CR or CR LF (the system's line read). Style 1: tolerant of bare LF.
+/// A line is a view that holds until the next call of any member; a failing read raises FileFault.
 class LineReader {
   public:
-    /// Opens the file. Raises FileFault (missing, a folder, a device, no permission).
+    /// A longer line is given in pieces by the tolerant rule.
+    static constexpr std::size_t longest_lf_line = 11264;
+
+    /// Opens the file. Raises FileFault (missing, a folder, no permission) or Fault (a device or a pipe,
+    /// which could not be read twice).
     explicit LineReader(const std::string& path);
     ~LineReader();
     LineReader(const LineReader&) = delete;
@@ -21,7 +27,7 @@ class LineReader {
     int detect_line_style();
 
     bool at_end();
-    /// The next line by the system's line read, "" at end of file.
+    /// The next line by the system's line read, "" at end of file. All other characters stay.
     std::string_view read_line();
     /// The next line by the tolerant rule: ends at LF, or at a CR (with the LF that follows it); printable
     /// characters stay, a tab becomes a blank, all others are dropped; cut at 11264 characters.
@@ -35,12 +41,15 @@ class LineReader {
 
   private:
     bool fill();
+    std::size_t find_in_buffer(char end_of_line, std::size_t limit);
+    void end_at_carriage_return();
 
     std::string path_;
     int descriptor_ = -1;
     std::vector<char> buffer_;
     std::size_t begin_ = 0;
     std::size_t end_ = 0;
+    bool skip_line_feed_ = false;  ///< the last line ended at a CR: an LF that follows belongs to it
     std::string line_;
     long line_number_ = 0;
 };

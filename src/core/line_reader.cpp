@@ -1,0 +1,183 @@
+#include "core/line_reader.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "core/failure.h"
+
+namespace anomalis {
+
+namespace {
+
+constexpr std::size_t buffer_size = 65536;
+constexpr std::size_t style_window = 512;
+constexpr unsigned char byte_order_mark = 239;
+
+bool is_printable(char c) {
+    return static_cast<unsigned char>(c - 32) <= 126 - 32;
+}
+
+/// Without a branch on the single character, so that it vectorises.
+bool all_printable(std::string_view text) {
+    unsigned char others = 0;
+    for (const char c : text) others |= static_cast<unsigned char>(!is_printable(c));
+    return others == 0;
+}
+
+bool ends_line(char c) {
+    return c == '\n' || c == '\r';
+}
+
+/// Appends what the tolerant rule keeps of `text`, as far as an end of line. Returns how much of it was used.
+std::size_t append_printable(std::string_view text, std::string& line) {
+    std::size_t kept = line.size();
+    line.resize(kept + text.size());
+    std::size_t used = 0;
+    for (; used < text.size() && !ends_line(text[used]); ++used) {
+        const char c = text[used] == '\t' ? ' ' : text[used];
+        line[kept] = c;
+        kept += is_printable(c);
+    }
+    line.resize(kept);
+    return used;
+}
+
+}  // namespace
+
+LineReader::LineReader(const std::string& path) : path_(path), buffer_(buffer_size) {
+    // Not blocking: the open of a pipe without a writer would wait for ever.
+    descriptor_ = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (descriptor_ < 0) throw FileFault(errno, path);
+    struct stat status {};
+    const int error = ::fstat(descriptor_, &status) != 0 ? errno : S_ISDIR(status.st_mode) ? EISDIR : 0;
+    if (error == 0 && S_ISREG(status.st_mode)) return;
+    ::close(descriptor_);
+    if (error != 0) throw FileFault(error, path);
+    throw Fault("Not a regular file (" + path + ")");
+}
+
+LineReader::~LineReader() {
+    ::close(descriptor_);
+}
+
+/// Brings more of the file behind what is left in the buffer. False at the end of the file, and when the
+/// buffer is full.
+bool LineReader::fill() {
+    if (begin_ > 0) {
+        std::copy(buffer_.begin() + static_cast<std::ptrdiff_t>(begin_),
+                  buffer_.begin() + static_cast<std::ptrdiff_t>(end_), buffer_.begin());
+        end_ -= begin_;
+        begin_ = 0;
+    }
+    if (end_ == buffer_.size()) return false;
+    ssize_t count = 0;
+    do {
+        count = ::read(descriptor_, buffer_.data() + end_, buffer_.size() - end_);
+    } while (count < 0 && errno == EINTR);
+    if (count < 0) throw FileFault(errno, path_);
+    end_ += static_cast<std::size_t>(count);
+    return count > 0;
+}
+
+int LineReader::detect_line_style() {
+    const auto rewind = [&] {
+        if (::lseek(descriptor_, 0, SEEK_SET) != 0) throw FileFault(errno, path_);
+        begin_ = end_ = 0;
+        skip_line_feed_ = false;
+        line_number_ = 0;
+    };
+    rewind();
+    while (end_ < style_window && fill()) {
+    }
+    const std::string_view head(buffer_.data(), std::min(end_, style_window));
+    if (!head.empty() && static_cast<unsigned char>(head.front()) == byte_order_mark) return 1;
+    return head.find('\r') == std::string_view::npos ? 1 : 0;
+}
+
+bool LineReader::at_end() {
+    if (begin_ == end_ && !fill()) return true;
+    if (!skip_line_feed_) return false;
+    skip_line_feed_ = false;
+    if (buffer_[begin_] == '\n') ++begin_;
+    return begin_ == end_ && !fill();
+}
+
+/// The length of the text before the first `end_of_line` among the next `limit` characters, all of it within
+/// the buffer; npos when there is none.
+std::size_t LineReader::find_in_buffer(char end_of_line, std::size_t limit) {
+    std::size_t searched = 0;
+    do {
+        const std::size_t size = std::min(end_ - begin_, limit);
+        const char* from = buffer_.data() + begin_;
+        if (const void* found = std::memchr(from + searched, end_of_line, size - searched))
+            return static_cast<std::size_t>(static_cast<const char*>(found) - from);
+        searched = size;
+    } while (searched < limit && fill());
+    return std::string_view::npos;
+}
+
+/// The LF that may follow is dropped with the next call, which may move the buffer; the line stays until
+/// then.
+void LineReader::end_at_carriage_return() {
+    ++begin_;
+    skip_line_feed_ = true;
+}
+
+std::string_view LineReader::read_line() {
+    if (at_end()) return {};
+    ++line_number_;
+    const std::size_t length = find_in_buffer('\r', buffer_.size());
+    if (length != std::string_view::npos) {
+        const std::string_view line(buffer_.data() + begin_, length);
+        begin_ += length;
+        end_at_carriage_return();
+        return line;
+    }
+    line_.clear();
+    while (begin_ < end_ || fill()) {
+        const char* first = buffer_.data() + begin_;
+        const char* last = std::find(first, static_cast<const char*>(buffer_.data()) + end_, '\r');
+        line_.append(first, last);
+        begin_ += static_cast<std::size_t>(last - first);
+        if (begin_ == end_) continue;
+        end_at_carriage_return();
+        break;
+    }
+    return line_;
+}
+
+std::string_view LineReader::read_lf_line() {
+    if (at_end()) return {};
+    ++line_number_;
+    std::size_t piece = find_in_buffer('\n', longest_lf_line);
+    if (piece != std::string_view::npos) {
+        const std::string_view line(buffer_.data() + begin_, piece);
+        if (all_printable(line)) {
+            begin_ += piece + 1;
+            return line;
+        }
+    }
+    line_.clear();
+    while (begin_ < end_ || fill()) {
+        piece = std::min({piece, end_ - begin_, longest_lf_line - line_.size()});
+        begin_ += append_printable({buffer_.data() + begin_, piece}, line_);
+        piece = std::string_view::npos;
+        if (begin_ == end_) continue;
+        if (buffer_[begin_] == '\r') {
+            end_at_carriage_return();
+            break;
+        }
+        if (buffer_[begin_] == '\n') {
+            ++begin_;
+            break;
+        }
+        if (line_.size() == longest_lf_line) break;
+    }
+    return line_;
+}
+
+}  // namespace anomalis
