@@ -1,0 +1,23 @@
+#pragma once
+
+#include "core/workspace.h"
+
+// The forward room: what every body of the model gives at every station. Others call `calculate_model`;
+// the other chief headers are reference_point.h and body_solid.h (place and shape of a body),
+// plan_outline.h and trapezoid.h (its outlines for drawing and export) and polyhedron.h (a kernel that
+// stands alone). The rest serves these.
+namespace anomalis {
+
+class Prompts;
+
+/// Brings the calculated stage of both channels up to date: row 1 of stage 2 of `mag_data` (nT) and
+/// `grav_data` (mGal) is the sum of the bodies' responses.
+///
+/// Only bodies whose mark is clear are calculated; the sums are formed anew from all of them, so that no
+/// rounding builds up. A body that is switched off counts as zero. A channel without a column is left
+/// alone. A body whose response is not finite counts as zero and a message names it. The two tables may be
+/// working copies with the station count of the workspace. Allocates nothing once the arrays exist, but
+/// for the solid of a body whose shape has changed.
+void calculate_model(Workspace& workspace, ChannelTable& mag_data, ChannelTable& grav_data, Prompts& prompts);
+
+}  // namespace anomalis
