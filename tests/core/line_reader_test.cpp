@@ -16,7 +16,7 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 
 std::vector<std::string> lines_of(const std::string& contents, int style) {
-    const testing::TempFolder folder;
+    const TempFolder folder;
     LineReader reader(folder.write("lines.dat", contents));
     std::vector<std::string> lines;
     while (!reader.at_end()) lines.emplace_back(reader.next(style));
@@ -26,7 +26,7 @@ std::vector<std::string> lines_of(const std::string& contents, int style) {
 }
 
 int style_of(const std::string& contents) {
-    const testing::TempFolder folder;
+    const TempFolder folder;
     return LineReader(folder.write("style.dat", contents)).detect_line_style();
 }
 
@@ -59,7 +59,7 @@ TEST(LineStyle, a_leading_byte_order_mark_makes_style_1) {
 }
 
 TEST(LineStyle, rewinds_the_file) {
-    const testing::TempFolder folder;
+    const TempFolder folder;
     LineReader reader(folder.write("a.dat", "first\nsecond\n"));
     EXPECT_EQ(reader.read_lf_line(), "first");
     EXPECT_EQ(reader.detect_line_style(), 1);
@@ -141,16 +141,16 @@ TEST(LineReader, ten_million_characters_that_cannot_be_printed_are_an_empty_line
 }
 
 TEST(LineReader, tells_why_a_file_cannot_be_opened) {
-    const testing::TempFolder folder;
+    const TempFolder folder;
     EXPECT_EQ(failure_of(folder.path("none.dat")),
               "No such file or directory (" + folder.path("none.dat") + ")");
-    EXPECT_EQ(failure_of(folder.path()), "Is a directory (" + folder.path() + ")");
+    EXPECT_EQ(failure_of(folder.folder()), "Is a directory (" + folder.folder() + ")");
     EXPECT_EQ(failure_of("/dev/null"), "Not a regular file (/dev/null)");
     EXPECT_THAT(failure_of(""), HasSubstr("No such file"));
 }
 
 TEST(LineReader, does_not_wait_for_a_pipe) {
-    const testing::TempFolder folder;
+    const TempFolder folder;
     ASSERT_EQ(::mkfifo(folder.path("pipe").c_str(), 0600), 0);
     EXPECT_EQ(failure_of(folder.path("pipe")), "Not a regular file (" + folder.path("pipe") + ")");
 }

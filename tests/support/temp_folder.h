@@ -1,6 +1,5 @@
 #pragma once
 
-<<<<<<< HEAD
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -23,33 +22,10 @@ class TempFolder {
     ~TempFolder() {
         std::error_code ignored;
         std::filesystem::remove_all(folder_, ignored);
-=======
-#include <filesystem>
-#include <fstream>
-#include <stdexcept>
-#include <stdlib.h>
-#include <string>
-#include <string_view>
-
-namespace anomalis::testing {
-
-/// A folder of its own for one test, removed with all that is in it.
-class TempFolder {
-  public:
-    TempFolder() {
-        std::string pattern = (std::filesystem::temp_directory_path() / "anomalis-test-XXXXXX").string();
-        if (::mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("no temporary folder: " + pattern);
-        path_ = pattern;
-    }
-    ~TempFolder() {
-        std::error_code ignored;
-        std::filesystem::remove_all(path_, ignored);
->>>>>>> 1f30749 (Read text files by line through a small buffer; declare intake and transform)
     }
     TempFolder(const TempFolder&) = delete;
     TempFolder& operator=(const TempFolder&) = delete;
 
-<<<<<<< HEAD
     /// The folder without a trailing separator.
     const std::string& folder() const { return folder_; }
     /// The path of a file in it.
@@ -118,27 +94,3 @@ class EnvironmentVariable {
 };
 
 }  // namespace anomalis
-=======
-    std::string path(std::string_view name = {}) const {
-        return name.empty() ? path_ : path_ + "/" + std::string(name);
-    }
-    /// Writes a file of exactly these bytes and gives its path.
-    std::string write(std::string_view name, std::string_view contents) const {
-        std::ofstream file(path(name), std::ios::binary);
-        file.write(contents.data(), static_cast<std::streamsize>(contents.size()));
-        file.close();
-        if (!file) throw std::runtime_error("cannot write " + path(name));
-        return path(name);
-    }
-    /// The bytes of a file.
-    std::string read(std::string_view name) const {
-        std::ifstream file(path(name), std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-    }
-
-  private:
-    std::string path_;
-};
-
-}  // namespace anomalis::testing
->>>>>>> 1f30749 (Read text files by line through a small buffer; declare intake and transform)
