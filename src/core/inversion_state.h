@@ -11,7 +11,8 @@ namespace anomalis {
 /// Data row [0] and gradient row [1].
 using MisfitPair = std::array<float, 2>;
 
-enum Channel : std::int32_t { channel_mag = 0, channel_grav = 1 };
+/// `channel_joint` fits both channels at once; only the least-squares method can.
+enum Channel : std::int32_t { channel_mag = 0, channel_grav = 1, channel_joint = 2 };
 enum Target : std::int32_t { target_data = 0, target_gradient = 1 };
 
 /// One free parameter of a run. Singles, as they are compared and stepped.
@@ -43,6 +44,7 @@ struct InversionState {
     MisfitPair best_misfit{-99999.0F, -99999.0F};
     bool best_model_available = false;
     bool stop_inversion = false;
+    std::int64_t evaluations = 0;  ///< model evaluations so far
 };
 
 }  // namespace anomalis

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "core/array.h"
+#include "core/filter_scratch.h"
 #include "core/model_body.h"
 #include "core/point_transform.h"
 
@@ -169,6 +170,7 @@ struct Workspace {
     std::int32_t display_total_gradient = 0;
     std::int32_t vg_filter_width = 5;
     std::int32_t vg_filter_step = 1;
+    FilterScratch filter_scratch;
     PointTransform transform;
 
     bool elevations_ready = false;

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstdint>
+
+#include "core/inversion_state.h"
+#include "core/session.h"
+#include "core/workspace.h"
+
+// The flat list of free parameters that the optimisers see, and the way of a value back into its body.
+namespace anomalis {
+
+/// Scans one body for free parameters in their fixed order. Mode 0 counts: `parameter_count` starts at 0.
+/// Mode 1 fills `inversion_params` and `inversion_param_map` from index `parameter_count` + 1 on; the arrays
+/// must be large enough. `channel` decides whether the magnetic or the density parameters end the list, or
+/// both (`channel_joint`). A limit that a body sets stands; the others get wide defaults.
+void setup_body_parameters(int mode, int channel, int body_number, int& parameter_count, Session& session);
+
+/// The same over all bodies in their order; in mode 1 with one running index.
+void setup_all_body_parameters(int mode, int channel, int& parameter_count, Session& session);
+
+/// Writes parameter `index` into its body and clears what hangs on it; nothing happens when the body holds
+/// the value already. `penalty` rises to the barrier of the parameter's limits; no decision reads it.
+void apply_parameter(int index, double& penalty, Session& session);
+
+/// `penalty` = 0, then every parameter in order.
+void apply_all_parameters(double& penalty, Session& session);
+
+/// Raises `penalty` to the barrier value of a parameter: 0 at one step from a limit, 10000 at a
+/// ten-thousandth of a step.
+void barrier_penalty(const BodyParam& param, float step, double& penalty, Prompts& prompts);
+
+/// Forgets the best model: the next run starts the comparison anew.
+void forget_best_model(InversionState& inversion);
+
+/// Forgets the best model and empties the list, so that no old value can land in another body. For every
+/// read and every change of number, order or type of bodies.
+void forget_run(InversionState& inversion);
+
+inline float larger_of(float a, float b) {
+    return a > b ? a : b;
+}
+/// Decimal logarithm of |x|, 0 for 0.
+double log10_abs(double x);
+
+}  // namespace anomalis

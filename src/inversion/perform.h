@@ -1,0 +1,84 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "core/inversion_state.h"
+#include "core/session.h"
+
+// A whole run: its set-up and refusals, the list, the trial rows, the best model.
+namespace anomalis {
+
+enum class InversionMethod { sweep, least_squares };
+
+/// How a run ended. Below 0 it failed; the numbers are shown and reported.
+enum RunStatus : int { run_failed = -1, run_succeeded = 0, run_limit = 1, run_no_decrease = 2 };
+
+inline constexpr int default_iterations = 25;
+
+struct RunRequest {
+    bool entire_model = true;
+    int current_body = 1;
+    std::int32_t channel = channel_mag;
+    int max_iterations = default_iterations;
+    InversionMethod method = InversionMethod::sweep;
+};
+
+/// The state of a run after an iteration.
+struct InversionProgress {
+    int iteration = 0;
+    int iteration_limit = 0;
+    MisfitPair misfit{};
+    double seconds = 0;  ///< since the run began
+};
+
+/// What is asked for beside a fit; entries follow the list of parameters.
+struct FitStatistics {
+    /// Standard errors in the units of the parameters; not a number for a parameter that stands on a limit
+    /// or that the data do not determine.
+    std::vector<double> errors;
+    /// Correlation coefficients, row by row; not a number where an error is.
+    std::vector<double> correlation;
+    std::vector<int> undetermined;  ///< list indices from 1: the data do not determine these
+    std::vector<int> at_limit;      ///< list indices from 1: these ended on a limit, which holds them
+};
+
+/// Who watches a run. A window shows, a batch tool prints, tests record.
+class RunObserver {
+  public:
+    virtual ~RunObserver() = default;
+    virtual void show_initial_misfit(const MisfitPair&) {}
+    virtual void show_iteration(int) {}
+    virtual void show_current_misfit(const MisfitPair&) {}
+    /// The charts, or the plan view, between two iterations.
+    virtual void display_iteration() {}
+    virtual void progress(const InversionProgress&) {}
+    /// The best model was stored (true) or forgotten.
+    virtual void best_model(bool) {}
+};
+
+struct RunResult {
+    int status = run_succeeded;
+    bool filled = false;  ///< the list was filled, so the start values can come back
+    int iterations = 0;
+    std::int64_t evaluations = 0;
+    std::optional<MisfitPair> initial_misfit;
+    MisfitPair misfit_pair{};
+    /// A joint fit: the same of gravity.
+    std::optional<MisfitPair> initial_grav_misfit, grav_misfit;
+    std::optional<FitStatistics> statistics;
+};
+
+/// Scale, station window and first misfit of a run. Returns 0 when ready, -1 when refused: no stations, no
+/// bodies, no current body.
+int setup_inversion(Session& session, int current_body, RunObserver& observer);
+
+/// The run. The bodies hold the last accepted state when it returns, after a fault whatever was reached.
+void perform_inversion(Session& session, const RunRequest& request, RunObserver& observer, RunResult& result);
+
+/// The outcome as it is shown.
+std::string status_label(int status);
+
+}  // namespace anomalis
