@@ -1,0 +1,68 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <vector>
+
+// The tables that a host gives to a chart. Rows are series: row 0 is (1, x1 ... xn), row k is
+// (style code, y1 ... yn); a later row with the kind 1 opens a new group with its own X values.
+namespace anomalis {
+
+/// The kinds in column 0 of a row. Any other number leaves the style to the chart's type.
+inline constexpr double x_row = 1.0;
+inline constexpr double chart_type_series = 0.0;
+inline constexpr double line_series = -2.0;
+inline constexpr double line_and_marker_series = -3.0;
+inline constexpr double bar_series = -4.0;
+
+/// One row without copying: its kind and its cells.
+struct ChartRow {
+    double code = chart_type_series;
+    std::span<const double> cells;
+};
+
+/// A table with its kinds in column 0; the first empty cell ends a row.
+using ChartTable = std::vector<std::vector<std::optional<double>>>;
+
+/// Marker styles or colours by absolute series number and point: element [series - 1][point - 1].
+/// A cell that is not there leaves what the chart holds.
+using MarkerTable = std::vector<std::vector<std::int32_t>>;
+
+/// The number of dimensions of the chart's table types; `array_rank` is 0 without a data block.
+template <class Cell>
+struct TableRank {
+    static constexpr int value = 0;
+};
+template <class Cell>
+struct TableRank<std::vector<Cell>> {
+    static constexpr int value = 1 + TableRank<Cell>::value;
+};
+
+/// True when the table has a data block.
+template <class Cell>
+bool array_is_initialized(const std::vector<Cell>& table) {
+    return !table.empty();
+}
+/// The number of dimensions, 0 for a table without a data block.
+template <class Cell>
+int array_rank(const std::vector<Cell>& table) {
+    return table.empty() ? 0 : TableRank<std::vector<Cell>>::value;
+}
+/// The upper bound of a dimension (1 the rows, 2 the longest row), counted from 0; -1 without a data block or
+/// for a dimension that the table has not.
+template <class Cell>
+int array_upper_bound(const std::vector<Cell>& table, int dimension) {
+    if (table.empty() || dimension < 1 || dimension > TableRank<std::vector<Cell>>::value) return -1;
+    if (dimension == 1) return static_cast<int>(table.size()) - 1;
+    int bound = -1;
+    if constexpr (TableRank<Cell>::value > 0) {
+        for (const Cell& row : table) {
+            const int inner = array_upper_bound(row, dimension - 1);
+            bound = inner > bound ? inner : bound;
+        }
+    }
+    return bound;
+}
+
+}  // namespace anomalis
