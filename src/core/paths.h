@@ -36,7 +36,7 @@ std::string user_data_folder();
 
 struct LocateResult {
     std::string path;           ///< "" when it was not found
-    bool stop_reading = false;  ///< after a cancel: the rest of the specification file stays unread
+    bool stop_reading = false;  ///< after a cancel: the rest of the file that names it stays unread
 };
 /// Looks for a file in the current folder, then in `folder`, then asks the person. `description` tells what
 /// the file is for.

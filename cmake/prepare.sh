@@ -1,0 +1,65 @@
+# Sourced by ./run and ./test: what the machine must have before the build.
+# shellcheck shell=bash
+
+# One line a package: where it is needed, its name, what for.
+package_list() {
+    cat <<'LIST'
+build g++                 the compiler
+build cmake               the build description
+build ninja-build         the build itself
+build qt6-base-dev        the window, printing, PDF and PNG pictures
+build qt6-svg-dev         SVG pictures
+build qt6-wayland         the window on a desktop without X11
+build libemf-dev          enhanced metafiles
+build libeigen3-dev       the least-squares solver
+build libcli11-dev        the command line of anomalis-batch
+build nlohmann-json3-dev  JSON output
+build fonts-dejavu-core   the font of the charts on a machine without a desktop
+test  libgtest-dev        the tests
+test  libgmock-dev        the tests
+test  libbenchmark-dev    the benchmarks
+test  poppler-utils       looking into exported PDF pages
+LIST
+}
+
+package_missing() {
+    [ "$(dpkg-query -W -f='${db:Status-Status}' "$1" 2>/dev/null)" != installed ]
+}
+
+# ensure_packages GROUP...: installs what is missing, or prints the command that does and fails.
+ensure_packages() {
+    command -v dpkg-query >/dev/null || {
+        echo "This is no Debian system; the packages needed are, by their Debian names:"
+        package_list
+        return 0
+    }
+    local missing=() group package reason
+    while read -r group package reason; do
+        case " $* " in *" $group "*) ;; *) continue ;; esac
+        package_missing "$package" || continue
+        [ ${#missing[@]} -gt 0 ] || echo "Missing packages:"
+        printf '  %-20s %s\n' "$package" "$reason"
+        missing+=("$package")
+    done < <(package_list)
+    [ ${#missing[@]} -gt 0 ] || return 0
+
+    local install="apt-get install -y --no-install-recommends ${missing[*]}" as_root=()
+    if [ "$(id -u)" -ne 0 ]; then
+        if ! sudo -n true 2>/dev/null; then
+            echo "They cannot be installed from here. Please run, then start again:"
+            echo "  sudo sh -c 'apt-get update && $install'"
+            return 1
+        fi
+        as_root=(sudo -n)
+    fi
+    echo "Installing them."
+    "${as_root[@]}" apt-get update -q || echo "The package lists could not be refreshed; trying with the old ones."
+    # shellcheck disable=SC2086
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive $install
+}
+
+# Where a compiler cache is at hand it serves all clones alike.
+use_compiler_cache() {
+    command -v ccache >/dev/null || return 0
+    export CMAKE_CXX_COMPILER_LAUNCHER=ccache CCACHE_NOHASHDIR=1 CCACHE_BASEDIR="$PWD"
+}

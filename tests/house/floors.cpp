@@ -1,0 +1,88 @@
+#include "house/floors.h"
+
+#include <map>
+#include <regex>
+#include <set>
+
+namespace anomalis::house {
+
+namespace {
+
+const std::map<std::string, int> floors{
+    {"core", 0},           {"intake", 1},       {"forward", 1},        {"transform", 1},   {"inversion", 2},
+    {"workspace_file", 2}, {"workbench", 3},    {"output", 3},         {"diagnostics", 3}, {"batch", 4},
+    {"workbench/qt", 4},   {"transform/qt", 4}, {"diagnostics/qt", 4}, {"chart/qt", 4},    {"app", 5},
+};
+
+const std::set<std::string> chart_may_include{"core/numbers.h", "core/text.h", "core/failure.h",
+                                              "core/safe_file.h"};
+
+/// Neighbours on one floor that know each other: the main window shows the forms of the other rooms.
+const std::set<std::pair<std::string, std::string>> neighbours{
+    {"intake", "transform"},
+    {"workbench/qt", "chart/qt"},
+    {"workbench/qt", "transform/qt"},
+    {"workbench/qt", "diagnostics/qt"},
+};
+
+/// Each foreign library stays in one place, and out of its headers.
+const std::map<std::string, std::string> library_places{
+    {"libEMF/", "chart/emf_device"},
+    {"Eigen/", "inversion/least_squares"},
+    {"CLI/", "batch/"},
+    {"nlohmann/", "batch/"},
+};
+
+bool starts_with(const std::string& text, const std::string& start) {
+    return text.compare(0, start.size(), start) == 0;
+}
+
+bool may_use_qt(const std::string& room) {
+    return room == "app" || room.find("/qt") != std::string::npos;
+}
+
+}  // namespace
+
+std::string room_of(const std::string& path) {
+    const auto first = path.find('/');
+    if (first == std::string::npos) return "";
+    return path.substr(0, path.compare(first, 4, "/qt/") == 0 ? first + 3 : first);
+}
+
+std::optional<int> floor_of(const std::string& room) {
+    const auto found = floors.find(room);
+    return found == floors.end() ? std::nullopt : std::optional(found->second);
+}
+
+std::string own_include_error(const std::string& from, const std::string& included) {
+    const std::string room = room_of(from);
+    const std::string other = room_of(included);
+    if (other.empty()) return "an include must name its room";
+    if (room == other || neighbours.contains({room, other})) return "";
+    if (room == "chart") return chart_may_include.contains(included) ? "" : "chart stands beside the floors";
+    const auto floor = floor_of(room);
+    if (!floor) return "the folder " + room + " is no room";
+    if (other == "chart") return *floor >= 3 ? "" : "only floor 3 and above know the charts";
+    const auto below = floor_of(other);
+    if (!below) return "the folder " + other + " is no room";
+    return *below < *floor ? "" : other + " does not stand below " + room;
+}
+
+std::string foreign_include_error(const std::string& from, const std::string& included) {
+    if (starts_with(included, "Q")) return may_use_qt(room_of(from)) ? "" : "no window system here";
+    for (const auto& [library, place] : library_places) {
+        if (!starts_with(included, library)) continue;
+        if (!starts_with(from, place)) return "this library is used in " + place + " alone";
+        return from.ends_with(".h") ? "a header must not show types of this library" : "";
+    }
+    return "";
+}
+
+std::optional<Include> parse_include(const std::string& line) {
+    static const std::regex pattern(R"(\s*#\s*include\s*([<"])([^>"]+)[>"].*)");
+    std::smatch match;
+    if (!std::regex_match(line, match, pattern)) return std::nullopt;
+    return Include{match[2], match[1] == "\""};
+}
+
+}  // namespace anomalis::house

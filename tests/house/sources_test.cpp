@@ -1,0 +1,100 @@
+#include <gtest/gtest.h>
+#include <regex>
+
+#include "house/source_files.h"
+
+namespace anomalis::house {
+
+namespace {
+
+constexpr long longest_source = 400;  // lines
+
+/// The CMakeLists.txt that builds a file: in its folder or the nearest one above.
+fs::path build_list_of(const fs::path& file) {
+    fs::path folder = file.parent_path();
+    while (!fs::exists(project() / folder / "CMakeLists.txt")) folder = folder.parent_path();
+    return folder / "CMakeLists.txt";
+}
+
+bool lists(const fs::path& build_list, const fs::path& file) {
+    const std::string name = fs::relative(file, build_list.parent_path()).generic_string();
+    std::istringstream words(
+        std::regex_replace(text_of(project() / build_list), std::regex("#[^\n]*|[()\"]"), " "));
+    for (std::string word; words >> word;)
+        if (word == name) return true;
+    return false;
+}
+
+/// Lines of the project's files that match, as "file:line: text". Character classes keep a pattern from
+/// matching itself here.
+std::string matches(const std::vector<std::string>& folders, const std::regex& pattern,
+                    const std::regex& exempt = std::regex("$^")) {
+    std::string found;
+    for (const std::string& folder : folders) {
+        if (!fs::exists(project() / folder)) continue;
+        for (const fs::path& file : files_below(folder)) {
+            if (!is_code(file) && file.filename() != "CMakeLists.txt" && file.extension() != ".py") continue;
+            if (std::regex_search(file.generic_string(), exempt)) continue;
+            long number = 0;
+            for (const std::string& line : lines_of(project() / file)) {
+                ++number;
+                if (std::regex_search(line, pattern))
+                    found += file.generic_string() + ":" + std::to_string(number) + ": " + line + "\n";
+            }
+        }
+    }
+    return found;
+}
+
+const std::vector<std::string> all_folders{"src", "tests", "bench", "fuzz", "examples", "cmake"};
+
+}  // namespace
+
+TEST(Sources, each_is_listed_in_the_build_of_its_room) {
+    int seen = 0;
+    for (const char* folder : {"src", "tests", "bench"}) {
+        for (const fs::path& file : files_below(folder)) {
+            if (!is_source(file)) continue;
+            ++seen;
+            EXPECT_TRUE(lists(build_list_of(file), file))
+                << file.generic_string() << " is not built by " << build_list_of(file).generic_string();
+        }
+    }
+    EXPECT_GT(seen, 20) << "the sources were not found";
+}
+
+TEST(Sources, none_is_longer_than_a_reader_bears) {
+    for (const char* folder : {"src", "tests", "bench"})
+        for (const fs::path& file : files_below(folder))
+            if (is_code(file)) {
+                EXPECT_LE(static_cast<long>(lines_of(project() / file).size()), longest_source)
+                    << file.generic_string();
+            }
+}
+
+TEST(Sources, reasons_are_given_by_the_subject_and_not_by_a_paper) {
+    EXPECT_EQ(matches(all_folders, std::regex(R"(\bP[a]rts? \d|sp[e]c\.md|\bth(e|is) sp[e]c(ification)?\b)")),
+              "");
+    EXPECT_EQ(matches(all_folders, std::regex(R"(/w[o]rk/|/tmp/w[t]\b|\bi[s]sues? #?\d)")), "");
+}
+
+TEST(Sources, nothing_is_left_for_later) {
+    EXPECT_EQ(
+        matches(all_folders, std::regex(R"(\bTO[D]O\b|\bFIX[M]E\b|\bXX[X]\b|GTEST_SK[I]P|DIS[A]BLED_)")), "");
+}
+
+TEST(Sources, numbers_and_text_meet_in_one_place) {
+    EXPECT_EQ(
+        matches({"src"},
+                std::regex(R"(\b(strto[dfl]\w*|ato[fil]|sto[dfil]|sscanf|setlocale|setprecision)\s*\()"),
+                std::regex("^src/core/numbers")),
+        "");
+}
+
+TEST(Sources, files_are_written_in_one_place) {
+    EXPECT_EQ(matches({"src"}, std::regex(R"(\b(ofstream|fstream|fopen|O_WRONLY|O_RDWR|O_CREAT)\b[^>]*$)"),
+                      std::regex("^src/(core/safe_file|chart/emf_device)")),
+              "");
+}
+
+}  // namespace anomalis::house
