@@ -1,0 +1,24 @@
+# anomalis_vector_sources(TARGET files...): compiles each file once for every vector level and links the objects into
+# TARGET. The file finds the name of its level's namespace in ANOMALIS_VECTOR_LEVEL. Elsewhere than on x86-64 there
+# is the baseline only. Always optimised, since a kernel that is not shows nothing; the sanitizers stay.
+function(anomalis_vector_sources target)
+  set(levels baseline)
+  if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64|amd64)$")
+    list(APPEND levels avx2 avx512)
+  endif()
+  set(flags_baseline "")
+  set(flags_avx2 -mavx2)
+  set(flags_avx512 -mavx2 -mavx512f -mavx512dq -mavx512vl -mprefer-vector-width=512)
+  foreach(level IN LISTS levels)
+    set(objects ${target}_${level})
+    if(NOT TARGET ${objects})
+      add_library(${objects} OBJECT)
+      target_link_libraries(${objects} PRIVATE anomalis_flags)
+      target_compile_definitions(${objects} PRIVATE ANOMALIS_VECTOR_LEVEL=vector_${level})
+      # Vectors pass between inlined functions only, so their calling convention does not matter.
+      target_compile_options(${objects} PRIVATE -O3 -fno-trapping-math -Wno-psabi ${flags_${level}})
+      target_sources(${target} PRIVATE $<TARGET_OBJECTS:${objects}>)
+    endif()
+    target_sources(${objects} PRIVATE ${ARGN})
+  endforeach()
+endfunction()
