@@ -22,6 +22,10 @@ std::string format_number(std::int32_t value, std::string_view pattern);
 /// True for: blanks, a sign, digits with at most one point, an exponent, blanks; finite in a double.
 bool is_numeric(std::string_view text);
 
+/// The same test with the number, found in one scan. A number too small for a double is 0. A text that is not
+/// numeric gives false, and `value` is then of no use.
+bool parse_number(std::string_view text, double& value);
+
 /// The longest leading number, 0 if there is none. Blanks before and inside it are skipped.
 double prefix_number(std::string_view text);
 

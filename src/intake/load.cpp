@@ -1,0 +1,71 @@
+#include "intake/load.h"
+
+#include "core/paths.h"
+#include "core/prompts.h"
+#include "core/workspace.h"
+#include "intake/definition.h"
+#include "intake/location_file.h"
+#include "intake/profile.h"
+
+namespace anomalis {
+
+namespace {
+
+constexpr int pass_count = 0;
+constexpr int pass_fill = 1;
+
+/// The message about a quantity whose range never left the mark of a value that was not read; null when all
+/// were. Only the low end is tested: a first record that lacks a column is enough.
+const char* missing_quantity(const Workspace& w) {
+    const DataDefinition& d = w.definition;
+    // The words about y name x; people know this message.
+    if (w.x_min < missing_limit || w.y_min < missing_limit) return "No valid x coordinate values were read";
+    if (d.z_column > 0 && w.z_min < missing_limit) return "No valid z coordinate values were read";
+    if (d.dtm_column > 0 && w.dtm_min < missing_limit) return "No valid DTM values were read";
+    if (d.mag_column > 0 && w.mag_min < missing_limit) return "No valid mag values were read";
+    if (d.grav_column > 0 && w.grav_min < missing_limit) return "No valid gravity values were read";
+    return nullptr;
+}
+
+/// Up to the filled stations in file order. False when there are none to go on with.
+bool read_stations(Workspace& w, Prompts& prompts) {
+    reset_calculated_data(w, prompts);
+    if (check_data_definitions(w, prompts) != 0) return false;
+    if (read_location_file(pass_count, w, prompts) != 0 || w.station_count == 0) return false;
+    if (const char* text = missing_quantity(w)) {
+        prompts.message(text);
+        return false;
+    }
+    return read_location_file(pass_fill, w, prompts) == 0;
+}
+
+void complete_window(Workspace& w) {
+    const int count = w.station_count;
+    if (w.first_station < 1 || w.first_station > count) {
+        w.first_station = 1;
+        w.first_distance = 0;
+    }
+    if (w.last_station <= 0 || w.last_station <= w.first_station || w.last_station > count) {
+        w.last_station = count;
+        w.last_distance = w.distances.last();
+    }
+}
+
+}  // namespace
+
+int load_locations(Workspace& workspace, Prompts& prompts) {
+    const MessageScope scope(prompts);
+    drop_stations(workspace);
+    if (!read_stations(workspace, prompts)) {
+        drop_stations(workspace);
+        return -1;
+    }
+    workspace.definition.data_file_date = file_date(workspace.definition.data_file);
+    setup_profile_coordinates(workspace, prompts);
+    setup_graphics_arrays(workspace, prompts);
+    complete_window(workspace);
+    setup_sensor_elevations(workspace, prompts);
+    return workspace.distances.last() > 0 ? 0 : 1;
+}
+
+}  // namespace anomalis

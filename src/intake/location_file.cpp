@@ -1,0 +1,98 @@
+#include "intake/location_file.h"
+
+#include <algorithm>
+#include <limits>
+#include <string>
+
+#include "core/failure.h"
+#include "core/prompts.h"
+#include "core/workspace.h"
+#include "intake/record_reader.h"
+
+namespace anomalis {
+
+namespace {
+
+template <class Real>
+void start_range(Real& low, Real& high, Real value) {
+    low = high = value;
+}
+
+template <class Real>
+void extend_range(Real& low, Real& high, Real value) {
+    low = std::min(low, value);
+    high = std::max(high, value);
+}
+
+/// The first record sets every range, also those of quantities without a column.
+void start_ranges(Workspace& w, const RecordReader& record) {
+    start_range(w.x_min, w.x_max, record.values()[quantity_x]);
+    start_range(w.y_min, w.y_max, record.values()[quantity_y]);
+    start_range(w.z_min, w.z_max, record.single(quantity_z));
+    start_range(w.dtm_min, w.dtm_max, record.single(quantity_dtm));
+    start_range(w.mag_min, w.mag_max, record.single(quantity_mag));
+    start_range(w.grav_min, w.grav_max, record.single(quantity_grav));
+}
+
+void extend_ranges(Workspace& w, const RecordReader& record) {
+    const DataDefinition& d = w.definition;
+    extend_range(w.x_min, w.x_max, record.values()[quantity_x]);
+    extend_range(w.y_min, w.y_max, record.values()[quantity_y]);
+    if (d.z_column > 0) extend_range(w.z_min, w.z_max, record.single(quantity_z));
+    if (d.dtm_column > 0) extend_range(w.dtm_min, w.dtm_max, record.single(quantity_dtm));
+    if (d.mag_column > 0) extend_range(w.mag_min, w.mag_max, record.single(quantity_mag));
+    if (d.grav_column > 0) extend_range(w.grav_min, w.grav_max, record.single(quantity_grav));
+}
+
+void store_record(Workspace& w, int row, const RecordReader& record) {
+    w.stations(row, column_line) = 0;
+    w.stations(row, column_east) = record.values()[quantity_x];
+    w.stations(row, column_north) = record.values()[quantity_y];
+    w.stations(row, column_sensor) = record.values()[quantity_z];
+    w.stations(row, column_ground) = record.values()[quantity_dtm];
+    w.mag_data(row, row_raw, stage_observed) = record.single(quantity_mag);
+    w.grav_data(row, row_raw, stage_observed) = record.single(quantity_grav);
+}
+
+void count_records(int mode, Workspace& w) {
+    RecordReader record(w.definition, w.transform);
+    std::int32_t count = 0;
+    while (record.next()) {
+        if (count == std::numeric_limits<std::int32_t>::max()) throw Fault(FaultKind::overflow);
+        ++count;
+        if (mode < 0) continue;
+        if (count == 1) {
+            start_ranges(w, record);
+        } else {
+            extend_ranges(w, record);
+        }
+    }
+    if (count == 0) return;
+    w.station_count = count;
+    if (mode < 0) return;
+    w.stations.assign(count);
+    w.mag_data.assign(count);
+    w.grav_data.assign(count);
+}
+
+void fill_stations(Workspace& w) {
+    RecordReader record(w.definition, w.transform);
+    int row = 0;
+    while (row < w.station_count && record.next()) store_record(w, ++row, record);
+    if (row < w.station_count || record.next())
+        throw Fault("The file changed while it was read (" + w.definition.data_file + ")");
+}
+
+}  // namespace
+
+int read_location_file(int mode, Workspace& workspace, Prompts& prompts) {
+    return report_failure(prompts, "An error occurred while reading the location file : ", [&] {
+        if (mode > 0) {
+            fill_stations(workspace);
+        } else {
+            count_records(mode, workspace);
+        }
+    });
+}
+
+}  // namespace anomalis

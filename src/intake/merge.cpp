@@ -1,0 +1,99 @@
+#include "intake/merge.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "core/numbers.h"
+#include "core/workspace.h"
+#include "intake/profile_line.h"
+
+namespace anomalis {
+
+namespace {
+
+/// Sums over neighbouring stations.
+class StationGroup {
+  public:
+    void add(const Workspace& w, int station) {
+        ++count_;
+        east_ += w.stations(station, column_east);
+        north_ += w.stations(station, column_north);
+        sensor_ += w.stations(station, column_sensor);
+        ground_ += w.stations(station, column_ground);
+        mag_ += w.mag_data(station, row_raw, stage_observed);
+        grav_ += w.grav_data(station, row_raw, stage_observed);
+    }
+    double distance(const Workspace& w) const { return distance_along(w, east_ / count_, north_ / count_); }
+    void store(Workspace& w, int row) const {
+        w.stations(row, column_east) = east_ / count_;
+        w.stations(row, column_north) = north_ / count_;
+        w.stations(row, column_sensor) = sensor_ / count_;
+        w.stations(row, column_ground) = ground_ / count_;
+        w.mag_data(row, row_raw, stage_observed) = to_single(mag_ / count_);
+        w.grav_data(row, row_raw, stage_observed) = to_single(grav_ / count_);
+    }
+
+  private:
+    int count_ = 0;
+    double east_ = 0, north_ = 0, sensor_ = 0, ground_ = 0, mag_ = 0, grav_ = 0;
+};
+
+StationTable rounded_rows(const StationTable& stations, int kept) {
+    StationTable rounded;
+    rounded.assign(kept);
+    for (int c = column_line; c <= column_ground; ++c) {
+        const auto from = stations.column(c).first(static_cast<std::size_t>(kept));
+        std::transform(from.begin(), from.end(), rounded.column(c).begin(),
+                       [](double v) { return to_single(v); });
+    }
+    return rounded;
+}
+
+ChannelTable cut_rows(const ChannelTable& data, int kept) {
+    ChannelTable cut;
+    cut.assign(kept);
+    const auto from = data.row(row_raw, stage_observed).first(static_cast<std::size_t>(kept));
+    std::copy(from.begin(), from.end(), cut.row(row_raw, stage_observed).begin());
+    return cut;
+}
+
+}  // namespace
+
+int merge_close_stations(Workspace& w) {
+    const int count = w.station_count;
+    const double spacing = std::max(w.min_station_spacing, 0.0F);
+    double last_distance = 0;
+    int kept = 1;
+    StationGroup group;
+    for (int i = 2; i <= count; ++i) {
+        if (i == count) group = {};
+        group.add(w, i);
+        const double distance = group.distance(w);
+        const bool advances = distance > last_distance && distance - last_distance > spacing;
+        if (!advances && i != count) continue;
+        last_distance = distance;
+        ++kept;
+        w.distances[kept] = distance;
+        w.stations(kept, column_line) = w.stations(i, column_line);
+        group.store(w, kept);
+        group = {};
+    }
+    return kept;
+}
+
+bool cut_to_kept_stations(int kept, Workspace& w) {
+    StationTable stations = rounded_rows(w.stations, kept);
+    const ProfileLine line = profile_line(stations, kept);
+    if (!line.long_enough()) return false;
+    w.mag_data = cut_rows(w.mag_data, kept);
+    w.grav_data = cut_rows(w.grav_data, kept);
+    w.stations = std::move(stations);
+    w.station_count = w.allocated_stations = kept;
+    set_line_geometry(line, w.stations, w);
+    w.distances.resize(kept);
+    for (int i = 2; i <= kept; ++i)
+        w.distances[i] = distance_along(w, w.stations(i, column_east), w.stations(i, column_north));
+    return true;
+}
+
+}  // namespace anomalis

@@ -1,0 +1,90 @@
+#include "intake/profile.h"
+
+#include <algorithm>
+#include <numeric>
+#include <utility>
+
+#include "core/failure.h"
+#include "core/numbers.h"
+#include "core/prompts.h"
+#include "core/workspace.h"
+#include "intake/body_elevations.h"
+#include "intake/merge.h"
+#include "intake/profile_line.h"
+#include "intake/resample.h"
+
+namespace anomalis {
+
+namespace {
+
+void reverse_stations(Workspace& w) {
+    for (int c = column_east; c <= column_ground; ++c) {
+        const auto column = w.stations.column(c);
+        std::reverse(column.begin(), column.end());
+    }
+    for (ChannelTable* data : {&w.mag_data, &w.grav_data}) {
+        const auto row = data->row(row_raw, stage_observed);
+        std::reverse(row.begin(), row.end());
+    }
+}
+
+/// The line towards the east or the north. False when it has no length.
+bool orient_profile(Workspace& w) {
+    ProfileLine line = profile_line(w.stations, w.station_count);
+    if (!line.long_enough()) return false;
+    if (line.runs_backwards()) {
+        reverse_stations(w);
+        line.dx = -line.dx;
+        line.dy = -line.dy;
+    }
+    set_line_geometry(line, w.stations, w);
+    return true;
+}
+
+/// Stations at rising distances. False when the line has no length once it is rounded to singles.
+bool merge_stations(Workspace& w) {
+    w.distances.assign(w.station_count);
+    const int kept = merge_close_stations(w);
+    return kept == w.station_count || cut_to_kept_stations(kept, w);
+}
+
+void set_base_level(const ChannelTable& data, float& mean, float& base) {
+    const auto row = data.row(row_raw, stage_observed);
+    mean = to_single(std::accumulate(row.begin(), row.end(), 0.0) / static_cast<double>(row.size()));
+    if (base == unset) base = mean;
+}
+
+void finish_profile(Workspace& w) {
+    if (w.has_mag()) set_base_level(w.mag_data, w.mag_mean, w.mag_base);
+    if (w.has_grav()) set_base_level(w.grav_data, w.grav_mean, w.grav_base);
+    if (w.station_spacing > 0) resample_profile(w);
+}
+
+/// After a failure too every array of stations has `station_count` rows.
+void size_station_arrays(bool laid_out, Workspace& w) {
+    if (!laid_out || w.distances.count() != w.station_count) w.distances.assign(w.station_count);
+    w.mag_work.assign(w.station_count);
+    w.grav_work.assign(w.station_count);
+    w.station_spare.assign(w.station_count);
+}
+
+}  // namespace
+
+int setup_profile_coordinates(Workspace& workspace, Prompts& prompts) {
+    int status = 0;
+    const int failure =
+        report_failure(prompts, "An error occurred while setting up the profile coordinates : ", [&] {
+            const bool oriented = orient_profile(workspace);
+            const bool laid_out = oriented && merge_stations(workspace);
+            // A line that collapses only when it is merged leaves the status as it was.
+            if (!oriented) status = -1;
+            if (!laid_out) prompts.message("The data profile is not long enough to model");
+            if (laid_out) finish_profile(workspace);
+            size_station_arrays(laid_out, workspace);
+            if (laid_out) set_body_elevations(workspace);
+        });
+    if (failure != 0) report_failure(prompts, "", [&] { size_station_arrays(true, workspace); });
+    return failure != 0 ? failure : status;
+}
+
+}  // namespace anomalis

@@ -1,0 +1,15 @@
+#pragma once
+
+namespace anomalis {
+
+struct Workspace;
+
+/// The most intervals that a resampled profile may have; a smaller spacing is widened to this many.
+inline constexpr int most_intervals = 8192;
+
+/// Replaces the stations by points every `station_spacing` metres along the profile: each quantity that the
+/// file has is taken from the cubic spline over the old distances, the others are 0.
+/// Raises Fault division_by_zero when two stations stand at one distance; the old stations then stay.
+void resample_profile(Workspace& workspace);
+
+}  // namespace anomalis
