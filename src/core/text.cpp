@@ -75,6 +75,16 @@ std::string flag_to_text(bool flag) {
     return flag ? "Yes" : "No";
 }
 
+std::string single_line(std::string_view text) {
+    std::string line;
+    line.reserve(text.size());
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == '\n' && i > 0 && text[i - 1] == '\r') continue;
+        line += text[i] == '\r' || text[i] == '\n' ? ' ' : text[i];
+    }
+    return line;
+}
+
 std::string trim_at_nul(std::string_view text) {
     return std::string(trim_blanks(text.substr(0, text.find('\0'))));
 }

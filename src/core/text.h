@@ -19,6 +19,8 @@ bool text_to_flag(std::string_view text);
 std::string flag_to_text(bool flag);
 /// The text before its first NUL, trimmed of blanks.
 std::string trim_at_nul(std::string_view text);
+/// The text with each line break (CR, LF or CR LF) turned into a blank, for places that hold one line.
+std::string single_line(std::string_view text);
 /// ASCII letters compared without regard to case.
 bool equal_ignoring_case(std::string_view a, std::string_view b);
 

@@ -1,0 +1,133 @@
+#include "workspace_file/axm_body.h"
+
+#include "core/angles.h"
+#include "core/numbers.h"
+#include "core/text.h"
+#include "core/workspace.h"
+#include "workspace_file/axm_text.h"
+
+namespace anomalis {
+
+namespace {
+
+constexpr float default_susc = 50000;
+constexpr float default_density = 2.67F;
+
+void read_limits(LineItems& items, BodyParam& param) {
+    param.vary = items.single();
+    param.min = items.single();
+    param.max = items.single();
+}
+
+void read_param(LineItems& items, BodyParam& param) {
+    param.value = items.single();
+    read_limits(items, param);
+}
+
+float numeric_or(std::string_view token, float fallback) {
+    return is_numeric(token) ? to_single(prefix_number(token)) : fallback;
+}
+
+/// What follows the type: flags, colour and name. The token before the name is the "turned off" mark; it is
+/// never restored, a body comes back switched on. In files from before that mark a name that starts with
+/// those digits loses its first word.
+void read_heading(LineItems& items, ModelBody& body) {
+    body.include_demagnetisation = items.integer();
+    body.vary = items.integer();
+    if (!items.left()) return;
+    body.colour = items.integer();
+    LineItems rest(trim_blanks(items.rest()));
+    if (rest.rest().starts_with('0') || rest.rest().starts_with('1')) rest.token();
+    body.name = trim_blanks(rest.rest());
+}
+
+void read_position(LineItems items, std::int32_t version, ModelBody& body) {
+    body.distance.value = items.single();
+    body.east = items.number();
+    body.north = items.number();
+    body.top.value = items.single();
+    if (version <= 0) return;
+    read_limits(items, body.distance);
+    read_limits(items, body.top);
+    if (version < 6) return;
+    items.if_left(body.end_width_a);
+    items.if_left(body.end_width_b);
+    items.if_left(body.shell_thickness);
+    items.if_left(body.end_thickness);
+    items.if_left(body.num_sectors);
+    items.if_left(body.num_segments);
+    items.if_left(body.max_triangle_size);
+}
+
+void read_shape(LineItems items, std::int32_t version, ModelBody& body) {
+    const auto params = {&body.strike, &body.dip, &body.width, &body.depth_extent};
+    for (BodyParam* param : params) param->value = items.single();
+    if (version <= 0) return;
+    for (BodyParam* param : params) read_limits(items, *param);
+}
+
+void read_tilts(LineItems items, ModelBody& body) {
+    read_param(items, body.plunge);
+    if (items.left()) read_param(items, body.slope);
+}
+
+void read_properties(LineItems items, std::int32_t version, ModelBody& body) {
+    body.susc.value = numeric_or(items.token(), default_susc);
+    body.rem_q.value = items.single();
+    body.rem_i.value = items.single();
+    body.rem_d.value = items.single();
+    if (version > 0) {
+        for (BodyParam* param : {&body.susc, &body.rem_q, &body.rem_i, &body.rem_d})
+            read_limits(items, *param);
+    }
+    if (!items.left()) return;
+    body.density.value = numeric_or(items.token(), default_density);
+    if (version > 0) read_limits(items, body.density);
+}
+
+/// Files up to format 2 held susceptibilities in cgs units and half the density, files up to format 6 the
+/// remanence of a sheet as a magnetisation.
+void convert_old_units(std::int32_t version, float field_intensity, ModelBody& body) {
+    if (version <= 2) {
+        body.susc.value = to_single(body.susc.value * (4 * pi));
+        body.density.value = to_single(body.density.value * 2.0);
+    }
+    if (version <= 6 && body.type < pipe) {
+        const double induced = double{body.susc.value} * field_intensity;
+        const bool usable = body.susc.value > 0 && field_intensity > 0;
+        body.rem_q.value = usable ? to_single(body.rem_q.value / induced) : 0.0F;
+    }
+    if (body.type < pipe && body.dip.value < 0) body.dip.value = -body.dip.value;
+}
+
+}  // namespace
+
+void read_body(AxmLines& lines, std::int32_t& version, Workspace& workspace, int number,
+               const Settings& settings, Prompts& prompts) {
+    LineItems heading(lines.next());
+    ModelBody& body = workspace.body(number);
+    body = ModelBody{};
+    const std::int32_t type = heading.integer();
+    body.type = type;
+    initialise_body(workspace, number, settings, prompts);
+    body.type = type;  // the file stands above a default type of the settings
+    if (version == 0 && heading.left()) version = 1;
+    if (version > 0) read_heading(heading, body);
+    if (version >= 2) {
+        body.description = lines.next();
+        body.rock_type = lines.next();
+    }
+    read_position(LineItems(lines.next()), version, body);
+    read_shape(LineItems(lines.next()), version, body);
+    if (version >= 3) {
+        LineItems length(lines.next());
+        read_param(length, body.length);
+        LineItems offset(lines.next());
+        read_param(offset, body.offset);
+    }
+    if (version >= 4) read_tilts(LineItems(lines.next()), body);
+    read_properties(LineItems(lines.next()), version, body);
+    convert_old_units(version, workspace.field_intensity, body);
+}
+
+}  // namespace anomalis

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <cstdint>
+
+// The lines of one body. Private to this room.
+namespace anomalis {
+
+class AxmLines;
+class Prompts;
+class Settings;
+struct Workspace;
+
+/// Reads the lines of body `number`, whose slot must exist; it starts from the defaults of a new body, so an
+/// item that an old format does not have keeps its default. A `version` of 0 becomes 1 for the rest of the
+/// file when text follows the type. Raises Fault.
+void read_body(AxmLines& lines, std::int32_t& version, Workspace& workspace, int number,
+               const Settings& settings, Prompts& prompts);
+
+}  // namespace anomalis

@@ -1,0 +1,216 @@
+#include <algorithm>
+#include <limits>
+
+#include "core/failure.h"
+#include "core/paths.h"
+#include "core/safe_file.h"
+#include "core/text.h"
+#include "core/workspace.h"
+#include "workspace_file/axm.h"
+#include "workspace_file/axm_body.h"
+#include "workspace_file/axm_text.h"
+
+namespace anomalis {
+
+namespace {
+
+constexpr std::int32_t last_filter_type = 4;
+constexpr std::int32_t spare_bodies = 16;
+constexpr int lines_before_bodies = 11;
+
+/// A file that moved together with its workspace is found beside it; one that is nowhere is asked for.
+void find_data_file(std::string_view named, const std::string& model_path, DataDefinition& definition,
+                    Prompts& prompts) {
+    const std::string path(named);
+    const std::string beside = folder_name(model_path) + file_name(path);
+    definition.data_file = path;
+    if (file_exists(path).empty()) {
+        if (!file_exists(beside).empty()) {
+            definition.data_file = beside;
+        } else {
+            const LocateResult found =
+                locate_file("profile data file", path, folder_name(model_path), prompts);
+            if (found.path.empty()) return;
+            definition.data_file = trim_blanks(found.path);
+        }
+    }
+    definition.data_file_date = file_date(definition.data_file);
+}
+
+void read_columns(LineItems items, Workspace& workspace) {
+    DataDefinition& definition = workspace.definition;
+    for (std::int32_t* field :
+         {&definition.first_data_line, &definition.read_increment, &definition.x_column, &definition.y_column,
+          &definition.z_column, &definition.dtm_column, &definition.mag_column})
+        *field = items.integer();
+    definition.spare_definition_field = definition.last_data_line = 0;
+    items.if_left(definition.grav_column);
+    items.if_left(workspace.station_spacing);
+    items.if_left(definition.spare_definition_field);
+    items.if_left(workspace.min_station_spacing);
+    items.if_left(definition.last_data_line);
+}
+
+void read_field(LineItems items, Workspace& workspace) {
+    workspace.field_intensity = items.single();
+    workspace.field_inclination = items.single();
+    workspace.field_declination = items.single();
+}
+
+/// The station window counts only when both its numbers are there.
+void read_window_stations(LineItems& items, Workspace& workspace) {
+    if (!items.left()) return;
+    const std::int32_t first = items.integer();
+    if (!items.left()) return;
+    workspace.first_station = first;
+    workspace.last_station = items.integer();
+}
+
+void read_filters(LineItems items, Workspace& workspace) {
+    workspace.residual_filter_width = items.integer();
+    if (items.left()) {
+        workspace.vg_filter_width = items.integer();
+        workspace.vg_filter_step = items.integer();
+    }
+    if (items.left()) {
+        workspace.display_total_gradient = items.integer();
+        read_window_stations(items, workspace);
+    }
+    workspace.smooth_filter_type = workspace.smooth_filter_width = 0;
+    if (items.left()) {
+        workspace.smooth_filter_type = std::clamp(items.integer(), 0, last_filter_type);
+        workspace.smooth_filter_width = items.integer();
+    }
+    if (items.left()) {
+        workspace.first_distance = items.number();
+        workspace.last_distance = items.number();
+    }
+    // A window given by distances is found again among the stations after the load.
+    if (workspace.first_distance < workspace.last_distance)
+        workspace.first_station = workspace.last_station = 0;
+}
+
+void read_base_levels(LineItems items, Workspace& workspace) {
+    workspace.mag_base = items.single();
+    workspace.surface_elevation = items.single();
+    workspace.sensor_offset = items.single();
+    workspace.grav_base = unset;
+    workspace.float_mag_base = workspace.float_grav_base = 0;
+    items.if_left(workspace.grav_base);
+    items.if_left(workspace.float_mag_base);
+    items.if_left(workspace.float_grav_base);
+}
+
+void read_transform(AxmLines& lines, PointTransform& transform) {
+    LineItems turn(lines.next());
+    for (double* field : {&transform.rotation, &transform.x_scale, &transform.y_scale})
+        *field = turn.number();
+    const auto read_pair = [&](double& first, double& second) {
+        LineItems items(lines.next());
+        first = items.number();
+        second = items.number();
+    };
+    read_pair(transform.x_origin, transform.y_origin);
+    read_pair(transform.x_offset, transform.y_offset);
+    read_pair(transform.original_x2, transform.original_y2);
+    read_pair(transform.new_x2, transform.new_y2);
+    read_pair(transform.elevation_shift, transform.elevation_scale);
+}
+
+void read_definitions(AxmLines& lines, const std::string& path, Workspace& workspace, Prompts& prompts) {
+    workspace.first_station = workspace.last_station = 0;
+    workspace.first_distance = workspace.last_distance = 0;
+    workspace.display.valid = false;
+    // Files from before these were kept were drawn without them.
+    workspace.infinite_body_length = workspace.finite_body_left_clip = workspace.finite_body_right_clip = 0;
+    find_data_file(lines.next(), path, workspace.definition, prompts);
+    read_columns(LineItems(lines.next()), workspace);
+    read_field(LineItems(lines.next()), workspace);
+    read_filters(LineItems(lines.next()), workspace);
+    read_base_levels(LineItems(lines.next()), workspace);
+    read_transform(lines, workspace.transform);
+}
+
+/// Slots grow with the bodies that are really there: the count in the file is a claim, and memory must not
+/// hang on it.
+void read_announced_bodies(AxmLines& lines, std::int32_t count, std::int32_t version, Workspace& workspace,
+                           const Settings& settings, Prompts& prompts) {
+    const bool afresh = count > workspace.body_capacity;
+    if (afresh) workspace.bodies.assign(1, ModelBody{});
+    for (std::int32_t number = 1; number <= count; ++number) {
+        if (static_cast<std::size_t>(number) >= workspace.bodies.size()) workspace.bodies.emplace_back();
+        workspace.body_capacity = static_cast<std::int32_t>(workspace.bodies.size()) - 1;
+        read_body(lines, version, workspace, number, settings, prompts);
+        workspace.body_count = number;
+    }
+    if (!afresh) return;
+    if (count > std::numeric_limits<std::int32_t>::max() - spare_bodies) throw Fault(FaultKind::overflow);
+    workspace.body_capacity = count + spare_bodies;
+    workspace.bodies.resize(static_cast<std::size_t>(workspace.body_capacity) + 1);
+}
+
+void read_bodies(int mode, AxmLines& lines, Workspace& workspace, const Settings& settings,
+                 Prompts& prompts) {
+    LineItems items(lines.next());
+    const std::int32_t count = items.integer();
+    const std::int32_t version = items.integer();
+    if (mode == 0) {
+        items.if_left(workspace.infinite_body_length);
+        items.if_left(workspace.finite_body_left_clip);
+        items.if_left(workspace.finite_body_right_clip);
+    }
+    read_announced_bodies(lines, count, version, workspace, settings, prompts);
+}
+
+void read_display_block(AxmLines& lines, DisplaySettings& display) {
+    do {
+        if (lines.at_end()) return;
+    } while (lines.next() != axm_display_marker);
+    display.valid = true;
+    LineItems flags(lines.next());
+    display.maintain_aspect_ratio = flags.integer();
+    display.show_axes = flags.integer();
+    display.show_body_label = flags.integer();
+    if (flags.left()) display.tie_pipe_depth_susc = text_to_flag(flags.token());
+    flags.if_left(display.tie_factor);
+    LineItems fractions(lines.next());
+    for (float& fraction : display.splitter_fraction) fraction = fractions.single();
+    LineItems size(lines.next());
+    display.form_width = size.integer();
+    display.form_height = size.integer();
+}
+
+void read_lines(int mode, AxmLines& lines, const std::string& path, Workspace& workspace,
+                const Settings& settings, Prompts& prompts) {
+    if (mode > 0) {
+        lines.skip(lines_before_bodies);
+    } else {
+        read_definitions(lines, path, workspace, prompts);
+    }
+    workspace.body_count = 0;
+    if (lines.at_end()) return;
+    if (mode >= 0) read_bodies(mode, lines, workspace, settings, prompts);
+    if (mode <= 0) read_display_block(lines, workspace.display);
+}
+
+}  // namespace
+
+int read_model_parameters(int mode, Workspace& workspace, const std::string& path, const Settings& settings,
+                          Prompts& prompts) {
+    return report_failure(prompts, "An error occurred while reading the location file : ", [&] {
+        const std::string text = read_whole_file(path);
+        drop_stations(workspace);
+        AxmLines lines(text);
+        try {
+            read_lines(mode, lines, path, workspace, settings, prompts);
+        } catch (const Fault& fault) {
+            throw Fault(std::string(fault.what()) + " (" + path + ", line " + std::to_string(lines.number()) +
+                        ")");
+        }
+        if (mode > 0) return;
+        workspace.model_file = path;
+        workspace.model_file_date = file_date(path);
+    });
+}
+
+}  // namespace anomalis

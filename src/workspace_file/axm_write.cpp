@@ -1,0 +1,126 @@
+#include "core/failure.h"
+#include "core/safe_file.h"
+#include "core/workspace.h"
+#include "workspace_file/axm.h"
+#include "workspace_file/axm_text.h"
+
+namespace anomalis {
+
+namespace {
+
+constexpr std::int32_t written_version = 7;
+
+struct Limits {
+    const BodyParam& param;
+};
+
+AxmWriter& operator<<(AxmWriter& out, const Limits& limits) {
+    return out << limits.param.vary << limits.param.min << limits.param.max;
+}
+
+AxmWriter& operator<<(AxmWriter& out, const BodyParam& param) {
+    return out << param.value << Limits{param};
+}
+
+void write_data_lines(const Workspace& workspace, AxmWriter& out) {
+    const DataDefinition& definition = workspace.definition;
+    out << definition.data_file;
+    out.end_line();
+    out << definition.first_data_line << definition.read_increment << definition.x_column
+        << definition.y_column << definition.z_column << definition.dtm_column << definition.mag_column
+        << definition.grav_column << workspace.station_spacing << definition.spare_definition_field
+        << workspace.min_station_spacing << definition.last_data_line;
+    out.end_line();
+    out << workspace.field_intensity << workspace.field_inclination << workspace.field_declination;
+    out.end_line();
+    out << workspace.residual_filter_width << workspace.vg_filter_width << workspace.vg_filter_step
+        << workspace.display_total_gradient << workspace.first_station << workspace.last_station
+        << workspace.smooth_filter_type << workspace.smooth_filter_width << workspace.first_distance
+        << workspace.last_distance;
+    out.end_line();
+    out << workspace.mag_base << workspace.surface_elevation << workspace.sensor_offset << workspace.grav_base
+        << workspace.float_mag_base << workspace.float_grav_base;
+    out.end_line();
+}
+
+void write_transform_lines(const PointTransform& transform, AxmWriter& out) {
+    out << transform.rotation << transform.x_scale << transform.y_scale;
+    out.end_line();
+    out << transform.x_origin << transform.y_origin;
+    out.end_line();
+    out << transform.x_offset << transform.y_offset;
+    out.end_line();
+    out << transform.original_x2 << transform.original_y2;
+    out.end_line();
+    out << transform.new_x2 << transform.new_y2;
+    out.end_line();
+    out << transform.elevation_shift << transform.elevation_scale;
+    out.end_line();
+}
+
+void write_body(const ModelBody& body, AxmWriter& out) {
+    out << body.type << body.include_demagnetisation << body.vary << body.colour << body.turned_off << " "
+        << body.name;
+    out.end_line();
+    out << body.description;
+    out.end_line();
+    out << body.rock_type;
+    out.end_line();
+    out << body.distance.value << body.east << body.north << body.top.value << Limits{body.distance}
+        << Limits{body.top} << body.end_width_a << body.end_width_b << body.shell_thickness
+        << body.end_thickness << body.num_sectors << body.num_segments << body.max_triangle_size;
+    out.end_line();
+    out << body.strike.value << body.dip.value << body.width.value << body.depth_extent.value
+        << Limits{body.strike} << Limits{body.dip} << Limits{body.width} << Limits{body.depth_extent};
+    out.end_line();
+    out << body.length;
+    out.end_line();
+    out << body.offset;
+    out.end_line();
+    out << body.plunge << body.slope;
+    out.end_line();
+    out << body.susc.value << body.rem_q.value << body.rem_i.value << body.rem_d.value << Limits{body.susc}
+        << Limits{body.rem_q} << Limits{body.rem_i} << Limits{body.rem_d} << body.density;
+    out.end_line();
+}
+
+void write_bodies(Workspace& workspace, AxmWriter& out) {
+    out << workspace.body_count << written_version << workspace.infinite_body_length
+        << workspace.finite_body_left_clip << workspace.finite_body_right_clip;
+    out.end_line();
+    for (int number = 1; number <= workspace.body_count; ++number) {
+        ModelBody& body = workspace.body(number);
+        body.end_width_a = body.end_width_b = body.width.value;
+        write_body(body, out);
+    }
+}
+
+void write_display_block(DisplaySettings& display, AxmWriter& out) {
+    display.valid = true;
+    out << axm_display_marker;
+    out.end_line();
+    out << display.maintain_aspect_ratio << display.show_axes << display.show_body_label
+        << (display.tie_pipe_depth_susc ? "Yes" : "No") << display.tie_factor;
+    out.end_line();
+    for (const float fraction : display.splitter_fraction) out << fraction;
+    out.end_line();
+    out << display.form_width << display.form_height;
+    out.end_line();
+}
+
+}  // namespace
+
+int write_model_parameters(int mode, const std::string& path, Workspace& workspace, Prompts& prompts) {
+    return report_failure(prompts, "An error occurred while saving the model parameters: ", [&] {
+        AxmWriter out;
+        write_data_lines(workspace, out);
+        write_transform_lines(workspace.transform, out);
+        if (mode >= 0) {
+            write_bodies(workspace, out);
+            write_display_block(workspace.display, out);
+        }
+        write_file_safely(path, out.text());
+    });
+}
+
+}  // namespace anomalis
