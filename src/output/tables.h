@@ -1,12 +1,16 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 // Tables and headers for other programs. Lines end with CR LF; numbers have a point whatever the locale.
 namespace anomalis {
 
 class Prompts;
 struct Workspace;
+
+/// What stands before the system's text when a file of this room cannot be written.
+inline constexpr std::string_view write_failure_prefix = "An error occurred while writing the file: ";
 
 /// One line a station: place, distance and, for each channel present, the observed and the calculated rows
 /// raw, smoothed, residual and gradient (nT, mGal). The rows must be up to date.

@@ -1,0 +1,62 @@
+#include <cmath>
+
+#include "core/angles.h"
+#include "core/failure.h"
+#include "core/numbers.h"
+#include "core/safe_file.h"
+#include "core/text.h"
+#include "core/workspace.h"
+#include "output/tables.h"
+
+namespace anomalis {
+
+namespace {
+
+/// The shortest form: without the blank that stands before a value that is not negative.
+std::string as_text(float value) {
+    return std::string(trim_blanks(number_to_text(value)));
+}
+
+/// The middle of the top edge: half a width across strike and the offset along it from the reference point.
+std::string position_fields(const ModelBody& body) {
+    const double strike = body.strike.value * radians_per_degree;
+    const double sine = std::sin(strike);
+    const double cosine = std::cos(strike);
+    const double half_width = body.width.value / 2.0;
+    const double along = body.offset.value;
+    const double depth_to_top = body.type == pipe ? body.end_width_a / 2.0 : 0.0;
+    return format_number(body.east + cosine * half_width + sine * along, "0.000") + "," +
+           format_number(body.north - sine * half_width + cosine * along, "0.000") + "," +
+           format_number(depth_to_top, "0.000") + "," + format_number(body.width.value, "0.000") + "," +
+           as_text(body.strike.value) + "," + as_text(body.dip.value);
+}
+
+/// Each step puts its commas where the readers of this table expect them, in front and between.
+std::string body_line(const Workspace& workspace, const ModelBody& body) {
+    std::string text = position_fields(body);
+    text = "," + text + (workspace.has_mag() ? as_text(body.susc.value) : "*");
+    text = "," + text + (workspace.has_grav() ? as_text(body.density.value) + "," : "*");
+    text = "," + text + "," + as_text(body.plunge.value) + "," + as_text(body.slope.value) + "," +
+           as_text(body.depth_extent.value) + "," + as_text(body.length.value);
+    text += body.type == pipe ? "," + format_number(body.top_elevation, "0.000") : ", *";
+    return text + "," + std::string(trim_blanks(single_line(body.name)));
+}
+
+}  // namespace
+
+std::string model_table_text(const Workspace& workspace) {
+    std::string text = "#Profile model for " + single_line(workspace.definition.data_file) + "\r\n";
+    text +=
+        "East, North, DepthToTop, HorizontalWidth, Strike, Dip, Susceptability, Density, PlungeAlongStrike, "
+        "SlopeOfTop, VerticalDepthExtent, StrikeLength, BurialDepth, Name\r\n";
+    for (int number = 1; number <= workspace.body_count; ++number)
+        text += body_line(workspace, workspace.body(number)) + "\r\n";
+    return text;
+}
+
+int write_model_table(const std::string& path, const Workspace& workspace, Prompts& prompts) {
+    return report_failure(prompts, write_failure_prefix,
+                          [&] { write_file_safely(path, model_table_text(workspace)); });
+}
+
+}  // namespace anomalis

@@ -1,0 +1,78 @@
+#include <algorithm>
+#include <gtest/gtest.h>
+
+#include "output/table_samples.h"
+#include "output/tables.h"
+
+namespace anomalis {
+namespace {
+
+TEST(ProfileTable, magnetic_stations_have_their_eight_columns) {
+    const std::vector<std::string> lines = lines_of(profile_table_text(three_stations()));
+    ASSERT_EQ(lines.size(), 5U);
+    EXPECT_EQ(lines[0], "#Profile model data for line 7.dat");
+    EXPECT_EQ(
+        lines[1],
+        "East, North, Sensor, Dist, TMI_Obs, TMI_Obs_Smth, TMI_Obs_Res, TMI_Obs_VG, TMI_Mod, TMI_Mod_Smth, "
+        "TMI_Mod_Res, TMI_Mod_VG");
+    EXPECT_EQ(lines[2],
+              "412345.679, 7123456.250, 81.13, 0.000, 111.00, 121.00, 131.00, 141.00, 112.00, 122.00, "
+              "132.00, 142.00");
+    EXPECT_EQ(
+        lines[4],
+        "412545.679, 7123456.250, 83.13, 200.000, 311.00, 321.00, 331.00, 341.00, 312.00, 322.00, 332.00, "
+        "342.00");
+}
+
+TEST(ProfileTable, the_total_gradient_takes_the_place_of_the_vertical_one_when_it_is_chosen) {
+    Workspace workspace = three_stations();
+    workspace.display_total_gradient = 1;
+    workspace.definition.grav_column = 4;
+    const std::vector<std::string> lines = lines_of(profile_table_text(workspace));
+    EXPECT_EQ(
+        lines[1],
+        "East, North, Sensor, Dist, TMI_Obs, TMI_Obs_Smth, TMI_Obs_Res, TMI_Obs_TG, TMI_Mod, TMI_Mod_Smth, "
+        "TMI_Mod_Res, TMI_Mod_TG, Grav_Obs, Grav_Obs_Smth, Grav_Obs_Res, Grav_Obs_TG, Grav_Mod, "
+        "Grav_Mod_SMth, "
+        "Grav_Mod_Res, Grav_Mod_TG");
+    EXPECT_EQ(lines[2],
+              "412345.679, 7123456.250, 81.13, 0.000, 111.00, 121.00, 131.00, 161.00, 112.00, 122.00, "
+              "132.00, 162.00, "
+              "-1.13, -2.13, -3.13, -6.13, -1.25, -2.25, -3.25, -6.25");
+}
+
+TEST(ProfileTable, gravity_alone_with_a_terrain_column) {
+    Workspace workspace = three_stations();
+    workspace.definition.mag_column = 0;
+    workspace.definition.grav_column = 4;
+    workspace.definition.dtm_column = 5;
+    const std::vector<std::string> lines = lines_of(profile_table_text(workspace));
+    EXPECT_EQ(lines[1],
+              "East, North, Sensor, Dist, DTM, Grav_Obs, Grav_Obs_Smth, Grav_Obs_Res, Grav_Obs_VG, Grav_Mod, "
+              "Grav_Mod_Smth, Grav_Mod_Res, Grav_Mod_VG");
+    EXPECT_EQ(lines[2],
+              "412345.679, 7123456.250, 81.13, 0.000, 0.063, -1.13, -2.13, -3.13, -4.13, -1.25, -2.25, "
+              "-3.25, -4.25");
+}
+
+TEST(ProfileTable, every_line_ends_with_cr_lf) {
+    const std::string text = profile_table_text(three_stations());
+    EXPECT_TRUE(text.ends_with("\r\n"));
+    const auto ends = std::count(text.begin(), text.end(), '\n');
+    EXPECT_EQ(ends, 5);
+    EXPECT_EQ(std::count(text.begin(), text.end(), '\r'), ends);
+}
+
+TEST(ProfileTable, a_failed_write_is_told_and_keeps_the_old_file) {
+    const TempFolder folder;
+    ScriptedPrompts prompts;
+    folder.write("kept/table.csv", "old");
+    EXPECT_EQ(write_profile_table(folder.path("kept"), three_stations(), prompts), -1);
+    EXPECT_TRUE(prompts.told("An error occurred while writing the file: "));
+    EXPECT_EQ(folder.read("kept/table.csv"), "old");
+    EXPECT_EQ(write_profile_table(folder.path("kept/table.csv"), three_stations(), prompts), 0);
+    EXPECT_EQ(folder.read("kept/table.csv"), profile_table_text(three_stations()));
+}
+
+}  // namespace
+}  // namespace anomalis
