@@ -1,13 +1,11 @@
 #pragma once
 
 #include "core/workspace.h"
+#include "forward/gravity_constant.h"
 
 namespace anomalis {
 
 class Prompts;
-
-/// Gravitation for g/cc and metres, in mGal.
-inline constexpr double gravity_constant = 0.00667;
 
 /// Fills column 2 of the body's response with its gravity (mGal) at every station: a polygon across
 /// strike for a sheet of unlimited strike, the six faces of the prism for a limited one, a polyhedron for

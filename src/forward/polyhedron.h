@@ -7,6 +7,7 @@
 #include <span>
 
 #include "core/model_body.h"
+#include "forward/gravity_constant.h"
 #include "forward/vector_levels.h"
 
 namespace anomalis {
@@ -110,8 +111,5 @@ class Polyhedron {
     struct Body;
     std::unique_ptr<Body> body_;
 };
-
-/// The constant of gravitation: g/cc and m to mGal.
-inline constexpr double gravity_constant = 0.00667;
 
 }  // namespace anomalis
