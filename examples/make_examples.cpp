@@ -29,7 +29,8 @@ class Terminal : public Prompts {
   protected:
     void show_message(const std::string& text) override { std::cerr << text << '\n'; }
     bool show_question(const std::string&) override { return false; }
-    std::optional<std::string> show_input_box(const std::string&, const std::string&, const std::string&) override {
+    std::optional<std::string> show_input_box(const std::string&, const std::string&,
+                                              const std::string&) override {
         return {};
     }
     std::optional<std::string> show_open_dialog(const FileRequest&) override { return {}; }
@@ -91,8 +92,9 @@ std::string data_text(const Survey& survey, const Workspace& workspace, const Va
     text += "\r\n";
     for (std::size_t i = 0; i < survey.readings.size(); ++i) {
         const Reading& r = survey.readings[i];
-        text += "100 " + fixed(r.east, survey.coordinate_digits) + " " + fixed(r.north, survey.coordinate_digits) +
-                " " + fixed(r.sensor, 2) + " " + fixed(r.ground, 2);
+        text += "100 " + fixed(r.east, survey.coordinate_digits) + " " +
+                fixed(r.north, survey.coordinate_digits) + " " + fixed(r.sensor, 2) + " " +
+                fixed(r.ground, 2);
         if (workspace.has_mag()) text += " " + fixed(values.mag[i], 2);
         if (workspace.has_grav()) text += " " + fixed(values.grav[i], 4);
         text += "\r\n";
@@ -231,24 +233,25 @@ Survey dyke_swarm() {
         w.field_declination = 6.7F;
         w.float_mag_base = 1;
     };
-    survey.bodies = {
-        {sheet({"West dyke", thin_sheet, 820, 285, 72, 18, 0, 42000, 2.95F, 0xB4761F}), off_by(30, 12, 12, 0.75F)},
-        {sheet({"Twin dyke", thin_sheet, 1730, 270, 98, 12, 0, 60000, 2.95F, 0x0E7FFF}),
-         off_by(-25, -18, -14, 1.3F)},
-        {sheet({"Main dyke", thick_sheet, 2510, 255, 64, 110, 600, 33000, 2.95F, 0x2CA02C}),
-         off_by(35, 20, 15, 1.25F)},
-        {sheet({"East dyke", thin_sheet, 3620, 290, 120, 25, 900, 38000, 2.95F, 0xBD6794}),
-         off_by(-40, -12, -16, 0.8F)},
-        {sheet({"Buried plug", thick_sheet, 4350, 120, 80, 240, 450, 21000, 2.95F, 0x4B568C}),
-         off_by(30, 22, 10, 0.8F)}};
+    survey.bodies = {{sheet({"West dyke", thin_sheet, 820, 285, 72, 18, 0, 42000, 2.95F, 0xB4761F}),
+                      off_by(30, 12, 12, 0.75F)},
+                     {sheet({"Twin dyke", thin_sheet, 1730, 270, 98, 12, 0, 60000, 2.95F, 0x0E7FFF}),
+                      off_by(-25, -18, -14, 1.3F)},
+                     {sheet({"Main dyke", thick_sheet, 2510, 255, 64, 110, 600, 33000, 2.95F, 0x2CA02C}),
+                      off_by(35, 20, 15, 1.25F)},
+                     {sheet({"East dyke", thin_sheet, 3620, 290, 120, 25, 900, 38000, 2.95F, 0xBD6794}),
+                      off_by(-40, -12, -16, 0.8F)},
+                     {sheet({"Buried plug", thick_sheet, 4350, 120, 80, 240, 450, 21000, 2.95F, 0x4B568C}),
+                      off_by(30, 22, 10, 0.8F)}};
     return survey;
 }
 
 Survey fault_block() {
     Survey survey;
     survey.name = "fault_block";
-    survey.comments = {"Draped magnetic and gravity line over a downfaulted basement block, 25 m between readings",
-                       "Ground from the digital terrain model; densities are contrasts to the cover"};
+    survey.comments = {
+        "Draped magnetic and gravity line over a downfaulted basement block, 25 m between readings",
+        "Ground from the digital terrain model; densities are contrasts to the cover"};
     Noise wander(11);
     for (int i = 0; i <= 320; ++i) {
         const double d = 25.0 * i;
@@ -268,12 +271,13 @@ Survey fault_block() {
         w.field_declination = 11.2F;
         w.float_mag_base = w.float_grav_base = 1;
     };
-    survey.bodies = {{sheet({"West basement", thick_sheet, 500, 380, 62, 2300, 1500, 9000, 0.28F, 0xB4761F}),
-                      block_off_by(90, 60, 12, 0.8F, -0.07F)},
-                     {sheet({"East basement", thick_sheet, 5200, 240, 112, 2400, 1500, 12000, 0.28F, 0x2CA02C}),
-                      block_off_by(-110, -50, -15, 1.25F, 0.08F)},
-                     {sheet({"Fault dyke", thick_sheet, 3150, 470, 62, 90, 800, 45000, 0.35F, 0x0E7FFF}),
-                      block_off_by(45, -30, 14, 0.75F, 0.06F)}};
+    survey.bodies = {
+        {sheet({"West basement", thick_sheet, 500, 380, 62, 2300, 1500, 9000, 0.28F, 0xB4761F}),
+         block_off_by(90, 60, 12, 0.8F, -0.07F)},
+        {sheet({"East basement", thick_sheet, 5200, 240, 112, 2400, 1500, 12000, 0.28F, 0x2CA02C}),
+         block_off_by(-110, -50, -15, 1.25F, 0.08F)},
+        {sheet({"Fault dyke", thick_sheet, 3150, 470, 62, 90, 800, 45000, 0.35F, 0x0E7FFF}),
+         block_off_by(45, -30, 14, 0.75F, 0.06F)}};
     return survey;
 }
 
@@ -298,26 +302,27 @@ Survey buried_cable() {
         w.field_declination = 3.1F;
         w.float_mag_base = 1;
     };
-    survey.bodies = {{[](ModelBody& body) {
-                          body.type = wire;
-                          body.name = "Cable";
-                          body.distance.value = 31.4F;
-                          body.top.value = 16.9F;
-                          body.strike.value = 12;
-                          body.dip.value = 35;
-                          body.width.value = 0.6F;
-                          body.offset.value = 0.35F;
-                          body.susc.value = 6500;
-                          body.colour = 0x0E7FFF;
-                      },
-                      [](ModelBody& body) {
-                          body.distance.value = 29.8F;
-                          body.top.value = 17.3F;
-                          body.dip.value = 55;
-                          body.susc.value = 5200;
-                          free_only(body, {&ModelBody::distance, &ModelBody::top, &ModelBody::dip, &ModelBody::susc});
-                          body.susc.max = 20000;
-                      }}};
+    survey.bodies = {
+        {[](ModelBody& body) {
+             body.type = wire;
+             body.name = "Cable";
+             body.distance.value = 31.4F;
+             body.top.value = 16.9F;
+             body.strike.value = 12;
+             body.dip.value = 35;
+             body.width.value = 0.6F;
+             body.offset.value = 0.35F;
+             body.susc.value = 6500;
+             body.colour = 0x0E7FFF;
+         },
+         [](ModelBody& body) {
+             body.distance.value = 29.8F;
+             body.top.value = 17.3F;
+             body.dip.value = 55;
+             body.susc.value = 5200;
+             free_only(body, {&ModelBody::distance, &ModelBody::top, &ModelBody::dip, &ModelBody::susc});
+             body.susc.max = 20000;
+         }}};
     return survey;
 }
 

@@ -1,0 +1,242 @@
+#include "chart/qt/grapher_widget.h"
+
+#include <utility>
+
+#include <QKeyEvent>
+#include <QMenu>
+#include <QMouseEvent>
+#include <QNativeGestureEvent>
+#include <QPainter>
+#include <QWheelEvent>
+
+#include "chart/qt/chart_dialogs.h"
+#include "chart/qt/chart_menu.h"
+#include "chart/qt/event_relay.h"
+#include "chart/qt/screen_device.h"
+
+namespace anomalis {
+
+namespace {
+
+int button_number(Qt::MouseButton button) {
+    switch (button) {
+        case Qt::LeftButton:
+            return 1;
+        case Qt::RightButton:
+            return 2;
+        case Qt::MiddleButton:
+            return 4;
+        default:
+            return 0;
+    }
+}
+
+int button_mask(Qt::MouseButtons buttons) {
+    int mask = 0;
+    for (const Qt::MouseButton button : {Qt::LeftButton, Qt::RightButton, Qt::MiddleButton})
+        if (buttons.testFlag(button)) mask |= button_number(button);
+    return mask;
+}
+
+int shift_mask(Qt::KeyboardModifiers modifiers) {
+    return (modifiers.testFlag(Qt::ShiftModifier) ? 1 : 0) |
+           (modifiers.testFlag(Qt::ControlModifier) ? 2 : 0) | (modifiers.testFlag(Qt::AltModifier) ? 4 : 0);
+}
+
+float units(double pixels) {
+    return static_cast<float>(pixels * units_per_screen_pixel);
+}
+
+/// The key numbers that the chart knows; 0 for all others.
+int key_number(const QKeyEvent& event) {
+    switch (event.key()) {
+        case Qt::Key_Left:
+            return 37;
+        case Qt::Key_Up:
+            return 38;
+        case Qt::Key_Right:
+            return 39;
+        case Qt::Key_Down:
+            return 40;
+        case Qt::Key_Plus:
+        case Qt::Key_Equal:
+            return 107;
+        case Qt::Key_Minus:
+            return 109;
+        case Qt::Key_0:
+            return 48;
+        case Qt::Key_Home:
+            return 36;
+        case Qt::Key_Escape:
+            return 27;
+        case Qt::Key_Menu:
+            return 93;
+        default:
+            return 0;
+    }
+}
+
+}  // namespace
+
+/// Takes what the widget itself must do and hands everything on.
+class GrapherWidget::Relay : public EventRelay {
+  public:
+    explicit Relay(GrapherWidget& widget) : widget_(widget) {}
+    void MenuRequested(float x, float y) override {
+        EventRelay::MenuRequested(x, y);
+        widget_.open_menu(x, y);
+    }
+    void Failed(const std::string& text) override {
+        if (host()) return host()->Failed(text);
+        widget_.dialogs().message(&widget_, QString::fromStdString(text));
+    }
+
+  private:
+    GrapherWidget& widget_;
+};
+
+GrapherWidget::GrapherWidget(QWidget* parent)
+    : QWidget(parent),
+      screen_(std::make_unique<ScreenDevice>([this] { update(); })),
+      relay_(std::make_unique<Relay>(*this)),
+      own_dialogs_(std::make_unique<ChartDialogs>()),
+      menu_(make_chart_menu(*this)) {
+    chart_.SetSurface(screen_.get());
+    chart_.SetEvents(relay_.get());
+    setMouseTracking(true);
+    setFocusPolicy(Qt::StrongFocus);
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    setContextMenuPolicy(Qt::PreventContextMenu);
+}
+
+GrapherWidget::~GrapherWidget() {
+    chart_.SetEvents(nullptr);
+    chart_.SetSurface(nullptr);
+}
+
+void GrapherWidget::set_host(GrapherEvents* host) {
+    relay_->set_host(host);
+}
+
+void GrapherWidget::set_dialogs(ChartDialogs* dialogs) {
+    dialogs_ = dialogs;
+}
+
+ChartDialogs& GrapherWidget::dialogs() {
+    return dialogs_ ? *dialogs_ : *own_dialogs_;
+}
+
+void GrapherWidget::fit_surface() {
+    const double ratio = devicePixelRatioF();
+    if (screen_->logical_size() == size() && screen_->device_pixel_ratio() == ratio) return;
+    screen_->resize(size(), ratio);
+    chart_.Resize();
+}
+
+bool GrapherWidget::event(QEvent* event) {
+    if (event->type() == QEvent::NativeGesture) {
+        const auto* gesture = static_cast<QNativeGestureEvent*>(event);
+        if (gesture->gestureType() == Qt::ZoomNativeGesture) {
+            const QPointF at = gesture->position();
+            chart_.HandlePinch(1.0 + gesture->value(), units(at.x()), units(at.y()));
+            return true;
+        }
+    }
+    return QWidget::event(event);
+}
+
+void GrapherWidget::paintEvent(QPaintEvent*) {
+    fit_surface();
+    QPainter painter(this);
+    painter.drawImage(QPointF(0, 0), screen_->picture());
+    PainterDevice top(screen_->width(), screen_->height(), &painter);
+    chart_.DrawTopLayer(top);
+    if (screen_->border_style() != 0) {
+        painter.setRenderHint(QPainter::Antialiasing, false);
+        painter.setPen(palette().color(QPalette::Mid));
+        painter.drawRect(rect().adjusted(0, 0, -1, -1));
+    }
+}
+
+void GrapherWidget::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    fit_surface();
+}
+
+void GrapherWidget::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange) chart_.RefreshGraph(0);
+}
+
+void GrapherWidget::mousePressEvent(QMouseEvent* event) {
+    deliver_move();
+    const QPointF at = event->position();
+    chart_.HandleMouseDown(button_number(event->button()), shift_mask(event->modifiers()), units(at.x()),
+                           units(at.y()));
+}
+
+void GrapherWidget::mouseMoveEvent(QMouseEvent* event) {
+    pending_move_ = {button_mask(event->buttons()), shift_mask(event->modifiers()), event->position()};
+    if (move_posted_) return;
+    move_posted_ = true;
+    QMetaObject::invokeMethod(
+        this, [this] { deliver_move(); }, Qt::QueuedConnection);
+}
+
+void GrapherWidget::deliver_move() {
+    move_posted_ = false;
+    if (!pending_move_) return;
+    const PendingMove move = *std::exchange(pending_move_, std::nullopt);
+    chart_.HandleMouseMove(move.buttons, move.shift, units(move.position.x()), units(move.position.y()));
+}
+
+void GrapherWidget::mouseReleaseEvent(QMouseEvent* event) {
+    deliver_move();
+    const QPointF at = event->position();
+    chart_.HandleMouseUp(button_number(event->button()), shift_mask(event->modifiers()), units(at.x()),
+                         units(at.y()));
+}
+
+void GrapherWidget::mouseDoubleClickEvent(QMouseEvent* event) {
+    deliver_move();
+    chart_.HandleDoubleClick(button_number(event->button()));
+}
+
+void GrapherWidget::leaveEvent(QEvent*) {
+    deliver_move();
+    chart_.HandleMouseLeave();
+}
+
+void GrapherWidget::wheelEvent(QWheelEvent* event) {
+    deliver_move();
+    const QPointF at = event->position();
+    const QPoint angle = event->angleDelta();
+    if (angle.x() != 0) {
+        const QPoint pixels = event->pixelDelta();
+        const double distance = pixels.isNull() ? angle.x() / 120.0 * 40.0 : pixels.x();
+        chart_.PanBy(units(distance), 0);
+    }
+    if (angle.y() != 0)
+        chart_.HandleWheel(shift_mask(event->modifiers()), angle.y(), units(at.x()), units(at.y()));
+    event->accept();
+}
+
+void GrapherWidget::keyPressEvent(QKeyEvent* event) {
+    const int key = key_number(*event);
+    if (key == 0) return QWidget::keyPressEvent(event);
+    chart_.HandleKeyDown(key, shift_mask(event->modifiers()));
+}
+
+void GrapherWidget::keyReleaseEvent(QKeyEvent* event) {
+    const int key = key_number(*event);
+    if (key == 0) return QWidget::keyReleaseEvent(event);
+    chart_.HandleKeyUp(key, shift_mask(event->modifiers()));
+}
+
+void GrapherWidget::open_menu(float x, float y) {
+    if (menu_opening_) menu_opening_(x, y);
+    const QPointF at(x / units_per_screen_pixel, y / units_per_screen_pixel);
+    menu_->popup(mapToGlobal(at.toPoint()));
+}
+
+}  // namespace anomalis

@@ -1,0 +1,78 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+#include <QPointF>
+#include <QWidget>
+
+#include "chart/ax_grapher.h"
+
+class QMenu;
+
+namespace anomalis {
+
+class ChartDialogs;
+class ScreenDevice;
+
+/// Hosts one chart: shows its picture, turns mouse, wheel, pinch and keys into its handlers, and holds its
+/// pop-up menu. Pointer moves that arrive faster than the event loop turns are merged into one.
+class GrapherWidget : public QWidget {
+  public:
+    explicit GrapherWidget(QWidget* parent = nullptr);
+    ~GrapherWidget() override;
+
+    AX_Grapher& chart() { return chart_; }
+    /// The chart's events go to the host after the widget has had its share. Not owned.
+    void set_host(GrapherEvents* host);
+    /// The pop-up menu `mnuPopUp`; hosts may add entries of their own.
+    QMenu* menu() { return menu_; }
+    /// Called just before the menu opens, with the pointer in surface units from the left and top edge.
+    void set_menu_opening(std::function<void(float x, float y)> opening) {
+        menu_opening_ = std::move(opening);
+    }
+    /// Replaces the dialogs of the menu's actions. Not owned; null brings Qt's back.
+    void set_dialogs(ChartDialogs* dialogs);
+    ChartDialogs& dialogs();
+
+    QSize sizeHint() const override { return {600, 240}; }
+
+  protected:
+    bool event(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void keyReleaseEvent(QKeyEvent* event) override;
+
+  private:
+    class Relay;
+    struct PendingMove {
+        int buttons;
+        int shift;
+        QPointF position;
+    };
+
+    void fit_surface();
+    void deliver_move();
+    void open_menu(float x, float y);
+
+    std::unique_ptr<ScreenDevice> screen_;
+    AX_Grapher chart_;
+    std::unique_ptr<Relay> relay_;
+    std::unique_ptr<ChartDialogs> own_dialogs_;
+    ChartDialogs* dialogs_ = nullptr;
+    QMenu* menu_;
+    std::function<void(float, float)> menu_opening_;
+    std::optional<PendingMove> pending_move_;
+    bool move_posted_ = false;
+};
+
+}  // namespace anomalis

@@ -1,0 +1,139 @@
+#include "chart/qt/picture.h"
+
+#include <cmath>
+
+#include <QBuffer>
+#include <QPageSize>
+#include <QPainter>
+#include <QPdfWriter>
+#include <QSvgGenerator>
+
+#include "chart/emf_device.h"
+#include "chart/qt/painter_device.h"
+#include "chart/qt/screen_device.h"
+#include "core/failure.h"
+#include "core/text.h"
+
+namespace anomalis {
+
+namespace {
+
+constexpr int pdf_dots_per_inch = 1200;
+
+std::string bytes_of(const QByteArray& bytes) {
+    return {bytes.constData(), static_cast<std::size_t>(bytes.size())};
+}
+
+void open(QPainter& painter, QPaintDevice* device) {
+    if (!painter.begin(device)) throw Fault("the picture cannot be drawn");
+}
+
+std::string png_bytes(SurfaceSize size, const DrawPage& draw, double scale) {
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    if (!page_image(size, draw, scale).save(&buffer, "PNG")) throw Fault("the picture cannot be written");
+    return bytes_of(bytes);
+}
+
+std::string svg_bytes(SurfaceSize size, const DrawPage& draw) {
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    const QSize pixels(static_cast<int>(std::ceil(size.width / units_per_screen_pixel)),
+                       static_cast<int>(std::ceil(size.height / units_per_screen_pixel)));
+    QSvgGenerator generator;
+    generator.setOutputDevice(&buffer);
+    generator.setResolution(static_cast<int>(screen_dots_per_inch));
+    generator.setSize(pixels);
+    generator.setViewBox(QRect(QPoint(0, 0), pixels));
+    generator.setTitle("Anomalis");
+    QPainter painter;
+    open(painter, &generator);
+    PainterDevice device(size.width, size.height, &painter);
+    draw(device, OutputTarget::metafile, screen_mapping(size.height));
+    painter.end();
+    return bytes_of(bytes);
+}
+
+std::string pdf_bytes(SurfaceSize size, const DrawPage& draw) {
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    QPdfWriter writer(&buffer);
+    writer.setResolution(pdf_dots_per_inch);
+    writer.setPageSize(QPageSize(QSizeF(size.width / units_per_inch, size.height / units_per_inch),
+                                 QPageSize::Inch, {}, QPageSize::ExactMatch));
+    writer.setPageMargins(QMarginsF(0, 0, 0, 0));
+    writer.setTitle("Anomalis");
+    QPainter painter;
+    open(painter, &writer);
+    PainterDevice device(size.width, size.height, &painter);
+    SurfaceMapping mapping = screen_mapping(size.height, pdf_dots_per_inch / screen_dots_per_inch);
+    mapping.device_scale = pdf_dots_per_inch / units_per_inch;
+    mapping.device_offset_y = size.height * mapping.device_scale;
+    mapping.pen_factor = pdf_dots_per_inch / screen_dots_per_inch;
+    draw(device, OutputTarget::printer, mapping);
+    painter.end();
+    return bytes_of(bytes);
+}
+
+std::string emf_page(SurfaceSize size, const DrawPage& draw) {
+    const PainterDevice measure(size.width, size.height);
+    EmfDevice device(size.width, size.height, measure);
+    device.begin_page();
+    draw(device, OutputTarget::metafile, device.whole());
+    device.end_page();
+    return device.bytes();
+}
+
+}  // namespace
+
+PictureFormat picture_format(std::string_view path) {
+    const auto dot = path.rfind('.');
+    const std::string_view ending = dot == std::string_view::npos ? "" : path.substr(dot + 1);
+    if (equal_ignoring_case(ending, "png")) return PictureFormat::png;
+    if (equal_ignoring_case(ending, "svg")) return PictureFormat::svg;
+    if (equal_ignoring_case(ending, "pdf")) return PictureFormat::pdf;
+    if (equal_ignoring_case(ending, "emf")) return PictureFormat::emf;
+    throw Fault("A picture's name must end in .png, .svg, .pdf or .emf: " + std::string(path));
+}
+
+QImage page_image(SurfaceSize size, const DrawPage& draw, double scale) {
+    ScreenDevice device;
+    device.resize(QSize(static_cast<int>(std::ceil(size.width / units_per_screen_pixel)),
+                        static_cast<int>(std::ceil(size.height / units_per_screen_pixel))),
+                  scale);
+    device.select_layer(DrawingDevice::Layer::surface);
+    device.clear(white, 1);
+    draw(device, OutputTarget::screen_copy, screen_mapping(size.height));
+    device.present();
+    return device.picture();
+}
+
+std::string page_bytes(PictureFormat format, SurfaceSize size, const DrawPage& draw, double scale) {
+    switch (format) {
+        case PictureFormat::png:
+            return png_bytes(size, draw, scale);
+        case PictureFormat::svg:
+            return svg_bytes(size, draw);
+        case PictureFormat::pdf:
+            return pdf_bytes(size, draw);
+        case PictureFormat::emf:
+            return emf_page(size, draw);
+    }
+    throw Fault(FaultKind::invalid_call);
+}
+
+std::string chart_bytes(PictureFormat format, AX_Grapher& chart, double scale) {
+    const DrawingDevice* surface = chart.Surface();
+    if (!surface) throw Fault("the chart has no surface yet");
+    const SurfaceSize size{surface->width(), surface->height()};
+    return page_bytes(
+        format, size,
+        [&](DrawingDevice& device, OutputTarget kind, const SurfaceMapping& mapping) {
+            if (chart.DrawTo(device, kind, mapping, size) != 0) throw Fault("the chart cannot be drawn");
+        },
+        scale);
+}
+
+}  // namespace anomalis

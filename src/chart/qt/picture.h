@@ -1,0 +1,32 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include <QImage>
+
+#include "chart/ax_grapher.h"
+
+namespace anomalis {
+
+enum class PictureFormat { png, svg, pdf, emf };
+
+/// The format that a file name's ending asks for. Raises Fault for an ending that is none of
+/// png, svg, pdf, emf.
+PictureFormat picture_format(std::string_view path);
+
+/// Draws a page: its device, what kind of target it is, and the mapping of the whole page onto it.
+using DrawPage = std::function<void(DrawingDevice&, OutputTarget, const SurfaceMapping&)>;
+
+/// A page of `size` (surface units) as the bytes of a file. `scale` is pixels a logical pixel, for PNG.
+/// Throws when it cannot be drawn.
+std::string page_bytes(PictureFormat format, SurfaceSize size, const DrawPage& draw, double scale = 1.0);
+
+/// The same as an image.
+QImage page_image(SurfaceSize size, const DrawPage& draw, double scale = 1.0);
+
+/// One chart that fills its page, at the size of its surface on screen.
+std::string chart_bytes(PictureFormat format, AX_Grapher& chart, double scale = 1.0);
+
+}  // namespace anomalis

@@ -1,0 +1,160 @@
+#include "chart/qt/screen_device.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <utility>
+
+namespace anomalis {
+
+namespace {
+
+/// A path of so many pieces is drawn at once; longer ones make the rasteriser sort all of them.
+constexpr std::size_t pieces_a_call = 512;
+
+QImage blank(QSize size, double ratio) {
+    QImage image(size, QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(ratio);
+    image.fill(Qt::white);
+    return image;
+}
+
+}  // namespace
+
+ScreenDevice::ScreenDevice(std::function<void()> on_present)
+    : PainterDevice(0, 0), on_present_(std::move(on_present)) {}
+
+void ScreenDevice::resize(QSize logical_size, double device_pixel_ratio) {
+    if (logical_size == size_ && device_pixel_ratio == ratio_) return;
+    release_painter();
+    size_ = logical_size;
+    ratio_ = device_pixel_ratio;
+    const QSize pixels(static_cast<int>(std::ceil(size_.width() * ratio_)),
+                       static_cast<int>(std::ceil(size_.height() * ratio_)));
+    base_ = blank(pixels, ratio_);
+    surface_ = blank(pixels, ratio_);
+    set_size(size_.width() * units_per_screen_pixel, size_.height() * units_per_screen_pixel);
+}
+
+void ScreenDevice::release_painter() {
+    set_painter(nullptr);
+    if (active_.isActive()) active_.end();
+}
+
+void ScreenDevice::select_layer(Layer layer) {
+    QImage& target = image(layer);
+    if (active_.isActive() && active_.device() == &target) return;
+    release_painter();
+    if (target.isNull()) return;
+    active_.begin(&target);
+    set_painter(&active_);
+}
+
+void ScreenDevice::clear(Colour colour, int back_style) {
+    if (!active_.isActive()) return;
+    const QColor fill = back_style == 0 ? QColor(Qt::transparent) : painter_colour(colour);
+    active_.setCompositionMode(QPainter::CompositionMode_Source);
+    active_.fillRect(QRect(QPoint(0, 0), size_), fill);
+    active_.setCompositionMode(QPainter::CompositionMode_SourceOver);
+}
+
+void ScreenDevice::copy_base_to_surface() {
+    release_painter();
+    if (base_.isNull()) return;
+    // Rows of equal format: a plain copy, without a detach or a blend.
+    std::memcpy(surface_.bits(), std::as_const(base_).bits(), static_cast<std::size_t>(base_.sizeInBytes()));
+    select_layer(Layer::surface);
+}
+
+void ScreenDevice::present() {
+    release_painter();
+    if (on_present_) on_present_();
+}
+
+QPointF ScreenDevice::to_pixels(Point point) const {
+    const Point at = mapping().to_device(point);
+    return {at.x, at.y};
+}
+
+/// The centre of the pixel a coordinate falls into; what falls off by the last edge stays in the last pixel.
+double ScreenDevice::snapped(double device, double extent) const {
+    const double pixel =
+        std::clamp(std::floor(device * ratio_), 0.0, std::max(std::ceil(extent * ratio_) - 1, 0.0));
+    return (pixel + 0.5) / ratio_;
+}
+
+void ScreenDevice::draw_pieces(std::span<const Point> points, bool closed, const Pen& pen) {
+    if (!painter() || points.size() < 2) return;
+    pieces_.clear();
+    bool along_axes = true;
+    QPointF from = to_pixels(points.front());
+    const auto add = [&](Point point) {
+        const QPointF to = to_pixels(point);
+        along_axes = along_axes && (from.x() == to.x() || from.y() == to.y());
+        pieces_.emplace_back(from, to);
+        from = to;
+    };
+    for (const Point& point : points.subspan(1)) add(point);
+    if (closed) add(points.front());
+    if (along_axes) {
+        for (QLineF& piece : pieces_) {
+            piece = QLineF(snapped(piece.x1(), size_.width()), snapped(piece.y1(), size_.height()),
+                           snapped(piece.x2(), size_.width()), snapped(piece.y2(), size_.height()));
+        }
+    }
+    QPen made = painter_pen(pen);
+    made.setCapStyle(along_axes ? Qt::SquareCap : Qt::RoundCap);
+    painter()->setPen(made);
+    for (std::size_t first = 0; first < pieces_.size(); first += pieces_a_call) {
+        const auto count = static_cast<int>(std::min(pieces_a_call, pieces_.size() - first));
+        painter()->drawLines(pieces_.data() + first, count);
+    }
+}
+
+void ScreenDevice::polyline(std::span<const Point> points, const Pen& pen) {
+    if (pen.style != LineStyle::solid) return PainterDevice::polyline(points, pen);
+    draw_pieces(points, false, pen);
+}
+
+void ScreenDevice::polygon_outline(std::span<const Point> points, const Pen& pen) {
+    if (pen.style != LineStyle::solid) return PainterDevice::polygon_outline(points, pen);
+    draw_pieces(points, true, pen);
+}
+
+/// One marker is drawn as a picture and stamped: thousands of small antialiased shapes cost far more.
+void ScreenDevice::markers(const MarkerShape& shape, std::span<const Point> anchors) {
+    constexpr std::size_t worth_a_stamp = 8;
+    if (!painter() || anchors.size() < worth_a_stamp) return PainterDevice::markers(shape, anchors);
+
+    double reach = shape.radius;
+    for (const auto& stroke : shape.strokes)
+        reach = std::max({reach, std::abs(stroke.from.x), std::abs(stroke.from.y), std::abs(stroke.to.x),
+                          std::abs(stroke.to.y)});
+    for (const Point& corner : shape.outline)
+        reach = std::max({reach, std::abs(corner.x), std::abs(corner.y)});
+    const double half_units = reach + (shape.pen.width + 2) * units_per_screen_pixel;
+    const int half = static_cast<int>(std::ceil(half_units / pixel_size()));
+    const int side = 2 * half + 1;
+
+    QImage stamp(side, side, QImage::Format_ARGB32_Premultiplied);
+    stamp.setDevicePixelRatio(ratio_);
+    stamp.fill(Qt::transparent);
+    {
+        QPainter drawing(&stamp);
+        const double side_units = side * pixel_size();
+        PainterDevice device(side_units, side_units, &drawing);
+        SurfaceMapping centred = mapping();
+        centred.device_offset_x = centred.device_offset_y = 0.5 * side / ratio_;
+        device.set_mapping(centred);
+        const Point centre{0, 0};
+        device.markers(shape, {&centre, 1});
+    }
+    for (const Point& anchor : anchors) {
+        const QPointF at = to_pixels(anchor);
+        const double left = std::floor(at.x() * ratio_) - half;
+        const double top = std::floor(at.y() * ratio_) - half;
+        painter()->drawImage(QPointF(left / ratio_, top / ratio_), stamp);
+    }
+}
+
+}  // namespace anomalis
