@@ -48,12 +48,24 @@ const std::array<ParamSlot, 15>& param_slots() {
     return slots;
 }
 
-const BodyParam& body_param(const ModelBody& body, int param_code) {
+namespace {
+
+const ParamSlot& slot_of(int param_code) {
     const auto& slots = param_slots();
     const auto found = std::find_if(slots.begin(), slots.end(),
                                     [&](const ParamSlot& slot) { return slot.code == param_code; });
     if (found == slots.end()) throw Fault(FaultKind::subscript);
-    return body.*(found->slot);
+    return *found;
+}
+
+}  // namespace
+
+std::string_view param_name(int param_code) {
+    return slot_of(param_code).name;
+}
+
+const BodyParam& body_param(const ModelBody& body, int param_code) {
+    return body.*(slot_of(param_code).slot);
 }
 
 BodyParam& body_param(ModelBody& body, int param_code) {

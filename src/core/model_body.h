@@ -146,6 +146,9 @@ struct ParamSlot {
 /// All fifteen parameters in the order of the record.
 const std::array<ParamSlot, 15>& param_slots();
 
+/// The name of a code in reports and messages. Raises Fault subscript for a code that is none.
+std::string_view param_name(int param_code);
+
 /// The parameter of a code. Raises Fault subscript for a code that is none.
 BodyParam& body_param(ModelBody& body, int param_code);
 const BodyParam& body_param(const ModelBody& body, int param_code);

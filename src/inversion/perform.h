@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -24,6 +25,17 @@ struct RunRequest {
     std::int32_t channel = channel_mag;
     int max_iterations = default_iterations;
     InversionMethod method = InversionMethod::sweep;
+};
+
+/// Runs from the start of a run.
+class RunClock {
+  public:
+    double seconds() const {
+        return std::chrono::duration<double>(std::chrono::steady_clock::now() - start_).count();
+    }
+
+  private:
+    std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
 };
 
 /// The state of a run after an iteration.

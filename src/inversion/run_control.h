@@ -91,11 +91,13 @@ class RunControl : private RunObserver {
     void progress(const InversionProgress& state) override;
     void best_model(bool available) override;
 
+    int corrected_channel(int index) const;
     int iteration_limit() const;
     void begin_run(int index);
+    RunResult run(int index, int limit);
     void end_run(const RunResult& result, int limit);
     void apply_values(const Array1<float>& values);
-    void set_misfit_boxes(const MisfitPair& before, const MisfitPair& now);
+    void disable_undo();
     void set_view(bool invert);
     void changed() { view_.panel_changed(); }
 

@@ -1,0 +1,223 @@
+#include "inversion/model_fit.h"
+
+#include <algorithm>
+#include <cmath>
+#include <span>
+#include <utility>
+#include <vector>
+
+#include "core/failure.h"
+#include "inversion/least_squares.h"
+#include "inversion/misfit.h"
+#include "inversion/parameters.h"
+#include "inversion/trial_rows.h"
+
+namespace anomalis {
+
+namespace {
+
+/// Differences of this part of the step, or of the value where the value is a size: far above the rounding
+/// of the responses, far below the scale on which they bend.
+constexpr float step_part = 0.1F;
+constexpr float value_part = 1e-3F;
+/// Single precision, as a part of the response.
+constexpr double single_rounding = 6e-8;
+/// A standard error beyond so many steps, and beyond the value, says that the parameter is open.
+constexpr float open_steps = 10;
+
+bool is_position(int param_code) {
+    return param_code == param_distance || param_code == param_top;
+}
+
+FitParameter fit_parameter(const InversionParam& param, int param_code) {
+    const float size = std::abs(param.value);
+    float difference = step_part * std::abs(param.step);
+    if (!is_position(param_code)) difference = std::max(difference, value_part * size);
+    // A step of 0, or one lost in the digits of the value, still needs a difference.
+    difference = std::max({difference, 1e-6F * size, 1e-6F});
+    return {.value = param.value,
+            .lower = param.lower > unset ? param.lower : -1e32F,
+            .upper = param.upper > unset ? param.upper : 1e32F,
+            .difference = difference,
+            .scale = std::max(size, open_steps * std::abs(param.step))};
+}
+
+/// One channel's part of the residuals.
+struct FittedRow {
+    bool gravity;
+    double scale;
+};
+
+class ModelProblem : public FitProblem {
+  public:
+    ModelProblem(Session& session, const RunRequest& request, RunObserver& observer, const RunClock& clock,
+                 RunResult& result)
+        : session_(session), request_(request), observer_(observer), clock_(clock), result_(result) {
+        const Workspace& workspace = session.workspace;
+        if (workspace.first_station < 1 || workspace.last_station > workspace.station_count)
+            throw Fault(FaultKind::subscript);
+        const auto target = static_cast<std::size_t>(session.inversion.inversion_target);
+        for (const int channel : {channel_mag, channel_grav})
+            if (request.channel == channel || request.channel == channel_joint)
+                rows_.push_back(
+                    {channel == channel_grav, static_cast<double>(misfit_scale_of(channel)[target])});
+    }
+
+    std::size_t residual_count() const override { return window() * rows_.size(); }
+    double rounding() const override { return single_rounding * calculated_length_; }
+    void residuals(std::span<const float> values, std::span<double> out) override;
+    void probe(std::size_t index, float value, std::span<double> out) override;
+    void accepted() override;
+    bool iteration_done(int iteration) override;
+    void restore(std::span<const float> values);
+
+  private:
+    std::size_t window() const {
+        return static_cast<std::size_t>(session_.workspace.last_station - session_.workspace.first_station) +
+               1;
+    }
+    std::span<const float> fitted(const FittedRow& row, int stage) const;
+    void collect(std::span<double> out) const;
+    double calculated_length() const;
+    void evaluate();
+
+    Session& session_;
+    const RunRequest& request_;
+    RunObserver& observer_;
+    const RunClock& clock_;
+    RunResult& result_;
+    std::vector<FittedRow> rows_;
+    MisfitPair last_misfit_{};
+    double calculated_length_ = 0;
+    ModelBody saved_body_;
+    int saved_number_ = 0;
+};
+
+std::span<const float> ModelProblem::fitted(const FittedRow& row, int stage) const {
+    const Workspace& workspace = session_.workspace;
+    int number = workspace.residual_row;
+    if (session_.inversion.inversion_target == target_gradient)
+        number =
+            workspace.display_total_gradient == 1 ? workspace.total_gradient_row : workspace.gradient_row;
+    const ChannelTable& data = row.gravity ? workspace.grav_work : workspace.mag_work;
+    return data.row(number, stage).subspan(static_cast<std::size_t>(workspace.first_station - 1), window());
+}
+
+void ModelProblem::collect(std::span<double> out) const {
+    std::size_t at = 0;
+    for (const FittedRow& row : rows_) {
+        const auto calculated = fitted(row, stage_calculated);
+        const auto observed = fitted(row, stage_observed);
+        for (std::size_t i = 0; i < calculated.size(); ++i)
+            out[at++] = (static_cast<double>(calculated[i]) - static_cast<double>(observed[i])) / row.scale;
+    }
+}
+
+double ModelProblem::calculated_length() const {
+    double sum = 0;
+    for (const FittedRow& row : rows_)
+        for (const float value : fitted(row, stage_calculated))
+            sum += static_cast<double>(value) * static_cast<double>(value) / (row.scale * row.scale);
+    return std::sqrt(sum);
+}
+
+void ModelProblem::evaluate() {
+    last_misfit_ = evaluate_model_misfit(session_, session_.workspace.mag_work, session_.workspace.grav_work);
+    session_.prompts.yield();
+}
+
+void ModelProblem::residuals(std::span<const float> values, std::span<double> out) {
+    saved_number_ = 0;
+    auto params = session_.inversion.inversion_params.span();
+    for (std::size_t i = 0; i < values.size(); ++i) params[i].value = values[i];
+    double penalty = 0;
+    apply_all_parameters(penalty, session_);
+    evaluate();
+    collect(out);
+    calculated_length_ = calculated_length();
+}
+
+/// The body comes back from a copy, responses and all, so a column costs one body and not two.
+void ModelProblem::probe(std::size_t index, float value, std::span<double> out) {
+    InversionState& inversion = session_.inversion;
+    const int number = static_cast<int>(index) + 1;
+    const int body_number = inversion.inversion_param_map[number].body;
+    ModelBody& body = session_.workspace.body(body_number);
+    if (saved_number_ != body_number) saved_body_ = body;
+    saved_number_ = body_number;
+    InversionParam& param = inversion.inversion_params[number];
+    const float kept = std::exchange(param.value, value);
+    double penalty = 0;
+    apply_parameter(number, penalty, session_);
+    evaluate();
+    collect(out);
+    param.value = kept;
+    body = saved_body_;
+}
+
+void ModelProblem::accepted() {
+    accept_trial_rows(session_.workspace);
+    result_.misfit_pair = last_misfit_;
+}
+
+bool ModelProblem::iteration_done(int iteration) {
+    result_.iterations = iteration;
+    observer_.show_iteration(iteration);
+    observer_.progress({iteration, request_.max_iterations, result_.misfit_pair, clock_.seconds()});
+    observer_.show_current_misfit(result_.misfit_pair);
+    observer_.display_iteration();
+    session_.prompts.yield();
+    return !session_.inversion.stop_inversion;
+}
+
+/// The accepted values and the rows that belong to them.
+void ModelProblem::restore(std::span<const float> values) {
+    auto params = session_.inversion.inversion_params.span();
+    for (std::size_t i = 0; i < values.size(); ++i) params[i].value = values[i];
+    double penalty = 0;
+    apply_all_parameters(penalty, session_);
+    Workspace& workspace = session_.workspace;
+    reset_calculated_data(workspace, session_.prompts);
+    evaluate_model_misfit(session_, workspace.mag_data, workspace.grav_data);
+}
+
+FitStatistics statistics_of(const FitOutcome& outcome) {
+    FitStatistics statistics{outcome.errors, outcome.correlation, {}, {}};
+    for (std::size_t i = 0; i < outcome.errors.size(); ++i) {
+        const int number = static_cast<int>(i) + 1;
+        if (outcome.undetermined[i]) statistics.undetermined.push_back(number);
+        if (outcome.at_limit[i]) statistics.at_limit.push_back(number);
+    }
+    return statistics;
+}
+
+int status_of(FitEnd end) {
+    if (end == FitEnd::iteration_limit) return run_limit;
+    return end == FitEnd::no_decrease ? run_no_decrease : run_succeeded;
+}
+
+MisfitPair gravity_misfit(const Session& session) {
+    const Workspace& workspace = session.workspace;
+    return channel_misfit(workspace, workspace.grav_data, misfit_scale_of(channel_grav), session.prompts);
+}
+
+}  // namespace
+
+void fit_model(Session& session, const RunRequest& request, RunObserver& observer, const RunClock& clock,
+               RunResult& result) {
+    const InversionState& inversion = session.inversion;
+    std::vector<FitParameter> parameters;
+    for (int i = 1; i <= inversion.inversion_params.count(); ++i)
+        parameters.push_back(
+            fit_parameter(inversion.inversion_params[i], inversion.inversion_param_map[i].param_code));
+    const bool joint = request.channel == channel_joint;
+    if (joint) result.initial_grav_misfit = gravity_misfit(session);
+    ModelProblem problem(session, request, observer, clock, result);
+    const FitOutcome outcome = fit_least_squares(problem, parameters, std::max(request.max_iterations, 1));
+    problem.restore(outcome.values);
+    result.status = status_of(outcome.end);
+    result.statistics = statistics_of(outcome);
+    if (joint) result.grav_misfit = gravity_misfit(session);
+}
+
+}  // namespace anomalis

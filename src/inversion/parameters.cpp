@@ -1,0 +1,183 @@
+#include "inversion/parameters.h"
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+
+#include "core/failure.h"
+#include "inversion/parameter_rows.h"
+
+namespace anomalis {
+
+namespace {
+
+/// A body this far (m) beyond the window still takes part.
+constexpr double window_margin = 10.0;
+
+const char* scan_failure(int mode) {
+    return mode == 0 ? "An error occurred while counting the inversion model parameters: "
+                     : "An error occurred while setting up the inversion parameters: ";
+}
+
+/// The upper test is against the end of the line, not of the window, on purpose:
+/// test `Parameters, a_body_right_of_the_window_still_takes_part`.
+bool takes_part(const ModelBody& body, const Workspace& workspace) {
+    if (body.vary != 1 || body.turned_off != 0) return false;
+    if (workspace.first_station <= 1 && workspace.last_station >= workspace.station_count) return true;
+    if (workspace.distances.empty()) throw Fault(FaultKind::subscript);
+    const auto place = static_cast<double>(body.distance.value);
+    return workspace.first_distance - window_margin <= place &&
+           place <= workspace.distances.last() + window_margin;
+}
+
+void fill_parameter(const ParameterRow& row, int body_number, int index, Session& session) {
+    const Workspace& workspace = session.workspace;
+    const ModelBody& body = workspace.body(body_number);
+    const BodyParam& param = body.*row.slot;
+    if (!std::isfinite(param.value))
+        throw Fault(std::string(param_name(row.code)) + " of body " + std::to_string(body_number) +
+                    " is not a number");
+    InversionState& inversion = session.inversion;
+    if (index > inversion.inversion_params.count()) throw Fault(FaultKind::subscript);
+    inversion.inversion_params[index] = {
+        .value = param.value,
+        .lower = param.min > unset ? param.min : row.lower(body, workspace),
+        .upper = param.max > unset ? param.max : row.upper(body, workspace),
+        .step = row.step(body),
+    };
+    inversion.inversion_param_map[index] = {body_number, row.code};
+}
+
+void scan_rows(std::span<const ParameterRow> rows, int mode, int body_number, int& parameter_count,
+               Session& session) {
+    const ModelBody& body = session.workspace.body(body_number);
+    for (const ParameterRow& row : rows) {
+        if ((body.*row.slot).vary != 1.0F || !row.may_vary(body)) continue;
+        if (mode == 1) fill_parameter(row, body_number, parameter_count + 1, session);
+        ++parameter_count;
+    }
+}
+
+/// What a change of a parameter makes out of date.
+struct Consequence {
+    bool mag;
+    bool grav;
+    bool coefficients;
+};
+
+Consequence consequence_of(int param_code) {
+    switch (param_code) {
+        case param_distance:
+        case param_top:
+        case param_width:
+        case param_length:
+        case param_offset:
+        case param_depth_extent:
+            return {true, true, false};
+        case param_strike:
+        case param_dip:
+        case param_plunge:
+        case param_slope:
+            return {true, true, true};
+        case param_susc:
+        case param_rem_q:
+        case param_rem_i:
+        case param_rem_d:
+            return {true, false, true};
+        case param_density:
+            return {false, true, false};
+        default:
+            throw Fault(FaultKind::subscript);
+    }
+}
+
+bool only_for_sheets(int param_code) {
+    return param_code == param_depth_extent || param_code == param_plunge || param_code == param_slope;
+}
+
+double barrier(double room, double step) {
+    constexpr double wall = 10000;
+    constexpr double per_decade = 2500;
+    if (room <= step / wall) return wall;
+    return room < step ? -per_decade * log10_abs(room / step) : 0.0;
+}
+
+}  // namespace
+
+void setup_body_parameters(int mode, int channel, int body_number, int& parameter_count, Session& session) {
+    if (mode == 0) parameter_count = 0;
+    report_failure(session.prompts, scan_failure(mode), [&] {
+        if (!takes_part(session.workspace.body(body_number), session.workspace)) return;
+        const auto scan = [&](std::span<const ParameterRow> rows) {
+            scan_rows(rows, mode, body_number, parameter_count, session);
+        };
+        scan(geometry_rows());
+        if (channel != channel_grav) scan(magnetic_rows());
+        if (channel != channel_mag) scan(gravity_rows());
+    });
+}
+
+void setup_all_body_parameters(int mode, int channel, int& parameter_count, Session& session) {
+    if (mode == 0) parameter_count = 0;
+    for (int body = 1; body <= session.workspace.body_count; ++body) {
+        if (mode == 0) {
+            int count = 0;
+            setup_body_parameters(mode, channel, body, count, session);
+            parameter_count += count;
+        } else {
+            setup_body_parameters(mode, channel, body, parameter_count, session);
+        }
+    }
+}
+
+void apply_parameter(int index, double& penalty, Session& session) {
+    const InversionState& inversion = session.inversion;
+    const InversionParamPlace place = inversion.inversion_param_map[index];
+    const InversionParam& param = inversion.inversion_params[index];
+    ModelBody& body = session.workspace.body(place.body);
+    BodyParam& slot = body_param(body, place.param_code);
+    if (slot.value == param.value) return;
+    if (only_for_sheets(place.param_code) && body.type >= pipe) return;
+    slot.value = param.value;
+    const Consequence clears = consequence_of(place.param_code);
+    if (clears.mag) body.mag_response_valid = false;
+    if (clears.grav) body.grav_response_valid = false;
+    if (clears.coefficients) body.last_calculated = -1.0F;
+    barrier_penalty(slot, param.step, penalty, session.prompts);
+}
+
+void apply_all_parameters(double& penalty, Session& session) {
+    penalty = 0;
+    for (int i = 1; i <= session.inversion.inversion_params.count(); ++i)
+        apply_parameter(i, penalty, session);
+}
+
+void barrier_penalty(const BodyParam& param, float step, double& penalty, Prompts& prompts) {
+    report_failure(prompts, "An error occurred while checking the barrier penalty : ", [&] {
+        const auto v = static_cast<double>(param.value);
+        const auto s = static_cast<double>(step);
+        const auto raise_penalty = [&](double room) { penalty = std::max(penalty, barrier(room, s)); };
+        if (param.min > unset) raise_penalty(v - static_cast<double>(param.min));
+        if (param.max > unset) raise_penalty(static_cast<double>(param.max) - v);
+    });
+}
+
+void forget_best_model(InversionState& inversion) {
+    inversion.best_misfit = {unset, unset};
+    inversion.best_model_available = false;
+}
+
+void forget_run(InversionState& inversion) {
+    forget_best_model(inversion);
+    inversion.inversion_params.release();
+    inversion.inversion_param_map.release();
+    inversion.start_params.release();
+    inversion.best_params.release();
+    inversion.best_param_map.release();
+}
+
+double log10_abs(double x) {
+    return std::abs(x) > 0 ? std::log(std::abs(x)) / std::log(10.0) : 0.0;
+}
+
+}  // namespace anomalis

@@ -1,0 +1,77 @@
+#include "inversion/report.h"
+
+#include <string>
+
+#include "inversion/evaluate.h"
+
+namespace anomalis {
+
+namespace {
+
+class CallbackObserver : public RunObserver {
+  public:
+    explicit CallbackObserver(const ProgressCallback& callback) : callback_(callback) {}
+    void progress(const InversionProgress& state) override {
+        last_ = state;
+        if (callback_) callback_(state);
+    }
+    double seconds() const { return last_.seconds; }
+
+  private:
+    const ProgressCallback& callback_;
+    InversionProgress last_;
+};
+
+/// A channel without a column gives way to the other one; both at once need both.
+std::int32_t available_channel(std::int32_t channel, const Workspace& workspace) {
+    if (channel != channel_grav && !workspace.has_mag()) return channel_grav;
+    if (channel != channel_mag && !workspace.has_grav()) return channel_mag;
+    return channel;
+}
+
+std::vector<ReportedParameter> reported_parameters(const InversionState& inversion) {
+    std::vector<ReportedParameter> list;
+    for (int i = 1; i <= inversion.inversion_params.count(); ++i) {
+        const InversionParamPlace place = inversion.inversion_param_map[i];
+        const InversionParam& param = inversion.inversion_params[i];
+        list.push_back({.body = place.body,
+                        .param_code = place.param_code,
+                        .name = std::string(param_name(place.param_code)),
+                        .start = inversion.start_params[i],
+                        .final = param.value,
+                        .lower = param.lower,
+                        .upper = param.upper,
+                        .step = param.step});
+    }
+    return list;
+}
+
+}  // namespace
+
+InversionReport run_inversion(Session& session, const InvertOptions& options,
+                              const ProgressCallback& progress) {
+    const MessageScope scope(session.prompts);
+    const std::int32_t channel = available_channel(options.channel, session.workspace);
+    session.inversion.stop_inversion = false;
+    session.inversion.inversion_target = options.target == target_gradient ? target_gradient : target_data;
+    // Stored before the set-up, which takes its scale: a run by itself has no previous channel.
+    session.inversion.inversion_channel = channel == channel_grav ? channel_grav : channel_mag;
+    refresh_model(session);
+
+    const RunRequest request{.entire_model = options.body == 0,
+                             .current_body = options.body == 0 ? 1 : options.body,
+                             .channel = channel,
+                             .max_iterations = options.iterations,
+                             .method = options.method};
+    CallbackObserver observer(progress);
+    InversionReport report;
+    perform_inversion(session, request, observer, report.result);
+    report.label = status_label(report.result.status);
+    report.seconds = observer.seconds();
+    if (report.result.filled) report.parameters = reported_parameters(session.inversion);
+    reset_calculated_data(session.workspace, session.prompts);
+    refresh_model(session);
+    return report;
+}
+
+}  // namespace anomalis

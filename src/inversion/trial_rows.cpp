@@ -1,0 +1,28 @@
+#include "inversion/trial_rows.h"
+
+#include <algorithm>
+
+namespace anomalis {
+
+namespace {
+
+void copy_calculated_stage(const ChannelTable& from, ChannelTable& to) {
+    for (int row = row_raw; row <= row_total_gradient; ++row) {
+        const auto source = from.row(row, stage_calculated);
+        std::copy(source.begin(), source.end(), to.row(row, stage_calculated).begin());
+    }
+}
+
+}  // namespace
+
+void start_trial_rows(Workspace& workspace) {
+    workspace.mag_work = workspace.mag_data;
+    workspace.grav_work = workspace.grav_data;
+}
+
+void accept_trial_rows(Workspace& workspace) {
+    copy_calculated_stage(workspace.mag_work, workspace.mag_data);
+    copy_calculated_stage(workspace.grav_work, workspace.grav_data);
+}
+
+}  // namespace anomalis

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "core/workspace.h"
+
+// The working copies of the channels that a run calculates its trials in; private to this room.
+namespace anomalis {
+
+/// `mag_work` and `grav_work` become copies of the channels.
+void start_trial_rows(Workspace& workspace);
+
+/// The calculated stage of the working copies, all rows, becomes that of the channels.
+void accept_trial_rows(Workspace& workspace);
+
+}  // namespace anomalis
