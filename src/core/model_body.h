@@ -79,6 +79,12 @@ struct BodySolid {
         Point3 origin;
         bool operator==(const Placement&) const = default;
     } placement;
+
+    /// Demagnetising factors of the shape (SI) along its axis and across it; not known for a new shape.
+    struct Demagnetisation {
+        bool known = false;
+        double along = 0, across = 0;
+    } demagnetisation;
 };
 
 /// The body's own contribution, station by column: 1 total magnetic anomaly in nT, 2 gravity in mGal,

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -105,6 +106,28 @@ struct GraphicsArrays {
     Curves mag, grav, mag_gradient, grav_gradient;
 };
 
+/// Memory that the forward model keeps between calculations. It is no part of the model: a copy starts
+/// without.
+class KeptMemory {
+  public:
+    KeptMemory() = default;
+    KeptMemory(const KeptMemory&) noexcept {}
+    KeptMemory& operator=(const KeptMemory&) noexcept { return *this; }
+    KeptMemory(KeptMemory&&) noexcept = default;
+    KeptMemory& operator=(KeptMemory&&) noexcept = default;
+    ~KeptMemory() = default;
+
+    /// The memory, made on the first call. It is asked for with one and the same type.
+    template <class Memory>
+    Memory& get() {
+        if (!held_) held_ = std::make_shared<Memory>();
+        return *static_cast<Memory*>(held_.get());
+    }
+
+  private:
+    std::shared_ptr<void> held_;
+};
+
 /// The one session record: what the data are, where the stations stand, what the model is.
 struct Workspace {
     std::string model_file;
@@ -182,6 +205,7 @@ struct Workspace {
     std::int32_t body_capacity = 32;
     std::vector<ModelBody> bodies;  ///< 0 to body_capacity; element 0 is never used
     GraphicsArrays graphics;
+    KeptMemory forward_memory;
 
     bool has_mag() const { return definition.mag_column > 0; }
     bool has_grav() const { return definition.grav_column > 0; }

@@ -27,8 +27,8 @@ struct GraphicObject {
     double shell = 0;    ///< taken off the diameter; 0 makes a full solid
     double end_cap = 0;  ///< thickness of the closed ends of a shell; 0 leaves them open
     double z_scale = 1;
-    float rotation_x = 0, rotation_z = 0, rotation_y = 0;
-    std::int32_t sectors = 12;  ///< an odd count gets one more, below 4 counts as 12
+    std::array<float, 3> rotation{};  ///< as transform_solid takes it
+    std::int32_t sectors = 12;        ///< an odd count gets one more, below 4 counts as 12
     std::int32_t segments = 1;
 };
 

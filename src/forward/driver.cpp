@@ -1,0 +1,117 @@
+#include "forward/driver.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "core/prompts.h"
+#include "forward/gravity_response.h"
+#include "forward/mag_response.h"
+#include "forward/station_columns.h"
+
+namespace anomalis {
+
+namespace {
+
+/// What differs between the two channels.
+struct ChannelRoute {
+    bool ModelBody::*valid;
+    int column;  ///< of the response
+    void (*calculate)(Workspace&, int, Prompts&);
+};
+
+constexpr ChannelRoute magnetic{&ModelBody::mag_response_valid, 1, calculate_mag_response};
+constexpr ChannelRoute gravity{&ModelBody::grav_response_valid, 2, calculate_gravity_response};
+
+bool any_out_of_date(const Workspace& workspace, const ChannelRoute& route) {
+    for (int number = 1; number <= workspace.body_count; ++number)
+        if (!(workspace.body(number).*route.valid)) return true;
+    return false;
+}
+
+void zero_calculated(const Workspace& workspace, ChannelTable& data) {
+    for (int row = row_raw; row <= row_total_gradient; ++row) {
+        const std::span<float> values = data.row(row, stage_calculated);
+        std::fill_n(values.begin(),
+                    std::min(values.size(), static_cast<std::size_t>(workspace.station_count)), 0.0F);
+    }
+}
+
+void switch_off(const Workspace& workspace, ModelBody& body, const ChannelRoute& route) {
+    std::fill_n(response_column(workspace, body, route.column), workspace.station_count, 0.0F);
+    if (route.column != 1) return;
+    for (const int column : {3, 4, 5})
+        std::fill_n(response_column(workspace, body, column), workspace.station_count, 0.0F);
+}
+
+/// Sums all bodies, a stretch of stations at a time so that the sum stays in the nearest memory. Each station
+/// adds the bodies in their order.
+void sum_responses(Workspace& workspace, const ChannelRoute& route, std::span<float> sum) {
+    constexpr std::size_t stretch = 2048;
+    const auto count = static_cast<std::size_t>(workspace.station_count);
+    if (sum.size() < count) throw Fault(FaultKind::subscript);
+    unsigned beyond = 0;
+    for (std::size_t at = 0; at < count; at += stretch) {
+        const std::size_t end = std::min(count, at + stretch);
+        for (int number = 1; number <= workspace.body_count; ++number) {
+            const float* response = response_column(workspace, workspace.body(number), route.column);
+            for (std::size_t i = at; i < end; ++i) sum[i] += response[i];
+        }
+        for (std::size_t i = at; i < end; ++i)
+            beyond |= !(std::abs(sum[i]) <= std::numeric_limits<float>::max());
+    }
+    if (beyond == 0) return;
+    std::fill(sum.begin(), sum.end(), 0.0F);
+    throw Fault(FaultKind::overflow, "the sum of the bodies is out of all proportion; it counts as zero");
+}
+
+void rebuild(Workspace& workspace, const ChannelRoute& route, ChannelTable& data, Prompts& prompts) {
+    for (int number = 1; number <= workspace.body_count; ++number) {
+        ModelBody& body = workspace.body(number);
+        if (body.*route.valid) continue;
+        if (body.turned_off == 1) {
+            switch_off(workspace, body, route);
+        } else {
+            route.calculate(workspace, number, prompts);
+        }
+        body.*route.valid = true;
+    }
+    invalidate_filtered_data(1, workspace);
+    sum_responses(workspace, route, data.row(row_raw, stage_calculated));
+}
+
+void clear_curves(Workspace& workspace) {
+    for (GraphicsArrays::Curves* curves : {&workspace.graphics.mag, &workspace.graphics.mag_gradient,
+                                           &workspace.graphics.grav, &workspace.graphics.grav_gradient}) {
+        const std::span<double> calculated = curves->calculated.span();
+        std::fill(calculated.begin(), calculated.end(), 0.0);
+    }
+}
+
+void calculate(Workspace& workspace, ChannelTable& mag_data, ChannelTable& grav_data, Prompts& prompts) {
+    if (workspace.body_count <= 0) {
+        zero_calculated(workspace, mag_data);
+        zero_calculated(workspace, grav_data);
+        clear_curves(workspace);
+        return;
+    }
+    const bool mag = workspace.has_mag() && any_out_of_date(workspace, magnetic);
+    const bool grav = workspace.has_grav() && any_out_of_date(workspace, gravity);
+    if (mag) zero_calculated(workspace, mag_data);
+    if (grav) zero_calculated(workspace, grav_data);
+    if (mag) rebuild(workspace, magnetic, mag_data, prompts);
+    if (grav) rebuild(workspace, gravity, grav_data, prompts);
+}
+
+}  // namespace
+
+void calculate_model(Workspace& workspace, ChannelTable& mag_data, ChannelTable& grav_data,
+                     Prompts& prompts) {
+    if (workspace.station_count <= 0) return;
+    const MessageScope once(prompts);
+    report_failure(prompts, "An error occurred calculating the maginv model: ", [&] {
+        calculate(workspace, mag_data, grav_data, prompts);
+    });
+}
+
+}  // namespace anomalis

@@ -1,0 +1,64 @@
+#include "forward/station_columns.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <string>
+
+namespace anomalis {
+
+namespace {
+
+std::string reason_of(const Workspace& workspace, const ModelBody& body) {
+    for (const ParamSlot& slot : param_slots())
+        if (!std::isfinite((body.*slot.slot).value))
+            return "its " + std::string(slot.name) + " is not a number";
+    const auto finite = [](double v) { return std::isfinite(v); };
+    const auto values = workspace.stations.span();
+    if (!std::all_of(values.begin(), values.end(), finite)) return "a station is not a number";
+    return "its parameters are out of all proportion";
+}
+
+}  // namespace
+
+StationView station_view(const Workspace& workspace) {
+    if (workspace.station_count < 0 || workspace.stations.rows() < workspace.station_count)
+        throw Fault(FaultKind::subscript);
+    return {workspace.stations.column(column_east).data(), workspace.stations.column(column_north).data(),
+            workspace.stations.column(column_sensor).data(),
+            static_cast<std::size_t>(workspace.station_count)};
+}
+
+float* response_column(const Workspace& workspace, ModelBody& body, int column) {
+    if (body.response.rows() != workspace.station_count) throw Fault(FaultKind::subscript);
+    return body.response.column(column).data();
+}
+
+BodyFrame body_frame(const ModelBody& body) {
+    return {body.cos_strike, body.sin_strike, body.east, body.north, body.top.value, 1.0};
+}
+
+double across_strike(const StationView& stations, const BodyFrame& frame, std::size_t i) {
+    const double x = frame.cos_strike * (stations.east[i] - frame.east) -
+                     frame.sin_strike * (stations.north[i] - frame.north);
+    return x * frame.sense;
+}
+
+double height_over_top(const StationView& stations, const BodyFrame& frame, std::size_t i) {
+    return stations.sensor[i] - frame.top;
+}
+
+void require_finite_column(Workspace& workspace, int body_number, int column) {
+    ModelBody& body = workspace.body(body_number);
+    const std::span<float> values = body.response.column(column);
+    unsigned beyond = 0;
+    for (const float value : values) beyond |= !(std::abs(value) <= std::numeric_limits<float>::max());
+    if (beyond == 0) return;
+    std::fill(values.begin(), values.end(), 0.0F);
+    throw Fault(FaultKind::overflow, std::string(column == 2 ? "the gravity" : "the magnetic response") +
+                                         " of body " + std::to_string(body_number) + ", " + body.name +
+                                         ", is not a finite number: " + reason_of(workspace, body) +
+                                         "; it counts as zero");
+}
+
+}  // namespace anomalis

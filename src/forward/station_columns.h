@@ -1,0 +1,30 @@
+#pragma once
+
+#include "core/workspace.h"
+#include "forward/station_view.h"
+
+namespace anomalis {
+
+/// The stations of the workspace for a loop. Raises Fault subscript when a table has another length.
+StationView station_view(const Workspace& workspace);
+
+/// One column of the body's response. Raises Fault subscript when its length is not the station count.
+float* response_column(const Workspace& workspace, ModelBody& body, int column);
+
+/// The frame of a body whose angles and reference point are current.
+BodyFrame body_frame(const ModelBody& body);
+
+/// x across strike of one station of the view, and its height over the top as it is.
+double across_strike(const StationView& stations, const BodyFrame& frame, std::size_t i);
+double height_over_top(const StationView& stations, const BodyFrame& frame, std::size_t i);
+
+/// A height that is not above 0 counts as 0.1 m.
+inline double lifted(double height) {
+    return height <= 0 ? lifted_height : height;
+}
+
+/// Sets a column that holds a value which is not finite to zero and raises Fault overflow, whose text names
+/// the body, the quantity and, where there is one, the parameter that is not finite.
+void require_finite_column(Workspace& workspace, int body_number, int column);
+
+}  // namespace anomalis
