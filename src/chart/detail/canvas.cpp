@@ -1,0 +1,239 @@
+#include "chart/detail/canvas.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <exception>
+#include <numbers>
+
+#include "chart/detail/clip.h"
+#include "chart/detail/marker_shapes.h"
+
+namespace anomalis {
+
+namespace {
+
+constexpr Rect unbounded{-100000.0, 100000.0, -100000.0, 100000.0};
+constexpr double degree = std::numbers::pi / 180.0;
+
+bool all_inside(const Rect& window, std::span<const Point> points) {
+    return std::all_of(points.begin(), points.end(), [&](Point p) { return window.contains(p); });
+}
+
+bool same_place(Point a, Point b) {
+    return a.x == b.x && a.y == b.y;
+}
+
+}  // namespace
+
+template <class Work>
+void Canvas::guarded(const char* prefix, Work&& work) {
+    try {
+        work();
+    } catch (const std::exception& failure) {
+        notes_.add(std::string(prefix) + failure.what());
+    }
+}
+
+void Canvas::open(DrawingDevice& device, Fonts fonts) {
+    device_ = &device;
+    fonts_ = fonts;
+    window_ = unbounded;
+}
+
+Colour Canvas::resolved(Colour colour) const {
+    return colour < no_colour ? device_->system_colour(colour & 0xFF) : colour;
+}
+
+Pen Canvas::resolved(const Pen& pen) const {
+    return {resolved(pen.colour), std::max(pen.width, 1.0), pen.style};
+}
+
+GraphicItem& Canvas::captured(ItemKind kind) {
+    captured_->emplace_back();
+    captured_->back().kind = kind;
+    return captured_->back();
+}
+
+void Canvas::set_window(const Rect& window) {
+    window_ = window;
+    if (!capturing()) return;
+    GraphicItem& item = captured(ItemKind::window);
+    item.x1 = window.x_low;
+    item.y1 = window.y_low;
+    item.x2 = window.x_high;
+    item.y2 = window.y_high;
+}
+
+void Canvas::line(Point a, Point b, const Pen& pen) {
+    const std::array<Point, 2> points{a, b};
+    polyline(points, pen);
+}
+
+void Canvas::polyline(std::span<const Point> points, const Pen& pen) {
+    guarded("Line error: ", [&] {
+        if (!capturing() && points.size() > 1 && all_inside(window_, points))
+            device_->polyline(points, resolved(pen));
+        else
+            draw_pieces(points, false, pen);
+    });
+}
+
+/// Cuts segment by segment; what hangs together goes to the device as one piece. A captured line is an item a
+/// segment.
+void Canvas::draw_pieces(std::span<const Point> points, bool closed, const Pen& pen) {
+    piece_.clear();
+    const std::size_t segments = closed ? points.size() : points.size() - (points.empty() ? 0 : 1);
+    for (std::size_t i = 0; i < segments; ++i) {
+        Point a = points[i];
+        Point b = points[i + 1 == points.size() ? 0 : i + 1];
+        if (!clip_segment(window_, a, b)) {
+            flush_piece(pen);
+            continue;
+        }
+        if (piece_.empty() || !same_place(piece_.back(), a)) {
+            flush_piece(pen);
+            piece_.push_back(a);
+        }
+        piece_.push_back(b);
+    }
+    flush_piece(pen);
+}
+
+void Canvas::flush_piece(const Pen& pen) {
+    if (piece_.size() > 1 && capturing()) {
+        for (std::size_t i = 0; i + 1 < piece_.size(); ++i) {
+            GraphicItem& item = captured(ItemKind::line);
+            item.x1 = piece_[i].x;
+            item.y1 = piece_[i].y;
+            item.x2 = piece_[i + 1].x;
+            item.y2 = piece_[i + 1].y;
+            item.colour = pen.colour;
+            item.width = static_cast<std::int32_t>(std::lround(pen.width));
+            item.reserved = static_cast<std::int32_t>(pen.style);
+        }
+    } else if (piece_.size() > 1) {
+        device_->polyline(piece_, resolved(pen));
+    }
+    piece_.clear();
+}
+
+void Canvas::polygon(std::span<const Point> points, Colour pen, Colour fill, double width) {
+    if (capturing()) {
+        GraphicItem& item = captured(ItemKind::polygon);
+        item.pen_colour = pen;
+        item.fill_colour = fill;
+        item.width = static_cast<std::int32_t>(std::lround(width));
+        for (const Point& p : points) {
+            item.xs.push_back(p.x);
+            item.ys.push_back(p.y);
+        }
+        return;
+    }
+    draw_polygon(points, pen, fill, width);
+}
+
+void Canvas::draw_polygon(std::span<const Point> points, Colour pen, Colour fill, double width) {
+    guarded("Polygon error: ", [&] {
+        if (fill == no_colour) return;
+        clip_polygon(window_, points, cut_, scratch_);
+        if (!cut_.empty()) device_->polygon_fill(cut_, resolved(fill));
+    });
+    guarded("Polyline error: ", [&] {
+        if (pen == no_colour) return;
+        const Pen outline = resolved(Pen{pen, width, LineStyle::solid});
+        if (points.size() > 2 && all_inside(window_, points))
+            device_->polygon_outline(points, outline);
+        else
+            draw_pieces(points, true, outline);
+    });
+}
+
+void Canvas::rectangle(const Rect& rect, Colour pen, Colour fill, double width) {
+    if (capturing()) {
+        GraphicItem& item = captured(ItemKind::rectangle);
+        item.x1 = rect.x_low;
+        item.y1 = rect.y_low;
+        item.x2 = rect.x_high;
+        item.y2 = rect.y_high;
+        item.pen_colour = pen;
+        item.fill_colour = fill;
+        item.width = static_cast<std::int32_t>(std::lround(width));
+        return;
+    }
+    const std::array<Point, 4> corners{Point{rect.x_low, rect.y_low}, Point{rect.x_high, rect.y_low},
+                                       Point{rect.x_high, rect.y_high}, Point{rect.x_low, rect.y_high}};
+    draw_polygon(corners, pen, fill, width);
+}
+
+void Canvas::markers(int style, double radius, Colour colour, double width, std::span<const Point> anchors) {
+    if (anchors.empty() || style == 0) return;
+    if (capturing()) {
+        for (const Point& p : anchors) {
+            GraphicItem& item = captured(ItemKind::marker);
+            item.x1 = p.x;
+            item.y1 = p.y;
+            item.colour = colour;
+            item.marker = style;
+            item.marker_size = static_cast<std::int32_t>(std::lround(radius));
+            item.width = static_cast<std::int32_t>(std::lround(width));
+        }
+        return;
+    }
+    if (is_letter_marker(style)) {
+        const char letter = marker_letter(style);
+        for (const Point& p : anchors)
+            placed_text({p.x - 2.0 * radius, p.y + 1.5 * radius}, 0.0, {&letter, 1}, FontRole::chart, colour);
+        return;
+    }
+    const MarkerGeometry geometry(style, radius, resolved(colour), width);
+    if (!geometry.empty()) guarded("Line error: ", [&] { device_->markers(geometry.shape(), anchors); });
+}
+
+TextExtent Canvas::measure(std::string_view words, FontRole role) {
+    TextExtent extent;
+    guarded("Font error: ", [&] { extent = device_->measure(words, font(role)); });
+    return extent;
+}
+
+void Canvas::text(Point at, double angle, double along, double across, std::string_view words, FontRole role,
+                  Colour colour) {
+    const std::string clean = clean_text(words);
+    if (clean.empty()) return;
+    const TextExtent extent = measure(clean, role);
+    const double right = along * extent.width;
+    const double up = across * extent.height();
+    const double c = std::cos(angle * degree);
+    const double s = std::sin(angle * degree);
+    const bool upright = angle == 0.0;
+    Point anchor = upright ? Point{at.x + right, at.y + up}
+                           : Point{at.x + right * c - up * s, at.y + right * s + up * c};
+    placed_text(anchor, angle, clean, role, colour);
+}
+
+void Canvas::placed_text(Point anchor, double angle, std::string_view words, FontRole role, Colour colour) {
+    if (capturing()) {
+        GraphicItem& item = captured(ItemKind::text);
+        item.x1 = anchor.x;
+        item.y1 = anchor.y;
+        item.angle = static_cast<float>(angle);
+        item.text = words;
+        item.font = role;
+        item.colour = colour;
+        return;
+    }
+    guarded(angle == 0.0 ? "Font error: " : "Fone error: ",
+            [&] { device_->text(anchor, angle, words, font(role), resolved(colour)); });
+}
+
+std::string Canvas::clean_text(std::string_view words) {
+    std::string clean;
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        const auto c = static_cast<unsigned char>(words[i]);
+        if (c == '\r' && i + 1 < words.size() && words[i + 1] == '\n') continue;
+        clean += c < 0x20 || c == 0x7F ? ' ' : words[i];
+    }
+    return clean;
+}
+
+}  // namespace anomalis

@@ -1,0 +1,73 @@
+#pragma once
+
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "chart/detail/failure_notes.h"
+#include "chart/detail/graphic_item.h"
+#include "chart/drawing_device.h"
+
+namespace anomalis {
+
+/// The low-level primitives of a chart, in surface units: each is cut at the present window and then drawn on
+/// a device, or appended to a list while a chart is captured. A device that fails is noted; drawing goes on.
+class Canvas {
+  public:
+    explicit Canvas(FailureNotes& notes) : notes_(notes) {}
+
+    struct Fonts {
+        const Font* chart = nullptr;
+        const Font* title = nullptr;
+    };
+
+    /// Everything goes to `device` from here on; the window is unbounded.
+    void open(DrawingDevice& device, Fonts fonts);
+    /// While not null, items go here and the device only measures texts.
+    void capture_into(std::vector<GraphicItem>* items) { captured_ = items; }
+    bool capturing() const { return captured_ != nullptr; }
+    DrawingDevice& device() const { return *device_; }
+    /// True when long series may be thinned to the pixel columns of the target.
+    bool thins() const { return !capturing() && device_->is_raster(); }
+
+    void set_window(const Rect& window);
+    const Rect& window() const { return window_; }
+
+    void line(Point a, Point b, const Pen& pen);
+    void polyline(std::span<const Point> points, const Pen& pen);
+    void polygon(std::span<const Point> points, Colour pen, Colour fill, double width);
+    void rectangle(const Rect& rect, Colour pen, Colour fill, double width);
+    /// Markers of one style whose anchors have been tested to be inside.
+    void markers(int style, double radius, Colour colour, double width, std::span<const Point> anchors);
+    /// Text at a position, moved along and across its direction by factors of its width and height.
+    void text(Point at, double angle, double along, double across, std::string_view words, FontRole role,
+              Colour colour);
+    /// The same with the lower left corner given and the words clean: for replaying what was captured.
+    void placed_text(Point anchor, double angle, std::string_view words, FontRole role, Colour colour);
+    TextExtent measure(std::string_view words, FontRole role);
+
+    /// Line breaks and other control characters become blanks.
+    static std::string clean_text(std::string_view words);
+
+  private:
+    template <class Work>
+    void guarded(const char* prefix, Work&& work);
+    const Font& font(FontRole role) const { return role == FontRole::title ? *fonts_.title : *fonts_.chart; }
+    Colour resolved(Colour colour) const;
+    Pen resolved(const Pen& pen) const;
+    void draw_pieces(std::span<const Point> points, bool closed, const Pen& pen);
+    void flush_piece(const Pen& pen);
+    void draw_polygon(std::span<const Point> points, Colour pen, Colour fill, double width);
+    GraphicItem& captured(ItemKind kind);
+
+    FailureNotes& notes_;
+    DrawingDevice* device_ = nullptr;
+    Fonts fonts_;
+    std::vector<GraphicItem>* captured_ = nullptr;
+    Rect window_;
+    std::vector<Point> piece_;
+    std::vector<Point> cut_;
+    std::vector<Point> scratch_;
+};
+
+}  // namespace anomalis

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <string>
+
+#include "chart/detail/axis_scale.h"
+#include "chart/drawing_types.h"
+
+namespace anomalis {
+
+/// The properties of one axis. The low margin is at the left or bottom, the high one at the right or top.
+struct AxisProperties {
+    double min = unset_limit;
+    double max = unset_limit;
+    double tick_interval = 1.0;
+    AxisScale scale;
+    int position = 2;  ///< 0 the low side, 1 the high side, 2 both
+    std::string label;
+    float low_margin = 0.0F;
+    float high_margin = 0.0F;
+
+    bool on_low_side() const { return position == 0 || position == 2; }
+    bool on_high_side() const { return position == 1 || position == 2; }
+};
+
+struct ChartProperties {
+    Colour back_colour = button_face;
+    Colour fore_colour = button_text;
+    bool enabled = true;
+    Font font;
+    Font title_font;
+    int back_style = 1;
+    int border_style = 1;
+    int chart_type = 1;
+    bool display_legend = false;
+    bool display_axes = true;
+    bool display_border = true;
+    bool zoom_enabled = true;
+    bool plot_points = false;
+    int labelling_location = 0;
+    std::string title;
+    AxisProperties x;
+    AxisProperties y;
+    double data_null = -999.0;
+    int marker_size = 35;
+
+    bool numbers_outside() const { return labelling_location == 0 && display_axes; }
+};
+
+}  // namespace anomalis

@@ -1,0 +1,229 @@
+#include "chart/detail/display.h"
+
+#include <algorithm>
+#include <array>
+#include <exception>
+
+#include "chart/detail/axis_painter.h"
+
+namespace anomalis {
+
+namespace {
+
+constexpr double anchor_tolerance = 0.5;
+
+Point to_surface(const GrapherState& state, double x, double y) {
+    return state.layout.to_surface(
+        state.x, state.y, {state.properties.x.scale.forward(x), state.properties.y.scale.forward(y)});
+}
+
+void draw_line_item(GrapherState& state, const GraphicItem& item) {
+    Point from{item.x1, item.y1};
+    Point to{item.x2, item.y2};
+    if (item.extent == LineExtent::full_y) {
+        from.y = state.y.limits.low;
+        to.y = state.y.limits.high;
+    } else if (item.extent == LineExtent::full_x) {
+        from.x = state.x.limits.low;
+        to.x = state.x.limits.high;
+    }
+    state.canvas.line(to_surface(state, from.x, from.y), to_surface(state, to.x, to.y),
+                      {item.colour, static_cast<double>(item.width), static_cast<LineStyle>(item.reserved)});
+}
+
+void draw_polygon_item(GrapherState& state, const GraphicItem& item, std::vector<Point>& points) {
+    points.clear();
+    for (std::size_t i = 0; i < item.count(); ++i)
+        points.push_back(to_surface(state, item.xs[i], item.ys[i]));
+    state.canvas.polygon(points, item.pen_colour, item.fill_colour, item.width);
+}
+
+void draw_rectangle_item(GrapherState& state, const GraphicItem& item) {
+    const Point a = to_surface(state, item.x1, item.y1);
+    const Point b = to_surface(state, item.x2, item.y2);
+    state.canvas.rectangle({std::min(a.x, b.x), std::max(a.x, b.x), std::min(a.y, b.y), std::max(a.y, b.y)},
+                           item.pen_colour, item.fill_colour, item.width);
+}
+
+void draw_item(GrapherState& state, const GraphicItem& item, std::vector<Point>& points) {
+    Canvas& canvas = state.canvas;
+    const Point at = to_surface(state, item.x1, item.y1);
+    switch (item.kind) {
+        case ItemKind::window:
+            canvas.set_window({item.x1, item.x2, item.y1, item.y2});
+            break;
+        case ItemKind::line:
+            draw_line_item(state, item);
+            break;
+        case ItemKind::marker:
+            if (canvas.window().contains(at, anchor_tolerance))
+                canvas.markers(item.marker, item.marker_size, item.colour, item.width, {&at, 1});
+            break;
+        case ItemKind::polygon:
+            draw_polygon_item(state, item, points);
+            break;
+        case ItemKind::rectangle:
+            draw_rectangle_item(state, item);
+            break;
+        case ItemKind::text:
+            if (canvas.window().contains(at, anchor_tolerance))
+                canvas.text(at, item.angle, 0.0, 0.0, item.text, item.font, state.properties.fore_colour);
+            break;
+        case ItemKind::polyline:
+            // Recorded and numbered, never replayed: GraphicsList.polylines_are_numbered_but_not_replayed.
+            break;
+    }
+}
+
+/// Runs `work` on the surface; whatever it throws is noted and gives -1.
+template <class Work>
+int on_surface(GrapherState& state, Work&& work) {
+    int status = -1;
+    try {
+        const Busy busy(state.busy_refresh);
+        state.surface->set_mapping(screen_mapping(state.surface->height()));
+        status = work();
+    } catch (const std::exception& failure) {
+        state.notes.add(failure.what());
+        status = -1;
+    }
+    return status;
+}
+
+/// The base picture anew: background, then the chart where there is room for one.
+int draw_base(GrapherState& state, int status, bool with_chart) {
+    DrawingDevice& surface = *state.surface;
+    surface.set_border_style(state.properties.border_style);
+    surface.select_layer(DrawingDevice::Layer::base);
+    surface.clear(resolved_colour(state, state.properties.back_colour), state.properties.back_style);
+    state.canvas.open(surface, state.fonts());
+    if (status == 0 && with_chart) status = draw_chart(state);
+    state.base_kept = status == 0;
+    return status;
+}
+
+void show_surface(GrapherState& state, int status) {
+    DrawingDevice& surface = *state.surface;
+    surface.copy_base_to_surface();
+    surface.select_layer(DrawingDevice::Layer::surface);
+    state.canvas.open(surface, state.fonts());
+    if (status == 0) replay_overlay(state);
+    surface.present();
+}
+
+int update_on_surface(GrapherState& state, bool take_limits) {
+    return update_layout(state, *state.surface, state.surface->width(), state.surface->height(), take_limits);
+}
+
+}  // namespace
+
+int update_layout(GrapherState& state, const DrawingDevice& measure, double width, double height,
+                  bool take_limits) {
+    const ChartProperties& p = state.properties;
+    if (take_limits) {
+        state.x.limits = {p.x.min, p.x.max};
+        state.y.limits = {p.y.min, p.y.max};
+    }
+    state.x.update(p.x, state.series.x_extent(), p.zoom_enabled);
+    state.y.update(p.y, state.series.y_extent(), p.zoom_enabled);
+    state.layout = lay_out(p, state.x, state.y, width, height, measure);
+    return state.layout.valid ? 0 : -1;
+}
+
+int layout_only(GrapherState& state) {
+    if (state.surface == nullptr || state.busy_refresh) return -1;
+    const Rect plot = state.layout.plot;
+    const std::array<Interval, 2> views{state.x.view, state.y.view};
+    const int status = on_surface(state, [&] { return update_on_surface(state, true); });
+    const bool same = plot == state.layout.plot && views[0] == state.x.view && views[1] == state.y.view;
+    if (!same) state.base_kept = false;
+    tell_failures(state);
+    return status;
+}
+
+int draw_chart(GrapherState& state) {
+    const ChartLayout& layout = state.layout;
+    if (!layout.valid) return -1;
+    state.canvas.set_window({0.0, layout.width, 0.0, layout.height});
+    paint_axes(state.properties, layout, state.x, state.y, state.canvas);
+    state.canvas.set_window(layout.plot);
+    state.painter.plot(state.series, state.frame(), state.canvas);
+    state.displayed = true;
+    return 0;
+}
+
+void replay_overlay(GrapherState& state) {
+    if (!state.layout.valid || state.gesture.overlay_suspended) return;
+    // A captured chart has its plot window from the chart itself.
+    if (!state.canvas.capturing()) state.canvas.set_window(state.layout.plot);
+    std::vector<Point> points;
+    for (const GraphicItem& item : state.overlay.items()) draw_item(state, item, points);
+}
+
+int display_chart(GrapherState& state) {
+    if (state.surface == nullptr || state.busy_refresh) return -1;
+    const int status = on_surface(state, [&] {
+        const int drawn = draw_base(state, update_on_surface(state, true), true);
+        show_surface(state, drawn);
+        return drawn;
+    });
+    tell_failures(state);
+    return status;
+}
+
+int draw_current(GrapherState& state) {
+    if (state.surface == nullptr || state.busy_refresh) return -1;
+    const int status = on_surface(state, [&] { return draw_base(state, state.layout.valid ? 0 : -1, true); });
+    tell_failures(state);
+    return status;
+}
+
+int refresh_graph(GrapherState& state, int mode) {
+    if (state.surface == nullptr || state.busy_refresh) return -1;
+    const int status = on_surface(state, [&] {
+        int drawn = 0;
+        if (mode < 1 || !state.base_kept)
+            drawn = draw_base(state, update_on_surface(state, false), !state.series.empty());
+        show_surface(state, drawn);
+        return drawn;
+    });
+    tell_failures(state);
+    return status;
+}
+
+void resize(GrapherState& state) {
+    state.base_kept = false;
+    if (state.surface == nullptr) return;
+    if (state.series.empty())
+        show_background(state);
+    else
+        refresh_graph(state, 0);
+}
+
+void draw_graphics(GrapherState& state) {
+    if (state.surface == nullptr || state.busy_refresh || !state.layout.valid ||
+        state.overlay.items().empty())
+        return;
+    on_surface(state, [&] {
+        state.surface->select_layer(DrawingDevice::Layer::surface);
+        state.canvas.open(*state.surface, state.fonts());
+        replay_overlay(state);
+        state.surface->present();
+        return 0;
+    });
+    tell_failures(state);
+}
+
+void show_background(GrapherState& state) {
+    if (state.surface == nullptr || state.busy_refresh) return;
+    on_surface(state, [&] {
+        draw_base(state, 0, false);
+        state.base_kept = false;
+        state.surface->copy_base_to_surface();
+        state.surface->present();
+        return 0;
+    });
+    tell_failures(state);
+}
+
+}  // namespace anomalis

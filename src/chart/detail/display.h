@@ -1,0 +1,26 @@
+#pragma once
+
+#include "chart/detail/grapher_state.h"
+
+namespace anomalis {
+
+/// Range steps and layout for a size and a text measure. `take_limits`: from the limit properties first.
+int update_layout(GrapherState& state, const DrawingDevice& measure, double width, double height,
+                  bool take_limits);
+/// AX_Grapher::Layout.
+int layout_only(GrapherState& state);
+/// Axes, title and series through the canvas, which is open on its device.
+int draw_chart(GrapherState& state);
+/// The retained items through the canvas.
+void replay_overlay(GrapherState& state);
+/// AX_Grapher::DisplayChart, display_current_chart, RefreshGraph and Resize.
+int display_chart(GrapherState& state);
+int draw_current(GrapherState& state);
+int refresh_graph(GrapherState& state, int mode);
+void resize(GrapherState& state);
+/// Draws the overlay alone on the surface.
+void draw_graphics(GrapherState& state);
+/// The picture on screen becomes background only.
+void show_background(GrapherState& state);
+
+}  // namespace anomalis

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "chart/detail/grapher_state.h"
+
+namespace anomalis {
+
+inline constexpr int left_button = 1;
+inline constexpr int right_button = 2;
+inline constexpr int middle_button = 4;
+
+/// The chart's own part of a mouse press at a place of the surface (y up): selects a point or a polygon, or
+/// begins a gesture. Raises PointSelected or GraphicSelected.
+void press(GrapherState& state, int button, int shift, Point at);
+/// Carries the running gesture on; ends it when its button is no longer held.
+void move(GrapherState& state, int buttons, Point at);
+/// Ends the running gesture.
+void release(GrapherState& state);
+/// Ends the running gesture as if it had not been: a magnifier gives its view back.
+void cancel_gesture(GrapherState& state);
+/// Draws the selection, box, magnifier and crosshair on the open canvas.
+void paint_top_layer(GrapherState& state, Canvas& canvas);
+
+}  // namespace anomalis

@@ -1,0 +1,92 @@
+#include "chart/detail/layout.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "chart/detail/tick_text.h"
+#include "chart/detail/ticks.h"
+
+namespace anomalis {
+
+namespace {
+
+constexpr double smallest_plot = 2.0 * units_per_screen_pixel;
+
+double widest_number(const ChartProperties& properties, Interval view, double interval,
+                     const ChartLayout& layout, const DrawingDevice& measure) {
+    const double scale = layout.plot.height() / view.span();
+    const std::string format = tick_format(interval);
+    LabelRoom room(layout.plot.y_low);
+    double widest = 0.0;
+    for (const Tick& tick : make_ticks(view, interval, scale, layout.plot.y_low)) {
+        if (!room.take(tick.position, tick.position + 2.0 * layout.text_height)) continue;
+        const std::string label = tick_text(tick.value, properties.y.scale, format);
+        widest = std::max(widest, measure.measure(label, properties.font).width);
+    }
+    return widest;
+}
+
+void lay_out_vertically(ChartLayout& layout, const ChartProperties& properties) {
+    const AxisProperties& x = properties.x;
+    const double m = layout.text_height;
+    const double label = layout.show_x_label ? 1.5 * layout.title_height : 0.0;
+    const double numbers = properties.numbers_outside() ? 0.5 * m + 1.5 * m : 0.0;
+    layout.top = properties.y.high_margin + (layout.show_title ? 1.5 * layout.title_height : 0.0);
+    layout.bottom = properties.y.low_margin;
+    if (x.on_high_side()) layout.top += label + numbers;
+    if (x.on_low_side()) layout.bottom += label + numbers;
+    layout.plot.y_low = layout.bottom;
+    layout.plot.y_high = layout.height - layout.top;
+}
+
+void lay_out_horizontally(ChartLayout& layout, const ChartProperties& properties, const AxisRange& range,
+                          const DrawingDevice& measure) {
+    const AxisProperties& y = properties.y;
+    double side = 0.0;
+    if (properties.display_axes && !y.label.empty()) side += 1.5 * layout.title_height;
+    if (properties.numbers_outside()) {
+        const double interval = range.view_tick_interval();
+        const double number =
+            std::max(widest_number(properties, range.view, interval, layout, measure),
+                     widest_number(properties, range.full, range.tick_interval, layout, measure));
+        side += number + layout.text_height;
+    }
+    layout.left = properties.x.low_margin + (y.on_low_side() ? side : 0.0);
+    layout.right = properties.x.high_margin + (y.on_high_side() ? side : 0.0);
+    layout.plot.x_low = layout.left;
+    layout.plot.x_high = layout.width - layout.right;
+}
+
+}  // namespace
+
+ChartLayout lay_out(const ChartProperties& properties, const AxisRange& x, const AxisRange& y, double width,
+                    double height, const DrawingDevice& measure) {
+    ChartLayout layout;
+    layout.width = width;
+    layout.height = height;
+    layout.text_height = measure.measure("M", properties.font).height();
+    layout.title_height = measure.measure("M", properties.title_font).height();
+    layout.show_title = !properties.title.empty();
+    layout.show_x_label = properties.display_axes && !properties.x.label.empty();
+
+    lay_out_vertically(layout, properties);
+    if (layout.plot.height() < smallest_plot && layout.show_x_label) {
+        layout.show_x_label = false;
+        lay_out_vertically(layout, properties);
+    }
+    if (layout.plot.height() < smallest_plot && layout.show_title) {
+        layout.show_title = false;
+        lay_out_vertically(layout, properties);
+    }
+    if (!(layout.plot.height() >= smallest_plot)) return layout;
+    lay_out_horizontally(layout, properties, y, measure);
+    if (!(layout.plot.width() >= smallest_plot)) return layout;
+
+    layout.x_scale = layout.plot.width() / x.view.span();
+    layout.y_scale = layout.plot.height() / y.view.span();
+    layout.valid = std::isfinite(layout.x_scale) && std::isfinite(layout.y_scale) && layout.x_scale > 0.0 &&
+                   layout.y_scale > 0.0;
+    return layout;
+}
+
+}  // namespace anomalis

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <string>
+
+#include "chart/detail/chart_properties.h"
+#include "chart/detail/view_state.h"
+#include "chart/drawing_device.h"
+
+namespace anomalis {
+
+/// Where everything of a chart stands. Surface units.
+struct ChartLayout {
+    double width = 0.0;
+    double height = 0.0;
+    double left = 0.0;
+    double right = 0.0;
+    double top = 0.0;
+    double bottom = 0.0;
+    Rect plot;
+    double x_scale = 0.0;  ///< surface units a transformed unit
+    double y_scale = 0.0;
+    double text_height = 0.0;   ///< of numbers
+    double title_height = 0.0;  ///< of title and axis labels
+    bool show_title = false;
+    bool show_x_label = false;
+    bool valid = false;  ///< false when there is no room for a plot of 2 pixels, or no finite scale
+
+    /// From transformed units to the surface and back.
+    Point to_surface(const AxisRange& x, const AxisRange& y, Point transformed) const {
+        return {(transformed.x - x.view.low) * x_scale + plot.x_low,
+                (transformed.y - y.view.low) * y_scale + plot.y_low};
+    }
+    Point to_world(const AxisRange& x, const AxisRange& y, Point surface) const {
+        return {(surface.x - plot.x_low) / x_scale + x.view.low,
+                (surface.y - plot.y_low) / y_scale + y.view.low};
+    }
+};
+
+/// Margins, plot and scales. The room of the Y numbers is measured over the ticks of the full range and of
+/// the view, whichever is wider, so that the plot does not move sideways during a pan. When there is no room
+/// the X label is dropped first, then the title.
+ChartLayout lay_out(const ChartProperties& properties, const AxisRange& x, const AxisRange& y, double width,
+                    double height, const DrawingDevice& measure);
+
+}  // namespace anomalis

@@ -1,0 +1,124 @@
+#include "chart/detail/output.h"
+
+#include <exception>
+
+#include "chart/detail/display.h"
+
+namespace anomalis {
+
+namespace {
+
+/// What an output may change and the screen wants back.
+class ScreenKept {
+  public:
+    explicit ScreenKept(GrapherState& state)
+        : state_(state), x_(state.x), y_(state.y), layout_(state.layout), displayed_(state.displayed) {}
+    ~ScreenKept() {
+        state_.canvas.capture_into(nullptr);
+        state_.x = x_;
+        state_.y = y_;
+        state_.layout = layout_;
+        state_.displayed = displayed_;
+    }
+    ScreenKept(const ScreenKept&) = delete;
+    ScreenKept& operator=(const ScreenKept&) = delete;
+
+  private:
+    GrapherState& state_;
+    AxisRange x_;
+    AxisRange y_;
+    ChartLayout layout_;
+    bool displayed_;
+};
+
+/// The start of an output: range steps and layout by the target's text measure, the chart, then the overlay
+/// on the same target.
+int start_of_output(GrapherState& state, DrawingDevice& target, SurfaceSize size) {
+    // Without a screen nothing has taken the limit properties yet.
+    const bool take_limits = state.surface == nullptr || !state.displayed;
+    if (update_layout(state, target, size.width, size.height, take_limits) != 0) return -1;
+    state.canvas.open(target, state.fonts());
+    const int status = draw_chart(state);
+    if (status == 0) replay_overlay(state);
+    return status;
+}
+
+template <class Work>
+int kept_safe(GrapherState& state, Work&& work) {
+    int status = -1;
+    try {
+        const Busy busy(state.busy_refresh);
+        const ScreenKept kept(state);
+        status = work();
+    } catch (const std::exception& failure) {
+        state.notes.add(failure.what());
+    }
+    tell_failures(state);
+    return status;
+}
+
+void play_item(const GraphicItem& item, Canvas& canvas) {
+    const Point at{item.x1, item.y1};
+    std::vector<Point> points;
+    switch (item.kind) {
+        case ItemKind::window:
+            canvas.set_window({item.x1, item.x2, item.y1, item.y2});
+            break;
+        case ItemKind::line:
+            canvas.line(
+                at, {item.x2, item.y2},
+                {item.colour, static_cast<double>(item.width), static_cast<LineStyle>(item.reserved)});
+            break;
+        case ItemKind::marker:
+            canvas.markers(item.marker, item.marker_size, item.colour, item.width, {&at, 1});
+            break;
+        case ItemKind::polygon:
+        case ItemKind::polyline:
+            for (std::size_t i = 0; i < item.count(); ++i) points.push_back({item.xs[i], item.ys[i]});
+            if (item.kind == ItemKind::polygon)
+                canvas.polygon(points, item.pen_colour, item.fill_colour, item.width);
+            break;
+        case ItemKind::rectangle:
+            canvas.rectangle({item.x1, item.x2, item.y1, item.y2}, item.pen_colour, item.fill_colour,
+                             item.width);
+            break;
+        case ItemKind::text:
+            canvas.placed_text(at, item.angle, item.text, item.font, item.colour);
+            break;
+    }
+}
+
+}  // namespace
+
+int draw_to(GrapherState& state, DrawingDevice& target, const SurfaceMapping& mapping,
+            std::optional<SurfaceSize> size) {
+    if (state.busy_refresh) return -1;
+    const DrawingDevice& sized_by = state.surface != nullptr ? *state.surface : target;
+    const SurfaceSize drawn = size.value_or(SurfaceSize{sized_by.width(), sized_by.height()});
+    return kept_safe(state, [&] {
+        target.set_mapping(mapping);
+        return start_of_output(state, target, drawn);
+    });
+}
+
+std::optional<std::vector<GraphicItem>> capture_chart(GrapherState& state) {
+    if (state.surface == nullptr || state.busy_refresh) return std::nullopt;
+    std::vector<GraphicItem> items;
+    const int status = kept_safe(state, [&] {
+        state.canvas.capture_into(&items);
+        return start_of_output(state, *state.surface, {state.surface->width(), state.surface->height()});
+    });
+    if (status != 0) return std::nullopt;
+    return items;
+}
+
+void play_items(const GrapherState& state, const std::vector<GraphicItem>& items, DrawingDevice& device,
+                const SurfaceMapping& mapping, FailureNotes& notes) {
+    device.set_mapping(mapping);
+    Canvas canvas(notes);
+    canvas.open(device, state.fonts());
+    for (const GraphicItem& item : items) play_item(item, canvas);
+    if (&device == state.surface) device.set_mapping(screen_mapping(device.height()));
+}
+
+}  // namespace anomalis

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "chart/detail/canvas.h"
+#include "chart/detail/chart_properties.h"
+#include "chart/detail/layout.h"
+#include "chart/detail/point_thinner.h"
+#include "chart/detail/series_table.h"
+#include "chart/detail/view_state.h"
+
+namespace anomalis {
+
+/// What a plot needs besides the data.
+struct PlotFrame {
+    const ChartProperties& properties;
+    const ChartLayout& layout;
+    const AxisRange& x;
+    const AxisRange& y;
+};
+
+/// Plots registered series as lines, markers and bars with gaps at nulls. Its working storage is kept, so a
+/// redraw allocates nothing once the longest series has been drawn.
+class SeriesPainter {
+  public:
+    /// Groups from the last to the first, series in each from its first to its last.
+    void plot(const SeriesTable& table, const PlotFrame& frame, Canvas& canvas);
+
+  private:
+    void plot_lines(const SeriesGroup& group, const SeriesData& data, const SeriesOptions& options,
+                    const PlotFrame& frame, Canvas& canvas);
+    void draw_run(const SeriesOptions& options, Canvas& canvas);
+    void plot_bars(const SeriesGroup& group, const SeriesData& data, const SeriesOptions& options,
+                   const PlotFrame& frame, Canvas& canvas);
+    void plot_markers(const SeriesGroup& group, const SeriesData& data, const SeriesOptions& options,
+                      const PlotFrame& frame, Canvas& canvas);
+
+    PointThinner thinner_;
+    std::vector<Point> run_;
+    std::vector<Point> anchors_;
+    PixelSet marked_;
+};
+
+}  // namespace anomalis

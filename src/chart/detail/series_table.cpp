@@ -1,0 +1,206 @@
+#include "chart/detail/series_table.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace anomalis {
+
+namespace {
+
+constexpr std::size_t first_option_capacity = 128;
+constexpr const char* invalid_group = "The group number is invalid";
+constexpr const char* invalid_series = "The series index is invalid";
+
+void widen(std::optional<Interval>& extent, double value) {
+    if (is_null(value)) return;
+    if (!extent) extent = Interval{value, value};
+    extent->low = std::min(extent->low, value);
+    extent->high = std::max(extent->high, value);
+}
+
+bool opens_group(std::span<const ChartRow> rows, std::size_t row) {
+    return row == 0 || rows[row].code == x_row;
+}
+
+}  // namespace
+
+SeriesStyle series_style(double code, int chart_type, bool plot_points) {
+    SeriesStyle style;
+    style.bars = code == bar_series || chart_type == 2;
+    style.line = !style.bars && (code == line_series || chart_type == 1 || code == line_and_marker_series);
+    style.markers = code == line_and_marker_series || !style.line || plot_points;
+    return style;
+}
+
+SeriesTable::SeriesTable() : options_(first_option_capacity) {}
+
+void SeriesTable::register_rows(std::span<const ChartRow> rows, const ChartProperties& properties,
+                                Colour first_colour) {
+    const bool no_cells =
+        std::all_of(rows.begin(), rows.end(), [](const ChartRow& row) { return row.cells.empty(); });
+    if (rows.empty() || no_cells) return;
+    size_for(rows);
+    if (groups_.empty() || point_count_ < 1) {
+        clear();
+        return;
+    }
+    store(rows, properties);
+    // Options are made anew only when the table outgrows them, so a host sets its markers once.
+    if (options_.size() < series_.size()) options_.assign(series_.size(), SeriesOptions{});
+    for (std::size_t i = 0; i < series_.size(); ++i) {
+        options_[i].colour = i == 0 ? first_colour : default_pen_colour(static_cast<int>(i));
+        options_[i].width = 1;
+    }
+}
+
+/// Finds the groups and sizes the tables. A group without a series takes none of the next one's.
+void SeriesTable::size_for(std::span<const ChartRow> rows) {
+    std::size_t group_total = 0;
+    int series_total = 0;
+    point_count_ = 0;
+    for (std::size_t row = 0; row < rows.size(); ++row) {
+        if (opens_group(rows, row)) continue;
+        ++series_total;
+        if (opens_group(rows, row - 1)) ++group_total;
+    }
+    groups_.resize(group_total);
+    series_.resize(static_cast<std::size_t>(series_total));
+
+    std::size_t group_number = 0;
+    int series_number = 0;
+    for (std::size_t row = 1; row < rows.size(); ++row) {
+        if (opens_group(rows, row)) continue;
+        ++series_number;
+        if (opens_group(rows, row - 1)) {
+            SeriesGroup& opened = groups_[group_number++];
+            opened.first = series_number;
+            opened.count = static_cast<int>(rows[row - 1].cells.size());
+            point_count_ = std::max(point_count_, opened.count);
+        }
+        groups_[group_number - 1].last = series_number;
+    }
+}
+
+void SeriesTable::store(std::span<const ChartRow> rows, const ChartProperties& properties) {
+    x_extent_.reset();
+    y_extent_.reset();
+    std::size_t group_number = 0;
+    std::size_t series_number = 0;
+    for (std::size_t row = 1; row < rows.size(); ++row) {
+        if (opens_group(rows, row)) continue;
+        if (opens_group(rows, row - 1)) {
+            SeriesGroup& opened = groups_[group_number++];
+            opened.x.resize(rows[row - 1].cells.size());
+            for (std::size_t i = 0; i < opened.x.size(); ++i) {
+                const double x = rows[row - 1].cells[i];
+                opened.x[i] = std::isfinite(x) && !is_null(x) ? properties.x.scale.forward(x) : null_value;
+                widen(x_extent_, opened.x[i]);
+            }
+        }
+        SeriesData& data = series_[series_number++];
+        const auto count = static_cast<std::size_t>(groups_[group_number - 1].count);
+        const std::span<const double> cells = rows[row].cells;
+        data.code = rows[row].code;
+        data.markers.clear();
+        data.colours.clear();
+        data.y.assign(count, null_value);
+        for (std::size_t i = 0; i < std::min(count, cells.size()); ++i) {
+            data.y[i] = forward_or_null(properties.y.scale, cells[i], properties.data_null);
+            widen(y_extent_, data.y[i]);
+        }
+    }
+}
+
+void SeriesTable::clear() {
+    groups_.clear();
+    series_.clear();
+    point_count_ = 0;
+    x_extent_.reset();
+    y_extent_.reset();
+}
+
+const char* SeriesTable::check(int group_number, int series_number) const {
+    if (group_number < 1 || group_number > group_count()) return invalid_group;
+    const SeriesGroup& in = group(group_number);
+    if (series_number < 1 || series_number > in.last - in.first + 1) return invalid_series;
+    return nullptr;
+}
+
+bool SeriesTable::has_point(int group_number, int series_number, int point) const {
+    return check(group_number, series_number) == nullptr && point >= 1 && point <= group(group_number).count;
+}
+
+std::optional<Point> SeriesTable::position(int group_number, int series_number, int point) const {
+    if (!has_point(group_number, series_number, point)) return std::nullopt;
+    const SeriesGroup& in = group(group_number);
+    const double x = in.x[index(point)];
+    const double y = series(in.first + series_number - 1).y[index(point)];
+    if (is_null(x) || is_null(y)) return std::nullopt;
+    return Point{x, y};
+}
+
+std::vector<std::int32_t>& SeriesTable::cells(PointTable which, int number) {
+    SeriesData& data = series_[index(number)];
+    std::vector<std::int32_t>& values = which == PointTable::markers ? data.markers : data.colours;
+    if (values.empty()) values.assign(data.y.size(), which == PointTable::markers ? 0 : no_colour);
+    return values;
+}
+
+const char* SeriesTable::set_points(PointTable which, const MarkerTable& values, int group_number,
+                                    int series_number, int point) {
+    int first = 1;
+    int last = series_count();
+    if (group_number > 0) {
+        if (group_number > group_count()) return invalid_group;
+        const SeriesGroup& in = group(group_number);
+        last = in.last;
+        first = series_number > 0 ? std::min(in.first + series_number - 1, last) : in.first;
+    }
+    for (int row = first; row <= last; ++row) {
+        if (index(row) >= values.size()) continue;
+        const std::vector<std::int32_t>& from = values[index(row)];
+        std::vector<std::int32_t>& to = cells(which, row);
+        for (std::size_t i = 0; i < std::min(from.size(), to.size()); ++i)
+            if (point <= 0 || i == index(point)) to[i] = from[i];
+    }
+    return nullptr;
+}
+
+int SeriesTable::marker(int number, int point) const {
+    if (number < 1 || number > series_count() || point < 1) return 0;
+    const std::vector<std::int32_t>& values = series(number).markers;
+    return index(point) < values.size() ? values[index(point)] : 0;
+}
+
+void SeriesTable::set_marker(int number, int point, int style) {
+    if (number < 1 || number > series_count() || point < 1) return;
+    std::vector<std::int32_t>& values = cells(PointTable::markers, number);
+    if (index(point) < values.size()) values[index(point)] = style;
+}
+
+Colour default_pen_colour(int number) {
+    constexpr Colour orange = colour_of(255, 127, 0);
+    // 8 to 14 are the bright half of the usual palette of sixteen.
+    constexpr std::array<Colour, 16> colours{orange,
+                                             colour_of(255, 0, 0),
+                                             colour_of(0, 255, 0),
+                                             colour_of(0, 0, 255),
+                                             colour_of(255, 0, 255),
+                                             colour_of(255, 255, 0),
+                                             colour_of(0, 255, 255),
+                                             colour_of(51, 255, 178),
+                                             colour_of(128, 128, 128),
+                                             colour_of(0, 0, 255),
+                                             colour_of(0, 255, 0),
+                                             colour_of(0, 255, 255),
+                                             colour_of(255, 0, 0),
+                                             colour_of(255, 0, 255),
+                                             colour_of(255, 255, 0),
+                                             orange};
+    const int entry = number % 16;
+    // A negative remainder names no entry of the palette.
+    return entry < 0 ? black : colours[static_cast<std::size_t>(entry)];
+}
+
+}  // namespace anomalis

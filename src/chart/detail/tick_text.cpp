@@ -1,0 +1,100 @@
+#include "chart/detail/tick_text.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "core/numbers.h"
+
+namespace anomalis {
+
+namespace {
+
+constexpr double smallest_plain_interval = 0.002;
+constexpr int most_digits = 9;
+constexpr double whole_tolerance = 0.001;
+constexpr double whole_tick = 1e-6;
+
+int plain_digits(double interval) {
+    int digits = 0;
+    double scaled = std::abs(interval);
+    while (digits < 3 && std::abs(scaled - std::round(scaled)) > whole_tolerance) {
+        scaled *= 10.0;
+        ++digits;
+    }
+    return digits;
+}
+
+/// For intervals so small that every one of them would pass for the whole number 0.
+int fine_digits(double interval) {
+    int digits = 0;
+    double scaled = std::abs(interval);
+    while (digits < most_digits && std::abs(scaled - std::round(scaled)) > whole_tolerance * scaled) {
+        scaled *= 10.0;
+        ++digits;
+    }
+    return digits;
+}
+
+std::string digits_pattern(int digits) {
+    return digits <= 0 ? "0" : "0." + std::string(static_cast<std::size_t>(digits), '0');
+}
+
+/// The trailing space of the general text form has no place in a label.
+std::string whole_number_text(double value) {
+    return format_number(value, "0");
+}
+
+/// The power `exponent` of 10, written out as far as three zeros go.
+std::string power_of_ten_text(int exponent) {
+    if (exponent >= 0 && exponent <= 3) return "1" + std::string(static_cast<std::size_t>(exponent), '0');
+    if (exponent < 0 && exponent >= -3)
+        return "0." + std::string(static_cast<std::size_t>(-exponent - 1), '0') + "1";
+    return "1x10^" + whole_number_text(exponent);
+}
+
+std::string base_text(double base) {
+    return base == std::round(base) ? whole_number_text(base) : format_number(base, "0.######");
+}
+
+std::string logarithmic_text(double value, const AxisScale& scale) {
+    const double size = std::abs(value);
+    if (size < whole_tick) return "0";
+    const std::string sign = value < 0.0 ? "-" : "";
+    if (size < 1.0 - whole_tick) {
+        const int cutoff_decade = static_cast<int>(std::floor(std::log10(scale.cutoff()) + whole_tick));
+        const int digits = std::min(std::max(0, 1 - cutoff_decade), most_digits);
+        return format_number(scale.inverse(value), digits_pattern(digits));
+    }
+    if (std::abs(size - std::round(size)) > whole_tick) return significant_text(scale.inverse(value), 3);
+    const int exponent = static_cast<int>(std::lround(size)) - 1 + scale.cutoff_power();
+    if (scale.base() == 10.0) return sign + power_of_ten_text(exponent);
+    return sign + "1x" + base_text(scale.base()) + "^" + whole_number_text(exponent);
+}
+
+}  // namespace
+
+std::string tick_format(double interval) {
+    return digits_pattern(std::abs(interval) < smallest_plain_interval * (1.0 - 1e-9)
+                              ? fine_digits(interval)
+                              : plain_digits(interval));
+}
+
+std::string significant_text(double value, int digits) {
+    if (value == 0.0 || !std::isfinite(value)) return "0";
+    const int exponent = static_cast<int>(std::floor(std::log10(std::abs(value))));
+    if (exponent < -4 || exponent >= 6) {
+        const double mantissa = value / std::pow(10.0, exponent);
+        return significant_text(mantissa, digits) + "x10^" + whole_number_text(exponent);
+    }
+    const int decimals = std::max(0, digits - 1 - exponent);
+    const double grid = std::pow(10.0, std::max(0, exponent - digits + 1));
+    const std::string pattern =
+        decimals == 0 ? "0" : "0." + std::string(static_cast<std::size_t>(decimals), '#');
+    return format_number(std::round(value / grid) * grid, pattern);
+}
+
+std::string tick_text(double value, const AxisScale& scale, const std::string& format) {
+    return scale.logarithmic() ? logarithmic_text(value, scale) : format_number(value, format);
+}
+
+}  // namespace anomalis
