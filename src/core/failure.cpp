@@ -1,6 +1,7 @@
 #include "core/failure.h"
 
 #include <new>
+#include <stdexcept>
 #include <system_error>
 
 namespace anomalis {
@@ -37,7 +38,13 @@ FileFault::FileFault(int error_number, const std::string& path)
                          ")") {}
 
 std::string fault_text(const std::exception& failure) {
-    if (dynamic_cast<const std::bad_alloc*>(&failure)) return usual_text(FaultKind::out_of_memory);
+    // What the standard library raises by itself is told in the same words as our own faults.
+    const bool no_memory =
+        dynamic_cast<const std::bad_alloc*>(&failure) || dynamic_cast<const std::length_error*>(&failure);
+    if (no_memory) return usual_text(FaultKind::out_of_memory);
+    if (dynamic_cast<const std::out_of_range*>(&failure)) return usual_text(FaultKind::subscript);
+    if (const auto* system = dynamic_cast<const std::system_error*>(&failure))
+        return system->code().message();
     return failure.what();
 }
 

@@ -1,6 +1,7 @@
 #include "core/model_body.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace anomalis {
 

@@ -256,7 +256,9 @@ bool is_numeric(std::string_view text) {
 double prefix_number(std::string_view text) {
     std::string packed;
     for (const char c : text) {
-        if (!is_blank(c)) packed += c;
+        if (is_blank(c)) continue;
+        if (!is_digit(c) && std::string_view("+-.eE").find(c) == std::string_view::npos) break;
+        packed += c;
     }
     const std::string_view number(packed.data(), number_length(packed));
     double value = 0;

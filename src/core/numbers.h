@@ -26,7 +26,8 @@ bool is_numeric(std::string_view text);
 /// numeric gives false, and `value` is then of no use.
 bool parse_number(std::string_view text, double& value);
 
-/// The longest leading number, 0 if there is none. Blanks before and inside it are skipped.
+/// The longest leading number, 0 if there is none. Blanks before and inside it are skipped. Raises Fault
+/// overflow when the number is too large for a double.
 double prefix_number(std::string_view text);
 
 /// To the nearest integer, ties to the even one. Out of the range of 32 bits it raises Fault overflow.

@@ -1,22 +1,21 @@
 #include "core/prompts.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace anomalis {
 
 void Prompts::message(const std::string& text) {
     if (depth_ == 0) return show_message(text);
-    const auto known = std::find_if(pending_.begin(), pending_.end(),
-                                    [&](const Pending& pending) { return pending.text == text; });
-    if (known != pending_.end()) {
-        ++known->count;
-    } else {
+    const auto [place, is_new] = places_.try_emplace(text, pending_.size());
+    if (is_new) {
         pending_.push_back({text, 1});
+    } else {
+        ++pending_[place->second].count;
     }
 }
 
 void Prompts::flush() {
+    places_.clear();
     const std::vector<Pending> shown = std::exchange(pending_, {});
     for (const Pending& pending : shown) {
         show_message(pending.count == 1 ? pending.text

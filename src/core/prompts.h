@@ -1,8 +1,10 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace anomalis {
@@ -52,6 +54,7 @@ class Prompts {
 
     int depth_ = 0;
     std::vector<Pending> pending_;
+    std::unordered_map<std::string, std::size_t> places_;  ///< where in `pending_` a text stands
 };
 
 /// One command: while it lives, messages are gathered; the outermost shows each text once when it ends,

@@ -1,5 +1,7 @@
 #include "core/workspace.h"
 
+#include <utility>
+
 #include "core/numbers.h"
 #include "core/paths.h"
 #include "core/prompts.h"
@@ -9,7 +11,6 @@ namespace anomalis {
 
 namespace {
 
-constexpr std::int32_t initial_capacity = 32;
 constexpr std::int32_t capacity_step = 16;
 
 template <class Store>
@@ -60,19 +61,40 @@ void set_default_vary(ModelBody& body) {
         (body.*slot).vary = 0;
 }
 
+template <class... Field>
+void keep(Workspace& old, Workspace& fresh, Field Workspace::*... fields) {
+    ((fresh.*fields = std::move(old.*fields)), ...);
+}
+
+void keep_fields_without_default(Workspace& old, Workspace& fresh) {
+    using W = Workspace;
+    fresh.definition.data_file_date = old.definition.data_file_date;
+    fresh.definition.spare_definition_field = old.definition.spare_definition_field;
+    keep(old, fresh, &W::model_file_date, &W::profile_grid_spacing, &W::depth_grid_spacing,
+         &W::finite_body_left_clip, &W::finite_body_right_clip, &W::display);
+    keep(old, fresh, &W::direction_x, &W::direction_y, &W::line_constant, &W::origin_east, &W::origin_north,
+         &W::azimuth);
+    keep(old, fresh, &W::dtm_min, &W::dtm_max, &W::mag_mean, &W::grav_min, &W::grav_max, &W::grav_mean,
+         &W::grav_range_min, &W::grav_range_max);
+    keep(old, fresh, &W::allocated_stations, &W::stations, &W::mag_data, &W::grav_data, &W::mag_work,
+         &W::grav_work, &W::station_spare, &W::distances, &W::graphics);
+}
+
 }  // namespace
 
 void initialise_workspace(Workspace& workspace, Prompts& prompts) {
     report_failure(prompts, "An error occurred while initialising the AXM workspace: ", [&] {
-        workspace = Workspace{};
-        workspace.bodies.resize(static_cast<std::size_t>(initial_capacity) + 1);
+        Workspace fresh;
+        fresh.bodies.resize(static_cast<std::size_t>(fresh.body_capacity) + 1);
+        keep_fields_without_default(workspace, fresh);
+        workspace = std::move(fresh);
     });
 }
 
 void initialise_body(Workspace& workspace, int index, const Settings& settings, Prompts& prompts) {
     report_failure(prompts, "An error occurred while initialising the body paremeters: ", [&] {
         ModelBody& body = workspace.body(index);
-        body.name = base_name(workspace.definition.data_file) + " Body " + std::to_string(index);
+        body.name = base_name(workspace.definition.data_file) + " Body " + format_number(index, "0");
         body.description.clear();
         body.rock_type.clear();
         set_default_values(body);
