@@ -22,6 +22,9 @@ enum BodyType : std::int32_t {
     wire = 17
 };
 
+/// The types that a person can choose; the others come from files only.
+inline constexpr std::array<BodyType, 4> offered_body_types{thin_sheet, thick_sheet, pipe, wire};
+
 /// The name that the body table shows; "" for a code without one.
 std::string_view body_type_name(std::int32_t type);
 

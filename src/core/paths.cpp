@@ -116,6 +116,7 @@ LocateResult locate_file(const std::string& description, const std::string& path
     if (!folder.empty()) {
         const std::string slash = folder_name(folder) == folder ? "" : "/";
         for (const std::string& name : {native, file_name(native)}) {
+            if (name.starts_with('/')) continue;
             const std::string candidate = folder + slash + name;
             if (!file_exists(candidate).empty()) return {candidate};
         }

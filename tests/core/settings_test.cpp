@@ -1,0 +1,247 @@
+#include "core/settings.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <vector>
+
+#include "support/child_process.h"
+#include "support/scripted_prompts.h"
+#include "support/temp_folder.h"
+
+namespace anomalis {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+constexpr int newer = 0, older = 1;
+
+std::string read(const Settings& settings, int location, std::string_view key) {
+    return settings.get_setting(location, settings_root, settings_section, key, "fallback");
+}
+
+int save(Settings& settings, int location, std::string_view key, std::string_view value) {
+    return settings.save_setting(location, settings_root, settings_section, key, value);
+}
+
+TEST(SettingsLocation, is_the_newer_one_while_the_older_is_empty) {
+    Settings settings;
+    EXPECT_EQ(settings.choose_settings_location(), 0);
+    save(settings, newer, "Dip", "45");
+    EXPECT_EQ(settings.choose_settings_location(), 0);
+    settings.save_setting(older, "Other", "Anomalis", "Dip", "45");
+    EXPECT_EQ(settings.choose_settings_location(), 0) << "another root does not count";
+}
+
+TEST(SettingsLocation, is_the_older_one_once_that_holds_the_root) {
+    Settings settings;
+    settings.save_setting(older, settings_root, recent_files_section, "MRU1", "a");
+    EXPECT_EQ(settings.choose_settings_location(), 1);
+}
+
+TEST(SettingsLocation, a_mark_in_either_location_asks_for_the_newer) {
+    for (const int marked : {newer, older}) {
+        Settings settings;
+        save(settings, older, "Dip", "45");
+        settings.save_setting(marked, settings_root, "", "UseHKCU", "");
+        EXPECT_EQ(settings.choose_settings_location(), 0) << marked;
+    }
+}
+
+TEST(SettingsLocation, stays_as_it_was_chosen_at_the_start) {
+    const TempFolder folder;
+    ScriptedPrompts prompts;
+    Settings first(folder.path("a.conf"), prompts);
+    save(first, older, "Dip", "45");
+    EXPECT_EQ(first.settings_location(), 0);
+    EXPECT_EQ(Settings(folder.path("a.conf"), prompts).settings_location(), 1);
+}
+
+TEST(GetSetting, a_section_in_one_location_alone_is_found_from_the_other) {
+    Settings settings;
+    save(settings, newer, "Dip", "45");
+    settings.save_setting(older, settings_root, recent_files_section, "MRU1", "/a.axm");
+    EXPECT_EQ(read(settings, older, "Dip"), "45");
+    EXPECT_EQ(settings.get_setting(newer, settings_root, recent_files_section, "MRU1", ""), "/a.axm");
+}
+
+TEST(GetSetting, a_section_that_is_there_answers_alone) {
+    Settings settings;
+    save(settings, newer, "Dip", "45");
+    save(settings, older, "Thick", "10");
+    EXPECT_EQ(read(settings, older, "Dip"), "fallback");
+    EXPECT_EQ(read(settings, newer, "Thick"), "fallback");
+}
+
+TEST(GetSetting, a_value_ends_at_its_first_nul_and_is_trimmed) {
+    Settings settings;
+    save(settings, newer, "Dip", std::string_view("  45 \0rest", 10));
+    EXPECT_EQ(read(settings, newer, "Dip"), "45");
+}
+
+TEST(GetSetting, an_empty_value_is_a_value) {
+    Settings settings;
+    save(settings, newer, "MRU1", "");
+    EXPECT_EQ(read(settings, newer, "MRU1"), "");
+    EXPECT_EQ(read(settings, newer, "MRU2"), "fallback");
+    EXPECT_EQ(settings.get(settings_section, "MRU2"), "<no value>");
+}
+
+TEST(SaveSetting, writes_to_the_location_given_alone) {
+    Settings settings;
+    save(settings, older, "Dip", "1");
+    save(settings, newer, "Dip", "2");
+    EXPECT_EQ(read(settings, older, "Dip"), "1");
+    EXPECT_EQ(read(settings, newer, "Dip"), "2");
+}
+
+TEST(SaveSetting, the_next_session_reads_what_the_last_one_kept) {
+    const TempFolder folder;
+    const std::string path = folder.path("made/when/missing/anomalis.conf");
+    const std::string odd = "/home/Zo\xC3\xAB/a = [b] # \\c\t\n\r\x7f end";
+    ScriptedPrompts prompts;
+    {
+        Settings settings(path, prompts);
+        EXPECT_EQ(save(settings, newer, "WorkingDirectory", odd), 0);
+        EXPECT_EQ(settings.save_setting(older, "#root/", "[sec/tion]", "#=[ key", "x"), 0);
+    }
+    const Settings again(path, prompts);
+    EXPECT_EQ(read(again, newer, "WorkingDirectory"), odd);
+    EXPECT_EQ(again.get_setting(older, "#root/", "[sec/tion]", "#=[ key", ""), "x");
+    EXPECT_THAT(prompts.messages, IsEmpty());
+}
+
+TEST(SaveSetting, two_sessions_keep_each_others_values) {
+    const TempFolder folder;
+    ScriptedPrompts prompts;
+    Settings one(folder.path("a.conf"), prompts), two(folder.path("a.conf"), prompts);
+    EXPECT_EQ(save(one, newer, "Dip", "45"), 0);
+    EXPECT_EQ(save(two, newer, "Thick", "10"), 0);
+    EXPECT_EQ(save(one, newer, "Density", "2.5"), 0);
+    const Settings after(folder.path("a.conf"), prompts);
+    EXPECT_EQ(read(after, newer, "Dip"), "45");
+    EXPECT_EQ(read(after, newer, "Thick"), "10");
+    EXPECT_EQ(read(after, newer, "Density"), "2.5");
+    EXPECT_EQ(read(one, newer, "Thick"), "10") << "a write takes up what the other session kept";
+}
+
+TEST(SaveSetting, processes_at_the_same_time_keep_each_others_values) {
+    const TempFolder folder;
+    constexpr int processes = 4, keys = 10;
+    std::vector<pid_t> children;
+    for (int i = 0; i < processes; ++i) {
+        const pid_t child = ::fork();
+        if (child == 0) {
+            ScriptedPrompts prompts;
+            Settings settings(folder.path("a.conf"), prompts);
+            for (int key = 0; key < keys; ++key)
+                save(settings, newer, std::to_string(i) + "." + std::to_string(key), "kept");
+            ::_exit(0);
+        }
+        children.push_back(child);
+    }
+    for (const pid_t child : children) ::waitpid(child, nullptr, 0);
+    ScriptedPrompts prompts;
+    const Settings after(folder.path("a.conf"), prompts);
+    for (int i = 0; i < processes; ++i)
+        for (int key = 0; key < keys; ++key)
+            EXPECT_EQ(read(after, newer, std::to_string(i) + "." + std::to_string(key)), "kept");
+}
+
+TEST(SettingsFile, a_missing_or_empty_one_is_no_failure) {
+    const TempFolder folder;
+    ScriptedPrompts prompts;
+    const Settings missing(folder.path("a.conf"), prompts);
+    EXPECT_EQ(read(missing, newer, "Dip"), "fallback");
+    Settings empty(folder.write("b.conf", ""), prompts);
+    EXPECT_EQ(save(empty, newer, "Dip", "45"), 0);
+    EXPECT_THAT(prompts.messages, IsEmpty());
+    EXPECT_EQ(folder.entries(), 1) << "reading makes no file";
+}
+
+TEST(SettingsFile, a_damaged_one_is_told_once_and_left_as_it_is) {
+    const TempFolder folder;
+    const std::string damaged =
+        "[0 Brightfold/Anomalis]\nDip=45\n\x7f"
+        "ELF\x01\x02\n";
+    const std::string path = folder.write("a.conf", damaged);
+    ScriptedPrompts prompts;
+    Settings settings(path, prompts);
+    EXPECT_EQ(read(settings, newer, "Dip"), "fallback");
+    EXPECT_EQ(save(settings, newer, "Thick", "10"), -1);
+    EXPECT_EQ(save(settings, newer, "Depth", "20"), -1);
+    EXPECT_EQ(read(settings, newer, "Thick"), "10") << "the session itself still knows it";
+    EXPECT_EQ(folder.read("a.conf"), damaged);
+    EXPECT_THAT(
+        prompts.messages,
+        ElementsAre("An error occurred in myRegReadString: " + path +
+                    " : line 3 is not a setting. The settings file is left as it is; changes last for this "
+                    "session only."));
+}
+
+TEST(SettingsFile, one_damaged_during_the_session_is_not_overwritten) {
+    const TempFolder folder;
+    ScriptedPrompts prompts;
+    Settings settings(folder.path("a.conf"), prompts);
+    EXPECT_EQ(save(settings, newer, "Dip", "45"), 0);
+    folder.write("a.conf", "not a setting\n");
+    EXPECT_EQ(save(settings, newer, "Thick", "10"), -1);
+    EXPECT_EQ(folder.read("a.conf"), "not a setting\n");
+    EXPECT_EQ(read(settings, newer, "Dip"), "45");
+    EXPECT_THAT(prompts.messages,
+                ElementsAre(HasSubstr("An error occurred in myRegWriteString: Thick : line 1")));
+
+    folder.write("a.conf", "");
+    EXPECT_EQ(save(settings, newer, "Depth", "20"), 0) << "mended by hand, it takes what was not kept so far";
+    EXPECT_EQ(read(Settings(folder.path("a.conf"), prompts), newer, "Thick"), "10");
+}
+
+TEST(SettingsFile, a_place_that_cannot_be_written_is_told_once) {
+    const TempFolder folder;
+    folder.write("file", "x");
+    ScriptedPrompts prompts;
+    Settings settings(folder.path("file/anomalis.conf"), prompts);
+    EXPECT_EQ(save(settings, newer, "Dip", "45"), -1);
+    EXPECT_EQ(save(settings, newer, "Dip", "50"), -1);
+    EXPECT_EQ(read(settings, newer, "Dip"), "50");
+    EXPECT_THAT(prompts.messages, ElementsAre(HasSubstr("An error occurred in myRegWriteString: Dip : ")));
+}
+
+TEST(SettingsFile, a_full_disk_or_a_read_only_folder_leaves_the_old_one) {
+    const TempFolder folder;
+    ScriptedPrompts prompts;
+    const std::string path = folder.path("a.conf");
+    Settings settings(path, prompts);
+    ASSERT_EQ(save(settings, newer, "Dip", "45"), 0);
+    const std::string before = folder.read("a.conf");
+    EXPECT_EQ(run_in_child([&] {
+                  limit_file_size(10);
+                  return save(settings, newer, "Thick", "10") == -1 ? 0 : 1;
+              }),
+              0);
+    ::chmod(folder.folder().c_str(), 0555);
+    EXPECT_EQ(run_in_child(
+                  [&] { return obey_permissions() && save(settings, newer, "Thick", "10") == -1 ? 0 : 1; }),
+              0);
+    ::chmod(folder.folder().c_str(), 0755);
+    EXPECT_EQ(folder.read("a.conf"), before);
+    EXPECT_EQ(folder.entries(), 1);
+}
+
+TEST(SettingsFile, a_folder_in_its_place_is_a_failure) {
+    const TempFolder folder;
+    ScriptedPrompts prompts;
+    const Settings settings(folder.folder(), prompts);
+    EXPECT_THAT(prompts.messages, ElementsAre(HasSubstr("Is a directory")));
+}
+
+TEST(DefaultSettingsPath, stands_in_the_users_configuration_folder) {
+    const EnvironmentVariable config("XDG_CONFIG_HOME", "/etc/ann");
+    EXPECT_EQ(default_settings_path(), "/etc/ann/brightfold/anomalis.conf");
+}
+
+}  // namespace
+}  // namespace anomalis
