@@ -49,7 +49,8 @@ TEST(FaultText, what_the_library_raises_is_told_in_the_same_words) {
     EXPECT_EQ(text_of([] { throw std::bad_alloc(); }), "Out of memory");
     EXPECT_EQ(text_of([] { std::vector<double>().reserve(std::size_t(-1)); }), "Out of memory");
     EXPECT_EQ(text_of([] { (void)std::vector<double>().at(3); }), "Subscript out of range");
-    EXPECT_EQ(text_of([] { (void)std::filesystem::file_size("/no/such/file"); }), "No such file or directory");
+    EXPECT_EQ(text_of([] { (void)std::filesystem::file_size("/no/such/file"); }),
+              "No such file or directory");
 }
 
 }  // namespace
