@@ -2,7 +2,6 @@
 
 #include <clocale>
 #include <cmath>
-#include <cstring>
 #include <gtest/gtest.h>
 #include <limits>
 #include <locale>
@@ -136,31 +135,6 @@ TEST(IsNumeric, refuses_everything_else) {
     EXPECT_FALSE(is_numeric(std::string(400, '9')));
     EXPECT_FALSE(is_numeric(std::string(800, '9') + "e-300"));
     EXPECT_FALSE(is_numeric(std::string_view("5\0", 2)));
-}
-
-TEST(ParseNumber, gives_the_nearest_double) {
-    double value = 7;
-    EXPECT_FALSE(parse_number("1e999", value));
-    EXPECT_FALSE(parse_number("*", value));
-    EXPECT_TRUE(parse_number(" +0.1 ", value));
-    EXPECT_EQ(value, 0.1);
-    EXPECT_TRUE(parse_number("1e-999", value));
-    EXPECT_EQ(value, 0);
-    EXPECT_TRUE(parse_number("5e-324", value));
-    EXPECT_EQ(value, std::numeric_limits<double>::denorm_min());
-}
-
-TEST(ParseNumber, short_and_long_texts_of_a_number_agree) {
-    for (const char* text : {"0.1", "-0", "0.3", "123456.789012345", "999999999999999", "0.00000000000001",
-                             "7412345.678", ".5", "5.", "-0.000123", "4503599627370.497"}) {
-        double value = 0, same = 0;
-        ASSERT_TRUE(parse_number(text, value)) << text;
-        ASSERT_TRUE(parse_number(
-            std::string(text) + (std::strchr(text, '.') ? "0000000000000000000" : ".0000000000000000"),
-            same));
-        EXPECT_EQ(value, same) << text;
-        EXPECT_EQ(std::signbit(value), std::signbit(same)) << text;
-    }
 }
 
 TEST(PrefixNumber, takes_the_longest_leading_number) {
