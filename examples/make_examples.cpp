@@ -110,6 +110,9 @@ Workspace described(const Survey& survey, Prompts& prompts) {
     workspace.definition.z_column = 4;
     workspace.definition.dtm_column = 5;
     workspace.mag_base = workspace.grav_base = unset;
+    workspace.display.show_axes = workspace.display.show_body_label = 1;
+    workspace.display.splitter_fraction = {0.25F, 0.5F, 0.75F, 0};
+    workspace.display.tie_factor = 2;
     survey.describe(workspace);
     return workspace;
 }
@@ -272,12 +275,12 @@ Survey fault_block() {
         w.float_mag_base = w.float_grav_base = 1;
     };
     survey.bodies = {
-        {sheet({"West basement", thick_sheet, 500, 380, 62, 2300, 1500, 9000, 0.28F, 0xB4761F}),
-         block_off_by(90, 60, 12, 0.8F, -0.07F)},
-        {sheet({"East basement", thick_sheet, 5200, 240, 112, 2400, 1500, 12000, 0.28F, 0x2CA02C}),
-         block_off_by(-110, -50, -15, 1.25F, 0.08F)},
-        {sheet({"Fault dyke", thick_sheet, 3150, 470, 62, 90, 800, 45000, 0.35F, 0x0E7FFF}),
-         block_off_by(45, -30, 14, 0.75F, 0.06F)}};
+        {sheet({"West basement", thick_sheet, 507, 380, 62, 2310, 1500, 9000, 0.28F, 0xB4761F}),
+         block_off_by(91, 60, 12, 0.8F, -0.07F)},
+        {sheet({"East basement", thick_sheet, 5210, 240, 112, 2380, 1500, 12000, 0.28F, 0x2CA02C}),
+         block_off_by(-107, -50, -15, 1.25F, 0.08F)},
+        {sheet({"Fault dyke", thick_sheet, 3153, 470, 62, 95, 800, 45000, 0.35F, 0x0E7FFF}),
+         block_off_by(46, -30, 14, 0.75F, 0.06F)}};
     return survey;
 }
 
