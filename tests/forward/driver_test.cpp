@@ -1,0 +1,214 @@
+#include "forward/driver.h"
+
+#include <gtest/gtest.h>
+
+#include "forward/line.h"
+
+namespace anomalis {
+
+namespace {
+
+std::vector<float> raw_sum(Workspace& workspace, bool magnetic = true) {
+    const auto row = (magnetic ? workspace.mag_data : workspace.grav_data).row(row_raw, stage_calculated);
+    return {row.begin(), row.end()};
+}
+
+void fill(std::span<float> values, float value) {
+    std::fill(values.begin(), values.end(), value);
+}
+
+}  // namespace
+
+TEST(Driver, the_sum_is_all_bodies_station_by_station) {
+    Line line(40);
+    line.add(thin_sheet, 100);
+    line.add(thick_sheet, 200);
+    line.add(sphere, 300);
+    line.calculate();
+    for (const bool magnetic : {true, false}) {
+        const std::vector<float> sum = raw_sum(line.workspace, magnetic);
+        for (int i = 1; i <= 40; ++i) {
+            float expected = 0;
+            for (int b = 1; b <= 3; ++b) expected += line.body(b).response(i, magnetic ? 1 : 2);
+            EXPECT_EQ(sum[static_cast<std::size_t>(i - 1)], expected);
+        }
+    }
+    EXPECT_GT(std::abs(raw_sum(line.workspace)[20]), 1);
+}
+
+TEST(Driver, without_stations_nothing_is_touched) {
+    Line line(10);
+    line.add(thin_sheet);
+    fill(line.workspace.mag_data.span(), 5);
+    line.workspace.mag_calculated_filtered = true;
+    line.workspace.station_count = 0;
+    line.calculate();
+    EXPECT_EQ(line.workspace.mag_data(3, row_raw, stage_calculated), 5);
+    EXPECT_TRUE(line.workspace.mag_calculated_filtered);
+    EXPECT_FALSE(line.body().mag_response_valid);
+}
+
+TEST(Driver, with_every_body_valid_nothing_is_touched) {
+    Line line(10);
+    line.add(thin_sheet, 50);
+    line.calculate();
+    fill(line.workspace.mag_data.span(), 5);
+    fill(line.workspace.grav_data.span(), 6);
+    line.workspace.mag_calculated_filtered = true;
+    line.calculate();
+    EXPECT_EQ(line.workspace.mag_data(3, row_raw, stage_calculated), 5);
+    EXPECT_EQ(line.workspace.grav_data(3, row_gradient, stage_calculated), 6);
+    EXPECT_TRUE(line.workspace.mag_calculated_filtered);
+}
+
+TEST(Driver, only_the_body_that_is_out_of_date_is_calculated) {
+    Line line(10);
+    line.add(thin_sheet, 20);
+    line.add(thin_sheet, 70);
+    line.calculate();
+    // A response that no calculation gives shows whether it was kept.
+    fill(line.body(1).response.column(1), 1000);
+    fill(line.body(2).response.column(1), 500);
+    line.body(2).mag_response_valid = false;
+    line.calculate();
+    EXPECT_EQ(line.body(1).response(4, 1), 1000);
+    EXPECT_NE(line.body(2).response(4, 1), 500);
+    EXPECT_EQ(raw_sum(line.workspace)[3], 1000 + line.body(2).response(4, 1));
+}
+
+TEST(Driver, the_channels_are_rebuilt_apart) {
+    Line line(10);
+    line.add(thin_sheet, 20);
+    line.calculate();
+    fill(line.workspace.mag_data.span(), 5);
+    fill(line.body().response.column(1), 9);
+    line.body().grav_response_valid = false;
+    line.calculate();
+    EXPECT_EQ(raw_sum(line.workspace)[3], 5) << "the magnetic sum stays";
+    EXPECT_EQ(line.body().response(3, 1), 9);
+    EXPECT_TRUE(line.body().grav_response_valid);
+}
+
+TEST(Driver, a_rebuild_clears_all_calculated_rows_and_leaves_the_observed_ones) {
+    Line line(10);
+    line.add(polygon);
+    fill(line.workspace.mag_data.span(), 5);
+    line.calculate();
+    for (int row = row_raw; row <= row_total_gradient; ++row) {
+        EXPECT_EQ(line.workspace.mag_data(7, row, stage_calculated), 0);
+        EXPECT_EQ(line.workspace.mag_data(7, row, stage_observed), 5);
+    }
+}
+
+TEST(Driver, a_rebuild_puts_the_filtered_rows_out_of_date) {
+    Line line(10);
+    line.add(thin_sheet);
+    Workspace& w = line.workspace;
+    w.mag_calculated_filtered = w.grav_calculated_filtered = w.mag_observed_filtered = true;
+    line.calculate();
+    EXPECT_FALSE(w.mag_calculated_filtered);
+    EXPECT_FALSE(w.grav_calculated_filtered);
+    EXPECT_TRUE(w.mag_observed_filtered);
+}
+
+TEST(Driver, a_channel_without_a_column_is_left_alone) {
+    Line line(10);
+    line.workspace.definition.mag_column = 0;
+    line.add(thick_sheet, 50);
+    fill(line.workspace.mag_data.span(), 5);
+    line.calculate();
+    EXPECT_EQ(raw_sum(line.workspace)[3], 5);
+    EXPECT_FALSE(line.body().mag_response_valid);
+    EXPECT_TRUE(line.body().grav_response_valid);
+}
+
+TEST(Driver, a_body_that_is_switched_off_counts_exactly_zero_and_is_valid) {
+    Line line(10);
+    ModelBody& body = line.add(thin_sheet, 50);
+    line.calculate();
+    fill(body.response.column(4), 3);
+    body.turned_off = 1;
+    invalidate_body(body);
+    line.calculate();
+    for (int i = 1; i <= 10; ++i)
+        for (int column = 1; column <= 5; ++column) EXPECT_EQ(body.response(i, column), 0);
+    EXPECT_TRUE(body.mag_response_valid && body.grav_response_valid);
+    EXPECT_EQ(raw_sum(line.workspace), std::vector<float>(10, 0.0F));
+}
+
+TEST(Driver, only_a_mark_of_exactly_1_switches_off) {
+    Line line(10);
+    line.add(thin_sheet, 50).turned_off = 2;
+    line.calculate();
+    EXPECT_NE(line.body().response(5, 1), 0);
+}
+
+TEST(Driver, without_bodies_channels_and_curves_are_zero) {
+    Line line(10);
+    Workspace& w = line.workspace;
+    fill(w.mag_data.span(), 5);
+    fill(w.grav_data.span(), 5);
+    for (auto* curves :
+         {&w.graphics.mag, &w.graphics.grav, &w.graphics.mag_gradient, &w.graphics.grav_gradient}) {
+        curves->observed.assign(10, 4.0);
+        curves->calculated.assign(10, 4.0);
+    }
+    line.calculate();
+    for (int row = row_raw; row <= row_total_gradient; ++row) {
+        EXPECT_EQ(w.mag_data(10, row, stage_calculated), 0);
+        EXPECT_EQ(w.grav_data(1, row, stage_calculated), 0);
+        EXPECT_EQ(w.mag_data(10, row, stage_observed), 5);
+    }
+    EXPECT_EQ(w.graphics.mag_gradient.calculated.last(), 0);
+    EXPECT_EQ(w.graphics.grav.calculated.first(), 0);
+    EXPECT_EQ(w.graphics.grav.observed.first(), 4);
+}
+
+TEST(Driver, sums_into_working_copies) {
+    Line line(10);
+    line.add(thin_sheet, 50);
+    line.calculate();
+    const std::vector<float> own = raw_sum(line.workspace);
+    ChannelTable mag, grav;
+    mag.assign(10);
+    grav.assign(10);
+    invalidate_body(line.body());
+    fill(line.workspace.mag_data.span(), 5);
+    calculate_model(line.workspace, mag, grav, line.prompts);
+    EXPECT_EQ(raw_sum(line.workspace)[3], 5);
+    EXPECT_EQ(mag(4, row_raw, stage_calculated), own[3]);
+}
+
+TEST(Driver, a_response_table_of_another_length_is_reported) {
+    Line line(10);
+    line.add(thin_sheet, 50).response.assign(4);
+    line.calculate();
+    EXPECT_TRUE(line.prompts.told("Subscript out of range"));
+}
+
+TEST(Driver, a_message_that_repeats_is_shown_once_with_its_count) {
+    Line line(10);
+    for (int i = 0; i < 3; ++i) {
+        ModelBody& body = line.add(thin_sheet, 50);
+        body.susc.value = 0;
+        body.rem_q.value = 1;
+    }
+    line.calculate();
+    ASSERT_EQ(line.prompts.messages.size(), 1U);
+    EXPECT_TRUE(line.prompts.told("Division by zero (3 times)"));
+    EXPECT_EQ(raw_sum(line.workspace), std::vector<float>(10, 0.0F));
+}
+
+TEST(Driver, a_sum_beyond_single_precision_is_reported_and_counts_as_zero) {
+    Line line(10, 10, 90);
+    for (int i = 0; i < 4; ++i) {
+        ModelBody& body = line.add(wire, 50, 0);
+        body.susc.value = 3e38F;
+        body.top.value = 99.5F;
+    }
+    line.calculate();
+    EXPECT_TRUE(line.prompts.told("An error occurred calculating the maginv model: Overflow"));
+    EXPECT_EQ(raw_sum(line.workspace), std::vector<float>(10, 0.0F));
+}
+
+}  // namespace anomalis
