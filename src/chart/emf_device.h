@@ -43,7 +43,9 @@ class EmfDevice : public DrawingDevice {
 
 /// One chart as the bytes of a metafile. Throws when it cannot be made.
 std::string emf_bytes(AX_Grapher& chart, const DrawingDevice& measure);
+/// True for a metafile that is whole: mark, length and count of records as its header tells, an end record.
+bool emf_is_whole(const std::string& bytes);
 /// Writes a metafile safely and reads it back to check it. Throws; an old file then stays as it was.
-void export_emf(AX_Grapher& chart, const DrawingDevice& measure, const std::string& path);
+void write_emf(const std::string& bytes, const std::string& path);
 
 }  // namespace anomalis

@@ -1,0 +1,334 @@
+#include "chart/emf_device.h"
+
+#include <libEMF/emf.h>
+
+// The library's headers define these as macros.
+#undef min
+#undef max
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <map>
+#include <numbers>
+#include <stdexcept>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+#include "chart/ax_grapher.h"
+#include "core/safe_file.h"
+
+namespace anomalis {
+
+namespace {
+
+// Eight times the documented window: curves stay smooth and coordinates still fit into 16 bits.
+constexpr int refinement = 8;
+// Old readers take no longer polyline in one record.
+constexpr std::size_t longest_polyline = 8192;
+constexpr double units_per_point = 20.0;
+constexpr double degree = std::numbers::pi / 180.0;
+constexpr std::array<WCHAR, 20> description{'V', 'i', 's', 't', 'a', 'r', 'o', 0,   'E', 'M',
+                                            'F', ' ', 'o', 'u', 't', 'p', 'u', 't', 0,   0};
+
+std::vector<WCHAR> utf16(std::string_view text) {
+    std::vector<WCHAR> out;
+    for (std::size_t i = 0; i < text.size();) {
+        const auto lead = static_cast<unsigned char>(text[i]);
+        const std::size_t length = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+        std::uint32_t code = length == 1 ? lead : lead & (0x7FU >> length);
+        bool valid = lead < 0x80 || (lead >= 0xC2 && lead < 0xF5);
+        for (std::size_t k = 1; k < length && valid; ++k) {
+            valid = i + k < text.size() && (static_cast<unsigned char>(text[i + k]) & 0xC0) == 0x80;
+            if (valid) code = (code << 6) | (static_cast<unsigned char>(text[i + k]) & 0x3FU);
+        }
+        if (!valid) code = 0xFFFD;
+        i += valid ? length : 1;
+        if (code >= 0x10000) {
+            out.push_back(static_cast<WCHAR>(0xD800 + ((code - 0x10000) >> 10)));
+            code = 0xDC00 + ((code - 0x10000) & 0x3FF);
+        }
+        out.push_back(static_cast<WCHAR>(code));
+    }
+    return out;
+}
+
+DWORD pen_style(LineStyle style) {
+    switch (style) {
+        case LineStyle::dash:
+            return PS_DASH;
+        case LineStyle::dot:
+            return PS_DOT;
+        case LineStyle::dash_dot:
+            return PS_DASHDOT;
+        case LineStyle::dash_dot_dot:
+            return PS_DASHDOTDOT;
+        default:
+            return PS_SOLID;
+    }
+}
+
+std::uint32_t u32_at(const std::string& bytes, std::size_t at) {
+    std::uint32_t value = 0;
+    for (std::size_t i = 0; i < 4; ++i)
+        value |= static_cast<std::uint32_t>(static_cast<unsigned char>(bytes[at + i])) << (8 * i);
+    return value;
+}
+
+}  // namespace
+
+struct EmfDevice::Context {
+    Context(double w, double h, const DrawingDevice& device)
+        : width(w),
+          height(h),
+          measure(device),
+          frame(metafile_frame(w, h, refinement)),
+          mapping(frame.mapping) {}
+    ~Context() { close(); }
+
+    void require_open() const {
+        if (dc == 0) throw std::runtime_error("the metafile is not open");
+    }
+    POINT point(Point p) const {
+        const Point device = mapping.to_device(p);
+        return {static_cast<LONG>(std::lround(device.x)), static_cast<LONG>(std::lround(device.y))};
+    }
+    const std::vector<POINT>& all(std::span<const Point> points) {
+        scratch.clear();
+        for (const Point& p : points) scratch.push_back(point(p));
+        return scratch;
+    }
+    void select(HGDIOBJ object, HGDIOBJ& selected) {
+        if (object == selected) return;
+        SelectObject(dc, object);
+        selected = object;
+    }
+    void select_pen(const Pen& pen);
+    void select_brush(Colour colour);
+    void select_font(const Font& font, int tenths);
+    HGDIOBJ made(HGDIOBJ object) {
+        if (object == 0) throw std::runtime_error("the metafile has no room for another pen or font");
+        objects.push_back(object);
+        return object;
+    }
+    int close();
+
+    double width;
+    double height;
+    const DrawingDevice& measure;
+    MetafileFrame frame;
+    SurfaceMapping mapping;
+
+    HDC dc = 0;
+    FILE* stream = nullptr;
+    char* memory = nullptr;
+    std::size_t size = 0;
+    std::string bytes;
+    std::vector<POINT> scratch;
+    std::vector<HGDIOBJ> objects;
+    std::map<std::tuple<Colour, long, int>, HGDIOBJ> pens;
+    std::map<Colour, HGDIOBJ> brushes;
+    std::map<std::tuple<std::string, long, bool, bool, int>, HGDIOBJ> fonts;
+    HGDIOBJ pen_in_use = 0;
+    HGDIOBJ brush_in_use = 0;
+    HGDIOBJ font_in_use = 0;
+};
+
+void EmfDevice::Context::select_pen(const Pen& pen) {
+    const long wide = std::max(1L, std::lround(pen.width * mapping.pen_factor));
+    HGDIOBJ& found = pens[{pen.colour, wide, static_cast<int>(pen.style)}];
+    if (found == 0) {
+        const LOGBRUSH brush{BS_SOLID, static_cast<COLORREF>(pen.colour), 0};
+        const DWORD style = PS_GEOMETRIC | PS_ENDCAP_FLAT | PS_JOIN_ROUND | pen_style(pen.style);
+        found = made(ExtCreatePen(style, static_cast<DWORD>(wide), &brush, 0, nullptr));
+    }
+    select(found, pen_in_use);
+}
+
+void EmfDevice::Context::select_brush(Colour colour) {
+    HGDIOBJ& found = brushes[colour];
+    if (found == 0) found = made(CreateSolidBrush(static_cast<COLORREF>(colour)));
+    select(found, brush_in_use);
+}
+
+void EmfDevice::Context::select_font(const Font& font, int tenths) {
+    const long tall = std::max(1L, std::lround(font.size * units_per_point * mapping.device_scale));
+    HGDIOBJ& found = fonts[{font.name, tall, font.bold, font.italic, tenths}];
+    if (found == 0) {
+        LOGFONTW record{};
+        // Negative: the height of the characters, not of the cell.
+        record.lfHeight = static_cast<LONG>(-tall);
+        record.lfEscapement = tenths;
+        record.lfOrientation = tenths;
+        record.lfWeight = font.bold ? FW_BOLD : FW_NORMAL;
+        record.lfItalic = font.italic ? 1 : 0;
+        record.lfCharSet = DEFAULT_CHARSET;
+        const std::vector<WCHAR> name = utf16(font.name);
+        std::copy_n(name.begin(), std::min(name.size(), std::size(record.lfFaceName) - 1), record.lfFaceName);
+        found = made(CreateFontIndirectW(&record));
+    }
+    select(found, font_in_use);
+}
+
+/// Ends the metafile and frees everything; 0 when the stream took every byte.
+int EmfDevice::Context::close() {
+    int status = 0;
+    if (dc != 0) {
+        const HENHMETAFILE metafile = CloseEnhMetaFileWithFILE(dc);
+        status = metafile == 0 ? -1 : 0;
+        for (HGDIOBJ object : objects) DeleteObject(object);
+        if (metafile != 0) DeleteEnhMetaFile(metafile);
+        dc = 0;
+    }
+    objects.clear();
+    pens.clear();
+    brushes.clear();
+    fonts.clear();
+    pen_in_use = brush_in_use = font_in_use = 0;
+    if (stream != nullptr) {
+        if (std::ferror(stream) != 0) status = -1;
+        if (std::fclose(stream) != 0) status = -1;
+        stream = nullptr;
+        if (memory != nullptr) bytes.assign(memory, size);
+        std::free(memory);
+        memory = nullptr;
+    }
+    return status;
+}
+
+EmfDevice::EmfDevice(double width, double height, const DrawingDevice& measure)
+    : context_(std::make_unique<Context>(width, height, measure)) {}
+EmfDevice::~EmfDevice() = default;
+
+double EmfDevice::width() const {
+    return context_->width;
+}
+double EmfDevice::height() const {
+    return context_->height;
+}
+Colour EmfDevice::system_colour(int entry) const {
+    return context_->measure.system_colour(entry);
+}
+void EmfDevice::set_mapping(const SurfaceMapping& mapping) {
+    context_->mapping = mapping;
+}
+const SurfaceMapping& EmfDevice::whole() const {
+    return context_->frame.mapping;
+}
+const std::string& EmfDevice::bytes() const {
+    return context_->bytes;
+}
+
+TextExtent EmfDevice::measure(std::string_view text, const Font& font) const {
+    return context_->measure.measure(text, font);
+}
+
+void EmfDevice::begin_page() {
+    Context& c = *context_;
+    c.close();
+    c.bytes.clear();
+    c.stream = open_memstream(&c.memory, &c.size);
+    if (c.stream == nullptr) throw std::runtime_error("no memory for the metafile");
+    const RECT frame{0, 0, c.frame.frame_width, c.frame.frame_height};
+    c.dc = CreateEnhMetaFileWithFILEW(0, c.stream, &frame, description.data());
+    if (c.dc == 0) throw std::runtime_error("the metafile library gave no context");
+    SetMapMode(c.dc, MM_ANISOTROPIC);
+    SetWindowExtEx(c.dc, c.frame.window_width, c.frame.window_height, nullptr);
+    SetViewportExtEx(c.dc, c.frame.viewport_width, c.frame.viewport_height, nullptr);
+    SetBkMode(c.dc, TRANSPARENT);
+    SetPolyFillMode(c.dc, ALTERNATE);
+    SetTextAlign(c.dc, TA_LEFT | TA_BASELINE);
+    c.mapping = c.frame.mapping;
+}
+
+void EmfDevice::end_page() {
+    context_->require_open();
+    if (context_->close() != 0 || !emf_is_whole(context_->bytes)) {
+        context_->bytes.clear();
+        throw std::runtime_error("the metafile is not whole");
+    }
+}
+
+void EmfDevice::polyline(std::span<const Point> points, const Pen& pen) {
+    Context& c = *context_;
+    c.require_open();
+    c.select_pen(pen);
+    for (std::size_t first = 0; first + 1 < points.size(); first += longest_polyline - 1) {
+        const std::vector<POINT>& part =
+            c.all(points.subspan(first, std::min(longest_polyline, points.size() - first)));
+        Polyline(c.dc, part.data(), static_cast<INT>(part.size()));
+    }
+}
+
+void EmfDevice::polygon_outline(std::span<const Point> points, const Pen& pen) {
+    Context& c = *context_;
+    c.require_open();
+    c.select_pen(pen);
+    c.select(GetStockObject(NULL_BRUSH), c.brush_in_use);
+    const std::vector<POINT>& corners = c.all(points);
+    Polygon(c.dc, corners.data(), static_cast<INT>(corners.size()));
+}
+
+void EmfDevice::polygon_fill(std::span<const Point> points, Colour colour) {
+    Context& c = *context_;
+    c.require_open();
+    c.select(GetStockObject(NULL_PEN), c.pen_in_use);
+    c.select_brush(colour);
+    const std::vector<POINT>& corners = c.all(points);
+    Polygon(c.dc, corners.data(), static_cast<INT>(corners.size()));
+}
+
+void EmfDevice::text(Point anchor, double angle, std::string_view text, const Font& font, Colour colour) {
+    Context& c = *context_;
+    c.require_open();
+    const double descent = c.measure.measure(text, font).descent;
+    const double turned = c.mapping.device_angle(angle);
+    c.select_font(font, static_cast<int>(std::lround(turned * 10.0)));
+    SetTextColor(c.dc, static_cast<COLORREF>(colour));
+    // The library sets text on its base line, the chart by the lower left corner of its box.
+    const POINT at = c.point(
+        {anchor.x - descent * std::sin(angle * degree), anchor.y + descent * std::cos(angle * degree)});
+    const std::vector<WCHAR> words = utf16(text);
+    TextOutW(c.dc, at.x, at.y, words.data(), static_cast<INT>(words.size()));
+}
+
+bool emf_is_whole(const std::string& bytes) {
+    constexpr std::size_t header = 88;
+    if (bytes.size() < header + 20 || bytes.size() % 4 != 0) return false;
+    if (u32_at(bytes, 0) != EMR_HEADER || u32_at(bytes, 40) != ENHMETA_SIGNATURE) return false;
+    if (u32_at(bytes, 48) != bytes.size()) return false;
+    std::size_t at = 0;
+    std::uint32_t records = 0;
+    std::uint32_t kind = 0;
+    while (at < bytes.size()) {
+        if (bytes.size() - at < 8) return false;
+        kind = u32_at(bytes, at);
+        const std::uint32_t length = u32_at(bytes, at + 4);
+        if (length < 8 || length % 4 != 0 || length > bytes.size() - at) return false;
+        at += length;
+        ++records;
+    }
+    return kind == EMR_EOF && records == u32_at(bytes, 52);
+}
+
+std::string emf_bytes(AX_Grapher& chart, const DrawingDevice& measure) {
+    EmfDevice device(measure.width(), measure.height(), measure);
+    device.begin_page();
+    const SurfaceSize size{measure.width(), measure.height()};
+    if (chart.DrawTo(device, OutputTarget::metafile, device.whole(), size) != 0)
+        throw std::runtime_error("there is no room for the chart");
+    device.end_page();
+    return device.bytes();
+}
+
+void write_emf(const std::string& bytes, const std::string& path) {
+    if (!emf_is_whole(bytes)) throw std::runtime_error("the metafile is not whole");
+    write_file_safely(path, bytes);
+    if (read_whole_file(path) != bytes) throw std::runtime_error(path + " does not hold what was written");
+}
+
+}  // namespace anomalis
