@@ -1,0 +1,72 @@
+#pragma once
+
+#include <cmath>
+#include <string>
+
+#include "core/session.h"
+#include "forward/driver.h"
+#include "intake/profile.h"
+#include "inversion/evaluate.h"
+#include "support/scripted_prompts.h"
+
+namespace anomalis {
+
+/// A session with a straight line towards the east, both channels, a sensor 10 m above flat ground.
+class LineSession {
+  public:
+    explicit LineSession(int stations = 101, double spacing = 10) : session(prompts, Settings{}) {
+        initialise_workspace(session.workspace, prompts);
+        Workspace& w = session.workspace;
+        w.definition.mag_column = 5;
+        w.definition.grav_column = 6;
+        w.mag_base = 0;
+        w.station_count = stations;
+        w.stations.assign(stations);
+        w.mag_data.assign(stations);
+        w.grav_data.assign(stations);
+        for (int i = 1; i <= stations; ++i) w.stations(i, column_east) = (i - 1) * spacing;
+        setup_profile_coordinates(w, prompts);
+        setup_graphics_arrays(w, prompts);
+        setup_sensor_elevations(w, prompts);
+        finish_load(session);
+    }
+
+    Workspace& workspace() { return session.workspace; }
+
+    /// A body across the line, nothing of it free.
+    ModelBody& add_body(int type, float distance = 500, float top = -50) {
+        Workspace& w = session.workspace;
+        reserve_next_body(w);
+        const int number = ++w.body_count;
+        ModelBody& body = w.body(number);
+        body = ModelBody{};
+        body.type = type;
+        initialise_body(w, number, session.settings, prompts);
+        body.distance.value = distance;
+        body.top.value = top;
+        body.response.assign(w.station_count);
+        for (const ParamSlot& slot : param_slots()) (body.*slot.slot).vary = 0;
+        return body;
+    }
+
+    /// The model as it stands becomes the data, without noise.
+    void take_model_as_data() {
+        Workspace& w = session.workspace;
+        reset_calculated_data(w, prompts);
+        calculate_model(w, w.mag_data, w.grav_data, prompts);
+        for (ChannelTable* data : {&w.mag_data, &w.grav_data})
+            for (int i = 1; i <= w.station_count; ++i)
+                (*data)(i, row_raw, stage_observed) = (*data)(i, row_raw, stage_calculated);
+        invalidate_filtered_data(0, w);
+    }
+
+    MisfitPair refresh() {
+        reset_calculated_data(session.workspace, prompts);
+        return refresh_model(session);
+    }
+
+    ScriptedPrompts prompts;
+    Session session;
+};
+
+}  // namespace anomalis
