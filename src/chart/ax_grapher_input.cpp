@@ -141,15 +141,18 @@ void AX_Grapher::HandleMouseMove(int buttons, int shift, float x, float y) {
 void AX_Grapher::HandleMouseUp(int button, int shift, float x, float y) {
     GrapherState& state = *state_;
     if (deaf(state) || !std::isfinite(x) || !std::isfinite(y)) return;
-    const Busy busy(state.busy_event);
     const bool had_box = state.gesture.mode == GestureMode::box;
     const bool clicked = button == right_button && state.gesture.right_click;
-    state.gesture.right_click = false;
-    handle(state, [&] { release(state); });
-    if (had_box) show_top_layer(state);
-    if (state.events == nullptr) return;
-    state.events->MouseUp(button, shift, x, y);
-    if (button == left_button) state.events->Click();
+    {
+        const Busy busy(state.busy_event);
+        state.gesture.right_click = false;
+        handle(state, [&] { release(state); });
+        if (had_box) show_top_layer(state);
+        if (state.events == nullptr) return;
+        state.events->MouseUp(button, shift, x, y);
+        if (button == left_button) state.events->Click();
+    }
+    // A menu runs a loop of its own, so it opens when the event is over.
     if (clicked) state.events->MenuRequested(x, y);
 }
 
@@ -221,19 +224,21 @@ void AX_Grapher::PanBy(double dx, double dy) {
 void AX_Grapher::HandleKeyDown(int key_code, int shift) {
     GrapherState& state = *state_;
     if (deaf(state)) return;
-    const Busy busy(state.busy_event);
     int key = key_code;
-    if (state.events != nullptr) state.events->KeyDown(key, shift);
+    {
+        const Busy busy(state.busy_event);
+        if (state.events != nullptr) state.events->KeyDown(key, shift);
+        if (state.displayed && state.layout.valid)
+            handle(state, [&] {
+                if (key == escape_key) {
+                    cancel_gesture(state);
+                    show_top_layer(state);
+                } else if (state.gesture.mode == GestureMode::none && obey_key(state, key)) {
+                    refresh_graph(state, 0);
+                }
+            });
+    }
     if (key == menu_key) request_menu(state);
-    if (!state.displayed || !state.layout.valid) return;
-    handle(state, [&] {
-        if (key == escape_key) {
-            cancel_gesture(state);
-            show_top_layer(state);
-        } else if (state.gesture.mode == GestureMode::none && obey_key(state, key)) {
-            refresh_graph(state, 0);
-        }
-    });
 }
 
 void AX_Grapher::HandleKeyPress(int key_ascii) {
