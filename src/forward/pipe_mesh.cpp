@@ -222,6 +222,8 @@ MeshCounts count_mesh(const GraphicObject& object) {
     if (n % 2 != 0) ++n;
     if (n < 4) n = 12;
     const std::int64_t s = object.segments <= 1 ? 1 : object.segments;
+    // In floating point: the product of two counts that were typed in may be beyond 64 bits.
+    require_few_facets(2.0 * static_cast<double>(s) * static_cast<double>(n));
     MeshCounts counts{n, s, 0, 0};
     if (object.diameter_start == 0 || object.diameter_end == 0) {
         counts.points = (s - 1) * n + 2 + 2 * n;

@@ -17,7 +17,7 @@ struct MeshCounts {
     std::int64_t facets = 0;
 };
 
-/// Counts all zero: a shape that cannot be.
+/// Counts all zero: a shape that cannot be. Raises a Fault as `require_few_facets` does.
 MeshCounts count_mesh(const GraphicObject& object);
 
 /// Raises a Fault that tells the number and the limit when there are more than `most_solid_facets`.
