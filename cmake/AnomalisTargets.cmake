@@ -30,6 +30,17 @@ function(anomalis_test name)
   gtest_discover_tests(test_${name} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 300)
 endfunction()
 
+# anomalis_qt_test(NAME SOURCES ... DEPENDS ...): the same with an application on the offscreen platform.
+function(anomalis_qt_test name)
+  cmake_parse_arguments(TEST "" "" "SOURCES;DEPENDS" ${ARGN})
+  add_executable(test_${name} ${TEST_SOURCES} ${PROJECT_SOURCE_DIR}/tests/support/qt_main.cpp)
+  target_link_libraries(test_${name} PRIVATE anomalis_flags ${TEST_DEPENDS} GTest::gtest GTest::gmock Qt6::Test)
+  target_include_directories(test_${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+  # The libraries below Qt keep what they allocate until the end; that is not ours to free.
+  gtest_discover_tests(test_${name} DISCOVERY_MODE PRE_TEST
+    PROPERTIES TIMEOUT 300 ENVIRONMENT "ASAN_OPTIONS=detect_leaks=0;QT_QPA_PLATFORM=offscreen")
+endfunction()
+
 # anomalis_bench(NAME SOURCES ... DEPENDS ...): a Google Benchmark program.
 function(anomalis_bench name)
   cmake_parse_arguments(BENCH "" "" "SOURCES;DEPENDS" ${ARGN})

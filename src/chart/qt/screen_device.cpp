@@ -76,11 +76,23 @@ QPointF ScreenDevice::to_pixels(Point point) const {
     return {at.x, at.y};
 }
 
-/// The centre of the pixel a coordinate falls into; what falls off by the last edge stays in the last pixel.
-double ScreenDevice::snapped(double device, double extent) const {
-    const double pixel =
-        std::clamp(std::floor(device * ratio_), 0.0, std::max(std::ceil(extent * ratio_) - 1, 0.0));
-    return (pixel + 0.5) / ratio_;
+/// Where a line along an axis covers whole pixels: the centre of one when it is an odd number of pixels wide,
+/// else an edge between two. What falls off by the last edge stays in the last pixel.
+double ScreenDevice::snapped(double device, double extent, int pen_pixels) const {
+    const double last = std::max(std::ceil(extent * ratio_) - 1, 0.0);
+    const double pixel = std::clamp(std::floor(device * ratio_), 0.0, last);
+    return (pen_pixels % 2 == 1 ? pixel + 0.5 : std::max(pixel, 1.0)) / ratio_;
+}
+
+/// Moves the pieces onto whole pixels; the width that goes with it.
+double ScreenDevice::snap_pieces(double width) {
+    const int pixels = std::max(1, static_cast<int>(std::lround(width * ratio_)));
+    for (QLineF& piece : pieces_) {
+        piece =
+            QLineF(snapped(piece.x1(), size_.width(), pixels), snapped(piece.y1(), size_.height(), pixels),
+                   snapped(piece.x2(), size_.width(), pixels), snapped(piece.y2(), size_.height(), pixels));
+    }
+    return pixels / ratio_;
 }
 
 void ScreenDevice::draw_pieces(std::span<const Point> points, bool closed, const Pen& pen) {
@@ -96,14 +108,9 @@ void ScreenDevice::draw_pieces(std::span<const Point> points, bool closed, const
     };
     for (const Point& point : points.subspan(1)) add(point);
     if (closed) add(points.front());
-    if (along_axes) {
-        for (QLineF& piece : pieces_) {
-            piece = QLineF(snapped(piece.x1(), size_.width()), snapped(piece.y1(), size_.height()),
-                           snapped(piece.x2(), size_.width()), snapped(piece.y2(), size_.height()));
-        }
-    }
     QPen made = painter_pen(pen);
     made.setCapStyle(along_axes ? Qt::SquareCap : Qt::RoundCap);
+    if (along_axes) made.setWidthF(snap_pieces(made.widthF()));
     painter()->setPen(made);
     for (std::size_t first = 0; first < pieces_.size(); first += pieces_a_call) {
         const auto count = static_cast<int>(std::min(pieces_a_call, pieces_.size() - first));

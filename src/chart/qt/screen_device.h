@@ -40,7 +40,8 @@ class ScreenDevice : public PainterDevice {
   private:
     QImage& image(Layer layer) { return layer == Layer::base ? base_ : surface_; }
     QPointF to_pixels(Point point) const;
-    double snapped(double device, double extent) const;
+    double snapped(double device, double extent, int pen_pixels) const;
+    double snap_pieces(double width);
     void draw_pieces(std::span<const Point> points, bool closed, const Pen& pen);
     void release_painter();
 
