@@ -8,6 +8,9 @@ target_include_directories(anomalis_flags INTERFACE ${PROJECT_SOURCE_DIR}/src)
 target_compile_options(anomalis_flags INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Werror
   $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict> -ffp-contract=off -fno-math-errno)
+if(ANOMALIS_FUZZ)
+  target_compile_options(anomalis_flags INTERFACE -fsanitize=fuzzer-no-link)
+endif()
 if(ANOMALIS_SANITIZE)
   target_compile_options(anomalis_flags INTERFACE
     -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
