@@ -1,11 +1,11 @@
 #include "forward/polyhedron_evaluation.h"
 
 #include <algorithm>
-#include <cmath>
 #include <functional>
 #include <limits>
 
 #include "core/failure.h"
+#include "forward/polyhedron_clearance.h"
 #include "forward/station_blocks.h"
 #include "forward/vector3.h"
 
@@ -13,20 +13,8 @@ namespace anomalis {
 
 namespace {
 
-/// Closer to an edge than this part of the radius a station is moved off it, outward, by twice as much.
-constexpr double edge_clearance = 1e-8;
-
-Point3 operator*(const Tensor3& t, const Point3& v) {
-    return {t.xx * v.x + t.xy * v.y + t.xz * v.z, t.xy * v.x + t.yy * v.y + t.yz * v.z,
-            t.xz * v.x + t.yz * v.y + t.zz * v.z};
-}
-
-double square_distance_to_segment(const Point3& p, const Point3& a, const Point3& b) {
-    const Point3 ab = b - a, ap = p - a;
-    const double t = std::clamp(dot(ap, ab) / dot(ab, ab), 0.0, 1.0);
-    const Point3 off = ap - ab * t;
-    return dot(off, off);
-}
+/// Of an edge or a face for a station: near enough to tell a short job from a long one.
+constexpr double nanoseconds_each = 3;
 
 void check_lengths(const StationSpans& stations, const Wanted& wanted) {
     const std::size_t n = stations.east.size();
@@ -40,44 +28,7 @@ void check_lengths(const StationSpans& stations, const Wanted& wanted) {
 void PolyhedronEvaluation::assign(std::span<const Point3> points, std::span<const Facet> facets) {
     mesh_.build(points, facets);
     exterior_ready_ = false;
-    edge_ends_.clear();
-    face_corners_.clear();
-    for (const PolyhedronMesh::Edge& edge : mesh_.edges)
-        edge_ends_.insert(edge_ends_.end(), edge.end.begin(), edge.end.end());
-    for (const PolyhedronMesh::Face& face : mesh_.faces)
-        face_corners_.insert(face_corners_.end(), face.corner.begin(), face.corner.end());
-}
-
-void PolyhedronEvaluation::fold_edges(const Wanted& wanted) {
-    edge_terms_.clear();
-    edge_terms_.reserve(mesh_.edges.size() * edge_term_size(wanted.kind));
-    for (const PolyhedronMesh::Edge& edge : mesh_.edges) {
-        edge_terms_.push_back(edge.length);
-        for (int k = 0; k < tensor_sums(wanted.kind); ++k)
-            edge_terms_.push_back(dot(wanted.first[k], edge.dyad * wanted.second[k]));
-        if (!has_attraction(wanted.kind)) continue;
-        const Point3 g = edge.dyad * Point3{0, 0, wanted.attraction / mesh_.scale};
-        const double at_edge = dot(g, mesh_.vertices[static_cast<std::size_t>(edge.end[0])]);
-        edge_terms_.insert(edge_terms_.end(), {g.x, g.y, g.z, at_edge});
-    }
-}
-
-void PolyhedronEvaluation::fold_faces(const Wanted& wanted) {
-    face_terms_.clear();
-    face_terms_.reserve(mesh_.faces.size() * face_term_size(wanted.kind));
-    for (const PolyhedronMesh::Face& face : mesh_.faces) {
-        const Point3 twice = face.area * 2;
-        const Point3& corner = mesh_.vertices[static_cast<std::size_t>(face.corner[0])];
-        const double size = length(face.area);
-        face_terms_.insert(face_terms_.end(), {twice.x, twice.y, twice.z,
-                                               dot(twice, corner) - 2 * size * plane_shift * mesh_.radius});
-        face_terms_.insert(face_terms_.end(), face.opposite_side.begin(), face.opposite_side.end());
-        for (int k = 0; k < tensor_sums(wanted.kind); ++k)
-            face_terms_.push_back(-2 * dot(wanted.first[k], face.normal) *
-                                  dot(face.normal, wanted.second[k]));
-        if (has_attraction(wanted.kind))
-            face_terms_.push_back(-wanted.attraction / mesh_.scale * face.normal.z / size);
-    }
+    parts_.split(mesh_);
 }
 
 bool PolyhedronEvaluation::is_far(const Point3& unit) const {
@@ -101,39 +52,6 @@ void PolyhedronEvaluation::fold_exterior(const StationSpans& stations, const Wan
         exterior_.fold({0, 0, -wanted.attraction / mesh_.scale}, nullptr, tensors, exterior_terms_);
 }
 
-PolyhedronTerms PolyhedronEvaluation::terms(FieldKind kind) const {
-    return {kind,
-            &mesh_.vertices.front().x,
-            mesh_.vertices.size(),
-            edge_ends_.data(),
-            edge_terms_.data(),
-            mesh_.edges.size(),
-            face_corners_.data(),
-            face_terms_.data(),
-            mesh_.faces.size()};
-}
-
-/// A station on an edge or at a corner is moved along the mean normal of the faces there, flat edges
-/// included.
-Point3 PolyhedronEvaluation::clear_of_edges(const Point3& unit, double* scratch) const {
-    for (std::size_t v = 0; v < mesh_.vertices.size(); ++v) scratch[v] = length(mesh_.vertices[v] - unit);
-    const double near = edge_clearance * mesh_.radius;
-    Point3 outward;
-    for (const PolyhedronMesh::Face& face : mesh_.faces) {
-        bool touches = false;
-        for (std::size_t i = 0; i < 3 && !touches; ++i) {
-            const auto a = static_cast<std::size_t>(face.corner[(i + 1) % 3]);
-            const auto b = static_cast<std::size_t>(face.corner[(i + 2) % 3]);
-            const double detour = scratch[a] + scratch[b] - std::sqrt(face.opposite_side[i]);
-            touches = detour < 2.1 * near &&
-                      square_distance_to_segment(unit, mesh_.vertices[a], mesh_.vertices[b]) < near * near;
-        }
-        if (touches) outward = outward + face.normal;
-    }
-    const double size = length(outward);
-    return size > 0 ? unit + outward * (2 * near / size) : unit;
-}
-
 void PolyhedronEvaluation::run_block(const Job& job, std::size_t block, double* scratch) const {
     const std::size_t first = block * StationBlock::capacity;
     const std::size_t last = std::min(first + StationBlock::capacity, job.stations.east.size());
@@ -149,7 +67,7 @@ void PolyhedronEvaluation::run_block(const Job& job, std::size_t block, double* 
     }
     if (plain.empty()) return;
     const std::size_t real = plain.pad();
-    polyhedron_sums_at(job.level)(terms(job.wanted.kind), scratch, plain.block);
+    add_parts(polyhedron_sums_at(job.level), scratch, plain.block);
     plain.write(real, job.wanted.result, 0, sum_count(job.wanted.kind));
     for (std::size_t i = 0; i < real; ++i)
         if (plain.block.margin[i] < 0)
@@ -157,23 +75,29 @@ void PolyhedronEvaluation::run_block(const Job& job, std::size_t block, double* 
     if (!close.empty()) run_close(job, close, scratch);
 }
 
+void PolyhedronEvaluation::add_parts(SumsKernel sums, double* scratch, StationBlock& block) const {
+    for (auto& sum : block.sum) std::fill_n(sum, block.count, 0.0);
+    std::fill_n(block.margin, block.count, 1.0);
+    for (const PolyhedronParts::Part& part : parts_.parts())
+        sums(terms_.of_part(parts_, part), scratch, block);
+}
+
 /// Derivatives are taken where a station was moved off an edge. The attraction needs no such move, for what
 /// grows without limit in it is multiplied by a distance that vanishes.
 void PolyhedronEvaluation::run_close(const Job& job, StationGroup& close, double* scratch) const {
     const auto sums = polyhedron_sums_near_edges_at(job.level);
-    const PolyhedronTerms terms = this->terms(job.wanted.kind);
     const std::size_t real = close.pad();
     StationGroup moved;
     for (std::size_t i = 0; i < close.block.count; ++i)
-        moved.add(clear_of_edges({close.block.x[i], close.block.y[i], close.block.z[i]}, scratch),
+        moved.add(clear_of_edges(mesh_, {close.block.x[i], close.block.y[i], close.block.z[i]}, scratch),
                   close.index[i]);
     const int tensors = tensor_sums(job.wanted.kind);
     if (tensors > 0) {
-        sums(terms, scratch, moved.block);
+        add_parts(sums, scratch, moved.block);
         moved.write(real, job.wanted.result, 0, tensors);
     }
     if (!has_attraction(job.wanted.kind)) return;
-    sums(terms, scratch, close.block);
+    add_parts(sums, scratch, close.block);
     close.write(real, job.wanted.result, tensors, tensors + 1);
 }
 
@@ -186,17 +110,13 @@ void PolyhedronEvaluation::evaluate(const StationSpans& stations, const Wanted& 
             std::fill(wanted.result[k].begin(), wanted.result[k].end(), value);
         return;
     }
-    fold_edges(wanted);
-    fold_faces(wanted);
+    terms_.fold(mesh_, parts_, wanted);
     fold_exterior(stations, wanted);
     const std::size_t n = stations.east.size();
     const std::size_t blocks = (n + StationBlock::capacity - 1) / StationBlock::capacity;
-    constexpr double nanoseconds_each =
-        3;  // of an edge or a face for a station, near enough to tell short from long
-    const int workers = worker_count(nanoseconds_each * static_cast<double>(n) *
-                                         static_cast<double>(mesh_.edges.size() + mesh_.faces.size()),
-                                     blocks, how.threads);
-    const std::size_t part = mesh_.vertices.size() * StationBlock::padding;
+    const auto facets = static_cast<double>(mesh_.edges.size() + mesh_.faces.size());
+    const int workers = worker_count(nanoseconds_each * facets * static_cast<double>(n), blocks, how.threads);
+    const std::size_t part = std::max(parts_.most_vertices() * StationBlock::padding, mesh_.vertices.size());
     distances_.resize(std::max(distances_.size(), part * static_cast<std::size_t>(workers)));
     const Job job{stations, wanted, std::min(how.level, widest_vector_level())};
     const auto work = [&](int worker, std::size_t block) {

@@ -141,8 +141,9 @@ void add_all(const PolyhedronTerms& terms, double* distances, StationBlock& bloc
     for (std::size_t i = 0; i < block.count; i += lane_count) {
         const Place at{load_lanes(block.x + i), load_lanes(block.y + i), load_lanes(block.z + i)};
         measure_distances(terms, at, distances);
-        Lanes sum[sums] = {};
-        Lanes margin = Lanes{} + 1.0;
+        Lanes sum[sums];
+        for (int k = 0; k < sums; ++k) sum[k] = load_lanes(block.sum[k] + i);
+        Lanes margin = load_lanes(block.margin + i);
         margin = add_edges<Tensors, Gravity, NearEdges>(terms, at, distances, sum, margin);
         margin = add_faces<Tensors, Gravity, NearEdges>(terms, at, distances, sum, margin);
         for (int k = 0; k < sums; ++k) store_lanes(block.sum[k] + i, sum[k]);

@@ -76,7 +76,8 @@ struct PolyhedronTerms {
     std::size_t face_count;
 };
 
-/// Fills sum and margin of the block. `distances` is scratch for StationBlock::padding numbers a vertex.
+/// Adds to the sums of the block and lowers its margins. `distances` is scratch for StationBlock::padding
+/// numbers a vertex.
 ANOMALIS_VECTOR_KERNEL(void, polyhedron_sums,
                        (const PolyhedronTerms& terms, double* distances, StationBlock& block))
 

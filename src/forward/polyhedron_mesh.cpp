@@ -235,7 +235,7 @@ void PolyhedronMesh::add_edge(std::int32_t from, std::span<const HalfEdge> sides
     const std::int32_t to = sides.front().other;
     const Point3 along = vertices[static_cast<std::size_t>(to)] - vertices[static_cast<std::size_t>(from)];
     const double size = length(along);
-    Edge edge{{from, to}, size, {}};
+    Edge edge{{from, to}, sides.front().face, size, {}};
     double uncertain = 0;  // of the normals, radians
     for (const HalfEdge& side : sides) {
         const Face& face = faces[static_cast<std::size_t>(side.face)];

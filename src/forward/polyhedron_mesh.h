@@ -21,6 +21,7 @@ struct PolyhedronMesh {
     };
     struct Edge {
         std::array<std::int32_t, 2> end;
+        std::int32_t face;  ///< one of its faces
         double length;
         Tensor3 dyad;  ///< sum over its faces of normal times the in-plane normal of the edge
     };

@@ -80,6 +80,30 @@ TEST(PolyhedronExecution, the_company_of_a_station_does_not_change_its_value) {
     }
 }
 
+TEST(PolyhedronExecution, a_mesh_of_several_parts_is_the_sum_of_its_surfaces) {
+    const Solid ball = sphere_solid({0, 0, -100}, 80, 5);
+    const std::span<const Facet> facets = ball.facets;
+    ASSERT_EQ(facets.size(), 8192U);
+    Polyhedron whole = polyhedron_of(ball);
+    Polyhedron pieces[3] = {Polyhedron(ball.points, facets.first(1000)),
+                            Polyhedron(ball.points, facets.subspan(1000, 3500)),
+                            Polyhedron(ball.points, facets.subspan(4500))};
+    const Stations at = stations_at({{0, 0, 0}, {90, -40, -15}, {-500, 200, 30}, {10, 5, -90}, {0, 0, -20}});
+    const Everything all = everything(whole, at, {});
+    for (std::size_t i = 0; i < at.size(); ++i) {
+        double gravity = 0, field = 0;
+        for (Polyhedron& piece : pieces) {
+            const Everything part = everything(piece, at, {});
+            gravity += part.gravity[i];
+            field += part.field[i];
+        }
+        EXPECT_NEAR(gravity, all.gravity[i], 1e-11) << i;
+        EXPECT_NEAR(field, all.field[i], 1e-9) << i;
+    }
+    for (VectorLevel level : {VectorLevel::baseline, VectorLevel::avx2})
+        EXPECT_TRUE(everything(whole, at, {level, 2}) == all) << vector_level_name(level);
+}
+
 TEST(PolyhedronExecution, a_body_may_be_asked_again_and_take_another_shape) {
     const Solid pipe = pipe_solid({0, 0, -20}, 50, 200, 12, 1), ball = sphere_solid({0, 0, -100}, 80, 2);
     const Stations at = mixed_stations(200);
