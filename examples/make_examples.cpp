@@ -304,6 +304,7 @@ Survey buried_cable() {
         w.field_inclination = 66.8F;
         w.field_declination = 3.1F;
         w.float_mag_base = 1;
+        w.sensor_offset = 1.2F;
     };
     survey.bodies = {
         {[](ModelBody& body) {
