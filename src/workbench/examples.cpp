@@ -1,0 +1,41 @@
+#include "workbench/examples.h"
+
+#include <algorithm>
+#include <filesystem>
+
+namespace anomalis {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+std::string title_of(const fs::path& file) {
+    std::string title = file.stem().string();
+    std::replace(title.begin(), title.end(), '_', ' ');
+    if (!title.empty() && title[0] >= 'a' && title[0] <= 'z')
+        title[0] = static_cast<char>(title[0] - 'a' + 'A');
+    return title;
+}
+
+std::vector<ExampleFile> workspaces_in(const fs::path& folder) {
+    std::vector<ExampleFile> found;
+    std::error_code failure;
+    for (const auto& entry : fs::directory_iterator(folder, failure))
+        if (entry.path().extension() == ".axm")
+            found.push_back({entry.path().lexically_normal().string(), title_of(entry.path())});
+    std::sort(found.begin(), found.end(), [](const auto& a, const auto& b) { return a.path < b.path; });
+    return found;
+}
+
+}  // namespace
+
+std::vector<ExampleFile> find_examples(const std::string& exe_folder) {
+    const fs::path here(exe_folder);
+    for (const char* place : {"../share/anomalis/examples", "examples", "../examples", "../../examples"}) {
+        auto found = workspaces_in(here / place);
+        if (!found.empty()) return found;
+    }
+    return {};
+}
+
+}  // namespace anomalis

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace anomalis {
+
+/// A survey that comes with the program.
+struct ExampleFile {
+    std::string path;
+    std::string title;  ///< "Dyke swarm" for "dyke_swarm.axm"
+};
+
+/// The workspace files of the examples folder, by name. The folder is looked for where the program is
+/// installed ("share/anomalis/examples" beside its "bin") and where it is built (above the build folder).
+std::vector<ExampleFile> find_examples(const std::string& exe_folder);
+
+}  // namespace anomalis

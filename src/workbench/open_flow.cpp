@@ -1,0 +1,128 @@
+#include "workbench/open_flow.h"
+
+#include "core/numbers.h"
+#include "core/paths.h"
+#include "intake/load.h"
+#include "inversion/evaluate.h"
+#include "inversion/parameters.h"
+#include "workbench/workbench.h"
+#include "workbench/zoom.h"
+#include "workspace_file/axm.h"
+
+namespace anomalis {
+
+namespace {
+
+const FileRequest model_request{"Select the profile model file",
+                                "Anomalis definition Files(*.axm)|*.axm|All files (*.*)|*.*", "", "axm"};
+const FileRequest data_request{"Select the observed  data file",
+                               "Data Files (*.dat;*.xyz;*.csv;*.txt)|*.dat;*.xyz;*.csv;*.txt|"
+                               "All files (*.*)|*.*",
+                               "", ""};
+
+/// What every read leaves behind, also one that failed half way.
+void forget_line(Workbench& workbench) {
+    Session& session = workbench.session;
+    drop_stations(session.workspace);
+    workbench.view.current_body = 1;
+    reset_view(session.workspace, workbench.view, session.prompts);
+    forget_run(session.inversion);
+    reset_calculated_data(session.workspace, session.prompts);
+}
+
+/// Tells which base levels the load took from the mean of the data.
+void note_base_levels(Workbench& workbench, bool mag_was_unset, bool grav_was_unset) {
+    const Workspace& workspace = workbench.session.workspace;
+    if (mag_was_unset) workbench.base_from_mean[channel_mag] = workspace.mag_base != unset;
+    if (grav_was_unset) workbench.base_from_mean[channel_grav] = workspace.grav_base != unset;
+}
+
+LoadResult load_result(const Workspace& workspace) {
+    LoadResult result;
+    result.loaded = line_loaded(workspace);
+    const int n = workspace.station_count;
+    if (n <= 0) return result;
+    const double length = workspace.distances.last();
+    result.number_of_locations = format_number(workspace.station_count, "0");
+    result.line_length = format_number(length, "0.00");
+    result.line_spacing = format_number(length / n, "0.000");
+    if (workspace.has_mag()) result.mag_base = format_number(workspace.mag_base, "0.00");
+    if (workspace.has_grav()) result.grav_base = format_number(workspace.grav_base, "0.00");
+    return result;
+}
+
+}  // namespace
+
+OpenOutcome open_model(Workbench& workbench, ReadMode mode) {
+    const std::string folder = current_folder();
+    FileRequest request = model_request;
+    request.default_name = workbench.session.workspace.model_file;
+    const auto path = workbench.session.open_file_dialog(request);
+    const OpenOutcome outcome = path ? open_model_file(workbench, mode, *path) : OpenOutcome::cancelled;
+    change_to_folder(folder);
+    return outcome;
+}
+
+OpenOutcome open_model_file(Workbench& workbench, ReadMode mode, const std::string& path) {
+    Session& session = workbench.session;
+    if (file_exists(path).empty()) {
+        session.prompts.message("That file does not exist");
+        return OpenOutcome::missing;
+    }
+    const MessageScope scope(session.prompts);
+    const int status = read_model_parameters(static_cast<int>(mode), session.workspace, path,
+                                             session.settings, session.prompts);
+    if (status == 0) session.model_changed = mode != ReadMode::everything;
+    if (mode == ReadMode::everything) workbench.base_from_mean = {};
+    forget_line(workbench);
+    refresh_data_head(workbench);
+    return status == 0 ? OpenOutcome::opened : OpenOutcome::failed;
+}
+
+bool choose_data_file(Workbench& workbench) {
+    Session& session = workbench.session;
+    const bool may_move = session.first_dialog;
+    FileRequest request = data_request;
+    request.default_name = session.workspace.definition.data_file;
+    const auto path = session.open_file_dialog(request);
+    if (!path) return false;
+    if (may_move) change_to_folder(folder_name(*path));
+    set_data_file(workbench, *path);
+    return true;
+}
+
+void set_data_file(Workbench& workbench, const std::string& path) {
+    Session& session = workbench.session;
+    Workspace& workspace = session.workspace;
+    workspace.definition.data_file = path;
+    drop_stations(workspace);
+    if (workbench.base_from_mean[channel_mag]) workspace.mag_base = unset;
+    if (workbench.base_from_mean[channel_grav]) workspace.grav_base = unset;
+    workbench.base_from_mean = {};
+    session.model_changed = true;
+    refresh_data_head(workbench);
+}
+
+void refresh_data_head(Workbench& workbench) {
+    workbench.head = {};
+    show_data_file_head(workbench.session.workspace, workbench.head, workbench.session.prompts);
+}
+
+LoadResult load_line(Workbench& workbench) {
+    Session& session = workbench.session;
+    Workspace& workspace = session.workspace;
+    const MessageScope scope(session.prompts);
+    const bool mag_was_unset = workspace.mag_base == unset;
+    const bool grav_was_unset = workspace.grav_base == unset;
+    const int status = load_locations(workspace, session.prompts);
+    if (status >= 0) note_base_levels(workbench, mag_was_unset, grav_was_unset);
+    if (status == 0) finish_load(session);
+    reset_view(workspace, workbench.view, session.prompts);
+    return load_result(workspace);
+}
+
+std::string window_caption(const Workspace& workspace) {
+    return workspace.model_file.empty() ? "Anomalis" : "Anomalis: " + file_name(workspace.model_file);
+}
+
+}  // namespace anomalis

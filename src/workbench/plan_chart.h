@@ -1,0 +1,25 @@
+#pragma once
+
+#include "chart/drawing_types.h"
+#include "workbench/polygon_table.h"
+
+namespace anomalis {
+
+class AX_Grapher;
+class Prompts;
+struct ViewState;
+struct Workspace;
+
+/// The limits of the plan in map coordinates (m): the survey at round numbers, the axis with room to spare
+/// opened so that a metre is as long to the east as to the north. `aspect` is height over width of the plot.
+Rect plan_limits(const Workspace& workspace, double aspect);
+
+/// Registers the stations with the plan's chart and sets its axes. The chart must be shown afterwards.
+void set_up_plan(AX_Grapher& chart, const Workspace& workspace);
+
+/// Records every body's outline on the ground and its reference point; a body without an outline inside the
+/// plan has its point alone.
+void record_plan(AX_Grapher& chart, const Workspace& workspace, const ViewState& view, PolygonTable& polygons,
+                 Prompts& prompts);
+
+}  // namespace anomalis

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string>
+
+#include "chart/drawing_types.h"
+
+namespace anomalis {
+
+class AX_Grapher;
+struct Workspace;
+
+/// What the status bar tells of the pointer: the chart under it, the place in the chart, the place on the
+/// map. The four numbers are blank while the pointer is outside the plot.
+struct PointerPanels {
+    std::string chart, x, y, east, north;
+};
+
+/// Over one of the five charts of the line. `user` is the place in the chart; null outside its plot.
+PointerPanels profile_pointer(const Workspace& workspace, int chart, const AX_Grapher& grapher,
+                              const Point* user);
+/// Over the plan.
+PointerPanels plan_pointer(const Point* user);
+
+/// How much taller the section is drawn than it is wide: vertical over horizontal scale.
+double vertical_stretch(const AX_Grapher& section);
+
+}  // namespace anomalis

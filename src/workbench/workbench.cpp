@@ -1,0 +1,10 @@
+#include "workbench/workbench.h"
+
+namespace anomalis {
+
+bool line_loaded(const Workspace& workspace) {
+    const int n = workspace.station_count;
+    return n > 0 && workspace.distances.count() == n && workspace.distances[n] > 0;
+}
+
+}  // namespace anomalis

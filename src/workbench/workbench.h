@@ -1,0 +1,26 @@
+#pragma once
+
+#include <array>
+
+#include "core/session.h"
+#include "intake/definition.h"
+#include "workbench/view_state.h"
+
+namespace anomalis {
+
+/// A session as someone works on it: what the window knows beside the records. The window itself holds none
+/// of this, so all of it can be tried without one.
+struct Workbench {
+    explicit Workbench(Session& the_session) : session(the_session) {}
+
+    Session& session;
+    ViewState view;
+    FileHead head;  ///< the first lines of the data file
+    /// Which base levels (magnetics, gravity) came from the mean of the data and not from a person or a file.
+    std::array<bool, 2> base_from_mean{};
+};
+
+/// True when a profile is loaded that can be modelled: stations, and a line of some length.
+bool line_loaded(const Workspace& workspace);
+
+}  // namespace anomalis
