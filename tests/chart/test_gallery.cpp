@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+
 #include <set>
 
 #include "chart/emf_device.h"

@@ -1,0 +1,23 @@
+#include <QApplication>
+
+#include "core/session.h"
+#include "workbench/examples.h"
+#include "workbench/qt/form_anomalis.h"
+#include "workbench/qt/look.h"
+#include "workbench/qt/qt_prompts.h"
+
+int main(int argc, char** argv) {
+    QApplication application(argc, argv);
+    QApplication::setApplicationName("Anomalis");
+    anomalis::apply_look(application);
+
+    anomalis::QtPrompts prompts;
+    anomalis::Session session(prompts, anomalis::Settings(anomalis::default_settings_path(), prompts));
+    anomalis::init_system(session.system);
+    anomalis::Form_anomalis form(session, anomalis::find_examples(session.system.exe_folder));
+    prompts.set_window(&form);
+    form.show();
+    const int status = QApplication::exec();
+    prompts.set_window(nullptr);
+    return status;
+}

@@ -1,0 +1,68 @@
+#include "workbench/qt/chart_pane.h"
+
+#include <QHBoxLayout>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+#include "workbench/qt/panel.h"
+
+namespace anomalis {
+
+namespace {
+
+constexpr int arrow_width = 20;
+constexpr int arrow_height = 18;
+constexpr int least_chart_height = 56;
+
+QToolButton* arrow(const StepperBar::Side& side) {
+    auto* button = new QToolButton;
+    button->setText(side.text);
+    button->setToolTip(side.tip);
+    button->setAccessibleName(side.tip);
+    button->setAutoRaise(true);
+    button->setAutoRepeat(true);
+    button->setFixedSize(arrow_width, arrow_height);
+    return button;
+}
+
+}  // namespace
+
+StepperBar::StepperBar(const QString& object_name, const Side& upper, const Side& lower, QWidget* parent)
+    : QWidget(parent) {
+    setObjectName(object_name);
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    for (const Side* side : {&upper, &lower}) {
+        QToolButton* button = arrow(*side);
+        column->addWidget(button);
+        connect(button, &QToolButton::clicked, this, [this, step = side->direction] { emit stepped(step); });
+    }
+}
+
+ChartPane::ChartPane(int index, QWidget* parent) : QWidget(parent), widget_(new GrapherWidget) {
+    const QString number = QString::number(index);
+    widget_->setObjectName("vsgraph_model_" + number);
+    widget_->setMinimumHeight(least_chart_height);
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(2);
+    row->addWidget(widget_, 1);
+    auto* bars = new QVBoxLayout;
+    bars->setSpacing(3);
+    auto* zoom =
+        new StepperBar("VScroll_zoom_" + number, {"+", tr("Zoom into the vertical axis (8 steps)"), 1},
+                       {"−", tr("Show more of the vertical axis"), -1});
+    auto* pan =
+        new StepperBar("VScroll_pan_" + number, {"▴", tr("Move the vertical window up by a quarter"), -1},
+                       {"▾", tr("Move the vertical window down by a quarter"), 1});
+    connect(zoom, &StepperBar::stepped, this, &ChartPane::zoom_stepped);
+    connect(pan, &StepperBar::stepped, this, &ChartPane::pan_stepped);
+    bars->addStretch();
+    bars->addWidget(zoom);
+    bars->addWidget(pan);
+    bars->addStretch();
+    row->addLayout(bars);
+}
+
+}  // namespace anomalis

@@ -1,0 +1,283 @@
+#include "workbench/qt/form_anomalis.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QMimeData>
+#include <QShortcut>
+#include <QStackedWidget>
+#include <QTabWidget>
+
+#include "core/paths.h"
+#include "core/text.h"
+#include "workbench/qt/charts_panel.h"
+#include "workbench/qt/definitions_page.h"
+#include "workbench/qt/definitions_panel.h"
+#include "workbench/qt/entry_box.h"
+#include "workbench/qt/form_menus.h"
+#include "workbench/qt/processing_panel.h"
+#include "workbench/qt/settings_panels.h"
+#include "workbench/qt/status_panels.h"
+#include "workbench/qt/welcome_panel.h"
+
+namespace anomalis {
+
+namespace {
+
+constexpr double twips_a_pixel = 15;
+constexpr QSize designed_size{1280, 800};
+enum Tab { tab_definitions = 0, tab_model = 1 };
+
+/// The pointer shows that work is going on, on every way out.
+class WaitCursor {
+  public:
+    WaitCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }
+    ~WaitCursor() { QApplication::restoreOverrideCursor(); }
+    WaitCursor(const WaitCursor&) = delete;
+    WaitCursor& operator=(const WaitCursor&) = delete;
+};
+
+bool is_workspace_file(const std::string& path) {
+    constexpr std::size_t ending = 4;
+    return path.size() > ending &&
+           equal_ignoring_case(std::string_view(path).substr(path.size() - ending), ".axm");
+}
+
+std::string dropped_path(const QMimeData& data) {
+    for (const QUrl& url : data.urls())
+        if (url.isLocalFile()) return url.toLocalFile().toStdString();
+    return {};
+}
+
+}  // namespace
+
+Form_anomalis::Form_anomalis(Session& session, const std::vector<ExampleFile>& examples)
+    : session_(session),
+      workbench_(session),
+      tabs_(new QTabWidget(this)),
+      definitions_page_(new DefinitionsPage(workbench_, guards_, examples)),
+      model_page_(new QStackedWidget),
+      hint_(new WelcomePanel("Frame_hint", examples)),
+      charts_(new ChartsPanel(workbench_)),
+      status_(new StatusPanels(this)),
+      menus_(new FormMenus(*this, examples)) {
+    lay_out();
+    wire_pages();
+    wire_menus();
+    start();
+}
+
+Form_anomalis::~Form_anomalis() = default;
+
+void Form_anomalis::lay_out() {
+    setObjectName("Form_anomalis");
+    setAcceptDrops(true);
+    tabs_->setObjectName("Tab_model");
+    tabs_->setDocumentMode(true);
+    model_page_->addWidget(hint_);
+    model_page_->addWidget(charts_);
+    tabs_->addTab(definitions_page_, tr(" Data Definitions"));
+    tabs_->addTab(model_page_, tr("Current Model"));
+    setCentralWidget(tabs_);
+    setStatusBar(status_);
+    resize(designed_size);
+    connect(tabs_, &QTabWidget::currentChanged, this, &Form_anomalis::tab_changed);
+    for (const int step : {1, -1}) {
+        auto* shortcut =
+            new QShortcut(QKeySequence(step > 0 ? Qt::CTRL | Qt::Key_Tab : Qt::CTRL | Qt::Key_Backtab), this);
+        connect(shortcut, &QShortcut::activated, this, [this, step] {
+            tabs_->setCurrentIndex((tabs_->currentIndex() + step + tabs_->count()) % tabs_->count());
+        });
+    }
+}
+
+void Form_anomalis::wire_pages() {
+    DefinitionsPanel& definitions = definitions_page_->definitions();
+    connect(&definitions, &DefinitionsPanel::data_file_wanted, this, &Form_anomalis::choose_data);
+    connect(&definitions, &DefinitionsPanel::load_wanted, this, &Form_anomalis::load_locations);
+    connect(&definitions, &DefinitionsPanel::definition_changed, this, &Form_anomalis::line_dropped);
+    connect(definitions_page_, &DefinitionsPage::setting_changed, this, &Form_anomalis::setting_changed);
+    connect(
+        definitions_page_, &DefinitionsPage::text_refused, this,
+        [this](const QString& caption, const QString& text) {
+            status_->show_text(tr("%1: “%2” is not accepted, the value stays").arg(caption, text.left(40)));
+        });
+    for (WelcomePanel* panel : findChildren<WelcomePanel*>())
+        connect(panel, &WelcomePanel::example_chosen, this,
+                [this](const QString& path) { open_example(path.toStdString()); });
+    connect(charts_, &ChartsPanel::pointer_moved, status_, &StatusPanels::show_pointer);
+    connect(charts_, &ChartsPanel::misfit_found, status_, &StatusPanels::show_misfit);
+    connect(charts_, &ChartsPanel::base_level_found, this, [this](const QString& text) {
+        definitions_page_->processing().show_base_texts(text.toStdString(), std::nullopt);
+    });
+    connect(charts_, &ChartsPanel::plan_toggled, menus_, &FormMenus::set_plan);
+}
+
+void Form_anomalis::wire_menus() {
+    connect(menus_, &FormMenus::read_all_wanted, this, [this] { open_with_dialog(ReadMode::everything); });
+    connect(menus_, &FormMenus::read_bodies_wanted, this,
+            [this] { open_with_dialog(ReadMode::bodies_alone); });
+    connect(menus_, &FormMenus::example_chosen, this,
+            [this](const QString& path) { open_example(path.toStdString()); });
+    connect(menus_, &FormMenus::exit_wanted, this, &Form_anomalis::close);
+    connect(menus_, &FormMenus::display_axes_toggled, this,
+            [this](bool on) { charts_->view().change_display_axes(on); });
+    connect(menus_, &FormMenus::plan_wanted, charts_, &ChartsPanel::show_plan);
+    connect(menus_, &FormMenus::recalc_wanted, this, [this] { charts_->view().force_recalc(); });
+    connect(menus_, &FormMenus::about_wanted, this, [this] {
+        session_.prompts.message("Anomalis " + std::string(application_version()) +
+                                 "\n\nMagnetic and gravity anomalies along a survey profile.");
+    });
+}
+
+void Form_anomalis::start() {
+    const StartSettings settings = session_.start();
+    if (settings.display_axes) {
+        menus_->set_display_axes(*settings.display_axes);
+        charts_->view().charts().set_display_axes(*settings.display_axes);
+    }
+    definitions_page_->fill(true);
+    session_.model_changed = false;
+    setWindowTitle(QString::fromStdString(window_caption(session_.workspace)));
+    update_line_state();
+    restore_size(settings);
+    window_ready_ = true;
+}
+
+/// The tab control fills the window, so its stored width is the window's.
+void Form_anomalis::restore_size(const StartSettings& settings) {
+    if (!settings.form_size) return;
+    const SuspendEvents suspend(guards_);
+    resize(static_cast<int>(settings.form_size->width / twips_a_pixel),
+           static_cast<int>(settings.form_size->height / twips_a_pixel));
+}
+
+void Form_anomalis::open_with_dialog(ReadMode mode) {
+    if (guards_.closed()) return;
+    commit_boxes(*definitions_page_);
+    show_opened(open_model(workbench_, mode), mode);
+}
+
+void Form_anomalis::open_file(const std::string& path) {
+    if (guards_.closed()) return;
+    commit_boxes(*definitions_page_);
+    if (is_workspace_file(path)) {
+        show_opened(open_model_file(workbench_, ReadMode::everything, path), ReadMode::everything);
+    } else {
+        take_data_file(path);
+    }
+}
+
+void Form_anomalis::open_example(const std::string& path) {
+    if (guards_.closed()) return;
+    const OpenOutcome outcome = open_model_file(workbench_, ReadMode::everything, path);
+    show_opened(outcome, ReadMode::everything);
+    if (outcome != OpenOutcome::opened) return;
+    load_locations();
+    if (line_loaded(session_.workspace)) tabs_->setCurrentIndex(tab_model);
+}
+
+/// After a read that failed half way the boxes show what the workspace now holds.
+void Form_anomalis::show_opened(OpenOutcome outcome, ReadMode mode) {
+    if (outcome == OpenOutcome::cancelled || outcome == OpenOutcome::missing) return;
+    const DisplaySettings& display = session_.workspace.display;
+    if (mode == ReadMode::everything) {
+        if (display.valid) {
+            menus_->set_display_axes(display.show_axes != 0);
+            charts_->view().charts().set_display_axes(display.show_axes != 0);
+        }
+        definitions_page_->fill();
+        if (outcome == OpenOutcome::opened)
+            setWindowTitle(QString::fromStdString(window_caption(session_.workspace)));
+    }
+    tabs_->setCurrentIndex(tab_definitions);
+    definitions_page_->definitions().blank_results();
+    line_dropped();
+    if (outcome == OpenOutcome::opened)
+        status_->show_text(
+            tr("%n bodies read; load the data to see them", nullptr, session_.workspace.body_count));
+}
+
+void Form_anomalis::choose_data() {
+    if (guards_.closed()) return;
+    commit_boxes(*definitions_page_);
+    if (!choose_data_file(workbench_)) return;
+    definitions_page_->definitions().blank_results();
+    definitions_page_->fill();
+    line_dropped();
+}
+
+void Form_anomalis::take_data_file(const std::string& path) {
+    set_data_file(workbench_, path);
+    definitions_page_->definitions().blank_results();
+    definitions_page_->fill();
+    tabs_->setCurrentIndex(tab_definitions);
+    line_dropped();
+}
+
+void Form_anomalis::load_locations() {
+    if (guards_.closed()) return;
+    commit_boxes(*definitions_page_);
+    const MessageScope messages(session_.prompts);  // shown when the pointer is an arrow again
+    const WaitCursor wait;
+    definitions_page_->definitions().blank_results();
+    const LoadResult result = load_line(workbench_);
+    definitions_page_->definitions().show_result(result);
+    definitions_page_->processing().show_base_texts(result.mag_base, result.grav_base);
+    charts_->view().clear_charts();
+    charts_->line_changed();
+    update_line_state();
+    status_->clear_line();
+    status_->show_text(result.loaded ? tr("%1 stations over %2 m loaded")
+                                           .arg(QString::fromStdString(result.number_of_locations),
+                                                QString::fromStdString(result.line_length))
+                                     : QString());
+}
+
+void Form_anomalis::tab_changed(int index) {
+    charts_->view().set_on_page(index == tab_model);
+    if (index == tab_model) show_model_page();
+}
+
+void Form_anomalis::show_model_page() {
+    commit_boxes(*definitions_page_);
+    update_line_state();
+    charts_->view().display_model();
+}
+
+void Form_anomalis::line_dropped() {
+    charts_->view().clear_charts();
+    status_->clear_line();
+    status_->show_text(QString());
+    update_line_state();
+}
+
+void Form_anomalis::update_line_state() {
+    const bool loaded = line_loaded(session_.workspace);
+    menus_->show_line_menus(loaded);
+    model_page_->setCurrentWidget(loaded ? static_cast<QWidget*>(charts_) : hint_);
+}
+
+void Form_anomalis::setting_changed() {
+    charts_->view().display_model();
+}
+
+void Form_anomalis::closeEvent(QCloseEvent* event) {
+    commit_boxes(*definitions_page_);
+    const auto [intensity, inclination, declination] = definitions_page_->field().texts();
+    session_.save_at_exit({intensity, inclination, declination, tabs_->width() * twips_a_pixel,
+                           height() * twips_a_pixel, menus_->display_axes()});
+    QMainWindow::closeEvent(event);
+}
+
+void Form_anomalis::dragEnterEvent(QDragEnterEvent* event) {
+    if (!dropped_path(*event->mimeData()).empty()) event->acceptProposedAction();
+}
+
+void Form_anomalis::dropEvent(QDropEvent* event) {
+    const std::string path = dropped_path(*event->mimeData());
+    if (path.empty()) return;
+    event->acceptProposedAction();
+    open_file(path);
+}
+
+}  // namespace anomalis

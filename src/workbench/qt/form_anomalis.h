@@ -1,0 +1,76 @@
+#pragma once
+
+#include <vector>
+
+#include <QMainWindow>
+
+#include "workbench/examples.h"
+#include "workbench/open_flow.h"
+#include "workbench/qt/form_guards.h"
+#include "workbench/workbench.h"
+
+class QStackedWidget;
+class QTabWidget;
+
+namespace anomalis {
+
+class ChartsPanel;
+class DefinitionsPage;
+class FormMenus;
+class StatusPanels;
+class WelcomePanel;
+
+/// The main window: two tabs, menus and status bar, and the flows that join them. It holds no arithmetic.
+class Form_anomalis : public QMainWindow {
+    Q_OBJECT
+
+  public:
+    /// Starts the session. `session` outlives the window.
+    Form_anomalis(Session& session, const std::vector<ExampleFile>& examples);
+    ~Form_anomalis() override;
+
+    /// Reads a workspace file and shows it; a file of another kind becomes the observed data file.
+    void open_file(const std::string& path);
+    /// Reads a workspace, loads its data and shows the model.
+    void open_example(const std::string& path);
+    void load_locations();
+
+    Workbench& workbench() { return workbench_; }
+    ChartsPanel& charts() { return *charts_; }
+
+  protected:
+    void closeEvent(QCloseEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+
+  private:
+    void start();
+    void lay_out();
+    void wire_pages();
+    void wire_menus();
+    void restore_size(const StartSettings& settings);
+
+    void open_with_dialog(ReadMode mode);
+    void show_opened(OpenOutcome outcome, ReadMode mode);
+    void choose_data();
+    void take_data_file(const std::string& path);
+    void show_model_page();
+    void tab_changed(int index);
+    void line_dropped();
+    void update_line_state();
+    void setting_changed();
+
+    Session& session_;
+    Workbench workbench_;
+    FormGuards guards_;
+    bool window_ready_ = false;
+    QTabWidget* tabs_;
+    DefinitionsPage* definitions_page_;
+    QStackedWidget* model_page_;
+    WelcomePanel* hint_;
+    ChartsPanel* charts_;
+    StatusPanels* status_;
+    FormMenus* menus_;
+};
+
+}  // namespace anomalis

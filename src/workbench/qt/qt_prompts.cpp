@@ -1,0 +1,82 @@
+#include "workbench/qt/qt_prompts.h"
+
+#include <QCoreApplication>
+#include <QFileDialog>
+#include <QInputDialog>
+#include <QMessageBox>
+
+namespace anomalis {
+
+namespace {
+
+const QString dialog_title = QStringLiteral("Anomalis");
+
+QString qt_text(const std::string& text) {
+    return QString::fromStdString(text);
+}
+
+std::optional<std::string> chosen(const QString& path) {
+    if (path.isEmpty()) return {};
+    return path.toStdString();
+}
+
+}  // namespace
+
+void QtPrompts::yield() {
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+}
+
+QString QtPrompts::dialog_filter(const std::string& filter) {
+    const QStringList parts = qt_text(filter).split('|');
+    QStringList entries;
+    for (qsizetype i = 0; i + 1 < parts.size(); i += 2) {
+        QString name = parts[i];
+        // Qt takes the patterns from the brackets at the end.
+        if (const auto bracket = name.indexOf('('); bracket >= 0) name.truncate(bracket);
+        QString patterns = parts[i + 1];
+        patterns.replace(';', ' ').replace("*.*", "*");
+        entries << name.trimmed() + " (" + patterns + ")";
+    }
+    return entries.join(";;");
+}
+
+void QtPrompts::show_message(const std::string& text) {
+    QMessageBox box(QMessageBox::Information, dialog_title, qt_text(text), QMessageBox::Ok, window_);
+    box.setTextFormat(Qt::PlainText);
+    box.exec();
+}
+
+bool QtPrompts::show_question(const std::string& text) {
+    QMessageBox box(QMessageBox::Question, dialog_title, qt_text(text), QMessageBox::Yes | QMessageBox::No,
+                    window_);
+    box.setTextFormat(Qt::PlainText);
+    return box.exec() == QMessageBox::Yes;
+}
+
+std::optional<std::string> QtPrompts::show_input_box(const std::string& title, const std::string& prompt,
+                                                     const std::string& default_text) {
+    bool accepted = false;
+    const QString text = QInputDialog::getText(window_, qt_text(title), qt_text(prompt), QLineEdit::Normal,
+                                               qt_text(default_text), &accepted);
+    if (!accepted) return {};
+    return text.toStdString();
+}
+
+std::optional<std::string> QtPrompts::show_open_dialog(const FileRequest& request) {
+    return chosen(QFileDialog::getOpenFileName(window_, qt_text(request.title), qt_text(request.default_name),
+                                               dialog_filter(request.filter)));
+}
+
+std::optional<std::string> QtPrompts::show_save_dialog(const FileRequest& request) {
+    // Whether to overwrite is asked by the flow that saves, in its own words.
+    QFileDialog dialog(window_, qt_text(request.title), qt_text(request.default_name),
+                       dialog_filter(request.filter));
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setFileMode(QFileDialog::AnyFile);
+    dialog.setOption(QFileDialog::DontConfirmOverwrite);
+    dialog.setDefaultSuffix(qt_text(request.default_extension));
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
+    return chosen(dialog.selectedFiles().constFirst());
+}
+
+}  // namespace anomalis

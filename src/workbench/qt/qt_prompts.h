@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QString>
+
+#include "core/prompts.h"
+
+class QWidget;
+
+namespace anomalis {
+
+/// Asks and tells by dialogs over the window.
+class QtPrompts : public Prompts {
+  public:
+    /// The window that the dialogs belong to; null while there is none.
+    void set_window(QWidget* window) { window_ = window; }
+
+    /// Lets the window paint itself; the person's keys and clicks wait.
+    void yield() override;
+
+    /// "Text|*.a;*.b|All files (*.*)|*.*" as Qt's file dialogs want it.
+    static QString dialog_filter(const std::string& filter);
+
+  protected:
+    void show_message(const std::string& text) override;
+    bool show_question(const std::string& text) override;
+    std::optional<std::string> show_input_box(const std::string& title, const std::string& prompt,
+                                              const std::string& default_text) override;
+    std::optional<std::string> show_open_dialog(const FileRequest& request) override;
+    std::optional<std::string> show_save_dialog(const FileRequest& request) override;
+
+  private:
+    QWidget* window_ = nullptr;
+};
+
+}  // namespace anomalis

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <array>
+#include <vector>
+
+#include "workbench/qt/entry_box.h"
+#include "workbench/qt/panel.h"
+#include "workbench/settings_boxes.h"
+#include "workbench/workbench.h"
+
+class QCheckBox;
+class QComboBox;
+
+namespace anomalis {
+
+/// A panel of boxes that are taken over on leaving.
+class SettingsPanel : public Panel {
+    Q_OBJECT
+
+  public:
+    SettingsPanel(const char* object_name, const QString& heading, Workbench& workbench, FormGuards& guards,
+                  int caption_width = wide_captions);
+
+    /// Shows everything as the workspace holds it.
+    virtual void fill();
+
+  signals:
+    /// A setting was stored: what is on show is out of date.
+    void setting_changed();
+    void text_refused(const QString& caption, const QString& text);
+
+  protected:
+    CommitBox* make_box(SettingsBox box, const ControlText& text);
+    void add_box(int row, int pair, SettingsBox box, const ControlText& text);
+    Workbench& workbench() { return workbench_; }
+    FormGuards& guards() { return guards_; }
+
+  private:
+    Workbench& workbench_;
+    FormGuards& guards_;
+    std::vector<CommitBox*> boxes_;
+};
+
+/// The ambient field.
+class FieldPanel : public SettingsPanel {
+    Q_OBJECT
+
+  public:
+    FieldPanel(Workbench& workbench, FormGuards& guards);
+    /// The three texts as their boxes show them: intensity, inclination, declination.
+    std::array<std::string, 3> texts() const;
+
+  private:
+    std::array<CommitBox*, 3> field_boxes_{};
+};
+
+/// Drawing: grids, the drawn length of endless bodies, label and aspect ratio.
+class GraphOptionsPanel : public SettingsPanel {
+    Q_OBJECT
+
+  public:
+    GraphOptionsPanel(Workbench& workbench, FormGuards& guards);
+    void fill() override;
+
+  private:
+    QCheckBox* label_check_;
+    QCheckBox* aspect_check_;
+};
+
+}  // namespace anomalis

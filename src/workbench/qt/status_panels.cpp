@@ -1,0 +1,86 @@
+#include "workbench/qt/status_panels.h"
+
+#include <QFrame>
+#include <QHBoxLayout>
+#include <QLabel>
+
+#include "core/numbers.h"
+#include "workbench/pointer_panels.h"
+#include "workbench/qt/look.h"
+
+namespace anomalis {
+
+namespace {
+
+struct PanelPlan {
+    const char* caption;
+    const char* widest;  ///< the panel keeps this width, so that nothing jumps
+    const char* tip;
+};
+
+constexpr std::array<PanelPlan, 7> plans{
+    {{"", "", "What happened last"},
+     {"", "Model (Vertical stretch 00.00)", "The chart under the pointer"},
+     {"X", "0000000.00", "Distance along the profile under the pointer, m"},
+     {"Y", "-000000.00", "Value under the pointer, in the chart's unit"},
+     {"E", "0000000.00", "East of the nearest station, m"},
+     {"N", "00000000.00", "North of the nearest station, m"},
+     {"", "RMS: 0000.000 0000.00", "Misfit of data and of gradient between observed and calculated"}}};
+
+}  // namespace
+
+StatusPanels::StatusPanels(QWidget* parent) : QStatusBar(parent) {
+    setObjectName("StatusBar");
+    setSizeGripEnabled(false);
+    for (std::size_t i = 0; i < plans.size(); ++i) {
+        auto* holder = new QWidget;
+        auto* row = new QHBoxLayout(holder);
+        row->setContentsMargins(i == 0 ? 8 : 0, 2, 4, 2);
+        row->setSpacing(6);
+        if (i > 0) {
+            auto* line = new QFrame;
+            line->setFrameShape(QFrame::VLine);
+            line->setForegroundRole(QPalette::Mid);
+            row->addWidget(line);
+        }
+        if (plans[i].caption[0] != '\0') {
+            auto* caption = new QLabel(tr(plans[i].caption));
+            make_quiet(*caption);
+            row->addWidget(caption);
+        }
+        panels_[i] = new QLabel;
+        panels_[i]->setObjectName("StatusBar_" + QString::number(i + 1));
+        panels_[i]->setMinimumWidth(fontMetrics().horizontalAdvance(plans[i].widest));
+        holder->setToolTip(tr(plans[i].tip));
+        row->addWidget(panels_[i]);
+        if (i == 0) {
+            addWidget(holder, 1);
+        } else {
+            addPermanentWidget(holder);
+        }
+    }
+}
+
+void StatusPanels::show_text(const QString& text) {
+    panel(1)->setText(text);
+    panel(1)->setToolTip(text);
+}
+
+void StatusPanels::show_pointer(const PointerPanels& panels) {
+    panel(2)->setText(QString::fromStdString(panels.chart));
+    panel(3)->setText(QString::fromStdString(panels.x));
+    panel(4)->setText(QString::fromStdString(panels.y));
+    panel(5)->setText(QString::fromStdString(panels.east));
+    panel(6)->setText(QString::fromStdString(panels.north));
+}
+
+void StatusPanels::show_misfit(double data_norm, double gradient_norm) {
+    panel(7)->setText("RMS: " + QString::fromStdString(format_number(data_norm, "0.000")) + " " +
+                      QString::fromStdString(format_number(gradient_norm, "0.00")));
+}
+
+void StatusPanels::clear_line() {
+    for (int number = 2; number <= 7; ++number) panel(number)->clear();
+}
+
+}  // namespace anomalis

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <array>
+
+#include <QStatusBar>
+
+class QLabel;
+
+namespace anomalis {
+
+struct PointerPanels;
+
+/// The status bar `StatusBar`: message, chart, X, Y, east, north, misfit, numbered 1 to 7.
+class StatusPanels : public QStatusBar {
+    Q_OBJECT
+
+  public:
+    explicit StatusPanels(QWidget* parent = nullptr);
+
+    void show_text(const QString& text);
+    void show_pointer(const PointerPanels& panels);
+    void show_misfit(double data_norm, double gradient_norm);
+    void clear_line();
+
+  private:
+    QLabel* panel(int number) { return panels_.at(static_cast<std::size_t>(number - 1)); }
+    std::array<QLabel*, 7> panels_{};
+};
+
+}  // namespace anomalis

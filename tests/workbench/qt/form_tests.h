@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QObject>
+
+namespace anomalis {
+
+QObject* make_form_start_test();
+QObject* make_form_load_test();
+QObject* make_form_charts_test();
+QObject* make_form_layout_test();
+
+/// Keeps pictures of both tabs and the plan of each workspace named (split by ":") in a folder, at two sizes:
+/// for people to look at, and for the guide.
+void keep_pictures(const QString& folder, const QString& workspaces);
+
+}  // namespace anomalis

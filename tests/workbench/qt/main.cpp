@@ -1,0 +1,23 @@
+#include <memory>
+
+#include <QApplication>
+#include <QtTest>
+
+#include "workbench/qt/form_tests.h"
+#include "workbench/qt/look.h"
+
+int main(int argc, char** argv) {
+    QApplication application(argc, argv);
+    anomalis::apply_look(application);
+    if (argc == 4 && QString(argv[1]) == "--pictures") {
+        anomalis::keep_pictures(argv[2], argv[3]);
+        return 0;
+    }
+    int failed = 0;
+    for (auto* make : {anomalis::make_form_start_test, anomalis::make_form_load_test,
+                       anomalis::make_form_charts_test, anomalis::make_form_layout_test}) {
+        const std::unique_ptr<QObject> test(make());
+        failed += QTest::qExec(test.get(), argc, argv);
+    }
+    return failed == 0 ? 0 : 1;
+}
