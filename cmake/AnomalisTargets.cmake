@@ -8,6 +8,9 @@ target_include_directories(anomalis_flags INTERFACE ${PROJECT_SOURCE_DIR}/src)
 target_compile_options(anomalis_flags INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Werror
   $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict> -ffp-contract=off -fno-math-errno)
+if(ANOMALIS_FUZZ)
+  target_compile_options(anomalis_flags INTERFACE -fsanitize=fuzzer-no-link)
+endif()
 if(ANOMALIS_SANITIZE)
   target_compile_options(anomalis_flags INTERFACE
     -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
@@ -30,8 +33,19 @@ function(anomalis_test name)
   gtest_discover_tests(test_${name} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 300)
 endfunction()
 
-# anomalis_qt_test(NAME SOURCES ... DEPENDS ...): a Qt Test program, without a display; one ctest entry.
+# anomalis_qt_test(NAME SOURCES ... DEPENDS ...): the same with an application on the offscreen platform.
 function(anomalis_qt_test name)
+  cmake_parse_arguments(TEST "" "" "SOURCES;DEPENDS" ${ARGN})
+  add_executable(test_${name} ${TEST_SOURCES} ${PROJECT_SOURCE_DIR}/tests/support/qt_main.cpp)
+  target_link_libraries(test_${name} PRIVATE anomalis_flags ${TEST_DEPENDS} GTest::gtest GTest::gmock Qt6::Test)
+  target_include_directories(test_${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+  # The libraries below Qt keep what they allocate until the end; that is not ours to free.
+  gtest_discover_tests(test_${name} DISCOVERY_MODE PRE_TEST
+    PROPERTIES TIMEOUT 300 ENVIRONMENT "ASAN_OPTIONS=detect_leaks=0;QT_QPA_PLATFORM=offscreen")
+endfunction()
+
+# anomalis_window_test(NAME SOURCES ... DEPENDS ...): a Qt Test program, without a display; one ctest entry.
+function(anomalis_window_test name)
   cmake_parse_arguments(TEST "" "" "SOURCES;DEPENDS" ${ARGN})
   add_executable(test_${name} ${TEST_SOURCES})
   target_link_libraries(test_${name} PRIVATE anomalis_flags ${TEST_DEPENDS} Qt6::Test)
@@ -45,5 +59,5 @@ endfunction()
 function(anomalis_bench name)
   cmake_parse_arguments(BENCH "" "" "SOURCES;DEPENDS" ${ARGN})
   add_executable(bench_${name} ${BENCH_SOURCES})
-  target_link_libraries(bench_${name} PRIVATE anomalis_flags ${BENCH_DEPENDS} benchmark::benchmark_main)
+  target_link_libraries(bench_${name} PRIVATE anomalis_flags ${BENCH_DEPENDS} benchmark::benchmark_main benchmark::benchmark)
 endfunction()

@@ -22,3 +22,14 @@ function(anomalis_vector_sources target)
     target_sources(${objects} PRIVATE ${ARGN})
   endforeach()
 endfunction()
+
+# anomalis_check_vector_sources(TARGET): a test that the wide objects of TARGET keep to their own namespaces.
+function(anomalis_check_vector_sources target)
+  foreach(level avx2 avx512)
+    if(TARGET ${target}_${level})
+      add_test(NAME vector_objects.${target}_${level}
+        COMMAND ${CMAKE_COMMAND} -DNM=${CMAKE_NM} -DLEVEL=${level}
+          "-DOBJECTS=$<TARGET_OBJECTS:${target}_${level}>" -P ${PROJECT_SOURCE_DIR}/cmake/CheckVectorObjects.cmake)
+    endif()
+  endforeach()
+endfunction()

@@ -19,6 +19,7 @@ test  libgtest-dev        the tests
 test  libgmock-dev        the tests
 test  libbenchmark-dev    the benchmarks
 test  poppler-utils       looking into exported PDF pages
+test  inkscape            looking into exported metafiles and SVG drawings
 LIST
 }
 

@@ -11,7 +11,7 @@ namespace anomalis {
 namespace {
 
 constexpr int columns = 3;
-constexpr double gap = 120.0;
+constexpr double gap = 240.0;
 constexpr Colour blue = colour_of(31, 84, 155);
 constexpr Colour green = colour_of(32, 128, 72);
 constexpr Colour red = colour_of(178, 48, 40);

@@ -1,11 +1,13 @@
 #pragma once
 
+#include <algorithm>
 #include <cassert>
 #include <cstddef>
 #include <span>
 #include <vector>
 
 #include "core/failure.h"
+#include "core/zero_allocator.h"
 
 namespace anomalis {
 
@@ -57,7 +59,8 @@ class Array1 {
     std::vector<T> values_;
 };
 
-/// A table of `Columns` columns numbered from `First`, rows numbered from 1, the row index running fastest.
+/// A table of numbers in `Columns` columns numbered from `First`, rows numbered from 1, the row index running
+/// fastest.
 template <class T, int Columns, int First = 1>
 class ColumnTable {
   public:
@@ -79,18 +82,24 @@ class ColumnTable {
     std::span<T> span() { return values_; }
     std::span<const T> span() const { return values_; }
 
-    void assign(int rows, T value = T()) {
+    /// Gives the table `rows` rows of zeros; storage is kept when it has that size already.
+    void assign(int rows) {
         rows_ = rows;
-        values_.assign(static_cast<std::size_t>(rows) * Columns, value);
+        const std::size_t size = static_cast<std::size_t>(rows) * Columns;
+        if (values_.size() == size) return std::fill(values_.begin(), values_.end(), T());
+        Storage().swap(values_);
+        values_ = Storage(size);
     }
     void release() {
         rows_ = 0;
-        std::vector<T>().swap(values_);
+        Storage().swap(values_);
     }
 
     bool operator==(const ColumnTable&) const = default;
 
   private:
+    using Storage = std::vector<T, ZeroAllocator<T>>;
+
     std::size_t offset(int column) const {
         return static_cast<std::size_t>(column - First) * static_cast<std::size_t>(rows_);
     }
@@ -100,7 +109,7 @@ class ColumnTable {
     }
 
     int rows_ = 0;
-    std::vector<T> values_;
+    Storage values_;
 };
 
 }  // namespace anomalis

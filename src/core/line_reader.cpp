@@ -7,6 +7,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "core/byte_word.h"
 #include "core/failure.h"
 
 namespace anomalis {
@@ -15,17 +16,23 @@ namespace {
 
 constexpr std::size_t buffer_size = 65536;
 constexpr std::size_t style_window = 512;
+constexpr std::size_t piece_size = 256;
 constexpr unsigned char byte_order_mark = 239;
 
 bool is_printable(char c) {
     return static_cast<unsigned char>(c - 32) <= 126 - 32;
 }
 
-/// Without a branch on the single character, so that it vectorises.
-bool all_printable(std::string_view text) {
-    unsigned char others = 0;
-    for (const char c : text) others |= static_cast<unsigned char>(!is_printable(c));
-    return others == 0;
+/// How many printable characters stand at `at`, up to `limit`.
+/// REQUIRES: a word can be read at any of them.
+std::size_t printable_run(const char* at, std::size_t limit) {
+    for (std::size_t i = 0; i < limit; i += word_bytes) {
+        // Marked are bytes below 32, from 127 and from 128 on; only bytes behind the first mark can be wrong.
+        const ByteWord word = load_word(at + i);
+        const ByteWord marks = ((word - every_byte(32)) | (word + every_byte(1)) | word) & every_byte(0x80);
+        if (marks != 0) return std::min(i + first_marked_byte(marks), limit);
+    }
+    return limit;
 }
 
 bool ends_line(char c) {
@@ -48,7 +55,7 @@ std::size_t append_printable(std::string_view text, std::string& line) {
 
 }  // namespace
 
-LineReader::LineReader(const std::string& path) : path_(path), buffer_(buffer_size) {
+LineReader::LineReader(const std::string& path) : path_(path), buffer_(buffer_size + word_bytes) {
     // Not blocking: the open of a pipe without a writer would wait for ever.
     descriptor_ = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
     if (descriptor_ < 0) throw FileFault(errno, path);
@@ -73,10 +80,10 @@ bool LineReader::fill() {
         end_ -= begin_;
         begin_ = 0;
     }
-    if (end_ == buffer_.size()) return false;
+    if (end_ == buffer_size) return false;
     ssize_t count = 0;
     do {
-        count = ::read(descriptor_, buffer_.data() + end_, buffer_.size() - end_);
+        count = ::read(descriptor_, buffer_.data() + end_, buffer_size - end_);
     } while (count < 0 && errno == EINTR);
     if (count < 0) throw FileFault(errno, path_);
     end_ += static_cast<std::size_t>(count);
@@ -106,17 +113,15 @@ bool LineReader::at_end() {
     return begin_ == end_ && !fill();
 }
 
-/// The length of the text before the first `end_of_line` among the next `limit` characters, all of it within
-/// the buffer; npos when there is none.
-std::size_t LineReader::find_in_buffer(char end_of_line, std::size_t limit) {
+/// The length of the text before the next CR, all of it within the buffer; npos when there is none.
+std::size_t LineReader::find_carriage_return() {
     std::size_t searched = 0;
     do {
-        const std::size_t size = std::min(end_ - begin_, limit);
         const char* from = buffer_.data() + begin_;
-        if (const void* found = std::memchr(from + searched, end_of_line, size - searched))
+        if (const void* found = std::memchr(from + searched, '\r', end_ - begin_ - searched))
             return static_cast<std::size_t>(static_cast<const char*>(found) - from);
-        searched = size;
-    } while (searched < limit && fill());
+        searched = end_ - begin_;
+    } while (fill());
     return std::string_view::npos;
 }
 
@@ -130,7 +135,7 @@ void LineReader::end_at_carriage_return() {
 std::string_view LineReader::read_line() {
     if (at_end()) return {};
     ++line_number_;
-    const std::size_t length = find_in_buffer('\r', buffer_.size());
+    const std::size_t length = find_carriage_return();
     if (length != std::string_view::npos) {
         const std::string_view line(buffer_.data() + begin_, length);
         begin_ += length;
@@ -153,19 +158,19 @@ std::string_view LineReader::read_line() {
 std::string_view LineReader::read_lf_line() {
     if (at_end()) return {};
     ++line_number_;
-    std::size_t piece = find_in_buffer('\n', longest_lf_line);
-    if (piece != std::string_view::npos) {
-        const std::string_view line(buffer_.data() + begin_, piece);
-        if (all_printable(line)) {
-            begin_ += piece + 1;
-            return line;
-        }
+    // Nearly every line stands in the buffer, is short and has nothing to drop: it is given as it stands.
+    std::size_t run = printable_run(buffer_.data() + begin_, std::min(end_ - begin_, longest_lf_line));
+    if (begin_ + run == end_ && fill())
+        run = printable_run(buffer_.data() + begin_, std::min(end_ - begin_, longest_lf_line));
+    if (begin_ + run < end_ && buffer_[begin_ + run] == '\n') {
+        const std::string_view line(buffer_.data() + begin_, run);
+        begin_ += run + 1;
+        return line;
     }
     line_.clear();
     while (begin_ < end_ || fill()) {
-        piece = std::min({piece, end_ - begin_, longest_lf_line - line_.size()});
+        const std::size_t piece = std::min({piece_size, end_ - begin_, longest_lf_line - line_.size()});
         begin_ += append_printable({buffer_.data() + begin_, piece}, line_);
-        piece = std::string_view::npos;
         if (begin_ == end_) continue;
         if (buffer_[begin_] == '\r') {
             end_at_carriage_return();

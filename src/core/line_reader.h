@@ -41,7 +41,7 @@ class LineReader {
 
   private:
     bool fill();
-    std::size_t find_in_buffer(char end_of_line, std::size_t limit);
+    std::size_t find_carriage_return();
     void end_at_carriage_return();
 
     std::string path_;

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <limits>
 
+#include "core/decimal_scan.h"
 #include "core/failure.h"
 
 namespace anomalis {
@@ -119,10 +120,6 @@ bool is_blank(char c) {
     return c == ' ' || c == '\t';
 }
 
-bool is_digit(char c) {
-    return c >= '0' && c <= '9';
-}
-
 /// The length of the number that starts the text: sign, digits with one point, exponent; 0 if none.
 std::size_t number_length(std::string_view text) {
     std::size_t i = 0;
@@ -130,7 +127,7 @@ std::size_t number_length(std::string_view text) {
     std::size_t digits = 0;
     bool point = false;
     for (; i < text.size(); ++i) {
-        if (is_digit(text[i])) {
+        if (is_decimal_digit(text[i])) {
             ++digits;
         } else if (text[i] == '.' && !point) {
             point = true;
@@ -142,8 +139,8 @@ std::size_t number_length(std::string_view text) {
     if (i < text.size() && (text[i] == 'e' || text[i] == 'E')) {
         std::size_t j = i + 1;
         if (j < text.size() && (text[j] == '+' || text[j] == '-')) ++j;
-        if (j < text.size() && is_digit(text[j])) {
-            while (j < text.size() && is_digit(text[j])) ++j;
+        if (j < text.size() && is_decimal_digit(text[j])) {
+            while (j < text.size() && is_decimal_digit(text[j])) ++j;
             i = j;
         }
     }
@@ -169,7 +166,7 @@ bool too_small(std::string_view number) {
 /// too, so what follows the sign must be a digit or the point.
 bool convert(std::string_view number, double& value) {
     const std::size_t first = !number.empty() && number.front() == '-' ? 1 : 0;
-    if (first == number.size() || !(is_digit(number[first]) || number[first] == '.')) return false;
+    if (first == number.size() || !(is_decimal_digit(number[first]) || number[first] == '.')) return false;
     const auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), value);
     if (end != number.data() + number.size()) return false;
     if (error == std::errc()) return true;
@@ -181,38 +178,6 @@ bool convert(std::string_view number, double& value) {
 std::string_view without_plus(std::string_view number) {
     if (number.size() > 1 && number[0] == '+' && number[1] != '-') number.remove_prefix(1);
     return number;
-}
-
-/// Powers of ten that a double holds exactly.
-constexpr double exact_powers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
-                                   1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
-constexpr std::size_t exact_digits = 15;
-
-/// A sign and up to 15 digits with one point, as nearly all numbers of a survey are: digits and power of ten
-/// are then exact in a double, so that one division rounds rightly (Clinger 1990). False for any other text.
-bool convert_short_decimal(std::string_view number, double& value) {
-    const char* at = number.data();
-    const char* const end = at + number.size();
-    const bool negative = at != end && *at == '-';
-    if (negative) ++at;
-    if (static_cast<std::size_t>(end - at) > exact_digits + 1) return false;
-    std::uint64_t digits = 0;
-    const char* point = nullptr;
-    const char* const first = at;
-    for (; at != end; ++at) {
-        if (is_digit(*at)) {
-            digits = digits * 10 + static_cast<unsigned>(*at - '0');
-        } else if (*at == '.' && !point) {
-            point = at;
-        } else {
-            return false;
-        }
-    }
-    const std::ptrdiff_t count = end - first - (point ? 1 : 0);
-    if (count == 0 || static_cast<std::size_t>(count) > exact_digits) return false;
-    const double size = static_cast<double>(digits) / exact_powers[point ? end - point - 1 : 0];
-    value = negative ? -size : size;
-    return true;
 }
 
 }  // namespace
@@ -244,8 +209,9 @@ std::string format_number(std::int32_t value, std::string_view pattern) {
 bool parse_number(std::string_view text, double& value) {
     while (!text.empty() && is_blank(text.front())) text.remove_prefix(1);
     while (!text.empty() && is_blank(text.back())) text.remove_suffix(1);
-    text = without_plus(text);
-    return convert_short_decimal(text, value) || convert(text, value);
+    const char* const end = text.data() + text.size();
+    return (!text.empty() && scan_decimal(text.data(), end, value) == end) ||
+           convert(without_plus(text), value);
 }
 
 bool is_numeric(std::string_view text) {
@@ -257,7 +223,7 @@ double prefix_number(std::string_view text) {
     std::string packed;
     for (const char c : text) {
         if (is_blank(c)) continue;
-        if (!is_digit(c) && std::string_view("+-.eE").find(c) == std::string_view::npos) break;
+        if (!is_decimal_digit(c) && std::string_view("+-.eE").find(c) == std::string_view::npos) break;
         packed += c;
     }
     const std::string_view number(packed.data(), number_length(packed));

@@ -35,7 +35,7 @@ std::string user_folder(const char* variable, const char* below_home) {
 }
 
 std::string data_file_filter(const std::string& path) {
-    const std::string all = "All files (*.*)|*.*";
+    std::string all = "All files (*.*)|*.*";
     const std::string name = file_name(path);
     const auto dot = name.rfind('.');
     if (dot == std::string::npos || dot + 1 == name.size()) return all;

@@ -1,6 +1,10 @@
 #include "core/text.h"
 
 #include <algorithm>
+#include <array>
+
+#include "core/decimal_scan.h"
+#include "core/numbers.h"
 
 namespace anomalis {
 
@@ -10,8 +14,15 @@ bool skips(char c) {
     return c == ' ' || c == '\t';
 }
 
+/// Asked for every character of a data file, so by a table.
+constexpr auto token_ends = [] {
+    std::array<bool, 256> ends{};
+    for (const unsigned char c : {' ', '\t', ',', ';', '\''}) ends[c] = true;
+    return ends;
+}();
+
 bool ends_token(char c) {
-    return skips(c) || c == ',' || c == ';' || c == '\'';
+    return token_ends[static_cast<unsigned char>(c)];
 }
 
 void skip_blanks(std::string_view& line) {
@@ -60,6 +71,16 @@ std::string_view next_token(std::string_view& line) {
     line.remove_prefix(close + 1);
     drop_separator(line);
     return trim_blanks(token);
+}
+
+bool next_number(std::string_view& line, double& value) {
+    skip_blanks(line);
+    const char* const end = line.data() + line.size();
+    const char* const stop = line.empty() ? nullptr : scan_decimal(line.data(), end, value);
+    if (!stop || (stop != end && !ends_token(*stop))) return parse_number(next_token(line), value);
+    line.remove_prefix(static_cast<std::size_t>(stop - line.data()));
+    drop_separator(line);
+    return true;
 }
 
 bool equal_ignoring_case(std::string_view a, std::string_view b) {

@@ -13,6 +13,10 @@ std::string_view trim_blanks(std::string_view text);
 /// gives an empty token. The token and the rest point into the text that `line` pointed to.
 std::string_view next_token(std::string_view& line);
 
+/// Takes the first token off `line` as `next_token` does and reads it as `parse_number` does, in one scan.
+/// False when the token is not numeric; it is taken off all the same.
+bool next_number(std::string_view& line, double& value);
+
 /// False for "NO" and "FALSE" in any case and for "0", otherwise true.
 bool text_to_flag(std::string_view text);
 /// "Yes" or "No".

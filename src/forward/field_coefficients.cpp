@@ -107,7 +107,7 @@ void fill_coefficients(const Workspace& workspace, ModelBody& body) {
     const double inclination = workspace.field_inclination * radians_per_degree;
     Direction direction{workspace.field_declination * radians_per_degree, std::sin(inclination),
                         std::cos(inclination)};
-    if (std::abs(body.rem_q.value) > 0) {
+    if (body.rem_q.value != 0) {
         direction = add_remanence(total, remanent_magnitude(workspace, body), body);
     } else {
         body.last_calculated = to_single(susc < 0 ? -total.length() : total.length());

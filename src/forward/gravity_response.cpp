@@ -7,6 +7,7 @@
 #include "core/numbers.h"
 #include "core/prompts.h"
 #include "forward/field_coefficients.h"
+#include "forward/limited_response.h"
 #include "forward/prism.h"
 #include "forward/prism_facets.h"
 #include "forward/reference_point.h"
@@ -43,6 +44,8 @@ void fill(Workspace& workspace, int body_number, Prompts& prompts) {
     if (std::abs(body.density.value) < least_density) return;
     if (body.type == thin_sheet || body.type == thick_sheet) {
         fill_sheet(workspace, body, prompts);
+    } else if (body.type == pipe) {
+        fill_pipe_gravity(workspace, body, prompts);
     }
 }
 

@@ -1,7 +1,10 @@
 #include "forward/limited_response.h"
 
 #include "core/numbers.h"
+#include "forward/body_solid.h"
+#include "forward/demagnetisation.h"
 #include "forward/field_coefficients.h"
+#include "forward/forward_memory.h"
 #include "forward/prism.h"
 #include "forward/prism_facets.h"
 #include "forward/station_columns.h"
@@ -10,11 +13,34 @@ namespace anomalis {
 
 namespace {
 
-void store_moment(const Workspace& workspace, ModelBody& body) {
+Point3 east_north_up(double north, double east, double down) {
+    return {east, north, -down};
+}
+
+void fill_polyhedron(Workspace& workspace, ModelBody& body, const Magnetisation& m, ForwardMemory& memory) {
+    const AmbientField field = ambient_field(workspace);
+    memory.polyhedron.total_field(station_spans(workspace), east_north_up(m.north, m.east, m.down),
+                                  east_north_up(field.north, field.east, field.down), memory.values);
+    store_values(workspace, body, 1, memory.values);
+}
+
+Magnetisation store_moment(const Workspace& workspace, ModelBody& body) {
     const Magnetisation m = plain_magnetisation(workspace, body);
     body.moment_x = to_single(m.north);
     body.moment_y = to_single(m.east);
     body.moment_z = to_single(m.down);
+    return m;
+}
+
+/// Two triangles a face.
+std::array<Facet, 12> prism_triangles() {
+    std::array<Facet, 12> triangles{};
+    for (std::size_t f = 0; f < prism_faces.size(); ++f) {
+        const auto& face = prism_faces[f];
+        triangles[2 * f] = {face[0], face[1], face[2]};
+        triangles[2 * f + 1] = {face[0], face[2], face[3]};
+    }
+    return triangles;
 }
 
 void fill_prism_by_faces(const Workspace& workspace, ModelBody& body, const PrismCorners& corners,
@@ -33,11 +59,42 @@ void fill_prism_by_faces(const Workspace& workspace, ModelBody& body, const Pris
 
 }  // namespace
 
+StationSpans station_spans(const Workspace& workspace) {
+    const StationView view = station_view(workspace);
+    return {{view.east, view.count}, {view.north, view.count}, {view.sensor, view.count}};
+}
+
+void store_values(const Workspace& workspace, ModelBody& body, int column, std::span<const double> values) {
+    float* to = response_column(workspace, body, column);
+    for (const double value : values) *to++ = static_cast<float>(value);
+}
+
 void fill_prism(Workspace& workspace, ModelBody& body, Prompts& prompts) {
-    store_moment(workspace, body);
+    const Magnetisation m = store_moment(workspace, body);
     if (workspace.station_count <= 0) return;
     const PrismCorners corners = magnetic_prism(body);
-    fill_prism_by_faces(workspace, body, corners, prompts);
+    if (body.include_demagnetisation < 0) return fill_prism_by_faces(workspace, body, corners, prompts);
+    ForwardMemory& memory = forward_memory(workspace);
+    static const std::array<Facet, 12> triangles = prism_triangles();
+    memory.polyhedron.assign(corners, triangles);
+    fill_polyhedron(workspace, body, m, memory);
+}
+
+void fill_pipe(Workspace& workspace, ModelBody& body, Prompts& prompts) {
+    Magnetisation m = store_moment(workspace, body);
+    if (setup_cylinder_body(body, prompts) != 0) return;
+    ForwardMemory& memory = forward_memory(workspace);
+    if (body.include_demagnetisation != 0) m = demagnetised_pipe(body, m, memory.polyhedron);
+    memory.polyhedron.assign(body.solid.transformed_points, body.solid.facets);
+    fill_polyhedron(workspace, body, m, memory);
+}
+
+void fill_pipe_gravity(Workspace& workspace, ModelBody& body, Prompts& prompts) {
+    if (setup_cylinder_body(body, prompts) != 0) return;
+    ForwardMemory& memory = forward_memory(workspace);
+    memory.polyhedron.assign(body.solid.transformed_points, body.solid.facets);
+    memory.polyhedron.gravity(station_spans(workspace), body.density.value, memory.values);
+    store_values(workspace, body, 2, memory.values);
 }
 
 }  // namespace anomalis

@@ -48,8 +48,8 @@ void fill_by_type(Workspace& workspace, ModelBody& body, double strike_sine, Pro
         case thick_sheet:
         case pipe:
             if (unlimited_strike(body)) return add_thick_sheet(workspace, body, strike_sine, terms);
-            if (body.type == thick_sheet) fill_prism(workspace, body, prompts);
-            return;
+            return body.type == pipe ? fill_pipe(workspace, body, prompts)
+                                     : fill_prism(workspace, body, prompts);
         default:
             return;
     }

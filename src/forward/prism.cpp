@@ -17,8 +17,9 @@ Point3 moved_across(const ModelBody& body, const Point3& from, double across, do
     return {from.x + body.cos_strike * across, from.y - body.sin_strike * across, from.z + up};
 }
 
+/// False for a flat sheet; a dip that is no number counts as one, so that it shows.
 bool has_dip(const ModelBody& body) {
-    return std::abs(body.sin_dip) > 0.001;
+    return !(std::abs(body.sin_dip) <= 0.001);
 }
 
 /// Width of a top that is tilted by the slope, met by a far side that dips.

@@ -18,7 +18,7 @@ BodyFrame mirrored_frame(const ModelBody& body, double strike_sine) {
 /// How far the lower end lies across strike from the top, for x in the sense of the frame.
 double bottom_offset(const ModelBody& body, double strike_sine) {
     const double depth = body.depth_extent.value;
-    if (!(depth > 0) || !(std::abs(body.sin_dip) > 0.001)) return 0;
+    if (!(depth > 0) || std::abs(body.sin_dip) <= 0.001) return 0;
     const double offset = body.cos_dip * depth / body.sin_dip;
     return strike_sine < 0 ? -offset : offset;
 }

@@ -1,8 +1,8 @@
 #include "intake/record_reader.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
-#include <limits>
 #include <string>
 
 #include "core/failure.h"
@@ -25,8 +25,13 @@ bool is_comment(std::string_view line) {
 RecordReader::RecordReader(const DataDefinition& definition, const PointTransform& transform)
     : definition_(definition), transform_(transform), reader_(definition.data_file) {
     const DataDefinition& d = definition_;
-    highest_column_ =
-        std::max({d.x_column, d.y_column, d.z_column, d.dtm_column, d.mag_column, d.grav_column});
+    // The position columns exclude each other; the others may share a column with them and among themselves.
+    want(d.x_column, quantity_x);
+    if (d.y_column != d.x_column) want(d.y_column, quantity_y);
+    if (d.z_column != d.x_column && d.z_column != d.y_column) want(d.z_column, quantity_z);
+    want(d.dtm_column, quantity_dtm);
+    want(d.mag_column, quantity_mag);
+    want(d.grav_column, quantity_grav);
     values_.fill(never_read);
     style_ = reader_.detect_line_style();
     for (std::int32_t i = 1; i < d.first_data_line && !reader_.at_end(); ++i) reader_.next(style_);
@@ -59,32 +64,33 @@ bool RecordReader::read_group(std::string_view& line) {
     return true;
 }
 
-/// False when a wanted token is no number. What was taken before it stays.
-bool RecordReader::take_values(std::string_view line) {
-    for (std::int32_t column = 1; column <= highest_column_ && !line.empty(); ++column) {
-        if (!take_token(column, next_token(line))) return false;
+void RecordReader::want(std::int32_t column, Quantity quantity) {
+    if (column <= 0) return;
+    const auto bit = static_cast<std::uint8_t>(1U << quantity);
+    const auto end = wanted_.begin() + static_cast<std::ptrdiff_t>(wanted_count_);
+    const auto place =
+        std::find_if(wanted_.begin(), end, [&](const WantedColumn& w) { return w.column >= column; });
+    if (place != end && place->column == column) {
+        place->quantities |= bit;
+        return;
     }
-    return true;
+    std::move_backward(place, end, end + 1);
+    *place = {column, bit};
+    ++wanted_count_;
 }
 
-/// Position columns exclude each other; the others may share a column with them and among themselves.
-bool RecordReader::take_token(std::int32_t column, std::string_view token) {
-    const DataDefinition& d = definition_;
-    const bool x = column == d.x_column;
-    const bool y = !x && column == d.y_column;
-    const bool z = !x && !y && column == d.z_column;
-    const bool dtm = column == d.dtm_column;
-    const bool mag = column == d.mag_column;
-    const bool grav = column == d.grav_column;
-    if (!(x || y || z || dtm || mag || grav)) return true;
-    double value = 0;
-    if (!parse_number(token, value)) return false;
-    if (x) values_[quantity_x] = value;
-    if (y) values_[quantity_y] = value;
-    if (z) values_[quantity_z] = value;
-    if (dtm) values_[quantity_dtm] = value;
-    if (mag) values_[quantity_mag] = value;
-    if (grav) values_[quantity_grav] = value;
+/// False when a wanted token is no number. What was taken before it stays.
+bool RecordReader::take_values(std::string_view line) {
+    std::int32_t column = 1;
+    for (std::size_t i = 0; i < wanted_count_; ++i) {
+        for (; column < wanted_[i].column && !line.empty(); ++column) next_token(line);
+        if (line.empty()) return true;
+        double value = 0;
+        if (!next_number(line, value)) return false;
+        ++column;
+        for (unsigned bits = wanted_[i].quantities; bits != 0; bits &= bits - 1)
+            values_[static_cast<std::size_t>(std::countr_zero(bits))] = value;
+    }
     return true;
 }
 

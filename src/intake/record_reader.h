@@ -23,6 +23,12 @@ enum Quantity : std::size_t {
 /// One value for each quantity, -1E32 where none was read yet.
 using RecordValues = std::array<double, 6>;
 
+/// A column and what it feeds, a bit for each quantity.
+struct WantedColumn {
+    std::int32_t column = 0;
+    std::uint8_t quantities = 0;
+};
+
 /// Reads the records of an observed data file one after the other. The values stay from record to record: a
 /// short row keeps the earlier row's values for the columns that it lacks.
 class RecordReader {
@@ -41,7 +47,7 @@ class RecordReader {
   private:
     bool read_group(std::string_view& line);
     bool take_values(std::string_view line);
-    bool take_token(std::int32_t column, std::string_view token);
+    void want(std::int32_t column, Quantity quantity);
     void transform_point();
     [[noreturn]] void raise_overflow() const;
 
@@ -49,7 +55,8 @@ class RecordReader {
     PointTransform transform_;
     LineReader reader_;
     int style_ = 0;
-    std::int32_t highest_column_ = 0;
+    std::array<WantedColumn, 6> wanted_{};  ///< in rising order
+    std::size_t wanted_count_ = 0;
     long lines_read_ = 0;  ///< without those before the first data line
     bool finished_ = false;
     RecordValues values_{};

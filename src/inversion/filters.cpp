@@ -31,12 +31,12 @@ int near_taps(const FilterPass& pass, int stored) {
     return std::min(stored, reach);
 }
 
-const float* extend_ends(std::span<const float> row, std::size_t margin, std::vector<float>& padded) {
+const double* extend_ends(std::span<const float> row, std::size_t margin, std::vector<double>& padded) {
     padded.resize(row.size() + 2 * margin);
     const auto middle = padded.begin() + static_cast<std::ptrdiff_t>(margin);
-    std::fill(padded.begin(), middle, row.front());
+    std::fill(padded.begin(), middle, static_cast<double>(row.front()));
     const auto end = std::copy(row.begin(), row.end(), middle);
-    std::fill(end, padded.end(), row.back());
+    std::fill(end, padded.end(), static_cast<double>(row.back()));
     return padded.data() + margin;
 }
 
@@ -60,9 +60,12 @@ void run_pass(const FilterPass& pass, ChannelTable& data, FilterScratch& scratch
     work.input = extend_ends(input, margin, scratch.padded);
     work.output = output.data();
     work.stations = pass.station_count;
-    work.coefficients = scratch.coefficients.data();
-    work.end_pair = odd ? input.back() - input.front() : input.front() + input.back();
-    work.remainder = stored < half_width ? static_cast<float>(scratch.tail_sum) : 0.0F;
+    scratch.wide_coefficients.assign(scratch.coefficients.begin(), scratch.coefficients.end());
+    work.coefficients = scratch.wide_coefficients.data();
+    const auto front = static_cast<double>(input.front());
+    const auto back = static_cast<double>(input.back());
+    work.end_pair = odd ? back - front : front + back;
+    work.remainder = stored < half_width ? scratch.tail_sum : 0.0;
     work.odd = odd;
     work.subtract = pass.subtract;
     convolve_at(widest_vector_level())(work);

@@ -47,7 +47,8 @@ struct FilterPass {
 };
 
 /// Convolves a row of `data` into another one; beyond the ends the row goes on with its end values.
-/// Taps are added in their order in single precision, so the result is that of the plain loop to the bit.
+/// Taps are added in their order to a sum that is stored in a single after each of them, each sum being
+/// formed in doubles; the result is that of the plain loop to the bit.
 /// A negative tap step leaves the row (subscript fault); a sum beyond single precision is an overflow.
 void apply_filter(const FilterPass& pass, ChannelTable& data, FilterScratch& scratch, Prompts& prompts);
 

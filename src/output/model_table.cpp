@@ -24,7 +24,8 @@ std::string position_fields(const ModelBody& body) {
     const double cosine = std::cos(strike);
     const double half_width = body.width.value / 2.0;
     const double along = body.offset.value;
-    const double depth_to_top = body.type == pipe ? body.end_width_a / 2.0 : 0.0;
+    // Of a pipe, half its end width; the table goes with a save, which makes the end width the width.
+    const double depth_to_top = body.type == pipe ? half_width : 0.0;
     return format_number(body.east + cosine * half_width + sine * along, "0.000") + "," +
            format_number(body.north - sine * half_width + cosine * along, "0.000") + "," +
            format_number(depth_to_top, "0.000") + "," + format_number(body.width.value, "0.000") + "," +

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 // The workspace file (extension "axm"): the definition of the observed data, the processing settings, the
 // coordinate transform, all bodies with their limits and the window layout. It holds no observed data.
@@ -16,6 +17,8 @@ struct Workspace;
 /// as valid. The file that stood there before survives every failure.
 /// Returns 0, or -1 after a failure, which was shown.
 int write_model_parameters(int mode, const std::string& path, Workspace& workspace, Prompts& prompts);
+/// The text that a save would write, with the same effect on the record.
+std::string model_parameters_text(int mode, Workspace& workspace);
 
 /// Reads a workspace file. Mode 0: everything; below 0: definitions and display block; above 0: the bodies
 /// alone. `settings` holds the body defaults that an old file does not overrule. A data file that stands
@@ -24,5 +27,8 @@ int write_model_parameters(int mode, const std::string& path, Workspace& workspa
 /// only whole. In modes 0 and below a success sets `model_file` and its date.
 int read_model_parameters(int mode, Workspace& workspace, const std::string& path, const Settings& settings,
                           Prompts& prompts);
+/// The same from a text in memory; `path` is the file that it stands for.
+int read_model_parameters_text(int mode, Workspace& workspace, std::string_view text, const std::string& path,
+                               const Settings& settings, Prompts& prompts);
 
 }  // namespace anomalis

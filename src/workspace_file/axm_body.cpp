@@ -1,5 +1,7 @@
 #include "workspace_file/axm_body.h"
 
+#include <algorithm>
+
 #include "core/angles.h"
 #include "core/numbers.h"
 #include "core/text.h"
@@ -28,6 +30,14 @@ float numeric_or(std::string_view token, float fallback) {
     return is_numeric(token) ? to_single(prefix_number(token)) : fallback;
 }
 
+/// The name behind the "turned off" mark. Not taken as a token: that would drop a comma or an apostrophe that
+/// the name begins with.
+std::string_view behind_mark(std::string_view text) {
+    const std::size_t end = std::min(text.find_first_of(" \t,;'"), text.size());
+    const bool separator = end < text.size() && text[end] != ' ' && text[end] != '\t';
+    return trim_blanks(text.substr(end + (separator ? 1 : 0)));
+}
+
 /// What follows the type: flags, colour and name. The token before the name is the "turned off" mark; it is
 /// never restored, a body comes back switched on. In files from before that mark a name that starts with
 /// those digits loses its first word.
@@ -36,9 +46,8 @@ void read_heading(LineItems& items, ModelBody& body) {
     body.vary = items.integer();
     if (!items.left()) return;
     body.colour = items.integer();
-    LineItems rest(trim_blanks(items.rest()));
-    if (rest.rest().starts_with('0') || rest.rest().starts_with('1')) rest.token();
-    body.name = trim_blanks(rest.rest());
+    const std::string_view rest = trim_blanks(items.rest());
+    body.name = rest.starts_with('0') || rest.starts_with('1') ? behind_mark(rest) : rest;
 }
 
 void read_position(LineItems items, std::int32_t version, ModelBody& body) {

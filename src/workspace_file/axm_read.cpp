@@ -193,24 +193,36 @@ void read_lines(int mode, AxmLines& lines, const std::string& path, Workspace& w
     if (mode <= 0) read_display_block(lines, workspace.display);
 }
 
+void read_text(int mode, Workspace& workspace, std::string_view text, const std::string& path,
+               const Settings& settings, Prompts& prompts) {
+    drop_stations(workspace);
+    AxmLines lines(text);
+    try {
+        read_lines(mode, lines, path, workspace, settings, prompts);
+    } catch (const Fault& fault) {
+        throw Fault(std::string(fault.what()) + " (" + path + ", line " + std::to_string(lines.number()) +
+                    ")");
+    }
+    if (mode > 0) return;
+    workspace.model_file = path;
+    workspace.model_file_date = file_date(path);
+}
+
+constexpr std::string_view failure_prefix = "An error occurred while reading the location file : ";
+
 }  // namespace
 
 int read_model_parameters(int mode, Workspace& workspace, const std::string& path, const Settings& settings,
                           Prompts& prompts) {
-    return report_failure(prompts, "An error occurred while reading the location file : ", [&] {
-        const std::string text = read_whole_file(path);
-        drop_stations(workspace);
-        AxmLines lines(text);
-        try {
-            read_lines(mode, lines, path, workspace, settings, prompts);
-        } catch (const Fault& fault) {
-            throw Fault(std::string(fault.what()) + " (" + path + ", line " + std::to_string(lines.number()) +
-                        ")");
-        }
-        if (mode > 0) return;
-        workspace.model_file = path;
-        workspace.model_file_date = file_date(path);
+    return report_failure(prompts, failure_prefix, [&] {
+        read_text(mode, workspace, read_whole_file(path), path, settings, prompts);
     });
+}
+
+int read_model_parameters_text(int mode, Workspace& workspace, std::string_view text, const std::string& path,
+                               const Settings& settings, Prompts& prompts) {
+    return report_failure(prompts, failure_prefix,
+                          [&] { read_text(mode, workspace, text, path, settings, prompts); });
 }
 
 }  // namespace anomalis

@@ -16,9 +16,9 @@ AxmLines::AxmLines(std::string_view text) : text_(text) {
 std::string_view AxmLines::next() {
     ++number_;
     if (at_end()) throw Fault(FaultKind::input_past_end);
-    const std::size_t end = std::min(text_.find_first_of("\r\n"), text_.size());
-    const std::string_view line = text_.substr(0, end);
-    text_.remove_prefix(end);
+    const auto end = std::find_if(text_.begin(), text_.end(), [](char c) { return c == '\r' || c == '\n'; });
+    const std::string_view line(text_.begin(), end);
+    text_.remove_prefix(line.size());
     text_.remove_prefix(text_.starts_with("\r\n") ? 2 : text_.empty() ? 0 : 1);
     return trim_blanks(line);
 }
@@ -36,7 +36,9 @@ std::string_view LineItems::token() {
 }
 
 double LineItems::number() {
-    return prefix_number(token());
+    const std::string_view text = token();
+    double value = 0;
+    return parse_number(text, value) ? value : prefix_number(text);
 }
 
 float LineItems::single() {

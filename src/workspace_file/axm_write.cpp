@@ -110,16 +110,20 @@ void write_display_block(DisplaySettings& display, AxmWriter& out) {
 
 }  // namespace
 
+std::string model_parameters_text(int mode, Workspace& workspace) {
+    AxmWriter out;
+    write_data_lines(workspace, out);
+    write_transform_lines(workspace.transform, out);
+    if (mode >= 0) {
+        write_bodies(workspace, out);
+        write_display_block(workspace.display, out);
+    }
+    return out.text();
+}
+
 int write_model_parameters(int mode, const std::string& path, Workspace& workspace, Prompts& prompts) {
     return report_failure(prompts, "An error occurred while saving the model parameters: ", [&] {
-        AxmWriter out;
-        write_data_lines(workspace, out);
-        write_transform_lines(workspace.transform, out);
-        if (mode >= 0) {
-            write_bodies(workspace, out);
-            write_display_block(workspace.display, out);
-        }
-        write_file_safely(path, out.text());
+        write_file_safely(path, model_parameters_text(mode, workspace));
     });
 }
 

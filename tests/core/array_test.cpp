@@ -60,7 +60,8 @@ TEST(ColumnTable, the_row_runs_fastest) {
 
 TEST(ColumnTable, columns_start_where_the_type_says) {
     ColumnTable<double, 5, 0> table;
-    table.assign(2, 1);
+    table.assign(2);
+    table(2, 4) = 1;
     table(2, 0) = 5;
     EXPECT_EQ(table.column(0)[1], 5);
     EXPECT_EQ(table(2, 4), 1);

@@ -7,6 +7,7 @@
 
 #include "core/failure.h"
 #include "core/numbers.h"
+#include "core/text.h"
 
 namespace anomalis {
 namespace {
@@ -67,6 +68,28 @@ TEST(ParseNumber, rounds_as_the_system_does) {
         double expected = 0;
         ASSERT_EQ(std::from_chars(text.data(), text.data() + text.size(), expected).ec, std::errc()) << text;
         ASSERT_EQ(parsed(text), expected) << text;
+    }
+}
+
+/// Every text of a small alphabet and a length: the one scan must agree with the two it stands for.
+TEST(NextNumber, agrees_with_taking_a_token_and_reading_it) {
+    std::mt19937 random(13);
+    const std::string_view alphabet = "0123456789012345678901234567890123456789.-+e  \t,;'\"x";
+    for (int i = 0; i < 200000; ++i) {
+        std::string text(random() % 40, ' ');
+        for (char& c : text) c = alphabet[random() % alphabet.size()];
+        std::string_view one(text);
+        std::string_view two(text);
+        while (!one.empty() && !two.empty()) {
+            double got = 0;
+            double want = 0;
+            const bool numeric = parse_number(next_token(two), want);
+            ASSERT_EQ(next_number(one, got), numeric) << text;
+            if (numeric) {
+                ASSERT_EQ(got, want) << text;
+            }
+        }
+        ASSERT_EQ(trim_blanks(one), trim_blanks(two)) << text;
     }
 }
 

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "core/angles.h"
+#include "forward/point_lists.h"
 #include "support/scripted_prompts.h"
 
 namespace anomalis {
@@ -58,34 +59,6 @@ GraphicObject cylinder() {
 /// Area of the regular polygon of n corners in a circle of this diameter.
 double ring_area(double n, double diameter) {
     return n / 2 * std::sin(2 * std::acos(-1.0) / n) * diameter * diameter / 4;
-}
-
-ModelBody pipe_body() {
-    ModelBody body;
-    body.type = pipe;
-    body.width.value = 60;
-    body.length.value = 200;
-    body.east = 1000;
-    body.north = 2000;
-    body.top.value = -30;
-    return body;
-}
-
-/// The centre of gravity of all corners.
-Point3 middle(const std::vector<Point3>& points) {
-    Point3 sum;
-    for (const Point3& p : points) sum = {sum.x + p.x, sum.y + p.y, sum.z + p.z};
-    const auto n = static_cast<double>(points.size());
-    return {sum.x / n, sum.y / n, sum.z / n};
-}
-
-double span_of(const std::vector<Point3>& points, double Point3::*axis) {
-    double low = points[0].*axis, high = low;
-    for (const Point3& p : points) {
-        low = std::min(low, p.*axis);
-        high = std::max(high, p.*axis);
-    }
-    return high - low;
 }
 
 }  // namespace
@@ -275,146 +248,6 @@ TEST(TransformSolid, angles_at_their_lower_limit_are_left_out) {
     EXPECT_EQ(turned({-200, -400, -500}), (Point3{1, 2, 3}));
     EXPECT_NEAR(turned({0, -180, 0}).x, -1, 1e-6);
     EXPECT_NEAR(turned({-179.9F, 0, 0}).x, -1, 0.01);
-}
-
-TEST(CylinderBody, has_half_its_width_and_lies_at_the_top_with_its_offset_against_the_strike) {
-    ModelBody body = pipe_body();
-    body.offset.value = 50;
-    ScriptedPrompts prompts;
-    ASSERT_EQ(setup_cylinder_body(body, prompts), 0);
-    const Point3 centre = middle(body.solid.transformed_points);
-    EXPECT_NEAR(centre.x, 1000, 1e-6);
-    EXPECT_NEAR(centre.y, 2000 - 50, 1e-6);
-    EXPECT_NEAR(centre.z, -30, 1e-6);
-    EXPECT_NEAR(span_of(body.solid.transformed_points, &Point3::x), 30, 1e-9);
-    EXPECT_NEAR(span_of(body.solid.transformed_points, &Point3::y), 200, 1e-6);
-}
-
-TEST(CylinderBody, a_triangle_size_below_the_length_cuts_finer) {
-    ModelBody body = pipe_body();
-    ScriptedPrompts prompts;
-    body.max_triangle_size = 20;
-    ASSERT_EQ(setup_cylinder_body(body, prompts), 0);
-    // 200 / 20 segments, 2 pi 60 / 20 = 18.8 sectors, made even.
-    EXPECT_EQ(body.solid.facets.size(), 2U * 10 * 20 + 2 * 20);
-    body.max_triangle_size = 200;
-    ASSERT_EQ(setup_cylinder_body(body, prompts), 0);
-    EXPECT_EQ(body.solid.facets.size(), 48U) << "a size of the length or more has no effect";
-    body.max_triangle_size = 199;
-    body.num_segments = 7;
-    body.num_sectors = 30;
-    ASSERT_EQ(setup_cylinder_body(body, prompts), 0);
-    EXPECT_EQ(body.solid.facets.size(), 2U * 7 * 30 + 2 * 30) << "never coarser than asked for";
-}
-
-TEST(CylinderBody, a_triangle_size_for_a_milliard_facets_is_refused_before_memory_is_taken) {
-    ModelBody body = pipe_body();
-    body.length.value = 60000;
-    body.width.value = 10000;
-    body.max_triangle_size = 2.75F;
-    ScriptedPrompts prompts;
-    EXPECT_EQ(setup_cylinder_body(body, prompts), -1);
-    ASSERT_EQ(prompts.messages.size(), 1U);
-    EXPECT_EQ(prompts.messages[0].rfind(
-                  "An error occurred while setting up the cylinder body: the solid would have 99", 0),
-              0U)
-        << prompts.messages[0];
-    EXPECT_TRUE(prompts.told("facets, the limit is 2000000"));
-    EXPECT_TRUE(body.solid.points.empty());
-    body.max_triangle_size = 1e-38F;
-    EXPECT_EQ(setup_cylinder_body(body, prompts), -1);
-    body.max_triangle_size = 0;
-    body.num_segments = 100000;
-    EXPECT_EQ(setup_cylinder_body(body, prompts), -1);
-}
-
-TEST(CylinderBody, a_shell_of_half_the_width_or_more_leaves_no_solid) {
-    ModelBody body = pipe_body();
-    ScriptedPrompts prompts;
-    ASSERT_EQ(setup_cylinder_body(body, prompts), 0);
-    body.shell_thickness = 30;
-    ASSERT_EQ(setup_cylinder_body(body, prompts), 0);
-    EXPECT_TRUE(body.solid.facets.empty() && body.solid.transformed_points.empty());
-    EXPECT_TRUE(prompts.messages.empty());
-    body.shell_thickness = 29;
-    ASSERT_EQ(setup_cylinder_body(body, prompts), 0);
-    EXPECT_EQ(body.solid.facets.size(), 96U);
-}
-
-TEST(CylinderBody, end_caps_of_half_the_length_leave_no_solid) {
-    ModelBody body = pipe_body();
-    ScriptedPrompts prompts;
-    body.shell_thickness = 5;
-    body.end_thickness = 100;
-    ASSERT_EQ(setup_cylinder_body(body, prompts), 0);
-    EXPECT_TRUE(body.solid.facets.empty());
-}
-
-namespace {
-
-/// What a call keeps shows by a mark in the lists that no calculation sets.
-struct Kept {
-    bool shape, place;
-};
-
-template <class Change>
-Kept kept_after(Change change) {
-    ModelBody body = pipe_body();
-    ScriptedPrompts prompts;
-    setup_cylinder_body(body, prompts);
-    body.solid.points[0].x = 12345;
-    body.solid.transformed_points[0].x = 54321;
-    change(body);
-    EXPECT_EQ(setup_cylinder_body(body, prompts), 0);
-    return {body.solid.points[0].x == 12345, body.solid.transformed_points[0].x == 54321};
-}
-
-}  // namespace
-
-TEST(CylinderBody, a_changed_property_reuses_shape_and_place) {
-    const Kept kept = kept_after([](ModelBody& body) {
-        body.susc.value = 1;
-        body.density.value = 9;
-    });
-    EXPECT_TRUE(kept.shape && kept.place);
-}
-
-TEST(CylinderBody, a_moved_body_reuses_its_shape) {
-    using Change = void (*)(ModelBody&);
-    for (const Change change :
-         {Change{[](ModelBody& b) { b.east += 1; }}, Change{[](ModelBody& b) { b.top.value = 4; }},
-          Change{[](ModelBody& b) { b.dip.value = 4; }}, Change{[](ModelBody& b) { b.strike.value = 4; }},
-          Change{[](ModelBody& b) { b.plunge.value = 4; }},
-          Change{[](ModelBody& b) { b.offset.value = 4; }}}) {
-        const Kept kept = kept_after(change);
-        EXPECT_TRUE(kept.shape);
-        EXPECT_FALSE(kept.place);
-    }
-}
-
-TEST(CylinderBody, a_changed_shape_is_built_and_placed_anew) {
-    using Change = void (*)(ModelBody&);
-    for (const Change change :
-         {Change{[](ModelBody& b) { b.length.value = 4; }}, Change{[](ModelBody& b) { b.width.value = 4; }},
-          Change{[](ModelBody& b) { b.shell_thickness = 4; }},
-          Change{[](ModelBody& b) { b.end_thickness = 4; }}, Change{[](ModelBody& b) { b.num_sectors = 4; }},
-          Change{[](ModelBody& b) { b.num_segments = 4; }},
-          Change{[](ModelBody& b) { b.max_triangle_size = 4; }}}) {
-        const Kept kept = kept_after(change);
-        EXPECT_FALSE(kept.shape);
-        EXPECT_FALSE(kept.place);
-    }
-}
-
-TEST(CylinderBody, without_length_keeps_its_points_in_one_place) {
-    ModelBody body = pipe_body();
-    body.length.value = 0;
-    ScriptedPrompts prompts;
-    EXPECT_EQ(setup_cylinder_body(body, prompts), 0);
-    EXPECT_EQ(prompts.messages.size(), 1U);
-    EXPECT_EQ(setup_cylinder_body(body, prompts), 0);
-    EXPECT_EQ(prompts.messages.size(), 1U) << "the shape has not changed, so it is not tried again";
-    EXPECT_EQ(body.solid.transformed_points[7], (Point3{1000, 2000, -30}));
 }
 
 }  // namespace anomalis

@@ -11,7 +11,8 @@ namespace {
 std::vector<float> run_at(VectorLevel level, const std::vector<float>& in, const std::vector<float>& taps,
                           bool odd, bool subtract) {
     const std::size_t margin = taps.size() - 1;
-    std::vector<float> padded(margin, in.front());
+    const std::vector<double> wide(taps.begin(), taps.end());
+    std::vector<double> padded(margin, in.front());
     padded.insert(padded.end(), in.begin(), in.end());
     padded.insert(padded.end(), margin, in.back());
     std::vector<float> out(in.size());
@@ -19,7 +20,7 @@ std::vector<float> run_at(VectorLevel level, const std::vector<float>& in, const
     pass.input = padded.data() + margin;
     pass.output = out.data();
     pass.stations = static_cast<int>(in.size());
-    pass.coefficients = taps.data();
+    pass.coefficients = wide.data();
     pass.near_taps = pass.stored_taps = static_cast<int>(margin);
     pass.odd = odd;
     pass.subtract = subtract;

@@ -153,7 +153,7 @@ TEST(ApplyFilter, no_pass_allocates_after_the_first) {
     OnePass one(rough_row(300));
     one.run(filter_hanning, 50);
     const float* const taps = one.scratch.coefficients.data();
-    const float* const padded = one.scratch.padded.data();
+    const double* const padded = one.scratch.padded.data();
     one.run(filter_vertical_gradient, 5);
     one.run(filter_triangular, 50);
     EXPECT_EQ(one.scratch.coefficients.data(), taps);

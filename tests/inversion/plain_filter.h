@@ -1,25 +1,29 @@
 #pragma once
 
+#include <algorithm>
 #include <vector>
 
 namespace anomalis {
 
-/// The filter rule as one would write it down first: one station after the other, tap by tap, in singles.
+/// The filter rule as one would write it down first: one station after the other, tap by tap, each sum formed
+/// in doubles and stored in a single.
 inline std::vector<float> plain_filter(const std::vector<float>& in, const std::vector<float>& c, long step,
                                        bool odd, bool subtract) {
     const long n = static_cast<long>(in.size());
     std::vector<float> out(in.size());
     for (long i = 0; i < n; ++i) {
-        float sum = c[0] * in[static_cast<std::size_t>(i)];
+        const auto at = [&](long k) {
+            return static_cast<double>(in[static_cast<std::size_t>(std::clamp(k, 0L, n - 1))]);
+        };
+        const auto tap = [&](long j) { return static_cast<double>(c[static_cast<std::size_t>(j)]); };
+        auto sum = static_cast<float>(tap(0) * at(i));
         for (long j = 1; j < static_cast<long>(c.size()); ++j) {
-            const long left = i - j * step;
-            const long right = i + j * step;
-            const float l = left < 0 ? in.front() : in[static_cast<std::size_t>(left)];
-            const float r = right >= n ? in.back() : in[static_cast<std::size_t>(right)];
-            const float pair = odd ? r - l : l + r;
-            sum = sum + pair * c[static_cast<std::size_t>(j)];
+            const double pair =
+                odd ? at(i + j * step) - at(i - j * step) : at(i - j * step) + at(i + j * step);
+            sum = static_cast<float>(static_cast<double>(sum) + pair * tap(j));
         }
-        out[static_cast<std::size_t>(i)] = subtract ? in[static_cast<std::size_t>(i)] - sum : sum;
+        out[static_cast<std::size_t>(i)] =
+            subtract ? static_cast<float>(at(i) - static_cast<double>(sum)) : sum;
     }
     return out;
 }

@@ -176,6 +176,10 @@ TEST(AxmBody, names_keep_blanks_and_lose_a_leading_switch_only) {
     EXPECT_EQ(name_of(" 10 Mile pipe", " 1 "), "Mile pipe");
     EXPECT_EQ(name_of(" 0 zero", " 1 "), "zero");
     EXPECT_EQ(name_of("  0  \"quoted\" name"), "\"quoted\" name");
+    EXPECT_EQ(name_of("  0  'apostrophes'"), "'apostrophes'");
+    EXPECT_EQ(name_of("  1  , comma"), ", comma");
+    EXPECT_EQ(name_of("  0"), "");
+    EXPECT_EQ(name_of("  0,old"), "old");
 }
 
 TEST(AxmBody, without_a_colour_the_default_name_stays) {

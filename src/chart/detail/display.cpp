@@ -111,6 +111,11 @@ void show_surface(GrapherState& state, int status) {
     surface.present();
 }
 
+/// Data, or axes that have been shown without any.
+bool has_content(const GrapherState& state) {
+    return !state.series.empty() || state.displayed;
+}
+
 int update_on_surface(GrapherState& state, bool take_limits) {
     return update_layout(state, *state.surface, state.surface->width(), state.surface->height(), take_limits);
 }
@@ -183,7 +188,7 @@ int refresh_graph(GrapherState& state, int mode) {
     const int status = on_surface(state, [&] {
         int drawn = 0;
         if (mode < 1 || !state.base_kept)
-            drawn = draw_base(state, update_on_surface(state, false), !state.series.empty());
+            drawn = draw_base(state, update_on_surface(state, false), has_content(state));
         show_surface(state, drawn);
         return drawn;
     });
@@ -194,7 +199,7 @@ int refresh_graph(GrapherState& state, int mode) {
 void resize(GrapherState& state) {
     state.base_kept = false;
     if (state.surface == nullptr) return;
-    if (state.series.empty())
+    if (!has_content(state))
         show_background(state);
     else
         refresh_graph(state, 0);

@@ -1,38 +1,35 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <vector>
 
 #include "chart/drawing_types.h"
 
 namespace anomalis {
 
-/// Passes the points of a line on, of each pixel column only the first, lowest, highest and last in their
-/// order. A raster shows no difference: what is left out lies in the column between the lowest and highest.
-class PointThinner {
-  public:
-    /// `pixel` is the width of a column in surface units; 0 passes every point.
-    void begin(double pixel, std::vector<Point>& out);
-    void add(Point p);
-    void end();
+/// The straight-line mapping of a plot from transformed units to the surface.
+struct Projection {
+    double x_low = 0.0;  ///< the view's low ends, transformed units
+    double y_low = 0.0;
+    double x_scale = 1.0;
+    double y_scale = 1.0;
+    Rect plot;
 
-  private:
-    struct Numbered {
-        Point at;
-        std::int64_t order = 0;
-    };
-    void flush();
-
-    std::vector<Point>* out_ = nullptr;
-    double pixel_ = 0.0;
-    double column_ = 0.0;
-    std::int64_t order_ = 0;
-    bool open_ = false;
-    Numbered first_;
-    Numbered lowest_;
-    Numbered highest_;
-    Numbered last_;
+    Point operator()(double x, double y) const {
+        return {(x - x_low) * x_scale + plot.x_low, (y - y_low) * y_scale + plot.y_low};
+    }
+    /// Where on the X axis a place of the surface lies.
+    double x_at(double surface) const { return (surface - plot.x_low) / x_scale + x_low; }
 };
+
+/// Puts the places of a line's points, from `first` to the last before the next null, into `out`, and returns
+/// the index after them. Of each pixel column (`pixel` surface units wide; 0 = no thinning) only the first,
+/// lowest, highest and last are passed, in their order: a raster shows no difference, for what is left out
+/// lies in the column between the lowest and the highest. All that is left or right of the plot counts as
+/// one column.
+std::size_t collect_run(std::span<const double> xs, std::span<const double> ys, std::size_t first,
+                        const Projection& project, double pixel, std::vector<Point>& out);
 
 /// Which pixels of a plot hold a marker already.
 class PixelSet {
@@ -44,7 +41,7 @@ class PixelSet {
 
   private:
     Rect area_;
-    double pixel_ = 1.0;
+    double per_unit_ = 1.0;
     std::int64_t columns_ = 0;
     std::int64_t rows_ = 0;
     std::uint32_t round_ = 0;  ///< a pixel is taken when it holds this number

@@ -12,20 +12,10 @@ namespace {
 // The last station may miss the frame by rounding; its marker belongs to the picture.
 constexpr double marker_tolerance = 0.5;
 
-/// The mapping of one plot with what does not change taken out of the loop over points.
-struct Projection {
-    double x_scale, x_shift, y_scale, y_shift;
-    explicit Projection(const PlotFrame& f)
-        : x_scale(f.layout.x_scale),
-          x_shift(f.x.view.low),
-          y_scale(f.layout.y_scale),
-          y_shift(f.y.view.low),
-          plot(f.layout.plot) {}
-    Point operator()(double x, double y) const {
-        return {(x - x_shift) * x_scale + plot.x_low, (y - y_shift) * y_scale + plot.y_low};
-    }
-    Rect plot;
-};
+Projection projection_of(const PlotFrame& frame) {
+    return {frame.x.view.low, frame.y.view.low, frame.layout.x_scale, frame.layout.y_scale,
+            frame.layout.plot};
+}
 
 bool missing(const SeriesGroup& group, const SeriesData& data, std::size_t i) {
     return is_null(data.y[i]) || is_null(group.x[i]);
@@ -60,20 +50,13 @@ void SeriesPainter::plot(const SeriesTable& table, const PlotFrame& frame, Canva
 
 void SeriesPainter::plot_lines(const SeriesGroup& group, const SeriesData& data, const SeriesOptions& options,
                                const PlotFrame& frame, Canvas& canvas) {
-    const Projection project(frame);
+    const Projection project = projection_of(frame);
     const double column = canvas.thins() ? canvas.device().pixel_size() : 0.0;
-    thinner_.begin(column, run_);
     for (std::size_t i = 0; i < data.y.size(); ++i) {
-        if (!missing(group, data, i)) {
-            thinner_.add(project(group.x[i], data.y[i]));
-            continue;
-        }
-        thinner_.end();
+        if (missing(group, data, i)) continue;
+        i = collect_run(group.x, data.y, i, project, column, run_);
         draw_run(options, canvas);
-        thinner_.begin(column, run_);
     }
-    thinner_.end();
-    draw_run(options, canvas);
 }
 
 void SeriesPainter::draw_run(const SeriesOptions& options, Canvas& canvas) {
@@ -93,7 +76,7 @@ void SeriesPainter::draw_run(const SeriesOptions& options, Canvas& canvas) {
 /// that share a pixel column of a raster are drawn as one that covers them all.
 void SeriesPainter::plot_bars(const SeriesGroup& group, const SeriesData& data, const SeriesOptions& options,
                               const PlotFrame& frame, Canvas& canvas) {
-    const Projection project(frame);
+    const Projection project = projection_of(frame);
     const double zero = project(0.0, 0.0).y;
     const double pixel = canvas.thins() ? canvas.device().pixel_size() : 0.0;
     const auto draw = [&](const Rect& bar) {
@@ -125,7 +108,7 @@ void SeriesPainter::plot_bars(const SeriesGroup& group, const SeriesData& data, 
 
 void SeriesPainter::plot_markers(const SeriesGroup& group, const SeriesData& data,
                                  const SeriesOptions& options, const PlotFrame& frame, Canvas& canvas) {
-    const Projection project(frame);
+    const Projection project = projection_of(frame);
     const double radius = frame.properties.marker_size;
     const bool thinned = canvas.thins();
     if (thinned) marked_.begin(canvas.window(), canvas.device().pixel_size());

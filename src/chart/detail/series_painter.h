@@ -36,7 +36,6 @@ class SeriesPainter {
     void plot_markers(const SeriesGroup& group, const SeriesData& data, const SeriesOptions& options,
                       const PlotFrame& frame, Canvas& canvas);
 
-    PointThinner thinner_;
     std::vector<Point> run_;
     std::vector<Point> anchors_;
     PixelSet marked_;

@@ -87,10 +87,11 @@ std::string significant_text(double value, int digits) {
         return significant_text(mantissa, digits) + "x10^" + whole_number_text(exponent);
     }
     const int decimals = std::max(0, digits - 1 - exponent);
-    const double grid = std::pow(10.0, std::max(0, exponent - digits + 1));
     const std::string pattern =
         decimals == 0 ? "0" : "0." + std::string(static_cast<std::size_t>(decimals), '#');
-    return format_number(std::round(value / grid) * grid, pattern);
+    // Digits before the point that are too many become zeros.
+    const double grid = std::pow(10.0, std::max(0, exponent - digits + 1));
+    return format_number(grid > 1.0 ? std::round(value / grid) * grid : value, pattern);
 }
 
 std::string tick_text(double value, const AxisScale& scale, const std::string& format) {

@@ -2,7 +2,6 @@
 
 #include <cmath>
 
-#include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QImage>
 #include <QPainter>
@@ -45,9 +44,8 @@ Qt::PenStyle pen_style(LineStyle style) {
     return Qt::SolidLine;
 }
 
-}  // namespace
-
-QFont painter_font(const Font& font, double dots_per_inch) {
+/// The chart font for a target of so many dots an inch: the same shape on all of them, since hinting is off.
+QFont made_font(const Font& font, double dots_per_inch) {
     QFont made(QString::fromStdString(font.name));
     made.setPointSizeF(std::max(font.size, 1.0) * screen_dots_per_inch / dots_per_inch);
     made.setBold(font.bold);
@@ -56,8 +54,18 @@ QFont painter_font(const Font& font, double dots_per_inch) {
     return made;
 }
 
-TextExtent painter_measure(std::string_view text, const Font& font) {
-    const QFontMetricsF metrics(painter_font(font), &reference_device());
+}  // namespace
+
+const PainterDevice::Typeface& PainterDevice::typeface(const Font& font, double dots_per_inch) const {
+    for (const Typeface& known : typefaces_)
+        if (known.font == font && known.dots_per_inch == dots_per_inch) return known;
+    const QFont made = made_font(font, dots_per_inch);
+    return typefaces_.emplace_back(
+        Typeface{font, dots_per_inch, made, QFontMetricsF(made, &reference_device())});
+}
+
+TextExtent PainterDevice::measure(std::string_view text, const Font& font) const {
+    const QFontMetricsF& metrics = typeface(font, screen_dots_per_inch).metrics;
     return {metrics.horizontalAdvance(qt_text(text)) * units_per_screen_pixel,
             metrics.ascent() * units_per_screen_pixel, metrics.descent() * units_per_screen_pixel};
 }
@@ -134,18 +142,17 @@ void PainterDevice::polygon_fill(std::span<const Point> points, Colour colour) {
 
 void PainterDevice::text(Point anchor, double angle, std::string_view text, const Font& font, Colour colour) {
     if (!painter_ || text.empty()) return;
-    const double dots_per_inch = painter_->device()->logicalDpiY();
     const Point at = mapping_.to_device(anchor);
     const double scale = mapping_.device_scale * units_per_screen_pixel;
-    painter_->save();
+    const double descent = typeface(font, screen_dots_per_inch).metrics.descent();
+    const QTransform before = painter_->transform();
     painter_->translate(at.x, at.y);
-    painter_->rotate(-mapping_.device_angle(angle));
-    painter_->scale(scale, scale);
-    painter_->setFont(painter_font(font, dots_per_inch));
+    if (const double turn = mapping_.device_angle(angle); turn != 0) painter_->rotate(-turn);
+    if (scale != 1.0) painter_->scale(scale, scale);
+    painter_->setFont(typeface(font, painter_->device()->logicalDpiY()).made);
     painter_->setPen(painter_colour(colour));
-    painter_->drawText(QPointF(0, -painter_measure(text, font).descent / units_per_screen_pixel),
-                       qt_text(text));
-    painter_->restore();
+    painter_->drawText(QPointF(0, -descent), qt_text(text));
+    painter_->setTransform(before);
 }
 
 }  // namespace anomalis

@@ -1,19 +1,15 @@
 #pragma once
 
+#include <vector>
+
 #include <QFont>
+#include <QFontMetricsF>
 
 #include "chart/drawing_device.h"
 
 class QPainter;
 
 namespace anomalis {
-
-/// The chart font as a Qt font for a target of so many dots an inch: the same shape and the same advance
-/// at every scale, since hinting is off.
-QFont painter_font(const Font& font, double dots_per_inch = screen_dots_per_inch);
-
-/// The box of a text in surface units.
-TextExtent painter_measure(std::string_view text, const Font& font);
 
 /// Draws on a QPainter that somebody else opened: SVG, PDF, a printer, the top layer of a widget. The
 /// painter's own coordinates are the device coordinates of the mapping.
@@ -32,9 +28,7 @@ class PainterDevice : public DrawingDevice {
     void polygon_outline(std::span<const Point> points, const Pen& pen) override;
     void polygon_fill(std::span<const Point> points, Colour colour) override;
     void text(Point anchor, double angle, std::string_view text, const Font& font, Colour colour) override;
-    TextExtent measure(std::string_view text, const Font& font) const override {
-        return painter_measure(text, font);
-    }
+    TextExtent measure(std::string_view text, const Font& font) const override;
 
   protected:
     QPainter* painter() const { return painter_; }
@@ -44,10 +38,20 @@ class PainterDevice : public DrawingDevice {
     QColor painter_colour(Colour colour) const;
 
   private:
+    /// A font made once: looking one up costs more than drawing a number with it.
+    struct Typeface {
+        Font font;
+        double dots_per_inch;
+        QFont made;
+        QFontMetricsF metrics;
+    };
+    const Typeface& typeface(const Font& font, double dots_per_inch) const;
+
     double width_;
     double height_;
     QPainter* painter_;
     SurfaceMapping mapping_;
+    mutable std::vector<Typeface> typefaces_;
 };
 
 }  // namespace anomalis

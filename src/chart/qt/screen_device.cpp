@@ -76,35 +76,55 @@ QPointF ScreenDevice::to_pixels(Point point) const {
     return {at.x, at.y};
 }
 
-/// The centre of the pixel a coordinate falls into; what falls off by the last edge stays in the last pixel.
-double ScreenDevice::snapped(double device, double extent) const {
-    const double pixel =
-        std::clamp(std::floor(device * ratio_), 0.0, std::max(std::ceil(extent * ratio_) - 1, 0.0));
-    return (pixel + 0.5) / ratio_;
+void ScreenDevice::draw_line(std::span<const Point> points, bool closed, const Pen& pen) {
+    if (!painter() || points.size() < 2) return;
+    line_.clear();
+    bool along_axes = true;
+    const auto add = [&](Point point) {
+        const QPointF at = to_pixels(point);
+        along_axes =
+            along_axes && (line_.empty() || at.x() == line_.back().x() || at.y() == line_.back().y());
+        line_.push_back(at);
+    };
+    for (const Point& point : points) add(point);
+    if (closed) add(points.front());
+    QPen made = painter_pen(pen);
+    if (along_axes) return fill_along_axes(made.widthF(), made.color());
+    made.setCapStyle(Qt::RoundCap);
+    painter()->setPen(made);
+    if (made.widthF() * ratio_ <= 1.0) {
+        painter()->drawPolyline(line_.data(), static_cast<int>(line_.size()));
+    } else {
+        draw_in_pieces();
+    }
 }
 
-void ScreenDevice::draw_pieces(std::span<const Point> points, bool closed, const Pen& pen) {
-    if (!painter() || points.size() < 2) return;
-    pieces_.clear();
-    bool along_axes = true;
-    QPointF from = to_pixels(points.front());
-    const auto add = [&](Point point) {
-        const QPointF to = to_pixels(point);
-        along_axes = along_axes && (from.x() == to.x() || from.y() == to.y());
-        pieces_.emplace_back(from, to);
-        from = to;
+/// Lines along an axis cover whole pixels, sharp at every scale, and are far cheaper to fill than to stroke.
+/// What falls off by the last edge stays in the last pixel.
+void ScreenDevice::fill_along_axes(double width, const QColor& colour) {
+    const int pen = std::max(1, static_cast<int>(std::lround(width * ratio_)));
+    const QImage& target = active_.device() == &base_ ? base_ : surface_;
+    const auto first_pixel = [&](double at, int extent) {
+        const int pixel =
+            static_cast<int>(std::clamp(std::floor(at * ratio_), 0.0, std::max(extent - 1.0, 0.0)));
+        return std::max(pixel - pen / 2, 0);
     };
-    for (const Point& point : points.subspan(1)) add(point);
-    if (closed) add(points.front());
-    if (along_axes) {
-        for (QLineF& piece : pieces_) {
-            piece = QLineF(snapped(piece.x1(), size_.width()), snapped(piece.y1(), size_.height()),
-                           snapped(piece.x2(), size_.width()), snapped(piece.y2(), size_.height()));
-        }
+    active_.save();
+    active_.setRenderHint(QPainter::Antialiasing, false);
+    active_.scale(1 / ratio_, 1 / ratio_);
+    for (std::size_t i = 1; i < line_.size(); ++i) {
+        const auto [left, right] = std::minmax(
+            {first_pixel(line_[i - 1].x(), target.width()), first_pixel(line_[i].x(), target.width())});
+        const auto [top, bottom] = std::minmax(
+            {first_pixel(line_[i - 1].y(), target.height()), first_pixel(line_[i].y(), target.height())});
+        active_.fillRect(QRect(left, top, right - left + pen, bottom - top + pen), colour);
     }
-    QPen made = painter_pen(pen);
-    made.setCapStyle(along_axes ? Qt::SquareCap : Qt::RoundCap);
-    painter()->setPen(made);
+    active_.restore();
+}
+
+void ScreenDevice::draw_in_pieces() {
+    pieces_.clear();
+    for (std::size_t i = 1; i < line_.size(); ++i) pieces_.emplace_back(line_[i - 1], line_[i]);
     for (std::size_t first = 0; first < pieces_.size(); first += pieces_a_call) {
         const auto count = static_cast<int>(std::min(pieces_a_call, pieces_.size() - first));
         painter()->drawLines(pieces_.data() + first, count);
@@ -113,12 +133,12 @@ void ScreenDevice::draw_pieces(std::span<const Point> points, bool closed, const
 
 void ScreenDevice::polyline(std::span<const Point> points, const Pen& pen) {
     if (pen.style != LineStyle::solid) return PainterDevice::polyline(points, pen);
-    draw_pieces(points, false, pen);
+    draw_line(points, false, pen);
 }
 
 void ScreenDevice::polygon_outline(std::span<const Point> points, const Pen& pen) {
     if (pen.style != LineStyle::solid) return PainterDevice::polygon_outline(points, pen);
-    draw_pieces(points, true, pen);
+    draw_line(points, true, pen);
 }
 
 /// One marker is drawn as a picture and stamped: thousands of small antialiased shapes cost far more.

@@ -40,8 +40,9 @@ class ScreenDevice : public PainterDevice {
   private:
     QImage& image(Layer layer) { return layer == Layer::base ? base_ : surface_; }
     QPointF to_pixels(Point point) const;
-    double snapped(double device, double extent) const;
-    void draw_pieces(std::span<const Point> points, bool closed, const Pen& pen);
+    void draw_line(std::span<const Point> points, bool closed, const Pen& pen);
+    void fill_along_axes(double width, const QColor& colour);
+    void draw_in_pieces();
     void release_painter();
 
     std::function<void()> on_present_;
@@ -50,6 +51,7 @@ class ScreenDevice : public PainterDevice {
     QImage base_;
     QImage surface_;
     QPainter active_;
+    std::vector<QPointF> line_;
     std::vector<QLineF> pieces_;
     int border_style_ = 0;
 };

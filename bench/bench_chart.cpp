@@ -1,0 +1,159 @@
+// What a redraw of the charts costs against drawing the same points with nothing around them.
+
+#include <benchmark/benchmark.h>
+#include <cmath>
+#include <memory>
+#include <random>
+#include <vector>
+
+#include <QApplication>
+#include <QImage>
+#include <QPainter>
+
+#include "allocations.h"
+#include "chart/ax_grapher.h"
+#include "chart/qt/screen_device.h"
+#include "timing.h"
+
+namespace anomalis {
+namespace {
+
+constexpr int panes = 5;
+constexpr int page_width = 1600;
+constexpr int page_height = 1000;
+
+/// A survey-like curve: anomalies and noise.
+std::vector<double> curve(int points, unsigned seed) {
+    std::mt19937 random(seed);
+    std::uniform_real_distribution<double> noise(-10, 10);
+    std::vector<double> values;
+    for (int i = 0; i < points; ++i) {
+        const double x = 7400.0 * i / (points - 1);
+        values.push_back(600 * std::exp(-std::pow((x - 3700) / 400, 2)) + 90 * std::sin(x / 700) +
+                         noise(random));
+    }
+    return values;
+}
+
+std::vector<double> distances(int points) {
+    std::vector<double> values;
+    for (int i = 0; i < points; ++i) values.push_back(7400.0 * i / (points - 1));
+    return values;
+}
+
+class Pane {
+  public:
+    Pane(int width, int height, int points, int bodies = 0) : x_(distances(points)), y_(curve(points, 1)) {
+        surface_.resize(QSize(width, height), 1.0);
+        chart_.SetSurface(&surface_);
+        Font font;
+        font.bold = false;
+        chart_.FONT(font);
+        chart_.BackColor(white);
+        chart_.DisplayAxes(true);
+        chart_.DisplayBorder(true);
+        chart_.ChartType(1);
+        chart_.Title("Residual Magnetic Field");
+        chart_.XAxisLabellingPosition(0);
+        chart_.YAxisLabellingPosition(0);
+        chart_.XAxisMin(0);
+        chart_.XAxisMax(7400);
+        chart_.YAxisMin(-200);
+        chart_.YAxisMax(700);
+        chart_.XTickInterval(1000);
+        chart_.YTickInterval(100);
+        const std::vector<ChartRow> rows{{x_row, x_}, {chart_type_series, y_}};
+        chart_.RegisterData(rows);
+        const double xs[] = {1000, 1400, 1500, 1100, 1000};
+        const double ys[] = {100, 100, -150, -150, 100};
+        for (int i = 0; i < bodies; ++i) chart_.DrawPolygon(5, xs, ys, black, 0xB4761F, 1);
+        chart_.DisplayChart();
+    }
+    AX_Grapher& chart() { return chart_; }
+    /// The same points as the chart's, in pixels.
+    QPolygonF pixels() {
+        QPolygonF points;
+        for (std::size_t i = 0; i < x_.size(); ++i) {
+            const Point at = chart_.UserToSurface({x_[i], y_[i]});
+            points.append(
+                {at.x / units_per_screen_pixel, (surface_.height() - at.y) / units_per_screen_pixel});
+        }
+        return points;
+    }
+
+  private:
+    std::vector<double> x_, y_;
+    ScreenDevice surface_;
+    AX_Grapher chart_;
+};
+
+void five_linked_charts(benchmark::State& state) {
+    std::vector<std::unique_ptr<Pane>> charts;
+    // The last chart stands for the section with its bodies.
+    for (int i = 1; i <= panes; ++i)
+        charts.push_back(std::make_unique<Pane>(page_width, page_height / panes, 8193, i == panes ? 50 : 0));
+    std::vector<QPolygonF> lines;
+    for (auto& pane : charts) lines.push_back(pane->pixels());
+    QImage bare(page_width, page_height / panes, QImage::Format_ARGB32_Premultiplied);
+
+    BestTime full, overlay, polylines;
+    for (auto _ : state) {
+        const double seconds = full.take([&] {
+            for (auto& pane : charts) pane->chart().RefreshGraph(0);
+        });
+        overlay.take([&] {
+            for (auto& pane : charts) pane->chart().RefreshGraph(1);
+        });
+        polylines.take([&] {
+            for (const QPolygonF& line : lines) {
+                bare.fill(Qt::white);
+                QPainter painter(&bare);
+                painter.setRenderHint(QPainter::Antialiasing);
+                painter.drawPolyline(line);
+            }
+        });
+        state.SetIterationTime(seconds);
+    }
+    state.counters["full_ms"] = full.seconds() * 1e3;
+    state.counters["full_to_bare_polyline"] = full.seconds() / polylines.seconds();
+    state.counters["overlay_to_full"] = overlay.seconds() / full.seconds();
+}
+BENCHMARK(five_linked_charts)->Iterations(40)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+void a_million_points(benchmark::State& state) {
+    Pane small(page_width, page_height, 10000), large(page_width, page_height, 1000000);
+    BestTime few, many;
+    for (auto _ : state) {
+        const double seconds = many.take([&] { large.chart().RefreshGraph(0); });
+        few.take([&] { small.chart().RefreshGraph(0); });
+        state.SetIterationTime(seconds);
+    }
+    state.counters["ratio_to_10000"] = many.seconds() / few.seconds();
+    state.counters["few_ms"] = few.seconds() * 1e3;
+}
+BENCHMARK(a_million_points)->Iterations(20)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+void a_zoom_step(benchmark::State& state) {
+    Pane pane(page_width, page_height / panes, 8193);
+    pane.chart().HandleWheel(0, 120, 12000, 1500);
+    long most = 0;
+    int turn = 0;
+    for (auto _ : state) {
+        const long before = allocation_count();
+        pane.chart().HandleWheel(0, ++turn % 2 == 0 ? 120 : -120, 12000, 1500);
+        most = std::max(most, allocation_count() - before);
+    }
+    state.counters["most_allocations_a_step"] = static_cast<double>(most);
+}
+BENCHMARK(a_zoom_step)->Iterations(200)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+}  // namespace anomalis
+
+int main(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QApplication application(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}

@@ -1,0 +1,82 @@
+// Dragging a strike-limited body at 8193 stations: what one step of a scroll bar costs, on one thread and
+// with the gravity of a sheet against its six faces one by one.
+
+#include <array>
+#include <benchmark/benchmark.h>
+
+#include "forward/driver.h"
+#include "forward/facet.h"
+#include "forward/prism.h"
+#include "level_line.h"
+#include "quiet_prompts.h"
+#include "timing.h"
+
+namespace anomalis {
+namespace {
+
+constexpr int stations = 8193;
+
+struct Dragged {
+    Workspace workspace = level_line(stations);
+    QuietPrompts prompts;
+
+    explicit Dragged(BodyType type, bool with_gravity) {
+        workspace.definition.grav_column = with_gravity ? 4 : 0;
+        add_body(workspace, type, 4000);
+        step();
+    }
+    ModelBody& body() { return workspace.body(1); }
+    /// One step of the drag: the body moves along the profile and turns a little.
+    void step() {
+        body().distance.value += 0.5F;
+        body().dip.value += 0.01F;
+        invalidate_body(body());
+        calculate_model(workspace, workspace.mag_data, workspace.grav_data, prompts);
+    }
+};
+
+void moving_a_pipe(benchmark::State& state) {
+    Dragged drag(pipe, state.range(0) != 0);
+    BestTime best;
+    for (auto _ : state) state.SetIterationTime(best.take([&] { drag.step(); }));
+    state.counters["ms"] = best.seconds() * 1e3;
+    state.counters["ns_a_station_and_facet"] = best.seconds() * 1e9 / stations / 48;
+}
+BENCHMARK(moving_a_pipe)->ArgName("gravity")->Arg(0)->Arg(1)->UseManualTime()->Iterations(50);
+
+void moving_a_prism(benchmark::State& state) {
+    Dragged drag(thick_sheet, true);
+    drag.body().include_demagnetisation = static_cast<std::int32_t>(state.range(0));
+    BestTime best;
+    for (auto _ : state) state.SetIterationTime(best.take([&] { drag.step(); }));
+    state.counters["ms"] = best.seconds() * 1e3;
+}
+BENCHMARK(moving_a_prism)->ArgName("by_faces")->Arg(0)->Arg(-1)->UseManualTime()->Iterations(50);
+
+void gravity_by_single_faces(Dragged& drag) {
+    const auto corners = relative_to_first_station(gravity_prism(drag.body()), drag.workspace);
+    for (const auto& face : prism_faces) {
+        std::array<NedVector, 4> list;
+        for (std::size_t i = 0; i < 4; ++i) list[i] = corners[face[i]];
+        calculate_facet_response(drag.workspace, drag.body(), {false, true}, {}, list, drag.prompts);
+    }
+}
+
+void prism_gravity_against_single_faces(benchmark::State& state) {
+    Dragged drag(thick_sheet, true);
+    BestTime together, apart;
+    for (auto _ : state) {
+        drag.body().grav_response_valid = false;
+        together.take([&] {
+            calculate_model(drag.workspace, drag.workspace.mag_data, drag.workspace.grav_data, drag.prompts);
+        });
+        state.SetIterationTime(apart.take([&] { gravity_by_single_faces(drag); }));
+    }
+    state.counters["ms_together"] = together.seconds() * 1e3;
+    state.counters["ms_face_by_face"] = apart.seconds() * 1e3;
+    state.counters["times_as_fast"] = apart.seconds() / together.seconds();
+}
+BENCHMARK(prism_gravity_against_single_faces)->UseManualTime()->Iterations(10);
+
+}  // namespace
+}  // namespace anomalis

@@ -1,0 +1,89 @@
+// Runs a fuzz target without a fuzzer: over a corpus, then over seeded mutations of it. The same seeds give
+// the same inputs, so a failure here can be run again.
+#include <algorithm>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <random>
+#include <string>
+#include <vector>
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
+
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+
+std::vector<Bytes> read_corpus(const char* folder) {
+    std::vector<std::filesystem::path> paths;
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) paths.push_back(entry.path());
+    std::sort(paths.begin(), paths.end());
+    std::vector<Bytes> corpus;
+    for (const auto& path : paths) {
+        std::ifstream file(path, std::ios::binary);
+        corpus.emplace_back(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+    }
+    return corpus;
+}
+
+/// One change of a kind that breaks readers: bytes, cuts, repeats, splices, extreme numbers.
+void mutate(Bytes& bytes, const std::vector<Bytes>& corpus, std::mt19937& random) {
+    static const std::vector<std::string> extremes = {"2147483647", "-2147483648", "1e999", "nan",
+                                                      "-inf",       "1E+38",       "\r",    "\n",
+                                                      "\"",         "0",           ",",     "\xEF\xBB\xBF"};
+    const auto below = [&](std::size_t limit) { return limit == 0 ? 0 : random() % limit; };
+    const std::size_t at = below(bytes.size() + 1);
+    const auto place = bytes.begin() + static_cast<std::ptrdiff_t>(at);
+    const auto rest = static_cast<std::ptrdiff_t>(below(std::min<std::size_t>(bytes.size() - at, 64) + 1));
+    switch (random() % 6) {
+        case 0:
+            bytes.insert(place, static_cast<std::uint8_t>(random()));
+            break;
+        case 1:
+            bytes.erase(place, place + rest);
+            break;
+        case 2:
+            bytes.resize(at);
+            break;
+        case 3: {
+            const Bytes repeated(place, place + rest);
+            bytes.insert(place, repeated.begin(), repeated.end());
+            break;
+        }
+        case 4: {
+            const std::string& text = extremes[below(extremes.size())];
+            bytes.insert(place, text.begin(), text.end());
+            break;
+        }
+        default: {
+            const Bytes& other = corpus[below(corpus.size())];
+            const auto from = other.begin() + static_cast<std::ptrdiff_t>(below(other.size() + 1));
+            bytes.resize(at);
+            bytes.insert(bytes.end(), from, other.end());
+        }
+    }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc < 2) {
+        std::fprintf(stderr, "usage: %s CORPUS_FOLDER [MUTATIONS]\n", argv[0]);
+        return 2;
+    }
+    const std::vector<Bytes> corpus = read_corpus(argv[1]);
+    if (corpus.empty()) return 1;
+    for (const Bytes& bytes : corpus) LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
+    const unsigned long mutations = argc > 2 ? std::strtoul(argv[2], nullptr, 10) : 0;
+    for (unsigned long seed = 0; seed < mutations; ++seed) {
+        std::mt19937 random(static_cast<std::uint32_t>(seed));
+        Bytes bytes = corpus[random() % corpus.size()];
+        for (std::size_t changes = 1 + random() % 8; changes > 0; --changes) mutate(bytes, corpus, random);
+        LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
+    }
+    std::printf("%zu files and %lu mutations\n", corpus.size(), mutations);
+    return 0;
+}

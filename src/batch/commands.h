@@ -1,0 +1,57 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "batch/picture_writer.h"
+
+// One procedure a command. Each returns true when it did its work; what it could not do it has shown.
+namespace anomalis {
+
+class BatchSession;
+
+struct DumpOptions {
+    std::string model;
+    std::string output;  ///< empty: the output stream
+};
+
+struct ForwardOptions {
+    std::string model;
+    std::string output;  ///< empty: the output stream
+};
+
+struct InvertCommandOptions {
+    std::string model;
+    std::string channel;  ///< "mag", "grav", "joint"; empty: what the line has
+    std::string target = "data";
+    std::string method = "sweep";
+    int iterations = 25;
+    int body = 0;  ///< 0: the whole model
+    std::string output;
+    std::string report;
+    bool show_progress = false;
+};
+
+struct ExportOptions {
+    std::string model;
+    std::string profile_table;
+    std::string model_table;
+    std::string mesh;
+};
+
+struct RenderOptions {
+    std::string model;
+    PictureRequest picture;
+};
+
+/// Takes "WIDTHxHEIGHT", each 16 to 16384; false when the text is none.
+bool parse_picture_size(const std::string& text, PictureRequest& picture);
+
+bool run_info(const std::string& model, BatchSession& batch);
+bool run_dump(const DumpOptions& options, BatchSession& batch);
+bool run_forward(const ForwardOptions& options, BatchSession& batch);
+bool run_invert(const InvertCommandOptions& options, BatchSession& batch);
+bool run_export(const ExportOptions& options, BatchSession& batch);
+bool run_render(const RenderOptions& options, BatchSession& batch, PictureWriter* pictures);
+
+}  // namespace anomalis

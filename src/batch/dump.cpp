@@ -1,0 +1,36 @@
+#include "batch/batch_session.h"
+#include "batch/commands.h"
+#include "batch/dump_json.h"
+#include "inversion/misfit.h"
+
+namespace anomalis {
+
+namespace {
+
+DumpedMisfit measured(Session& session) {
+    const Workspace& workspace = session.workspace;
+    const auto of = [&](const ChannelTable& data, int channel) {
+        return channel_misfit(workspace, data, misfit_scale_of(channel), session.prompts);
+    };
+    DumpedMisfit misfit;
+    if (workspace.has_mag()) misfit.mag = of(workspace.mag_data, channel_mag);
+    if (workspace.has_grav()) misfit.grav = of(workspace.grav_data, channel_grav);
+    return misfit;
+}
+
+}  // namespace
+
+bool run_dump(const DumpOptions& options, BatchSession& batch) {
+    OpenState state{};
+    DumpedMisfit misfit;
+    {
+        const MessageScope scope(batch.prompts);
+        state = batch.open(options.model);
+        if (state == OpenState::ready) misfit = measured(batch.session);
+    }
+    // Written also after a failed step: what could be read, and why there is no more.
+    const std::string text = dump_json_text(batch.session.workspace, misfit, batch.prompts.messages());
+    return batch.write_result(options.output, text) == 0 && state == OpenState::ready;
+}
+
+}  // namespace anomalis

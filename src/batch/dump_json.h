@@ -1,0 +1,23 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "core/inversion_state.h"
+#include "core/workspace.h"
+
+namespace anomalis {
+
+/// Each channel by its own scale; no value where there is nothing to measure.
+struct DumpedMisfit {
+    std::optional<MisfitPair> mag;
+    std::optional<MisfitPair> grav;
+};
+
+/// The whole session as one JSON object: fields by their documented names, numbers with all their digits,
+/// a channel without a column or without stations as null.
+std::string dump_json_text(const Workspace& workspace, const DumpedMisfit& misfit,
+                           const std::vector<std::string>& messages);
+
+}  // namespace anomalis

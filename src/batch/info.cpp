@@ -1,0 +1,134 @@
+#include <algorithm>
+#include <vector>
+
+#include "batch/batch_session.h"
+#include "batch/commands.h"
+#include "core/numbers.h"
+#include "core/text.h"
+#include "inversion/misfit.h"
+
+namespace anomalis {
+
+namespace {
+
+constexpr std::size_t label_width = 16;
+
+std::string padded(std::string text, std::size_t width) {
+    text.resize(std::max(width, text.size()), ' ');
+    return text;
+}
+
+std::string line(const std::string& label, const std::string& value) {
+    return padded(label, label_width) + value + "\n";
+}
+
+std::string plain(float value) {
+    return std::string(trim_blanks(number_to_text(value)));
+}
+
+std::string columns_text(const DataDefinition& d) {
+    std::string text;
+    for (const auto& [name, column] : {std::pair{"x", d.x_column},
+                                       {"y", d.y_column},
+                                       {"sensor", d.z_column},
+                                       {"terrain", d.dtm_column},
+                                       {"mag", d.mag_column},
+                                       {"grav", d.grav_column}}) {
+        if (column > 0) text += (text.empty() ? "" : ", ") + std::string(name) + " " + std::to_string(column);
+    }
+    return text.empty() ? "none" : text;
+}
+
+std::string definition_text(const Workspace& w) {
+    const DataDefinition& d = w.definition;
+    std::string rows = "from line " + std::to_string(d.first_data_line);
+    if (d.last_data_line > 0) rows += " to " + std::to_string(d.last_data_line);
+    if (d.read_increment != 1) rows += ", one of every " + std::to_string(d.read_increment);
+    return line("Workspace", w.model_file) + line("Data file", d.data_file) + line("  read", rows) +
+           line("  columns", columns_text(d)) +
+           line("Field", plain(w.field_intensity) + " nT, inclination " + plain(w.field_inclination) +
+                             ", declination " + plain(w.field_declination));
+}
+
+std::string filter_text(const Workspace& w) {
+    constexpr std::array names{"triangular", "sinc^2", "Hanning", "Hamming", "boxcar"};
+    const auto type = static_cast<std::size_t>(std::clamp(w.smooth_filter_type, 0, 4));
+    return "smoothing " + std::to_string(w.smooth_filter_width) + " (" + names[type] + "), residual " +
+           std::to_string(w.residual_filter_width) + ", " +
+           (w.display_total_gradient == 1 ? "total gradient " : "vertical gradient ") +
+           std::to_string(w.vg_filter_width) + " step " + std::to_string(w.vg_filter_step);
+}
+
+std::string channel_text(float low, float high, float base, const char* unit) {
+    return plain(low) + " to " + plain(high) + " " + unit + ", base " + plain(base);
+}
+
+std::string profile_text(const Workspace& w) {
+    if (w.station_count == 0) return line("Stations", "none");
+    const double length = w.distances[w.station_count];
+    std::string text =
+        line("Stations", std::to_string(w.station_count) + " over " + format_number(length, "0.00") + " m, " +
+                             format_number(length / w.station_count, "0.000") + " m each");
+    text += line("Ground", plain(w.z_min) + " to " + plain(w.z_max) + " m");
+    if (w.has_mag()) text += line("Magnetics", channel_text(w.mag_min, w.mag_max, w.mag_base, "nT"));
+    if (w.has_grav()) text += line("Gravity", channel_text(w.grav_min, w.grav_max, w.grav_base, "mGal"));
+    return text + line("Filters", filter_text(w)) +
+           line("Fit window",
+                "stations " + std::to_string(w.first_station) + " to " + std::to_string(w.last_station));
+}
+
+std::string misfit_text(const MisfitPair& misfit) {
+    return "data " + format_number(misfit[0], "0.000") + ", gradient " + format_number(misfit[1], "0.000");
+}
+
+using Row = std::vector<std::string>;
+
+Row body_row(int number, const ModelBody& b) {
+    Row row{std::to_string(number), std::string(body_type_name(b.type)),
+            b.turned_off ? "off"
+            : b.vary     ? ""
+                         : "fixed"};
+    if (row[1].empty()) row[1] = "type " + std::to_string(b.type);
+    for (const BodyParam* param :
+         {&b.distance, &b.top, &b.strike, &b.dip, &b.width, &b.depth_extent, &b.length, &b.susc, &b.density})
+        row.push_back(plain(param->value));
+    row.push_back(single_line(b.name));
+    return row;
+}
+
+std::string bodies_text(const Workspace& w) {
+    std::string text = line("Bodies", std::to_string(w.body_count));
+    if (w.body_count == 0) return text;
+    std::vector<Row> rows{{"No.", "Type", "", "Distance", "Top", "Strike", "Dip", "Width", "Depth ext",
+                           "Length", "Susc", "Density", "Name"}};
+    for (int number = 1; number <= w.body_count; ++number) rows.push_back(body_row(number, w.body(number)));
+    std::vector<std::size_t> widths(rows[0].size(), 0);
+    for (const Row& row : rows) {
+        for (std::size_t i = 0; i + 1 < row.size(); ++i) widths[i] = std::max(widths[i], row[i].size());
+    }
+    for (const Row& row : rows) {
+        for (std::size_t i = 0; i + 1 < row.size(); ++i) text += padded(row[i], widths[i]) + "  ";
+        text += row.back() + "\n";
+    }
+    return text;
+}
+
+}  // namespace
+
+bool run_info(const std::string& model, BatchSession& batch) {
+    const OpenState state = batch.open(model);
+    if (state == OpenState::unread) return false;
+    const Workspace& workspace = batch.session.workspace;
+    std::string text = definition_text(workspace) + profile_text(workspace);
+    if (state == OpenState::ready) {
+        const auto misfit = [&](const char* label, const ChannelTable& data, int channel) {
+            const MisfitPair pair = channel_misfit(workspace, data, misfit_scale_of(channel), batch.prompts);
+            text += line(label, misfit_text(pair));
+        };
+        if (workspace.has_mag()) misfit("Magnetic misfit", workspace.mag_data, channel_mag);
+        if (workspace.has_grav()) misfit("Gravity misfit", workspace.grav_data, channel_grav);
+    }
+    return batch.write_result("", text + bodies_text(workspace)) == 0 && state == OpenState::ready;
+}
+
+}  // namespace anomalis

@@ -1,0 +1,90 @@
+#include <ostream>
+
+#include "batch/batch_session.h"
+#include "batch/commands.h"
+#include "batch/report_json.h"
+#include "batch/stop_request.h"
+#include "core/numbers.h"
+#include "inversion/report.h"
+#include "workspace_file/axm.h"
+
+namespace anomalis {
+
+namespace {
+
+InvertOptions run_options(const InvertCommandOptions& options, const Session& session) {
+    InvertOptions run;
+    run.channel = options.channel == "mag"     ? channel_mag
+                  : options.channel == "grav"  ? channel_grav
+                  : options.channel == "joint" ? channel_joint
+                                               : session.inversion.inversion_channel;
+    run.target = options.target == "gradient" ? target_gradient : target_data;
+    run.method = options.method == "least-squares" ? InversionMethod::least_squares : InversionMethod::sweep;
+    run.iterations = options.iterations;
+    run.body = options.body;
+    return run;
+}
+
+std::string misfit_text(const MisfitPair& misfit) {
+    return format_number(misfit[0], "0.000") + " " + format_number(misfit[1], "0.000");
+}
+
+/// One line that is written over by the next.
+void show_progress(const InversionProgress& state, std::ostream& err) {
+    constexpr int bar_width = 20;
+    const int limit = std::max(state.iteration_limit, 1);
+    const auto filled = static_cast<std::size_t>(bar_width * std::min(state.iteration, limit) / limit);
+    std::string bar(filled, '#');
+    bar.resize(bar_width, '.');
+    err << "\r[" << bar << "] iteration " << state.iteration << " of " << state.iteration_limit << ", misfit "
+        << misfit_text(state.misfit) << ", " << format_number(state.seconds, "0.0") << " s  " << std::flush;
+}
+
+InversionReport invert(const InvertCommandOptions& options, BatchSession& batch) {
+    Session& session = batch.session;
+    const StopRequest stop;
+    // Asked after each evaluation; the run itself looks once an iteration.
+    batch.prompts.on_yield = [&] {
+        if (stop.made()) session.inversion.stop_inversion = true;
+    };
+    InversionReport report =
+        run_inversion(session, run_options(options, session), [&](const InversionProgress& state) {
+            if (options.show_progress) show_progress(state, batch.err);
+        });
+    batch.prompts.on_yield = nullptr;
+    if (options.show_progress && report.result.iterations > 0) batch.err << '\n';
+    return report;
+}
+
+std::string summary(const InversionReport& report) {
+    const RunResult& result = report.result;
+    std::string text = report.label + " after " + std::to_string(result.iterations) + " iterations, " +
+                       std::to_string(result.evaluations) + " evaluations\n";
+    if (result.initial_misfit)
+        text +=
+            "Misfit " + misfit_text(*result.initial_misfit) + " -> " + misfit_text(result.misfit_pair) + "\n";
+    for (const ReportedParameter& p : report.parameters) {
+        text += "Body " + std::to_string(p.body) + " " + p.name + ":" + number_to_text(p.start) + " ->" +
+                number_to_text(p.final) + "\n";
+    }
+    return text;
+}
+
+}  // namespace
+
+bool run_invert(const InvertCommandOptions& options, BatchSession& batch) {
+    InversionReport report;
+    {
+        const MessageScope scope(batch.prompts);
+        if (batch.open(options.model) == OpenState::unread) return false;
+        report = invert(options, batch);
+    }
+    bool done = report.result.status >= 0;
+    const std::string json = report_json_text(report, batch.prompts.messages());
+    if (!options.report.empty()) done = batch.write_result(options.report, json) == 0 && done;
+    if (done && !options.output.empty())
+        done = write_model_parameters(0, options.output, batch.session.workspace, batch.prompts) == 0;
+    return batch.write_result("", summary(report)) == 0 && done;
+}
+
+}  // namespace anomalis

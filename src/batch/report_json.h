@@ -1,0 +1,13 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "inversion/report.h"
+
+namespace anomalis {
+
+/// The report of a run as one JSON object; a refused run has null misfits.
+std::string report_json_text(const InversionReport& report, const std::vector<std::string>& messages);
+
+}  // namespace anomalis

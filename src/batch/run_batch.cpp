@@ -1,0 +1,137 @@
+#include "batch/run_batch.h"
+
+#include <CLI/CLI.hpp>
+#include <iostream>
+#include <unistd.h>
+
+#include "batch/batch_session.h"
+#include "batch/commands.h"
+#include "core/numbers.h"
+
+namespace anomalis {
+
+namespace {
+
+enum ExitStatus : int { exit_done = 0, exit_failed = 1, exit_usage = 2 };
+
+/// All that a command line can say.
+struct CommandLine {
+    std::string info_model;
+    DumpOptions dump;
+    ForwardOptions forward;
+    InvertCommandOptions invert;
+    ExportOptions exported;
+    RenderOptions render;
+};
+
+CLI::App* add_command(CLI::App& app, const std::string& name, const std::string& purpose,
+                      std::string& model) {
+    CLI::App* command = app.add_subcommand(name, purpose);
+    command->add_option("MODEL", model, "Workspace file (.axm)")->required();
+    return command;
+}
+
+/// A number such as 25 or 1e3; below 1 counts as 1.
+int iteration_count(const std::string& text) {
+    if (!is_numeric(text)) throw CLI::ValidationError("--iterations", "is not a number: " + text);
+    const double value = std::clamp(prefix_number(text), 1.0, 2147483647.0);
+    return std::max(round_to_even(value), 1);
+}
+
+void add_invert(CLI::App& app, InvertCommandOptions& options) {
+    CLI::App* command =
+        add_command(app, "invert", "Fit the free parameters of the model to the data", options.model);
+    command->add_option("--channel", options.channel, "mag, grav, or joint for both (least-squares only)")
+        ->check(CLI::IsMember({"mag", "grav", "joint"}));
+    command->add_option("--target", options.target, "data or gradient")
+        ->check(CLI::IsMember({"data", "gradient"}))
+        ->capture_default_str();
+    command->add_option("--method", options.method, "sweep or least-squares")
+        ->check(CLI::IsMember({"sweep", "least-squares"}))
+        ->capture_default_str();
+    command->add_option_function<std::string>(
+        "--iterations", [&options](const std::string& text) { options.iterations = iteration_count(text); },
+        "Most iterations, at least 1 [25]");
+    command->add_option("--body", options.body, "Invert this body alone; otherwise the whole model")
+        ->check(CLI::PositiveNumber);
+    command->add_option("-o,--output", options.output, "Write the fitted workspace here");
+    command->add_option("--report", options.report, "Write a JSON report here");
+}
+
+void add_export(CLI::App& app, ExportOptions& options) {
+    CLI::App* command =
+        add_command(app, "export", "Write tables and headers for other programs", options.model);
+    CLI::Option_group* outputs = command->add_option_group("outputs", "At least one is needed");
+    outputs->add_option("--profile-table", options.profile_table, "One line a station");
+    outputs->add_option("--model-table", options.model_table, "One line a body");
+    outputs->add_option("--mesh", options.mesh, "Header of a rectilinear mesh around the line");
+    outputs->require_option(1, 0);
+}
+
+void add_render(CLI::App& app, RenderOptions& options) {
+    CLI::App* command = add_command(app, "render", "Draw what the window shows", options.model);
+    command->add_option("-o,--output", options.picture.path, "Picture: .png, .svg, .pdf or .emf")
+        ->required()
+        ->check([](const std::string& path) -> std::string {
+            for (const char* ending : {".png", ".svg", ".pdf", ".emf"}) {
+                if (path.size() > 4 && path.ends_with(ending)) return {};
+            }
+            return "the ending must be .png, .svg, .pdf or .emf";
+        });
+    command
+        ->add_option_function<std::string>(
+            "--view", [&options](const std::string& view) { options.picture.plan = view == "plan"; },
+            "section or plan [section]")
+        ->check(CLI::IsMember({"section", "plan"}));
+    command->add_option_function<std::string>(
+        "--size",
+        [&options](const std::string& text) {
+            if (!parse_picture_size(text, options.picture))
+                throw CLI::ValidationError("--size", "must be WIDTHxHEIGHT in pixels, 16 to 16384: " + text);
+        },
+        "Pixels, such as 1600x1000 [1600x1000]");
+}
+
+void add_commands(CLI::App& app, CommandLine& line) {
+    add_command(app, "info", "Tell what the workspace holds", line.info_model);
+    CLI::App* dump = add_command(app, "dump", "Print everything as one JSON object", line.dump.model);
+    dump->add_option("-o,--output", line.dump.output, "Write it here");
+    CLI::App* forward =
+        add_command(app, "forward", "Calculate and write the profile data table", line.forward.model);
+    forward->add_option("-o,--output", line.forward.output, "Write it here");
+    add_invert(app, line.invert);
+    add_export(app, line.exported);
+    add_render(app, line.render);
+}
+
+bool run_command(const std::string& name, const CommandLine& line, BatchSession& batch,
+                 PictureWriter* pictures) {
+    if (name == "info") return run_info(line.info_model, batch);
+    if (name == "dump") return run_dump(line.dump, batch);
+    if (name == "forward") return run_forward(line.forward, batch);
+    if (name == "invert") return run_invert(line.invert, batch);
+    if (name == "export") return run_export(line.exported, batch);
+    return run_render(line.render, batch, pictures);
+}
+
+}  // namespace
+
+int run_batch(int argc, char** argv, std::ostream& out, std::ostream& err, PictureWriter* pictures) {
+    CLI::App app("Magnetic and gravity anomalies along a survey profile, without a window", "anomalis-batch");
+    app.set_version_flag("--version", std::string("anomalis-batch ") + ANOMALIS_VERSION);
+    app.require_subcommand(1);
+    CommandLine line;
+    add_commands(app, line);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error, out, err) == 0 ? exit_done : exit_usage;
+    }
+    line.invert.show_progress = &err == &std::cerr && ::isatty(STDERR_FILENO) != 0;
+    BatchSession batch(out, err);
+    if (run_command(app.get_subcommands().front()->get_name(), line, batch, pictures)) return exit_done;
+    batch.explain_silence();
+    return exit_failed;
+}
+
+}  // namespace anomalis

@@ -1,0 +1,139 @@
+#include <gtest/gtest.h>
+
+#include "batch/batch_runs.h"
+
+namespace anomalis {
+namespace {
+
+using nlohmann::json;
+
+TEST(Dump, the_object_holds_the_whole_session) {
+    const BatchFolder files;
+    const BatchRun run = batch({"dump", files.model});
+    ASSERT_EQ(run.status, 0) << run.err;
+    const json dump = run.json();
+    EXPECT_EQ(dump["workspace"]["station_count"], 41);
+    EXPECT_EQ(dump["workspace"]["field_intensity"], 56000.0);
+    EXPECT_EQ(dump["workspace"]["definition"]["grav_column"], 4);
+    EXPECT_EQ(dump["workspace"]["transform"]["x_scale"], 1.0);
+    EXPECT_EQ(dump["workspace"]["display"]["form_width"], 9900);
+    EXPECT_EQ(dump["stations"].size(), 41U);
+    EXPECT_EQ(dump["stations"][40], json::parse("[0.0, 501000.0, 6500000.0, 10.0, 0.0]"));
+    EXPECT_EQ(dump["distances"][40], 1000.0);
+    for (const char* channel : {"mag_data", "grav_data"}) {
+        for (const char* stage : {"observed", "calculated"}) {
+            for (const char* row :
+                 {"raw", "smoothed", "residual", "gradient", "horizontal", "total_gradient"})
+                EXPECT_EQ(dump[channel][stage][row].size(), 41U) << channel << stage << row;
+        }
+    }
+    const json& body = dump["bodies"].at(0);
+    EXPECT_EQ(body["name"], "Sheet");
+    EXPECT_EQ(body["params"].size(), 15U);
+    EXPECT_EQ(body["params"]["susc"],
+              json::parse(R"({"value": 5000, "vary": 1, "min": -99999, "max": -99999})"));
+    EXPECT_EQ(body["response"].size(), 41U);
+    EXPECT_EQ(body["response"][0].size(), 5U);
+    EXPECT_GT(dump["misfit"]["mag"][0], 0.0);
+    EXPECT_GT(dump["misfit"]["grav"][1], 0.0);
+    EXPECT_EQ(dump["messages"], json::array());
+}
+
+TEST(Dump, numbers_come_back_to_the_last_bit) {
+    const BatchFolder files;
+    const json dump = batch({"dump", files.model}).json();
+    EXPECT_EQ(dump["mag_data"]["observed"]["raw"][10].get<float>(), static_cast<float>(56001.83));
+    EXPECT_EQ(dump["bodies"][0]["params"]["density"]["value"].get<double>(), double{0.3F});
+}
+
+TEST(Dump, a_channel_without_a_column_is_null) {
+    const BatchFolder files;
+    std::string text = model_text();
+    text.replace(text.find("3  4  0  0  0  0"), 16, "0  4  0  0  0  0");
+    const json dump = batch({"dump", files.folder.write("grav.axm", text)}).json();
+    EXPECT_TRUE(dump["mag_data"].is_null());
+    EXPECT_TRUE(dump["misfit"]["mag"].is_null());
+    EXPECT_FALSE(dump["grav_data"].is_null());
+    EXPECT_EQ(dump["misfit"]["grav"].size(), 2U);
+}
+
+TEST(Dump, each_channel_has_the_misfit_scale_of_its_own) {
+    const BatchFolder files;
+    const json dump = batch({"dump", files.model}).json();
+    const json& rows = dump["grav_data"];
+    double sum = 0;
+    for (std::size_t i = 0; i < 41; ++i)
+        sum += std::pow(
+            rows["calculated"]["residual"][i].get<double>() - rows["observed"]["residual"][i].get<double>(),
+            2);
+    EXPECT_NEAR(dump["misfit"]["grav"][0].get<double>(), std::sqrt(sum) / 40 / 10, 1e-7);
+}
+
+TEST(Dump, without_its_data_file_the_object_holds_what_could_be_read) {
+    const BatchFolder files;
+    const std::string model = files.folder.write("moved.axm", model_text("vanished.dat"));
+    const BatchRun run = batch({"dump", model});
+    EXPECT_EQ(run.status, 1);
+    const json dump = run.json();
+    EXPECT_EQ(dump["stations"], json::array());
+    EXPECT_EQ(dump["distances"], json::array());
+    EXPECT_TRUE(dump["mag_data"].is_null());
+    EXPECT_TRUE(dump["misfit"]["mag"].is_null());
+    EXPECT_EQ(dump["bodies"].size(), 1U);
+    EXPECT_EQ(dump["messages"],
+              json::parse(R"(["Could not find profile data file please specify its location",
+                                                "The specified data file does not exist"])"));
+}
+
+TEST(Dump, a_cut_workspace_gives_its_whole_bodies_and_the_message) {
+    const BatchFolder files;
+    const std::string text = model_text();
+    const std::string model = files.folder.write("cut.axm", text.substr(0, text.find(" 0  80  100")));
+    const BatchRun run = batch({"dump", model});
+    EXPECT_EQ(run.status, 1);
+    const json dump = run.json();
+    EXPECT_EQ(dump["bodies"], json::array());
+    EXPECT_EQ(dump["workspace"]["definition"]["mag_column"], 3);
+    EXPECT_EQ(dump["messages"],
+              json::array({"An error occurred while reading the location file : Input past end of file (" +
+                           model + ", line 17)"}));
+    EXPECT_EQ(run.err, dump["messages"][0].get<std::string>() + "\n");
+}
+
+TEST(Dump, a_line_without_length_is_dumped_without_misfits) {
+    const BatchFolder files;
+    files.folder.write("survey.dat", "head\n1 2 3 4\n1 2 5 6\n1 2 7 8\n");
+    const BatchRun run = batch({"dump", files.model});
+    EXPECT_EQ(run.status, 1);
+    const json dump = run.json();
+    EXPECT_EQ(dump["messages"], json::array({"The data profile is not long enough to model"}));
+    EXPECT_EQ(dump["stations"].size(), 3U);
+    EXPECT_TRUE(dump["misfit"]["mag"].is_null());
+}
+
+TEST(Dump, bytes_that_are_no_letters_do_not_break_the_object) {
+    const BatchFolder files;
+    const std::string model = files.folder.write("latin.axm", model_text("survey.dat", "B\xF6ller"));
+    const BatchRun run = batch({"dump", model});
+    ASSERT_EQ(run.status, 0) << run.err;
+    EXPECT_EQ(run.json()["bodies"][0]["name"], "B\xEF\xBF\xBDller");
+}
+
+TEST(Dump, the_object_goes_to_a_file_when_one_is_named) {
+    const BatchFolder files;
+    const BatchRun plain = batch({"dump", files.model});
+    const BatchRun run = batch({"dump", files.model, "-o", files.folder.path("dump.json")});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(files.folder.read("dump.json"), plain.out);
+}
+
+TEST(Dump, a_target_that_cannot_be_written_is_told) {
+    const BatchFolder files;
+    const BatchRun run = batch({"dump", files.model, "-o", files.folder.folder()});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_TRUE(run.err.starts_with("An error occurred while writing the file: "));
+}
+
+}  // namespace
+}  // namespace anomalis

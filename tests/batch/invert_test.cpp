@@ -1,0 +1,141 @@
+#include <csignal>
+#include <gtest/gtest.h>
+
+#include "batch/batch_runs.h"
+#include "batch/stop_request.h"
+
+namespace anomalis {
+namespace {
+
+using nlohmann::json;
+
+struct Inverted {
+    BatchRun run;
+    json report;
+};
+
+Inverted invert(const BatchFolder& files, std::vector<std::string> more = {}) {
+    std::vector<std::string> arguments{"invert", files.model, "--report", files.folder.path("report.json")};
+    arguments.insert(arguments.end(), more.begin(), more.end());
+    Inverted result{batch(arguments), {}};
+    result.report = json::parse(files.folder.read("report.json"));
+    return result;
+}
+
+TEST(Invert, the_report_says_what_moved_and_how_far) {
+    const BatchFolder files;
+    const Inverted fit = invert(files, {"--channel", "mag", "--iterations", "4"});
+    ASSERT_EQ(fit.run.status, 0) << fit.run.err;
+    const json& report = fit.report;
+    EXPECT_LE(report["iterations"], 4);
+    EXPECT_GT(report["evaluations"], report["iterations"]);
+    EXPECT_LT(report["final_misfit"][0], report["initial_misfit"][0]);
+    ASSERT_EQ(report["parameters"].size(), 3U);
+    const json& distance = report["parameters"][0];
+    EXPECT_EQ(distance["body"], 1);
+    EXPECT_EQ(distance["param_code"], 4);
+    EXPECT_EQ(distance["name"], "distance");
+    EXPECT_FLOAT_EQ(distance["start"].get<float>(), 463.7F);
+    EXPECT_EQ(distance["step"], 10.0);
+    EXPECT_NE(distance["final"], distance["start"]);
+    EXPECT_EQ(report["parameters"][2]["name"], "susc");
+    EXPECT_EQ(report["messages"], json::array());
+    EXPECT_NE(fit.run.out.find(report["label"].get<std::string>()), std::string::npos);
+}
+
+TEST(Invert, the_fitted_workspace_reads_back_with_the_fitted_values) {
+    const BatchFolder files;
+    const std::string fitted = files.folder.path("fitted.axm");
+    const Inverted fit = invert(files, {"--iterations", "3", "-o", fitted});
+    ASSERT_EQ(fit.run.status, 0) << fit.run.err;
+    const json params = batch({"dump", fitted}).json()["bodies"][0]["params"];
+    for (const json& parameter : fit.report["parameters"]) {
+        const std::string name = parameter["name"];
+        EXPECT_FLOAT_EQ(params[name]["value"].get<float>(), parameter["final"].get<float>()) << name;
+    }
+    EXPECT_EQ(files.folder.read("model.axm"), model_text()) << "the model itself is left alone";
+}
+
+TEST(Invert, gravity_uses_its_own_scale_and_its_own_parameters) {
+    const BatchFolder files;
+    const json dump = batch({"dump", files.model}).json();
+    const Inverted fit = invert(files, {"--channel", "grav", "--iterations", "2"});
+    ASSERT_EQ(fit.run.status, 0) << fit.run.err;
+    EXPECT_NEAR(fit.report["initial_misfit"][0].get<double>(), dump["misfit"]["grav"][0].get<double>(), 1e-7);
+    EXPECT_EQ(fit.report["parameters"][2]["name"], "density");
+}
+
+TEST(Invert, the_gradient_can_be_the_target) {
+    const BatchFolder files;
+    const Inverted fit = invert(files, {"--target", "gradient", "--iterations", "3"});
+    ASSERT_EQ(fit.run.status, 0) << fit.run.err;
+    EXPECT_LT(fit.report["final_misfit"][1], fit.report["initial_misfit"][1]);
+}
+
+TEST(Invert, least_squares_reports_errors_and_correlations) {
+    const BatchFolder files;
+    const Inverted fit = invert(files, {"--method", "least-squares"});
+    ASSERT_EQ(fit.run.status, 0) << fit.run.err;
+    EXPECT_EQ(fit.report["errors"].size(), 3U);
+    ASSERT_EQ(fit.report["correlation"].size(), 3U);
+    EXPECT_EQ(fit.report["correlation"][2].size(), 3U);
+    EXPECT_TRUE(fit.report["undetermined"].is_array());
+    EXPECT_LT(fit.report["final_misfit"][0], fit.report["initial_misfit"][0]);
+}
+
+TEST(Invert, iterations_below_1_run_once_and_words_are_refused) {
+    const BatchFolder files;
+    for (const std::string count : {"0", "-7", "1", "0.4"})
+        EXPECT_EQ(invert(files, {"--iterations", count}).report["iterations"], 1) << count;
+    EXPECT_EQ(batch({"invert", files.model, "--iterations", "many"}).status, 2);
+    EXPECT_EQ(batch({"invert", files.model, "--iterations", "1e9"}).status, 0);
+}
+
+TEST(Invert, a_body_that_does_not_exist_is_refused) {
+    const BatchFolder files;
+    const Inverted fit = invert(files, {"--body", "2"});
+    EXPECT_EQ(fit.run.status, 1);
+    EXPECT_EQ(fit.report["status"], -1);
+    EXPECT_EQ(fit.report["label"], "Inversion failed: -1");
+    EXPECT_TRUE(fit.report["initial_misfit"].is_null());
+    EXPECT_TRUE(fit.report["final_misfit"].is_null());
+}
+
+TEST(Invert, a_refused_run_writes_its_report_but_no_workspace) {
+    const BatchFolder files;
+    files.folder.write("survey.dat", "");
+    const Inverted fit = invert(files, {"-o", files.folder.path("fitted.axm")});
+    EXPECT_EQ(fit.run.status, 1);
+    EXPECT_EQ(fit.report["status"], -1);
+    EXPECT_EQ(files.folder.entries(), 3) << "the survey, the model and the report";
+}
+
+TEST(Invert, nothing_free_is_told) {
+    const BatchFolder files;
+    std::string text = model_text();
+    text.replace(text.find(" 2  0  1  255"), 13, " 2  0  0  255");
+    files.folder.write("model.axm", text);
+    const Inverted fit = invert(files);
+    EXPECT_EQ(fit.run.status, 0);
+    EXPECT_EQ(fit.report["label"], "Inversion succeeded");
+    EXPECT_EQ(fit.report["messages"], json::array({"There are no parameters free to invert on"}));
+}
+
+TEST(StopRequest, an_interrupt_is_remembered_and_ends_nothing) {
+    const StopRequest stop;
+    EXPECT_FALSE(stop.made());
+    std::raise(SIGINT);
+    EXPECT_TRUE(stop.made());
+}
+
+TEST(StopRequest, a_new_one_starts_unasked) {
+    {
+        const StopRequest first;
+        std::raise(SIGINT);
+    }
+    const StopRequest second;
+    EXPECT_FALSE(second.made());
+}
+
+}  // namespace
+}  // namespace anomalis

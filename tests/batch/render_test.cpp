@@ -1,0 +1,74 @@
+#include <gtest/gtest.h>
+
+#include "batch/batch_runs.h"
+#include "core/session.h"
+
+namespace anomalis {
+namespace {
+
+/// Remembers what it was asked to draw.
+class RecordingWriter : public PictureWriter {
+  public:
+    int write(Session& session, const PictureRequest& request) override {
+        ++pictures;
+        asked = request;
+        stations = session.workspace.station_count;
+        calculated = session.workspace.mag_calculated_filtered;
+        return answer;
+    }
+
+    int answer = 0;
+    int pictures = 0;
+    int stations = 0;
+    bool calculated = false;
+    PictureRequest asked;
+};
+
+TEST(Render, the_writer_gets_a_calculated_session_and_the_request) {
+    const BatchFolder files;
+    RecordingWriter writer;
+    EXPECT_EQ(batch({"render", files.model, "-o", "plan.svg", "--view", "plan", "--size", "800x600"}, &writer)
+                  .status,
+              0);
+    EXPECT_EQ(writer.pictures, 1);
+    EXPECT_EQ(writer.stations, 41);
+    EXPECT_TRUE(writer.calculated);
+    EXPECT_EQ(writer.asked.path, "plan.svg");
+    EXPECT_TRUE(writer.asked.plan);
+    EXPECT_EQ(writer.asked.width, 800);
+    EXPECT_EQ(writer.asked.height, 600);
+}
+
+TEST(Render, the_section_is_drawn_when_nothing_else_is_said) {
+    const BatchFolder files;
+    RecordingWriter writer;
+    EXPECT_EQ(batch({"render", files.model, "-o", "a.png"}, &writer).status, 0);
+    EXPECT_FALSE(writer.asked.plan);
+    EXPECT_EQ(writer.asked.width, 1600);
+    EXPECT_EQ(writer.asked.height, 1000);
+}
+
+TEST(Render, a_failed_picture_fails_the_command) {
+    const BatchFolder files;
+    RecordingWriter writer;
+    writer.answer = -1;
+    EXPECT_EQ(batch({"render", files.model, "-o", "a.png"}, &writer).status, 1);
+}
+
+TEST(Render, nothing_is_drawn_without_stations) {
+    const BatchFolder files;
+    files.folder.write("survey.dat", "");
+    RecordingWriter writer;
+    EXPECT_EQ(batch({"render", files.model, "-o", "a.png"}, &writer).status, 1);
+    EXPECT_EQ(writer.pictures, 0);
+}
+
+TEST(Render, a_build_without_pictures_says_so) {
+    const BatchFolder files;
+    const BatchRun run = batch({"render", files.model, "-o", "a.png"});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.err, "This build of the batch tool draws no pictures\n");
+}
+
+}  // namespace
+}  // namespace anomalis

@@ -1,0 +1,58 @@
+#include <algorithm>
+#include <gtest/gtest.h>
+
+#include "batch/batch_runs.h"
+
+namespace anomalis {
+namespace {
+
+TEST(Forward, the_profile_table_has_filtered_and_calculated_values) {
+    const BatchFolder files;
+    const BatchRun run = batch({"forward", files.model});
+    ASSERT_EQ(run.status, 0) << run.err;
+    EXPECT_TRUE(
+        run.out.starts_with("#Profile model data for " + files.folder.path("survey.dat") + "\r\nEast, "));
+    EXPECT_EQ(std::count(run.out.begin(), run.out.end(), '\n'), 43);
+    const std::string first_station = run.out.substr(run.out.find("\r\n500000.000, ") + 2);
+    // Sensor elevation and residual come from the steps after the reading.
+    EXPECT_TRUE(first_station.starts_with("500000.000, 6500000.000, 10.00, 0.000, 56000.00, 56000.00, -2"))
+        << first_station.substr(0, 120);
+}
+
+TEST(Forward, the_table_goes_to_a_file_when_one_is_named) {
+    const BatchFolder files;
+    const BatchRun run = batch({"forward", files.model, "--output", files.folder.path("profile.csv")});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(files.folder.read("profile.csv"), batch({"forward", files.model}).out);
+}
+
+TEST(Export, each_file_asked_for_is_written_and_no_other) {
+    const BatchFolder files;
+    const BatchRun run =
+        batch({"export", files.model, "--profile-table", files.folder.path("p.csv"), "--model-table",
+               files.folder.path("m.csv"), "--mesh", files.folder.path("m.msh")});
+    ASSERT_EQ(run.status, 0) << run.err;
+    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(files.folder.read("p.csv"), batch({"forward", files.model}).out);
+    EXPECT_NE(files.folder.read("m.csv").find(
+                  ",,,500513.700,6500000.000,0.000,100.000,0,8050000.3,,0,0,250,0, *,Sheet"),
+              std::string::npos)
+        << files.folder.read("m.csv");
+    EXPECT_TRUE(
+        files.folder.read("m.msh").starts_with(" 42  10  10 \r\n 500000  6500000  0 \r\n42*24.00\r\n"));
+    EXPECT_EQ(batch({"export", files.model, "--mesh", files.folder.path("only.msh")}).status, 0);
+    EXPECT_EQ(files.folder.entries(), 6);
+}
+
+TEST(Export, one_target_that_cannot_be_written_does_not_stop_the_others) {
+    const BatchFolder files;
+    const BatchRun run = batch({"export", files.model, "--profile-table", files.folder.path("missing/p.csv"),
+                                "--mesh", files.folder.path("m.msh")});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_TRUE(run.err.starts_with("An error occurred while writing the file: ")) << run.err;
+    EXPECT_FALSE(files.folder.read("m.msh").empty());
+}
+
+}  // namespace
+}  // namespace anomalis

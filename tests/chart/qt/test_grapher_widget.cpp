@@ -1,0 +1,146 @@
+#include <gtest/gtest.h>
+
+#include <QMenu>
+
+#include "chart/qt/grapher_widget.h"
+#include "widget_rig.h"
+
+namespace anomalis {
+namespace {
+
+TEST(GrapherWidget, shows_the_chart) {
+    WidgetRig rig;
+    const QImage shown = rig.widget.grab().toImage();
+    const QPoint body = rig.pixel(1250, -100);
+    EXPECT_EQ(shown.pixel(body), qRgb(0x1F, 0x76, 0xB4));
+    EXPECT_EQ(shown.pixel(rig.pixel(6500, 500)), qRgb(255, 255, 255));
+}
+
+TEST(GrapherWidget, the_wheel_turned_forward_zooms_in_about_the_pointer) {
+    WidgetRig rig;
+    const QPoint at = rig.pixel(2000, 200);
+    rig.wheel(at, {0, 120});
+    const Rect view = rig.widget.chart().ViewLimits();
+    EXPECT_NEAR(view.x_high - view.x_low, 7400 / 1.1, 1);
+    EXPECT_EQ(rig.events.seen["MouseWheel"], 1);
+    rig.wheel(at, {0, -120});
+    EXPECT_NEAR(rig.widget.chart().CurrentZoom().zoom_x, 1.0, 1e-6);
+}
+
+TEST(GrapherWidget, parts_of_a_wheel_step_add_up_to_one) {
+    WidgetRig rig;
+    const QPoint at = rig.pixel(2000, 200);
+    for (int i = 0; i < 7; ++i) rig.wheel(at, {0, 15});
+    EXPECT_EQ(rig.widget.chart().CurrentZoom().zoom_x, 1.0);
+    rig.wheel(at, {0, 15});
+    EXPECT_NEAR(rig.widget.chart().CurrentZoom().zoom_x, 1.1, 1e-6);
+}
+
+TEST(GrapherWidget, a_horizontal_wheel_pans_a_zoomed_chart) {
+    WidgetRig rig;
+    const QPoint at = rig.pixel(3700, 200);
+    for (int i = 0; i < 8; ++i) rig.wheel(at, {0, 120});
+    const double before = rig.widget.chart().ViewLimits().x_low;
+    rig.wheel(at, {-120, 0});
+    EXPECT_NE(rig.widget.chart().ViewLimits().x_low, before);
+    EXPECT_NEAR(rig.widget.chart().CurrentZoom().zoom_x, std::pow(1.1, 8), 1e-4);
+}
+
+TEST(GrapherWidget, dragging_with_the_left_button_zooms_by_the_way_travelled) {
+    WidgetRig rig;
+    const QPoint at = rig.pixel(5500, 400);
+    QTest::mousePress(&rig.widget, Qt::LeftButton, {}, at);
+    rig.move(at + QPoint(0, 52), Qt::LeftButton);
+    QTest::mouseRelease(&rig.widget, Qt::LeftButton, {}, at + QPoint(0, 52));
+    EXPECT_GT(rig.widget.chart().CurrentZoom().zoom_x, 1.2);
+    EXPECT_GE(rig.events.seen["ViewChanged"], 1);
+}
+
+TEST(GrapherWidget, moves_within_one_turn_of_the_event_loop_are_one) {
+    WidgetRig rig;
+    QApplication::processEvents();
+    rig.events.seen.clear();
+    for (int i = 0; i < 50; ++i) rig.move(rig.pixel(3000, 100) + QPoint(i, 0), Qt::NoButton);
+    EXPECT_EQ(rig.events.seen["MouseMove"], 0);
+    QApplication::processEvents();
+    EXPECT_EQ(rig.events.seen["MouseMove"], 1);
+    EXPECT_GT(rig.events.world_x, 3300);
+}
+
+TEST(GrapherWidget, a_press_delivers_the_move_before_it) {
+    WidgetRig rig;
+    rig.events.seen.clear();
+    rig.move(rig.pixel(3000, 100), Qt::NoButton);
+    QTest::mousePress(&rig.widget, Qt::LeftButton, {}, rig.pixel(3000, 100));
+    EXPECT_EQ(rig.events.seen["MouseMove"], 1);
+    EXPECT_EQ(rig.events.seen["MouseDown"], 1);
+    QTest::mouseRelease(&rig.widget, Qt::LeftButton, {}, rig.pixel(3000, 100));
+}
+
+TEST(GrapherWidget, a_double_click_clears_the_zoom) {
+    WidgetRig rig;
+    rig.wheel(rig.pixel(2000, 200), {0, 240});
+    QTest::mouseDClick(&rig.widget, Qt::LeftButton, {}, rig.pixel(6000, 500));
+    EXPECT_EQ(rig.widget.chart().CurrentZoom(), ZoomValues{});
+    EXPECT_EQ(rig.events.seen["ZoomCleared"], 1);
+}
+
+TEST(GrapherWidget, a_right_click_that_stays_opens_the_menu) {
+    WidgetRig rig;
+    float x = 0;
+    rig.widget.set_menu_opening([&](float at, float) { x = at; });
+    const QPoint at = rig.pixel(3000, 300);
+    QTest::mousePress(&rig.widget, Qt::RightButton, {}, at);
+    QTest::mouseRelease(&rig.widget, Qt::RightButton, {}, at + QPoint(2, 0));
+    EXPECT_TRUE(rig.widget.menu()->isVisible());
+    EXPECT_NEAR(x / units_per_screen_pixel, at.x(), 3);
+    rig.widget.menu()->close();
+}
+
+TEST(GrapherWidget, keys_pan_zoom_and_reset) {
+    WidgetRig rig;
+    rig.widget.setFocus();
+    QTest::keyClick(&rig.widget, Qt::Key_Plus);
+    QTest::keyClick(&rig.widget, Qt::Key_Plus);
+    EXPECT_NEAR(rig.widget.chart().CurrentZoom().zoom_x, 1.21, 1e-4);
+    const double before = rig.widget.chart().ViewLimits().x_low;
+    QTest::keyClick(&rig.widget, Qt::Key_Right);
+    EXPECT_GT(rig.widget.chart().ViewLimits().x_low, before);
+    QTest::keyClick(&rig.widget, Qt::Key_Home);
+    EXPECT_EQ(rig.widget.chart().CurrentZoom().zoom_x, 1.0);
+}
+
+TEST(GrapherWidget, clicking_a_body_tells_its_number) {
+    WidgetRig rig;
+    QTest::mouseClick(&rig.widget, Qt::LeftButton, {}, rig.pixel(1250, -100));
+    EXPECT_EQ(rig.events.seen["GraphicSelected"], 1);
+}
+
+TEST(GrapherWidget, a_resize_redraws_and_none_leaves_the_picture) {
+    WidgetRig rig;
+    const QImage small = rig.widget.grab().toImage();
+    rig.widget.resize(1200, 400);
+    QApplication::processEvents();
+    const QImage large = rig.widget.grab().toImage();
+    EXPECT_EQ(large.size(), QSize(1200, 400));
+    rig.widget.resize(900, 300);
+    QApplication::processEvents();
+    EXPECT_EQ(rig.widget.grab().toImage(), small);
+}
+
+TEST(GrapherWidget, a_pane_without_room_does_no_harm) {
+    WidgetRig rig;
+    for (const QSize size : {QSize(900, 0), QSize(0, 300), QSize(1, 1), QSize(40, 12)}) {
+        rig.widget.resize(size);
+        QApplication::processEvents();
+        rig.widget.chart().DisplayChart();
+        rig.wheel(QPoint(0, 0), {0, 120});
+    }
+    rig.widget.resize(900, 300);
+    QApplication::processEvents();
+    rig.widget.chart().clear_zoom_values();
+    EXPECT_EQ(rig.widget.chart().DisplayChart(), 0);
+}
+
+}  // namespace
+}  // namespace anomalis
