@@ -30,6 +30,7 @@ std::vector<ExampleFile> workspaces_in(const fs::path& folder) {
 }  // namespace
 
 std::vector<ExampleFile> find_examples(const std::string& exe_folder) {
+    if (exe_folder.empty()) return {};
     const fs::path here(exe_folder);
     for (const char* place : {"../share/anomalis/examples", "examples", "../examples", "../../examples"}) {
         auto found = workspaces_in(here / place);

@@ -1,0 +1,60 @@
+#include "workbench/pointer_panels.h"
+
+#include <gtest/gtest.h>
+
+#include "workbench/chart_sample.h"
+
+namespace anomalis {
+
+TEST(PointerPanels, over_a_curve_they_tell_chart_place_and_nearest_station) {
+    ChartSample sample;
+    sample.view->display_model();
+    sample.move(chart_grav, {1260, 13});
+    EXPECT_EQ(sample.pointer.chart, "Residual Grav Data");
+    EXPECT_NEAR(std::stod(sample.pointer.x), 1260, 0.5);
+    EXPECT_EQ(sample.pointer.x.find('.') + 3, sample.pointer.x.size());
+    EXPECT_EQ(sample.pointer.east, "501250.00");
+    EXPECT_EQ(sample.pointer.north, "7000000.00");
+}
+
+TEST(PointerPanels, outside_the_plot_only_the_chart_is_told) {
+    ChartSample sample;
+    sample.view->display_model();
+    sample.chart(chart_mag).HandleMouseMove(0, 0, 5, 5);
+    EXPECT_EQ(sample.pointer.chart, "Residual Mag Data");
+    EXPECT_EQ(sample.pointer.x + sample.pointer.y + sample.pointer.east + sample.pointer.north, "");
+}
+
+TEST(PointerPanels, the_section_tells_its_stretch) {
+    ChartSample sample;
+    sample.view->display_model();
+    sample.move(chart_section, {1000, 0});
+    EXPECT_EQ(sample.pointer.chart, "Model (Vertical stretch 1.00)");
+    sample.view->step_zoom(chart_section, 1);
+    sample.move(chart_section, {1000, 100});
+    EXPECT_EQ(sample.pointer.chart, "Model (Vertical stretch 1.25)");
+}
+
+TEST(PointerPanels, the_plan_tells_map_positions_twice) {
+    const Point place{500123.456, 7000001.06};
+    const PointerPanels panels = plan_pointer(&place);
+    EXPECT_EQ(panels.chart, "Plan View");
+    EXPECT_EQ(panels.x, "500123.5");
+    EXPECT_EQ(panels.y, "7000001.1");
+    EXPECT_EQ(panels.east, "500123.46");
+    EXPECT_EQ(panels.north, "7000001.06");
+    EXPECT_EQ(plan_pointer(nullptr).x, "");
+}
+
+TEST(PointerPanels, a_place_beyond_the_line_belongs_to_its_end) {
+    ChartSample sample;
+    sample.view->display_model();
+    const Point beyond{1e6, 0};
+    EXPECT_EQ(profile_pointer(sample.workspace(), chart_mag, sample.chart(chart_mag), &beyond).east,
+              "502500.00");
+    const Point before{-1e6, 0};
+    EXPECT_EQ(profile_pointer(sample.workspace(), chart_mag, sample.chart(chart_mag), &before).east,
+              "500000.00");
+}
+
+}  // namespace anomalis
