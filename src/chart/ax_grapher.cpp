@@ -173,8 +173,8 @@ Rect AX_Grapher::FullRange() const {
     return {state_->x.full.low, state_->x.full.high, state_->y.full.low, state_->y.full.high};
 }
 Rect AX_Grapher::ViewLimits() const {
-    const AxisScale& x = state_->properties.x.scale;
-    const AxisScale& y = state_->properties.y.scale;
+    const AxisTransform& x = state_->properties.x.scale;
+    const AxisTransform& y = state_->properties.y.scale;
     const Rect view = ViewRange();
     return {x.inverse(view.x_low), x.inverse(view.x_high), y.inverse(view.y_low), y.inverse(view.y_high)};
 }

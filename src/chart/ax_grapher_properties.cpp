@@ -13,11 +13,11 @@ void set(GrapherState& state, Value& property, const Value& value, const char* k
 }
 
 /// A base without a logarithm to divide by leaves the old one, and the bag is not told.
-void set_base(GrapherState& state, AxisScale& scale, double base, const char* key) {
+void set_base(GrapherState& state, AxisTransform& scale, double base, const char* key) {
     if (scale.set_base(base) && state.bag != nullptr) state.bag->property_changed(key);
 }
 
-void set_cutoff(GrapherState& state, AxisScale& scale, double cutoff, const char* key) {
+void set_cutoff(GrapherState& state, AxisTransform& scale, double cutoff, const char* key) {
     scale.set_cutoff(cutoff);
     if (state.bag != nullptr) state.bag->property_changed(key);
 }

@@ -7,8 +7,8 @@
 namespace anomalis {
 namespace {
 
-AxisScale logarithmic(double cutoff, double base = 10.0) {
-    AxisScale scale;
+AxisTransform logarithmic(double cutoff, double base = 10.0) {
+    AxisTransform scale;
     scale.type = 1;
     scale.set_base(base);
     scale.set_cutoff(cutoff);
@@ -109,8 +109,8 @@ TEST(TickText, another_base_shows_itself) {
 }
 
 TEST(TickText, a_linear_axis_uses_the_format) {
-    EXPECT_EQ(tick_text(-0.00001, AxisScale{}, "0.00"), "0.00");
-    EXPECT_EQ(tick_text(2.5, AxisScale{}, "0"), "3");
+    EXPECT_EQ(tick_text(-0.00001, AxisTransform{}, "0.00"), "0.00");
+    EXPECT_EQ(tick_text(2.5, AxisTransform{}, "0"), "3");
 }
 
 }  // namespace

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "chart/detail/axis_scale.h"
+#include "chart/detail/axis_transform.h"
 #include "chart/drawing_types.h"
 
 namespace anomalis {
@@ -12,7 +12,7 @@ struct AxisProperties {
     double min = unset_limit;
     double max = unset_limit;
     double tick_interval = 1.0;
-    AxisScale scale;
+    AxisTransform scale;
     int position = 2;  ///< 0 the low side, 1 the high side, 2 both
     std::string label;
     float low_margin = 0.0F;

@@ -5,7 +5,7 @@
 #include <limits>
 #include <utility>
 
-#include "chart/detail/axis_scale.h"
+#include "chart/detail/axis_transform.h"
 
 namespace anomalis {
 

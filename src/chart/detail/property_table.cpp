@@ -43,7 +43,7 @@ constexpr PropertyRow y_cutoff_row = row(
     "YAxisCutoff", [](const P& p) { return p.y.scale.cutoff(); },
     [](P& p, double v) { p.y.scale.set_cutoff(v); }, false, "YAxisCutoff");
 
-void set_base_or_10(AxisScale& scale, double base) {
+void set_base_or_10(AxisTransform& scale, double base) {
     if (!scale.set_base(base)) scale.set_base(10.0);
 }
 

@@ -56,7 +56,7 @@ std::string base_text(double base) {
     return base == std::round(base) ? whole_number_text(base) : format_number(base, "0.######");
 }
 
-std::string logarithmic_text(double value, const AxisScale& scale) {
+std::string logarithmic_text(double value, const AxisTransform& scale) {
     const double size = std::abs(value);
     if (size < whole_tick) return "0";
     const std::string sign = value < 0.0 ? "-" : "";
@@ -94,7 +94,7 @@ std::string significant_text(double value, int digits) {
     return format_number(grid > 1.0 ? std::round(value / grid) * grid : value, pattern);
 }
 
-std::string tick_text(double value, const AxisScale& scale, const std::string& format) {
+std::string tick_text(double value, const AxisTransform& scale, const std::string& format) {
     return scale.logarithmic() ? logarithmic_text(value, scale) : format_number(value, format);
 }
 

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "chart/detail/axis_scale.h"
+#include "chart/detail/axis_transform.h"
 
 namespace anomalis {
 
@@ -12,7 +12,7 @@ std::string tick_format(double interval);
 
 /// The text of a tick at `value` (transformed units). On a logarithmic axis whole numbers beyond the linear
 /// band are powers of the base; what lies between is the value itself with three significant digits.
-std::string tick_text(double value, const AxisScale& scale, const std::string& format);
+std::string tick_text(double value, const AxisTransform& scale, const std::string& format);
 
 /// A value with so many significant digits, without trailing zeros; very large and small ones as "mx10^e".
 std::string significant_text(double value, int digits);

@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "chart/detail/axis_scale.h"
+#include "chart/detail/axis_transform.h"
 #include "chart/detail/view_state.h"
 
 namespace anomalis {

@@ -45,7 +45,7 @@ void paint_box(const GrapherState& state, Canvas& canvas) {
 }
 
 /// As many digits as a screen pixel can tell apart.
-std::string read_out(double value, const AxisScale& scale, double units_per_world) {
+std::string read_out(double value, const AxisTransform& scale, double units_per_world) {
     if (scale.logarithmic()) return significant_text(value, 4);
     const double per_pixel = units_per_screen_pixel / units_per_world;
     const int digits = static_cast<int>(std::clamp(std::ceil(-std::log10(per_pixel)), 0.0, 9.0));

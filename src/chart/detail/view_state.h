@@ -2,7 +2,7 @@
 
 #include <optional>
 
-#include "chart/detail/axis_scale.h"
+#include "chart/detail/axis_transform.h"
 #include "chart/detail/chart_properties.h"
 
 namespace anomalis {

@@ -2,29 +2,29 @@
 #include <gtest/gtest.h>
 #include <limits>
 
-#include "chart/detail/axis_scale.h"
+#include "chart/detail/axis_transform.h"
 
 namespace anomalis {
 namespace {
 
-AxisScale logarithmic(double cutoff = 1.0, double base = 10.0) {
-    AxisScale scale;
+AxisTransform logarithmic(double cutoff = 1.0, double base = 10.0) {
+    AxisTransform scale;
     scale.type = 1;
     scale.set_base(base);
     scale.set_cutoff(cutoff);
     return scale;
 }
 
-TEST(AxisScale, a_linear_axis_changes_nothing) {
-    const AxisScale scale;
+TEST(AxisTransform, a_linear_axis_changes_nothing) {
+    const AxisTransform scale;
     for (const double value : {-1e32, -5.0, 0.0, 7.25, 1e20}) {
         EXPECT_EQ(scale.forward(value), value);
         EXPECT_EQ(scale.inverse(value), value);
     }
 }
 
-TEST(AxisScale, the_linear_band_maps_to_minus_one_to_one) {
-    const AxisScale scale = logarithmic(0.01);
+TEST(AxisTransform, the_linear_band_maps_to_minus_one_to_one) {
+    const AxisTransform scale = logarithmic(0.01);
     EXPECT_DOUBLE_EQ(scale.forward(0.01), 1.0);
     EXPECT_DOUBLE_EQ(scale.forward(-0.01), -1.0);
     EXPECT_DOUBLE_EQ(scale.forward(0.005), 0.5);
@@ -34,23 +34,23 @@ TEST(AxisScale, the_linear_band_maps_to_minus_one_to_one) {
     EXPECT_EQ(scale.forward(null_value), null_value);
 }
 
-TEST(AxisScale, the_inverse_takes_every_value_back) {
+TEST(AxisTransform, the_inverse_takes_every_value_back) {
     for (const double base : {2.0, 10.0, 2.5}) {
-        const AxisScale scale = logarithmic(1.0, base);
+        const AxisTransform scale = logarithmic(1.0, base);
         for (const double value : {-12345.0, -1.5, -1.0, -0.3, 0.0, 0.7, 1.0, 3.0, 1e6})
             EXPECT_NEAR(scale.inverse(scale.forward(value)), value, std::abs(value) * 1e-12);
     }
 }
 
-TEST(AxisScale, an_unknown_type_has_no_inverse) {
-    AxisScale scale;
+TEST(AxisTransform, an_unknown_type_has_no_inverse) {
+    AxisTransform scale;
     scale.type = 2;
     EXPECT_EQ(scale.inverse(5.0), 0.0);
     EXPECT_EQ(scale.inverse(-1e32), -1e32);
 }
 
-TEST(AxisScale, a_base_without_a_logarithm_to_divide_by_is_refused) {
-    AxisScale scale;
+TEST(AxisTransform, a_base_without_a_logarithm_to_divide_by_is_refused) {
+    AxisTransform scale;
     ASSERT_TRUE(scale.set_base(2.0));
     for (const double base : {0.0, -10.0, 1.0, std::nan(""), std::numeric_limits<double>::infinity()}) {
         EXPECT_FALSE(scale.set_base(base));
@@ -58,7 +58,7 @@ TEST(AxisScale, a_base_without_a_logarithm_to_divide_by_is_refused) {
     }
 }
 
-TEST(AxisScale, a_cutoff_snaps_down_to_a_power_of_the_base) {
+TEST(AxisTransform, a_cutoff_snaps_down_to_a_power_of_the_base) {
     EXPECT_EQ(logarithmic(5.0).cutoff(), 1.0);
     EXPECT_EQ(logarithmic(999.0).cutoff(), 100.0);
     EXPECT_EQ(logarithmic(1000.0).cutoff(), 1000.0);
@@ -68,9 +68,9 @@ TEST(AxisScale, a_cutoff_snaps_down_to_a_power_of_the_base) {
     for (const double none : {0.0, -3.0, std::nan("")}) EXPECT_EQ(logarithmic(none).cutoff(), 1.0);
 }
 
-TEST(AxisScale, what_is_missing_becomes_null_on_every_axis) {
+TEST(AxisTransform, what_is_missing_becomes_null_on_every_axis) {
     for (const int type : {0, 1}) {
-        AxisScale scale;
+        AxisTransform scale;
         scale.type = type;
         const double endless = std::numeric_limits<double>::infinity();
         for (const double missing : {-999.0, -1e30, -1e35, std::nan(""), endless, -endless})

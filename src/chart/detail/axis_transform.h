@@ -13,7 +13,7 @@ inline constexpr bool is_null(double value) {
 
 /// The transform of one axis: linear (type 0), or logarithmic on both sides of a linear band that reaches
 /// from -cutoff to +cutoff and maps to -1..1 (type 1).
-class AxisScale {
+class AxisTransform {
   public:
     int type = 0;
 
@@ -27,7 +27,8 @@ class AxisScale {
 
     /// User units to transformed units; missing values pass unchanged.
     double forward(double value) const;
-    /// Back again; 0 for a type that is neither 0 nor 1 (held by AxisScale.an_unknown_type_has_no_inverse).
+    /// Back again; 0 for a type that is neither 0 nor 1 (held by
+    /// AxisTransform.an_unknown_type_has_no_inverse).
     double inverse(double value) const;
     /// The power of the base that the cutoff is.
     int cutoff_power() const;
@@ -40,6 +41,6 @@ class AxisScale {
 
 /// The forward transform of a Y value: what is missing (at or below -1E30, equal to `data_null`, not finite)
 /// becomes `null_value`.
-double forward_or_null(const AxisScale& scale, double value, double data_null);
+double forward_or_null(const AxisTransform& scale, double value, double data_null);
 
 }  // namespace anomalis

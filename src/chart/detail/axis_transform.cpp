@@ -1,4 +1,4 @@
-#include "chart/detail/axis_scale.h"
+#include "chart/detail/axis_transform.h"
 
 #include <cmath>
 
@@ -12,14 +12,14 @@ constexpr double rounding = 1e-12;
 
 }  // namespace
 
-bool AxisScale::set_base(double base) {
+bool AxisTransform::set_base(double base) {
     if (!(base > 0.0) || base == 1.0 || !std::isfinite(base)) return false;
     base_ = base;
     log_base_ = std::log(base);
     return true;
 }
 
-void AxisScale::set_cutoff(double cutoff) {
+void AxisTransform::set_cutoff(double cutoff) {
     cutoff_ = 1.0;
     if (!(cutoff > 0.0) || !std::isfinite(cutoff)) return;
     const double power = std::round(std::log(cutoff) / log_base_);
@@ -31,14 +31,14 @@ void AxisScale::set_cutoff(double cutoff) {
     if (cutoff_ > cutoff * (1.0 + rounding)) cutoff_ = std::pow(base_, power - 1.0);
 }
 
-double AxisScale::forward(double value) const {
+double AxisTransform::forward(double value) const {
     if (value < null_bound || !logarithmic()) return value;
     if (std::abs(value) < cutoff_) return value / cutoff_;
     const double decades = std::log(std::abs(value) / cutoff_) / log_base_;
     return value < 0.0 ? -1.0 - decades : 1.0 + decades;
 }
 
-double AxisScale::inverse(double value) const {
+double AxisTransform::inverse(double value) const {
     if (value < null_bound || type == 0) return value;
     if (type != 1) return 0.0;
     if (value < -1.0) return -std::pow(base_, -value - 1.0) * cutoff_;
@@ -46,12 +46,12 @@ double AxisScale::inverse(double value) const {
     return value * cutoff_;
 }
 
-int AxisScale::cutoff_power() const {
+int AxisTransform::cutoff_power() const {
     // The nearest whole number: ln 1000 / ln 10 is a little under 3.
     return static_cast<int>(std::lround(std::log(cutoff_) / log_base_));
 }
 
-double forward_or_null(const AxisScale& scale, double value, double data_null) {
+double forward_or_null(const AxisTransform& scale, double value, double data_null) {
     if (!std::isfinite(value) || is_null(value) || value == data_null) return null_value;
     return scale.forward(value);
 }
