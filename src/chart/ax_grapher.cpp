@@ -146,9 +146,9 @@ void AX_Grapher::DrawTopLayer(DrawingDevice& target) {
     paint_top_layer(*state_, canvas);
 }
 
-int AX_Grapher::DrawTo(DrawingDevice& target, OutputTarget, const SurfaceMapping& mapping,
+int AX_Grapher::DrawTo(DrawingDevice& target, OutputTarget kind, const SurfaceMapping& mapping,
                        std::optional<SurfaceSize> size) {
-    return draw_to(*state_, target, mapping, size);
+    return draw_to(*state_, target, kind, mapping, size);
 }
 
 // -- Readers.

@@ -254,6 +254,15 @@ TEST(SeriesPainter, a_raster_gets_at_most_four_points_a_pixel_column_and_a_vecto
     RecordingDevice vector(13500.0, 4500.0);
     rig.chart.DrawTo(vector, OutputTarget::metafile, metafile_frame(13500.0, 4500.0).mapping);
     EXPECT_EQ(vector.of_kind(Kind::polyline)[0].points.size(), xs.size());
+
+    // A sheet gets every point even by a device of pixels, a picture does not.
+    for (const OutputTarget target : {OutputTarget::printer, OutputTarget::screen_copy}) {
+        RecordingDevice pixels(13500.0, 4500.0);
+        pixels.raster = true;
+        rig.chart.DrawTo(pixels, target, screen_mapping(4500.0));
+        EXPECT_EQ(pixels.of_kind(Kind::polyline)[0].points.size() == xs.size(),
+                  target == OutputTarget::printer);
+    }
 }
 
 TEST(SeriesPainter, thinning_keeps_first_lowest_highest_and_last_of_a_column_and_every_gap) {

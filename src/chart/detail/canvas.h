@@ -27,8 +27,10 @@ class Canvas {
     void capture_into(std::vector<GraphicItem>* items) { captured_ = items; }
     bool capturing() const { return captured_ != nullptr; }
     DrawingDevice& device() const { return *device_; }
+    /// A file or a sheet gets every point, whatever device it is drawn by.
+    void keep_every_point(bool keep) { every_point_ = keep; }
     /// True when long series may be thinned to the pixel columns of the target.
-    bool thins() const { return !capturing() && device_->is_raster(); }
+    bool thins() const { return !every_point_ && !capturing() && device_->is_raster(); }
 
     void set_window(const Rect& window);
     const Rect& window() const { return window_; }
@@ -64,6 +66,7 @@ class Canvas {
     DrawingDevice* device_ = nullptr;
     Fonts fonts_;
     std::vector<GraphicItem>* captured_ = nullptr;
+    bool every_point_ = false;
     Rect window_;
     std::vector<Point> piece_;
     std::vector<Point> cut_;

@@ -15,6 +15,7 @@ class ScreenKept {
         : state_(state), x_(state.x), y_(state.y), layout_(state.layout), displayed_(state.displayed) {}
     ~ScreenKept() {
         state_.canvas.capture_into(nullptr);
+        state_.canvas.keep_every_point(false);
         state_.x = x_;
         state_.y = y_;
         state_.layout = layout_;
@@ -90,13 +91,14 @@ void play_item(const GraphicItem& item, Canvas& canvas) {
 
 }  // namespace
 
-int draw_to(GrapherState& state, DrawingDevice& target, const SurfaceMapping& mapping,
+int draw_to(GrapherState& state, DrawingDevice& target, OutputTarget kind, const SurfaceMapping& mapping,
             std::optional<SurfaceSize> size) {
     if (state.busy_refresh) return -1;
     const DrawingDevice& sized_by = state.surface != nullptr ? *state.surface : target;
     const SurfaceSize drawn = size.value_or(SurfaceSize{sized_by.width(), sized_by.height()});
     return kept_safe(state, [&] {
         target.set_mapping(mapping);
+        state.canvas.keep_every_point(kind == OutputTarget::metafile || kind == OutputTarget::printer);
         return start_of_output(state, target, drawn);
     });
 }

@@ -7,7 +7,7 @@
 namespace anomalis {
 
 /// AX_Grapher::DrawTo.
-int draw_to(GrapherState& state, DrawingDevice& target, const SurfaceMapping& mapping,
+int draw_to(GrapherState& state, DrawingDevice& target, OutputTarget kind, const SurfaceMapping& mapping,
             std::optional<SurfaceSize> size);
 /// AX_Grapher::GraphicsStream; no value after a failure.
 std::optional<std::vector<GraphicItem>> capture_chart(GrapherState& state);
