@@ -33,15 +33,16 @@ Magnetisation store_moment(const Workspace& workspace, ModelBody& body) {
 }
 
 /// Two triangles a face.
-std::array<Facet, 12> prism_triangles() {
+constexpr std::array<Facet, 12> triangles_of(const decltype(prism_faces)& faces) {
     std::array<Facet, 12> triangles{};
-    for (std::size_t f = 0; f < prism_faces.size(); ++f) {
-        const auto& face = prism_faces[f];
+    for (std::size_t f = 0; f < faces.size(); ++f) {
+        const auto& face = faces[f];
         triangles[2 * f] = {face[0], face[1], face[2]};
         triangles[2 * f + 1] = {face[0], face[2], face[3]};
     }
     return triangles;
 }
+constexpr std::array<Facet, 12> prism_triangles = triangles_of(prism_faces);
 
 void fill_prism_by_faces(const Workspace& workspace, ModelBody& body, const PrismCorners& corners,
                          Prompts& prompts) {
@@ -75,8 +76,7 @@ void fill_prism(Workspace& workspace, ModelBody& body, Prompts& prompts) {
     const PrismCorners corners = magnetic_prism(body);
     if (body.include_demagnetisation < 0) return fill_prism_by_faces(workspace, body, corners, prompts);
     ForwardMemory& memory = forward_memory(workspace);
-    static const std::array<Facet, 12> triangles = prism_triangles();
-    memory.polyhedron.assign(corners, triangles);
+    memory.polyhedron.assign(corners, prism_triangles);
     fill_polyhedron(workspace, body, m, memory);
 }
 
