@@ -78,7 +78,8 @@ std::string profile_text(const Workspace& w) {
 }
 
 std::string misfit_text(const MisfitPair& misfit) {
-    return "data " + format_number(misfit[0], "0.000") + ", gradient " + format_number(misfit[1], "0.000");
+    return "data " + format_number(misfit[0], "0.00000") + ", gradient " +
+           format_number(misfit[1], "0.00000");
 }
 
 using Row = std::vector<std::string>;

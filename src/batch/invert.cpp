@@ -26,7 +26,7 @@ InvertOptions run_options(const InvertCommandOptions& options, const Session& se
 }
 
 std::string misfit_text(const MisfitPair& misfit) {
-    return format_number(misfit[0], "0.000") + " " + format_number(misfit[1], "0.000");
+    return format_number(misfit[0], "0.00000") + " " + format_number(misfit[1], "0.00000");
 }
 
 /// One line that is written over by the next.

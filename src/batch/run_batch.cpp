@@ -56,6 +56,10 @@ void add_invert(CLI::App& app, InvertCommandOptions& options) {
         ->check(CLI::PositiveNumber);
     command->add_option("-o,--output", options.output, "Write the fitted workspace here");
     command->add_option("--report", options.report, "Write a JSON report here");
+    command->parse_complete_callback([&options] {
+        if (options.channel == "joint" && options.method != "least-squares")
+            throw CLI::ValidationError("--channel", "joint needs --method least-squares");
+    });
 }
 
 void add_export(CLI::App& app, ExportOptions& options) {

@@ -83,6 +83,18 @@ TEST(Invert, least_squares_reports_errors_and_correlations) {
     EXPECT_LT(fit.report["final_misfit"][0], fit.report["initial_misfit"][0]);
 }
 
+TEST(Invert, both_channels_can_be_fitted_together) {
+    const BatchFolder files;
+    const Inverted fit = invert(files, {"--channel", "joint", "--method", "least-squares"});
+    ASSERT_EQ(fit.run.status, 0) << fit.run.err;
+    EXPECT_EQ(fit.report["parameters"].size(), 4U) << "susceptibility and density are both free";
+    const auto both = [&](const std::string& when) {
+        return std::hypot(fit.report[when + "_misfit"][0].get<double>(),
+                          fit.report[when + "_grav_misfit"][0].get<double>());
+    };
+    EXPECT_LT(both("final"), both("initial"));
+}
+
 TEST(Invert, iterations_below_1_run_once_and_words_are_refused) {
     const BatchFolder files;
     for (const std::string count : {"0", "-7", "1", "0.4"})

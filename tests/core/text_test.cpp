@@ -104,5 +104,12 @@ TEST(EqualIgnoringCase, compares_letters_and_lengths) {
     EXPECT_TRUE(equal_ignoring_case("", ""));
 }
 
+TEST(SingleLine, line_breaks_of_every_kind_become_one_blank_each) {
+    EXPECT_EQ(single_line("a\r\nb\nc\rd"), "a b c d");
+    EXPECT_EQ(single_line("\n\n"), "  ");
+    EXPECT_EQ(single_line("plain\ttext"), "plain\ttext");
+    EXPECT_EQ(single_line(""), "");
+}
+
 }  // namespace
 }  // namespace anomalis
