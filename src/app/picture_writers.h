@@ -1,0 +1,12 @@
+#pragma once
+
+#include <memory>
+
+#include "batch/picture_writer.h"
+
+namespace anomalis {
+
+/// The picture writer of this build; null in a build without a window system.
+std::unique_ptr<PictureWriter> make_picture_writer(int& argc, char** argv);
+
+}  // namespace anomalis

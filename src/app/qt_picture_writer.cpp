@@ -1,0 +1,44 @@
+#include <iostream>
+
+#include <QGuiApplication>
+
+#include "app/picture_writers.h"
+#include "workbench/qt/model_picture.h"
+
+namespace anomalis {
+
+namespace {
+
+/// Remarks of the window system about a desktop that is not there are none of the batch tool's business.
+void keep_quiet(QtMsgType type, const QMessageLogContext&, const QString& text) {
+    if (type == QtCriticalMsg || type == QtFatalMsg) std::cerr << text.toStdString() << '\n';
+}
+
+/// Draws without a display. The window system is started at the first picture: the commands that draw nothing
+/// do not pay for it.
+class QtPictureWriter : public PictureWriter {
+  public:
+    QtPictureWriter(int& argc, char** argv) : argc_(argc), argv_(argv) {}
+
+    int write(Session& session, const PictureRequest& request) override {
+        if (!application_) {
+            qputenv("QT_QPA_PLATFORM", "offscreen");
+            qInstallMessageHandler(keep_quiet);
+            application_ = std::make_unique<QGuiApplication>(argc_, argv_);
+        }
+        return write_model_picture(session, request.path, request.plan, request.width, request.height);
+    }
+
+  private:
+    int& argc_;
+    char** argv_;
+    std::unique_ptr<QGuiApplication> application_;
+};
+
+}  // namespace
+
+std::unique_ptr<PictureWriter> make_picture_writer(int& argc, char** argv) {
+    return std::make_unique<QtPictureWriter>(argc, argv);
+}
+
+}  // namespace anomalis

@@ -1,0 +1,60 @@
+#include "workbench/model_page.h"
+
+#include "core/failure.h"
+#include "workbench/page_layout.h"
+#include "workbench/zoom.h"
+
+namespace anomalis {
+
+namespace {
+
+constexpr double page_margin = 8 * units_per_screen_pixel;
+
+}  // namespace
+
+ModelPage::ModelPage(Session& session, SurfaceSize size, bool plan, const MakeSurface& make_surface)
+    : workbench_(session) {
+    workbench_.view.highlight_on = false;
+    workbench_.view.current_body = 1;
+    workbench_.view.show_plan = plan;
+    reset_view(session.workspace, workbench_.view, session.prompts);
+    place_charts(size, make_surface);
+
+    std::array<AX_Grapher*, model_chart_count> charts{};
+    for (std::size_t i = 0; i < charts.size(); ++i) charts[i] = &charts_[i];
+    ModelViewHost& host = *this;
+    view_ = std::make_unique<ModelView>(workbench_, charts, charts_.back(), host);
+    for (int i = 0; i <= model_chart_count; ++i)
+        charts_.at(static_cast<std::size_t>(i)).SetEvents(&view_->events(i));
+    view_->charts().set_up(true);
+    view_->display_model(true);
+}
+
+void ModelPage::place_charts(SurfaceSize size, const MakeSurface& make_surface) {
+    const double width = size.width - 2 * page_margin;
+    const double height = size.height - 2 * page_margin;
+    const ChartHeights heights =
+        share_height(static_cast<int>(height), charts_with_data(workbench_.session.workspace));
+    double top = size.height - page_margin;
+    for (std::size_t i = 0; i < charts_.size(); ++i) {
+        const bool is_plan = i == model_chart_count;
+        const double own = is_plan ? heights[chart_section] : heights[i];
+        if (!is_plan) top -= own;
+        places_[i] = {page_margin, top, {width, own}};
+        surfaces_[i] = make_surface(places_[i].size);
+        charts_[i].SetSurface(surfaces_[i].get());
+    }
+}
+
+void ModelPage::draw(DrawingDevice& device, OutputTarget kind, const SurfaceMapping& whole) {
+    for (std::size_t i = 0; i < charts_.size(); ++i) {
+        if (!charts_[i].HasPlotDefined()) continue;
+        SurfaceMapping mapping = whole;
+        mapping.device_offset_x += whole.device_scale * places_[i].left;
+        mapping.device_offset_y -= whole.device_scale * places_[i].bottom;
+        if (charts_[i].DrawTo(device, kind, mapping, places_[i].size) != 0)
+            throw Fault("a chart of the page cannot be drawn");
+    }
+}
+
+}  // namespace anomalis

@@ -1,0 +1,93 @@
+#include "workbench/model_page.h"
+
+#include <gtest/gtest.h>
+
+#include "chart/recording_device.h"
+#include "workbench/line_sample.h"
+
+namespace anomalis {
+
+namespace {
+
+constexpr SurfaceSize sheet{15000, 12000};
+
+std::unique_ptr<DrawingDevice> measuring_surface(SurfaceSize size) {
+    return std::make_unique<RecordingDevice>(size.width, size.height);
+}
+
+/// Everything drawn, in page coordinates: a recording device keeps what it is told before the mapping.
+struct Sheet : RecordingDevice {
+    Sheet() : RecordingDevice(sheet.width, sheet.height) {}
+    void set_mapping(const SurfaceMapping& mapping) override {
+        RecordingDevice::set_mapping(mapping);
+        mappings.push_back(mapping);
+    }
+    std::vector<SurfaceMapping> mappings;
+};
+
+struct Page : LineSample {
+    Page() {
+        add_body(1260, 60).name = "Dyke";
+        add_body(1807, 20);
+        load();
+    }
+    void draw(bool plan) {
+        ModelPage page(session, sheet, plan, measuring_surface);
+        page.draw(paper, OutputTarget::metafile, screen_mapping(sheet.height));
+    }
+    Sheet paper;
+};
+
+}  // namespace
+
+TEST(ModelPage, holds_every_chart_of_the_line) {
+    Page page;
+    page.draw(false);
+    for (const char* title : {"Residual Magnetic Field", "Calculated Vertical Gradient", "Residual Gravity",
+                              "Calculated Gravity Vertical Gradient", "Model Section", "Distance (m)"})
+        EXPECT_NE(page.paper.find_text(title), nullptr) << title;
+    EXPECT_EQ(page.paper.find_text("Plan"), nullptr);
+    EXPECT_TRUE(page.prompts.messages.empty());
+}
+
+TEST(ModelPage, the_charts_stand_one_under_the_other_inside_the_sheet) {
+    Page page;
+    page.draw(false);
+    const double page_bottom = screen_mapping(sheet.height).device_offset_y;
+    double last = -1e9;
+    for (const SurfaceMapping& mapping : page.paper.mappings) {
+        EXPECT_GE(mapping.device_offset_y, last) << "from the top down";
+        EXPECT_LE(mapping.device_offset_y, page_bottom);
+        EXPECT_GT(mapping.device_offset_x, 0);
+        last = mapping.device_offset_y;
+    }
+    EXPECT_GE(page.paper.mappings.size(), 5U);
+}
+
+TEST(ModelPage, no_body_is_highlighted_and_the_label_is_as_in_the_file) {
+    Page page;
+    page.draw(false);
+    for (const auto& fill : page.paper.of_kind(RecordingDevice::Kind::polygon_fill))
+        EXPECT_NE(fill.pen.colour, 0xFF00FF);
+    EXPECT_EQ(page.paper.find_text("Dyke"), nullptr);
+    page.workspace().display.show_body_label = 1;
+    page.draw(false);
+    EXPECT_NE(page.paper.find_text("Dyke"), nullptr);
+}
+
+TEST(ModelPage, the_plan_stands_in_the_place_of_the_section) {
+    Page page;
+    page.draw(true);
+    EXPECT_NE(page.paper.find_text("Plan"), nullptr);
+    EXPECT_EQ(page.paper.find_text("Model Section"), nullptr);
+    EXPECT_NE(page.paper.find_text("Residual Gravity"), nullptr);
+}
+
+TEST(ModelPage, a_sheet_too_small_for_anything_is_left_blank_or_told) {
+    Page page;
+    ModelPage small(page.session, {240, 240}, false, measuring_surface);
+    small.draw(page.paper, OutputTarget::metafile, screen_mapping(240));
+    EXPECT_EQ(page.paper.find_text("Model Section"), nullptr);
+}
+
+}  // namespace anomalis
