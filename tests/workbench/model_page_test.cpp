@@ -18,9 +18,9 @@ std::unique_ptr<DrawingDevice> measuring_surface(SurfaceSize size) {
 /// Everything drawn, in page coordinates: a recording device keeps what it is told before the mapping.
 struct Sheet : RecordingDevice {
     Sheet() : RecordingDevice(sheet.width, sheet.height) {}
-    void set_mapping(const SurfaceMapping& mapping) override {
-        RecordingDevice::set_mapping(mapping);
-        mappings.push_back(mapping);
+    void set_mapping(const SurfaceMapping& next) override {
+        RecordingDevice::set_mapping(next);
+        mappings.push_back(next);
     }
     std::vector<SurfaceMapping> mappings;
 };
