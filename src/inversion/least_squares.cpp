@@ -17,10 +17,13 @@ using Eigen::VectorXd;
 
 constexpr double first_damping = 1e-2;
 constexpr double most_damping = 1e10;
-/// The fit has converged when an iteration gains less than this part of the sum of squares.
-constexpr double least_gain = 1e-4;
-/// But not while its columns promise more than this part, which heavy damping held back.
-constexpr double least_promise = 1e-2;
+/// The fit has converged when the step without damping promises less than this part of the sum of squares.
+constexpr double least_promise = 1e-3;
+/// A damped step that promises less than this part ends the search for a better point.
+constexpr double least_trial = 1e-5;
+/// A difference should change the residuals by so many times what rounding does: far above it, and still
+/// small against the response.
+constexpr double clear_change = 2e4;
 /// A sum of squares this close to what rounding makes leaves nothing to gain.
 constexpr double perfect = 2;
 
@@ -38,7 +41,10 @@ class Solver {
           residuals_(static_cast<Index>(problem.residual_count())),
           trial_residuals_(residuals_.size()),
           jacobian_(residuals_.size(), count_) {
-        for (std::size_t i = 0; i < parameters.size(); ++i) values_[i] = parameters[i].value;
+        for (std::size_t i = 0; i < parameters.size(); ++i) {
+            values_[i] = parameters[i].value;
+            differences_.push_back(parameters[i].difference);
+        }
     }
 
     FitOutcome run(int max_iterations);
@@ -52,6 +58,7 @@ class Solver {
     double room_above(Index k) const { return static_cast<double>(parameter(k).upper) - value(k); }
     bool crossed(Index k) const { return parameter(k).lower > parameter(k).upper; }
 
+    void form_column(Index k);
     void form_jacobian();
     std::vector<bool> held() const;
     VectorXd damped_step(std::vector<bool> fixed) const;
@@ -67,6 +74,8 @@ class Solver {
     std::span<const FitParameter> parameters_;
     Index count_;
     std::vector<float> values_;
+    std::vector<float> differences_;  ///< for the next Jacobian
+    std::vector<float> formed_with_;  ///< of the present one
     VectorXd residuals_, trial_residuals_;
     double sum_of_squares_ = 0;
     MatrixXd jacobian_;
@@ -77,21 +86,38 @@ class Solver {
     double growth_ = 2;
 };
 
+/// The difference follows the response: the next one changes it clearly, however deep or large the body is.
+void Solver::form_column(Index k) {
+    const auto i = static_cast<std::size_t>(k);
+    const FitParameter& p = parameter(k);
+    float& difference = differences_[i];
+    const float here = values_[i];
+    float there = here + difference;
+    if (there > p.upper && here - difference >= p.lower) there = here - difference;
+    problem_.probe(i, there, span_of(trial_residuals_));
+    trial_residuals_ -= residuals_;
+    const double change = trial_residuals_.norm();
+    jacobian_.col(k) = trial_residuals_ / (static_cast<double>(there) - static_cast<double>(here));
+    if (!jacobian_.col(k).allFinite()) {
+        jacobian_.col(k).setZero();
+        return;
+    }
+    formed_with_[i] = difference;
+    const double wanted = clear_change * problem_.rounding();
+    const double factor = std::clamp(change > 0 ? wanted / change : 10.0, 0.1, 10.0);
+    difference = std::clamp(static_cast<float>(static_cast<double>(difference) * factor), p.least_difference,
+                            p.most_difference);
+}
+
 /// One evaluation of one body a column.
 void Solver::form_jacobian() {
+    formed_with_ = differences_;
     for (Index k = 0; k < count_; ++k) {
         if (crossed(k)) {
             jacobian_.col(k).setZero();
-            continue;
+        } else {
+            form_column(k);
         }
-        const FitParameter& p = parameter(k);
-        const float here = values_[static_cast<std::size_t>(k)];
-        float there = here + p.difference;
-        if (there > p.upper && here - p.difference >= p.lower) there = here - p.difference;
-        problem_.probe(static_cast<std::size_t>(k), there, span_of(trial_residuals_));
-        const double change = static_cast<double>(there) - static_cast<double>(here);
-        jacobian_.col(k) = (trial_residuals_ - residuals_) / change;
-        if (!jacobian_.col(k).allFinite()) jacobian_.col(k).setZero();
     }
     const Eigen::HouseholderQR<MatrixXd> qr(jacobian_);
     const Index rank = std::min(jacobian_.rows(), count_);
@@ -188,22 +214,20 @@ bool Solver::try_step(const VectorXd& step) {
 Solver::Step Solver::improve() {
     form_jacobian();
     const std::vector<bool> fixed = held();
-    const double whole = full_promise(fixed);
+    const double before = sum_of_squares_;
+    const bool last_step = full_promise(fixed) < least_promise * before;
     while (damping_ < most_damping) {
         const VectorXd step = damped_step(fixed);
         const double promised = predicted_gain(step);
-        if (!(promised > 0)) return Step::none;
-        const double before = sum_of_squares_;
+        if (!(promised > least_trial * before)) break;
         if (try_step(step)) {
             const double gain = before - sum_of_squares_;
             const double cube = std::pow(2 * std::min(gain / promised, 1.0) - 1, 3);
             damping_ = std::max(damping_ * std::max(1.0 / 3, 1 - cube), 1e-12);
             growth_ = 2;
-            const bool done = perfect_fit() || (gain < least_gain * before && whole < least_promise * before);
-            return done ? Step::converged : Step::better;
+            return last_step || perfect_fit() ? Step::converged : Step::better;
         }
-        // The model promises next to nothing, so a shorter step would not find more.
-        if (promised < least_gain * before) return Step::none;
+        if (last_step) break;
         damping_ *= growth_;
         growth_ *= 2;
     }
@@ -242,6 +266,7 @@ void Solver::describe(FitOutcome& outcome) const {
     matter.residual_count = static_cast<std::size_t>(residuals_.size());
     matter.rounding = problem_.rounding();
     matter.parameters = parameters_;
+    matter.differences = formed_with_;
     outcome.at_limit.assign(parameters_.size(), false);
     for (Index k = 0; k < count_; ++k)
         outcome.at_limit[static_cast<std::size_t>(k)] =

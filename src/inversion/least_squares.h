@@ -12,8 +12,10 @@ struct FitParameter {
     float value = 0;
     float lower = 0;
     float upper = 0;
-    float difference = 0;  ///< change that a column of the Jacobian is formed with; above 0
-    float scale = 0;       ///< a change that matters, for the question whether the data determine it
+    float difference = 0;  ///< first change that a column of the Jacobian is formed with; above 0
+    float least_difference = 0;
+    float most_difference = 0;
+    float scale = 0;  ///< a standard error beyond this says that the data leave the parameter open
 };
 
 /// What is fitted.

@@ -50,8 +50,7 @@ std::vector<Index> sort_out(const FitMatter& matter, const VectorXd& norms, FitO
     std::vector<Index> used;
     for (std::size_t i = 0; i < matter.parameters.size(); ++i) {
         if (outcome.at_limit[i]) continue;
-        const double change =
-            norms[static_cast<Index>(i)] * static_cast<double>(matter.parameters[i].difference);
+        const double change = norms[static_cast<Index>(i)] * static_cast<double>(matter.differences[i]);
         outcome.undetermined[i] = change <= above_rounding * matter.rounding;
         if (!outcome.undetermined[i]) used.push_back(static_cast<Index>(i));
     }

@@ -14,6 +14,7 @@ struct FitMatter {
     std::size_t residual_count = 0;
     double rounding = 0;
     std::span<const FitParameter> parameters;
+    std::span<const float> differences;  ///< that the columns were formed with
 };
 
 /// Fills errors, correlation and undetermined of an outcome whose sum of squares and `at_limit` are known.

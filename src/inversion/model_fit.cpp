@@ -16,10 +16,12 @@ namespace anomalis {
 
 namespace {
 
-/// Differences of this part of the step, or of the value where the value is a size: far above the rounding
-/// of the responses, far below the scale on which they bend.
-constexpr float step_part = 0.1F;
+/// The first differences, as parts of the step and of a size, as the sweep's probes; and the least one, so
+/// that it is not lost in the digits of the value.
+constexpr float step_part = 0.01F;
 constexpr float value_part = 1e-3F;
+constexpr float least_value_part = 1e-5F;
+constexpr float least_step_part = 1e-4F;
 /// Single precision, as a part of the response.
 constexpr double single_rounding = 6e-8;
 /// A standard error beyond so many steps, and beyond the value, says that the parameter is open.
@@ -31,15 +33,18 @@ bool is_position(int param_code) {
 
 FitParameter fit_parameter(const InversionParam& param, int param_code) {
     const float size = std::abs(param.value);
-    float difference = step_part * std::abs(param.step);
-    if (!is_position(param_code)) difference = std::max(difference, value_part * size);
-    // A step of 0, or one lost in the digits of the value, still needs a difference.
-    difference = std::max({difference, 1e-6F * size, 1e-6F});
+    // A step of 0 still needs a difference.
+    const float step = param.step == 0 ? std::max(value_part * size, value_part) : std::abs(param.step);
+    const float first =
+        is_position(param_code) ? step_part * step : larger_of(step_part * step, value_part * size);
+    const float least = larger_of(least_step_part * step, least_value_part * size);
     return {.value = param.value,
             .lower = param.lower > unset ? param.lower : -1e32F,
             .upper = param.upper > unset ? param.upper : 1e32F,
-            .difference = difference,
-            .scale = std::max(size, open_steps * std::abs(param.step))};
+            .difference = larger_of(first, least),
+            .least_difference = least,
+            .most_difference = larger_of(step, least),
+            .scale = larger_of(size, open_steps * step)};
 }
 
 /// One channel's part of the residuals.
@@ -69,7 +74,8 @@ class ModelProblem : public FitProblem {
     void probe(std::size_t index, float value, std::span<double> out) override;
     void accepted() override;
     bool iteration_done(int iteration) override;
-    void restore(std::span<const float> values);
+    void set_values(std::span<const float> values);
+    void publish();
 
   private:
     std::size_t window() const {
@@ -88,6 +94,7 @@ class ModelProblem : public FitProblem {
     RunResult& result_;
     std::vector<FittedRow> rows_;
     MisfitPair last_misfit_{};
+    bool begins_ = true;
     double calculated_length_ = 0;
     ModelBody saved_body_;
     int saved_number_ = 0;
@@ -128,13 +135,19 @@ void ModelProblem::evaluate() {
 
 void ModelProblem::residuals(std::span<const float> values, std::span<double> out) {
     saved_number_ = 0;
+    set_values(values);
+    // The trial rows of a run that begins hold the model as it stands.
+    if (!begins_) evaluate();
+    begins_ = false;
+    collect(out);
+    calculated_length_ = calculated_length();
+}
+
+void ModelProblem::set_values(std::span<const float> values) {
     auto params = session_.inversion.inversion_params.span();
     for (std::size_t i = 0; i < values.size(); ++i) params[i].value = values[i];
     double penalty = 0;
     apply_all_parameters(penalty, session_);
-    evaluate();
-    collect(out);
-    calculated_length_ = calculated_length();
 }
 
 /// The body comes back from a copy, responses and all, so a column costs one body and not two.
@@ -162,6 +175,7 @@ void ModelProblem::accepted() {
 
 bool ModelProblem::iteration_done(int iteration) {
     result_.iterations = iteration;
+    publish();
     observer_.show_iteration(iteration);
     observer_.progress({iteration, request_.max_iterations, result_.misfit_pair, clock_.seconds()});
     observer_.show_current_misfit(result_.misfit_pair);
@@ -170,15 +184,16 @@ bool ModelProblem::iteration_done(int iteration) {
     return !session_.inversion.stop_inversion;
 }
 
-/// The accepted values and the rows that belong to them.
-void ModelProblem::restore(std::span<const float> values) {
-    auto params = session_.inversion.inversion_params.span();
-    for (std::size_t i = 0; i < values.size(); ++i) params[i].value = values[i];
-    double penalty = 0;
-    apply_all_parameters(penalty, session_);
+/// The charts show the accepted rows, whatever was tried last.
+void ModelProblem::publish() {
     Workspace& workspace = session_.workspace;
-    reset_calculated_data(workspace, session_.prompts);
-    evaluate_model_misfit(session_, workspace.mag_data, workspace.grav_data);
+    GraphicsArrays& charts = workspace.graphics;
+    if (workspace.has_mag())
+        copy_model_to_graphics_arrays(workspace, workspace.mag_data, charts.mag, charts.mag_gradient,
+                                      session_.prompts);
+    if (workspace.has_grav())
+        copy_model_to_graphics_arrays(workspace, workspace.grav_data, charts.grav, charts.grav_gradient,
+                                      session_.prompts);
 }
 
 FitStatistics statistics_of(const FitOutcome& outcome) {
@@ -212,9 +227,11 @@ void fit_model(Session& session, const RunRequest& request, RunObserver& observe
             fit_parameter(inversion.inversion_params[i], inversion.inversion_param_map[i].param_code));
     const bool joint = request.channel == channel_joint;
     if (joint) result.initial_grav_misfit = gravity_misfit(session);
+    start_trial_rows(session.workspace);
     ModelProblem problem(session, request, observer, clock, result);
     const FitOutcome outcome = fit_least_squares(problem, parameters, std::max(request.max_iterations, 1));
-    problem.restore(outcome.values);
+    problem.set_values(outcome.values);
+    problem.publish();
     result.status = status_of(outcome.end);
     result.statistics = statistics_of(outcome);
     if (joint) result.grav_misfit = gravity_misfit(session);
