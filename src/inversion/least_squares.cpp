@@ -68,7 +68,7 @@ class Solver {
     Step improve();
     void describe(FitOutcome& outcome) const;
     bool perfect_fit() const;
-    double full_promise(const std::vector<bool>& fixed);
+    double most_promise(const std::vector<bool>& fixed) const;
 
     FitProblem& problem_;
     std::span<const FitParameter> parameters_;
@@ -183,12 +183,15 @@ bool Solver::perfect_fit() const {
     return std::sqrt(sum_of_squares_) <= perfect * problem_.rounding();
 }
 
-/// What the step without damping would gain if the columns held all the way.
-double Solver::full_promise(const std::vector<bool>& fixed) {
-    const double damping = std::exchange(damping_, 0.0);
-    const double promised = predicted_gain(damped_step(fixed));
-    damping_ = damping;
-    return promised;
+/// What could be gained if the columns held all the way and no limit stood in it.
+double Solver::most_promise(const std::vector<bool>& fixed) const {
+    std::vector<Index> moving;
+    for (Index k = 0; k < count_; ++k)
+        if (!fixed[static_cast<std::size_t>(k)]) moving.push_back(k);
+    if (moving.empty()) return 0;
+    const MatrixXd columns = triangle_(Eigen::all, moving);
+    const VectorXd left = projected_ - columns * columns.colPivHouseholderQr().solve(projected_);
+    return projected_.squaredNorm() - left.squaredNorm();
 }
 
 bool Solver::try_step(const VectorXd& step) {
@@ -215,7 +218,7 @@ Solver::Step Solver::improve() {
     form_jacobian();
     const std::vector<bool> fixed = held();
     const double before = sum_of_squares_;
-    const bool last_step = full_promise(fixed) < least_promise * before;
+    const bool last_step = most_promise(fixed) < least_promise * before;
     while (damping_ < most_damping) {
         const VectorXd step = damped_step(fixed);
         const double promised = predicted_gain(step);

@@ -166,6 +166,8 @@ void ModelProblem::probe(std::size_t index, float value, std::span<double> out) 
     collect(out);
     param.value = kept;
     body = saved_body_;
+    // A parameter of one channel leaves the other channel's rows alone, so they must not hold this probe.
+    if (rows_.size() > 1) drop_trial_rows(session_.workspace);
 }
 
 void ModelProblem::accepted() {

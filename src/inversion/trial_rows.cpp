@@ -25,4 +25,9 @@ void accept_trial_rows(Workspace& workspace) {
     copy_calculated_stage(workspace.grav_work, workspace.grav_data);
 }
 
+void drop_trial_rows(Workspace& workspace) {
+    copy_calculated_stage(workspace.mag_data, workspace.mag_work);
+    copy_calculated_stage(workspace.grav_data, workspace.grav_work);
+}
+
 }  // namespace anomalis

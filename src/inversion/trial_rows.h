@@ -11,4 +11,7 @@ void start_trial_rows(Workspace& workspace);
 /// The calculated stage of the working copies, all rows, becomes that of the channels.
 void accept_trial_rows(Workspace& workspace);
 
+/// The calculated stage of the channels, all rows, becomes that of the working copies again.
+void drop_trial_rows(Workspace& workspace);
+
 }  // namespace anomalis

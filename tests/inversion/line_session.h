@@ -11,10 +11,11 @@
 
 namespace anomalis {
 
-/// A session with a straight line towards the east, both channels, a sensor 10 m above flat ground.
+/// A session with a straight line, both channels, a sensor 10 m above flat ground.
 class LineSession {
   public:
-    explicit LineSession(int stations = 101, double spacing = 10) : session(prompts, Settings{}) {
+    explicit LineSession(int stations = 101, double spacing = 10, StationColumn along = column_east)
+        : session(prompts, Settings{}) {
         initialise_workspace(session.workspace, prompts);
         Workspace& w = session.workspace;
         w.definition.mag_column = 5;
@@ -24,7 +25,7 @@ class LineSession {
         w.stations.assign(stations);
         w.mag_data.assign(stations);
         w.grav_data.assign(stations);
-        for (int i = 1; i <= stations; ++i) w.stations(i, column_east) = (i - 1) * spacing;
+        for (int i = 1; i <= stations; ++i) w.stations(i, along) = (i - 1) * spacing;
         setup_profile_coordinates(w, prompts);
         setup_graphics_arrays(w, prompts);
         setup_sensor_elevations(w, prompts);
@@ -58,6 +59,8 @@ class LineSession {
             for (int i = 1; i <= w.station_count; ++i)
                 (*data)(i, row_raw, stage_observed) = (*data)(i, row_raw, stage_calculated);
         invalidate_filtered_data(0, w);
+        // Whoever changes the body next writes its fields directly.
+        reset_calculated_data(w, prompts);
     }
 
     MisfitPair refresh() {
