@@ -1,0 +1,162 @@
+// One evaluation of the objective against its parts, whole runs, and the two methods on the examples.
+
+#include <algorithm>
+#include <benchmark/benchmark.h>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "core/session.h"
+#include "forward/mag_response.h"
+#include "intake/load.h"
+#include "intake/profile.h"
+#include "inversion/evaluate.h"
+#include "inversion/filters.h"
+#include "inversion/misfit.h"
+#include "inversion/report.h"
+#include "level_line.h"
+#include "quiet_prompts.h"
+#include "timing.h"
+#include "workspace_file/axm.h"
+
+namespace anomalis {
+namespace {
+
+/// A line with magnetics alone and sheets spread along it, whose data are those of a slightly other model.
+struct Line {
+    QuietPrompts prompts;
+    Session session{prompts, Settings()};
+
+    Line(int stations, int bodies) {
+        session.workspace = level_line(stations);
+        Workspace& w = session.workspace;
+        w.definition.z_column = 4;
+        w.first_station = 1;
+        w.last_station = stations;
+        w.last_distance = stations - 1;
+        w.mag_base = 0;
+        setup_graphics_arrays(w, prompts);
+        for (int i = 0; i < bodies; ++i) {
+            ModelBody& body = add_body(w, thin_sheet, (i + 0.5) * stations / bodies);
+            body.vary = 1;
+            body.length.value = 0;
+            body.width.value = 5;
+            for (const ParamSlot& slot : param_slots()) (body.*slot.slot).vary = 0;
+            body.distance.vary = body.top.vary = body.dip.vary = body.susc.vary = 1;
+            body.susc.max = 400000;
+        }
+        finish_load(session);
+        refresh_model(session);
+        const auto calculated = w.mag_data.row(row_raw, stage_calculated);
+        std::copy(calculated.begin(), calculated.end(), w.mag_data.row(row_raw, stage_observed).begin());
+        for (int i = 1; i <= bodies; ++i) {
+            w.body(i).distance.value += 3;
+            w.body(i).top.value -= 4;
+            w.body(i).dip.value += 5;
+            w.body(i).susc.value *= 0.9F;
+            invalidate_body(w.body(i));
+        }
+        invalidate_filtered_data(0, w);
+        refresh_model(session);
+    }
+};
+
+void one_evaluation(benchmark::State& state) {
+    Line line(8193, 50);
+    Workspace& w = line.session.workspace;
+    ModelBody& body = w.body(25);
+    std::vector<float> sum(8193);
+    BestTime evaluation, response, adding, filtering;
+    for (auto _ : state) {
+        body.dip.value += 0.01F;
+        const double seconds = evaluation.take([&] {
+            invalidate_body(body);
+            evaluate_model_misfit(line.session, w.mag_data, w.grav_data);
+        });
+        response.take([&] {
+            body.last_calculated = -1.0F;
+            calculate_mag_response(w, 25, line.prompts);
+        });
+        adding.take([&] {
+            std::fill(sum.begin(), sum.end(), 0.0F);
+            for (int i = 1; i <= w.body_count; ++i) {
+                const auto row = w.body(i).response.column(1);
+                for (std::size_t k = 0; k < sum.size(); ++k) sum[k] += row[k];
+            }
+            benchmark::DoNotOptimize(sum.data());
+            benchmark::ClobberMemory();
+        });
+        filtering.take([&] {
+            w.mag_calculated_filtered = false;
+            filter_data(w, channel_mag, stage_calculated, w.mag_data, line.prompts);
+        });
+        state.SetIterationTime(seconds);
+    }
+    const double parts = response.seconds() + adding.seconds() + filtering.seconds();
+    state.counters["ratio_to_parts"] = evaluation.seconds() / parts;
+    state.counters["response_us"] = response.seconds() * 1e6;
+    state.counters["adding_us"] = adding.seconds() * 1e6;
+    state.counters["filtering_us"] = filtering.seconds() * 1e6;
+}
+BENCHMARK(one_evaluation)->Iterations(300)->UseManualTime()->Unit(benchmark::kMicrosecond);
+
+/// 25 sweeps at most over four free parameters a body.
+void a_run(benchmark::State& state) {
+    const auto bodies = static_cast<int>(state.range(0));
+    const auto stations = static_cast<int>(state.range(1));
+    for (auto _ : state) {
+        state.PauseTiming();
+        auto line = std::make_unique<Line>(stations, bodies);
+        state.ResumeTiming();
+        const InversionReport report = run_inversion(line->session, InvertOptions{});
+        state.counters["evaluations"] = static_cast<double>(report.result.evaluations);
+        state.counters["us_an_evaluation"] =
+            report.seconds * 1e6 / static_cast<double>(report.result.evaluations);
+    }
+}
+BENCHMARK(a_run)
+    ->ArgNames({"bodies", "stations"})
+    ->Args({10, 2000})
+    ->Args({1, 2000})
+    ->Args({5, 2000})
+    ->Args({20, 2000})
+    ->Args({10, 1000})
+    ->Args({10, 4000})
+    ->Args({10, 8000})
+    ->Iterations(1)
+    ->Unit(benchmark::kMillisecond);
+
+/// The two methods from the same start. The last misfits and the evaluations make the table.
+void example(benchmark::State& state, const char* name, InversionMethod method) {
+    const std::string path = std::string(ANOMALIS_EXAMPLES) + "/" + name + ".axm";
+    for (auto _ : state) {
+        QuietPrompts prompts;
+        Session session(prompts, Settings());
+        initialise_workspace(session.workspace, prompts);
+        if (read_model_parameters(0, session.workspace, path, session.settings, prompts) != 0 ||
+            load_locations(session.workspace, prompts) != 0) {
+            state.SkipWithError("the example does not load");
+            return;
+        }
+        finish_load(session);
+        refresh_model(session);
+        InvertOptions options;
+        options.method = method;
+        const InversionReport report = run_inversion(session, options);
+        state.counters["first_misfit"] = report.result.initial_misfit.value_or(MisfitPair{})[0];
+        state.counters["last_misfit"] = report.result.misfit_pair[0];
+        state.counters["evaluations"] = static_cast<double>(report.result.evaluations);
+    }
+}
+BENCHMARK_CAPTURE(example, dyke_swarm_sweep, "dyke_swarm", InversionMethod::sweep)->Iterations(1);
+BENCHMARK_CAPTURE(example, dyke_swarm_least_squares, "dyke_swarm", InversionMethod::least_squares)
+    ->Iterations(1);
+BENCHMARK_CAPTURE(example, fault_block_sweep, "fault_block", InversionMethod::sweep)->Iterations(1);
+BENCHMARK_CAPTURE(example, fault_block_least_squares, "fault_block", InversionMethod::least_squares)
+    ->Iterations(1);
+BENCHMARK_CAPTURE(example, buried_cable_sweep, "buried_cable", InversionMethod::sweep)->Iterations(1);
+BENCHMARK_CAPTURE(example, buried_cable_least_squares, "buried_cable", InversionMethod::least_squares)
+    ->Iterations(1);
+
+}  // namespace
+}  // namespace anomalis
