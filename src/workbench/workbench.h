@@ -18,6 +18,7 @@ struct Workbench {
     FileHead head;  ///< the first lines of the data file
     /// Which base levels (magnetics, gravity) came from the mean of the data and not from a person or a file.
     std::array<bool, 2> base_from_mean{};
+    bool unsaved = false;  ///< the model differs from the file last written or read
 };
 
 /// True when a profile is loaded that can be modelled: stations, and a line of some length.

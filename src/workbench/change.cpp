@@ -1,0 +1,12 @@
+#include "workbench/change.h"
+
+#include "workbench/workbench.h"
+
+namespace anomalis {
+
+void note_change(Workbench& workbench, const ModelChange&) {
+    workbench.session.model_changed = true;
+    workbench.unsaved = true;
+}
+
+}  // namespace anomalis
