@@ -13,13 +13,21 @@ FormMenus::FormMenus(QMainWindow& window, const std::vector<ExampleFile>& exampl
     : QObject(&window), window_(window) {
     make_file_menu(examples);
     make_view_menu();
+    bodies_menu_ = add_bar_menu("menu_bodies", tr("&Bodies"));
     make_model_menu();
     make_help_menu();
     show_line_menus(false);
 }
 
-QMenu* FormMenus::add_menu(const char* name, const QString& text) {
+QMenu* FormMenus::add_bar_menu(const char* name, const QString& text) {
     QMenu* menu = window_.menuBar()->addMenu(text);
+    menu->setObjectName(name);
+    menu->setToolTipsVisible(true);
+    return menu;
+}
+
+QMenu* FormMenus::add_menu(QMenu& parent, const char* name, const QString& text) {
+    QMenu* menu = parent.addMenu(text);
     menu->setObjectName(name);
     menu->setToolTipsVisible(true);
     return menu;
@@ -33,7 +41,7 @@ QAction* FormMenus::add_action(QMenu& menu, const char* name, const QString& tex
 }
 
 void FormMenus::make_file_menu(const std::vector<ExampleFile>& examples) {
-    QMenu* file = add_menu("menu_file", tr("&File"));
+    QMenu* file = file_menu_ = add_bar_menu("menu_file", tr("&File"));
     QAction* read_all =
         add_action(*file, "menu_open_model_0", tr("&Read Data Format and Model Definitions"),
                    tr("Open a workspace file: how the data are read, the settings and the bodies"));
@@ -44,8 +52,7 @@ void FormMenus::make_file_menu(const std::vector<ExampleFile>& examples) {
                                       tr("Take the bodies alone from another workspace file"));
     connect(read_bodies, &QAction::triggered, this, &FormMenus::read_bodies_wanted);
     if (!examples.empty()) {
-        QMenu* menu = file->addMenu(tr("&Examples"));
-        menu->setObjectName("menu_examples");
+        QMenu* menu = add_menu(*file, "menu_examples", tr("&Examples"));
         int number = 0;
         for (const ExampleFile& example : examples) {
             const QString path = QString::fromStdString(example.path);
@@ -61,14 +68,13 @@ void FormMenus::make_file_menu(const std::vector<ExampleFile>& examples) {
 }
 
 void FormMenus::make_view_menu() {
-    view_menu_ = add_menu("menu_view", tr("&View"));
+    view_menu_ = add_bar_menu("menu_view", tr("&View"));
     display_axes_ = add_action(*view_menu_, "menu_display_axes", tr("Display &Axes"),
                                tr("Axes and numbers on the charts"));
     display_axes_->setCheckable(true);
     display_axes_->setChecked(true);
     connect(display_axes_, &QAction::toggled, this, &FormMenus::display_axes_toggled);
-    QMenu* mode = view_menu_->addMenu(tr("&Show"));
-    mode->setObjectName("menu_view_mode");
+    QMenu* mode = add_menu(*view_menu_, "menu_view_mode", tr("&Show"));
     auto* group = new QActionGroup(this);
     const std::array names{"menu_view_mode_0", "menu_view_mode_1"};
     const std::array texts{tr("&Section"), tr("&Plan")};
@@ -82,7 +88,7 @@ void FormMenus::make_view_menu() {
 }
 
 void FormMenus::make_model_menu() {
-    model_menu_ = add_menu("menu_model", tr("&Model"));
+    model_menu_ = add_bar_menu("menu_model", tr("&Model"));
     recalc_ = add_action(*model_menu_, "menu_force_recalc", tr("Force &Recalc"),
                          tr("Calculate every body's response anew"));
     recalc_->setShortcut(QKeySequence(Qt::Key_F5));
@@ -90,13 +96,13 @@ void FormMenus::make_model_menu() {
 }
 
 void FormMenus::make_help_menu() {
-    QMenu* help = add_menu("menu_help", tr("&Help"));
-    QAction* about = add_action(*help, "menu_about", tr("&About"), tr("Which version this is"));
+    help_menu_ = add_bar_menu("menu_help", tr("&Help"));
+    QAction* about = add_action(*help_menu_, "menu_about", tr("&About"), tr("Which version this is"));
     connect(about, &QAction::triggered, this, &FormMenus::about_wanted);
 }
 
 void FormMenus::show_line_menus(bool shown) {
-    for (QMenu* menu : {view_menu_, model_menu_}) menu->menuAction()->setVisible(shown);
+    for (QMenu* menu : {view_menu_, bodies_menu_, model_menu_}) menu->menuAction()->setVisible(shown);
     display_axes_->setVisible(shown);
     recalc_->setEnabled(shown);
 }

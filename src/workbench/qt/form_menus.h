@@ -20,6 +20,16 @@ class FormMenus : public QObject {
   public:
     FormMenus(QMainWindow& window, const std::vector<ExampleFile>& examples);
 
+    /// The menus in their order on the bar. Others add their entries to them.
+    QMenu& file_menu() { return *file_menu_; }
+    QMenu& view_menu() { return *view_menu_; }
+    QMenu& bodies_menu() { return *bodies_menu_; }
+    QMenu& model_menu() { return *model_menu_; }
+    QMenu& help_menu() { return *help_menu_; }
+    /// A menu below another one; an entry of a menu. The name is how tests and tools find it.
+    QMenu* add_menu(QMenu& parent, const char* name, const QString& text);
+    QAction* add_action(QMenu& menu, const char* name, const QString& text, const QString& tip);
+
     /// Menus that speak of a loaded line are there exactly while there is one.
     void show_line_menus(bool shown);
     bool display_axes() const;
@@ -43,12 +53,14 @@ class FormMenus : public QObject {
     void make_view_menu();
     void make_model_menu();
     void make_help_menu();
-    QMenu* add_menu(const char* name, const QString& text);
-    QAction* add_action(QMenu& menu, const char* name, const QString& text, const QString& tip);
+    QMenu* add_bar_menu(const char* name, const QString& text);
 
     QMainWindow& window_;
+    QMenu* file_menu_ = nullptr;
     QMenu* view_menu_ = nullptr;
+    QMenu* bodies_menu_ = nullptr;
     QMenu* model_menu_ = nullptr;
+    QMenu* help_menu_ = nullptr;
     QAction* display_axes_ = nullptr;
     QAction* recalc_ = nullptr;
     std::array<QAction*, 2> view_modes_{};
