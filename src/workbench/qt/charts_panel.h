@@ -40,6 +40,7 @@ class ChartsPanel : public QWidget, private ModelViewHost {
     void misfit_found(double data, double gradient);
     void base_level_found(const QString& text);
     void plan_toggled(bool plan);
+    void body_selected();
 
   protected:
     void resizeEvent(QResizeEvent* event) override;
@@ -51,7 +52,7 @@ class ChartsPanel : public QWidget, private ModelViewHost {
     void show_misfit(const MisfitPair& misfit) override;
     void show_base_level(const std::string& text) override;
     void show_window(bool free_zoom) override;
-    void show_current_body() override {}
+    void show_current_body() override { emit body_selected(); }
 
     QWidget* make_charts();
     QWidget* make_bars();

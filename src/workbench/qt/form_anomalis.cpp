@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QHBoxLayout>
 #include <QMimeData>
 #include <QShortcut>
 #include <QStackedWidget>
@@ -13,7 +14,9 @@
 #include "workbench/qt/definitions_page.h"
 #include "workbench/qt/definitions_panel.h"
 #include "workbench/qt/entry_box.h"
+#include "workbench/qt/form_bodies.h"
 #include "workbench/qt/form_menus.h"
+#include "workbench/qt/model_side.h"
 #include "workbench/qt/processing_panel.h"
 #include "workbench/qt/settings_panels.h"
 #include "workbench/qt/status_panels.h"
@@ -57,9 +60,12 @@ Form_anomalis::Form_anomalis(Session& session, const std::vector<ExampleFile>& e
       definitions_page_(new DefinitionsPage(workbench_, guards_, examples)),
       model_page_(new QStackedWidget),
       hint_(new WelcomePanel("Frame_hint", examples)),
+      model_row_(new QWidget),
       charts_(new ChartsPanel(workbench_)),
+      side_(new ModelSide(workbench_, guards_)),
       status_(new StatusPanels(this)),
-      menus_(new FormMenus(*this, examples)) {
+      menus_(new FormMenus(*this, examples)),
+      bodies_(new FormBodies(*this)) {
     lay_out();
     wire_pages();
     wire_menus();
@@ -74,7 +80,12 @@ void Form_anomalis::lay_out() {
     tabs_->setObjectName("Tab_model");
     tabs_->setDocumentMode(true);
     model_page_->addWidget(hint_);
-    model_page_->addWidget(charts_);
+    auto* row = new QHBoxLayout(model_row_);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(0);
+    row->addWidget(charts_, 1);
+    row->addWidget(side_);
+    model_page_->addWidget(model_row_);
     tabs_->addTab(definitions_page_, tr(" Data Definitions"));
     tabs_->addTab(model_page_, tr("Current Model"));
     setCentralWidget(tabs_);
@@ -137,7 +148,8 @@ void Form_anomalis::start() {
     }
     definitions_page_->fill(true);
     session_.model_changed = false;
-    setWindowTitle(QString::fromStdString(window_caption(session_.workspace)));
+    show_caption();
+    side_->reset_form_display();
     update_line_state();
     restore_size(settings);
     window_ready_ = true;
@@ -186,9 +198,9 @@ void Form_anomalis::show_opened(OpenOutcome outcome, ReadMode mode) {
             charts_->view().charts().set_display_axes(display.show_axes != 0);
         }
         definitions_page_->fill();
-        if (outcome == OpenOutcome::opened)
-            setWindowTitle(QString::fromStdString(window_caption(session_.workspace)));
+        if (outcome == OpenOutcome::opened) show_caption();
     }
+    side_->reset_form_display();
     tabs_->setCurrentIndex(tab_definitions);
     definitions_page_->definitions().blank_results();
     line_dropped();
@@ -254,11 +266,27 @@ void Form_anomalis::line_dropped() {
 void Form_anomalis::update_line_state() {
     const bool loaded = line_loaded(session_.workspace);
     menus_->show_line_menus(loaded);
-    model_page_->setCurrentWidget(loaded ? static_cast<QWidget*>(charts_) : hint_);
+    model_page_->setCurrentWidget(loaded ? model_row_ : static_cast<QWidget*>(hint_));
+    side_->display_body_parameters();
 }
 
 void Form_anomalis::setting_changed() {
     charts_->view().display_model();
+}
+
+void Form_anomalis::show_model_tab() {
+    tabs_->setCurrentIndex(tab_model);
+}
+
+void Form_anomalis::model_edited() {
+    side_->display_body_parameters();
+    charts_->view().display_model();
+    show_caption();
+}
+
+void Form_anomalis::show_caption() {
+    const std::string mark = workbench_.unsaved ? " *" : "";
+    setWindowTitle(QString::fromStdString(window_caption(session_.workspace) + mark));
 }
 
 void Form_anomalis::closeEvent(QCloseEvent* event) {

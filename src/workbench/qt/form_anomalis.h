@@ -16,7 +16,9 @@ namespace anomalis {
 
 class ChartsPanel;
 class DefinitionsPage;
+class FormBodies;
 class FormMenus;
+class ModelSide;
 class StatusPanels;
 class WelcomePanel;
 
@@ -36,7 +38,16 @@ class Form_anomalis : public QMainWindow {
     void load_locations();
 
     Workbench& workbench() { return workbench_; }
+    FormGuards& guards() { return guards_; }
     ChartsPanel& charts() { return *charts_; }
+    ModelSide& side() { return *side_; }
+    FormMenus& menus() { return *menus_; }
+    StatusPanels& status() { return *status_; }
+    void show_model_tab();
+
+  public slots:
+    /// The model was edited, by whomever: body controls, charts and caption follow.
+    void model_edited();
 
   protected:
     void closeEvent(QCloseEvent* event) override;
@@ -59,6 +70,7 @@ class Form_anomalis : public QMainWindow {
     void line_dropped();
     void update_line_state();
     void setting_changed();
+    void show_caption();
 
     Session& session_;
     Workbench workbench_;
@@ -68,9 +80,12 @@ class Form_anomalis : public QMainWindow {
     DefinitionsPage* definitions_page_;
     QStackedWidget* model_page_;
     WelcomePanel* hint_;
+    QWidget* model_row_;
     ChartsPanel* charts_;
+    ModelSide* side_;
     StatusPanels* status_;
     FormMenus* menus_;
+    FormBodies* bodies_;
 };
 
 }  // namespace anomalis
