@@ -89,15 +89,11 @@ void Session::save_at_exit(const ExitValues& values) {
 }
 
 std::optional<std::string> Session::open_file_dialog(const FileRequest& request) {
-    auto chosen = prompts.open_file(request);
-    if (chosen) first_dialog = false;
-    return chosen;
+    return prompts.open_file(request);
 }
 
 std::optional<std::string> Session::save_file_dialog(const FileRequest& request) {
-    auto chosen = prompts.save_file(request);
-    if (chosen) first_dialog = false;
-    return chosen;
+    return prompts.save_file(request);
 }
 
 void Session::save_body_defaults(int body_number) {
@@ -123,7 +119,9 @@ void Session::save_directory() {
 
 void Session::restore_directory() {
     const std::string folder = settings.get(settings_section, "WorkingDirectory");
-    if (folder_exists(folder)) change_to_folder(folder);
+    if (!folder_exists(folder)) return;
+    change_to_folder(folder);
+    first_dialog = false;
 }
 
 }  // namespace anomalis

@@ -64,7 +64,7 @@ class Session {
     /// Keeps at exit what the next start reads. Nothing of the workspace is saved.
     void save_at_exit(const ExitValues& values);
 
-    /// The file dialogs; the first one that succeeds clears `first_dialog`.
+    /// The file dialogs.
     std::optional<std::string> open_file_dialog(const FileRequest& request);
     std::optional<std::string> save_file_dialog(const FileRequest& request);
 
@@ -81,7 +81,8 @@ class Session {
     SystemInfo system;
     Prompts& prompts;
     bool model_changed = false;
-    bool first_dialog = true;  ///< no file dialog has succeeded yet; the first one may set the working folder
+    /// The session has no working folder of its own yet: the first data file that is chosen may set it.
+    bool first_dialog = true;
 };
 
 }  // namespace anomalis

@@ -5,6 +5,7 @@
 
 #include "core/numbers.h"
 #include "core/text.h"
+#include "workbench/change.h"
 #include "workbench/workbench.h"
 
 namespace anomalis {
@@ -71,24 +72,28 @@ void forget_window(Workspace& workspace) {
     workspace.last_station = 0;
 }
 
+/// Keystrokes in one box are one step.
+void note_definition(Workbench& workbench, DefinitionBox box) {
+    note_change(workbench, {"data definition", "definition:" + std::to_string(static_cast<int>(box)), false});
+}
+
 }  // namespace
 
 DefinitionChange change_definition_box(Workbench& workbench, DefinitionBox box, std::string_view text) {
-    Session& session = workbench.session;
-    Workspace& workspace = session.workspace;
+    Workspace& workspace = workbench.session.workspace;
     if (const WholeNumberBox* entry = whole_number_box(box)) {
         const auto value = whole_number(text, entry->accepts);
         if (!value) return DefinitionChange::refused;
         drop_stations(workspace);
         workspace.definition.*(entry->field) = *value;
-        session.model_changed = true;
+        note_definition(workbench, box);
         return entry->keeps_length ? DefinitionChange::accepted_keep_length : DefinitionChange::accepted;
     }
     if (trim_blanks(text).empty()) return DefinitionChange::unchanged;
     drop_stations(workspace);
     forget_window(workspace);
-    session.model_changed = true;
     spacing_field(workspace, box) = spacing(text);
+    note_definition(workbench, box);
     return DefinitionChange::accepted;
 }
 

@@ -5,6 +5,7 @@
 #include "intake/load.h"
 #include "inversion/evaluate.h"
 #include "inversion/parameters.h"
+#include "workbench/change.h"
 #include "workbench/workbench.h"
 #include "workbench/zoom.h"
 #include "workspace_file/axm.h"
@@ -81,12 +82,12 @@ OpenOutcome open_model_file(Workbench& workbench, ReadMode mode, const std::stri
 
 bool choose_data_file(Workbench& workbench) {
     Session& session = workbench.session;
-    const bool may_move = session.first_dialog;
     FileRequest request = data_request;
     request.default_name = session.workspace.definition.data_file;
     const auto path = session.open_file_dialog(request);
     if (!path) return false;
-    if (may_move) change_to_folder(folder_name(*path));
+    if (session.first_dialog) change_to_folder(folder_name(*path));
+    session.first_dialog = false;
     set_data_file(workbench, *path);
     return true;
 }
@@ -99,7 +100,7 @@ void set_data_file(Workbench& workbench, const std::string& path) {
     if (workbench.base_from_mean[channel_mag]) workspace.mag_base = unset;
     if (workbench.base_from_mean[channel_grav]) workspace.grav_base = unset;
     workbench.base_from_mean = {};
-    session.model_changed = true;
+    note_change(workbench, {"data file", "", false});
     refresh_data_head(workbench);
 }
 

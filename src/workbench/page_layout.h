@@ -10,7 +10,15 @@ namespace anomalis {
 using ChartHeights = std::array<int, model_chart_count>;
 
 /// Shares a height (pixels) among the charts: section, magnetics and gravity as 2000 : 2500 : 2500, what is
-/// there of them; within a channel the data and the gradient as 3 : 2.
-ChartHeights share_height(int height, const std::array<bool, model_chart_count>& shown);
+/// there of them; within a channel the data and the gradient as 3 : 2. A splitter that was moved (see
+/// PaneFractions) keeps its place; both channels together then have what the section leaves.
+ChartHeights share_height(int height, const std::array<bool, model_chart_count>& shown,
+                          const PaneFractions& moved = {});
+
+/// Where the splitters stand between charts of these heights. A splitter that is not there keeps `before`.
+PaneFractions splitter_places(const ChartHeights& heights, const PaneFractions& before);
+
+/// Fractions of a workspace file; those that are no place for a splitter become 0.
+PaneFractions usable_places(const std::array<float, 4>& fractions);
 
 }  // namespace anomalis

@@ -7,6 +7,7 @@
 
 #include "core/numbers.h"
 #include "core/text.h"
+#include "workbench/change.h"
 #include "workbench/workbench.h"
 
 namespace anomalis {
@@ -28,8 +29,8 @@ std::optional<float> single(std::string_view text) {
     return std::isfinite(value) ? std::optional(value) : std::nullopt;
 }
 
-SettingsChange mark_changed(Workbench& workbench) {
-    workbench.session.model_changed = true;
+SettingsChange mark_changed(Workbench& workbench, const char* what) {
+    note_change(workbench, {what, "", false});
     return SettingsChange::stored;
 }
 
@@ -39,7 +40,7 @@ SettingsChange change_field(Workbench& workbench, float& field, std::string_view
     if (*value == field) return SettingsChange::unchanged;
     field = *value;
     reset_calculated_data(workbench.session.workspace, workbench.session.prompts);
-    return mark_changed(workbench);
+    return mark_changed(workbench, "magnetic field");
 }
 
 SettingsChange change_filter(Workbench& workbench, std::int32_t& field, std::string_view text) {
@@ -53,7 +54,7 @@ SettingsChange change_filter(Workbench& workbench, std::int32_t& field, std::str
         return SettingsChange::refused;
     }
     invalidate_filtered_data(0, workbench.session.workspace);
-    return mark_changed(workbench);
+    return mark_changed(workbench, "filter");
 }
 
 SettingsChange change_elevation(Workbench& workbench, float& field, std::string_view text,
@@ -65,7 +66,7 @@ SettingsChange change_elevation(Workbench& workbench, float& field, std::string_
     field = *value;
     workspace.elevations_ready = false;
     reset_calculated_data(workspace, workbench.session.prompts);
-    return mark_changed(workbench);
+    return mark_changed(workbench, "elevation");
 }
 
 SettingsChange change_drawing(Workbench& workbench, float& field, std::string_view text,
@@ -74,7 +75,7 @@ SettingsChange change_drawing(Workbench& workbench, float& field, std::string_vi
     if (!value || *value < 0) return SettingsChange::refused;
     if (*value == field) return SettingsChange::unchanged;
     field = *value;
-    return mark_changed(workbench);
+    return mark_changed(workbench, "drawing");
 }
 
 float observed_mean(const ChannelTable& data) {
@@ -99,7 +100,7 @@ SettingsChange change_base(Workbench& workbench, int channel, std::string_view t
     base = value;
     workbench.base_from_mean[static_cast<std::size_t>(channel)] = takes_mean && channel_loaded;
     if (workspace.residual_filter_width <= 0 && channel_loaded) invalidate_filtered_data(0, workspace);
-    return mark_changed(workbench);
+    return mark_changed(workbench, "base level");
 }
 
 }  // namespace
@@ -187,14 +188,14 @@ void change_smooth_filter_type(Workbench& workbench, int index) {
     if (type == workspace.smooth_filter_type) return;
     workspace.smooth_filter_type = type;
     invalidate_filtered_data(0, workspace);
-    mark_changed(workbench);
+    mark_changed(workbench, "filter");
 }
 
 void change_total_gradient(Workbench& workbench, bool total) {
     Workspace& workspace = workbench.session.workspace;
     workspace.display_total_gradient = total ? 1 : 0;
     invalidate_filtered_data(0, workspace);
-    mark_changed(workbench);
+    mark_changed(workbench, "gradient");
 }
 
 SettingsChange change_float_base(Workbench& workbench, int channel, bool floats) {
@@ -203,17 +204,17 @@ SettingsChange change_float_base(Workbench& workbench, int channel, bool floats)
     (channel == channel_grav ? workspace.float_grav_base : workspace.float_mag_base) = floats ? 1 : 0;
     if (channel == channel_grav ? workspace.has_grav() : workspace.has_mag())
         invalidate_filtered_data(0, workspace);
-    return mark_changed(workbench);
+    return mark_changed(workbench, "base level");
 }
 
 void change_show_body_label(Workbench& workbench, bool show) {
     workbench.session.workspace.display.show_body_label = show ? 1 : 0;
-    mark_changed(workbench);
+    mark_changed(workbench, "body label");
 }
 
 void change_maintain_aspect_ratio(Workbench& workbench, bool maintain) {
     workbench.session.workspace.display.maintain_aspect_ratio = maintain ? 1 : 0;
-    mark_changed(workbench);
+    mark_changed(workbench, "aspect ratio");
 }
 
 int smooth_filter_index(const Workspace& workspace) {
@@ -223,9 +224,9 @@ int smooth_filter_index(const Workspace& workspace) {
 GradientCaptions gradient_captions(bool total) {
     if (total)
         return {"TG Filter Half-Width", "TG filter spacing", "Calculated Total Gradient",
-                "Calculated Gravity Total Gradient"};
+                "Calculated Gravity Total Gradient", "Invert Total Grad"};
     return {"VG Filter Half-Width", "VG filter spacing", "Calculated Vertical Gradient",
-            "Calculated Gravity Vertical Gradient"};
+            "Calculated Gravity Vertical Gradient", "Invert Vertical Grad"};
 }
 
 }  // namespace anomalis

@@ -60,7 +60,7 @@ int smooth_filter_index(const Workspace& workspace);
 
 /// The words that follow the kind of gradient.
 struct GradientCaptions {
-    std::string_view width_label, step_label, mag_title, grav_title;
+    std::string_view width_label, step_label, mag_title, grav_title, invert_label;
 };
 GradientCaptions gradient_captions(bool total);
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 
 namespace anomalis {
 
@@ -8,6 +9,12 @@ namespace anomalis {
 enum ModelChart : int { chart_mag = 0, chart_mag_gradient, chart_grav, chart_grav_gradient, chart_section };
 inline constexpr int profile_chart_count = 4;
 inline constexpr int model_chart_count = 5;
+
+/// The splitters between the charts: above the section, between data and gradient of a channel.
+enum PaneSplitter : std::size_t { splitter_section = 0, splitter_mag, splitter_grav };
+
+/// Where each splitter was put, as the fraction of the height above it; 0 for one that was not moved.
+using PaneFractions = std::array<float, 3>;
 
 /// The vertical window of one chart.
 struct ChartWindow {
@@ -28,7 +35,8 @@ struct ViewState {
     int pan_limit = 0;   ///< 0 while the whole profile is shown
     int current_body = 0;
     bool highlight_on = true;  ///< the selected body is drawn in magenta
-    bool show_plan = false;    ///< the plan stands in place of the section
+    PaneFractions pane_fractions{};
+    bool show_plan = false;  ///< the plan stands in place of the section
 };
 
 }  // namespace anomalis

@@ -166,20 +166,21 @@ TEST_F(SessionTest, a_blank_inclination_keeps_no_field) {
     EXPECT_EQ(kept("DisplayAxes"), "1");
 }
 
-TEST_F(SessionTest, the_first_dialog_that_succeeds_is_remembered) {
-    Session session(prompts, settings());
-    prompts.open_paths = {std::nullopt, "/a.dat"};
-    EXPECT_EQ(session.open_file_dialog({}), std::nullopt);
-    EXPECT_TRUE(session.first_dialog);
-    EXPECT_EQ(session.open_file_dialog({}), "/a.dat");
-    EXPECT_FALSE(session.first_dialog);
+TEST_F(SessionTest, a_restored_working_folder_is_the_sessions_own) {
+    Session without(prompts, settings());
+    without.start();
+    without.restore_directory();
+    EXPECT_TRUE(without.first_dialog) << "there is none to go back to";
+    prompts.open_paths = {"/a.axm"};
+    without.open_file_dialog({});
+    EXPECT_TRUE(without.first_dialog) << "only a data file sets the folder";
+    without.save_directory();
+    without.restore_directory();
+    EXPECT_FALSE(without.first_dialog);
 
-    Session other(prompts, settings());
-    prompts.save_paths = {std::nullopt, "/a.axm"};
-    EXPECT_EQ(other.save_file_dialog({}), std::nullopt);
-    EXPECT_TRUE(other.first_dialog);
-    EXPECT_EQ(other.save_file_dialog({}), "/a.axm");
-    EXPECT_FALSE(other.first_dialog);
+    Session with(prompts, settings());
+    with.start();
+    EXPECT_FALSE(with.first_dialog) << "the start went back to the folder";
 }
 
 TEST_F(SessionTest, the_values_of_a_body_become_the_defaults_of_new_ones) {
