@@ -37,6 +37,8 @@ struct ExportOptions {
     std::string profile_table;
     std::string model_table;
     std::string mesh;
+    std::string body_dxf;
+    std::string plan_dxf;
 };
 
 struct RenderOptions {

@@ -64,11 +64,13 @@ void add_invert(CLI::App& app, InvertCommandOptions& options) {
 
 void add_export(CLI::App& app, ExportOptions& options) {
     CLI::App* command =
-        add_command(app, "export", "Write tables and headers for other programs", options.model);
+        add_command(app, "export", "Write tables and drawings for other programs", options.model);
     CLI::Option_group* outputs = command->add_option_group("outputs", "At least one is needed");
     outputs->add_option("--profile-table", options.profile_table, "One line a station");
     outputs->add_option("--model-table", options.model_table, "One line a body");
     outputs->add_option("--mesh", options.mesh, "Header of a rectilinear mesh around the line");
+    outputs->add_option("--dxf-3d", options.body_dxf, "The bodies as 3D faces, for CAD");
+    outputs->add_option("--dxf-plan", options.plan_dxf, "Profile line and outlines of the bodies, for CAD");
     outputs->require_option(1, 0);
 }
 

@@ -1,7 +1,11 @@
 #include "output/tables.h"
 
+#include <array>
+#include <utility>
+
 #include "batch/batch_session.h"
 #include "batch/commands.h"
+#include "output/dxf.h"
 
 namespace anomalis {
 
@@ -11,16 +15,27 @@ bool run_forward(const ForwardOptions& options, BatchSession& batch) {
 }
 
 bool run_export(const ExportOptions& options, BatchSession& batch) {
-    if (!batch.open_ready(options.model)) return false;
-    const Workspace& workspace = batch.session.workspace;
+    const OpenState state = batch.open(options.model);
+    if (state == OpenState::unread) return false;
+    Workspace& workspace = batch.session.workspace;
     bool done = true;
-    const auto write = [&](const std::string& path,
-                           int (*writer)(const std::string&, const Workspace&, Prompts&)) {
+    const auto write = [&](const std::string& path, int (*writer)(const std::string&, Workspace&, Prompts&)) {
         if (!path.empty() && writer(path, workspace, batch.prompts) != 0) done = false;
     };
-    write(options.profile_table, write_profile_table);
-    write(options.model_table, write_model_table);
-    write(options.mesh, write_mesh_header);
+    // Bodies can be drawn without a line, where the file says that they stand.
+    write(options.body_dxf, write_body_dxf);
+    write(options.plan_dxf, [](const std::string& path, Workspace& w, Prompts& prompts) {
+        return write_plan_dxf(path, w, prompts);
+    });
+    const std::array tables{
+        std::pair{&options.profile_table, &write_profile_table},
+        std::pair{&options.model_table, &write_model_table},
+        std::pair{&options.mesh, &write_mesh_header},
+    };
+    for (const auto& [path, writer] : tables) {
+        if (path->empty()) continue;
+        if (state != OpenState::ready || writer(*path, workspace, batch.prompts) != 0) done = false;
+    }
     return done;
 }
 

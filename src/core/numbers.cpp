@@ -206,6 +206,28 @@ std::string format_number(std::int32_t value, std::string_view pattern) {
     return formatted(static_cast<double>(value), pattern, 15);
 }
 
+void append_hundredths(std::string& text, double value) {
+    // Below this limit the scaled value and the 15 digits that decide a tie differ by less than the margin.
+    constexpr double limit = 1e9;
+    constexpr double margin = 1e-3;
+    const double scaled = std::abs(value) * 100;
+    const double whole = std::floor(scaled);
+    const bool clear = std::abs(value) < limit && std::abs(scaled - whole - 0.5) > margin;
+    if (!clear) {
+        text += format_number(value, "0.00");
+        return;
+    }
+    const auto hundredths = static_cast<std::int64_t>(whole) + (scaled - whole > 0.5 ? 1 : 0);
+    char buffer[24];
+    char* at = buffer;
+    if (value < 0 && hundredths != 0) *at++ = '-';
+    at = std::to_chars(at, buffer + sizeof buffer, hundredths / 100).ptr;
+    *at++ = '.';
+    *at++ = static_cast<char>('0' + hundredths / 10 % 10);
+    *at++ = static_cast<char>('0' + hundredths % 10);
+    text.append(buffer, at);
+}
+
 bool parse_number(std::string_view text, double& value) {
     while (!text.empty() && is_blank(text.front())) text.remove_prefix(1);
     while (!text.empty() && is_blank(text.back())) text.remove_suffix(1);

@@ -15,6 +15,7 @@ struct FileRequest {
     std::string filter;
     std::string default_name;
     std::string default_extension;
+    bool confirm_overwrite = false;  ///< the dialog asks; otherwise the flow that saves does, or nobody
 };
 
 /// The one door to the person at the keyboard. The window answers with dialogs, the batch tool with

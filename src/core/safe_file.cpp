@@ -1,10 +1,12 @@
 #include "core/safe_file.h"
 
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
-#include <memory>
+#include <filesystem>
+#include <optional>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -38,19 +40,56 @@ class Descriptor {
     int descriptor_;
 };
 
+/// While it lives, a pipe whose reader went away is an error of the write and no end of the program.
+class BrokenPipeGuard {
+  public:
+    BrokenPipeGuard() {
+        ::sigemptyset(&pipe_signal_);
+        ::sigaddset(&pipe_signal_, SIGPIPE);
+        ::pthread_sigmask(SIG_BLOCK, &pipe_signal_, &before_);
+    }
+    ~BrokenPipeGuard() {
+        // A signal that the write raised is taken here; one that was pending before is not ours.
+        const timespec at_once{};
+        if (broken && !::sigismember(&before_, SIGPIPE)) ::sigtimedwait(&pipe_signal_, nullptr, &at_once);
+        ::pthread_sigmask(SIG_SETMASK, &before_, nullptr);
+    }
+    BrokenPipeGuard(const BrokenPipeGuard&) = delete;
+    BrokenPipeGuard& operator=(const BrokenPipeGuard&) = delete;
+
+    bool broken = false;
+
+  private:
+    sigset_t pipe_signal_{};
+    sigset_t before_{};
+};
+
 void write_all(int descriptor, std::string_view contents, const std::string& path) {
+    BrokenPipeGuard pipe;
     while (!contents.empty()) {
         const ssize_t written = ::write(descriptor, contents.data(), contents.size());
         if (written < 0 && errno == EINTR) continue;
-        if (written < 0) throw FileFault(errno, path);
+        if (written < 0) {
+            const int error = errno;
+            pipe.broken = error == EPIPE;
+            throw FileFault(error, path);
+        }
         contents.remove_prefix(static_cast<std::size_t>(written));
     }
 }
 
-/// The file that a path stands for when links are followed; the path itself while nothing is there.
-std::string resolved(const std::string& path) {
-    const std::unique_ptr<char, void (*)(void*)> real(::realpath(path.c_str(), nullptr), std::free);
-    return real ? real.get() : path;
+/// The file that a path stands for when links are followed, also a link to a file that is not there yet.
+std::string resolved(std::string path) {
+    constexpr int most_links = 40;
+    for (int links = 0; links <= most_links; ++links) {
+        const std::unique_ptr<char, void (*)(void*)> real(::realpath(path.c_str(), nullptr), std::free);
+        if (real) return real.get();
+        std::error_code error;
+        const std::filesystem::path link = std::filesystem::read_symlink(path, error);
+        if (error) break;
+        path = (std::filesystem::path(path).parent_path() / link).string();
+    }
+    return path;
 }
 
 std::string folder_of(const std::string& path) {
@@ -74,39 +113,89 @@ void flush_folder(const std::string& folder) {
     ::close(descriptor);
 }
 
-void replace_file(const std::string& target, std::string_view contents, mode_t mode,
-                  const std::string& path) {
-    // A short name of its own: the target's name may already be as long as names can be.
-    std::string temporary = folder_of(target) + ".anomalis-XXXXXX";
-    Descriptor file(::mkostemp(temporary.data(), O_CLOEXEC), path);
-    try {
-        write_all(file.get(), contents, path);
-        if (::fchmod(file.get(), mode) != 0 || ::fsync(file.get()) != 0) throw FileFault(errno, path);
-        file.close(path);
-        if (::rename(temporary.c_str(), target.c_str()) != 0) throw FileFault(errno, path);
-    } catch (...) {
-        ::unlink(temporary.c_str());
-        throw;
+/// Opens what is neither file nor folder. A pipe that nobody reads would hold the program for good, so its
+/// reader is given two seconds to come.
+int open_device(const std::string& target) {
+    constexpr int tries = 200;
+    constexpr useconds_t pause = 10'000;  // microseconds
+    int descriptor = -1;
+    for (int i = 0; i < tries; ++i) {
+        if (i > 0) ::usleep(pause);
+        descriptor = ::open(target.c_str(), O_WRONLY | O_CLOEXEC | O_NONBLOCK);
+        if (descriptor >= 0 || errno != ENXIO) break;
     }
-    flush_folder(folder_of(target));
+    if (descriptor < 0 && errno == ENXIO) errno = EPIPE;
+    // From here on a slow reader is waited for.
+    if (descriptor >= 0) ::fcntl(descriptor, F_SETFL, ::fcntl(descriptor, F_GETFL) & ~O_NONBLOCK);
+    return descriptor;
 }
 
 }  // namespace
 
-void write_file_safely(const std::string& path, std::string_view contents) {
-    const std::string target = resolved(path);
-    struct stat old {};
-    if (::stat(target.c_str(), &old) != 0) {
-        if (errno != ENOENT || path.empty()) throw FileFault(errno, path);
-        return replace_file(target, contents, new_file_mode(), path);
+class SafeFile::Target {
+  public:
+    explicit Target(const std::string& path) : path_(path), target_(resolved(path)) {
+        struct stat old {};
+        if (::stat(target_.c_str(), &old) != 0) {
+            if (errno != ENOENT || path.empty()) throw FileFault(errno, path);
+            mode_ = new_file_mode();
+        } else if (S_ISDIR(old.st_mode)) {
+            throw FileFault(EISDIR, path);
+        } else if (S_ISBLK(old.st_mode)) {
+            throw FileFault(ENOTSUP, path);  // the disk under a file system
+        } else if (::access(target_.c_str(), W_OK) != 0) {
+            // A rename needs no right to write the file itself, so a write-protected one is asked here.
+            throw FileFault(errno, path);
+        } else {
+            mode_ = old.st_mode & 07777;
+            is_device_ = !S_ISREG(old.st_mode);
+        }
+        // A short name of its own: the target's name may already be as long as names can be.
+        if (!is_device_) temporary_ = folder_of(target_) + ".anomalis-XXXXXX";
+        file_.emplace(is_device_ ? open_device(target_) : ::mkostemp(temporary_.data(), O_CLOEXEC), path_);
     }
-    if (S_ISDIR(old.st_mode)) throw FileFault(EISDIR, path);
-    // A rename needs no right to write the file itself, so a write-protected one is asked here.
-    if (::access(target.c_str(), W_OK) != 0) throw FileFault(errno, path);
-    if (S_ISREG(old.st_mode)) return replace_file(target, contents, old.st_mode & 07777, path);
-    Descriptor device(::open(target.c_str(), O_WRONLY | O_CLOEXEC), path);
-    write_all(device.get(), contents, path);
-    device.close(path);
+    ~Target() {
+        if (!is_device_ && !committed_ && file_) ::unlink(temporary_.c_str());
+    }
+    Target(const Target&) = delete;
+    Target& operator=(const Target&) = delete;
+
+    void write(std::string_view contents) { write_all(file_->get(), contents, path_); }
+
+    void commit() {
+        if (is_device_) return file_->close(path_);
+        if (::fchmod(file_->get(), mode_) != 0 || ::fsync(file_->get()) != 0) throw FileFault(errno, path_);
+        file_->close(path_);
+        if (::rename(temporary_.c_str(), target_.c_str()) != 0) throw FileFault(errno, path_);
+        committed_ = true;
+        flush_folder(folder_of(target_));
+    }
+
+  private:
+    std::string path_;    ///< as it was given, for messages
+    std::string target_;  ///< with links followed
+    std::string temporary_;
+    mode_t mode_ = 0;
+    bool is_device_ = false;
+    bool committed_ = false;
+    std::optional<Descriptor> file_;
+};
+
+SafeFile::SafeFile(const std::string& path) : target_(std::make_unique<Target>(path)) {}
+SafeFile::~SafeFile() = default;
+
+void SafeFile::write(std::string_view contents) {
+    target_->write(contents);
+}
+
+void SafeFile::commit() {
+    target_->commit();
+}
+
+void write_file_safely(const std::string& path, std::string_view contents) {
+    SafeFile file(path);
+    file.write(contents);
+    file.commit();
 }
 
 void append_to_file(const std::string& path, std::string_view text) {

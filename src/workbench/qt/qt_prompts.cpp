@@ -68,12 +68,12 @@ std::optional<std::string> QtPrompts::show_open_dialog(const FileRequest& reques
 }
 
 std::optional<std::string> QtPrompts::show_save_dialog(const FileRequest& request) {
-    // Whether to overwrite is asked by the flow that saves, in its own words.
+    // Some flows ask about overwriting themselves, in their own words.
     QFileDialog dialog(window_, qt_text(request.title), qt_text(request.default_name),
                        dialog_filter(request.filter));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile);
-    dialog.setOption(QFileDialog::DontConfirmOverwrite);
+    dialog.setOption(QFileDialog::DontConfirmOverwrite, !request.confirm_overwrite);
     dialog.setDefaultSuffix(qt_text(request.default_extension));
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
     return chosen(dialog.selectedFiles().constFirst());

@@ -1,0 +1,97 @@
+#include <array>
+#include <vector>
+
+#include "core/numbers.h"
+#include "core/text.h"
+#include "core/workspace.h"
+#include "forward/body_solid.h"
+#include "forward/trapezoid.h"
+#include "output/dxf.h"
+#include "output/dxf_file.h"
+
+namespace anomalis {
+
+namespace {
+
+/// The corners of the six faces of a box; 0 to 3 go round the bottom, 4 to 7 round the top.
+constexpr std::array<std::array<std::size_t, 4>, 6> box_faces{
+    {{0, 1, 2, 3}, {7, 6, 5, 4}, {0, 4, 5, 1}, {1, 5, 6, 2}, {2, 6, 7, 3}, {3, 7, 4, 0}}};
+
+// The two kinds of faces indent their codes differently; programs that read these drawings have met no other.
+constexpr std::array<std::array<std::string_view, 3>, 4> box_codes{
+    {{"  10", "  20", "  30"}, {"  11", "  21", "  31"}, {"  12", "  22", "  32"}, {"  13", "  23", "  33"}}};
+constexpr std::array<std::array<std::string_view, 3>, 4> solid_codes{
+    {{" 10", " 20", " 30"}, {" 11", " 21", " 31"}, {" 12", " 22", " 32"}, {" 13", " 23", " 33"}}};
+
+/// The lines that begin a face: its kind, the body's name as its layer, the colour.
+std::string face_start(const ModelBody& body) {
+    // A line break in a name would shift all that follows.
+    return "  0\r\n3DFACE\r\n  8\r\n" + single_line(body.name) + "\r\n  62\r\n  1";
+}
+
+void draw_box(const ModelBody& body, Prompts& prompts, DxfText& text) {
+    Trapezoid offsets{};
+    if (convert_profile_model_to_trapezoid(body, offsets, prompts) != 0) return;
+    std::array<std::array<float, 3>, 8> corners{};
+    for (std::size_t i = 0; i < corners.size(); ++i) {
+        const std::array<float, 3>& offset = i < 4 ? offsets[1][i] : offsets[0][i - 4];
+        corners[i] = {to_single(offset[0] + body.east), to_single(offset[1] + body.north),
+                      to_single(double{body.top.value} + offset[2])};
+    }
+    const std::string start = face_start(body);
+    for (const auto& face : box_faces) {
+        text.line(start);
+        for (std::size_t i = 0; i < face.size(); ++i)
+            for (std::size_t axis = 0; axis < 3; ++axis)
+                text.pair(box_codes[i][axis], corners[face[i]][axis]);
+    }
+}
+
+/// The texts of a point's coordinates: a point belongs to several faces, so they are formed once.
+using PointText = std::array<std::string, 3>;
+
+void form_point_texts(const ModelBody& body, std::vector<PointText>& points) {
+    points.resize(body.solid.transformed_points.size());
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        const Point3& point = body.solid.transformed_points[i];
+        for (std::string& coordinate : points[i]) coordinate.clear();
+        append_hundredths(points[i][0], point.x);
+        append_hundredths(points[i][1], point.y);
+        append_hundredths(points[i][2], point.z);
+    }
+}
+
+void draw_solid(ModelBody& body, Prompts& prompts, std::vector<PointText>& points, DxfText& text) {
+    if (setup_cylinder_body(body, prompts) != 0) return;
+    form_point_texts(body, points);
+    const std::string start = face_start(body);
+    for (const auto& facet : body.solid.facets) {
+        text.line(start);
+        // A triangle is a face whose third corner comes twice.
+        for (std::size_t i = 0; i < 4; ++i) {
+            const PointText& point = points[static_cast<std::size_t>(facet[std::min<std::size_t>(i, 2)])];
+            for (std::size_t axis = 0; axis < 3; ++axis) text.pair(solid_codes[i][axis], point[axis]);
+        }
+        text.write_out_if_large();
+    }
+}
+
+}  // namespace
+
+int write_body_dxf(const std::string& path, Workspace& workspace, Prompts& prompts) {
+    std::vector<PointText> points;
+    return write_drawing(path, workspace, "An error occurred while exporting the 3D DXF: ", prompts,
+                         [&](DxfText& text) {
+                             for (int number = 1; number <= workspace.body_count; ++number) {
+                                 ModelBody& body = workspace.body(number);
+                                 if (body.type < pipe) {
+                                     draw_box(body, prompts, text);
+                                 } else {
+                                     draw_solid(body, prompts, points, text);
+                                 }
+                                 text.write_out_if_large();
+                             }
+                         });
+}
+
+}  // namespace anomalis

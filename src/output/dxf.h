@@ -1,0 +1,26 @@
+#pragma once
+
+#include <string>
+
+// Drawings for CAD: plain DXF text with a header of extents and a list of entities, lines ended by CR LF.
+namespace anomalis {
+
+class Prompts;
+class Session;
+struct Workspace;
+
+/// Writes the bodies as 3D faces, one layer a body: sheets as boxes of six faces, pipes and wires as the
+/// triangles of their solids, which are brought up to date. A body whose shape cannot be formed is left out.
+/// Returns 0, or -1 after a failure, which was shown; what was drawn up to a failed body is written then, but
+/// a failure of the disk leaves the old file.
+int write_body_dxf(const std::string& path, Workspace& workspace, Prompts& prompts);
+
+/// Writes the profile line and the outlines of the bodies as polylines, cut to the extents. The same results.
+int write_plan_dxf(const std::string& path, const Workspace& workspace, Prompts& prompts);
+
+/// The two commands of the menu: ask for a name, bring the model up to date, write, tell. The first does
+/// nothing without bodies.
+void export_body_dxf(Session& session);
+void export_plan_dxf(Session& session);
+
+}  // namespace anomalis

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "core/failure.h"
+#include "output/dxf_text.h"
+
+// Private to this room.
+namespace anomalis {
+
+/// Writes one drawing: `fill(text)` draws what is between head and tail. A failure inside `fill` is shown
+/// behind `prefix`, and what was drawn until then is kept. Returns 0 or -1.
+template <class Fill>
+int write_drawing(const std::string& path, const Workspace& workspace, std::string_view prefix,
+                  Prompts& prompts, Fill&& fill) {
+    return report_failure(prompts, prefix, [&] {
+        SafeFile file(path);
+        DxfText text(file);
+        try {
+            text.head(square_extents(workspace));
+            std::forward<Fill>(fill)(text);
+            text.tail();
+        } catch (const Fault&) {
+            text.write_out();
+            file.commit();
+            throw;
+        }
+        text.write_out();
+        file.commit();
+    });
+}
+
+}  // namespace anomalis

@@ -1,0 +1,45 @@
+#include "core/failure.h"
+#include "core/paths.h"
+#include "core/session.h"
+#include "inversion/evaluate.h"
+#include "output/dxf.h"
+
+namespace anomalis {
+
+namespace {
+
+template <class Write>
+void export_drawing(Session& session, const std::string& title, const std::string& ending, Write write) {
+    const MessageScope scope(session.prompts);
+    const std::string folder = current_folder();
+    const std::string& model = session.workspace.model_file;
+    FileRequest request;
+    request.title = title;
+    request.filter = "DXF files (*.dxf)|*.dxf|All files (*.*)|*.*";
+    request.default_name = model.empty() ? "" : folder_name(model) + base_name(model) + ending;
+    request.default_extension = "dxf";
+    request.confirm_overwrite = true;
+    if (const auto path = session.save_file_dialog(request)) {
+        // What is drawn is the model as it stands, also when no chart has shown it yet.
+        refresh_model(session);
+        if (write(*path) == 0) session.prompts.message("Output complete");
+    }
+    change_to_folder(folder);
+}
+
+}  // namespace
+
+void export_body_dxf(Session& session) {
+    if (session.workspace.body_count <= 0) return;
+    export_drawing(
+        session, "Enter name of 3D model DXF export file", "_3d.dxf",
+        [&](const std::string& path) { return write_body_dxf(path, session.workspace, session.prompts); });
+}
+
+void export_plan_dxf(Session& session) {
+    export_drawing(session, "Enter name of DXF export file", ".dxf", [&](const std::string& path) {
+        return write_plan_dxf(path, session.workspace, session.prompts);
+    });
+}
+
+}  // namespace anomalis
