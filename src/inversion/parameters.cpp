@@ -130,6 +130,13 @@ void setup_all_body_parameters(int mode, int channel, int& parameter_count, Sess
     }
 }
 
+void invalidate_parameter(ModelBody& body, int param_code) {
+    const Consequence clears = consequence_of(param_code);
+    if (clears.mag) body.mag_response_valid = false;
+    if (clears.grav) body.grav_response_valid = false;
+    if (clears.coefficients) body.last_calculated = -1.0F;
+}
+
 void apply_parameter(int index, double& penalty, Session& session) {
     const InversionState& inversion = session.inversion;
     const InversionParamPlace place = inversion.inversion_param_map[index];
@@ -139,10 +146,7 @@ void apply_parameter(int index, double& penalty, Session& session) {
     if (slot.value == param.value) return;
     if (only_for_sheets(place.param_code) && body.type >= pipe) return;
     slot.value = param.value;
-    const Consequence clears = consequence_of(place.param_code);
-    if (clears.mag) body.mag_response_valid = false;
-    if (clears.grav) body.grav_response_valid = false;
-    if (clears.coefficients) body.last_calculated = -1.0F;
+    invalidate_parameter(body, place.param_code);
     barrier_penalty(slot, param.step, penalty, session.prompts);
 }
 

@@ -7,6 +7,7 @@ namespace anomalis {
 void note_change(Workbench& workbench, const ModelChange&) {
     workbench.session.model_changed = true;
     workbench.unsaved = true;
+    workbench.fit_errors.clear();
 }
 
 }  // namespace anomalis

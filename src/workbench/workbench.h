@@ -1,9 +1,11 @@
 #pragma once
 
 #include <array>
+#include <vector>
 
 #include "core/session.h"
 #include "intake/definition.h"
+#include "workbench/body_grid.h"
 #include "workbench/view_state.h"
 
 namespace anomalis {
@@ -18,6 +20,8 @@ struct Workbench {
     FileHead head;  ///< the first lines of the data file
     /// Which base levels (magnetics, gravity) came from the mean of the data and not from a person or a file.
     std::array<bool, 2> base_from_mean{};
+    /// Of the last least-squares fit; every change of the model empties them.
+    std::vector<ParameterError> fit_errors;
     bool unsaved = false;  ///< the model differs from the file last written or read
 };
 

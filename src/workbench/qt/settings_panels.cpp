@@ -20,7 +20,7 @@ CommitBox* SettingsPanel::make_box(SettingsBox box, const ControlText& text) {
     const QString caption = tr(text.caption);
     connect(entry, &CommitBox::text_refused, this,
             [this, caption](const QString& typed) { emit text_refused(caption, typed); });
-    boxes_[box] = entry;
+    boxes_.push_back(entry);
     return entry;
 }
 
@@ -29,12 +29,7 @@ void SettingsPanel::add_box(int row, int pair, SettingsBox box, const ControlTex
 }
 
 void SettingsPanel::fill() {
-    for (const auto& [setting, entry] : boxes_) entry->refill();
-}
-
-CommitBox* SettingsPanel::box(SettingsBox setting) const {
-    const auto found = boxes_.find(setting);
-    return found == boxes_.end() ? nullptr : found->second;
+    for (CommitBox* box : boxes_) box->refill();
 }
 
 FieldPanel::FieldPanel(Workbench& workbench, FormGuards& guards)
