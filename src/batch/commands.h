@@ -37,6 +37,8 @@ struct ExportOptions {
     std::string profile_table;
     std::string model_table;
     std::string mesh;
+    std::string clean_profile;
+    std::string clean_model;
     std::string body_dxf;
     std::string plan_dxf;
 };

@@ -69,6 +69,9 @@ void add_export(CLI::App& app, ExportOptions& options) {
     outputs->add_option("--profile-table", options.profile_table, "One line a station");
     outputs->add_option("--model-table", options.model_table, "One line a body");
     outputs->add_option("--mesh", options.mesh, "Header of a rectilinear mesh around the line");
+    outputs->add_option("--clean-profile", options.clean_profile,
+                        "One row a station for data-frame libraries: one header row, units in the names");
+    outputs->add_option("--clean-model", options.clean_model, "The same, one row a body");
     outputs->add_option("--dxf-3d", options.body_dxf, "The bodies as 3D faces, for CAD");
     outputs->add_option("--dxf-plan", options.plan_dxf, "Profile line and outlines of the bodies, for CAD");
     outputs->require_option(1, 0);

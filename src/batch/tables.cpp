@@ -5,6 +5,7 @@
 
 #include "batch/batch_session.h"
 #include "batch/commands.h"
+#include "output/clean_tables.h"
 #include "output/dxf.h"
 
 namespace anomalis {
@@ -31,6 +32,8 @@ bool run_export(const ExportOptions& options, BatchSession& batch) {
         std::pair{&options.profile_table, &write_profile_table},
         std::pair{&options.model_table, &write_model_table},
         std::pair{&options.mesh, &write_mesh_header},
+        std::pair{&options.clean_profile, &write_clean_profile_table},
+        std::pair{&options.clean_model, &write_clean_model_table},
     };
     for (const auto& [path, writer] : tables) {
         if (path->empty()) continue;

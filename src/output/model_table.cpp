@@ -1,11 +1,9 @@
-#include <cmath>
-
-#include "core/angles.h"
 #include "core/failure.h"
 #include "core/numbers.h"
 #include "core/safe_file.h"
 #include "core/text.h"
 #include "core/workspace.h"
+#include "output/body_place.h"
 #include "output/tables.h"
 
 namespace anomalis {
@@ -17,18 +15,10 @@ std::string as_text(float value) {
     return std::string(trim_blanks(number_to_text(value)));
 }
 
-/// The middle of the top edge: half a width across strike and the offset along it from the reference point.
 std::string position_fields(const ModelBody& body) {
-    const double strike = body.strike.value * radians_per_degree;
-    const double sine = std::sin(strike);
-    const double cosine = std::cos(strike);
-    const double half_width = body.width.value / 2.0;
-    const double along = body.offset.value;
-    // Of a pipe, half its end width; the table goes with a save, which makes the end width the width.
-    const double depth_to_top = body.type == pipe ? half_width : 0.0;
-    return format_number(body.east + cosine * half_width + sine * along, "0.000") + "," +
-           format_number(body.north - sine * half_width + cosine * along, "0.000") + "," +
-           format_number(depth_to_top, "0.000") + "," + format_number(body.width.value, "0.000") + "," +
+    const BodyPlace place = body_place(body);
+    return format_number(place.east, "0.000") + "," + format_number(place.north, "0.000") + "," +
+           format_number(place.depth_to_top, "0.000") + "," + format_number(body.width.value, "0.000") + "," +
            as_text(body.strike.value) + "," + as_text(body.dip.value);
 }
 

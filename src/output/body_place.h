@@ -1,0 +1,17 @@
+#pragma once
+
+// Private to this room.
+namespace anomalis {
+
+struct ModelBody;
+
+/// Where the tables say that a body stands: the middle of its top edge, half a width across strike and the
+/// offset along it from the reference point. m.
+struct BodyPlace {
+    double east = 0, north = 0;
+    double depth_to_top = 0;  ///< of a pipe, from its axis; 0 otherwise
+};
+
+BodyPlace body_place(const ModelBody& body);
+
+}  // namespace anomalis

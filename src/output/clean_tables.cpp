@@ -1,0 +1,150 @@
+#include "output/clean_tables.h"
+
+#include <array>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "core/failure.h"
+#include "core/safe_file.h"
+#include "core/workspace.h"
+#include "output/body_place.h"
+#include "output/csv_text.h"
+#include "output/tables.h"
+
+namespace anomalis {
+
+namespace {
+
+struct Channel {
+    std::string_view name, unit;
+    const ChannelTable& data;
+};
+
+std::vector<Channel> channels_of(const Workspace& workspace) {
+    std::vector<Channel> channels;
+    if (workspace.has_mag()) channels.push_back({"mag", "_nT", workspace.mag_data});
+    if (workspace.has_grav()) channels.push_back({"grav", "_mGal", workspace.grav_data});
+    return channels;
+}
+
+/// The filter rows of a channel that the tables hold. A gradient is per step of its filter.
+struct Row {
+    int number;
+    std::string name, unit_end;
+};
+
+std::array<Row, 4> rows_of(const Workspace& w) {
+    const bool total = w.display_total_gradient == 1;
+    return {{{w.raw_row, "", ""},
+             {w.smoothed_row, "_smoothed", ""},
+             {w.residual_row, "_residual", ""},
+             {total ? w.total_gradient_row : w.gradient_row, total ? "_total_gradient" : "_vertical_gradient",
+              "_per_tap"}}};
+}
+
+constexpr std::array<std::pair<int, std::string_view>, 2> stages{
+    {{stage_observed, "_observed"}, {stage_calculated, "_model"}}};
+
+void add_profile_header(const Workspace& workspace, CsvText& csv) {
+    for (const char* name : {"east_m", "north_m", "sensor_elevation_m", "distance_m"}) csv.name(name);
+    if (workspace.definition.dtm_column > 0) csv.name("ground_elevation_m");
+    for (const Channel& channel : channels_of(workspace)) {
+        for (const auto& [stage, stage_name] : stages) {
+            for (const Row& row : rows_of(workspace))
+                csv.name(std::string(channel.name) + std::string(stage_name) + row.name +
+                         std::string(channel.unit) + row.unit_end);
+        }
+    }
+    csv.end_row();
+}
+
+constexpr std::array model_columns{"body",
+                                   "name",
+                                   "type",
+                                   "in_model",
+                                   "distance_m",
+                                   "east_m",
+                                   "north_m",
+                                   "top_elevation_m",
+                                   "depth_to_top_m",
+                                   "burial_depth_m",
+                                   "width_m",
+                                   "length_m",
+                                   "depth_extent_m",
+                                   "offset_m",
+                                   "strike_deg",
+                                   "dip_deg",
+                                   "plunge_deg",
+                                   "slope_deg",
+                                   "susceptibility_micro_SI",
+                                   "current_mA",
+                                   "density_g_per_cc"};
+
+void add_if(bool there, float value, CsvText& csv) {
+    there ? csv.number(value) : csv.nothing();
+}
+
+void add_body(const Workspace& workspace, int number, CsvText& csv) {
+    const ModelBody& body = workspace.body(number);
+    const BodyPlace place = body_place(body);
+    const std::string_view type = body_type_name(body.type);
+    csv.whole(number);
+    csv.words(body.name);
+    csv.words(type.empty() ? "Type " + std::to_string(body.type) : std::string(type));
+    csv.whole(body.turned_off == 1 ? 0 : 1);
+    csv.number(body.distance.value);
+    csv.number(place.east);
+    csv.number(place.north);
+    csv.number(body.top.value);
+    csv.number(place.depth_to_top);
+    add_if(body.type == pipe, body.top_elevation, csv);
+    for (const BodyParam* parameter : {&body.width, &body.length, &body.depth_extent, &body.offset,
+                                       &body.strike, &body.dip, &body.plunge, &body.slope})
+        csv.number(parameter->value);
+    // A wire keeps its current where other bodies keep the susceptibility.
+    add_if(workspace.has_mag() && body.type != wire, body.susc.value, csv);
+    add_if(workspace.has_mag() && body.type == wire, body.susc.value, csv);
+    add_if(workspace.has_grav(), body.density.value, csv);
+    csv.end_row();
+}
+
+}  // namespace
+
+std::string clean_profile_table_text(const Workspace& workspace) {
+    CsvText csv;
+    add_profile_header(workspace, csv);
+    const std::vector<Channel> channels = channels_of(workspace);
+    const std::array<Row, 4> rows = rows_of(workspace);
+    for (int i = 1; i <= workspace.station_count; ++i) {
+        for (const int column : {column_east, column_north, column_sensor})
+            csv.number(workspace.stations(i, column));
+        csv.number(workspace.distances[i]);
+        if (workspace.definition.dtm_column > 0) csv.number(workspace.stations(i, column_ground));
+        for (const Channel& channel : channels)
+            for (const auto& stage : stages)
+                for (const Row& row : rows) csv.number(channel.data(i, row.number, stage.first));
+        csv.end_row();
+    }
+    return csv.text();
+}
+
+std::string clean_model_table_text(const Workspace& workspace) {
+    CsvText csv;
+    for (const char* name : model_columns) csv.name(name);
+    csv.end_row();
+    for (int number = 1; number <= workspace.body_count; ++number) add_body(workspace, number, csv);
+    return csv.text();
+}
+
+int write_clean_profile_table(const std::string& path, const Workspace& workspace, Prompts& prompts) {
+    return report_failure(prompts, write_failure_prefix,
+                          [&] { write_file_safely(path, clean_profile_table_text(workspace)); });
+}
+
+int write_clean_model_table(const std::string& path, const Workspace& workspace, Prompts& prompts) {
+    return report_failure(prompts, write_failure_prefix,
+                          [&] { write_file_safely(path, clean_model_table_text(workspace)); });
+}
+
+}  // namespace anomalis

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string>
+
+// The profile and model tables for data-frame libraries: one header row with the units in the names, commas,
+// points, UTF-8, no comment line, full precision, an empty field where there is no value.
+namespace anomalis {
+
+class Prompts;
+struct Workspace;
+
+/// One row a station. The rows of the workspace must be up to date.
+std::string clean_profile_table_text(const Workspace& workspace);
+
+/// One row a body.
+std::string clean_model_table_text(const Workspace& workspace);
+
+/// The same as files; the old file survives a failure. Return 0, or -1 after a failure, which was shown.
+int write_clean_profile_table(const std::string& path, const Workspace& workspace, Prompts& prompts);
+int write_clean_model_table(const std::string& path, const Workspace& workspace, Prompts& prompts);
+
+}  // namespace anomalis
