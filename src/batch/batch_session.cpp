@@ -19,6 +19,7 @@ OpenState BatchSession::open(const std::string& path) {
     const MessageScope scope(prompts);
     Workspace& workspace = session.workspace;
     if (read_model_parameters(0, workspace, path, session.settings, prompts) != 0) return OpenState::unread;
+    if (formulas) set_formulas(workspace, *formulas, prompts);
     const int status = load_locations(workspace, prompts);
     if (workspace.station_count == 0) return OpenState::no_data;
     finish_load(session);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <iosfwd>
+#include <optional>
 #include <string>
 
 #include "batch/batch_prompts.h"
@@ -35,6 +36,7 @@ class BatchSession {
     /// failure, which was shown.
     int write_result(const std::string& path, const std::string& text);
 
+    std::optional<Formulas> formulas;  ///< in place of what the file says
     BatchPrompts prompts;
     Session session;
     std::ostream& out;

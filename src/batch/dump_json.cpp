@@ -76,6 +76,7 @@ Json settings_json(const Workspace& w) {
             {"finite_body_left_clip", w.finite_body_left_clip},
             {"finite_body_right_clip", w.finite_body_right_clip},
             {"display", display_json(w.display)},
+            {"formulas", formulas_name(w.formulas)},
             {"direction_x", w.direction_x},
             {"direction_y", w.direction_y},
             {"line_constant", w.line_constant},

@@ -72,6 +72,7 @@ std::string profile_text(const Workspace& w) {
     text += line("Ground", plain(w.z_min) + " to " + plain(w.z_max) + " m");
     if (w.has_mag()) text += line("Magnetics", channel_text(w.mag_min, w.mag_max, w.mag_base, "nT"));
     if (w.has_grav()) text += line("Gravity", channel_text(w.grav_min, w.grav_max, w.grav_base, "mGal"));
+    text += line("Formulas", std::string(formulas_name(w.formulas)));
     return text + line("Filters", filter_text(w)) +
            line("Fit window",
                 "stations " + std::to_string(w.first_station) + " to " + std::to_string(w.last_station));

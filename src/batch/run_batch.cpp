@@ -16,6 +16,7 @@ enum ExitStatus : int { exit_done = 0, exit_failed = 1, exit_usage = 2 };
 
 /// All that a command line can say.
 struct CommandLine {
+    std::optional<Formulas> formulas;
     std::string info_model;
     DumpOptions dump;
     ForwardOptions forward;
@@ -24,12 +25,27 @@ struct CommandLine {
     RenderOptions render;
 };
 
-CLI::App* add_command(CLI::App& app, const std::string& name, const std::string& purpose,
-                      std::string& model) {
-    CLI::App* command = app.add_subcommand(name, purpose);
-    command->add_option("MODEL", model, "Workspace file (.axm)")->required();
-    return command;
-}
+/// What all commands have in common.
+class CommandAdder {
+  public:
+    CommandAdder(CLI::App& app, CommandLine& line) : app_(app), line_(line) {}
+
+    CLI::App* operator()(const std::string& name, const std::string& purpose, std::string& model) {
+        CLI::App* command = app_.add_subcommand(name, purpose);
+        command->add_option("MODEL", model, "Workspace file (.axm)")->required();
+        command
+            ->add_option_function<std::string>(
+                "--formulas",
+                [&line = line_](const std::string& choice) { line.formulas = formulas_of_name(choice); },
+                "classic or exact, in place of what the workspace file says")
+            ->check(CLI::IsMember({"classic", "exact"}));
+        return command;
+    }
+
+  private:
+    CLI::App& app_;
+    CommandLine& line_;
+};
 
 /// A number such as 25 or 1e3; below 1 counts as 1.
 int iteration_count(const std::string& text) {
@@ -38,9 +54,9 @@ int iteration_count(const std::string& text) {
     return std::max(round_to_even(value), 1);
 }
 
-void add_invert(CLI::App& app, InvertCommandOptions& options) {
+void add_invert(CommandAdder& add_command, InvertCommandOptions& options) {
     CLI::App* command =
-        add_command(app, "invert", "Fit the free parameters of the model to the data", options.model);
+        add_command("invert", "Fit the free parameters of the model to the data", options.model);
     command->add_option("--channel", options.channel, "mag, grav, or joint for both (least-squares only)")
         ->check(CLI::IsMember({"mag", "grav", "joint"}));
     command->add_option("--target", options.target, "data or gradient")
@@ -62,9 +78,8 @@ void add_invert(CLI::App& app, InvertCommandOptions& options) {
     });
 }
 
-void add_export(CLI::App& app, ExportOptions& options) {
-    CLI::App* command =
-        add_command(app, "export", "Write tables and drawings for other programs", options.model);
+void add_export(CommandAdder& add_command, ExportOptions& options) {
+    CLI::App* command = add_command("export", "Write tables and drawings for other programs", options.model);
     CLI::Option_group* outputs = command->add_option_group("outputs", "At least one is needed");
     outputs->add_option("--profile-table", options.profile_table, "One line a station");
     outputs->add_option("--model-table", options.model_table, "One line a body");
@@ -77,8 +92,8 @@ void add_export(CLI::App& app, ExportOptions& options) {
     outputs->require_option(1, 0);
 }
 
-void add_render(CLI::App& app, RenderOptions& options) {
-    CLI::App* command = add_command(app, "render", "Draw what the window shows", options.model);
+void add_render(CommandAdder& add_command, RenderOptions& options) {
+    CLI::App* command = add_command("render", "Draw what the window shows", options.model);
     command->add_option("-o,--output", options.picture.path, "Picture: .png, .svg, .pdf or .emf")
         ->required()
         ->check([](const std::string& path) -> std::string {
@@ -102,15 +117,16 @@ void add_render(CLI::App& app, RenderOptions& options) {
 }
 
 void add_commands(CLI::App& app, CommandLine& line) {
-    add_command(app, "info", "Tell what the workspace holds", line.info_model);
-    CLI::App* dump = add_command(app, "dump", "Print everything as one JSON object", line.dump.model);
+    CommandAdder add_command(app, line);
+    add_command("info", "Tell what the workspace holds", line.info_model);
+    CLI::App* dump = add_command("dump", "Print everything as one JSON object", line.dump.model);
     dump->add_option("-o,--output", line.dump.output, "Write it here");
     CLI::App* forward =
-        add_command(app, "forward", "Calculate and write the profile data table", line.forward.model);
+        add_command("forward", "Calculate and write the profile data table", line.forward.model);
     forward->add_option("-o,--output", line.forward.output, "Write it here");
-    add_invert(app, line.invert);
-    add_export(app, line.exported);
-    add_render(app, line.render);
+    add_invert(add_command, line.invert);
+    add_export(add_command, line.exported);
+    add_render(add_command, line.render);
 }
 
 bool run_command(const std::string& name, const CommandLine& line, BatchSession& batch,
@@ -138,6 +154,7 @@ int run_batch(int argc, char** argv, std::ostream& out, std::ostream& err, Pictu
     }
     line.invert.show_progress = &err == &std::cerr && ::isatty(STDERR_FILENO) != 0;
     BatchSession batch(out, err);
+    batch.formulas = line.formulas;
     if (run_command(app.get_subcommands().front()->get_name(), line, batch, pictures)) return exit_done;
     batch.explain_silence();
     return exit_failed;

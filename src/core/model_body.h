@@ -90,6 +90,13 @@ struct BodySolid {
     } demagnetisation;
 };
 
+/// The demagnetising tensor of a body's shape with the numbers that it was found from.
+struct ShapeTensor {
+    bool known = false;
+    std::array<double, 8> shape{};
+    std::array<double, 6> tensor{};  ///< xx, xy, xz, yy, yz, zz: across strike, along it, up
+};
+
 /// The body's own contribution, station by column: 1 total magnetic anomaly in nT, 2 gravity in mGal,
 /// 3 to 5 north, east and down components of the facet route in nT.
 using ResponseTable = ColumnTable<float, 5>;
@@ -131,6 +138,7 @@ struct ModelBody {
     std::int32_t num_segments = 1;
     float max_triangle_size = 0;
     BodySolid solid;
+    ShapeTensor demagnetisation;  ///< of the exact formulas; kept while the shape stays
 
     // Derived by the field coefficients, never saved.
     float cos_dip = 0, sin_dip = 0, cos_strike = 0, sin_strike = 0;

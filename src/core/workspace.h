@@ -8,6 +8,7 @@
 
 #include "core/array.h"
 #include "core/filter_scratch.h"
+#include "core/formulas.h"
 #include "core/model_body.h"
 #include "core/point_transform.h"
 
@@ -146,6 +147,7 @@ struct Workspace {
     float finite_body_left_clip = 0;
     float finite_body_right_clip = 0;
     DisplaySettings display;
+    Formulas formulas = Formulas::classic;
 
     double direction_x = 0;  ///< east component of the unit normal of the profile line
     double direction_y = 0;  ///< north component

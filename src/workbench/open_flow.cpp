@@ -6,6 +6,7 @@
 #include "inversion/evaluate.h"
 #include "inversion/parameters.h"
 #include "workbench/change.h"
+#include "workbench/page_layout.h"
 #include "workbench/workbench.h"
 #include "workbench/zoom.h"
 #include "workspace_file/axm.h"
@@ -29,6 +30,13 @@ void forget_line(Workbench& workbench) {
     reset_view(session.workspace, workbench.view, session.prompts);
     forget_run(session.inversion);
     reset_calculated_data(session.workspace, session.prompts);
+}
+
+/// What a whole file says beyond the workspace's own fields.
+void take_settings_of_file(Workbench& workbench) {
+    workbench.base_from_mean = {};
+    const DisplaySettings& display = workbench.session.workspace.display;
+    if (display.valid) workbench.view.pane_fractions = usable_places(display.splitter_fraction);
 }
 
 /// Tells which base levels the load took from the mean of the data.
@@ -74,7 +82,7 @@ OpenOutcome open_model_file(Workbench& workbench, ReadMode mode, const std::stri
     const int status = read_model_parameters(static_cast<int>(mode), session.workspace, path,
                                              session.settings, session.prompts);
     if (status == 0) session.model_changed = mode != ReadMode::everything;
-    if (mode == ReadMode::everything) workbench.base_from_mean = {};
+    if (mode == ReadMode::everything) take_settings_of_file(workbench);
     forget_line(workbench);
     refresh_data_head(workbench);
     return status == 0 ? OpenOutcome::opened : OpenOutcome::failed;

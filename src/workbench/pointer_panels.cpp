@@ -27,6 +27,15 @@ std::string chart_name(int chart, const AX_Grapher& grapher) {
 
 }  // namespace
 
+std::optional<Point> place_under(const AX_Grapher& grapher, float x, float y) {
+    const DrawingDevice* surface = grapher.Surface();
+    if (!surface || !grapher.HasPlotDefined()) return {};
+    const Point at{x, surface->height() - y};
+    const Rect plot = grapher.PlotRect();
+    if (at.x < plot.x_low || at.x > plot.x_high || at.y < plot.y_low || at.y > plot.y_high) return {};
+    return grapher.SurfaceToUser(at);
+}
+
 double vertical_stretch(const AX_Grapher& section) {
     return section.XAxisScale() > 0 ? section.YAxisScale() / section.XAxisScale() : 1.0;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "chart/drawing_types.h"
@@ -20,6 +21,10 @@ PointerPanels profile_pointer(const Workspace& workspace, int chart, const AX_Gr
                               const Point* user);
 /// Over the plan.
 PointerPanels plan_pointer(const Point* user);
+
+/// The place under a pointer at `x`, `y` (surface units from the chart's left and top edge); none outside the
+/// plot.
+std::optional<Point> place_under(const AX_Grapher& grapher, float x, float y);
 
 /// How much taller the section is drawn than it is wide: vertical over horizontal scale.
 double vertical_stretch(const AX_Grapher& section);

@@ -34,9 +34,10 @@ struct ViewState {
     int window_pan = 0;  ///< steps from the middle, at most `pan_limit` either way
     int pan_limit = 0;   ///< 0 while the whole profile is shown
     int current_body = 0;
-    bool highlight_on = true;  ///< the selected body is drawn in magenta
-    PaneFractions pane_fractions{};
-    bool show_plan = false;  ///< the plan stands in place of the section
+    bool highlight_on = true;        ///< the selected body is drawn in magenta
+    PaneFractions pane_fractions{};  ///< as the person or the file has put the splitters
+    PaneFractions pane_places{};     ///< as the splitters stand now
+    bool show_plan = false;          ///< the plan stands in place of the section
 };
 
 }  // namespace anomalis

@@ -8,6 +8,7 @@
 #include "core/workspace.h"
 #include "workspace_file/axm.h"
 #include "workspace_file/axm_body.h"
+#include "workspace_file/axm_extensions.h"
 #include "workspace_file/axm_text.h"
 
 namespace anomalis {
@@ -121,6 +122,7 @@ void read_definitions(AxmLines& lines, const std::string& path, Workspace& works
     workspace.first_station = workspace.last_station = 0;
     workspace.first_distance = workspace.last_distance = 0;
     workspace.display.valid = false;
+    workspace.formulas = Formulas::classic;
     // Files from before these were kept were drawn without them.
     workspace.infinite_body_length = workspace.finite_body_left_clip = workspace.finite_body_right_clip = 0;
     find_data_file(lines.next(), path, workspace.definition, prompts);
@@ -190,7 +192,9 @@ void read_lines(int mode, AxmLines& lines, const std::string& path, Workspace& w
     workspace.body_count = 0;
     if (lines.at_end()) return;
     if (mode >= 0) read_bodies(mode, lines, workspace, settings, prompts);
-    if (mode <= 0) read_display_block(lines, workspace.display);
+    if (mode > 0) return;
+    read_display_block(lines, workspace.display);
+    read_extensions(lines, workspace, prompts);
 }
 
 void read_text(int mode, Workspace& workspace, std::string_view text, const std::string& path,

@@ -2,6 +2,7 @@
 #include "core/safe_file.h"
 #include "core/workspace.h"
 #include "workspace_file/axm.h"
+#include "workspace_file/axm_extensions.h"
 #include "workspace_file/axm_text.h"
 
 namespace anomalis {
@@ -117,6 +118,7 @@ std::string model_parameters_text(int mode, Workspace& workspace) {
     if (mode >= 0) {
         write_bodies(workspace, out);
         write_display_block(workspace.display, out);
+        write_extensions(workspace, out);
     }
     return out.text();
 }

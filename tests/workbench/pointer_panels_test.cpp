@@ -57,4 +57,20 @@ TEST(PointerPanels, a_place_beyond_the_line_belongs_to_its_end) {
               "500000.00");
 }
 
+TEST(PointerPanels, the_place_under_the_pointer_is_found_inside_the_plot_alone) {
+    ChartSample sample;
+    EXPECT_FALSE(place_under(sample.chart(chart_section), 3000, 1000)) << "nothing is drawn yet";
+    sample.view->display_model();
+    const AX_Grapher& section = sample.chart(chart_section);
+    const Point wanted{1000, section.YAxisMin() + 20};
+    const Point surface = section.UserToSurface(wanted);
+    const double height = section.Surface()->height();
+    const auto place =
+        place_under(section, static_cast<float>(surface.x), static_cast<float>(height - surface.y));
+    ASSERT_TRUE(place);
+    EXPECT_NEAR(place->x, wanted.x, 0.1);
+    EXPECT_NEAR(place->y, wanted.y, 0.1);
+    EXPECT_FALSE(place_under(section, 5, 5));
+}
+
 }  // namespace anomalis

@@ -1,7 +1,6 @@
 #include "workbench/qt/chart_pane.h"
 
 #include <QHBoxLayout>
-#include <QToolButton>
 #include <QVBoxLayout>
 
 #include "workbench/qt/panel.h"
@@ -10,35 +9,9 @@ namespace anomalis {
 
 namespace {
 
-constexpr int arrow_width = 20;
-constexpr int arrow_height = 18;
 constexpr int least_chart_height = 56;
 
-QToolButton* arrow(const StepperBar::Side& side) {
-    auto* button = new QToolButton;
-    button->setText(side.text);
-    button->setToolTip(side.tip);
-    button->setAccessibleName(side.tip);
-    button->setAutoRaise(true);
-    button->setAutoRepeat(true);
-    button->setFixedSize(arrow_width, arrow_height);
-    return button;
-}
-
 }  // namespace
-
-StepperBar::StepperBar(const QString& object_name, const Side& upper, const Side& lower, QWidget* parent)
-    : QWidget(parent) {
-    setObjectName(object_name);
-    auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(0);
-    for (const Side* side : {&upper, &lower}) {
-        QToolButton* button = arrow(*side);
-        column->addWidget(button);
-        connect(button, &QToolButton::clicked, this, [this, step = side->direction] { emit stepped(step); });
-    }
-}
 
 ChartPane::ChartPane(int index, QWidget* parent) : QWidget(parent), widget_(new GrapherWidget) {
     const QString number = QString::number(index);

@@ -3,26 +3,9 @@
 #include <QWidget>
 
 #include "chart/qt/grapher_widget.h"
-
-class QToolButton;
+#include "workbench/qt/stepper_bar.h"
 
 namespace anomalis {
-
-/// Two small arrows in the place of a scroll bar used as a stepper: up and down, or in and out.
-class StepperBar : public QWidget {
-    Q_OBJECT
-
-  public:
-    struct Side {
-        QString text;
-        QString tip;
-        int direction;  ///< +1 or -1
-    };
-    StepperBar(const QString& object_name, const Side& upper, const Side& lower, QWidget* parent = nullptr);
-
-  signals:
-    void stepped(int direction);
-};
 
 /// A chart with the two bars of its vertical window: `VScroll_zoom_i` and `VScroll_pan_i`.
 class ChartPane : public QWidget {

@@ -4,7 +4,6 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
-#include <QScrollBar>
 #include <QSignalBlocker>
 #include <QSplitter>
 #include <QStackedWidget>
@@ -84,12 +83,13 @@ QWidget* ChartsPanel::make_charts() {
     splitter_->addWidget(frame_of("Frame_grav_profiles", grav_splitter_));
     splitter_->addWidget(section_or_plan_);
     for (QSplitter* splitter : {splitter_, mag_splitter_, grav_splitter_})
-        connect(splitter, &QSplitter::splitterMoved, this, &ChartsPanel::restart_resize);
+        connect(splitter, &QSplitter::splitterMoved, this, &ChartsPanel::splitter_moved);
     return splitter_;
 }
 
 QWidget* ChartsPanel::make_bars() {
     auto* bars = new QWidget;
+    bars->setObjectName("Frame_buttons");
     auto* row = new QHBoxLayout(bars);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(8);
@@ -98,9 +98,10 @@ QWidget* ChartsPanel::make_bars() {
                  tr("How many times the line is stretched along the distance"));
     for (const float factor : zoom_factors)
         zoom_list_->addItem(QString::fromStdString(format_number(factor, "0.##")) + " x");
-    pan_bar_ = new QScrollBar(Qt::Horizontal);
-    name_control(*pan_bar_, "HScroll_pan", tr("Pan"),
-                 tr("Which part of the line is shown while it is zoomed"));
+    pan_bar_ = new PanBar;
+    name_control(
+        *pan_bar_, "HScroll_pan", tr("Pan"),
+        tr("Which part of the line is shown while it is zoomed. Arrow keys move it, with Shift finely"));
     pan_bar_->setEnabled(false);
     plan_button_ =
         make_button({"Command_show_plan", "Show Plan", "", "Show the plan in place of the section"});
@@ -155,7 +156,9 @@ void ChartsPanel::line_changed() {
 }
 
 void ChartsPanel::share_height_anew() {
-    const ChartHeights heights = share_height(splitter_->height(), arranged_);
+    ViewState& view = workbench_.view;
+    const ChartHeights heights = share_height(splitter_->height(), arranged_, view.pane_fractions);
+    view.pane_places = splitter_places(heights, view.pane_places);
     mag_splitter_->setSizes({heights[chart_mag], heights[chart_mag_gradient]});
     grav_splitter_->setSizes({heights[chart_grav], heights[chart_grav_gradient]});
     splitter_->setSizes({heights[chart_mag] + heights[chart_mag_gradient],
@@ -185,6 +188,15 @@ void ChartsPanel::show_window(bool free_zoom) {
     pan_bar_->setPageStep(view.pan_limit > 0 ? std::max(1, view.pan_limit / 5) : 1);
     pan_bar_->setValue(view.window_pan);
     pan_bar_->setEnabled(view.pan_limit > 0);
+}
+
+void ChartsPanel::splitter_moved() {
+    ViewState& view = workbench_.view;
+    ChartHeights heights{};
+    for (std::size_t i = 0; i < panes_.size(); ++i) heights[i] = arranged_[i] ? panes_[i]->height() : 0;
+    if (view.show_plan) heights[chart_section] = plan_->height();
+    view.pane_places = view.pane_fractions = splitter_places(heights, view.pane_fractions);
+    restart_resize();
 }
 
 void ChartsPanel::restart_resize() {

@@ -11,7 +11,6 @@
 
 class QComboBox;
 class QPushButton;
-class QScrollBar;
 class QSplitter;
 class QStackedWidget;
 class QTimer;
@@ -59,6 +58,7 @@ class ChartsPanel : public QWidget, private ModelViewHost {
     QWidget* frame_of(const char* name, QWidget* inside);
     void wire_charts();
     void share_height_anew();
+    void splitter_moved();
     void restart_resize();
 
     Workbench& workbench_;
@@ -69,7 +69,7 @@ class ChartsPanel : public QWidget, private ModelViewHost {
     QSplitter* grav_splitter_ = nullptr;
     QStackedWidget* section_or_plan_ = nullptr;
     QComboBox* zoom_list_ = nullptr;
-    QScrollBar* pan_bar_ = nullptr;
+    PanBar* pan_bar_ = nullptr;
     QPushButton* plan_button_ = nullptr;
     QTimer* resize_timer_ = nullptr;
     std::array<bool, model_chart_count> arranged_{};

@@ -16,6 +16,7 @@
 #include "workbench/qt/entry_box.h"
 #include "workbench/qt/form_bodies.h"
 #include "workbench/qt/form_menus.h"
+#include "workbench/qt/form_views.h"
 #include "workbench/qt/model_side.h"
 #include "workbench/qt/processing_panel.h"
 #include "workbench/qt/settings_panels.h"
@@ -65,7 +66,8 @@ Form_anomalis::Form_anomalis(Session& session, const std::vector<ExampleFile>& e
       side_(new ModelSide(workbench_, guards_)),
       status_(new StatusPanels(this)),
       menus_(new FormMenus(*this, examples)),
-      bodies_(new FormBodies(*this)) {
+      bodies_(new FormBodies(*this)),
+      views_(new FormViews(*this)) {
     lay_out();
     wire_pages();
     wire_menus();
@@ -231,6 +233,7 @@ void Form_anomalis::load_locations() {
     commit_boxes(*definitions_page_);
     const MessageScope messages(session_.prompts);  // shown when the pointer is an arrow again
     const WaitCursor wait;
+    status_->show_progress(0);
     definitions_page_->definitions().blank_results();
     const LoadResult result = load_line(workbench_);
     definitions_page_->definitions().show_result(result);
@@ -238,6 +241,7 @@ void Form_anomalis::load_locations() {
     charts_->view().clear_charts();
     charts_->line_changed();
     update_line_state();
+    status_->show_progress(-1);
     status_->clear_line();
     status_->show_text(result.loaded ? tr("%1 stations over %2 m loaded")
                                            .arg(QString::fromStdString(result.number_of_locations),
@@ -246,14 +250,11 @@ void Form_anomalis::load_locations() {
 }
 
 void Form_anomalis::tab_changed(int index) {
-    charts_->view().set_on_page(index == tab_model);
-    if (index == tab_model) show_model_page();
-}
-
-void Form_anomalis::show_model_page() {
-    commit_boxes(*definitions_page_);
-    update_line_state();
-    charts_->view().display_model();
+    if (index == tab_model) {
+        views_->enter_model_page();
+    } else {
+        charts_->view().set_on_page(false);
+    }
 }
 
 void Form_anomalis::line_dropped() {
@@ -261,6 +262,7 @@ void Form_anomalis::line_dropped() {
     status_->clear_line();
     status_->show_text(QString());
     update_line_state();
+    show_caption();
 }
 
 void Form_anomalis::update_line_state() {
@@ -271,11 +273,15 @@ void Form_anomalis::update_line_state() {
 }
 
 void Form_anomalis::setting_changed() {
-    charts_->view().display_model();
+    model_edited();
 }
 
 void Form_anomalis::show_model_tab() {
     tabs_->setCurrentIndex(tab_model);
+}
+
+void Form_anomalis::show_definitions_tab() {
+    tabs_->setCurrentIndex(tab_definitions);
 }
 
 void Form_anomalis::model_edited() {

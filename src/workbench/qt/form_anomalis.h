@@ -18,6 +18,7 @@ class ChartsPanel;
 class DefinitionsPage;
 class FormBodies;
 class FormMenus;
+class FormViews;
 class ModelSide;
 class StatusPanels;
 class WelcomePanel;
@@ -43,7 +44,11 @@ class Form_anomalis : public QMainWindow {
     ModelSide& side() { return *side_; }
     FormMenus& menus() { return *menus_; }
     StatusPanels& status() { return *status_; }
+    DefinitionsPage& definitions_page() { return *definitions_page_; }
     void show_model_tab();
+    void show_definitions_tab();
+    /// Menus and model page follow whether a line is loaded.
+    void update_line_state();
 
   public slots:
     /// The model was edited, by whomever: body controls, charts and caption follow.
@@ -65,10 +70,8 @@ class Form_anomalis : public QMainWindow {
     void show_opened(OpenOutcome outcome, ReadMode mode);
     void choose_data();
     void take_data_file(const std::string& path);
-    void show_model_page();
     void tab_changed(int index);
     void line_dropped();
-    void update_line_state();
     void setting_changed();
     void show_caption();
 
@@ -86,6 +89,7 @@ class Form_anomalis : public QMainWindow {
     StatusPanels* status_;
     FormMenus* menus_;
     FormBodies* bodies_;
+    FormViews* views_;
 };
 
 }  // namespace anomalis

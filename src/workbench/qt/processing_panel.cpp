@@ -130,6 +130,13 @@ void ProcessingPanel::update_base_frame() {
     base_frame_->setVisible(workbench().session.workspace.residual_filter_width <= 0);
 }
 
+DisplayTexts ProcessingPanel::display_texts() const {
+    const auto text = [this](SettingsBox setting) { return box(setting)->text().toStdString(); };
+    return {text(SettingsBox::residual_filter_width), text(SettingsBox::vg_filter_width),
+            text(SettingsBox::mag_base), text(SettingsBox::surface_elevation),
+            text(SettingsBox::sensor_offset)};
+}
+
 void ProcessingPanel::show_gradient_captions() {
     const GradientCaptions captions = gradient_captions(total_gradient_->isChecked());
     gradient_labels_[0]->setText(QString::fromUtf8(captions.width_label.data()));

@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "workbench/display_check.h"
 #include "workbench/qt/settings_panels.h"
 
 class QLabel;
@@ -20,6 +21,8 @@ class ProcessingPanel : public SettingsPanel {
     void show_base_texts(const std::optional<std::string>& mag, const std::optional<std::string>& grav);
     /// Base levels have no meaning while a residual filter is on: their frame is hidden.
     void update_base_frame();
+    /// What the boxes show that a display of the model depends on.
+    DisplayTexts display_texts() const;
 
   private:
     void add_filters();

@@ -20,7 +20,7 @@ CommitBox* SettingsPanel::make_box(SettingsBox box, const ControlText& text) {
     const QString caption = tr(text.caption);
     connect(entry, &CommitBox::text_refused, this,
             [this, caption](const QString& typed) { emit text_refused(caption, typed); });
-    boxes_.push_back(entry);
+    boxes_[box] = entry;
     return entry;
 }
 
@@ -29,7 +29,12 @@ void SettingsPanel::add_box(int row, int pair, SettingsBox box, const ControlTex
 }
 
 void SettingsPanel::fill() {
-    for (CommitBox* box : boxes_) box->refill();
+    for (const auto& [setting, entry] : boxes_) entry->refill();
+}
+
+CommitBox* SettingsPanel::box(SettingsBox setting) const {
+    const auto found = boxes_.find(setting);
+    return found == boxes_.end() ? nullptr : found->second;
 }
 
 FieldPanel::FieldPanel(Workbench& workbench, FormGuards& guards)

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <array>
-#include <vector>
+#include <map>
 
 #include "workbench/qt/entry_box.h"
 #include "workbench/qt/panel.h"
@@ -23,6 +23,8 @@ class SettingsPanel : public Panel {
 
     /// Shows everything as the workspace holds it.
     virtual void fill();
+    /// The box of a setting, null for one of another panel.
+    CommitBox* box(SettingsBox setting) const;
 
   signals:
     /// A setting was stored: what is on show is out of date.
@@ -38,7 +40,7 @@ class SettingsPanel : public Panel {
   private:
     Workbench& workbench_;
     FormGuards& guards_;
-    std::vector<CommitBox*> boxes_;
+    std::map<SettingsBox, CommitBox*> boxes_;
 };
 
 /// The ambient field.

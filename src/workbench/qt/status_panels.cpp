@@ -1,8 +1,11 @@
 #include "workbench/qt/status_panels.h"
 
+#include <algorithm>
+
 #include <QFrame>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QProgressBar>
 
 #include "core/numbers.h"
 #include "workbench/pointer_panels.h"
@@ -11,6 +14,8 @@
 namespace anomalis {
 
 namespace {
+
+constexpr int progress_width = 120;  // pixels
 
 struct PanelPlan {
     const char* caption;
@@ -59,6 +64,13 @@ StatusPanels::StatusPanels(QWidget* parent) : QStatusBar(parent) {
             addPermanentWidget(holder);
         }
     }
+    progress_ = new QProgressBar;
+    progress_->setObjectName("ProgressBar_load");
+    progress_->setToolTip(tr("How far the work has come, percent"));
+    progress_->setFixedWidth(progress_width);
+    progress_->setRange(0, 100);
+    progress_->hide();
+    insertWidget(1, progress_);
 }
 
 void StatusPanels::show_text(const QString& text) {
@@ -77,6 +89,11 @@ void StatusPanels::show_pointer(const PointerPanels& panels) {
 void StatusPanels::show_misfit(double data_norm, double gradient_norm) {
     panel(7)->setText("RMS: " + QString::fromStdString(format_number(data_norm, "0.000")) + " " +
                       QString::fromStdString(format_number(gradient_norm, "0.00")));
+}
+
+void StatusPanels::show_progress(int percent) {
+    progress_->setVisible(percent >= 0);
+    progress_->setValue(std::max(percent, 0));
 }
 
 void StatusPanels::clear_line() {

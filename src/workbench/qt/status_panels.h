@@ -5,6 +5,7 @@
 #include <QStatusBar>
 
 class QLabel;
+class QProgressBar;
 
 namespace anomalis {
 
@@ -21,10 +22,13 @@ class StatusPanels : public QStatusBar {
     void show_pointer(const PointerPanels& panels);
     void show_misfit(double data_norm, double gradient_norm);
     void clear_line();
+    /// Shows the bar of a long calculation, in percent; below 0 hides it.
+    void show_progress(int percent);
 
   private:
     QLabel* panel(int number) { return panels_.at(static_cast<std::size_t>(number - 1)); }
     std::array<QLabel*, 7> panels_{};
+    QProgressBar* progress_;
 };
 
 }  // namespace anomalis

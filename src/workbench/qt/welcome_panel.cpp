@@ -26,9 +26,9 @@ constexpr std::array steps{
          "Pick a data file, or open a workspace from the File menu. Say which column holds what; the head of "
          "the file shows them."},
     Step{"Load locations", "The stations are laid on the profile, and their number and length are shown."},
-    Step{"Look at the model",
-         "The tab “Current Model” shows observed curves in black and calculated ones in green above the "
-         "section."}};
+    Step{"Add a body",
+         "The tab “Current Model” shows observed curves in black and calculated ones in green. Bodies, Add a "
+         "new body, puts one under the line; its bars move it."}};
 
 QLabel* wrapped(const QString& text) {
     auto* label = new QLabel(text);

@@ -224,7 +224,7 @@ void FormLoadTest::a_data_file_is_chosen_by_click_key_and_button() {
     QCOMPARE(sample.prompts.open_requests.back().title, std::string("Select the observed  data file"));
     sample.click("Command_select_data_location_file");
     QCOMPARE(sample.text("Text_data_locations"), QString("c.dat"));
-    QCOMPARE(current_folder(), folder.folder());
+    QCOMPARE(current_folder(), sample.folder.folder());
 }
 
 void FormLoadTest::a_residual_filter_hides_the_base_levels() {

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <optional>
+
+#include <QObject>
+
+#include "chart/drawing_types.h"
+
+class QAction;
+
+namespace anomalis {
+
+class Form_anomalis;
+
+/// The part of the window that looks: which page is on show, the charts' own commands, highlighting, the
+/// session's log, folder and defaults.
+class FormViews : public QObject {
+    Q_OBJECT
+
+  public:
+    explicit FormViews(Form_anomalis& form);
+
+    /// The tab of the model was chosen. With a box that is wrong, the first tab comes back and the box gets
+    /// the focus; without a line the page tells what to do.
+    void enter_model_page();
+
+    /// Where the pointer was when the section's menu opened; none outside its plot.
+    std::optional<Point> menu_place() const { return menu_place_; }
+
+  private:
+    void add_file_entries();
+    void add_bodies_entries();
+    void add_chart_entries();
+    void toggle_logging(bool on);
+    void save_directory();
+    void restore_directory();
+    void save_defaults();
+    void set_highlight(bool on);
+    void section_menu_opens(float x, float y);
+
+    Form_anomalis& form_;
+    QAction* logging_ = nullptr;
+    std::optional<Point> menu_place_;
+};
+
+}  // namespace anomalis

@@ -1,0 +1,74 @@
+#include "workspace_file/axm_extensions.h"
+
+#include <gtest/gtest.h>
+
+#include "axm_samples.h"
+
+namespace anomalis {
+namespace {
+
+std::vector<std::string> file_with(const std::vector<std::string>& block) {
+    std::vector<std::string> lines = whole_file();
+    append(lines, block);
+    return lines;
+}
+
+TEST(AxmExtensions, the_default_writes_no_block) {
+    Reading reading;
+    ASSERT_EQ(reading.read_lines(whole_file()), 0);
+    EXPECT_EQ(model_parameters_text(0, reading.workspace).find("[AXM Extensions]"), std::string::npos);
+}
+
+TEST(AxmExtensions, exact_formulas_are_the_last_block_and_read_back) {
+    Reading reading;
+    ASSERT_EQ(reading.read_lines(whole_file()), 0);
+    const std::string plain = model_parameters_text(0, reading.workspace);
+    reading.workspace.formulas = Formulas::exact;
+    const std::string text = model_parameters_text(0, reading.workspace);
+    EXPECT_EQ(text, plain + "[AXM Extensions]\r\nformulas exact\r\n");
+    Reading again;
+    ASSERT_EQ(again.read_text(text), 0);
+    EXPECT_EQ(again.workspace.formulas, Formulas::exact);
+    EXPECT_TRUE(again.prompts.messages.empty());
+}
+
+TEST(AxmExtensions, a_file_without_the_block_brings_the_classic_formulas_back) {
+    Reading reading;
+    reading.workspace.formulas = Formulas::exact;
+    ASSERT_EQ(reading.read_lines(whole_file()), 0);
+    EXPECT_EQ(reading.workspace.formulas, Formulas::classic);
+}
+
+TEST(AxmExtensions, reading_bodies_alone_leaves_the_choice) {
+    Reading reading;
+    reading.workspace.formulas = Formulas::exact;
+    ASSERT_EQ(reading.read_lines(whole_file(), 1), 0);
+    EXPECT_EQ(reading.workspace.formulas, Formulas::exact);
+}
+
+TEST(AxmExtensions, unknown_entries_and_other_blocks_are_passed_over) {
+    Reading reading;
+    ASSERT_EQ(
+        reading.read_lines(file_with({"[AXM Others]", "formulas classic", "[AXM Extensions]", "", "colour 7",
+                                      "  Formulas   EXACT  ", "[AXM Later]", "formulas classic"})),
+        0);
+    EXPECT_EQ(reading.workspace.formulas, Formulas::exact);
+    EXPECT_TRUE(reading.prompts.messages.empty());
+}
+
+TEST(AxmExtensions, an_unknown_value_is_shown_and_leaves_the_classic_formulas) {
+    Reading reading;
+    ASSERT_EQ(reading.read_lines(file_with({"[AXM Extensions]", "formulas best"})), 0);
+    EXPECT_EQ(reading.workspace.formulas, Formulas::classic);
+    EXPECT_TRUE(reading.prompts.told("best"));
+}
+
+TEST(AxmExtensions, a_block_that_ends_in_its_marker_is_no_failure) {
+    Reading reading;
+    EXPECT_EQ(reading.read_lines(file_with({"[AXM Extensions]"})), 0);
+    EXPECT_EQ(reading.read_lines(file_with({"[AXM Extensions]", "formulas"})), 0);
+    EXPECT_EQ(reading.workspace.formulas, Formulas::classic);
+}
+
+}  // namespace
+}  // namespace anomalis
