@@ -20,6 +20,9 @@ test  libgmock-dev        the tests
 test  libbenchmark-dev    the benchmarks
 test  poppler-utils       looking into exported PDF pages
 test  inkscape            looking into exported metafiles and SVG drawings
+test  python3             reading exported files back
+test  python3-ezdxf       opening exported drawings
+test  python3-pandas      opening exported tables
 LIST
 }
 

@@ -45,6 +45,31 @@ TEST(Export, each_file_asked_for_is_written_and_no_other) {
     EXPECT_EQ(files.folder.entries(), 6);
 }
 
+TEST(Export, clean_tables_and_drawings_are_of_the_same_model) {
+    const BatchFolder files;
+    const auto path = [&](const char* name) { return files.folder.path(name); };
+    const BatchRun run = batch({"export", files.model, "--clean-profile", path("p.csv"), "--clean-model",
+                                path("m.csv"), "--dxf-3d", path("b.dxf"), "--dxf-plan", path("p.dxf")});
+    ASSERT_EQ(run.status, 0) << run.err;
+    const std::string profile = files.folder.read("p.csv");
+    EXPECT_EQ(std::count(profile.begin(), profile.end(), '\n'), 42);
+    EXPECT_NE(
+        files.folder.read("m.csv").find("\n1,Sheet,Thick Sheet,1,463.7,500513.7,6500000.0,-50.0,0.0,,100.0"),
+        std::string::npos)
+        << files.folder.read("m.csv");
+    EXPECT_NE(files.folder.read("b.dxf").find("3DFACE\r\n  8\r\nSheet\r\n"), std::string::npos);
+    EXPECT_NE(files.folder.read("p.dxf").find("POLYLINE\r\n  0\r\nVERTEX\r\n 10\r\n 500000 \r\n"),
+              std::string::npos);
+}
+
+TEST(Export, bodies_are_drawn_where_the_file_says_when_there_is_no_line) {
+    const BatchFolder files;
+    files.folder.write("survey.dat", "");
+    EXPECT_EQ(batch({"export", files.model, "--dxf-3d", files.folder.path("b.dxf")}).status, 0);
+    EXPECT_NE(files.folder.read("b.dxf").find("3DFACE\r\n  8\r\nSheet\r\n"), std::string::npos);
+    EXPECT_EQ(batch({"export", files.model, "--clean-model", files.folder.path("m.csv")}).status, 1);
+}
+
 TEST(Export, one_target_that_cannot_be_written_does_not_stop_the_others) {
     const BatchFolder files;
     const BatchRun run = batch({"export", files.model, "--profile-table", files.folder.path("missing/p.csv"),

@@ -1,0 +1,69 @@
+#include "output/clean_tables.h"
+
+#include <algorithm>
+#include <gtest/gtest.h>
+
+#include "output/dxf_samples.h"
+
+namespace anomalis {
+namespace {
+
+TEST(CleanProfileTable, has_the_columns_of_the_channels_that_are_there) {
+    Workspace workspace = three_stations();
+    const std::string mag = clean_profile_table_text(workspace);
+    EXPECT_TRUE(mag.starts_with(
+        "east_m,north_m,sensor_elevation_m,distance_m,mag_observed_nT,mag_observed_smoothed_nT,"
+        "mag_observed_residual_nT,mag_observed_vertical_gradient_nT_per_tap,mag_model_nT,"
+        "mag_model_smoothed_nT,mag_model_residual_nT,mag_model_vertical_gradient_nT_per_tap\n"
+        "412345.6785,7123456.25,81.125,0.0,111.0,121.0,131.0,141.0,112.0,122.0,132.0,142.0\n"))
+        << mag;
+    workspace.definition.mag_column = 0;
+    workspace.definition.grav_column = 3;
+    workspace.definition.dtm_column = 2;
+    workspace.display_total_gradient = 1;
+    const std::string grav = clean_profile_table_text(workspace);
+    EXPECT_EQ(grav.find("mag"), std::string::npos);
+    EXPECT_NE(grav.find(",ground_elevation_m,grav_observed_mGal,"), std::string::npos);
+    EXPECT_NE(grav.find(",grav_observed_total_gradient_mGal_per_tap,"), std::string::npos);
+}
+
+TEST(CleanProfileTable, without_stations_it_is_its_header) {
+    Workspace workspace = three_stations();
+    workspace.station_count = 0;
+    const std::string text = clean_profile_table_text(workspace);
+    EXPECT_EQ(text.find('\n'), text.size() - 1);
+}
+
+TEST(CleanTables, are_written_whole_or_not_at_all) {
+    const TempFolder folder;
+    ScriptedPrompts prompts;
+    const Workspace workspace = three_stations();
+    EXPECT_EQ(write_clean_profile_table(folder.path("p.csv"), workspace, prompts), 0);
+    EXPECT_EQ(folder.read("p.csv"), clean_profile_table_text(workspace));
+    EXPECT_EQ(write_clean_model_table(folder.path("m.csv"), workspace, prompts), 0);
+    EXPECT_EQ(folder.read("m.csv"), clean_model_table_text(workspace));
+    EXPECT_EQ(write_clean_profile_table(folder.path("no/p.csv"), workspace, prompts), -1);
+    EXPECT_EQ(write_clean_model_table(folder.folder(), workspace, prompts), -1);
+    EXPECT_EQ(prompts.messages.size(), 2U);
+    EXPECT_TRUE(prompts.told("An error occurred while writing the file: Is a directory"));
+    EXPECT_EQ(folder.entries(), 2);
+}
+
+TEST(CleanModelTable, every_row_has_every_column) {
+    Workspace workspace = dxf_workspace();
+    for (const std::int32_t type : {1, 2, 3, 4, 5, 6, 16, 17}) add_dxf_body(workspace, type, "body");
+    for (const int mag : {0, 3}) {
+        workspace.definition.mag_column = mag;
+        workspace.definition.grav_column = 3 - mag;
+        const std::string text = clean_model_table_text(workspace);
+        std::size_t rows = 0;
+        for (std::size_t at = 0; at < text.size(); at = text.find('\n', at) + 1, ++rows) {
+            const std::string row = text.substr(at, text.find('\n', at) - at);
+            EXPECT_EQ(std::count(row.begin(), row.end(), ','), 20) << row;
+        }
+        EXPECT_EQ(rows, 9U);
+    }
+}
+
+}  // namespace
+}  // namespace anomalis
