@@ -14,6 +14,7 @@ namespace {
 
 constexpr int arrow_width = 20;
 constexpr int arrow_height = 18;
+constexpr int least_arrow_height = 11;  // so that a chart may be made low
 constexpr int coarse_steps = 10;  // over half of the bar's way
 
 QToolButton* arrow(const StepperBar::Side& side) {
@@ -24,7 +25,10 @@ QToolButton* arrow(const StepperBar::Side& side) {
     button->setAutoRaise(true);
     button->setAutoRepeat(true);
     button->setFocusPolicy(Qt::NoFocus);  // the bar has it, and one stop a bar is enough
-    button->setFixedSize(arrow_width, arrow_height);
+    button->setFixedWidth(arrow_width);
+    button->setMinimumHeight(least_arrow_height);
+    button->setMaximumHeight(arrow_height);
+    button->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);
     return button;
 }
 
