@@ -10,4 +10,8 @@ void note_change(Workbench& workbench, const ModelChange&) {
     workbench.fit_errors.clear();
 }
 
+void note_saved(Workbench& workbench) {
+    workbench.unsaved = false;
+}
+
 }  // namespace anomalis

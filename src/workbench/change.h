@@ -17,4 +17,7 @@ struct ModelChange {
 /// To be called after every change of what a workspace file holds: the model counts as changed and unsaved.
 void note_change(Workbench& workbench, const ModelChange& change);
 
+/// To be called when the model is what a workspace file holds: after every write of one and every full read.
+void note_saved(Workbench& workbench);
+
 }  // namespace anomalis

@@ -7,6 +7,7 @@
 #include "inversion/parameters.h"
 #include "workbench/change.h"
 #include "workbench/page_layout.h"
+#include "workbench/recent_files.h"
 #include "workbench/workbench.h"
 #include "workbench/zoom.h"
 #include "workspace_file/axm.h"
@@ -46,6 +47,21 @@ void note_base_levels(Workbench& workbench, bool mag_was_unset, bool grav_was_un
     if (grav_was_unset) workbench.base_from_mean[channel_grav] = workspace.grav_base != unset;
 }
 
+/// A read changes the model like an edit does. After a full one it is what the file holds.
+void note_read(Workbench& workbench, ReadMode mode, const std::string& path, bool whole) {
+    Session& session = workbench.session;
+    const bool changed_before = session.model_changed;
+    note_change(workbench, {"read " + file_name(path), "", true});
+    if (!whole) {
+        session.model_changed = changed_before;
+    } else if (mode == ReadMode::everything) {
+        session.model_changed = false;
+        note_saved(workbench);
+        add_to_recent_files(path, recent_files_section, session.settings, workbench.recent_files,
+                            session.prompts);
+    }
+}
+
 LoadResult load_result(const Workspace& workspace) {
     LoadResult result;
     result.loaded = line_loaded(workspace);
@@ -81,11 +97,23 @@ OpenOutcome open_model_file(Workbench& workbench, ReadMode mode, const std::stri
     const MessageScope scope(session.prompts);
     const int status = read_model_parameters(static_cast<int>(mode), session.workspace, path,
                                              session.settings, session.prompts);
-    if (status == 0) session.model_changed = mode != ReadMode::everything;
     if (mode == ReadMode::everything) take_settings_of_file(workbench);
     forget_line(workbench);
     refresh_data_head(workbench);
+    note_read(workbench, mode, path, status == 0);
     return status == 0 ? OpenOutcome::opened : OpenOutcome::failed;
+}
+
+OpenOutcome open_recent_file(Workbench& workbench, int index) {
+    if (index < 0 || index >= static_cast<int>(workbench.recent_files.size())) return OpenOutcome::cancelled;
+    const std::string path = workbench.recent_files[static_cast<std::size_t>(index)];
+    const MessageScope scope(workbench.session.prompts);
+    const OpenOutcome outcome = open_model_file(workbench, ReadMode::everything, path);
+    if (outcome == OpenOutcome::missing) return outcome;
+    if (outcome == OpenOutcome::failed)
+        workbench.session.prompts.message("The specified file did not have the correct format");
+    change_to_folder(folder_name(path));
+    return outcome;
 }
 
 bool choose_data_file(Workbench& workbench) {

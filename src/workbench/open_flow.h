@@ -26,6 +26,10 @@ OpenOutcome open_model(Workbench& workbench, ReadMode mode);
 /// show, so opening never depends on the data file.
 OpenOutcome open_model_file(Workbench& workbench, ReadMode mode, const std::string& path);
 
+/// Reads a file of the recent-files list (index 0 is the newest), which then stands on top of it. The folder
+/// of the file becomes the current one. A file that vanished is told and stays in the list.
+OpenOutcome open_recent_file(Workbench& workbench, int index);
+
 /// Asks for an observed data file. The first one of a session without a working folder of its own makes its
 /// folder the current one. Returns false after a cancel: nothing has changed.
 bool choose_data_file(Workbench& workbench);

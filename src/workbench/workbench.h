@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <string>
 #include <vector>
 
 #include "core/session.h"
@@ -22,6 +23,7 @@ struct Workbench {
     std::array<bool, 2> base_from_mean{};
     /// Of the last least-squares fit; every change of the model empties them.
     std::vector<ParameterError> fit_errors;
+    std::vector<std::string> recent_files;  ///< full paths, the newest first
     bool unsaved = false;  ///< the model differs from the file last written or read
 };
 

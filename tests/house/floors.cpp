@@ -17,9 +17,11 @@ const std::map<std::string, int> floors{
 const std::set<std::string> chart_may_include{"core/numbers.h", "core/text.h", "core/failure.h",
                                               "core/safe_file.h"};
 
-/// Neighbours on one floor that know each other: the main window shows the forms of the other rooms.
+/// Neighbours on one floor that know each other: a load applies the transform, a save writes the tables, and
+/// the main window shows the forms of the other rooms.
 const std::set<std::pair<std::string, std::string>> neighbours{
     {"intake", "transform"},
+    {"workbench", "output"},
     {"workbench/qt", "chart/qt"},
     {"workbench/qt", "transform/qt"},
     {"workbench/qt", "diagnostics/qt"},

@@ -10,6 +10,7 @@ TEST(Floors, a_room_uses_itself_and_the_floors_below) {
     EXPECT_EQ(own_include_error("core/text.cpp", "core/text.h"), "");
     EXPECT_EQ(own_include_error("forward/driver.cpp", "core/workspace.h"), "");
     EXPECT_EQ(own_include_error("intake/load.cpp", "transform/transform.h"), "");
+    EXPECT_EQ(own_include_error("workbench/save_flow.cpp", "output/tables.h"), "");
     EXPECT_EQ(own_include_error("inversion/evaluate.cpp", "forward/driver.h"), "");
     EXPECT_EQ(own_include_error("workbench/qt/main_window.cpp", "workbench/section.h"), "");
     EXPECT_EQ(own_include_error("workbench/qt/main_window.cpp", "chart/qt/grapher_widget.h"), "");
@@ -19,6 +20,7 @@ TEST(Floors, a_room_uses_itself_and_the_floors_below) {
 
 TEST(Floors, what_stands_above_or_beside_is_refused) {
     EXPECT_NE(own_include_error("core/text.cpp", "forward/driver.h"), "");
+    EXPECT_NE(own_include_error("output/mesh_header.cpp", "workbench/workbench.h"), "");
     EXPECT_NE(own_include_error("transform/transform.cpp", "intake/load.h"), "");
     EXPECT_NE(own_include_error("forward/driver.cpp", "intake/load.h"), "");
     EXPECT_NE(own_include_error("chart/axis.cpp", "core/workspace.h"), "");

@@ -66,6 +66,63 @@ TEST(OpenFlow, bodies_alone_keep_the_name_of_the_model) {
     EXPECT_TRUE(flow.session.model_changed);
 }
 
+TEST(OpenFlow, a_full_read_is_no_unsaved_change_and_bodies_alone_are_one) {
+    Flow flow;
+    flow.workbench.unsaved = true;
+    open_model_file(flow.workbench, ReadMode::everything, flow.model_path);
+    EXPECT_FALSE(flow.workbench.unsaved);
+    open_model_file(flow.workbench, ReadMode::bodies_alone, flow.model_path);
+    EXPECT_TRUE(flow.workbench.unsaved);
+}
+
+TEST(OpenFlow, only_a_full_read_goes_to_the_recent_files) {
+    Flow flow;
+    open_model_file(flow.workbench, ReadMode::bodies_alone, flow.model_path);
+    EXPECT_TRUE(flow.workbench.recent_files.empty());
+    const std::string cut = flow.folder.write("cut.axm", flow.folder.read("line.axm").substr(0, 300));
+    open_model_file(flow.workbench, ReadMode::everything, cut);
+    EXPECT_TRUE(flow.workbench.recent_files.empty());
+    open_model_file(flow.workbench, ReadMode::everything, flow.model_path);
+    EXPECT_EQ(flow.workbench.recent_files, std::vector<std::string>{flow.model_path});
+}
+
+TEST(OpenFlow, a_recent_file_moves_to_the_top_and_its_folder_becomes_the_current_one) {
+    Flow flow;
+    const TempFolder elsewhere;
+    const CurrentFolder here(elsewhere.folder());
+    const std::string other = elsewhere.write("other.axm", flow.folder.read("line.axm"));
+    open_model_file(flow.workbench, ReadMode::everything, flow.model_path);
+    open_model_file(flow.workbench, ReadMode::everything, other);
+    EXPECT_EQ(open_recent_file(flow.workbench, 1), OpenOutcome::opened);
+    EXPECT_EQ(flow.workbench.recent_files, (std::vector<std::string>{flow.model_path, other}));
+    EXPECT_EQ(flow.workspace().model_file, flow.model_path);
+    EXPECT_EQ(current_folder(), flow.folder.folder());
+    EXPECT_EQ(open_recent_file(flow.workbench, 2), OpenOutcome::cancelled) << "no such entry";
+}
+
+TEST(OpenFlow, a_recent_file_that_vanished_is_told_and_stays_in_the_list) {
+    Flow flow;
+    open_model_file(flow.workbench, ReadMode::everything, flow.model_path);
+    flow.load();
+    std::filesystem::remove(flow.model_path);
+    EXPECT_EQ(open_recent_file(flow.workbench, 0), OpenOutcome::missing);
+    EXPECT_EQ(flow.prompts.messages, std::vector<std::string>{"That file does not exist"});
+    EXPECT_EQ(flow.workbench.recent_files.size(), 1U);
+    EXPECT_EQ(flow.workspace().station_count, LineSample::stations);
+}
+
+TEST(OpenFlow, a_recent_file_that_is_no_workspace_any_more_is_told) {
+    Flow flow;
+    const TempFolder elsewhere;
+    const CurrentFolder here(elsewhere.folder());
+    open_model_file(flow.workbench, ReadMode::everything, flow.model_path);
+    flow.folder.write("line.axm", flow.folder.read("line.axm").substr(0, 300));
+    EXPECT_EQ(open_recent_file(flow.workbench, 0), OpenOutcome::failed);
+    EXPECT_EQ(flow.prompts.messages.size(), 2U);
+    EXPECT_EQ(flow.prompts.messages.back(), "The specified file did not have the correct format");
+    EXPECT_EQ(current_folder(), flow.folder.folder());
+}
+
 TEST(OpenFlow, the_dialog_leaves_the_current_folder) {
     Flow flow;
     const TempFolder elsewhere;

@@ -1,0 +1,50 @@
+#include "workbench/export_flow.h"
+
+#include <functional>
+
+#include "core/paths.h"
+#include "core/save_question.h"
+#include "inversion/evaluate.h"
+#include "output/tables.h"
+#include "workbench/workbench.h"
+
+namespace anomalis {
+
+namespace {
+
+/// The name that an export proposes: that of the model with another ending; "" without a model file.
+std::string proposed_name(const Workspace& workspace, const std::string& ending) {
+    const std::string& model_file = workspace.model_file;
+    return model_file.empty() ? "" : folder_name(model_file) + base_name(model_file) + ending;
+}
+
+/// Asks, calculates what is out of date, writes. `write` returns 0 or -1.
+ExportOutcome export_file(Workbench& workbench, const FileRequest& request,
+                          const std::function<int(const std::string& path)>& write) {
+    Session& session = workbench.session;
+    const std::string folder = current_folder();
+    ExportOutcome outcome = ExportOutcome::cancelled;
+    if (const auto path = ask_save_path(session.prompts, request)) {
+        const MessageScope scope(session.prompts);
+        if (line_loaded(session.workspace)) refresh_model(session);
+        outcome = write(*path) == 0 ? ExportOutcome::written : ExportOutcome::failed;
+        if (outcome == ExportOutcome::written) session.prompts.message("Output complete");
+    }
+    change_to_folder(folder);
+    return outcome;
+}
+
+}  // namespace
+
+ExportOutcome export_profile_data(Workbench& workbench) {
+    Session& session = workbench.session;
+    if (session.workspace.station_count <= 0) return ExportOutcome::nothing;
+    const FileRequest request{"Select the profile data file to create",
+                              "Profile Data Files (*.csv)|*.csv|All files (*.*)|*.*",
+                              proposed_name(session.workspace, ".csv"), "csv"};
+    return export_file(workbench, request, [&](const std::string& path) {
+        return write_profile_table(path, session.workspace, session.prompts);
+    });
+}
+
+}  // namespace anomalis
