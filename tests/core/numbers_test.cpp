@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <limits>
 #include <locale>
+#include <random>
 
 #include "core/failure.h"
 
@@ -213,6 +214,28 @@ TEST(Numbers, do_not_depend_on_the_locale) {
     EXPECT_EQ(prefix_number("1.5"), 1.5);
     std::locale::global(before);
     std::setlocale(LC_ALL, "C");
+}
+
+TEST(AppendHundredths, is_the_pattern_of_two_decimals) {
+    std::mt19937_64 random(5);
+    std::uniform_real_distribution<double> digits(-1, 1);
+    const auto expect_same = [](double value) {
+        std::string text = "x";
+        append_hundredths(text, value);
+        ASSERT_EQ(text, "x" + format_number(value, "0.00")) << value;
+    };
+    for (double size = 1e-5; size < 1e18; size *= 10)
+        for (int i = 0; i < 300; ++i) expect_same(size * digits(random));
+    // Ties, next to ties, and values that a rounding makes zero.
+    for (int i = -2000; i <= 2000; ++i) {
+        const double tie = i * 0.005;
+        for (const double value : {tie, std::nextafter(tie, 1e9), std::nextafter(tie, -1e9), tie + 7e6})
+            expect_same(value);
+    }
+    for (const double value :
+         {0.0, -0.0, 999999999.995, 1e9, 9.9e307, -0.004, -0.006, std::nan(""),
+          std::numeric_limits<double>::infinity(), -std::numeric_limits<double>::infinity()})
+        expect_same(value);
 }
 
 }  // namespace

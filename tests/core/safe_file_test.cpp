@@ -1,6 +1,7 @@
 #include "core/safe_file.h"
 
 #include <array>
+#include <csignal>
 #include <fcntl.h>
 #include <filesystem>
 #include <gmock/gmock.h>
@@ -182,6 +183,66 @@ TEST(WriteFileSafely, a_pipe_gets_the_contents) {
     EXPECT_STREQ(got.data(), "through");
     ::close(ends[0]);
     ::close(ends[1]);
+}
+
+TEST(WriteFileSafely, a_pipe_that_nobody_reads_is_told_and_a_late_reader_is_waited_for) {
+    const TempFolder folder;
+    const std::string path = folder.path("pipe");
+    ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);
+    EXPECT_EQ(failure_of_write(path), "Broken pipe (" + path + ")");
+    const pid_t reader = ::fork();
+    if (reader == 0) {
+        ::usleep(100'000);
+        std::array<char, 16> got{};
+        const int pipe = ::open(path.c_str(), O_RDONLY);
+        ::_exit(::read(pipe, got.data(), got.size()) == 7 ? 0 : 1);
+    }
+    write_file_safely(path, "through");
+    int status = 0;
+    ::waitpid(reader, &status, 0);
+    EXPECT_EQ(status, 0);
+}
+
+TEST(WriteFileSafely, a_reader_that_goes_away_is_an_error_and_not_the_end) {
+    std::array<int, 2> ends{};
+    ASSERT_EQ(::pipe2(ends.data(), O_CLOEXEC), 0);
+    ::close(ends[0]);
+    const std::string path = "/dev/fd/" + std::to_string(ends[1]);
+    for (int i = 0; i < 2; ++i) EXPECT_EQ(failure_of_write(path), "Broken pipe (" + path + ")");
+    ::close(ends[1]);
+    sigset_t pending;
+    ::sigpending(&pending);
+    EXPECT_FALSE(::sigismember(&pending, SIGPIPE));
+}
+
+TEST(WriteFileSafely, a_link_to_a_file_that_is_not_there_yet_is_followed) {
+    const TempFolder folder;
+    fs::create_directory(folder.path("real"));
+    fs::create_symlink("second", folder.path("link"));
+    fs::create_symlink("real/target", folder.path("second"));
+    write_file_safely(folder.path("link"), "new");
+    EXPECT_TRUE(fs::is_symlink(folder.path("link")) && fs::is_symlink(folder.path("second")));
+    EXPECT_EQ(folder.read("real/target"), "new");
+    fs::create_symlink("loop", folder.path("loop"));
+    EXPECT_NE(failure_of_write(folder.path("loop")), "");
+}
+
+TEST(SafeFile, without_a_commit_the_old_file_stays) {
+    const TempFolder folder;
+    const std::string path = folder.write("a", "old");
+    {
+        SafeFile file(path);
+        file.write("one ");
+        file.write("two");
+    }
+    EXPECT_EQ(folder.read("a"), "old");
+    EXPECT_EQ(folder.entries(), 1);
+    SafeFile file(path);
+    file.write("one ");
+    file.write("two");
+    file.commit();
+    EXPECT_EQ(folder.read("a"), "one two");
+    EXPECT_EQ(folder.entries(), 1);
 }
 
 TEST(AppendToFile, makes_the_file_and_adds_to_it) {
