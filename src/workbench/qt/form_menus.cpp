@@ -78,8 +78,9 @@ void FormMenus::make_view_menu() {
     auto* group = new QActionGroup(this);
     const std::array names{"menu_view_mode_0", "menu_view_mode_1"};
     const std::array texts{tr("&Section"), tr("&Plan")};
+    const std::array tips{tr("The section below the curves"), tr("The plan below the curves")};
     for (std::size_t i = 0; i < view_modes_.size(); ++i) {
-        view_modes_[i] = add_action(*mode, names[i], texts[i], QString());
+        view_modes_[i] = add_action(*mode, names[i], texts[i], tips[i]);
         view_modes_[i]->setCheckable(true);
         view_modes_[i]->setActionGroup(group);
         connect(view_modes_[i], &QAction::triggered, this, [this, i] { emit plan_wanted(i == 1); });

@@ -57,7 +57,8 @@ const char* const style_rules = R"(
         border: 1px solid palette(highlight); border-radius: 3px; padding: 4px 16px; font-weight: 600; }
     QPushButton[chief="true"]:focus { border: 1px solid palette(text); }
     QPushButton[chief="true"]:pressed { background: palette(text); color: palette(base); }
-    QPushButton[chief="true"]:disabled { background: palette(mid); border-color: palette(mid); }
+    QPushButton[chief="true"]:disabled { background: palette(midlight); color: palette(text);
+        border-color: palette(midlight); }
     QToolTip { padding: 3px; }
     QStatusBar::item { border: none; }
 )";
@@ -68,10 +69,14 @@ bool is_dark(const QPalette& palette) {
     return palette.color(QPalette::Window).lightness() < middle_grey;
 }
 
+QPalette look_palette(bool dark) {
+    return palette_of(dark ? dark_shades : light_shades);
+}
+
 void apply_look(QApplication& application) {
     const bool dark = is_dark(QApplication::palette());
     QApplication::setStyle(QStyleFactory::create("Fusion"));
-    QApplication::setPalette(palette_of(dark ? dark_shades : light_shades));
+    QApplication::setPalette(look_palette(dark));
     application.setStyleSheet(style_rules);
 }
 

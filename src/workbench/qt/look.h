@@ -1,15 +1,18 @@
 #pragma once
 
 #include <QColor>
+#include <QPalette>
 
 class QApplication;
-class QPalette;
 class QWidget;
 
 namespace anomalis {
 
 /// The quiet look of the window: Fusion with one accent colour, light or dark as the desktop is.
 void apply_look(QApplication& application);
+
+/// The window's own palette for a light or a dark desktop.
+QPalette look_palette(bool dark);
 
 /// True when the palette has light text on a dark ground.
 bool is_dark(const QPalette& palette);

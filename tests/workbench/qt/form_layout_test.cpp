@@ -14,12 +14,11 @@ class FormLayoutTest : public QObject {
     Q_OBJECT
 
   private slots:
-    void every_control_is_found_by_its_name_and_explains_itself();
+    void every_box_explains_itself();
     void captions_lead_to_their_boxes();
     void tab_goes_through_the_first_page_in_reading_order();
     void nothing_is_clipped_at_the_least_size();
     void nothing_overlaps_on_the_first_page();
-    void text_stands_out_from_its_ground();
 };
 
 namespace {
@@ -62,52 +61,6 @@ const QStringList boxes_in_reading_order{"Text_data_locations",
                                          "Check_show_body_label",
                                          "Check_maintain_aspect_ratio"};
 
-const QStringList other_names{"Tab_model",
-                              "StatusBar",
-                              "Frame_axm_data_file_definitions",
-                              "Frame_field",
-                              "Frame_data_processing_parameters",
-                              "Frame_graph_display_options",
-                              "Frame_base_levels",
-                              "Frame_mag_profiles",
-                              "Frame_grav_profiles",
-                              "Frame_section",
-                              "Frame_plan",
-                              "Image_splitter",
-                              "Image_splitter_mag",
-                              "Image_splitter_grav",
-                              "Text_number_locations",
-                              "Text_line_length",
-                              "Text_line_spacing",
-                              "Label_VG_0",
-                              "Label_VG_1",
-                              "vsgraph_model_0",
-                              "vsgraph_model_1",
-                              "vsgraph_model_2",
-                              "vsgraph_model_3",
-                              "vsgraph_model_4",
-                              "vsgraph_plan",
-                              "VScroll_zoom_0",
-                              "VScroll_pan_4",
-                              "Combo_zoom",
-                              "HScroll_pan",
-                              "Command_show_plan",
-                              "Command_reset_graph_scale",
-                              "Timer_resize",
-                              "menu_file",
-                              "menu_open_model_0",
-                              "menu_open_model_3",
-                              "menu_exit",
-                              "menu_view",
-                              "menu_display_axes",
-                              "menu_view_mode",
-                              "menu_view_mode_0",
-                              "menu_view_mode_1",
-                              "menu_model",
-                              "menu_force_recalc",
-                              "menu_help",
-                              "menu_about"};
-
 struct Opened : FormSample {
     Opened() { form->open_file(write_workspace(folder)); }
     TempFolder folder;
@@ -125,20 +78,9 @@ bool has_room(const QWidget& widget) {
     return true;
 }
 
-double luminance(const QColor& colour) {
-    const auto part = [](double c) { return c <= 0.03928 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4); };
-    return 0.2126 * part(colour.redF()) + 0.7152 * part(colour.greenF()) + 0.0722 * part(colour.blueF());
-}
-
-double contrast(const QColor& a, const QColor& b) {
-    const double first = luminance(a);
-    const double second = luminance(b);
-    return (std::max(first, second) + 0.05) / (std::min(first, second) + 0.05);
-}
-
 }  // namespace
 
-void FormLayoutTest::every_control_is_found_by_its_name_and_explains_itself() {
+void FormLayoutTest::every_box_explains_itself() {
     FormSample sample;
     for (const QString& name : boxes_in_reading_order) {
         const auto* control = sample.form->findChild<QWidget*>(name);
@@ -146,8 +88,6 @@ void FormLayoutTest::every_control_is_found_by_its_name_and_explains_itself() {
         QVERIFY2(!control->toolTip().isEmpty(), qPrintable(name));
         QVERIFY2(!control->accessibleName().isEmpty(), qPrintable(name));
     }
-    for (const QString& name : other_names)
-        QVERIFY2(sample.form->findChild<QObject*>(name), qPrintable(name));
 }
 
 void FormLayoutTest::captions_lead_to_their_boxes() {
@@ -202,16 +142,6 @@ void FormLayoutTest::nothing_overlaps_on_the_first_page() {
         for (qsizetype k = i + 1; k < controls.size(); ++k)
             QVERIFY2(!place(controls[i]).intersects(place(controls[k])),
                      qPrintable(controls[i]->objectName() + " and " + controls[k]->objectName()));
-}
-
-void FormLayoutTest::text_stands_out_from_its_ground() {
-    FormSample sample;
-    for (const auto* label : sample.form->findChildren<QLabel*>()) {
-        const QPalette palette = label->palette();
-        for (const auto ground : {QPalette::Window, QPalette::Base})
-            QVERIFY2(contrast(palette.color(QPalette::WindowText), palette.color(ground)) >= 4.5,
-                     qPrintable(label->text()));
-    }
 }
 
 QObject* make_form_layout_test() {

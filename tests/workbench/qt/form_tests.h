@@ -8,7 +8,9 @@ QObject* make_form_start_test();
 QObject* make_form_load_test();
 QObject* make_form_charts_test();
 QObject* make_form_layout_test();
+QObject* make_form_names_test();
 QObject* make_form_views_test();
+QObject* make_look_test();
 QObject* make_picture_test();
 
 /// Keeps pictures of both tabs and the plan of each workspace named (split by ":") in a folder, at two sizes:

@@ -1,0 +1,198 @@
+#include <QAbstractButton>
+#include <QAbstractItemView>
+#include <QAbstractSlider>
+#include <QAbstractSpinBox>
+#include <QComboBox>
+#include <QMenu>
+#include <QPlainTextEdit>
+#include <QStatusBar>
+
+#include "workbench/qt/form_sample.h"
+#include "workbench/qt/form_tests.h"
+#include "workbench/qt/stepper_bar.h"
+
+namespace anomalis {
+
+class FormNamesTest : public QObject {
+    Q_OBJECT
+
+  private slots:
+    void every_documented_name_is_found();
+    void names_are_given_once();
+    void every_control_explains_itself();
+    void every_menu_entry_explains_itself();
+};
+
+namespace {
+
+/// A control that comes several times is found as Name_0, Name_1 and so on.
+const QStringList documented_names{
+    "Check_display_total_gradient",
+    "Check_float_base",
+    "Check_maintain_aspect_ratio",
+    "Check_show_body_label",
+    "Combo_smooth_filter_type",
+    "Combo_zoom",
+    "Command_load_locations",
+    "Command_reset_graph_scale",
+    "Command_select_data_location_file",
+    "Command_toggle_invert_body",
+    "Frame_axm_data_file_definitions",
+    "Frame_base_levels",
+    "Frame_body",
+    "Frame_buttons",
+    "Frame_data_processing_parameters",
+    "Frame_field",
+    "Frame_graph_display_options",
+    "Frame_grav_profiles",
+    "Frame_invert",
+    "Frame_mag_profiles",
+    "Frame_move_body",
+    "Frame_plan",
+    "Frame_section",
+
+    "HScroll_pan",
+
+    "Image_splitter",
+    "Image_splitter_grav",
+    "Image_splitter_mag",
+    "Label_VG",
+    "ProgressBar_load",
+    "StatusBar",
+    "Tab_model",
+    "Text_MAGINV_basegrav",
+    "Text_MAGINV_basemag",
+    "Text_MAGINV_dtm",
+    "Text_MAGINV_gravpos",
+    "Text_MAGINV_magpos",
+    "Text_MAGINV_nLast",
+    "Text_MAGINV_nhead",
+    "Text_MAGINV_nstep",
+    "Text_MAGINV_sensor_offset",
+    "Text_MAGINV_topo",
+    "Text_MAGINV_xpos",
+    "Text_MAGINV_ypos",
+    "Text_MAGINV_zpos",
+    "Text_VG_filter_step",
+    "Text_VG_filter_width",
+    "Text_data_file",
+    "Text_data_locations",
+    "Text_depth_grid_spacing",
+    "Text_finite_body_left_clip",
+    "Text_finite_body_right_clip",
+    "Text_infinite_body_length",
+    "Text_line_length",
+    "Text_line_spacing",
+    "Text_mag_declination",
+    "Text_mag_inclination",
+    "Text_mag_intensity",
+    "Text_maginv_minimum_station_spacing",
+    "Text_maginv_station_spacing",
+    "Text_number_locations",
+    "Text_profile_grid_spacing",
+    "Text_residual_filter_width",
+    "Text_smooth_filter_width",
+    "Timer_resize",
+
+    "VScroll_pan",
+
+    "VScroll_zoom",
+    "menu_about",
+    "menu_bodies",
+    "menu_display_axes",
+    "menu_do_logging",
+    "menu_exit",
+    "menu_file",
+    "menu_force_recalc",
+    "menu_help",
+    "menu_highlight",
+    "menu_highlight_on",
+    "menu_model",
+    "menu_open_model",
+    "menu_restore_directory",
+    "menu_save_defaults",
+    "menu_save_directory",
+    "menu_view",
+    "menu_view_mode",
+    "vsgraph_model",
+    "vsgraph_plan",
+};
+
+QString described(const QWidget& widget) {
+    QString text = QString(widget.metaObject()->className()) + " " + widget.objectName();
+    if (widget.parentWidget()) text += " in " + widget.parentWidget()->objectName();
+    return text;
+}
+
+bool is_control(const QWidget& widget) {
+    return qobject_cast<const QAbstractButton*>(&widget) || qobject_cast<const QLineEdit*>(&widget) ||
+           qobject_cast<const QComboBox*>(&widget) || qobject_cast<const QAbstractSlider*>(&widget) ||
+           qobject_cast<const QAbstractSpinBox*>(&widget) || qobject_cast<const StepperBar*>(&widget) ||
+           qobject_cast<const QPlainTextEdit*>(&widget) || qobject_cast<const QAbstractItemView*>(&widget);
+}
+
+/// A part of another control, or one that Qt puts beside a tab bar or a scrolled view.
+bool is_part(const QWidget& widget) {
+    for (const QWidget* parent = widget.parentWidget(); parent; parent = parent->parentWidget())
+        if (qobject_cast<const QComboBox*>(parent) || qobject_cast<const QAbstractSpinBox*>(parent) ||
+            qobject_cast<const QTabBar*>(parent) || qobject_cast<const QAbstractScrollArea*>(parent))
+            return true;
+    return widget.objectName().startsWith("qt_");
+}
+
+}  // namespace
+
+void FormNamesTest::every_documented_name_is_found() {
+    FormSample sample;
+    QStringList missing;
+    for (const QString& name : documented_names)
+        if (name != "Form_anomalis" && !sample.form->findChild<QObject*>(name) &&
+            !sample.form->findChild<QObject*>(name + "_0"))
+            missing << name;
+    QCOMPARE(missing.join(" "), QString());
+    QCOMPARE(sample.form->objectName(), QString("Form_anomalis"));
+}
+
+void FormNamesTest::names_are_given_once() {
+    FormSample sample;
+    QHash<QString, QObject*> owners;
+    for (QObject* object : sample.form->findChildren<QObject*>()) {
+        const QString name = object->objectName();
+        if (!documented_names.contains(name.section('_', 0, -2)) && !documented_names.contains(name))
+            continue;
+        auto* menu = qobject_cast<QMenu*>(object);
+        if (menu && owners.value(name) == menu->menuAction()) continue;
+        QVERIFY2(!owners.contains(name), qPrintable(name));
+        owners[name] = object;
+    }
+}
+
+void FormNamesTest::every_control_explains_itself() {
+    FormSample sample;
+    QStringList silent;
+    for (const auto* widget : sample.form->findChildren<QWidget*>())
+        if (is_control(*widget) && !is_part(*widget) && widget->toolTip().isEmpty())
+            silent << described(*widget);
+    QCOMPARE(silent.join("; "), QString());
+}
+
+void FormNamesTest::every_menu_entry_explains_itself() {
+    FormSample sample;
+    QStringList silent;
+    for (const auto* menu : sample.form->findChildren<QMenu*>()) {
+        if (!menu->objectName().startsWith("menu_") || !menu->toolTipsVisible()) continue;
+        for (const auto* entry : menu->actions())
+            if (!entry->isSeparator() && !entry->menu() &&
+                (entry->toolTip().isEmpty() || entry->toolTip() == QString(entry->text()).remove('&')))
+                silent << entry->objectName() + " " + entry->text();
+    }
+    QCOMPARE(silent.join("; "), QString());
+}
+
+QObject* make_form_names_test() {
+    return new FormNamesTest;
+}
+
+}  // namespace anomalis
+
+#include "form_names_test.moc"
