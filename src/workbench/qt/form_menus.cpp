@@ -58,6 +58,7 @@ void FormMenus::make_file_menu(const std::vector<ExampleFile>& examples) {
             const QString path = QString::fromStdString(example.path);
             QAction* entry = menu->addAction(QString::fromStdString(example.title));
             entry->setObjectName("menu_example_" + QString::number(number++));
+            entry->setToolTip(tr("Open, load and show %1").arg(path));
             connect(entry, &QAction::triggered, this, [this, path] { emit example_chosen(path); });
         }
     }

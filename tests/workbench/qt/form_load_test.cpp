@@ -189,7 +189,7 @@ void FormLoadTest::a_damaged_workspace_is_told_and_the_window_goes_on() {
     QCOMPARE(sample.prompts.messages.size(), std::size_t(1));
     QVERIFY(sample.prompts.told("Input past end of file"));
     QCOMPARE(sample.stations(), 0);
-    QCOMPARE(sample.form->windowTitle(), QString("Anomalis: line.axm"));
+    QCOMPARE(sample.form->windowTitle(), QString("Anomalis: line.axm *"));
     sample.prompts.messages.clear();
     sample.load();
     sample.choose_tab(1);
