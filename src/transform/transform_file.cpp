@@ -30,8 +30,12 @@ std::vector<std::string> tokens_of(std::string_view line) {
     return tokens;
 }
 
+/// A file that was cut, or is none of points, must not move a survey: every value has to be there.
 double number_at(const std::vector<std::string>& tokens, std::size_t place) {
-    return place < tokens.size() ? prefix_number(tokens[place]) : 0;
+    if (place >= tokens.size()) throw Fault(FaultKind::input_past_end);
+    const double value = prefix_number(tokens[place]);
+    if (!is_numeric(tokens[place])) throw Fault("Not a number: " + tokens[place]);
+    return value;
 }
 
 /// One point in both systems. Exactly four tokens are the four values; otherwise the first is a station
