@@ -1,0 +1,11 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace anomalis {
+
+/// The window system: the library at work and the one it was built with, its platform, style, font, screens.
+std::vector<std::string> window_library_lines();
+
+}  // namespace anomalis
