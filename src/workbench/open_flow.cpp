@@ -155,6 +155,7 @@ LoadResult load_line(Workbench& workbench) {
     if (status >= 0) note_base_levels(workbench, mag_was_unset, grav_was_unset);
     if (status == 0) finish_load(session);
     reset_view(workspace, workbench.view, session.prompts);
+    settle_history(workbench);
     return load_result(workspace);
 }
 

@@ -7,6 +7,7 @@
 #include "core/session.h"
 #include "intake/definition.h"
 #include "workbench/body_grid.h"
+#include "workbench/history.h"
 #include "workbench/view_state.h"
 
 namespace anomalis {
@@ -25,6 +26,8 @@ struct Workbench {
     std::vector<ParameterError> fit_errors;
     std::vector<std::string> recent_files;  ///< full paths, the newest first
     bool unsaved = false;  ///< the model differs from the file last written or read
+    History history;
+    int list_revision = 0;  ///< grows when number, order or types of the bodies change
 };
 
 /// True when a profile is loaded that can be modelled: stations, and a line of some length.

@@ -10,11 +10,13 @@
 
 #include "core/paths.h"
 #include "core/text.h"
+#include "workbench/change.h"
 #include "workbench/qt/charts_panel.h"
 #include "workbench/qt/definitions_page.h"
 #include "workbench/qt/definitions_panel.h"
 #include "workbench/qt/entry_box.h"
 #include "workbench/qt/form_bodies.h"
+#include "workbench/qt/form_history.h"
 #include "workbench/qt/form_menus.h"
 #include "workbench/qt/form_views.h"
 #include "workbench/qt/model_side.h"
@@ -67,7 +69,8 @@ Form_anomalis::Form_anomalis(Session& session, const std::vector<ExampleFile>& e
       status_(new StatusPanels(this)),
       menus_(new FormMenus(*this, examples)),
       bodies_(new FormBodies(*this)),
-      views_(new FormViews(*this)) {
+      views_(new FormViews(*this)),
+      history_(new FormHistory(*this)) {
     lay_out();
     wire_pages();
     wire_menus();
@@ -150,6 +153,7 @@ void Form_anomalis::start() {
     }
     definitions_page_->fill(true);
     session_.model_changed = false;
+    start_history(workbench_);
     show_caption();
     side_->reset_form_display();
     update_line_state();
@@ -273,6 +277,21 @@ void Form_anomalis::update_line_state() {
 }
 
 void Form_anomalis::setting_changed() {
+    model_edited();
+}
+
+void Form_anomalis::commit_edits() {
+    commit_boxes(*definitions_page_);
+}
+
+void Form_anomalis::history_moved(const HistoryStep& step) {
+    if (step.another_file || step.line_lost) refresh_data_head(workbench_);
+    if (step.settings) definitions_page_->fill();
+    if (step.line_lost) {
+        definitions_page_->definitions().blank_results();
+        line_dropped();
+    }
+    if (step.line_wanted) load_locations();
     model_edited();
 }
 

@@ -17,11 +17,13 @@ namespace anomalis {
 class ChartsPanel;
 class DefinitionsPage;
 class FormBodies;
+class FormHistory;
 class FormMenus;
 class FormViews;
 class ModelSide;
 class StatusPanels;
 class WelcomePanel;
+struct HistoryStep;
 
 /// The main window: two tabs, menus and status bar, and the flows that join them. It holds no arithmetic.
 class Form_anomalis : public QMainWindow {
@@ -49,6 +51,10 @@ class Form_anomalis : public QMainWindow {
     void show_definitions_tab();
     /// Menus and model page follow whether a line is loaded.
     void update_line_state();
+    /// Half-typed texts are taken over: before a command.
+    void commit_edits();
+    /// A step back or forward was taken: boxes, line, bodies, charts and caption follow.
+    void history_moved(const HistoryStep& step);
 
   public slots:
     /// The model was edited, by whomever: body controls, charts and caption follow.
@@ -90,6 +96,7 @@ class Form_anomalis : public QMainWindow {
     FormMenus* menus_;
     FormBodies* bodies_;
     FormViews* views_;
+    FormHistory* history_;
 };
 
 }  // namespace anomalis
