@@ -102,6 +102,12 @@ void transform_solid(const std::array<float, 3>& scale, const std::array<float, 
     }
 }
 
+std::int32_t solid_sectors(const ModelBody& body) {
+    std::int32_t sectors = fineness_of(body).sectors;
+    if (sectors % 2 != 0) ++sectors;
+    return sectors < 4 ? 12 : sectors;
+}
+
 int setup_cylinder_body(ModelBody& body, Prompts& prompts) {
     return report_failure(prompts, "An error occurred while setting up the cylinder body: ", [&] {
         set_body_angles(body);

@@ -44,6 +44,10 @@ void create_graphic_object(const GraphicObject& object, std::vector<Point3>& poi
 void transform_solid(const std::array<float, 3>& scale, const std::array<float, 3>& rotation,
                      const Point3& origin, std::span<Point3> points);
 
+/// Corners of the ring of a pipe's solid: `num_sectors`, more where the triangle size asks for it, an odd
+/// count one more, 12 for a count below 4. Raises a Fault when the solid would have too many facets.
+std::int32_t solid_sectors(const ModelBody& body);
+
 /// Brings the solid of a pipe (or a wire's stand-in for drawing) up to date: built anew when its shape
 /// changed, placed anew when its position or direction changed, kept otherwise. The physical diameter is
 /// half of `width`. The reference point must be current. Returns 0, or -1 after a failure, which is shown.

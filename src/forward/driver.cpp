@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "core/prompts.h"
+#include "forward/exact_response.h"
 #include "forward/gravity_response.h"
 #include "forward/mag_response.h"
 #include "forward/station_columns.h"
@@ -17,11 +18,14 @@ namespace {
 struct ChannelRoute {
     bool ModelBody::*valid;
     int column;  ///< of the response
-    void (*calculate)(Workspace&, int, Prompts&);
+    void (*classic)(Workspace&, int, Prompts&);
+    void (*exact)(Workspace&, int, ExactNotes&, Prompts&);
 };
 
-constexpr ChannelRoute magnetic{&ModelBody::mag_response_valid, 1, calculate_mag_response};
-constexpr ChannelRoute gravity{&ModelBody::grav_response_valid, 2, calculate_gravity_response};
+constexpr ChannelRoute magnetic{&ModelBody::mag_response_valid, 1, calculate_mag_response,
+                                calculate_exact_mag_response};
+constexpr ChannelRoute gravity{&ModelBody::grav_response_valid, 2, calculate_gravity_response,
+                               calculate_exact_gravity_response};
 
 bool any_out_of_date(const Workspace& workspace, const ChannelRoute& route) {
     for (int number = 1; number <= workspace.body_count; ++number)
@@ -65,14 +69,17 @@ void sum_responses(Workspace& workspace, const ChannelRoute& route, std::span<fl
     throw Fault(FaultKind::overflow, "the sum of the bodies is out of all proportion; it counts as zero");
 }
 
-void rebuild(Workspace& workspace, const ChannelRoute& route, ChannelTable& data, Prompts& prompts) {
+void rebuild(Workspace& workspace, const ChannelRoute& route, ChannelTable& data, ExactNotes& notes,
+             Prompts& prompts) {
     for (int number = 1; number <= workspace.body_count; ++number) {
         ModelBody& body = workspace.body(number);
         if (body.*route.valid) continue;
         if (body.turned_off == 1) {
             switch_off(workspace, body, route);
+        } else if (workspace.formulas == Formulas::exact) {
+            route.exact(workspace, number, notes, prompts);
         } else {
-            route.calculate(workspace, number, prompts);
+            route.classic(workspace, number, prompts);
         }
         body.*route.valid = true;
     }
@@ -99,8 +106,10 @@ void calculate(Workspace& workspace, ChannelTable& mag_data, ChannelTable& grav_
     const bool grav = workspace.has_grav() && any_out_of_date(workspace, gravity);
     if (mag) zero_calculated(workspace, mag_data);
     if (grav) zero_calculated(workspace, grav_data);
-    if (mag) rebuild(workspace, magnetic, mag_data, prompts);
-    if (grav) rebuild(workspace, gravity, grav_data, prompts);
+    ExactNotes notes;
+    if (mag) rebuild(workspace, magnetic, mag_data, notes, prompts);
+    if (grav) rebuild(workspace, gravity, grav_data, notes, prompts);
+    show_notes(notes, prompts);
 }
 
 }  // namespace

@@ -32,18 +32,6 @@ Magnetisation store_moment(const Workspace& workspace, ModelBody& body) {
     return m;
 }
 
-/// Two triangles a face.
-constexpr std::array<Facet, 12> triangles_of(const decltype(prism_faces)& faces) {
-    std::array<Facet, 12> triangles{};
-    for (std::size_t f = 0; f < faces.size(); ++f) {
-        const auto& face = faces[f];
-        triangles[2 * f] = {face[0], face[1], face[2]};
-        triangles[2 * f + 1] = {face[0], face[2], face[3]};
-    }
-    return triangles;
-}
-constexpr std::array<Facet, 12> prism_triangles = triangles_of(prism_faces);
-
 void fill_prism_by_faces(const Workspace& workspace, ModelBody& body, const PrismCorners& corners,
                          Prompts& prompts) {
     const NedVector moment{body.moment_x, body.moment_y, body.moment_z};

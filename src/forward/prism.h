@@ -17,6 +17,17 @@ using PrismCorners = std::array<Point3, 8>;  ///< east, north, up in survey coor
 inline constexpr std::array<std::array<std::uint8_t, 4>, 6> prism_faces{
     {{0, 1, 2, 3}, {1, 5, 6, 2}, {2, 6, 7, 3}, {3, 7, 4, 0}, {0, 4, 5, 1}, {7, 6, 5, 4}}};
 
+/// The same as triangles, two a face.
+inline constexpr std::array<std::array<std::int32_t, 3>, 12> prism_triangles = [] {
+    std::array<std::array<std::int32_t, 3>, 12> triangles{};
+    for (std::size_t f = 0; f < prism_faces.size(); ++f) {
+        const auto& face = prism_faces[f];
+        triangles[2 * f] = {face[0], face[1], face[2]};
+        triangles[2 * f + 1] = {face[0], face[2], face[3]};
+    }
+    return triangles;
+}();
+
 /// Corners as the magnetics has them: without a depth extent 5 km deep, a sloping top narrowed by minus the
 /// slope. Raises Fault division_by_zero for a slope that has no width.
 PrismCorners magnetic_prism(const ModelBody& body);
