@@ -25,7 +25,7 @@ Point3 station_at(const ExactPlace& place, std::size_t i) {
 /// 1 / R^3 from outside; inside the value at the surface, which makes the field of a uniform sphere.
 double cubed_inverse(double squared, double radius) {
     const double inside = radius - face_tolerance;
-    const double r = squared > inside * inside ? std::sqrt(squared) : radius;
+    const double r = squared <= inside * inside ? radius : std::sqrt(squared);
     return 1 / (r * r * r);
 }
 
@@ -45,7 +45,7 @@ void fill_sphere_anomaly(const ExactPlace& place, double radius, const ExactFiel
         const Point3 r = station_at(place, i);
         const double squared = dot(r, r);
         // Inside, the poles leave a uniform field.
-        const double along = squared > surface * surface ? 3 * dot(j, r) * dot(f, r) / squared : 0.0;
+        const double along = squared <= surface * surface ? 0.0 : 3 * dot(j, r) * dot(f, r) / squared;
         values[i] = volume * (along - dot(j, f)) * cubed_inverse(squared, radius);
     }
 }
