@@ -50,13 +50,19 @@ int Settings::choose_settings_location() const {
                : 1;
 }
 
-std::string Settings::get_setting(int location, std::string_view root, std::string_view section,
-                                  std::string_view key, std::string_view fallback) const {
+const std::map<std::string, std::string>* Settings::find_section(int location, std::string_view root,
+                                                                 std::string_view section) const {
     auto keys = values_.find({location, std::string(root), std::string(section)});
     if (keys == values_.end()) keys = values_.find({1 - location, std::string(root), std::string(section)});
-    if (keys == values_.end()) return std::string(fallback);
-    const auto value = keys->second.find(std::string(key));
-    return value == keys->second.end() ? std::string(fallback) : trim_at_nul(value->second);
+    return keys == values_.end() ? nullptr : &keys->second;
+}
+
+std::string Settings::get_setting(int location, std::string_view root, std::string_view section,
+                                  std::string_view key, std::string_view fallback) const {
+    const auto* keys = find_section(location, root, section);
+    if (keys == nullptr) return std::string(fallback);
+    const auto value = keys->find(std::string(key));
+    return value == keys->end() ? std::string(fallback) : trim_at_nul(value->second);
 }
 
 int Settings::save_setting(int location, std::string_view root, std::string_view section,
@@ -100,6 +106,13 @@ std::string Settings::get(std::string_view section, std::string_view key, std::s
 
 int Settings::set(std::string_view section, std::string_view key, std::string_view value) {
     return save_setting(location_, settings_root, section, key, value);
+}
+
+std::vector<std::string> Settings::keys(std::string_view section) const {
+    std::vector<std::string> names;
+    if (const auto* values = find_section(location_, settings_root, section))
+        for (const auto& [key, value] : *values) names.push_back(key);
+    return names;
 }
 
 std::string default_settings_path() {

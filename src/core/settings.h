@@ -4,6 +4,7 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace anomalis {
 
@@ -54,10 +55,14 @@ class Settings {
     std::string get(std::string_view section, std::string_view key,
                     std::string_view fallback = no_setting) const;
     int set(std::string_view section, std::string_view key, std::string_view value);
+    /// The keys that `get` finds in a section, in the order of their bytes.
+    std::vector<std::string> keys(std::string_view section) const;
 
     const std::string& path() const { return path_; }
 
   private:
+    const std::map<std::string, std::string>* find_section(int location, std::string_view root,
+                                                           std::string_view section) const;
     bool has_root(int location, std::string_view root) const;
     void write_through();
     void give_up(const std::string& reason);
