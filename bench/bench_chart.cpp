@@ -2,8 +2,10 @@
 
 #include <benchmark/benchmark.h>
 #include <cmath>
+#include <functional>
 #include <memory>
 #include <random>
+#include <string>
 #include <vector>
 
 #include <QApplication>
@@ -133,19 +135,35 @@ void a_million_points(benchmark::State& state) {
 }
 BENCHMARK(a_million_points)->Iterations(20)->UseManualTime()->Unit(benchmark::kMillisecond);
 
-void a_zoom_step(benchmark::State& state) {
-    Pane pane(page_width, page_height / panes, 8193);
-    pane.chart().HandleWheel(0, 120, 12000, 1500);
+/// The most that any of a hundred steps of the wheel, or moves of a pan, allocates.
+long most_allocations(int points, const std::function<void(AX_Grapher&, int)>& step) {
+    Pane pane(page_width, page_height / panes, points);
+    for (int i = 0; i < 10; ++i) pane.chart().HandleWheel(0, 120, 12000, 1500);
+    for (int i = 0; i < 4; ++i) step(pane.chart(), i);
     long most = 0;
-    int turn = 0;
-    for (auto _ : state) {
+    for (int i = 0; i < 100; ++i) {
         const long before = allocation_count();
-        pane.chart().HandleWheel(0, ++turn % 2 == 0 ? 120 : -120, 12000, 1500);
+        step(pane.chart(), i);
         most = std::max(most, allocation_count() - before);
     }
-    state.counters["most_allocations_a_step"] = static_cast<double>(most);
+    return most;
 }
-BENCHMARK(a_zoom_step)->Iterations(200)->Unit(benchmark::kMillisecond);
+
+void a_gesture(benchmark::State& state) {
+    const auto zoom = [](AX_Grapher& chart, int i) {
+        chart.HandleWheel(0, i % 2 == 0 ? 120 : -120, 12000, 1500);
+    };
+    const auto pan = [](AX_Grapher& chart, int i) { chart.PanBy(i % 2 == 0 ? 300 : -300, 0); };
+    Pane pane(page_width, page_height / panes, 8193);
+    int turn = 0;
+    for (auto _ : state) zoom(pane.chart(), turn++);
+    for (const int points : {1000, 10000, 1000000}) {
+        const std::string count = std::to_string(points);
+        state.counters["zoom_allocations_" + count] = static_cast<double>(most_allocations(points, zoom));
+        state.counters["pan_allocations_" + count] = static_cast<double>(most_allocations(points, pan));
+    }
+}
+BENCHMARK(a_gesture)->Iterations(200)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace anomalis

@@ -1,5 +1,6 @@
 #include "chart/detail/point_thinner.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <limits>
@@ -32,11 +33,46 @@ bool missing(double x, double y) {
     return is_null(x) || is_null(y);
 }
 
+/// True when a column holds so many points that looking them up is cheaper than passing them.
+bool is_crowded(const SeriesPoints& points, std::size_t begin, const Column& column) {
+    constexpr std::size_t crowd = BlockExtremes::block;
+    return points.extremes != nullptr && begin + crowd < points.ys.size() &&
+           points.xs[begin + crowd] < column.high;
+}
+
+/// The first point from `begin` on that is right of a column. Strides that double find the stretch it is in.
+std::size_t crowd_end(std::span<const double> xs, std::size_t begin, const Column& column) {
+    std::size_t stride = BlockExtremes::block;
+    std::size_t from = begin;
+    while (from + stride < xs.size() && xs[from + stride] < column.high) {
+        from += stride;
+        stride *= 2;
+    }
+    const std::size_t to = std::min(from + stride, xs.size());
+    const auto place = std::lower_bound(xs.begin() + static_cast<std::ptrdiff_t>(from),
+                                        xs.begin() + static_cast<std::ptrdiff_t>(to), column.high);
+    return static_cast<std::size_t>(place - xs.begin());
+}
+
+/// The points from `begin` on that share a column, one after the other.
+BlockExtremes::Stretch walk(const SeriesPoints& points, std::size_t begin, const Column& column) {
+    const auto& [xs, ys, extremes] = points;
+    std::size_t lowest = begin;
+    std::size_t highest = begin;
+    std::size_t i = begin + 1;
+    for (; i < ys.size() && xs[i] >= column.low && xs[i] < column.high && !is_null(ys[i]); ++i) {
+        if (ys[i] < ys[lowest]) lowest = i;
+        if (ys[i] > ys[highest]) highest = i;
+    }
+    return {i, lowest, highest};
+}
+
 }  // namespace
 
-std::size_t collect_run(std::span<const double> xs, std::span<const double> ys, std::size_t first,
-                        const Projection& project, double pixel, std::vector<Point>& out) {
+std::size_t collect_run(const SeriesPoints& points, std::size_t first, const Projection& project,
+                        double pixel, std::vector<Point>& out) {
     out.clear();
+    const auto& [xs, ys, extremes] = points;
     const std::size_t count = ys.size();
     std::size_t i = first;
     if (pixel <= 0.0) {
@@ -46,21 +82,12 @@ std::size_t collect_run(std::span<const double> xs, std::span<const double> ys, 
     while (i < count && !missing(xs[i], ys[i])) {
         const Column column = column_of(project(xs[i], ys[i]).x, project, pixel);
         const std::size_t begin = i;
-        std::size_t lowest = i;
-        std::size_t highest = i;
-        double low = ys[i];
-        double high = ys[i];
-        for (++i; i < count && xs[i] >= column.low && xs[i] < column.high && ys[i] > null_bound; ++i) {
-            if (ys[i] < low) {
-                low = ys[i];
-                lowest = i;
-            }
-            if (ys[i] > high) {
-                high = ys[i];
-                highest = i;
-            }
-        }
-        std::array<std::size_t, 4> kept{begin, lowest, highest, i - 1};
+        const BlockExtremes::Stretch stretch =
+            is_crowded(points, begin, column)
+                ? extremes->find(ys, begin, crowd_end(xs.first(count), begin, column))
+                : walk(points, begin, column);
+        i = stretch.end;
+        std::array<std::size_t, 4> kept{begin, stretch.lowest, stretch.highest, i - 1};
         if (kept[1] > kept[2]) std::swap(kept[1], kept[2]);
         for (std::size_t k = 0; k < kept.size(); ++k)
             if (k == 0 || kept[k] != kept[k - 1]) out.push_back(project(xs[kept[k]], ys[kept[k]]));

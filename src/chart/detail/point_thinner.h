@@ -4,6 +4,7 @@
 #include <span>
 #include <vector>
 
+#include "chart/detail/block_extremes.h"
 #include "chart/drawing_types.h"
 
 namespace anomalis {
@@ -23,13 +24,21 @@ struct Projection {
     double x_at(double surface) const { return (surface - plot.x_low) / x_scale + x_low; }
 };
 
+/// The points of a series, transformed, null_value where missing.
+struct SeriesPoints {
+    std::span<const double> xs;  ///< at least as many as `ys`
+    std::span<const double> ys;
+    /// Of `ys`, when every X is there and none is less than the one before; else null.
+    const BlockExtremes* extremes = nullptr;
+};
+
 /// Puts the places of a line's points, from `first` to the last before the next null, into `out`, and returns
 /// the index after them. Of each pixel column (`pixel` surface units wide; 0 = no thinning) only the first,
 /// lowest, highest and last are passed, in their order: a raster shows no difference, for what is left out
 /// lies in the column between the lowest and the highest. All that is left or right of the plot counts as
 /// one column.
-std::size_t collect_run(std::span<const double> xs, std::span<const double> ys, std::size_t first,
-                        const Projection& project, double pixel, std::vector<Point>& out);
+std::size_t collect_run(const SeriesPoints& points, std::size_t first, const Projection& project,
+                        double pixel, std::vector<Point>& out);
 
 /// Which pixels of a plot hold a marker already.
 class PixelSet {

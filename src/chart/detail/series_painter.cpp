@@ -52,9 +52,10 @@ void SeriesPainter::plot_lines(const SeriesGroup& group, const SeriesData& data,
                                const PlotFrame& frame, Canvas& canvas) {
     const Projection project = projection_of(frame);
     const double column = canvas.thins() ? canvas.device().pixel_size() : 0.0;
+    const SeriesPoints points{group.x, data.y, group.ascending ? &data.extremes : nullptr};
     for (std::size_t i = 0; i < data.y.size(); ++i) {
         if (missing(group, data, i)) continue;
-        i = collect_run(group.x, data.y, i, project, column, run_);
+        i = collect_run(points, i, project, column, run_);
         draw_run(options, canvas);
     }
 }

@@ -97,6 +97,8 @@ void SeriesTable::store(std::span<const ChartRow> rows, const ChartProperties& p
                 opened.x[i] = std::isfinite(x) && !is_null(x) ? properties.x.scale.forward(x) : null_value;
                 widen(x_extent_, opened.x[i]);
             }
+            opened.ascending = std::is_sorted(opened.x.begin(), opened.x.end()) &&
+                               (opened.x.empty() || !is_null(opened.x.front()));
         }
         SeriesData& data = series_[series_number++];
         const auto count = static_cast<std::size_t>(groups_[group_number - 1].count);
@@ -109,6 +111,7 @@ void SeriesTable::store(std::span<const ChartRow> rows, const ChartProperties& p
             data.y[i] = forward_or_null(properties.y.scale, cells[i], properties.data_null);
             widen(y_extent_, data.y[i]);
         }
+        data.extremes.build(data.y);
     }
 }
 

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "chart/chart_table.h"
+#include "chart/detail/block_extremes.h"
 #include "chart/detail/chart_properties.h"
 #include "chart/detail/view_state.h"
 #include "chart/drawing_types.h"
@@ -25,6 +26,7 @@ struct SeriesOptions {
 struct SeriesData {
     double code = chart_type_series;
     std::vector<double> y;              ///< transformed, null_value where missing
+    BlockExtremes extremes;             ///< of `y`
     std::vector<std::int32_t> markers;  ///< of single points; empty or one a point, 0 = the series' marker
     std::vector<std::int32_t> colours;  ///< likewise, -1 = the series' colour
 };
@@ -32,8 +34,9 @@ struct SeriesData {
 struct SeriesGroup {
     int first = 0;  ///< series number from 1
     int last = 0;
-    int count = 0;          ///< points
-    std::vector<double> x;  ///< transformed, null_value where missing
+    int count = 0;           ///< points
+    std::vector<double> x;   ///< transformed, null_value where missing
+    bool ascending = false;  ///< all of `x` is there and no value is less than the one before
 };
 
 /// How a series is drawn.
