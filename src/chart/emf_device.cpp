@@ -26,7 +26,8 @@ namespace anomalis {
 
 namespace {
 
-// Eight times the documented window: curves stay smooth and coordinates still fit into 16 bits.
+// Eight times the documented window: curves stay smooth, and the coordinates of all but the widest pages fit
+// into 16 bits.
 constexpr int refinement = 8;
 // Old readers take no longer polyline in one record.
 constexpr std::size_t longest_polyline = 8192;
@@ -35,8 +36,18 @@ constexpr double degree = std::numbers::pi / 180.0;
 constexpr std::array<WCHAR, 20> description{'V', 'i', 's', 't', 'a', 'r', 'o', 0,   'E', 'M',
                                             'F', ' ', 'o', 'u', 't', 'p', 'u', 't', 0,   0};
 
-std::vector<WCHAR> utf16(std::string_view text) {
-    std::vector<WCHAR> out;
+/// A text as UTF-16; `ends` tells for each unit where in the UTF-8 text its character ends.
+struct WideText {
+    std::vector<WCHAR> units;
+    std::vector<std::size_t> ends;
+};
+
+WideText utf16(std::string_view text) {
+    WideText out;
+    const auto put = [&](std::uint32_t unit, std::size_t end) {
+        out.units.push_back(static_cast<WCHAR>(unit));
+        out.ends.push_back(end);
+    };
     for (std::size_t i = 0; i < text.size();) {
         const auto lead = static_cast<unsigned char>(text[i]);
         const std::size_t length = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
@@ -49,10 +60,10 @@ std::vector<WCHAR> utf16(std::string_view text) {
         if (!valid) code = 0xFFFD;
         i += valid ? length : 1;
         if (code >= 0x10000) {
-            out.push_back(static_cast<WCHAR>(0xD800 + ((code - 0x10000) >> 10)));
+            put(0xD800 + ((code - 0x10000) >> 10), i);
             code = 0xDC00 + ((code - 0x10000) & 0x3FF);
         }
-        out.push_back(static_cast<WCHAR>(code));
+        put(code, i);
     }
     return out;
 }
@@ -110,6 +121,19 @@ struct EmfDevice::Context {
     void select_pen(const Pen& pen);
     void select_brush(Colour colour);
     void select_font(const Font& font, int tenths);
+    /// How far each unit of a text moves on. Told in the file, a text keeps its width in a reader that has
+    /// another font, and readers that insist on these numbers refuse no long text for want of them.
+    std::vector<INT> advances(std::string_view text, const std::vector<std::size_t>& ends, const Font& font) {
+        std::vector<INT> steps;
+        long so_far = 0;
+        for (const std::size_t end : ends) {
+            const double reach = measure.measure(text.substr(0, end), font).width;
+            const long reached = std::lround(reach * mapping.device_scale);
+            steps.push_back(static_cast<INT>(reached - so_far));
+            so_far = reached;
+        }
+        return steps;
+    }
     HGDIOBJ made(HGDIOBJ object) {
         if (object == 0) throw std::runtime_error("the metafile has no room for another pen or font");
         objects.push_back(object);
@@ -167,7 +191,7 @@ void EmfDevice::Context::select_font(const Font& font, int tenths) {
         record.lfWeight = font.bold ? FW_BOLD : FW_NORMAL;
         record.lfItalic = font.italic ? 1 : 0;
         record.lfCharSet = DEFAULT_CHARSET;
-        const std::vector<WCHAR> name = utf16(font.name);
+        const std::vector<WCHAR> name = utf16(font.name).units;
         std::copy_n(name.begin(), std::min(name.size(), std::size(record.lfFaceName) - 1), record.lfFaceName);
         found = made(CreateFontIndirectW(&record));
     }
@@ -292,8 +316,10 @@ void EmfDevice::text(Point anchor, double angle, std::string_view text, const Fo
     // The library sets text on its base line, the chart by the lower left corner of its box.
     const POINT at = c.point(
         {anchor.x - descent * std::sin(angle * degree), anchor.y + descent * std::cos(angle * degree)});
-    const std::vector<WCHAR> words = utf16(text);
-    TextOutW(c.dc, at.x, at.y, words.data(), static_cast<INT>(words.size()));
+    const WideText words = utf16(text);
+    const std::vector<INT> advances = c.advances(text, words.ends, font);
+    ExtTextOutW(c.dc, at.x, at.y, 0, nullptr, words.units.data(), static_cast<UINT>(words.units.size()),
+                advances.data());
 }
 
 bool emf_is_whole(const std::string& bytes) {

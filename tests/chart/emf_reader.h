@@ -61,6 +61,15 @@ class EmfReader {
         }
         return found;
     }
+    /// How far each unit of a text record moves on; empty when the record does not tell.
+    std::vector<std::int32_t> advances(const Record& record) const {
+        const std::uint32_t offset = u32(record.at + 72);
+        const std::uint32_t count = u32(record.at + 44);
+        std::vector<std::int32_t> found;
+        if (offset == 0 || offset + 4 * count > record.length) return found;
+        for (std::uint32_t i = 0; i < count; ++i) found.push_back(i32(record.at + offset + 4 * i));
+        return found;
+    }
     Place text_at(const Record& record) const { return {i32(record.at + 36), i32(record.at + 40)}; }
 
     std::vector<Record> records;

@@ -114,6 +114,25 @@ TEST(EmfDevice, letters_of_any_alphabet_go_as_utf_16) {
     EXPECT_EQ(units, (std::vector<std::uint16_t>{0xC5, 0x3B1, 0x5730, 0xD83C, 0xDF0D, 0xFFFD}));
 }
 
+TEST(EmfDevice, every_text_tells_how_far_each_letter_moves_on) {
+    RecordingDevice measure(9000.0, 1500.0);
+    EmfDevice device(9000.0, 1500.0, measure);
+    device.begin_page();
+    const std::string text = "Residual Magnetic Field of the eastern half of the line";
+    device.text({100.0, 100.0}, 0.0, text, Font{}, black);
+    device.end_page();
+    const EmfReader emf(device.bytes());
+    ASSERT_EQ(emf.texts().size(), 1U);
+    const std::vector<std::int32_t> steps = emf.advances(emf.texts()[0]);
+    ASSERT_EQ(steps.size(), text.size());
+    long reached = 0;
+    for (std::size_t i = 0; i < steps.size(); ++i) {
+        reached += steps[i];
+        const double width = measure.measure(text.substr(0, i + 1), Font{}).width;
+        EXPECT_EQ(reached, std::lround(width * 300.0 / 1440.0 * refinement));
+    }
+}
+
 TEST(EmfDevice, a_long_curve_is_whole_though_it_is_cut_into_records) {
     Rig rig;
     rig.make_plain();
