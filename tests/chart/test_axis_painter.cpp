@@ -147,6 +147,36 @@ TEST(AxisPainter, top_numbers_touch_the_frame_and_bottom_ones_keep_half_a_height
     EXPECT_EQ(heights, (std::set<double>{577.5 - 1.5 * m, 3675.0}));
 }
 
+TEST(AxisPainter, numbers_of_two_axes_do_not_meet_at_a_corner) {
+    Rig rig;
+    rig.make_a();
+    rig.chart.XAxisMin(1000.0);
+    rig.chart.XAxisMax(7000.0);
+    rig.chart.DisplayChart();
+    const Rect plot = rig.chart.PlotRect();
+    int at_the_top = 0;
+    for (const auto& entry : rig.device.of_kind(Kind::text)) {
+        if (entry.text != "1000" && entry.text != "7000") continue;
+        const double left = entry.points[0].x;
+        if (entry.points[0].y != plot.y_high) {
+            EXPECT_NEAR(left + 180.0, entry.text == "1000" ? plot.x_low : plot.x_high, 1e-9);
+            continue;
+        }
+        ++at_the_top;
+        EXPECT_GE(left, plot.x_low - m / 4.0);
+        EXPECT_LE(left + 4 * 90.0, plot.x_high + m / 4.0);
+    }
+    EXPECT_EQ(at_the_top, 2);
+    // Where no number of the Y axis stands at the corner they stay centred on their ticks.
+    rig.device.forget();
+    rig.chart.YAxisMax(760.0);
+    rig.chart.DisplayChart();
+    for (const auto& entry : rig.device.of_kind(Kind::text)) {
+        if (entry.text != "7000") continue;
+        EXPECT_NEAR(entry.points[0].x + 180.0, rig.chart.PlotRect().x_high, 1e-9);
+    }
+}
+
 TEST(AxisPainter, numbers_inside_are_drawn_once_and_clear_of_the_ticks) {
     Rig rig;
     rig.make_a();

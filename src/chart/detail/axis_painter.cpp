@@ -57,11 +57,25 @@ class AxisPainter {
             title_text({layout_.width, middle}, -90.0, -0.5, -1.5, properties_.y.label);
     }
 
-    /// A number at its lower left corner, moved inward where it would leave the surface.
-    void number_text(double left, double bottom, double width, const std::string& words) {
-        left = std::max(0.0, std::min(left, layout_.width - width));
+    /// A number at its lower left corner, moved inward where it would leave the surface or `across`.
+    void number_text(double left, double bottom, double width, const std::string& words, Interval across) {
+        left = std::max(across.low, std::min(left, across.high - width));
         bottom = std::max(0.0, std::min(bottom, layout_.height - layout_.text_height));
         canvas_.text({left, bottom}, 0.0, 0.0, 0.0, words, FontRole::chart, properties_.fore_colour);
+    }
+
+    /// Where the numbers of the X axis may stand. Those at the top touch the frame, so at its corners they
+    /// end short of a number of the Y axis.
+    Interval number_span(Side side) const {
+        Interval span{0.0, layout_.width};
+        if (side == Side::low || !properties_.numbers_outside()) return span;
+        const double m = layout_.text_height;
+        const std::vector<Tick> ticks =
+            make_ticks(y_.view, y_.view_tick_interval(), layout_.y_scale, plot_.y_low);
+        if (ticks.empty() || ticks.back().position <= plot_.y_high - m / 2.0) return span;
+        if (properties_.y.on_low_side()) span.low = plot_.x_low - m / 4.0;
+        if (properties_.y.on_high_side()) span.high = plot_.x_high + m / 4.0;
+        return span;
     }
 
     void x_ticks(Side side) {
@@ -73,6 +87,7 @@ class AxisPainter {
         const bool inside = properties_.labelling_location == 1;
         // Outside, top numbers touch the frame and bottom ones keep half a height; inside it is the reverse.
         const double across = side == Side::high ? (inside ? -1.5 : 0.0) : (inside ? 0.5 : -1.5);
+        const Interval across_span = number_span(side);
         LabelRoom room(plot_.x_low);
         for (const Tick& tick : make_ticks(x_.view, interval, layout_.x_scale, plot_.x_low)) {
             canvas_.line({tick.position, frame}, {tick.position, frame + inward}, tick_pen);
@@ -81,7 +96,7 @@ class AxisPainter {
             const double begin = tick.position - width / 2.0;
             const double end = tick.position + width / 2.0;
             if (inside && (begin < plot_.x_low || end > plot_.x_high)) continue;
-            if (room.take(begin, end + m)) number_text(begin, frame + across * m, width, label);
+            if (room.take(begin, end + m)) number_text(begin, frame + across * m, width, label, across_span);
         }
     }
 
@@ -102,7 +117,7 @@ class AxisPainter {
             const double width = canvas_.measure(label, FontRole::chart).width;
             double left = plot_.x_low + m / 2.0;
             if (!inside) left = side == Side::low ? frame - m / 2.0 - width : frame + m / 2.0;
-            number_text(left, pos - m / 2.0, width, label);
+            number_text(left, pos - m / 2.0, width, label, {0.0, layout_.width});
         }
     }
 
