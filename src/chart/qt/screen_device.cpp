@@ -12,6 +12,13 @@ namespace {
 /// A path of so many pieces is drawn at once; longer ones make the rasteriser sort all of them.
 constexpr std::size_t pieces_a_call = 512;
 
+/// Of a wide line, so many points are stroked at once.
+constexpr std::size_t points_a_stroke = 64;
+
+/// Where the points of a wide line are nearer than so many pixels, its pieces are drawn by themselves, which
+/// is cheaper. Farther apart the pieces would show as beads: their smoothed ends darken each other.
+constexpr double densest_stroke = 2.0;
+
 QImage blank(QSize size, double ratio) {
     QImage image(size, QImage::Format_ARGB32_Premultiplied);
     image.setDevicePixelRatio(ratio);
@@ -33,6 +40,7 @@ void ScreenDevice::resize(QSize logical_size, double device_pixel_ratio) {
                        static_cast<int>(std::ceil(size_.height() * ratio_)));
     base_ = blank(pixels, ratio_);
     surface_ = blank(pixels, ratio_);
+    touch();
     set_size(size_.width() * units_per_screen_pixel, size_.height() * units_per_screen_pixel);
 }
 
@@ -52,6 +60,7 @@ void ScreenDevice::select_layer(Layer layer) {
 
 void ScreenDevice::clear(Colour colour, int back_style) {
     if (!active_.isActive()) return;
+    touch();
     const QColor fill = back_style == 0 ? QColor(Qt::transparent) : painter_colour(colour);
     active_.setCompositionMode(QPainter::CompositionMode_Source);
     active_.fillRect(QRect(QPoint(0, 0), size_), fill);
@@ -62,7 +71,10 @@ void ScreenDevice::copy_base_to_surface() {
     release_painter();
     if (base_.isNull()) return;
     // Rows of equal format: a plain copy, without a detach or a blend.
-    std::memcpy(surface_.bits(), std::as_const(base_).bits(), static_cast<std::size_t>(base_.sizeInBytes()));
+    if (!surface_is_base_)
+        std::memcpy(surface_.bits(), std::as_const(base_).bits(),
+                    static_cast<std::size_t>(base_.sizeInBytes()));
+    surface_is_base_ = true;
     select_layer(Layer::surface);
 }
 
@@ -94,8 +106,27 @@ void ScreenDevice::draw_line(std::span<const Point> points, bool closed, const P
     painter()->setPen(made);
     if (made.widthF() * ratio_ <= 1.0) {
         painter()->drawPolyline(line_.data(), static_cast<int>(line_.size()));
-    } else {
+    } else if (mean_step() * ratio_ < densest_stroke) {
         draw_in_pieces();
+    } else {
+        made.setJoinStyle(Qt::RoundJoin);
+        painter()->setPen(made);
+        draw_in_strokes();
+    }
+}
+
+double ScreenDevice::mean_step() const {
+    double length = 0.0;
+    for (std::size_t i = 1; i < line_.size(); ++i)
+        length += std::hypot(line_[i].x() - line_[i - 1].x(), line_[i].y() - line_[i - 1].y());
+    return length / static_cast<double>(line_.size() - 1);
+}
+
+/// A wide line is stroked a stretch at a time: all at once, the rasteriser would take far too long over it.
+void ScreenDevice::draw_in_strokes() {
+    for (std::size_t first = 0; first + 1 < line_.size(); first += points_a_stroke - 1) {
+        const auto count = static_cast<int>(std::min(points_a_stroke, line_.size() - first));
+        painter()->drawPolyline(line_.data() + first, count);
     }
 }
 
@@ -132,18 +163,31 @@ void ScreenDevice::draw_in_pieces() {
 }
 
 void ScreenDevice::polyline(std::span<const Point> points, const Pen& pen) {
+    touch();
     if (pen.style != LineStyle::solid) return PainterDevice::polyline(points, pen);
     draw_line(points, false, pen);
 }
 
 void ScreenDevice::polygon_outline(std::span<const Point> points, const Pen& pen) {
+    touch();
     if (pen.style != LineStyle::solid) return PainterDevice::polygon_outline(points, pen);
     draw_line(points, true, pen);
+}
+
+void ScreenDevice::polygon_fill(std::span<const Point> points, Colour colour) {
+    touch();
+    PainterDevice::polygon_fill(points, colour);
+}
+
+void ScreenDevice::text(Point anchor, double angle, std::string_view words, const Font& font, Colour colour) {
+    touch();
+    PainterDevice::text(anchor, angle, words, font, colour);
 }
 
 /// One marker is drawn as a picture and stamped: thousands of small antialiased shapes cost far more.
 void ScreenDevice::markers(const MarkerShape& shape, std::span<const Point> anchors) {
     constexpr std::size_t worth_a_stamp = 8;
+    touch();
     if (!painter() || anchors.size() < worth_a_stamp) return PainterDevice::markers(shape, anchors);
 
     double reach = shape.radius;

@@ -30,6 +30,8 @@ class ScreenDevice : public PainterDevice {
     double pixel_size() const override { return units_per_screen_pixel / ratio_; }
     void polyline(std::span<const Point> points, const Pen& pen) override;
     void polygon_outline(std::span<const Point> points, const Pen& pen) override;
+    void polygon_fill(std::span<const Point> points, Colour colour) override;
+    void text(Point anchor, double angle, std::string_view text, const Font& font, Colour colour) override;
     void markers(const MarkerShape& shape, std::span<const Point> anchors) override;
     void select_layer(Layer layer) override;
     void clear(Colour colour, int back_style) override;
@@ -42,14 +44,18 @@ class ScreenDevice : public PainterDevice {
     QPointF to_pixels(Point point) const;
     void draw_line(std::span<const Point> points, bool closed, const Pen& pen);
     void fill_along_axes(double width, const QColor& colour);
+    double mean_step() const;
     void draw_in_pieces();
+    void draw_in_strokes();
     void release_painter();
+    void touch() { surface_is_base_ = false; }
 
     std::function<void()> on_present_;
     QSize size_;
     double ratio_ = 1.0;
     QImage base_;
     QImage surface_;
+    bool surface_is_base_ = false;  ///< nothing was drawn on either since the last copy
     QPainter active_;
     std::vector<QPointF> line_;
     std::vector<QLineF> pieces_;

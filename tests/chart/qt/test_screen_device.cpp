@@ -1,3 +1,4 @@
+#include <functional>
 #include <gtest/gtest.h>
 
 #include "chart/qt/painter_device.h"
@@ -64,6 +65,29 @@ TEST(ScreenDevice, a_line_along_an_axis_inks_whole_rows_at_every_scale) {
     }
 }
 
+/// A slanted line through many points has the ink of one through its ends: no beads at its points.
+TEST(ScreenDevice, a_wide_curve_is_even_along_its_length) {
+    const auto ink_of_columns = [](Screen& screen) {
+        const QImage picture = screen.picture();
+        std::vector<int> ink;
+        for (int x = 10; x < picture.width() - 10; ++x) {
+            int sum = 0;
+            for (int y = 0; y < picture.height(); ++y) sum += 255 - qGray(picture.pixel(x, y));
+            ink.push_back(sum);
+        }
+        return ink;
+    };
+    std::vector<Point> points;
+    for (int i = 0; i <= 50; ++i) points.push_back({60.0 * i, 75.0 + 18.0 * i});
+    Screen cut(200, 80), whole(200, 80);
+    cut.device.polyline(points, Pen{black, 2.0, LineStyle::solid});
+    const Point ends[] = {points.front(), points.back()};
+    whole.device.polyline(ends, Pen{black, 2.0, LineStyle::solid});
+    const auto a = ink_of_columns(cut), b = ink_of_columns(whole);
+    ASSERT_EQ(a.size(), b.size());
+    for (std::size_t i = 0; i < a.size(); ++i) EXPECT_NEAR(a[i], b[i], 25) << i;
+}
+
 TEST(ScreenDevice, the_overlay_is_drawn_on_a_copy_and_the_base_stays) {
     Screen screen(40, 20);
     screen.device.select_layer(DrawingDevice::Layer::base);
@@ -74,6 +98,37 @@ TEST(ScreenDevice, the_overlay_is_drawn_on_a_copy_and_the_base_stays) {
     EXPECT_EQ(screen.picture().pixel(20, 10), qRgb(255, 0, 0));
     screen.device.copy_base_to_surface();
     EXPECT_EQ(screen.picture().pixel(20, 10), qRgb(255, 255, 255));
+}
+
+TEST(ScreenDevice, no_mark_of_an_overlay_outlives_it) {
+    ScreenDevice surface;
+    surface.resize(QSize(300, 150), 1.5);
+    AX_Grapher chart;
+    chart.SetSurface(&surface);
+    fill_sample_chart(chart);
+    chart.ClearSavedGraphics();
+    chart.RefreshGraph(1);
+    const QImage bare = surface.picture().copy();
+    const double xs[] = {3000, 5000, 5000}, ys[] = {0, 0, 300};
+    const std::function<void()> items[] = {
+        [&] { chart.DrawLine(2000, 0, 3000, 500, black, 1); },
+        [&] { chart.DrawLine(2000, 0, 3000, 0, black, 2, 3); },
+        [&] { chart.DrawMarker(3000, 300, 2, black, 1); },
+        [&] { chart.DrawText(0, 3000, 300, "mark"); },
+        [&] { chart.DrawPolygon(3, xs, ys, no_colour, black, 1); },
+        [&] { chart.DrawPolygon(3, xs, ys, black, no_colour, 1); },
+    };
+    for (const auto& draw : items) {
+        draw();
+        chart.RefreshGraph(1);
+        EXPECT_NE(surface.picture(), bare);
+        chart.RefreshGraph(1);
+        chart.ClearSavedGraphics();
+        chart.RefreshGraph(1);
+        EXPECT_EQ(surface.picture(), bare);
+        chart.RefreshGraph(1);
+        EXPECT_EQ(surface.picture(), bare);
+    }
 }
 
 TEST(ScreenDevice, stamped_markers_stand_where_single_ones_stand) {
