@@ -180,6 +180,8 @@ class JsonReader {
                 const std::uint32_t low = hex4();
                 if (low < 0xDC00 || low > 0xDFFF) fail();
                 code = 0x10000 + ((code - 0xD800) << 10) + (low & 0x3FF);
+            } else if (code >= 0xD800 && code < 0xE000) {
+                fail();
             }
             append_utf8(out, code);
         } else {
