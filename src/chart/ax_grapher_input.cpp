@@ -203,8 +203,10 @@ void AX_Grapher::HandlePinch(double factor, float x, float y) {
         return;
     const Busy busy(state.busy_event);
     const WorldPosition world = world_at(state, surface_point(state, x, y));
-    if (world.outside || !state.properties.zoom_enabled || state.gesture.mode != GestureMode::none) return;
+    if (world.outside || !state.properties.zoom_enabled) return;
     handle(state, [&] {
+        // On a touch screen the first finger has begun a drag, which the second one ends.
+        cancel_gesture(state);
         zoom_by(state, 1.0 / factor, world.transformed);
         refresh_graph(state, 0);
     });

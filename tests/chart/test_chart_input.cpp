@@ -138,6 +138,20 @@ TEST(ChartInput, a_pinch_zooms_by_its_factor) {
     EXPECT_EQ(rig.chart.CurrentZoom(), ZoomValues{});
 }
 
+TEST(ChartInput, a_pinch_ends_the_drag_of_its_first_finger) {
+    Rig rig;
+    rig.make_a();
+    rig.register_series({0.0, 7400.0}, {0.0, 0.0});
+    rig.chart.DisplayChart();
+    rig.chart.HandleMouseDown(1, 0, 6000.0F, 1500.0F);
+    ASSERT_EQ(rig.chart.MouseMode(), 4);
+    rig.chart.HandlePinch(2.0, 6000.0F, 1500.0F);
+    EXPECT_EQ(rig.chart.MouseMode(), 0);
+    EXPECT_NEAR(rig.chart.CurrentZoom().zoom_x, 2.0, 1e-9);
+    rig.chart.HandleMouseMove(1, 0, 6000.0F, 2500.0F);
+    EXPECT_NEAR(rig.chart.CurrentZoom().zoom_x, 2.0, 1e-9);
+}
+
 TEST(ChartInput, a_pan_by_a_distance_needs_a_zoom) {
     Input rig;
     rig.chart.PanBy(1000.0, 0.0);

@@ -10,10 +10,19 @@ namespace anomalis {
 
 std::optional<QString> ChartDialogs::save_path(QWidget* parent, const QString& title, const QString& filter,
                                                const QString& extension) {
-    QString path = QFileDialog::getSaveFileName(parent, title, QString(), filter);
+    const QString path = QFileDialog::getSaveFileName(parent, title, QString(), filter);
     if (path.isEmpty()) return {};
-    if (QFileInfo(path).suffix().isEmpty()) path += "." + extension;
-    return path;
+    const QString whole = with_extension(path, extension);
+    // The dialog asked about the name as it was typed.
+    if (whole != path && QFileInfo::exists(whole) &&
+        !ask(parent, QFileInfo(whole).fileName() + " already exists. Replace it?"))
+        return {};
+    return whole;
+}
+
+QString ChartDialogs::with_extension(const QString& path, const QString& extension) {
+    const QString ending = "." + extension;
+    return path.endsWith(ending, Qt::CaseInsensitive) ? path : path + ending;
 }
 
 bool ChartDialogs::ask(QWidget* parent, const QString& question) {

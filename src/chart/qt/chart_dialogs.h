@@ -15,6 +15,8 @@ class ChartDialogs {
     virtual ~ChartDialogs() = default;
     virtual std::optional<QString> save_path(QWidget* parent, const QString& title, const QString& filter,
                                              const QString& extension);
+    /// The path with the format's ending, which is appended when it is missing.
+    static QString with_extension(const QString& path, const QString& extension);
     virtual bool ask(QWidget* parent, const QString& question);
     virtual void message(QWidget* parent, const QString& text);
     /// Lets the person choose a printer; false after a cancel.

@@ -114,7 +114,7 @@ void add_zoom_locks(QMenu* menu, GrapherWidget& widget) {
         QObject::connect(lock, &QAction::toggled, menu,
                          [&widget, axis](bool locked) { widget.chart().ZoomLock(axis, locked); });
     }
-    // The chart's own lock is the truth; a stream or a property bag may have changed it.
+    // The chart's own lock is the truth; a host may have changed it.
     QObject::connect(locks, &QMenu::aboutToShow, menu, [locks, &widget] {
         for (int axis = 0; axis < 2; ++axis)
             locks->actions()[axis]->setChecked(widget.chart().ZoomLock(axis));
@@ -127,15 +127,15 @@ QMenu* make_chart_menu(GrapherWidget& widget) {
     auto* menu = new QMenu(&widget);
     menu->setObjectName("mnuPopUp");
     add_zoom_locks(menu, widget);
-    add(menu, "menu_reset_zoom", "Reset Zoom", [&widget] {
-        widget.chart().clear_zoom_values();
-        widget.chart().RefreshGraph(0);
-    });
+    // As a double click does it, so that linked charts hear of it.
+    add(menu, "menu_reset_zoom", "Reset Zoom", [&widget] { widget.chart().HandleDoubleClick(1); });
     QAction* crosshair = menu->addAction("Crosshair");
     crosshair->setObjectName("menu_crosshair");
     crosshair->setCheckable(true);
     QObject::connect(crosshair, &QAction::toggled, menu,
                      [&widget](bool on) { widget.chart().Crosshair(on); });
+    QObject::connect(menu, &QMenu::aboutToShow, menu,
+                     [crosshair, &widget] { crosshair->setChecked(widget.chart().Crosshair()); });
     menu->addSeparator();
 
     QMenu* copy = add_menu(menu, "menu_copy_toclipboard", "&Copy to Clipboard");

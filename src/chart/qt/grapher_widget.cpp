@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include <QGestureEvent>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMouseEvent>
@@ -17,6 +18,9 @@
 namespace anomalis {
 
 namespace {
+
+/// How far one step of a horizontal wheel pans.
+constexpr double pixels_a_wheel_step = 40.0;
 
 int button_number(Qt::MouseButton button) {
     switch (button) {
@@ -107,6 +111,7 @@ GrapherWidget::GrapherWidget(QWidget* parent)
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_OpaquePaintEvent);
     setContextMenuPolicy(Qt::PreventContextMenu);
+    grabGesture(Qt::PinchGesture);
 }
 
 GrapherWidget::~GrapherWidget() {
@@ -142,7 +147,27 @@ bool GrapherWidget::event(QEvent* event) {
             return true;
         }
     }
+    if (event->type() == QEvent::Gesture) {
+        auto* gestures = static_cast<QGestureEvent*>(event);
+        if (auto* gesture = gestures->gesture(Qt::PinchGesture)) {
+            gestures->accept(gesture);
+            pinch(*static_cast<QPinchGesture*>(gesture));
+            return true;
+        }
+    }
     return QWidget::event(event);
+}
+
+/// Two fingers on a touch screen: apart zooms in about their middle, together they drag the view.
+void GrapherWidget::pinch(const QPinchGesture& gesture) {
+    deliver();
+    // Qt hands each step to its recogniser twice, by way of the window and of the widget.
+    const std::pair step(gesture.scaleFactor(), gesture.centerPoint());
+    if (std::exchange(last_pinch_, step) == step) return;
+    const QPointF middle = mapFromGlobal(gesture.centerPoint());
+    const QPointF moved = gesture.centerPoint() - gesture.lastCenterPoint();
+    chart_.HandlePinch(gesture.scaleFactor(), units(middle.x()), units(middle.y()));
+    if (!moved.isNull()) chart_.PanBy(-units(moved.x()), units(moved.y()));
 }
 
 void GrapherWidget::paintEvent(QPaintEvent*) {
@@ -168,60 +193,81 @@ void GrapherWidget::changeEvent(QEvent* event) {
     if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange) chart_.RefreshGraph(0);
 }
 
-void GrapherWidget::mousePressEvent(QMouseEvent* event) {
+void GrapherWidget::post_delivery() {
+    if (delivery_posted_) return;
+    delivery_posted_ = true;
+    QMetaObject::invokeMethod(
+        this, [this] { deliver(); }, Qt::QueuedConnection);
+}
+
+void GrapherWidget::deliver() {
+    delivery_posted_ = false;
+    // Only one of them can wait: each delivers the other before it starts to wait itself.
     deliver_move();
+    deliver_wheel();
+}
+
+void GrapherWidget::deliver_move() {
+    if (!pending_move_) return;
+    const PendingMove move = *std::exchange(pending_move_, std::nullopt);
+    chart_.HandleMouseMove(move.buttons, move.shift, units(move.position.x()), units(move.position.y()));
+}
+
+void GrapherWidget::deliver_wheel() {
+    if (!pending_wheel_) return;
+    const PendingWheel wheel = *std::exchange(pending_wheel_, std::nullopt);
+    if (wheel.aside != 0.0) chart_.PanBy(units(wheel.aside), 0);
+    if (wheel.turned != 0)
+        chart_.HandleWheel(wheel.shift, wheel.turned, units(wheel.position.x()), units(wheel.position.y()));
+}
+
+void GrapherWidget::mousePressEvent(QMouseEvent* event) {
+    deliver();
     const QPointF at = event->position();
     chart_.HandleMouseDown(button_number(event->button()), shift_mask(event->modifiers()), units(at.x()),
                            units(at.y()));
 }
 
 void GrapherWidget::mouseMoveEvent(QMouseEvent* event) {
+    deliver_wheel();
     pending_move_ = {button_mask(event->buttons()), shift_mask(event->modifiers()), event->position()};
-    if (move_posted_) return;
-    move_posted_ = true;
-    QMetaObject::invokeMethod(
-        this, [this] { deliver_move(); }, Qt::QueuedConnection);
-}
-
-void GrapherWidget::deliver_move() {
-    move_posted_ = false;
-    if (!pending_move_) return;
-    const PendingMove move = *std::exchange(pending_move_, std::nullopt);
-    chart_.HandleMouseMove(move.buttons, move.shift, units(move.position.x()), units(move.position.y()));
+    post_delivery();
 }
 
 void GrapherWidget::mouseReleaseEvent(QMouseEvent* event) {
-    deliver_move();
+    deliver();
     const QPointF at = event->position();
     chart_.HandleMouseUp(button_number(event->button()), shift_mask(event->modifiers()), units(at.x()),
                          units(at.y()));
 }
 
 void GrapherWidget::mouseDoubleClickEvent(QMouseEvent* event) {
-    deliver_move();
+    deliver();
     chart_.HandleDoubleClick(button_number(event->button()));
 }
 
 void GrapherWidget::leaveEvent(QEvent*) {
-    deliver_move();
+    deliver();
     chart_.HandleMouseLeave();
 }
 
 void GrapherWidget::wheelEvent(QWheelEvent* event) {
     deliver_move();
-    const QPointF at = event->position();
+    const int shift = shift_mask(event->modifiers());
+    if (pending_wheel_ && pending_wheel_->shift != shift) deliver_wheel();
+    if (!pending_wheel_) pending_wheel_ = {shift, {}, 0, 0.0};
     const QPoint angle = event->angleDelta();
-    if (angle.x() != 0) {
-        const QPoint pixels = event->pixelDelta();
-        const double distance = pixels.isNull() ? angle.x() / 120.0 * 40.0 : pixels.x();
-        chart_.PanBy(units(distance), 0);
-    }
-    if (angle.y() != 0)
-        chart_.HandleWheel(shift_mask(event->modifiers()), angle.y(), units(at.x()), units(at.y()));
+    const QPoint pixels = event->pixelDelta();
+    pending_wheel_->position = event->position();
+    pending_wheel_->turned += angle.y();
+    // A turn to the right is negative.
+    pending_wheel_->aside -= pixels.x() != 0 ? pixels.x() : angle.x() / 120.0 * pixels_a_wheel_step;
+    post_delivery();
     event->accept();
 }
 
 void GrapherWidget::keyPressEvent(QKeyEvent* event) {
+    deliver();
     const int key = key_number(*event);
     if (key == 0) return QWidget::keyPressEvent(event);
     chart_.HandleKeyDown(key, shift_mask(event->modifiers()));

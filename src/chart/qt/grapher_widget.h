@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <utility>
 
 #include <QPointF>
 #include <QWidget>
@@ -10,6 +11,7 @@
 #include "chart/ax_grapher.h"
 
 class QMenu;
+class QPinchGesture;
 
 namespace anomalis {
 
@@ -17,7 +19,8 @@ class ChartDialogs;
 class ScreenDevice;
 
 /// Hosts one chart: shows its picture, turns mouse, wheel, pinch and keys into its handlers, and holds its
-/// pop-up menu. Pointer moves that arrive faster than the event loop turns are merged into one.
+/// pop-up menu. Pointer moves, and turns of a wheel, that arrive faster than the event loop turns are merged
+/// into one.
 class GrapherWidget : public QWidget {
   public:
     explicit GrapherWidget(QWidget* parent = nullptr);
@@ -60,8 +63,20 @@ class GrapherWidget : public QWidget {
         QPointF position;
     };
 
+    struct PendingWheel {
+        int shift;
+        QPointF position;
+        int turned;    ///< eighths of a degree, forward positive
+        double aside;  ///< pixels to pan, to the right positive
+    };
+
     void fit_surface();
+    void post_delivery();
+    /// Hands over what has been gathered, in the order in which it came.
+    void deliver();
     void deliver_move();
+    void deliver_wheel();
+    void pinch(const QPinchGesture& gesture);
     void open_menu(float x, float y);
 
     std::unique_ptr<ScreenDevice> screen_;
@@ -72,7 +87,9 @@ class GrapherWidget : public QWidget {
     QMenu* menu_;
     std::function<void(float, float)> menu_opening_;
     std::optional<PendingMove> pending_move_;
-    bool move_posted_ = false;
+    std::optional<PendingWheel> pending_wheel_;
+    bool delivery_posted_ = false;
+    std::pair<double, QPointF> last_pinch_{1.0, QPointF()};
 };
 
 }  // namespace anomalis

@@ -8,6 +8,7 @@
 #include <QPrinter>
 
 #include "chart/qt/chart_menu.h"
+#include "support/full_disk.h"
 #include "support/temp_folder.h"
 #include "widget_rig.h"
 
@@ -42,6 +43,32 @@ TEST(ChartMenu, a_locked_axis_does_not_zoom) {
     rig.wheel(rig.pixel(2000, 200), {0, 120});
     EXPECT_EQ(rig.widget.chart().CurrentZoom().zoom_x, 1.0);
     EXPECT_NEAR(rig.widget.chart().CurrentZoom().zoom_y, 1.1, 1e-6);
+}
+
+TEST(ChartMenu, a_reset_of_the_zoom_is_told_to_linked_charts) {
+    WidgetRig rig;
+    rig.wheel(rig.pixel(2000, 200), {0, 240});
+    const int before = rig.events.seen["ViewChanged"];
+    entry(rig, "menu_reset_zoom")->trigger();
+    EXPECT_EQ(rig.widget.chart().CurrentZoom(), ZoomValues{});
+    EXPECT_EQ(rig.events.seen["ViewChanged"], before + 1);
+}
+
+TEST(ChartMenu, the_crosshair_entry_follows_the_chart) {
+    WidgetRig rig;
+    QAction* crosshair = entry(rig, "menu_crosshair");
+    crosshair->trigger();
+    EXPECT_TRUE(rig.widget.chart().Crosshair());
+    rig.widget.chart().Crosshair(false);
+    rig.widget.menu()->popup(QPoint(0, 0));
+    EXPECT_FALSE(crosshair->isChecked());
+    rig.widget.menu()->close();
+}
+
+TEST(ChartMenu, a_missing_ending_is_appended) {
+    EXPECT_EQ(ChartDialogs::with_extension("/a/line", "emf"), "/a/line.emf");
+    EXPECT_EQ(ChartDialogs::with_extension("/a/line 1.5", "emf"), "/a/line 1.5.emf");
+    EXPECT_EQ(ChartDialogs::with_extension("/a/LINE.EMF", "emf"), "/a/LINE.EMF");
 }
 
 TEST(ChartMenu, copies_a_bitmap_of_the_chart) {
@@ -91,6 +118,28 @@ TEST(ChartMenu, a_save_that_fails_says_why_and_leaves_nothing) {
     ASSERT_EQ(rig.dialogs.messages.size(), 1);
     EXPECT_TRUE(rig.dialogs.messages[0].startsWith("An error occurred while performing the EMF Export: "));
     EXPECT_FALSE(QFileInfo::exists(*rig.dialogs.path));
+}
+
+TEST(ChartMenu, a_full_disk_is_told_and_leaves_the_old_picture) {
+    const TempFolder folder;
+    for (const auto& [name, file] : {std::pair{"mnuEMF", "a.emf"},
+                                     {"menu_save_pdf", "a.pdf"},
+                                     {"menu_save_svg", "a.svg"},
+                                     {"menu_save_png", "a.png"}}) {
+        WidgetRig rig;
+        folder.write(file, "the old picture");
+        rig.dialogs.path = QString::fromStdString(folder.path(file));
+        {
+            const FullDisk disk(1000);
+            entry(rig, name)->trigger();
+        }
+        ASSERT_EQ(rig.dialogs.messages.size(), 1) << file;
+        EXPECT_TRUE(rig.dialogs.messages[0].startsWith("An error occurred while performing the "));
+        EXPECT_TRUE(rig.dialogs.messages[0].contains("File too large"))
+            << rig.dialogs.messages[0].toStdString();
+        EXPECT_EQ(folder.read(file), "the old picture");
+    }
+    EXPECT_EQ(folder.entries(), 4) << "no half file stands beside them";
 }
 
 TEST(ChartMenu, prints_a_page_and_leaves_the_screen_alone) {

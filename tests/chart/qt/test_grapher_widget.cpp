@@ -42,7 +42,9 @@ TEST(GrapherWidget, a_horizontal_wheel_pans_a_zoomed_chart) {
     for (int i = 0; i < 8; ++i) rig.wheel(at, {0, 120});
     const double before = rig.widget.chart().ViewLimits().x_low;
     rig.wheel(at, {-120, 0});
-    EXPECT_NE(rig.widget.chart().ViewLimits().x_low, before);
+    EXPECT_GT(rig.widget.chart().ViewLimits().x_low, before) << "to the right is negative";
+    rig.wheel(at, {120, 0});
+    EXPECT_NEAR(rig.widget.chart().ViewLimits().x_low, before, 1e-6);
     EXPECT_NEAR(rig.widget.chart().CurrentZoom().zoom_x, std::pow(1.1, 8), 1e-4);
 }
 
@@ -65,6 +67,45 @@ TEST(GrapherWidget, moves_within_one_turn_of_the_event_loop_are_one) {
     QApplication::processEvents();
     EXPECT_EQ(rig.events.seen["MouseMove"], 1);
     EXPECT_GT(rig.events.world_x, 3300);
+}
+
+TEST(GrapherWidget, turns_of_the_wheel_within_one_turn_of_the_event_loop_are_one) {
+    WidgetRig rig;
+    const QPoint at = rig.pixel(3000, 100);
+    for (int i = 0; i < 30; ++i) {
+        QWheelEvent event(at, rig.widget.mapToGlobal(at), {}, {0, 12}, Qt::NoButton, Qt::NoModifier,
+                          Qt::NoScrollPhase, false);
+        QApplication::sendEvent(&rig.widget, &event);
+    }
+    EXPECT_EQ(rig.events.seen["ViewChanged"], 0);
+    QApplication::processEvents();
+    EXPECT_EQ(rig.events.seen["ViewChanged"], 1);
+    EXPECT_EQ(rig.events.seen["MouseWheel"], 1);
+    EXPECT_NEAR(rig.widget.chart().CurrentZoom().zoom_x, std::pow(1.1, 3), 1e-6);
+}
+
+TEST(GrapherWidget, two_fingers_zoom_and_drag) {
+    WidgetRig rig;
+    const std::unique_ptr<QPointingDevice> screen(QTest::createTouchDevice());
+    const QPoint middle = rig.pixel(3700, 200);
+    const auto fingers = [&](QPoint about, int apart) {
+        QTest::touchEvent(&rig.widget, screen.get())
+            .move(0, about - QPoint(apart / 2, 0), &rig.widget)
+            .move(1, about + QPoint(apart / 2, 0), &rig.widget);
+    };
+    QTest::touchEvent(&rig.widget, screen.get())
+        .press(0, middle - QPoint(40, 0), &rig.widget)
+        .press(1, middle + QPoint(40, 0), &rig.widget);
+    for (int apart = 80; apart <= 240; apart += 20) fingers(middle, apart);
+    const Rect zoomed = rig.widget.chart().ViewLimits();
+    EXPECT_NEAR(rig.widget.chart().CurrentZoom().zoom_x, 3.0, 0.6);
+    EXPECT_NEAR((zoomed.x_low + zoomed.x_high) / 2, 3700, 200);
+    for (int way = 10; way <= 60; way += 10) fingers(middle + QPoint(way, 0), 240);
+    const double dragged = 60 * units_per_screen_pixel / rig.widget.chart().XAxisScale();
+    EXPECT_NEAR(zoomed.x_low - rig.widget.chart().ViewLimits().x_low, dragged, dragged / 4);
+    QTest::touchEvent(&rig.widget, screen.get())
+        .release(0, middle, &rig.widget)
+        .release(1, middle, &rig.widget);
 }
 
 TEST(GrapherWidget, a_press_delivers_the_move_before_it) {
