@@ -101,6 +101,44 @@ void bars(AX_Grapher& chart) {
     set_limits(chart, {0.0, 24.0, -0.5, 0.5}, 4.0, 0.25);
 }
 
+void bars_with_points(AX_Grapher& chart) {
+    set_up(chart, "Bars by chart type, points switched on, zero out of view", "Station", "mGal");
+    chart.ChartType(2);
+    chart.PlotPoints(true);
+    const Values xs = steps(21, 0.0, 20.0);
+    const Values ys = of(xs, [](double x) { return 4.0 + 1.5 * std::cos(x / 4.0); });
+    register_rows(chart, {{x_row, xs}, {0.0, ys}});
+    chart.SetSeriesOptions(1, 1, colour_of(150, 180, 214), "Level", 1, 1, 1);
+    set_limits(chart, {0.0, 20.0, 2.0, 6.0}, 5.0, 1.0);
+}
+
+void sixteen_colours(AX_Grapher& chart) {
+    set_up(chart, "The colours that series start with", "Number of the series", "");
+    const Values ends{0.0, 16.0};
+    std::vector<Values> levels;
+    for (int series = 0; series < 16; ++series) levels.emplace_back(2, 16.0 - series);
+    std::vector<ChartRow> rows{{x_row, ends}};
+    for (const Values& level : levels) rows.push_back({line_series, level});
+    chart.RegisterData(rows);
+    for (int series = 1; series <= 16; ++series) chart.SetSeriesOptions(1, series, no_colour, "", 0, 1, 3);
+    set_limits(chart, {0.0, 16.0, 0.0, 17.0}, 4.0, 4.0);
+}
+
+void any_alphabet(AX_Grapher& chart) {
+    set_up(chart,
+           "\u0391\u03BD\u03C9\u03BC\u03B1\u03BB\u03AF\u03B1, "
+           "\u0410\u043D\u043E\u043C\u0430\u043B\u0438\u044F, St\u00F6rung; numbers inside on all sides",
+           "\u0391\u03C0\u03CC\u03C3\u03C4\u03B1\u03C3\u03B7 (m)", "\u0394T (nT)");
+    chart.AxisLabellingLocation(1);
+    chart.XAxisLabellingPosition(2);
+    chart.YAxisLabellingPosition(2);
+    const Values xs = steps(201, 0.0, 1000.0);
+    const Values ys = of(xs, [](double x) { return 0.6 * anomaly(x); });
+    register_rows(chart, {{x_row, xs}, {line_series, ys}});
+    chart.SetSeriesOptions(1, 1, green, "Observed", 0, 1, 2);
+    set_limits(chart, {0.0, 1000.0, -100.0, 200.0}, 200.0, 50.0);
+}
+
 void marker_styles(AX_Grapher& chart) {
     set_up(chart, "Marker styles 1 to 8, letters -1 to -26", "Style", "");
     chart.ChartType(0);
@@ -139,7 +177,7 @@ void point_colours(AX_Grapher& chart) {
     set_limits(chart, {0.0, 1000.0, -50.0, 200.0}, 200.0, 50.0);
 }
 
-void default_colours(AX_Grapher& chart) {
+void two_groups(AX_Grapher& chart) {
     set_up(chart, "Two groups with X values of their own", "Distance (m)", "nT");
     const Values coarse = steps(11, 0.0, 1000.0);
     const Values fine = steps(101, 200.0, 900.0);
@@ -202,7 +240,7 @@ void base_two(AX_Grapher& chart) {
     }
     register_rows(chart, {{x_row, xs}, {line_and_marker_series, ys}});
     chart.SetSeriesOptions(1, 1, red, "Decay", 2, 1, 1);
-    set_limits(chart, {1.0, 256.0, 0.0, 50.0}, 1.0, 10.0);
+    set_limits(chart, {0.25, 256.0, 0.0, 50.0}, 1.0, 10.0);
 }
 
 void other_sides(AX_Grapher& chart) {
@@ -259,24 +297,33 @@ void plain(AX_Grapher& chart) {
 }
 
 using Panel = void (*)(AX_Grapher&);
-constexpr std::array<Panel, 12> panels{
-    lines_with_gaps, lines_with_markers, bars,     marker_styles, point_colours,     default_colours,
-    logarithmic_y,   logarithmic_both,   base_two, other_sides,   retained_drawings, plain};
+constexpr std::array<Panel, 15> panels{
+    lines_with_gaps,  lines_with_markers, bars,        marker_styles, point_colours,     two_groups,
+    logarithmic_y,    logarithmic_both,   base_two,    other_sides,   retained_drawings, plain,
+    bars_with_points, sixteen_colours,    any_alphabet};
 
 }  // namespace
 
+int gallery_chart_count() {
+    return static_cast<int>(panels.size());
+}
+
+void fill_gallery_chart(int number, AX_Grapher& chart) {
+    if (number >= 1 && number <= gallery_chart_count()) panels[static_cast<std::size_t>(number - 1)](chart);
+}
+
 int draw_gallery(DrawingDevice& page, OutputTarget kind, const SurfaceMapping& mapping) {
-    constexpr int rows = (static_cast<int>(panels.size()) + columns - 1) / columns;
+    const int rows = (gallery_chart_count() + columns - 1) / columns;
     const SurfaceSize size{(page.width() - gap * (columns + 1)) / columns,
                            (page.height() - gap * (rows + 1)) / rows};
     int status = 0;
-    for (std::size_t i = 0; i < panels.size(); ++i) {
-        const int row = static_cast<int>(i) / columns;
-        const int column = static_cast<int>(i) % columns;
+    for (int i = 0; i < gallery_chart_count(); ++i) {
+        const int row = i / columns;
+        const int column = i % columns;
         const Point corner{gap + column * (size.width + gap),
                            page.height() - (row + 1) * (size.height + gap)};
         AX_Grapher chart;
-        panels[i](chart);
+        fill_gallery_chart(i + 1, chart);
         if (chart.DrawTo(page, kind, mapping_at(mapping, corner), size) != 0) status = -1;
     }
     return status;

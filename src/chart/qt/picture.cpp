@@ -36,6 +36,19 @@ std::string png_bytes(SurfaceSize size, const DrawPage& draw, double scale) {
     return bytes_of(bytes);
 }
 
+/// Names a family of last resort behind every font: without one a browser that lacks the first sets its texts
+/// with serifs.
+std::string with_last_resort(std::string svg) {
+    constexpr std::string_view attribute = "font-family=\"";
+    constexpr std::string_view last_resort = ", sans-serif";
+    for (auto at = svg.find(attribute); at != std::string::npos; at = svg.find(attribute, at + 1)) {
+        const auto end = svg.find('"', at + attribute.size());
+        if (end == std::string::npos) break;
+        svg.insert(end, last_resort);
+    }
+    return svg;
+}
+
 std::string svg_bytes(SurfaceSize size, const DrawPage& draw) {
     QByteArray bytes;
     QBuffer buffer(&bytes);
@@ -52,7 +65,7 @@ std::string svg_bytes(SurfaceSize size, const DrawPage& draw) {
     PainterDevice device(size.width, size.height, &painter);
     draw(device, OutputTarget::metafile, screen_mapping(size.height));
     painter.end();
-    return bytes_of(bytes);
+    return with_last_resort(bytes_of(bytes));
 }
 
 std::string pdf_bytes(SurfaceSize size, const DrawPage& draw) {

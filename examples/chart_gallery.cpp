@@ -1,0 +1,107 @@
+// Every axis, series style and marker of the charts on one page: written to files, or live in a window where
+// they can be zoomed, panned, clicked and printed.
+
+#include <CLI/CLI.hpp>
+#include <iostream>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <QApplication>
+#include <QGridLayout>
+#include <QWidget>
+
+#include "chart/gallery.h"
+#include "chart/qt/grapher_widget.h"
+#include "chart/qt/picture.h"
+#include "core/failure.h"
+#include "core/safe_file.h"
+
+namespace anomalis {
+
+namespace {
+
+struct Page {
+    int width = 1500;  ///< pixels
+    int height = 1800;
+    double scale = 1.0;  ///< of a PNG: its pixels a pixel of the page
+    std::vector<std::string> files;
+};
+
+Page page_from(const std::vector<std::string>& words) {
+    Page page;
+    std::string size;
+    CLI::App app("Everything that the charts can show. Without a file the charts open in a window.",
+                 "chart_gallery");
+    app.add_option("FILE", page.files, "Pictures to write: .png, .svg, .pdf or .emf");
+    app.add_option("--size", size, "Pixels, such as 1500x1800 [1500x1800]");
+    app.add_option("--scale", page.scale, "Pixels of a PNG a pixel of the page, 0.25 to 8 [1]")
+        ->check(CLI::Range(0.25, 8.0));
+    std::vector<std::string> reversed(words.rbegin(), words.rend());
+    try {
+        app.parse(reversed);
+        char between = 0;
+        std::istringstream parts(size);
+        const bool whole = (parts >> page.width >> between >> page.height) && parts.peek() == EOF;
+        const bool sound = between == 'x' && std::min(page.width, page.height) >= 300 &&
+                           std::max(page.width, page.height) <= 16384;
+        if (!size.empty() && !(whole && sound))
+            throw CLI::ValidationError("--size", "must be WIDTHxHEIGHT in pixels, 300 to 16384: " + size);
+        for (const std::string& file : page.files) picture_format(file);
+    } catch (const CLI::ParseError& error) {
+        std::exit(app.exit(error) == 0 ? 0 : 2);
+    } catch (const std::exception& error) {
+        std::cerr << error.what() << '\n';
+        std::exit(2);
+    }
+    return page;
+}
+
+void write(const Page& page, const std::string& file) {
+    const SurfaceSize size{page.width * units_per_screen_pixel, page.height * units_per_screen_pixel};
+    const auto draw = [](DrawingDevice& device, OutputTarget kind, const SurfaceMapping& mapping) {
+        if (draw_gallery(device, kind, mapping) != 0) throw Fault("there is no room for the charts");
+    };
+    write_file_safely(file, page_bytes(picture_format(file), size, draw, page.scale));
+}
+
+int write_all(const Page& page) {
+    int status = 0;
+    for (const std::string& file : page.files) {
+        try {
+            write(page, file);
+        } catch (const std::exception& failure) {
+            std::cerr << file << ": " << failure.what() << '\n';
+            status = 1;
+        }
+    }
+    return status;
+}
+
+int show_live(const Page& page) {
+    QWidget window;
+    window.setWindowTitle("Charts");
+    auto* grid = new QGridLayout(&window);
+    std::vector<GrapherWidget*> charts;
+    for (int i = 0; i < gallery_chart_count(); ++i) {
+        charts.push_back(new GrapherWidget(&window));
+        fill_gallery_chart(i + 1, charts.back()->chart());
+        charts.back()->chart().Crosshair(true);
+        grid->addWidget(charts.back(), i / 3, i % 3);
+    }
+    window.resize(page.width, page.height);
+    window.show();
+    for (GrapherWidget* chart : charts) chart->chart().DisplayChart();
+    return QApplication::exec();
+}
+
+}  // namespace
+
+}  // namespace anomalis
+
+int main(int argc, char** argv) {
+    const anomalis::Page page = anomalis::page_from({argv + 1, argv + argc});
+    if (!page.files.empty()) qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication application(argc, argv);
+    return page.files.empty() ? anomalis::show_live(page) : anomalis::write_all(page);
+}
