@@ -104,21 +104,49 @@ std::vector<Complex> ring(std::int32_t sectors, double corner_distance) {
     return corners;
 }
 
-void add_ring_anomaly(const ExactPlace& place, const std::vector<Complex>& corners, const ExactField& field,
-                      double sign, std::span<double> values) {
-    std::vector<double> x, z, log_factor, angle_factor;
-    for (std::size_t k = 0; k < corners.size(); ++k) {
-        x.push_back(corners[k].real());
-        z.push_back(corners[k].imag());
-        if (k + 1 == corners.size()) break;
-        const Complex c = sign * edge_factor(field, corners[k + 1] - corners[k]);
-        log_factor.push_back(c.real() / 2);
-        angle_factor.push_back(c.imag());
+/// A ring with all that both channels of it need; `sign` is -1 for a hole.
+class Ring {
+  public:
+    Ring(const PipeShape& pipe, double corner_distance, double sign)
+        : corners_(ring(pipe.sectors, corner_distance)), sign_(sign) {
+        for (const Complex& corner : corners_) {
+            x_.push_back(corner.real());
+            z_.push_back(corner.imag());
+        }
+        plane_.polygon = {x_.data(), z_.data(), nullptr, nullptr, pipe.sectors};
+        plane_.corner_distance = corner_distance;
+        area_ = sign * ring_area(pipe.sectors, corner_distance);
     }
-    const PlanePolygon polygon{x.data(), z.data(), log_factor.data(), angle_factor.data(),
-                               static_cast<int>(log_factor.size())};
-    add_polygon_magnetics_at(widest_vector_level())(place.stations, place.frame, polygon, values.data());
-}
+
+    void add_anomaly(const ExactPlace& place, const ExactField& field, std::span<double> values) {
+        std::vector<double> log_factor, angle_factor;
+        for (std::size_t k = 0; k + 1 < corners_.size(); ++k) {
+            const Complex c = sign_ * edge_factor(field, corners_[k + 1] - corners_[k]);
+            log_factor.push_back(c.real() / 2);
+            angle_factor.push_back(c.imag());
+        }
+        plane_.polygon.log_factor = log_factor.data();
+        plane_.polygon.angle_factor = angle_factor.data();
+        const Complex moment = 2 * area_ * Complex(field.magnetisation.x, field.magnetisation.z) *
+                               Complex(field.direction.x, field.direction.z);
+        plane_.moment_re = moment.real();
+        plane_.moment_im = moment.imag();
+        add_ring_magnetics_at(widest_vector_level())(place.stations, place.frame, plane_, values.data());
+    }
+
+    void add_gravity(const ExactPlace& place, double density, std::span<double> values) {
+        plane_.factor = 2 * gravity_constant * density * sign_;
+        plane_.mass = 2 * gravity_constant * density * area_;
+        add_ring_gravity_at(widest_vector_level())(place.stations, place.frame, plane_, values.data());
+    }
+
+  private:
+    std::vector<Complex> corners_;
+    double sign_;
+    std::vector<double> x_, z_;
+    PlaneRing plane_{};
+    double area_ = 0;
+};
 
 }  // namespace
 
@@ -135,8 +163,8 @@ void fill_step_anomaly(const ExactPlace& place, const StepShape& step, const Exa
 void fill_plane_pipe_anomaly(const ExactPlace& place, const PipeShape& pipe, const ExactField& field,
                              std::span<double> values) {
     std::fill(values.begin(), values.end(), 0.0);
-    add_ring_anomaly(place, ring(pipe.sectors, pipe.outer), field, 1, values);
-    if (pipe.inner > 0) add_ring_anomaly(place, ring(pipe.sectors, pipe.inner), field, -1, values);
+    Ring(pipe, pipe.outer, 1).add_anomaly(place, field, values);
+    if (pipe.inner > 0) Ring(pipe, pipe.inner, -1).add_anomaly(place, field, values);
 }
 
 void fill_plane_sheet_gravity(const ExactPlace& place, const SheetShape& sheet, double density,
@@ -152,8 +180,8 @@ void fill_step_gravity(const ExactPlace& place, const StepShape& step, double de
 void fill_plane_pipe_gravity(const ExactPlace& place, const PipeShape& pipe, double density,
                              std::span<double> values) {
     std::fill(values.begin(), values.end(), 0.0);
-    add_mass(place, {}, ring(pipe.sectors, pipe.outer), density, values);
-    if (pipe.inner > 0) add_mass(place, {}, ring(pipe.sectors, pipe.inner), -density, values);
+    Ring(pipe, pipe.outer, 1).add_gravity(place, density, values);
+    if (pipe.inner > 0) Ring(pipe, pipe.inner, -1).add_gravity(place, density, values);
 }
 
 }  // namespace anomalis

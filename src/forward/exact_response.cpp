@@ -20,7 +20,7 @@ namespace {
 
 enum class Channel { magnetic, gravity };
 
-/// One body at the stations of a line.
+/// One body at the stations of a line. The procedures below return false where it gives nothing.
 struct Task {
     ExactPlace place;
     ModelBody& body;
@@ -40,59 +40,59 @@ void demagnetise(Task& task) {
         demagnetised(body_demagnetisation(task.body), task.body.susc.value / 1e6, task.field.magnetisation);
 }
 
-void fill_solid(Task& task) {
-    if (task.magnetic()) return fill_solid_anomaly(task.place, task.field, task.polyhedron, task.values);
-    fill_solid_gravity(task.place, task.density(), task.polyhedron, task.values);
+bool fill_solid(Task& task) {
+    if (task.magnetic()) {
+        fill_solid_anomaly(task.place, task.field, task.polyhedron, task.values);
+    } else {
+        fill_solid_gravity(task.place, task.density(), task.polyhedron, task.values);
+    }
+    return true;
 }
 
-void fill_sheet(Task& task) {
+/// One of two procedures for a shape, with what each channel needs.
+template <class Shape, class Anomaly, class Gravity>
+bool fill_shape(Task& task, const Shape& shape, Anomaly anomaly, Gravity gravity) {
+    if (task.magnetic()) {
+        anomaly(task.place, shape, task.field, task.values);
+    } else {
+        gravity(task.place, shape, task.density(), task.values);
+    }
+    return true;
+}
+
+bool fill_sheet(Task& task) {
     const SheetShape sheet = sheet_shape(task.body);
-    if (!sheet.meets) {
-        task.notes.steep_top = true;
-        return;
-    }
-    if (sheet.empty()) return;
+    if (!sheet.meets) task.notes.steep_top = true;
+    if (!sheet.meets || sheet.empty()) return false;
     demagnetise(task);
-    if (!sheet.limited) {
-        if (task.magnetic()) return fill_plane_sheet_anomaly(task.place, sheet, task.field, task.values);
-        return fill_plane_sheet_gravity(task.place, sheet, task.density(), task.values);
-    }
-    if (sheet.depth == 0) {
-        if (task.magnetic()) return fill_column_anomaly(task.place, sheet, task.field, task.values);
-        return fill_column_gravity(task.place, sheet, task.density(), task.values);
-    }
+    if (!sheet.limited) return fill_shape(task, sheet, fill_plane_sheet_anomaly, fill_plane_sheet_gravity);
+    if (sheet.depth == 0) return fill_shape(task, sheet, fill_column_anomaly, fill_column_gravity);
     assign_prism(task.place.frame, sheet, task.polyhedron);
-    fill_solid(task);
+    return fill_solid(task);
 }
 
-void fill_step(Task& task) {
-    const StepShape step = step_shape(task.body);
+bool fill_step(Task& task) {
     demagnetise(task);
-    if (task.magnetic()) return fill_step_anomaly(task.place, step, task.field, task.values);
-    fill_step_gravity(task.place, step, task.density(), task.values);
+    return fill_shape(task, step_shape(task.body), fill_step_anomaly, fill_step_gravity);
 }
 
-void fill_sphere(Task& task) {
+bool fill_sphere(Task& task) {
     const double radius = std::abs(static_cast<double>(task.body.width.value)) / 2;
-    if (radius == 0) return;
+    if (radius == 0) return false;
     demagnetise(task);
-    if (task.magnetic()) return fill_sphere_anomaly(task.place, radius, task.field, task.values);
-    fill_sphere_gravity(task.place, radius, task.density(), task.values);
+    return fill_shape(task, radius, fill_sphere_anomaly, fill_sphere_gravity);
 }
 
-void fill_pipe(Task& task) {
+bool fill_pipe(Task& task) {
     const PipeShape pipe = pipe_shape(task.body);
-    if (pipe.outer == 0) return;
+    if (pipe.outer == 0) return false;
     demagnetise(task);
-    if (pipe.limited) {
-        assign_pipe(task.place.frame, pipe, task.polyhedron);
-        return fill_solid(task);
-    }
-    if (task.magnetic()) return fill_plane_pipe_anomaly(task.place, pipe, task.field, task.values);
-    fill_plane_pipe_gravity(task.place, pipe, task.density(), task.values);
+    if (!pipe.limited) return fill_shape(task, pipe, fill_plane_pipe_anomaly, fill_plane_pipe_gravity);
+    assign_pipe(task.place.frame, pipe, task.polyhedron);
+    return fill_solid(task);
 }
 
-void fill_by_type(Task& task) {
+bool fill_by_type(Task& task) {
     switch (task.body.type) {
         case thin_sheet:
         case thick_sheet:
@@ -102,27 +102,27 @@ void fill_by_type(Task& task) {
             return fill_step(task);
         case polygon:
             task.notes.polygon = true;
-            return;
+            return false;
         case sphere:
             return fill_sphere(task);
         case pipe:
             return fill_pipe(task);
         case wire:
-            if (task.magnetic()) fill_wire_anomaly(task.place, task.body, task.field, task.values);
-            return;
+            if (!task.magnetic()) return false;
+            fill_wire_anomaly(task.place, task.body, task.field, task.values);
+            return true;
         default:
-            return;
+            return false;
     }
 }
 
 void fill(const Workspace& workspace, ModelBody& body, Polyhedron& polyhedron, std::span<double> values,
           ExactNotes& notes, Channel channel) {
-    std::fill(values.begin(), values.end(), 0.0);
     update_body_reference_point(workspace, body.distance.value, body.east, body.north);
     const ExactPlace place{station_view(workspace), exact_frame(body)};
     if (values.size() != place.stations.count) throw Fault(FaultKind::subscript);
     Task task{place, body, exact_field(workspace, body, place.frame), polyhedron, values, notes, channel};
-    fill_by_type(task);
+    if (!fill_by_type(task)) std::fill(values.begin(), values.end(), 0.0);
 }
 
 /// The numbers that the tensor of a body hangs on.
@@ -170,15 +170,16 @@ constexpr ChannelTexts gravity_texts{"An error occurred while calculating the gr
 void fill_column(Workspace& workspace, int body_number, ExactNotes& notes, Channel channel,
                  const ChannelTexts& texts, Prompts& prompts) {
     ModelBody& body = workspace.body(body_number);
-    report_failure(prompts, texts.failure, [&] {
-        float* column = response_column(workspace, body, texts.column);
-        std::fill_n(column, workspace.station_count, 0.0F);
+    const int status = report_failure(prompts, texts.failure, [&] {
         ForwardMemory& memory = forward_memory(workspace);
         fill(workspace, body, memory.polyhedron, memory.values, notes, channel);
         store_values(workspace, body, texts.column, memory.values);
     });
-    report_failure(prompts, texts.failure,
-                   [&] { require_finite_column(workspace, body_number, texts.column); });
+    report_failure(prompts, texts.failure, [&] {
+        if (status != 0)
+            std::fill_n(response_column(workspace, body, texts.column), workspace.station_count, 0.0F);
+        require_finite_column(workspace, body_number, texts.column);
+    });
 }
 
 }  // namespace

@@ -52,11 +52,12 @@ double edge_part(const Point3& from, const Point3& to, const Point3& normal, dou
     const double from_line = aside * aside + height * height;
     if (from_line == 0) return 0;
     const double h = std::abs(height);
-    const double turn =
-        std::atan(aside * s2 / (from_line + h * r2)) - std::atan(aside * s1 / (from_line + h * r1));
-    // The difference of two inverse hyperbolic sines, each with the sign that loses no digits.
-    const double distance = std::sqrt(from_line);
-    return aside * (std::asinh(s2 / distance) - std::asinh(s1 / distance)) - h * turn;
+    // Two arc tangents of positive denominators as one, and the logarithm on the side that loses no digits.
+    const double x1 = from_line + h * r1, x2 = from_line + h * r2;
+    const double y1 = aside * s1, y2 = aside * s2;
+    const double turn = std::atan2(y2 * x1 - y1 * x2, x1 * x2 + y1 * y2);
+    const double log = s1 + s2 >= 0 ? std::log((r2 + s2) / (r1 + s1)) : std::log((r1 - s1) / (r2 - s2));
+    return aside * log - h * turn;
 }
 
 }  // namespace

@@ -46,6 +46,15 @@ ANOMALIS_INLINE Real held_log(Real n, Real d, Real difference, double least) {
     return vector_log_quotient(held_n, held_d, difference + change);
 }
 
+ANOMALIS_INLINE bool any_below(double value, double limit) {
+    return value < limit;
+}
+ANOMALIS_INLINE bool any_below(Lanes value, double limit) {
+    bool any = false;
+    for (int lane = 0; lane < lane_count; ++lane) any |= value[lane] < limit;
+    return any;
+}
+
 template <class Real>
 ANOMALIS_INLINE Real half_strip_at(const PlaneStrip& s, Real x, Real h) {
     const Vector<double> e{s.rx - s.px, s.rz - s.pz};
@@ -58,9 +67,11 @@ ANOMALIS_INLINE Real half_strip_at(const PlaneStrip& s, Real x, Real h) {
         held_log(dot(wp, wp), dot(wr, wr), -(e.x * (wp.x + wr.x) + e.z * (wp.z + wr.z)), least_squared);
     Real angle = vector_atan2(-left, dot(wp, wr));
     angle = left > tolerance ? angle : vector_abs(angle);
+    const Real outside = s.log_factor * log - s.angle_factor * angle;
+    if (!any_below(-left, -tolerance)) return outside;
     const Real inside = one_if(left, tolerance) * one_if(cross(wr, d), face_tolerance) *
                         one_if(-cross(wp, d), face_tolerance);
-    return s.log_factor * log - s.angle_factor * angle + s.inside_term * inside;
+    return outside + s.inside_term * inside;
 }
 
 /// The four logarithms of a parallelogram are one: with w1 w3 = w2 w4 - E G no digit is lost at any distance.
@@ -112,6 +123,65 @@ ANOMALIS_INLINE Real polygon_at(const PlanePolygon& p, Real x, Real h) {
         n1 = n2;
     }
     return sum;
+}
+
+template <class Real>
+struct Complex {
+    Real re, im;
+};
+template <class Real>
+ANOMALIS_INLINE Complex<Real> product(const Complex<Real>& a, const Complex<Real>& b) {
+    return {a.re * b.re - a.im * b.im, a.re * b.im + a.im * b.re};
+}
+
+/// How many terms of the series of a ring count at twice its corner distance.
+ANOMALIS_INLINE int ring_terms(int edges) {
+    return 55 / edges;
+}
+
+/// a0 + u (a1 + u (a2 ...)) of a ring, the coefficients from `coefficient(m)` at m = 0, edges, 2 edges ...
+template <class Real, class Coefficient>
+ANOMALIS_INLINE Complex<Real> ring_series(const PlaneRing& ring, const Complex<Real>& inverse,
+                                          const Coefficient& coefficient) {
+    const int edges = ring.polygon.edges;
+    Complex<Real> power{Real{} + 1.0, Real{}};
+    Complex<Real> square{inverse.re * ring.corner_distance, inverse.im * ring.corner_distance};
+    for (int left = edges; left > 0; left /= 2) {
+        if (left % 2 != 0) power = product(power, square);
+        square = product(square, square);
+    }
+    const int terms = ring_terms(edges);
+    Complex<Real> sum{Real{} + coefficient(terms * edges), Real{}};
+    for (int k = terms; k-- > 0;) {
+        sum = product(sum, power);
+        sum.re += coefficient(k * edges);
+    }
+    return sum;
+}
+
+template <class Real>
+ANOMALIS_INLINE Real far_ring_magnetics(const PlaneRing& ring, const Complex<Real>& inverse) {
+    const Complex<Real> sum = ring_series(ring, inverse, [](int m) { return 2.0 / (m + 2.0); });
+    const Complex<Real> dipole = product(sum, product(inverse, inverse));
+    return ring.moment_re * dipole.re - ring.moment_im * dipole.im;
+}
+
+template <class Real>
+ANOMALIS_INLINE Real far_ring_gravity(const PlaneRing& ring, const Complex<Real>& inverse) {
+    const Complex<Real> sum = ring_series(ring, inverse, [](int m) { return 2.0 / ((m + 1.0) * (m + 2.0)); });
+    return -ring.mass * product(sum, inverse).im;
+}
+
+/// `near` holds from the ring out to twice its corner distance, `far` beyond. Each station takes the same
+/// way whatever its neighbours do.
+template <class Real, class Near, class Far>
+ANOMALIS_INLINE Real ring_at(const PlaneRing& ring, Real x, Real h, const Near& near, const Far& far) {
+    const Real squared = x * x + h * h;
+    const double limit = 4 * ring.corner_distance * ring.corner_distance;
+    const Real held = at_least(squared, limit);
+    const Real beyond = far(ring, Complex<Real>{x / held, -h / held});
+    if (!any_below(squared, limit)) return beyond;
+    return squared < limit ? near(x, h) : beyond;
 }
 
 /// The wall from a corner along (dx, dz), less the part of it that grows without end.
@@ -174,6 +244,34 @@ void strip_magnetics(const StationView& stations, const BodyFrame& frame, const 
     } else {
         run([&](auto x, auto h) __attribute__((always_inline)) { return parallelogram_at(strip, x, h); });
     }
+}
+
+void add_ring_magnetics(const StationView& stations, const BodyFrame& frame, const PlaneRing& ring,
+                        double* anomaly) {
+    for_stations(
+        stations.count, [&](std::size_t i, auto kind) __attribute__((always_inline)) {
+            using Real = decltype(kind);
+            const Real x = across_strike<Real>(stations, frame, i);
+            const Real h = load<Real>(stations.sensor + i) - frame.top;
+            const Real value = ring_at(
+                ring, x, h, [&](Real a, Real b) { return polygon_at(ring.polygon, a, b); },
+                far_ring_magnetics<Real>);
+            store(anomaly + i, load<Real>(anomaly + i) + value);
+        });
+}
+
+void add_ring_gravity(const StationView& stations, const BodyFrame& frame, const PlaneRing& ring,
+                      double* attraction) {
+    const PlaneMass mass{ring.polygon.x, ring.polygon.z, ring.polygon.edges, false, 0, 0, 0, ring.factor};
+    for_stations(
+        stations.count, [&](std::size_t i, auto kind) __attribute__((always_inline)) {
+            using Real = decltype(kind);
+            const Real x = across_strike<Real>(stations, frame, i);
+            const Real h = load<Real>(stations.sensor + i) - frame.top;
+            const Real value = ring_at(
+                ring, x, h, [&](Real a, Real b) { return mass_at(mass, a, b); }, far_ring_gravity<Real>);
+            store(attraction + i, load<Real>(attraction + i) + value);
+        });
 }
 
 void add_polygon_magnetics(const StationView& stations, const BodyFrame& frame, const PlanePolygon& polygon,

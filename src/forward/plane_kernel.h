@@ -35,6 +35,18 @@ struct PlanePolygon {
     int edges;
 };
 
+/// A regular polygon about the reference point, one corner on the + side. From twice the corner distance on
+/// its field is a short series, z the station: the moments of the polygon vanish but for every `edges`th.
+///   magnetics  Re[moment / z^2 (1 + a1 u + a2 u^2 ...)],  u = (corner distance / z)^edges,  ak = 2 / (k
+///   edges + 2) gravity    -Im[mass / z (1 + a1 u ...)],  ak = 2 / ((k edges + 1) (k edges + 2))
+struct PlaneRing {
+    PlanePolygon polygon;  ///< what the magnetics of a near station is made of
+    double corner_distance;
+    double moment_re, moment_im;  ///< 2 f J area
+    double mass;                  ///< 2 G rho area
+    double factor;                ///< 2 G rho
+};
+
 /// An open row of edges for gravity; when `walls` is set, two endless walls join its ends: one arrives at the
 /// first corner, one leaves from the last, along the unit vector (dx, dz).
 struct PlaneMass {
@@ -50,6 +62,12 @@ struct PlaneMass {
 ANOMALIS_VECTOR_KERNEL(void, strip_magnetics,
                        (const StationView& stations, const BodyFrame& frame, const PlaneStrip& strip,
                         double* anomaly))
+ANOMALIS_VECTOR_KERNEL(void, add_ring_magnetics,
+                       (const StationView& stations, const BodyFrame& frame, const PlaneRing& ring,
+                        double* anomaly))
+ANOMALIS_VECTOR_KERNEL(void, add_ring_gravity,
+                       (const StationView& stations, const BodyFrame& frame, const PlaneRing& ring,
+                        double* attraction))
 /// Adds to `anomaly`.
 ANOMALIS_VECTOR_KERNEL(void, add_polygon_magnetics,
                        (const StationView& stations, const BodyFrame& frame, const PlanePolygon& polygon,
