@@ -3,8 +3,11 @@
 
 #include <benchmark/benchmark.h>
 #include <charconv>
+#include <cstdlib>
+#include <filesystem>
 #include <map>
 #include <string>
+#include <unistd.h>
 
 #include "core/settings.h"
 #include "core/text.h"
@@ -70,6 +73,22 @@ double tokens_of(const std::string& text) {
     return static_cast<double>(length);
 }
 
+/// Processor time a body, against that of the thousand: 1 when the work is linear. The benchmarks below run
+/// in order of size.
+class Growth {
+  public:
+    void tell(benchmark::State& state, double seconds) {
+        const double a_body = seconds / static_cast<double>(state.range(0));
+        state.counters["ns/body"] = a_body * 1e9;
+        if (state.range(0) == 1000) of_a_thousand_ = a_body;
+        if (state.range(0) > 1000 && of_a_thousand_ > 0)
+            state.counters["cost_to_1000"] = a_body / of_a_thousand_;
+    }
+
+  private:
+    double of_a_thousand_ = 0;
+};
+
 void read_workspace(benchmark::State& state) {
     const std::string& text = text_of(static_cast<int>(state.range(0)));
     QuietPrompts prompts;
@@ -92,7 +111,8 @@ void read_workspace(benchmark::State& state) {
     state.counters["rate_to_bare_loop"] = bare.seconds() / reading.seconds();
     state.counters["MB/s"] = megabytes / reading.seconds();
     state.counters["tokeniser_MB/s"] = megabytes / tokens.seconds();
-    state.counters["ns/body"] = reading.seconds() * 1e9 / static_cast<double>(state.range(0));
+    static Growth growth;
+    growth.tell(state, reading.seconds());
 }
 BENCHMARK(read_workspace)->ArgName("bodies")->RangeMultiplier(10)->Range(100, 100'000)->UseManualTime();
 
@@ -105,9 +125,35 @@ void write_workspace(benchmark::State& state) {
         state.SetIterationTime(seconds);
     }
     state.counters["MB/s"] = static_cast<double>(size) / 1e6 / writing.seconds();
-    state.counters["ns/body"] = writing.seconds() * 1e9 / static_cast<double>(state.range(0));
+    static Growth growth;
+    growth.tell(state, writing.seconds());
 }
 BENCHMARK(write_workspace)->ArgName("bodies")->RangeMultiplier(10)->Range(100, 100'000)->UseManualTime();
+
+/// Through files: what opening and saving cost a person, flushing aside.
+void open_and_save(benchmark::State& state) {
+    std::string path = (std::filesystem::temp_directory_path() / "anomalis-bench-XXXXXX").string();
+    ::close(::mkstemp(path.data()));
+    QuietPrompts prompts;
+    const Settings settings;
+    Workspace workspace = model_of(static_cast<int>(state.range(0)));
+    BestTime saving, opening;
+    for (auto _ : state) {
+        const double saved = saving.take([&] { write_model_parameters(0, path, workspace, prompts); });
+        Workspace opened;
+        initialise_workspace(opened, prompts);
+        const double read = opening.take([&] { read_model_parameters(0, opened, path, settings, prompts); });
+        if (opened.body_count != state.range(0)) state.SkipWithError("bodies are missing");
+        state.SetIterationTime(saved + read);
+    }
+    const double megabytes = static_cast<double>(std::filesystem::file_size(path)) / 1e6;
+    std::filesystem::remove(path);
+    state.counters["open_MB/s"] = megabytes / opening.seconds();
+    state.counters["save_MB/s"] = megabytes / saving.seconds();
+    static Growth growth;
+    growth.tell(state, opening.seconds() + saving.seconds());
+}
+BENCHMARK(open_and_save)->ArgName("bodies")->RangeMultiplier(10)->Range(1000, 100'000)->UseManualTime();
 
 }  // namespace
 }  // namespace anomalis
