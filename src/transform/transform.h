@@ -41,5 +41,7 @@ int load_transform_file(PointTransform& transform, const std::string& path, Prom
 
 /// Writes a coordinate file, lines ended by CR LF. Returns 0, or -1 with a message; an old file then stays.
 int save_transform_file(const PointTransform& transform, const std::string& path, Prompts& prompts);
+/// The text that a save would write.
+std::string transform_file_text(const PointTransform& transform);
 
 }  // namespace anomalis

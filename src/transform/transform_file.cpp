@@ -94,12 +94,15 @@ int load_transform_file(PointTransform& transform, const std::string& path, Prom
     return define_transform_from_points(p, transform, prompts);
 }
 
-int save_transform_file(const PointTransform& t, const std::string& path, Prompts& prompts) {
+std::string transform_file_text(const PointTransform& t) {
+    return std::string(title_line) + "\r\n" + number_line({t.x_origin, t.y_origin, t.x_offset, t.y_offset}) +
+           number_line({t.original_x2, t.original_y2, t.new_x2, t.new_y2}) +
+           number_line({t.elevation_shift, t.elevation_scale});
+}
+
+int save_transform_file(const PointTransform& transform, const std::string& path, Prompts& prompts) {
     return report_failure(prompts, "An error occurred while saving the transform file: ", [&] {
-        write_file_safely(path, std::string(title_line) + "\r\n" +
-                                    number_line({t.x_origin, t.y_origin, t.x_offset, t.y_offset}) +
-                                    number_line({t.original_x2, t.original_y2, t.new_x2, t.new_y2}) +
-                                    number_line({t.elevation_shift, t.elevation_scale}));
+        write_file_safely(path, transform_file_text(transform));
     });
 }
 

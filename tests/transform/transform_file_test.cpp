@@ -106,5 +106,31 @@ TEST_F(TransformFile, a_missing_file_and_a_folder_are_told) {
     EXPECT_TRUE(prompts.told("An error occurred while saving the transform file: "));
 }
 
+TEST_F(TransformFile, cut_anywhere_it_is_read_or_refused_and_never_half_taken) {
+    ASSERT_EQ(define_transform_from_points({1, 2, 300, 400, 11, 7, 250, 444.5, 5, 4}, transform, prompts), 0);
+    const std::string whole = transform_file_text(transform);
+    const PointTransform before;
+    for (std::size_t size = 0; size < whole.size(); ++size) {
+        PointTransform read;
+        prompts.messages.clear();
+        const int status = load_transform_file(read, folder.write("cut.crd", whole.substr(0, size)), prompts);
+        EXPECT_EQ(status == 0, prompts.messages.empty()) << size;
+        EXPECT_TRUE(status == 0 || read == before) << size;
+    }
+}
+
+TEST_F(TransformFile, bytes_that_are_no_text_are_refused) {
+    for (const std::string& contents :
+         {std::string(1000, '\0'), std::string(100'000, '\xFF'),
+          std::string("\x7F"
+                      "ELF\x02\x01\x01\n\n\n\n"),
+          std::string("t\n\"\n\"\n\"\n"), std::string("t\nnan inf nan inf\n-inf nan 1e5x 0x1\n1 1\n")}) {
+        prompts.messages.clear();
+        EXPECT_EQ(load(contents), -1);
+        EXPECT_EQ(prompts.messages.size(), 1U);
+        EXPECT_EQ(transform, PointTransform{});
+    }
+}
+
 }  // namespace
 }  // namespace anomalis
