@@ -37,7 +37,8 @@ void forget_line(Workbench& workbench) {
 void take_settings_of_file(Workbench& workbench) {
     workbench.base_from_mean = {};
     const DisplaySettings& display = workbench.session.workspace.display;
-    if (display.valid) workbench.view.pane_fractions = usable_places(display.splitter_fraction);
+    if (!display.valid) return;
+    workbench.view.pane_fractions = workbench.view.pane_places = usable_places(display.splitter_fraction);
 }
 
 /// Tells which base levels the load took from the mean of the data.

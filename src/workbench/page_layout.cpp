@@ -79,6 +79,13 @@ PaneFractions splitter_places(const ChartHeights& heights, const PaneFractions& 
     return places;
 }
 
+PaneFractions places_to_keep(const ViewState& view) {
+    PaneFractions places = view.pane_places;
+    for (std::size_t i = 0; i < places.size(); ++i)
+        if (!is_place(places[i])) places[i] = view.pane_fractions[i];
+    return places;
+}
+
 PaneFractions usable_places(const std::array<float, 4>& fractions) {
     PaneFractions places{};
     for (std::size_t i = 0; i < places.size(); ++i)

@@ -18,6 +18,9 @@ ChartHeights share_height(int height, const std::array<bool, model_chart_count>&
 /// Where the splitters stand between charts of these heights. A splitter that is not there keeps `before`.
 PaneFractions splitter_places(const ChartHeights& heights, const PaneFractions& before);
 
+/// What a workspace file keeps: where the splitters stand, as far as they have been laid out.
+PaneFractions places_to_keep(const ViewState& view);
+
 /// Fractions of a workspace file; those that are no place for a splitter become 0.
 PaneFractions usable_places(const std::array<float, 4>& fractions);
 

@@ -9,6 +9,7 @@
 #include "inversion/evaluate.h"
 #include "output/tables.h"
 #include "workbench/change.h"
+#include "workbench/page_layout.h"
 #include "workbench/recent_files.h"
 #include "workbench/workbench.h"
 #include "workspace_file/axm.h"
@@ -58,7 +59,7 @@ bool write_model(const std::string& path, Workbench& workbench, const WindowLayo
     bool written = false;
     report_failure(session.prompts, write_failure_prefix, [&] {
         if (line_loaded(workspace)) refresh_model(session);
-        refresh_display_block(layout, workbench.view.pane_fractions, workspace.display);
+        refresh_display_block(layout, places_to_keep(workbench.view), workspace.display);
         if (write_model_parameters(0, path, workspace, session.prompts) != 0) return;
         written = true;
         workspace.model_file = path;

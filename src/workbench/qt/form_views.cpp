@@ -4,6 +4,7 @@
 #include <QMenu>
 
 #include "core/paths.h"
+#include "workbench/add_bodies.h"
 #include "workbench/display_check.h"
 #include "workbench/pointer_panels.h"
 #include "workbench/qt/charts_panel.h"
@@ -11,6 +12,7 @@
 #include "workbench/qt/entry_box.h"
 #include "workbench/qt/form_anomalis.h"
 #include "workbench/qt/form_menus.h"
+#include "workbench/qt/model_side.h"
 #include "workbench/qt/processing_panel.h"
 #include "workbench/qt/status_panels.h"
 
@@ -63,13 +65,19 @@ void FormViews::add_bodies_entries() {
 void FormViews::add_chart_entries() {
     GrapherWidget& section = form_.charts().chart_widget(chart_section);
     section.set_menu_opening([this](float x, float y) { section_menu_opens(x, y); });
+    add_here_ = new QAction(tr("Add a body here"), section.menu());
+    add_here_->setObjectName("menu_add_body_here");
+    add_here_->setToolTip(tr("A new body with its top at the pointer"));
+    add_here_->setEnabled(false);
+    connect(add_here_, &QAction::triggered, this, &FormViews::add_body_here);
+    section.menu()->insertAction(section.menu()->actions().value(0), add_here_);
     GrapherWidget& plan = form_.charts().plan_widget();
     for (GrapherWidget* chart : {&section, &plan}) {
         const bool to_plan = chart == &section;
         auto* other = new QAction(to_plan ? tr("Show Plan") : tr("Show Section"), chart->menu());
         other->setObjectName(to_plan ? "menu_section_show_plan" : "menu_plan_show_section");
         connect(other, &QAction::triggered, this, [this, to_plan] { form_.charts().show_plan(to_plan); });
-        QAction* first = chart->menu()->actions().value(0);
+        QAction* first = chart->menu()->actions().value(to_plan ? 1 : 0);
         chart->menu()->insertAction(first, other);
         chart->menu()->insertSeparator(first);
     }
@@ -77,6 +85,15 @@ void FormViews::add_chart_entries() {
 
 void FormViews::section_menu_opens(float x, float y) {
     menu_place_ = place_under(form_.charts().chart_widget(chart_section).chart(), x, y);
+    add_here_->setEnabled(menu_place_ && !form_.guards().closed());
+}
+
+void FormViews::add_body_here() {
+    Workbench& workbench = form_.workbench();
+    if (!menu_place_ || form_.guards().closed()) return;
+    if (!add_body_at(workbench, menu_place_->x, menu_place_->y)) return;
+    if (workbench.session.workspace.body_count == 1) form_.side().reset_form_display();
+    form_.model_edited();
 }
 
 void FormViews::enter_model_page() {

@@ -24,9 +24,6 @@ class FormViews : public QObject {
     /// the focus; without a line the page tells what to do.
     void enter_model_page();
 
-    /// Where the pointer was when the section's menu opened; none outside its plot.
-    std::optional<Point> menu_place() const { return menu_place_; }
-
   private:
     void add_file_entries();
     void add_bodies_entries();
@@ -37,10 +34,12 @@ class FormViews : public QObject {
     void save_defaults();
     void set_highlight(bool on);
     void section_menu_opens(float x, float y);
+    void add_body_here();
 
     Form_anomalis& form_;
     QAction* logging_ = nullptr;
-    std::optional<Point> menu_place_;
+    QAction* add_here_ = nullptr;
+    std::optional<Point> menu_place_;  ///< of the pointer when the section's menu opened
 };
 
 }  // namespace anomalis

@@ -30,6 +30,7 @@ class FormViewsTest : public QObject {
     void arrow_keys_step_the_bars_of_a_chart();
     void a_click_in_the_plan_selects_a_body();
     void the_menus_of_section_and_plan_lead_to_each_other();
+    void the_menu_of_the_section_adds_a_body_at_the_pointer();
     void splitters_stand_where_the_file_has_them();
     void a_splitter_that_was_moved_stays_when_charts_come_and_go();
     void a_data_file_that_vanishes_before_the_load_is_told();
@@ -210,6 +211,30 @@ void FormViewsTest::the_menus_of_section_and_plan_lead_to_each_other() {
     QVERIFY(sample.view().show_plan);
     sample.find<QAction>("menu_plan_show_section").trigger();
     QVERIFY(!sample.view().show_plan);
+}
+
+void FormViewsTest::the_menu_of_the_section_adds_a_body_at_the_pointer() {
+    Shown sample;
+    const Point wanted{600, -40};
+    const QPoint at = sample.pixel(sample.section(), wanted);
+    QTest::mousePress(&sample.section(), Qt::RightButton, {}, at);
+    QTest::mouseRelease(&sample.section(), Qt::RightButton, {}, at);
+    auto& entry = sample.find<QAction>("menu_add_body_here");
+    QVERIFY(sample.section().menu()->isVisible());
+    QVERIFY(entry.isEnabled());
+    entry.trigger();
+    sample.section().menu()->hide();
+    QCOMPARE(sample.workspace().body_count, 3);
+    QCOMPARE(sample.view().current_body, 3);
+    const ModelBody& body = sample.workspace().body(3);
+    QVERIFY(std::abs(body.distance.value - wanted.x) < 10);
+    QVERIFY(std::abs(body.top.value - wanted.y) < 5);
+    QVERIFY(sample.form->windowTitle().endsWith("*"));
+
+    QTest::mousePress(&sample.section(), Qt::RightButton, {}, {3, 3});
+    QTest::mouseRelease(&sample.section(), Qt::RightButton, {}, {3, 3});
+    QVERIFY2(!entry.isEnabled(), "outside the plot");
+    sample.section().menu()->hide();
 }
 
 void FormViewsTest::splitters_stand_where_the_file_has_them() {

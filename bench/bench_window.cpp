@@ -1,0 +1,137 @@
+// A step of a bar up to the painted charts against its parts, and the way from a start to the shown window.
+
+#include <array>
+#include <benchmark/benchmark.h>
+#include <chrono>
+#include <cstdio>
+#include <cstring>
+#include <iostream>
+
+#include <QTimer>
+
+#include "forward/gravity_response.h"
+#include "forward/mag_response.h"
+#include "forward/station_columns.h"
+#include "inversion/filters.h"
+#include "timing.h"
+#include "window_sample.h"
+#include "workbench/qt/look.h"
+
+namespace anomalis {
+namespace {
+
+constexpr int stations = 8193;
+constexpr int sheets = 50;
+constexpr int moved = 25;
+
+/// The responses of all bodies, added once a channel.
+void add_responses(const Workspace& w, std::vector<float>& sum) {
+    for (const int column : {1, 2}) {
+        std::fill(sum.begin(), sum.end(), 0.0F);
+        for (int number = 1; number <= w.body_count; ++number) {
+            const float* response = response_column(w, w.body(number), column);
+            for (std::size_t i = 0; i < sum.size(); ++i) sum[i] += response[i];
+        }
+        benchmark::DoNotOptimize(sum.data());
+    }
+}
+
+void filter_both(Workspace& w, Prompts& prompts) {
+    invalidate_filtered_data(1, w);
+    filter_data(w, channel_mag, stage_calculated, w.mag_data, prompts);
+    filter_data(w, channel_grav, stage_calculated, w.grav_data, prompts);
+}
+
+void a_step_of_a_bar(benchmark::State& state) {
+    const WorkFolder folder;
+    ShownWindow window(write_line(folder, stations, sheets));
+    Workspace& w = window.session.workspace;
+    window.form->workbench().view.current_body = moved;
+    std::vector<float> sum(stations);
+    BestTime step, response, addition, filters, redraw;
+    int turn = 0;
+    for (auto _ : state) {
+        const double seconds = step.take([&] { window.scroll(param_dip, ++turn % 2 == 0 ? 1 : -1); });
+        response.take([&] {
+            calculate_mag_response(w, moved, window.prompts);
+            calculate_gravity_response(w, moved, window.prompts);
+        });
+        addition.take([&] { add_responses(w, sum); });
+        filters.take([&] { filter_both(w, window.prompts); });
+        redraw.take([&] {
+            window.view().redraw();
+            ShownWindow::settle();
+        });
+        state.SetIterationTime(seconds);
+    }
+    const double parts = response.seconds() + addition.seconds() + filters.seconds() + redraw.seconds();
+    state.counters["step_ms"] = step.seconds() * 1e3;
+    state.counters["response_ms"] = response.seconds() * 1e3;
+    state.counters["addition_ms"] = addition.seconds() * 1e3;
+    state.counters["filters_ms"] = filters.seconds() * 1e3;
+    state.counters["redraw_ms"] = redraw.seconds() * 1e3;
+    state.counters["step_to_parts"] = step.seconds() / parts;
+    state.counters["messages"] = static_cast<double>(window.prompts.count());
+}
+BENCHMARK(a_step_of_a_bar)->Iterations(60)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+/// Runs this program anew so that it shows the window and ends; returns the wall-clock seconds until it was
+/// shown and the memory it then has.
+bool start_once(const std::string& program, const std::string& argument, double& seconds, double& megabytes) {
+    const auto start = std::chrono::steady_clock::now();
+    FILE* child = ::popen(("'" + program + "' --shown '" + argument + "'").c_str(), "r");
+    if (!child) return false;
+    std::array<char, 128> line{};
+    const bool shown = std::fgets(line.data(), static_cast<int>(line.size()), child) != nullptr;
+    seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    megabytes = shown ? std::strtod(line.data(), nullptr) : 0;
+    return ::pclose(child) == 0 && shown;
+}
+
+void a_cold_start(benchmark::State& state, const char* example) {
+    const std::string program = std::filesystem::read_symlink("/proc/self/exe").string();
+    double best = 1e9, most = 0;
+    for (auto _ : state) {
+        double seconds = 0, megabytes = 0;
+        if (!start_once(program, example, seconds, megabytes)) {
+            state.SkipWithError("the window was not shown");
+            return;
+        }
+        state.SetIterationTime(seconds);
+        best = std::min(best, seconds);
+        most = std::max(most, megabytes);
+    }
+    state.counters["start_ms"] = best * 1e3;
+    state.counters["resident_mb"] = most;
+}
+BENCHMARK_CAPTURE(a_cold_start, empty, "")->Iterations(5)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(a_cold_start, with_an_example, ANOMALIS_EXAMPLES "/dyke_swarm.axm")
+    ->Iterations(5)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
+
+/// Tells its memory once the window, and the example in it, is painted.
+int show_window(QApplication& application, const char* example) {
+    apply_look(application);
+    QuietPrompts prompts;
+    Session session(prompts, Settings());
+    Form_anomalis form(session, {});
+    form.show();
+    if (example[0] != '\0') form.open_example(example);
+    ShownWindow::settle();
+    std::cout << resident_megabytes() << std::endl;
+    return 0;
+}
+
+}  // namespace
+}  // namespace anomalis
+
+int main(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication application(argc, argv);
+    if (argc == 3 && std::strcmp(argv[1], "--shown") == 0) return anomalis::show_window(application, argv[2]);
+    anomalis::apply_look(application);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}
