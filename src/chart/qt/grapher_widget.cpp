@@ -131,10 +131,20 @@ ChartDialogs& GrapherWidget::dialogs() {
     return dialogs_ ? *dialogs_ : *own_dialogs_;
 }
 
+/// The control's own border stands around the surface, so that it hides no line of the chart.
+int GrapherWidget::border() const {
+    return screen_->border_style() != 0 ? 1 : 0;
+}
+
+QPointF GrapherWidget::on_surface(QPointF position) const {
+    return position - QPointF(border(), border());
+}
+
 void GrapherWidget::fit_surface() {
     const double ratio = devicePixelRatioF();
-    if (screen_->logical_size() == size() && screen_->device_pixel_ratio() == ratio) return;
-    screen_->resize(size(), ratio);
+    const QSize inside = (size() - QSize(2 * border(), 2 * border())).expandedTo(QSize(0, 0));
+    if (screen_->logical_size() == inside && screen_->device_pixel_ratio() == ratio) return;
+    screen_->resize(inside, ratio);
     chart_.Resize();
 }
 
@@ -142,7 +152,7 @@ bool GrapherWidget::event(QEvent* event) {
     if (event->type() == QEvent::NativeGesture) {
         const auto* gesture = static_cast<QNativeGestureEvent*>(event);
         if (gesture->gestureType() == Qt::ZoomNativeGesture) {
-            const QPointF at = gesture->position();
+            const QPointF at = on_surface(gesture->position());
             chart_.HandlePinch(1.0 + gesture->value(), units(at.x()), units(at.y()));
             return true;
         }
@@ -164,7 +174,7 @@ void GrapherWidget::pinch(const QPinchGesture& gesture) {
     // Qt hands each step to its recogniser twice, by way of the window and of the widget.
     const std::pair step(gesture.scaleFactor(), gesture.centerPoint());
     if (std::exchange(last_pinch_, step) == step) return;
-    const QPointF middle = mapFromGlobal(gesture.centerPoint());
+    const QPointF middle = on_surface(mapFromGlobal(gesture.centerPoint()));
     const QPointF moved = gesture.centerPoint() - gesture.lastCenterPoint();
     chart_.HandlePinch(gesture.scaleFactor(), units(middle.x()), units(middle.y()));
     if (!moved.isNull()) chart_.PanBy(-units(moved.x()), units(moved.y()));
@@ -173,10 +183,12 @@ void GrapherWidget::pinch(const QPinchGesture& gesture) {
 void GrapherWidget::paintEvent(QPaintEvent*) {
     fit_surface();
     QPainter painter(this);
+    painter.translate(border(), border());
     painter.drawImage(QPointF(0, 0), screen_->picture());
     PainterDevice top(screen_->width(), screen_->height(), &painter);
     chart_.DrawTopLayer(top);
-    if (screen_->border_style() != 0) {
+    if (border() != 0) {
+        painter.resetTransform();
         painter.setRenderHint(QPainter::Antialiasing, false);
         painter.setPen(palette().color(QPalette::Mid));
         painter.drawRect(rect().adjusted(0, 0, -1, -1));
@@ -223,20 +235,21 @@ void GrapherWidget::deliver_wheel() {
 
 void GrapherWidget::mousePressEvent(QMouseEvent* event) {
     deliver();
-    const QPointF at = event->position();
+    const QPointF at = on_surface(event->position());
     chart_.HandleMouseDown(button_number(event->button()), shift_mask(event->modifiers()), units(at.x()),
                            units(at.y()));
 }
 
 void GrapherWidget::mouseMoveEvent(QMouseEvent* event) {
     deliver_wheel();
-    pending_move_ = {button_mask(event->buttons()), shift_mask(event->modifiers()), event->position()};
+    pending_move_ = {button_mask(event->buttons()), shift_mask(event->modifiers()),
+                     on_surface(event->position())};
     post_delivery();
 }
 
 void GrapherWidget::mouseReleaseEvent(QMouseEvent* event) {
     deliver();
-    const QPointF at = event->position();
+    const QPointF at = on_surface(event->position());
     chart_.HandleMouseUp(button_number(event->button()), shift_mask(event->modifiers()), units(at.x()),
                          units(at.y()));
 }
@@ -258,7 +271,7 @@ void GrapherWidget::wheelEvent(QWheelEvent* event) {
     if (!pending_wheel_) pending_wheel_ = {shift, {}, 0, 0.0};
     const QPoint angle = event->angleDelta();
     const QPoint pixels = event->pixelDelta();
-    pending_wheel_->position = event->position();
+    pending_wheel_->position = on_surface(event->position());
     pending_wheel_->turned += angle.y();
     // A turn to the right is negative.
     pending_wheel_->aside -= pixels.x() != 0 ? pixels.x() : angle.x() / 120.0 * pixels_a_wheel_step;
@@ -281,7 +294,7 @@ void GrapherWidget::keyReleaseEvent(QKeyEvent* event) {
 
 void GrapherWidget::open_menu(float x, float y) {
     if (menu_opening_) menu_opening_(x, y);
-    const QPointF at(x / units_per_screen_pixel, y / units_per_screen_pixel);
+    const QPointF at(x / units_per_screen_pixel + border(), y / units_per_screen_pixel + border());
     menu_->popup(mapToGlobal(at.toPoint()));
 }
 

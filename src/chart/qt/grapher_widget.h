@@ -70,6 +70,8 @@ class GrapherWidget : public QWidget {
         double aside;  ///< pixels to pan, to the right positive
     };
 
+    int border() const;
+    QPointF on_surface(QPointF position) const;
     void fit_surface();
     void post_delivery();
     /// Hands over what has been gathered, in the order in which it came.

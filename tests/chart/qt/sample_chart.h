@@ -24,6 +24,7 @@ inline void fill_sample_chart(AX_Grapher& chart, int points = 741) {
     chart.BackColor(white);
     chart.DisplayAxes(true);
     chart.DisplayBorder(true);
+    chart.BorderStyle(0);
     chart.ZoomEnabled(true);
     chart.ChartType(1);
     chart.XAxisLabellingPosition(0);

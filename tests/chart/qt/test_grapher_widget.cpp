@@ -169,6 +169,29 @@ TEST(GrapherWidget, a_resize_redraws_and_none_leaves_the_picture) {
     EXPECT_EQ(rig.widget.grab().toImage(), small);
 }
 
+TEST(GrapherWidget, its_own_border_hides_no_line_of_the_chart) {
+    WidgetRig rig;
+    rig.widget.chart().DisplayAxes(false);
+    rig.widget.chart().Title("");
+    rig.widget.chart().BorderStyle(1);
+    rig.widget.chart().DisplayChart();
+    QApplication::processEvents();
+    const QImage shown = rig.widget.grab().toImage();
+    EXPECT_EQ(shown.size(), QSize(900, 300));
+    const QRgb mid = rig.widget.palette().color(QPalette::Mid).rgb();
+    for (const QPoint corner : {QPoint(0, 0), QPoint(899, 0), QPoint(899, 299), QPoint(0, 299)})
+        EXPECT_EQ(shown.pixel(corner), mid);
+    for (const QPoint corner : {QPoint(1, 1), QPoint(898, 1), QPoint(898, 298), QPoint(1, 298)})
+        EXPECT_EQ(shown.pixel(corner), qRgb(0, 0, 0));
+    // The pointer is read where the picture stands.
+    rig.move({1, 1}, Qt::NoButton);
+    QApplication::processEvents();
+    EXPECT_NEAR(rig.events.world_x, 0.0, 1e-3);
+    rig.move({899, 1}, Qt::NoButton);
+    QApplication::processEvents();
+    EXPECT_NEAR(rig.events.world_x, 7400.0, 1e-3);
+}
+
 TEST(GrapherWidget, a_pane_without_room_does_no_harm) {
     WidgetRig rig;
     for (const QSize size : {QSize(900, 0), QSize(0, 300), QSize(1, 1), QSize(40, 12)}) {
