@@ -183,16 +183,14 @@ void GrapherWidget::pinch(const QPinchGesture& gesture) {
 void GrapherWidget::paintEvent(QPaintEvent*) {
     fit_surface();
     QPainter painter(this);
+    // Filled, not drawn: at a fractional scale a line would leave part of a pixel open beside it.
+    if (border() != 0) painter.fillRect(rect(), palette().color(QPalette::Mid));
+    const QRect inside = rect().adjusted(border(), border(), -border(), -border());
+    if (chart_.BackStyle() == 0) painter.fillRect(inside, palette().color(QPalette::Window));
     painter.translate(border(), border());
     painter.drawImage(QPointF(0, 0), screen_->picture());
     PainterDevice top(screen_->width(), screen_->height(), &painter);
     chart_.DrawTopLayer(top);
-    if (border() != 0) {
-        painter.resetTransform();
-        painter.setRenderHint(QPainter::Antialiasing, false);
-        painter.setPen(palette().color(QPalette::Mid));
-        painter.drawRect(rect().adjusted(0, 0, -1, -1));
-    }
 }
 
 void GrapherWidget::resizeEvent(QResizeEvent* event) {

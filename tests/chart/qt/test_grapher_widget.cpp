@@ -192,6 +192,16 @@ TEST(GrapherWidget, its_own_border_hides_no_line_of_the_chart) {
     EXPECT_NEAR(rig.events.world_x, 7400.0, 1e-3);
 }
 
+TEST(GrapherWidget, a_chart_without_a_ground_shows_the_windows) {
+    WidgetRig rig;
+    rig.widget.chart().BackStyle(0);
+    rig.widget.chart().DisplayChart();
+    QApplication::processEvents();
+    const QImage shown = rig.widget.grab().toImage();
+    EXPECT_EQ(shown.pixel(rig.pixel(6500, 500)), rig.widget.palette().color(QPalette::Window).rgb());
+    EXPECT_EQ(shown.pixel(rig.pixel(1250, -100)), qRgb(0x1F, 0x76, 0xB4));
+}
+
 TEST(GrapherWidget, a_pane_without_room_does_no_harm) {
     WidgetRig rig;
     for (const QSize size : {QSize(900, 0), QSize(0, 300), QSize(1, 1), QSize(40, 12)}) {
