@@ -122,6 +122,7 @@ void read_definitions(AxmLines& lines, const std::string& path, Workspace& works
     workspace.first_station = workspace.last_station = 0;
     workspace.first_distance = workspace.last_distance = 0;
     workspace.display.valid = false;
+    workspace.display.tie_pipe_depth_susc = false;  // a file that does not speak of it has no tie
     workspace.formulas = Formulas::classic;
     // Files from before these were kept were drawn without them.
     workspace.infinite_body_length = workspace.finite_body_left_clip = workspace.finite_body_right_clip = 0;

@@ -1,14 +1,24 @@
 #pragma once
 
+#include <functional>
+#include <optional>
+
+#include <QColor>
 #include <QWidget>
 
 #include "workbench/qt/form_guards.h"
 
+class QCheckBox;
+class QLabel;
+class QScrollBar;
+class QToolButton;
+
 namespace anomalis {
 
+class CommitBox;
 struct Workbench;
 
-/// Which body is edited, its name and its marks: `Frame_body`.
+/// Which body is edited, its name, colour and marks: `Frame_body`.
 class BodyPanel : public QWidget {
     Q_OBJECT
 
@@ -17,10 +27,34 @@ class BodyPanel : public QWidget {
 
     void fill();
 
+    /// Asks for a colour, starting with the given one; no value after a cancel. A dialog unless a test sets
+    /// another way.
+    using ChooseColour = std::function<std::optional<QColor>(const QColor&)>;
+    void set_choose_colour(ChooseColour choose) { choose_colour_ = std::move(choose); }
+
   signals:
     void edited();
-    /// Another body became the current one.
-    void selected();
+    void body_wanted(int number);
+
+  private:
+    QWidget* make_selector();
+    QWidget* make_name();
+    QWidget* make_marks();
+    void wire();
+    void mark_clicked(bool (*change)(Workbench&, bool), bool on);
+    void colour_clicked();
+    void show_colour();
+
+    Workbench& workbench_;
+    FormGuards& guards_;
+    ChooseColour choose_colour_;
+    QLabel* heading_;
+    QScrollBar* selector_;
+    CommitBox* name_;
+    QToolButton* colour_;
+    QCheckBox* fix_;
+    QCheckBox* off_;
+    QCheckBox* demagnetisation_;
 };
 
 }  // namespace anomalis

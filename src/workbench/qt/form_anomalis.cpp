@@ -171,13 +171,13 @@ void Form_anomalis::restore_size(const StartSettings& settings) {
 
 void Form_anomalis::open_with_dialog(ReadMode mode) {
     if (guards_.closed()) return;
-    commit_boxes(*definitions_page_);
+    commit_entries();
     show_opened(open_model(workbench_, mode), mode);
 }
 
 void Form_anomalis::open_file(const std::string& path) {
     if (guards_.closed()) return;
-    commit_boxes(*definitions_page_);
+    commit_entries();
     if (is_workspace_file(path)) {
         show_opened(open_model_file(workbench_, ReadMode::everything, path), ReadMode::everything);
     } else {
@@ -217,7 +217,7 @@ void Form_anomalis::show_opened(OpenOutcome outcome, ReadMode mode) {
 
 void Form_anomalis::choose_data() {
     if (guards_.closed()) return;
-    commit_boxes(*definitions_page_);
+    commit_entries();
     if (!choose_data_file(workbench_)) return;
     definitions_page_->definitions().blank_results();
     definitions_page_->fill();
@@ -234,7 +234,7 @@ void Form_anomalis::take_data_file(const std::string& path) {
 
 void Form_anomalis::load_locations() {
     if (guards_.closed()) return;
-    commit_boxes(*definitions_page_);
+    commit_entries();
     const MessageScope messages(session_.prompts);  // shown when the pointer is an arrow again
     const WaitCursor wait;
     status_->show_progress(0);
@@ -253,7 +253,13 @@ void Form_anomalis::load_locations() {
                                      : QString());
 }
 
+void Form_anomalis::commit_entries() {
+    commit_boxes(*definitions_page_);
+    side_->commit();
+}
+
 void Form_anomalis::tab_changed(int index) {
+    side_->commit();
     if (index == tab_model) {
         views_->enter_model_page();
     } else {
@@ -315,7 +321,7 @@ void Form_anomalis::show_caption() {
 }
 
 void Form_anomalis::closeEvent(QCloseEvent* event) {
-    commit_boxes(*definitions_page_);
+    commit_entries();
     const auto [intensity, inclination, declination] = definitions_page_->field().texts();
     session_.save_at_exit({intensity, inclination, declination, tabs_->width() * twips_a_pixel,
                            height() * twips_a_pixel, menus_->display_axes()});

@@ -47,6 +47,8 @@ class Form_anomalis : public QMainWindow {
     FormMenus& menus() { return *menus_; }
     StatusPanels& status() { return *status_; }
     DefinitionsPage& definitions_page() { return *definitions_page_; }
+    /// Takes over what is being typed anywhere: before a command that reads or writes the workspace.
+    void commit_entries();
     void show_model_tab();
     void show_definitions_tab();
     /// Menus and model page follow whether a line is loaded.

@@ -1,6 +1,14 @@
 #pragma once
 
+#include <functional>
+
 #include <QObject>
+
+#include "workbench/add_bodies.h"
+#include "workbench/body_flags.h"
+
+class QAction;
+class QMenu;
 
 namespace anomalis {
 
@@ -13,8 +21,28 @@ class FormBodies : public QObject {
   public:
     explicit FormBodies(Form_anomalis& form);
 
+    /// A new body with its top at a point of the section.
+    void add_body_here(double distance, double elevation);
+
   private:
+    /// A command returns true when it changed the model.
+    using Command = std::function<bool()>;
+
+    void wire_side();
+    void fill_bodies_menu();
+    void fill_model_menu();
+    void add_flag_menu(const char* name, const QString& text, BodyFlag flag,
+                       const std::array<const char*, 3>& tips);
+    QAction* add_entry(QMenu& menu, const QString& name, const QString& text, const QString& tip,
+                       Command command);
+    void run(const Command& command);
+    bool add_body(AddMode mode);
+    bool end_add(bool added);
+    bool end_delete(bool deleted);
+    void show_tie();
+
     Form_anomalis& form_;
+    QAction* tie_ = nullptr;
 };
 
 }  // namespace anomalis

@@ -1,13 +1,18 @@
 #include "workbench/qt/model_side.h"
 
 #include <QPushButton>
+#include <QScrollArea>
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
+#include "workbench/body_form.h"
+#include "workbench/qt/body_grid_view.h"
 #include "workbench/qt/body_panel.h"
+#include "workbench/qt/entry_box.h"
 #include "workbench/qt/invert_panel.h"
 #include "workbench/qt/move_panel.h"
 #include "workbench/qt/panel.h"
+#include "workbench/qt/pipe_panel.h"
 #include "workbench/workbench.h"
 
 namespace anomalis {
@@ -22,37 +27,80 @@ ModelSide::ModelSide(Workbench& workbench, FormGuards& guards)
     : workbench_(workbench),
       guards_(guards),
       body_(new BodyPanel(workbench, guards)),
+      grid_(new BodyGridView(workbench, guards)),
+      pipe_(new PipePanel(workbench, guards)),
+      wire_(make_wire_frame()),
       move_(new MovePanel(workbench, guards)),
       invert_(new InvertPanel(workbench, guards)),
       toggle_(make_button({"Command_toggle_invert_body", "Perform Inversion", "",
                            "Change between the bars that move the body and the controls of the inversion"})),
       views_(new QStackedWidget) {
     setFixedWidth(column_width);
+    // A low window scrolls the column rather than squeeze it.
+    auto* scroller = new QScrollArea;
+    scroller->setFrameShape(QFrame::NoFrame);
+    scroller->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroller->setWidgetResizable(true);
+    scroller->setFocusPolicy(Qt::NoFocus);
+    scroller->setWidget(make_column());
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(scroller);
+    wire();
+}
+
+QWidget* ModelSide::make_column() {
     views_->addWidget(move_);
     views_->addWidget(invert_);
-    auto* column = new QVBoxLayout(this);
+    auto* holder = new QWidget;
+    auto* column = new QVBoxLayout(holder);
     column->setContentsMargins(4, 6, 8, 6);
     column->setSpacing(6);
-    column->addWidget(body_);
-    column->addWidget(toggle_);
-    column->addWidget(views_);
+    for (QWidget* part : std::initializer_list<QWidget*>{body_, grid_, pipe_, wire_, toggle_, views_})
+        column->addWidget(part);
     column->addStretch(1);
+    return holder;
+}
+
+void ModelSide::wire() {
     connect(body_, &BodyPanel::edited, this, &ModelSide::edited);
-    connect(body_, &BodyPanel::selected, this, &ModelSide::body_selected);
+    connect(body_, &BodyPanel::body_wanted, this, [this](int number) {
+        commit();
+        emit body_wanted(number);
+    });
+    connect(grid_, &BodyGridView::edited, this, &ModelSide::edited);
+    connect(grid_, &BodyGridView::text_refused, this, &ModelSide::text_refused);
+    connect(pipe_, &PipePanel::edited, this, &ModelSide::edited);
+    connect(pipe_, &PipePanel::text_refused, this, &ModelSide::text_refused);
     connect(move_, &MovePanel::edited, this, &ModelSide::edited);
     connect(toggle_, &QPushButton::clicked, this, &ModelSide::toggle_invert_view);
 }
 
 void ModelSide::display_body_parameters() {
-    const SuspendEvents suspend(guards_);
-    body_->fill();
-    move_->fill();
+    const bool rewritten = settle_current_body(workbench_);
+    {
+        const SuspendEvents suspend(guards_);
+        const ModelBody* body = current_body(workbench_);
+        body_->fill();
+        grid_->fill();
+        pipe_->fill();
+        pipe_->setVisible(body && body->type == pipe);
+        wire_->setVisible(body && body->type == BodyType::wire);
+        move_->fill();
+    }
+    if (rewritten) emit edited();
 }
 
 void ModelSide::reset_form_display() {
     workbench_.view.current_body = 1;
     show_invert_view(false);
     display_body_parameters();
+}
+
+void ModelSide::commit() {
+    if (guards_.closed()) return;
+    grid_->commit_editor();
+    commit_boxes(*this);
 }
 
 bool ModelSide::invert_view() const {
@@ -67,6 +115,7 @@ void ModelSide::show_invert_view(bool invert) {
 void ModelSide::toggle_invert_view() {
     const Workspace& workspace = workbench_.session.workspace;
     if (guards_.closed() || !line_loaded(workspace) || workspace.body_count < 1) return;
+    commit();
     show_invert_view(!invert_view());
     emit invert_view_toggled(invert_view());
 }

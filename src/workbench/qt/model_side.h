@@ -9,9 +9,11 @@ class QStackedWidget;
 
 namespace anomalis {
 
+class BodyGridView;
 class BodyPanel;
 class InvertPanel;
 class MovePanel;
+class PipePanel;
 struct Workbench;
 
 /// The right column of the model page: the current body, its parameters, and below them the bars that move it
@@ -22,6 +24,7 @@ class ModelSide : public QWidget {
   public:
     ModelSide(Workbench& workbench, FormGuards& guards);
 
+    BodyPanel& body() { return *body_; }
     InvertPanel& invert() { return *invert_; }
 
     /// Shows the current body everywhere in the column; without one the controls are empty and disabled.
@@ -29,6 +32,8 @@ class ModelSide : public QWidget {
     /// Body 1 becomes the current one, the bars are shown. After a read, after the first body was added,
     /// after the last one was deleted.
     void reset_form_display();
+    /// Takes over what is being typed: before a command, and before another page is shown.
+    void commit();
 
     /// Shows the inversion, or the bars; nothing is told.
     void show_invert_view(bool invert);
@@ -37,17 +42,23 @@ class ModelSide : public QWidget {
   signals:
     /// The model was changed.
     void edited();
-    /// Another body became the current one.
-    void body_selected();
+    /// The person chose another body, which is not yet the current one.
+    void body_wanted(int number);
+    void text_refused(const QString& caption, const QString& text);
     /// `Command_toggle_invert_body` was pressed and the other view is shown.
     void invert_view_toggled(bool invert);
 
   private:
+    QWidget* make_column();
+    void wire();
     void toggle_invert_view();
 
     Workbench& workbench_;
     FormGuards& guards_;
     BodyPanel* body_;
+    BodyGridView* grid_;
+    PipePanel* pipe_;
+    QWidget* wire_;
     MovePanel* move_;
     InvertPanel* invert_;
     QPushButton* toggle_;

@@ -145,6 +145,7 @@ void FormLoadTest::pasted_rubbish_is_refused_everywhere() {
     const Workspace before = sample.session.workspace;
     for (auto* box : sample.form->findChildren<QLineEdit*>()) {
         if (box->isReadOnly() || box->objectName().contains("spacing")) continue;
+        if (box->objectName() == "Text_body_name") continue;  // any text names a body
         for (const QString& rubbish :
              {QString("1e999"), QString("12\n34"), QString(10000, 'x'), QString("nan")}) {
             const QString shown = box->text();

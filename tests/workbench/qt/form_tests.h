@@ -7,6 +7,8 @@ namespace anomalis {
 QObject* make_form_start_test();
 QObject* make_form_load_test();
 QObject* make_form_charts_test();
+QObject* make_form_grid_test();
+QObject* make_form_bodies_test();
 QObject* make_form_layout_test();
 QObject* make_form_names_test();
 QObject* make_form_views_test();
