@@ -39,4 +39,21 @@ std::vector<ExampleFile> find_examples(const std::string& exe_folder) {
     return {};
 }
 
+std::vector<std::string> supporting_files(const std::string& exe_folder) {
+    std::vector<std::string> files;
+    std::error_code failure;
+    const auto examples = find_examples(exe_folder);
+    if (!examples.empty())
+        for (const auto& entry : fs::directory_iterator(fs::path(examples[0].path).parent_path(), failure))
+            if (entry.is_regular_file(failure)) files.push_back(entry.path().string());
+    std::sort(files.begin(), files.end());
+    for (const char* place : {"../share/doc/anomalis/guide.md", "../docs/guide.md", "../../docs/guide.md"}) {
+        const fs::path guide = (fs::path(exe_folder) / place).lexically_normal();
+        if (exe_folder.empty() || !fs::exists(guide, failure)) continue;
+        files.push_back(guide.string());
+        break;
+    }
+    return files;
+}
+
 }  // namespace anomalis

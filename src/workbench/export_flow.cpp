@@ -5,6 +5,7 @@
 #include "core/paths.h"
 #include "core/save_question.h"
 #include "inversion/evaluate.h"
+#include "output/clean_tables.h"
 #include "output/tables.h"
 #include "workbench/workbench.h"
 
@@ -45,6 +46,33 @@ ExportOutcome export_profile_data(Workbench& workbench) {
     return export_file(workbench, request, [&](const std::string& path) {
         return write_profile_table(path, session.workspace, session.prompts);
     });
+}
+
+ExportOutcome export_clean_profile(Workbench& workbench) {
+    Session& session = workbench.session;
+    if (session.workspace.station_count <= 0) return ExportOutcome::nothing;
+    const FileRequest request{"Select the clean profile table to create",
+                              "Tables (*.csv)|*.csv|All files (*.*)|*.*",
+                              proposed_name(session.workspace, "_profile_clean.csv"), "csv"};
+    return export_file(workbench, request, [&](const std::string& path) {
+        return write_clean_profile_table(path, session.workspace, session.prompts);
+    });
+}
+
+ExportOutcome export_clean_model(Workbench& workbench) {
+    Session& session = workbench.session;
+    if (session.workspace.body_count <= 0) return ExportOutcome::nothing;
+    const FileRequest request{"Select the clean table of bodies to create",
+                              "Tables (*.csv)|*.csv|All files (*.*)|*.*",
+                              proposed_name(session.workspace, "_model_clean.csv"), "csv"};
+    return export_file(workbench, request, [&](const std::string& path) {
+        return write_clean_model_table(path, session.workspace, session.prompts);
+    });
+}
+
+std::string screenshot_path(const Workspace& workspace, ScreenshotKind kind, bool plan) {
+    if (plan) return proposed_name(workspace, "_plan.bmp");
+    return proposed_name(workspace, kind == ScreenshotKind::form ? "_model_form.bmp" : "_model_graph.bmp");
 }
 
 }  // namespace anomalis

@@ -24,6 +24,20 @@ TEST(Examples, they_are_found_where_the_program_is_installed_and_where_it_is_bui
     EXPECT_EQ(find_examples(source.path("build/debug/")).size(), 1U);
 }
 
+TEST(Examples, supporting_files_are_all_that_came_with_them) {
+    const TempFolder folder;
+    folder.write("share/anomalis/examples/two.axm", "");
+    folder.write("share/anomalis/examples/two.dat", "");
+    folder.write("share/doc/anomalis/guide.md", "");
+    folder.write("bin/anomalis", "");
+    const auto files = supporting_files(folder.path("bin/"));
+    ASSERT_EQ(files.size(), 3U);
+    EXPECT_EQ(files[0], folder.path("share/anomalis/examples/two.axm"));
+    EXPECT_EQ(files[1], folder.path("share/anomalis/examples/two.dat"));
+    EXPECT_EQ(files[2], folder.path("share/doc/anomalis/guide.md"));
+    EXPECT_TRUE(supporting_files("").empty());
+}
+
 TEST(Examples, without_a_folder_there_are_none) {
     const TempFolder folder;
     EXPECT_TRUE(find_examples(folder.path("bin/")).empty());

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "core/paths.h"
+#include "output/clean_tables.h"
 #include "output/tables.h"
 #include "workbench/line_sample.h"
 
@@ -55,6 +56,33 @@ TEST(ExportFlow, a_failure_is_told_and_is_not_complete) {
     EXPECT_EQ(export_profile_data(sample.workbench), ExportOutcome::failed);
     EXPECT_EQ(sample.prompts.messages.size(), 1U);
     EXPECT_TRUE(sample.prompts.told("An error occurred while writing the file: "));
+}
+
+TEST(ExportFlow, clean_tables_are_calculated_and_written_under_names_of_their_own) {
+    LineSample sample;
+    EXPECT_EQ(export_clean_profile(sample.workbench), ExportOutcome::nothing);
+    EXPECT_EQ(export_clean_model(sample.workbench), ExportOutcome::nothing);
+    sample.add_body(1260, 60);
+    sample.load();
+    sample.workspace().model_file = sample.folder.path("line.axm");
+    sample.prompts.save_paths = {sample.folder.path("p.csv"), sample.folder.path("m.csv")};
+    EXPECT_EQ(export_clean_profile(sample.workbench), ExportOutcome::written);
+    EXPECT_EQ(export_clean_model(sample.workbench), ExportOutcome::written);
+    EXPECT_EQ(sample.folder.read("p.csv"), clean_profile_table_text(sample.workspace()));
+    EXPECT_EQ(sample.folder.read("m.csv"), clean_model_table_text(sample.workspace()));
+    EXPECT_EQ(sample.prompts.save_requests[0].default_name, sample.folder.path("line_profile_clean.csv"));
+    EXPECT_EQ(sample.prompts.save_requests[1].default_name, sample.folder.path("line_model_clean.csv"));
+}
+
+TEST(ExportFlow, a_picture_goes_beside_the_model) {
+    Workspace workspace;
+    EXPECT_EQ(screenshot_path(workspace, ScreenshotKind::form, false), "");
+    EXPECT_EQ(screenshot_path(workspace, ScreenshotKind::charts, true), "");
+    workspace.model_file = "/survey/line 1.axm";
+    EXPECT_EQ(screenshot_path(workspace, ScreenshotKind::form, false), "/survey/line 1_model_form.bmp");
+    EXPECT_EQ(screenshot_path(workspace, ScreenshotKind::charts, false), "/survey/line 1_model_graph.bmp");
+    EXPECT_EQ(screenshot_path(workspace, ScreenshotKind::charts, true), "/survey/line 1_plan.bmp");
+    EXPECT_EQ(screenshot_path(workspace, ScreenshotKind::form, true), "/survey/line 1_plan.bmp");
 }
 
 }  // namespace

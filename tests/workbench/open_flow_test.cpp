@@ -68,10 +68,13 @@ TEST(OpenFlow, bodies_alone_keep_the_name_of_the_model) {
 
 TEST(OpenFlow, a_full_read_is_no_unsaved_change_and_bodies_alone_are_one) {
     Flow flow;
+    flow.add_body(900, 30);
+    const std::string other = flow.folder.path("other.axm");
+    write_model_parameters(0, other, flow.workspace(), flow.prompts);
     flow.workbench.unsaved = true;
     open_model_file(flow.workbench, ReadMode::everything, flow.model_path);
     EXPECT_FALSE(flow.workbench.unsaved);
-    open_model_file(flow.workbench, ReadMode::bodies_alone, flow.model_path);
+    open_model_file(flow.workbench, ReadMode::bodies_alone, other);
     EXPECT_TRUE(flow.workbench.unsaved);
 }
 

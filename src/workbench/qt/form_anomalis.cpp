@@ -16,6 +16,7 @@
 #include "workbench/qt/definitions_panel.h"
 #include "workbench/qt/entry_box.h"
 #include "workbench/qt/form_bodies.h"
+#include "workbench/qt/form_files.h"
 #include "workbench/qt/form_history.h"
 #include "workbench/qt/form_menus.h"
 #include "workbench/qt/form_views.h"
@@ -72,6 +73,7 @@ Form_anomalis::Form_anomalis(Session& session, const std::vector<ExampleFile>& e
       views_(new FormViews(*this)),
       history_(new FormHistory(*this)) {
     lay_out();
+    files_ = new FormFiles(*this);
     wire_pages();
     wire_menus();
     start();
@@ -154,6 +156,7 @@ void Form_anomalis::start() {
     definitions_page_->fill(true);
     session_.model_changed = false;
     start_history(workbench_);
+    files_->read_recent_files();
     show_caption();
     side_->reset_form_display();
     update_line_state();
@@ -204,7 +207,6 @@ void Form_anomalis::show_opened(OpenOutcome outcome, ReadMode mode) {
             charts_->view().charts().set_display_axes(display.show_axes != 0);
         }
         definitions_page_->fill();
-        if (outcome == OpenOutcome::opened) show_caption();
     }
     side_->reset_form_display();
     tabs_->setCurrentIndex(tab_definitions);
@@ -318,6 +320,7 @@ void Form_anomalis::model_edited() {
 void Form_anomalis::show_caption() {
     const std::string mark = workbench_.unsaved ? " *" : "";
     setWindowTitle(QString::fromStdString(window_caption(session_.workspace) + mark));
+    files_->update();
 }
 
 void Form_anomalis::closeEvent(QCloseEvent* event) {

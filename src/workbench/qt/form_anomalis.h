@@ -17,6 +17,7 @@ namespace anomalis {
 class ChartsPanel;
 class DefinitionsPage;
 class FormBodies;
+class FormFiles;
 class FormHistory;
 class FormMenus;
 class FormViews;
@@ -57,6 +58,10 @@ class Form_anomalis : public QMainWindow {
     void commit_edits();
     /// A step back or forward was taken: boxes, line, bodies, charts and caption follow.
     void history_moved(const HistoryStep& step);
+    /// Shows what a read of a workspace file left.
+    void show_opened(OpenOutcome outcome, ReadMode mode);
+    /// Caption, Save button and recent files follow the model.
+    void show_caption();
 
   public slots:
     /// The model was edited, by whomever: body controls, charts and caption follow.
@@ -75,13 +80,11 @@ class Form_anomalis : public QMainWindow {
     void restore_size(const StartSettings& settings);
 
     void open_with_dialog(ReadMode mode);
-    void show_opened(OpenOutcome outcome, ReadMode mode);
     void choose_data();
     void take_data_file(const std::string& path);
     void tab_changed(int index);
     void line_dropped();
     void setting_changed();
-    void show_caption();
 
     Session& session_;
     Workbench workbench_;
@@ -99,6 +102,7 @@ class Form_anomalis : public QMainWindow {
     FormBodies* bodies_;
     FormViews* views_;
     FormHistory* history_;
+    FormFiles* files_ = nullptr;
 };
 
 }  // namespace anomalis

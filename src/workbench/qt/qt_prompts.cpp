@@ -1,6 +1,6 @@
 #include "workbench/qt/qt_prompts.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QFileDialog>
 #include <QInputDialog>
 #include <QMessageBox>
@@ -22,6 +22,11 @@ std::optional<std::string> chosen(const QString& path) {
 
 }  // namespace
 
+QWidget* QtPrompts::parent() const {
+    QWidget* dialog = QApplication::activeModalWidget();
+    return dialog ? dialog : window_;
+}
+
 void QtPrompts::yield() {
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
 }
@@ -41,14 +46,14 @@ QString QtPrompts::dialog_filter(const std::string& filter) {
 }
 
 void QtPrompts::show_message(const std::string& text) {
-    QMessageBox box(QMessageBox::Information, dialog_title, qt_text(text), QMessageBox::Ok, window_);
+    QMessageBox box(QMessageBox::Information, dialog_title, qt_text(text), QMessageBox::Ok, parent());
     box.setTextFormat(Qt::PlainText);
     box.exec();
 }
 
 bool QtPrompts::show_question(const std::string& text) {
     QMessageBox box(QMessageBox::Question, dialog_title, qt_text(text), QMessageBox::Yes | QMessageBox::No,
-                    window_);
+                    parent());
     box.setTextFormat(Qt::PlainText);
     return box.exec() == QMessageBox::Yes;
 }
@@ -56,20 +61,20 @@ bool QtPrompts::show_question(const std::string& text) {
 std::optional<std::string> QtPrompts::show_input_box(const std::string& title, const std::string& prompt,
                                                      const std::string& default_text) {
     bool accepted = false;
-    const QString text = QInputDialog::getText(window_, qt_text(title), qt_text(prompt), QLineEdit::Normal,
+    const QString text = QInputDialog::getText(parent(), qt_text(title), qt_text(prompt), QLineEdit::Normal,
                                                qt_text(default_text), &accepted);
     if (!accepted) return {};
     return text.toStdString();
 }
 
 std::optional<std::string> QtPrompts::show_open_dialog(const FileRequest& request) {
-    return chosen(QFileDialog::getOpenFileName(window_, qt_text(request.title), qt_text(request.default_name),
-                                               dialog_filter(request.filter)));
+    return chosen(QFileDialog::getOpenFileName(parent(), qt_text(request.title),
+                                               qt_text(request.default_name), dialog_filter(request.filter)));
 }
 
 std::optional<std::string> QtPrompts::show_save_dialog(const FileRequest& request) {
     // Some flows ask about overwriting themselves, in their own words.
-    QFileDialog dialog(window_, qt_text(request.title), qt_text(request.default_name),
+    QFileDialog dialog(parent(), qt_text(request.title), qt_text(request.default_name),
                        dialog_filter(request.filter));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile);

@@ -29,6 +29,9 @@ class QtPrompts : public Prompts {
     std::optional<std::string> show_save_dialog(const FileRequest& request) override;
 
   private:
+    /// What a dialog stands over: an open form of the window comes first.
+    QWidget* parent() const;
+
     QWidget* window_ = nullptr;
 };
 
