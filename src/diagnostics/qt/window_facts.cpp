@@ -4,18 +4,17 @@
 #include <QFont>
 #include <QLibraryInfo>
 #include <QScreen>
-#include <QStyle>
 #include <QSysInfo>
 
 namespace anomalis {
 
 std::vector<std::string> window_library_lines() {
-    QStringList lines{QStringLiteral("Qt: %1, built with %2").arg(qVersion(), QT_VERSION_STR),
-                      QStringLiteral("Qt plugins: %1").arg(QLibraryInfo::path(QLibraryInfo::PluginsPath)),
-                      QStringLiteral("Window system: %1, style %2, font %3")
-                          .arg(QGuiApplication::platformName(), QApplication::style()->name(),
-                               QApplication::font().toString().section(',', 0, 1)),
-                      QStringLiteral("Operating system: %1").arg(QSysInfo::prettyProductName())};
+    QStringList lines{
+        QStringLiteral("Qt: %1, built with %2").arg(qVersion(), QT_VERSION_STR),
+        QStringLiteral("Qt plugins: %1").arg(QLibraryInfo::path(QLibraryInfo::PluginsPath)),
+        QStringLiteral("Window system: %1, font %2")
+            .arg(QGuiApplication::platformName(), QApplication::font().toString().section(',', 0, 1)),
+        QStringLiteral("Operating system: %1").arg(QSysInfo::prettyProductName())};
     for (const QScreen* screen : QGuiApplication::screens())
         lines << QStringLiteral("Screen: %1 x %2 at %3 %")
                      .arg(screen->size().width())

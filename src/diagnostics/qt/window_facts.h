@@ -5,7 +5,7 @@
 
 namespace anomalis {
 
-/// The window system: the library at work and the one it was built with, its platform, style, font, screens.
+/// The window system: the library at work and the one it was built with, its platform, font, screens.
 std::vector<std::string> window_library_lines();
 
 }  // namespace anomalis

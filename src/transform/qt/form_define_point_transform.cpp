@@ -63,6 +63,7 @@ constexpr std::array<BoxText, transform_box_count> box_texts{{
 
 constexpr int columns_a_box = 3;
 constexpr int note_row = 5;
+constexpr int unit_width = 30;  // pixels, with the gap to the next box
 
 QString note_of(int tab) {
     return tab == 0 ? QObject::tr(
@@ -107,6 +108,7 @@ QWidget* Form_define_point_transform::make_page(int tab) {
         add_box(*grid, text.row, text.column, box);
     }
     for (const int box_column : {1, 1 + columns_a_box}) grid->setColumnStretch(box_column, 1);
+    grid->setColumnMinimumWidth(columns_a_box - 1, unit_width);
     auto* note = new QLabel(note_of(tab));
     note->setWordWrap(true);
     grid->addWidget(note, note_row, 0, 1, 2 * columns_a_box);

@@ -110,7 +110,7 @@ void FormFiles::add_recent_entries() {
     recent_separator_->setObjectName("sep_file_list");
     for (int i = 0; i < most_recent_files; ++i) {
         const std::string name = "menu_file_list_" + std::to_string(i);
-        QAction* entry = add_entry(before, name.c_str(), QString(), QString());
+        QAction* entry = add_entry(before, name.c_str(), QString(), tr("Open this workspace file"));
         connect(entry, &QAction::triggered, this, [this, i] { open_recent(i); });
         recent_.at(static_cast<std::size_t>(i)) = entry;
     }
@@ -127,7 +127,7 @@ void FormFiles::add_buttons() {
     QPushButton* charts = add_button("Command_Save_Screenshot_0", tr("Screenshot"),
                                      tr("Picture of the charts, or of the plan, to the clipboard and as a "
                                         "bitmap beside the workspace file"));
-    QPushButton* whole = add_button("Command_Save_Screenshot_1", tr("Form"),
+    QPushButton* whole = add_button("Command_Save_Screenshot_1", tr("Whole form"),
                                     tr("Picture of the whole window with the misfit, to the clipboard and as "
                                        "a bitmap beside the workspace file"));
     save_button_ = add_button("Command_save_axm_model", tr("Save"),
@@ -142,7 +142,8 @@ void FormFiles::add_transform_button() {
     QPushButton* button = make_button({"Command_define_observed_transform", "Define transform...", "",
                                        "Turn, stretch and shift the coordinates of the data file, and change "
                                        "their elevations, before anything else is done with them"});
-    form_.definitions_page().definitions().grid()->addWidget(button, transform_row, transform_column);
+    form_.definitions_page().definitions().grid()->addWidget(button, transform_row, transform_column,
+                                                             Qt::AlignLeft);
     connect(button, &QPushButton::clicked, this, &FormFiles::define_transform);
 }
 
@@ -162,7 +163,6 @@ void FormFiles::update() {
         if (!used) continue;
         const std::string& path = workbench.recent_files[i];
         recent_[i]->setText(qt_text(recent_file_caption(static_cast<int>(i) + 1, path)));
-        recent_[i]->setToolTip(tr("Open this workspace file"));
     }
 }
 

@@ -55,11 +55,17 @@ class ArrangedWidgets {
     std::vector<Kept> kept_;
 };
 
-/// The part of the form that the right column's bars or inversion controls take.
-QRect room_of_note(const QWidget& form) {
+/// Where the right column's bars or inversion controls begin, and how wide their column is.
+struct NotePlace {
+    QPoint top_left;
+    int width = 0;
+};
+
+NotePlace place_of_note(const QWidget& form) {
     for (const char* name : {"Frame_move_body", "Frame_invert"}) {
         const auto* frame = form.findChild<QWidget*>(name);
-        if (frame && frame->isVisible()) return {frame->mapTo(&form, QPoint(0, note_gap)), frame->size()};
+        if (frame && frame->isVisible())
+            return {frame->mapTo(&form, QPoint(0, note_gap)), frame->parentWidget()->width()};
     }
     return {};
 }
@@ -78,10 +84,10 @@ void fill_note(QFrame& note, const Workbench& workbench) {
 
 void arrange_form(QWidget& form, const Workbench& workbench, ArrangedWidgets& arranged) {
     auto* note = form.findChild<QFrame*>("Frame_model_misfit");
-    const QRect room = room_of_note(form);
-    if (note && room.isValid()) {
+    const NotePlace place = place_of_note(form);
+    if (note && place.width > 0) {
         fill_note(*note, workbench);
-        note->setGeometry(QRect(room.topLeft(), QSize(room.width(), note->sizeHint().height())));
+        note->setGeometry(QRect(place.top_left, QSize(place.width, note->sizeHint().height())));
         note->raise();
         arranged.set_visible(note, true);
     }

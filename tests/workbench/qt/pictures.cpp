@@ -1,9 +1,15 @@
+#include <functional>
+
+#include <QApplication>
+#include <QDialog>
 #include <QFileInfo>
 #include <QPushButton>
 #include <QTabWidget>
+#include <QTimer>
 
 #include "workbench/qt/form_sample.h"
 #include "workbench/qt/form_tests.h"
+#include "workbench/qt/screenshot.h"
 
 namespace anomalis {
 
@@ -16,9 +22,30 @@ void keep(FormSample& sample, const QString& folder, const QString& name) {
     sample.form->grab().save(folder + "/" + name + ".png");
 }
 
+/// The modal form that `open` shows, at its own size, on one of its tabs.
+void keep_form(const QString& path, int tab, const std::function<void()>& open) {
+    QTimer::singleShot(settle, qApp, [&] {
+        auto* form = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+        if (!form) return;
+        if (auto* tabs = form->findChild<QTabWidget*>()) tabs->setCurrentIndex(tab);
+        form->grab().save(path);
+        form->reject();
+    });
+    open();
+}
+
+void keep_forms(const QString& folder) {
+    FormSample sample;
+    for (const int tab : {0, 1})
+        keep_form(folder + "/transform_" + QString::number(tab) + ".png", tab,
+                  [&] { sample.find<QPushButton>("Command_define_observed_transform").click(); });
+    keep_form(folder + "/find_file.png", 0, [&] { sample.find<QAction>("menu_find_file").trigger(); });
+}
+
 }  // namespace
 
 void keep_pictures(const QString& folder, const QString& workspaces) {
+    keep_forms(folder);
     const QStringList paths = workspaces.split(':', Qt::SkipEmptyParts);
     std::vector<ExampleFile> examples;
     for (const QString& path : paths)
@@ -36,6 +63,8 @@ void keep_pictures(const QString& folder, const QString& workspaces) {
             sample.form->resize(size);
             sample.form->open_example(path.toStdString());
             keep(sample, folder, name + "_model" + suffix);
+            take_screenshot(*sample.form, sample.form->workbench(), ScreenshotKind::form)
+                .save(folder + "/" + name + "_screenshot" + suffix + ".png");
             sample.find<QPushButton>("Command_show_plan").click();
             keep(sample, folder, name + "_plan" + suffix);
             sample.choose_tab(0);
