@@ -8,7 +8,7 @@
 #include "core/numbers.h"
 #include "forward/reference_point.h"
 #include "intake/profile.h"
-#include "workbench/body_list.h"
+#include "workbench/change.h"
 #include "workbench/workbench.h"
 
 namespace anomalis {
@@ -129,7 +129,7 @@ bool MAGINV_add_body(Workbench& workbench, AddMode mode, double distance, double
         added = mode == AddMode::add ? append_new(workbench, distance, east, north, top)
                                      : insert_copy(workbench, mode, current);
     });
-    if (added) note_body_list(workbench, step_name(mode));
+    if (added) note_change(workbench, {step_name(mode), "", true});
     return added;
 }
 

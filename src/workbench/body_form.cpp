@@ -5,9 +5,9 @@
 #include <limits>
 
 #include "core/failure.h"
+#include "core/formulas.h"
 #include "core/numbers.h"
 #include "core/text.h"
-#include "inversion/parameters.h"
 #include "workbench/change.h"
 #include "workbench/workbench.h"
 
@@ -91,7 +91,6 @@ bool settle_current_body(Workbench& workbench) {
     if (!body_type_name(body->type).empty()) return false;
     body->type = thin_sheet;
     invalidate_body(*body);
-    forget_run(workbench.session.inversion);
     note_change(workbench, {of_current_body(workbench, "type"), "", true});
     return true;
 }
@@ -107,7 +106,6 @@ bool change_body_type(Workbench& workbench, std::int32_t type) {
     body->type = type;
     invalidate_body(*body);
     settle_current_body(workbench);
-    forget_run(workbench.session.inversion);
     note_change(workbench, {of_current_body(workbench, "type"), "", true});
     return true;
 }
@@ -147,14 +145,19 @@ bool change_body_colour(Workbench& workbench, std::int32_t colour) {
     return true;
 }
 
-std::string demagnetisation_tip(const ModelBody* body) {
+std::string demagnetisation_tip(const Workbench& workbench) {
+    const bool exact = workbench.session.workspace.formulas == Formulas::exact;
     std::string tip =
-        "Weaken the induced magnetisation by the field that the body makes inside itself\n"
-        "Sheets, edges, steps and spheres: along the normal of the sheet, by 1 + susceptibility\n"
-        "Pipes with a length: along and across the axis, by the shape of the solid\n"
-        "Without effect on wires, on polygons and on thick sheets that have a length or a slope";
+        "Weaken the induced magnetisation by the field that the body makes inside itself (above about 0.1 "
+        "SI)\n";
+    tip += exact ? "Every body by the shape of its own\nWithout effect on wires and polygons"
+                 : "Sheets, edges, steps and spheres: along the normal of the sheet, by 1 + susceptibility\n"
+                   "Pipes with a length: along and across the axis, by the shape of the solid\n"
+                   "Without effect on wires, on polygons and on thick sheets that have a length or a slope";
+    const ModelBody* body = current_body(workbench);
     if (!body) return tip;
-    const bool limited = body->type == thick_sheet && (body->length.value > 0 || body->slope.value != 0);
+    const bool limited =
+        !exact && body->type == thick_sheet && (body->length.value > 0 || body->slope.value != 0);
     if (body->type == wire || body->type == polygon || limited) tip += "\nThis body: without effect";
     return tip;
 }

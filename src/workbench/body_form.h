@@ -35,8 +35,8 @@ bool change_body_demagnetisation(Workbench& workbench, bool include);
 /// Blue, green, red bytes, high to low.
 bool change_body_colour(Workbench& workbench, std::int32_t colour);
 
-/// What the mark for demagnetisation does to a body of this type; a line for people.
-std::string demagnetisation_tip(const ModelBody* body);
+/// What the mark for demagnetisation does, and whether it does anything to the current body; for people.
+std::string demagnetisation_tip(const Workbench& workbench);
 
 /// The boxes of a pipe's solid.
 enum class PipeBox { shell_thickness, end_thickness, sectors, segments, max_triangle_size };

@@ -6,7 +6,6 @@
 
 #include "core/numbers.h"
 #include "forward/reference_point.h"
-#include "inversion/parameters.h"
 #include "workbench/body_form.h"
 #include "workbench/change.h"
 #include "workbench/workbench.h"
@@ -70,18 +69,13 @@ double asked_shift(Workbench& workbench) {
 
 }  // namespace
 
-void note_body_list(Workbench& workbench, const std::string& what) {
-    forget_run(workbench.session.inversion);
-    note_change(workbench, {what, "", true});
-}
-
 void delete_all_bodies(Workbench& workbench) {
     Session& session = workbench.session;
     if (session.workspace.body_count <= 0) return;
     session.workspace.body_count = 0;
     workbench.view.current_body = 1;
     reset_calculated_data(session.workspace, session.prompts);
-    note_body_list(workbench, "delete all bodies");
+    note_change(workbench, {"delete all bodies", "", true});
 }
 
 bool delete_current_body(Workbench& workbench) {
@@ -97,7 +91,7 @@ bool delete_current_body(Workbench& workbench) {
     --workspace.body_count;
     workbench.view.current_body = std::min(workbench.view.current_body, workspace.body_count);
     reset_calculated_data(workspace, workbench.session.prompts);
-    note_body_list(workbench, "delete body");
+    note_change(workbench, {"delete body", "", true});
     return true;
 }
 
@@ -106,13 +100,13 @@ bool sort_bodies(Workbench& workbench, BodyOrder order) {
     if (session.workspace.body_count < 1) return false;
     if (order == BodyOrder::ascending || order == BodyOrder::descending) {
         order_by_distance(workbench, order == BodyOrder::ascending);
-        note_body_list(workbench, "sort bodies");
+        note_change(workbench, {"sort bodies", "", true});
         session.prompts.message("The bodies have been sorted");
         return true;
     }
     if (!current_body(workbench)) return false;
     move_current(workbench, order == BodyOrder::current_first);
-    note_body_list(workbench, "move body");
+    note_change(workbench, {"move body", "", true});
     session.prompts.message("The body has been moved");
     return true;
 }

@@ -1,15 +1,9 @@
 #pragma once
 
-#include <string>
-
 // The commands on the list of bodies that change their number, order or place.
 namespace anomalis {
 
 struct Workbench;
-
-/// Ends a change of number, order or types of the bodies: what the inversion remembered speaks of other
-/// bodies now and is forgotten.
-void note_body_list(Workbench& workbench, const std::string& what);
 
 /// No confirmation is asked: undo brings them back.
 void delete_all_bodies(Workbench& workbench);

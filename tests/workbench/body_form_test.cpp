@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "core/formulas.h"
 #include "workbench/body_sample.h"
 
 namespace anomalis {
@@ -160,7 +161,7 @@ TEST(BodyForm, the_tip_of_demagnetisation_tells_where_it_has_no_effect) {
     BodySample sample;
     const std::string without = "This body: without effect";
     const auto tells = [&] {
-        return demagnetisation_tip(current_body(sample.workbench)).find(without) != std::string::npos;
+        return demagnetisation_tip(sample.workbench).find(without) != std::string::npos;
     };
     sample.body(2).length.value = 0;
     EXPECT_FALSE(tells());
@@ -170,7 +171,13 @@ TEST(BodyForm, the_tip_of_demagnetisation_tells_where_it_has_no_effect) {
     EXPECT_FALSE(tells());
     sample.body(2).type = wire;
     EXPECT_TRUE(tells());
-    EXPECT_EQ(demagnetisation_tip(nullptr).find(without), std::string::npos);
+    sample.body(2).type = thick_sheet;
+    set_formulas(sample.workspace(), Formulas::exact, sample.prompts);
+    EXPECT_FALSE(tells());
+    sample.body(2).type = polygon;
+    EXPECT_TRUE(tells());
+    sample.workbench.view.current_body = 0;
+    EXPECT_FALSE(tells());
 }
 
 }  // namespace anomalis

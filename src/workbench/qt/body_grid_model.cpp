@@ -70,6 +70,8 @@ QVariant BodyGridModel::headerData(int section, Qt::Orientation orientation, int
     const auto column = static_cast<std::size_t>(section);
     if (role == Qt::DisplayRole) return tr(captions[column]);
     if (role == Qt::ToolTipRole) return tr(tips[column]);
+    if (role == Qt::TextAlignmentRole && section == grid_property)
+        return static_cast<int>(Qt::AlignLeft | Qt::AlignVCenter);
     return {};
 }
 

@@ -17,9 +17,9 @@ namespace anomalis {
 
 namespace {
 
-constexpr int property_width = 72;  // pixels
-constexpr int vary_width = 38;
-constexpr int limit_width = 58;
+constexpr int property_width = 80;  // pixels
+constexpr int vary_width = 36;
+constexpr int limit_width = 56;
 constexpr int line_spacing = 3;
 constexpr int least_row_height = 17;
 

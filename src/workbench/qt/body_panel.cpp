@@ -156,7 +156,7 @@ void BodyPanel::fill() {
     fix_->setChecked(body && body->vary == 0);
     off_->setChecked(body && body->turned_off == 1);
     demagnetisation_->setChecked(body && body->include_demagnetisation == 1);
-    const QString tip = QString::fromStdString(demagnetisation_tip(body));
+    const QString tip = QString::fromStdString(demagnetisation_tip(workbench_));
     demagnetisation_->setToolTip(tip);
     demagnetisation_->setAccessibleDescription(tip);
     for (QWidget* control : std::initializer_list<QWidget*>{name_, colour_, fix_, off_, demagnetisation_})

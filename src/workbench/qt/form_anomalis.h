@@ -45,6 +45,7 @@ class Form_anomalis : public QMainWindow {
     FormGuards& guards() { return guards_; }
     ChartsPanel& charts() { return *charts_; }
     ModelSide& side() { return *side_; }
+    FormBodies& bodies() { return *bodies_; }
     FormMenus& menus() { return *menus_; }
     StatusPanels& status() { return *status_; }
     DefinitionsPage& definitions_page() { return *definitions_page_; }

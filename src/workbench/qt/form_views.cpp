@@ -4,15 +4,14 @@
 #include <QMenu>
 
 #include "core/paths.h"
-#include "workbench/add_bodies.h"
 #include "workbench/display_check.h"
 #include "workbench/pointer_panels.h"
 #include "workbench/qt/charts_panel.h"
 #include "workbench/qt/definitions_page.h"
 #include "workbench/qt/entry_box.h"
 #include "workbench/qt/form_anomalis.h"
+#include "workbench/qt/form_bodies.h"
 #include "workbench/qt/form_menus.h"
-#include "workbench/qt/model_side.h"
 #include "workbench/qt/processing_panel.h"
 #include "workbench/qt/status_panels.h"
 
@@ -89,11 +88,7 @@ void FormViews::section_menu_opens(float x, float y) {
 }
 
 void FormViews::add_body_here() {
-    Workbench& workbench = form_.workbench();
-    if (!menu_place_ || form_.guards().closed()) return;
-    if (!add_body_at(workbench, menu_place_->x, menu_place_->y)) return;
-    if (workbench.session.workspace.body_count == 1) form_.side().reset_form_display();
-    form_.model_edited();
+    if (menu_place_) form_.bodies().add_body_here(menu_place_->x, menu_place_->y);
 }
 
 void FormViews::enter_model_page() {

@@ -34,6 +34,8 @@ ParameterStepper::ParameterStepper(const QString& object_name, bool fine, QWidge
         button->setAutoRepeatInterval(repeat_interval);
         button->setFocusPolicy(Qt::NoFocus);  // the bar has it
         button->setFixedSize(button_width, button_height);
+        // What is being typed elsewhere is taken over before the step.
+        connect(button, &QToolButton::pressed, this, [this] { setFocus(Qt::MouseFocusReason); });
         connect(button, &QToolButton::clicked, this, [this, direction] { emit stepped(fine_, direction); });
         row->addWidget(button);
     }

@@ -23,6 +23,7 @@ class FormBodiesTest : public QObject {
     void a_name_takes_any_text_as_one_line();
     void the_patch_chooses_the_colour();
     void buttons_and_keys_step_a_parameter();
+    void a_step_takes_over_what_is_being_typed();
     void a_held_button_repeats();
     void bars_of_missing_rows_are_disabled();
     void nothing_is_edited_while_a_run_is_on();
@@ -212,6 +213,21 @@ void FormBodiesTest::buttons_and_keys_step_a_parameter() {
     QTest::mouseClick(&sample.half("VScroll_RemJ_2", 1), Qt::LeftButton);
     QCOMPARE(sample.body(1).rem_i.value, 2.5F);
     QVERIFY(sample.form->workbench().unsaved);
+}
+
+void FormBodiesTest::a_step_takes_over_what_is_being_typed() {
+    Modelled sample;
+    sample.form->activateWindow();
+    sample.type("Text_body_name", "Half typed", false);
+    QTest::mouseClick(&sample.half("HScroll_dip_0", 1), Qt::LeftButton);
+    QCOMPARE(sample.body(1).name, std::string("Half typed"));
+    QCOMPARE(sample.body(1).dip.value, 95.0F);
+    sample.click_cell(param_width, grid_value);
+    sample.editor()->selectAll();
+    QTest::keyClicks(sample.editor(), "70");
+    QTest::mouseClick(&sample.half("HScroll_dip_0", 0), Qt::LeftButton);
+    QCOMPARE(sample.body(1).width.value, 70.0F);
+    QCOMPARE(sample.body(1).dip.value, 90.0F);
 }
 
 void FormBodiesTest::a_held_button_repeats() {
