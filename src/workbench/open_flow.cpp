@@ -1,5 +1,6 @@
 #include "workbench/open_flow.h"
 
+#include "core/failure.h"
 #include "core/numbers.h"
 #include "core/paths.h"
 #include "intake/load.h"
@@ -83,8 +84,11 @@ OpenOutcome open_model(Workbench& workbench, ReadMode mode) {
     const std::string folder = current_folder();
     FileRequest request = model_request;
     request.default_name = workbench.session.workspace.model_file;
-    const auto path = workbench.session.open_file_dialog(request);
-    const OpenOutcome outcome = path ? open_model_file(workbench, mode, *path) : OpenOutcome::cancelled;
+    OpenOutcome outcome = OpenOutcome::failed;
+    report_failure(workbench.session.prompts, "An error occurred while reading the file: ", [&] {
+        const auto path = workbench.session.open_file_dialog(request);
+        outcome = path ? open_model_file(workbench, mode, *path) : OpenOutcome::cancelled;
+    });
     change_to_folder(folder);
     return outcome;
 }
@@ -109,7 +113,10 @@ OpenOutcome open_recent_file(Workbench& workbench, int index) {
     if (index < 0 || index >= static_cast<int>(workbench.recent_files.size())) return OpenOutcome::cancelled;
     const std::string path = workbench.recent_files[static_cast<std::size_t>(index)];
     const MessageScope scope(workbench.session.prompts);
-    const OpenOutcome outcome = open_model_file(workbench, ReadMode::everything, path);
+    OpenOutcome outcome = OpenOutcome::failed;
+    report_failure(workbench.session.prompts, "An error occured while reading the model definitions: ", [&] {
+        outcome = open_model_file(workbench, ReadMode::everything, path);
+    });
     if (outcome == OpenOutcome::missing) return outcome;
     if (outcome == OpenOutcome::failed)
         workbench.session.prompts.message("The specified file did not have the correct format");

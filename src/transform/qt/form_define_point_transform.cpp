@@ -15,7 +15,7 @@ namespace anomalis {
 namespace {
 
 constexpr double twips_a_pixel = 15;
-constexpr QSize designed_size{500, 490};
+constexpr QSize designed_size{600, 490};
 
 /// A row has an X box on the left and a Y box on the right, or one of the elevation.
 struct BoxText {

@@ -199,8 +199,13 @@ void FormFilesTest::exports_without_a_line_ask_nothing() {
 void FormFilesTest::pictures_go_beside_the_model_and_to_the_clipboard() {
     Opened sample;
     auto& bars = sample.find<QWidget>("Frame_move_body");
+    const CurrentFolder here(sample.folder.folder());
+    sample.session.log.turn_on(sample.prompts);
+    sample.prompts.messages.clear();
     sample.click("Command_Save_Screenshot_1");
     QVERIFY(sample.prompts.messages.empty());
+    QVERIFY(sample.folder.read("axm_logging.dat").find(sample.folder.path("line_model_form.bmp")) !=
+            std::string::npos);
     const QImage form(QString::fromStdString(sample.folder.path("line_model_form.bmp")));
     QCOMPARE(form.size(), sample.form->size());
     QCOMPARE(QApplication::clipboard()->image().size(), form.size());
