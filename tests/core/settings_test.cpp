@@ -249,6 +249,44 @@ TEST(SettingsFile, a_folder_in_its_place_is_a_failure) {
     EXPECT_THAT(prompts.messages, ElementsAre(HasSubstr("Is a directory")));
 }
 
+TEST(SettingsFile, one_without_permission_is_told_once_and_left_as_it_is) {
+    const TempFolder folder;
+    const std::string path = folder.write("below/a.conf", "[0 Brightfold/Anomalis]\nDip=45\n");
+    const std::string before = folder.read("below/a.conf");
+    const auto told_once = [&](const char* key) {
+        ScriptedPrompts prompts;
+        Settings settings(path, prompts);
+        const bool kept = save(settings, newer, "Thick", "10") == -1 &&
+                          save(settings, newer, "Depth", "20") == -1 &&
+                          read(settings, newer, "Thick") == "10";
+        return kept && read(settings, newer, "Dip") == key && prompts.messages.size() == 1 &&
+               prompts.told("Permission denied") && prompts.told("The settings file is left as it is");
+    };
+    ::chmod(path.c_str(), 0);
+    EXPECT_EQ(run_in_child([&] { return obey_permissions() && told_once("fallback") ? 0 : 1; }), 0)
+        << "unread";
+    ::chmod(path.c_str(), 0444);
+    EXPECT_EQ(run_in_child([&] { return obey_permissions() && told_once("45") ? 0 : 1; }), 0) << "unwritten";
+    ::chmod(path.c_str(), 0644);
+    EXPECT_EQ(folder.read("below/a.conf"), before);
+}
+
+TEST(SettingsFile, any_rubbish_is_told_once_and_left_as_it_is) {
+    const TempFolder folder;
+    for (const std::string& rubbish :
+         {std::string(5000, '\0'), std::string(100'000, '['), std::string("PK\3\4\x14\0\6\0", 8),
+          std::string("[9 Brightfold/Anomalis]\nDip=45\n"), std::string("Dip=45\n"),
+          std::string("[0 Brightfold/Anomalis]\nDip=\\x4\n")}) {
+        const std::string path = folder.write("a.conf", rubbish);
+        ScriptedPrompts prompts;
+        Settings settings(path, prompts);
+        EXPECT_EQ(read(settings, newer, "Dip"), "fallback");
+        EXPECT_EQ(save(settings, newer, "Thick", "10"), -1);
+        EXPECT_EQ(prompts.messages.size(), 1U);
+        EXPECT_EQ(folder.read("a.conf"), rubbish);
+    }
+}
+
 TEST(DefaultSettingsPath, stands_in_the_users_configuration_folder) {
     const EnvironmentVariable config("XDG_CONFIG_HOME", "/etc/ann");
     EXPECT_EQ(default_settings_path(), "/etc/ann/brightfold/anomalis.conf");
