@@ -26,7 +26,7 @@ class QtPictureWriter : public PictureWriter {
             qInstallMessageHandler(keep_quiet);
             application_ = std::make_unique<QGuiApplication>(argc_, argv_);
         }
-        return write_model_picture(session, request.path, request.plan, request.width, request.height);
+        return write_model_picture(session, request.path, request.view, request.width, request.height);
     }
 
   private:

@@ -8,9 +8,9 @@ class Session;
 
 /// What `render` is asked for.
 struct PictureRequest {
-    std::string path;   ///< the ending chooses the format: png, svg, pdf, emf
-    bool plan = false;  ///< the plan, otherwise the curves over the section
-    int width = 1600;   ///< pixels
+    std::string path;              ///< the ending chooses the format: png, svg, pdf, emf
+    std::string view = "section";  ///< a name of `page_views`
+    int width = 1600;              ///< pixels
     int height = 1000;
 };
 

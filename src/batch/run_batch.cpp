@@ -7,6 +7,7 @@
 #include "batch/batch_session.h"
 #include "batch/commands.h"
 #include "core/numbers.h"
+#include "workbench/page_view.h"
 
 namespace anomalis {
 
@@ -92,6 +93,12 @@ void add_export(CommandAdder& add_command, ExportOptions& options) {
     outputs->require_option(1, 0);
 }
 
+std::vector<std::string> view_names() {
+    std::vector<std::string> names;
+    for (const PageView& view : page_views) names.emplace_back(view.name);
+    return names;
+}
+
 void add_render(CommandAdder& add_command, RenderOptions& options) {
     CLI::App* command = add_command("render", "Draw what the window shows", options.model);
     command->add_option("-o,--output", options.picture.path, "Picture: .png, .svg, .pdf or .emf")
@@ -103,10 +110,11 @@ void add_render(CommandAdder& add_command, RenderOptions& options) {
             return "the ending must be .png, .svg, .pdf or .emf";
         });
     command
-        ->add_option_function<std::string>(
-            "--view", [&options](const std::string& view) { options.picture.plan = view == "plan"; },
-            "section or plan [section]")
-        ->check(CLI::IsMember({"section", "plan"}));
+        ->add_option("--view", options.picture.view,
+                     "section: the curves over the section; plan: the curves over the plan; curves: without "
+                     "either; or one chart alone")
+        ->check(CLI::IsMember(view_names()))
+        ->capture_default_str();
     command->add_option_function<std::string>(
         "--size",
         [&options](const std::string& text) {

@@ -1,5 +1,7 @@
 #include "workbench/model_page.h"
 
+#include <algorithm>
+
 #include "core/failure.h"
 #include "workbench/page_layout.h"
 #include "workbench/zoom.h"
@@ -12,11 +14,13 @@ constexpr double page_margin = 8 * units_per_screen_pixel;
 
 }  // namespace
 
-ModelPage::ModelPage(Session& session, SurfaceSize size, bool plan, const MakeSurface& make_surface)
+ModelPage::ModelPage(Session& session, SurfaceSize size, const PageView& view,
+                     const MakeSurface& make_surface)
     : workbench_(session) {
     workbench_.view.highlight_on = false;
     workbench_.view.current_body = 1;
-    workbench_.view.show_plan = plan;
+    workbench_.view.show_plan = view.plan;
+    workbench_.view.wanted = view.charts;
     reset_view(session.workspace, workbench_.view, session.prompts);
     place_charts(size, make_surface);
 
@@ -33,8 +37,13 @@ ModelPage::ModelPage(Session& session, SurfaceSize size, bool plan, const MakeSu
 void ModelPage::place_charts(SurfaceSize size, const MakeSurface& make_surface) {
     const double width = size.width - 2 * page_margin;
     const double height = size.height - 2 * page_margin;
-    const ChartHeights heights =
-        share_height(static_cast<int>(height), charts_with_data(workbench_.session.workspace));
+    const ViewState& view = workbench_.view;
+    auto shown = charts_with_data(workbench_.session.workspace);
+    for (std::size_t i = 0; i < shown.size(); ++i) shown[i] = shown[i] && view.wanted[i];
+    shown[chart_section] = shown[chart_section] || view.show_plan;
+    if (std::none_of(shown.begin(), shown.end(), [](bool is) { return is; }))
+        throw Fault("the line has no data for this chart");
+    const ChartHeights heights = share_height(static_cast<int>(height), shown);
     double top = size.height - page_margin;
     for (std::size_t i = 0; i < charts_.size(); ++i) {
         const bool is_plan = i == model_chart_count;

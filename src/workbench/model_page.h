@@ -6,6 +6,7 @@
 
 #include "chart/ax_grapher.h"
 #include "workbench/model_view.h"
+#include "workbench/page_view.h"
 #include "workbench/workbench.h"
 
 namespace anomalis {
@@ -17,9 +18,9 @@ class ModelPage : private ModelViewHost {
     /// Makes a surface that measures text as the final device will; what is drawn on it is not looked at.
     using MakeSurface = std::function<std::unique_ptr<DrawingDevice>(SurfaceSize)>;
 
-    /// Brings the model of a loaded session up to date and lays the page out: the curves over the section, or
-    /// over the plan. No body is highlighted; the label of body 1 follows the workspace.
-    ModelPage(Session& session, SurfaceSize size, bool plan, const MakeSurface& make_surface);
+    /// Brings the model of a loaded session up to date and lays the page out. No body is highlighted; the
+    /// label of body 1 follows the workspace. Raises Fault when the line has nothing of what the view wants.
+    ModelPage(Session& session, SurfaceSize size, const PageView& view, const MakeSurface& make_surface);
 
     /// Draws the page. Raises Fault when a chart cannot be drawn.
     void draw(DrawingDevice& device, OutputTarget kind, const SurfaceMapping& whole);

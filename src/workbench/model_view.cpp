@@ -67,6 +67,7 @@ void ModelView::display_model(bool forced) {
 std::array<bool, model_chart_count> ModelView::shown_charts() const {
     auto shown = charts_with_data(workbench_.session.workspace);
     shown[chart_section] = !workbench_.view.show_plan;
+    for (std::size_t i = 0; i < shown.size(); ++i) shown[i] = shown[i] && workbench_.view.wanted[i];
     return shown;
 }
 

@@ -34,7 +34,7 @@ TEST(Render, the_writer_gets_a_calculated_session_and_the_request) {
     EXPECT_EQ(writer.stations, 41);
     EXPECT_TRUE(writer.calculated);
     EXPECT_EQ(writer.asked.path, "plan.svg");
-    EXPECT_TRUE(writer.asked.plan);
+    EXPECT_EQ(writer.asked.view, "plan");
     EXPECT_EQ(writer.asked.width, 800);
     EXPECT_EQ(writer.asked.height, 600);
 }
@@ -43,7 +43,7 @@ TEST(Render, the_section_is_drawn_when_nothing_else_is_said) {
     const BatchFolder files;
     RecordingWriter writer;
     EXPECT_EQ(batch({"render", files.model, "-o", "a.png"}, &writer).status, 0);
-    EXPECT_FALSE(writer.asked.plan);
+    EXPECT_EQ(writer.asked.view, "section");
     EXPECT_EQ(writer.asked.width, 1600);
     EXPECT_EQ(writer.asked.height, 1000);
 }

@@ -20,16 +20,19 @@ bool is_side(int pixels) {
 
 }  // namespace
 
-int write_model_picture(Session& session, const std::string& path, bool plan, int width, int height) {
+int write_model_picture(Session& session, const std::string& path, const std::string& view, int width,
+                        int height) {
     const MessageScope scope(session.prompts);
     return report_failure(session.prompts, "An error occurred while drawing the picture: ", [&] {
         const PictureFormat format = picture_format(path);
         if (!is_side(width) || !is_side(height))
             throw Fault("a side of a picture has 16 to 16384 pixels, not " + std::to_string(width) + " x " +
                         std::to_string(height));
+        const PageView* const page_view = find_page_view(view);
+        if (!page_view) throw Fault("there is no view " + view);
         if (!line_loaded(session.workspace)) throw Fault("no line is loaded");
         const SurfaceSize size{width * units_per_screen_pixel, height * units_per_screen_pixel};
-        ModelPage page(session, size, plan, [](SurfaceSize own) {
+        ModelPage page(session, size, *page_view, [](SurfaceSize own) {
             return std::make_unique<PainterDevice>(own.width, own.height);
         });
         const auto draw = [&](DrawingDevice& device, OutputTarget kind, const SurfaceMapping& whole) {

@@ -7,8 +7,9 @@ namespace anomalis {
 class Session;
 
 /// Draws the model page of a loaded session into a file: png, svg, pdf or emf by its ending. Size in pixels,
-/// 16 to 16384 a side. Needs a QGuiApplication.
+/// 16 to 16384 a side; `view` is a name of `page_views`. Needs a QGuiApplication.
 /// Returns 0, or -1 after a failure, which was shown; an old file then stays.
-int write_model_picture(Session& session, const std::string& path, bool plan, int width, int height);
+int write_model_picture(Session& session, const std::string& path, const std::string& view, int width,
+                        int height);
 
 }  // namespace anomalis

@@ -1,9 +1,11 @@
 #include <filesystem>
+#include <set>
 
 #include <QImage>
 #include <QtTest>
 
 #include "workbench/line_sample.h"
+#include "workbench/page_view.h"
 #include "workbench/qt/form_tests.h"
 #include "workbench/qt/model_picture.h"
 
@@ -17,6 +19,7 @@ class PictureTest : public QObject {
     void a_picture_has_the_size_that_was_asked_for();
     void what_cannot_be_drawn_is_told();
     void a_failure_leaves_the_old_file();
+    void every_view_is_drawn_in_every_format();
 };
 
 namespace {
@@ -26,8 +29,9 @@ struct Line : LineSample {
         add_body(1260, 60);
         load();
     }
-    int write(const std::string& name, int width = 400, int height = 300) {
-        return write_model_picture(session, folder.path(name), false, width, height);
+    int write(const std::string& name, int width = 400, int height = 300,
+              const std::string& view = "section") {
+        return write_model_picture(session, folder.path(name), view, width, height);
     }
 };
 
@@ -60,6 +64,8 @@ void PictureTest::what_cannot_be_drawn_is_told() {
     QVERIFY(line.prompts.told("0 x 300"));
     QCOMPARE(line.write("a.png", 300, 100000), -1);
     QCOMPARE(line.write("no/folder/a.png"), -1);
+    QCOMPARE(line.write("a.png", 400, 300, "sideways"), -1);
+    QVERIFY(line.prompts.told("there is no view sideways"));
     drop_stations(line.workspace());
     QCOMPARE(line.write("a.png"), -1);
     QVERIFY(line.prompts.told("no line is loaded"));
@@ -72,6 +78,20 @@ void PictureTest::a_failure_leaves_the_old_file() {
     drop_stations(line.workspace());
     QCOMPARE(line.write("a.png"), -1);
     QCOMPARE(line.folder.read("a.png"), std::string("old"));
+}
+
+void PictureTest::every_view_is_drawn_in_every_format() {
+    Line line;
+    std::set<std::string> pictures;
+    for (const PageView& view : page_views) {
+        for (const char* ending : {".png", ".svg", ".pdf", ".emf"}) {
+            const std::string name = std::string(view.name) + ending;
+            QCOMPARE(line.write(name, 400, 300, std::string(view.name)), 0);
+        }
+        pictures.insert(line.folder.read(std::string(view.name) + ".png"));
+    }
+    QCOMPARE(pictures.size(), page_views.size());
+    QVERIFY(line.prompts.messages.empty());
 }
 
 QObject* make_picture_test() {
