@@ -5,6 +5,7 @@
 
 #include "core/angles.h"
 #include "core/prompts.h"
+#include "forward/exact_shape.h"
 
 namespace anomalis {
 
@@ -38,12 +39,48 @@ AlongStrike limited_ends(const Workspace& workspace, const ModelBody& body) {
     return ends;
 }
 
-AlongStrike ends_of(const Workspace& workspace, const ModelBody& body) {
-    const bool limited = body.type >= pipe || (body.type == thick_sheet && body.length.value > 0);
-    if (limited) return limited_ends(workspace, body);
+AlongStrike unlimited_ends(const Workspace& workspace) {
     const double length = workspace.infinite_body_length;
     const double half = length > 0 ? length / 2 : unlimited_half_length;
     return {-half, half};
+}
+
+AlongStrike ends_of(const Workspace& workspace, const ModelBody& body) {
+    const bool limited = body.type >= pipe || (body.type == thick_sheet && body.length.value > 0);
+    return limited ? limited_ends(workspace, body) : unlimited_ends(workspace);
+}
+
+/// What a body covers on the ground: along strike between two ends, across it from `start` on.
+struct Footprint {
+    AlongStrike ends;
+    double start = 0, across = 0;
+};
+
+Footprint classic_footprint(const Workspace& workspace, const ModelBody& body) {
+    const bool centred = body.type >= pipe;
+    const double width = body.width.value;
+    return {ends_of(workspace, body), centred ? -width : 0.0, centred ? 2.0 * width : width};
+}
+
+/// The body that the exact formulas calculate: thin sheets have their length and their horizontal width,
+/// pipes are as wide as they are and foreshortened by the fall of their axis, a wire has no end.
+Footprint exact_footprint(const Workspace& workspace, const ModelBody& body) {
+    const double width = body.width.value;
+    const bool limited =
+        (body.type == thin_sheet || body.type == thick_sheet || body.type == pipe) && body.length.value > 0;
+    Footprint print{limited ? limited_ends(workspace, body) : unlimited_ends(workspace), 0, width};
+    if (body.type == thin_sheet || body.type == thick_sheet) {
+        const SheetShape sheet = sheet_shape(body);
+        if (sheet.meets) print.across = sheet.width;
+    }
+    if (body.type < pipe) return print;
+    print.start = -width / 2;
+    if (body.type == pipe && limited) {
+        const double fall = pipe_shape(body).cos_fall;
+        print.ends.near_end *= fall;
+        print.ends.far_end *= fall;
+    }
+    return print;
 }
 
 bool has_outline(std::int32_t type) {
@@ -54,11 +91,10 @@ int outline_of(const Workspace& workspace, const ClipBox& box, const ModelBody& 
     const double strike = body.strike.value * radians_per_degree;
     const double ss = std::sin(strike);
     const double cs = std::cos(strike);
-    const bool centred = body.type >= pipe;
-    const double start = centred ? -static_cast<double>(body.width.value) : 0.0;
-    const double across = centred ? 2.0 * body.width.value : static_cast<double>(body.width.value);
-
-    const auto [near_end, far_end] = ends_of(workspace, body);
+    const bool exact = workspace.formulas == Formulas::exact;
+    const auto [ends, start, across] =
+        exact ? exact_footprint(workspace, body) : classic_footprint(workspace, body);
+    const auto [near_end, far_end] = ends;
     double east1 = body.east + ss * near_end + cs * start;
     double north1 = body.north + cs * near_end - ss * start;
     double east2 = body.east + ss * far_end + cs * start;

@@ -25,7 +25,8 @@ struct PlanOutline {
 int clip_line(double& east1, double& north1, double& east2, double& north2, const ClipBox& box);
 
 /// The outline of a body on the ground, along strike from its reference point. Sheets, edges and steps
-/// reach `width` across strike, pipes and wires twice that, centred. Returns the number of points: 5, or -1
+/// reach `width` across strike, pipes and wires twice that, centred. With the exact formulas it is the body
+/// that they calculate, pipes and wires as wide as they are. Returns the number of points: 5, or -1
 /// when the body lies outside the box or its type has no outline in plan.
 int calculate_plan_outline(const Workspace& workspace, const ClipBox& box, const ModelBody& body,
                            PlanOutline& outline, Prompts& prompts);

@@ -5,6 +5,8 @@
 #include "core/angles.h"
 #include "core/numbers.h"
 #include "core/prompts.h"
+#include "forward/exact_axes.h"
+#include "forward/exact_shape.h"
 
 namespace anomalis {
 
@@ -76,11 +78,28 @@ void convert(const ModelBody& body, Trapezoid& corners) {
                 corners[level][i][axis] = to_single(at[level][i][axis]);
 }
 
+void convert_exact(const ModelBody& body, Trapezoid& corners) {
+    SheetShape sheet = sheet_shape(body);
+    if (!sheet.meets) sheet.rise = 0;
+    if (sheet.depth == 0) sheet.depth = drawn_depth;
+    const double strike = exact_radians(body.strike.value);
+    const double c = std::cos(strike), s = std::sin(strike);
+    const std::array<Point3, 8> at = sheet_corners(sheet);
+    for (std::size_t i = 0; i < at.size(); ++i)
+        corners[i / 4][i % 4] = {to_single(at[i].x * c + at[i].y * s), to_single(at[i].y * c - at[i].x * s),
+                                 to_single(at[i].z)};
+}
+
 }  // namespace
 
 int convert_profile_model_to_trapezoid(const ModelBody& body, Trapezoid& corners, Prompts& prompts) {
     return report_failure(prompts,
                           "An error occurred while converting the body: ", [&] { convert(body, corners); });
+}
+
+int convert_exact_sheet_to_trapezoid(const ModelBody& body, Trapezoid& corners, Prompts& prompts) {
+    return report_failure(
+        prompts, "An error occurred while converting the body: ", [&] { convert_exact(body, corners); });
 }
 
 }  // namespace anomalis

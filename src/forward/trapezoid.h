@@ -16,4 +16,8 @@ using Trapezoid = std::array<std::array<std::array<float, 3>, 4>, 2>;
 /// Returns 0, or -1 after a failure, which is shown.
 int convert_profile_model_to_trapezoid(const ModelBody& body, Trapezoid& corners, Prompts& prompts);
 
+/// The same for the sheet that the exact formulas calculate, a thin one as wide as it is over the sine of
+/// its dip.
+int convert_exact_sheet_to_trapezoid(const ModelBody& body, Trapezoid& corners, Prompts& prompts);
+
 }  // namespace anomalis

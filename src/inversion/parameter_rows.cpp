@@ -10,14 +10,18 @@ using Body = const ModelBody&;
 
 constexpr float no_limit = 1e32F;
 
-bool always(Body) {
+bool always(Body, const Workspace&) {
     return true;
 }
-bool is_sheet(Body body) {
+bool is_sheet(Body body, const Workspace&) {
     return body.type < pipe;
 }
-bool has_remanence_direction(Body body) {
-    return body.rem_q.value > 0 && is_sheet(body);
+bool has_remanence_direction(Body body, const Workspace& workspace) {
+    return body.rem_q.value > 0 && is_sheet(body, workspace);
+}
+/// With the exact formulas thin sheets end along strike as thick ones do.
+bool may_end_along_strike(Body body, const Workspace& workspace) {
+    return body.type == thick_sheet || (body.type == thin_sheet && workspace.formulas == Formulas::exact);
 }
 
 template <int Milli>
@@ -70,24 +74,30 @@ constexpr std::array<ParameterRow, 10> geometry{{
     {param_dip, &ModelBody::dip, always, by_type<500, 2500>, limit<-175000>, limit<175000>},
     {param_plunge, &ModelBody::plunge, is_sheet, fixed<2500>, limit<-45000>, limit<45000>},
     {param_slope, &ModelBody::slope, is_sheet, fixed<2500>, limit<-80000>, limit<80000>},
-    {param_width, &ModelBody::width, [](Body body) { return body.type < wire; }, by_type<50, 2500>,
-     least_width, none_above},
+    {param_width, &ModelBody::width, [](Body body, const Workspace&) { return body.type < wire; },
+     by_type<50, 2500>, least_width, none_above},
     {param_depth_extent, &ModelBody::depth_extent,
-     [](Body body) { return body.depth_extent.value > 0 && is_sheet(body); }, extent_step, limit<100>,
-     none_above},
+     [](Body body, const Workspace& workspace) {
+         return body.depth_extent.value > 0 && is_sheet(body, workspace);
+     },
+     extent_step, limit<100>, none_above},
     {param_length, &ModelBody::length,
-     [](Body body) { return body.length.value > 0 && body.type == thick_sheet; }, fixed<5000>, limit<10000>,
-     none_above},
+     [](Body body, const Workspace& workspace) {
+         return body.length.value > 0 && may_end_along_strike(body, workspace);
+     },
+     fixed<5000>, limit<10000>, none_above},
     {param_offset, &ModelBody::offset,
-     [](Body body) { return body.offset.value > 0 && body.type == thick_sheet; }, fixed<2500>, none_below,
-     none_above},
+     [](Body body, const Workspace& workspace) {
+         return body.offset.value > 0 && may_end_along_strike(body, workspace);
+     },
+     fixed<2500>, none_below, none_above},
 }};
 
 /// Susceptibility and remanence ratio scale the same response, so only one of them may be free.
 constexpr std::array<ParameterRow, 4> magnetic{{
     {param_susc, &ModelBody::susc, always, susceptibility_step, limit<100000>, highest_susceptibility},
-    {param_rem_q, &ModelBody::rem_q, [](Body body) { return body.susc.vary != 1.0F; }, fixed<100>, limit<1>,
-     limit<100000>},
+    {param_rem_q, &ModelBody::rem_q, [](Body body, const Workspace&) { return body.susc.vary != 1.0F; },
+     fixed<100>, limit<1>, limit<100000>},
     {param_rem_i, &ModelBody::rem_i, has_remanence_direction, fixed<2500>, limit<-90000>, limit<90000>},
     {param_rem_d, &ModelBody::rem_d, has_remanence_direction, fixed<2500>, limit<-360000>, limit<360000>},
 }};

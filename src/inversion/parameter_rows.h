@@ -12,7 +12,7 @@ struct ParameterRow {
     ParamCode code;
     BodyParam ModelBody::*slot;
     /// Free only if this holds, besides the mark to vary.
-    bool (*may_vary)(const ModelBody&);
+    bool (*may_vary)(const ModelBody&, const Workspace&);
     /// Largest change in one turn.
     float (*step)(const ModelBody&);
     float (*lower)(const ModelBody&, const Workspace&);

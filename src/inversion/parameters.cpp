@@ -52,7 +52,7 @@ void scan_rows(std::span<const ParameterRow> rows, int mode, int body_number, in
                Session& session) {
     const ModelBody& body = session.workspace.body(body_number);
     for (const ParameterRow& row : rows) {
-        if ((body.*row.slot).vary != 1.0F || !row.may_vary(body)) continue;
+        if ((body.*row.slot).vary != 1.0F || !row.may_vary(body, session.workspace)) continue;
         if (mode == 1) fill_parameter(row, body_number, parameter_count + 1, session);
         ++parameter_count;
     }

@@ -29,9 +29,11 @@ std::string face_start(const ModelBody& body) {
     return "  0\r\n3DFACE\r\n  8\r\n" + single_line(body.name) + "\r\n  62\r\n  1";
 }
 
-void draw_box(const ModelBody& body, Prompts& prompts, DxfText& text) {
+void draw_box(const ModelBody& body, Formulas formulas, Prompts& prompts, DxfText& text) {
     Trapezoid offsets{};
-    if (convert_profile_model_to_trapezoid(body, offsets, prompts) != 0) return;
+    const bool exact_sheet = formulas == Formulas::exact && body.type <= thick_sheet;
+    const auto convert = exact_sheet ? convert_exact_sheet_to_trapezoid : convert_profile_model_to_trapezoid;
+    if (convert(body, offsets, prompts) != 0) return;
     std::array<std::array<float, 3>, 8> corners{};
     for (std::size_t i = 0; i < corners.size(); ++i) {
         const std::array<float, 3>& offset = i < 4 ? offsets[1][i] : offsets[0][i - 4];
@@ -85,7 +87,7 @@ int write_body_dxf(const std::string& path, Workspace& workspace, Prompts& promp
                              for (int number = 1; number <= workspace.body_count; ++number) {
                                  ModelBody& body = workspace.body(number);
                                  if (body.type < pipe) {
-                                     draw_box(body, prompts, text);
+                                     draw_box(body, workspace.formulas, prompts, text);
                                  } else {
                                      draw_solid(body, prompts, points, text);
                                  }

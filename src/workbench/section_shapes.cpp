@@ -7,6 +7,7 @@
 #include "core/angles.h"
 #include "core/search.h"
 #include "core/workspace.h"
+#include "forward/exact_shape.h"
 
 namespace anomalis {
 
@@ -78,6 +79,28 @@ Corners sheet_corners(const ModelBody& body, const Crossing& crossing, const Sec
     return c;
 }
 
+/// The body as the exact formulas have it: the dip clamped on its own side, a thin sheet as wide as it is
+/// over the sine of its dip, the top's rise at right angles to the strike.
+Corners exact_corners(const ModelBody& body, const Crossing& crossing, const SectionWindow& window) {
+    const double z0 = body.top.value;
+    const bool sheet_body = body.type == thin_sheet || body.type == thick_sheet;
+    SheetShape sheet = sheet_shape(body);
+    if (!sheet.meets) sheet.rise = 0;
+    const double extent = body.depth_extent.value != 0 ? body.depth_extent.value : z0 - window.bottom;
+    const double d0 = body.distance.value;
+    const double s = d0 + sheet.cotangent * extent / crossing.q;
+    Corners c{d0, d0, s, s, z0, z0, z0 - extent, z0 - extent};
+    if (!sheet_body) {
+        c.right_top = c.right_bottom = crossing.q > 0 ? window.profile_end : 0;
+        return c;
+    }
+    c.right_top += sheet.width / crossing.q;
+    c.right_bottom += sheet.width / crossing.q;
+    c.right_top_y += sheet.rise;
+    c.right_bottom_y += sheet.rise;
+    return c;
+}
+
 /// Moves a body that does not cross the line to the place of its near end.
 void shift_beside_line(const ModelBody& body, const Crossing& crossing, Corners& c, SectionShape& shape) {
     const double length = body.length.value;
@@ -117,10 +140,12 @@ void add_circle(const ModelBody& body, const Crossing& crossing, SectionShape& s
     shape.ys.push_back(shape.ys.front());
 }
 
-void add_sheet(const ModelBody& body, const Crossing& crossing, const SectionWindow& window,
-               SectionShape& shape) {
-    Corners c = sheet_corners(body, crossing, window);
-    shift_beside_line(body, crossing, c, shape);
+void add_sheet(const Workspace& workspace, const ModelBody& body, const Crossing& crossing,
+               const SectionWindow& window, SectionShape& shape) {
+    const bool exact = workspace.formulas == Formulas::exact;
+    Corners c = exact ? exact_corners(body, crossing, window) : sheet_corners(body, crossing, window);
+    // Edges and steps have no length with the exact formulas.
+    if (!exact || body.type <= thick_sheet) shift_beside_line(body, crossing, c, shape);
     shape.xs = {c.left_top, c.right_top, c.right_bottom, c.left_bottom, c.left_top};
     shape.ys = {c.left_top_y, c.right_top_y, c.right_bottom_y, c.left_bottom_y, c.left_top_y};
 }
@@ -157,15 +182,25 @@ double ground_elevation(const Workspace& workspace, double distance) {
 SectionShape section_shape(const Workspace& workspace, const ModelBody& body, const SectionWindow& window) {
     SectionShape shape;
     const double angle = body.strike.value * radians_per_degree - workspace.azimuth;
-    const Crossing crossing{std::sin(angle), std::cos(angle)};
-    if (body.type != sphere && std::abs(crossing.q) < least_strike_sine) return shape;
+    Crossing crossing{std::sin(angle), std::cos(angle)};
+    const bool exact = workspace.formulas == Formulas::exact;
+    if (std::abs(crossing.q) < least_strike_sine) {
+        if (exact) {
+            crossing.q = std::copysign(least_strike_sine, crossing.q);
+        } else if (body.type != sphere) {
+            return shape;
+        }
+    }
     shape.visible = true;
     shape.distance = body.distance.value;
     shape.top = body.top.value;
     shape.burial_depth = ground_elevation(workspace, shape.distance) - shape.top;
     if (body.type == pipe) shape.burial_depth -= body.width.value / 2.0;
-    if (body.type < polygon) add_sheet(body, crossing, window, shape);
+    if (body.type < polygon) add_sheet(workspace, body, crossing, window, shape);
     if (body.type == pipe || body.type == wire) add_circle(body, crossing, shape);
+    // A plane cuts a sphere in a circle at any angle.
+    if (exact && body.type == sphere)
+        add_arc(shape, std::abs(body.width.value) / 2.0, 1, 0, 2 * std::numbers::pi);
     return shape;
 }
 

@@ -37,6 +37,8 @@ inline constexpr double least_strike_sine = 0.01;
 /// Sheets, edges and steps are four corners; pipes and wires circles of 32 chords, widened by the angle
 /// between strike and line, hollow ones a ring with a narrow slit. The outline of a body that lies beside
 /// the line is moved to where its end lies: blue and thick for an end beyond the line, green for one before.
+/// With the exact formulas the outline is that of the body they calculate: spheres have one too, and a body
+/// along the line is shown as one that crosses it at half a degree.
 SectionShape section_shape(const Workspace& workspace, const ModelBody& body, const SectionWindow& window);
 
 /// Elevation of the ground (m) at a distance along the profile: between its two stations, extrapolated beyond

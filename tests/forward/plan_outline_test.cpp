@@ -156,4 +156,35 @@ TEST(ClipLine, ends_on_a_box_turned_inside_out) {
     EXPECT_EQ(clip_line(e1, n1, e2, n2, {100, 0, 50, 0}), -1);
 }
 
+TEST(PlanOutline, with_the_exact_formulas_a_thin_sheet_has_its_length_and_its_horizontal_width) {
+    Plan plan;
+    ModelBody body = plan.sheet(thin_sheet);
+    body.dip.value = 30;
+    body.width.value = 10;
+    ASSERT_EQ(plan.outline_of(body), 5);
+    EXPECT_LT(plan.outline.north[0], 1900);
+    plan.workspace.formulas = Formulas::exact;
+    ASSERT_EQ(plan.outline_of(body), 5);
+    plan.expect_corner(0, 1000, 1850);
+    plan.expect_corner(2, 1020, 2150);
+    body.length.value = 0;
+    ASSERT_EQ(plan.outline_of(body), 5);
+    plan.expect_corner(0, 1000, 1750);
+}
+
+TEST(PlanOutline, with_the_exact_formulas_a_pipe_is_as_wide_as_it_is_and_foreshortened) {
+    Plan plan;
+    plan.workspace.formulas = Formulas::exact;
+    ModelBody body = plan.sheet(pipe);
+    body.dip.value = 40;
+    body.plunge.value = 20;
+    body.offset.value = 30;
+    ASSERT_EQ(plan.outline_of(body), 5);
+    plan.expect_corner(0, 950, 2000 - 120 * 0.5);
+    plan.expect_corner(2, 1050, 2000 + 180 * 0.5);
+    body.length.value = 0;
+    ASSERT_EQ(plan.outline_of(body), 5);
+    plan.expect_corner(2, 1050, 2250);
+}
+
 }  // namespace anomalis

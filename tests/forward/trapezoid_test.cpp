@@ -106,4 +106,19 @@ TEST(Trapezoid, beyond_single_precision_is_reported) {
     EXPECT_TRUE(prompts.told("Overflow"));
 }
 
+TEST(Trapezoid, of_an_exact_thin_sheet_is_as_wide_as_its_thickness_over_the_sine_of_its_dip) {
+    ModelBody body = sheet();
+    body.type = thin_sheet;
+    body.dip.value = 30;
+    body.width.value = 10;
+    body.strike.value = 90;
+    ScriptedPrompts prompts;
+    Trapezoid corners{};
+    ASSERT_EQ(convert_exact_sheet_to_trapezoid(body, corners, prompts), 0);
+    expect_at(corners[0][0], 150, 0, 0);
+    expect_at(corners[0][1], -150, 0, 0);
+    expect_at(corners[0][2], -150, -20, 0);
+    expect_at(corners[1][3], 150, -20 - 200 * std::sqrt(3.0), -200);
+}
+
 }  // namespace anomalis

@@ -175,4 +175,83 @@ TEST(SectionShapes, the_ground_is_interpolated_and_goes_on_beyond_the_ends) {
     EXPECT_EQ(ground_elevation(w, 37.5), 77);
 }
 
+struct ExactShaped : Shaped {
+    ExactShaped() { workspace().formulas = Formulas::exact; }
+};
+
+TEST(SectionShapes, with_the_exact_formulas_a_thin_sheet_is_as_thick_as_its_width) {
+    ExactShaped sample;
+    ModelBody& body = sample.add_body(1000, 50, thin_sheet);
+    body.dip.value = 30;
+    body.width.value = 10;
+    body.depth_extent.value = 300;
+    const SectionShape shape = sample.shape(body);
+    EXPECT_NEAR(std::abs(shape.xs[1] - shape.xs[0]), 20, 1e-3);
+    EXPECT_NEAR(area(shape), 20 * 300, 0.1);
+}
+
+TEST(SectionShapes, with_the_exact_formulas_a_slope_rises_as_steeply_on_an_oblique_line) {
+    ExactShaped sample;
+    ModelBody& body = sample.add_body(1000, 50);
+    body.slope.value = 20;
+    for (const float strike : {0.0F, 40.0F, 180.0F}) {
+        body.strike.value = strike;
+        const SectionShape shape = sample.shape(body);
+        EXPECT_NEAR(shape.ys[1] - shape.ys[0], 100 * std::tan(20 * M_PI / 180), 1e-3) << strike;
+    }
+}
+
+TEST(SectionShapes, with_the_exact_formulas_flat_dips_lean_to_their_own_side) {
+    ExactShaped sample;
+    ModelBody& body = sample.add_body(1000, 50);
+    body.depth_extent.value = 10;
+    const auto run = [&](float dip) {
+        body.dip.value = dip;
+        const SectionShape shape = sample.shape(body);
+        return shape.xs[3] - shape.xs[0];
+    };
+    EXPECT_NEAR(std::abs(run(0.1F)), 1000, 0.01);
+    EXPECT_NEAR(run(179.9F), -run(0.1F), 0.01);
+    EXPECT_NEAR(run(180), -run(0), 0.01);
+}
+
+TEST(SectionShapes, with_the_exact_formulas_a_body_along_the_line_is_drawn_and_a_sphere_is_a_circle) {
+    ExactShaped sample;
+    for (const std::int32_t type : {thin_sheet, thick_sheet, edge, sloping_step, pipe, wire}) {
+        ModelBody& body = sample.add_body(1000, 50, type);
+        body.strike.value = 90;
+        const SectionShape shape = sample.shape(body);
+        EXPECT_TRUE(shape.visible) << type;
+        for (const double x : shape.xs) EXPECT_TRUE(std::isfinite(x)) << type;
+    }
+    ModelBody& ball = sample.add_body(1000, -50, sphere);
+    ball.width.value = 80;
+    for (const float strike : {0.0F, 60.0F, 90.0F}) {
+        ball.strike.value = strike;
+        const SectionShape shape = sample.shape(ball);
+        EXPECT_NEAR(shape.right() - shape.left(), 80, 1e-9);
+        EXPECT_NEAR(shape.highest() - shape.lowest(), 80, 1e-9);
+    }
+    sample.workspace().formulas = Formulas::classic;
+    EXPECT_TRUE(sample.shape(ball).xs.empty());
+}
+
+TEST(SectionShapes, with_the_exact_formulas_the_face_of_a_step_is_that_of_an_edge) {
+    ExactShaped sample;
+    ModelBody& body = sample.add_body(1000, 50, sloping_step);
+    body.dip.value = 60;
+    body.depth_extent.value = 100;
+    body.slope.value = 30;
+    body.length.value = 100;
+    body.offset.value = 400;
+    const SectionShape step = sample.shape(body);
+    body.type = edge;
+    body.width.value = 7;
+    const SectionShape other = sample.shape(body);
+    EXPECT_EQ(step.xs, other.xs);
+    EXPECT_EQ(step.ys, other.ys);
+    EXPECT_EQ(step.width, 1);
+    EXPECT_NEAR(std::abs(step.xs[3] - step.xs[0]), 100 / std::tan(M_PI / 3), 1e-3);
+}
+
 }  // namespace anomalis

@@ -17,6 +17,7 @@
 #include "workbench/qt/entry_box.h"
 #include "workbench/qt/form_bodies.h"
 #include "workbench/qt/form_files.h"
+#include "workbench/qt/form_formulas.h"
 #include "workbench/qt/form_history.h"
 #include "workbench/qt/form_menus.h"
 #include "workbench/qt/form_views.h"
@@ -71,7 +72,8 @@ Form_anomalis::Form_anomalis(Session& session, const std::vector<ExampleFile>& e
       menus_(new FormMenus(*this, examples)),
       bodies_(new FormBodies(*this)),
       views_(new FormViews(*this)),
-      history_(new FormHistory(*this)) {
+      history_(new FormHistory(*this)),
+      formulas_(new FormFormulas(*this)) {
     lay_out();
     files_ = new FormFiles(*this);
     wire_pages();

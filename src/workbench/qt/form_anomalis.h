@@ -18,6 +18,7 @@ class ChartsPanel;
 class DefinitionsPage;
 class FormBodies;
 class FormFiles;
+class FormFormulas;
 class FormHistory;
 class FormMenus;
 class FormViews;
@@ -104,6 +105,7 @@ class Form_anomalis : public QMainWindow {
     FormViews* views_;
     FormHistory* history_;
     FormFiles* files_ = nullptr;
+    FormFormulas* formulas_;
 };
 
 }  // namespace anomalis

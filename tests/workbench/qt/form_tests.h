@@ -5,6 +5,7 @@
 namespace anomalis {
 
 QObject* make_form_start_test();
+QObject* make_form_formulas_test();
 QObject* make_form_load_test();
 QObject* make_form_charts_test();
 QObject* make_form_grid_test();

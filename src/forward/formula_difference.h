@@ -1,0 +1,27 @@
+#pragma once
+
+#include "core/workspace.h"
+
+namespace anomalis {
+
+class Prompts;
+
+/// How far the classic curves of a body are from its exact ones: the largest difference as a share of the
+/// exact curve's largest value. 0 for a channel that is absent or has no response in either.
+struct FormulaDifference {
+    double magnetic = 0;
+    double gravity = 0;
+
+    double largest() const { return magnetic > gravity ? magnetic : gravity; }
+};
+
+/// The difference above this share is worth a warning.
+inline constexpr double notable_difference = 0.05;
+/// What counts when the exact curve is zero and the classic one is not.
+inline constexpr double no_common_measure = 99.99;
+
+/// Compares the response table of a body, which must be up to date and classic, with the exact formulas. A
+/// body that is switched off, or a workspace that has the exact formulas in force, differs by nothing.
+FormulaDifference formula_difference(Workspace& workspace, int body_number, Prompts& prompts);
+
+}  // namespace anomalis

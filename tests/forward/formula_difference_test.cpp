@@ -1,0 +1,78 @@
+#include "forward/formula_difference.h"
+
+#include <gtest/gtest.h>
+
+#include "line.h"
+
+namespace anomalis {
+namespace {
+
+/// A line across a sheet that is endless along strike, 60 m below the sensor.
+struct Compared : Line {
+    Compared(double bearing, double strike) : Line(401, 5, bearing, 60) {
+        workspace.definition.grav_column = 0;
+        ModelBody& body = add(thick_sheet, 1003, strike);
+        body.dip.value = 70;
+        body.length.value = body.depth_extent.value = 0;
+    }
+    FormulaDifference difference() {
+        calculate();
+        return formula_difference(workspace, 1, prompts);
+    }
+};
+
+TEST(FormulaDifference, is_none_where_the_classic_formulas_are_right) {
+    Compared line(0, 90);
+    line.workspace.field_declination = 0;
+    EXPECT_LT(line.difference().largest(), 1e-5);
+}
+
+TEST(FormulaDifference, of_a_dyke_that_strikes_north_is_more_than_four_fifths_of_the_peak) {
+    Compared line(90, 0);
+    EXPECT_NEAR(line.difference().magnetic, 0.83, 0.01);
+    EXPECT_EQ(line.difference().gravity, 0);
+}
+
+TEST(FormulaDifference, of_the_gravity_of_an_endless_sheet_is_half) {
+    Compared line(0, 90);
+    line.workspace.definition.grav_column = 4;
+    line.body().depth_extent.value = 300;
+    EXPECT_NEAR(line.difference().gravity, 0.5, 0.01);
+}
+
+TEST(FormulaDifference, a_sphere_without_classic_gravity_differs_by_all_of_it) {
+    Compared line(0, 90);
+    line.workspace.definition.grav_column = 4;
+    line.body().type = sphere;
+    EXPECT_NEAR(line.difference().gravity, 1, 1e-6);
+}
+
+TEST(FormulaDifference, a_curve_without_an_exact_one_is_beyond_measure) {
+    Compared line(0, 90);
+    line.body().slope.value = -80;
+    line.body().length.value = 200;
+    line.body().dip.value = 45;
+    line.body().depth_extent.value = 100;
+    EXPECT_EQ(line.difference().magnetic, no_common_measure);
+}
+
+TEST(FormulaDifference, is_none_with_the_exact_formulas_and_for_a_body_switched_off) {
+    Compared line(90, 0);
+    line.workspace.formulas = Formulas::exact;
+    EXPECT_EQ(line.difference().largest(), 0);
+    set_formulas(line.workspace, Formulas::classic, line.prompts);
+    line.body().turned_off = 1;
+    EXPECT_EQ(line.difference().largest(), 0);
+}
+
+TEST(FormulaDifference, changes_no_response) {
+    Compared line(90, 0);
+    const std::vector<double> before = line.response();
+    line.difference();
+    const auto after = line.body().response.column(1);
+    EXPECT_EQ(before, std::vector<double>(after.begin(), after.end()));
+    EXPECT_TRUE(line.body().mag_response_valid);
+}
+
+}  // namespace
+}  // namespace anomalis
