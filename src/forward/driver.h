@@ -17,7 +17,8 @@ class Prompts;
 /// rounding builds up. A body that is switched off counts as zero. A channel without a column is left
 /// alone. A body whose response is not finite counts as zero and a message names it. The two tables may be
 /// working copies with the station count of the workspace. Allocates nothing once the arrays exist, but
-/// for the solid of a body whose shape has changed.
+/// for the solid of a body whose shape has changed, and with the exact formulas for the corners of a body.
+/// Which formulas are used is the workspace's choice.
 void calculate_model(Workspace& workspace, ChannelTable& mag_data, ChannelTable& grav_data, Prompts& prompts);
 
 }  // namespace anomalis

@@ -16,6 +16,7 @@ TEST(RunBatch, wrong_usage_ends_with_2_and_says_why_on_the_error_stream) {
         {"dump", files.model, "--unknown"},
         {"dump", files.model, "second.axm"},
         {"dump", "-o", "x.json", files.model, "forward", files.model},
+        {"forward", files.model, "--formulas", "best"},
         {"invert", files.model, "--channel", "electric"},
         {"invert", files.model, "--target", "both"},
         {"invert", files.model, "--method", "guess"},
@@ -80,6 +81,20 @@ TEST(RunBatch, a_data_file_without_records_is_explained) {
     const BatchRun run = batch({"forward", files.model});
     EXPECT_EQ(run.status, 1);
     EXPECT_EQ(run.err, "No stations were found in " + files.folder.path("survey.dat") + "\n");
+}
+
+TEST(RunBatch, the_formulas_of_the_command_line_go_before_those_of_the_file) {
+    const BatchFolder files;
+    const auto said = batch({"dump", files.model, "--formulas", "exact"}).json();
+    const auto plain = batch({"dump", files.model}).json();
+    EXPECT_EQ(said["workspace"]["formulas"], "exact");
+    EXPECT_EQ(plain["workspace"]["formulas"], "classic");
+    EXPECT_NE(said["bodies"][0]["response"], plain["bodies"][0]["response"]);
+    const std::string exact_model = files.folder.path("exact.axm");
+    ASSERT_EQ(batch({"invert", files.model, "--formulas", "exact", "-o", exact_model}).status, 0);
+    EXPECT_EQ(batch({"dump", exact_model}).json()["workspace"]["formulas"], "exact");
+    EXPECT_EQ(batch({"dump", exact_model, "--formulas", "classic"}).json()["workspace"]["formulas"],
+              "classic");
 }
 
 }  // namespace

@@ -42,7 +42,7 @@ class ExactFit : public ::testing::TestWithParam<ExactCase> {
         line.workspace().formulas = Formulas::exact;
         if (c.channel == channel_mag) line.workspace().definition.grav_column = 0;
         if (c.channel == channel_grav) line.workspace().definition.mag_column = 0;
-        ModelBody& body = line.add_body(c.type, 703.7F, c.type == sphere ? -150 : -60);
+        ModelBody& body = line.add_body(c.type, 703.7F, c.type == sphere ? -250 : -60);
         body.strike.value = c.strike;
         body.dip.value = c.type < pipe ? 70 : 20;
         body.depth_extent.value = c.depth_extent;
@@ -50,6 +50,7 @@ class ExactFit : public ::testing::TestWithParam<ExactCase> {
         body.offset.value = c.body_offset;
         body.include_demagnetisation = static_cast<std::int32_t>(c.demagnetised);
         if (c.type == thin_sheet) body.width.value = 15;
+        if (c.type == sphere) body.width.value = 300;
         line.take_model_as_data();
         float factor = 1 + share;
         for (const ParamSlot& slot : param_slots()) {

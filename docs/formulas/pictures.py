@@ -1,0 +1,108 @@
+#!/usr/bin/env python3
+"""Make the pictures of formulas.md with the batch tool.
+
+  pictures.py --tool build/anomalis-batch
+
+Each picture is one workspace whose observed data (black) are the exact curve of its body; the calculated curve
+(green) is the classic one. Standard library only. Prints the numbers of the table in formulas.md.
+"""
+import argparse
+import json
+import math
+import pathlib
+import subprocess
+import tempfile
+
+HERE = pathlib.Path(__file__).resolve().parent
+FIELD = (56000, -65, -4)
+
+# name: line bearing, body, and what differs from the usual survey
+CASES = {
+    "dyke_east_west": dict(bearing=90, strike=0, dip=70),
+    "dyke_oblique": dict(bearing=0, strike=315, dip=70),
+    "dyke_equator": dict(bearing=90, strike=0, dip=70, field=(35000, -8, -4)),
+    "dyke_limited_depth": dict(bearing=90, strike=0, dip=70, depth=250),
+    "thin_sheet_length": dict(type=1, dip=60, width=10, length=250),
+    "scarp": dict(dip=90, width=60, scarp=118),
+    "demagnetised": dict(dip=45, width=40, susc=1e6, demagnetised=1),
+    "step": dict(type=4, dip=90, width=100, depth=200),
+    "pipe": dict(type=16, dip=0, width=60, length=300),
+    "wire": dict(type=17, dip=0, width=2, length=0, susc=3000, height=6, spacing=1),
+    "sphere": dict(type=6, width=80, height=100),
+    "gravity_endless": dict(channel="grav", dip=70, depth=300),
+    "gravity_level": dict(channel="grav", dip=45, depth=250, height=0),
+    "gravity_slope": dict(channel="grav", dip=60, depth=250, length=300, slope=20),
+    "gravity_thin": dict(channel="grav", type=1, dip=40, width=30, depth=250, length=250),
+}
+
+
+def stations(c):
+    bearing = math.radians(c.get("bearing", 0))
+    spacing = c.get("spacing", 5)
+    rows = []
+    for i in range(401):
+        along = (i - 200) * spacing
+        # Off the straight over a corner, where the classic gravity has no value.
+        east, north = (along + 0.3) * math.sin(bearing), (along + 0.3) * math.cos(bearing)
+        sensor = -c["scarp"] if "scarp" in c and along < 0 else 0.0
+        rows.append((east + 5000, north + 5000, sensor))
+    return rows
+
+
+def workspace(c, name, formulas):
+    f = c.get("field", FIELD)
+    strike = c.get("strike", 270)
+    width, length, depth = c.get("width", 100), c.get("length", 0), c.get("depth", 0)
+    none = " 0 -99999 -99999 "
+    middle = 200 * c.get("spacing", 5)
+    return "\r\n".join([
+        f"{name}.dat", f" 1  1  1  2  3  0  {4 if c.get('channel') != 'grav' else 0}  "
+        f"{4 if c.get('channel') == 'grav' else 0}  0  0  0  0 ",
+        f" {f[0]} {f[1]} {f[2]} ", " 0  5  1  0  0  0  0  0  0  0 ", " 0  0  0  0  0  0 ", " 0  1  1 ", " 0  0 ",
+        " 0  0 ", " 1  1 ", " 1  1 ", " 0  1 ", " 1  7  500  0  0 ",
+        f" {c.get('type', 2)}  {c.get('demagnetised', 0)}  1  9871600  0  {name}", "", "",
+        f" {middle}  0  0 {-c.get('height', 60)} {none} {none} 0 0 0 0 12 1 0 ",
+        f" {strike} {c.get('dip', 90)} {width} {depth} {none} {none} {none} {none}",
+        f" {length} {none}", f" 0 {none}", f" 0 {none} {c.get('slope', 0)} {none}",
+        f" {c.get('susc', 50000)} 0 0 0 {none} {none} {none} {none} 2.67 {none}",
+        "[AXM Display Settings]", " 1  1  0 No 2 ", " 0.25  0.5  0.75  0.5 ", " 12000  9000 ",
+        "[AXM Extensions]", f"formulas {formulas}", ""])
+
+
+def curve(tool, folder, c, name, formulas):
+    (folder / f"{name}.axm").write_text(workspace(c, name, "classic"), newline="")
+    out = folder / "dump.json"
+    subprocess.run([tool, "dump", "--formulas", formulas, folder / f"{name}.axm", "-o", out], check=True)
+    column = 1 if c.get("channel") == "grav" else 0
+    return [row[column] for row in json.loads(out.read_text())["bodies"][0]["response"]]
+
+
+def write_data(folder, c, name, values):
+    text = "".join(f"{e:.3f} {n:.3f} {z:.3f} {v:.5f}\n" for (e, n, z), v in zip(stations(c), values))
+    (folder / f"{name}.dat").write_text(text)
+
+
+def picture(tool, folder, c, name):
+    write_data(folder, c, name, [math.sin(i) for i in range(401)])
+    exact = curve(tool, folder, c, name, "exact")
+    classic = curve(tool, folder, c, name, "classic")
+    write_data(folder, c, name, exact)
+    subprocess.run([tool, "render", folder / f"{name}.axm", "--size", "560x360", "-o", HERE / f"{name}.png"], check=True)
+    peak = max(map(abs, exact))
+    off = max(abs(a - b) for a, b in zip(exact, classic)) / peak
+    print(f"| {name} | {min(exact):.4g}..{max(exact):.4g} | {min(classic):.4g}..{max(classic):.4g} | {100 * off:.0f} % |")
+
+
+def main():
+    a = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    a.add_argument("--tool", required=True)
+    a.add_argument("names", nargs="*")
+    args = a.parse_args()
+    tool = pathlib.Path(args.tool).resolve()
+    with tempfile.TemporaryDirectory() as folder:
+        for name in args.names or CASES:
+            picture(tool, pathlib.Path(folder), CASES[name], name)
+
+
+if __name__ == "__main__":
+    main()
