@@ -65,9 +65,11 @@ const ParameterError* error_of(const Workbench& workbench, int row) {
     return found == errors.end() ? nullptr : &*found;
 }
 
-/// Two significant digits.
+/// Two significant digits; of an error that tells no more than its size the power of ten.
 std::string error_text(double error) {
+    constexpr double longest = 99999;
     if (!std::isfinite(error)) return "±?";
+    if (error > longest) return "±1e" + format_number(std::round(std::log10(error)), "0");
     if (error >= 10) return "±" + format_number(error, "0");
     return "±" + format_number(error, error >= 1 ? "0.0" : error >= 0.1 ? "0.00" : "0.000");
 }

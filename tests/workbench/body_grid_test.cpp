@@ -229,6 +229,9 @@ TEST(BodyGrid, errors_of_a_fit_stand_beside_the_values_until_the_next_change) {
     EXPECT_EQ(grid_error(sample.workbench, param_dip), "±0.31");
     EXPECT_EQ(grid_error(sample.workbench, param_top), "±12");
     EXPECT_EQ(grid_error(sample.workbench, param_width), "±?");
+    sample.workbench.fit_errors[0].error = 1.2e9;
+    EXPECT_EQ(grid_error(sample.workbench, param_dip), "±1e9");
+    sample.workbench.fit_errors[0].error = 0.314;
     EXPECT_EQ(grid_error(sample.workbench, param_susc), "");
     EXPECT_NE(grid_tip(sample.workbench, param_dip, grid_value).find("Standard error of the last fit: 0.31"),
               std::string::npos);

@@ -15,7 +15,6 @@ namespace {
 
 constexpr int margin = 4;  // pixels
 constexpr int unit_width = 30;
-constexpr int error_width = 46;
 constexpr int mark_size = 13;
 constexpr double selected_tint = 0.14;
 
@@ -76,7 +75,9 @@ void BodyCells::paint(QPainter* painter, const QStyleOptionViewItem& option, con
         const bool type = index.row() + 1 == row_type && !index.data().toString().isEmpty();
         paint_behind(*painter, room, unit_width, Qt::AlignLeft,
                      type ? QStringLiteral("▾") : index.data(BodyGridModel::unit_role).toString());
-        if (!error.isEmpty()) paint_behind(*painter, room, error_width, Qt::AlignLeft, error);
+        if (!error.isEmpty())
+            paint_behind(*painter, room, painter->fontMetrics().horizontalAdvance(error) + margin,
+                         Qt::AlignLeft, error);
         room.setRight(room.right() - margin);
     }
     const bool caption = index.column() == grid_property;

@@ -99,6 +99,10 @@ void BodyGridView::fill_types() {
     types_->setCurrentIndex(types_->findData(body->type));
 }
 
+bool BodyGridView::edit(const QModelIndex& index, EditTrigger trigger, QEvent* event) {
+    return !guards_.closed() && QTableView::edit(index, trigger, event);
+}
+
 void BodyGridView::mousePressEvent(QMouseEvent* event) {
     commit_editor();
     types_->hide();

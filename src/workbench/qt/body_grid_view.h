@@ -28,11 +28,13 @@ class BodyGridView : public QTableView {
     void text_refused(const QString& caption, const QString& text);
 
   protected:
+    bool edit(const QModelIndex& index, EditTrigger trigger, QEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
 
   private:
+    using QTableView::edit;
     void lay_out();
     void cell_clicked(const QModelIndex& index);
     void show_types();

@@ -137,6 +137,9 @@ void BodyPanel::colour_clicked() {
 
 void BodyPanel::show_colour() {
     const ModelBody* body = current_body(workbench_);
+    const int colour = body ? body->colour : -1;
+    if (colour == patch_colour_) return;
+    patch_colour_ = colour;
     QPixmap patch(patch_size, patch_size);
     patch.fill(body ? shown_colour(body->colour) : palette().color(QPalette::Window));
     colour_->setIcon(patch);

@@ -52,6 +52,7 @@ class BodyPanel : public QWidget {
     QScrollBar* selector_;
     CommitBox* name_;
     QToolButton* colour_;
+    std::optional<int> patch_colour_;  ///< on show; -1 without a body
     QCheckBox* fix_;
     QCheckBox* off_;
     QCheckBox* demagnetisation_;

@@ -248,6 +248,7 @@ void Form_anomalis::load_locations() {
     definitions_page_->processing().show_base_texts(result.mag_base, result.grav_base);
     charts_->view().clear_charts();
     charts_->line_changed();
+    side_->show_invert_view(false);
     update_line_state();
     status_->show_progress(-1);
     status_->clear_line();

@@ -19,7 +19,7 @@ namespace anomalis {
 
 namespace {
 
-constexpr int column_width = 372;  // pixels
+constexpr int column_width = 384;  // pixels
 
 }  // namespace
 
