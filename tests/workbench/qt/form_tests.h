@@ -17,6 +17,8 @@ QObject* make_form_names_test();
 QObject* make_form_views_test();
 QObject* make_look_test();
 QObject* make_picture_test();
+/// For a program of its own, with QT_SCALE_FACTOR=2 in the environment.
+QObject* make_sharp_test();
 
 /// Keeps pictures of both tabs and the plan of each workspace named (split by ":") in a folder, at two sizes:
 /// for people to look at, and for the guide.

@@ -26,6 +26,7 @@ class FormViewsTest : public QObject {
     void the_log_tells_its_path_and_is_written_while_it_is_on();
     void the_working_folder_is_kept_and_gone_back_to();
     void the_values_of_a_body_become_the_defaults();
+    void two_windows_over_one_settings_file_keep_each_others_values();
     void arrow_keys_move_the_bars_under_the_charts();
     void arrow_keys_step_the_bars_of_a_chart();
     void a_click_in_the_plan_selects_a_body();
@@ -164,6 +165,27 @@ void FormViewsTest::the_values_of_a_body_become_the_defaults() {
     FormSample empty;
     empty.find<QAction>("menu_save_defaults").trigger();
     QCOMPARE(empty.session.settings.get(settings_section, "Dip"), std::string(no_setting));
+}
+
+void FormViewsTest::two_windows_over_one_settings_file_keep_each_others_values() {
+    const TempFolder folder;
+    const CurrentFolder here(folder.folder());
+    const std::string path = folder.path("settings.conf");
+    const std::string model = write_workspace(folder);
+    {
+        FormSample first({}, path), second({}, path);
+        first.form->open_example(model);
+        first.session.workspace.body(1).dip.value = 47;
+        first.find<QAction>("menu_save_defaults").trigger();
+        second.type("Text_mag_intensity", "48000");
+        second.form->close();
+        first.find<QAction>("menu_save_directory").trigger();
+    }
+    ScriptedPrompts prompts;
+    const Settings after(path, prompts);
+    QCOMPARE(after.get(settings_section, "Dip"), std::string("47.0"));
+    QCOMPARE(after.get(settings_section, "MagIntensity"), std::string("48000.0"));
+    QVERIFY(prompts.messages.empty());
 }
 
 void FormViewsTest::arrow_keys_move_the_bars_under_the_charts() {
