@@ -25,7 +25,7 @@ constexpr int sheets = 50;
 constexpr int moved = 25;
 
 /// The responses of all bodies, added once a channel.
-void add_responses(const Workspace& w, std::vector<float>& sum) {
+void add_responses(Workspace& w, std::vector<float>& sum) {
     for (const int column : {1, 2}) {
         std::fill(sum.begin(), sum.end(), 0.0F);
         for (int number = 1; number <= w.body_count; ++number) {
