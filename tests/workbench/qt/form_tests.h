@@ -17,6 +17,8 @@ QObject* make_form_names_test();
 QObject* make_form_views_test();
 QObject* make_look_test();
 QObject* make_picture_test();
+/// For a program of its own: it takes its time.
+QObject* make_first_work_test();
 /// For a program of its own, with QT_SCALE_FACTOR=2 in the environment.
 QObject* make_sharp_test();
 

@@ -24,6 +24,7 @@ int main(int argc, char** argv) {
         return 0;
     }
     if (argc > 1 && QString(argv[1]) == "--sharp") return run(anomalis::make_sharp_test, 1, argv);
+    if (argc > 1 && QString(argv[1]) == "--first-work") return run(anomalis::make_first_work_test, 1, argv);
     int failed = 0;
     for (auto* make :
          {anomalis::make_form_start_test, anomalis::make_form_formulas_test, anomalis::make_form_load_test,
