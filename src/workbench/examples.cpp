@@ -42,10 +42,11 @@ std::vector<ExampleFile> find_examples(const std::string& exe_folder) {
 std::vector<std::string> supporting_files(const std::string& exe_folder) {
     std::vector<std::string> files;
     std::error_code failure;
-    const auto examples = find_examples(exe_folder);
-    if (!examples.empty())
-        for (const auto& entry : fs::directory_iterator(fs::path(examples[0].path).parent_path(), failure))
-            if (entry.is_regular_file(failure)) files.push_back(entry.path().string());
+    for (const ExampleFile& example : find_examples(exe_folder)) {
+        const fs::path workspace(example.path);
+        for (const auto& entry : fs::directory_iterator(workspace.parent_path(), failure))
+            if (entry.path().stem() == workspace.stem()) files.push_back(entry.path().string());
+    }
     std::sort(files.begin(), files.end());
     for (const char* place : {"../share/doc/anomalis/guide.md", "../docs/guide.md", "../../docs/guide.md"}) {
         const fs::path guide = (fs::path(exe_folder) / place).lexically_normal();

@@ -15,7 +15,7 @@ struct ExampleFile {
 /// installed ("share/anomalis/examples" beside its "bin") and where it is built (above the build folder).
 std::vector<ExampleFile> find_examples(const std::string& exe_folder);
 
-/// What comes with the program and may be asked about: every file of the examples folder, and the guide.
+/// What comes with the program and may be asked about: the files of each example, and the guide.
 std::vector<std::string> supporting_files(const std::string& exe_folder);
 
 }  // namespace anomalis

@@ -28,6 +28,7 @@ TEST(Examples, supporting_files_are_all_that_came_with_them) {
     const TempFolder folder;
     folder.write("share/anomalis/examples/two.axm", "");
     folder.write("share/anomalis/examples/two.dat", "");
+    folder.write("share/anomalis/examples/CMakeLists.txt", "");
     folder.write("share/doc/anomalis/guide.md", "");
     folder.write("bin/anomalis", "");
     const auto files = supporting_files(folder.path("bin/"));
