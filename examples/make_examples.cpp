@@ -111,7 +111,7 @@ Workspace described(const Survey& survey, Prompts& prompts) {
     workspace.definition.dtm_column = 5;
     workspace.mag_base = workspace.grav_base = unset;
     workspace.display.show_axes = workspace.display.show_body_label = 1;
-    workspace.display.splitter_fraction = {0.25F, 0.5F, 0.75F, 0};
+    workspace.display.splitter_fraction = {0.5F, 0.6F, 0.6F, 0};
     workspace.display.tie_factor = 2;
     survey.describe(workspace);
     return workspace;

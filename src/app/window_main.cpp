@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <QFileInfo>
 
 #include "core/session.h"
 #include "workbench/examples.h"
@@ -17,6 +18,8 @@ int main(int argc, char** argv) {
     anomalis::Form_anomalis form(session, anomalis::find_examples(session.system.exe_folder));
     prompts.set_window(&form);
     form.show();
+    if (const QStringList arguments = QApplication::arguments(); arguments.size() > 1)
+        form.open_file(QFileInfo(arguments[1]).absoluteFilePath().toStdString());
     const int status = QApplication::exec();
     prompts.set_window(nullptr);
     return status;
