@@ -93,8 +93,4 @@ SaveOutcome save_by_button(Workbench& workbench, const WindowLayout& layout) {
     return outcome;
 }
 
-int keep_latest_model(Workbench& workbench) {
-    return write_model_parameters(0, "latest.axm", workbench.session.workspace, workbench.session.prompts);
-}
-
 }  // namespace anomalis

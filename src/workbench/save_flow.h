@@ -36,8 +36,4 @@ SaveOutcome save_by_button(Workbench& workbench, const WindowLayout& layout);
 inline constexpr const char* nameless_save_text =
     "No file name yet: use File, Save Data Format and Model Definitions";
 
-/// Keeps the present state as "latest.axm" in the current folder, before something older is put back. A
-/// failure is told; the caller goes on. Returns 0 or -1.
-int keep_latest_model(Workbench& workbench);
-
 }  // namespace anomalis

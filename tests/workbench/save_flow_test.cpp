@@ -175,19 +175,5 @@ TEST(SaveFlow, odd_names_work) {
     EXPECT_THAT(saver.prompts.messages, IsEmpty());
 }
 
-TEST(SaveFlow, the_latest_model_is_kept_in_the_current_folder) {
-    Saver saver;
-    const TempFolder elsewhere;
-    const CurrentFolder here(elsewhere.folder());
-    EXPECT_EQ(keep_latest_model(saver.workbench), 0);
-    EXPECT_FALSE(elsewhere.read("latest.axm").empty());
-    EXPECT_EQ(saver.workspace().model_file, "");
-    EXPECT_TRUE(saver.workbench.unsaved);
-    std::filesystem::remove(elsewhere.path("latest.axm"));
-    std::filesystem::create_directories(elsewhere.path("latest.axm/in the way"));
-    EXPECT_EQ(keep_latest_model(saver.workbench), -1);
-    EXPECT_EQ(saver.prompts.messages.size(), 1U);
-}
-
 }  // namespace
 }  // namespace anomalis
