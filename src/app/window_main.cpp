@@ -1,11 +1,14 @@
 #include <QApplication>
 #include <QFileInfo>
+#include <QTimer>
 
 #include "core/session.h"
 #include "workbench/examples.h"
 #include "workbench/qt/form_anomalis.h"
+#include "workbench/qt/form_recovery.h"
 #include "workbench/qt/look.h"
 #include "workbench/qt/qt_prompts.h"
+#include "workbench/recovery.h"
 
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
@@ -20,6 +23,7 @@ int main(int argc, char** argv) {
     form.show();
     if (const QStringList arguments = QApplication::arguments(); arguments.size() > 1)
         form.open_file(QFileInfo(arguments[1]).absoluteFilePath().toStdString());
+    QTimer::singleShot(0, &form, [&form] { form.recovery().start(anomalis::recovery_root()); });
     const int status = QApplication::exec();
     prompts.set_window(nullptr);
     return status;

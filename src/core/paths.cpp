@@ -109,6 +109,10 @@ std::string user_data_folder() {
     return user_folder("XDG_DATA_HOME", ".local/share/");
 }
 
+std::string user_state_folder() {
+    return user_folder("XDG_STATE_HOME", ".local/state/");
+}
+
 LocateResult locate_file(const std::string& description, const std::string& path, const std::string& folder,
                          Prompts& prompts) {
     const std::string native = native_path(path);

@@ -30,9 +30,10 @@ std::string current_folder();
 double file_date(const std::string& path);
 
 /// The user's folders by the XDG base directory rules, with a trailing "/": $XDG_CONFIG_HOME or ~/.config,
-/// $XDG_DATA_HOME or ~/.local/share. "" when the user has no home.
+/// $XDG_DATA_HOME or ~/.local/share, $XDG_STATE_HOME or ~/.local/state. "" when the user has no home.
 std::string user_config_folder();
 std::string user_data_folder();
+std::string user_state_folder();
 
 struct LocateResult {
     std::string path;           ///< "" when it was not found

@@ -1,7 +1,9 @@
 #include "core/safe_file.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
@@ -9,6 +11,7 @@
 #include <optional>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <thread>
 #include <unistd.h>
 #include <utility>
 
@@ -229,14 +232,14 @@ std::string read_whole_file(const std::string& path) {
     return contents;
 }
 
-FolderLock::FolderLock(const std::string& folder)
+FolderLock::FolderLock(const std::string& folder, std::chrono::milliseconds patience)
     : descriptor_(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
     if (descriptor_ < 0) throw FileFault(errno, folder);
-    constexpr int tries = 200;
-    constexpr useconds_t pause = 10'000;  // microseconds
+    constexpr std::chrono::milliseconds pause{10};
+    const auto tries = std::max<std::int64_t>(1, patience / pause);
     int error = EWOULDBLOCK;
-    for (int i = 0; i < tries && error == EWOULDBLOCK; ++i) {
-        if (i > 0) ::usleep(pause);
+    for (std::int64_t i = 0; i < tries && error == EWOULDBLOCK; ++i) {
+        if (i > 0) std::this_thread::sleep_for(pause);
         error = ::flock(descriptor_, LOCK_EX | LOCK_NB) == 0 ? 0 : errno;
         // A file system without locks: going on alone is better than keeping nothing.
         if (error == ENOLCK || error == EOPNOTSUPP || error == ENOSYS) error = 0;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -37,11 +38,12 @@ void append_to_file(const std::string& path, std::string_view text);
 std::string read_whole_file(const std::string& path);
 
 /// An exclusive claim on a folder, respected by every process of this program and dropped at the end of the
-/// scope: for reading a file, changing it and writing it back as one step. Waits up to two seconds for
-/// another holder. Raises FileFault.
+/// scope, or of the process however it ends: for reading a file, changing it and writing it back as one step.
+/// Waits for another holder so long. Raises FileFault.
 class FolderLock {
   public:
-    explicit FolderLock(const std::string& folder);
+    explicit FolderLock(const std::string& folder,
+                        std::chrono::milliseconds patience = std::chrono::seconds(2));
     ~FolderLock();
     FolderLock(const FolderLock&) = delete;
     FolderLock& operator=(const FolderLock&) = delete;

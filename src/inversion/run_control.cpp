@@ -19,6 +19,12 @@ std::string misfit_text(float misfit) {
 }  // namespace
 
 int RunControl::corrected_channel(int index) const {
+    if (index == channel_joint) {
+        if (session_.workspace.has_mag() && session_.workspace.has_grav() &&
+            panel_.method == InversionMethod::least_squares)
+            return index;
+        index = channel_mag;
+    }
     if (index == channel_mag && !session_.workspace.has_mag()) index = channel_grav;
     if (index == channel_grav && !session_.workspace.has_grav()) index = channel_mag;
     return index;
@@ -38,7 +44,14 @@ void RunControl::command_invert(int index) {
     panel_.channel_index = corrected_channel(panel_.channel_index);
     const int limit = iteration_limit();
     begin_run(index);
-    end_run(run(index, limit), limit);
+    run(index, limit);
+    end_run(limit);
+}
+
+void RunControl::set_method(InversionMethod method) {
+    panel_.method = method;
+    panel_.channel_index = corrected_channel(panel_.channel_index);
+    changed();
 }
 
 void RunControl::begin_run(int index) {
@@ -52,10 +65,11 @@ void RunControl::begin_run(int index) {
     session_.inversion.stop_inversion = false;
     panel_.misfit.fill("");
     panel_.hourglass = true;
+    view_.run_state(true);
     changed();
 }
 
-RunResult RunControl::run(int index, int limit) {
+void RunControl::run(int index, int limit) {
     // One command, so one scope: a message of each evaluation is shown once, with its count.
     const MessageScope scope(session_.prompts);
     const RunRequest request{.entire_model = index == 1,
@@ -63,24 +77,24 @@ RunResult RunControl::run(int index, int limit) {
                              .channel = panel_.channel_index,
                              .max_iterations = limit,
                              .method = panel_.method};
-    RunResult result;
-    perform_inversion(session_, request, *this, result);
-    return result;
+    result_ = {};
+    perform_inversion(session_, request, *this, result_);
 }
 
-void RunControl::end_run(const RunResult& result, int limit) {
+void RunControl::end_run(int limit) {
     panel_.hourglass = false;
     panel_.stop_frame = false;
     session_.inversion.stop_inversion = false;
     panel_.max_iterations_text = format_number(std::int32_t{limit}, "0");
     // Without a list of its own a run has no start values: a reject would bring back those of an older one.
-    panel_.reject_changes_enabled = result.filled;
-    panel_.status_text = status_label(result.status);
+    panel_.reject_changes_enabled = result_.filled;
+    panel_.status_text = status_label(result_.status);
     panel_.status_visible = true;
-    if (result.status >= 0) session_.model_changed = true;
+    if (result_.status >= 0) session_.model_changed = true;
     changed();
     session_.prompts.yield();
     busy_ = false;
+    view_.run_state(false);
     view_.display_body_parameters();
     reset_calculated_data(session_.workspace, session_.prompts);
     view_.display_model();

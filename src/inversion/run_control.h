@@ -21,7 +21,7 @@ struct InversionPanel {
     std::string status_text;
     bool restore_best_enabled = false;
     bool reject_changes_enabled = false;
-    int channel_index = 0;  ///< Combo_invert: 0 magnetics, 1 gravity
+    int channel_index = 0;  ///< Combo_invert: 0 magnetics, 1 gravity, 2 both at once by least squares
     bool hourglass = false;
     InversionMethod method = InversionMethod::sweep;
 };
@@ -39,6 +39,8 @@ class InversionView {
     /// Between two iterations: the plan view when it is on, else the charts.
     virtual void display_iteration() { display_charts(); }
     virtual void panel_changed() {}
+    /// A run begins, or has ended: while it goes on only the stop and a request to close are served.
+    virtual void run_state(bool) {}
     virtual void progress(const InversionProgress&) {}
     /// Writes the model parameters to `path` before a restore replaces them. Shows its own failures.
     virtual void save_recovery_model(const std::string& path) = 0;
@@ -56,7 +58,11 @@ class RunControl : private RunObserver {
     bool busy() const { return busy_; }
     void set_busy(bool busy) { busy_ = busy; }
     void set_max_iterations_text(const std::string& text) { panel_.max_iterations_text = text; }
-    void set_method(InversionMethod method) { panel_.method = method; }
+    void set_method(InversionMethod method);
+    /// The most iterations of a run by the text that was typed.
+    int iteration_limit() const;
+    /// Of the last run.
+    const RunResult& result() const { return result_; }
 
     /// 0 "Invert Current Body", 1 "Invert Entire Model".
     void command_invert(int index);
@@ -66,7 +72,7 @@ class RunControl : private RunObserver {
     void command_reject_changes();
     /// Changes between moving the body and inverting.
     void command_toggle_invert_body();
-    /// A channel that the line lacks gives way to the other.
+    /// A channel that the line lacks gives way to the other; both at once need both and least squares.
     void combo_invert(int index);
     /// Check_inversion_mode: 1 fits the gradient row.
     void check_inversion_mode(int target);
@@ -92,10 +98,9 @@ class RunControl : private RunObserver {
     void best_model(bool available) override;
 
     int corrected_channel(int index) const;
-    int iteration_limit() const;
     void begin_run(int index);
-    RunResult run(int index, int limit);
-    void end_run(const RunResult& result, int limit);
+    void run(int index, int limit);
+    void end_run(int limit);
     void apply_values(const Array1<float>& values);
     void disable_undo();
     void set_view(bool invert);
@@ -106,6 +111,7 @@ class RunControl : private RunObserver {
     InversionPanel panel_;
     bool busy_ = false;
     bool close_requested_ = false;
+    RunResult result_;
 };
 
 }  // namespace anomalis

@@ -109,6 +109,19 @@ OpenOutcome open_model_file(Workbench& workbench, ReadMode mode, const std::stri
     return status == 0 ? OpenOutcome::opened : OpenOutcome::failed;
 }
 
+OpenOutcome bring_back_model(Workbench& workbench, const std::string& text, const std::string& model_file) {
+    Session& session = workbench.session;
+    const MessageScope scope(session.prompts);
+    const int status = read_model_parameters_text(static_cast<int>(ReadMode::everything), session.workspace,
+                                                  text, model_file, session.settings, session.prompts);
+    take_settings_of_file(workbench);
+    forget_line(workbench);
+    refresh_data_head(workbench);
+    note_change(workbench, {"bringing back the model", "", true});
+    note_unsaved(workbench);
+    return status == 0 ? OpenOutcome::opened : OpenOutcome::failed;
+}
+
 OpenOutcome open_recent_file(Workbench& workbench, int index) {
     if (index < 0 || index >= static_cast<int>(workbench.recent_files.size())) return OpenOutcome::cancelled;
     const std::string path = workbench.recent_files[static_cast<std::size_t>(index)];

@@ -30,6 +30,10 @@ OpenOutcome open_model_file(Workbench& workbench, ReadMode mode, const std::stri
 /// of the file becomes the current one. A file that vanished is told and stays in the list.
 OpenOutcome open_recent_file(Workbench& workbench, int index);
 
+/// Takes a whole model from the text of a workspace file that is no longer, or not yet, what `model_file`
+/// holds: it goes by that name, and is unsaved.
+OpenOutcome bring_back_model(Workbench& workbench, const std::string& text, const std::string& model_file);
+
 /// Asks for an observed data file. The first one of a session without a working folder of its own makes its
 /// folder the current one. Returns false after a cancel: nothing has changed.
 bool choose_data_file(Workbench& workbench);

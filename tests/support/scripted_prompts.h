@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <deque>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -23,6 +24,7 @@ class ScriptedPrompts : public Prompts {
     std::vector<FileRequest> open_requests;
     std::vector<FileRequest> save_requests;
     int yields = 0;
+    std::function<void()> on_yield;
 
     // The answers to come; no value is a cancel.
     std::deque<bool> yes_no;
@@ -37,7 +39,10 @@ class ScriptedPrompts : public Prompts {
         });
     }
 
-    void yield() override { ++yields; }
+    void yield() override {
+        ++yields;
+        if (on_yield) on_yield();
+    }
 
   protected:
     void show_message(const std::string& text) override { messages.push_back(text); }

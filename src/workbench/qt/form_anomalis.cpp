@@ -19,7 +19,9 @@
 #include "workbench/qt/form_files.h"
 #include "workbench/qt/form_formulas.h"
 #include "workbench/qt/form_history.h"
+#include "workbench/qt/form_inversion.h"
 #include "workbench/qt/form_menus.h"
+#include "workbench/qt/form_recovery.h"
 #include "workbench/qt/form_views.h"
 #include "workbench/qt/model_side.h"
 #include "workbench/qt/processing_panel.h"
@@ -73,11 +75,14 @@ Form_anomalis::Form_anomalis(Session& session, const std::vector<ExampleFile>& e
       bodies_(new FormBodies(*this)),
       views_(new FormViews(*this)),
       history_(new FormHistory(*this)),
-      formulas_(new FormFormulas(*this)) {
+      formulas_(new FormFormulas(*this)),
+      recovery_(new FormRecovery(*this)),
+      inversion_(nullptr) {
     lay_out();
     files_ = new FormFiles(*this);
     wire_pages();
     wire_menus();
+    inversion_ = new FormInversion(*this, *recovery_);
     start();
 }
 
@@ -199,6 +204,13 @@ void Form_anomalis::open_example(const std::string& path) {
     if (line_loaded(session_.workspace)) tabs_->setCurrentIndex(tab_model);
 }
 
+void Form_anomalis::show_recovered() {
+    show_opened(OpenOutcome::opened, ReadMode::everything);
+    load_locations();
+    if (line_loaded(session_.workspace)) tabs_->setCurrentIndex(tab_model);
+    show_caption();
+}
+
 /// After a read that failed half way the boxes show what the workspace now holds.
 void Form_anomalis::show_opened(OpenOutcome outcome, ReadMode mode) {
     if (outcome == OpenOutcome::cancelled || outcome == OpenOutcome::missing) return;
@@ -248,7 +260,7 @@ void Form_anomalis::load_locations() {
     definitions_page_->processing().show_base_texts(result.mag_base, result.grav_base);
     charts_->view().clear_charts();
     charts_->line_changed();
-    side_->show_invert_view(false);
+    inversion_->line_changed();
     update_line_state();
     status_->show_progress(-1);
     status_->clear_line();
@@ -274,6 +286,7 @@ void Form_anomalis::tab_changed(int index) {
 
 void Form_anomalis::line_dropped() {
     charts_->view().clear_charts();
+    inversion_->line_changed();
     status_->clear_line();
     status_->show_text(QString());
     update_line_state();
@@ -289,10 +302,6 @@ void Form_anomalis::update_line_state() {
 
 void Form_anomalis::setting_changed() {
     model_edited();
-}
-
-void Form_anomalis::commit_edits() {
-    commit_boxes(*definitions_page_);
 }
 
 void Form_anomalis::history_moved(const HistoryStep& step) {
@@ -317,6 +326,7 @@ void Form_anomalis::show_definitions_tab() {
 void Form_anomalis::model_edited() {
     side_->display_body_parameters();
     charts_->view().display_model();
+    inversion_->follow_model();
     show_caption();
 }
 
@@ -327,7 +337,9 @@ void Form_anomalis::show_caption() {
 }
 
 void Form_anomalis::closeEvent(QCloseEvent* event) {
+    if (!inversion_->may_close()) return event->ignore();
     commit_entries();
+    recovery_->finish();
     const auto [intensity, inclination, declination] = definitions_page_->field().texts();
     session_.save_at_exit({intensity, inclination, declination, tabs_->width() * twips_a_pixel,
                            height() * twips_a_pixel, menus_->display_axes()});

@@ -20,7 +20,9 @@ class FormBodies;
 class FormFiles;
 class FormFormulas;
 class FormHistory;
+class FormInversion;
 class FormMenus;
+class FormRecovery;
 class FormViews;
 class ModelSide;
 class StatusPanels;
@@ -56,8 +58,10 @@ class Form_anomalis : public QMainWindow {
     void show_definitions_tab();
     /// Menus and model page follow whether a line is loaded.
     void update_line_state();
-    /// Half-typed texts are taken over: before a command.
-    void commit_edits();
+    FormInversion& inversion() { return *inversion_; }
+    FormRecovery& recovery() { return *recovery_; }
+    /// A model that a crash left is back: it is shown like an opened one, and its line is loaded.
+    void show_recovered();
     /// A step back or forward was taken: boxes, line, bodies, charts and caption follow.
     void history_moved(const HistoryStep& step);
     /// Shows what a read of a workspace file left.
@@ -106,6 +110,8 @@ class Form_anomalis : public QMainWindow {
     FormHistory* history_;
     FormFiles* files_ = nullptr;
     FormFormulas* formulas_;
+    FormRecovery* recovery_;
+    FormInversion* inversion_;
 };
 
 }  // namespace anomalis

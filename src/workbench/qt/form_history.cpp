@@ -57,7 +57,7 @@ void FormHistory::show_names() {
 
 void FormHistory::move(bool back) {
     if (form_.guards().closed()) return;
-    form_.commit_edits();
+    form_.commit_entries();
     const HistoryStep step = back ? undo_change(form_.workbench()) : redo_change(form_.workbench());
     if (!step.moved) {
         form_.status().show_text(back ? tr("Nothing to undo") : tr("Nothing to redo"));

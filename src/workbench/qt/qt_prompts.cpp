@@ -9,6 +9,7 @@ namespace anomalis {
 
 namespace {
 
+constexpr qint64 turn_pause = 10;  // ms
 const QString dialog_title = QStringLiteral("Anomalis");
 
 QString qt_text(const std::string& text) {
@@ -28,7 +29,10 @@ QWidget* QtPrompts::parent() const {
 }
 
 void QtPrompts::yield() {
-    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    if (since_turn_.isValid() && since_turn_.elapsed() < turn_pause) return;
+    QCoreApplication::processEvents(serve_input_ ? QEventLoop::AllEvents
+                                                 : QEventLoop::ExcludeUserInputEvents);
+    since_turn_.start();
 }
 
 QString QtPrompts::dialog_filter(const std::string& filter) {

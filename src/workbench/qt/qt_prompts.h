@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QString>
 
 #include "core/prompts.h"
@@ -14,8 +15,10 @@ class QtPrompts : public Prompts {
     /// The window that the dialogs belong to; null while there is none.
     void set_window(QWidget* window) { window_ = window; }
 
-    /// Lets the window paint itself; the person's keys and clicks wait.
+    /// Lets the window paint itself; the person's keys and clicks wait unless they are served. A turn that
+    /// follows the last one closely is left out, so that it may be called in a fast loop.
     void yield() override;
+    void serve_input(bool serve) { serve_input_ = serve; }
 
     /// "Text|*.a;*.b|All files (*.*)|*.*" as Qt's file dialogs want it.
     static QString dialog_filter(const std::string& filter);
@@ -33,6 +36,8 @@ class QtPrompts : public Prompts {
     QWidget* parent() const;
 
     QWidget* window_ = nullptr;
+    QElapsedTimer since_turn_;
+    bool serve_input_ = false;
 };
 
 }  // namespace anomalis

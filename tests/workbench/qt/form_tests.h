@@ -12,6 +12,7 @@ QObject* make_form_grid_test();
 QObject* make_form_bodies_test();
 QObject* make_form_dialogs_test();
 QObject* make_form_files_test();
+QObject* make_form_inversion_test();
 QObject* make_form_layout_test();
 QObject* make_form_names_test();
 QObject* make_form_views_test();

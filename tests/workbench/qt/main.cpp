@@ -29,9 +29,9 @@ int main(int argc, char** argv) {
     for (auto* make :
          {anomalis::make_form_start_test, anomalis::make_form_formulas_test, anomalis::make_form_load_test,
           anomalis::make_form_charts_test, anomalis::make_form_grid_test, anomalis::make_form_bodies_test,
-          anomalis::make_form_dialogs_test, anomalis::make_form_files_test, anomalis::make_form_layout_test,
-          anomalis::make_form_names_test, anomalis::make_form_views_test, anomalis::make_look_test,
-          anomalis::make_picture_test}) {
+          anomalis::make_form_dialogs_test, anomalis::make_form_files_test,
+          anomalis::make_form_inversion_test, anomalis::make_form_layout_test, anomalis::make_form_names_test,
+          anomalis::make_form_views_test, anomalis::make_look_test, anomalis::make_picture_test}) {
         const std::unique_ptr<QObject> test(make());
         failed += QTest::qExec(test.get(), argc, argv);
     }

@@ -1,0 +1,76 @@
+#pragma once
+
+#include <QElapsedTimer>
+#include <QObject>
+
+#include "workbench/inversion_desk.h"
+
+class QAction;
+class QFrame;
+class QLineEdit;
+class QTimer;
+
+namespace anomalis {
+
+class BusyInput;
+class Form_anomalis;
+class FormRecovery;
+class InvertPanel;
+class LimitStripView;
+
+/// The inversion in the window: panel, limit bars, menu entries, and what is served while it runs.
+class FormInversion : public QObject, private InversionDeskHost {
+    Q_OBJECT
+
+  public:
+    FormInversion(Form_anomalis& form, FormRecovery& recovery);
+    ~FormInversion() override;
+
+    InversionDesk& desk() { return desk_; }
+    /// False while a run goes on: it is stopped, and the window closes after it.
+    bool may_close() { return desk_.control().may_close(); }
+    /// Another line, or none.
+    void line_changed();
+    /// The model was edited.
+    void follow_model();
+    /// `Frame_model_misfit`, shown for a picture of the window alone.
+    QFrame& misfit_frame() { return *misfit_frame_; }
+
+  private:
+    void show_panel(const InversionPanel& panel) override;
+    void show_bars() override;
+    void show_run(bool running) override;
+    void display_body_parameters() override;
+    void display_model() override;
+    void display_chart(int index) override;
+    void display_plan_view() override;
+    void show_caption() override;
+    void keep_model() override;
+    void close_window() override;
+
+    void add_entries();
+    void wire_panel();
+    void make_misfit_frame();
+    void invert(int index);
+    void stop();
+    void show_progress();
+    void place_bars();
+    void show_misfit(double data, double gradient);
+    void show_inversion_view(bool invert);
+
+    Form_anomalis& form_;
+    FormRecovery& recovery_;
+    InversionDesk desk_;
+    InvertPanel& panel_;
+    LimitStripView* strip_;
+    QTimer* progress_timer_;
+    QAction* stop_action_ = nullptr;
+    BusyInput* busy_ = nullptr;
+    QFrame* misfit_frame_ = nullptr;
+    QLineEdit* misfit_box_ = nullptr;
+    std::int64_t evaluations_before_ = 0;
+    int iteration_limit_ = 0;
+    bool placing_ = false;
+};
+
+}  // namespace anomalis
