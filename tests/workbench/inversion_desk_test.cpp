@@ -97,15 +97,16 @@ TEST(InversionDesk, hands_the_errors_of_a_least_squares_fit_to_the_grid) {
     EXPECT_TRUE(sample.workbench.fit_errors.empty());
 }
 
-TEST(InversionDesk, says_which_parameters_the_data_leave_open) {
+TEST(InversionDesk, says_which_parameters_a_limit_holds) {
     DeskSample sample;
-    // The response of a thin sheet is in proportion to width times susceptibility.
-    sample.workspace().body(1).type = thin_sheet;
-    sample.workspace().body(1).width.vary = 1;
+    sample.workspace().body(1).distance.min = 730;
     sample.desk.control().set_method(InversionMethod::least_squares);
     sample.desk.invert(0);
-    EXPECT_NE(sample.desk.fit_remark().find("width of body 1"), std::string::npos)
-        << sample.desk.fit_remark() << sample.desk.panel().status_text << testing::PrintToString(sample.prompts.messages) << sample.workbench.fit_errors.size();
+    EXPECT_EQ(sample.distance(1), 730);
+    EXPECT_EQ(sample.desk.fit_remark(), "Held by a limit: distance of body 1");
+    sample.move_body(1, 735);
+    note_change(sample.workbench, {"distance", "", false});
+    EXPECT_EQ(sample.desk.fit_remark(), "");
 }
 
 TEST(InversionDesk, a_failed_setup_is_no_step) {

@@ -121,7 +121,7 @@ void FormInversion::invert(int index) {
     if (form_.guards().closed()) return;
     form_.commit_entries();
     commit_boxes(panel_);
-    if (form_.workbench().view.current_body == 0) return;
+    follow_view();
     desk_.invert(index);
     const std::string remark = desk_.fit_remark();
     if (!remark.empty()) form_.status().show_text(QString::fromStdString(remark));
@@ -135,15 +135,24 @@ void FormInversion::stop() {
 
 void FormInversion::show_panel(const InversionPanel& panel) {
     panel_.show_panel(panel);
-    if (form_.side().invert_view() != panel.invert_frame) form_.side().show_invert_view(panel.invert_frame);
+    if (shown_view_ == panel.invert_frame) return;
+    shown_view_ = panel.invert_frame;
+    form_.side().show_invert_view(shown_view_);
 }
 
-/// The column showed the other view by itself, at a press of its button or after a reset.
+/// The column goes back to its bars by itself when the list of bodies begins or ends.
+void FormInversion::follow_view() {
+    if (form_.side().invert_view() || !desk_.panel().invert_frame || desk_.busy()) return;
+    shown_view_ = false;
+    desk_.control().show_move_view();
+}
+
+/// The button of the column was pressed, which then shows the other view.
 void FormInversion::show_inversion_view(bool invert) {
     if (form_.guards().closed()) return;
     if (desk_.panel().invert_frame == invert) desk_.control().show_move_view();
+    shown_view_ = invert;
     desk_.show_view(invert);
-    show_panel(desk_.panel());
 }
 
 void FormInversion::show_run(bool running) {
@@ -208,6 +217,7 @@ void FormInversion::line_changed() {
 }
 
 void FormInversion::follow_model() {
+    follow_view();
     desk_.follow_model();
     show_panel(desk_.panel());
     place_bars();

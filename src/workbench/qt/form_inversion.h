@@ -57,6 +57,7 @@ class FormInversion : public QObject, private InversionDeskHost {
     void place_bars();
     void show_misfit(double data, double gradient);
     void show_inversion_view(bool invert);
+    void follow_view();
 
     Form_anomalis& form_;
     FormRecovery& recovery_;
@@ -71,6 +72,7 @@ class FormInversion : public QObject, private InversionDeskHost {
     std::int64_t evaluations_before_ = 0;
     int iteration_limit_ = 0;
     bool placing_ = false;
+    bool shown_view_ = false;  ///< the panel's view as last shown
 };
 
 }  // namespace anomalis

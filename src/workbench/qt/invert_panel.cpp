@@ -56,7 +56,7 @@ InvertPanel::InvertPanel(Workbench& workbench, FormGuards& guards)
     setObjectName("Frame_invert");
     setProperty("card", true);
     auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(12, 8, 12, 8);
+    column->setContentsMargins(12, 8, 12, 6);
     column->setSpacing(gap);
     auto* grid = new QGridLayout;
     grid->setHorizontalSpacing(8);
@@ -70,8 +70,11 @@ InvertPanel::InvertPanel(Workbench& workbench, FormGuards& guards)
     status_->setTextInteractionFlags(Qt::TextSelectableByMouse);
     keep_room(*status_);
     status_->hide();
-    column->addWidget(status_);
-    column->addWidget(make_stop_frame());
+    // Never both at once: a run hides the end of the one before.
+    auto* ending = new QGridLayout;
+    ending->addWidget(status_, 0, 0);
+    ending->addWidget(make_stop_frame(), 0, 0);
+    column->addLayout(ending);
 }
 
 void InvertPanel::add_choices(QGridLayout& grid) {
@@ -97,7 +100,6 @@ void InvertPanel::add_choices(QGridLayout& grid) {
     place(0, 1, method_);
     place(1, 0, limit_);
     place(1, 1, done_);
-    grid.addWidget(gradient_, 2, 0, 1, 4);
     connect(channel_, &QComboBox::activated, this, [this](int index) {
         if (!guards_.closed()) emit channel_chosen(index);
     });
@@ -139,6 +141,7 @@ QWidget* InvertPanel::make_misfits() {
     grid->setContentsMargins(0, 0, 0, 0);
     grid->setHorizontalSpacing(8);
     grid->setVerticalSpacing(2);
+    grid->addWidget(gradient_, 0, 0);
     int column = 1;
     for (const QString& text : {tr("Before"), tr("Now")}) {
         auto* heading = new QLabel(text);

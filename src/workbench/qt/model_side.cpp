@@ -108,7 +108,12 @@ bool ModelSide::invert_view() const {
 }
 
 void ModelSide::show_invert_view(bool invert) {
-    views_->setCurrentWidget(invert ? static_cast<QWidget*>(invert_) : move_);
+    QWidget* shown = invert ? static_cast<QWidget*>(invert_) : move_;
+    // The room below the grid is that of the view on show, not of the taller one.
+    for (QWidget* view : std::initializer_list<QWidget*>{move_, invert_})
+        view->setSizePolicy(QSizePolicy::Preferred,
+                            view == shown ? QSizePolicy::Preferred : QSizePolicy::Ignored);
+    views_->setCurrentWidget(shown);
     toggle_->setText(invert ? tr("Move This Body") : tr("Perform Inversion"));
 }
 

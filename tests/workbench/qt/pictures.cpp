@@ -69,6 +69,11 @@ void keep_pictures(const QString& folder, const QString& workspaces) {
             keep(sample, folder, name + "_plan" + suffix);
             sample.choose_tab(0);
             keep(sample, folder, name + "_data" + suffix);
+            sample.choose_tab(1);
+            sample.find<QPushButton>("Command_show_plan").click();
+            sample.find<QPushButton>("Command_toggle_invert_body").click();
+            sample.find<QPushButton>("Command_invert_1").click();
+            keep(sample, folder, name + "_inversion" + suffix);
         }
     }
 }
