@@ -1,9 +1,6 @@
 #include "workbench/qt/form_inversion.h"
 
 #include <QApplication>
-#include <QHBoxLayout>
-#include <QLabel>
-#include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
 #include <QTabWidget>
@@ -11,7 +8,6 @@
 
 #include "chart/ax_grapher.h"
 #include "chart/surface_mapping.h"
-#include "core/numbers.h"
 #include "workbench/qt/busy_input.h"
 #include "workbench/qt/charts_panel.h"
 #include "workbench/qt/entry_box.h"
@@ -21,7 +17,6 @@
 #include "workbench/qt/invert_panel.h"
 #include "workbench/qt/limit_strip.h"
 #include "workbench/qt/model_side.h"
-#include "workbench/qt/panel.h"
 #include "workbench/qt/qt_prompts.h"
 #include "workbench/qt/status_panels.h"
 
@@ -43,7 +38,6 @@ FormInversion::FormInversion(Form_anomalis& form, FormRecovery& recovery)
       progress_timer_(new QTimer(this)) {
     add_entries();
     wire_panel();
-    make_misfit_frame();
     busy_ = new BusyInput(form_, panel_.stop_button(), *stop_action_, [this] { stop(); });
     progress_timer_->setInterval(progress_pause);
     connect(progress_timer_, &QTimer::timeout, this, &FormInversion::show_progress);
@@ -102,19 +96,6 @@ void FormInversion::wire_panel() {
             [&control](bool on) { control.check_inversion_mode(on ? target_gradient : target_data); });
     connect(&panel_, &InvertPanel::iterations_typed, this,
             [&control](const QString& text) { control.set_max_iterations_text(text.toStdString()); });
-}
-
-void FormInversion::make_misfit_frame() {
-    misfit_frame_ = new QFrame(&form_.side());
-    misfit_frame_->setObjectName("Frame_model_misfit");
-    misfit_frame_->setProperty("card", true);
-    auto* row = new QHBoxLayout(misfit_frame_);
-    row->setContentsMargins(10, 4, 10, 4);
-    misfit_box_ = make_result_box({"Text_model_misfit", "Model Misfit", "",
-                                   "Misfit of the data and of the gradient, as the picture shows them"});
-    row->addWidget(make_caption(tr("Model Misfit"), misfit_box_));
-    row->addWidget(misfit_box_, 1);
-    misfit_frame_->hide();
 }
 
 void FormInversion::invert(int index) {
@@ -224,11 +205,8 @@ void FormInversion::follow_model() {
 }
 
 void FormInversion::show_misfit(double data, double gradient) {
-    const auto first = static_cast<float>(data);
-    const auto second = static_cast<float>(gradient);
-    if (!desk_.busy()) desk_.control().show_current_misfit({first, second});
-    misfit_box_->setText(
-        QString::fromStdString(format_number(first, "0.00") + " " + format_number(second, "0.00")));
+    if (desk_.busy()) return;
+    desk_.control().show_current_misfit({static_cast<float>(data), static_cast<float>(gradient)});
 }
 
 void FormInversion::show_bars() {

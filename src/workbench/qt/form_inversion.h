@@ -1,13 +1,10 @@
 #pragma once
 
-#include <QElapsedTimer>
 #include <QObject>
 
 #include "workbench/inversion_desk.h"
 
 class QAction;
-class QFrame;
-class QLineEdit;
 class QTimer;
 
 namespace anomalis {
@@ -33,8 +30,6 @@ class FormInversion : public QObject, private InversionDeskHost {
     void line_changed();
     /// The model was edited.
     void follow_model();
-    /// `Frame_model_misfit`, shown for a picture of the window alone.
-    QFrame& misfit_frame() { return *misfit_frame_; }
 
   private:
     void show_panel(const InversionPanel& panel) override;
@@ -50,7 +45,6 @@ class FormInversion : public QObject, private InversionDeskHost {
 
     void add_entries();
     void wire_panel();
-    void make_misfit_frame();
     void invert(int index);
     void stop();
     void show_progress();
@@ -67,10 +61,7 @@ class FormInversion : public QObject, private InversionDeskHost {
     QTimer* progress_timer_;
     QAction* stop_action_ = nullptr;
     BusyInput* busy_ = nullptr;
-    QFrame* misfit_frame_ = nullptr;
-    QLineEdit* misfit_box_ = nullptr;
     std::int64_t evaluations_before_ = 0;
-    int iteration_limit_ = 0;
     bool placing_ = false;
     bool shown_view_ = false;  ///< the panel's view as last shown
 };
