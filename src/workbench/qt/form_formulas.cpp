@@ -46,7 +46,7 @@ void FormFormulas::choose(bool exact) {
     Workbench& workbench = form_.workbench();
     Workspace& workspace = workbench.session.workspace;
     if (form_.guards().closed() || workspace.formulas == wanted) return refresh();
-    form_.commit_edits();
+    form_.commit_entries();
     set_formulas(workspace, wanted, workbench.session.prompts);
     note_change(workbench, {exact ? "exact formulas" : "classic formulas", "", false});
     form_.model_edited();
