@@ -126,6 +126,49 @@ BENCHMARK(a_run)
     ->Iterations(1)
     ->Unit(benchmark::kMillisecond);
 
+/// A run at full size whose person presses Stop: how soon the program answers (the longest stretch between
+/// two yields), and how long the run goes on (the iteration that it is in). Ratios are to one evaluation.
+void a_stop(benchmark::State& state, InversionMethod method) {
+    struct StoppingPrompts : QuietPrompts {
+        Session* session = nullptr;
+        double last = cpu_seconds(), asked = 0, longest = 0;
+        long yields = 0;
+        void yield() override {
+            const double now = cpu_seconds();
+            longest = std::max(longest, now - last);
+            last = now;
+            if (++yields == 20) {
+                session->inversion.stop_inversion = true;
+                asked = now;
+            }
+        }
+    };
+    for (auto _ : state) {
+        Line line(8193, 50);
+        StoppingPrompts prompts;
+        Session session(prompts, Settings());
+        session.workspace = line.session.workspace;
+        prompts.session = &session;
+        finish_load(session);
+        refresh_model(session);
+        InvertOptions options;
+        options.method = method;
+        const double start = prompts.last = cpu_seconds();
+        const InversionReport report = run_inversion(session, options);
+        const double end = cpu_seconds();
+        const double one = (end - start) / static_cast<double>(report.result.evaluations);
+        state.counters["answer_ms"] = prompts.longest * 1e3;
+        state.counters["answer_to_evaluation"] = prompts.longest / one;
+        state.counters["end_of_run_ms"] = (end - prompts.asked) * 1e3;
+        state.counters["iterations"] = report.result.iterations;
+        state.counters["evaluations"] = static_cast<double>(report.result.evaluations);
+    }
+}
+BENCHMARK_CAPTURE(a_stop, sweep, InversionMethod::sweep)->Iterations(1)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(a_stop, least_squares, InversionMethod::least_squares)
+    ->Iterations(1)
+    ->Unit(benchmark::kMillisecond);
+
 /// The two methods from the same start. The last misfits and the evaluations make the table.
 void example(benchmark::State& state, const char* name, InversionMethod method) {
     const std::string path = std::string(ANOMALIS_EXAMPLES) + "/" + name + ".axm";
