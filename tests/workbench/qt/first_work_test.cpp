@@ -127,7 +127,8 @@ void FirstWork::move_a_body() {
     QVERIFY(misfit() != before);
     QVERIFY(marked());
     keep("3_moved");
-    press(Qt::Key_Z, Qt::ControlModifier);
+    // One step of undo, or more on a machine so slow that the held bar paused.
+    for (int step = 0; step < 20 && marked(); ++step) press(Qt::Key_Z, Qt::ControlModifier);
     QCOMPARE(workspace().body(1).distance.value, distance);
     QCOMPARE(misfit(), before);
     QVERIFY(!marked());
