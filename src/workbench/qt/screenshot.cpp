@@ -77,7 +77,7 @@ void fill_note(QFrame& note, const Workbench& workbench) {
     QString misfit;
     if (line_loaded(workspace) && workspace.body_count > 0) {
         const auto [data, gradient] = refresh_model(workbench.session);
-        misfit = QString::fromStdString(format_number(data, "0.00") + ", " + format_number(gradient, "0.00"));
+        misfit = QString::fromStdString(format_number(data, "0.00") + " " + format_number(gradient, "0.00"));
     }
     note.findChild<QLineEdit*>("Text_model_misfit")->setText(misfit);
 }

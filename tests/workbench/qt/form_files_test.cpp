@@ -212,7 +212,7 @@ void FormFilesTest::pictures_go_beside_the_model_and_to_the_clipboard() {
     QVERIFY(bars.isVisible() && sample.find<QWidget>("Frame_buttons").isVisible());
     QVERIFY(!sample.find<QWidget>("Frame_model_misfit").isVisible());
     const QString misfit = sample.text("Text_model_misfit");
-    QVERIFY2(QRegularExpression("^\\d+\\.\\d\\d, \\d+\\.\\d\\d$").match(misfit).hasMatch(),
+    QVERIFY2(QRegularExpression("^\\d+\\.\\d\\d \\d+\\.\\d\\d$").match(misfit).hasMatch(),
              qPrintable(misfit));
 
     sample.click("Command_Save_Screenshot_0");
