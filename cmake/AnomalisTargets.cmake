@@ -55,7 +55,7 @@ function(anomalis_window_test name)
   target_link_libraries(test_${name} PRIVATE anomalis_test_flags ${TEST_DEPENDS} Qt6::Test)
   set_target_properties(test_${name} PROPERTIES AUTOMOC ON)
   add_test(NAME ${name} COMMAND test_${name})
-  set_tests_properties(${name} PROPERTIES TIMEOUT 300 ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
+  set_tests_properties(${name} PROPERTIES TIMEOUT 900 ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
 endfunction()
 
 # anomalis_bench(NAME SOURCES ... DEPENDS ...): a Google Benchmark program.
