@@ -5,6 +5,7 @@
 #include <QFrame>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QPainter>
 #include <QProgressBar>
 
 #include "core/numbers.h"
@@ -15,7 +16,7 @@ namespace anomalis {
 
 namespace {
 
-constexpr int progress_width = 120;  // pixels
+constexpr int progress_width = 120, least_message = 60;  // pixels
 
 struct PanelPlan {
     const char* caption;
@@ -31,6 +32,20 @@ constexpr std::array<PanelPlan, 7> plans{
      {"E", "0000000.00", "East of the nearest station, m"},
      {"N", "00000000.00", "North of the nearest station, m"},
      {"", "RMS: 0000.000 0000.00", "Misfit of data and of gradient between observed and calculated"}}};
+
+/// Shows as much of its text as there is room for, so that a long one never widens the window.
+class ElidedLabel : public QLabel {
+  public:
+    QSize minimumSizeHint() const override { return {least_message, QLabel::minimumSizeHint().height()}; }
+    QSize sizeHint() const override { return minimumSizeHint(); }
+
+  protected:
+    void paintEvent(QPaintEvent*) override {
+        const QRect room = contentsRect();
+        QPainter(this).drawText(room, Qt::AlignLeft | Qt::AlignVCenter,
+                                fontMetrics().elidedText(text(), Qt::ElideRight, room.width()));
+    }
+};
 
 }  // namespace
 
@@ -53,24 +68,29 @@ StatusPanels::StatusPanels(QWidget* parent) : QStatusBar(parent) {
             make_quiet(*caption);
             row->addWidget(caption);
         }
-        panels_[i] = new QLabel;
+        panels_[i] = i == 0 ? new ElidedLabel : new QLabel;
         panels_[i]->setObjectName("StatusBar_" + QString::number(i + 1));
         panels_[i]->setMinimumWidth(fontMetrics().horizontalAdvance(plans[i].widest));
         holder->setToolTip(tr(plans[i].tip));
-        row->addWidget(panels_[i]);
+        row->addWidget(panels_[i], i == 0 ? 1 : 0);
         if (i == 0) {
+            row->addWidget(make_progress_bar());
             addWidget(holder, 1);
         } else {
             addPermanentWidget(holder);
         }
     }
+}
+
+/// It stands in the room of the message.
+QProgressBar* StatusPanels::make_progress_bar() {
     progress_ = new QProgressBar;
     progress_->setObjectName("ProgressBar_load");
     progress_->setToolTip(tr("How far the work has come, percent"));
     progress_->setFixedWidth(progress_width);
     progress_->setRange(0, 100);
     progress_->hide();
-    insertWidget(1, progress_);
+    return progress_;
 }
 
 void StatusPanels::show_text(const QString& text) {

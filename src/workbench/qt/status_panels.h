@@ -27,6 +27,8 @@ class StatusPanels : public QStatusBar {
 
   private:
     QLabel* panel(int number) { return panels_.at(static_cast<std::size_t>(number - 1)); }
+    QProgressBar* make_progress_bar();
+
     std::array<QLabel*, 7> panels_{};
     QProgressBar* progress_;
 };
