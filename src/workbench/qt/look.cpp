@@ -3,8 +3,10 @@
 #include <array>
 
 #include <QApplication>
+#include <QPainter>
 #include <QPalette>
-#include <QStyleFactory>
+#include <QProxyStyle>
+#include <QStyleOption>
 #include <QWidget>
 
 namespace anomalis {
@@ -20,7 +22,7 @@ struct Shades {
 constexpr Shades light_shades{"#f3f5f7", "#ffffff", "#f6f8fa", "#1c2630", "#55606b",
                               "#f7f9fa", "#1f66b0", "#ffffff", "#b4bec8", "#d9dfe5"};
 constexpr Shades dark_shades{"#1f242a", "#171b20", "#1c2127", "#e3e8ed", "#a3adb8",
-                             "#2a3038", "#5aa2e6", "#0d1116", "#4a545f", "#343c45"};
+                             "#2a3038", "#5aa2e6", "#0d1116", "#6b7783", "#343c45"};
 
 QPalette palette_of(const Shades& shades) {
     QPalette palette;
@@ -63,6 +65,38 @@ const char* const style_rules = R"(
     QStatusBar::item { border: none; }
 )";
 
+/// Fusion derives the outline of boxes from the ground by darkening it, which leaves nothing to see on a dark
+/// one.
+class VisibleOutlines : public QProxyStyle {
+  public:
+    VisibleOutlines() : QProxyStyle("Fusion") {}
+
+    void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                       const QWidget* widget) const override {
+        QProxyStyle::drawPrimitive(element, option, painter, widget);
+        if (is_dark(option->palette) && has_outline(element, *option)) draw_outline(*option, *painter);
+    }
+
+  private:
+    static bool has_outline(PrimitiveElement element, const QStyleOption& option) {
+        if (element == PE_IndicatorCheckBox) return true;
+        const auto* frame = qstyleoption_cast<const QStyleOptionFrame*>(&option);
+        return element == PE_PanelLineEdit && frame && frame->lineWidth > 0 &&
+               !(option.state & State_HasFocus);
+    }
+
+    static void draw_outline(const QStyleOption& option, QPainter& painter) {
+        constexpr double radius = 2, half_line = 0.5;
+        painter.save();
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(option.palette.color(QPalette::Mid));
+        painter.setBrush(Qt::NoBrush);
+        painter.drawRoundedRect(QRectF(option.rect).adjusted(half_line, half_line, -half_line, -half_line),
+                                radius, radius);
+        painter.restore();
+    }
+};
+
 }  // namespace
 
 bool is_dark(const QPalette& palette) {
@@ -75,7 +109,7 @@ QPalette look_palette(bool dark) {
 
 void apply_look(QApplication& application) {
     const bool dark = is_dark(QApplication::palette());
-    QApplication::setStyle(QStyleFactory::create("Fusion"));
+    QApplication::setStyle(new VisibleOutlines);
     QApplication::setPalette(look_palette(dark));
     application.setStyleSheet(style_rules);
 }

@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+#include <QCheckBox>
+#include <QLineEdit>
 #include <QtTest>
 
 #include "workbench/qt/form_tests.h"
@@ -15,11 +17,12 @@ class LookTest : public QObject {
     void every_text_stands_out_from_its_ground();
     void the_tints_of_the_columns_leave_the_text_legible();
     void a_dark_desktop_gets_the_dark_palette();
+    void an_empty_box_can_be_seen_in_the_dark();
 };
 
 namespace {
 
-constexpr double least_contrast = 4.5;
+constexpr double least_contrast = 4.5, least_outline_contrast = 3;
 
 double luminance(const QColor& colour) {
     const auto part = [](double c) { return c <= 0.03928 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4); };
@@ -97,6 +100,26 @@ void LookTest::a_dark_desktop_gets_the_dark_palette() {
     QApplication::setPalette(before);
     apply_look(application);
     QCOMPARE(QApplication::palette().color(QPalette::Base), before.color(QPalette::Base));
+}
+
+void LookTest::an_empty_box_can_be_seen_in_the_dark() {
+    const QPalette before = QApplication::palette();
+    auto& application = *static_cast<QApplication*>(QCoreApplication::instance());
+    QApplication::setPalette(look_palette(true));
+    apply_look(application);
+    QCheckBox mark;
+    QLineEdit entry;
+    for (QWidget* box : std::initializer_list<QWidget*>{&mark, &entry}) {
+        box->resize(60, 24);
+        const QImage picture = box->grab().toImage();
+        const QColor ground = look_palette(true).color(QPalette::Base);
+        double best = 0;
+        for (int x = 0; x < picture.width(); ++x)
+            best = std::max(best, contrast(picture.pixelColor(x, picture.height() / 2), ground));
+        QVERIFY2(best >= least_outline_contrast, qPrintable(QString::number(best)));
+    }
+    QApplication::setPalette(before);
+    apply_look(application);
 }
 
 QObject* make_look_test() {
