@@ -43,7 +43,7 @@ void describe_program(const SystemInfo& system, const EnvironmentFacts& facts, R
     report.line("App Location " + system.exe_folder);
     report.lines(build_lines());
     report.section("Libraries");
-    report.lines(facts.library_lines);
+    report.lines(facts.component_lines);
     report.section("Processor");
     report.lines(processor_lines());
     report.section("Folders");

@@ -13,7 +13,7 @@ struct SystemInfo;
 struct EnvironmentFacts {
     std::string program_path;
     std::string settings_path;
-    std::vector<std::string> library_lines;     ///< window system and its versions, one a line
+    std::vector<std::string> component_lines;   ///< window system and its versions, one a line
     std::vector<std::string> supporting_files;  ///< paths of examples and guide
 };
 

@@ -24,7 +24,7 @@ class EnvironmentReport : public ::testing::Test {
         system.computer_name = "field-7";
         facts.program_path = folder.write("anomalis", "program");
         facts.settings_path = folder.path("settings.conf");
-        facts.library_lines = {"Qt: 6.4.2, built with 6.4.2"};
+        facts.component_lines = {"Qt: 6.4.2, built with 6.4.2"};
         facts.supporting_files = {folder.write("dyke.axm", "12"), folder.path("gone.md")};
     }
 

@@ -8,7 +8,7 @@
 
 namespace anomalis {
 
-std::vector<std::string> window_library_lines() {
+std::vector<std::string> window_component_lines() {
     QStringList lines{
         QStringLiteral("Qt: %1, built with %2").arg(qVersion(), QT_VERSION_STR),
         QStringLiteral("Qt plugins: %1").arg(QLibraryInfo::path(QLibraryInfo::PluginsPath)),

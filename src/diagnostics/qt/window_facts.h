@@ -6,6 +6,6 @@
 namespace anomalis {
 
 /// The window system: the library at work and the one it was built with, its platform, font, screens.
-std::vector<std::string> window_library_lines();
+std::vector<std::string> window_component_lines();
 
 }  // namespace anomalis

@@ -246,7 +246,7 @@ void FormFiles::define_transform() {
 void FormFiles::find_file() {
     Session& session = form_.workbench().session;
     const EnvironmentFacts facts{QApplication::applicationFilePath().toStdString(), session.settings.path(),
-                                 window_library_lines(), supporting_files(session.system.exe_folder)};
+                                 window_component_lines(), supporting_files(session.system.exe_folder)};
     Form_find_file(session.system, facts, session.prompts, &form_).exec();
 }
 
