@@ -226,6 +226,19 @@ ANOMALIS_INLINE void store(double* to, Lanes value) {
     store_lanes(to, value);
 }
 
+/// Adds value(x, h) at every station, x across and h above the body's origin.
+template <class Value>
+ANOMALIS_INLINE void add_at_stations(const StationView& stations, const BodyFrame& frame, double* sum,
+                                     Value value) {
+    for_stations(
+        stations.count, [&](std::size_t i, auto kind) __attribute__((always_inline)) {
+            using Real = decltype(kind);
+            const Real x = across_strike<Real>(stations, frame, i);
+            const Real h = load<Real>(stations.sensor + i) - frame.top;
+            store(sum + i, load<Real>(sum + i) + value(x, h));
+        });
+}
+
 }  // namespace
 
 void strip_magnetics(const StationView& stations, const BodyFrame& frame, const PlaneStrip& strip,
@@ -248,52 +261,38 @@ void strip_magnetics(const StationView& stations, const BodyFrame& frame, const 
 
 void add_ring_magnetics(const StationView& stations, const BodyFrame& frame, const PlaneRing& ring,
                         double* anomaly) {
-    for_stations(
-        stations.count, [&](std::size_t i, auto kind) __attribute__((always_inline)) {
-            using Real = decltype(kind);
-            const Real x = across_strike<Real>(stations, frame, i);
-            const Real h = load<Real>(stations.sensor + i) - frame.top;
-            const Real value = ring_at(
+    add_at_stations(
+        stations, frame, anomaly, [&](auto x, auto h) __attribute__((always_inline)) {
+            using Real = decltype(x);
+            return ring_at(
                 ring, x, h, [&](Real a, Real b) { return polygon_at(ring.polygon, a, b); },
                 far_ring_magnetics<Real>);
-            store(anomaly + i, load<Real>(anomaly + i) + value);
         });
 }
 
 void add_ring_gravity(const StationView& stations, const BodyFrame& frame, const PlaneRing& ring,
                       double* attraction) {
     const PlaneMass mass{ring.polygon.x, ring.polygon.z, ring.polygon.edges, false, 0, 0, 0, ring.factor};
-    for_stations(
-        stations.count, [&](std::size_t i, auto kind) __attribute__((always_inline)) {
-            using Real = decltype(kind);
-            const Real x = across_strike<Real>(stations, frame, i);
-            const Real h = load<Real>(stations.sensor + i) - frame.top;
-            const Real value = ring_at(
+    add_at_stations(
+        stations, frame, attraction, [&](auto x, auto h) __attribute__((always_inline)) {
+            using Real = decltype(x);
+            return ring_at(
                 ring, x, h, [&](Real a, Real b) { return mass_at(mass, a, b); }, far_ring_gravity<Real>);
-            store(attraction + i, load<Real>(attraction + i) + value);
         });
 }
 
 void add_polygon_magnetics(const StationView& stations, const BodyFrame& frame, const PlanePolygon& polygon,
                            double* anomaly) {
-    for_stations(
-        stations.count, [&](std::size_t i, auto kind) __attribute__((always_inline)) {
-            using Real = decltype(kind);
-            const Real x = across_strike<Real>(stations, frame, i);
-            const Real h = load<Real>(stations.sensor + i) - frame.top;
-            store(anomaly + i, load<Real>(anomaly + i) + polygon_at(polygon, x, h));
-        });
+    add_at_stations(
+        stations, frame,
+        anomaly, [&](auto x, auto h) __attribute__((always_inline)) { return polygon_at(polygon, x, h); });
 }
 
 void add_plane_gravity(const StationView& stations, const BodyFrame& frame, const PlaneMass& mass,
                        double* attraction) {
-    for_stations(
-        stations.count, [&](std::size_t i, auto kind) __attribute__((always_inline)) {
-            using Real = decltype(kind);
-            const Real x = across_strike<Real>(stations, frame, i);
-            const Real h = load<Real>(stations.sensor + i) - frame.top;
-            store(attraction + i, load<Real>(attraction + i) + mass_at(mass, x, h));
-        });
+    add_at_stations(
+        stations, frame,
+        attraction, [&](auto x, auto h) __attribute__((always_inline)) { return mass_at(mass, x, h); });
 }
 
 }  // namespace anomalis::ANOMALIS_VECTOR_LEVEL
