@@ -63,6 +63,17 @@ class LineSession {
         reset_calculated_data(w, prompts);
     }
 
+    /// A sheet whose susceptibility is off by much: each sweep takes one whole step.
+    ModelBody& sheet_off_by(float susceptibility) {
+        ModelBody& body = add_body(thick_sheet);
+        take_model_as_data();
+        body.susc.value += susceptibility;
+        body.susc.vary = 1;
+        body.susc.max = 1e6F;
+        refresh();
+        return body;
+    }
+
     MisfitPair refresh() {
         reset_calculated_data(session.workspace, prompts);
         return refresh_model(session);

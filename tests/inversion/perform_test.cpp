@@ -32,16 +32,6 @@ class RecordingObserver : public RunObserver {
 
 class Perform : public ::testing::Test {
   protected:
-    /// A sheet whose susceptibility is off by much: each sweep takes one whole step.
-    ModelBody& sheet_off_by(float susceptibility) {
-        ModelBody& body = line.add_body(thick_sheet);
-        line.take_model_as_data();
-        body.susc.value += susceptibility;
-        body.susc.vary = 1;
-        body.susc.max = 1e6F;
-        line.refresh();
-        return body;
-    }
     RunResult run(RunRequest request = {}) {
         RunResult result;
         perform_inversion(line.session, request, observer, result);
@@ -71,7 +61,7 @@ TEST_F(Perform, without_bodies_it_is_refused) {
 }
 
 TEST_F(Perform, a_current_body_that_does_not_exist_is_refused) {
-    sheet_off_by(100);
+    line.sheet_off_by(100);
     for (const int body : {0, 2, -1, 2147483647}) {
         EXPECT_EQ(run({.entire_model = false, .current_body = body}).status, run_failed) << body;
         EXPECT_EQ(run({.entire_model = true, .current_body = body}).status, run_failed) << body;
@@ -99,7 +89,7 @@ TEST_F(Perform, labels) {
 }
 
 TEST_F(Perform, the_iteration_limit_ends_a_run_with_1) {
-    ModelBody& body = sheet_off_by(20000);
+    ModelBody& body = line.sheet_off_by(20000);
     const RunResult result = run({.max_iterations = 3});
     EXPECT_EQ(result.status, run_limit);
     EXPECT_EQ(result.iterations, 3);
@@ -109,13 +99,13 @@ TEST_F(Perform, the_iteration_limit_ends_a_run_with_1) {
 }
 
 TEST_F(Perform, limits_below_1_count_as_1) {
-    sheet_off_by(20000);
+    line.sheet_off_by(20000);
     for (const int limit : {0, -5, std::numeric_limits<int>::min()})
         EXPECT_EQ(run({.max_iterations = limit}).iterations, 1);
 }
 
 TEST_F(Perform, a_gain_below_one_percent_ends_a_run_with_2) {
-    sheet_off_by(200);
+    line.sheet_off_by(200);
     const RunResult result = run({.max_iterations = 10});
     EXPECT_EQ(result.status, run_no_decrease);
     EXPECT_LE(result.iterations, 3);
@@ -133,7 +123,7 @@ TEST_F(Perform, no_decrease_overrides_the_limit) {
 }
 
 TEST_F(Perform, a_stop_ends_the_run_with_its_iteration) {
-    sheet_off_by(20000);
+    line.sheet_off_by(20000);
     observer.on_progress = [&](const InversionProgress& state) {
         if (state.iteration == 2) inversion.stop_inversion = true;
     };
@@ -152,7 +142,7 @@ TEST_F(Perform, a_stop_without_progress_is_no_decrease) {
 }
 
 TEST_F(Perform, progress_carries_iteration_misfit_and_time) {
-    sheet_off_by(20000);
+    line.sheet_off_by(20000);
     const RunResult result = run({.max_iterations = 2});
     ASSERT_EQ(observer.states.size(), 2U);
     EXPECT_EQ(observer.states[0].iteration, 1);
@@ -163,13 +153,13 @@ TEST_F(Perform, progress_carries_iteration_misfit_and_time) {
 }
 
 TEST_F(Perform, evaluations_of_the_run_are_counted) {
-    sheet_off_by(20000);
+    line.sheet_off_by(20000);
     // The model at the start, then for each sweep a probe, a step and the true rows.
     EXPECT_EQ(run({.max_iterations = 2}).evaluations, 1 + 2 * 3);
 }
 
 TEST_F(Perform, the_start_values_are_kept_for_the_undo) {
-    sheet_off_by(20000);
+    line.sheet_off_by(20000);
     run({.max_iterations = 2});
     EXPECT_EQ(inversion.start_params[1], 70000.0F);
     EXPECT_EQ(inversion.inversion_params[1].value, 69500.0F);
@@ -189,7 +179,7 @@ TEST_F(Perform, the_model_at_the_start_is_the_first_best_model) {
 }
 
 TEST_F(Perform, the_best_model_survives_a_run_of_the_same_list_that_ends_worse) {
-    ModelBody& body = sheet_off_by(20000);
+    ModelBody& body = line.sheet_off_by(20000);
     run({.max_iterations = 3});
     const MisfitPair best = inversion.best_misfit;
     body.susc.value = 90000;
@@ -200,7 +190,7 @@ TEST_F(Perform, the_best_model_survives_a_run_of_the_same_list_that_ends_worse) 
 }
 
 TEST_F(Perform, a_run_of_another_list_forgets_the_best_model) {
-    sheet_off_by(20000);
+    line.sheet_off_by(20000);
     ModelBody& second = line.add_body(thick_sheet, 200);
     second.susc.vary = 1;
     second.susc.max = 1e6F;
@@ -215,7 +205,7 @@ TEST_F(Perform, a_run_of_another_list_forgets_the_best_model) {
 }
 
 TEST_F(Perform, the_first_run_after_a_change_of_channel_keeps_the_old_scale) {
-    ModelBody& body = sheet_off_by(20000);
+    ModelBody& body = line.sheet_off_by(20000);
     body.density.vary = 1;
     body.density.value = 3;
     line.refresh();
@@ -229,7 +219,7 @@ TEST_F(Perform, the_first_run_after_a_change_of_channel_keeps_the_old_scale) {
 }
 
 TEST_F(Perform, a_window_of_one_station_or_reversed_becomes_the_whole_line) {
-    sheet_off_by(20000);
+    line.sheet_off_by(20000);
     for (const auto& [first, last] : {std::pair{50, 50}, std::pair{80, 20}, std::pair{0, 0}}) {
         w.first_station = first;
         w.last_station = last;
@@ -241,7 +231,7 @@ TEST_F(Perform, a_window_of_one_station_or_reversed_becomes_the_whole_line) {
 }
 
 TEST_F(Perform, a_window_beyond_the_line_is_told_and_ends_soon) {
-    sheet_off_by(20000);
+    line.sheet_off_by(20000);
     for (const auto& [first, last] : {std::pair{5, 1000}, std::pair{-2147483647, 2147483647}}) {
         w.first_station = first;
         w.last_station = last;
@@ -254,7 +244,7 @@ TEST_F(Perform, a_window_beyond_the_line_is_told_and_ends_soon) {
 }
 
 TEST_F(Perform, a_narrow_window_counts_its_stations) {
-    sheet_off_by(20000);
+    line.sheet_off_by(20000);
     w.first_station = 30;
     w.last_station = 70;
     w.first_distance = 290;
@@ -265,7 +255,7 @@ TEST_F(Perform, a_narrow_window_counts_its_stations) {
 }
 
 TEST_F(Perform, a_parameter_that_is_no_number_is_refused_by_name) {
-    ModelBody& body = sheet_off_by(20000);
+    ModelBody& body = line.sheet_off_by(20000);
     for (const auto method : {InversionMethod::sweep, InversionMethod::least_squares}) {
         line.prompts.messages.clear();
         body.density.vary = 1;
@@ -277,7 +267,7 @@ TEST_F(Perform, a_parameter_that_is_no_number_is_refused_by_name) {
 }
 
 TEST_F(Perform, a_misfit_that_is_no_number_is_refused) {
-    sheet_off_by(20000);
+    line.sheet_off_by(20000);
     w.mag_data(10, row_residual, stage_observed) = std::numeric_limits<float>::infinity();
     EXPECT_EQ(run().status, run_failed);
     EXPECT_EQ(line.prompts.messages,
@@ -300,13 +290,13 @@ TEST_F(Perform, data_that_are_all_equal_are_fitted_as_any_other) {
 }
 
 TEST_F(Perform, both_channels_at_once_need_the_least_squares_method) {
-    sheet_off_by(20000);
+    line.sheet_off_by(20000);
     EXPECT_EQ(run({.channel = channel_joint}).status, run_failed);
     EXPECT_TRUE(line.prompts.told("An error occurred performing the inversion: "));
 }
 
 TEST_F(Perform, the_charts_hold_the_accepted_model_afterwards) {
-    ModelBody& body = sheet_off_by(20000);
+    ModelBody& body = line.sheet_off_by(20000);
     body.distance.vary = 1;
     run({.max_iterations = 2});
     const Array1<double> shown = w.graphics.mag.calculated;

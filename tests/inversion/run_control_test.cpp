@@ -20,16 +20,6 @@ class RunPanel : public ::testing::Test {
         view.on_display_model = [this] { control.show_current_misfit(refresh_model(line.session)); };
     }
 
-    /// A sheet whose susceptibility is off by much: each sweep takes one whole step.
-    ModelBody& sheet_off_by(float susceptibility) {
-        ModelBody& body = line.add_body(thick_sheet);
-        line.take_model_as_data();
-        body.susc.value += susceptibility;
-        body.susc.vary = 1;
-        body.susc.max = 1e6F;
-        line.refresh();
-        return body;
-    }
     void run(const std::string& iterations, int index = 1) {
         control.set_max_iterations_text(iterations);
         control.command_invert(index);
@@ -46,7 +36,7 @@ class RunPanel : public ::testing::Test {
 }  // namespace
 
 TEST_F(RunPanel, the_outcome_is_shown_and_the_model_is_displayed_anew) {
-    sheet_off_by(20000);
+    line.sheet_off_by(20000);
     run("2");
     EXPECT_EQ(panel().status_text, "Iteration limit reached");
     EXPECT_TRUE(panel().status_visible);
@@ -63,7 +53,7 @@ TEST_F(RunPanel, the_outcome_is_shown_and_the_model_is_displayed_anew) {
 }
 
 TEST_F(RunPanel, the_boxes_hold_the_misfit_before_and_now) {
-    sheet_off_by(20000);
+    line.sheet_off_by(20000);
     const MisfitPair before = line.refresh();
     run("2");
     EXPECT_EQ(panel().misfit[0], format_number(before[0], "0.000"));
@@ -73,7 +63,7 @@ TEST_F(RunPanel, the_boxes_hold_the_misfit_before_and_now) {
 }
 
 TEST_F(RunPanel, while_it_runs_the_stop_frame_shows_and_all_else_is_refused) {
-    sheet_off_by(20000);
+    line.sheet_off_by(20000);
     bool seen = false;
     view.on_progress = [&](const InversionProgress&) {
         seen = true;
@@ -99,7 +89,7 @@ TEST_F(RunPanel, while_it_runs_the_stop_frame_shows_and_all_else_is_refused) {
 }
 
 TEST_F(RunPanel, texts_of_iterations) {
-    sheet_off_by(20000);
+    line.sheet_off_by(20000);
     const std::pair<const char*, const char*> texts[] = {{"0", "1"}, {"-3", "1"},  {" 2 ", "2"}, {"1.6", "2"},
                                                          {"", "25"}, {"  ", "25"}, {"abc", "25"}};
     for (const auto& [typed, shown] : texts) {
@@ -110,7 +100,7 @@ TEST_F(RunPanel, texts_of_iterations) {
 }
 
 TEST_F(RunPanel, a_billion_iterations_and_a_stop) {
-    sheet_off_by(20000);
+    line.sheet_off_by(20000);
     for (const char* text : {"1e9", "1e15"}) {
         view.on_progress = [&](const InversionProgress& state) {
             if (state.iteration == 1) control.command_stop_inversion();
@@ -123,7 +113,7 @@ TEST_F(RunPanel, a_billion_iterations_and_a_stop) {
 }
 
 TEST_F(RunPanel, the_stop_button_hides_its_frame_at_once) {
-    sheet_off_by(20000);
+    line.sheet_off_by(20000);
     view.on_progress = [&](const InversionProgress&) {
         const int yields = line.prompts.yields;
         control.command_stop_inversion();
@@ -135,7 +125,7 @@ TEST_F(RunPanel, the_stop_button_hides_its_frame_at_once) {
 }
 
 TEST_F(RunPanel, without_stations_the_button_hides_the_label_and_does_nothing_more) {
-    sheet_off_by(20000);
+    line.sheet_off_by(20000);
     run("1");
     view.calls.clear();
     w.station_count = 0;
@@ -147,7 +137,7 @@ TEST_F(RunPanel, without_stations_the_button_hides_the_label_and_does_nothing_mo
 
 TEST_F(RunPanel, a_refused_run_tells_its_status_and_leaves_the_model) {
     view.current = 0;
-    sheet_off_by(20000);
+    line.sheet_off_by(20000);
     run("");
     EXPECT_EQ(panel().status_text, "Inversion failed: -1");
     EXPECT_FALSE(line.session.model_changed);
@@ -167,7 +157,7 @@ TEST_F(RunPanel, nothing_free_is_told_and_still_reads_succeeded) {
 }
 
 TEST_F(RunPanel, no_free_parameter_after_a_real_run_does_not_bring_back_its_start) {
-    ModelBody& body = sheet_off_by(20000);
+    ModelBody& body = line.sheet_off_by(20000);
     run("2");
     body.susc.vary = 0;
     run("");
@@ -175,7 +165,7 @@ TEST_F(RunPanel, no_free_parameter_after_a_real_run_does_not_bring_back_its_star
 }
 
 TEST_F(RunPanel, index_0_inverts_the_current_body_alone) {
-    sheet_off_by(20000);
+    line.sheet_off_by(20000);
     ModelBody& second = line.add_body(thick_sheet, 200);
     second.susc.vary = 1;
     second.susc.max = 1e6F;
@@ -189,7 +179,7 @@ TEST_F(RunPanel, index_0_inverts_the_current_body_alone) {
 }
 
 TEST_F(RunPanel, a_channel_that_the_line_lacks_gives_way) {
-    sheet_off_by(20000);
+    line.sheet_off_by(20000);
     w.definition.grav_column = 0;
     control.combo_invert(1);
     EXPECT_EQ(panel().channel_index, 0);
@@ -202,7 +192,7 @@ TEST_F(RunPanel, a_channel_that_the_line_lacks_gives_way) {
 }
 
 TEST_F(RunPanel, a_change_of_channel_alone_changes_no_misfit) {
-    sheet_off_by(20000);
+    line.sheet_off_by(20000);
     const MisfitPair before = line.refresh();
     control.combo_invert(1);
     EXPECT_EQ(inversion.inversion_channel, channel_mag);
@@ -210,7 +200,7 @@ TEST_F(RunPanel, a_change_of_channel_alone_changes_no_misfit) {
 }
 
 TEST_F(RunPanel, reject_brings_the_start_back_and_forgets_the_best) {
-    ModelBody& body = sheet_off_by(20000);
+    ModelBody& body = line.sheet_off_by(20000);
     run("2");
     view.calls.clear();
     line.session.model_changed = false;
@@ -230,7 +220,7 @@ TEST_F(RunPanel, reject_brings_the_start_back_and_forgets_the_best) {
 }
 
 TEST_F(RunPanel, restore_brings_back_the_best_model_and_saves_the_one_on_screen_first) {
-    ModelBody& body = sheet_off_by(20000);
+    ModelBody& body = line.sheet_off_by(20000);
     run("3");
     body.susc.value = 99000;
     invalidate_body(body);
@@ -250,7 +240,7 @@ TEST_F(RunPanel, restore_brings_back_the_best_model_and_saves_the_one_on_screen_
 }
 
 TEST_F(RunPanel, a_second_restore_only_disables) {
-    sheet_off_by(20000);
+    line.sheet_off_by(20000);
     run("1");
     control.command_restore_best();
     view.calls.clear();
@@ -261,7 +251,7 @@ TEST_F(RunPanel, a_second_restore_only_disables) {
 }
 
 TEST_F(RunPanel, restore_after_a_change_of_the_bodies_touches_nothing) {
-    sheet_off_by(20000);
+    line.sheet_off_by(20000);
     run("2");
     control.bodies_changed();
     ModelBody& other = w.body(1);
@@ -273,7 +263,7 @@ TEST_F(RunPanel, restore_after_a_change_of_the_bodies_touches_nothing) {
 }
 
 TEST_F(RunPanel, reset_empties_the_boxes_and_keeps_the_mark_of_the_best_model) {
-    sheet_off_by(20000);
+    line.sheet_off_by(20000);
     run("1");
     control.reset_inversion_display();
     EXPECT_EQ(panel().misfit, (std::array<std::string, 4>{}));
@@ -283,7 +273,7 @@ TEST_F(RunPanel, reset_empties_the_boxes_and_keeps_the_mark_of_the_best_model) {
 }
 
 TEST_F(RunPanel, the_mode_box_chooses_the_target_and_resets) {
-    sheet_off_by(20000);
+    line.sheet_off_by(20000);
     run("1");
     control.check_inversion_mode(1);
     EXPECT_EQ(inversion.inversion_target, target_gradient);
@@ -293,7 +283,7 @@ TEST_F(RunPanel, the_mode_box_chooses_the_target_and_resets) {
 }
 
 TEST_F(RunPanel, the_toggle_changes_between_the_two_views) {
-    sheet_off_by(20000);
+    line.sheet_off_by(20000);
     const MisfitPair misfit = line.refresh();
     EXPECT_EQ(panel().toggle_caption, "Perform Inversion");
     run("1");
@@ -312,14 +302,14 @@ TEST_F(RunPanel, the_toggle_changes_between_the_two_views) {
 TEST_F(RunPanel, the_toggle_needs_bodies_and_stations) {
     control.command_toggle_invert_body();
     EXPECT_FALSE(panel().invert_frame);
-    sheet_off_by(20000);
+    line.sheet_off_by(20000);
     w.station_count = 0;
     control.command_toggle_invert_body();
     EXPECT_FALSE(panel().invert_frame);
 }
 
 TEST_F(RunPanel, a_load_returns_to_the_move_view) {
-    sheet_off_by(20000);
+    line.sheet_off_by(20000);
     control.command_toggle_invert_body();
     control.show_move_view();
     EXPECT_FALSE(panel().invert_frame);
@@ -327,7 +317,7 @@ TEST_F(RunPanel, a_load_returns_to_the_move_view) {
 }
 
 TEST_F(RunPanel, a_close_request_stops_the_run_first) {
-    sheet_off_by(20000);
+    line.sheet_off_by(20000);
     EXPECT_TRUE(control.may_close());
     view.on_progress = [&](const InversionProgress&) { EXPECT_FALSE(control.may_close()); };
     run("100");
@@ -343,7 +333,7 @@ TEST_F(RunPanel, the_log_tells_which_button) {
     const TempFolder folder;
     const std::filesystem::path before = std::filesystem::current_path();
     std::filesystem::current_path(folder.folder());
-    sheet_off_by(20000);
+    line.sheet_off_by(20000);
     line.session.log.turn_on(line.prompts);
     run("1", 1);
     std::filesystem::current_path(before);
@@ -353,7 +343,7 @@ TEST_F(RunPanel, the_log_tells_which_button) {
 }
 
 TEST_F(RunPanel, the_least_squares_method_runs_from_the_same_panel) {
-    ModelBody& body = sheet_off_by(20000);
+    ModelBody& body = line.sheet_off_by(20000);
     control.set_method(InversionMethod::least_squares);
     run("20");
     EXPECT_EQ(panel().status_text, "Inversion succeeded");
