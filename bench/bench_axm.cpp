@@ -49,7 +49,7 @@ const std::string& text_of(int bodies) {
     std::string& text = texts[bodies];
     if (text.empty()) {
         Workspace workspace = model_of(bodies);
-        text = model_parameters_text(0, workspace);
+        text = workspace_file::model_parameters_text(0, workspace);
     }
     return text;
 }
@@ -102,8 +102,10 @@ void read_workspace(benchmark::State& state) {
         Workspace workspace;
         initialise_workspace(workspace, prompts);
         int status = -1;
-        const double seconds = reading.take(
-            [&] { status = read_model_parameters_text(0, workspace, text, "bench.axm", settings, prompts); });
+        const double seconds = reading.take([&] {
+            status = workspace_file::read_model_parameters_text(0, workspace, text, "bench.axm", settings,
+                                                                prompts);
+        });
         if (status != 0 || workspace.body_count != state.range(0)) state.SkipWithError("bodies are missing");
         state.SetIterationTime(seconds);
     }
@@ -121,7 +123,8 @@ void write_workspace(benchmark::State& state) {
     BestTime writing;
     std::size_t size = 0;
     for (auto _ : state) {
-        const double seconds = writing.take([&] { size = model_parameters_text(0, workspace).size(); });
+        const double seconds =
+            writing.take([&] { size = workspace_file::model_parameters_text(0, workspace).size(); });
         state.SetIterationTime(seconds);
     }
     state.counters["MB/s"] = static_cast<double>(size) / 1e6 / writing.seconds();
@@ -139,10 +142,12 @@ void open_and_save(benchmark::State& state) {
     Workspace workspace = model_of(static_cast<int>(state.range(0)));
     BestTime saving, opening;
     for (auto _ : state) {
-        const double saved = saving.take([&] { write_model_parameters(0, path, workspace, prompts); });
+        const double saved =
+            saving.take([&] { workspace_file::write_model_parameters(0, path, workspace, prompts); });
         Workspace opened;
         initialise_workspace(opened, prompts);
-        const double read = opening.take([&] { read_model_parameters(0, opened, path, settings, prompts); });
+        const double read =
+            opening.take([&] { workspace_file::read_model_parameters(0, opened, path, settings, prompts); });
         if (opened.body_count != state.range(0)) state.SkipWithError("bodies are missing");
         state.SetIterationTime(saved + read);
     }

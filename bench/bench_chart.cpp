@@ -48,10 +48,10 @@ class Pane {
     Pane(int width, int height, int points, int bodies = 0) : x_(distances(points)), y_(curve(points, 1)) {
         surface_.resize(QSize(width, height), 1.0);
         chart_.SetSurface(&surface_);
-        Font font;
+        chart::Font font;
         font.bold = false;
         chart_.FONT(font);
-        chart_.BackColor(white);
+        chart_.BackColor(chart::white);
         chart_.DisplayAxes(true);
         chart_.DisplayBorder(true);
         chart_.ChartType(1);
@@ -64,29 +64,29 @@ class Pane {
         chart_.YAxisMax(700);
         chart_.XTickInterval(1000);
         chart_.YTickInterval(100);
-        const std::vector<ChartRow> rows{{x_row, x_}, {chart_type_series, y_}};
+        const std::vector<chart::ChartRow> rows{{chart::x_row, x_}, {chart::chart_type_series, y_}};
         chart_.RegisterData(rows);
         const double xs[] = {1000, 1400, 1500, 1100, 1000};
         const double ys[] = {100, 100, -150, -150, 100};
-        for (int i = 0; i < bodies; ++i) chart_.DrawPolygon(5, xs, ys, black, 0xB4761F, 1);
+        for (int i = 0; i < bodies; ++i) chart_.DrawPolygon(5, xs, ys, chart::black, 0xB4761F, 1);
         chart_.DisplayChart();
     }
-    AX_Grapher& chart() { return chart_; }
+    chart::AX_Grapher& chart() { return chart_; }
     /// The same points as the chart's, in pixels.
     QPolygonF pixels() {
         QPolygonF points;
         for (std::size_t i = 0; i < x_.size(); ++i) {
-            const Point at = chart_.UserToSurface({x_[i], y_[i]});
-            points.append(
-                {at.x / units_per_screen_pixel, (surface_.height() - at.y) / units_per_screen_pixel});
+            const chart::Point at = chart_.UserToSurface({x_[i], y_[i]});
+            points.append({at.x / chart::units_per_screen_pixel,
+                           (surface_.height() - at.y) / chart::units_per_screen_pixel});
         }
         return points;
     }
 
   private:
     std::vector<double> x_, y_;
-    ScreenDevice surface_;
-    AX_Grapher chart_;
+    chart::ScreenDevice surface_;
+    chart::AX_Grapher chart_;
 };
 
 void five_linked_charts(benchmark::State& state) {
@@ -136,7 +136,7 @@ void a_million_points(benchmark::State& state) {
 BENCHMARK(a_million_points)->Iterations(20)->UseManualTime()->Unit(benchmark::kMillisecond);
 
 /// The most that any of a hundred steps of the wheel, or moves of a pan, allocates.
-long most_allocations(int points, const std::function<void(AX_Grapher&, int)>& step) {
+long most_allocations(int points, const std::function<void(chart::AX_Grapher&, int)>& step) {
     Pane pane(page_width, page_height / panes, points);
     for (int i = 0; i < 10; ++i) pane.chart().HandleWheel(0, 120, 12000, 1500);
     for (int i = 0; i < 4; ++i) step(pane.chart(), i);
@@ -150,10 +150,10 @@ long most_allocations(int points, const std::function<void(AX_Grapher&, int)>& s
 }
 
 void a_gesture(benchmark::State& state) {
-    const auto zoom = [](AX_Grapher& chart, int i) {
+    const auto zoom = [](chart::AX_Grapher& chart, int i) {
         chart.HandleWheel(0, i % 2 == 0 ? 120 : -120, 12000, 1500);
     };
-    const auto pan = [](AX_Grapher& chart, int i) { chart.PanBy(i % 2 == 0 ? 300 : -300, 0); };
+    const auto pan = [](chart::AX_Grapher& chart, int i) { chart.PanBy(i % 2 == 0 ? 300 : -300, 0); };
     Pane pane(page_width, page_height / panes, 8193);
     int turn = 0;
     for (auto _ : state) zoom(pane.chart(), turn++);

@@ -11,7 +11,7 @@
 #include <string>
 
 #include "core/workspace.h"
-#include "forward/body_solid.h"
+#include "forward/shape/body_solid.h"
 #include "output/dxf.h"
 #include "quiet_prompts.h"
 #include "timing.h"
@@ -106,11 +106,11 @@ void bodies_of_48_facets(benchmark::State& state) {
     for (auto _ : state) {
         Workspace workspace = pipes(count);
         const double seconds = drawing.take([&] {
-            if (write_body_dxf(files.path("a.dxf"), workspace, prompts) != 0)
+            if (output::write_body_dxf(files.path("a.dxf"), workspace, prompts) != 0)
                 state.SkipWithError("not drawn");
         });
         bare.take([&] { formatted_write(workspace, files.path("b.dxf")); });
-        again.take([&] { write_body_dxf(files.path("a.dxf"), workspace, prompts); });
+        again.take([&] { output::write_body_dxf(files.path("a.dxf"), workspace, prompts); });
         size = std::filesystem::file_size(files.path("a.dxf"));
         state.SetIterationTime(seconds);
     }

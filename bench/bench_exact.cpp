@@ -5,13 +5,13 @@
 #include <cmath>
 #include <vector>
 
+#include "forward/classic/gravity_response.h"
+#include "forward/classic/mag_response.h"
 #include "forward/driver.h"
-#include "forward/exact_response.h"
-#include "forward/exact_shape.h"
-#include "forward/exact_solid.h"
-#include "forward/gravity_response.h"
-#include "forward/mag_response.h"
-#include "forward/plane_kernel.h"
+#include "forward/exact/exact_response.h"
+#include "forward/exact/exact_solid.h"
+#include "forward/exact/plane_kernel.h"
+#include "forward/shape/exact_shape.h"
 #include "level_line.h"
 #include "quiet_prompts.h"
 #include "timing.h"
@@ -66,12 +66,12 @@ void exact_over_classic(benchmark::State& state) {
     const Kind& kind = kinds[state.range(0)];
     QuietPrompts prompts;
     Workspace workspace = line_with(kind);
-    ExactNotes notes;
+    forward::ExactNotes notes;
     BestTime exact, classic, exact_model, classic_model;
     const auto recalculate = [&](Formulas formulas) {
         workspace.formulas = formulas;
         (kind.gravity ? workspace.body(1).grav_response_valid : workspace.body(1).mag_response_valid) = false;
-        calculate_model(workspace, workspace.mag_data, workspace.grav_data, prompts);
+        forward::calculate_model(workspace, workspace.mag_data, workspace.grav_data, prompts);
     };
     recalculate(Formulas::classic);
     workspace.body(1).mag_response_valid = workspace.body(1).grav_response_valid = true;
@@ -80,12 +80,13 @@ void exact_over_classic(benchmark::State& state) {
             exact_model.take([&] { recalculate(Formulas::exact); });
             classic_model.take([&] { recalculate(Formulas::classic); });
             state.SetIterationTime(exact.take([&] {
-                if (kind.gravity) return calculate_exact_gravity_response(workspace, 1, notes, prompts);
-                calculate_exact_mag_response(workspace, 1, notes, prompts);
+                if (kind.gravity)
+                    return forward::calculate_exact_gravity_response(workspace, 1, notes, prompts);
+                forward::calculate_exact_mag_response(workspace, 1, notes, prompts);
             }));
             classic.take([&] {
-                if (kind.gravity) return calculate_gravity_response(workspace, 1, prompts);
-                calculate_mag_response(workspace, 1, prompts);
+                if (kind.gravity) return forward::calculate_gravity_response(workspace, 1, prompts);
+                forward::calculate_mag_response(workspace, 1, prompts);
             });
         }
     state.SetLabel(kind.name);
@@ -105,22 +106,23 @@ void solid_over_kernel(benchmark::State& state) {
     const bool round = state.range(0) == 1;
     Workspace workspace = line_with({"", round ? pipe : thin_sheet, 250, 250, false});
     ModelBody& body = workspace.body(1);
-    ExactNotes notes;
-    calculate_exact_mag_response(workspace, 1, notes, prompts);
-    Polyhedron polyhedron;
+    forward::ExactNotes notes;
+    forward::calculate_exact_mag_response(workspace, 1, notes, prompts);
+    forward::Polyhedron polyhedron;
     if (round) {
-        assign_pipe(exact_frame(body), pipe_shape(body), polyhedron);
+        forward::assign_pipe(forward::exact_frame(body), forward::pipe_shape(body), polyhedron);
     } else {
-        assign_prism(exact_frame(body), sheet_shape(body), polyhedron);
+        forward::assign_prism(forward::exact_frame(body), forward::sheet_shape(body), polyhedron);
     }
     std::vector<double> values(stations);
-    const StationSpans spans{workspace.stations.column(column_east), workspace.stations.column(column_north),
-                             workspace.stations.column(column_sensor)};
+    const forward::StationSpans spans{workspace.stations.column(column_east),
+                                      workspace.stations.column(column_north),
+                                      workspace.stations.column(column_sensor)};
     BestTime exact, kernel;
     for (auto _ : state)
         for (int turn = 0; turn < turns; ++turn) {
             state.SetIterationTime(
-                exact.take([&] { calculate_exact_mag_response(workspace, 1, notes, prompts); }));
+                exact.take([&] { forward::calculate_exact_mag_response(workspace, 1, notes, prompts); }));
             kernel.take([&] { polyhedron.total_field(spans, {1, 2, 3}, {0, 0, 1}, values); });
         }
     state.SetLabel(round ? "pipe" : "thin sheet with a length");
@@ -134,23 +136,23 @@ void plane_polygon(benchmark::State& state) {
     const Workspace workspace = level_line(stations);
     std::vector<double> x, z, factor(edges, 1.5);
     for (int k = 0; k <= edges; ++k) {
-        x.push_back(100 * std::cos(2 * exact_pi * k / edges));
-        z.push_back(100 * std::sin(2 * exact_pi * k / edges));
+        x.push_back(100 * std::cos(2 * forward::exact_pi * k / edges));
+        z.push_back(100 * std::sin(2 * forward::exact_pi * k / edges));
     }
-    const StationView view{workspace.stations.column(column_east).data(),
-                           workspace.stations.column(column_north).data(),
-                           workspace.stations.column(column_sensor).data(), stations};
-    const BodyFrame frame{0.8, 0.6, 354000, 6500000, 30, 1};
+    const forward::StationView view{workspace.stations.column(column_east).data(),
+                                    workspace.stations.column(column_north).data(),
+                                    workspace.stations.column(column_sensor).data(), stations};
+    const forward::BodyFrame frame{0.8, 0.6, 354000, 6500000, 30, 1};
     std::vector<double> values(stations);
     BestTime magnetics, gravity;
     for (auto _ : state)
         for (int turn = 0; turn < turns; ++turn) {
             state.SetIterationTime(magnetics.take([&] {
-                add_polygon_magnetics_at(widest_vector_level())(
+                forward::add_polygon_magnetics_at(vector::widest_vector_level())(
                     view, frame, {x.data(), z.data(), factor.data(), factor.data(), edges}, values.data());
             }));
             gravity.take([&] {
-                add_plane_gravity_at(widest_vector_level())(
+                forward::add_plane_gravity_at(vector::widest_vector_level())(
                     view, frame, {x.data(), z.data(), edges, false, 0, 0, 0, 1}, values.data());
             });
             benchmark::DoNotOptimize(values.data());
@@ -165,15 +167,15 @@ void prism_tensor(benchmark::State& state) {
     QuietPrompts prompts;
     Workspace workspace = line_with({"", thick_sheet, 250, 250, false});
     ModelBody& body = workspace.body(1);
-    ExactNotes notes;
+    forward::ExactNotes notes;
     BestTime tensor, response;
     for (auto _ : state)
         for (int turn = 0; turn < turns; ++turn) {
             state.SetIterationTime(tensor.take([&] {
                 body.demagnetisation.known = false;
-                benchmark::DoNotOptimize(body_demagnetisation(body));
+                benchmark::DoNotOptimize(forward::body_demagnetisation(body));
             }));
-            response.take([&] { calculate_exact_mag_response(workspace, 1, notes, prompts); });
+            response.take([&] { forward::calculate_exact_mag_response(workspace, 1, notes, prompts); });
         }
     state.counters["as_many_stations"] = tensor.seconds() / response.seconds() * stations;
 }

@@ -6,10 +6,10 @@
 #include <vector>
 
 #include "allocations.h"
-#include "forward/vector_levels.h"
-#include "inversion/filters.h"
+#include "filter/filters.h"
 #include "quiet_prompts.h"
 #include "timing.h"
+#include "vector/vector_levels.h"
 
 #if defined(__x86_64__)
 #include <immintrin.h>
@@ -81,8 +81,9 @@ using Dot = float (*)(const float*, const float*, int);
 
 Dot widest_dot() {
 #if defined(__x86_64__)
-    if (widest_vector_level() == VectorLevel::avx512) return dot_avx512;
-    if (widest_vector_level() == VectorLevel::avx2 && __builtin_cpu_supports("fma")) return dot_avx2;
+    if (vector::widest_vector_level() == vector::VectorLevel::avx512) return dot_avx512;
+    if (vector::widest_vector_level() == vector::VectorLevel::avx2 && __builtin_cpu_supports("fma"))
+        return dot_avx2;
 #endif
     return dot_plain;
 }
@@ -135,7 +136,7 @@ void chain_of_one_stage(benchmark::State& state) {
         const long before = allocation_count();
         const double seconds = chain.take([&] {
             w.mag_calculated_filtered = false;
-            filter_data(w, 0, stage_calculated, w.mag_data, prompts);
+            filter::filter_data(w, 0, stage_calculated, w.mag_data, prompts);
         });
         allocations = allocations < 0 ? 0 : allocations + allocation_count() - before;
         dots.take([&] { reference.run(3); });
@@ -162,7 +163,7 @@ void widest_kernels(benchmark::State& state) {
     Workspace w = workspace_with(static_cast<int>(state.range(0)));
     for (auto _ : state) {
         w.mag_calculated_filtered = false;
-        filter_data(w, 0, stage_calculated, w.mag_data, prompts);
+        filter::filter_data(w, 0, stage_calculated, w.mag_data, prompts);
     }
     state.counters["taps_MB"] = static_cast<double>(w.filter_scratch.coefficients.capacity()) * 4e-6;
 }

@@ -5,11 +5,11 @@
 #include <cstdio>
 #include <unistd.h>
 
+#include "edit/change.h"
+#include "edit/workbench.h"
 #include "level_line.h"
 #include "quiet_prompts.h"
 #include "timing.h"
-#include "workbench/change.h"
-#include "workbench/workbench.h"
 
 namespace anomalis {
 namespace {
@@ -30,27 +30,27 @@ void steps(benchmark::State& state) {
     session.workspace.bodies.resize(1);
     session.workspace.body_capacity = 0;
     for (int i = 0; i < bodies; ++i) add_body(session.workspace, thin_sheet, i);
-    Workbench workbench(session);
-    start_history(workbench);
+    edit::Workbench workbench(session);
+    edit::start_history(workbench);
     BestTime note, whole, back;
     int number = 0;
     const auto edit = [&] {
         number = number % bodies + 1;
         session.workspace.body(number).dip.value += 1;
-        note_change(workbench, {"dip", "", false});
+        edit::note_change(workbench, {"dip", "", false});
     };
     for (auto _ : state) {
         const double before = resident_megabytes();
         for (int i = 0; i < 100; ++i) note.take(edit);
         const double hundred = resident_megabytes();
-        whole.take([&] { benchmark::DoNotOptimize(capture_state(session.workspace)); });
-        for (int i = 0; i < 10; ++i) back.take([&] { undo_change(workbench); });
+        whole.take([&] { benchmark::DoNotOptimize(edit::capture_state(session.workspace)); });
+        for (int i = 0; i < 10; ++i) back.take([&] { edit::undo_change(workbench); });
         for (int i = 0; i < 1000; ++i) edit();
         const double filled = resident_megabytes();
         for (int i = 0; i < 1000; ++i) edit();
         for (int i = 0; i < 100; ++i) {
-            undo_change(workbench);
-            redo_change(workbench);
+            edit::undo_change(workbench);
+            edit::redo_change(workbench);
         }
         state.counters["MB_of_100_steps"] = hundred - before;
         state.counters["MB_of_1000_more_when_full"] = resident_megabytes() - filled;

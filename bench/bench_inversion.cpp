@@ -7,14 +7,14 @@
 #include <vector>
 
 #include "core/session.h"
-#include "forward/mag_response.h"
+#include "filter/filters.h"
+#include "forward/classic/mag_response.h"
 #include "intake/load.h"
 #include "intake/profile.h"
-#include "inversion/evaluate.h"
-#include "inversion/filters.h"
-#include "inversion/misfit.h"
 #include "inversion/report.h"
 #include "level_line.h"
+#include "model/evaluate.h"
+#include "model/misfit.h"
 #include "quiet_prompts.h"
 #include "timing.h"
 #include "workspace_file/axm.h"
@@ -35,7 +35,7 @@ struct Line {
         w.last_station = stations;
         w.last_distance = stations - 1;
         w.mag_base = 0;
-        setup_graphics_arrays(w, prompts);
+        intake::setup_graphics_arrays(w, prompts);
         for (int i = 0; i < bodies; ++i) {
             ModelBody& body = add_body(w, thin_sheet, (i + 0.5) * stations / bodies);
             body.vary = 1;
@@ -45,8 +45,8 @@ struct Line {
             body.distance.vary = body.top.vary = body.dip.vary = body.susc.vary = 1;
             body.susc.max = 400000;
         }
-        finish_load(session);
-        refresh_model(session);
+        model::finish_load(session);
+        model::refresh_model(session);
         const auto calculated = w.mag_data.row(row_raw, stage_calculated);
         std::copy(calculated.begin(), calculated.end(), w.mag_data.row(row_raw, stage_observed).begin());
         for (int i = 1; i <= bodies; ++i) {
@@ -57,7 +57,7 @@ struct Line {
             invalidate_body(w.body(i));
         }
         invalidate_filtered_data(0, w);
-        refresh_model(session);
+        model::refresh_model(session);
     }
 };
 
@@ -71,11 +71,11 @@ void one_evaluation(benchmark::State& state) {
         body.dip.value += 0.01F;
         const double seconds = evaluation.take([&] {
             invalidate_body(body);
-            evaluate_model_misfit(line.session, w.mag_data, w.grav_data);
+            model::evaluate_model_misfit(line.session, w.mag_data, w.grav_data);
         });
         response.take([&] {
             body.last_calculated = -1.0F;
-            calculate_mag_response(w, 25, line.prompts);
+            forward::calculate_mag_response(w, 25, line.prompts);
         });
         adding.take([&] {
             std::fill(sum.begin(), sum.end(), 0.0F);
@@ -88,7 +88,7 @@ void one_evaluation(benchmark::State& state) {
         });
         filtering.take([&] {
             w.mag_calculated_filtered = false;
-            filter_data(w, channel_mag, stage_calculated, w.mag_data, line.prompts);
+            filter::filter_data(w, channel_mag, stage_calculated, w.mag_data, line.prompts);
         });
         state.SetIterationTime(seconds);
     }
@@ -108,7 +108,8 @@ void a_run(benchmark::State& state) {
         state.PauseTiming();
         auto line = std::make_unique<Line>(stations, bodies);
         state.ResumeTiming();
-        const InversionReport report = run_inversion(line->session, InvertOptions{});
+        const inversion::InversionReport report =
+            inversion::run_inversion(line->session, inversion::InvertOptions{});
         state.counters["evaluations"] = static_cast<double>(report.result.evaluations);
         state.counters["us_an_evaluation"] =
             report.seconds * 1e6 / static_cast<double>(report.result.evaluations);
@@ -128,7 +129,7 @@ BENCHMARK(a_run)
 
 /// A run at full size whose person presses Stop: how soon the program answers (the longest stretch between
 /// two yields), and how long the run goes on (the iteration that it is in). Ratios are to one evaluation.
-void a_stop(benchmark::State& state, InversionMethod method) {
+void a_stop(benchmark::State& state, inversion::InversionMethod method) {
     struct StoppingPrompts : QuietPrompts {
         Session* session = nullptr;
         double last = cpu_seconds(), asked = 0, longest = 0;
@@ -149,12 +150,12 @@ void a_stop(benchmark::State& state, InversionMethod method) {
         Session session(prompts, Settings());
         session.workspace = line.session.workspace;
         prompts.session = &session;
-        finish_load(session);
-        refresh_model(session);
-        InvertOptions options;
+        model::finish_load(session);
+        model::refresh_model(session);
+        inversion::InvertOptions options;
         options.method = method;
         const double start = prompts.last = cpu_seconds();
-        const InversionReport report = run_inversion(session, options);
+        const inversion::InversionReport report = inversion::run_inversion(session, options);
         const double end = cpu_seconds();
         const double one = (end - start) / static_cast<double>(report.result.evaluations);
         state.counters["answer_ms"] = prompts.longest * 1e3;
@@ -164,41 +165,48 @@ void a_stop(benchmark::State& state, InversionMethod method) {
         state.counters["evaluations"] = static_cast<double>(report.result.evaluations);
     }
 }
-BENCHMARK_CAPTURE(a_stop, sweep, InversionMethod::sweep)->Iterations(1)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(a_stop, least_squares, InversionMethod::least_squares)
+BENCHMARK_CAPTURE(a_stop, sweep, inversion::InversionMethod::sweep)
+    ->Iterations(1)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(a_stop, least_squares, inversion::InversionMethod::least_squares)
     ->Iterations(1)
     ->Unit(benchmark::kMillisecond);
 
 /// The two methods from the same start. The last misfits and the evaluations make the table.
-void example(benchmark::State& state, const char* name, InversionMethod method) {
+void example(benchmark::State& state, const char* name, inversion::InversionMethod method) {
     const std::string path = std::string(ANOMALIS_EXAMPLES) + "/" + name + ".axm";
     for (auto _ : state) {
         QuietPrompts prompts;
         Session session(prompts, Settings());
         initialise_workspace(session.workspace, prompts);
-        if (read_model_parameters(0, session.workspace, path, session.settings, prompts) != 0 ||
-            load_locations(session.workspace, prompts) != 0) {
+        if (workspace_file::read_model_parameters(0, session.workspace, path, session.settings, prompts) !=
+                0 ||
+            intake::load_locations(session.workspace, prompts) != 0) {
             state.SkipWithError("the example does not load");
             return;
         }
-        finish_load(session);
-        refresh_model(session);
-        InvertOptions options;
+        model::finish_load(session);
+        model::refresh_model(session);
+        inversion::InvertOptions options;
         options.method = method;
-        const InversionReport report = run_inversion(session, options);
+        const inversion::InversionReport report = inversion::run_inversion(session, options);
         state.counters["first_misfit"] = report.result.initial_misfit.value_or(MisfitPair{})[0];
         state.counters["last_misfit"] = report.result.misfit_pair[0];
         state.counters["evaluations"] = static_cast<double>(report.result.evaluations);
     }
 }
-BENCHMARK_CAPTURE(example, dyke_swarm_sweep, "dyke_swarm", InversionMethod::sweep)->Iterations(1);
-BENCHMARK_CAPTURE(example, dyke_swarm_least_squares, "dyke_swarm", InversionMethod::least_squares)
+BENCHMARK_CAPTURE(example, dyke_swarm_sweep, "dyke_swarm", inversion::InversionMethod::sweep)->Iterations(1);
+BENCHMARK_CAPTURE(example, dyke_swarm_least_squares, "dyke_swarm", inversion::InversionMethod::least_squares)
     ->Iterations(1);
-BENCHMARK_CAPTURE(example, fault_block_sweep, "fault_block", InversionMethod::sweep)->Iterations(1);
-BENCHMARK_CAPTURE(example, fault_block_least_squares, "fault_block", InversionMethod::least_squares)
+BENCHMARK_CAPTURE(example, fault_block_sweep, "fault_block", inversion::InversionMethod::sweep)
     ->Iterations(1);
-BENCHMARK_CAPTURE(example, buried_cable_sweep, "buried_cable", InversionMethod::sweep)->Iterations(1);
-BENCHMARK_CAPTURE(example, buried_cable_least_squares, "buried_cable", InversionMethod::least_squares)
+BENCHMARK_CAPTURE(example, fault_block_least_squares, "fault_block",
+                  inversion::InversionMethod::least_squares)
+    ->Iterations(1);
+BENCHMARK_CAPTURE(example, buried_cable_sweep, "buried_cable", inversion::InversionMethod::sweep)
+    ->Iterations(1);
+BENCHMARK_CAPTURE(example, buried_cable_least_squares, "buried_cable",
+                  inversion::InversionMethod::least_squares)
     ->Iterations(1);
 
 }  // namespace

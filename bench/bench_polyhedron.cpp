@@ -10,8 +10,8 @@
 #include "allocations.h"
 #include "core/workspace.h"
 #include "elementary_loops.h"
-#include "forward/facet.h"
-#include "forward/polyhedron.h"
+#include "forward/classic/facet.h"
+#include "forward/polyhedron/polyhedron.h"
 #include "lumpy_body.h"
 #include "quiet_prompts.h"
 #include "timing.h"
@@ -34,15 +34,17 @@ struct Profile {
             north[i] = 0.1 * east[i] + 3;
         }
     }
-    StationSpans spans() const { return {east, north, up}; }
+    forward::StationSpans spans() const { return {east, north, up}; }
     std::size_t size() const { return east.size(); }
 };
 
-void total_field(Polyhedron& body, Profile& at, const Execution& how = {widest_vector_level(), 1}) {
+void total_field(forward::Polyhedron& body, Profile& at,
+                 const forward::Execution& how = {vector::widest_vector_level(), 1}) {
     body.total_field(at.spans(), magnetisation, direction, at.field, how);
 }
 
-void both(Polyhedron& body, Profile& at, const Execution& how = {widest_vector_level(), 1}) {
+void both(forward::Polyhedron& body, Profile& at,
+          const forward::Execution& how = {vector::widest_vector_level(), 1}) {
     body.total_field_and_gravity(at.spans(), magnetisation, direction, density, at.field, at.gravity, how);
 }
 
@@ -60,8 +62,8 @@ class FacetRoute {
             workspace_.stations(i, column_sensor) = profile.up[from];
         }
         body_.response.assign(stations);
-        for (const Facet& facet : surface.facets) {
-            std::array<NedVector, 3> corners;
+        for (const forward::Facet& facet : surface.facets) {
+            std::array<forward::NedVector, 3> corners;
             for (std::size_t i = 0; i < 3; ++i) {
                 const Point3& p = surface.points[static_cast<std::size_t>(facet[i])];
                 corners[i] = {p.y - profile.north[0], p.x - profile.east[0], profile.up[0] - p.z};
@@ -71,8 +73,9 @@ class FacetRoute {
     }
     void run() {
         for (const auto& corners : triangles_)
-            calculate_facet_response(workspace_, body_, {true, true},
-                                     {magnetisation.y, magnetisation.x, -magnetisation.z}, corners, prompts_);
+            forward::calculate_facet_response(workspace_, body_, {true, true},
+                                              {magnetisation.y, magnetisation.x, -magnetisation.z}, corners,
+                                              prompts_);
     }
     double count() const { return static_cast<double>(triangles_.size()) * workspace_.station_count; }
     bool failed() const { return prompts_.count() > 0; }
@@ -80,7 +83,7 @@ class FacetRoute {
   private:
     Workspace workspace_;
     ModelBody body_;
-    std::vector<std::array<NedVector, 3>> triangles_;
+    std::vector<std::array<forward::NedVector, 3>> triangles_;
     QuietPrompts prompts_;
 };
 
@@ -94,8 +97,8 @@ class Elementary {
         }
     }
     void run() {
-        logarithm_.take([&] { repeat(logarithms_at(widest_vector_level()), high_, low_); });
-        arc_tangent_.take([&] { repeat(arc_tangents_at(widest_vector_level()), low_, high_); });
+        logarithm_.take([&] { repeat(logarithms_at(vector::widest_vector_level()), high_, low_); });
+        arc_tangent_.take([&] { repeat(arc_tangents_at(vector::widest_vector_level()), low_, high_); });
     }
     double nanoseconds(double edges_a_facet) const {
         return (edges_a_facet * logarithm_.seconds() + arc_tangent_.seconds()) * 1e9 / (turns * count);
@@ -119,7 +122,7 @@ class Elementary {
 
 void field_of_a_body(benchmark::State& state) {
     const Surface surface = lumpy_body_of(static_cast<int>(state.range(0)));
-    Polyhedron body(surface.points, surface.facets);
+    forward::Polyhedron body(surface.points, surface.facets);
     Profile at(static_cast<std::size_t>(state.range(1)));
     const auto facets = static_cast<double>(body.facet_count());
     FacetRoute route(surface, static_cast<int>(std::clamp(1e5 / facets, 16.0, 1000.0)));
@@ -155,16 +158,16 @@ BENCHMARK(field_of_a_body)
 
 void every_vector_level(benchmark::State& state) {
     const Surface surface = lumpy_body_of(1000);
-    Polyhedron body(surface.points, surface.facets);
+    forward::Polyhedron body(surface.points, surface.facets);
     Profile at(1000);
     BestTime time[3];
     for (auto _ : state)
-        for (int level = 0; level <= static_cast<int>(widest_vector_level()); ++level)
+        for (int level = 0; level <= static_cast<int>(vector::widest_vector_level()); ++level)
             state.SetIterationTime(time[level].take([&] {
-                both(body, at, {static_cast<VectorLevel>(level), 1});
+                both(body, at, {static_cast<vector::VectorLevel>(level), 1});
             }));
-    for (int level = 0; level <= static_cast<int>(widest_vector_level()); ++level) {
-        const std::string name(vector_level_name(static_cast<VectorLevel>(level)));
+    for (int level = 0; level <= static_cast<int>(vector::widest_vector_level()); ++level) {
+        const std::string name(vector::vector_level_name(static_cast<vector::VectorLevel>(level)));
         state.counters[name + "_ns"] =
             time[level].seconds() * 1e9 / (static_cast<double>(body.facet_count()) * 1000);
     }
@@ -176,7 +179,7 @@ BENCHMARK(every_vector_level)->UseManualTime()->Iterations(10)->Unit(benchmark::
 void cost_by_size(benchmark::State& state) {
     const Surface surface = lumpy_body_of(static_cast<int>(state.range(0)));
     Profile at(static_cast<std::size_t>(state.range(1)));
-    Polyhedron body;
+    forward::Polyhedron body;
     BestTime prepare, field;
     for (auto _ : state) {
         prepare.take([&] { body.assign(surface.points, surface.facets); });
@@ -201,7 +204,7 @@ double wall_seconds() {
 
 void spread_over_threads(benchmark::State& state) {
     const Surface surface = lumpy_body_of(1000);
-    Polyhedron body(surface.points, surface.facets);
+    forward::Polyhedron body(surface.points, surface.facets);
     Profile at(8193);
     double one = 1e9, all = 1e9;
     for (auto _ : state) {
@@ -223,7 +226,7 @@ BENCHMARK(spread_over_threads)->UseManualTime()->Iterations(20)->Unit(benchmark:
 void moving_body(benchmark::State& state) {
     Surface surface = lumpy_body_of(static_cast<int>(state.range(0)));
     Profile at(8193, static_cast<double>(state.range(1)) * 500);
-    Polyhedron body;
+    forward::Polyhedron body;
     BestTime time;
     for (auto _ : state) {
         for (Point3& p : surface.points) p.x += 0.25;

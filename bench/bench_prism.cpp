@@ -4,9 +4,9 @@
 #include <array>
 #include <benchmark/benchmark.h>
 
+#include "forward/classic/facet.h"
 #include "forward/driver.h"
-#include "forward/facet.h"
-#include "forward/prism.h"
+#include "forward/shape/prism.h"
 #include "level_line.h"
 #include "quiet_prompts.h"
 #include "timing.h"
@@ -31,7 +31,7 @@ struct Dragged {
         body().distance.value += 0.5F;
         body().dip.value += 0.01F;
         invalidate_body(body());
-        calculate_model(workspace, workspace.mag_data, workspace.grav_data, prompts);
+        forward::calculate_model(workspace, workspace.mag_data, workspace.grav_data, prompts);
     }
 };
 
@@ -54,11 +54,12 @@ void moving_a_prism(benchmark::State& state) {
 BENCHMARK(moving_a_prism)->ArgName("by_faces")->Arg(0)->Arg(-1)->UseManualTime()->Iterations(50);
 
 void gravity_by_single_faces(Dragged& drag) {
-    const auto corners = relative_to_first_station(gravity_prism(drag.body()), drag.workspace);
-    for (const auto& face : prism_faces) {
-        std::array<NedVector, 4> list;
+    const auto corners =
+        forward::relative_to_first_station(forward::gravity_prism(drag.body()), drag.workspace);
+    for (const auto& face : forward::prism_faces) {
+        std::array<forward::NedVector, 4> list;
         for (std::size_t i = 0; i < 4; ++i) list[i] = corners[face[i]];
-        calculate_facet_response(drag.workspace, drag.body(), {false, true}, {}, list, drag.prompts);
+        forward::calculate_facet_response(drag.workspace, drag.body(), {false, true}, {}, list, drag.prompts);
     }
 }
 
@@ -68,7 +69,8 @@ void prism_gravity_against_single_faces(benchmark::State& state) {
     for (auto _ : state) {
         drag.body().grav_response_valid = false;
         together.take([&] {
-            calculate_model(drag.workspace, drag.workspace.mag_data, drag.workspace.grav_data, drag.prompts);
+            forward::calculate_model(drag.workspace, drag.workspace.mag_data, drag.workspace.grav_data,
+                                     drag.prompts);
         });
         state.SetIterationTime(apart.take([&] { gravity_by_single_faces(drag); }));
     }

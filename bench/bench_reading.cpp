@@ -155,8 +155,8 @@ void reset_peak_memory() {
 
 void read_both_passes(Workspace& w) {
     StrictPrompts prompts;
-    read_location_file(0, w, prompts);
-    read_location_file(1, w, prompts);
+    intake::read_location_file(0, w, prompts);
+    intake::read_location_file(1, w, prompts);
 }
 
 /// Bare loop and passes take turns, so that a busy machine slows both; the best of each counts.
@@ -200,7 +200,7 @@ void whole_load(benchmark::State& state) {
     double best = std::numeric_limits<double>::max();
     for (auto _ : state) {
         Workspace w = workspace_over(file, true);
-        const double seconds = seconds_of([&] { load_locations(w, prompts); });
+        const double seconds = seconds_of([&] { intake::load_locations(w, prompts); });
         if (w.station_count == 0) state.SkipWithError("stations are missing");
         best = std::min(best, seconds);
         state.SetIterationTime(seconds);

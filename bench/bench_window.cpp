@@ -10,13 +10,13 @@
 
 #include <QTimer>
 
-#include "forward/gravity_response.h"
-#include "forward/mag_response.h"
+#include "filter/filters.h"
+#include "forward/classic/gravity_response.h"
+#include "forward/classic/mag_response.h"
 #include "forward/station_columns.h"
-#include "inversion/filters.h"
 #include "timing.h"
+#include "window/shell/look.h"
 #include "window_sample.h"
-#include "workbench/qt/look.h"
 
 namespace anomalis {
 namespace {
@@ -30,7 +30,7 @@ void add_responses(Workspace& w, std::vector<float>& sum) {
     for (const int column : {1, 2}) {
         std::fill(sum.begin(), sum.end(), 0.0F);
         for (int number = 1; number <= w.body_count; ++number) {
-            const float* response = response_column(w, w.body(number), column);
+            const float* response = forward::response_column(w, w.body(number), column);
             for (std::size_t i = 0; i < sum.size(); ++i) sum[i] += response[i];
         }
         benchmark::DoNotOptimize(sum.data());
@@ -39,8 +39,8 @@ void add_responses(Workspace& w, std::vector<float>& sum) {
 
 void filter_both(Workspace& w, Prompts& prompts) {
     invalidate_filtered_data(1, w);
-    filter_data(w, channel_mag, stage_calculated, w.mag_data, prompts);
-    filter_data(w, channel_grav, stage_calculated, w.grav_data, prompts);
+    filter::filter_data(w, channel_mag, stage_calculated, w.mag_data, prompts);
+    filter::filter_data(w, channel_grav, stage_calculated, w.grav_data, prompts);
 }
 
 void a_step_of_a_bar(benchmark::State& state) {
@@ -54,8 +54,8 @@ void a_step_of_a_bar(benchmark::State& state) {
     for (auto _ : state) {
         const double seconds = step.take([&] { window.scroll(param_dip, ++turn % 2 == 0 ? 1 : -1); });
         response.take([&] {
-            calculate_mag_response(w, moved, window.prompts);
-            calculate_gravity_response(w, moved, window.prompts);
+            forward::calculate_mag_response(w, moved, window.prompts);
+            forward::calculate_gravity_response(w, moved, window.prompts);
         });
         addition.take([&] { add_responses(w, sum); });
         filters.take([&] { filter_both(w, window.prompts); });
@@ -127,10 +127,10 @@ BENCHMARK_CAPTURE(a_cold_start, with_an_example, ANOMALIS_EXAMPLES "/dyke_swarm.
 
 /// Tells its memory once the window, and the example in it, is painted.
 int show_window(QApplication& application, const char* example) {
-    apply_look(application);
+    window::apply_look(application);
     QuietPrompts prompts;
     Session session(prompts, Settings());
-    Form_anomalis form(session, {});
+    window::Form_anomalis form(session, {});
     form.show();
     if (example[0] != '\0') form.open_example(example);
     ShownWindow::settle();
@@ -145,7 +145,7 @@ int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
     if (argc == 3 && std::strcmp(argv[1], "--shown") == 0) return anomalis::show_window(application, argv[2]);
-    anomalis::apply_look(application);
+    anomalis::window::apply_look(application);
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
     return 0;

@@ -1,8 +1,10 @@
 #include "elementary_loops.h"
 
-#include "forward/vector_math.h"
+#include "vector/vector_math.h"
 
 namespace anomalis::ANOMALIS_VECTOR_LEVEL {
+
+using namespace vector::ANOMALIS_VECTOR_LEVEL;
 
 void logarithms(const double* s, const double* e, double* result, std::size_t n) {
     for (std::size_t i = 0; i + lane_count <= n; i += lane_count) {

@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-#include "forward/vector_levels.h"
+#include "vector/vector_levels.h"
 
 namespace anomalis {
 

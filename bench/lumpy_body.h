@@ -3,13 +3,13 @@
 #include <cmath>
 #include <vector>
 
-#include "forward/polyhedron.h"
+#include "forward/polyhedron/polyhedron.h"
 
 namespace anomalis {
 
 struct Surface {
     std::vector<Point3> points;
-    std::vector<Facet> facets;
+    std::vector<forward::Facet> facets;
 };
 
 /// A closed body of 2 * sectors * (rings - 1) facets under the origin, 100 m across and rough, so that no two

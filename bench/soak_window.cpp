@@ -5,8 +5,8 @@
 
 #include <QAction>
 
+#include "window/shell/look.h"
 #include "window_sample.h"
-#include "workbench/qt/look.h"
 
 namespace anomalis {
 namespace {
@@ -59,6 +59,6 @@ int soak() {
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
-    anomalis::apply_look(application);
+    anomalis::window::apply_look(application);
     return anomalis::soak();
 }

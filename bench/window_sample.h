@@ -11,11 +11,11 @@
 #include <QApplication>
 
 #include "core/session.h"
+#include "edit/body_list.h"
+#include "edit/parameter_bars.h"
 #include "quiet_prompts.h"
-#include "workbench/body_list.h"
-#include "workbench/parameter_bars.h"
-#include "workbench/qt/charts_panel.h"
-#include "workbench/qt/form_anomalis.h"
+#include "window/panels/charts_panel.h"
+#include "window/shell/form_anomalis.h"
 #include "workspace_file/axm.h"
 
 namespace anomalis {
@@ -82,7 +82,8 @@ inline std::string write_line(const WorkFolder& folder, int stations, int sheets
         body.strike.value = 0;
     }
     const std::string path = folder.file("line.axm");
-    if (write_model_parameters(0, path, w, prompts) != 0) throw std::runtime_error("no workspace file");
+    if (workspace_file::write_model_parameters(0, path, w, prompts) != 0)
+        throw std::runtime_error("no workspace file");
     return path;
 }
 
@@ -90,30 +91,30 @@ inline std::string write_line(const WorkFolder& folder, int stations, int sheets
 struct ShownWindow {
     QuietPrompts prompts;
     Session session{prompts, Settings()};
-    std::unique_ptr<Form_anomalis> form;
+    std::unique_ptr<window::Form_anomalis> form;
 
     explicit ShownWindow(const std::string& path, QSize size = {1280, 800}) {
-        form = std::make_unique<Form_anomalis>(session, std::vector<ExampleFile>{});
+        form = std::make_unique<window::Form_anomalis>(session, std::vector<flow::ExampleFile>{});
         form->resize(size);
         form->show();
         form->open_example(path);
         settle();
-        if (!line_loaded(session.workspace)) throw std::runtime_error("the line was not loaded");
+        if (!edit::line_loaded(session.workspace)) throw std::runtime_error("the line was not loaded");
     }
     /// Lets the window paint what waits to be painted.
     static void settle() {
         for (int turn = 0; turn < 3; ++turn) QApplication::processEvents();
     }
-    ModelView& view() { return form->charts().view(); }
+    flow::ModelView& view() { return form->charts().view(); }
 
-    const ParameterBar& bar(ParamCode code) const {
-        for (const ParameterBar& candidate : parameter_bars())
+    const edit::ParameterBar& bar(ParamCode code) const {
+        for (const edit::ParameterBar& candidate : edit::parameter_bars())
             if (candidate.code == code) return candidate;
         throw std::runtime_error("no such bar");
     }
     /// What a click on a bar does, up to the painted picture.
     void scroll(ParamCode code, int direction) {
-        step_parameter(form->workbench(), bar(code), true, direction);
+        edit::step_parameter(form->workbench(), bar(code), true, direction);
         form->model_edited();
         settle();
     }

@@ -47,7 +47,7 @@ Page page_from(const std::vector<std::string>& words) {
                            std::max(page.width, page.height) <= 16384;
         if (!size.empty() && !(whole && sound))
             throw CLI::ValidationError("--size", "must be WIDTHxHEIGHT in pixels, 300 to 16384: " + size);
-        for (const std::string& file : page.files) picture_format(file);
+        for (const std::string& file : page.files) chart::picture_format(file);
     } catch (const CLI::ParseError& error) {
         std::exit(app.exit(error) == 0 ? 0 : 2);
     } catch (const std::exception& error) {
@@ -58,11 +58,13 @@ Page page_from(const std::vector<std::string>& words) {
 }
 
 void write(const Page& page, const std::string& file) {
-    const SurfaceSize size{page.width * units_per_screen_pixel, page.height * units_per_screen_pixel};
-    const auto draw = [](DrawingDevice& device, OutputTarget kind, const SurfaceMapping& mapping) {
-        if (draw_gallery(device, kind, mapping) != 0) throw Fault("there is no room for the charts");
+    const chart::SurfaceSize size{page.width * chart::units_per_screen_pixel,
+                                  page.height * chart::units_per_screen_pixel};
+    const auto draw = [](chart::DrawingDevice& device, chart::OutputTarget kind,
+                         const chart::SurfaceMapping& mapping) {
+        if (chart::draw_gallery(device, kind, mapping) != 0) throw Fault("there is no room for the charts");
     };
-    write_file_safely(file, page_bytes(picture_format(file), size, draw, page.scale));
+    write_file_safely(file, chart::page_bytes(chart::picture_format(file), size, draw, page.scale));
 }
 
 int write_all(const Page& page) {
@@ -82,16 +84,16 @@ int show_live(const Page& page) {
     QWidget window;
     window.setWindowTitle("Charts");
     auto* grid = new QGridLayout(&window);
-    std::vector<GrapherWidget*> charts;
-    for (int i = 0; i < gallery_chart_count(); ++i) {
-        charts.push_back(new GrapherWidget(&window));
-        fill_gallery_chart(i + 1, charts.back()->chart());
+    std::vector<chart::GrapherWidget*> charts;
+    for (int i = 0; i < chart::gallery_chart_count(); ++i) {
+        charts.push_back(new chart::GrapherWidget(&window));
+        chart::fill_gallery_chart(i + 1, charts.back()->chart());
         charts.back()->chart().Crosshair(true);
         grid->addWidget(charts.back(), i / 3, i % 3);
     }
     window.resize(page.width, page.height);
     window.show();
-    for (GrapherWidget* chart : charts) chart->chart().DisplayChart();
+    for (chart::GrapherWidget* chart : charts) chart->chart().DisplayChart();
     return QApplication::exec();
 }
 

@@ -135,10 +135,11 @@ Values observe(const Survey& survey, const std::string& data_path, Prompts& prom
     Workspace truth = described(survey, prompts);
     truth.definition.data_file = data_path;
     add_bodies(truth, survey, prompts, false);
-    if (load_locations(truth, prompts) != 0) throw Fault("the stations of " + survey.name + " do not load");
+    if (intake::load_locations(truth, prompts) != 0)
+        throw Fault("the stations of " + survey.name + " do not load");
     if (static_cast<std::size_t>(truth.station_count) != survey.readings.size())
         throw Fault("the stations of " + survey.name + " merge");
-    calculate_model(truth, truth.mag_data, truth.grav_data, prompts);
+    forward::calculate_model(truth, truth.mag_data, truth.grav_data, prompts);
 
     Noise noise(1967);
     Values values;
@@ -162,7 +163,7 @@ void make_survey(const Survey& survey, const std::string& folder, Prompts& promp
     write_file_safely(data_path, data_text(survey, start, {level, level}));
     write_file_safely(data_path, data_text(survey, start, observe(survey, data_path, prompts)));
     add_bodies(start, survey, prompts, true);
-    write_model_parameters(0, folder + "/" + survey.name + ".axm", start, prompts);
+    workspace_file::write_model_parameters(0, folder + "/" + survey.name + ".axm", start, prompts);
 }
 
 void free_only(ModelBody& body, std::initializer_list<BodyParam ModelBody::*> slots) {

@@ -35,19 +35,22 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         ScriptedPrompts prompts;
         Workspace workspace;
         initialise_workspace(workspace, prompts);
-        const int status = read_model_parameters_text(mode, workspace, text, "fuzz.axm", settings, prompts);
+        const int status =
+            workspace_file::read_model_parameters_text(mode, workspace, text, "fuzz.axm", settings, prompts);
         require(status == 0 || prompts.told("An error occurred while reading the location file : "));
         require_consistent(workspace);
         if (mode != 0) continue;
 
-        const std::string saved = model_parameters_text(0, workspace);
+        const std::string saved = workspace_file::model_parameters_text(0, workspace);
         Workspace again;
         initialise_workspace(again, prompts);
-        require(read_model_parameters_text(0, again, saved, "fuzz.axm", settings, prompts) == 0);
+        require(workspace_file::read_model_parameters_text(0, again, saved, "fuzz.axm", settings, prompts) ==
+                0);
         require(again.body_count == workspace.body_count);
-        const std::string second = model_parameters_text(0, again);
-        require(read_model_parameters_text(0, again, second, "fuzz.axm", settings, prompts) == 0);
-        require(model_parameters_text(0, again) == second);
+        const std::string second = workspace_file::model_parameters_text(0, again);
+        require(workspace_file::read_model_parameters_text(0, again, second, "fuzz.axm", settings, prompts) ==
+                0);
+        require(workspace_file::model_parameters_text(0, again) == second);
     }
     return 0;
 }

@@ -66,9 +66,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     workspace.body_count = 1;
     choose(data, workspace);
 
-    FileHead head;
-    require(show_data_file_head(workspace, head, prompts) == 0 && prompts.messages.empty());
-    const int status = load_locations(workspace, prompts);
+    intake::FileHead head;
+    require(intake::show_data_file_head(workspace, head, prompts) == 0 && prompts.messages.empty());
+    const int status = intake::load_locations(workspace, prompts);
     require(prompts.messages.size() <= 1);
     require((status == -1) == (workspace.station_count == 0));
     if (status != -1) require_consistent(workspace);

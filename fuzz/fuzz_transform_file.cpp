@@ -27,18 +27,18 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         folder.write("points.crd", std::string_view(reinterpret_cast<const char*>(data), size));
     ScriptedPrompts prompts;
     PointTransform transform;
-    if (load_transform_file(transform, path, prompts) != 0) {
+    if (transform::load_transform_file(transform, path, prompts) != 0) {
         require(prompts.messages.size() == 1 && transform == before);
         return 0;
     }
     require(prompts.messages.empty());
-    update_transform(transform);
+    transform::update_transform(transform);
     double x = transform.x_origin, y = transform.y_origin, z = 0;
-    apply_transform(transform, 1, x, y, z);
-    const std::string saved = transform_file_text(transform);
+    transform::apply_transform(transform, 1, x, y, z);
+    const std::string saved = transform::transform_file_text(transform);
     PointTransform again;
     // Points a metre apart may be less far apart once they were rounded to 15 digits.
-    if (load_transform_file(again, folder.write("saved.crd", saved), prompts) != 0) return 0;
-    require(transform_file_text(again) == saved);
+    if (transform::load_transform_file(again, folder.write("saved.crd", saved), prompts) != 0) return 0;
+    require(transform::transform_file_text(again) == saved);
     return 0;
 }

@@ -5,5 +5,5 @@
 
 int main(int argc, char** argv) {
     const auto pictures = anomalis::make_picture_writer(argc, argv);
-    return anomalis::run_batch(argc, argv, std::cout, std::cerr, pictures.get());
+    return anomalis::batch::run_batch(argc, argv, std::cout, std::cerr, pictures.get());
 }

@@ -2,7 +2,7 @@
 
 namespace anomalis {
 
-std::unique_ptr<PictureWriter> make_picture_writer(int&, char**) {
+std::unique_ptr<batch::PictureWriter> make_picture_writer(int&, char**) {
     return nullptr;
 }
 

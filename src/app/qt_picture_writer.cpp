@@ -3,7 +3,7 @@
 #include <QGuiApplication>
 
 #include "app/picture_writers.h"
-#include "workbench/qt/model_picture.h"
+#include "window/shell/model_picture.h"
 
 namespace anomalis {
 
@@ -16,17 +16,18 @@ void keep_quiet(QtMsgType type, const QMessageLogContext&, const QString& text) 
 
 /// Draws without a display. The window system is started at the first picture: the commands that draw nothing
 /// do not pay for it.
-class QtPictureWriter : public PictureWriter {
+class QtPictureWriter : public batch::PictureWriter {
   public:
     QtPictureWriter(int& argc, char** argv) : argc_(argc), argv_(argv) {}
 
-    int write(Session& session, const PictureRequest& request) override {
+    int write(Session& session, const batch::PictureRequest& request) override {
         if (!application_) {
             qputenv("QT_QPA_PLATFORM", "offscreen");
             qInstallMessageHandler(keep_quiet);
             application_ = std::make_unique<QGuiApplication>(argc_, argv_);
         }
-        return write_model_picture(session, request.path, request.view, request.width, request.height);
+        return window::write_model_picture(session, request.path, request.view, request.width,
+                                           request.height);
     }
 
   private:
@@ -37,7 +38,7 @@ class QtPictureWriter : public PictureWriter {
 
 }  // namespace
 
-std::unique_ptr<PictureWriter> make_picture_writer(int& argc, char** argv) {
+std::unique_ptr<batch::PictureWriter> make_picture_writer(int& argc, char** argv) {
     return std::make_unique<QtPictureWriter>(argc, argv);
 }
 

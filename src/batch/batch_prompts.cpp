@@ -2,7 +2,7 @@
 
 #include <ostream>
 
-namespace anomalis {
+namespace anomalis::batch {
 
 void BatchPrompts::yield() {
     if (on_yield) on_yield();
@@ -13,4 +13,4 @@ void BatchPrompts::show_message(const std::string& text) {
     err_ << text << '\n';
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::batch

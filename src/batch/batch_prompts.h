@@ -7,7 +7,7 @@
 
 #include "core/prompts.h"
 
-namespace anomalis {
+namespace anomalis::batch {
 
 /// Nobody is at the keyboard: messages go to a stream and are kept, every dialog is cancelled, every question
 /// is answered with No.
@@ -37,4 +37,4 @@ class BatchPrompts : public Prompts {
     std::vector<std::string> messages_;
 };
 
-}  // namespace anomalis
+}  // namespace anomalis::batch

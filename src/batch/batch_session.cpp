@@ -5,10 +5,10 @@
 #include "core/failure.h"
 #include "core/safe_file.h"
 #include "intake/load.h"
-#include "inversion/evaluate.h"
+#include "model/evaluate.h"
 #include "workspace_file/axm.h"
 
-namespace anomalis {
+namespace anomalis::batch {
 
 BatchSession::BatchSession(std::ostream& the_out, std::ostream& the_err)
     : prompts(the_err), session(prompts, Settings{}), out(the_out), err(the_err) {
@@ -18,13 +18,14 @@ BatchSession::BatchSession(std::ostream& the_out, std::ostream& the_err)
 OpenState BatchSession::open(const std::string& path) {
     const MessageScope scope(prompts);
     Workspace& workspace = session.workspace;
-    if (read_model_parameters(0, workspace, path, session.settings, prompts) != 0) return OpenState::unread;
+    if (workspace_file::read_model_parameters(0, workspace, path, session.settings, prompts) != 0)
+        return OpenState::unread;
     if (formulas) set_formulas(workspace, *formulas, prompts);
-    const int status = load_locations(workspace, prompts);
+    const int status = intake::load_locations(workspace, prompts);
     if (workspace.station_count == 0) return OpenState::no_data;
-    finish_load(session);
+    model::finish_load(session);
     if (status != 0) return OpenState::no_length;
-    refresh_model(session);
+    model::refresh_model(session);
     return OpenState::ready;
 }
 
@@ -40,4 +41,4 @@ int BatchSession::write_result(const std::string& path, const std::string& text)
     });
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::batch

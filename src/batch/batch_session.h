@@ -7,7 +7,7 @@
 #include "batch/batch_prompts.h"
 #include "core/session.h"
 
-namespace anomalis {
+namespace anomalis::batch {
 
 /// How far a workspace came.
 enum class OpenState {
@@ -43,4 +43,4 @@ class BatchSession {
     std::ostream& err;
 };
 
-}  // namespace anomalis
+}  // namespace anomalis::batch

@@ -6,7 +6,7 @@
 #include "batch/picture_writer.h"
 
 // One procedure a command. Each returns true when it did its work; what it could not do it has shown.
-namespace anomalis {
+namespace anomalis::batch {
 
 class BatchSession;
 
@@ -58,4 +58,4 @@ bool run_invert(const InvertCommandOptions& options, BatchSession& batch);
 bool run_export(const ExportOptions& options, BatchSession& batch);
 bool run_render(const RenderOptions& options, BatchSession& batch, PictureWriter* pictures);
 
-}  // namespace anomalis
+}  // namespace anomalis::batch

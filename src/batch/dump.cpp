@@ -1,16 +1,16 @@
 #include "batch/batch_session.h"
 #include "batch/commands.h"
 #include "batch/dump_json.h"
-#include "inversion/misfit.h"
+#include "model/misfit.h"
 
-namespace anomalis {
+namespace anomalis::batch {
 
 namespace {
 
 DumpedMisfit measured(Session& session) {
     const Workspace& workspace = session.workspace;
     const auto of = [&](const ChannelTable& data, int channel) {
-        return channel_misfit(workspace, data, misfit_scale_of(channel), session.prompts);
+        return model::channel_misfit(workspace, data, model::misfit_scale_of(channel), session.prompts);
     };
     DumpedMisfit misfit;
     if (workspace.has_mag()) misfit.mag = of(workspace.mag_data, channel_mag);
@@ -33,4 +33,4 @@ bool run_dump(const DumpOptions& options, BatchSession& batch) {
     return batch.write_result(options.output, text) == 0 && state == OpenState::ready;
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::batch

@@ -5,7 +5,7 @@
 
 #include "batch/json_text.h"
 
-namespace anomalis {
+namespace anomalis::batch {
 
 namespace {
 
@@ -269,4 +269,4 @@ std::string dump_json_text(const Workspace& workspace, const DumpedMisfit& misfi
     return json_text(json, compact);
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::batch

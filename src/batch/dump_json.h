@@ -7,7 +7,7 @@
 #include "core/inversion_state.h"
 #include "core/workspace.h"
 
-namespace anomalis {
+namespace anomalis::batch {
 
 /// Each channel by its own scale; no value where there is nothing to measure.
 struct DumpedMisfit {
@@ -20,4 +20,4 @@ struct DumpedMisfit {
 std::string dump_json_text(const Workspace& workspace, const DumpedMisfit& misfit,
                            const std::vector<std::string>& messages);
 
-}  // namespace anomalis
+}  // namespace anomalis::batch

@@ -5,9 +5,9 @@
 #include "batch/commands.h"
 #include "core/numbers.h"
 #include "core/text.h"
-#include "inversion/misfit.h"
+#include "model/misfit.h"
 
-namespace anomalis {
+namespace anomalis::batch {
 
 namespace {
 
@@ -124,7 +124,8 @@ bool run_info(const std::string& model, BatchSession& batch) {
     std::string text = definition_text(workspace) + profile_text(workspace);
     if (state == OpenState::ready) {
         const auto misfit = [&](const char* label, const ChannelTable& data, int channel) {
-            const MisfitPair pair = channel_misfit(workspace, data, misfit_scale_of(channel), batch.prompts);
+            const MisfitPair pair =
+                model::channel_misfit(workspace, data, model::misfit_scale_of(channel), batch.prompts);
             text += line(label, misfit_text(pair));
         };
         if (workspace.has_mag()) misfit("Magnetic misfit", workspace.mag_data, channel_mag);
@@ -133,4 +134,4 @@ bool run_info(const std::string& model, BatchSession& batch) {
     return batch.write_result("", text + bodies_text(workspace)) == 0 && state == OpenState::ready;
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::batch

@@ -8,18 +8,19 @@
 #include "inversion/report.h"
 #include "workspace_file/axm.h"
 
-namespace anomalis {
+namespace anomalis::batch {
 
 namespace {
 
-InvertOptions run_options(const InvertCommandOptions& options, const Session& session) {
-    InvertOptions run;
+inversion::InvertOptions run_options(const InvertCommandOptions& options, const Session& session) {
+    inversion::InvertOptions run;
     run.channel = options.channel == "mag"     ? channel_mag
                   : options.channel == "grav"  ? channel_grav
                   : options.channel == "joint" ? channel_joint
                                                : session.inversion.inversion_channel;
     run.target = options.target == "gradient" ? target_gradient : target_data;
-    run.method = options.method == "least-squares" ? InversionMethod::least_squares : InversionMethod::sweep;
+    run.method = options.method == "least-squares" ? inversion::InversionMethod::least_squares
+                                                   : inversion::InversionMethod::sweep;
     run.iterations = options.iterations;
     run.body = options.body;
     return run;
@@ -30,7 +31,7 @@ std::string misfit_text(const MisfitPair& misfit) {
 }
 
 /// One line that is written over by the next.
-void show_progress(const InversionProgress& state, std::ostream& err) {
+void show_progress(const inversion::InversionProgress& state, std::ostream& err) {
     constexpr int bar_width = 20;
     const int limit = std::max(state.iteration_limit, 1);
     const auto filled = static_cast<std::size_t>(bar_width * std::min(state.iteration, limit) / limit);
@@ -40,15 +41,15 @@ void show_progress(const InversionProgress& state, std::ostream& err) {
         << misfit_text(state.misfit) << ", " << format_number(state.seconds, "0.0") << " s  " << std::flush;
 }
 
-InversionReport invert(const InvertCommandOptions& options, BatchSession& batch) {
+inversion::InversionReport invert(const InvertCommandOptions& options, BatchSession& batch) {
     Session& session = batch.session;
     const StopRequest stop;
     // Asked after each evaluation; the run itself looks once an iteration.
     batch.prompts.on_yield = [&] {
         if (stop.made()) session.inversion.stop_inversion = true;
     };
-    InversionReport report =
-        run_inversion(session, run_options(options, session), [&](const InversionProgress& state) {
+    inversion::InversionReport report = inversion::run_inversion(
+        session, run_options(options, session), [&](const inversion::InversionProgress& state) {
             if (options.show_progress) show_progress(state, batch.err);
         });
     batch.prompts.on_yield = nullptr;
@@ -56,14 +57,14 @@ InversionReport invert(const InvertCommandOptions& options, BatchSession& batch)
     return report;
 }
 
-std::string summary(const InversionReport& report) {
-    const RunResult& result = report.result;
+std::string summary(const inversion::InversionReport& report) {
+    const inversion::RunResult& result = report.result;
     std::string text = report.label + " after " + std::to_string(result.iterations) + " iterations, " +
                        std::to_string(result.evaluations) + " evaluations\n";
     if (result.initial_misfit)
         text +=
             "Misfit " + misfit_text(*result.initial_misfit) + " -> " + misfit_text(result.misfit_pair) + "\n";
-    for (const ReportedParameter& p : report.parameters) {
+    for (const inversion::ReportedParameter& p : report.parameters) {
         text += "Body " + std::to_string(p.body) + " " + p.name + ":" + number_to_text(p.start) + " ->" +
                 number_to_text(p.final) + "\n";
     }
@@ -73,7 +74,7 @@ std::string summary(const InversionReport& report) {
 }  // namespace
 
 bool run_invert(const InvertCommandOptions& options, BatchSession& batch) {
-    InversionReport report;
+    inversion::InversionReport report;
     {
         const MessageScope scope(batch.prompts);
         if (batch.open(options.model) == OpenState::unread) return false;
@@ -83,8 +84,9 @@ bool run_invert(const InvertCommandOptions& options, BatchSession& batch) {
     const std::string json = report_json_text(report, batch.prompts.messages());
     if (!options.report.empty()) done = batch.write_result(options.report, json) == 0 && done;
     if (done && !options.output.empty())
-        done = write_model_parameters(0, options.output, batch.session.workspace, batch.prompts) == 0;
+        done = workspace_file::write_model_parameters(0, options.output, batch.session.workspace,
+                                                      batch.prompts) == 0;
     return batch.write_result("", summary(report)) == 0 && done;
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::batch

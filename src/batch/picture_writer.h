@@ -3,8 +3,10 @@
 #include <string>
 
 namespace anomalis {
-
 class Session;
+}  // namespace anomalis
+
+namespace anomalis::batch {
 
 /// What `render` is asked for.
 struct PictureRequest {
@@ -22,4 +24,4 @@ class PictureWriter {
     virtual int write(Session& session, const PictureRequest& request) = 0;
 };
 
-}  // namespace anomalis
+}  // namespace anomalis::batch

@@ -4,7 +4,7 @@
 #include "batch/batch_session.h"
 #include "batch/commands.h"
 
-namespace anomalis {
+namespace anomalis::batch {
 
 bool parse_picture_size(const std::string& text, PictureRequest& picture) {
     constexpr int smallest = 16;
@@ -30,4 +30,4 @@ bool run_render(const RenderOptions& options, BatchSession& batch, PictureWriter
     return batch.open_ready(options.model) && pictures->write(batch.session, options.picture) == 0;
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::batch

@@ -5,9 +5,10 @@
 
 #include "inversion/report.h"
 
-namespace anomalis {
+namespace anomalis::batch {
 
 /// The report of a run as one JSON object; a refused run has null misfits.
-std::string report_json_text(const InversionReport& report, const std::vector<std::string>& messages);
+std::string report_json_text(const inversion::InversionReport& report,
+                             const std::vector<std::string>& messages);
 
-}  // namespace anomalis
+}  // namespace anomalis::batch

@@ -7,9 +7,9 @@
 #include "batch/batch_session.h"
 #include "batch/commands.h"
 #include "core/numbers.h"
-#include "workbench/page_view.h"
+#include "show/page_view.h"
 
-namespace anomalis {
+namespace anomalis::batch {
 
 namespace {
 
@@ -95,7 +95,7 @@ void add_export(CommandAdder& add_command, ExportOptions& options) {
 
 std::vector<std::string> view_names() {
     std::vector<std::string> names;
-    for (const PageView& view : page_views) names.emplace_back(view.name);
+    for (const show::PageView& view : show::page_views) names.emplace_back(view.name);
     return names;
 }
 
@@ -168,4 +168,4 @@ int run_batch(int argc, char** argv, std::ostream& out, std::ostream& err, Pictu
     return exit_failed;
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::batch

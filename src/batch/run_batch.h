@@ -2,7 +2,7 @@
 
 #include <iosfwd>
 
-namespace anomalis {
+namespace anomalis::batch {
 
 class PictureWriter;
 
@@ -11,4 +11,4 @@ class PictureWriter;
 /// Returns the exit status: 0 done, 1 the command failed, 2 wrong usage.
 int run_batch(int argc, char** argv, std::ostream& out, std::ostream& err, PictureWriter* pictures);
 
-}  // namespace anomalis
+}  // namespace anomalis::batch

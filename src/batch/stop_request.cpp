@@ -2,7 +2,7 @@
 
 #include <csignal>
 
-namespace anomalis {
+namespace anomalis::batch {
 
 namespace {
 
@@ -29,4 +29,4 @@ bool StopRequest::made() const {
     return interrupted != 0;
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::batch

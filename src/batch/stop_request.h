@@ -1,6 +1,6 @@
 #pragma once
 
-namespace anomalis {
+namespace anomalis::batch {
 
 /// While it lives, an interrupt from the keyboard does not end the program but is remembered; a second one
 /// ends it. One at a time.
@@ -17,4 +17,4 @@ class StopRequest {
     void (*handler_before_)(int);
 };
 
-}  // namespace anomalis
+}  // namespace anomalis::batch

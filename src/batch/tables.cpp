@@ -8,11 +8,11 @@
 #include "output/clean_tables.h"
 #include "output/dxf.h"
 
-namespace anomalis {
+namespace anomalis::batch {
 
 bool run_forward(const ForwardOptions& options, BatchSession& batch) {
     return batch.open_ready(options.model) &&
-           batch.write_result(options.output, profile_table_text(batch.session.workspace)) == 0;
+           batch.write_result(options.output, output::profile_table_text(batch.session.workspace)) == 0;
 }
 
 bool run_export(const ExportOptions& options, BatchSession& batch) {
@@ -24,16 +24,16 @@ bool run_export(const ExportOptions& options, BatchSession& batch) {
         if (!path.empty() && writer(path, workspace, batch.prompts) != 0) done = false;
     };
     // Bodies can be drawn without a line, where the file says that they stand.
-    write(options.body_dxf, write_body_dxf);
+    write(options.body_dxf, output::write_body_dxf);
     write(options.plan_dxf, [](const std::string& path, Workspace& w, Prompts& prompts) {
-        return write_plan_dxf(path, w, prompts);
+        return output::write_plan_dxf(path, w, prompts);
     });
     const std::array tables{
-        std::pair{&options.profile_table, &write_profile_table},
-        std::pair{&options.model_table, &write_model_table},
-        std::pair{&options.mesh, &write_mesh_header},
-        std::pair{&options.clean_profile, &write_clean_profile_table},
-        std::pair{&options.clean_model, &write_clean_model_table},
+        std::pair{&options.profile_table, &output::write_profile_table},
+        std::pair{&options.model_table, &output::write_model_table},
+        std::pair{&options.mesh, &output::write_mesh_header},
+        std::pair{&options.clean_profile, &output::write_clean_profile_table},
+        std::pair{&options.clean_model, &output::write_clean_model_table},
     };
     for (const auto& [path, writer] : tables) {
         if (path->empty()) continue;
@@ -42,4 +42,4 @@ bool run_export(const ExportOptions& options, BatchSession& batch) {
     return done;
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::batch

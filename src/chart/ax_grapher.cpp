@@ -9,7 +9,7 @@
 #include "chart/detail/property_table.h"
 #include "chart/detail/zoom.h"
 
-namespace anomalis {
+namespace anomalis::chart {
 
 AX_Grapher::AX_Grapher() : state_(std::make_unique<GrapherState>()) {}
 AX_Grapher::~AX_Grapher() = default;
@@ -220,4 +220,4 @@ void align_plots(std::span<AX_Grapher* const> charts) {
     }
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

@@ -15,7 +15,7 @@
 #include "chart/property_bag.h"
 #include "chart/surface_mapping.h"
 
-namespace anomalis {
+namespace anomalis::chart {
 
 struct GrapherState;
 
@@ -302,4 +302,4 @@ class AX_Grapher {
 /// Sets the left and right margins of these charts so that their plots coincide in X.
 void align_plots(std::span<AX_Grapher* const> charts);
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

@@ -8,7 +8,7 @@
 #include "chart/detail/output.h"
 
 // The retained drawings: recording, replay and streams.
-namespace anomalis {
+namespace anomalis::chart {
 
 namespace {
 
@@ -162,4 +162,4 @@ int AX_Grapher::DrawGraphicsStream(DrawingDevice* device, int count, const Graph
     return status;
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

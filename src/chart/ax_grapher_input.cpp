@@ -9,7 +9,7 @@
 #include "chart/detail/zoom.h"
 
 // Mouse, wheel and keyboard as the widget tells them, zoom and selection as the host sets them.
-namespace anomalis {
+namespace anomalis::chart {
 
 namespace {
 
@@ -255,4 +255,4 @@ void AX_Grapher::HandleKeyUp(int key_code, int shift) {
     state_->events->KeyUp(key_code, shift);
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

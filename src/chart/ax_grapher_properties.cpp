@@ -2,7 +2,7 @@
 #include "chart/detail/grapher_state.h"
 
 // The properties: what each holds, and that its bag is told of a change under the documented key.
-namespace anomalis {
+namespace anomalis::chart {
 
 namespace {
 
@@ -251,4 +251,4 @@ void AX_Grapher::YAxisCutoff(double value) {
     set_cutoff(*state_, state_->properties.y.scale, value, "YAxisCutoff");
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

@@ -4,7 +4,7 @@
 #include "chart/detail/zoom.h"
 
 // Zoom, selection and the crosshair as a host sets them.
-namespace anomalis {
+namespace anomalis::chart {
 
 std::optional<SelectedPoint> AX_Grapher::SelectPoint() const {
     return state_->selection_valid() ? state_->selected : std::nullopt;
@@ -70,4 +70,4 @@ void AX_Grapher::Crosshair(bool value) {
     if (state_->surface != nullptr) state_->surface->present();
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

@@ -4,7 +4,7 @@
 #include "chart/ax_grapher.h"
 
 // The small services for paths.
-namespace anomalis {
+namespace anomalis::chart {
 
 namespace {
 
@@ -34,4 +34,4 @@ int AX_Grapher::change_dir(const std::string& path) {
     return error ? -1 : 0;
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

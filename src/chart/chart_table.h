@@ -7,7 +7,7 @@
 
 // The tables that a host gives to a chart. Rows are series: row 0 is (1, x1 ... xn), row k is
 // (style code, y1 ... yn); a later row with the kind 1 opens a new group with its own X values.
-namespace anomalis {
+namespace anomalis::chart {
 
 /// The kinds in column 0 of a row. Any other number leaves the style to the chart's type.
 inline constexpr double x_row = 1.0;
@@ -65,4 +65,4 @@ int array_upper_bound(const std::vector<Cell>& table, int dimension) {
     return bound;
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

@@ -3,7 +3,7 @@
 #include <array>
 #include <vector>
 
-namespace anomalis {
+namespace anomalis::chart {
 
 void DrawingDevice::markers(const MarkerShape& shape, std::span<const Point> anchors) {
     std::vector<Point> moved(shape.outline.size());
@@ -21,4 +21,4 @@ void DrawingDevice::markers(const MarkerShape& shape, std::span<const Point> anc
     }
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

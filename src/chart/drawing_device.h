@@ -7,7 +7,7 @@
 #include "chart/drawing_types.h"
 #include "chart/surface_mapping.h"
 
-namespace anomalis {
+namespace anomalis::chart {
 
 /// A marker as strokes and a filled polygon about its anchor, so that a raster device may stamp it.
 /// Coordinates are surface units relative to the anchor; all spans live as long as the call.
@@ -86,4 +86,4 @@ class DrawingDevice {
     virtual void end_page() {}
 };
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

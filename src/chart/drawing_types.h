@@ -6,7 +6,7 @@
 
 // The small values that pass between the chart and its devices. Lengths are surface units (15 a screen
 // pixel, 1440 an inch) with the origin at the lower left corner and y upward, unless said otherwise.
-namespace anomalis {
+namespace anomalis::chart {
 
 /// A colour with blue in the high byte (0xBBGGRR); -1 where "none" is meant. A colour with its top bit set
 /// names an entry of the desktop's palette: 0x0F the button face, 0x12 the button text.
@@ -81,4 +81,4 @@ struct TextExtent {
     double height() const { return ascent + descent; }
 };
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

@@ -22,7 +22,7 @@
 #include "chart/ax_grapher.h"
 #include "core/safe_file.h"
 
-namespace anomalis {
+namespace anomalis::chart {
 
 namespace {
 
@@ -357,4 +357,4 @@ void write_emf(const std::string& bytes, const std::string& path) {
     if (read_whole_file(path) != bytes) throw std::runtime_error(path + " does not hold what was written");
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

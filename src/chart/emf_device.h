@@ -5,7 +5,7 @@
 
 #include "chart/drawing_device.h"
 
-namespace anomalis {
+namespace anomalis::chart {
 
 class AX_Grapher;
 
@@ -48,4 +48,4 @@ bool emf_is_whole(const std::string& bytes);
 /// Writes a metafile safely and reads it back to check it. Throws; an old file then stays as it was.
 void write_emf(const std::string& bytes, const std::string& path);
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace anomalis {
+namespace anomalis::chart {
 
 namespace {
 
@@ -329,4 +329,4 @@ int draw_gallery(DrawingDevice& page, OutputTarget kind, const SurfaceMapping& m
     return status;
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

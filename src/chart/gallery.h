@@ -2,7 +2,7 @@
 
 #include "chart/ax_grapher.h"
 
-namespace anomalis {
+namespace anomalis::chart {
 
 /// The charts of the gallery are numbered from 1.
 int gallery_chart_count();
@@ -13,4 +13,4 @@ void fill_gallery_chart(int number, AX_Grapher& chart);
 /// comparing devices. It fills the surface of `page`; the caller opens and closes the page. Returns 0 or -1.
 int draw_gallery(DrawingDevice& page, OutputTarget kind, const SurfaceMapping& mapping);
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

@@ -2,7 +2,7 @@
 
 #include <string>
 
-namespace anomalis {
+namespace anomalis::chart {
 
 /// What a chart tells its host. Buttons: 1 left, 2 right, 4 middle. Shift: 1 Shift, 2 Control, 4 Alt.
 /// X and Y are surface units from the left and top edge of the control. Every guard but the one against
@@ -43,4 +43,4 @@ class GrapherEvents {
     virtual void Failed(const std::string& /*text*/) {}
 };
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

@@ -5,7 +5,7 @@
 
 #include "chart/detail/flat_json.h"
 
-namespace anomalis {
+namespace anomalis::chart {
 
 namespace {
 
@@ -88,4 +88,4 @@ int MemoryPropertyBag::from_json(std::string_view json) {
     return 0;
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

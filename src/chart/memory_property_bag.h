@@ -5,7 +5,7 @@
 
 #include "chart/property_bag.h"
 
-namespace anomalis {
+namespace anomalis::chart {
 
 /// A property bag in memory that can be saved as, and restored from, one flat JSON object: texts, numbers,
 /// true and false, and fonts as objects with "name", "size", "bold" and "italic".
@@ -35,4 +35,4 @@ class MemoryPropertyBag : public PropertyBag {
     std::map<std::string, int> changes_;
 };
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

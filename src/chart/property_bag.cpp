@@ -8,7 +8,7 @@
 #include "core/numbers.h"
 #include "core/text.h"
 
-namespace anomalis {
+namespace anomalis::chart {
 
 namespace {
 
@@ -83,4 +83,4 @@ PropertyValue property_from_text(std::string_view text, const PropertyValue& fal
         fallback);
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

@@ -7,7 +7,7 @@
 
 #include "chart/drawing_types.h"
 
-namespace anomalis {
+namespace anomalis::chart {
 
 using PropertyValue = std::variant<bool, std::int32_t, float, double, std::string, Font>;
 
@@ -32,4 +32,4 @@ std::string property_to_text(const PropertyValue& value);
 /// The text read as the type of `fallback`, or `fallback` when it does not fit.
 PropertyValue property_from_text(std::string_view text, const PropertyValue& fallback);
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

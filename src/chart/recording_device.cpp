@@ -4,7 +4,7 @@
 #include <iterator>
 #include <stdexcept>
 
-namespace anomalis {
+namespace anomalis::chart {
 
 namespace {
 
@@ -113,4 +113,4 @@ const RecordingDevice::Entry* RecordingDevice::find_text(std::string_view words)
     return found == entries.end() ? nullptr : &*found;
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

@@ -5,7 +5,7 @@
 
 #include "chart/drawing_device.h"
 
-namespace anomalis {
+namespace anomalis::chart {
 
 /// Keeps what was drawn, in surface units, for tests and for pictures compared by structure. Its text is of
 /// fixed size: every character `character_width` wide and `character_height` high.
@@ -76,4 +76,4 @@ class RecordingDevice : public DrawingDevice {
     Layer layer_ = Layer::surface;
 };
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace anomalis {
+namespace anomalis::chart {
 
 namespace {
 
@@ -68,4 +68,4 @@ MetafileFrame metafile_frame(double surface_width, double surface_height, int re
     return frame;
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

@@ -2,7 +2,7 @@
 
 #include "chart/drawing_types.h"
 
-namespace anomalis {
+namespace anomalis::chart {
 
 inline constexpr double units_per_inch = 1440.0;
 inline constexpr double screen_dots_per_inch = 96.0;
@@ -55,4 +55,4 @@ struct MetafileFrame {
 
 MetafileFrame metafile_frame(double surface_width, double surface_height, int refinement = 1);
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

@@ -3,7 +3,7 @@
 #include <cmath>
 #include <initializer_list>
 
-namespace anomalis {
+namespace anomalis::chart {
 
 double tick_interval(double low, double high, int intervals) {
     const double wanted = (high - low) / intervals;
@@ -27,4 +27,4 @@ TickLimits outward_tick_limits(double low, double high, int intervals) {
             interval};
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

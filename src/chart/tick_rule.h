@@ -1,6 +1,6 @@
 #pragma once
 
-namespace anomalis {
+namespace anomalis::chart {
 
 /// The interval for about `intervals` steps: the smallest of 1, 2, 5, 10 times a power of ten that is at
 /// least (high - low) / intervals, compared with a relative tolerance of 1e-9. A range that is empty,
@@ -18,4 +18,4 @@ TickLimits nearest_tick_limits(double low, double high, int intervals = 8);
 /// The interval, and the limits at its multiples outward, so that nothing between low and high is cut.
 TickLimits outward_tick_limits(double low, double high, int intervals = 8);
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

@@ -47,4 +47,11 @@ struct InversionState {
     std::int64_t evaluations = 0;  ///< model evaluations so far
 };
 
+/// Forgets the best model: the next run starts the comparison anew.
+void forget_best_model(InversionState& inversion);
+
+/// Forgets the best model and empties the list, so that no old value can land in another body. For every
+/// read and every change of number, order or type of bodies.
+void forget_run(InversionState& inversion);
+
 }  // namespace anomalis

@@ -14,7 +14,7 @@
 #include "diagnostics/search_path.h"
 #include "diagnostics/settings_facts.h"
 
-namespace anomalis {
+namespace anomalis::diagnostics {
 
 namespace {
 
@@ -123,4 +123,4 @@ std::string find_file_report(const std::string& name, const EnvironmentFacts& fa
     return report.text();
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::diagnostics

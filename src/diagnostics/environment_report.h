@@ -3,11 +3,13 @@
 #include <string>
 #include <vector>
 
-// What a supporter needs to know of the place where the program runs, as plain text that can be sent.
 namespace anomalis {
-
 class Prompts;
 struct SystemInfo;
+}  // namespace anomalis
+
+// What a supporter needs to know of the place where the program runs, as plain text that can be sent.
+namespace anomalis::diagnostics {
 
 /// What only the caller knows.
 struct EnvironmentFacts {
@@ -26,4 +28,4 @@ std::string environment_report(const SystemInfo& system, const EnvironmentFacts&
 /// Where a file name occurs in the search path, and what is known of the file; then the settings.
 std::string find_file_report(const std::string& name, const EnvironmentFacts& facts, Prompts& prompts);
 
-}  // namespace anomalis
+}  // namespace anomalis::diagnostics

@@ -12,7 +12,7 @@
 #include "core/paths.h"
 #include "core/text.h"
 
-namespace anomalis {
+namespace anomalis::diagnostics {
 
 namespace fs = std::filesystem;
 
@@ -69,4 +69,4 @@ std::string file_line(const std::string& path) {
            " Size:  " + size_text(path) + " Date: " + day_text(file_date(path));
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::diagnostics

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-namespace anomalis {
+namespace anomalis::diagnostics {
 
 /// A day number (days since 30 December 1899, local time) as "2026-11-20 22:10".
 std::string day_text(double date);
@@ -18,4 +18,4 @@ std::string library_version(const std::string& path);
 /// "Full Path Name: ... Version: ... Size:  ... Date: ..." in one line, or "... was not found".
 std::string file_line(const std::string& path);
 
-}  // namespace anomalis
+}  // namespace anomalis::diagnostics

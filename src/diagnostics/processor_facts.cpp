@@ -8,9 +8,9 @@
 #include "core/numbers.h"
 #include "core/paths.h"
 #include "core/text.h"
-#include "forward/vector_levels.h"
+#include "vector/vector_levels.h"
 
-namespace anomalis {
+namespace anomalis::diagnostics {
 
 namespace {
 
@@ -60,7 +60,7 @@ constexpr const char* checks =
 
 std::vector<std::string> processor_lines() {
     return {"Processor: " + processor_name(), "Features: " + feature_text(),
-            "Vectors in use: " + std::string(vector_level_name(widest_vector_level())),
+            "Vectors in use: " + std::string(vector::vector_level_name(vector::widest_vector_level())),
             "Threads: " + format_number(static_cast<std::int32_t>(std::thread::hardware_concurrency()), "0")};
 }
 
@@ -76,4 +76,4 @@ std::vector<std::string> build_lines() {
     return lines;
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::diagnostics

@@ -8,7 +8,7 @@
 #include "core/safe_file.h"
 #include "core/text.h"
 
-namespace anomalis {
+namespace anomalis::diagnostics {
 
 namespace {
 
@@ -96,4 +96,4 @@ std::vector<std::string> find_in_folders(const std::string& name, const std::vec
     return found;
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::diagnostics

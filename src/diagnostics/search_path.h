@@ -5,7 +5,7 @@
 #include <vector>
 
 // The folders in which this system looks for programs.
-namespace anomalis {
+namespace anomalis::diagnostics {
 
 /// The path list that the machine gives everybody: of /etc/environment, else the system's default one.
 std::string system_search_path();
@@ -26,4 +26,4 @@ std::vector<std::string> search_path_lines(std::string_view path_list);
 /// The paths of a file name in these folders, in their order.
 std::vector<std::string> find_in_folders(const std::string& name, const std::vector<std::string>& folders);
 
-}  // namespace anomalis
+}  // namespace anomalis::diagnostics

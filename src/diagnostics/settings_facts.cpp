@@ -6,7 +6,7 @@
 #include "core/settings_file.h"
 #include "core/text.h"
 
-namespace anomalis {
+namespace anomalis::diagnostics {
 
 namespace {
 
@@ -38,4 +38,4 @@ std::vector<std::string> settings_lines(const std::string& settings_path) {
     return lines;
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::diagnostics

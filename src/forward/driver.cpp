@@ -5,12 +5,12 @@
 #include <limits>
 
 #include "core/prompts.h"
-#include "forward/exact_response.h"
-#include "forward/gravity_response.h"
-#include "forward/mag_response.h"
+#include "forward/classic/gravity_response.h"
+#include "forward/classic/mag_response.h"
+#include "forward/exact/exact_response.h"
 #include "forward/station_columns.h"
 
-namespace anomalis {
+namespace anomalis::forward {
 
 namespace {
 
@@ -123,4 +123,4 @@ void calculate_model(Workspace& workspace, ChannelTable& mag_data, ChannelTable&
     });
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::forward

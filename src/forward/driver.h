@@ -2,13 +2,15 @@
 
 #include "core/workspace.h"
 
+namespace anomalis {
+class Prompts;
+}  // namespace anomalis
+
 // The forward room: what every body of the model gives at every station. Others call `calculate_model`;
 // the other chief headers are reference_point.h and body_solid.h (place and shape of a body),
 // plan_outline.h and trapezoid.h (its outlines for drawing and export) and polyhedron.h (a kernel that
 // stands alone). The rest serves these.
-namespace anomalis {
-
-class Prompts;
+namespace anomalis::forward {
 
 /// Brings the calculated stage of both channels up to date: row 1 of stage 2 of `mag_data` (nT) and
 /// `grav_data` (mGal) is the sum of the bodies' responses.
@@ -21,4 +23,4 @@ class Prompts;
 /// Which formulas are used is the workspace's choice.
 void calculate_model(Workspace& workspace, ChannelTable& mag_data, ChannelTable& grav_data, Prompts& prompts);
 
-}  // namespace anomalis
+}  // namespace anomalis::forward

@@ -4,11 +4,11 @@
 #include <cmath>
 
 #include "core/prompts.h"
-#include "forward/exact_response.h"
+#include "forward/exact/exact_response.h"
 #include "forward/forward_memory.h"
 #include "forward/station_columns.h"
 
-namespace anomalis {
+namespace anomalis::forward {
 
 namespace {
 
@@ -44,4 +44,4 @@ FormulaDifference formula_difference(Workspace& workspace, int body_number, Prom
     return difference;
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::forward

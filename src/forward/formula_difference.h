@@ -3,8 +3,10 @@
 #include "core/workspace.h"
 
 namespace anomalis {
-
 class Prompts;
+}  // namespace anomalis
+
+namespace anomalis::forward {
 
 /// How far the classic curves of a body are from its exact ones: the largest difference as a share of the
 /// exact curve's largest value. 0 for a channel that is absent or has no response in either.
@@ -24,4 +26,4 @@ inline constexpr double no_common_measure = 99.99;
 /// body that is switched off, or a workspace that has the exact formulas in force, differs by nothing.
 FormulaDifference formula_difference(Workspace& workspace, int body_number, Prompts& prompts);
 
-}  // namespace anomalis
+}  // namespace anomalis::forward

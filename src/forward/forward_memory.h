@@ -3,9 +3,9 @@
 #include <vector>
 
 #include "core/workspace.h"
-#include "forward/polyhedron.h"
+#include "forward/polyhedron/polyhedron.h"
 
-namespace anomalis {
+namespace anomalis::forward {
 
 /// What the forward room keeps between calculations, so that a moved body costs no new memory.
 struct ForwardMemory {
@@ -25,4 +25,4 @@ StationSpans station_spans(const Workspace& workspace);
 /// Rounds values to single precision into a column of the body's response.
 void store_values(const Workspace& workspace, ModelBody& body, int column, std::span<const double> values);
 
-}  // namespace anomalis
+}  // namespace anomalis::forward

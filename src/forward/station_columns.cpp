@@ -5,7 +5,7 @@
 #include <limits>
 #include <string>
 
-namespace anomalis {
+namespace anomalis::forward {
 
 namespace {
 
@@ -61,4 +61,4 @@ void require_finite_column(Workspace& workspace, int body_number, int column) {
                                          "; it counts as zero");
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::forward

@@ -3,7 +3,7 @@
 #include "core/workspace.h"
 #include "forward/station_view.h"
 
-namespace anomalis {
+namespace anomalis::forward {
 
 /// The stations of the workspace for a loop. Raises Fault subscript when a table has another length.
 StationView station_view(const Workspace& workspace);
@@ -27,4 +27,4 @@ inline double lifted(double height) {
 /// the body, the quantity and, where there is one, the parameter that is not finite.
 void require_finite_column(Workspace& workspace, int body_number, int column);
 
-}  // namespace anomalis
+}  // namespace anomalis::forward

@@ -1,10 +1,12 @@
 #pragma once
 
 #include "forward/station_view.h"
-#include "forward/vector_math.h"
+#include "vector/vector_math.h"
 
 // Loops over stations for kernels that are compiled once a vector level. To be included by such files only.
-namespace anomalis::ANOMALIS_VECTOR_LEVEL {
+namespace anomalis::forward::ANOMALIS_VECTOR_LEVEL {
+
+using namespace vector::ANOMALIS_VECTOR_LEVEL;
 
 using FloatLanes = float __attribute__((vector_size(ANOMALIS_VECTOR_BYTES / 2)));
 
@@ -65,4 +67,4 @@ ANOMALIS_INLINE void add_over_stations(const StationView& stations, const BodyFr
         });
 }
 
-}  // namespace anomalis::ANOMALIS_VECTOR_LEVEL
+}  // namespace anomalis::forward::ANOMALIS_VECTOR_LEVEL

@@ -4,7 +4,7 @@
 
 // What the station loops of this room read: plain pointers and numbers, since loops that are compiled for
 // wide vectors must not share inline code with the rest of the program.
-namespace anomalis {
+namespace anomalis::forward {
 
 /// The columns of the stations.
 struct StationView {
@@ -25,4 +25,4 @@ struct BodyFrame {
 /// A station at or below the top of a body is taken to be this far above it, m.
 inline constexpr double lifted_height = 0.1;
 
-}  // namespace anomalis
+}  // namespace anomalis::forward

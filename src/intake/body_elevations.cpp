@@ -7,7 +7,7 @@
 #include "core/search.h"
 #include "core/workspace.h"
 
-namespace anomalis {
+namespace anomalis::intake {
 
 namespace {
 
@@ -36,4 +36,4 @@ void set_body_elevations(Workspace& w) {
     }
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::intake

@@ -10,7 +10,7 @@
 #include "core/workspace.h"
 #include "transform/transform.h"
 
-namespace anomalis {
+namespace anomalis::intake {
 
 namespace {
 
@@ -37,7 +37,7 @@ int check_data_definitions(Workspace& workspace, Prompts& prompts) {
         report_failure(prompts, "An error occurred while checking the data file definitions: ", [&] {
             const std::string_view objection = first_objection(workspace.definition);
             if (!objection.empty()) return prompts.message(std::string(objection));
-            update_transform(workspace.transform);
+            transform::update_transform(workspace.transform);
             status = 0;
         });
     return failure != 0 ? failure : status;
@@ -59,4 +59,4 @@ int show_data_file_head(const Workspace& workspace, FileHead& head, Prompts& pro
     });
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::intake

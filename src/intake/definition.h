@@ -3,11 +3,13 @@
 #include <string>
 #include <vector>
 
-// What an observed data file is: checks of the definition, and a look at the file's head.
 namespace anomalis {
-
 class Prompts;
 struct Workspace;
+}  // namespace anomalis
+
+// What an observed data file is: checks of the definition, and a look at the file's head.
+namespace anomalis::intake {
 
 /// Tests the definition; the first test that fails shows its message. Returns 0 when all pass (the transform
 /// is then brought up to date), 1 when one fails, -1 after an error.
@@ -24,4 +26,4 @@ struct FileHead {
 /// Returns 0, or -1 with a message when the file cannot be read.
 int show_data_file_head(const Workspace& workspace, FileHead& head, Prompts& prompts);
 
-}  // namespace anomalis
+}  // namespace anomalis::intake

@@ -7,7 +7,7 @@
 #include "core/workspace.h"
 #include "intake/profile.h"
 
-namespace anomalis {
+namespace anomalis::intake {
 
 namespace {
 
@@ -70,4 +70,4 @@ int setup_graphics_arrays(Workspace& workspace, Prompts& prompts) {
     });
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::intake

@@ -7,7 +7,7 @@
 #include "intake/location_file.h"
 #include "intake/profile.h"
 
-namespace anomalis {
+namespace anomalis::intake {
 
 namespace {
 
@@ -68,4 +68,4 @@ int load_locations(Workspace& workspace, Prompts& prompts) {
     return workspace.distances.last() > 0 ? 0 : 1;
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::intake

@@ -1,9 +1,11 @@
 #pragma once
 
 namespace anomalis {
-
 class Prompts;
 struct Workspace;
+}  // namespace anomalis
+
+namespace anomalis::intake {
 
 /// The whole load of the observed data, without a window: checks, both passes over the file, the profile, the
 /// station window and the elevations. Messages are shown once each.
@@ -11,4 +13,4 @@ struct Workspace;
 /// stations are there but the line has no length, so that all distances are 0 and nothing can be modelled.
 int load_locations(Workspace& workspace, Prompts& prompts);
 
-}  // namespace anomalis
+}  // namespace anomalis::intake

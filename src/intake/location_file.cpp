@@ -9,7 +9,7 @@
 #include "core/workspace.h"
 #include "intake/record_reader.h"
 
-namespace anomalis {
+namespace anomalis::intake {
 
 namespace {
 
@@ -95,4 +95,4 @@ int read_location_file(int mode, Workspace& workspace, Prompts& prompts) {
     });
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::intake

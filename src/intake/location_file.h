@@ -1,9 +1,11 @@
 #pragma once
 
 namespace anomalis {
-
 class Prompts;
 struct Workspace;
+}  // namespace anomalis
+
+namespace anomalis::intake {
 
 /// One pass over the observed data file that the definition names. Mode 0 counts the records, finds the
 /// ranges of all quantities and makes room for the stations; mode 1 fills the stations and the observed rows
@@ -11,4 +13,4 @@ struct Workspace;
 /// without any record; `station_count` then stays), or -1 with a message.
 int read_location_file(int mode, Workspace& workspace, Prompts& prompts);
 
-}  // namespace anomalis
+}  // namespace anomalis::intake

@@ -7,7 +7,7 @@
 #include "core/workspace.h"
 #include "intake/profile_line.h"
 
-namespace anomalis {
+namespace anomalis::intake {
 
 namespace {
 
@@ -96,4 +96,4 @@ bool cut_to_kept_stations(int kept, Workspace& w) {
     return true;
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::intake

@@ -1,8 +1,10 @@
 #pragma once
 
 namespace anomalis {
-
 struct Workspace;
+}  // namespace anomalis
+
+namespace anomalis::intake {
 
 /// Merges stations that do not advance along the profile by more than the minimum spacing with their
 /// followers: rows 1 to the count returned then hold the means, and `distances` rise from 0. The last station
@@ -14,4 +16,4 @@ int merge_close_stations(Workspace& workspace);
 /// Raises Fault overflow when a coordinate does not fit a single.
 bool cut_to_kept_stations(int kept, Workspace& workspace);
 
-}  // namespace anomalis
+}  // namespace anomalis::intake

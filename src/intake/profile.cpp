@@ -13,7 +13,7 @@
 #include "intake/profile_line.h"
 #include "intake/resample.h"
 
-namespace anomalis {
+namespace anomalis::intake {
 
 namespace {
 
@@ -87,4 +87,4 @@ int setup_profile_coordinates(Workspace& workspace, Prompts& prompts) {
     return failure != 0 ? failure : status;
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::intake

@@ -1,10 +1,12 @@
 #pragma once
 
-// From stations in file order to a profile: distances that rise from 0, to which all modelling refers.
 namespace anomalis {
-
 class Prompts;
 struct Workspace;
+}  // namespace anomalis
+
+// From stations in file order to a profile: distances that rise from 0, to which all modelling refers.
+namespace anomalis::intake {
 
 /// Fixes the direction of the line, merges stations that do not advance by the minimum spacing, resamples at
 /// a fixed spacing by cubic splines, fixes the base levels and the body elevations.
@@ -18,4 +20,4 @@ int setup_graphics_arrays(Workspace& workspace, Prompts& prompts);
 /// Sensor and ground elevation of each station from what the file had. Does nothing while they are ready.
 void setup_sensor_elevations(Workspace& workspace, Prompts& prompts);
 
-}  // namespace anomalis
+}  // namespace anomalis::intake

@@ -5,7 +5,7 @@
 #include "core/angles.h"
 #include "core/failure.h"
 
-namespace anomalis {
+namespace anomalis::intake {
 
 bool ProfileLine::runs_backwards() const {
     return !(std::abs(dy) < std::abs(dx) ? dx > 0 : dy > 0);
@@ -39,4 +39,4 @@ double distance_along(const Workspace& workspace, double east, double north) {
     return distance;
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::intake

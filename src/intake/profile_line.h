@@ -2,7 +2,7 @@
 
 #include "core/workspace.h"
 
-namespace anomalis {
+namespace anomalis::intake {
 
 /// From the first of some stations to the last, m.
 struct ProfileLine {
@@ -24,4 +24,4 @@ void set_line_geometry(const ProfileLine& line, const StationTable& stations, Wo
 /// Distance of a point along the profile, m. Raises Fault overflow when it does not fit.
 double distance_along(const Workspace& workspace, double east, double north);
 
-}  // namespace anomalis
+}  // namespace anomalis::intake

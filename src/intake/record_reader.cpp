@@ -10,7 +10,7 @@
 #include "core/text.h"
 #include "transform/transform.h"
 
-namespace anomalis {
+namespace anomalis::intake {
 
 namespace {
 
@@ -96,7 +96,7 @@ bool RecordReader::take_values(std::string_view line) {
 
 /// In place: a later row that lacks a coordinate sees the transformed one.
 void RecordReader::transform_point() {
-    apply_transform(transform_, 1, values_[quantity_x], values_[quantity_y], values_[quantity_z]);
+    transform::apply_transform(transform_, 1, values_[quantity_x], values_[quantity_y], values_[quantity_z]);
     for (const Quantity q : {quantity_x, quantity_y, quantity_z}) {
         if (!std::isfinite(values_[q])) raise_overflow();
     }
@@ -112,4 +112,4 @@ void RecordReader::raise_overflow() const {
     throw Fault(FaultKind::overflow, reader_.path() + ", line " + std::to_string(reader_.line_number()));
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::intake

@@ -9,7 +9,7 @@
 #include "core/point_transform.h"
 #include "core/workspace.h"
 
-namespace anomalis {
+namespace anomalis::intake {
 
 enum Quantity : std::size_t {
     quantity_x = 0,
@@ -62,4 +62,4 @@ class RecordReader {
     RecordValues values_{};
 };
 
-}  // namespace anomalis
+}  // namespace anomalis::intake

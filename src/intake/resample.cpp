@@ -10,7 +10,7 @@
 #include "core/workspace.h"
 #include "intake/spline.h"
 
-namespace anomalis {
+namespace anomalis::intake {
 
 namespace {
 
@@ -79,4 +79,4 @@ void resample_profile(Workspace& w) {
     w.station_count = w.allocated_stations = count;
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::intake

@@ -1,8 +1,10 @@
 #pragma once
 
 namespace anomalis {
-
 struct Workspace;
+}  // namespace anomalis
+
+namespace anomalis::intake {
 
 /// The most intervals that a resampled profile may have; a smaller spacing is widened to this many.
 inline constexpr int most_intervals = 8192;
@@ -12,4 +14,4 @@ inline constexpr int most_intervals = 8192;
 /// Raises Fault division_by_zero when two stations stand at one distance; the old stations then stay.
 void resample_profile(Workspace& workspace);
 
-}  // namespace anomalis
+}  // namespace anomalis::intake

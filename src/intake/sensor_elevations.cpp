@@ -6,7 +6,7 @@
 #include "core/workspace.h"
 #include "intake/profile.h"
 
-namespace anomalis {
+namespace anomalis::intake {
 
 namespace {
 
@@ -40,4 +40,4 @@ void setup_sensor_elevations(Workspace& workspace, Prompts& prompts) {
     });
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::intake

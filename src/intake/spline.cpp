@@ -5,7 +5,7 @@
 
 #include "core/failure.h"
 
-namespace anomalis {
+namespace anomalis::intake {
 
 namespace {
 
@@ -94,4 +94,4 @@ double CubicSpline::operator()(double at) const {
     return y_[left] + t * (start + t * (quadratic + t * cubic));
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::intake

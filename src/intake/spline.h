@@ -3,7 +3,7 @@
 #include <span>
 #include <vector>
 
-namespace anomalis {
+namespace anomalis::intake {
 
 /// The cubic spline through given points whose third derivative is continuous also at the second and the last
 /// but one of them ("not a knot"; de Boor 1978, A Practical Guide to Splines, chapter IV). Through two points
@@ -26,4 +26,4 @@ class CubicSpline {
     std::vector<double> derivatives_;
 };
 
-}  // namespace anomalis
+}  // namespace anomalis::intake

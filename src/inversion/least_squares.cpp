@@ -7,7 +7,7 @@
 
 #include "inversion/least_squares_statistics.h"
 
-namespace anomalis {
+namespace anomalis::inversion {
 
 namespace {
 
@@ -284,4 +284,4 @@ FitOutcome fit_least_squares(FitProblem& problem, std::span<const FitParameter> 
     return Solver(problem, parameters).run(max_iterations);
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::inversion

@@ -6,7 +6,7 @@
 
 // A bounded least-squares solver. It knows parameters and residuals only; the library that it uses stays in
 // its source file.
-namespace anomalis {
+namespace anomalis::inversion {
 
 struct FitParameter {
     float value = 0;
@@ -57,4 +57,4 @@ struct FitOutcome {
 FitOutcome fit_least_squares(FitProblem& problem, std::span<const FitParameter> parameters,
                              int max_iterations);
 
-}  // namespace anomalis
+}  // namespace anomalis::inversion

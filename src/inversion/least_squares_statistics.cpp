@@ -4,7 +4,7 @@
 #include <cmath>
 #include <limits>
 
-namespace anomalis {
+namespace anomalis::inversion {
 
 namespace {
 
@@ -93,4 +93,4 @@ void describe_fit(const FitMatter& matter, FitOutcome& outcome) {
     }
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::inversion

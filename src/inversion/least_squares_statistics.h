@@ -6,7 +6,7 @@
 #include "inversion/least_squares.h"
 
 // What the columns at the end of a fit say about its parameters; private to the solver.
-namespace anomalis {
+namespace anomalis::inversion {
 
 struct FitMatter {
     std::span<const double> triangle;  ///< R of the Jacobian's QR, column by column
@@ -23,4 +23,4 @@ struct FitMatter {
 /// its scale.
 void describe_fit(const FitMatter& matter, FitOutcome& outcome);
 
-}  // namespace anomalis
+}  // namespace anomalis::inversion

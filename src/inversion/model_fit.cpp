@@ -8,11 +8,11 @@
 
 #include "core/failure.h"
 #include "inversion/least_squares.h"
-#include "inversion/misfit.h"
 #include "inversion/parameters.h"
 #include "inversion/trial_rows.h"
+#include "model/misfit.h"
 
-namespace anomalis {
+namespace anomalis::inversion {
 
 namespace {
 
@@ -65,7 +65,7 @@ class ModelProblem : public FitProblem {
         for (const int channel : {channel_mag, channel_grav})
             if (request.channel == channel || request.channel == channel_joint)
                 rows_.push_back(
-                    {channel == channel_grav, static_cast<double>(misfit_scale_of(channel)[target])});
+                    {channel == channel_grav, static_cast<double>(model::misfit_scale_of(channel)[target])});
     }
 
     std::size_t residual_count() const override { return window() * rows_.size(); }
@@ -129,7 +129,8 @@ double ModelProblem::calculated_length() const {
 }
 
 void ModelProblem::evaluate() {
-    last_misfit_ = evaluate_model_misfit(session_, session_.workspace.mag_work, session_.workspace.grav_work);
+    last_misfit_ =
+        model::evaluate_model_misfit(session_, session_.workspace.mag_work, session_.workspace.grav_work);
     session_.prompts.yield();
 }
 
@@ -191,11 +192,11 @@ void ModelProblem::publish() {
     Workspace& workspace = session_.workspace;
     GraphicsArrays& charts = workspace.graphics;
     if (workspace.has_mag())
-        copy_model_to_graphics_arrays(workspace, workspace.mag_data, charts.mag, charts.mag_gradient,
-                                      session_.prompts);
+        model::copy_model_to_graphics_arrays(workspace, workspace.mag_data, charts.mag, charts.mag_gradient,
+                                             session_.prompts);
     if (workspace.has_grav())
-        copy_model_to_graphics_arrays(workspace, workspace.grav_data, charts.grav, charts.grav_gradient,
-                                      session_.prompts);
+        model::copy_model_to_graphics_arrays(workspace, workspace.grav_data, charts.grav,
+                                             charts.grav_gradient, session_.prompts);
 }
 
 FitStatistics statistics_of(const FitOutcome& outcome) {
@@ -215,7 +216,8 @@ int status_of(FitEnd end) {
 
 MisfitPair gravity_misfit(const Session& session) {
     const Workspace& workspace = session.workspace;
-    return channel_misfit(workspace, workspace.grav_data, misfit_scale_of(channel_grav), session.prompts);
+    return model::channel_misfit(workspace, workspace.grav_data, model::misfit_scale_of(channel_grav),
+                                 session.prompts);
 }
 
 }  // namespace
@@ -239,4 +241,4 @@ void fit_model(Session& session, const RunRequest& request, RunObserver& observe
     if (joint) result.grav_misfit = gravity_misfit(session);
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::inversion

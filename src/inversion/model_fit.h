@@ -5,7 +5,7 @@
 
 // The second way to the answer: the free parameters of a run as one bounded least-squares problem on the
 // row of the target inside the station window.
-namespace anomalis {
+namespace anomalis::inversion {
 
 /// Fits the list of the session. `result.misfit_pair` must hold the misfit of the model as it stands and
 /// the trial rows must be copies of the channels. A joint fit weighs each channel by its misfit scale.
@@ -13,4 +13,4 @@ namespace anomalis {
 void fit_model(Session& session, const RunRequest& request, RunObserver& observer, const RunClock& clock,
                RunResult& result);
 
-}  // namespace anomalis
+}  // namespace anomalis::inversion

@@ -2,7 +2,7 @@
 
 #include <array>
 
-namespace anomalis {
+namespace anomalis::inversion {
 
 namespace {
 
@@ -120,4 +120,4 @@ std::span<const ParameterRow> gravity_rows() {
     return gravity;
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::inversion

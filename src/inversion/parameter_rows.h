@@ -6,7 +6,7 @@
 #include "core/workspace.h"
 
 // The rules of each parameter that an inversion may free; private to this room.
-namespace anomalis {
+namespace anomalis::inversion {
 
 struct ParameterRow {
     ParamCode code;
@@ -25,4 +25,4 @@ std::span<const ParameterRow> geometry_rows();
 std::span<const ParameterRow> magnetic_rows();
 std::span<const ParameterRow> gravity_rows();
 
-}  // namespace anomalis
+}  // namespace anomalis::inversion

@@ -7,7 +7,7 @@
 #include "core/failure.h"
 #include "inversion/parameter_rows.h"
 
-namespace anomalis {
+namespace anomalis::inversion {
 
 namespace {
 
@@ -166,22 +166,8 @@ void barrier_penalty(const BodyParam& param, float step, double& penalty, Prompt
     });
 }
 
-void forget_best_model(InversionState& inversion) {
-    inversion.best_misfit = {unset, unset};
-    inversion.best_model_available = false;
-}
-
-void forget_run(InversionState& inversion) {
-    forget_best_model(inversion);
-    inversion.inversion_params.release();
-    inversion.inversion_param_map.release();
-    inversion.start_params.release();
-    inversion.best_params.release();
-    inversion.best_param_map.release();
-}
-
 double log10_abs(double x) {
     return std::abs(x) > 0 ? std::log(std::abs(x)) / std::log(10.0) : 0.0;
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::inversion

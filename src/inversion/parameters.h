@@ -7,7 +7,7 @@
 #include "core/workspace.h"
 
 // The flat list of free parameters that the optimisers see, and the way of a value back into its body.
-namespace anomalis {
+namespace anomalis::inversion {
 
 /// Scans one body for free parameters in their fixed order. Mode 0 counts: `parameter_count` starts at 0.
 /// Mode 1 fills `inversion_params` and `inversion_param_map` from index `parameter_count` + 1 on; the arrays
@@ -33,17 +33,10 @@ void apply_all_parameters(double& penalty, Session& session);
 /// ten-thousandth of a step.
 void barrier_penalty(const BodyParam& param, float step, double& penalty, Prompts& prompts);
 
-/// Forgets the best model: the next run starts the comparison anew.
-void forget_best_model(InversionState& inversion);
-
-/// Forgets the best model and empties the list, so that no old value can land in another body. For every
-/// read and every change of number, order or type of bodies.
-void forget_run(InversionState& inversion);
-
 inline float larger_of(float a, float b) {
     return a > b ? a : b;
 }
 /// Decimal logarithm of |x|, 0 for 0.
 double log10_abs(double x);
 
-}  // namespace anomalis
+}  // namespace anomalis::inversion

@@ -5,13 +5,13 @@
 
 #include "core/failure.h"
 #include "core/numbers.h"
-#include "inversion/misfit.h"
 #include "inversion/model_fit.h"
 #include "inversion/parameters.h"
 #include "inversion/sweep.h"
 #include "inversion/trial_rows.h"
+#include "model/misfit.h"
 
-namespace anomalis {
+namespace anomalis::inversion {
 
 namespace {
 
@@ -26,7 +26,7 @@ Array1<float> current_values(const InversionState& inversion) {
 
 MisfitPair evaluate_true_rows(Session& session) {
     const MisfitPair misfit =
-        evaluate_model_misfit(session, session.workspace.mag_data, session.workspace.grav_data);
+        model::evaluate_model_misfit(session, session.workspace.mag_data, session.workspace.grav_data);
     session.prompts.yield();
     return misfit;
 }
@@ -130,7 +130,7 @@ int setup_inversion(Session& session, int current_body, RunObserver& observer) {
     const int failed =
         report_failure(session.prompts, "An error occurred while seting up the inversion: ", [&] {
             if (workspace.station_count <= 0) return;
-            set_misfit_scale(inversion);
+            model::set_misfit_scale(inversion);
             if (workspace.first_station >= workspace.last_station) {
                 workspace.first_station = 1;
                 workspace.last_station = workspace.station_count;
@@ -139,7 +139,7 @@ int setup_inversion(Session& session, int current_body, RunObserver& observer) {
             if (count < 1) return;
             inversion.fit_station_count = static_cast<std::int32_t>(std::min<std::int64_t>(count, INT32_MAX));
             if (workspace.body_count < 1 || current_body < 1 || current_body > workspace.body_count) return;
-            const MisfitPair misfit = calculate_misfit(workspace, inversion, session.prompts);
+            const MisfitPair misfit = model::calculate_misfit(workspace, inversion, session.prompts);
             if (!std::isfinite(misfit[0]) || !std::isfinite(misfit[1]))
                 throw Fault("The misfit is not a number");
             observer.show_initial_misfit(misfit);
@@ -183,4 +183,4 @@ std::string status_label(int status) {
     return "Inversion succeeded";
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::inversion

@@ -10,7 +10,7 @@
 #include "core/session.h"
 
 // A whole run: its set-up and refusals, the list, the trial rows, the best model.
-namespace anomalis {
+namespace anomalis::inversion {
 
 enum class InversionMethod { sweep, least_squares };
 
@@ -93,4 +93,4 @@ void perform_inversion(Session& session, const RunRequest& request, RunObserver&
 /// The outcome as it is shown.
 std::string status_label(int status);
 
-}  // namespace anomalis
+}  // namespace anomalis::inversion

@@ -2,9 +2,9 @@
 
 #include <string>
 
-#include "inversion/evaluate.h"
+#include "model/evaluate.h"
 
-namespace anomalis {
+namespace anomalis::inversion {
 
 namespace {
 
@@ -56,7 +56,7 @@ InversionReport run_inversion(Session& session, const InvertOptions& options,
     session.inversion.inversion_target = options.target == target_gradient ? target_gradient : target_data;
     // Stored before the set-up, which takes its scale: a run by itself has no previous channel.
     session.inversion.inversion_channel = channel == channel_grav ? channel_grav : channel_mag;
-    refresh_model(session);
+    model::refresh_model(session);
 
     const RunRequest request{.entire_model = options.body == 0,
                              .current_body = options.body == 0 ? 1 : options.body,
@@ -70,8 +70,8 @@ InversionReport run_inversion(Session& session, const InvertOptions& options,
     report.seconds = observer.seconds();
     if (report.result.filled) report.parameters = reported_parameters(session.inversion);
     reset_calculated_data(session.workspace, session.prompts);
-    refresh_model(session);
+    model::refresh_model(session);
     return report;
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::inversion

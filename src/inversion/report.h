@@ -7,7 +7,7 @@
 #include "inversion/perform.h"
 
 // An inversion from first to last without a window, and what there is to say about it.
-namespace anomalis {
+namespace anomalis::inversion {
 
 struct InvertOptions {
     std::int32_t channel = channel_mag;
@@ -40,4 +40,4 @@ using ProgressCallback = std::function<void(const InversionProgress&)>;
 InversionReport run_inversion(Session& session, const InvertOptions& options,
                               const ProgressCallback& progress = {});
 
-}  // namespace anomalis
+}  // namespace anomalis::inversion

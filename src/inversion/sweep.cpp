@@ -2,11 +2,11 @@
 
 #include <cmath>
 
-#include "inversion/misfit.h"
 #include "inversion/parameters.h"
 #include "inversion/trial_rows.h"
+#include "model/misfit.h"
 
-namespace anomalis {
+namespace anomalis::inversion {
 
 namespace {
 
@@ -74,7 +74,7 @@ class Turn {
         param_.value = value;
         apply_parameter(index_, penalty_, session_);
         trial_misfit_ =
-            evaluate_model_misfit(session_, session_.workspace.mag_work, session_.workspace.grav_work);
+            model::evaluate_model_misfit(session_, session_.workspace.mag_work, session_.workspace.grav_work);
         session_.prompts.yield();
     }
 
@@ -116,4 +116,4 @@ void sweep_parameters(Session& session, SweepState& state) {
     for (int p = 1; p <= session.inversion.inversion_params.count(); ++p) Turn(session, state, p).take();
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::inversion

@@ -4,7 +4,7 @@
 #include "core/session.h"
 
 // The documented optimiser: one parameter at a time takes a secant step that aims the misfit at zero.
-namespace anomalis {
+namespace anomalis::inversion {
 
 /// What lives through the sweeps of one run.
 struct SweepState {
@@ -20,4 +20,4 @@ struct SweepState {
 /// probe: test `Sweep, a_flat_parameter_keeps_its_probe`.
 void sweep_parameters(Session& session, SweepState& state);
 
-}  // namespace anomalis
+}  // namespace anomalis::inversion

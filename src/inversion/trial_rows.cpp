@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace anomalis {
+namespace anomalis::inversion {
 
 namespace {
 
@@ -30,4 +30,4 @@ void drop_trial_rows(Workspace& workspace) {
     copy_calculated_stage(workspace.grav_data, workspace.grav_work);
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::inversion

@@ -3,7 +3,7 @@
 #include "core/workspace.h"
 
 // The working copies of the channels that a run calculates its trials in; private to this room.
-namespace anomalis {
+namespace anomalis::inversion {
 
 /// `mag_work` and `grav_work` become copies of the channels.
 void start_trial_rows(Workspace& workspace);
@@ -14,4 +14,4 @@ void accept_trial_rows(Workspace& workspace);
 /// The calculated stage of the channels, all rows, becomes that of the working copies again.
 void drop_trial_rows(Workspace& workspace);
 
-}  // namespace anomalis
+}  // namespace anomalis::inversion

@@ -4,12 +4,12 @@
 #include "core/numbers.h"
 #include "core/text.h"
 #include "core/workspace.h"
-#include "forward/body_solid.h"
-#include "forward/trapezoid.h"
+#include "forward/shape/body_solid.h"
+#include "forward/shape/trapezoid.h"
 #include "output/dxf.h"
 #include "output/dxf_file.h"
 
-namespace anomalis {
+namespace anomalis::output {
 
 namespace {
 
@@ -30,9 +30,10 @@ std::string face_start(const ModelBody& body) {
 }
 
 void draw_box(const ModelBody& body, Formulas formulas, Prompts& prompts, DxfText& text) {
-    Trapezoid offsets{};
+    forward::Trapezoid offsets{};
     const bool exact_sheet = formulas == Formulas::exact && body.type <= thick_sheet;
-    const auto convert = exact_sheet ? convert_exact_sheet_to_trapezoid : convert_profile_model_to_trapezoid;
+    const auto convert =
+        exact_sheet ? forward::convert_exact_sheet_to_trapezoid : forward::convert_profile_model_to_trapezoid;
     if (convert(body, offsets, prompts) != 0) return;
     std::array<std::array<float, 3>, 8> corners{};
     for (std::size_t i = 0; i < corners.size(); ++i) {
@@ -64,7 +65,7 @@ void form_point_texts(const ModelBody& body, std::vector<PointText>& points) {
 }
 
 void draw_solid(ModelBody& body, Prompts& prompts, std::vector<PointText>& points, DxfText& text) {
-    if (setup_cylinder_body(body, prompts) != 0) return;
+    if (forward::setup_cylinder_body(body, prompts) != 0) return;
     form_point_texts(body, points);
     const std::string start = face_start(body);
     for (const auto& facet : body.solid.facets) {
@@ -96,4 +97,4 @@ int write_body_dxf(const std::string& path, Workspace& workspace, Prompts& promp
                          });
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::output

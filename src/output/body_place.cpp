@@ -5,7 +5,7 @@
 #include "core/angles.h"
 #include "core/model_body.h"
 
-namespace anomalis {
+namespace anomalis::output {
 
 BodyPlace body_place(const ModelBody& body) {
     const double strike = body.strike.value * radians_per_degree;
@@ -18,4 +18,4 @@ BodyPlace body_place(const ModelBody& body) {
             body.type == pipe ? half_width : 0.0};
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::output

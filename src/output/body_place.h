@@ -1,9 +1,11 @@
 #pragma once
 
-// Private to this room.
 namespace anomalis {
-
 struct ModelBody;
+}  // namespace anomalis
+
+// Private to this room.
+namespace anomalis::output {
 
 /// Where the tables say that a body stands: the middle of its top edge, half a width across strike and the
 /// offset along it from the reference point. m.
@@ -14,4 +16,4 @@ struct BodyPlace {
 
 BodyPlace body_place(const ModelBody& body);
 
-}  // namespace anomalis
+}  // namespace anomalis::output

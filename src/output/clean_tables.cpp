@@ -12,7 +12,7 @@
 #include "output/csv_text.h"
 #include "output/tables.h"
 
-namespace anomalis {
+namespace anomalis::output {
 
 namespace {
 
@@ -147,4 +147,4 @@ int write_clean_model_table(const std::string& path, const Workspace& workspace,
                           [&] { write_file_safely(path, clean_model_table_text(workspace)); });
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::output

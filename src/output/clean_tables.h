@@ -2,12 +2,14 @@
 
 #include <string>
 
-// The profile and model tables for data-frame libraries: one header row with the units in the names, commas,
-// points, UTF-8, no comment line, full precision, an empty field where there is no value.
 namespace anomalis {
-
 class Prompts;
 struct Workspace;
+}  // namespace anomalis
+
+// The profile and model tables for data-frame libraries: one header row with the units in the names, commas,
+// points, UTF-8, no comment line, full precision, an empty field where there is no value.
+namespace anomalis::output {
 
 /// One row a station. The rows of the workspace must be up to date.
 std::string clean_profile_table_text(const Workspace& workspace);
@@ -19,4 +21,4 @@ std::string clean_model_table_text(const Workspace& workspace);
 int write_clean_profile_table(const std::string& path, const Workspace& workspace, Prompts& prompts);
 int write_clean_model_table(const std::string& path, const Workspace& workspace, Prompts& prompts);
 
-}  // namespace anomalis
+}  // namespace anomalis::output

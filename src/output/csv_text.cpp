@@ -7,7 +7,7 @@
 #include "core/text.h"
 #include "core/workspace.h"
 
-namespace anomalis {
+namespace anomalis::output {
 
 namespace {
 
@@ -92,4 +92,4 @@ void CsvText::end_row() {
     first_ = true;
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::output

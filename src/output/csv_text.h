@@ -4,7 +4,7 @@
 #include <string_view>
 
 // Private to this room.
-namespace anomalis {
+namespace anomalis::output {
 
 /// Builds a comma-separated table. A text that holds a comma or a quote is quoted.
 class CsvText {
@@ -29,4 +29,4 @@ class CsvText {
     bool first_ = true;
 };
 
-}  // namespace anomalis
+}  // namespace anomalis::output

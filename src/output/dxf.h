@@ -2,12 +2,14 @@
 
 #include <string>
 
-// Drawings for CAD: plain DXF text with a header of extents and a list of entities, lines ended by CR LF.
 namespace anomalis {
-
 class Prompts;
 class Session;
 struct Workspace;
+}  // namespace anomalis
+
+// Drawings for CAD: plain DXF text with a header of extents and a list of entities, lines ended by CR LF.
+namespace anomalis::output {
 
 /// Writes the bodies as 3D faces, one layer a body: sheets as boxes of six faces, pipes and wires as the
 /// triangles of their solids, which are brought up to date. A body whose shape cannot be formed is left out.
@@ -23,4 +25,4 @@ int write_plan_dxf(const std::string& path, const Workspace& workspace, Prompts&
 void export_body_dxf(Session& session);
 void export_plan_dxf(Session& session);
 
-}  // namespace anomalis
+}  // namespace anomalis::output

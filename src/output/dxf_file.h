@@ -8,7 +8,7 @@
 #include "output/dxf_text.h"
 
 // Private to this room.
-namespace anomalis {
+namespace anomalis::output {
 
 /// Writes one drawing: `fill(text)` draws what is between head and tail. A failure inside `fill` is shown
 /// behind `prefix`, and what was drawn until then is kept. Returns 0 or -1.
@@ -32,4 +32,4 @@ int write_drawing(const std::string& path, const Workspace& workspace, std::stri
     });
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::output

@@ -3,7 +3,7 @@
 #include "core/numbers.h"
 #include "core/workspace.h"
 
-namespace anomalis {
+namespace anomalis::output {
 
 SquareExtents square_extents(const Workspace& w) {
     const double across = w.x_max - w.x_min;
@@ -59,4 +59,4 @@ void DxfText::tail() {
     pair("  0", "EOF");
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::output

@@ -5,10 +5,12 @@
 
 #include "core/safe_file.h"
 
-// The text of a drawing. Private to this room.
 namespace anomalis {
-
 struct Workspace;
+}  // namespace anomalis
+
+// The text of a drawing. Private to this room.
+namespace anomalis::output {
 
 /// The limits of the survey, widened to a square about the longer side.
 struct SquareExtents {
@@ -38,4 +40,4 @@ class DxfText {
     std::string text_;
 };
 
-}  // namespace anomalis
+}  // namespace anomalis::output

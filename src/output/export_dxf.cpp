@@ -1,10 +1,10 @@
 #include "core/failure.h"
 #include "core/paths.h"
 #include "core/session.h"
-#include "inversion/evaluate.h"
+#include "model/evaluate.h"
 #include "output/dxf.h"
 
-namespace anomalis {
+namespace anomalis::output {
 
 namespace {
 
@@ -21,7 +21,7 @@ void export_drawing(Session& session, const std::string& title, const std::strin
     request.confirm_overwrite = true;
     if (const auto path = session.save_file_dialog(request)) {
         // What is drawn is the model as it stands, also when no chart has shown it yet.
-        refresh_model(session);
+        model::refresh_model(session);
         if (write(*path) == 0) session.prompts.message("Output complete");
     }
     change_to_folder(folder);
@@ -42,4 +42,4 @@ void export_plan_dxf(Session& session) {
     });
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::output

@@ -7,7 +7,7 @@
 #include "core/workspace.h"
 #include "output/tables.h"
 
-namespace anomalis {
+namespace anomalis::output {
 
 namespace {
 
@@ -41,4 +41,4 @@ int write_mesh_header(const std::string& path, const Workspace& workspace, Promp
                           [&] { write_file_safely(path, mesh_header_text(workspace)); });
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::output

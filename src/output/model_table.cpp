@@ -6,7 +6,7 @@
 #include "output/body_place.h"
 #include "output/tables.h"
 
-namespace anomalis {
+namespace anomalis::output {
 
 namespace {
 
@@ -50,4 +50,4 @@ int write_model_table(const std::string& path, const Workspace& workspace, Promp
                           [&] { write_file_safely(path, model_table_text(workspace)); });
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::output

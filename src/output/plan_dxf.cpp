@@ -2,11 +2,11 @@
 
 #include "core/angles.h"
 #include "core/workspace.h"
-#include "forward/plan_outline.h"
+#include "forward/shape/plan_outline.h"
 #include "output/dxf.h"
 #include "output/dxf_file.h"
 
-namespace anomalis {
+namespace anomalis::output {
 
 namespace {
 
@@ -42,7 +42,7 @@ Outline outline_of(const ModelBody& body) {
     return {-usual_half_length, usual_half_length, 0, width};
 }
 
-void draw_outline(const ModelBody& body, const ClipBox& box, DxfText& text) {
+void draw_outline(const ModelBody& body, const forward::ClipBox& box, DxfText& text) {
     const Outline outline = outline_of(body);
     const double strike = body.strike.value * radians_per_degree;
     const double s = std::sin(strike);
@@ -51,7 +51,7 @@ void draw_outline(const ModelBody& body, const ClipBox& box, DxfText& text) {
     double north1 = body.north + c * outline.near_end - s * outline.start;
     double east2 = body.east + s * outline.far_end + c * outline.start;
     double north2 = body.north + c * outline.far_end - s * outline.start;
-    if (clip_line(east1, north1, east2, north2, box) < 0) return;
+    if (forward::clip_line(east1, north1, east2, north2, box) < 0) return;
     text.pair("  0", "POLYLINE");
     draw_vertex(east1, north1, text);
     draw_vertex(east2, north2, text);
@@ -64,16 +64,18 @@ void draw_outline(const ModelBody& body, const ClipBox& box, DxfText& text) {
 }  // namespace
 
 int write_plan_dxf(const std::string& path, const Workspace& workspace, Prompts& prompts) {
-    return write_drawing(
-        path, workspace, "An error occurred while exporting the plan to dxf: ", prompts, [&](DxfText& text) {
-            if (workspace.station_count > 0) draw_line(workspace, text);
-            const SquareExtents square = square_extents(workspace);
-            const ClipBox box{square.east_low, square.east_high, square.north_low, square.north_high};
-            for (int number = 1; number <= workspace.body_count; ++number) {
-                const ModelBody& body = workspace.body(number);
-                if (body.type <= sloping_step || body.type == pipe) draw_outline(body, box, text);
-            }
-        });
+    return write_drawing(path, workspace, "An error occurred while exporting the plan to dxf: ", prompts,
+                         [&](DxfText& text) {
+                             if (workspace.station_count > 0) draw_line(workspace, text);
+                             const SquareExtents square = square_extents(workspace);
+                             const forward::ClipBox box{square.east_low, square.east_high, square.north_low,
+                                                        square.north_high};
+                             for (int number = 1; number <= workspace.body_count; ++number) {
+                                 const ModelBody& body = workspace.body(number);
+                                 if (body.type <= sloping_step || body.type == pipe)
+                                     draw_outline(body, box, text);
+                             }
+                         });
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::output

@@ -7,7 +7,7 @@
 #include "core/workspace.h"
 #include "output/tables.h"
 
-namespace anomalis {
+namespace anomalis::output {
 
 namespace {
 
@@ -66,4 +66,4 @@ int write_profile_table(const std::string& path, const Workspace& workspace, Pro
                           [&] { write_file_safely(path, profile_table_text(workspace)); });
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::output

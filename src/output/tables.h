@@ -3,11 +3,13 @@
 #include <string>
 #include <string_view>
 
-// Tables and headers for other programs. Lines end with CR LF; numbers have a point whatever the locale.
 namespace anomalis {
-
 class Prompts;
 struct Workspace;
+}  // namespace anomalis
+
+// Tables and headers for other programs. Lines end with CR LF; numbers have a point whatever the locale.
+namespace anomalis::output {
 
 /// What stands before the system's text when a file of this room cannot be written.
 inline constexpr std::string_view write_failure_prefix = "An error occurred while writing the file: ";
@@ -29,4 +31,4 @@ int write_profile_table(const std::string& path, const Workspace& workspace, Pro
 int write_model_table(const std::string& path, const Workspace& workspace, Prompts& prompts);
 int write_mesh_header(const std::string& path, const Workspace& workspace, Prompts& prompts);
 
-}  // namespace anomalis
+}  // namespace anomalis::output

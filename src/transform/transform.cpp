@@ -8,7 +8,7 @@
 #include "core/prompts.h"
 #include "core/workspace.h"
 
-namespace anomalis {
+namespace anomalis::transform {
 
 namespace {
 
@@ -126,4 +126,4 @@ void invert_transform(int tab, PointTransform& t) {
     invert_scale(t.elevation_scale);
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::transform

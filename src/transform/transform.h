@@ -4,10 +4,12 @@
 
 #include "core/point_transform.h"
 
-// The plane transform from a local grid to map coordinates, with a linear change of elevation.
 namespace anomalis {
-
 class Prompts;
+}  // namespace anomalis
+
+// The plane transform from a local grid to map coordinates, with a linear change of elevation.
+namespace anomalis::transform {
 
 /// The identity, inactive.
 void reset_transform(PointTransform& transform);
@@ -44,4 +46,4 @@ int save_transform_file(const PointTransform& transform, const std::string& path
 /// The text that a save would write.
 std::string transform_file_text(const PointTransform& transform);
 
-}  // namespace anomalis
+}  // namespace anomalis::transform

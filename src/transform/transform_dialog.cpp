@@ -10,7 +10,7 @@
 #include "core/text.h"
 #include "transform/transform.h"
 
-namespace anomalis {
+namespace anomalis::transform {
 
 namespace {
 
@@ -245,4 +245,4 @@ void store_transform_folder(const std::string& folder, Settings& settings) {
     settings.set(section, folder_key, folder);
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::transform

@@ -7,12 +7,14 @@
 
 #include "core/point_transform.h"
 
-// The definition of a transform as someone edits it: by origin, scale and rotation (tab 0), or by two points
-// known in both systems (tab 1). What the dialog shows and accepts, without its window.
 namespace anomalis {
-
 class Prompts;
 class Settings;
+}  // namespace anomalis
+
+// The definition of a transform as someone edits it: by origin, scale and rotation (tab 0), or by two points
+// known in both systems (tab 1). What the dialog shows and accepts, without its window.
+namespace anomalis::transform {
 
 enum class TransformBox : std::size_t {
     rotang,
@@ -95,4 +97,4 @@ void store_transform_form_size(const TransformFormSize& size, Settings& settings
 std::string stored_transform_folder(const Settings& settings);
 void store_transform_folder(const std::string& folder, Settings& settings);
 
-}  // namespace anomalis
+}  // namespace anomalis::transform

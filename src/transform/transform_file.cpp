@@ -12,7 +12,7 @@
 #include "core/text.h"
 #include "transform/transform.h"
 
-namespace anomalis {
+namespace anomalis::transform {
 
 namespace {
 
@@ -106,4 +106,4 @@ int save_transform_file(const PointTransform& transform, const std::string& path
     });
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::transform

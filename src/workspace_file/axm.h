@@ -3,14 +3,16 @@
 #include <string>
 #include <string_view>
 
-// The workspace file (extension "axm"): the definition of the observed data, the processing settings, the
-// coordinate transform, all bodies with their limits and the window layout. It holds no observed data.
-// Written is format 7; formats 0 to 7 are read.
 namespace anomalis {
-
 class Prompts;
 class Settings;
 struct Workspace;
+}  // namespace anomalis
+
+// The workspace file (extension "axm"): the definition of the observed data, the processing settings, the
+// coordinate transform, all bodies with their limits and the window layout. It holds no observed data.
+// Written is format 7; formats 0 to 7 are read.
+namespace anomalis::workspace_file {
 
 /// Writes a workspace file. Mode below 0: the definitions alone; otherwise bodies and display block follow.
 /// A save changes the record: both end widths of every body become its width, and the display block counts
@@ -31,4 +33,4 @@ int read_model_parameters(int mode, Workspace& workspace, const std::string& pat
 int read_model_parameters_text(int mode, Workspace& workspace, std::string_view text, const std::string& path,
                                const Settings& settings, Prompts& prompts);
 
-}  // namespace anomalis
+}  // namespace anomalis::workspace_file

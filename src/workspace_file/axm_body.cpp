@@ -8,7 +8,7 @@
 #include "core/workspace.h"
 #include "workspace_file/axm_text.h"
 
-namespace anomalis {
+namespace anomalis::workspace_file {
 
 namespace {
 
@@ -139,4 +139,4 @@ void read_body(AxmLines& lines, std::int32_t& version, Workspace& workspace, int
     convert_old_units(version, workspace.field_intensity, body);
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::workspace_file

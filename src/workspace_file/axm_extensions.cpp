@@ -7,7 +7,7 @@
 #include "core/workspace.h"
 #include "workspace_file/axm_text.h"
 
-namespace anomalis {
+namespace anomalis::workspace_file {
 
 namespace {
 
@@ -45,4 +45,4 @@ void read_extensions(AxmLines& lines, Workspace& workspace, Prompts& prompts) {
     }
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::workspace_file

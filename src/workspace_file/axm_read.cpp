@@ -11,7 +11,7 @@
 #include "workspace_file/axm_extensions.h"
 #include "workspace_file/axm_text.h"
 
-namespace anomalis {
+namespace anomalis::workspace_file {
 
 namespace {
 
@@ -230,4 +230,4 @@ int read_model_parameters_text(int mode, Workspace& workspace, std::string_view 
                           [&] { read_text(mode, workspace, text, path, settings, prompts); });
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::workspace_file

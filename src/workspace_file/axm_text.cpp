@@ -6,7 +6,7 @@
 #include "core/numbers.h"
 #include "core/text.h"
 
-namespace anomalis {
+namespace anomalis::workspace_file {
 
 AxmLines::AxmLines(std::string_view text) : text_(text) {
     constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
@@ -80,4 +80,4 @@ AxmWriter& AxmWriter::operator<<(std::string_view text) {
     return *this;
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::workspace_file

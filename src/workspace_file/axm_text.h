@@ -5,7 +5,7 @@
 #include <string_view>
 
 // Lines of a workspace file, one by one. Private to this room.
-namespace anomalis {
+namespace anomalis::workspace_file {
 
 /// The lines of a text; a line ends at CR LF, CR or LF, and every byte of it stays. A byte-order mark at the
 /// start is passed over.
@@ -63,4 +63,4 @@ class AxmWriter {
 
 inline constexpr std::string_view axm_display_marker = "[AXM Display Settings]";
 
-}  // namespace anomalis
+}  // namespace anomalis::workspace_file

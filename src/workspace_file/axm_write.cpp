@@ -5,7 +5,7 @@
 #include "workspace_file/axm_extensions.h"
 #include "workspace_file/axm_text.h"
 
-namespace anomalis {
+namespace anomalis::workspace_file {
 
 namespace {
 
@@ -129,4 +129,4 @@ int write_model_parameters(int mode, const std::string& path, Workspace& workspa
     });
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::workspace_file

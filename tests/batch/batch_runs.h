@@ -12,7 +12,7 @@
 #include "core/numbers.h"
 #include "support/temp_folder.h"
 
-namespace anomalis {
+namespace anomalis::batch {
 
 /// What one command gave.
 struct BatchRun {
@@ -95,4 +95,4 @@ struct BatchFolder {
     std::string model;
 };
 
-}  // namespace anomalis
+}  // namespace anomalis::batch

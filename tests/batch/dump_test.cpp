@@ -2,7 +2,7 @@
 
 #include "batch/batch_runs.h"
 
-namespace anomalis {
+namespace anomalis::batch {
 namespace {
 
 using nlohmann::json;
@@ -136,4 +136,4 @@ TEST(Dump, a_target_that_cannot_be_written_is_told) {
 }
 
 }  // namespace
-}  // namespace anomalis
+}  // namespace anomalis::batch

@@ -2,7 +2,7 @@
 
 #include "batch/batch_runs.h"
 
-namespace anomalis {
+namespace anomalis::batch {
 namespace {
 
 TEST(Info, a_person_reads_what_the_workspace_holds) {
@@ -30,4 +30,4 @@ TEST(Info, the_workspace_is_told_even_when_its_data_are_gone) {
 }
 
 }  // namespace
-}  // namespace anomalis
+}  // namespace anomalis::batch

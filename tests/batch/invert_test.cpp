@@ -4,7 +4,7 @@
 #include "batch/batch_runs.h"
 #include "batch/stop_request.h"
 
-namespace anomalis {
+namespace anomalis::batch {
 namespace {
 
 using nlohmann::json;
@@ -150,4 +150,4 @@ TEST(StopRequest, a_new_one_starts_unasked) {
 }
 
 }  // namespace
-}  // namespace anomalis
+}  // namespace anomalis::batch

@@ -3,7 +3,7 @@
 #include "batch/batch_runs.h"
 #include "core/session.h"
 
-namespace anomalis {
+namespace anomalis::batch {
 namespace {
 
 /// Remembers what it was asked to draw.
@@ -71,4 +71,4 @@ TEST(Render, a_build_without_pictures_says_so) {
 }
 
 }  // namespace
-}  // namespace anomalis
+}  // namespace anomalis::batch

@@ -4,7 +4,7 @@
 
 #include "batch/batch_runs.h"
 
-namespace anomalis {
+namespace anomalis::batch {
 namespace {
 
 TEST(RunBatch, wrong_usage_ends_with_2_and_says_why_on_the_error_stream) {
@@ -98,4 +98,4 @@ TEST(RunBatch, the_formulas_of_the_command_line_go_before_those_of_the_file) {
 }
 
 }  // namespace
-}  // namespace anomalis
+}  // namespace anomalis::batch

@@ -3,7 +3,7 @@
 
 #include "batch/batch_runs.h"
 
-namespace anomalis {
+namespace anomalis::batch {
 namespace {
 
 TEST(Forward, the_profile_table_has_filtered_and_calculated_values) {
@@ -77,4 +77,4 @@ TEST(Export, one_target_that_cannot_be_written_does_not_stop_the_others) {
 }
 
 }  // namespace
-}  // namespace anomalis
+}  // namespace anomalis::batch

@@ -9,7 +9,7 @@
 
 // The charts of the tests: a surface of 900 x 300 pixels and a text in which every character is 90 wide and
 // 165 high, so that every figure can be reckoned by hand.
-namespace anomalis {
+namespace anomalis::chart {
 
 using Kind = RecordingDevice::Kind;
 using Layer = DrawingDevice::Layer;
@@ -155,4 +155,4 @@ struct Rig {
     }
 };
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

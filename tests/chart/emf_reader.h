@@ -6,7 +6,7 @@
 #include <vector>
 
 // Reads the records of an enhanced metafile, for tests.
-namespace anomalis {
+namespace anomalis::chart {
 
 class EmfReader {
   public:
@@ -89,4 +89,4 @@ class EmfReader {
     const std::string& bytes_;
 };
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

@@ -8,7 +8,7 @@
 #include "support/scripted_prompts.h"
 #include "support/temp_folder.h"
 
-namespace anomalis {
+namespace anomalis::diagnostics {
 namespace {
 
 using ::testing::AllOf;
@@ -84,4 +84,4 @@ TEST_F(EnvironmentReport, runs_without_a_search_path_and_without_files) {
 }
 
 }  // namespace
-}  // namespace anomalis
+}  // namespace anomalis::diagnostics

@@ -6,7 +6,7 @@
 
 #include "support/temp_folder.h"
 
-namespace anomalis {
+namespace anomalis::diagnostics {
 namespace {
 
 using ::testing::HasSubstr;
@@ -45,4 +45,4 @@ TEST(FileFacts, the_libraries_of_this_process_are_files) {
 }
 
 }  // namespace
-}  // namespace anomalis
+}  // namespace anomalis::diagnostics

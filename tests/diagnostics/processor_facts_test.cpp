@@ -3,9 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "forward/vector_levels.h"
+#include "vector/vector_levels.h"
 
-namespace anomalis {
+namespace anomalis::diagnostics {
 namespace {
 
 using ::testing::Contains;
@@ -13,9 +13,10 @@ using ::testing::StartsWith;
 
 TEST(ProcessorFacts, name_the_vectors_that_the_kernels_run_with) {
     const auto lines = processor_lines();
-    EXPECT_THAT(lines, Contains("Vectors in use: " + std::string(vector_level_name(widest_vector_level()))));
+    EXPECT_THAT(lines, Contains("Vectors in use: " +
+                                std::string(vector::vector_level_name(vector::widest_vector_level()))));
     EXPECT_THAT(lines, Contains(StartsWith("Processor: ")));
-    if (widest_vector_level() != VectorLevel::baseline) {
+    if (vector::widest_vector_level() != vector::VectorLevel::baseline) {
         EXPECT_THAT(lines, Contains(::testing::HasSubstr(" avx2")));
     }
 }
@@ -27,4 +28,4 @@ TEST(ProcessorFacts, tell_how_the_program_was_built) {
 }
 
 }  // namespace
-}  // namespace anomalis
+}  // namespace anomalis::diagnostics

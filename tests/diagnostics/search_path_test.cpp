@@ -5,7 +5,7 @@
 
 #include "support/temp_folder.h"
 
-namespace anomalis {
+namespace anomalis::diagnostics {
 namespace {
 
 using ::testing::ElementsAre;
@@ -56,4 +56,4 @@ TEST(SearchPath, the_process_has_the_one_of_its_environment) {
 }
 
 }  // namespace
-}  // namespace anomalis
+}  // namespace anomalis::diagnostics

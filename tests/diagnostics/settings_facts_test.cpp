@@ -7,7 +7,7 @@
 #include "support/scripted_prompts.h"
 #include "support/temp_folder.h"
 
-namespace anomalis {
+namespace anomalis::diagnostics {
 namespace {
 
 using ::testing::ElementsAre;
@@ -41,4 +41,4 @@ TEST(SettingsFacts, a_corrupt_file_is_told_in_a_line) {
 }
 
 }  // namespace
-}  // namespace anomalis
+}  // namespace anomalis::diagnostics

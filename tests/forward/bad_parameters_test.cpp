@@ -4,7 +4,7 @@
 
 #include "forward/line.h"
 
-namespace anomalis {
+namespace anomalis::forward {
 
 namespace {
 
@@ -156,4 +156,4 @@ TEST(BadParameters, a_station_without_a_number_is_told) {
     expect_finite(line, "a station");
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::forward

@@ -1,11 +1,11 @@
 #include <gtest/gtest.h>
 #include <vector>
 
-#include "forward/body_solid.h"
 #include "forward/point_lists.h"
+#include "forward/shape/body_solid.h"
 #include "support/scripted_prompts.h"
 
-namespace anomalis {
+namespace anomalis::forward {
 namespace {
 
 ModelBody pipe_body() {
@@ -156,4 +156,4 @@ TEST(CylinderBody, without_length_keeps_its_points_in_one_place) {
 }
 
 }  // namespace
-}  // namespace anomalis
+}  // namespace anomalis::forward

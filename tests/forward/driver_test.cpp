@@ -4,7 +4,7 @@
 
 #include "forward/line.h"
 
-namespace anomalis {
+namespace anomalis::forward {
 
 namespace {
 
@@ -211,4 +211,4 @@ TEST(Driver, a_sum_beyond_single_precision_is_reported_and_counts_as_zero) {
     EXPECT_EQ(raw_sum(line.workspace), std::vector<float>(10, 0.0F));
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::forward

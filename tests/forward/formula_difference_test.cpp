@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include "line.h"
+#include "forward/line.h"
 
-namespace anomalis {
+namespace anomalis::forward {
 namespace {
 
 /// A line across a sheet that is endless along strike, 60 m below the sensor.
@@ -75,4 +75,4 @@ TEST(FormulaDifference, changes_no_response) {
 }
 
 }  // namespace
-}  // namespace anomalis
+}  // namespace anomalis::forward

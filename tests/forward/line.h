@@ -10,7 +10,7 @@
 #include "forward/driver.h"
 #include "support/scripted_prompts.h"
 
-namespace anomalis {
+namespace anomalis::forward {
 
 /// A straight, level survey line with both channels, and bodies that are valid in every field.
 struct Line {
@@ -104,4 +104,4 @@ inline std::vector<double> times(std::vector<double> values, double factor) {
     return values;
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::forward

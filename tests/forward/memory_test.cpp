@@ -3,7 +3,7 @@
 #include "allocations.h"
 #include "forward/line.h"
 
-namespace anomalis {
+namespace anomalis::forward {
 
 namespace {
 
@@ -69,4 +69,4 @@ TEST(Memory, a_demagnetised_pipe_and_a_prism_by_faces_take_none_either) {
     }
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::forward

@@ -5,7 +5,7 @@
 
 #include "core/model_body.h"
 
-namespace anomalis {
+namespace anomalis::forward {
 
 /// The centre of gravity of all corners.
 inline Point3 middle(const std::vector<Point3>& points) {
@@ -25,4 +25,4 @@ inline double span_of(const std::vector<Point3>& points, double Point3::*axis) {
     return high - low;
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::forward

@@ -10,23 +10,23 @@ TEST(Floors, a_room_uses_itself_and_the_floors_below) {
     EXPECT_EQ(own_include_error("core/text.cpp", "core/text.h"), "");
     EXPECT_EQ(own_include_error("forward/driver.cpp", "core/workspace.h"), "");
     EXPECT_EQ(own_include_error("intake/load.cpp", "transform/transform.h"), "");
-    EXPECT_EQ(own_include_error("workbench/save_flow.cpp", "output/tables.h"), "");
-    EXPECT_EQ(own_include_error("inversion/evaluate.cpp", "forward/driver.h"), "");
-    EXPECT_EQ(own_include_error("workbench/qt/main_window.cpp", "workbench/section.h"), "");
-    EXPECT_EQ(own_include_error("workbench/qt/main_window.cpp", "chart/qt/grapher_widget.h"), "");
+    EXPECT_EQ(own_include_error("flow/save_flow.cpp", "output/tables.h"), "");
+    EXPECT_EQ(own_include_error("model/evaluate.cpp", "forward/driver.h"), "");
+    EXPECT_EQ(own_include_error("window/shell/main_window.cpp", "show/section.h"), "");
+    EXPECT_EQ(own_include_error("window/shell/main_window.cpp", "chart/qt/grapher_widget.h"), "");
     EXPECT_EQ(own_include_error("chart/axis.cpp", "core/numbers.h"), "");
-    EXPECT_EQ(own_include_error("app/anomalis.cpp", "workbench/qt/main_window.h"), "");
+    EXPECT_EQ(own_include_error("app/anomalis.cpp", "window/shell/main_window.h"), "");
 }
 
 TEST(Floors, what_stands_above_or_beside_is_refused) {
     EXPECT_NE(own_include_error("core/text.cpp", "forward/driver.h"), "");
-    EXPECT_NE(own_include_error("output/mesh_header.cpp", "workbench/workbench.h"), "");
+    EXPECT_NE(own_include_error("output/mesh_header.cpp", "flow/save_flow.h"), "");
     EXPECT_NE(own_include_error("transform/transform.cpp", "intake/load.h"), "");
     EXPECT_NE(own_include_error("forward/driver.cpp", "intake/load.h"), "");
     EXPECT_NE(own_include_error("chart/axis.cpp", "core/workspace.h"), "");
     EXPECT_NE(own_include_error("forward/driver.cpp", "chart/axis.h"), "");
-    EXPECT_NE(own_include_error("workbench/section.cpp", "workbench/qt/main_window.h"), "");
-    EXPECT_NE(own_include_error("chart/qt/grapher_widget.cpp", "workbench/qt/main_window.h"), "");
+    EXPECT_NE(own_include_error("show/section.cpp", "window/shell/main_window.h"), "");
+    EXPECT_NE(own_include_error("chart/qt/grapher_widget.cpp", "window/shell/main_window.h"), "");
     EXPECT_NE(own_include_error("core/text.cpp", "text.h"), "");
     EXPECT_NE(own_include_error("misc/odd.cpp", "core/text.h"), "");
 }

@@ -5,7 +5,7 @@
 #include "core/failure.h"
 #include "support/survey.h"
 
-namespace anomalis {
+namespace anomalis::intake {
 namespace {
 
 /// Stations at distances 0, 10, 30 with the ground at 100, 110, 90, and one body.
@@ -85,4 +85,4 @@ TEST(BodyElevations, neighbours_at_one_distance_are_a_fault) {
 }
 
 }  // namespace
-}  // namespace anomalis
+}  // namespace anomalis::intake

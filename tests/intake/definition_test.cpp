@@ -6,7 +6,7 @@
 
 #include "support/survey.h"
 
-namespace anomalis {
+namespace anomalis::intake {
 namespace {
 
 using ::testing::ElementsAre;
@@ -146,4 +146,4 @@ TEST(DataFileHead, a_device_is_told) {
 }
 
 }  // namespace
-}  // namespace anomalis
+}  // namespace anomalis::intake

@@ -3,7 +3,7 @@
 #include "intake/profile.h"
 #include "support/survey.h"
 
-namespace anomalis {
+namespace anomalis::intake {
 namespace {
 
 struct Window {
@@ -92,4 +92,4 @@ TEST_F(StationWindow, a_single_station_is_first_and_last) {
 }
 
 }  // namespace
-}  // namespace anomalis
+}  // namespace anomalis::intake

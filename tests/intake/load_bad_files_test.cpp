@@ -7,7 +7,7 @@
 #include "intake/load.h"
 #include "support/survey.h"
 
-namespace anomalis {
+namespace anomalis::intake {
 namespace {
 
 using ::testing::ElementsAre;
@@ -168,4 +168,4 @@ TEST(BadDataFile, absurd_definitions_end) {
 }
 
 }  // namespace
-}  // namespace anomalis
+}  // namespace anomalis::intake

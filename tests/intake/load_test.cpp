@@ -5,7 +5,7 @@
 
 #include "support/survey.h"
 
-namespace anomalis {
+namespace anomalis::intake {
 namespace {
 
 using ::testing::ElementsAre;
@@ -167,4 +167,4 @@ TEST(Load, gravity_without_a_magnetic_column) {
 }
 
 }  // namespace
-}  // namespace anomalis
+}  // namespace anomalis::intake

@@ -5,7 +5,7 @@
 
 #include "support/survey.h"
 
-namespace anomalis {
+namespace anomalis::intake {
 namespace {
 
 using ::testing::ElementsAre;
@@ -112,4 +112,4 @@ TEST(LocationFile, a_missing_file_is_told) {
 }
 
 }  // namespace
-}  // namespace anomalis
+}  // namespace anomalis::intake

@@ -6,7 +6,7 @@
 #include "intake/profile_line.h"
 #include "support/survey.h"
 
-namespace anomalis {
+namespace anomalis::intake {
 namespace {
 
 using ::testing::DoubleEq;
@@ -114,4 +114,4 @@ TEST(CutToKept, a_coordinate_too_large_for_a_single_is_an_overflow) {
 }
 
 }  // namespace
-}  // namespace anomalis
+}  // namespace anomalis::intake

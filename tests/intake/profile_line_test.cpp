@@ -6,7 +6,7 @@
 #include "core/failure.h"
 #include "support/survey.h"
 
-namespace anomalis {
+namespace anomalis::intake {
 namespace {
 
 ProfileLine line_to(double east, double north) {
@@ -84,4 +84,4 @@ TEST(LineGeometry, distances_grow_along_the_line_and_do_not_see_offsets) {
 }
 
 }  // namespace
-}  // namespace anomalis
+}  // namespace anomalis::intake

@@ -5,7 +5,7 @@
 
 #include "support/survey.h"
 
-namespace anomalis {
+namespace anomalis::intake {
 namespace {
 
 using ::testing::DoubleNear;
@@ -164,4 +164,4 @@ TEST_F(Profile, two_stations_at_one_distance_cannot_be_resampled) {
 }
 
 }  // namespace
-}  // namespace anomalis
+}  // namespace anomalis::intake

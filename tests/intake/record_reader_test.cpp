@@ -8,7 +8,7 @@
 #include "support/survey.h"
 #include "transform/transform.h"
 
-namespace anomalis {
+namespace anomalis::intake {
 namespace {
 
 using ::testing::ElementsAre;
@@ -136,7 +136,7 @@ TEST(Records, the_transform_changes_the_values_that_a_short_row_keeps) {
     w.definition.z_column = 4;
     w.transform.elevation_shift = 1;
     w.transform.x_offset = 100;
-    update_transform(w.transform);
+    transform::update_transform(w.transform);
     RecordReader reader(w.definition, w.transform);
     std::vector<std::array<double, 2>> seen;
     while (reader.next()) seen.push_back({reader.values()[quantity_x], reader.values()[quantity_z]});
@@ -189,11 +189,11 @@ TEST(Records, a_value_too_large_for_a_single_is_a_fault_with_file_and_line) {
 TEST(Records, a_transform_that_overflows_is_a_fault) {
     Survey survey("1 2 3\n1e308 2 3\n");
     survey.workspace.transform.x_scale = 100;
-    update_transform(survey.workspace.transform);
+    transform::update_transform(survey.workspace.transform);
     RecordReader reader(survey.workspace.definition, survey.workspace.transform);
     ASSERT_TRUE(reader.next());
     EXPECT_THROW(reader.next(), Fault);
 }
 
 }  // namespace
-}  // namespace anomalis
+}  // namespace anomalis::intake

@@ -6,7 +6,7 @@
 
 #include "support/survey.h"
 
-namespace anomalis {
+namespace anomalis::intake {
 namespace {
 
 using ::testing::Each;
@@ -122,4 +122,4 @@ TEST(Resample, an_overshoot_out_of_range_is_an_overflow) {
 }
 
 }  // namespace
-}  // namespace anomalis
+}  // namespace anomalis::intake

@@ -3,7 +3,7 @@
 #include "intake/profile.h"
 #include "support/survey.h"
 
-namespace anomalis {
+namespace anomalis::intake {
 namespace {
 
 struct Elevations {
@@ -73,4 +73,4 @@ TEST(SensorElevations, a_ground_too_low_for_a_single_is_told) {
 }
 
 }  // namespace
-}  // namespace anomalis
+}  // namespace anomalis::intake

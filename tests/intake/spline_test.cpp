@@ -7,7 +7,7 @@
 
 #include "core/failure.h"
 
-namespace anomalis {
+namespace anomalis::intake {
 namespace {
 
 double cubic(double x) {
@@ -100,4 +100,4 @@ TEST(Spline, a_last_point_that_falls_back_leaves_the_spline_finite) {
 }
 
 }  // namespace
-}  // namespace anomalis
+}  // namespace anomalis::intake

@@ -4,10 +4,10 @@
 #include <map>
 
 #include "inversion/line_session.h"
-#include "inversion/misfit.h"
 #include "inversion/report.h"
+#include "model/misfit.h"
 
-namespace anomalis {
+namespace anomalis::inversion {
 
 namespace {
 
@@ -70,8 +70,9 @@ class ExactFit : public ::testing::TestWithParam<ExactCase> {
         Workspace& w = line.workspace();
         line.refresh();
         const bool gravity = GetParam().channel == channel_grav;
-        return channel_misfit(w, gravity ? w.grav_data : w.mag_data,
-                              misfit_scale_of(gravity ? channel_grav : channel_mag), line.prompts)[0];
+        return model::channel_misfit(w, gravity ? w.grav_data : w.mag_data,
+                                     model::misfit_scale_of(gravity ? channel_grav : channel_mag),
+                                     line.prompts)[0];
     }
 
     InversionReport fit(InversionMethod method, int iterations) {
@@ -156,4 +157,4 @@ TEST(ExactFitOfADyke, the_exact_formulas_find_the_dip_that_the_classic_ones_cann
     }
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::inversion

@@ -4,7 +4,7 @@
 #include <functional>
 #include <gtest/gtest.h>
 
-namespace anomalis {
+namespace anomalis::inversion {
 
 namespace {
 
@@ -202,4 +202,4 @@ TEST(LeastSquares, more_parameters_than_residuals_are_borne) {
     EXPECT_LT(outcome.sum_of_squares, 1);
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::inversion

@@ -6,10 +6,10 @@
 #include "core/session.h"
 #include "forward/driver.h"
 #include "intake/profile.h"
-#include "inversion/evaluate.h"
+#include "model/evaluate.h"
 #include "support/scripted_prompts.h"
 
-namespace anomalis {
+namespace anomalis::inversion {
 
 /// A session with a straight line, both channels, a sensor 10 m above flat ground.
 class LineSession {
@@ -26,10 +26,10 @@ class LineSession {
         w.mag_data.assign(stations);
         w.grav_data.assign(stations);
         for (int i = 1; i <= stations; ++i) w.stations(i, along) = (i - 1) * spacing;
-        setup_profile_coordinates(w, prompts);
-        setup_graphics_arrays(w, prompts);
-        setup_sensor_elevations(w, prompts);
-        finish_load(session);
+        intake::setup_profile_coordinates(w, prompts);
+        intake::setup_graphics_arrays(w, prompts);
+        intake::setup_sensor_elevations(w, prompts);
+        model::finish_load(session);
     }
 
     Workspace& workspace() { return session.workspace; }
@@ -54,7 +54,7 @@ class LineSession {
     void take_model_as_data() {
         Workspace& w = session.workspace;
         reset_calculated_data(w, prompts);
-        calculate_model(w, w.mag_data, w.grav_data, prompts);
+        forward::calculate_model(w, w.mag_data, w.grav_data, prompts);
         for (ChannelTable* data : {&w.mag_data, &w.grav_data})
             for (int i = 1; i <= w.station_count; ++i)
                 (*data)(i, row_raw, stage_observed) = (*data)(i, row_raw, stage_calculated);
@@ -76,11 +76,11 @@ class LineSession {
 
     MisfitPair refresh() {
         reset_calculated_data(session.workspace, prompts);
-        return refresh_model(session);
+        return model::refresh_model(session);
     }
 
     ScriptedPrompts prompts;
     Session session;
 };
 
-}  // namespace anomalis
+}  // namespace anomalis::inversion

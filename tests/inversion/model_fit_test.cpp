@@ -7,10 +7,10 @@
 #include <vector>
 
 #include "inversion/line_session.h"
-#include "inversion/misfit.h"
 #include "inversion/report.h"
+#include "model/misfit.h"
 
-namespace anomalis {
+namespace anomalis::inversion {
 
 namespace {
 
@@ -285,4 +285,4 @@ TEST(ModelFit, a_perfect_start_does_not_decrease) {
     EXPECT_EQ(report.result.misfit_pair, (MisfitPair{0, 0}));
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::inversion

@@ -5,7 +5,7 @@
 
 #include "inversion/line_session.h"
 
-namespace anomalis {
+namespace anomalis::inversion {
 
 namespace {
 
@@ -363,4 +363,4 @@ TEST(ForgetRun, the_list_is_empty_afterwards) {
     EXPECT_FALSE(line.session.inversion.best_model_available);
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::inversion

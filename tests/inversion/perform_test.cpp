@@ -6,7 +6,7 @@
 #include "inversion/line_session.h"
 #include "inversion/parameters.h"
 
-namespace anomalis {
+namespace anomalis::inversion {
 
 namespace {
 
@@ -305,4 +305,4 @@ TEST_F(Perform, the_charts_hold_the_accepted_model_afterwards) {
         EXPECT_NEAR(shown[i], static_cast<double>(w.mag_data(i, row_residual, stage_calculated)), 1e-3);
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::inversion

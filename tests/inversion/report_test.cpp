@@ -4,7 +4,7 @@
 
 #include "inversion/line_session.h"
 
-namespace anomalis {
+namespace anomalis::inversion {
 
 namespace {
 
@@ -145,4 +145,4 @@ TEST(RunInversion, the_gradient_can_be_the_target_of_both_methods) {
     }
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::inversion

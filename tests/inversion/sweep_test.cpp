@@ -4,11 +4,11 @@
 #include <gtest/gtest.h>
 
 #include "inversion/line_session.h"
-#include "inversion/misfit.h"
 #include "inversion/parameters.h"
 #include "inversion/trial_rows.h"
+#include "model/misfit.h"
 
-namespace anomalis {
+namespace anomalis::inversion {
 
 namespace {
 
@@ -18,7 +18,7 @@ class Sweep : public ::testing::Test {
     /// The list as it stands in the bodies, and a run at its beginning.
     void begin(int channel = channel_mag) {
         line.session.inversion.inversion_channel = channel;
-        set_misfit_scale(line.session.inversion);
+        model::set_misfit_scale(line.session.inversion);
         state.misfit_pair = line.refresh();
         int count = 0;
         setup_all_body_parameters(0, channel, count, line.session);
@@ -185,7 +185,7 @@ TEST_F(Sweep, a_value_on_its_lower_limit_stays_when_the_probe_is_tiny) {
     // A probe of 0.00005 is too short to lift the value off its limit. The scale makes its effect count.
     param().step = 0.001F;
     inversion.misfit_scale = {1e-6F, 1e-6F};
-    state.misfit_pair = calculate_misfit(w, inversion, line.prompts);
+    state.misfit_pair = model::calculate_misfit(w, inversion, line.prompts);
     EXPECT_EQ(sweep(), 1);
     EXPECT_EQ(body.density.value, 0.005F) << "neither the wish to rise nor the probe is left";
 }
@@ -264,4 +264,4 @@ TEST_F(Sweep, only_the_touched_body_is_calculated) {
     EXPECT_EQ(other.response(1, 3), 12345.0F);
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::inversion

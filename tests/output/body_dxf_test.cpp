@@ -5,7 +5,7 @@
 #include "output/dxf_samples.h"
 #include "support/child_process.h"
 
-namespace anomalis {
+namespace anomalis::output {
 namespace {
 
 class BodyDxf : public ::testing::Test {
@@ -218,4 +218,4 @@ TEST_F(BodyDxf, two_drawings_of_one_model_are_the_same_bytes) {
 }
 
 }  // namespace
-}  // namespace anomalis
+}  // namespace anomalis::output

@@ -5,7 +5,7 @@
 
 #include "output/dxf_samples.h"
 
-namespace anomalis {
+namespace anomalis::output {
 namespace {
 
 TEST(CleanProfileTable, has_the_columns_of_the_channels_that_are_there) {
@@ -66,4 +66,4 @@ TEST(CleanModelTable, every_row_has_every_column) {
 }
 
 }  // namespace
-}  // namespace anomalis
+}  // namespace anomalis::output

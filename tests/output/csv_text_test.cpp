@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 #include <limits>
 
-namespace anomalis {
+namespace anomalis::output {
 namespace {
 
 std::string words(std::string_view value) {
@@ -60,4 +60,4 @@ TEST(CsvText, what_is_no_utf8_is_taken_as_latin_1) {
 }
 
 }  // namespace
-}  // namespace anomalis
+}  // namespace anomalis::output

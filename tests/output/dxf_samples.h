@@ -6,7 +6,7 @@
 #include "core/numbers.h"
 #include "output/table_samples.h"
 
-namespace anomalis {
+namespace anomalis::output {
 
 /// A drawing taken apart: code lines and value lines in turn, as printed.
 struct DxfPairs {
@@ -57,4 +57,4 @@ inline Workspace dxf_workspace() {
     return workspace;
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::output

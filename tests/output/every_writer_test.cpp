@@ -17,7 +17,7 @@
 #include "transform/transform.h"
 #include "workspace_file/axm.h"
 
-namespace anomalis {
+namespace anomalis::output {
 namespace {
 
 struct Writer {
@@ -32,8 +32,10 @@ int unchanged(const std::string& path, Workspace& workspace, Prompts& prompts) {
 
 const std::vector<Writer>& writers() {
     static const std::vector<Writer> all{
-        {"workspace", [](const std::string& path, Workspace& workspace,
-                         Prompts& prompts) { return write_model_parameters(0, path, workspace, prompts); }},
+        {"workspace",
+         [](const std::string& path, Workspace& workspace, Prompts& prompts) {
+             return workspace_file::write_model_parameters(0, path, workspace, prompts);
+         }},
         {"profile_table", unchanged<write_profile_table>},
         {"model_table", unchanged<write_model_table>},
         {"mesh_header", unchanged<write_mesh_header>},
@@ -42,7 +44,7 @@ const std::vector<Writer>& writers() {
         {"bodies", write_body_dxf},
         {"plan", unchanged<write_plan_dxf>},
         {"transform", [](const std::string& path, Workspace& workspace, Prompts& prompts) {
-             return save_transform_file(workspace.transform, path, prompts);
+             return transform::save_transform_file(workspace.transform, path, prompts);
          }}};
     return all;
 }
@@ -194,4 +196,4 @@ INSTANTIATE_TEST_SUITE_P(Files, EveryWriter, ::testing::ValuesIn(writers()),
                          [](const auto& which) { return which.param.name; });
 
 }  // namespace
-}  // namespace anomalis
+}  // namespace anomalis::output

@@ -6,7 +6,7 @@
 #include "output/dxf.h"
 #include "output/dxf_samples.h"
 
-namespace anomalis {
+namespace anomalis::output {
 namespace {
 
 class ExportDxf : public ::testing::Test {
@@ -81,7 +81,7 @@ TEST_F(ExportDxf, the_body_stands_where_its_distance_says) {
     workspace.definition.mag_column = 3;
     workspace.body_count = 0;
     add_dxf_body(workspace, thick_sheet, "moved").distance.value = 150;
-    ASSERT_EQ(load_locations(workspace, prompts), 0);
+    ASSERT_EQ(intake::load_locations(workspace, prompts), 0);
     // No chart has been drawn since.
     prompts.save_paths = {folder.path("a.dxf")};
     export_body_dxf(session);
@@ -91,4 +91,4 @@ TEST_F(ExportDxf, the_body_stands_where_its_distance_says) {
 }
 
 }  // namespace
-}  // namespace anomalis
+}  // namespace anomalis::output

@@ -8,7 +8,7 @@
 #include "output/tables.h"
 #include "support/command.h"
 
-namespace anomalis {
+namespace anomalis::output {
 namespace {
 
 std::string python(const std::string& script, const std::vector<std::string>& paths) {
@@ -130,4 +130,4 @@ TEST(IndependentReader, takes_the_clean_model_as_it_is) {
 #endif
 
 }  // namespace
-}  // namespace anomalis
+}  // namespace anomalis::output

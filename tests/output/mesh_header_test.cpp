@@ -4,7 +4,7 @@
 #include "output/table_samples.h"
 #include "output/tables.h"
 
-namespace anomalis {
+namespace anomalis::output {
 namespace {
 
 TEST(MeshHeader, counts_corner_and_cell_widths) {
@@ -54,4 +54,4 @@ TEST(MeshHeader, extents_that_no_count_can_hold_are_told) {
 }
 
 }  // namespace
-}  // namespace anomalis
+}  // namespace anomalis::output

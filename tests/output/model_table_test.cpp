@@ -3,7 +3,7 @@
 #include "output/table_samples.h"
 #include "output/tables.h"
 
-namespace anomalis {
+namespace anomalis::output {
 namespace {
 
 Workspace with_body(std::int32_t type) {
@@ -76,4 +76,4 @@ TEST(ModelTable, a_failed_write_is_told) {
 }
 
 }  // namespace
-}  // namespace anomalis
+}  // namespace anomalis::output

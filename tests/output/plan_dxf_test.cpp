@@ -3,7 +3,7 @@
 #include "output/dxf.h"
 #include "output/dxf_samples.h"
 
-namespace anomalis {
+namespace anomalis::output {
 namespace {
 
 class PlanDxf : public ::testing::Test {
@@ -90,4 +90,4 @@ TEST_F(PlanDxf, extents_that_no_single_holds_are_told) {
 }
 
 }  // namespace
-}  // namespace anomalis
+}  // namespace anomalis::output

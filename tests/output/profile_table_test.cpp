@@ -4,7 +4,7 @@
 #include "output/table_samples.h"
 #include "output/tables.h"
 
-namespace anomalis {
+namespace anomalis::output {
 namespace {
 
 TEST(ProfileTable, magnetic_stations_have_their_eight_columns) {
@@ -75,4 +75,4 @@ TEST(ProfileTable, a_failed_write_is_told_and_keeps_the_old_file) {
 }
 
 }  // namespace
-}  // namespace anomalis
+}  // namespace anomalis::output

@@ -7,7 +7,7 @@
 #include "support/scripted_prompts.h"
 #include "support/temp_folder.h"
 
-namespace anomalis {
+namespace anomalis::output {
 
 /// Three stations 100 m apart on an east-west line, every row a number of its own.
 inline Workspace three_stations() {
@@ -52,4 +52,4 @@ inline std::vector<std::string> lines_of(const std::string& text) {
     return lines;
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::output

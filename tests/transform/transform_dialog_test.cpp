@@ -9,7 +9,7 @@
 #include "support/temp_folder.h"
 #include "transform/transform.h"
 
-namespace anomalis {
+namespace anomalis::transform {
 namespace {
 
 using ::testing::ElementsAre;
@@ -293,4 +293,4 @@ TEST_F(TransformDialogTest, size_and_folder_are_kept_in_their_section) {
 }
 
 }  // namespace
-}  // namespace anomalis
+}  // namespace anomalis::transform

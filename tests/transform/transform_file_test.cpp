@@ -5,7 +5,7 @@
 #include "support/temp_folder.h"
 #include "transform/transform.h"
 
-namespace anomalis {
+namespace anomalis::transform {
 namespace {
 
 class TransformFile : public ::testing::Test {
@@ -133,4 +133,4 @@ TEST_F(TransformFile, bytes_that_are_no_text_are_refused) {
 }
 
 }  // namespace
-}  // namespace anomalis
+}  // namespace anomalis::transform

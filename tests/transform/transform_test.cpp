@@ -6,7 +6,7 @@
 
 #include "support/scripted_prompts.h"
 
-namespace anomalis {
+namespace anomalis::transform {
 namespace {
 
 using Point = std::array<double, 3>;
@@ -240,4 +240,4 @@ TEST(InvertTransform, the_point_form_leaves_rotation_and_scales) {
 }
 
 }  // namespace
-}  // namespace anomalis
+}  // namespace anomalis::transform

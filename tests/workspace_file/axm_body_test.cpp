@@ -3,7 +3,7 @@
 #include "core/angles.h"
 #include "workspace_file/axm_samples.h"
 
-namespace anomalis {
+namespace anomalis::workspace_file {
 namespace {
 
 /// A file with the text given on line 12 and the body lines given, without a display block.
@@ -252,4 +252,4 @@ TEST(AxmBody, nothing_of_a_former_body_in_the_slot_is_left) {
 }
 
 }  // namespace
-}  // namespace anomalis
+}  // namespace anomalis::workspace_file

@@ -7,7 +7,7 @@
 #include "workspace_file/axm_samples.h"
 
 // Files that are cut, corrupt or no workspace at all.
-namespace anomalis {
+namespace anomalis::workspace_file {
 namespace {
 
 constexpr const char* prefix = "An error occurred while reading the location file : ";
@@ -163,4 +163,4 @@ TEST(AxmDamage, the_model_stays_usable_after_a_failure) {
 }
 
 }  // namespace
-}  // namespace anomalis
+}  // namespace anomalis::workspace_file

@@ -4,7 +4,7 @@
 
 #include "axm_samples.h"
 
-namespace anomalis {
+namespace anomalis::workspace_file {
 namespace {
 
 std::vector<std::string> file_with(const std::vector<std::string>& block) {
@@ -71,4 +71,4 @@ TEST(AxmExtensions, a_block_that_ends_in_its_marker_is_no_failure) {
 }
 
 }  // namespace
-}  // namespace anomalis
+}  // namespace anomalis::workspace_file

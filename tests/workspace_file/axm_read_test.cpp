@@ -3,7 +3,7 @@
 #include "core/paths.h"
 #include "workspace_file/axm_samples.h"
 
-namespace anomalis {
+namespace anomalis::workspace_file {
 namespace {
 
 /// Replaces line `number` (numbered from 1) of a whole file.
@@ -275,4 +275,4 @@ TEST(AxmRead, a_refusal_leaves_the_path_as_read_and_reading_goes_on) {
 }
 
 }  // namespace
-}  // namespace anomalis
+}  // namespace anomalis::workspace_file

@@ -2,7 +2,7 @@
 
 #include "workspace_file/axm_samples.h"
 
-namespace anomalis {
+namespace anomalis::workspace_file {
 namespace {
 
 /// A workspace in which every saved field has a value of its own.
@@ -165,4 +165,4 @@ TEST(AxmRoundTrip, more_bodies_than_the_session_had_room_for_come_back) {
 }
 
 }  // namespace
-}  // namespace anomalis
+}  // namespace anomalis::workspace_file

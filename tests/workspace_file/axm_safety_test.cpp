@@ -11,7 +11,7 @@
 #include "support/temp_folder.h"
 #include "workspace_file/axm.h"
 
-namespace anomalis {
+namespace anomalis::workspace_file {
 namespace {
 
 /// A model of many bodies and what its saves look like, with one name and with another.
@@ -120,4 +120,4 @@ TEST_F(SaveOfALargeModel, twice_gives_the_same_bytes) {
 }
 
 }  // namespace
-}  // namespace anomalis
+}  // namespace anomalis::workspace_file

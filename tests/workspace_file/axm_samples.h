@@ -10,7 +10,7 @@
 #include "support/temp_folder.h"
 #include "workspace_file/axm.h"
 
-namespace anomalis {
+namespace anomalis::workspace_file {
 
 inline std::string joined(const std::vector<std::string>& lines, std::string_view line_end = "\r\n") {
     std::string text;
@@ -84,4 +84,4 @@ struct Reading {
     Workspace workspace;
 };
 
-}  // namespace anomalis
+}  // namespace anomalis::workspace_file

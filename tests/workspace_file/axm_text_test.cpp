@@ -4,7 +4,7 @@
 
 #include "core/failure.h"
 
-namespace anomalis {
+namespace anomalis::workspace_file {
 namespace {
 
 TEST(AxmLines, a_line_ends_at_cr_lf_or_both) {
@@ -90,4 +90,4 @@ TEST(AxmWriter, a_line_break_in_a_text_becomes_a_blank) {
 }
 
 }  // namespace
-}  // namespace anomalis
+}  // namespace anomalis::workspace_file

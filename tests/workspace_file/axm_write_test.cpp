@@ -8,7 +8,7 @@
 
 #include "workspace_file/axm_samples.h"
 
-namespace anomalis {
+namespace anomalis::workspace_file {
 namespace {
 
 /// No file of this process grows beyond `bytes` while it lives: a disk that is full.
@@ -191,4 +191,4 @@ TEST(AxmWrite, names_of_any_letters_and_of_255_bytes_work) {
 }
 
 }  // namespace
-}  // namespace anomalis
+}  // namespace anomalis::workspace_file

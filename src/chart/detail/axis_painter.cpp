@@ -5,7 +5,7 @@
 #include "chart/detail/tick_text.h"
 #include "chart/detail/ticks.h"
 
-namespace anomalis {
+namespace anomalis::chart {
 
 namespace {
 
@@ -136,4 +136,4 @@ void paint_axes(const ChartProperties& properties, const ChartLayout& layout, co
     AxisPainter(properties, layout, x, y, canvas).paint();
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-namespace anomalis {
+namespace anomalis::chart {
 
 namespace {
 
@@ -56,4 +56,4 @@ double forward_or_null(const AxisTransform& scale, double value, double data_nul
     return scale.forward(value);
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

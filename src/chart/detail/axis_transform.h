@@ -1,6 +1,6 @@
 #pragma once
 
-namespace anomalis {
+namespace anomalis::chart {
 
 /// What an unset limit holds.
 inline constexpr double unset_limit = -99999.0;
@@ -43,4 +43,4 @@ class AxisTransform {
 /// becomes `null_value`.
 double forward_or_null(const AxisTransform& scale, double value, double data_null);
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

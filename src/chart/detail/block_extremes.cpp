@@ -4,7 +4,7 @@
 
 #include "chart/detail/axis_transform.h"
 
-namespace anomalis {
+namespace anomalis::chart {
 
 namespace {
 
@@ -56,4 +56,4 @@ BlockExtremes::Stretch BlockExtremes::find(std::span<const double> values, std::
     return {i, place_of(values, low), place_of(values, high)};
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

@@ -4,7 +4,7 @@
 #include <span>
 #include <vector>
 
-namespace anomalis {
+namespace anomalis::chart {
 
 /// The lowest and highest value of each block of a long row, kept from one redraw to the next: a redraw then
 /// looks at one block where a pixel column holds hundreds of points.
@@ -33,4 +33,4 @@ class BlockExtremes {
     std::vector<Range> blocks_;
 };
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

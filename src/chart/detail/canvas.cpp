@@ -9,7 +9,7 @@
 #include "chart/detail/clip.h"
 #include "chart/detail/marker_shapes.h"
 
-namespace anomalis {
+namespace anomalis::chart {
 
 namespace {
 
@@ -236,4 +236,4 @@ std::string Canvas::clean_text(std::string_view words) {
     return clean;
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

@@ -8,7 +8,7 @@
 #include "chart/detail/graphic_item.h"
 #include "chart/drawing_device.h"
 
-namespace anomalis {
+namespace anomalis::chart {
 
 /// The low-level primitives of a chart, in surface units: each is cut at the present window and then drawn on
 /// a device, or appended to a list while a chart is captured. A device that fails is noted; drawing goes on.
@@ -73,4 +73,4 @@ class Canvas {
     std::vector<Point> scratch_;
 };
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

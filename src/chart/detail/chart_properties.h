@@ -5,7 +5,7 @@
 #include "chart/detail/axis_transform.h"
 #include "chart/drawing_types.h"
 
-namespace anomalis {
+namespace anomalis::chart {
 
 /// The properties of one axis. The low margin is at the left or bottom, the high one at the right or top.
 struct AxisProperties {
@@ -46,4 +46,4 @@ struct ChartProperties {
     bool numbers_outside() const { return labelling_location == 0 && display_axes; }
 };
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

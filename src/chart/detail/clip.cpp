@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-namespace anomalis {
+namespace anomalis::chart {
 
 namespace {
 
@@ -95,4 +95,4 @@ void clip_polygon(const Rect& window, std::span<const Point> points, std::vector
         }
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

@@ -5,7 +5,7 @@
 
 #include "chart/drawing_types.h"
 
-namespace anomalis {
+namespace anomalis::chart {
 
 /// Where a point lies against a rectangle: 1 left, 2 right, 4 below, 8 above, summed; 0 inside.
 int out_code(const Rect& window, Point p);
@@ -19,4 +19,4 @@ bool clip_segment(const Rect& window, Point& a, Point& b);
 void clip_polygon(const Rect& window, std::span<const Point> points, std::vector<Point>& cut,
                   std::vector<Point>& scratch);
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

@@ -6,7 +6,7 @@
 
 #include "chart/detail/axis_painter.h"
 
-namespace anomalis {
+namespace anomalis::chart {
 
 namespace {
 
@@ -231,4 +231,4 @@ void show_background(GrapherState& state) {
     tell_failures(state);
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

@@ -2,7 +2,7 @@
 
 #include "chart/detail/grapher_state.h"
 
-namespace anomalis {
+namespace anomalis::chart {
 
 /// Range steps and layout for a size and a text measure. `take_limits`: from the limit properties first.
 int update_layout(GrapherState& state, const DrawingDevice& measure, double width, double height,
@@ -23,4 +23,4 @@ void draw_graphics(GrapherState& state);
 /// The picture on screen becomes background only.
 void show_background(GrapherState& state);
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

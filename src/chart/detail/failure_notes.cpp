@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace anomalis {
+namespace anomalis::chart {
 
 void FailureNotes::add(const std::string& text) {
     if (std::find(texts_.begin(), texts_.end(), text) == texts_.end()) texts_.push_back(text);
@@ -13,4 +13,4 @@ std::vector<std::string> FailureNotes::take() {
     return std::exchange(texts_, {});
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

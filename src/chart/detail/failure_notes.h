@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-namespace anomalis {
+namespace anomalis::chart {
 
 /// What went wrong during a redraw, each text once, to be told when the redraw is over.
 class FailureNotes {
@@ -16,4 +16,4 @@ class FailureNotes {
     std::vector<std::string> texts_;
 };
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

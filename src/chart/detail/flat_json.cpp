@@ -6,7 +6,7 @@
 #include "core/numbers.h"
 #include "core/text.h"
 
-namespace anomalis {
+namespace anomalis::chart {
 
 namespace {
 
@@ -224,4 +224,4 @@ std::optional<JsonEntries> read_flat_json(std::string_view text) {
     return JsonReader(text).document();
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

@@ -8,7 +8,7 @@
 
 #include "chart/property_bag.h"
 
-namespace anomalis {
+namespace anomalis::chart {
 
 using JsonEntries = std::vector<std::pair<std::string, PropertyValue>>;
 
@@ -17,4 +17,4 @@ std::string write_flat_json(const JsonEntries& entries);
 /// The entries of such an object (a null is left out); no value for any other text. Numbers come as double.
 std::optional<JsonEntries> read_flat_json(std::string_view text);
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

@@ -7,7 +7,7 @@
 #include "chart/detail/hit_test.h"
 #include "chart/detail/zoom.h"
 
-namespace anomalis {
+namespace anomalis::chart {
 
 namespace {
 
@@ -173,4 +173,4 @@ void cancel_gesture(GrapherState& state) {
     state.gesture.right_click = false;
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

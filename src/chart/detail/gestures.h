@@ -2,7 +2,7 @@
 
 #include "chart/detail/grapher_state.h"
 
-namespace anomalis {
+namespace anomalis::chart {
 
 inline constexpr int left_button = 1;
 inline constexpr int right_button = 2;
@@ -20,4 +20,4 @@ void cancel_gesture(GrapherState& state);
 /// Draws the selection, box, magnifier and crosshair on the open canvas.
 void paint_top_layer(GrapherState& state, Canvas& canvas);
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

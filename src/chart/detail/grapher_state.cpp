@@ -1,6 +1,6 @@
 #include "chart/detail/grapher_state.h"
 
-namespace anomalis {
+namespace anomalis::chart {
 
 void tell_failures(GrapherState& state) {
     if (state.busy_refresh) return;
@@ -18,4 +18,4 @@ Colour resolved_colour(const GrapherState& state, Colour colour) {
     return entry == 0x0F ? white : black;
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

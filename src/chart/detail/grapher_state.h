@@ -13,7 +13,7 @@
 #include "chart/detail/series_table.h"
 #include "chart/detail/view_state.h"
 
-namespace anomalis {
+namespace anomalis::chart {
 
 /// The gestures of the mouse; the numbers are what MouseMode tells.
 enum class GestureMode : int { none = 0, pan = 1, magnifier = 2, drag_zoom = 4, box = 8, drag_zooming = -4 };
@@ -89,4 +89,4 @@ void tell_failure(GrapherState& state, const std::string& text);
 /// A colour with the desktop's palette resolved by the surface, if there is one.
 Colour resolved_colour(const GrapherState& state, Colour colour);
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

@@ -6,7 +6,7 @@
 
 #include "chart/drawing_types.h"
 
-namespace anomalis {
+namespace anomalis::chart {
 
 /// The kinds of a retained or captured item.
 enum class ItemKind : std::int32_t {
@@ -53,4 +53,4 @@ struct GraphicItem {
     bool operator==(const GraphicItem&) const = default;
 };
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

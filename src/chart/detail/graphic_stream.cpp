@@ -6,7 +6,7 @@
 #include <span>
 #include <string>
 
-namespace anomalis {
+namespace anomalis::chart {
 
 namespace {
 
@@ -186,4 +186,4 @@ std::optional<std::vector<GraphicItem>> unpack_items(const GraphicBytes& bytes) 
     return items;
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

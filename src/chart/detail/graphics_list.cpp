@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace anomalis {
+namespace anomalis::chart {
 
 namespace {
 
@@ -38,4 +38,4 @@ void GraphicsList::clear() {
     polygons_.clear();
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

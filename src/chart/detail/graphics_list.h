@@ -4,7 +4,7 @@
 
 #include "chart/detail/graphic_item.h"
 
-namespace anomalis {
+namespace anomalis::chart {
 
 /// The retained drawings of a chart, in order, and the numbers of its polygons.
 class GraphicsList {
@@ -28,4 +28,4 @@ class GraphicsList {
     std::vector<std::size_t> polygons_;  ///< indices into items_
 };
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

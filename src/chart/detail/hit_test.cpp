@@ -4,7 +4,7 @@
 #include <cmath>
 #include <limits>
 
-namespace anomalis {
+namespace anomalis::chart {
 
 namespace {
 
@@ -99,4 +99,4 @@ int hit_polygon(const GraphicsList& graphics, const PlotFrame& frame, Point pres
     return nearest;
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

@@ -7,7 +7,7 @@
 #include "chart/detail/series_painter.h"
 #include "chart/detail/series_table.h"
 
-namespace anomalis {
+namespace anomalis::chart {
 
 /// Half the side of the square about a press in which a point is hit; surface units.
 inline constexpr double hit_radius = 50.0;
@@ -24,4 +24,4 @@ int hit_polygon(const GraphicsList& graphics, const PlotFrame& frame, Point pres
 /// Inside by the even-odd rule, or within `tolerance` of an edge; all in one unit.
 bool inside_polygon(const std::vector<double>& xs, const std::vector<double>& ys, Point p, double tolerance);
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

@@ -6,7 +6,7 @@
 #include "chart/detail/tick_text.h"
 #include "chart/detail/ticks.h"
 
-namespace anomalis {
+namespace anomalis::chart {
 
 namespace {
 
@@ -89,4 +89,4 @@ ChartLayout lay_out(const ChartProperties& properties, const AxisRange& x, const
     return layout;
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

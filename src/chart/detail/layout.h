@@ -6,7 +6,7 @@
 #include "chart/detail/view_state.h"
 #include "chart/drawing_device.h"
 
-namespace anomalis {
+namespace anomalis::chart {
 
 /// Where everything of a chart stands. Surface units.
 struct ChartLayout {
@@ -42,4 +42,4 @@ struct ChartLayout {
 ChartLayout lay_out(const ChartProperties& properties, const AxisRange& x, const AxisRange& y, double width,
                     double height, const DrawingDevice& measure);
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace anomalis {
+namespace anomalis::chart {
 
 bool is_letter_marker(int style) {
     return style >= -26 && style <= -1;
@@ -72,4 +72,4 @@ void MarkerGeometry::set_diamond(double r) {
     shape_.outline = outline_;
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

@@ -4,7 +4,7 @@
 
 #include "chart/drawing_device.h"
 
-namespace anomalis {
+namespace anomalis::chart {
 
 /// Marker styles: -26 to -1 letters, 0 none, 1 square outline of width 1, 2 filled square, 3 square outline,
 /// 4 two diagonals, 5 upright cross, 6 star, 7 filled diamond, 8 diamond outline. Others draw nothing.
@@ -33,4 +33,4 @@ class MarkerGeometry {
     MarkerShape shape_;
 };
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

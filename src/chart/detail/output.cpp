@@ -4,7 +4,7 @@
 
 #include "chart/detail/display.h"
 
-namespace anomalis {
+namespace anomalis::chart {
 
 namespace {
 
@@ -123,4 +123,4 @@ void play_items(const GrapherState& state, const std::vector<GraphicItem>& items
     if (&device == state.surface) device.set_mapping(screen_mapping(device.height()));
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

@@ -4,7 +4,7 @@
 
 #include "chart/detail/grapher_state.h"
 
-namespace anomalis {
+namespace anomalis::chart {
 
 /// AX_Grapher::DrawTo.
 int draw_to(GrapherState& state, DrawingDevice& target, OutputTarget kind, const SurfaceMapping& mapping,
@@ -15,4 +15,4 @@ std::optional<std::vector<GraphicItem>> capture_chart(GrapherState& state);
 void play_items(const GrapherState& state, const std::vector<GraphicItem>& items, DrawingDevice& device,
                 const SurfaceMapping& mapping, FailureNotes& notes);
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

@@ -8,7 +8,7 @@
 
 #include "chart/detail/axis_transform.h"
 
-namespace anomalis {
+namespace anomalis::chart {
 
 namespace {
 
@@ -116,4 +116,4 @@ bool PixelSet::insert(Point p) {
     return true;
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

@@ -7,7 +7,7 @@
 #include "chart/detail/block_extremes.h"
 #include "chart/drawing_types.h"
 
-namespace anomalis {
+namespace anomalis::chart {
 
 /// The straight-line mapping of a plot from transformed units to the surface.
 struct Projection {
@@ -57,4 +57,4 @@ class PixelSet {
     std::vector<std::uint32_t> taken_;
 };
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

@@ -3,7 +3,7 @@
 #include <array>
 #include <string_view>
 
-namespace anomalis {
+namespace anomalis::chart {
 
 namespace {
 
@@ -149,4 +149,4 @@ void write_chart_properties(const ChartProperties& properties, PropertyBag& bag)
     }
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

@@ -5,7 +5,7 @@
 
 #include "chart/detail/clip.h"
 
-namespace anomalis {
+namespace anomalis::chart {
 
 namespace {
 
@@ -140,4 +140,4 @@ void SeriesPainter::plot_markers(const SeriesGroup& group, const SeriesData& dat
     flush();
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

@@ -10,7 +10,7 @@
 #include "chart/detail/series_table.h"
 #include "chart/detail/view_state.h"
 
-namespace anomalis {
+namespace anomalis::chart {
 
 /// What a plot needs besides the data.
 struct PlotFrame {
@@ -41,4 +41,4 @@ class SeriesPainter {
     PixelSet marked_;
 };
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

@@ -4,7 +4,7 @@
 #include <array>
 #include <cmath>
 
-namespace anomalis {
+namespace anomalis::chart {
 
 namespace {
 
@@ -206,4 +206,4 @@ Colour default_pen_colour(int number) {
     return entry < 0 ? black : colours[static_cast<std::size_t>(entry)];
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

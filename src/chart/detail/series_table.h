@@ -12,7 +12,7 @@
 #include "chart/detail/view_state.h"
 #include "chart/drawing_types.h"
 
-namespace anomalis {
+namespace anomalis::chart {
 
 /// What a host sets for a series. It outlives the data: a new registration that is not larger keeps it.
 struct SeriesOptions {
@@ -99,4 +99,4 @@ class SeriesTable {
 /// The colour of a series number before it is given one; the index counts modulo 16.
 Colour default_pen_colour(int index);
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

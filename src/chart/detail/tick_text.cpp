@@ -5,7 +5,7 @@
 
 #include "core/numbers.h"
 
-namespace anomalis {
+namespace anomalis::chart {
 
 namespace {
 
@@ -98,4 +98,4 @@ std::string tick_text(double value, const AxisTransform& scale, const std::strin
     return scale.logarithmic() ? logarithmic_text(value, scale) : format_number(value, format);
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

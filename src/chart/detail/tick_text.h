@@ -4,7 +4,7 @@
 
 #include "chart/detail/axis_transform.h"
 
-namespace anomalis {
+namespace anomalis::chart {
 
 /// The number format of a linear axis with this interval between ticks: "0", or "0." and as many zeros as the
 /// interval needs: at most 3 from an interval of 0.002 on, at most 9 below.
@@ -17,4 +17,4 @@ std::string tick_text(double value, const AxisTransform& scale, const std::strin
 /// A value with so many significant digits, without trailing zeros; very large and small ones as "mx10^e".
 std::string significant_text(double value, int digits);
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

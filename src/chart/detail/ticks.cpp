@@ -5,7 +5,7 @@
 
 #include "chart/surface_mapping.h"
 
-namespace anomalis {
+namespace anomalis::chart {
 
 namespace {
 
@@ -42,4 +42,4 @@ bool LabelRoom::take(double begin, double next) {
     return true;
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

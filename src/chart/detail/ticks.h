@@ -5,7 +5,7 @@
 #include "chart/detail/axis_transform.h"
 #include "chart/detail/view_state.h"
 
-namespace anomalis {
+namespace anomalis::chart {
 
 struct Tick {
     double value = 0.0;     ///< transformed units
@@ -27,4 +27,4 @@ class LabelRoom {
     double next_free_;
 };
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

@@ -7,7 +7,7 @@
 #include "chart/detail/zoom.h"
 #include "core/numbers.h"
 
-namespace anomalis {
+namespace anomalis::chart {
 
 namespace {
 
@@ -88,4 +88,4 @@ void paint_top_layer(GrapherState& state, Canvas& canvas) {
     paint_crosshair(state, canvas);
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

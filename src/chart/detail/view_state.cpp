@@ -5,7 +5,7 @@
 
 #include "chart/tick_rule.h"
 
-namespace anomalis {
+namespace anomalis::chart {
 
 namespace {
 
@@ -73,7 +73,7 @@ void AxisRange::clear_zoom() {
 
 double AxisRange::view_tick_interval() const {
     if (!(view.span() < full.span())) return tick_interval;
-    return std::min(tick_interval, anomalis::tick_interval(view.low, view.high));
+    return std::min(tick_interval, chart::tick_interval(view.low, view.high));
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

@@ -5,7 +5,7 @@
 #include "chart/detail/axis_transform.h"
 #include "chart/detail/chart_properties.h"
 
-namespace anomalis {
+namespace anomalis::chart {
 
 struct Interval {
     double low = 0.0;
@@ -44,4 +44,4 @@ struct AxisRange {
     void keep_inside(Interval window);
 };
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

@@ -4,7 +4,7 @@
 
 #include "chart/detail/clip.h"
 
-namespace anomalis {
+namespace anomalis::chart {
 
 WorldPosition world_at(const GrapherState& state, Point surface) {
     WorldPosition world;
@@ -68,4 +68,4 @@ Point view_middle(const GrapherState& state) {
     return {(state.x.view.low + state.x.view.high) / 2.0, (state.y.view.low + state.y.view.high) / 2.0};
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

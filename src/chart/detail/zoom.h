@@ -2,7 +2,7 @@
 
 #include "chart/detail/grapher_state.h"
 
-namespace anomalis {
+namespace anomalis::chart {
 
 /// Where a place of the surface lies in the world of the chart.
 struct WorldPosition {
@@ -28,4 +28,4 @@ int apply_zoom(GrapherState& state, const ZoomValues& values);
 /// The middle of the view, transformed units.
 Point view_middle(const GrapherState& state);
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

@@ -6,7 +6,7 @@
 #include <QPrintDialog>
 #include <QPrinter>
 
-namespace anomalis {
+namespace anomalis::chart {
 
 std::optional<QString> ChartDialogs::save_path(QWidget* parent, const QString& title, const QString& filter,
                                                const QString& extension) {
@@ -37,4 +37,4 @@ bool ChartDialogs::choose_printer(QWidget* parent, QPrinter& printer) {
     return QPrintDialog(&printer, parent).exec() == QDialog::Accepted;
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

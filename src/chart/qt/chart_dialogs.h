@@ -7,7 +7,7 @@
 class QPrinter;
 class QWidget;
 
-namespace anomalis {
+namespace anomalis::chart {
 
 /// What the chart's menu asks of the person. The default shows Qt's dialogs; a test answers by itself.
 class ChartDialogs {
@@ -23,4 +23,4 @@ class ChartDialogs {
     virtual bool choose_printer(QWidget* parent, QPrinter& printer);
 };
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

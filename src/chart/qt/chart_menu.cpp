@@ -17,7 +17,7 @@
 #include "chart/qt/picture.h"
 #include "core/safe_file.h"
 
-namespace anomalis {
+namespace anomalis::chart {
 
 namespace {
 
@@ -152,4 +152,4 @@ QMenu* make_chart_menu(GrapherWidget& widget) {
     return menu;
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

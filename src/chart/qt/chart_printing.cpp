@@ -7,7 +7,7 @@
 #include "chart/qt/painter_device.h"
 #include "core/failure.h"
 
-namespace anomalis {
+namespace anomalis::chart {
 
 void print_chart(AX_Grapher& chart, QPrinter& printer) {
     const DrawingDevice* surface = chart.Surface();
@@ -26,4 +26,4 @@ void print_chart(AX_Grapher& chart, QPrinter& printer) {
     if (status != 0) throw Fault("the chart cannot be drawn");
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

@@ -2,7 +2,7 @@
 
 class QPrinter;
 
-namespace anomalis {
+namespace anomalis::chart {
 
 class AX_Grapher;
 
@@ -10,4 +10,4 @@ class AX_Grapher;
 /// cannot be opened or the chart cannot be drawn; the screen is not touched.
 void print_chart(AX_Grapher& chart, QPrinter& printer);
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

@@ -2,7 +2,7 @@
 
 #include "chart/grapher_events.h"
 
-namespace anomalis {
+namespace anomalis::chart {
 
 /// Hands every event of a chart on to a host, if there is one.
 class EventRelay : public GrapherEvents {
@@ -68,4 +68,4 @@ class EventRelay : public GrapherEvents {
     GrapherEvents* host_ = nullptr;
 };
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

@@ -15,7 +15,7 @@
 #include "chart/qt/event_relay.h"
 #include "chart/qt/screen_device.h"
 
-namespace anomalis {
+namespace anomalis::chart {
 
 namespace {
 
@@ -296,4 +296,4 @@ void GrapherWidget::open_menu(float x, float y) {
     menu_->popup(mapToGlobal(at.toPoint()));
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

@@ -13,7 +13,7 @@
 class QMenu;
 class QPinchGesture;
 
-namespace anomalis {
+namespace anomalis::chart {
 
 class ChartDialogs;
 class ScreenDevice;
@@ -94,4 +94,4 @@ class GrapherWidget : public QWidget {
     std::pair<double, QPointF> last_pinch_{1.0, QPointF()};
 };
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

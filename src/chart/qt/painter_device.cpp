@@ -8,7 +8,7 @@
 #include <QPainterPath>
 #include <QPalette>
 
-namespace anomalis {
+namespace anomalis::chart {
 
 namespace {
 
@@ -155,4 +155,4 @@ void PainterDevice::text(Point anchor, double angle, std::string_view text, cons
     painter_->setTransform(before);
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

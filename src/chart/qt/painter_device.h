@@ -9,7 +9,7 @@
 
 class QPainter;
 
-namespace anomalis {
+namespace anomalis::chart {
 
 /// Draws on a QPainter that somebody else opened: SVG, PDF, a printer, the top layer of a widget. The
 /// painter's own coordinates are the device coordinates of the mapping.
@@ -54,4 +54,4 @@ class PainterDevice : public DrawingDevice {
     mutable std::vector<Typeface> typefaces_;
 };
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

@@ -14,7 +14,7 @@
 #include "core/failure.h"
 #include "core/text.h"
 
-namespace anomalis {
+namespace anomalis::chart {
 
 namespace {
 
@@ -149,4 +149,4 @@ std::string chart_bytes(PictureFormat format, AX_Grapher& chart, double scale) {
         scale);
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

@@ -8,7 +8,7 @@
 
 #include "chart/ax_grapher.h"
 
-namespace anomalis {
+namespace anomalis::chart {
 
 enum class PictureFormat { png, svg, pdf, emf };
 
@@ -29,4 +29,4 @@ QImage page_image(SurfaceSize size, const DrawPage& draw, double scale = 1.0);
 /// One chart that fills its page, at the size of its surface on screen.
 std::string chart_bytes(PictureFormat format, AX_Grapher& chart, double scale = 1.0);
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

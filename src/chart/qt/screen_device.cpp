@@ -5,7 +5,7 @@
 #include <cstring>
 #include <utility>
 
-namespace anomalis {
+namespace anomalis::chart {
 
 namespace {
 
@@ -221,4 +221,4 @@ void ScreenDevice::markers(const MarkerShape& shape, std::span<const Point> anch
     }
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

@@ -8,7 +8,7 @@
 
 #include "chart/qt/painter_device.h"
 
-namespace anomalis {
+namespace anomalis::chart {
 
 /// The screen picture of a chart: two images, the kept one of axes and series and the one that is shown.
 /// Lines along an axis stand on whole pixels; wide and noisy lines go to the raster in short pieces, since
@@ -62,4 +62,4 @@ class ScreenDevice : public PainterDevice {
     int border_style_ = 0;
 };
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

@@ -10,7 +10,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-namespace anomalis {
+namespace anomalis::diagnostics {
 
 namespace {
 
@@ -93,4 +93,4 @@ void Form_find_file::find_file() {
         QString::fromStdString(find_file_report(file_name_->text().toStdString(), facts_, prompts_)));
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::diagnostics

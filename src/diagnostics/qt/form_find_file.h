@@ -7,7 +7,7 @@
 class QLineEdit;
 class QPlainTextEdit;
 
-namespace anomalis {
+namespace anomalis::diagnostics {
 
 /// Shows the file environment report, copies it, and looks a file up in the search path.
 class Form_find_file : public QDialog {
@@ -29,4 +29,4 @@ class Form_find_file : public QDialog {
     QLineEdit* file_name_;
 };
 
-}  // namespace anomalis
+}  // namespace anomalis::diagnostics

@@ -6,7 +6,7 @@
 #include <QScreen>
 #include <QSysInfo>
 
-namespace anomalis {
+namespace anomalis::diagnostics {
 
 std::vector<std::string> window_component_lines() {
     QStringList lines{
@@ -25,4 +25,4 @@ std::vector<std::string> window_component_lines() {
     return texts;
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::diagnostics

@@ -3,9 +3,9 @@
 #include <string>
 #include <vector>
 
-namespace anomalis {
+namespace anomalis::diagnostics {
 
 /// The window system: the library at work and the one it was built with, its platform, font, screens.
 std::vector<std::string> window_component_lines();
 
-}  // namespace anomalis
+}  // namespace anomalis::diagnostics

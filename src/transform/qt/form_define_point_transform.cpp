@@ -10,7 +10,7 @@
 
 #include "core/settings.h"
 
-namespace anomalis {
+namespace anomalis::transform {
 
 namespace {
 
@@ -220,4 +220,4 @@ void Form_define_point_transform::done(int result) {
     QDialog::done(result);
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::transform

@@ -11,7 +11,7 @@ class QGridLayout;
 class QLineEdit;
 class QTabWidget;
 
-namespace anomalis {
+namespace anomalis::transform {
 
 /// The modal form over a TransformDialog, which outlives it. Accepted when the definition is to be taken
 /// over.
@@ -42,4 +42,4 @@ class Form_define_point_transform : public QDialog {
     std::array<QLineEdit*, transform_box_count> boxes_{};
 };
 
-}  // namespace anomalis
+}  // namespace anomalis::transform

@@ -5,7 +5,7 @@
 
 #include "chart/ax_grapher.h"
 
-namespace anomalis {
+namespace anomalis::chart {
 
 /// An observed and a calculated anomaly over 7400 m, with a title, numbers, a shape and a label.
 inline void fill_sample_chart(AX_Grapher& chart, int points = 741) {
@@ -52,4 +52,4 @@ inline void fill_sample_chart(AX_Grapher& chart, int points = 741) {
     chart.DisplayChart();
 }
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

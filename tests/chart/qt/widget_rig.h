@@ -10,7 +10,7 @@
 #include "chart/qt/grapher_widget.h"
 #include "sample_chart.h"
 
-namespace anomalis {
+namespace anomalis::chart {
 
 /// Counts what the chart tells its host.
 class EventCount : public GrapherEvents {
@@ -82,4 +82,4 @@ struct WidgetRig {
     }
 };
 
-}  // namespace anomalis
+}  // namespace anomalis::chart

@@ -1,0 +1,232 @@
+#include "edit/settings_boxes.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+#include <optional>
+
+#include "core/numbers.h"
+#include "core/text.h"
+#include "edit/change.h"
+#include "edit/workbench.h"
+
+namespace anomalis::edit {
+
+namespace {
+
+constexpr int last_smoothing = 4;
+constexpr float default_body_length = 500;
+
+std::string shortest(float value) {
+    const std::string text = number_to_text(value);
+    return std::string(trim_blanks(text));
+}
+
+/// A number that fits a single.
+std::optional<float> single(std::string_view text) {
+    if (!is_numeric(text)) return {};
+    const auto value = static_cast<float>(prefix_number(text));
+    return std::isfinite(value) ? std::optional(value) : std::nullopt;
+}
+
+SettingsChange mark_changed(Workbench& workbench, const char* what) {
+    note_change(workbench, {what, "", false});
+    return SettingsChange::stored;
+}
+
+SettingsChange change_field(Workbench& workbench, float& field, std::string_view text, bool above_zero) {
+    const auto value = single(text);
+    if (!value || (above_zero && !(*value > 0))) return SettingsChange::refused;
+    if (*value == field) return SettingsChange::unchanged;
+    field = *value;
+    reset_calculated_data(workbench.session.workspace, workbench.session.prompts);
+    return mark_changed(workbench, "magnetic field");
+}
+
+SettingsChange change_filter(Workbench& workbench, std::int32_t& field, std::string_view text) {
+    if (!is_numeric(text)) return SettingsChange::refused;
+    const double value = prefix_number(text);
+    if (value < 0) return SettingsChange::refused;
+    if (value == field) return SettingsChange::unchanged;
+    try {
+        field = round_to_even(value);
+    } catch (const Fault&) {
+        return SettingsChange::refused;
+    }
+    invalidate_filtered_data(0, workbench.session.workspace);
+    return mark_changed(workbench, "filter");
+}
+
+SettingsChange change_elevation(Workbench& workbench, float& field, std::string_view text,
+                                bool allow_negative) {
+    const auto value = single(text);
+    if (!value || (*value < 0 && !allow_negative)) return SettingsChange::refused;
+    if (*value == field) return SettingsChange::unchanged;
+    Workspace& workspace = workbench.session.workspace;
+    field = *value;
+    workspace.elevations_ready = false;
+    reset_calculated_data(workspace, workbench.session.prompts);
+    return mark_changed(workbench, "elevation");
+}
+
+SettingsChange change_drawing(Workbench& workbench, float& field, std::string_view text,
+                              float default_value) {
+    const auto value = trim_blanks(text).empty() ? default_value : single(text);
+    if (!value || *value < 0) return SettingsChange::refused;
+    if (*value == field) return SettingsChange::unchanged;
+    field = *value;
+    return mark_changed(workbench, "drawing");
+}
+
+float observed_mean(const ChannelTable& data) {
+    const auto row = data.row(row_raw, stage_observed);
+    return static_cast<float>(std::accumulate(row.begin(), row.end(), 0.0) / static_cast<double>(row.size()));
+}
+
+SettingsChange change_base(Workbench& workbench, int channel, std::string_view text) {
+    Workspace& workspace = workbench.session.workspace;
+    const bool grav = channel == channel_grav;
+    float& base = grav ? workspace.grav_base : workspace.mag_base;
+    const auto typed = trim_blanks(text).empty() ? unset : single(text);
+    if (!typed) return SettingsChange::refused;
+
+    const bool takes_mean = *typed == unset;
+    const bool channel_loaded = line_loaded(workspace) && (grav ? workspace.has_grav() : workspace.has_mag());
+    const float value = takes_mean && channel_loaded
+                            ? observed_mean(grav ? workspace.grav_data : workspace.mag_data)
+                            : *typed;
+    const double tolerance = grav ? 0.01 : 0.1;
+    if (!(std::abs(static_cast<double>(value) - base) > tolerance)) return SettingsChange::unchanged;
+    base = value;
+    workbench.base_from_mean[static_cast<std::size_t>(channel)] = takes_mean && channel_loaded;
+    if (workspace.residual_filter_width <= 0 && channel_loaded) invalidate_filtered_data(0, workspace);
+    return mark_changed(workbench, "base level");
+}
+
+}  // namespace
+
+SettingsChange change_settings_box(Workbench& workbench, SettingsBox box, std::string_view text) {
+    Workspace& w = workbench.session.workspace;
+    switch (box) {
+        case SettingsBox::mag_intensity:
+            return change_field(workbench, w.field_intensity, text, true);
+        case SettingsBox::mag_inclination:
+            return change_field(workbench, w.field_inclination, text, false);
+        case SettingsBox::mag_declination:
+            return change_field(workbench, w.field_declination, text, false);
+        case SettingsBox::smooth_filter_width:
+            return change_filter(workbench, w.smooth_filter_width, text);
+        case SettingsBox::residual_filter_width:
+            return change_filter(workbench, w.residual_filter_width, text);
+        case SettingsBox::vg_filter_width:
+            return change_filter(workbench, w.vg_filter_width, text);
+        case SettingsBox::vg_filter_step:
+            return change_filter(workbench, w.vg_filter_step, text);
+        case SettingsBox::mag_base:
+            return change_base(workbench, channel_mag, text);
+        case SettingsBox::grav_base:
+            return change_base(workbench, channel_grav, text);
+        case SettingsBox::surface_elevation:
+            return change_elevation(workbench, w.surface_elevation, text, true);
+        case SettingsBox::sensor_offset:
+            return change_elevation(workbench, w.sensor_offset, text, false);
+        case SettingsBox::profile_grid_spacing:
+            return change_drawing(workbench, w.profile_grid_spacing, text, 0);
+        case SettingsBox::depth_grid_spacing:
+            return change_drawing(workbench, w.depth_grid_spacing, text, 0);
+        case SettingsBox::infinite_body_length:
+            return change_drawing(workbench, w.infinite_body_length, text, default_body_length);
+        case SettingsBox::finite_body_left_clip:
+            return change_drawing(workbench, w.finite_body_left_clip, text, 0);
+        case SettingsBox::finite_body_right_clip:
+            return change_drawing(workbench, w.finite_body_right_clip, text, 0);
+    }
+    return SettingsChange::unchanged;
+}
+
+std::string settings_box_text(const Workspace& w, SettingsBox box) {
+    switch (box) {
+        case SettingsBox::mag_intensity:
+            return format_number(w.field_intensity, "0.0");
+        case SettingsBox::mag_inclination:
+            return format_number(w.field_inclination, "0.0");
+        case SettingsBox::mag_declination:
+            return format_number(w.field_declination, "0.0");
+        case SettingsBox::smooth_filter_width:
+            return format_number(w.smooth_filter_width, "0");
+        case SettingsBox::residual_filter_width:
+            return format_number(w.residual_filter_width, "0");
+        case SettingsBox::vg_filter_width:
+            return format_number(w.vg_filter_width, "0");
+        case SettingsBox::vg_filter_step:
+            return format_number(w.vg_filter_step, "0");
+        case SettingsBox::mag_base:
+            return w.mag_base == unset ? "" : shortest(w.mag_base);
+        case SettingsBox::grav_base:
+            return w.grav_base == unset ? "" : shortest(w.grav_base);
+        case SettingsBox::surface_elevation:
+            return shortest(w.surface_elevation);
+        case SettingsBox::sensor_offset:
+            return shortest(w.sensor_offset);
+        case SettingsBox::profile_grid_spacing:
+            return format_number(w.profile_grid_spacing, "0.##");
+        case SettingsBox::depth_grid_spacing:
+            return format_number(w.depth_grid_spacing, "0.##");
+        case SettingsBox::infinite_body_length:
+            return format_number(w.infinite_body_length, "0.##");
+        case SettingsBox::finite_body_left_clip:
+            return format_number(w.finite_body_left_clip, "0.##");
+        case SettingsBox::finite_body_right_clip:
+            return format_number(w.finite_body_right_clip, "0.##");
+    }
+    return "";
+}
+
+void change_smooth_filter_type(Workbench& workbench, int index) {
+    Workspace& workspace = workbench.session.workspace;
+    const int type = std::clamp(index, 0, last_smoothing);
+    if (type == workspace.smooth_filter_type) return;
+    workspace.smooth_filter_type = type;
+    invalidate_filtered_data(0, workspace);
+    mark_changed(workbench, "filter");
+}
+
+void change_total_gradient(Workbench& workbench, bool total) {
+    Workspace& workspace = workbench.session.workspace;
+    workspace.display_total_gradient = total ? 1 : 0;
+    invalidate_filtered_data(0, workspace);
+    mark_changed(workbench, "gradient");
+}
+
+SettingsChange change_float_base(Workbench& workbench, int channel, bool floats) {
+    Workspace& workspace = workbench.session.workspace;
+    if (workspace.residual_filter_width > 0) return SettingsChange::refused;
+    (channel == channel_grav ? workspace.float_grav_base : workspace.float_mag_base) = floats ? 1 : 0;
+    if (channel == channel_grav ? workspace.has_grav() : workspace.has_mag())
+        invalidate_filtered_data(0, workspace);
+    return mark_changed(workbench, "base level");
+}
+
+void change_show_body_label(Workbench& workbench, bool show) {
+    workbench.session.workspace.display.show_body_label = show ? 1 : 0;
+    mark_changed(workbench, "body label");
+}
+
+void change_maintain_aspect_ratio(Workbench& workbench, bool maintain) {
+    workbench.session.workspace.display.maintain_aspect_ratio = maintain ? 1 : 0;
+    mark_changed(workbench, "aspect ratio");
+}
+
+int smooth_filter_index(const Workspace& workspace) {
+    return std::clamp(workspace.smooth_filter_type, 0, last_smoothing);
+}
+
+GradientCaptions gradient_captions(bool total) {
+    if (total)
+        return {"TG Filter Half-Width", "TG filter spacing", "Calculated Total Gradient",
+                "Calculated Gravity Total Gradient", "Invert Total Grad"};
+    return {"VG Filter Half-Width", "VG filter spacing", "Calculated Vertical Gradient",
+            "Calculated Gravity Vertical Gradient", "Invert Vertical Grad"};
+}
+
+}  // namespace anomalis::edit

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace anomalis {
+struct Workspace;
+}  // namespace anomalis
+
+// The boxes for field, filters, base levels, elevations and drawing. They are taken over when the person
+// leaves them, and none of them needs the data to be loaded again.
+namespace anomalis::edit {
+
+struct Workbench;
+
+enum class SettingsBox {
+    mag_intensity,
+    mag_inclination,
+    mag_declination,
+    smooth_filter_width,
+    residual_filter_width,
+    vg_filter_width,
+    vg_filter_step,
+    mag_base,
+    grav_base,
+    surface_elevation,
+    sensor_offset,
+    profile_grid_spacing,
+    depth_grid_spacing,
+    infinite_body_length,
+    finite_body_left_clip,
+    finite_body_right_clip
+};
+
+enum class SettingsChange {
+    unchanged,  ///< the text says what is stored already
+    refused,    ///< the stored value stays and goes back into the box
+    stored      ///< what depends on it is marked out of date
+};
+
+/// Takes a text into the setting of its box.
+/// Field: intensity (nT) above 0, angles (degrees) any number. Filter half-widths and tap step (stations):
+/// whole, not negative. Base levels (nT, mGal): any number that differs by more than 0.1 or 0.01; blank or
+/// -99999 takes the mean of the data. Elevations (m): any number, the sensor offset not negative. Drawing
+/// settings (m): not negative; blank is the default, 500 for the drawn length of endless bodies and else 0.
+SettingsChange change_settings_box(Workbench& workbench, SettingsBox box, std::string_view text);
+
+/// The text of a box as it is filled from the workspace. An unset base level is blank.
+std::string settings_box_text(const Workspace& workspace, SettingsBox box);
+
+/// The smoothing filter by its place in the list, brought to the nearest valid one.
+void change_smooth_filter_type(Workbench& workbench, int index);
+/// Whether the gradient charts show the total gradient in place of the vertical one.
+void change_total_gradient(Workbench& workbench, bool total);
+/// Channel 0 magnetics, 1 gravity. Without effect, and not even stored, while a residual filter is on: a
+/// residual has no base level left.
+SettingsChange change_float_base(Workbench& workbench, int channel, bool floats);
+void change_show_body_label(Workbench& workbench, bool show);
+void change_maintain_aspect_ratio(Workbench& workbench, bool maintain);
+
+/// The filter list's index as stored, brought into 0 to 4.
+int smooth_filter_index(const Workspace& workspace);
+
+/// The words that follow the kind of gradient.
+struct GradientCaptions {
+    std::string_view width_label, step_label, mag_title, grav_title, invert_label;
+};
+GradientCaptions gradient_captions(bool total);
+
+}  // namespace anomalis::edit

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <array>
+#include <string>
+#include <vector>
+
+#include "core/session.h"
+#include "edit/body_grid.h"
+#include "edit/history.h"
+#include "edit/view_state.h"
+#include "intake/definition.h"
+
+namespace anomalis::edit {
+
+/// A session as someone works on it: what the window knows beside the records. The window itself holds none
+/// of this, so all of it can be tried without one.
+struct Workbench {
+    explicit Workbench(Session& the_session) : session(the_session) {}
+
+    Session& session;
+    ViewState view;
+    intake::FileHead head;  ///< the first lines of the data file
+    /// Which base levels (magnetics, gravity) came from the mean of the data and not from a person or a file.
+    std::array<bool, 2> base_from_mean{};
+    /// Of the last least-squares fit; every change of the model empties them.
+    std::vector<ParameterError> fit_errors;
+    std::vector<std::string> recent_files;  ///< full paths, the newest first
+    bool unsaved = false;                   ///< the model differs from the file last written or read
+    History history;
+    int list_revision = 0;  ///< grows when number, order or types of the bodies change
+};
+
+/// True when a profile is loaded that can be modelled: stations, and a line of some length.
+bool line_loaded(const Workspace& workspace);
+
+}  // namespace anomalis::edit

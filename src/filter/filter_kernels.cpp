@@ -1,0 +1,148 @@
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <span>
+
+#include "core/angles.h"
+#include "core/failure.h"
+#include "filter/filters.h"
+
+namespace anomalis::filter {
+
+namespace {
+
+/// Mean of (sin x / x) squared over 0 to pi: the sine integral of 2 pi, divided by pi.
+constexpr double mean_sinc2 = 0.451411666790140;
+
+/// The taps that are stored, and how far the kernel really goes.
+struct Taps {
+    std::span<float> c;  ///< 0 to `stored`
+    double half_width;
+    int stored;
+    bool whole() const { return stored == half_width; }
+    double beyond() const { return half_width - stored; }
+};
+
+double sum_of_taps(const Taps& taps) {
+    double sum = 0;
+    for (const float tap : taps.c.subspan(1)) sum += static_cast<double>(tap);
+    return sum;
+}
+
+double fill_triangular(const Taps& taps) {
+    const double base = taps.half_width + 1;
+    taps.c[0] = static_cast<float>(1 / base);
+    const double centre = static_cast<double>(taps.c[0]);
+    for (int j = 1; j <= taps.stored; ++j)
+        taps.c[static_cast<std::size_t>(j)] = static_cast<float>(centre * (base - j) / base);
+    return centre / base * taps.beyond() * (taps.beyond() + 1) / 2;
+}
+
+double fill_boxcar(const Taps& taps) {
+    const auto tap = static_cast<float>(1 / (2 * taps.half_width + 1));
+    std::fill(taps.c.begin(), taps.c.end(), tap);
+    return static_cast<double>(tap) * taps.beyond();
+}
+
+double raw_tap(int filter_code, double x) {
+    if (filter_code == filter_hanning) return (1 + std::cos(x)) / 2;
+    if (filter_code == filter_hamming) return 0.54 + 0.46 * std::cos(x);
+    return std::sin(x) / x * (std::sin(x) / x);
+}
+
+/// Sum of all raw taps of one side in closed form: the cosines cancel in pairs; for Sinc^2 the trapezoid
+/// rule is exact to the third power of 1 / (half-width + 1).
+double raw_sum(int filter_code, double half_width) {
+    if (filter_code == filter_hanning) return half_width / 2;
+    if (filter_code == filter_hamming) return 0.54 * half_width;
+    return (half_width + 1) * mean_sinc2 - 0.5;
+}
+
+/// The division leaves the centre tap at 1 on purpose, so the gain is 2 - 1/S:
+/// test `FilterKernels, the_windowed_kernels_gain_two_less_one_over_their_sum`.
+double fill_windowed(int filter_code, const Taps& taps) {
+    taps.c[0] = 1;
+    for (int j = 1; j <= taps.stored; ++j)
+        taps.c[static_cast<std::size_t>(j)] =
+            static_cast<float>(raw_tap(filter_code, pi * j / (taps.half_width + 1)));
+    const double stored_sum = sum_of_taps(taps);
+    const double side = taps.whole() ? stored_sum : raw_sum(filter_code, taps.half_width);
+    const double total = 1 + 2 * side;
+    for (float& tap : taps.c.subspan(1)) tap = static_cast<float>(static_cast<double>(tap) / total);
+    return (side - stored_sum) / total;
+}
+
+/// Sum of 1 / j squared over the odd j beyond `stored`, by the midpoint rule (exact to 1e-15 for the wide
+/// kernels that need it).
+double inverse_squares_beyond(const Taps& taps) {
+    const double last = std::floor((taps.half_width - 1) / 2) * 2 + 1;
+    const double first = std::floor((taps.stored + 1.0) / 2) * 2 + 1;
+    return last < first ? 0.0 : (1 / (first - 1) - 1 / (last + 1)) / 2;
+}
+
+double fill_vertical_gradient(const Taps& taps) {
+    taps.c[0] = static_cast<float>(pi / 2);
+    for (int j = 1; j <= taps.stored; ++j)
+        taps.c[static_cast<std::size_t>(j)] =
+            j % 2 == 1 ? static_cast<float>(-2 / pi / (static_cast<double>(j) * j)) : 0.0F;
+    const double beyond = taps.whole() ? 0.0 : -2 / pi * inverse_squares_beyond(taps);
+    const double total = static_cast<double>(taps.c[0]) + 2 * (sum_of_taps(taps) + beyond);
+    taps.c[0] = static_cast<float>(static_cast<double>(taps.c[0]) - total);
+    return beyond;
+}
+
+/// The signs alternate, so what lies beyond the stored taps is below their rounding.
+double fill_horizontal_derivative(const Taps& taps) {
+    taps.c[0] = 0;
+    double sign = 1;
+    for (int j = 1; j <= taps.stored; ++j) {
+        float& tap = taps.c[static_cast<std::size_t>(j)];
+        tap = 0;
+        if (j % 2 == 0) continue;
+        tap = static_cast<float>(sign * (2 / pi) / (static_cast<double>(j) * j));
+        sign = -sign;
+    }
+    return 0;
+}
+
+double fill_kernel(int filter_code, const Taps& taps) {
+    switch (filter_code) {
+        case filter_triangular:
+            return fill_triangular(taps);
+        case filter_boxcar:
+            return fill_boxcar(taps);
+        case filter_vertical_gradient:
+            return fill_vertical_gradient(taps);
+        case filter_horizontal_derivative:
+            return fill_horizontal_derivative(taps);
+        default:
+            return fill_windowed(filter_code, taps);
+    }
+}
+
+bool has_kernel(int filter_code) {
+    return filter_code == filter_vertical_gradient || filter_code == filter_horizontal_derivative ||
+           (filter_code >= filter_triangular && filter_code <= filter_boxcar);
+}
+
+}  // namespace
+
+int longest_stored_kernel(int stations) {
+    constexpr std::int64_t always = 65536;                // taps
+    constexpr std::int64_t work = std::int64_t{1} << 34;  // additions a pass, about a second
+    const std::int64_t n = std::max(stations, 1);
+    return static_cast<int>(std::max(n, std::min(std::max(always, 16 * n), work / n)));
+}
+
+void define_filter_coefficients(int filter_code, int half_width, int longest, FilterScratch& scratch,
+                                Prompts& prompts) {
+    report_failure(prompts, "An error occurred while defining the filter coefficients: ", [&] {
+        if (half_width <= 0 || !has_kernel(filter_code)) return;
+        const int stored = std::min(half_width, longest);
+        scratch.coefficients.resize(static_cast<std::size_t>(stored) + 1);
+        scratch.tail_sum =
+            fill_kernel(filter_code, {scratch.coefficients, static_cast<double>(half_width), stored});
+    });
+}
+
+}  // namespace anomalis::filter

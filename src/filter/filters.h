@@ -1,0 +1,61 @@
+#pragma once
+
+#include "core/filter_scratch.h"
+#include "core/workspace.h"
+
+namespace anomalis {
+class Prompts;
+}  // namespace anomalis
+
+// Symmetric convolution filters and the chain that takes a channel from its raw row to the rows that the
+// charts and the inversion read. Observed and calculated data pass through the same chain.
+namespace anomalis::filter {
+
+/// Filter codes of the chain. The smoothing codes are `filter_smoothing` plus the list index 0 to 4.
+enum FilterCode : int {
+    filter_vertical_gradient = 2,
+    filter_horizontal_derivative = 3,
+    filter_smoothing = 100,
+    filter_triangular = 100,
+    filter_sinc2 = 101,
+    filter_hanning = 102,
+    filter_hamming = 103,
+    filter_boxcar = 104
+};
+inline constexpr int last_smoothing_type = 4;
+
+/// How many taps of a pass over `stations` are stored and added one by one, in their order. Kernels wider
+/// than this are far wider than the line: their outer taps see only the end values, and their sum, known in
+/// closed form, is added at once. So time and memory stay bounded for any half-width.
+int longest_stored_kernel(int stations);
+
+/// Fills `scratch.coefficients` with taps 0 to min(half_width, longest) of a kernel and `tail_sum` with the
+/// sum of the taps beyond. Taps are singles. A code without a kernel, or a half-width not above 0, leaves
+/// the scratch as it is. Sinc^2, Hanning and Hamming keep a centre tap of 1, so their gain is 2 - 1/S with
+/// S the sum of the raw taps; Triangular and Boxcar have a gain of 1; the gradient taps sum to 0.
+void define_filter_coefficients(int filter_code, int half_width, int longest, FilterScratch& scratch,
+                                Prompts& prompts);
+
+/// One pass over one row.
+struct FilterPass {
+    int filter_code = 0;
+    int half_width = 0;  ///< taps on each side
+    int tap_step = 1;    ///< stations from tap to tap
+    int station_count = 0;
+    int stage = stage_observed;
+    int input_row = row_raw;
+    int output_row = row_smoothed;
+    bool subtract = false;  ///< the output is input less filtered input
+};
+
+/// Convolves a row of `data` into another one; beyond the ends the row goes on with its end values.
+/// Taps are added in their order to a sum that is stored in a single after each of them, each sum being
+/// formed in doubles; the result is that of the plain loop to the bit.
+/// A negative tap step leaves the row (subscript fault); a sum beyond single precision is an overflow.
+void apply_filter(const FilterPass& pass, ChannelTable& data, FilterScratch& scratch, Prompts& prompts);
+
+/// The whole chain of one channel (0 magnetics, 1 gravity) and stage: smoothing, residual, base level,
+/// gradients. Does nothing without stations or while the chain's mark is set; sets the mark at its end.
+void filter_data(Workspace& workspace, int channel, int stage, ChannelTable& data, Prompts& prompts);
+
+}  // namespace anomalis::filter

@@ -1,0 +1,78 @@
+#include "flow/export_flow.h"
+
+#include <functional>
+
+#include "core/paths.h"
+#include "core/save_question.h"
+#include "edit/workbench.h"
+#include "model/evaluate.h"
+#include "output/clean_tables.h"
+#include "output/tables.h"
+
+namespace anomalis::flow {
+
+namespace {
+
+/// The name that an export proposes: that of the model with another ending; "" without a model file.
+std::string proposed_name(const Workspace& workspace, const std::string& ending) {
+    const std::string& model_file = workspace.model_file;
+    return model_file.empty() ? "" : folder_name(model_file) + base_name(model_file) + ending;
+}
+
+/// Asks, calculates what is out of date, writes. `write` returns 0 or -1.
+ExportOutcome export_file(edit::Workbench& workbench, const FileRequest& request,
+                          const std::function<int(const std::string& path)>& write) {
+    Session& session = workbench.session;
+    const std::string folder = current_folder();
+    ExportOutcome outcome = ExportOutcome::cancelled;
+    if (const auto path = ask_save_path(session.prompts, request)) {
+        const MessageScope scope(session.prompts);
+        if (edit::line_loaded(session.workspace)) model::refresh_model(session);
+        outcome = write(*path) == 0 ? ExportOutcome::written : ExportOutcome::failed;
+        if (outcome == ExportOutcome::written) session.prompts.message("Output complete");
+    }
+    change_to_folder(folder);
+    return outcome;
+}
+
+}  // namespace
+
+ExportOutcome export_profile_data(edit::Workbench& workbench) {
+    Session& session = workbench.session;
+    if (session.workspace.station_count <= 0) return ExportOutcome::nothing;
+    const FileRequest request{"Select the profile data file to create",
+                              "Profile Data Files (*.csv)|*.csv|All files (*.*)|*.*",
+                              proposed_name(session.workspace, ".csv"), "csv"};
+    return export_file(workbench, request, [&](const std::string& path) {
+        return output::write_profile_table(path, session.workspace, session.prompts);
+    });
+}
+
+ExportOutcome export_clean_profile(edit::Workbench& workbench) {
+    Session& session = workbench.session;
+    if (session.workspace.station_count <= 0) return ExportOutcome::nothing;
+    const FileRequest request{"Select the clean profile table to create",
+                              "Tables (*.csv)|*.csv|All files (*.*)|*.*",
+                              proposed_name(session.workspace, "_profile_clean.csv"), "csv"};
+    return export_file(workbench, request, [&](const std::string& path) {
+        return output::write_clean_profile_table(path, session.workspace, session.prompts);
+    });
+}
+
+ExportOutcome export_clean_model(edit::Workbench& workbench) {
+    Session& session = workbench.session;
+    if (session.workspace.body_count <= 0) return ExportOutcome::nothing;
+    const FileRequest request{"Select the clean table of bodies to create",
+                              "Tables (*.csv)|*.csv|All files (*.*)|*.*",
+                              proposed_name(session.workspace, "_model_clean.csv"), "csv"};
+    return export_file(workbench, request, [&](const std::string& path) {
+        return output::write_clean_model_table(path, session.workspace, session.prompts);
+    });
+}
+
+std::string screenshot_path(const Workspace& workspace, ScreenshotKind kind, bool plan) {
+    if (plan) return proposed_name(workspace, "_plan.bmp");
+    return proposed_name(workspace, kind == ScreenshotKind::form ? "_model_form.bmp" : "_model_graph.bmp");
+}
+
+}  // namespace anomalis::flow

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <string>
+
+namespace anomalis::edit {
+struct Workbench;
+}  // namespace anomalis::edit
+namespace anomalis {
+struct Workspace;
+}  // namespace anomalis
+
+// The export entries of the File menu: the question for a name, the numbers brought up to date, the file.
+namespace anomalis::flow {
+
+enum class ExportOutcome {
+    nothing,  ///< there is nothing to export; a beep is due
+    cancelled,
+    failed,  ///< told; an old file stands
+    written  ///< told: "Output complete"
+};
+
+/// The profile table, one line a station. The current folder stays.
+ExportOutcome export_profile_data(edit::Workbench& workbench);
+
+/// The profile table, or the table of bodies, as data-frame libraries read them without options. Without
+/// stations, or bodies, there is nothing.
+ExportOutcome export_clean_profile(edit::Workbench& workbench);
+ExportOutcome export_clean_model(edit::Workbench& workbench);
+
+enum class ScreenshotKind : int { charts = 0, form = 1 };
+
+/// Where a picture of the window goes: beside the model file; "" without one. While the plan is on show both
+/// kinds have its name.
+std::string screenshot_path(const Workspace& workspace, ScreenshotKind kind, bool plan);
+
+}  // namespace anomalis::flow

@@ -1,0 +1,137 @@
+#include "flow/limit_bars.h"
+
+#include "core/failure.h"
+#include "core/search.h"
+
+namespace anomalis::flow {
+
+namespace {
+
+// Twips, in the layout of the strip over the charts.
+constexpr double axis_margin = 360;
+constexpr double edge_offset = 30;
+constexpr double least_gap = 20;
+/// A limit this far (m) outside the visible span still shows.
+constexpr double span_margin = 1.0;
+
+double left_end(const VisibleSpan& span) {
+    return span.centre - span.span / 2;
+}
+double right_end(const VisibleSpan& span) {
+    return span.centre + span.span / 2;
+}
+
+/// A window that the line cannot hold becomes the whole line.
+void settle_window(Workspace& workspace) {
+    if (workspace.first_station < 1 || workspace.first_station > workspace.station_count) {
+        workspace.first_station = 1;
+        workspace.first_distance = 0;
+    }
+    if (workspace.last_station <= workspace.first_station ||
+        workspace.last_station > workspace.station_count) {
+        workspace.last_station = workspace.station_count;
+        workspace.last_distance = workspace.distances[workspace.station_count];
+    }
+}
+
+}  // namespace
+
+LimitStrip limit_strip(double chart_left, double chart_width, bool axes_on) {
+    if (!axes_on) return {chart_left, chart_width};
+    return {chart_left + axis_margin, chart_width - 2 * axis_margin};
+}
+
+void LimitBars::update_inversion_limit_display(const LimitStrip& strip, const VisibleSpan& span) {
+    report_failure(session_.prompts, "An error occurred while updating the inversion limits display: ", [&] {
+        strip_ = strip;
+        span_ = span;
+        if (session_.workspace.station_count <= 0) return;
+        settle_window(session_.workspace);
+        place_first();
+        place_last();
+    });
+}
+
+void LimitBars::place_first() {
+    const Workspace& workspace = session_.workspace;
+    const double distance = workspace.distances[workspace.first_station];
+    Bar& bar = bars_[0];
+    bar.in_use = !(span_.zoom_factor > 1.0 && distance < left_end(span_) - span_margin);
+    if (!bar.in_use) return;
+    if (workspace.first_station == 1) {
+        bar.left = -edge_offset;
+        return;
+    }
+    if (span_.span == 0) throw Fault(FaultKind::division_by_zero);
+    bar.left = (distance - left_end(span_)) / span_.span * strip_.width - bar.width / 2;
+}
+
+void LimitBars::place_last() {
+    const Workspace& workspace = session_.workspace;
+    Bar& bar = bars_[1];
+    bar.in_use = !(span_.zoom_factor > 1.0 && workspace.last_distance > right_end(span_) + span_margin);
+    if (!bar.in_use) return;
+    if (workspace.last_station >= workspace.station_count) {
+        bar.left = strip_.width - bar.width - edge_offset;
+        return;
+    }
+    if (span_.span == 0) throw Fault(FaultKind::division_by_zero);
+    bar.left =
+        (workspace.last_distance - left_end(span_)) / span_.span * strip_.width - bar.width - edge_offset;
+}
+
+void LimitBars::mouse_down(int index, double x) {
+    if (!bar(index).in_use || control_.busy()) return;
+    limit_bar_dragging_ = true;
+    moved_ = false;
+    limit_bar_start_x_ = x;
+}
+
+bool LimitBars::keeps_apart(int index, double centre) const {
+    const double half = bar(index).width / 2;
+    if (index == 0) return centre + half <= bars_[1].left - least_gap;
+    return centre - half >= bars_[0].left + bars_[0].width + least_gap;
+}
+
+int LimitBars::station_at(double distance) const {
+    const Workspace& workspace = session_.workspace;
+    const auto all = workspace.distances.span().first(static_cast<std::size_t>(workspace.station_count));
+    if (distance <= all.front()) return 1;
+    if (distance >= all.back()) return workspace.station_count;
+    return search_sorted(all, distance);
+}
+
+bool LimitBars::take_station(int index, int station) {
+    Workspace& workspace = session_.workspace;
+    if (index == 0 ? station >= workspace.last_station : station <= workspace.first_station) return false;
+    (index == 0 ? workspace.first_station : workspace.last_station) = station;
+    (index == 0 ? workspace.first_distance : workspace.last_distance) = workspace.distances[station];
+    return true;
+}
+
+void LimitBars::mouse_move(int index, double x) {
+    const Bar& moving = bar(index);
+    if (!moving.in_use || !limit_bar_dragging_ || control_.busy() || x == limit_bar_start_x_) return;
+    if (session_.workspace.station_count <= 0 || strip_.width <= 0) return;
+    control_.set_busy(true);
+    const double centre = moving.left + moving.width / 2 + (x - limit_bar_start_x_);
+    const double distance = left_end(span_) + centre / strip_.width * span_.span;
+    if (keeps_apart(index, centre) && take_station(index, station_at(distance))) {
+        moved_ = true;
+        view_.display_charts();
+        update_inversion_limit_display(strip_, span_);
+        control_.reset_inversion_display();
+    }
+    control_.set_busy(false);
+}
+
+void LimitBars::mouse_up(int index) {
+    if (!bar(index).in_use || !limit_bar_dragging_) return;
+    limit_bar_dragging_ = false;
+    if (moved_) session_.model_changed = true;
+    // The base levels are means over the window.
+    invalidate_filtered_data(0, session_.workspace);
+    view_.display_model();
+}
+
+}  // namespace anomalis::flow

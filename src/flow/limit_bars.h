@@ -1,0 +1,71 @@
+#pragma once
+
+#include <array>
+
+#include "core/session.h"
+#include "flow/run_control.h"
+
+// The two bars that the person drags to say which stations the fit uses, as arithmetic.
+namespace anomalis::flow {
+
+/// A stretch of the window, in the window's own units (twips in the documented arithmetic).
+struct LimitStrip {
+    double left = 0;
+    double width = 0;
+};
+
+/// The strip over a section chart: inside its axes when they are on.
+LimitStrip limit_strip(double chart_left, double chart_width, bool axes_on);
+
+/// What part of the line the charts show.
+struct VisibleSpan {
+    double zoom_factor = 1;  ///< 1 shows the whole line
+    double span = 0;         ///< m
+    double centre = 0;       ///< m
+};
+
+/// Bar 0 selects the first station of the fit, bar 1 the last one.
+class LimitBars {
+  public:
+    struct Bar {
+        bool in_use = true;  ///< out of use it keeps its place and cannot be dragged
+        double left = 0;
+        double width = 120;
+    };
+
+    LimitBars(Session& session, RunControl& control, InversionView& view)
+        : session_(session), control_(control), view_(view) {}
+
+    const Bar& bar(int index) const { return bars_.at(static_cast<std::size_t>(index)); }
+    const LimitStrip& strip() const { return strip_; }
+    void set_bar_width(double width) { bars_[0].width = bars_[1].width = width; }
+    bool dragging() const { return limit_bar_dragging_; }
+
+    /// Puts both bars where the station window stands; a window that the line cannot hold becomes the whole
+    /// line.
+    void update_inversion_limit_display(const LimitStrip& strip, const VisibleSpan& span);
+
+    /// Mouse events of a bar; `x` from the bar's own left.
+    void mouse_down(int index, double x);
+    void mouse_move(int index, double x);
+    void mouse_up(int index);
+
+  private:
+    void place_first();
+    void place_last();
+    bool keeps_apart(int index, double centre) const;
+    int station_at(double distance) const;
+    bool take_station(int index, int station);
+
+    Session& session_;
+    RunControl& control_;
+    InversionView& view_;
+    std::array<Bar, 2> bars_;
+    LimitStrip strip_;
+    VisibleSpan span_;
+    bool limit_bar_dragging_ = false;
+    bool moved_ = false;
+    double limit_bar_start_x_ = 0;
+};
+
+}  // namespace anomalis::flow

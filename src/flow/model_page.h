@@ -1,0 +1,52 @@
+#pragma once
+
+#include <array>
+#include <functional>
+#include <memory>
+
+#include "chart/ax_grapher.h"
+#include "edit/workbench.h"
+#include "flow/model_view.h"
+#include "show/page_view.h"
+
+namespace anomalis::flow {
+
+/// The page of the model on paper: the charts that the window shows, one under the other, at any size and on
+/// any device.
+class ModelPage : private ModelViewHost {
+  public:
+    /// Makes a surface that measures text as the final device will; what is drawn on it is not looked at.
+    using MakeSurface = std::function<std::unique_ptr<chart::DrawingDevice>(chart::SurfaceSize)>;
+
+    /// Brings the model of a loaded session up to date and lays the page out. No body is highlighted; the
+    /// label of body 1 follows the workspace. Raises Fault when the line has nothing of what the view wants.
+    ModelPage(Session& session, chart::SurfaceSize size, const show::PageView& view,
+              const MakeSurface& make_surface);
+
+    /// Draws the page. Raises Fault when a chart cannot be drawn.
+    void draw(chart::DrawingDevice& device, chart::OutputTarget kind, const chart::SurfaceMapping& whole);
+
+  private:
+    struct Place {
+        double left = 0;
+        double bottom = 0;
+        chart::SurfaceSize size;
+    };
+
+    void arrange_charts(const std::array<bool, edit::model_chart_count>&) override {}
+    void show_pointer(const show::PointerPanels&) override {}
+    void show_misfit(const MisfitPair&) override {}
+    void show_base_level(const std::string&) override {}
+    void show_window(bool) override {}
+    void show_current_body() override {}
+    void place_charts(chart::SurfaceSize size, const MakeSurface& make_surface);
+
+    edit::Workbench workbench_;
+    /// The last one is the plan.
+    std::array<chart::AX_Grapher, edit::model_chart_count + 1> charts_;
+    std::array<Place, edit::model_chart_count + 1> places_;
+    std::array<std::unique_ptr<chart::DrawingDevice>, edit::model_chart_count + 1> surfaces_;
+    std::unique_ptr<ModelView> view_;
+};
+
+}  // namespace anomalis::flow

@@ -1,0 +1,210 @@
+#include "flow/model_view.h"
+
+#include "chart/ax_grapher.h"
+#include "core/failure.h"
+#include "core/numbers.h"
+#include "edit/workbench.h"
+#include "edit/zoom.h"
+#include "model/evaluate.h"
+
+namespace anomalis::flow {
+
+namespace {
+
+constexpr int plan_chart = edit::model_chart_count;
+
+}  // namespace
+
+/// What one chart tells, with the number of the chart.
+class ModelView::ChartLink : public chart::GrapherEvents {
+  public:
+    ChartLink(ModelView& view, int chart) : view_(view), chart_(chart) {}
+
+    void MouseMove(int, int, float, float, int outside, double x, double y, double, double) override {
+        view_.chart_moved(chart_, outside != 0, x, y);
+    }
+    void GraphicSelected(int, int index, double, double) override { view_.polygon_clicked(chart_, index); }
+    void ViewChanged() override { view_.chart_view_changed(chart_); }
+    void ZoomCleared() override { view_.chart_view_changed(chart_); }
+    void Failed(const std::string& text) override { view_.workbench_.session.prompts.message(text); }
+
+  private:
+    ModelView& view_;
+    int chart_;
+};
+
+ModelView::ModelView(edit::Workbench& workbench,
+                     const std::array<chart::AX_Grapher*, edit::model_chart_count>& charts,
+                     chart::AX_Grapher& plan, ModelViewHost& host)
+    : workbench_(workbench), charts_(charts, plan), host_(host) {
+    for (int i = 0; i <= edit::model_chart_count; ++i)
+        links_.at(static_cast<std::size_t>(i)) = std::make_unique<ChartLink>(*this, i);
+}
+
+ModelView::~ModelView() = default;
+
+chart::GrapherEvents& ModelView::events(int chart) {
+    return *links_.at(static_cast<std::size_t>(chart));
+}
+
+void ModelView::display_model(bool forced) {
+    Session& session = workbench_.session;
+    Workspace& workspace = session.workspace;
+    if (!edit::line_loaded(workspace) || !(on_page_ || forced)) return;
+    const MessageScope scope(session.prompts);
+    report_failure(session.prompts, "An error occurred while displaying the current model: ", [&] {
+        const MisfitPair misfit = model::refresh_model(session);
+        show_base_levels();
+        show::setup_graph_data_ranges(workspace, ranges_, session.prompts);
+        charts_.set_shown(shown_charts());
+        host_.arrange_charts(show::charts_with_data(workspace));
+        charts_.set_gradient_titles(workspace.display_total_gradient == 1);
+        redraw();
+        host_.show_misfit(misfit);
+    });
+}
+
+/// The plan takes the section's place.
+std::array<bool, edit::model_chart_count> ModelView::shown_charts() const {
+    auto shown = show::charts_with_data(workbench_.session.workspace);
+    shown[edit::chart_section] = !workbench_.view.show_plan;
+    for (std::size_t i = 0; i < shown.size(); ++i) shown[i] = shown[i] && workbench_.view.wanted[i];
+    return shown;
+}
+
+void ModelView::redraw() {
+    Session& session = workbench_.session;
+    if (!edit::line_loaded(session.workspace) || !session.workspace.graph_ranges_ready) return;
+    report_failure(session.prompts, "An error occurred while displaying the model graphs: ", [&] {
+        charts_.draw(session.workspace, ranges_, workbench_.view);
+    });
+    if (workbench_.view.show_plan) display_plan_view();
+}
+
+/// The gravity branch asks for the floating flag of the magnetics too, and writes into the same box: people
+/// who work with both channels read the gravity base there.
+void ModelView::show_base_levels() {
+    const Workspace& workspace = workbench_.session.workspace;
+    if (workspace.float_mag_base != 1) return;
+    if (workspace.has_mag()) host_.show_base_level(format_number(workspace.mag_base, "0.000"));
+    if (workspace.has_grav()) host_.show_base_level(format_number(workspace.grav_base, "0.000"));
+}
+
+void ModelView::display_maginv_model(int chart) {
+    Session& session = workbench_.session;
+    if (!edit::line_loaded(session.workspace)) return;
+    report_failure(session.prompts, "An error occurred while displaying the model graphs: ", [&] {
+        charts_.draw_one(chart, session.workspace, ranges_, workbench_.view);
+    });
+}
+
+void ModelView::display_plan_view() {
+    Session& session = workbench_.session;
+    if (!edit::line_loaded(session.workspace)) return;
+    report_failure(session.prompts, "An error occurred while displaying the plan view: ", [&] {
+        charts_.draw_plan(session.workspace, workbench_.view, session.prompts);
+    });
+}
+
+void ModelView::update_graph_display() {
+    Session& session = workbench_.session;
+    if (!edit::line_loaded(session.workspace)) return;
+    report_failure(session.prompts, "An error occurred while updating the graphics display: ", [&] {
+        charts_.apply_windows(session.workspace, workbench_.view);
+    });
+}
+
+void ModelView::update_section_or_plan_view(bool show_plan) {
+    Session& session = workbench_.session;
+    report_failure(session.prompts, "An error occurred while updating the section/plan view: ", [&] {
+        workbench_.view.show_plan = show_plan;
+        if (!show_plan) reset_calculated_data(session.workspace, session.prompts);
+        display_model();
+    });
+}
+
+void ModelView::force_recalc() {
+    reset_calculated_data(workbench_.session.workspace, workbench_.session.prompts);
+    display_model();
+}
+
+void ModelView::choose_zoom_factor(int list_index) {
+    Session& session = workbench_.session;
+    edit::choose_zoom(session.workspace, workbench_.view,
+                      zoom_factors.at(static_cast<std::size_t>(list_index)), session.prompts);
+    update_graph_display();
+    host_.show_window(false);
+}
+
+void ModelView::pan_to(int pan) {
+    edit::pan_window(workbench_.view, pan);
+    update_graph_display();
+    host_.show_window(false);
+}
+
+void ModelView::redraw_after_step(int chart) {
+    chart::AX_Grapher& stepped = charts_.chart(chart);
+    const chart::ZoomValues zoom = stepped.CurrentZoom();
+    stepped.SetZoomValues(zoom.zoom_x, zoom.centre_x, 1, 0.5);
+    display_maginv_model(chart);
+}
+
+void ModelView::step_zoom(int chart, int direction) {
+    if (!edit::line_loaded(workbench_.session.workspace)) return;
+    edit::step_vertical_zoom(workbench_.view, chart, direction);
+    redraw_after_step(chart);
+}
+
+void ModelView::step_pan(int chart, int direction) {
+    if (!edit::line_loaded(workbench_.session.workspace)) return;
+    edit::step_vertical_pan(workbench_.view, chart, direction);
+    redraw_after_step(chart);
+}
+
+void ModelView::reset_graph_scale() {
+    Session& session = workbench_.session;
+    session.workspace.graph_ranges_ready = false;
+    edit::reset_view(session.workspace, workbench_.view, session.prompts);
+    for (int i = 0; i < edit::model_chart_count; ++i) charts_.chart(i).clear_zoom_values();
+    charts_.plan().clear_zoom_values();
+    display_model();
+    host_.show_window(false);
+}
+
+void ModelView::select_body(int number) {
+    const Workspace& workspace = workbench_.session.workspace;
+    if (number < 1 || number > workspace.body_count || number == workbench_.view.current_body) return;
+    workbench_.view.current_body = number;
+    display_model();
+    host_.show_current_body();
+}
+
+void ModelView::change_display_axes(bool on) {
+    charts_.set_display_axes(on);
+    display_model();
+}
+
+void ModelView::clear_charts() {
+    charts_.clear();
+}
+
+void ModelView::chart_moved(int chart, bool outside, double x, double y) {
+    const chart::Point user{x, y};
+    const chart::Point* place = outside ? nullptr : &user;
+    host_.show_pointer(chart == plan_chart ? show::plan_pointer(place)
+                                           : show::profile_pointer(workbench_.session.workspace, chart,
+                                                                   charts_.chart(chart), place));
+}
+
+void ModelView::chart_view_changed(int chart) {
+    if (chart == plan_chart || !edit::line_loaded(workbench_.session.workspace)) return;
+    charts_.follow_view(chart, workbench_.session.workspace, workbench_.view);
+    host_.show_window(charts_.chart(chart).CurrentZoom().zoom_x != 1);
+}
+
+void ModelView::polygon_clicked(int chart, int polygon) {
+    if (chart == edit::chart_section) select_body(charts_.section_body(polygon));
+    if (chart == plan_chart) select_body(charts_.plan_body(polygon));
+}
+
+}  // namespace anomalis::flow

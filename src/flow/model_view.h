@@ -1,0 +1,97 @@
+#pragma once
+
+#include <array>
+#include <memory>
+#include <string>
+
+#include "core/inversion_state.h"
+#include "show/model_charts.h"
+#include "show/pointer_panels.h"
+
+namespace anomalis::chart {
+class GrapherEvents;
+}  // namespace anomalis::chart
+namespace anomalis::edit {
+struct Workbench;
+}  // namespace anomalis::edit
+
+namespace anomalis::flow {
+
+/// What the model view tells the window.
+class ModelViewHost {
+  public:
+    virtual ~ModelViewHost() = default;
+    /// These charts have something to show; the others give their room to them.
+    virtual void arrange_charts(const std::array<bool, edit::model_chart_count>& shown) = 0;
+    virtual void show_pointer(const show::PointerPanels& panels) = 0;
+    virtual void show_misfit(const MisfitPair& misfit) = 0;
+    /// A floating base level was found; the text goes into the box of the magnetic base.
+    virtual void show_base_level(const std::string& text) = 0;
+    /// Zoom list and pan bar must follow. `free_zoom`: the window was chosen on a chart by hand and is none
+    /// of the zoom list.
+    virtual void show_window(bool free_zoom) = 0;
+    /// A body was clicked and is now the current one.
+    virtual void show_current_body() = 0;
+};
+
+/// The page of the model: brings the numbers up to date, draws the charts, answers zoom, pan and clicks.
+class ModelView {
+  public:
+    /// Everything outlives the view.
+    ModelView(edit::Workbench& workbench,
+              const std::array<chart::AX_Grapher*, edit::model_chart_count>& charts, chart::AX_Grapher& plan,
+              ModelViewHost& host);
+    ~ModelView();
+    ModelView(const ModelView&) = delete;
+    ModelView& operator=(const ModelView&) = delete;
+
+    show::ModelCharts& charts() { return charts_; }
+    /// What a chart tells goes through these; the plan's number is `model_chart_count`.
+    chart::GrapherEvents& events(int chart);
+
+    /// The page is on show; otherwise nothing is drawn.
+    void set_on_page(bool on_page) { on_page_ = on_page; }
+
+    /// Elevations, model, filters, misfit, all charts. Without a line nothing happens. `forced` draws even
+    /// while the page is not on show.
+    void display_model(bool forced = false);
+    void display_maginv_model(int chart);
+    void display_plan_view();
+    /// The charts have another size: scales that hang on it are found anew, nothing is calculated.
+    void redraw();
+    /// The windows of zoom and pan without calculating anything.
+    void update_graph_display();
+    void update_section_or_plan_view(bool show_plan);
+    /// All responses are calculated anew.
+    void force_recalc();
+
+    void choose_zoom_factor(int list_index);
+    void pan_to(int pan);
+    /// One step of a chart's own bars; a direction above 0 zooms in, or pans down.
+    void step_zoom(int chart, int direction);
+    void step_pan(int chart, int direction);
+    void reset_graph_scale();
+    void select_body(int number);
+    void change_display_axes(bool on);
+
+    /// The stations are gone: so are the curves, and the bodies that could be clicked.
+    void clear_charts();
+
+  private:
+    class ChartLink;
+    void chart_moved(int chart, bool outside, double x, double y);
+    void chart_view_changed(int chart);
+    void polygon_clicked(int chart, int polygon);
+    void show_base_levels();
+    std::array<bool, edit::model_chart_count> shown_charts() const;
+    void redraw_after_step(int chart);
+
+    edit::Workbench& workbench_;
+    show::ModelCharts charts_;
+    ModelViewHost& host_;
+    show::GraphRanges ranges_;
+    std::array<std::unique_ptr<ChartLink>, edit::model_chart_count + 1> links_;
+    bool on_page_ = false;
+};
+
+}  // namespace anomalis::flow

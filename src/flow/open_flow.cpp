@@ -1,0 +1,190 @@
+#include "flow/open_flow.h"
+
+#include "core/failure.h"
+#include "core/numbers.h"
+#include "core/paths.h"
+#include "edit/change.h"
+#include "edit/workbench.h"
+#include "edit/zoom.h"
+#include "flow/recent_files.h"
+#include "intake/load.h"
+#include "inversion/parameters.h"
+#include "model/evaluate.h"
+#include "show/page_layout.h"
+#include "workspace_file/axm.h"
+
+namespace anomalis::flow {
+
+namespace {
+
+const FileRequest model_request{"Select the profile model file",
+                                "Anomalis definition Files(*.axm)|*.axm|All files (*.*)|*.*", "", "axm"};
+const FileRequest data_request{"Select the observed  data file",
+                               "Data Files (*.dat;*.xyz;*.csv;*.txt)|*.dat;*.xyz;*.csv;*.txt|"
+                               "All files (*.*)|*.*",
+                               "", ""};
+
+/// What every read leaves behind, also one that failed half way.
+void forget_line(edit::Workbench& workbench) {
+    Session& session = workbench.session;
+    drop_stations(session.workspace);
+    workbench.view.current_body = 1;
+    edit::reset_view(session.workspace, workbench.view, session.prompts);
+    forget_run(session.inversion);
+    reset_calculated_data(session.workspace, session.prompts);
+}
+
+/// What a whole file says beyond the workspace's own fields.
+void take_settings_of_file(edit::Workbench& workbench) {
+    workbench.base_from_mean = {};
+    const DisplaySettings& display = workbench.session.workspace.display;
+    if (!display.valid) return;
+    workbench.view.pane_fractions = workbench.view.pane_places =
+        show::usable_places(display.splitter_fraction);
+}
+
+/// Tells which base levels the load took from the mean of the data.
+void note_base_levels(edit::Workbench& workbench, bool mag_was_unset, bool grav_was_unset) {
+    const Workspace& workspace = workbench.session.workspace;
+    if (mag_was_unset) workbench.base_from_mean[channel_mag] = workspace.mag_base != unset;
+    if (grav_was_unset) workbench.base_from_mean[channel_grav] = workspace.grav_base != unset;
+}
+
+/// A read changes the model like an edit does. After a full one it is what the file holds.
+void note_read(edit::Workbench& workbench, ReadMode mode, const std::string& path, bool whole) {
+    Session& session = workbench.session;
+    const bool changed_before = session.model_changed;
+    edit::note_change(workbench, {"read " + file_name(path), "", true});
+    if (!whole) {
+        session.model_changed = changed_before;
+    } else if (mode == ReadMode::everything) {
+        session.model_changed = false;
+        edit::note_saved(workbench);
+        add_to_recent_files(path, recent_files_section, session.settings, workbench.recent_files,
+                            session.prompts);
+    }
+}
+
+LoadResult load_result(const Workspace& workspace) {
+    LoadResult result;
+    result.loaded = edit::line_loaded(workspace);
+    const int n = workspace.station_count;
+    if (n <= 0) return result;
+    const double length = workspace.distances.last();
+    result.number_of_locations = format_number(workspace.station_count, "0");
+    result.line_length = format_number(length, "0.00");
+    result.line_spacing = format_number(length / n, "0.000");
+    if (workspace.has_mag()) result.mag_base = format_number(workspace.mag_base, "0.00");
+    if (workspace.has_grav()) result.grav_base = format_number(workspace.grav_base, "0.00");
+    return result;
+}
+
+}  // namespace
+
+OpenOutcome open_model(edit::Workbench& workbench, ReadMode mode) {
+    const std::string folder = current_folder();
+    FileRequest request = model_request;
+    request.default_name = workbench.session.workspace.model_file;
+    OpenOutcome outcome = OpenOutcome::failed;
+    report_failure(workbench.session.prompts, "An error occurred while reading the file: ", [&] {
+        const auto path = workbench.session.open_file_dialog(request);
+        outcome = path ? open_model_file(workbench, mode, *path) : OpenOutcome::cancelled;
+    });
+    change_to_folder(folder);
+    return outcome;
+}
+
+OpenOutcome open_model_file(edit::Workbench& workbench, ReadMode mode, const std::string& path) {
+    Session& session = workbench.session;
+    if (file_exists(path).empty()) {
+        session.prompts.message("That file does not exist");
+        return OpenOutcome::missing;
+    }
+    const MessageScope scope(session.prompts);
+    const int status = workspace_file::read_model_parameters(static_cast<int>(mode), session.workspace, path,
+                                                             session.settings, session.prompts);
+    if (mode == ReadMode::everything) take_settings_of_file(workbench);
+    forget_line(workbench);
+    refresh_data_head(workbench);
+    note_read(workbench, mode, path, status == 0);
+    return status == 0 ? OpenOutcome::opened : OpenOutcome::failed;
+}
+
+OpenOutcome bring_back_model(edit::Workbench& workbench, const std::string& text,
+                             const std::string& model_file) {
+    Session& session = workbench.session;
+    const MessageScope scope(session.prompts);
+    const int status =
+        workspace_file::read_model_parameters_text(static_cast<int>(ReadMode::everything), session.workspace,
+                                                   text, model_file, session.settings, session.prompts);
+    take_settings_of_file(workbench);
+    forget_line(workbench);
+    refresh_data_head(workbench);
+    edit::note_change(workbench, {"bringing back the model", "", true});
+    edit::note_unsaved(workbench);
+    return status == 0 ? OpenOutcome::opened : OpenOutcome::failed;
+}
+
+OpenOutcome open_recent_file(edit::Workbench& workbench, int index) {
+    if (index < 0 || index >= static_cast<int>(workbench.recent_files.size())) return OpenOutcome::cancelled;
+    const std::string path = workbench.recent_files[static_cast<std::size_t>(index)];
+    const MessageScope scope(workbench.session.prompts);
+    OpenOutcome outcome = OpenOutcome::failed;
+    report_failure(workbench.session.prompts, "An error occured while reading the model definitions: ", [&] {
+        outcome = open_model_file(workbench, ReadMode::everything, path);
+    });
+    if (outcome == OpenOutcome::missing) return outcome;
+    if (outcome == OpenOutcome::failed)
+        workbench.session.prompts.message("The specified file did not have the correct format");
+    change_to_folder(folder_name(path));
+    return outcome;
+}
+
+bool choose_data_file(edit::Workbench& workbench) {
+    Session& session = workbench.session;
+    FileRequest request = data_request;
+    request.default_name = session.workspace.definition.data_file;
+    const auto path = session.open_file_dialog(request);
+    if (!path) return false;
+    if (session.first_dialog) change_to_folder(folder_name(*path));
+    session.first_dialog = false;
+    set_data_file(workbench, *path);
+    return true;
+}
+
+void set_data_file(edit::Workbench& workbench, const std::string& path) {
+    Session& session = workbench.session;
+    Workspace& workspace = session.workspace;
+    workspace.definition.data_file = path;
+    drop_stations(workspace);
+    if (workbench.base_from_mean[channel_mag]) workspace.mag_base = unset;
+    if (workbench.base_from_mean[channel_grav]) workspace.grav_base = unset;
+    workbench.base_from_mean = {};
+    edit::note_change(workbench, {"data file", "", false});
+    refresh_data_head(workbench);
+}
+
+void refresh_data_head(edit::Workbench& workbench) {
+    workbench.head = {};
+    intake::show_data_file_head(workbench.session.workspace, workbench.head, workbench.session.prompts);
+}
+
+LoadResult load_line(edit::Workbench& workbench) {
+    Session& session = workbench.session;
+    Workspace& workspace = session.workspace;
+    const MessageScope scope(session.prompts);
+    const bool mag_was_unset = workspace.mag_base == unset;
+    const bool grav_was_unset = workspace.grav_base == unset;
+    const int status = intake::load_locations(workspace, session.prompts);
+    if (status >= 0) note_base_levels(workbench, mag_was_unset, grav_was_unset);
+    if (status == 0) model::finish_load(session);
+    edit::reset_view(workspace, workbench.view, session.prompts);
+    edit::settle_history(workbench);
+    return load_result(workspace);
+}
+
+std::string window_caption(const Workspace& workspace) {
+    return workspace.model_file.empty() ? "Anomalis" : "Anomalis: " + file_name(workspace.model_file);
+}
+
+}  // namespace anomalis::flow

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <utility>
+
+#include "edit/model_state.h"
+
+namespace anomalis {
+class FolderLock;
+}  // namespace anomalis
+namespace anomalis::edit {
+struct Workbench;
+}  // namespace anomalis::edit
+
+// A crash loses nothing: the model is kept in a file that only a clean end removes.
+namespace anomalis::flow {
+
+/// The folder of all recovery files of the user; "" when there is no home.
+std::string recovery_root();
+
+/// Keeps the model of one running program below a folder that all of them share. Each has a folder of its own
+/// there and claims it as long as it lives: a folder that nobody claims is what a crash left.
+class RecoveryKeeper {
+  public:
+    /// Makes the folders that are missing. Where that fails nothing is kept, and `problem` tells why.
+    explicit RecoveryKeeper(std::string root);
+    /// Leaves the file where it is, as a crash would; `finish` is the clean end.
+    ~RecoveryKeeper();
+    RecoveryKeeper(const RecoveryKeeper&) = delete;
+    RecoveryKeeper& operator=(const RecoveryKeeper&) = delete;
+
+    /// Writes the model as it stands now. Neither workspace nor session change.
+    void keep(const edit::Workbench& workbench);
+    /// Once a minute: writes an unsaved model that changed since the last time, removes what a save made
+    /// needless.
+    void tick(const edit::Workbench& workbench);
+    /// The clean end: nothing is left behind.
+    void finish();
+
+    const std::string& root() const { return root_; }
+    std::string file() const { return folder_.empty() ? "" : folder_ + "/model.axm"; }
+    /// Why the last write failed; "" after a success. Each failure is told once.
+    std::string take_problem() { return std::exchange(problem_, {}); }
+
+  private:
+    void claim_folder();
+    void drop_file();
+
+    std::string root_, folder_;
+    std::unique_ptr<FolderLock> lock_;
+    edit::ModelState kept_;  ///< what the file holds
+    bool file_stands_ = false;
+    bool told_ = false;
+    std::string problem_;
+};
+
+/// Offers, newest first, what programs that ended without `finish` have kept. A model that is wanted becomes
+/// the session's, unsaved, under the name of its own file; one that is not is removed. Returns true when a
+/// model was brought back; the rest stays for the next start.
+bool offer_recovery(edit::Workbench& workbench, RecoveryKeeper& keeper);
+
+}  // namespace anomalis::flow

@@ -1,0 +1,60 @@
+#include "forward/classic/gravity_response.h"
+
+#include <algorithm>
+#include <cmath>
+#include <string_view>
+
+#include "core/numbers.h"
+#include "core/prompts.h"
+#include "forward/classic/field_coefficients.h"
+#include "forward/classic/limited_response.h"
+#include "forward/classic/prism_facets.h"
+#include "forward/classic/talwani.h"
+#include "forward/shape/prism.h"
+#include "forward/shape/reference_point.h"
+#include "forward/station_columns.h"
+
+namespace anomalis::forward {
+
+namespace {
+
+constexpr double least_density = 0.0001;
+
+void fill_sheet(const Workspace& workspace, ModelBody& body, Prompts& prompts) {
+    if (body.length.value > 0) {
+        if (workspace.station_count <= 0) return;
+        add_prism_facets(workspace, body, {false, true}, {},
+                         relative_to_first_station(gravity_prism(body), workspace), prompts);
+    } else {
+        fill_talwani(workspace, body, gravity_bottom(body), prompts);
+    }
+    const double factor = body.density.value * gravity_constant;
+    float* column = response_column(workspace, body, 2);
+    for (std::int32_t i = 0; i < workspace.station_count; ++i)
+        column[i] = static_cast<float>(column[i] * factor);
+}
+
+void fill(Workspace& workspace, int body_number, Prompts& prompts) {
+    ModelBody& body = workspace.body(body_number);
+    std::fill_n(response_column(workspace, body, 2), workspace.station_count, 0.0F);
+    set_body_angles(body);
+    if (body.type == sphere) body.strike.value = to_single(workspace.azimuth + 90.0);
+    if (std::abs(strike_against_profile(body, workspace.azimuth)) < least_strike_sine) return;
+    update_body_reference_point(workspace, body.distance.value, body.east, body.north);
+    if (std::abs(body.density.value) < least_density) return;
+    if (body.type == thin_sheet || body.type == thick_sheet) {
+        fill_sheet(workspace, body, prompts);
+    } else if (body.type == pipe) {
+        fill_pipe_gravity(workspace, body, prompts);
+    }
+}
+
+}  // namespace
+
+void calculate_gravity_response(Workspace& workspace, int body_number, Prompts& prompts) {
+    constexpr std::string_view prefix = "An error occurred while calculating the gravity response: ";
+    report_failure(prompts, prefix, [&] { fill(workspace, body_number, prompts); });
+    report_failure(prompts, prefix, [&] { require_finite_column(workspace, body_number, 2); });
+}
+
+}  // namespace anomalis::forward

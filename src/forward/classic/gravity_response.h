@@ -1,0 +1,20 @@
+#pragma once
+
+#include "core/workspace.h"
+#include "forward/gravity_constant.h"
+
+namespace anomalis {
+class Prompts;
+}  // namespace anomalis
+
+namespace anomalis::forward {
+
+/// Fills column 2 of the body's response with its gravity (mGal) at every station: a polygon across
+/// strike for a sheet of unlimited strike, the six faces of the prism for a limited one, a polyhedron for
+/// a pipe. All other types give zero, as does a strike within 5.7 degrees of the profile.
+///
+/// The polygon gives half of what a very long prism gives; models are fitted with this constant, so both
+/// stay. A failure, or a response that is not finite, is shown and names the body.
+void calculate_gravity_response(Workspace& workspace, int body_number, Prompts& prompts);
+
+}  // namespace anomalis::forward

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "core/workspace.h"
+
+namespace anomalis {
+class Prompts;
+}  // namespace anomalis
+
+namespace anomalis::forward {
+
+/// Fills column 1 of the body's response with its total field anomaly (nT) at every station: closed
+/// formulae for sheets, edges, steps, spheres and wires; a polyhedron for a strike-limited thick sheet or
+/// pipe. A polygon and an unnamed type give zero, as does a strike within 5.7 degrees of the profile.
+///
+/// Derived fields and the reference point of the body are brought up to date, and a sphere takes its
+/// strike from the profile. A failure, or a response that is not finite, is shown and names the body.
+void calculate_mag_response(Workspace& workspace, int body_number, Prompts& prompts);
+
+}  // namespace anomalis::forward

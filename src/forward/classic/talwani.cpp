@@ -1,0 +1,86 @@
+#include "forward/classic/talwani.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+#include "core/angles.h"
+#include "core/prompts.h"
+#include "forward/classic/talwani_kernel.h"
+#include "forward/station_columns.h"
+
+namespace anomalis::forward {
+
+namespace {
+
+constexpr std::size_t stretch = 256;
+
+double divided(double numerator, double denominator) {
+    if (denominator == 0) throw Fault(FaultKind::division_by_zero);
+    return numerator / denominator;
+}
+
+double drawn_out(double extent) {
+    return std::abs(extent) < least_edge_extent ? least_edge_extent : extent;
+}
+
+double edge_term(double x1, double x2, double z1, double z2) {
+    const double dx = drawn_out(x2 - x1);
+    const double dz = drawn_out(z2 - z1);
+    const double xb = dx + x1;
+    const double zb = dz + z1;
+    const double r = std::sqrt(dx * dx + dz * dz);
+    const double r1 = std::sqrt(x1 * x1 + z1 * z1);
+    const double r2 = std::sqrt(xb * xb + zb * zb);
+    const double near_part = (divided(z1, x1) - dz / dx) * divided(x1, r1);
+    const double far_part = (divided(zb, xb) - dz / dx) * divided(xb, r2);
+    const double quotient = divided(near_part, far_part);
+    if (quotient <= 0) throw Fault(FaultKind::invalid_call);
+    return (xb - zb * dx / dz) * (dz / r) * (dx / r) *
+           (guarded_atan2(z1, x1) - guarded_atan2(zb, xb) + dz / dx * std::log(quotient));
+}
+
+/// One station by its four single edges, as far as `left_out` names them.
+double left_out_edges(const SheetPolygon& polygon, unsigned left_out, double x, double h, Prompts& prompts) {
+    double sum = 0;
+    for (int j = 0; j < 4; ++j) {
+        if ((left_out >> j & 1U) == 0) continue;
+        sum += talwani_edge(polygon.x[j] - x, polygon.x[j + 1] - x, polygon.z[j] - h, polygon.z[j + 1] - h,
+                            prompts);
+    }
+    return sum;
+}
+
+}  // namespace
+
+double talwani_edge(double x1, double x2, double z1, double z2, Prompts& prompts) {
+    double term = 0;
+    report_failure(prompts, "An error occurred calculating the Talwani gravity response: ", [&] {
+        term = edge_term(x1, x2, z1, z2);
+    });
+    return term;
+}
+
+void fill_talwani(const Workspace& workspace, ModelBody& body, const SheetBottom& bottom, Prompts& prompts) {
+    const double width = body.width.value;
+    const SheetPolygon polygon{{0, width, width + bottom.offset, bottom.offset, 0},
+                               {0, 0, -bottom.depth, -bottom.depth, 0}};
+    const StationView stations = station_view(workspace);
+    const BodyFrame frame = body_frame(body);
+    float* response = response_column(workspace, body, 2);
+    std::array<double, stretch> sum, left_out;
+    for (std::size_t at = 0; at < stations.count; at += stretch) {
+        const StationView part{stations.east + at, stations.north + at, stations.sensor + at,
+                               std::min(stretch, stations.count - at)};
+        talwani_stations_at(vector::widest_vector_level())(part, frame, polygon, sum.data(), left_out.data());
+        for (std::size_t i = 0; i < part.count; ++i) {
+            if (left_out[i] != 0)
+                sum[i] +=
+                    left_out_edges(polygon, static_cast<unsigned>(left_out[i]), across_strike(part, frame, i),
+                                   height_over_top(part, frame, i), prompts);
+            response[at + i] = static_cast<float>(sum[i]);
+        }
+    }
+}
+
+}  // namespace anomalis::forward

@@ -1,0 +1,224 @@
+#include "forward/exact/exact_response.h"
+
+#include <algorithm>
+#include <cmath>
+#include <string_view>
+
+#include "core/prompts.h"
+#include "forward/exact/exact_column.h"
+#include "forward/exact/exact_plane.h"
+#include "forward/exact/exact_point.h"
+#include "forward/exact/exact_solid.h"
+#include "forward/exact/shape_demagnetisation.h"
+#include "forward/forward_memory.h"
+#include "forward/shape/reference_point.h"
+#include "forward/station_columns.h"
+
+namespace anomalis::forward {
+
+namespace {
+
+enum class Channel { magnetic, gravity };
+
+/// One body at the stations of a line. The procedures below return false where it gives nothing.
+struct Task {
+    ExactPlace place;
+    ModelBody& body;
+    ExactField field;
+    Polyhedron& polyhedron;
+    std::span<double> values;
+    ExactNotes& notes;
+    Channel channel;
+
+    double density() const { return body.density.value; }
+    bool magnetic() const { return channel == Channel::magnetic; }
+};
+
+void demagnetise(Task& task) {
+    if (!task.magnetic() || task.body.include_demagnetisation != 1) return;
+    task.field.magnetisation =
+        demagnetised(body_demagnetisation(task.body), task.body.susc.value / 1e6, task.field.magnetisation);
+}
+
+bool fill_solid(Task& task) {
+    if (task.magnetic()) {
+        fill_solid_anomaly(task.place, task.field, task.polyhedron, task.values);
+    } else {
+        fill_solid_gravity(task.place, task.density(), task.polyhedron, task.values);
+    }
+    return true;
+}
+
+/// One of two procedures for a shape, with what each channel needs.
+template <class Shape, class Anomaly, class Gravity>
+bool fill_shape(Task& task, const Shape& shape, Anomaly anomaly, Gravity gravity) {
+    if (task.magnetic()) {
+        anomaly(task.place, shape, task.field, task.values);
+    } else {
+        gravity(task.place, shape, task.density(), task.values);
+    }
+    return true;
+}
+
+bool fill_sheet(Task& task) {
+    const SheetShape sheet = sheet_shape(task.body);
+    if (!sheet.meets) task.notes.steep_top = true;
+    if (!sheet.meets || sheet.empty()) return false;
+    demagnetise(task);
+    if (!sheet.limited) return fill_shape(task, sheet, fill_plane_sheet_anomaly, fill_plane_sheet_gravity);
+    if (sheet.depth == 0) return fill_shape(task, sheet, fill_column_anomaly, fill_column_gravity);
+    assign_prism(task.place.frame, sheet, task.polyhedron);
+    return fill_solid(task);
+}
+
+bool fill_step(Task& task) {
+    demagnetise(task);
+    return fill_shape(task, step_shape(task.body), fill_step_anomaly, fill_step_gravity);
+}
+
+bool fill_sphere(Task& task) {
+    const double radius = std::abs(static_cast<double>(task.body.width.value)) / 2;
+    if (radius == 0) return false;
+    demagnetise(task);
+    return fill_shape(task, radius, fill_sphere_anomaly, fill_sphere_gravity);
+}
+
+bool fill_pipe(Task& task) {
+    const PipeShape pipe = pipe_shape(task.body);
+    if (pipe.outer == 0) return false;
+    demagnetise(task);
+    if (!pipe.limited) return fill_shape(task, pipe, fill_plane_pipe_anomaly, fill_plane_pipe_gravity);
+    assign_pipe(task.place.frame, pipe, task.polyhedron);
+    return fill_solid(task);
+}
+
+bool fill_by_type(Task& task) {
+    switch (task.body.type) {
+        case thin_sheet:
+        case thick_sheet:
+            return fill_sheet(task);
+        case edge:
+        case sloping_step:
+            return fill_step(task);
+        case polygon:
+            task.notes.polygon = true;
+            return false;
+        case sphere:
+            return fill_sphere(task);
+        case pipe:
+            return fill_pipe(task);
+        case wire:
+            if (!task.magnetic()) return false;
+            fill_wire_anomaly(task.place, task.body, task.field, task.values);
+            return true;
+        default:
+            return false;
+    }
+}
+
+void fill(const Workspace& workspace, ModelBody& body, Polyhedron& polyhedron, std::span<double> values,
+          ExactNotes& notes, Channel channel) {
+    update_body_reference_point(workspace, body.distance.value, body.east, body.north);
+    const ExactPlace place{station_view(workspace), exact_frame(body)};
+    if (values.size() != place.stations.count) throw Fault(FaultKind::subscript);
+    Task task{place, body, exact_field(workspace, body, place.frame), polyhedron, values, notes, channel};
+    if (!fill_by_type(task)) std::fill(values.begin(), values.end(), 0.0);
+}
+
+/// The numbers that the tensor of a body hangs on.
+std::array<double, 8> shape_numbers(const ModelBody& body) {
+    const auto type = static_cast<double>(body.type);
+    if (body.type == pipe) {
+        const PipeShape p = pipe_shape(body);
+        return {type,
+                p.outer,
+                p.inner,
+                p.cap,
+                p.limited ? p.length() : -1,
+                p.sin_fall,
+                p.cos_fall,
+                static_cast<double>(p.sectors)};
+    }
+    if (body.type != thin_sheet && body.type != thick_sheet) return {type};
+    const SheetShape s = sheet_shape(body);
+    return {type, s.width, s.rise, s.depth, s.cotangent, s.limited ? s.far_end - s.near_end : -1.0, s.plunge};
+}
+
+Tensor3 tensor_of(const ModelBody& body) {
+    switch (body.type) {
+        case thin_sheet:
+        case thick_sheet:
+            return sheet_demagnetisation(sheet_shape(body));
+        case edge:
+        case sloping_step:
+            return slab_demagnetisation();
+        case pipe:
+            return pipe_demagnetisation(pipe_shape(body));
+        default:
+            return sphere_demagnetisation();
+    }
+}
+
+/// The prefix of the classic route's messages, misspelt as it always was in the first.
+struct ChannelTexts {
+    std::string_view failure;
+    int column;
+};
+constexpr ChannelTexts magnetic_texts{"An error occured while calculating the response: ", 1};
+constexpr ChannelTexts gravity_texts{"An error occurred while calculating the gravity response: ", 2};
+
+void fill_column(Workspace& workspace, int body_number, ExactNotes& notes, Channel channel,
+                 const ChannelTexts& texts, Prompts& prompts) {
+    ModelBody& body = workspace.body(body_number);
+    const int status = report_failure(prompts, texts.failure, [&] {
+        ForwardMemory& memory = forward_memory(workspace);
+        fill(workspace, body, memory.polyhedron, memory.values, notes, channel);
+        store_values(workspace, body, texts.column, memory.values);
+    });
+    report_failure(prompts, texts.failure, [&] {
+        if (status != 0)
+            std::fill_n(response_column(workspace, body, texts.column), workspace.station_count, 0.0F);
+        require_finite_column(workspace, body_number, texts.column);
+    });
+}
+
+}  // namespace
+
+Tensor3 body_demagnetisation(ModelBody& body) {
+    const std::array<double, 8> numbers = shape_numbers(body);
+    ShapeTensor& kept = body.demagnetisation;
+    if (!kept.known || kept.shape != numbers) {
+        const Tensor3 n = tensor_of(body);
+        kept = {true, numbers, {n.xx, n.xy, n.xz, n.yy, n.yz, n.zz}};
+    }
+    const auto& [xx, xy, xz, yy, yz, zz] = kept.tensor;
+    return {xx, xy, xz, yy, yz, zz};
+}
+
+void exact_anomaly(const Workspace& workspace, ModelBody& body, Polyhedron& polyhedron,
+                   std::span<double> values, ExactNotes& notes) {
+    fill(workspace, body, polyhedron, values, notes, Channel::magnetic);
+}
+
+void exact_gravity(const Workspace& workspace, ModelBody& body, Polyhedron& polyhedron,
+                   std::span<double> values, ExactNotes& notes) {
+    fill(workspace, body, polyhedron, values, notes, Channel::gravity);
+}
+
+void calculate_exact_mag_response(Workspace& workspace, int body_number, ExactNotes& notes,
+                                  Prompts& prompts) {
+    fill_column(workspace, body_number, notes, Channel::magnetic, magnetic_texts, prompts);
+}
+
+void calculate_exact_gravity_response(Workspace& workspace, int body_number, ExactNotes& notes,
+                                      Prompts& prompts) {
+    fill_column(workspace, body_number, notes, Channel::gravity, gravity_texts, prompts);
+}
+
+void show_notes(const ExactNotes& notes, Prompts& prompts) {
+    if (notes.polygon) prompts.message("A Polygon body has no shape in this version: its response is zero");
+    if (notes.steep_top)
+        prompts.message("The sloping top of the body does not meet its far wall: its response is zero");
+}
+
+}  // namespace anomalis::forward

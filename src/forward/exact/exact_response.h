@@ -1,0 +1,36 @@
+#pragma once
+
+#include <span>
+
+#include "core/workspace.h"
+#include "forward/exact/exact_notes.h"
+#include "forward/polyhedron/polyhedron.h"
+
+namespace anomalis {
+class Prompts;
+}  // namespace anomalis
+
+// The exact route: every body's response is the field of the body as section and plan draw it.
+namespace anomalis::forward {
+
+/// Anomaly (nT) and attraction (mGal) of one body at every station, in double precision. The body's
+/// reference point is brought up to date and its demagnetising tensor kept; `polyhedron` serves as memory.
+/// What the body cannot have is noted and gives zeros.
+void exact_anomaly(const Workspace& workspace, ModelBody& body, Polyhedron& polyhedron,
+                   std::span<double> values, ExactNotes& notes);
+void exact_gravity(const Workspace& workspace, ModelBody& body, Polyhedron& polyhedron,
+                   std::span<double> values, ExactNotes& notes);
+
+/// The same into the body's response table, rounded to single precision: columns 1 and 2. A failure is shown,
+/// and a response that is not finite counts as zero.
+void calculate_exact_mag_response(Workspace& workspace, int body_number, ExactNotes& notes, Prompts& prompts);
+void calculate_exact_gravity_response(Workspace& workspace, int body_number, ExactNotes& notes,
+                                      Prompts& prompts);
+
+/// Shows what was noted, each reason once.
+void show_notes(const ExactNotes& notes, Prompts& prompts);
+
+/// The demagnetising tensor of a body's shape, in its axes; found once for a shape.
+Tensor3 body_demagnetisation(ModelBody& body);
+
+}  // namespace anomalis::forward

@@ -1,0 +1,128 @@
+#include "forward/polyhedron/polyhedron_evaluation.h"
+
+#include <algorithm>
+#include <functional>
+#include <limits>
+
+#include "core/failure.h"
+#include "forward/polyhedron/polyhedron_clearance.h"
+#include "forward/polyhedron/station_blocks.h"
+#include "forward/polyhedron/vector3.h"
+
+namespace anomalis::forward {
+
+namespace {
+
+/// Of an edge or a face for a station: near enough to tell a short job from a long one.
+constexpr double nanoseconds_each = 3;
+
+void check_lengths(const StationSpans& stations, const Wanted& wanted) {
+    const std::size_t n = stations.east.size();
+    bool equal = stations.north.size() == n && stations.up.size() == n;
+    for (int k = 0; k < sum_count(wanted.kind); ++k) equal = equal && wanted.result[k].size() == n;
+    if (!equal) throw Fault(FaultKind::subscript);
+}
+
+}  // namespace
+
+void PolyhedronEvaluation::assign(std::span<const Point3> points, std::span<const Facet> facets) {
+    mesh_.build(points, facets);
+    exterior_ready_ = false;
+    parts_.split(mesh_);
+}
+
+bool PolyhedronEvaluation::is_far(const Point3& unit) const {
+    const double limit = exterior_distance * mesh_.radius;
+    return mesh_.closed && dot(unit, unit) > limit * limit;
+}
+
+/// Prepares the expansion when a station will use it.
+void PolyhedronEvaluation::fold_exterior(const StationSpans& stations, const Wanted& wanted) {
+    bool used = false;
+    for (std::size_t i = 0; i < stations.east.size() && !used; ++i)
+        used = is_far(mesh_.to_unit({stations.east[i], stations.north[i], stations.up[i]}));
+    if (!used) return;
+    if (!exterior_ready_) exterior_.take(mesh_);
+    exterior_ready_ = true;
+    exterior_terms_ = {};
+    exterior_terms_.sum_count = sum_count(wanted.kind);
+    const int tensors = tensor_sums(wanted.kind);
+    for (int k = 0; k < tensors; ++k) exterior_.fold(wanted.first[k], &wanted.second[k], k, exterior_terms_);
+    if (has_attraction(wanted.kind))
+        exterior_.fold({0, 0, -wanted.attraction / mesh_.scale}, nullptr, tensors, exterior_terms_);
+}
+
+void PolyhedronEvaluation::run_block(const Job& job, std::size_t block, double* scratch) const {
+    const std::size_t first = block * StationBlock::capacity;
+    const std::size_t last = std::min(first + StationBlock::capacity, job.stations.east.size());
+    StationGroup plain, far, close;
+    for (std::size_t i = first; i < last; ++i) {
+        const Point3 unit = mesh_.to_unit({job.stations.east[i], job.stations.north[i], job.stations.up[i]});
+        (is_far(unit) ? far : plain).add(unit, i);
+    }
+    if (!far.empty()) {
+        const std::size_t real = far.pad();
+        exterior_sums_at(job.level)(exterior_terms_, far.block);
+        far.write(real, job.wanted.result, 0, sum_count(job.wanted.kind));
+    }
+    if (plain.empty()) return;
+    const std::size_t real = plain.pad();
+    add_parts(polyhedron_sums_at(job.level), scratch, plain.block);
+    plain.write(real, job.wanted.result, 0, sum_count(job.wanted.kind));
+    for (std::size_t i = 0; i < real; ++i)
+        if (plain.block.margin[i] < 0)
+            close.add({plain.block.x[i], plain.block.y[i], plain.block.z[i]}, plain.index[i]);
+    if (!close.empty()) run_close(job, close, scratch);
+}
+
+void PolyhedronEvaluation::add_parts(SumsKernel sums, double* scratch, StationBlock& block) const {
+    for (auto& sum : block.sum) std::fill_n(sum, block.count, 0.0);
+    std::fill_n(block.margin, block.count, 1.0);
+    for (const PolyhedronParts::Part& part : parts_.parts())
+        sums(terms_.of_part(parts_, part), scratch, block);
+}
+
+/// Derivatives are taken where a station was moved off an edge. The attraction needs no such move, for what
+/// grows without limit in it is multiplied by a distance that vanishes.
+void PolyhedronEvaluation::run_close(const Job& job, StationGroup& close, double* scratch) const {
+    const auto sums = polyhedron_sums_near_edges_at(job.level);
+    const std::size_t real = close.pad();
+    StationGroup moved;
+    for (std::size_t i = 0; i < close.block.count; ++i)
+        moved.add(clear_of_edges(mesh_, {close.block.x[i], close.block.y[i], close.block.z[i]}, scratch),
+                  close.index[i]);
+    const int tensors = tensor_sums(job.wanted.kind);
+    if (tensors > 0) {
+        add_parts(sums, scratch, moved.block);
+        moved.write(real, job.wanted.result, 0, tensors);
+    }
+    if (!has_attraction(job.wanted.kind)) return;
+    add_parts(sums, scratch, close.block);
+    close.write(real, job.wanted.result, tensors, tensors + 1);
+}
+
+void PolyhedronEvaluation::evaluate(const StationSpans& stations, const Wanted& wanted,
+                                    const Execution& how) {
+    check_lengths(stations, wanted);
+    if (mesh_.faces.empty() || !mesh_.finite) {
+        const double value = mesh_.finite ? 0 : std::numeric_limits<double>::quiet_NaN();
+        for (int k = 0; k < sum_count(wanted.kind); ++k)
+            std::fill(wanted.result[k].begin(), wanted.result[k].end(), value);
+        return;
+    }
+    terms_.fold(mesh_, parts_, wanted);
+    fold_exterior(stations, wanted);
+    const std::size_t n = stations.east.size();
+    const std::size_t blocks = (n + StationBlock::capacity - 1) / StationBlock::capacity;
+    const auto facets = static_cast<double>(mesh_.edges.size() + mesh_.faces.size());
+    const int workers = worker_count(nanoseconds_each * facets * static_cast<double>(n), blocks, how.threads);
+    const std::size_t part = std::max(parts_.most_vertices() * StationBlock::padding, mesh_.vertices.size());
+    distances_.resize(std::max(distances_.size(), part * static_cast<std::size_t>(workers)));
+    const Job job{stations, wanted, std::min(how.level, vector::widest_vector_level())};
+    const auto work = [&](int worker, std::size_t block) {
+        run_block(job, block, distances_.data() + part * static_cast<std::size_t>(worker));
+    };
+    for_each_block(blocks, workers, std::ref(work));  // by reference: no memory is taken
+}
+
+}  // namespace anomalis::forward

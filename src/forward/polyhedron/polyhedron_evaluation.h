@@ -1,0 +1,47 @@
+#pragma once
+
+#include <span>
+#include <vector>
+
+#include "forward/polyhedron/polyhedron.h"
+#include "forward/polyhedron/polyhedron_exterior.h"
+#include "forward/polyhedron/polyhedron_mesh.h"
+#include "forward/polyhedron/polyhedron_parts.h"
+#include "forward/polyhedron/polyhedron_terms.h"
+#include "forward/polyhedron/station_group.h"
+
+namespace anomalis::forward {
+
+/// Folds what is wanted into the terms of a shape and runs the kernels over blocks of stations.
+class PolyhedronEvaluation {
+  public:
+    const PolyhedronMesh& mesh() const { return mesh_; }
+    void assign(std::span<const Point3> points, std::span<const Facet> facets);
+    /// Raises Fault subscript where the lengths of stations and results differ.
+    void evaluate(const StationSpans& stations, const Wanted& wanted, const Execution& how);
+
+  private:
+    struct Job {
+        const StationSpans& stations;
+        const Wanted& wanted;
+        vector::VectorLevel level;
+    };
+
+    using SumsKernel = void (*)(const PolyhedronTerms&, double*, StationBlock&);
+
+    void fold_exterior(const StationSpans& stations, const Wanted& wanted);
+    bool is_far(const Point3& unit) const;
+    void add_parts(SumsKernel sums, double* scratch, StationBlock& block) const;
+    void run_block(const Job& job, std::size_t block, double* scratch) const;
+    void run_close(const Job& job, StationGroup& close, double* scratch) const;
+
+    PolyhedronMesh mesh_;
+    PolyhedronParts parts_;
+    FoldedTerms terms_;
+    PolyhedronExterior exterior_;
+    bool exterior_ready_ = false;
+    ExteriorTerms exterior_terms_;
+    std::vector<double> distances_;  ///< scratch, a part for each thread
+};
+
+}  // namespace anomalis::forward

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <span>
+
+#include "forward/polyhedron/polyhedron_kernel.h"
+#include "forward/polyhedron/vector3.h"
+
+namespace anomalis::forward {
+
+/// Stations of a block that are calculated alike, and where their results belong.
+struct StationGroup {
+    StationBlock block;
+    std::size_t index[StationBlock::capacity];
+
+    StationGroup() { block.count = 0; }
+    bool empty() const { return block.count == 0; }
+
+    void add(const Point3& unit, std::size_t station) {
+        block.x[block.count] = unit.x;
+        block.y[block.count] = unit.y;
+        block.z[block.count] = unit.z;
+        index[block.count++] = station;
+    }
+
+    /// Fills the block up for the kernel; returns how many stations are real.
+    std::size_t pad() {
+        const std::size_t real = block.count;
+        while (block.count % StationBlock::padding != 0)
+            add({block.x[real - 1], block.y[real - 1], block.z[real - 1]}, index[real - 1]);
+        return real;
+    }
+
+    /// Hands out sums `first` to `last - 1` of the first `real` stations.
+    void write(std::size_t real, const std::span<double>* results, int first, int last) const {
+        for (int k = first; k < last; ++k)
+            for (std::size_t i = 0; i < real; ++i) results[k][index[i]] = block.sum[k][i];
+    }
+};
+
+}  // namespace anomalis::forward

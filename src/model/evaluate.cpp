@@ -1,0 +1,35 @@
+#include "model/evaluate.h"
+
+#include "filter/filters.h"
+#include "forward/driver.h"
+#include "intake/profile.h"
+#include "inversion/parameters.h"
+#include "model/misfit.h"
+
+namespace anomalis::model {
+
+void finish_load(Session& session) {
+    session.inversion.inversion_channel = session.workspace.has_mag() ? channel_mag : channel_grav;
+    set_misfit_scale(session.inversion);
+    forget_best_model(session.inversion);
+}
+
+MisfitPair refresh_model(Session& session) {
+    Workspace& workspace = session.workspace;
+    if (workspace.station_count <= 0) return {};
+    Prompts& prompts = session.prompts;
+    intake::setup_sensor_elevations(workspace, prompts);
+    forward::calculate_model(workspace, workspace.mag_data, workspace.grav_data, prompts);
+    const auto filter_both = [&](int stage) {
+        if (workspace.has_mag())
+            filter::filter_data(workspace, channel_mag, stage, workspace.mag_data, prompts);
+        if (workspace.has_grav())
+            filter::filter_data(workspace, channel_grav, stage, workspace.grav_data, prompts);
+    };
+    // The observed stage first: a floating base lays the calculated curve on it.
+    filter_both(stage_observed);
+    filter_both(stage_calculated);
+    return calculate_misfit(workspace, session.inversion, prompts);
+}
+
+}  // namespace anomalis::model

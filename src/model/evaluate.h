@@ -1,0 +1,17 @@
+#pragma once
+
+#include "core/inversion_state.h"
+#include "core/session.h"
+
+// The two moments at which the rest of the program needs the numbers of a model without a run.
+namespace anomalis::model {
+
+/// Ends a successful load: the inversion speaks of magnetics where the line has them, else of gravity, and
+/// takes that channel's misfit scale; what the inversion remembered of the line before is forgotten.
+void finish_load(Session& session);
+
+/// The numeric half of a display: elevations, model, the four filter chains. Returns the misfit pair of the
+/// inversion channel, zeros without stations.
+MisfitPair refresh_model(Session& session);
+
+}  // namespace anomalis::model

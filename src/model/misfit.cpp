@@ -1,0 +1,124 @@
+#include "model/misfit.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <span>
+#include <utility>
+
+#include "core/failure.h"
+#include "filter/filters.h"
+#include "forward/driver.h"
+
+namespace anomalis::model {
+
+namespace {
+
+/// Eight sums side by side, so that the loop fills vectors and gives the same bits everywhere.
+double sum_of_squared_differences(std::span<const float> calculated, std::span<const float> observed) {
+    constexpr std::size_t lanes = 8;
+    std::array<double, lanes> sums{};
+    std::size_t i = 0;
+    for (; i + lanes <= calculated.size(); i += lanes) {
+        for (std::size_t k = 0; k < lanes; ++k) {
+            const double r = static_cast<double>(calculated[i + k]) - static_cast<double>(observed[i + k]);
+            sums[k] += r * r;
+        }
+    }
+    double sum = 0;
+    for (; i < calculated.size(); ++i) {
+        const double r = static_cast<double>(calculated[i]) - static_cast<double>(observed[i]);
+        sum += r * r;
+    }
+    for (const double lane : sums) sum += lane;
+    return sum;
+}
+
+double residual_norm(int first, int last, int row, const ChannelTable& data) {
+    if (last == first) throw Fault(FaultKind::division_by_zero);
+    double sum = 0;
+    if (first < last) {
+        if (first < 1 || last > data.stations()) throw Fault(FaultKind::subscript);
+        const auto from = static_cast<std::size_t>(first - 1);
+        const auto count = static_cast<std::size_t>(last - first) + 1;
+        sum = sum_of_squared_differences(data.row(row, stage_calculated).subspan(from, count),
+                                         data.row(row, stage_observed).subspan(from, count));
+    }
+    return std::sqrt(sum) / (static_cast<double>(last) - first);
+}
+
+int gradient_row_in_use(const Workspace& workspace) {
+    return workspace.display_total_gradient == 1 ? workspace.total_gradient_row : workspace.gradient_row;
+}
+
+void publish_row(std::span<const float> row, int count, Array1<double>& curve) {
+    if (count > static_cast<int>(row.size()) || count > curve.count()) throw Fault(FaultKind::subscript);
+    std::copy_n(row.begin(), count, curve.span().begin());
+}
+
+void filter_and_publish(Workspace& workspace, int channel, ChannelTable& rows, Prompts& prompts) {
+    filter::filter_data(workspace, channel, stage_calculated, rows, prompts);
+    GraphicsArrays& charts = workspace.graphics;
+    const bool mag = channel == channel_mag;
+    copy_model_to_graphics_arrays(workspace, rows, mag ? charts.mag : charts.grav,
+                                  mag ? charts.mag_gradient : charts.grav_gradient, prompts);
+}
+
+}  // namespace
+
+double calculate_residual_norm(int first, int last, int row, const ChannelTable& data, Prompts& prompts) {
+    double norm = 0;
+    report_failure(prompts, "An error occurred while calculating the model residual norm: ", [&] {
+        norm = residual_norm(first, last, row, data);
+    });
+    return norm;
+}
+
+MisfitPair misfit_scale_of(int channel) {
+    const float scale = channel == channel_grav ? 10.0F : 1.0F;
+    return {scale, scale * 10.0F};
+}
+
+void set_misfit_scale(InversionState& inversion) {
+    inversion.misfit_scale = misfit_scale_of(inversion.inversion_channel);
+}
+
+MisfitPair channel_misfit(const Workspace& workspace, const ChannelTable& rows, const MisfitPair& scale,
+                          Prompts& prompts) {
+    const auto measure = [&](int row, float divisor) {
+        const double norm =
+            calculate_residual_norm(workspace.first_station, workspace.last_station, row, rows, prompts);
+        return static_cast<float>(norm / static_cast<double>(divisor));
+    };
+    return {measure(workspace.residual_row, scale[0]), measure(gradient_row_in_use(workspace), scale[1])};
+}
+
+MisfitPair calculate_misfit(const Workspace& workspace, const InversionState& inversion, Prompts& prompts) {
+    const bool gravity = inversion.inversion_channel == channel_grav;
+    return channel_misfit(workspace, gravity ? workspace.grav_data : workspace.mag_data,
+                          inversion.misfit_scale, prompts);
+}
+
+MisfitPair evaluate_model_misfit(Session& session, ChannelTable& mag_rows, ChannelTable& grav_rows) {
+    Workspace& workspace = session.workspace;
+    ++session.inversion.evaluations;
+    forward::calculate_model(workspace, mag_rows, grav_rows, session.prompts);
+    if (workspace.has_mag()) filter_and_publish(workspace, channel_mag, mag_rows, session.prompts);
+    if (workspace.has_grav()) filter_and_publish(workspace, channel_grav, grav_rows, session.prompts);
+    const bool gravity = session.inversion.inversion_channel == channel_grav;
+    return channel_misfit(workspace, gravity ? grav_rows : mag_rows, session.inversion.misfit_scale,
+                          session.prompts);
+}
+
+void copy_model_to_graphics_arrays(const Workspace& workspace, const ChannelTable& rows,
+                                   GraphicsArrays::Curves& curves, GraphicsArrays::Curves& gradient_curves,
+                                   Prompts& prompts) {
+    report_failure(prompts, "An error occurred while copying the modelled data to graphics_array: ", [&] {
+        publish_row(rows.row(workspace.residual_row, stage_calculated), workspace.station_count,
+                    curves.calculated);
+        publish_row(rows.row(gradient_row_in_use(workspace), stage_calculated), workspace.station_count,
+                    gradient_curves.calculated);
+    });
+}
+
+}  // namespace anomalis::model

@@ -1,0 +1,267 @@
+#include "show/model_charts.h"
+
+#include <algorithm>
+
+#include "chart/ax_grapher.h"
+#include "core/workspace.h"
+#include "edit/settings_boxes.h"
+#include "edit/zoom.h"
+#include "show/chart_scales.h"
+#include "show/plan_chart.h"
+#include "show/section_chart.h"
+
+namespace anomalis::show {
+
+namespace {
+
+constexpr chart::Colour calculated_green = 65280;
+constexpr chart::Colour ground_brown = 0x1E4F7A;  // blue in the high byte
+const chart::Font number_font{"Sans Serif", 8.5, false, false};
+const chart::Font title_font{"Sans Serif", 9.0, false, false};
+constexpr int numbers_below = 0;   // where the distances stand
+constexpr int no_numbers = 3;      // neither below nor above
+constexpr float right_room = 270;  // surface units: half of the last number
+constexpr float frame_room = 90;   // surface units below a frame without numbers
+
+struct ChartTexts {
+    const char* title;
+    const char* y_label;
+};
+constexpr std::array<ChartTexts, edit::model_chart_count> chart_texts{{{"Residual Magnetic Field", "nT"},
+                                                                       {"", "nT/tap"},
+                                                                       {"Residual Gravity", "mGal"},
+                                                                       {"", "mGal/tap"},
+                                                                       {"Model Section", "Elevation (m)"}}};
+
+void set_up_common(chart::AX_Grapher& chart) {
+    chart.BackColor(chart::white);
+    chart.ForeColor(chart::black);
+    chart.FONT(number_font);
+    chart.TitleFont(title_font);
+    chart.AxisLabellingLocation(0);
+    chart.XAxisLabellingPosition(0);
+    chart.YAxisLabellingPosition(0);
+    chart.DisplayBorder(true);
+    chart.BorderStyle(0);
+    chart.ZoomEnabled(true);
+    chart.DataNull(no_model_value);
+    chart.Crosshair(true);
+}
+
+const GraphicsArrays::Curves& curves_of(const Workspace& workspace, int index) {
+    switch (index) {
+        case edit::chart_mag:
+            return workspace.graphics.mag;
+        case edit::chart_mag_gradient:
+            return workspace.graphics.mag_gradient;
+        case edit::chart_grav:
+            return workspace.graphics.grav;
+        default:
+            return workspace.graphics.grav_gradient;
+    }
+}
+
+double plot_aspect(const chart::AX_Grapher& chart) {
+    const chart::Rect plot = chart.PlotRect();
+    return plot.width() > 0 && plot.height() > 0 ? plot.height() / plot.width() : 0.5;
+}
+
+void take_window(edit::ChartWindow& window, const AxisScale& scale) {
+    window.chart_min = static_cast<float>(scale.low);
+    window.chart_max = static_cast<float>(scale.high);
+    if (!edit::scales_itself(window)) return;
+    window.chart_zoom_index = 1;
+    window.chart_span = static_cast<float>(scale.high - scale.low);
+    window.chart_centre = static_cast<float>((scale.high + scale.low) / 2);
+}
+
+}  // namespace
+
+ModelCharts::ModelCharts(const std::array<chart::AX_Grapher*, edit::model_chart_count>& charts,
+                         chart::AX_Grapher& plan)
+    : charts_(charts), plan_(&plan) {}
+
+void ModelCharts::set_up(bool display_axes) {
+    for (int i = 0; i < edit::model_chart_count; ++i) {
+        const ChartTexts& texts = chart_texts.at(static_cast<std::size_t>(i));
+        set_up_common(chart(i));
+        chart(i).Title(texts.title);
+        chart(i).YAxisLabel(texts.y_label);
+    }
+    set_up_common(plan());
+    plan().XAxisRightMargin(right_room);
+    plan().Title("Plan");
+    plan().XAxisLabel("East (m)");
+    plan().YAxisLabel("North (m)");
+    set_gradient_titles(false);
+    set_display_axes(display_axes);
+}
+
+void ModelCharts::set_gradient_titles(bool total) {
+    const edit::GradientCaptions captions = edit::gradient_captions(total);
+    chart(edit::chart_mag_gradient).Title(std::string(captions.mag_title));
+    chart(edit::chart_grav_gradient).Title(std::string(captions.grav_title));
+}
+
+void ModelCharts::set_display_axes(bool on) {
+    for (chart::AX_Grapher* chart : charts_) chart->DisplayAxes(on);
+}
+
+std::vector<chart::AX_Grapher*> ModelCharts::shown_charts() {
+    std::vector<chart::AX_Grapher*> shown;
+    for (int i = 0; i < edit::model_chart_count; ++i)
+        if (is_shown(i)) shown.push_back(&chart(i));
+    return shown;
+}
+
+void ModelCharts::register_series(int index, const Workspace& workspace) {
+    chart::AX_Grapher& target = chart(index);
+    if (index == edit::chart_section) {
+        const GraphicsArrays& graphics = workspace.graphics;
+        const std::array rows{chart::ChartRow{chart::x_row, graphics.topography_distance.span()},
+                              chart::ChartRow{chart::line_series, graphics.topography.span()}};
+        target.RegisterData(rows);
+        target.SetSeriesOptions(1, 1, ground_brown, "Ground", 0, -1, 1);
+        return;
+    }
+    const GraphicsArrays::Curves& curves = curves_of(workspace, index);
+    const std::array rows{chart::ChartRow{chart::x_row, curves.distance.span()},
+                          chart::ChartRow{chart::line_series, curves.observed.span()},
+                          chart::ChartRow{chart::line_series, curves.calculated.span()}};
+    target.RegisterData(rows);
+    target.SetSeriesOptions(1, 1, chart::black, "Observed", 0, -1, 1);
+    target.SetSeriesOptions(1, 2, calculated_green, "Calculated", 0, -1, 1);
+}
+
+void ModelCharts::scale_vertically(int index, const Workspace& workspace, const GraphRanges& ranges,
+                                   edit::ViewState& view) {
+    edit::ChartWindow& window = view.charts.at(static_cast<std::size_t>(index));
+    const auto i = static_cast<std::size_t>(index);
+    take_window(window, index == edit::chart_section
+                            ? section_scale(workspace, plot_aspect(chart(index)), view.window_span)
+                            : profile_scale(ranges.low.at(i), ranges.high.at(i)));
+}
+
+void ModelCharts::set_limits(int index, const Workspace& workspace, edit::ViewState& view) {
+    chart::AX_Grapher& target = chart(index);
+    edit::ChartWindow& window = view.charts.at(static_cast<std::size_t>(index));
+    const double half = view.window_span / 2.0;
+    target.XAxisMin(view.window_centre - half);
+    target.XAxisMax(view.window_centre + half);
+    target.XTickInterval(window_interval(view.window_span));
+    if (!(window.chart_span > 0)) return;
+    double low = window.chart_centre - window.chart_span / 2.0;
+    double high = window.chart_centre + window.chart_span / 2.0;
+    if (index == edit::chart_section && workspace.display.maintain_aspect_ratio == 1 &&
+        edit::scales_itself(window)) {
+        high = window.chart_max;
+        low = high - view.window_span * plot_aspect(target);
+        window.chart_span = static_cast<float>(high - low);
+        window.chart_centre = static_cast<float>((high + low) / 2);
+    }
+    target.YAxisMin(low);
+    target.YAxisMax(high);
+    target.YTickInterval(window_interval(high - low));
+}
+
+/// Distances are written under the lowest chart alone.
+void ModelCharts::place_distances() {
+    bool lowest = true;
+    for (int i = edit::model_chart_count - 1; i >= 0; --i) {
+        if (!is_shown(i)) continue;
+        chart(i).XAxisLabellingPosition(lowest ? numbers_below : no_numbers);
+        chart(i).XAxisLabel(lowest ? "Distance (m)" : "");
+        chart(i).YAxisBottomMargin(lowest ? 0 : frame_room);
+        lowest = false;
+    }
+}
+
+void ModelCharts::align() {
+    const std::vector<chart::AX_Grapher*> shown = shown_charts();
+    chart::align_plots(shown);
+    for (chart::AX_Grapher* chart : shown) {
+        chart->XAxisRightMargin(chart->XAxisRightMargin() + right_room);
+        chart->Layout();
+    }
+}
+
+/// Limits first, then margins, then the section again: its scale hangs on the plot that the margins leave.
+void ModelCharts::lay_out(Workspace& workspace, const GraphRanges* ranges, edit::ViewState& view) {
+    place_distances();
+    for (int i = 0; i < edit::model_chart_count; ++i) {
+        if (!is_shown(i)) continue;
+        if (ranges) scale_vertically(i, workspace, *ranges, view);
+        set_limits(i, workspace, view);
+    }
+    align();
+    if (!is_shown(edit::chart_section)) return;
+    if (ranges) scale_vertically(edit::chart_section, workspace, *ranges, view);
+    set_limits(edit::chart_section, workspace, view);
+    align();
+}
+
+void ModelCharts::show(int index, Workspace& workspace, const edit::ViewState& view) {
+    chart::AX_Grapher& target = chart(index);
+    target.ClearSavedGraphics();
+    if (index == edit::chart_section) record_section(target, workspace, view, section_polygons_);
+    target.DisplayChart();
+}
+
+void ModelCharts::draw(Workspace& workspace, const GraphRanges& ranges, edit::ViewState& view) {
+    for (int i = 0; i < edit::model_chart_count; ++i)
+        if (is_shown(i)) register_series(i, workspace);
+    lay_out(workspace, &ranges, view);
+    for (int i = 0; i < edit::model_chart_count; ++i)
+        if (is_shown(i)) show(i, workspace, view);
+}
+
+void ModelCharts::draw_one(int index, Workspace& workspace, const GraphRanges& ranges,
+                           edit::ViewState& view) {
+    if (!is_shown(index)) return;
+    register_series(index, workspace);
+    scale_vertically(index, workspace, ranges, view);
+    set_limits(index, workspace, view);
+    chart(index).Layout();
+    show(index, workspace, view);
+}
+
+void ModelCharts::apply_windows(Workspace& workspace, edit::ViewState& view) {
+    for (chart::AX_Grapher* shown : shown_charts()) shown->clear_zoom_values();
+    lay_out(workspace, nullptr, view);
+    for (int i = 0; i < edit::model_chart_count; ++i)
+        if (is_shown(i)) show(i, workspace, view);
+}
+
+void ModelCharts::draw_plan(const Workspace& workspace, const edit::ViewState& view, Prompts& prompts) {
+    plan().ClearSavedGraphics();
+    set_up_plan(plan(), workspace);
+    plan().DisplayChart();
+    record_plan(plan(), workspace, view, plan_polygons_, prompts);
+    plan().RefreshGraph(1);
+}
+
+void ModelCharts::follow_view(int leader, Workspace& workspace, const edit::ViewState& view) {
+    const chart::ZoomValues led = chart(leader).CurrentZoom();
+    for (int i = 0; i < edit::model_chart_count; ++i) {
+        if (!is_shown(i) || i == leader) continue;
+        const chart::ZoomValues own = chart(i).CurrentZoom();
+        chart(i).SetZoomValues(led.zoom_x, led.centre_x, own.zoom_y, own.centre_y);
+    }
+    if (is_shown(edit::chart_section)) refresh_section(workspace, view);
+}
+
+void ModelCharts::refresh_section(Workspace& workspace, const edit::ViewState& view) {
+    chart::AX_Grapher& section = chart(edit::chart_section);
+    section.ClearSavedGraphics();
+    record_section(section, workspace, view, section_polygons_);
+    section.RefreshGraph(1);
+}
+
+void ModelCharts::clear() {
+    for (chart::AX_Grapher* chart : charts_) chart->Clear();
+    plan().Clear();
+    section_polygons_.clear();
+    plan_polygons_.clear();
+}
+
+}  // namespace anomalis::show

@@ -1,0 +1,79 @@
+#pragma once
+
+#include <array>
+#include <functional>
+#include <vector>
+
+#include "edit/view_state.h"
+#include "show/graph_ranges.h"
+#include "show/polygon_table.h"
+
+namespace anomalis::chart {
+class AX_Grapher;
+}  // namespace anomalis::chart
+namespace anomalis {
+class Prompts;
+struct Workspace;
+}  // namespace anomalis
+
+namespace anomalis::show {
+
+/// The five charts of a line and its plan, as drawing: what each one shows of a workspace and through which
+/// window. The charts themselves belong to whoever shows them.
+class ModelCharts {
+  public:
+    ModelCharts(const std::array<chart::AX_Grapher*, edit::model_chart_count>& charts,
+                chart::AX_Grapher& plan);
+
+    chart::AX_Grapher& chart(int index) { return *charts_.at(static_cast<std::size_t>(index)); }
+    chart::AX_Grapher& plan() { return *plan_; }
+
+    /// Fonts, colours, titles and axis labels; once, before the first drawing.
+    void set_up(bool display_axes);
+    void set_gradient_titles(bool total);
+    /// Axes of the five charts on or off; the plan keeps its own.
+    void set_display_axes(bool on);
+
+    /// Which charts have room on the page; only these are drawn.
+    void set_shown(const std::array<bool, edit::model_chart_count>& shown) { shown_ = shown; }
+    bool is_shown(int index) const { return shown_.at(static_cast<std::size_t>(index)); }
+
+    /// Series, limits and overlay of the charts shown, through the windows of `view`; a chart that scales
+    /// itself gets its vertical window here. The plots of all charts come to stand under each other.
+    void draw(Workspace& workspace, const GraphRanges& ranges, edit::ViewState& view);
+    /// Draws one chart anew without touching the others.
+    void draw_one(int index, Workspace& workspace, const GraphRanges& ranges, edit::ViewState& view);
+    /// The windows of `view` without new data.
+    void apply_windows(Workspace& workspace, edit::ViewState& view);
+    void draw_plan(const Workspace& workspace, const edit::ViewState& view, Prompts& prompts);
+
+    /// The view of one chart was changed by hand: the others follow along the distance.
+    void follow_view(int leader, Workspace& workspace, const edit::ViewState& view);
+    /// Records the section's overlay anew for its present view.
+    void refresh_section(Workspace& workspace, const edit::ViewState& view);
+
+    void clear();
+
+    /// The body a polygon of the section, or of the plan, belongs to; 0 for none.
+    int section_body(int polygon) const { return section_polygons_.body(polygon); }
+    int plan_body(int polygon) const { return plan_polygons_.body(polygon); }
+
+  private:
+    void register_series(int index, const Workspace& workspace);
+    void scale_vertically(int index, const Workspace& workspace, const GraphRanges& ranges,
+                          edit::ViewState& view);
+    void set_limits(int index, const Workspace& workspace, edit::ViewState& view);
+    void place_distances();
+    void align();
+    void lay_out(Workspace& workspace, const GraphRanges* ranges, edit::ViewState& view);
+    void show(int index, Workspace& workspace, const edit::ViewState& view);
+    std::vector<chart::AX_Grapher*> shown_charts();
+
+    std::array<chart::AX_Grapher*, edit::model_chart_count> charts_;
+    chart::AX_Grapher* plan_;
+    std::array<bool, edit::model_chart_count> shown_{true, true, true, true, true};
+    PolygonTable section_polygons_;
+    PolygonTable plan_polygons_;
+};
+
+}  // namespace anomalis::show

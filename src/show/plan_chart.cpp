@@ -1,0 +1,88 @@
+#include "show/plan_chart.h"
+
+#include <array>
+
+#include "chart/ax_grapher.h"
+#include "chart/tick_rule.h"
+#include "core/workspace.h"
+#include "edit/view_state.h"
+#include "forward/shape/plan_outline.h"
+#include "show/section_chart.h"
+
+namespace anomalis::show {
+
+namespace {
+
+constexpr int station_size = 25;   // surface units
+constexpr int station_marker = 2;  // a filled square
+
+void open_to(double& low, double& high, double span) {
+    const double more = (span - (high - low)) / 2;
+    low -= more;
+    high += more;
+}
+
+double plot_aspect(const chart::AX_Grapher& chart) {
+    const chart::Rect plot = chart.PlotRect();
+    return plot.width() > 0 && plot.height() > 0 ? plot.height() / plot.width() : 1.0;
+}
+
+void set_limits(chart::AX_Grapher& chart, const Workspace& workspace, double aspect) {
+    const chart::Rect limits = plan_limits(workspace, aspect);
+    chart.XAxisMin(limits.x_low);
+    chart.XAxisMax(limits.x_high);
+    chart.XTickInterval(chart::tick_interval(limits.x_low, limits.x_high));
+    chart.YAxisMin(limits.y_low);
+    chart.YAxisMax(limits.y_high);
+    chart.YTickInterval(chart::tick_interval(limits.y_low, limits.y_high));
+}
+
+}  // namespace
+
+chart::Rect plan_limits(const Workspace& w, double aspect) {
+    const chart::TickLimits east = chart::outward_tick_limits(w.x_min, w.x_max);
+    const chart::TickLimits north = chart::outward_tick_limits(w.y_min, w.y_max);
+    chart::Rect limits{east.low, east.high, north.low, north.high};
+    if (!(limits.width() > 0)) open_to(limits.x_low, limits.x_high, 1.0);
+    if (limits.width() * aspect > limits.height()) {
+        open_to(limits.y_low, limits.y_high, limits.width() * aspect);
+    } else {
+        open_to(limits.x_low, limits.x_high, limits.height() / aspect);
+    }
+    return limits;
+}
+
+void set_up_plan(chart::AX_Grapher& chart, const Workspace& workspace) {
+    chart.ChartType(1);
+    chart.MarkerSize(station_size);
+    chart.PlotPoints(true);
+    const std::array rows{chart::ChartRow{chart::x_row, workspace.stations.column(column_east)},
+                          chart::ChartRow{chart::chart_type_series, workspace.stations.column(column_north)}};
+    chart.RegisterData(rows);
+    chart.SetSeriesOptions(1, 1, chart::black, "Stations", station_marker, -1, 1);
+    // The margins hang on the numbers, the limits on the plot that the margins leave.
+    set_limits(chart, workspace, plot_aspect(chart));
+    chart.Layout();
+    set_limits(chart, workspace, plot_aspect(chart));
+    chart.Layout();
+}
+
+void record_plan(chart::AX_Grapher& chart, const Workspace& workspace, const edit::ViewState& view,
+                 PolygonTable& polygons, Prompts& prompts) {
+    polygons.clear();
+    const forward::ClipBox box{chart.XAxisMin(), chart.XAxisMax(), chart.YAxisMin(), chart.YAxisMax()};
+    for (int number = 1; number <= workspace.body_count; ++number) {
+        const ModelBody& body = workspace.body(number);
+        forward::PlanOutline outline;
+        if (forward::calculate_plan_outline(workspace, box, body, outline, prompts) > 0) {
+            const std::vector<double> east(outline.east.begin(), outline.east.end());
+            const std::vector<double> north(outline.north.begin(), outline.north.end());
+            record_body_outline(chart, number, east, north, chart::black, body_fill(body, number, view), 1,
+                                polygons);
+        }
+        chart.DrawMarker(body.east, body.north, reference_marker,
+                         is_highlighted(number, view) ? magenta : sphere_green, 1);
+    }
+}
+
+}  // namespace anomalis::show

@@ -1,0 +1,71 @@
+#include "show/pointer_panels.h"
+
+#include "chart/ax_grapher.h"
+#include "core/numbers.h"
+#include "core/search.h"
+#include "core/workspace.h"
+#include "edit/view_state.h"
+
+namespace anomalis::show {
+
+namespace {
+
+std::string chart_name(int chart, const chart::AX_Grapher& grapher) {
+    switch (chart) {
+        case edit::chart_mag:
+            return "Residual Mag Data";
+        case edit::chart_mag_gradient:
+            return "Vertical Mag Gradient";
+        case edit::chart_grav:
+            return "Residual Grav Data";
+        case edit::chart_grav_gradient:
+            return "Vertical Grav Gradient";
+        default:
+            return "Model (Vertical stretch " + format_number(vertical_stretch(grapher), "0.00") + ")";
+    }
+}
+
+}  // namespace
+
+std::optional<chart::Point> place_under(const chart::AX_Grapher& grapher, float x, float y) {
+    const chart::DrawingDevice* surface = grapher.Surface();
+    if (!surface || !grapher.HasPlotDefined()) return {};
+    const chart::Point at{x, surface->height() - y};
+    const chart::Rect plot = grapher.PlotRect();
+    if (at.x < plot.x_low || at.x > plot.x_high || at.y < plot.y_low || at.y > plot.y_high) return {};
+    return grapher.SurfaceToUser(at);
+}
+
+double vertical_stretch(const chart::AX_Grapher& section) {
+    return section.XAxisScale() > 0 ? section.YAxisScale() / section.XAxisScale() : 1.0;
+}
+
+PointerPanels profile_pointer(const Workspace& workspace, int chart, const chart::AX_Grapher& grapher,
+                              const chart::Point* user) {
+    PointerPanels panels;
+    panels.chart = chart_name(chart, grapher);
+    if (!user || workspace.station_count <= 0) return panels;
+    panels.x = format_number(user->x, "0.00");
+    panels.y = format_number(user->y, "0.00");
+    const int n = workspace.station_count;
+    int nearest = search_sorted(workspace.distances.span(), user->x);
+    if (nearest > 1 && user->x - workspace.distances[nearest - 1] < workspace.distances[nearest] - user->x)
+        --nearest;
+    nearest = nearest < 1 ? 1 : nearest > n ? n : nearest;
+    panels.east = format_number(workspace.stations(nearest, column_east), "0.00");
+    panels.north = format_number(workspace.stations(nearest, column_north), "0.00");
+    return panels;
+}
+
+PointerPanels plan_pointer(const chart::Point* user) {
+    PointerPanels panels;
+    panels.chart = "Plan View";
+    if (!user) return panels;
+    panels.x = format_number(user->x, "0.0");
+    panels.y = format_number(user->y, "0.0");
+    panels.east = format_number(user->x, "0.00");
+    panels.north = format_number(user->y, "0.00");
+    return panels;
+}
+
+}  // namespace anomalis::show

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QWidget>
+
+#include "chart/qt/grapher_widget.h"
+#include "window/widgets/stepper_bar.h"
+
+namespace anomalis::window {
+
+/// A chart with the two bars of its vertical window: `VScroll_zoom_i` and `VScroll_pan_i`.
+class ChartPane : public QWidget {
+    Q_OBJECT
+
+  public:
+    ChartPane(int index, QWidget* parent = nullptr);
+    chart::AX_Grapher& chart() { return widget_->chart(); }
+    chart::GrapherWidget& widget() { return *widget_; }
+
+  signals:
+    void zoom_stepped(int direction);
+    void pan_stepped(int direction);
+
+  private:
+    chart::GrapherWidget* widget_;
+};
+
+}  // namespace anomalis::window

@@ -1,0 +1,81 @@
+#pragma once
+
+#include <array>
+#include <memory>
+
+#include <QWidget>
+
+#include "edit/workbench.h"
+#include "flow/model_view.h"
+#include "window/panels/chart_pane.h"
+
+class QComboBox;
+class QPushButton;
+class QSplitter;
+class QStackedWidget;
+class QTimer;
+
+namespace anomalis::window {
+
+/// The left side of the model page: the linked charts with splitters between them, zoom list, pan bar and
+/// view buttons below.
+class ChartsPanel : public QWidget, private flow::ModelViewHost {
+    Q_OBJECT
+
+  public:
+    explicit ChartsPanel(edit::Workbench& workbench, QWidget* parent = nullptr);
+    ~ChartsPanel() override;
+
+    flow::ModelView& view() { return *view_; }
+    /// Section or plan, by button or menu.
+    void show_plan(bool plan);
+    /// Another line was loaded: zoom list and pan bar follow, every chart gets its share of the height.
+    void line_changed();
+    chart::GrapherWidget& chart_widget(int index) {
+        return panes_.at(static_cast<std::size_t>(index))->widget();
+    }
+    chart::GrapherWidget& plan_widget() { return *plan_; }
+
+  signals:
+    void pointer_moved(const anomalis::show::PointerPanels& panels);
+    void misfit_found(double data, double gradient);
+    void base_level_found(const QString& text);
+    void plan_toggled(bool plan);
+    void body_selected();
+
+  protected:
+    void resizeEvent(QResizeEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+
+  private:
+    void arrange_charts(const std::array<bool, edit::model_chart_count>& shown) override;
+    void show_pointer(const show::PointerPanels& panels) override;
+    void show_misfit(const MisfitPair& misfit) override;
+    void show_base_level(const std::string& text) override;
+    void show_window(bool free_zoom) override;
+    void show_current_body() override { emit body_selected(); }
+
+    QWidget* make_charts();
+    QWidget* make_bars();
+    QWidget* frame_of(const char* name, QWidget* inside);
+    void wire_charts();
+    void share_height_anew();
+    void splitter_moved();
+    void restart_resize();
+
+    edit::Workbench& workbench_;
+    std::array<ChartPane*, edit::model_chart_count> panes_{};
+    chart::GrapherWidget* plan_ = nullptr;
+    QSplitter* splitter_ = nullptr;
+    QSplitter* mag_splitter_ = nullptr;
+    QSplitter* grav_splitter_ = nullptr;
+    QStackedWidget* section_or_plan_ = nullptr;
+    QComboBox* zoom_list_ = nullptr;
+    PanBar* pan_bar_ = nullptr;
+    QPushButton* plan_button_ = nullptr;
+    QTimer* resize_timer_ = nullptr;
+    std::array<bool, edit::model_chart_count> arranged_{};
+    std::unique_ptr<flow::ModelView> view_;
+};
+
+}  // namespace anomalis::window

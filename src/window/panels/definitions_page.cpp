@@ -1,0 +1,71 @@
+#include "window/panels/definitions_page.h"
+
+#include <QHBoxLayout>
+#include <QStackedWidget>
+#include <QVBoxLayout>
+
+#include "show/data_head.h"
+#include "window/panels/definitions_panel.h"
+#include "window/panels/processing_panel.h"
+#include "window/panels/settings_panels.h"
+#include "window/panels/welcome_panel.h"
+#include "window/widgets/data_head_view.h"
+
+namespace anomalis::window {
+
+DefinitionsPage::DefinitionsPage(edit::Workbench& workbench, FormGuards& guards,
+                                 const std::vector<flow::ExampleFile>& examples)
+    : workbench_(workbench),
+      definitions_(new DefinitionsPanel(workbench, guards)),
+      field_(new FieldPanel(workbench, guards)),
+      processing_(new ProcessingPanel(workbench, guards)),
+      graph_options_(new GraphOptionsPanel(workbench, guards)),
+      head_stack_(new QStackedWidget),
+      welcome_(new WelcomePanel("Frame_welcome", examples)),
+      head_(new DataHeadView) {
+    auto* left = new QVBoxLayout;
+    left->setSpacing(8);
+    left->addWidget(definitions_);
+    left->addWidget(field_);
+    left->addWidget(processing_);
+    left->addStretch();
+    head_stack_->addWidget(welcome_);
+    head_stack_->addWidget(head_);
+    auto* right = new QVBoxLayout;
+    right->setSpacing(8);
+    right->addWidget(head_stack_, 1);
+    right->addWidget(graph_options_);
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(8, 8, 8, 8);
+    row->setSpacing(8);
+    row->addLayout(left);
+    row->addLayout(right, 1);
+
+    for (SettingsPanel* panel :
+         {static_cast<SettingsPanel*>(field_), static_cast<SettingsPanel*>(processing_),
+          static_cast<SettingsPanel*>(graph_options_)}) {
+        connect(panel, &SettingsPanel::setting_changed, this, &DefinitionsPage::setting_changed);
+        connect(panel, &SettingsPanel::text_refused, this, &DefinitionsPage::text_refused);
+    }
+    connect(processing_, &SettingsPanel::setting_changed, processing_, &ProcessingPanel::update_base_frame);
+    connect(welcome_, &WelcomePanel::example_chosen, this, &DefinitionsPage::example_chosen);
+    connect(definitions_, &DefinitionsPanel::definition_changed, this, &DefinitionsPage::show_head);
+}
+
+void DefinitionsPage::fill(bool at_start) {
+    definitions_->fill(at_start);
+    field_->fill();
+    processing_->fill();
+    graph_options_->fill();
+    show_head();
+}
+
+void DefinitionsPage::show_head() {
+    const DataDefinition& definition = workbench_.session.workspace.definition;
+    head_->show_head(show::lay_out_data_head(definition, workbench_.head));
+    head_->setPlaceholderText(
+        tr("Nothing can be read from\n%1").arg(QString::fromStdString(definition.data_file)));
+    head_stack_->setCurrentWidget(definition.data_file.empty() ? static_cast<QWidget*>(welcome_) : head_);
+}
+
+}  // namespace anomalis::window

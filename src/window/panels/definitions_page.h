@@ -1,0 +1,55 @@
+#pragma once
+
+#include <vector>
+
+#include <QWidget>
+
+#include "edit/workbench.h"
+#include "flow/examples.h"
+#include "window/shell/form_guards.h"
+
+class QStackedWidget;
+
+namespace anomalis::window {
+
+class DataHeadView;
+class DefinitionsPanel;
+class FieldPanel;
+class GraphOptionsPanel;
+class ProcessingPanel;
+class WelcomePanel;
+
+/// The first tab: what the data are, how they are processed and drawn, and the head of the data file.
+class DefinitionsPage : public QWidget {
+    Q_OBJECT
+
+  public:
+    DefinitionsPage(edit::Workbench& workbench, FormGuards& guards,
+                    const std::vector<flow::ExampleFile>& examples);
+
+    DefinitionsPanel& definitions() { return *definitions_; }
+    ProcessingPanel& processing() { return *processing_; }
+    FieldPanel& field() { return *field_; }
+
+    /// Fills every control from the workspace.
+    void fill(bool at_start = false);
+    /// Lays the head of the data file out for the present definition.
+    void show_head();
+
+  signals:
+    void setting_changed();
+    void text_refused(const QString& caption, const QString& text);
+    void example_chosen(const QString& path);
+
+  private:
+    edit::Workbench& workbench_;
+    DefinitionsPanel* definitions_;
+    FieldPanel* field_;
+    ProcessingPanel* processing_;
+    GraphOptionsPanel* graph_options_;
+    QStackedWidget* head_stack_;
+    WelcomePanel* welcome_;
+    DataHeadView* head_;
+};
+
+}  // namespace anomalis::window

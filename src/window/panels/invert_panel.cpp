@@ -1,0 +1,253 @@
+#include "window/panels/invert_panel.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGridLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QStandardItemModel>
+#include <QVBoxLayout>
+
+#include "core/numbers.h"
+#include "core/text.h"
+#include "edit/workbench.h"
+#include "flow/run_control.h"
+#include "window/shell/look.h"
+#include "window/widgets/entry_box.h"
+#include "window/widgets/panel.h"
+
+namespace anomalis::window {
+
+namespace {
+
+constexpr int gap = 6;
+
+void keep_room(QWidget& widget) {
+    QSizePolicy policy = widget.sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    widget.setSizePolicy(policy);
+}
+
+QComboBox* make_list(const char* name, const QString& caption, const QStringList& entries,
+                     const QString& tip) {
+    auto* list = new QComboBox;
+    name_control(*list, name, caption, tip);
+    list->addItems(entries);
+    list->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    return list;
+}
+
+void set_entry_enabled(QComboBox& list, int index, bool enabled) {
+    if (auto* entries = qobject_cast<QStandardItemModel*>(list.model()))
+        entries->item(index)->setEnabled(enabled);
+}
+
+void set_text(QLineEdit& box, const std::string& text) {
+    const QString words = QString::fromStdString(text);
+    if (box.text() != words) box.setText(words);
+}
+
+}  // namespace
+
+InvertPanel::InvertPanel(edit::Workbench& workbench, FormGuards& guards)
+    : workbench_(workbench), guards_(guards), status_(new QLabel) {
+    setObjectName("Frame_invert");
+    setProperty("card", true);
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(12, 8, 12, 6);
+    column->setSpacing(gap);
+    auto* grid = new QGridLayout;
+    grid->setHorizontalSpacing(8);
+    grid->setVerticalSpacing(gap);
+    add_choices(*grid);
+    column->addLayout(grid);
+    column->addWidget(make_misfits());
+    column->addWidget(make_buttons());
+    status_->setObjectName("Label_status");
+    status_->setToolTip(tr("How the last run ended"));
+    status_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    keep_room(*status_);
+    status_->hide();
+    // Never both at once: a run hides the end of the one before.
+    auto* ending = new QGridLayout;
+    ending->addWidget(status_, 0, 0);
+    ending->addWidget(make_stop_frame(), 0, 0);
+    column->addLayout(ending);
+}
+
+void InvertPanel::add_choices(QGridLayout& grid) {
+    channel_ =
+        make_list("Combo_invert", tr("Channel"), {tr("Magnetics"), tr("Gravity"), tr("Both at once")},
+                  tr("The data that the model is fitted to. Both at once needs both channels and least "
+                     "squares"));
+    method_ =
+        make_list("Combo_inversion_method", tr("Method"), {tr("Sweep"), tr("Least squares")},
+                  tr("Sweep changes one parameter after the other. Least squares changes them together, "
+                     "and tells how well the data determine each"));
+    limit_ = make_limit_box();
+    done_ = make_result_box({"Text_num_iterations", "Done", "", "Iterations of the last run"});
+    gradient_ = make_check({"Check_inversion_mode", "Invert Vertical Grad", "",
+                            "Fit the gradient of the data in place of the data"});
+    const auto place = [&](int row, int pair, QWidget* control) {
+        control->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+        grid.addWidget(make_caption(control->accessibleName(), control), row, 2 * pair);
+        grid.addWidget(control, row, 2 * pair + 1);
+        grid.setColumnStretch(2 * pair + 1, 1);
+    };
+    place(0, 0, channel_);
+    place(0, 1, method_);
+    place(1, 0, limit_);
+    place(1, 1, done_);
+    connect(channel_, &QComboBox::activated, this, [this](int index) {
+        if (!guards_.closed()) emit channel_chosen(index);
+    });
+    connect(method_, &QComboBox::activated, this, [this](int index) {
+        if (!guards_.closed()) emit method_chosen(index);
+    });
+    connect(gradient_, &QCheckBox::toggled, this, [this](bool on) {
+        if (!guards_.closed()) emit gradient_chosen(on);
+    });
+}
+
+/// A text that is no number leaves the box blank: the usual number of iterations.
+CommitBox* InvertPanel::make_limit_box() {
+    const auto accept = [this](const std::string& text) {
+        const bool usable = is_numeric(text) || trim_blanks(text).empty();
+        limit_text_ = usable ? text : "";
+        emit iterations_typed(QString::fromStdString(limit_text_));
+        return usable;
+    };
+    auto* box = new CommitBox(
+        {"Text_max_iterations", "Iterations", "", "The most iterations of a run, 1 or more; blank for 25"},
+        guards_, {accept, [this] { return limit_text_; }});
+    box->setPlaceholderText("25");
+    return box;
+}
+
+/// Two columns, before and now, over two rows, data and gradient.
+QWidget* InvertPanel::make_misfits() {
+    struct MisfitBox {
+        const char* name;
+        const char* tip;
+    };
+    static constexpr std::array<MisfitBox, 4> boxes{{{"Text_MAGINV_misfit_0", "Initial Observed Data Misfit"},
+                                                     {"Text_MAGINV_misfit_1", "Final Observed Data Misfit"},
+                                                     {"Text_MAGINV_misfit_2", "Initial Gradient Data Misfit"},
+                                                     {"Text_MAGINV_misfit_3", "Final Gradient Data Misfit"}}};
+    auto* table = new QWidget;
+    auto* grid = new QGridLayout(table);
+    grid->setContentsMargins(0, 0, 0, 0);
+    grid->setHorizontalSpacing(8);
+    grid->setVerticalSpacing(2);
+    grid->addWidget(gradient_, 0, 0);
+    int column = 1;
+    for (const QString& text : {tr("Before"), tr("Now")}) {
+        auto* heading = new QLabel(text);
+        make_quiet(*heading);
+        heading->setAlignment(Qt::AlignRight);
+        grid->addWidget(heading, 0, column);
+        grid->setColumnStretch(column++, 1);
+    }
+    int row = 1;
+    for (const QString& text : {tr("Misfit of the data"), tr("Misfit of the gradient")})
+        grid->addWidget(new QLabel(text), row++, 0);
+    for (std::size_t i = 0; i < boxes.size(); ++i) {
+        misfit_[i] = make_result_box({boxes[i].name, boxes[i].tip, "", boxes[i].tip});
+        misfit_[i]->setToolTip(tr(boxes[i].tip) +
+                               tr(": length of the differences over the number of intervals, no unit"));
+        misfit_[i]->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+        grid->addWidget(misfit_[i], 1 + static_cast<int>(i) / 2, 1 + static_cast<int>(i) % 2);
+    }
+    return table;
+}
+
+QWidget* InvertPanel::make_buttons() {
+    auto* buttons = new QWidget;
+    auto* grid = new QGridLayout(buttons);
+    grid->setContentsMargins(0, 0, 0, 0);
+    grid->setSpacing(gap);
+    invert_[0] = make_button({"Command_invert_0", "Invert Current Body", "",
+                              "Fit the free parameters of the current body (Vary ticked)"});
+    invert_[1] = make_button({"Command_invert_1", "Invert Entire Model", "",
+                              "Fit the free parameters of all bodies (Vary ticked), Ctrl+I"});
+    restore_ = make_button({"Command_restore_best", "Restore Best Model", "",
+                            "Go back to the best model of the runs so far; the present one is written to "
+                            "latest.axm"});
+    reject_ = make_button({"Command_reject_changes", "Reject Changes", "",
+                           "Put back the values that the last run started with"});
+    for (std::size_t i = 0; i < invert_.size(); ++i) {
+        grid->addWidget(invert_[i], 0, static_cast<int>(i));
+        connect(invert_[i], &QPushButton::clicked, this,
+                [this, i] { emit invert_wanted(static_cast<int>(i)); });
+    }
+    grid->addWidget(restore_, 1, 0);
+    grid->addWidget(reject_, 1, 1);
+    connect(restore_, &QPushButton::clicked, this, &InvertPanel::restore_wanted);
+    connect(reject_, &QPushButton::clicked, this, &InvertPanel::reject_wanted);
+    return buttons;
+}
+
+QWidget* InvertPanel::make_stop_frame() {
+    stop_frame_ = new QFrame;
+    stop_frame_->setObjectName("Frame_stop_inversion");
+    auto* grid = new QGridLayout(stop_frame_);
+    grid->setContentsMargins(0, 0, 0, 0);
+    grid->setHorizontalSpacing(8);
+    grid->setVerticalSpacing(3);
+    progress_words_ = new QLabel;
+    progress_words_->setObjectName("Label_inversion_progress");
+    make_quiet(*progress_words_);
+    progress_ = new QProgressBar;
+    name_control(*progress_, "ProgressBar_inversion", tr("Progress"), tr("Iterations of those allowed"));
+    progress_->setTextVisible(false);
+    progress_->setFixedHeight(6);
+    stop_ = make_button({"Command_stop_inversion", "Stop Inversion", "",
+                         "End the run after the iteration that it is in, Esc"});
+    grid->addWidget(progress_words_, 0, 0);
+    grid->addWidget(progress_, 1, 0);
+    grid->addWidget(stop_, 0, 1, 2, 1);
+    grid->setColumnStretch(0, 1);
+    keep_room(*stop_frame_);
+    stop_frame_->hide();
+    connect(stop_, &QPushButton::clicked, this, &InvertPanel::stop_wanted);
+    return stop_frame_;
+}
+
+void InvertPanel::show_choices(const flow::InversionPanel& panel) {
+    const Workspace& workspace = workbench_.session.workspace;
+    const bool least_squares = panel.method == inversion::InversionMethod::least_squares;
+    set_entry_enabled(*channel_, channel_mag, workspace.has_mag());
+    set_entry_enabled(*channel_, channel_grav, workspace.has_grav());
+    set_entry_enabled(*channel_, channel_joint, least_squares && workspace.has_mag() && workspace.has_grav());
+    channel_->setCurrentIndex(panel.channel_index);
+    method_->setCurrentIndex(least_squares ? 1 : 0);
+    gradient_->setChecked(workbench_.session.inversion.inversion_target == target_gradient);
+    gradient_->setText(workspace.display_total_gradient == 1 ? tr("Invert Total Grad")
+                                                             : tr("Invert Vertical Grad"));
+}
+
+void InvertPanel::show_panel(const flow::InversionPanel& panel) {
+    const SuspendEvents suspend(guards_);
+    show_choices(panel);
+    for (std::size_t i = 0; i < misfit_.size(); ++i) set_text(*misfit_[i], panel.misfit[i]);
+    if (limit_text_ != panel.max_iterations_text) {
+        limit_text_ = panel.max_iterations_text;
+        limit_->refill();
+    }
+    set_text(*done_, panel.num_iterations_text);
+    status_->setText(QString::fromStdString(panel.status_text));
+    status_->setVisible(panel.status_visible);
+    stop_frame_->setVisible(panel.stop_frame);
+    restore_->setEnabled(panel.restore_best_enabled && !panel.hourglass);
+    reject_->setEnabled(panel.reject_changes_enabled && !panel.hourglass);
+}
+
+void InvertPanel::show_progress(int iteration, int limit, const QString& words) {
+    progress_->setRange(0, limit);
+    progress_->setValue(iteration);
+    progress_words_->setText(words);
+}
+
+}  // namespace anomalis::window

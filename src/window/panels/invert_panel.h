@@ -1,0 +1,79 @@
+#pragma once
+
+#include <array>
+#include <string>
+
+#include <QFrame>
+
+#include "window/shell/form_guards.h"
+
+class QCheckBox;
+class QComboBox;
+class QGridLayout;
+class QLabel;
+class QLineEdit;
+class QProgressBar;
+class QPushButton;
+
+namespace anomalis::flow {
+struct InversionPanel;
+}  // namespace anomalis::flow
+namespace anomalis::edit {
+struct Workbench;
+}  // namespace anomalis::edit
+
+namespace anomalis::window {
+
+class CommitBox;
+
+/// The controls of the inversion, `Frame_invert`.
+class InvertPanel : public QFrame {
+    Q_OBJECT
+
+  public:
+    InvertPanel(edit::Workbench& workbench, FormGuards& guards);
+
+    /// Shows texts and states; nothing is told.
+    void show_panel(const flow::InversionPanel& panel);
+    /// How far a run is.
+    void show_progress(int iteration, int limit, const QString& words);
+    QPushButton& stop_button() { return *stop_; }
+
+  signals:
+    void invert_wanted(int index);
+    void stop_wanted();
+    void restore_wanted();
+    void reject_wanted();
+    void channel_chosen(int index);
+    void method_chosen(int index);
+    void gradient_chosen(bool gradient);
+    void iterations_typed(const QString& text);
+
+  private:
+    void add_choices(QGridLayout& grid);
+    CommitBox* make_limit_box();
+    QWidget* make_misfits();
+    QWidget* make_buttons();
+    QWidget* make_stop_frame();
+    void show_choices(const flow::InversionPanel& panel);
+
+    edit::Workbench& workbench_;
+    FormGuards& guards_;
+    QComboBox* channel_;
+    QComboBox* method_;
+    CommitBox* limit_;
+    QLineEdit* done_;
+    QCheckBox* gradient_;
+    std::array<QLineEdit*, 4> misfit_{};
+    std::array<QPushButton*, 2> invert_{};
+    QPushButton* restore_ = nullptr;
+    QPushButton* reject_ = nullptr;
+    QLabel* status_;
+    std::string limit_text_;
+    QFrame* stop_frame_ = nullptr;
+    QProgressBar* progress_ = nullptr;
+    QLabel* progress_words_ = nullptr;
+    QPushButton* stop_ = nullptr;
+};
+
+}  // namespace anomalis::window

@@ -1,0 +1,128 @@
+#include "window/panels/model_side.h"
+
+#include <QPushButton>
+#include <QScrollArea>
+#include <QStackedWidget>
+#include <QVBoxLayout>
+
+#include "edit/body_form.h"
+#include "edit/workbench.h"
+#include "window/panels/body_panel.h"
+#include "window/panels/invert_panel.h"
+#include "window/panels/move_panel.h"
+#include "window/panels/pipe_panel.h"
+#include "window/widgets/body_grid_view.h"
+#include "window/widgets/entry_box.h"
+#include "window/widgets/panel.h"
+
+namespace anomalis::window {
+
+namespace {
+
+constexpr int column_width = 384;  // pixels
+
+}  // namespace
+
+ModelSide::ModelSide(edit::Workbench& workbench, FormGuards& guards)
+    : workbench_(workbench),
+      guards_(guards),
+      body_(new BodyPanel(workbench, guards)),
+      grid_(new BodyGridView(workbench, guards)),
+      pipe_(new PipePanel(workbench, guards)),
+      wire_(make_wire_frame()),
+      move_(new MovePanel(workbench, guards)),
+      invert_(new InvertPanel(workbench, guards)),
+      toggle_(make_button({"Command_toggle_invert_body", "Perform Inversion", "",
+                           "Change between the bars that move the body and the controls of the inversion"})),
+      views_(new QStackedWidget) {
+    setFixedWidth(column_width);
+    // A low window scrolls the column rather than squeeze it.
+    auto* scroller = new QScrollArea;
+    scroller->setFrameShape(QFrame::NoFrame);
+    scroller->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroller->setWidgetResizable(true);
+    scroller->setFocusPolicy(Qt::NoFocus);
+    scroller->setWidget(make_column());
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(scroller);
+    wire();
+}
+
+QWidget* ModelSide::make_column() {
+    views_->addWidget(move_);
+    views_->addWidget(invert_);
+    auto* holder = new QWidget;
+    auto* column = new QVBoxLayout(holder);
+    column->setContentsMargins(4, 6, 8, 6);
+    column->setSpacing(6);
+    for (QWidget* part : std::initializer_list<QWidget*>{body_, grid_, pipe_, wire_, toggle_, views_})
+        column->addWidget(part);
+    column->addStretch(1);
+    return holder;
+}
+
+void ModelSide::wire() {
+    connect(body_, &BodyPanel::edited, this, &ModelSide::edited);
+    connect(body_, &BodyPanel::body_wanted, this, [this](int number) {
+        commit();
+        emit body_wanted(number);
+    });
+    connect(grid_, &BodyGridView::edited, this, &ModelSide::edited);
+    connect(grid_, &BodyGridView::text_refused, this, &ModelSide::text_refused);
+    connect(pipe_, &PipePanel::edited, this, &ModelSide::edited);
+    connect(pipe_, &PipePanel::text_refused, this, &ModelSide::text_refused);
+    connect(move_, &MovePanel::edited, this, &ModelSide::edited);
+    connect(toggle_, &QPushButton::clicked, this, &ModelSide::toggle_invert_view);
+}
+
+void ModelSide::display_body_parameters() {
+    const bool rewritten = edit::settle_current_body(workbench_);
+    {
+        const SuspendEvents suspend(guards_);
+        const ModelBody* body = edit::current_body(workbench_);
+        body_->fill();
+        grid_->fill();
+        pipe_->fill();
+        pipe_->setVisible(body && body->type == pipe);
+        wire_->setVisible(body && body->type == BodyType::wire);
+        move_->fill();
+    }
+    if (rewritten) emit edited();
+}
+
+void ModelSide::reset_form_display() {
+    workbench_.view.current_body = 1;
+    show_invert_view(false);
+    display_body_parameters();
+}
+
+void ModelSide::commit() {
+    if (guards_.closed()) return;
+    grid_->commit_editor();
+    commit_boxes(*this);
+}
+
+bool ModelSide::invert_view() const {
+    return views_->currentWidget() == invert_;
+}
+
+void ModelSide::show_invert_view(bool invert) {
+    QWidget* shown = invert ? static_cast<QWidget*>(invert_) : move_;
+    // The room below the grid is that of the view on show, not of the taller one.
+    for (QWidget* view : std::initializer_list<QWidget*>{move_, invert_})
+        view->setSizePolicy(QSizePolicy::Preferred,
+                            view == shown ? QSizePolicy::Preferred : QSizePolicy::Ignored);
+    views_->setCurrentWidget(shown);
+    toggle_->setText(invert ? tr("Move This Body") : tr("Perform Inversion"));
+}
+
+void ModelSide::toggle_invert_view() {
+    const Workspace& workspace = workbench_.session.workspace;
+    if (guards_.closed() || !edit::line_loaded(workspace) || workspace.body_count < 1) return;
+    commit();
+    show_invert_view(!invert_view());
+    emit invert_view_toggled(invert_view());
+}
+
+}  // namespace anomalis::window

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <QWidget>
+
+#include "window/shell/form_guards.h"
+
+class QPushButton;
+class QStackedWidget;
+
+namespace anomalis::edit {
+struct Workbench;
+}  // namespace anomalis::edit
+
+namespace anomalis::window {
+
+class BodyGridView;
+class BodyPanel;
+class InvertPanel;
+class MovePanel;
+class PipePanel;
+
+/// The right column of the model page: the current body, its parameters, and below them the bars that move it
+/// or the controls of the inversion. It keeps its width when the window grows.
+class ModelSide : public QWidget {
+    Q_OBJECT
+
+  public:
+    ModelSide(edit::Workbench& workbench, FormGuards& guards);
+
+    BodyPanel& body() { return *body_; }
+    InvertPanel& invert() { return *invert_; }
+
+    /// Shows the current body everywhere in the column; without one the controls are empty and disabled.
+    void display_body_parameters();
+    /// Body 1 becomes the current one, the bars are shown. After a read, after the first body was added,
+    /// after the last one was deleted.
+    void reset_form_display();
+    /// Takes over what is being typed: before a command, and before another page is shown.
+    void commit();
+
+    /// Shows the inversion, or the bars; nothing is told.
+    void show_invert_view(bool invert);
+    bool invert_view() const;
+
+  signals:
+    /// The model was changed.
+    void edited();
+    /// The person chose another body, which is not yet the current one.
+    void body_wanted(int number);
+    void text_refused(const QString& caption, const QString& text);
+    /// `Command_toggle_invert_body` was pressed and the other view is shown.
+    void invert_view_toggled(bool invert);
+
+  private:
+    QWidget* make_column();
+    void wire();
+    void toggle_invert_view();
+
+    edit::Workbench& workbench_;
+    FormGuards& guards_;
+    BodyPanel* body_;
+    BodyGridView* grid_;
+    PipePanel* pipe_;
+    QWidget* wire_;
+    MovePanel* move_;
+    InvertPanel* invert_;
+    QPushButton* toggle_;
+    QStackedWidget* views_;
+};
+
+}  // namespace anomalis::window

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <vector>
+
+#include <QWidget>
+
+#include "edit/body_form.h"
+#include "window/shell/form_guards.h"
+#include "window/widgets/panel.h"
+
+class QGridLayout;
+
+namespace anomalis::edit {
+struct Workbench;
+}  // namespace anomalis::edit
+
+namespace anomalis::window {
+
+class CommitBox;
+
+/// The solid of a pipe, `Frame_cylinder`: wall, ends, how finely its surface is cut.
+class PipePanel : public QWidget {
+    Q_OBJECT
+
+  public:
+    PipePanel(edit::Workbench& workbench, FormGuards& guards);
+    void fill();
+
+  signals:
+    void edited();
+    void text_refused(const QString& caption, const QString& text);
+
+  private:
+    void add_box(QGridLayout& grid, int row, int pair, edit::PipeBox box, const ControlText& text);
+
+    edit::Workbench& workbench_;
+    FormGuards& guards_;
+    std::vector<CommitBox*> boxes_;
+};
+
+/// A line on what the rows of a wire mean, `Frame_wire`.
+QWidget* make_wire_frame();
+
+}  // namespace anomalis::window

@@ -1,0 +1,147 @@
+#include "window/panels/processing_panel.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGridLayout>
+#include <QLabel>
+
+#include "window/shell/look.h"
+
+namespace anomalis::window {
+
+namespace {
+
+constexpr int base_row = 4;
+constexpr int elevation_row = 5;
+
+}  // namespace
+
+ProcessingPanel::ProcessingPanel(edit::Workbench& workbench, FormGuards& guards)
+    : SettingsPanel(
+          "Frame_data_processing_parameters",
+          tr("Data Processing Parameters: Changing these values does not require reloading the data"),
+          workbench, guards) {
+    add_filters();
+    add_gradient();
+    add_base_levels(base_row);
+    add_box(elevation_row, 0, edit::SettingsBox::surface_elevation,
+            {"Text_MAGINV_topo", "Surface elevation", "m",
+             "Elevation of the ground, m, where the data file has no DTM column"});
+    add_box(elevation_row, 1, edit::SettingsBox::sensor_offset,
+            {"Text_MAGINV_sensor_offset", "Sensor offset", "m",
+             "Height of the sensor above the ground, m (0 or more), where the file lacks one of the two"});
+}
+
+void ProcessingPanel::add_filters() {
+    const ControlText type{"Combo_smooth_filter_type", "Smoothing filter", "",
+                           "Kernel of the smoothing filter and of the residual filter"};
+    smooth_type_ = new QComboBox;
+    name_control(*smooth_type_, type.name, tr(type.caption), tr(type.tip));
+    smooth_type_->addItems({"Triangular", "Sinc^2", "Hanning", "Hamming", "Boxcar"});
+    place(0, 0, type, smooth_type_);
+    connect(smooth_type_, &QComboBox::currentIndexChanged, this, [this](int index) {
+        if (this->guards().closed()) return;
+        edit::change_smooth_filter_type(this->workbench(), index);
+        emit setting_changed();
+    });
+    add_box(0, 1, edit::SettingsBox::smooth_filter_width,
+            {"Text_smooth_filter_width", "Half-width", "",
+             "Half-width of the smoothing filter in stations (0 smooths nothing)"});
+    add_box(1, 0, edit::SettingsBox::residual_filter_width,
+            {"Text_residual_filter_width", "Residual half-width", "",
+             "Half-width in stations of the filter that removes the background (0 removes nothing; larger "
+             "values remove less regional)"});
+}
+
+void ProcessingPanel::add_gradient() {
+    const ControlText width{"Text_VG_filter_width", "VG Filter Half-Width", "",
+                            "Half-width of the gradient filter in stations (must be >=1)"};
+    const ControlText step{
+        "Text_VG_filter_step", "VG filter spacing", "",
+        "Distance between the taps of the gradient filter in stations (must be >=1; 0 gives "
+        "gradients of zero)"};
+    total_gradient_ = make_check({"Check_display_total_gradient", "Use the total gradient", "",
+                                  "Build and chart the total gradient in place of the vertical gradient"});
+    place_bare(1, 1, total_gradient_);
+    gradient_labels_[0] = place(2, 0, width, make_box(edit::SettingsBox::vg_filter_width, width));
+    gradient_labels_[1] = place(2, 1, step, make_box(edit::SettingsBox::vg_filter_step, step));
+    gradient_labels_[0]->setObjectName("Label_VG_0");
+    gradient_labels_[1]->setObjectName("Label_VG_1");
+    connect(total_gradient_, &QCheckBox::toggled, this, [this](bool total) {
+        show_gradient_captions();
+        if (this->guards().closed()) return;
+        edit::change_total_gradient(this->workbench(), total);
+        emit setting_changed();
+    });
+}
+
+void ProcessingPanel::add_base_levels(int row) {
+    auto* frame = new Panel("Frame_base_levels", QString());
+    frame->setProperty("card", false);
+    frame->layout()->setContentsMargins(0, 0, 0, 0);
+    QSizePolicy policy = frame->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    frame->setSizePolicy(policy);
+    const std::array texts{
+        ControlText{"Text_MAGINV_basemag", "Mag base level", "nT",
+                    "Background level taken off the magnetic data, nT (blank takes the mean)"},
+        ControlText{"Text_MAGINV_basegrav", "Gravity base level", "mGal",
+                    "Background level taken off the gravity data, mGal (blank takes the mean)"}};
+    const std::array floats{
+        ControlText{"Check_float_base_0", "Float mag base", "",
+                    "Let the base level float: observed and calculated curves have the same mean"},
+        ControlText{"Check_float_base_1", "Float gravity base", "",
+                    "Let the base level float: observed and calculated curves have the same mean"}};
+    for (int channel = 0; channel < 2; ++channel) {
+        const auto i = static_cast<std::size_t>(channel);
+        base_boxes_[i] =
+            make_box(channel == 0 ? edit::SettingsBox::mag_base : edit::SettingsBox::grav_base, texts[i]);
+        frame->place(0, channel, texts[i], base_boxes_[i]);
+        float_checks_[i] = make_check(floats[i]);
+        frame->place_bare(1, channel, float_checks_[i]);
+        connect(float_checks_[i], &QCheckBox::toggled, this, [this, channel](bool on) {
+            if (this->guards().closed()) return;
+            edit::change_float_base(this->workbench(), channel, on);
+            emit setting_changed();
+        });
+    }
+    base_frame_ = frame;
+    grid()->addWidget(frame, row, 0, 1, grid()->columnCount());
+}
+
+void ProcessingPanel::fill() {
+    SettingsPanel::fill();
+    const SuspendEvents suspend(guards());
+    const Workspace& workspace = workbench().session.workspace;
+    smooth_type_->setCurrentIndex(edit::smooth_filter_index(workspace));
+    total_gradient_->setChecked(workspace.display_total_gradient == 1);
+    float_checks_[0]->setChecked(workspace.float_mag_base == 1);
+    float_checks_[1]->setChecked(workspace.float_grav_base == 1);
+    show_gradient_captions();
+    update_base_frame();
+}
+
+void ProcessingPanel::show_base_texts(const std::optional<std::string>& mag,
+                                      const std::optional<std::string>& grav) {
+    if (mag) base_boxes_[0]->fill(*mag);
+    if (grav) base_boxes_[1]->fill(*grav);
+}
+
+void ProcessingPanel::update_base_frame() {
+    base_frame_->setVisible(workbench().session.workspace.residual_filter_width <= 0);
+}
+
+edit::DisplayTexts ProcessingPanel::display_texts() const {
+    const auto text = [this](edit::SettingsBox setting) { return box(setting)->text().toStdString(); };
+    return {text(edit::SettingsBox::residual_filter_width), text(edit::SettingsBox::vg_filter_width),
+            text(edit::SettingsBox::mag_base), text(edit::SettingsBox::surface_elevation),
+            text(edit::SettingsBox::sensor_offset)};
+}
+
+void ProcessingPanel::show_gradient_captions() {
+    const edit::GradientCaptions captions = edit::gradient_captions(total_gradient_->isChecked());
+    gradient_labels_[0]->setText(QString::fromUtf8(captions.width_label.data()));
+    gradient_labels_[1]->setText(QString::fromUtf8(captions.step_label.data()));
+}
+
+}  // namespace anomalis::window

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <array>
+
+#include "edit/display_check.h"
+#include "window/panels/settings_panels.h"
+
+class QLabel;
+
+namespace anomalis::window {
+
+/// Filters, base levels and elevations.
+class ProcessingPanel : public SettingsPanel {
+    Q_OBJECT
+
+  public:
+    ProcessingPanel(edit::Workbench& workbench, FormGuards& guards);
+
+    void fill() override;
+    /// Shows a base level that was found by loading or floating.
+    void show_base_texts(const std::optional<std::string>& mag, const std::optional<std::string>& grav);
+    /// Base levels have no meaning while a residual filter is on: their frame is hidden.
+    void update_base_frame();
+    /// What the boxes show that a display of the model depends on.
+    edit::DisplayTexts display_texts() const;
+
+  private:
+    void add_filters();
+    void add_gradient();
+    void add_base_levels(int row);
+    void show_gradient_captions();
+
+    QComboBox* smooth_type_ = nullptr;
+    QCheckBox* total_gradient_ = nullptr;
+    std::array<QLabel*, 2> gradient_labels_{};
+    QWidget* base_frame_ = nullptr;
+    std::array<CommitBox*, 2> base_boxes_{};
+    std::array<QCheckBox*, 2> float_checks_{};
+};
+
+}  // namespace anomalis::window

@@ -1,0 +1,72 @@
+#pragma once
+
+#include <array>
+#include <map>
+
+#include "edit/settings_boxes.h"
+#include "edit/workbench.h"
+#include "window/widgets/entry_box.h"
+#include "window/widgets/panel.h"
+
+class QCheckBox;
+class QComboBox;
+
+namespace anomalis::window {
+
+/// A panel of boxes that are taken over on leaving.
+class SettingsPanel : public Panel {
+    Q_OBJECT
+
+  public:
+    SettingsPanel(const char* object_name, const QString& heading, edit::Workbench& workbench,
+                  FormGuards& guards, int caption_width = wide_captions);
+
+    /// Shows everything as the workspace holds it.
+    virtual void fill();
+    /// The box of a setting, null for one of another panel.
+    CommitBox* box(edit::SettingsBox setting) const;
+
+  signals:
+    /// A setting was stored: what is on show is out of date.
+    void setting_changed();
+    void text_refused(const QString& caption, const QString& text);
+
+  protected:
+    CommitBox* make_box(edit::SettingsBox box, const ControlText& text);
+    void add_box(int row, int pair, edit::SettingsBox box, const ControlText& text);
+    edit::Workbench& workbench() { return workbench_; }
+    FormGuards& guards() { return guards_; }
+
+  private:
+    edit::Workbench& workbench_;
+    FormGuards& guards_;
+    std::map<edit::SettingsBox, CommitBox*> boxes_;
+};
+
+/// The ambient field.
+class FieldPanel : public SettingsPanel {
+    Q_OBJECT
+
+  public:
+    FieldPanel(edit::Workbench& workbench, FormGuards& guards);
+    /// The three texts as their boxes show them: intensity, inclination, declination.
+    std::array<std::string, 3> texts() const;
+
+  private:
+    std::array<CommitBox*, 3> field_boxes_{};
+};
+
+/// Drawing: grids, the drawn length of endless bodies, label and aspect ratio.
+class GraphOptionsPanel : public SettingsPanel {
+    Q_OBJECT
+
+  public:
+    GraphOptionsPanel(edit::Workbench& workbench, FormGuards& guards);
+    void fill() override;
+
+  private:
+    QCheckBox* label_check_;
+    QCheckBox* aspect_check_;
+};
+
+}  // namespace anomalis::window

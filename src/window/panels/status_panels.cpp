@@ -1,0 +1,123 @@
+#include "window/panels/status_panels.h"
+
+#include <algorithm>
+
+#include <QFrame>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPainter>
+#include <QProgressBar>
+
+#include "core/numbers.h"
+#include "show/pointer_panels.h"
+#include "window/shell/look.h"
+
+namespace anomalis::window {
+
+namespace {
+
+constexpr int progress_width = 120, least_message = 60;  // pixels
+
+struct PanelPlan {
+    const char* caption;
+    const char* widest;  ///< the panel keeps this width, so that nothing jumps
+    const char* tip;
+};
+
+constexpr std::array<PanelPlan, 7> plans{
+    {{"", "", "What happened last"},
+     {"", "Model (Vertical stretch 00.00)", "The chart under the pointer"},
+     {"X", "0000000.00", "Distance along the profile under the pointer, m"},
+     {"Y", "-000000.00", "Value under the pointer, in the chart's unit"},
+     {"E", "0000000.00", "East of the nearest station, m"},
+     {"N", "00000000.00", "North of the nearest station, m"},
+     {"", "RMS: 0000.000 0000.00", "Misfit of data and of gradient between observed and calculated"}}};
+
+/// Shows as much of its text as there is room for, so that a long one never widens the window.
+class ElidedLabel : public QLabel {
+  public:
+    QSize minimumSizeHint() const override { return {least_message, QLabel::minimumSizeHint().height()}; }
+    QSize sizeHint() const override { return minimumSizeHint(); }
+
+  protected:
+    void paintEvent(QPaintEvent*) override {
+        const QRect room = contentsRect();
+        QPainter(this).drawText(room, Qt::AlignLeft | Qt::AlignVCenter,
+                                fontMetrics().elidedText(text(), Qt::ElideRight, room.width()));
+    }
+};
+
+}  // namespace
+
+StatusPanels::StatusPanels(QWidget* parent) : QStatusBar(parent) {
+    setObjectName("StatusBar");
+    setSizeGripEnabled(false);
+    for (std::size_t i = 0; i < plans.size(); ++i) {
+        auto* holder = new QWidget;
+        auto* row = new QHBoxLayout(holder);
+        row->setContentsMargins(i == 0 ? 8 : 0, 2, 4, 2);
+        row->setSpacing(6);
+        if (i > 0) {
+            auto* line = new QFrame;
+            line->setFrameShape(QFrame::VLine);
+            line->setForegroundRole(QPalette::Mid);
+            row->addWidget(line);
+        }
+        if (plans[i].caption[0] != '\0') {
+            auto* caption = new QLabel(tr(plans[i].caption));
+            make_quiet(*caption);
+            row->addWidget(caption);
+        }
+        panels_[i] = i == 0 ? new ElidedLabel : new QLabel;
+        panels_[i]->setObjectName("StatusBar_" + QString::number(i + 1));
+        panels_[i]->setMinimumWidth(fontMetrics().horizontalAdvance(plans[i].widest));
+        holder->setToolTip(tr(plans[i].tip));
+        row->addWidget(panels_[i], i == 0 ? 1 : 0);
+        if (i == 0) {
+            row->addWidget(make_progress_bar());
+            addWidget(holder, 1);
+        } else {
+            addPermanentWidget(holder);
+        }
+    }
+}
+
+/// It stands in the room of the message.
+QProgressBar* StatusPanels::make_progress_bar() {
+    progress_ = new QProgressBar;
+    progress_->setObjectName("ProgressBar_load");
+    progress_->setToolTip(tr("How far the work has come, percent"));
+    progress_->setFixedWidth(progress_width);
+    progress_->setRange(0, 100);
+    progress_->hide();
+    return progress_;
+}
+
+void StatusPanels::show_text(const QString& text) {
+    panel(1)->setText(text);
+    panel(1)->setToolTip(text);
+}
+
+void StatusPanels::show_pointer(const show::PointerPanels& panels) {
+    panel(2)->setText(QString::fromStdString(panels.chart));
+    panel(3)->setText(QString::fromStdString(panels.x));
+    panel(4)->setText(QString::fromStdString(panels.y));
+    panel(5)->setText(QString::fromStdString(panels.east));
+    panel(6)->setText(QString::fromStdString(panels.north));
+}
+
+void StatusPanels::show_misfit(double data_norm, double gradient_norm) {
+    panel(7)->setText("RMS: " + QString::fromStdString(format_number(data_norm, "0.000")) + " " +
+                      QString::fromStdString(format_number(gradient_norm, "0.00")));
+}
+
+void StatusPanels::show_progress(int percent) {
+    progress_->setVisible(percent >= 0);
+    progress_->setValue(std::max(percent, 0));
+}
+
+void StatusPanels::clear_line() {
+    for (int number = 2; number <= 7; ++number) panel(number)->clear();
+}
+
+}  // namespace anomalis::window

@@ -1,0 +1,99 @@
+#include "window/panels/welcome_panel.h"
+
+#include <array>
+
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "window/shell/look.h"
+
+namespace anomalis::window {
+
+namespace {
+
+constexpr int text_width = 430;
+
+struct Step {
+    const char* title;
+    const char* words;
+};
+
+constexpr std::array steps{
+    Step{"Choose the data",
+         "Pick a data file, or open a workspace from the File menu. Say which column holds what; the head of "
+         "the file shows them."},
+    Step{"Load locations", "The stations are laid on the profile, and their number and length are shown."},
+    Step{"Add a body",
+         "The tab “Current Model” shows observed curves in black and calculated ones in green. Bodies, Add a "
+         "new body, puts one under the line; its bars move it."}};
+
+QLabel* wrapped(const QString& text) {
+    auto* label = new QLabel(text);
+    label->setWordWrap(true);
+    label->setFixedWidth(text_width);
+    return label;
+}
+
+void add_step(QGridLayout& grid, int row, const Step& step) {
+    auto* number = new QLabel(QString::number(row + 1));
+    number->setProperty("heading", true);
+    number->setAlignment(Qt::AlignTop | Qt::AlignRight);
+    auto* column = new QVBoxLayout;
+    column->setSpacing(1);
+    auto* title = new QLabel(QString::fromUtf8(step.title));
+    title->setProperty("heading", true);
+    column->addWidget(title);
+    column->addWidget(wrapped(QString::fromUtf8(step.words)));
+    grid.addWidget(number, row, 0, Qt::AlignTop);
+    grid.addLayout(column, row, 1);
+}
+
+}  // namespace
+
+WelcomePanel::WelcomePanel(const char* object_name, const std::vector<flow::ExampleFile>& examples,
+                           QWidget* parent)
+    : QWidget(parent) {
+    setObjectName(object_name);
+    auto* column = new QVBoxLayout;
+    column->setSpacing(14);
+    auto* title = new QLabel(tr("Explain a survey line by simple bodies"));
+    QFont font = title->font();
+    font.setPointSizeF(font.pointSizeF() * 1.5);
+    title->setFont(font);
+    column->addWidget(title);
+    auto* grid = new QGridLayout;
+    grid->setHorizontalSpacing(12);
+    grid->setVerticalSpacing(10);
+    for (std::size_t i = 0; i < steps.size(); ++i) add_step(*grid, static_cast<int>(i), steps[i]);
+    column->addLayout(grid);
+
+    if (!examples.empty()) {
+        auto* caption = new QLabel(tr("Or start with an example"));
+        make_quiet(*caption);
+        column->addWidget(caption);
+        auto* row = new QHBoxLayout;
+        row->setSpacing(8);
+        for (const flow::ExampleFile& example : examples) {
+            auto* button = new QPushButton(QString::fromStdString(example.title));
+            button->setToolTip(tr("Open, load and show %1").arg(QString::fromStdString(example.path)));
+            const QString path = QString::fromStdString(example.path);
+            connect(button, &QPushButton::clicked, this, [this, path] { emit example_chosen(path); });
+            row->addWidget(button);
+        }
+        row->addStretch();
+        column->addLayout(row);
+    }
+    auto* across = new QHBoxLayout(this);
+    auto* down = new QVBoxLayout;
+    down->addStretch(2);
+    down->addLayout(column);
+    down->addStretch(3);
+    across->addStretch();
+    across->addLayout(down);
+    across->addStretch();
+}
+
+}  // namespace anomalis::window

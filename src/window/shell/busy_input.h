@@ -1,0 +1,43 @@
+#pragma once
+
+#include <functional>
+#include <vector>
+
+#include <QObject>
+#include <QPointer>
+
+class QAction;
+class QMainWindow;
+class QWidget;
+
+namespace anomalis::window {
+
+/// While a run serves the window at its yields: only one button, the key Esc and a request to close get
+/// through. Everything else is switched off, and what was held down is let go.
+class BusyInput : public QObject {
+    Q_OBJECT
+
+  public:
+    BusyInput(QMainWindow& window, QWidget& stop_button, QAction& stop_action, std::function<void()> stop);
+
+    void begin();
+    void end();
+    bool busy() const { return busy_; }
+
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    bool lets_through(const QObject* watched) const;
+
+    QMainWindow& window_;
+    QWidget& stop_button_;
+    QAction& stop_action_;
+    std::function<void()> stop_;
+    std::vector<QPointer<QWidget>> widgets_;
+    std::vector<QPointer<QAction>> actions_;
+    QPointer<QWidget> focus_;
+    bool busy_ = false;
+};
+
+}  // namespace anomalis::window

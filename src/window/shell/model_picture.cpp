@@ -1,0 +1,45 @@
+#include "window/shell/model_picture.h"
+
+#include "chart/qt/painter_device.h"
+#include "chart/qt/picture.h"
+#include "core/failure.h"
+#include "core/safe_file.h"
+#include "core/session.h"
+#include "flow/model_page.h"
+
+namespace anomalis::window {
+
+namespace {
+
+constexpr int least_side = 16;  // pixels
+constexpr int longest_side = 16384;
+
+bool is_side(int pixels) {
+    return pixels >= least_side && pixels <= longest_side;
+}
+
+}  // namespace
+
+int write_model_picture(Session& session, const std::string& path, const std::string& view, int width,
+                        int height) {
+    const MessageScope scope(session.prompts);
+    return report_failure(session.prompts, "An error occurred while drawing the picture: ", [&] {
+        const chart::PictureFormat format = chart::picture_format(path);
+        if (!is_side(width) || !is_side(height))
+            throw Fault("a side of a picture has 16 to 16384 pixels, not " + std::to_string(width) + " x " +
+                        std::to_string(height));
+        const show::PageView* const page_view = show::find_page_view(view);
+        if (!page_view) throw Fault("there is no view " + view);
+        if (!edit::line_loaded(session.workspace)) throw Fault("no line is loaded");
+        const chart::SurfaceSize size{width * chart::units_per_screen_pixel,
+                                      height * chart::units_per_screen_pixel};
+        flow::ModelPage page(session, size, *page_view, [](chart::SurfaceSize own) {
+            return std::make_unique<chart::PainterDevice>(own.width, own.height);
+        });
+        const auto draw = [&](chart::DrawingDevice& device, chart::OutputTarget kind,
+                              const chart::SurfaceMapping& whole) { page.draw(device, kind, whole); };
+        write_file_safely(path, chart::page_bytes(format, size, draw));
+    });
+}
+
+}  // namespace anomalis::window

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <string>
+
+namespace anomalis {
+class Session;
+}  // namespace anomalis
+
+namespace anomalis::window {
+
+/// Draws the model page of a loaded session into a file: png, svg, pdf or emf by its ending. Size in pixels,
+/// 16 to 16384 a side; `view` is a name of `page_views`. Needs a QGuiApplication.
+/// Returns 0, or -1 after a failure, which was shown; an old file then stays.
+int write_model_picture(Session& session, const std::string& path, const std::string& view, int width,
+                        int height);
+
+}  // namespace anomalis::window

@@ -1,0 +1,119 @@
+#include "window/widgets/body_cells.h"
+
+#include <QApplication>
+#include <QLineEdit>
+#include <QPainter>
+#include <QStyleOptionButton>
+
+#include "edit/body_grid.h"
+#include "window/shell/look.h"
+#include "window/widgets/body_grid_model.h"
+
+namespace anomalis::window {
+
+namespace {
+
+constexpr int margin = 4;  // pixels
+constexpr int unit_width = 30;
+constexpr int mark_size = 13;
+constexpr double selected_tint = 0.14;
+
+QColor mixed(const QColor& ground, const QColor& tint, double part) {
+    const auto mix = [&](int a, int b) { return static_cast<int>(a + (b - a) * part); };
+    return {mix(ground.red(), tint.red()), mix(ground.green(), tint.green()),
+            mix(ground.blue(), tint.blue())};
+}
+
+void paint_ground(QPainter& painter, const QStyleOptionViewItem& option) {
+    const QPalette& palette = option.palette;
+    if (option.state.testFlag(QStyle::State_Selected)) {
+        painter.fillRect(option.rect, mixed(palette.color(QPalette::Base), palette.color(QPalette::Highlight),
+                                            selected_tint));
+        painter.setPen(palette.color(QPalette::Highlight));
+        if (option.state.testFlag(QStyle::State_HasFocus))
+            painter.drawRect(option.rect.adjusted(0, 0, -1, -1));
+    }
+    painter.setPen(palette.color(QPalette::Midlight));
+    painter.drawLine(option.rect.bottomLeft(), option.rect.bottomRight());
+}
+
+void paint_mark(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index) {
+    const QVariant state = index.data(Qt::CheckStateRole);
+    if (!state.isValid()) return;
+    QStyleOptionButton mark;
+    mark.palette = option.palette;
+    mark.rect = QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, {mark_size, mark_size}, option.rect);
+    const bool usable =
+        option.state.testFlag(QStyle::State_Enabled) && index.flags().testFlag(Qt::ItemIsUserCheckable);
+    mark.state = usable ? QStyle::State_Enabled : QStyle::State_None;
+    mark.state |= state.toInt() == Qt::Checked ? QStyle::State_On : QStyle::State_Off;
+    QApplication::style()->drawPrimitive(QStyle::PE_IndicatorCheckBox, &mark, &painter);
+}
+
+/// Paints a text at the right end of `room` and takes its width off.
+void paint_behind(QPainter& painter, QRect& room, int width, Qt::Alignment side, const QString& text) {
+    const QRect place(room.right() - width + 1, room.top(), width, room.height());
+    painter.drawText(place, static_cast<int>(side | Qt::AlignVCenter), text);
+    room.setRight(room.right() - width);
+}
+
+}  // namespace
+
+void BodyCells::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const {
+    painter->save();
+    painter->setFont(option.font);
+    paint_ground(*painter, option);
+    QRect room = option.rect.adjusted(margin, 0, -margin, 0);
+    if (index.column() == edit::grid_vary) {
+        paint_mark(*painter, option, index);
+        painter->restore();
+        return;
+    }
+    if (index.column() == edit::grid_value) {
+        const QString error = index.data(BodyGridModel::error_role).toString();
+        painter->setPen(quiet_text(option.palette));
+        const bool type = index.row() + 1 == edit::row_type && !index.data().toString().isEmpty();
+        paint_behind(*painter, room, unit_width, Qt::AlignLeft,
+                     type ? QStringLiteral("▾") : index.data(BodyGridModel::unit_role).toString());
+        if (!error.isEmpty())
+            paint_behind(*painter, room, painter->fontMetrics().horizontalAdvance(error) + margin,
+                         Qt::AlignLeft, error);
+        room.setRight(room.right() - margin);
+    }
+    const bool caption = index.column() == edit::grid_property;
+    painter->setPen(option.state.testFlag(QStyle::State_Enabled) ? option.palette.color(QPalette::Text)
+                                                                 : quiet_text(option.palette));
+    painter->drawText(
+        room, static_cast<int>((caption ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignVCenter),
+        painter->fontMetrics().elidedText(index.data().toString(), Qt::ElideRight, room.width()));
+    painter->restore();
+}
+
+QWidget* BodyCells::createEditor(QWidget* parent, const QStyleOptionViewItem&,
+                                 const QModelIndex& index) const {
+    auto* editor = new QLineEdit(parent);
+    editor->setObjectName("Text_edit");
+    editor->setFrame(false);
+    editor->setAlignment(Qt::AlignRight);
+    editor->setToolTip(index.data(Qt::ToolTipRole).toString());
+    editor->setAccessibleName(index.siblingAtColumn(edit::grid_property).data().toString());
+    editor->setAcceptDrops(false);
+    editor->setAutoFillBackground(true);
+    return editor;
+}
+
+void BodyCells::setEditorData(QWidget* editor, const QModelIndex& index) const {
+    auto* line = qobject_cast<QLineEdit*>(editor);
+    if (!line || line->isModified()) return;  // a redraw leaves what is being typed
+    line->setText(index.data(Qt::EditRole).toString());
+    line->selectAll();
+}
+
+void BodyCells::setModelData(QWidget* editor, QAbstractItemModel* model, const QModelIndex& index) const {
+    auto* line = qobject_cast<QLineEdit*>(editor);
+    if (!line || !line->isModified()) return;
+    line->setModified(false);  // the editor is asked again when it closes
+    model->setData(index, line->text(), Qt::EditRole);
+}
+
+}  // namespace anomalis::window

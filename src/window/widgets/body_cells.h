@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QStyledItemDelegate>
+
+namespace anomalis::window {
+
+/// Draws the cells of the parameter grid: the unit stands quietly behind the value, a standard error of the
+/// last fit between them, the mark in the middle of its cell. Edits texts in `Text_edit`.
+class BodyCells : public QStyledItemDelegate {
+    Q_OBJECT
+
+  public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    void paint(QPainter* painter, const QStyleOptionViewItem& option,
+               const QModelIndex& index) const override;
+    QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& option,
+                          const QModelIndex& index) const override;
+    void setEditorData(QWidget* editor, const QModelIndex& index) const override;
+    /// Only a text that the person has touched is taken over.
+    void setModelData(QWidget* editor, QAbstractItemModel* model, const QModelIndex& index) const override;
+    bool editorEvent(QEvent*, QAbstractItemModel*, const QStyleOptionViewItem&, const QModelIndex&) override {
+        return false;  // marks change by the view, wherever in the cell the click is
+    }
+};
+
+}  // namespace anomalis::window

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QAbstractTableModel>
+
+#include "window/shell/form_guards.h"
+
+namespace anomalis::edit {
+struct Workbench;
+}  // namespace anomalis::edit
+
+namespace anomalis::window {
+
+/// The parameters of the current body as a table: row r - 1 and column c of the view are row r and column c
+/// of the grid.
+class BodyGridModel : public QAbstractTableModel {
+    Q_OBJECT
+
+  public:
+    enum Role { unit_role = Qt::UserRole, error_role };
+
+    BodyGridModel(edit::Workbench& workbench, FormGuards& guards, QObject* parent = nullptr);
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    int columnCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+    Qt::ItemFlags flags(const QModelIndex& index) const override;
+    /// Text into a value or limit, a mark into "Vary". False when nothing was stored.
+    bool setData(const QModelIndex& index, const QVariant& value, int role) override;
+
+    /// Changes the mark of a row as a click on it does.
+    void toggle_vary(const QModelIndex& index);
+    /// Every cell is shown anew.
+    void refresh();
+
+  signals:
+    void edited();
+    void text_refused(const QString& caption, const QString& text);
+
+  private:
+    bool enter(const QModelIndex& index, const QString& text);
+
+    edit::Workbench& workbench_;
+    FormGuards& guards_;
+};
+
+}  // namespace anomalis::window

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QTableView>
+
+#include "window/shell/form_guards.h"
+
+class QComboBox;
+
+namespace anomalis::edit {
+struct Workbench;
+}  // namespace anomalis::edit
+
+namespace anomalis::window {
+
+class BodyGridModel;
+
+/// `Grid_body`: 18 parameters by caption, value, mark and limits. A click on a value or a limit opens
+/// `Text_edit` over it, one on the type `Combo_model_type`, one on a mark changes it.
+class BodyGridView : public QTableView {
+    Q_OBJECT
+
+  public:
+    BodyGridView(edit::Workbench& workbench, FormGuards& guards, QWidget* parent = nullptr);
+
+    void fill();
+    /// Takes over what stands in an open editor.
+    void commit_editor();
+
+  signals:
+    void edited();
+    void text_refused(const QString& caption, const QString& text);
+
+  protected:
+    bool edit(const QModelIndex& index, EditTrigger trigger, QEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+  private:
+    using QTableView::edit;
+    void lay_out();
+    void cell_clicked(const QModelIndex& index);
+    void show_types();
+    void choose_type(int entry);
+    void fill_types();
+
+    edit::Workbench& workbench_;
+    FormGuards& guards_;
+    BodyGridModel* cells_;
+    QComboBox* types_;
+};
+
+}  // namespace anomalis::window

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <functional>
+
+#include <QWidget>
+
+namespace anomalis::window {
+
+/// A bar that steps a parameter down and up: two buttons that repeat while they are held. The arrow keys take
+/// coarse steps while it has the focus, with Shift fine ones.
+class ParameterStepper : public QWidget {
+    Q_OBJECT
+
+  public:
+    ParameterStepper(const QString& object_name, bool fine, QWidget* parent = nullptr);
+
+    /// What the tip says is found when it is shown, since it speaks of the present body.
+    void set_tip(std::function<QString()> tip) { tip_ = std::move(tip); }
+
+  signals:
+    /// `direction` is +1 or -1.
+    void stepped(bool fine, int direction);
+
+  protected:
+    bool event(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+  private:
+    bool fine_;
+    std::function<QString()> tip_;
+};
+
+}  // namespace anomalis::window

@@ -1,0 +1,279 @@
+#include <algorithm>
+#include <cmath>
+#include <gtest/gtest.h>
+#include <set>
+
+#include "chart_rig.h"
+
+namespace anomalis::chart {
+namespace {
+
+constexpr double m = 165.0;
+
+/// The texts whose anchor lies left of the plot, from the bottom up.
+std::vector<std::string> left_numbers(const Rig& rig) {
+    std::vector<std::pair<double, std::string>> found;
+    for (const auto& entry : rig.device.of_kind(Kind::text))
+        if (entry.angle == 0.0 && entry.points[0].x < rig.chart.PlotRect().x_low - m / 2.0 - 1.0 &&
+            entry.points[0].y > 0.0)
+            found.emplace_back(entry.points[0].y, entry.text);
+    std::sort(found.begin(), found.end());
+    std::vector<std::string> texts;
+    for (const auto& [y, text] : found) texts.push_back(text);
+    return texts;
+}
+
+/// Two-point lines that start on the plot's side at x.
+std::vector<RecordingDevice::Entry> ticks_from_x(const Rig& rig, double x) {
+    auto lines = rig.device.of_kind(Kind::polyline);
+    std::erase_if(lines, [&](const auto& line) {
+        return line.points.size() != 2 || line.points[0].x != x || line.points[0].y != line.points[1].y;
+    });
+    return lines;
+}
+
+std::vector<RecordingDevice::Entry> ticks_from_y(const Rig& rig, double y) {
+    auto lines = rig.device.of_kind(Kind::polyline);
+    std::erase_if(lines, [&](const auto& line) {
+        return line.points.size() != 2 || line.points[0].y != y || line.points[0].x != line.points[1].x;
+    });
+    return lines;
+}
+
+TEST(AxisPainter, a_dropped_label_does_not_drop_those_that_follow) {
+    Rig rig;
+    rig.make_a();
+    rig.chart.DisplayChart();
+    EXPECT_EQ(left_numbers(rig), (std::vector<std::string>{"-300", "-100", "100", "300", "500", "700"}));
+    // 404 apart, which is too near for two neighbours but not for two that have one between them.
+    rig.device.forget();
+    rig.chart.XTickInterval(250.0);
+    rig.chart.DisplayChart();
+    std::vector<std::string> bottom;
+    for (const auto& entry : rig.device.of_kind(Kind::text))
+        if (entry.points[0].y == 577.5 - 1.5 * m) bottom.push_back(entry.text);
+    EXPECT_EQ(bottom,
+              (std::vector<std::string>{"0", "250", "750", "1250", "1750", "2250", "2750", "3250", "3750",
+                                        "4250", "4750", "5250", "5750", "6250", "6750", "7250"}));
+}
+
+TEST(AxisPainter, ticks_are_drawn_where_the_label_is_dropped) {
+    Rig rig;
+    rig.make_a();
+    rig.chart.DisplayChart();
+    const auto left = ticks_from_x(rig, 772.5);
+    ASSERT_EQ(left.size(), 11U);
+    EXPECT_EQ(ticks_from_x(rig, 12727.5).size(), 11U);
+    EXPECT_EQ(ticks_from_y(rig, 577.5).size(), 8U);
+    EXPECT_EQ(ticks_from_y(rig, 3675.0).size(), 8U);
+    EXPECT_EQ(left[0].points[1].x, 772.5 + 60.0);
+    EXPECT_EQ(left[0].pen, (Pen{black, 1.0, LineStyle::solid}));
+    EXPECT_EQ(ticks_from_x(rig, 12727.5)[0].points[1].x, 12727.5 - 60.0);
+    EXPECT_EQ(ticks_from_y(rig, 3675.0)[0].points[1].y, 3675.0 - 60.0);
+}
+
+TEST(AxisPainter, the_title_is_centred_on_the_plot_below_the_top_edge) {
+    Rig rig;
+    rig.make_b();
+    rig.chart.DisplayChart();
+    const auto* title = rig.device.find_text("Residual");
+    ASSERT_NE(title, nullptr);
+    EXPECT_NEAR(title->points[0].x, (772.5 + 13500.0) / 2.0 - 8 * 45.0, 1e-9);
+    EXPECT_NEAR(title->points[0].y, 4500.0 - 1.25 * m, 1e-9);
+}
+
+TEST(AxisPainter, the_x_label_stands_at_the_bottom_edge_and_under_the_title) {
+    Rig rig;
+    rig.make_a();
+    rig.chart.DisplayChart();
+    std::vector<double> heights;
+    for (const auto& entry : rig.device.of_kind(Kind::text))
+        if (entry.text == "Distance") heights.push_back(entry.points[0].y);
+    EXPECT_EQ(heights, (std::vector<double>{4500.0 - 1.5 * m - 1.5 * m, 0.0}));
+}
+
+TEST(AxisPainter, the_left_title_reads_upward_and_the_right_one_downward) {
+    Rig rig;
+    rig.make_a();
+    rig.chart.YAxisLabel("nano");
+    rig.chart.DisplayChart();
+    const double middle = (577.5 + 3675.0) / 2.0;
+    std::vector<RecordingDevice::Entry> titles;
+    for (const auto& entry : rig.device.of_kind(Kind::text))
+        if (entry.text == "nano") titles.push_back(entry);
+    ASSERT_EQ(titles.size(), 2U);
+    // Turned by +90 degrees the box reaches from the anchor to the left, by -90 to the right.
+    EXPECT_EQ(titles[0].angle, 90.0);
+    EXPECT_NEAR(titles[0].points[0].x, 1.5 * m, 1e-9);
+    EXPECT_NEAR(titles[0].points[0].y, middle - 2 * 90.0, 1e-9);
+    EXPECT_EQ(titles[1].angle, -90.0);
+    EXPECT_NEAR(titles[1].points[0].x, 13500.0 - 1.5 * m, 1e-9);
+    EXPECT_NEAR(titles[1].points[0].y, middle + 2 * 90.0, 1e-9);
+}
+
+TEST(AxisPainter, axes_off_leave_title_and_frame) {
+    for (const int location : {0, 1}) {
+        Rig rig;
+        rig.make_a();
+        rig.chart.DisplayAxes(false);
+        rig.chart.AxisLabellingLocation(location);
+        rig.chart.DisplayChart();
+        EXPECT_EQ(rig.device.texts(), (std::vector<std::string>{"Residual"}));
+        EXPECT_TRUE(rig.device.of_kind(Kind::polyline).empty());
+        EXPECT_EQ(rig.device.of_kind(Kind::polygon_outline).size(), 1U);
+    }
+}
+
+TEST(AxisPainter, the_frame_is_black_unfilled_and_optional) {
+    Rig rig;
+    rig.make_a();
+    rig.chart.DisplayChart();
+    ASSERT_EQ(rig.device.of_kind(Kind::polygon_outline).size(), 1U);
+    EXPECT_EQ(rig.device.of_kind(Kind::polygon_outline)[0].pen.colour, black);
+    EXPECT_TRUE(rig.device.of_kind(Kind::polygon_fill).empty());
+    rig.device.forget();
+    rig.chart.DisplayBorder(false);
+    rig.chart.DisplayChart();
+    EXPECT_TRUE(rig.device.of_kind(Kind::polygon_outline).empty());
+}
+
+TEST(AxisPainter, top_numbers_touch_the_frame_and_bottom_ones_keep_half_a_height) {
+    Rig rig;
+    rig.make_a();
+    rig.chart.DisplayChart();
+    std::set<double> heights;
+    for (const auto& entry : rig.device.of_kind(Kind::text))
+        if (entry.text == "3000") heights.insert(entry.points[0].y);
+    EXPECT_EQ(heights, (std::set<double>{577.5 - 1.5 * m, 3675.0}));
+}
+
+TEST(AxisPainter, numbers_of_two_axes_do_not_meet_at_a_corner) {
+    Rig rig;
+    rig.make_a();
+    rig.chart.XAxisMin(1000.0);
+    rig.chart.XAxisMax(7000.0);
+    rig.chart.DisplayChart();
+    const Rect plot = rig.chart.PlotRect();
+    int at_the_top = 0;
+    for (const auto& entry : rig.device.of_kind(Kind::text)) {
+        if (entry.text != "1000" && entry.text != "7000") continue;
+        const double left = entry.points[0].x;
+        if (entry.points[0].y != plot.y_high) {
+            EXPECT_NEAR(left + 180.0, entry.text == "1000" ? plot.x_low : plot.x_high, 1e-9);
+            continue;
+        }
+        ++at_the_top;
+        EXPECT_GE(left, plot.x_low - m / 4.0);
+        EXPECT_LE(left + 4 * 90.0, plot.x_high + m / 4.0);
+    }
+    EXPECT_EQ(at_the_top, 2);
+    // Where no number of the Y axis stands at the corner they stay centred on their ticks.
+    rig.device.forget();
+    rig.chart.YAxisMax(760.0);
+    rig.chart.DisplayChart();
+    for (const auto& entry : rig.device.of_kind(Kind::text)) {
+        if (entry.text != "7000") continue;
+        EXPECT_NEAR(entry.points[0].x + 180.0, rig.chart.PlotRect().x_high, 1e-9);
+    }
+}
+
+TEST(AxisPainter, numbers_inside_are_drawn_once_and_clear_of_the_ticks) {
+    Rig rig;
+    rig.make_a();
+    rig.chart.AxisLabellingLocation(1);
+    rig.chart.DisplayChart();
+    int hundreds = 0;
+    std::set<double> heights;
+    for (const auto& entry : rig.device.of_kind(Kind::text)) {
+        if (entry.text == "300") {
+            ++hundreds;
+            EXPECT_NEAR(entry.points[0].x, 247.5 + m / 2.0, 1e-9);
+        }
+        if (entry.text == "3000") heights.insert(entry.points[0].y);
+    }
+    EXPECT_EQ(hundreds, 1);
+    EXPECT_EQ(heights, (std::set<double>{247.5 + 0.5 * m, 4005.0 - 1.5 * m}));
+    // Those that do not fit between the edges are left out.
+    for (const char* text : {"0", "-300", "700"}) {
+        const auto* entry = rig.device.find_text(text);
+        EXPECT_TRUE(entry == nullptr || entry->points[0].x < 247.5 + m) << text;
+    }
+    EXPECT_EQ(rig.device.find_text("-300"), nullptr);
+    EXPECT_EQ(rig.device.find_text("700"), nullptr);
+}
+
+TEST(AxisPainter, numbers_inside_asked_for_at_the_right_stand_at_the_left) {
+    Rig rig;
+    rig.make_a();
+    rig.chart.AxisLabellingLocation(1);
+    rig.chart.YAxisLabellingPosition(1);
+    rig.chart.DisplayChart();
+    const auto* number = rig.device.find_text("300");
+    ASSERT_NE(number, nullptr);
+    EXPECT_NEAR(number->points[0].x, rig.chart.PlotRect().x_low + m / 2.0, 1e-9);
+}
+
+TEST(AxisPainter, a_number_that_would_leave_the_surface_moves_inward) {
+    Rig rig;
+    rig.make_b();
+    rig.chart.XAxisMax(7000.0);
+    rig.chart.DisplayChart();
+    const auto* last = rig.device.find_text("7000");
+    ASSERT_NE(last, nullptr);
+    EXPECT_EQ(last->points[0].x, 13500.0 - 4 * 90.0);
+}
+
+TEST(AxisPainter, a_weak_gradient_has_numbers_that_differ) {
+    Rig rig;
+    rig.make_b();
+    rig.chart.YAxisMin(-0.002);
+    rig.chart.YAxisMax(0.004);
+    rig.chart.YTickInterval(0.001);
+    rig.chart.DisplayChart();
+    EXPECT_EQ(left_numbers(rig),
+              (std::vector<std::string>{"-0.002", "-0.001", "0.000", "0.001", "0.002", "0.003", "0.004"}));
+}
+
+TEST(AxisPainter, a_zoomed_axis_takes_a_finer_interval_and_the_property_stays) {
+    Rig rig;
+    rig.make_b();
+    rig.chart.DisplayChart();
+    rig.chart.SetZoomValues(8.0, 0.5, 8.0, 0.5);
+    rig.device.forget();
+    rig.chart.RefreshGraph(0);
+    std::set<std::string> texts;
+    for (const std::string& text : rig.device.texts()) texts.insert(text);
+    for (const char* text : {"3400", "3600", "3800", "4000", "200", "240"})
+        EXPECT_TRUE(texts.contains(text)) << text;
+    EXPECT_EQ(rig.chart.XTickInterval(), 1000.0);
+}
+
+TEST(AxisPainter, an_interval_of_zero_or_less_counts_as_one) {
+    for (const double interval : {0.0, -5.0, std::nan("")}) {
+        Rig rig;
+        rig.make_b();
+        rig.chart.XAxisMax(4.0);
+        rig.chart.XTickInterval(interval);
+        rig.chart.DisplayChart();
+        EXPECT_EQ(ticks_from_y(rig, 577.5).size(), 5U);
+    }
+}
+
+TEST(AxisPainter, titles_and_numbers_have_their_own_fonts_and_one_colour) {
+    Rig rig;
+    rig.make_a();
+    Font titles;
+    titles.name = "Serif";
+    titles.size = 14.0;
+    rig.chart.TitleFont(titles);
+    rig.chart.ForeColor(0x112233);
+    rig.chart.DisplayChart();
+    for (const auto& entry : rig.device.of_kind(Kind::text)) {
+        const bool title = entry.text == "Residual" || entry.text == "Distance" || entry.text == "nT";
+        EXPECT_EQ(entry.font, title ? titles : Font{}) << entry.text;
+        EXPECT_EQ(entry.pen.colour, 0x112233);
+    }
+}
+
+}  // namespace
+}  // namespace anomalis::chart

@@ -1,0 +1,165 @@
+#include "chart/qt/chart_menu.h"
+
+#include <gtest/gtest.h>
+
+#include <QAction>
+#include <QClipboard>
+#include <QFileInfo>
+#include <QMenu>
+#include <QMimeData>
+#include <QPrinter>
+
+#include "support/full_disk.h"
+#include "support/temp_folder.h"
+#include "widget_rig.h"
+
+namespace anomalis::chart {
+
+bool ScriptedDialogs::choose_printer(QWidget*, QPrinter& printer) {
+    if (printer_file.isEmpty()) return false;
+    printer.setOutputFormat(QPrinter::PdfFormat);
+    printer.setOutputFileName(printer_file);
+    return true;
+}
+
+namespace {
+
+QAction* entry(WidgetRig& rig, const char* name) {
+    return rig.widget.menu()->findChild<QAction*>(name);
+}
+
+TEST(ChartMenu, holds_its_entries_under_their_names) {
+    WidgetRig rig;
+    EXPECT_EQ(rig.widget.menu()->objectName(), "mnuPopUp");
+    for (const char* name : {"menu_zoom_options", "menu_lock_zoom_0", "menu_lock_zoom_1",
+                             "menu_copy_toclipboard", "menu_copy_bmp", "menu_copy_EMF", "menu_save", "mnuEMF",
+                             "menu_save_pdf", "menu_print_preview", "mnuPrint"})
+        EXPECT_NE(entry(rig, name), nullptr) << name;
+}
+
+TEST(ChartMenu, a_locked_axis_does_not_zoom) {
+    WidgetRig rig;
+    entry(rig, "menu_lock_zoom_0")->trigger();
+    EXPECT_TRUE(rig.widget.chart().ZoomLock(0));
+    rig.wheel(rig.pixel(2000, 200), {0, 120});
+    EXPECT_EQ(rig.widget.chart().CurrentZoom().zoom_x, 1.0);
+    EXPECT_NEAR(rig.widget.chart().CurrentZoom().zoom_y, 1.1, 1e-6);
+}
+
+TEST(ChartMenu, a_reset_of_the_zoom_is_told_to_linked_charts) {
+    WidgetRig rig;
+    rig.wheel(rig.pixel(2000, 200), {0, 240});
+    const int before = rig.events.seen["ViewChanged"];
+    entry(rig, "menu_reset_zoom")->trigger();
+    EXPECT_EQ(rig.widget.chart().CurrentZoom(), ZoomValues{});
+    EXPECT_EQ(rig.events.seen["ViewChanged"], before + 1);
+}
+
+TEST(ChartMenu, the_crosshair_entry_follows_the_chart) {
+    WidgetRig rig;
+    QAction* crosshair = entry(rig, "menu_crosshair");
+    crosshair->trigger();
+    EXPECT_TRUE(rig.widget.chart().Crosshair());
+    rig.widget.chart().Crosshair(false);
+    rig.widget.menu()->popup(QPoint(0, 0));
+    EXPECT_FALSE(crosshair->isChecked());
+    rig.widget.menu()->close();
+}
+
+TEST(ChartMenu, a_missing_ending_is_appended) {
+    EXPECT_EQ(ChartDialogs::with_extension("/a/line", "emf"), "/a/line.emf");
+    EXPECT_EQ(ChartDialogs::with_extension("/a/line 1.5", "emf"), "/a/line 1.5.emf");
+    EXPECT_EQ(ChartDialogs::with_extension("/a/LINE.EMF", "emf"), "/a/LINE.EMF");
+}
+
+TEST(ChartMenu, copies_a_bitmap_of_the_chart) {
+    WidgetRig rig;
+    entry(rig, "menu_copy_bmp")->trigger();
+    const QImage copied = QApplication::clipboard()->image();
+    ASSERT_EQ(copied.size(), QSize(900, 300));
+    EXPECT_EQ(copied.pixel(rig.pixel(1250, -100)), qRgb(0x1F, 0x76, 0xB4));
+}
+
+TEST(ChartMenu, copies_three_vector_forms_at_once) {
+    WidgetRig rig;
+    entry(rig, "menu_copy_EMF")->trigger();
+    const QMimeData* data = QApplication::clipboard()->mimeData();
+    EXPECT_TRUE(data->data("image/svg+xml").contains("<svg"));
+    EXPECT_TRUE(data->data("application/pdf").startsWith("%PDF"));
+    EXPECT_EQ(data->data("image/x-emf").mid(40, 4), " EMF");
+}
+
+TEST(ChartMenu, saves_under_the_chosen_name_and_says_so) {
+    const TempFolder folder;
+    for (const auto& [name, file] : {std::pair{"mnuEMF", "a.emf"},
+                                     {"menu_save_pdf", "a.pdf"},
+                                     {"menu_save_svg", "a.svg"},
+                                     {"menu_save_png", "a.png"}}) {
+        WidgetRig rig;
+        rig.dialogs.path = QString::fromStdString(folder.path(file));
+        entry(rig, name)->trigger();
+        EXPECT_GT(QFileInfo(*rig.dialogs.path).size(), 1000) << file;
+        ASSERT_EQ(rig.dialogs.messages.size(), 1);
+        EXPECT_TRUE(rig.dialogs.messages[0].endsWith("Export complete"));
+    }
+}
+
+TEST(ChartMenu, a_cancelled_dialog_leaves_no_file_and_no_word) {
+    WidgetRig rig;
+    entry(rig, "mnuEMF")->trigger();
+    EXPECT_TRUE(rig.dialogs.messages.isEmpty());
+}
+
+TEST(ChartMenu, a_save_that_fails_says_why_and_leaves_nothing) {
+    const TempFolder folder;
+    folder.write("file", "in the way");
+    WidgetRig rig;
+    rig.dialogs.path = QString::fromStdString(folder.path("file/chart.emf"));
+    entry(rig, "mnuEMF")->trigger();
+    ASSERT_EQ(rig.dialogs.messages.size(), 1);
+    EXPECT_TRUE(rig.dialogs.messages[0].startsWith("An error occurred while performing the EMF Export: "));
+    EXPECT_FALSE(QFileInfo::exists(*rig.dialogs.path));
+}
+
+TEST(ChartMenu, a_full_disk_is_told_and_leaves_the_old_picture) {
+    const TempFolder folder;
+    for (const auto& [name, file] : {std::pair{"mnuEMF", "a.emf"},
+                                     {"menu_save_pdf", "a.pdf"},
+                                     {"menu_save_svg", "a.svg"},
+                                     {"menu_save_png", "a.png"}}) {
+        WidgetRig rig;
+        folder.write(file, "the old picture");
+        rig.dialogs.path = QString::fromStdString(folder.path(file));
+        {
+            const FullDisk disk(1000);
+            entry(rig, name)->trigger();
+        }
+        ASSERT_EQ(rig.dialogs.messages.size(), 1) << file;
+        EXPECT_TRUE(rig.dialogs.messages[0].startsWith("An error occurred while performing the "));
+        EXPECT_TRUE(rig.dialogs.messages[0].contains("File too large"))
+            << rig.dialogs.messages[0].toStdString();
+        EXPECT_EQ(folder.read(file), "the old picture");
+    }
+    EXPECT_EQ(folder.entries(), 4) << "no half file stands beside them";
+}
+
+TEST(ChartMenu, prints_a_page_and_leaves_the_screen_alone) {
+    const TempFolder folder;
+    WidgetRig rig;
+    rig.dialogs.printer_file = QString::fromStdString(folder.path("page.pdf"));
+    rig.dialogs.yes = true;
+    const QImage before = rig.widget.grab().toImage();
+    entry(rig, "mnuPrint")->trigger();
+    EXPECT_EQ(rig.dialogs.messages, QStringList({"Print in Landscape Mode?", "Printing Finished"}));
+    EXPECT_GT(QFileInfo(rig.dialogs.printer_file).size(), 1000);
+    EXPECT_EQ(rig.widget.grab().toImage(), before);
+}
+
+TEST(ChartMenu, a_refused_printer_prints_nothing) {
+    WidgetRig rig;
+    entry(rig, "mnuPrint")->trigger();
+    EXPECT_EQ(rig.dialogs.messages, QStringList({"Print in Landscape Mode?"}));
+}
+
+}  // namespace
+}  // namespace anomalis::chart

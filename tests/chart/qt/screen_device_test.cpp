@@ -1,0 +1,212 @@
+#include "chart/qt/screen_device.h"
+
+#include <functional>
+#include <gtest/gtest.h>
+
+#include "chart/qt/painter_device.h"
+#include "chart/qt/picture.h"
+#include "sample_chart.h"
+
+namespace anomalis::chart {
+namespace {
+
+/// A surface of so many pixels with a mapping, white, ready to be drawn on.
+struct Screen {
+    ScreenDevice device;
+    Screen(int width, int height, double ratio = 1.0) {
+        device.resize(QSize(width, height), ratio);
+        device.set_mapping(screen_mapping(height * units_per_screen_pixel));
+        device.select_layer(DrawingDevice::Layer::surface);
+        device.clear(white, 1);
+    }
+    QImage picture() {
+        device.present();
+        return device.picture();
+    }
+};
+
+class Unthinned : public ScreenDevice {
+  public:
+    bool is_raster() const override { return false; }
+};
+
+bool is_dark(QRgb pixel) {
+    return qGray(pixel) < 128;
+}
+
+TEST(ScreenDevice, a_frame_on_the_edge_of_the_surface_is_drawn_in_the_last_pixels) {
+    Screen screen(90, 30);
+    const double w = screen.device.width(), h = screen.device.height();
+    const Point frame[] = {{0, 0}, {w, 0}, {w, h}, {0, h}};
+    screen.device.polygon_outline(frame, Pen{});
+    const QImage picture = screen.picture();
+    for (const QPoint corner :
+         {QPoint(0, 0), QPoint(89, 0), QPoint(0, 29), QPoint(89, 29), QPoint(45, 0), QPoint(45, 29)})
+        EXPECT_TRUE(is_dark(picture.pixel(corner))) << corner.x() << ", " << corner.y();
+    EXPECT_EQ(picture.pixel(45, 1), qRgb(255, 255, 255));
+    EXPECT_EQ(picture.pixel(45, 28), qRgb(255, 255, 255));
+}
+
+TEST(ScreenDevice, a_line_along_an_axis_inks_whole_rows_at_every_scale) {
+    for (const double ratio : {1.0, 1.5, 2.0}) {
+        Screen screen(60, 20, ratio);
+        const Point line[] = {{150, 101}, {750, 101}};
+        screen.device.polyline(line, Pen{black, 1.0, LineStyle::solid});
+        const QImage picture = screen.picture();
+        EXPECT_EQ(picture.width(), static_cast<int>(std::ceil(60 * ratio)));
+        int full = 0, grey = 0;
+        const int column = picture.width() / 2;
+        for (int y = 0; y < picture.height(); ++y) {
+            const int value = qGray(picture.pixel(column, y));
+            full += value == 0;
+            grey += value > 0 && value < 255;
+        }
+        EXPECT_EQ(full, std::lround(ratio)) << ratio;
+        EXPECT_EQ(grey, 0) << ratio;
+    }
+}
+
+/// A slanted line through many points has the ink of one through its ends: no beads at its points.
+TEST(ScreenDevice, a_wide_curve_is_even_along_its_length) {
+    const auto ink_of_columns = [](Screen& screen) {
+        const QImage picture = screen.picture();
+        std::vector<int> ink;
+        for (int x = 10; x < picture.width() - 10; ++x) {
+            int sum = 0;
+            for (int y = 0; y < picture.height(); ++y) sum += 255 - qGray(picture.pixel(x, y));
+            ink.push_back(sum);
+        }
+        return ink;
+    };
+    std::vector<Point> points;
+    for (int i = 0; i <= 50; ++i) points.push_back({60.0 * i, 75.0 + 18.0 * i});
+    Screen cut(200, 80), whole(200, 80);
+    cut.device.polyline(points, Pen{black, 2.0, LineStyle::solid});
+    const Point ends[] = {points.front(), points.back()};
+    whole.device.polyline(ends, Pen{black, 2.0, LineStyle::solid});
+    const auto a = ink_of_columns(cut), b = ink_of_columns(whole);
+    ASSERT_EQ(a.size(), b.size());
+    for (std::size_t i = 0; i < a.size(); ++i) EXPECT_NEAR(a[i], b[i], 25) << i;
+}
+
+TEST(ScreenDevice, the_overlay_is_drawn_on_a_copy_and_the_base_stays) {
+    Screen screen(40, 20);
+    screen.device.select_layer(DrawingDevice::Layer::base);
+    screen.device.clear(white, 1);
+    screen.device.copy_base_to_surface();
+    const Point area[] = {{0, 0}, {600, 0}, {600, 300}, {0, 300}};
+    screen.device.polygon_fill(area, 0x0000FF);
+    EXPECT_EQ(screen.picture().pixel(20, 10), qRgb(255, 0, 0));
+    screen.device.copy_base_to_surface();
+    EXPECT_EQ(screen.picture().pixel(20, 10), qRgb(255, 255, 255));
+}
+
+TEST(ScreenDevice, no_mark_of_an_overlay_outlives_it) {
+    ScreenDevice surface;
+    surface.resize(QSize(300, 150), 1.5);
+    AX_Grapher chart;
+    chart.SetSurface(&surface);
+    fill_sample_chart(chart);
+    chart.ClearSavedGraphics();
+    chart.RefreshGraph(1);
+    const QImage bare = surface.picture().copy();
+    const double xs[] = {3000, 5000, 5000}, ys[] = {0, 0, 300};
+    const std::function<void()> items[] = {
+        [&] { chart.DrawLine(2000, 0, 3000, 500, black, 1); },
+        [&] { chart.DrawLine(2000, 0, 3000, 0, black, 2, 3); },
+        [&] { chart.DrawMarker(3000, 300, 2, black, 1); },
+        [&] { chart.DrawText(0, 3000, 300, "mark"); },
+        [&] { chart.DrawPolygon(3, xs, ys, no_colour, black, 1); },
+        [&] { chart.DrawPolygon(3, xs, ys, black, no_colour, 1); },
+    };
+    for (const auto& draw : items) {
+        draw();
+        chart.RefreshGraph(1);
+        EXPECT_NE(surface.picture(), bare);
+        chart.RefreshGraph(1);
+        chart.ClearSavedGraphics();
+        chart.RefreshGraph(1);
+        EXPECT_EQ(surface.picture(), bare);
+        chart.RefreshGraph(1);
+        EXPECT_EQ(surface.picture(), bare);
+    }
+}
+
+TEST(ScreenDevice, stamped_markers_stand_where_single_ones_stand) {
+    const Point corners[] = {{-45, -45}, {45, -45}, {45, 45}, {-45, 45}};
+    MarkerShape square;
+    square.radius = 45;
+    square.outline = corners;
+    square.filled = true;
+    std::vector<Point> anchors;
+    for (int i = 0; i < 10; ++i) anchors.push_back({97.5 + 150 * i, 157.5});
+
+    Screen stamped(110, 20), single(110, 20);
+    stamped.device.markers(square, anchors);
+    for (const Point& anchor : anchors) single.device.markers(square, {&anchor, 1});
+    const QImage a = stamped.picture(), b = single.picture();
+    for (int y = 0; y < a.height(); ++y)
+        for (int x = 0; x < a.width(); ++x)
+            EXPECT_NEAR(qGray(a.pixel(x, y)), qGray(b.pixel(x, y)), 140) << x << ", " << y;
+    EXPECT_TRUE(is_dark(a.pixel(6, 9)));
+    EXPECT_FALSE(is_dark(a.pixel(11, 9)));
+}
+
+TEST(ScreenDevice, a_text_fills_the_box_that_was_measured) {
+    Screen screen(200, 40);
+    const Font font{"DejaVu Sans", 8, false, false};
+    const std::string text = "HBurial depth: 32.00H";
+    const TextExtent extent = screen.device.measure(text, font);
+    screen.device.text({150, 150}, 0, text, font, black);
+    const QImage picture = screen.picture();
+    int left = 200, right = 0, top = 40, bottom = 0;
+    for (int y = 0; y < 40; ++y) {
+        for (int x = 0; x < 200; ++x) {
+            if (!is_dark(picture.pixel(x, y))) continue;
+            left = std::min(left, x);
+            right = std::max(right, x);
+            top = std::min(top, y);
+            bottom = std::max(bottom, y);
+        }
+    }
+    EXPECT_NEAR(left, 10, 3);
+    EXPECT_NEAR(right, 10 + extent.width / units_per_screen_pixel, 3);
+    EXPECT_GE(top, 40 - (150 + extent.height()) / units_per_screen_pixel);
+    EXPECT_LT(bottom, 40 - 150 / units_per_screen_pixel);
+}
+
+/// Thinning to what the pixel columns can show is for the raster alone; nothing visible may change.
+TEST(ScreenDevice, thinning_a_long_series_inks_the_same_pixels) {
+    ScreenDevice surface;
+    surface.resize(QSize(300, 150), 1.0);
+    AX_Grapher chart;
+    chart.SetSurface(&surface);
+    fill_sample_chart(chart, 60001);
+    const SurfaceSize size{surface.width(), surface.height()};
+    const QImage thinned = page_image(size, [&](auto& device, auto kind, const auto& mapping) {
+        chart.DrawTo(device, kind, mapping, size);
+    });
+    // Every piece of the curve on a raster eight times as fine.
+    Unthinned fine;
+    fine.resize(QSize(300, 150), 8.0);
+    fine.select_layer(DrawingDevice::Layer::surface);
+    fine.clear(white, 1);
+    chart.DrawTo(fine, OutputTarget::screen_copy, screen_mapping(size.height), size);
+    fine.present();
+    const QImage whole = fine.picture().scaled(300, 150, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    const Rect plot = chart.PlotRect();
+    const auto pixel = [](double units) { return static_cast<int>(units / units_per_screen_pixel); };
+    int inked = 0;
+    for (int y = 150 - pixel(plot.y_high) + 2; y < 150 - pixel(plot.y_low) - 2; ++y) {
+        for (int x = pixel(plot.x_low) + 2; x < pixel(plot.x_high) - 2; ++x) {
+            const int a = qGray(thinned.pixel(x, y)), b = qGray(whole.pixel(x, y));
+            inked += a < 128;
+            EXPECT_FALSE((a < 100 && b > 250) || (b < 100 && a > 250))
+                << x << ", " << y << ": " << a << " " << b;
+        }
+    }
+    EXPECT_GT(inked, 300);
+}
+
+}  // namespace
+}  // namespace anomalis::chart

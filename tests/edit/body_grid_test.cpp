@@ -1,0 +1,251 @@
+#include "edit/body_grid.h"
+
+#include <gtest/gtest.h>
+#include <limits>
+
+#include "edit/body_sample.h"
+#include "edit/change.h"
+
+namespace anomalis::edit {
+
+namespace {
+
+GridChange key(BodySample& sample, int row, std::string_view text, int column = grid_value) {
+    return enter_grid_text(sample.workbench, row, column, text);
+}
+
+}  // namespace
+
+TEST(BodyGrid, shows_the_current_body_and_follows_it) {
+    BodySample sample;
+    EXPECT_EQ(grid_text(sample.workbench, row_type, grid_value), "Thick Sheet");
+    EXPECT_EQ(grid_text(sample.workbench, row_east, grid_value), "501200.0");
+    EXPECT_EQ(grid_text(sample.workbench, row_north, grid_value), "7000000.0");
+    EXPECT_EQ(grid_text(sample.workbench, param_distance, grid_value), "1200.0");
+    EXPECT_EQ(grid_text(sample.workbench, param_width, grid_value), "100.00");
+    EXPECT_EQ(grid_unit(sample.workbench, param_density), "g/cc");
+    sample.workbench.view.current_body = 3;
+    EXPECT_EQ(grid_text(sample.workbench, param_distance, grid_value), "1900.0");
+}
+
+TEST(BodyGrid, is_empty_without_a_current_body) {
+    BodySample sample;
+    for (const int number : {0, 4, -1, 1000}) {
+        sample.workbench.view.current_body = number;
+        for (int row = 1; row <= body_row_count; ++row) {
+            for (int column = 0; column < grid_column_count; ++column) {
+                EXPECT_EQ(grid_text(sample.workbench, row, column), "");
+                EXPECT_FALSE(grid_editable(sample.workbench, row, column));
+            }
+            EXPECT_EQ(key(sample, row, "12"), GridChange::refused);
+            EXPECT_FALSE(toggle_grid_vary(sample.workbench, row));
+        }
+    }
+    EXPECT_FALSE(sample.changed());
+}
+
+TEST(BodyGrid, a_keyed_value_clears_only_what_hangs_on_it) {
+    struct Case {
+        int row;
+        const char* text;
+        Cleared cleared;
+    };
+    for (const Case& c :
+         {Case{param_distance, "1300", {true, true, false}}, Case{param_top, "55", {true, true, false}},
+          Case{param_width, "80", {true, true, false}}, Case{param_depth_extent, "90", {true, true, false}},
+          Case{param_length, "70", {true, true, false}}, Case{param_offset, "12", {true, true, false}},
+          Case{param_strike, "30", {true, true, true}}, Case{param_dip, "60", {true, true, true}},
+          Case{param_plunge, "10", {true, true, true}}, Case{param_slope, "5", {true, true, true}},
+          Case{param_susc, "-70", {true, false, true}}, Case{param_rem_q, "-2", {true, false, true}},
+          Case{param_rem_i, "200", {true, false, true}}, Case{param_rem_d, "20", {true, false, true}},
+          Case{param_density, "2.9", {false, true, false}}}) {
+        BodySample sample;
+        EXPECT_EQ(key(sample, c.row, c.text), GridChange::stored) << c.row;
+        EXPECT_EQ(Cleared(sample.body(2)), c.cleared) << c.row;
+        EXPECT_EQ(Cleared(sample.body(1)), Cleared(false, false, false));
+        EXPECT_EQ(body_param(sample.body(2), c.row).value, std::stof(c.text));
+        EXPECT_TRUE(sample.changed() && sample.workbench.unsaved);
+    }
+}
+
+TEST(BodyGrid, a_new_distance_moves_the_body_on_the_map) {
+    BodySample sample;
+    EXPECT_EQ(key(sample, param_distance, "1312.5"), GridChange::stored);
+    EXPECT_DOUBLE_EQ(sample.body(2).east, 501312.5);
+    EXPECT_EQ(grid_text(sample.workbench, row_east, grid_value), "501312.5");
+    EXPECT_EQ(key(sample, param_distance, "-100"), GridChange::stored);
+    EXPECT_DOUBLE_EQ(sample.body(2).east, 499900);
+}
+
+TEST(BodyGrid, values_out_of_range_are_dropped_without_a_message) {
+    BodySample sample;
+    struct Case {
+        int row;
+        const char* text;
+    };
+    for (const Case& c :
+         {Case{param_strike, "360.1"}, Case{param_strike, "-361"}, Case{param_dip, "-1"},
+          Case{param_dip, "181"}, Case{param_plunge, "46"}, Case{param_slope, "-81"}, Case{param_width, "-1"},
+          Case{param_length, "-0.5"}, Case{param_depth_extent, "-3"}}) {
+        const float before = body_param(sample.body(2), c.row).value;
+        EXPECT_EQ(key(sample, c.row, c.text), GridChange::refused);
+        EXPECT_EQ(body_param(sample.body(2), c.row).value, before);
+    }
+    EXPECT_FALSE(sample.changed());
+    EXPECT_TRUE(sample.prompts.messages.empty());
+    sample.body(2).type = pipe;
+    EXPECT_EQ(key(sample, param_dip, "-45"), GridChange::stored);
+    EXPECT_EQ(key(sample, param_dip, "46"), GridChange::refused);
+}
+
+TEST(BodyGrid, texts_that_are_no_number_are_refused) {
+    BodySample sample;
+    for (const std::string& text :
+         {std::string("abc"), std::string(), std::string("   "), std::string("1e999"), std::string("1e39"),
+          std::string("12\n13"), std::string("1,5"), std::string(10000, '9'), std::string(10000, 'x'),
+          std::string("nan"), std::string("inf"), std::string("0x10")}) {
+        for (const int row : {param_top, param_susc, param_density})
+            EXPECT_EQ(key(sample, row, text), GridChange::refused) << text.substr(0, 20);
+        if (!text.empty() && text != "   ") {
+            EXPECT_EQ(key(sample, param_top, text, grid_min), GridChange::refused) << text.substr(0, 20);
+        }
+    }
+    EXPECT_FALSE(sample.changed());
+    EXPECT_EQ(Cleared(sample.body(2)), Cleared(false, false, false));
+}
+
+TEST(BodyGrid, a_value_near_the_stored_one_counts_as_none) {
+    BodySample sample;
+    EXPECT_EQ(key(sample, param_dip, "90.04"), GridChange::unchanged);
+    EXPECT_EQ(key(sample, param_rem_i, "0.03"), GridChange::unchanged);
+    EXPECT_EQ(key(sample, param_density, "2.6705"), GridChange::unchanged);
+    EXPECT_EQ(key(sample, param_rem_q, "0.0009"), GridChange::unchanged);
+    EXPECT_EQ(sample.body(2).dip.value, 90);
+    EXPECT_FALSE(sample.changed());
+    EXPECT_EQ(key(sample, param_dip, "90.06"), GridChange::stored);
+    EXPECT_EQ(key(sample, param_density, "2.672"), GridChange::stored);
+}
+
+TEST(BodyGrid, any_difference_of_the_other_rows_is_stored) {
+    BodySample sample;
+    EXPECT_EQ(key(sample, param_distance, "1200.01"), GridChange::stored);
+    EXPECT_EQ(key(sample, param_width, "100.005"), GridChange::stored);
+    sample.calm();
+    EXPECT_EQ(key(sample, param_width, "100.005"), GridChange::unchanged);
+    EXPECT_FALSE(sample.changed());
+}
+
+TEST(BodyGrid, rows_that_the_type_has_not_take_nothing) {
+    BodySample sample;
+    sample.body(2).type = wire;
+    for (const int row : {param_depth_extent, param_density, param_plunge, param_slope, param_rem_q,
+                          param_rem_i, param_rem_d}) {
+        EXPECT_EQ(grid_text(sample.workbench, row, grid_value), "");
+        EXPECT_EQ(key(sample, row, "1"), GridChange::refused);
+        EXPECT_EQ(key(sample, row, "1", grid_min), GridChange::refused);
+        EXPECT_EQ(grid_vary_mark(sample.workbench, row), VaryMark::none);
+        EXPECT_FALSE(toggle_grid_vary(sample.workbench, row));
+    }
+    for (const int row : {1, 2, 3}) {
+        EXPECT_EQ(key(sample, row, "1"), GridChange::refused);
+        EXPECT_FALSE(toggle_grid_vary(sample.workbench, row));
+    }
+    EXPECT_FALSE(sample.changed());
+}
+
+TEST(BodyGrid, marks_flip_and_are_kept) {
+    BodySample sample;
+    EXPECT_EQ(grid_vary_mark(sample.workbench, param_strike), VaryMark::fixed);
+    EXPECT_TRUE(toggle_grid_vary(sample.workbench, param_strike));
+    EXPECT_EQ(sample.body(2).strike.vary, 1);
+    EXPECT_TRUE(sample.changed());
+    EXPECT_TRUE(toggle_grid_vary(sample.workbench, param_strike));
+    EXPECT_EQ(sample.body(2).strike.vary, 0);
+    EXPECT_EQ(Cleared(sample.body(2)), Cleared(false, false, false));
+}
+
+TEST(BodyGrid, diameter_and_length_of_a_wire_never_vary) {
+    BodySample sample;
+    ModelBody& body = sample.body(2);
+    body.type = wire;
+    body.width.vary = 1;
+    settle_current_body(sample.workbench);
+    EXPECT_EQ(body.width.vary, 0);
+    for (const int row : {param_width, param_length}) {
+        EXPECT_EQ(grid_vary_mark(sample.workbench, row), VaryMark::held);
+        EXPECT_FALSE(toggle_grid_vary(sample.workbench, row));
+        EXPECT_EQ(body_param(body, row).vary, 0);
+    }
+    EXPECT_TRUE(toggle_grid_vary(sample.workbench, param_offset));
+}
+
+TEST(BodyGrid, limits_are_numbers_or_blank) {
+    BodySample sample;
+    EXPECT_EQ(grid_text(sample.workbench, param_dip, grid_min), "");
+    EXPECT_EQ(key(sample, param_dip, "30", grid_min), GridChange::stored);
+    EXPECT_EQ(key(sample, param_dip, "150.25", grid_max), GridChange::stored);
+    EXPECT_EQ(sample.body(2).dip.min, 30);
+    EXPECT_EQ(grid_text(sample.workbench, param_dip, grid_min), "30");
+    EXPECT_EQ(grid_text(sample.workbench, param_dip, grid_max), "150.25");
+    EXPECT_EQ(key(sample, param_dip, "150.25", grid_max), GridChange::unchanged);
+    EXPECT_EQ(key(sample, param_dip, "  ", grid_max), GridChange::stored);
+    EXPECT_EQ(sample.body(2).dip.max, unset);
+    EXPECT_EQ(key(sample, param_dip, "-99999", grid_min), GridChange::stored);
+    EXPECT_EQ(sample.body(2).dip.min, unset);
+    EXPECT_EQ(key(sample, param_dip, "-200000", grid_min), GridChange::unchanged);
+    EXPECT_EQ(Cleared(sample.body(2)), Cleared(false, false, false));
+    EXPECT_TRUE(sample.changed());
+}
+
+TEST(BodyGrid, crossed_limits_are_refused_with_a_message) {
+    BodySample sample;
+    EXPECT_EQ(key(sample, param_top, "50", grid_max), GridChange::stored);
+    sample.calm();
+    EXPECT_EQ(key(sample, param_top, "50.5", grid_min), GridChange::refused);
+    EXPECT_EQ(sample.prompts.messages,
+              std::vector<std::string>{"The lower limit must not be above the upper limit"});
+    EXPECT_EQ(sample.body(2).top.min, unset);
+    EXPECT_FALSE(sample.changed());
+    EXPECT_EQ(key(sample, param_top, "50", grid_min), GridChange::stored);
+    EXPECT_EQ(key(sample, param_top, "49", grid_max), GridChange::refused);
+    EXPECT_EQ(sample.body(2).top.max, 50);
+}
+
+TEST(BodyGrid, the_editor_starts_with_all_digits) {
+    BodySample sample;
+    sample.body(2).distance.value = 1234.567F;
+    EXPECT_EQ(grid_text(sample.workbench, param_distance, grid_value), "1234.6");
+    EXPECT_EQ(grid_edit_text(sample.workbench, param_distance, grid_value), "1234.567");
+    EXPECT_EQ(key(sample, param_distance, grid_edit_text(sample.workbench, param_distance, grid_value)),
+              GridChange::unchanged);
+}
+
+TEST(BodyGrid, errors_of_a_fit_stand_beside_the_values_until_the_next_change) {
+    BodySample sample;
+    sample.workbench.fit_errors = {{2, param_dip, 0.314},
+                                   {2, param_top, 12.4},
+                                   {2, param_width, std::numeric_limits<double>::quiet_NaN()},
+                                   {1, param_susc, 5}};
+    EXPECT_EQ(grid_error(sample.workbench, param_dip), "±0.31");
+    EXPECT_EQ(grid_error(sample.workbench, param_top), "±12");
+    EXPECT_EQ(grid_error(sample.workbench, param_width), "±?");
+    sample.workbench.fit_errors[0].error = 1.2e9;
+    EXPECT_EQ(grid_error(sample.workbench, param_dip), "±1e9");
+    sample.workbench.fit_errors[0].error = 0.314;
+    EXPECT_EQ(grid_error(sample.workbench, param_susc), "");
+    EXPECT_NE(grid_tip(sample.workbench, param_dip, grid_value).find("Standard error of the last fit: 0.31"),
+              std::string::npos);
+    key(sample, param_dip, "70");
+    EXPECT_EQ(grid_error(sample.workbench, param_dip), "");
+}
+
+TEST(BodyGrid, values_are_keyed_without_a_line_too) {
+    BodySample sample;
+    drop_stations(sample.workspace());
+    const double east = sample.body(2).east;
+    EXPECT_EQ(key(sample, param_distance, "10"), GridChange::stored);
+    EXPECT_EQ(sample.body(2).east, east);
+    EXPECT_EQ(sample.body(2).distance.value, 10);
+}
+
+}  // namespace anomalis::edit

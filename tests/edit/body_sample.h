@@ -1,0 +1,54 @@
+#pragma once
+
+#include "edit/body_form.h"
+#include "edit/body_grid.h"
+#include "edit/line_sample.h"
+#include "forward/shape/reference_point.h"
+
+namespace anomalis::edit {
+
+/// A loaded line with three sheets at 500, 1200 and 1900 m; body 2 is the current one and nothing is marked
+/// as changed.
+struct BodySample : LineSample {
+    explicit BodySample(bool with_bodies = true) {
+        load();
+        if (with_bodies) {
+            add_body(500, 60);
+            add_body(1200, 40);
+            add_body(1900, 20);
+        }
+        for (int i = 1; i <= workspace().body_count; ++i) {
+            ModelBody& b = body(i);
+            forward::update_body_reference_point(workspace(), static_cast<double>(b.distance.value), b.east,
+                                                 b.north);
+        }
+        workbench.view.current_body = 2;
+        calm();
+    }
+
+    ModelBody& body(int number) { return workspace().body(number); }
+    ModelBody& current() { return *current_body(workbench); }
+    /// Everything is calculated and nothing is marked as changed.
+    void calm() {
+        session.model_changed = false;
+        workbench.unsaved = false;
+        for (ModelBody& b : workspace().bodies) {
+            b.mag_response_valid = b.grav_response_valid = true;
+            b.last_calculated = 1;
+        }
+    }
+    bool changed() const { return session.model_changed; }
+};
+
+/// Which of a body's caches are clear.
+struct Cleared {
+    bool mag, grav, coefficients;
+    explicit Cleared(const ModelBody& body)
+        : mag(!body.mag_response_valid),
+          grav(!body.grav_response_valid),
+          coefficients(body.last_calculated == -1.0F) {}
+    Cleared(bool m, bool g, bool c) : mag(m), grav(g), coefficients(c) {}
+    bool operator==(const Cleared&) const = default;
+};
+
+}  // namespace anomalis::edit

@@ -1,0 +1,113 @@
+#include "edit/zoom.h"
+
+#include <gtest/gtest.h>
+
+#include "edit/line_sample.h"
+
+namespace anomalis::edit {
+
+namespace {
+
+struct Zoomed : LineSample {
+    Zoomed() {
+        load();
+        view().charts[chart_mag] = {-100, 300, 400, 100};
+        view().charts[chart_section] = {-500, 100, 600, -200};
+    }
+    ViewState& view() { return workbench.view; }
+    ChartWindow& window(int chart) { return view().charts.at(static_cast<std::size_t>(chart)); }
+    void zoom(float factor) { choose_zoom(workspace(), view(), factor, prompts); }
+};
+
+}  // namespace
+
+TEST(Zoom, a_load_shows_the_whole_line) {
+    Zoomed sample;
+    EXPECT_EQ(sample.view().zoom_factor, 1);
+    EXPECT_EQ(sample.view().profile_window_min, 0);
+    EXPECT_EQ(sample.view().window_span, LineSample::length);
+    EXPECT_EQ(sample.view().window_centre, LineSample::length / 2);
+    EXPECT_EQ(sample.view().pan_limit, 0);
+}
+
+TEST(Zoom, the_pan_bar_reaches_both_ends_of_the_line_and_not_beyond) {
+    Zoomed sample;
+    sample.zoom(4);
+    EXPECT_EQ(sample.view().pan_limit, 80);
+    EXPECT_FLOAT_EQ(sample.view().window_span, 625);
+    pan_window(sample.view(), 80);
+    EXPECT_FLOAT_EQ(sample.view().window_centre + sample.view().window_span / 2, 2500);
+    pan_window(sample.view(), -80);
+    EXPECT_FLOAT_EQ(sample.view().window_centre - sample.view().window_span / 2, 0);
+    pan_window(sample.view(), 4000);
+    EXPECT_EQ(sample.view().window_pan, 80);
+}
+
+TEST(Zoom, another_factor_keeps_the_centre_where_it_can) {
+    Zoomed sample;
+    sample.zoom(4);
+    pan_window(sample.view(), 40);
+    const float centre = sample.view().window_centre;
+    sample.zoom(8);
+    EXPECT_NEAR(sample.view().window_centre, centre, 2500.0 / 160);
+    pan_window(sample.view(), sample.view().pan_limit);
+    sample.zoom(2);
+    EXPECT_FLOAT_EQ(sample.view().window_centre + sample.view().window_span / 2, 2500)
+        << "the end stays in view";
+    sample.zoom(1);
+    EXPECT_EQ(sample.view().window_pan, 0);
+    EXPECT_EQ(sample.view().window_centre, 1250);
+}
+
+TEST(Zoom, without_a_line_there_is_nothing_to_zoom) {
+    Zoomed sample;
+    drop_stations(sample.workspace());
+    sample.zoom(4);
+    EXPECT_EQ(sample.view().zoom_factor, 1);
+    EXPECT_EQ(sample.view().window_span, 0);
+    EXPECT_EQ(sample.view().pan_limit, 0);
+    EXPECT_TRUE(sample.prompts.messages.empty());
+}
+
+TEST(Zoom, vertical_steps_in_and_out_again_give_the_same_limits) {
+    Zoomed sample;
+    ChartWindow& window = sample.window(chart_mag);
+    step_vertical_zoom(sample.view(), chart_mag, 1);
+    EXPECT_FLOAT_EQ(window.chart_span, 320);
+    EXPECT_FLOAT_EQ(window.chart_centre, 100);
+    EXPECT_FALSE(scales_itself(window));
+    step_vertical_zoom(sample.view(), chart_mag, -1);
+    EXPECT_FLOAT_EQ(window.chart_span, 400);
+    EXPECT_TRUE(scales_itself(window));
+}
+
+TEST(Zoom, vertical_steps_end_at_1_and_8) {
+    Zoomed sample;
+    for (int i = 0; i < 20; ++i) step_vertical_zoom(sample.view(), chart_mag, 1);
+    EXPECT_EQ(sample.window(chart_mag).chart_zoom_index, 8);
+    EXPECT_FLOAT_EQ(sample.window(chart_mag).chart_span, 400.0F / 8);
+    for (int i = 0; i < 20; ++i) step_vertical_zoom(sample.view(), chart_mag, 0);
+    EXPECT_EQ(sample.window(chart_mag).chart_zoom_index, 1);
+}
+
+TEST(Zoom, the_section_keeps_its_top) {
+    Zoomed sample;
+    ChartWindow& window = sample.window(chart_section);
+    for (const int direction : {1, 1, 1, -1}) {
+        step_vertical_zoom(sample.view(), chart_section, direction);
+        EXPECT_FLOAT_EQ(window.chart_centre + window.chart_span / 2, 100);
+    }
+}
+
+TEST(Zoom, a_pan_step_moves_a_quarter_and_stops_automatic_scaling) {
+    Zoomed sample;
+    step_vertical_pan(sample.view(), chart_mag, 1);
+    EXPECT_FLOAT_EQ(sample.window(chart_mag).chart_centre, 0);
+    EXPECT_FALSE(scales_itself(sample.window(chart_mag)));
+    step_vertical_pan(sample.view(), chart_mag, -1);
+    EXPECT_FLOAT_EQ(sample.window(chart_mag).chart_centre, 100);
+    reset_view(sample.workspace(), sample.view(), sample.prompts);
+    EXPECT_TRUE(scales_itself(sample.window(chart_mag)));
+}
+
+}  // namespace anomalis::edit

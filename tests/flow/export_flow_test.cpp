@@ -1,0 +1,89 @@
+#include "flow/export_flow.h"
+
+#include <filesystem>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "core/paths.h"
+#include "edit/line_sample.h"
+#include "output/clean_tables.h"
+#include "output/tables.h"
+
+namespace anomalis::flow {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+TEST(ExportFlow, without_stations_nothing_is_asked) {
+    edit::LineSample sample;
+    EXPECT_EQ(export_profile_data(sample.workbench), ExportOutcome::nothing);
+    EXPECT_THAT(sample.prompts.save_requests, IsEmpty());
+}
+
+TEST(ExportFlow, the_profile_is_calculated_before_it_is_written) {
+    edit::LineSample sample;
+    sample.add_body(1260, 60);
+    sample.load();
+    sample.workspace().model_file = "/survey/line 1.axm";
+    sample.prompts.save_paths = {sample.folder.path("profile")};
+    EXPECT_EQ(export_profile_data(sample.workbench), ExportOutcome::written);
+    EXPECT_THAT(sample.prompts.messages, ElementsAre("Output complete"));
+    EXPECT_EQ(sample.folder.read("profile.csv"), output::profile_table_text(sample.workspace()));
+    EXPECT_NE(sample.workspace().mag_data(50, row_raw, stage_calculated), 0);
+    EXPECT_GT(sample.workspace().stations(1, column_sensor), 0);
+    const FileRequest& request = sample.prompts.save_requests.at(0);
+    EXPECT_EQ(request.title, "Select the profile data file to create");
+    EXPECT_EQ(request.filter, "Profile Data Files (*.csv)|*.csv|All files (*.*)|*.*");
+    EXPECT_EQ(request.default_name, "/survey/line 1.csv");
+}
+
+TEST(ExportFlow, a_cancel_or_a_no_says_nothing) {
+    edit::LineSample sample;
+    sample.load();
+    const std::string old = sample.folder.write("old.csv", "old");
+    sample.prompts.save_paths = {std::nullopt, old};
+    EXPECT_EQ(export_profile_data(sample.workbench), ExportOutcome::cancelled);
+    EXPECT_EQ(export_profile_data(sample.workbench), ExportOutcome::cancelled);
+    EXPECT_THAT(sample.prompts.messages, IsEmpty());
+    EXPECT_EQ(sample.folder.read("old.csv"), "old");
+}
+
+TEST(ExportFlow, a_failure_is_told_and_is_not_complete) {
+    edit::LineSample sample;
+    sample.load();
+    sample.prompts.save_paths = {sample.folder.path("no/such/a.csv")};
+    EXPECT_EQ(export_profile_data(sample.workbench), ExportOutcome::failed);
+    EXPECT_EQ(sample.prompts.messages.size(), 1U);
+    EXPECT_TRUE(sample.prompts.told("An error occurred while writing the file: "));
+}
+
+TEST(ExportFlow, clean_tables_are_calculated_and_written_under_names_of_their_own) {
+    edit::LineSample sample;
+    EXPECT_EQ(export_clean_profile(sample.workbench), ExportOutcome::nothing);
+    EXPECT_EQ(export_clean_model(sample.workbench), ExportOutcome::nothing);
+    sample.add_body(1260, 60);
+    sample.load();
+    sample.workspace().model_file = sample.folder.path("line.axm");
+    sample.prompts.save_paths = {sample.folder.path("p.csv"), sample.folder.path("m.csv")};
+    EXPECT_EQ(export_clean_profile(sample.workbench), ExportOutcome::written);
+    EXPECT_EQ(export_clean_model(sample.workbench), ExportOutcome::written);
+    EXPECT_EQ(sample.folder.read("p.csv"), output::clean_profile_table_text(sample.workspace()));
+    EXPECT_EQ(sample.folder.read("m.csv"), output::clean_model_table_text(sample.workspace()));
+    EXPECT_EQ(sample.prompts.save_requests[0].default_name, sample.folder.path("line_profile_clean.csv"));
+    EXPECT_EQ(sample.prompts.save_requests[1].default_name, sample.folder.path("line_model_clean.csv"));
+}
+
+TEST(ExportFlow, a_picture_goes_beside_the_model) {
+    Workspace workspace;
+    EXPECT_EQ(screenshot_path(workspace, ScreenshotKind::form, false), "");
+    EXPECT_EQ(screenshot_path(workspace, ScreenshotKind::charts, true), "");
+    workspace.model_file = "/survey/line 1.axm";
+    EXPECT_EQ(screenshot_path(workspace, ScreenshotKind::form, false), "/survey/line 1_model_form.bmp");
+    EXPECT_EQ(screenshot_path(workspace, ScreenshotKind::charts, false), "/survey/line 1_model_graph.bmp");
+    EXPECT_EQ(screenshot_path(workspace, ScreenshotKind::charts, true), "/survey/line 1_plan.bmp");
+    EXPECT_EQ(screenshot_path(workspace, ScreenshotKind::form, true), "/survey/line 1_plan.bmp");
+}
+
+}  // namespace
+}  // namespace anomalis::flow

@@ -1,0 +1,220 @@
+#include "flow/limit_bars.h"
+
+#include <gtest/gtest.h>
+
+#include "flow/scripted_view.h"
+#include "inversion/line_session.h"
+
+namespace anomalis::flow {
+
+namespace {
+
+/// A line of 1000 m in a strip of 1000 twips: one twip a metre.
+class LimitBarsTest : public ::testing::Test {
+  protected:
+    LimitBarsTest() {
+        line.refresh();
+        bars.set_bar_width(40);
+        show(1, 1000, 500);
+    }
+    void show(double zoom, double span, double centre) {
+        bars.update_inversion_limit_display({0, 1000}, {zoom, span, centre});
+    }
+    void window(int first, int last) {
+        w.first_station = first;
+        w.last_station = last;
+        w.first_distance = w.distances[first];
+        w.last_distance = w.distances[last];
+        show(1, 1000, 500);
+    }
+
+    inversion::LineSession line;
+    Workspace& w = line.session.workspace;
+    ScriptedView view;
+    RunControl control{line.session, view};
+    LimitBars bars{line.session, control, view};
+};
+
+}  // namespace
+
+TEST(LimitStrip, it_lies_inside_the_axes_when_they_are_on) {
+    EXPECT_EQ(limit_strip(100, 9000, true).left, 460);
+    EXPECT_EQ(limit_strip(100, 9000, true).width, 8280);
+    EXPECT_EQ(limit_strip(100, 9000, false).left, 100);
+    EXPECT_EQ(limit_strip(100, 9000, false).width, 9000);
+}
+
+TEST_F(LimitBarsTest, over_the_whole_line_the_bars_stand_at_the_edges) {
+    EXPECT_TRUE(bars.bar(0).in_use && bars.bar(1).in_use);
+    EXPECT_EQ(bars.bar(0).left, -30);
+    EXPECT_EQ(bars.bar(1).left, 1000 - 40 - 30);
+}
+
+TEST_F(LimitBarsTest, inside_the_line_they_stand_at_their_distances) {
+    window(21, 71);
+    EXPECT_DOUBLE_EQ(bars.bar(0).left, 200 - 20);
+    EXPECT_DOUBLE_EQ(bars.bar(1).left, 700 - 40 - 30);
+}
+
+TEST_F(LimitBarsTest, zoomed_in_they_follow_the_visible_span) {
+    window(21, 71);
+    show(2, 500, 450);
+    EXPECT_DOUBLE_EQ(bars.bar(0).left, (200.0 - 200) / 500 * 1000 - 20);
+    EXPECT_DOUBLE_EQ(bars.bar(1).left, (700.0 - 200) / 500 * 1000 - 40 - 30);
+}
+
+TEST_F(LimitBarsTest, a_limit_out_of_sight_takes_its_bar_out_of_use_and_leaves_it) {
+    window(21, 71);
+    const double left = bars.bar(0).left;
+    show(4, 250, 400);
+    EXPECT_FALSE(bars.bar(0).in_use);
+    EXPECT_FALSE(bars.bar(1).in_use);
+    EXPECT_EQ(bars.bar(0).left, left);
+    show(4, 250, 326);
+    EXPECT_TRUE(bars.bar(0).in_use) << "one metre outside still shows";
+    show(1, 250, 400);
+    EXPECT_TRUE(bars.bar(0).in_use) << "without zoom a bar is never out of use";
+}
+
+TEST_F(LimitBarsTest, a_window_that_the_line_cannot_hold_is_reset) {
+    for (const auto& [first, last] :
+         {std::pair{0, 0}, std::pair{-5, 200}, std::pair{102, 50}, std::pair{30, 20}}) {
+        w.first_station = first;
+        w.last_station = last;
+        show(1, 1000, 500);
+        EXPECT_GE(w.first_station, 1);
+        EXPECT_EQ(w.last_station, last == 20 || last == 0 || last == 200 ? 101 : last);
+    }
+    w.first_station = 0;
+    w.last_station = 40;
+    w.last_distance = 390;
+    show(1, 1000, 500);
+    EXPECT_EQ(w.first_station, 1);
+    EXPECT_EQ(w.first_distance, 0);
+    EXPECT_EQ(w.last_station, 40);
+}
+
+TEST_F(LimitBarsTest, without_stations_nothing_moves) {
+    window(21, 71);
+    const double left = bars.bar(0).left;
+    w.station_count = 0;
+    bars.update_inversion_limit_display({0, 500}, {1, 1000, 500});
+    EXPECT_EQ(bars.bar(0).left, left);
+    EXPECT_TRUE(line.prompts.messages.empty());
+}
+
+TEST_F(LimitBarsTest, a_span_of_0_is_told) {
+    window(21, 71);
+    show(1, 0, 300);
+    EXPECT_TRUE(
+        line.prompts.told("An error occurred while updating the inversion limits display: Division by zero"));
+}
+
+TEST_F(LimitBarsTest, a_drag_moves_the_first_station) {
+    line.session.inversion.best_misfit = {1, 1};
+    bars.mouse_down(0, 5);
+    bars.mouse_move(0, 5 + 310);  // centre from -10 to 300
+    EXPECT_EQ(w.first_station, 31);
+    EXPECT_DOUBLE_EQ(w.first_distance, 300);
+    EXPECT_DOUBLE_EQ(bars.bar(0).left, 280);
+    EXPECT_EQ(view.calls, std::vector<std::string>{"charts"});
+    EXPECT_EQ(line.session.inversion.best_misfit[0], unset);
+    EXPECT_FALSE(control.busy());
+}
+
+TEST_F(LimitBarsTest, a_drag_moves_the_last_station) {
+    bars.mouse_down(1, 0);
+    bars.mouse_move(1, -350);  // centre from 950 to 600
+    EXPECT_EQ(w.last_station, 61);
+    EXPECT_DOUBLE_EQ(w.last_distance, 600);
+}
+
+TEST_F(LimitBarsTest, a_centre_beyond_the_line_takes_its_end) {
+    window(21, 71);
+    bars.mouse_down(0, 0);
+    bars.mouse_move(0, -5000);
+    EXPECT_EQ(w.first_station, 1);
+    bars.mouse_up(0);
+    bars.mouse_down(1, 0);
+    bars.mouse_move(1, 5000);
+    EXPECT_EQ(w.last_station, 101);
+}
+
+TEST_F(LimitBarsTest, a_bar_stops_20_short_of_the_other) {
+    window(21, 71);
+    const double other = bars.bar(1).left;
+    bars.mouse_down(0, 0);
+    const double allowed = other - 20 - 40 - bars.bar(0).left;
+    bars.mouse_move(0, allowed + 1);
+    EXPECT_EQ(w.first_station, 21) << "dropped";
+    bars.mouse_move(0, 2000);
+    EXPECT_EQ(w.first_station, 21) << "nor across it";
+    bars.mouse_move(0, allowed);
+    EXPECT_GT(w.first_station, 50);
+    EXPECT_LE(bars.bar(0).left + 40, other - 20 + 10);
+}
+
+TEST_F(LimitBarsTest, the_last_bar_stops_20_right_of_the_first) {
+    window(21, 71);
+    bars.mouse_down(1, 0);
+    bars.mouse_move(1, bars.bar(0).left + 40 + 19 - bars.bar(1).left);
+    EXPECT_EQ(w.last_station, 71);
+    bars.mouse_move(1, bars.bar(0).left + 40 + 20 - bars.bar(1).left);
+    EXPECT_LT(w.last_station, 71);
+    EXPECT_GT(w.last_station, w.first_station);
+}
+
+TEST_F(LimitBarsTest, stations_may_not_meet) {
+    // Narrow bars on a short visible span can come closer than a station.
+    window(50, 52);
+    bars.set_bar_width(1);
+    show(1, 1000000, 500);
+    bars.mouse_down(0, 0);
+    bars.mouse_move(0, 0.5);
+    EXPECT_LT(w.first_station, w.last_station);
+}
+
+TEST_F(LimitBarsTest, nothing_moves_without_a_press_a_change_or_while_busy) {
+    bars.mouse_move(0, 300);
+    EXPECT_EQ(w.first_station, 1);
+    bars.mouse_down(0, 10);
+    bars.mouse_move(0, 10);
+    EXPECT_TRUE(view.calls.empty());
+    control.set_busy(true);
+    bars.mouse_move(0, 300);
+    EXPECT_EQ(w.first_station, 1);
+    control.set_busy(false);
+}
+
+TEST_F(LimitBarsTest, a_bar_out_of_use_cannot_be_dragged) {
+    window(21, 71);
+    show(4, 250, 400);
+    bars.mouse_down(0, 0);
+    EXPECT_FALSE(bars.dragging());
+    bars.mouse_move(0, 100);
+    EXPECT_EQ(w.first_station, 21);
+}
+
+TEST_F(LimitBarsTest, release_filters_anew_because_base_levels_hang_on_the_window) {
+    bars.mouse_down(0, 0);
+    bars.mouse_move(0, 310);
+    line.session.model_changed = false;
+    view.calls.clear();
+    EXPECT_TRUE(w.mag_observed_filtered);
+    bars.mouse_up(0);
+    EXPECT_FALSE(bars.dragging());
+    EXPECT_FALSE(w.mag_observed_filtered);
+    EXPECT_EQ(view.calls, std::vector<std::string>{"model"});
+    EXPECT_TRUE(line.session.model_changed);
+    bars.mouse_up(0);
+    EXPECT_EQ(view.calls.size(), 1U);
+}
+
+TEST_F(LimitBarsTest, a_press_alone_changes_no_model) {
+    line.session.model_changed = false;
+    bars.mouse_down(0, 0);
+    bars.mouse_up(0);
+    EXPECT_FALSE(line.session.model_changed);
+}
+
+}  // namespace anomalis::flow

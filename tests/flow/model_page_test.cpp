@@ -1,0 +1,133 @@
+#include "flow/model_page.h"
+
+#include <gtest/gtest.h>
+
+#include "chart/recording_device.h"
+#include "core/failure.h"
+#include "edit/line_sample.h"
+
+namespace anomalis::flow {
+
+namespace {
+
+constexpr chart::SurfaceSize sheet{15000, 12000};
+
+std::unique_ptr<chart::DrawingDevice> measuring_surface(chart::SurfaceSize size) {
+    return std::make_unique<chart::RecordingDevice>(size.width, size.height);
+}
+
+/// Everything drawn, in page coordinates: a recording device keeps what it is told before the mapping.
+struct Sheet : chart::RecordingDevice {
+    Sheet() : chart::RecordingDevice(sheet.width, sheet.height) {}
+    void set_mapping(const chart::SurfaceMapping& next) override {
+        chart::RecordingDevice::set_mapping(next);
+        mappings.push_back(next);
+    }
+    std::vector<chart::SurfaceMapping> mappings;
+};
+
+struct Page : edit::LineSample {
+    Page() {
+        add_body(1260, 60).name = "Dyke";
+        add_body(1807, 20);
+        load();
+    }
+    void draw(const char* view) {
+        ModelPage page(session, sheet, *show::find_page_view(view), measuring_surface);
+        page.draw(paper, chart::OutputTarget::metafile, chart::screen_mapping(sheet.height));
+    }
+    Sheet paper;
+};
+
+}  // namespace
+
+TEST(ModelPage, holds_every_chart_of_the_line) {
+    Page page;
+    page.draw("section");
+    for (const char* title : {"Residual Magnetic Field", "Calculated Vertical Gradient", "Residual Gravity",
+                              "Calculated Gravity Vertical Gradient", "Model Section", "Distance (m)"})
+        EXPECT_NE(page.paper.find_text(title), nullptr) << title;
+    EXPECT_EQ(page.paper.find_text("Plan"), nullptr);
+    EXPECT_TRUE(page.prompts.messages.empty());
+}
+
+TEST(ModelPage, the_charts_stand_one_under_the_other_inside_the_sheet) {
+    Page page;
+    page.draw("section");
+    const double page_bottom = chart::screen_mapping(sheet.height).device_offset_y;
+    double last = -1e9;
+    for (const chart::SurfaceMapping& mapping : page.paper.mappings) {
+        EXPECT_GE(mapping.device_offset_y, last) << "from the top down";
+        EXPECT_LE(mapping.device_offset_y, page_bottom);
+        EXPECT_GT(mapping.device_offset_x, 0);
+        last = mapping.device_offset_y;
+    }
+    EXPECT_GE(page.paper.mappings.size(), 5U);
+}
+
+TEST(ModelPage, no_body_is_highlighted_and_the_label_is_as_in_the_file) {
+    Page page;
+    page.draw("section");
+    for (const auto& fill : page.paper.of_kind(chart::RecordingDevice::Kind::polygon_fill))
+        EXPECT_NE(fill.pen.colour, 0xFF00FF);
+    EXPECT_EQ(page.paper.find_text("Dyke"), nullptr);
+    page.workspace().display.show_body_label = 1;
+    page.draw("section");
+    EXPECT_NE(page.paper.find_text("Dyke"), nullptr);
+}
+
+TEST(ModelPage, the_plan_stands_in_the_place_of_the_section) {
+    Page page;
+    page.draw("plan");
+    EXPECT_NE(page.paper.find_text("Plan"), nullptr);
+    EXPECT_EQ(page.paper.find_text("Model Section"), nullptr);
+    EXPECT_NE(page.paper.find_text("Residual Gravity"), nullptr);
+}
+
+TEST(ModelPage, one_chart_alone_has_the_sheet_and_its_distances) {
+    const std::vector<std::pair<const char*, const char*>> charts{
+        {"mag", "Residual Magnetic Field"},
+        {"mag-gradient", "Calculated Vertical Gradient"},
+        {"grav", "Residual Gravity"},
+        {"grav-gradient", "Calculated Gravity Vertical Gradient"},
+        {"section-only", "Model Section"}};
+    for (const auto& [view, title] : charts) {
+        Page page;
+        page.draw(view);
+        for (const auto& [other, other_title] : charts)
+            EXPECT_EQ(page.paper.find_text(other_title) != nullptr, other_title == title)
+                << view << " " << other;
+        EXPECT_NE(page.paper.find_text("Distance (m)"), nullptr) << view;
+        EXPECT_TRUE(page.prompts.messages.empty());
+    }
+}
+
+TEST(ModelPage, the_plan_stands_alone_and_the_curves_without_a_section) {
+    Page plan;
+    plan.draw("plan-only");
+    EXPECT_NE(plan.paper.find_text("Plan"), nullptr);
+    EXPECT_EQ(plan.paper.find_text("Residual Gravity"), nullptr);
+    Page curves;
+    curves.draw("curves");
+    EXPECT_NE(curves.paper.find_text("Residual Gravity"), nullptr);
+    EXPECT_EQ(curves.paper.find_text("Model Section"), nullptr);
+    EXPECT_EQ(curves.paper.find_text("Plan"), nullptr);
+}
+
+TEST(ModelPage, a_chart_without_data_is_told) {
+    Page page;
+    page.workspace().definition.grav_column = 0;
+    EXPECT_THROW(page.draw("grav"), Fault);
+    EXPECT_THROW(page.draw("grav-gradient"), Fault);
+    page.draw("curves");
+    EXPECT_EQ(page.paper.find_text("Residual Gravity"), nullptr);
+}
+
+TEST(ModelPage, a_sheet_too_small_for_anything_is_left_blank_or_told) {
+    Page page;
+    ModelPage small(page.session, {240, 240}, show::page_views[0], measuring_surface);
+    small.draw(page.paper, chart::OutputTarget::metafile, chart::screen_mapping(240));
+    EXPECT_EQ(page.paper.find_text("Model Section"), nullptr);
+}
+
+}  // namespace anomalis::flow

@@ -1,0 +1,226 @@
+#include "flow/open_flow.h"
+
+#include <filesystem>
+#include <gtest/gtest.h>
+
+#include "core/paths.h"
+#include "edit/line_sample.h"
+#include "workspace_file/axm.h"
+
+namespace anomalis::flow {
+
+namespace {
+
+struct Flow : edit::LineSample {
+    Flow() {
+        add_body(1260, 60);
+        model_path = folder.path("line.axm");
+        workspace_file::write_model_parameters(0, model_path, workspace(), prompts);
+    }
+    std::string model_path;
+};
+
+}  // namespace
+
+TEST(OpenFlow, a_read_drops_the_stations_and_needs_no_data) {
+    Flow flow;
+    flow.load();
+    std::filesystem::remove(flow.data_path);
+    flow.folder.write("other.dat", "");
+    EXPECT_EQ(open_model_file(flow.workbench, ReadMode::everything, flow.model_path), OpenOutcome::opened);
+    EXPECT_EQ(flow.workspace().station_count, 0);
+    EXPECT_EQ(flow.workspace().body_count, 1);
+    EXPECT_EQ(flow.workspace().model_file, flow.model_path);
+    EXPECT_EQ(flow.workbench.view.current_body, 1);
+    EXPECT_FALSE(flow.session.model_changed);
+    EXPECT_TRUE(flow.workbench.head.lines.empty());
+}
+
+TEST(OpenFlow, a_missing_file_changes_nothing) {
+    Flow flow;
+    flow.load();
+    EXPECT_EQ(open_model_file(flow.workbench, ReadMode::everything, flow.folder.path("no.axm")),
+              OpenOutcome::missing);
+    EXPECT_EQ(open_model_file(flow.workbench, ReadMode::everything, flow.folder.folder()),
+              OpenOutcome::missing);
+    EXPECT_EQ(flow.prompts.messages,
+              (std::vector<std::string>{"That file does not exist", "That file does not exist"}));
+    EXPECT_EQ(flow.workspace().station_count, edit::LineSample::stations);
+}
+
+TEST(OpenFlow, after_a_read_that_failed_the_line_is_gone_too) {
+    Flow flow;
+    flow.load();
+    const std::string cut = flow.folder.write("cut.axm", flow.folder.read("line.axm").substr(0, 300));
+    EXPECT_EQ(open_model_file(flow.workbench, ReadMode::everything, cut), OpenOutcome::failed);
+    EXPECT_EQ(flow.prompts.messages.size(), 1U);
+    EXPECT_EQ(flow.workspace().station_count, 0);
+    EXPECT_FALSE(edit::line_loaded(flow.workspace()));
+}
+
+TEST(OpenFlow, bodies_alone_keep_the_name_of_the_model) {
+    Flow flow;
+    flow.workspace().model_file = "mine.axm";
+    EXPECT_EQ(open_model_file(flow.workbench, ReadMode::bodies_alone, flow.model_path), OpenOutcome::opened);
+    EXPECT_EQ(flow.workspace().model_file, "mine.axm");
+    EXPECT_TRUE(flow.session.model_changed);
+}
+
+TEST(OpenFlow, a_full_read_is_no_unsaved_change_and_bodies_alone_are_one) {
+    Flow flow;
+    flow.add_body(900, 30);
+    const std::string other = flow.folder.path("other.axm");
+    workspace_file::write_model_parameters(0, other, flow.workspace(), flow.prompts);
+    flow.workbench.unsaved = true;
+    open_model_file(flow.workbench, ReadMode::everything, flow.model_path);
+    EXPECT_FALSE(flow.workbench.unsaved);
+    open_model_file(flow.workbench, ReadMode::bodies_alone, other);
+    EXPECT_TRUE(flow.workbench.unsaved);
+}
+
+TEST(OpenFlow, only_a_full_read_goes_to_the_recent_files) {
+    Flow flow;
+    open_model_file(flow.workbench, ReadMode::bodies_alone, flow.model_path);
+    EXPECT_TRUE(flow.workbench.recent_files.empty());
+    const std::string cut = flow.folder.write("cut.axm", flow.folder.read("line.axm").substr(0, 300));
+    open_model_file(flow.workbench, ReadMode::everything, cut);
+    EXPECT_TRUE(flow.workbench.recent_files.empty());
+    open_model_file(flow.workbench, ReadMode::everything, flow.model_path);
+    EXPECT_EQ(flow.workbench.recent_files, std::vector<std::string>{flow.model_path});
+}
+
+TEST(OpenFlow, a_recent_file_moves_to_the_top_and_its_folder_becomes_the_current_one) {
+    Flow flow;
+    const TempFolder elsewhere;
+    const CurrentFolder here(elsewhere.folder());
+    const std::string other = elsewhere.write("other.axm", flow.folder.read("line.axm"));
+    open_model_file(flow.workbench, ReadMode::everything, flow.model_path);
+    open_model_file(flow.workbench, ReadMode::everything, other);
+    EXPECT_EQ(open_recent_file(flow.workbench, 1), OpenOutcome::opened);
+    EXPECT_EQ(flow.workbench.recent_files, (std::vector<std::string>{flow.model_path, other}));
+    EXPECT_EQ(flow.workspace().model_file, flow.model_path);
+    EXPECT_EQ(current_folder(), flow.folder.folder());
+    EXPECT_EQ(open_recent_file(flow.workbench, 2), OpenOutcome::cancelled) << "no such entry";
+}
+
+TEST(OpenFlow, a_recent_file_that_vanished_is_told_and_stays_in_the_list) {
+    Flow flow;
+    open_model_file(flow.workbench, ReadMode::everything, flow.model_path);
+    flow.load();
+    std::filesystem::remove(flow.model_path);
+    EXPECT_EQ(open_recent_file(flow.workbench, 0), OpenOutcome::missing);
+    EXPECT_EQ(flow.prompts.messages, std::vector<std::string>{"That file does not exist"});
+    EXPECT_EQ(flow.workbench.recent_files.size(), 1U);
+    EXPECT_EQ(flow.workspace().station_count, edit::LineSample::stations);
+}
+
+TEST(OpenFlow, a_recent_file_that_is_no_workspace_any_more_is_told) {
+    Flow flow;
+    const TempFolder elsewhere;
+    const CurrentFolder here(elsewhere.folder());
+    open_model_file(flow.workbench, ReadMode::everything, flow.model_path);
+    flow.folder.write("line.axm", flow.folder.read("line.axm").substr(0, 300));
+    EXPECT_EQ(open_recent_file(flow.workbench, 0), OpenOutcome::failed);
+    EXPECT_EQ(flow.prompts.messages.size(), 2U);
+    EXPECT_EQ(flow.prompts.messages.back(), "The specified file did not have the correct format");
+    EXPECT_EQ(current_folder(), flow.folder.folder());
+}
+
+TEST(OpenFlow, the_dialog_leaves_the_current_folder) {
+    Flow flow;
+    const TempFolder elsewhere;
+    const CurrentFolder here(elsewhere.folder());
+    flow.prompts.open_paths = {flow.model_path, std::nullopt};
+    EXPECT_EQ(open_model(flow.workbench, ReadMode::everything), OpenOutcome::opened);
+    EXPECT_EQ(current_folder(), elsewhere.folder());
+    EXPECT_EQ(open_model(flow.workbench, ReadMode::everything), OpenOutcome::cancelled);
+    EXPECT_EQ(flow.prompts.open_requests[0].filter,
+              "Anomalis definition Files(*.axm)|*.axm|All files (*.*)|*.*");
+}
+
+TEST(OpenFlow, the_first_data_file_of_a_session_chooses_the_working_folder) {
+    Flow flow;
+    const TempFolder elsewhere;
+    const CurrentFolder here(elsewhere.folder());
+    const TempFolder third;
+    flow.session.first_dialog = true;
+    flow.prompts.open_paths = {flow.data_path, third.write("b.dat", edit::east_line_text(3)), std::nullopt};
+    EXPECT_TRUE(choose_data_file(flow.workbench));
+    EXPECT_EQ(current_folder(), flow.folder.folder());
+    EXPECT_TRUE(choose_data_file(flow.workbench));
+    EXPECT_EQ(current_folder(), flow.folder.folder());
+    EXPECT_EQ(flow.workspace().definition.data_file, third.path("b.dat"));
+    EXPECT_EQ(flow.workbench.head.lines.size(), 4U);
+    EXPECT_FALSE(choose_data_file(flow.workbench));
+    EXPECT_EQ(flow.workspace().definition.data_file, third.path("b.dat"));
+}
+
+TEST(OpenFlow, a_base_level_that_was_the_mean_of_the_file_before_is_taken_anew) {
+    Flow flow;
+    ASSERT_EQ(flow.workspace().mag_base, unset);
+    flow.load();
+    const float mean = flow.workspace().mag_base;
+    ASSERT_NE(mean, unset);
+    set_data_file(flow.workbench, flow.folder.write("b.dat", edit::east_line_text(3)));
+    EXPECT_EQ(flow.workspace().mag_base, unset);
+    flow.workspace().mag_base = 123;
+    flow.load();
+    set_data_file(flow.workbench, flow.data_path);
+    EXPECT_EQ(flow.workspace().mag_base, 123) << "a typed level stays";
+}
+
+TEST(OpenFlow, a_missing_data_file_leaves_no_head_of_another) {
+    Flow flow;
+    refresh_data_head(flow.workbench);
+    EXPECT_EQ(flow.workbench.head.lines.size(), 64U);
+    set_data_file(flow.workbench, flow.folder.path("gone.dat"));
+    EXPECT_TRUE(flow.workbench.head.lines.empty());
+    EXPECT_TRUE(flow.prompts.messages.empty());
+}
+
+TEST(OpenFlow, a_load_tells_number_length_spacing_and_base_levels) {
+    Flow flow;
+    const LoadResult result = flow.load();
+    EXPECT_TRUE(result.loaded);
+    EXPECT_EQ(result.number_of_locations, "101");
+    EXPECT_EQ(result.line_length, "2500.00");
+    EXPECT_EQ(result.line_spacing, "24.752");
+    EXPECT_TRUE(result.mag_base.has_value());
+    EXPECT_EQ(flow.session.inversion.inversion_channel, channel_mag);
+    flow.workspace().definition.mag_column = 0;
+    EXPECT_FALSE(flow.load().mag_base.has_value());
+    EXPECT_EQ(flow.session.inversion.inversion_channel, channel_grav);
+}
+
+TEST(OpenFlow, a_line_without_length_counts_its_stations_and_is_not_loaded) {
+    Flow flow;
+    flow.workspace().definition.data_file =
+        flow.folder.write("point.dat", "h\n1 5 5 1 1 9 9\n1 8 8 1 1 9 9\n1 5 5 1 1 9 9\n");
+    const LoadResult result = flow.load();
+    EXPECT_FALSE(result.loaded);
+    EXPECT_EQ(result.number_of_locations, "3");
+    EXPECT_EQ(result.line_length, "0.00");
+    EXPECT_EQ(result.line_spacing, "0.000");
+    EXPECT_EQ(flow.prompts.messages,
+              std::vector<std::string>{"The data profile is not long enough to model"});
+}
+
+TEST(OpenFlow, a_load_that_stops_leaves_everything_blank) {
+    Flow flow;
+    flow.load();
+    flow.workspace().definition.mag_column = 0;
+    flow.workspace().definition.grav_column = 0;
+    const LoadResult result = flow.load();
+    EXPECT_FALSE(result.loaded);
+    EXPECT_EQ(result.number_of_locations + result.line_length + result.line_spacing, "");
+    EXPECT_EQ(flow.workspace().station_count, 0);
+}
+
+TEST(OpenFlow, the_caption_names_the_file) {
+    Flow flow;
+    EXPECT_EQ(window_caption(flow.workspace()), "Anomalis");
+    open_model_file(flow.workbench, ReadMode::everything, flow.model_path);
+    EXPECT_EQ(window_caption(flow.workspace()), "Anomalis: line.axm");
+}
+
+}  // namespace anomalis::flow

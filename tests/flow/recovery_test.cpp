@@ -1,0 +1,209 @@
+#include "flow/recovery.h"
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "core/paths.h"
+#include "core/safe_file.h"
+#include "edit/change.h"
+#include "edit/line_sample.h"
+#include "workspace_file/axm.h"
+
+namespace anomalis::flow {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// A line with a sheet, the folder of recovery files beside it.
+struct RecoverySample : edit::LineSample {
+    RecoverySample() {
+        add_body(1260, 60).name = "Dyke";
+        workspace().model_file = folder.path("line.axm");
+        workspace_file::write_model_parameters(0, workspace().model_file, workspace(), prompts);
+        edit::start_history(workbench);
+    }
+    std::string root() { return folder.path("recovery"); }
+    void edit(float dip) {
+        workspace().body(1).dip.value = dip;
+        edit::note_change(workbench, {"dip", "", false});
+    }
+    /// Another start of the program that answers `yes` to an offer.
+    struct Start : edit::LineSample {
+        Start(const std::string& root, bool yes) : keeper(root) {
+            edit::start_history(workbench);
+            prompts.yes_no = {yes};
+            brought_back = offer_recovery(workbench, keeper);
+        }
+        float dip() { return workspace().body(1).dip.value; }
+        RecoveryKeeper keeper;
+        bool brought_back = false;
+    };
+};
+
+/// Starts a process that edits, keeps its model, says so and waits to be killed.
+pid_t start_victim(RecoverySample& sample, float dip) {
+    int ready[2];
+    if (::pipe(ready) != 0) throw std::runtime_error("no pipe");
+    const pid_t child = ::fork();
+    if (child == 0) {
+        RecoveryKeeper keeper(sample.root());
+        sample.edit(dip);
+        keeper.tick(sample.workbench);
+        const char done = '.';
+        if (::write(ready[1], &done, 1) != 1) ::_exit(1);
+        for (;;) ::pause();
+    }
+    char done = 0;
+    if (::read(ready[0], &done, 1) != 1) throw std::runtime_error("the victim said nothing");
+    ::close(ready[0]);
+    ::close(ready[1]);
+    return child;
+}
+
+void kill_hard(pid_t process) {
+    ::kill(process, SIGKILL);
+    int status = 0;
+    ::waitpid(process, &status, 0);
+}
+
+std::size_t folders(const std::string& root) {
+    return static_cast<std::size_t>(std::distance(fs::directory_iterator(root), fs::directory_iterator()));
+}
+
+}  // namespace
+
+TEST(Recovery, brings_back_the_model_of_a_process_that_was_killed) {
+    RecoverySample sample;
+    kill_hard(start_victim(sample, 33));
+    RecoverySample::Start start(sample.root(), true);
+    EXPECT_TRUE(start.brought_back);
+    ASSERT_EQ(start.prompts.questions.size(), 1U);
+    EXPECT_NE(start.prompts.questions[0].find("line.axm"), std::string::npos);
+    EXPECT_EQ(start.workspace().body_count, 1);
+    EXPECT_EQ(start.dip(), 33);
+    EXPECT_EQ(start.workspace().body(1).name, "Dyke");
+    EXPECT_EQ(start.workspace().model_file, sample.workspace().model_file);
+    EXPECT_TRUE(start.workbench.unsaved);
+    EXPECT_TRUE(start.session.model_changed);
+    EXPECT_TRUE(start.workbench.history.can_undo());
+    EXPECT_TRUE(start.load().loaded);
+    EXPECT_EQ(folders(sample.root()), 1U) << "what was brought back is kept under the new process alone";
+    EXPECT_FALSE(file_exists(start.keeper.file()).empty());
+}
+
+TEST(Recovery, is_not_offered_what_a_living_process_keeps) {
+    RecoverySample sample;
+    const pid_t other = start_victim(sample, 44);
+    {
+        RecoverySample::Start start(sample.root(), true);
+        EXPECT_FALSE(start.brought_back);
+        EXPECT_TRUE(start.prompts.questions.empty());
+        start.keeper.finish();
+    }
+    kill_hard(other);
+    EXPECT_TRUE(RecoverySample::Start(sample.root(), true).brought_back);
+}
+
+TEST(Recovery, keeps_two_programs_apart) {
+    RecoverySample sample;
+    const pid_t first = start_victim(sample, 11);
+    RecoverySample other;
+    other.workspace().model_file.clear();
+    RecoveryKeeper second(sample.root());
+    other.edit(22);
+    second.keep(other.workbench);
+    EXPECT_EQ(folders(sample.root()), 2U);
+    kill_hard(first);
+    RecoverySample::Start start(sample.root(), true);
+    EXPECT_EQ(start.dip(), 11);
+    EXPECT_NE(read_whole_file(second.file()).find(" 22 "), std::string::npos);
+}
+
+TEST(Recovery, leaves_nothing_after_a_clean_end) {
+    RecoverySample sample;
+    RecoveryKeeper keeper(sample.root());
+    sample.edit(12);
+    keeper.keep(sample.workbench);
+    keeper.finish();
+    EXPECT_EQ(folders(sample.root()), 0U);
+    RecoverySample::Start start(sample.root(), true);
+    EXPECT_FALSE(start.brought_back);
+    EXPECT_TRUE(start.prompts.questions.empty());
+}
+
+TEST(Recovery, removes_what_is_not_wanted) {
+    RecoverySample sample;
+    kill_hard(start_victim(sample, 33));
+    {
+        RecoverySample::Start start(sample.root(), false);
+        EXPECT_FALSE(start.brought_back);
+        EXPECT_EQ(start.workspace().body_count, 0);
+        EXPECT_FALSE(start.workbench.unsaved);
+        start.keeper.finish();
+    }
+    EXPECT_EQ(folders(sample.root()), 0U);
+}
+
+TEST(Recovery, changes_nothing_of_the_session_that_it_keeps) {
+    RecoverySample sample;
+    sample.load();
+    sample.edit(12);
+    sample.workspace().body(1).end_width_a = 5;
+    sample.workspace().display.valid = false;
+    const std::string file = sample.workspace().model_file;
+    RecoveryKeeper keeper(sample.root());
+    keeper.keep(sample.workbench);
+    EXPECT_EQ(sample.workspace().model_file, file);
+    EXPECT_EQ(sample.workspace().body(1).end_width_a, 5);
+    EXPECT_FALSE(sample.workspace().display.valid);
+    EXPECT_EQ(sample.workspace().station_count, edit::LineSample::stations);
+    EXPECT_TRUE(sample.workbench.unsaved);
+    EXPECT_EQ(keeper.take_problem(), "");
+}
+
+TEST(Recovery, writes_only_what_is_unsaved_and_changed) {
+    RecoverySample sample;
+    RecoveryKeeper keeper(sample.root());
+    keeper.tick(sample.workbench);
+    EXPECT_EQ(file_exists(keeper.file()), "");
+    sample.edit(12);
+    keeper.tick(sample.workbench);
+    EXPECT_NE(file_exists(keeper.file()), "");
+    fs::remove(keeper.file());
+    keeper.tick(sample.workbench);
+    EXPECT_EQ(file_exists(keeper.file()), "") << "nothing changed since";
+    sample.edit(13);
+    keeper.tick(sample.workbench);
+    EXPECT_NE(file_exists(keeper.file()), "");
+    edit::note_saved(sample.workbench);
+    keeper.tick(sample.workbench);
+    EXPECT_EQ(file_exists(keeper.file()), "") << "the saved file is newer";
+}
+
+TEST(Recovery, tells_once_that_it_cannot_keep_anything) {
+    RecoverySample sample;
+    const std::string root = sample.folder.write("no_folder", "a file");
+    RecoveryKeeper keeper(root);
+    EXPECT_NE(keeper.take_problem(), "");
+    sample.edit(1);
+    keeper.tick(sample.workbench);
+    keeper.tick(sample.workbench);
+    EXPECT_EQ(keeper.take_problem(), "");
+    EXPECT_FALSE(offer_recovery(sample.workbench, keeper));
+}
+
+TEST(Recovery, goes_on_after_a_file_that_cannot_be_read_as_a_model) {
+    RecoverySample sample;
+    fs::create_directories(sample.root() + "/1-1");
+    std::ofstream(sample.root() + "/1-1/model.axm") << "no model\n";
+    RecoverySample::Start start(sample.root(), true);
+    EXPECT_FALSE(start.brought_back);
+    EXPECT_FALSE(start.prompts.messages.empty());
+}
+
+}  // namespace anomalis::flow

@@ -1,0 +1,133 @@
+#include "forward/classic/talwani.h"
+
+#include <cmath>
+#include <gtest/gtest.h>
+
+#include "forward/classic/field_coefficients.h"
+#include "forward/classic/talwani_kernel.h"
+#include "forward/line.h"
+#include "forward/shape/reference_point.h"
+
+namespace anomalis::forward {
+
+namespace {
+
+/// The sum over the section of body 1 by single edges.
+double by_edges(const Line& line, Prompts& prompts, int i) {
+    const ModelBody& body = line.workspace.body(1);
+    const SheetBottom bottom = gravity_bottom(body);
+    const double x = body.cos_strike * (line.workspace.stations(i, column_east) - body.east) -
+                     body.sin_strike * (line.workspace.stations(i, column_north) - body.north);
+    const double h = line.workspace.stations(i, column_sensor) - body.top.value;
+    const double w = body.width.value, b = bottom.offset, d = bottom.depth;
+    const double xs[5] = {0, w, w + b, b, 0}, zs[5] = {0, 0, -d, -d, 0};
+    double sum = 0;
+    for (int j = 0; j < 4; ++j)
+        sum += talwani_edge(xs[j] - x, xs[j + 1] - x, zs[j] - h, zs[j + 1] - h, prompts);
+    return sum;
+}
+
+std::vector<double> filled(Line& line) {
+    ModelBody& body = line.body();
+    set_body_angles(body);
+    update_body_reference_point(line.workspace, body.distance.value, body.east, body.north);
+    fill_talwani(line.workspace, body, gravity_bottom(body), line.prompts);
+    const auto column = body.response.column(2);
+    return {column.begin(), column.end()};
+}
+
+}  // namespace
+
+TEST(TalwaniEdge, of_a_half_endless_slab_is_half_its_angle) {
+    ScriptedPrompts prompts;
+    // A slab from far left to far right, 100 thick: the two level edges alone count.
+    const double far = 1e7;
+    const double top = talwani_edge(-far, far, -50, -50, prompts);
+    const double bottom = talwani_edge(far, -far, -150, -150, prompts);
+    EXPECT_NEAR(top + bottom, pi * 100, 0.01);
+    EXPECT_TRUE(prompts.messages.empty());
+}
+
+TEST(TalwaniEdge, a_station_over_an_end_has_no_value) {
+    for (const double end : {0.0, 5.0}) {
+        ScriptedPrompts prompts;
+        EXPECT_EQ(talwani_edge(end, end == 0 ? 5 : 0, -10, -40, prompts), 0);
+        ASSERT_EQ(prompts.messages.size(), 1U);
+        EXPECT_EQ(prompts.messages[0],
+                  "An error occurred calculating the Talwani gravity response: Division by zero");
+    }
+}
+
+TEST(TalwaniEdge, a_short_edge_is_drawn_out_whatever_its_sign) {
+    ScriptedPrompts prompts;
+    const double across = talwani_edge(5, 5.001, -10, -40, prompts);
+    EXPECT_NEAR(talwani_edge(5, 5, -10, -40, prompts), across, 1e-9 * across);
+    EXPECT_NEAR(talwani_edge(5, 4.9995, -10, -40, prompts), across, 1e-9 * across);
+    const double up = talwani_edge(5, 9, -10, -9.999, prompts);
+    EXPECT_NEAR(talwani_edge(5, 9, -10, -10.0005, prompts), up, 1e-9 * std::abs(up));
+}
+
+TEST(TalwaniEdge, an_edge_that_points_at_the_station_has_no_value_or_little) {
+    ScriptedPrompts prompts;
+    const double term = talwani_edge(30, 60, -30, -60, prompts);
+    EXPECT_LT(std::abs(term), 1e-9);
+}
+
+TEST(Talwani, stations_in_a_loop_agree_with_single_edges) {
+    for (const double sensor : {100.0, 0.0, -40.0, -250.0}) {
+        for (const double dip : {90.0, 35.0, 140.0, 0.0}) {
+            Line line(101, 10, 0, sensor);
+            ModelBody& body = line.add(thick_sheet, 433, 80);
+            body.dip.value = static_cast<float>(dip);
+            const std::vector<double> values = filled(line);
+            ScriptedPrompts prompts;
+            for (int i = 1; i <= 101; ++i) {
+                const double expected = by_edges(line, prompts, i);
+                EXPECT_NEAR(values[static_cast<std::size_t>(i - 1)], expected,
+                            1e-6 * std::abs(expected) + 1e-7)
+                    << "sensor " << sensor << " dip " << dip << " station " << i;
+            }
+            EXPECT_EQ(prompts.messages, line.prompts.messages);
+        }
+    }
+}
+
+TEST(Talwani, a_station_straight_over_a_corner_tells_it_and_loses_the_edge) {
+    Line line(11);
+    ModelBody& body = line.add(thick_sheet, 50, 90);
+    body.dip.value = 60;
+    const std::vector<double> values = filled(line);
+    EXPECT_EQ(line.prompts.messages.size(), 2U) << "two edges meet in the corner";
+    ScriptedPrompts prompts;
+    EXPECT_NEAR(values[5], by_edges(line, prompts, 6), 1e-6 * values[5]);
+    EXPECT_GT(std::abs(values[5] - (values[4] + values[6]) / 2), 1) << "nothing was lost";
+}
+
+TEST(Talwani, a_sheet_without_width_and_depth_is_next_to_nothing) {
+    Line line(11);
+    ModelBody& body = line.add(thick_sheet, 53, 90);
+    body.width.value = 0;
+    body.depth_extent.value = 0;
+    EXPECT_LT(peak_of(filled(line)), 0.01);
+}
+
+TEST(Talwani, gives_the_same_bits_at_every_vector_level) {
+    Line line(203, 7);
+    const StationView stations{line.workspace.stations.column(column_east).data(),
+                               line.workspace.stations.column(column_north).data(),
+                               line.workspace.stations.column(column_sensor).data(), 203};
+    const BodyFrame frame{0.3, 0.95, 350100, 6500650, 0, 1};
+    const SheetPolygon polygon{{0, 100, 180, 80, 0}, {0, 0, -200, -200, 0}};
+    const auto run = [&](vector::VectorLevel level) {
+        std::vector<double> all(2 * 203);
+        talwani_stations_at(level)(stations, frame, polygon, all.data(), all.data() + 203);
+        return all;
+    };
+    const std::vector<double> expected = run(vector::VectorLevel::baseline);
+    for (const vector::VectorLevel level : {vector::VectorLevel::avx2, vector::VectorLevel::avx512})
+        if (level <= vector::widest_vector_level()) {
+            EXPECT_EQ(run(level), expected) << vector::vector_level_name(level);
+        }
+}
+
+}  // namespace anomalis::forward

@@ -1,0 +1,197 @@
+#include "model/misfit.h"
+
+#include <gtest/gtest.h>
+#include <limits>
+
+#include "inversion/line_session.h"
+
+namespace anomalis::model {
+
+namespace {
+
+/// Three stations whose residuals are 3, 4 and 0.
+ChannelTable three_residuals() {
+    ChannelTable data;
+    data.assign(3);
+    data(1, row_residual, stage_calculated) = 3;
+    data(2, row_residual, stage_observed) = 4;
+    data(3, row_residual, stage_calculated) = data(3, row_residual, stage_observed) = 7;
+    return data;
+}
+
+}  // namespace
+
+TEST(ResidualNorm, the_root_is_taken_before_the_division_by_the_intervals) {
+    ScriptedPrompts prompts;
+    EXPECT_DOUBLE_EQ(calculate_residual_norm(1, 3, row_residual, three_residuals(), prompts), 2.5);
+    EXPECT_DOUBLE_EQ(calculate_residual_norm(2, 3, row_residual, three_residuals(), prompts), 4.0);
+    EXPECT_TRUE(prompts.messages.empty());
+}
+
+TEST(ResidualNorm, it_falls_with_the_root_of_the_length) {
+    ScriptedPrompts prompts;
+    ChannelTable data;
+    data.assign(401);
+    for (int i = 1; i <= 401; ++i) data(i, row_residual, stage_calculated) = 2;
+    EXPECT_NEAR(calculate_residual_norm(1, 401, row_residual, data, prompts), 2 * std::sqrt(401.0) / 400,
+                1e-12);
+}
+
+TEST(ResidualNorm, one_station_is_a_division_by_zero_and_reads_0) {
+    ScriptedPrompts prompts;
+    EXPECT_EQ(calculate_residual_norm(2, 2, row_residual, three_residuals(), prompts), 0);
+    EXPECT_EQ(prompts.messages,
+              std::vector<std::string>{
+                  "An error occurred while calculating the model residual norm: Division by zero"});
+}
+
+TEST(ResidualNorm, a_window_beyond_the_row_is_a_subscript_fault_and_reads_0) {
+    ScriptedPrompts prompts;
+    for (const auto& [first, last] : {std::pair{0, 3}, std::pair{1, 4}, std::pair{-5, 2147483647}})
+        EXPECT_EQ(calculate_residual_norm(first, last, row_residual, three_residuals(), prompts), 0);
+    EXPECT_TRUE(
+        prompts.told("An error occurred while calculating the model residual norm: Subscript out of range"));
+}
+
+TEST(ResidualNorm, a_reversed_window_holds_no_station) {
+    ScriptedPrompts prompts;
+    EXPECT_EQ(calculate_residual_norm(3, 1, row_residual, three_residuals(), prompts), 0);
+    EXPECT_TRUE(prompts.messages.empty());
+}
+
+TEST(MisfitScale, magnetics_have_1_and_10_and_gravity_10_and_100) {
+    EXPECT_EQ(misfit_scale_of(channel_mag), (MisfitPair{1, 10}));
+    EXPECT_EQ(misfit_scale_of(channel_grav), (MisfitPair{10, 100}));
+    InversionState inversion;
+    inversion.inversion_channel = channel_grav;
+    set_misfit_scale(inversion);
+    EXPECT_EQ(inversion.misfit_scale, (MisfitPair{10, 100}));
+}
+
+TEST(Misfit, the_norm_is_divided_by_the_scale) {
+    ScriptedPrompts prompts;
+    Workspace w;
+    w.first_station = 1;
+    w.last_station = 3;
+    w.grav_data = three_residuals();
+    w.grav_data(1, row_gradient, stage_calculated) = 8;
+    InversionState inversion;
+    inversion.inversion_channel = channel_grav;
+    set_misfit_scale(inversion);
+    EXPECT_EQ(calculate_misfit(w, inversion, prompts), (MisfitPair{0.25F, 0.04F}));
+}
+
+TEST(Misfit, the_flag_of_the_total_gradient_chooses_the_row) {
+    ScriptedPrompts prompts;
+    Workspace w;
+    w.first_station = 1;
+    w.last_station = 3;
+    w.mag_data.assign(3);
+    w.mag_data(1, row_gradient, stage_calculated) = 2;
+    w.mag_data(1, row_total_gradient, stage_calculated) = 6;
+    const InversionState inversion;
+    EXPECT_FLOAT_EQ(calculate_misfit(w, inversion, prompts)[1], 0.1F);
+    w.display_total_gradient = 1;
+    EXPECT_FLOAT_EQ(calculate_misfit(w, inversion, prompts)[1], 0.3F);
+}
+
+TEST(EvaluateMisfit, a_perfect_fit_is_0) {
+    inversion::LineSession line;
+    line.add_body(thick_sheet);
+    line.take_model_as_data();
+    const MisfitPair misfit = line.refresh();
+    EXPECT_EQ(misfit, (MisfitPair{0, 0}));
+    EXPECT_TRUE(line.prompts.messages.empty());
+}
+
+TEST(EvaluateMisfit, the_other_channel_has_no_effect) {
+    inversion::LineSession line;
+    ModelBody& body = line.add_body(thick_sheet);
+    line.take_model_as_data();
+    line.refresh();
+    body.density.value = 3.5F;
+    body.grav_response_valid = false;
+    Workspace& w = line.workspace();
+    EXPECT_EQ(evaluate_model_misfit(line.session, w.mag_data, w.grav_data), (MisfitPair{0, 0}));
+    line.session.inversion.inversion_channel = channel_grav;
+    EXPECT_GT(evaluate_model_misfit(line.session, w.mag_data, w.grav_data)[0], 0);
+}
+
+TEST(EvaluateMisfit, the_calculated_rows_reach_the_charts) {
+    inversion::LineSession line;
+    line.add_body(thick_sheet);
+    line.refresh();
+    Workspace& w = line.workspace();
+    w.display_total_gradient = 1;
+    reset_calculated_data(w, line.prompts);
+    evaluate_model_misfit(line.session, w.mag_data, w.grav_data);
+    EXPECT_EQ(w.graphics.mag.calculated[40],
+              static_cast<double>(w.mag_data(40, row_residual, stage_calculated)));
+    EXPECT_EQ(w.graphics.mag_gradient.calculated[40],
+              static_cast<double>(w.mag_data(40, row_total_gradient, stage_calculated)));
+    EXPECT_EQ(w.graphics.grav.calculated[40],
+              static_cast<double>(w.grav_data(40, row_residual, stage_calculated)));
+    EXPECT_NE(w.graphics.mag.calculated[40], 0);
+}
+
+TEST(EvaluateMisfit, a_channel_without_a_column_is_left_alone) {
+    inversion::LineSession line;
+    line.add_body(thick_sheet);
+    line.workspace().definition.grav_column = 0;
+    line.refresh();
+    Workspace& w = line.workspace();
+    reset_calculated_data(w, line.prompts);
+    evaluate_model_misfit(line.session, w.mag_data, w.grav_data);
+    EXPECT_TRUE(w.mag_calculated_filtered);
+    EXPECT_FALSE(w.grav_calculated_filtered);
+    EXPECT_EQ(w.graphics.grav.calculated[40], 0);
+}
+
+TEST(EvaluateMisfit, trial_rows_take_the_place_of_the_true_ones) {
+    inversion::LineSession line;
+    ModelBody& body = line.add_body(thick_sheet);
+    line.take_model_as_data();
+    line.refresh();
+    Workspace& w = line.workspace();
+    w.mag_work = w.mag_data;
+    w.grav_work = w.grav_data;
+    const ChannelTable before = w.mag_data;
+    body.susc.value *= 2;
+    invalidate_body(body);
+    EXPECT_GT(evaluate_model_misfit(line.session, w.mag_work, w.grav_work)[0], 0);
+    EXPECT_EQ(w.mag_data, before);
+    EXPECT_FLOAT_EQ(w.mag_work(40, row_raw, stage_calculated), 2 * before(40, row_raw, stage_calculated));
+}
+
+TEST(EvaluateMisfit, nothing_is_reallocated) {
+    inversion::LineSession line;
+    ModelBody& body = line.add_body(thick_sheet);
+    line.workspace().smooth_filter_width = 3;
+    line.refresh();
+    Workspace& w = line.workspace();
+    const float* const rows = w.mag_data.span().data();
+    const float* const taps = w.filter_scratch.coefficients.data();
+    const double* const chart = w.graphics.mag.calculated.span().data();
+    for (int i = 0; i < 3; ++i) {
+        invalidate_body(body);
+        evaluate_model_misfit(line.session, w.mag_data, w.grav_data);
+    }
+    EXPECT_EQ(w.mag_data.span().data(), rows);
+    EXPECT_EQ(w.filter_scratch.coefficients.data(), taps);
+    EXPECT_EQ(w.graphics.mag.calculated.span().data(), chart);
+}
+
+TEST(EvaluateMisfit, chart_series_that_are_missing_are_told) {
+    inversion::LineSession line;
+    line.add_body(thick_sheet);
+    line.refresh();
+    Workspace& w = line.workspace();
+    w.graphics.mag.calculated.release();
+    invalidate_body(w.body(1));
+    evaluate_model_misfit(line.session, w.mag_data, w.grav_data);
+    EXPECT_EQ(line.prompts.messages,
+              std::vector<std::string>{"An error occurred while copying the modelled data to graphics_array: "
+                                       "Subscript out of range"});
+}
+
+}  // namespace anomalis::model

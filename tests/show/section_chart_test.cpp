@@ -1,0 +1,159 @@
+#include "show/section_chart.h"
+
+#include <algorithm>
+#include <gtest/gtest.h>
+
+#include "show/chart_sample.h"
+
+namespace anomalis::show {
+
+namespace {
+
+using Kind = chart::RecordingDevice::Kind;
+
+constexpr chart::Colour body_blue = 0xFF0000;
+
+struct Section : ChartSample {
+    explicit Section(int count = stations) : ChartSample(count) {
+        // Unlabelled, so that a label in the picture is one that the test asked for.
+        workspace().display.show_body_label = 0;
+    }
+    chart::RecordingDevice& picture() { return device(edit::chart_section); }
+    void draw() {
+        forget();
+        view->display_model();
+    }
+    std::vector<chart::RecordingDevice::Entry> overlay(Kind kind) {
+        return picture().of_kind(kind, chart::DrawingDevice::Layer::surface);
+    }
+    int fills_of(chart::Colour colour) {
+        const auto fills = overlay(Kind::polygon_fill);
+        return static_cast<int>(std::count_if(fills.begin(), fills.end(),
+                                              [&](const auto& fill) { return fill.pen.colour == colour; }));
+    }
+    int sensors() {
+        int count = 0;
+        for (const auto& entry : overlay(Kind::markers))
+            if (entry.radius == 10) count += static_cast<int>(entry.points.size());
+        return count;
+    }
+};
+
+}  // namespace
+
+TEST(SectionChart, the_stride_leaves_at_most_128_sensors) {
+    EXPECT_EQ(sensor_stride(1), 1);
+    EXPECT_EQ(sensor_stride(128), 1);
+    EXPECT_EQ(sensor_stride(129), 2);
+    EXPECT_EQ(sensor_stride(1000), 8);
+    Section sample(257);
+    sample.draw();
+    EXPECT_EQ(sample.sensors(), 86);
+}
+
+TEST(SectionChart, sensors_stand_at_their_elevation) {
+    Section sample;
+    sample.draw();
+    EXPECT_EQ(sample.sensors(), 101);
+    const auto markers = sample.overlay(Kind::markers);
+    const chart::Point first = sample.chart(edit::chart_section).UserToSurface({0, 180});
+    const bool found = std::any_of(markers.begin(), markers.end(), [&](const auto& entry) {
+        return std::any_of(entry.points.begin(), entry.points.end(), [&](chart::Point p) {
+            return std::abs(p.x - first.x) < 1 && std::abs(p.y - first.y) < 1;
+        });
+    });
+    EXPECT_TRUE(found);
+}
+
+TEST(SectionChart, the_selected_body_is_magenta_and_the_others_have_their_colour) {
+    Section sample;
+    sample.add_body(1260, 60);
+    sample.add_body(1807, 20);
+    sample.draw();
+    EXPECT_EQ(sample.fills_of(magenta), 1);
+    EXPECT_EQ(sample.fills_of(body_blue), 1);
+    sample.workbench.view.highlight_on = false;
+    sample.draw();
+    EXPECT_EQ(sample.fills_of(magenta), 0);
+    EXPECT_EQ(sample.fills_of(body_blue), 2);
+}
+
+TEST(SectionChart, a_white_body_is_an_outline_unless_it_is_highlighted) {
+    Section sample;
+    sample.add_body(1260, 60).colour = chart::white;
+    sample.draw();
+    EXPECT_EQ(sample.fills_of(magenta), 1);
+    sample.workbench.view.highlight_on = false;
+    sample.draw();
+    EXPECT_EQ(sample.overlay(Kind::polygon_fill).size(), 0U);
+    EXPECT_EQ(sample.view->charts().chart(edit::chart_section).PolygonCount(), 1);
+}
+
+TEST(SectionChart, both_polygons_of_a_filled_body_lead_to_it) {
+    Section sample;
+    sample.add_body(1260, 60);
+    sample.add_body(1807, 20).colour = chart::white;
+    sample.draw();
+    EXPECT_EQ(sample.view->charts().section_body(1), 1);
+    EXPECT_EQ(sample.view->charts().section_body(2), 1);
+    EXPECT_EQ(sample.view->charts().section_body(3), 2);
+    EXPECT_EQ(sample.view->charts().section_body(4), 0);
+    EXPECT_EQ(sample.view->charts().section_body(0), 0);
+}
+
+TEST(SectionChart, the_burial_depth_goes_into_the_record_and_the_label) {
+    Section sample;
+    ModelBody& body = sample.add_body(1260, 60);
+    body.name = "Dyke";
+    sample.workspace().display.show_body_label = 1;
+    sample.draw();
+    const double depth = ground_elevation(sample.workspace(), 1260) - 60;
+    EXPECT_NEAR(body.top_elevation, depth, 1e-4);
+    ASSERT_NE(sample.picture().find_text("Dyke"), nullptr);
+    EXPECT_NE(sample.picture().find_text("Burial depth: 40.40"), nullptr);
+}
+
+TEST(SectionChart, the_label_stands_on_the_side_that_has_room) {
+    Section sample;
+    sample.workspace().display.show_body_label = 1;
+    ModelBody& body = sample.add_body(400, 60);
+    body.name = "Dyke";
+    sample.draw();
+    chart::AX_Grapher& chart = sample.chart(edit::chart_section);
+    EXPECT_GT(sample.picture().find_text("Dyke")->points[0].x, chart.UserToSurface({500, 0}).x);
+    body.distance.value = 2000;
+    invalidate_body(body);
+    sample.draw();
+    EXPECT_LT(sample.picture().find_text("Dyke")->points[0].x, chart.UserToSurface({2000, 0}).x);
+    body.distance.value = 9000;
+    sample.draw();
+    EXPECT_EQ(sample.picture().find_text("Dyke"), nullptr) << "out of view";
+}
+
+TEST(SectionChart, grid_lines_stand_at_multiples_inside_the_window) {
+    Section sample;
+    sample.workspace().profile_grid_spacing = 500;
+    sample.draw();
+    int upright = 0;
+    for (const auto& line : sample.overlay(Kind::polyline))
+        if (line.pen.style == chart::LineStyle::dash_dot) ++upright;
+    EXPECT_GE(upright, 4);
+    EXPECT_LE(upright, 6);
+    sample.workspace().profile_grid_spacing = 0.0001F;
+    sample.draw();
+    for (const auto& line : sample.overlay(Kind::polyline))
+        EXPECT_NE(line.pen.style, chart::LineStyle::dash_dot);
+}
+
+TEST(SectionChart, nothing_is_drawn_outside_the_plot) {
+    Section sample;
+    sample.add_body(1260, 60).depth_extent.value = 100000;
+    sample.add_body(2490, 20).width.value = 5000;
+    sample.draw();
+    const chart::Rect plot = sample.chart(edit::chart_section).PlotRect();
+    for (const Kind kind : {Kind::polygon_fill, Kind::polygon_outline})
+        for (const auto& entry : sample.overlay(kind))
+            for (const chart::Point& point : entry.points) EXPECT_TRUE(plot.contains(point, 1.0));
+}
+
+}  // namespace anomalis::show

@@ -1,0 +1,153 @@
+#include <QAbstractButton>
+#include <QComboBox>
+#include <QLabel>
+#include <QStyle>
+#include <QStyleOptionButton>
+
+#include "window/form_sample.h"
+#include "window/form_tests.h"
+#include "window/panels/charts_panel.h"
+
+namespace anomalis::window {
+
+class FormLayoutTest : public QObject {
+    Q_OBJECT
+
+  private slots:
+    void every_box_explains_itself();
+    void captions_lead_to_their_boxes();
+    void tab_goes_through_the_first_page_in_reading_order();
+    void nothing_is_clipped_at_the_least_size();
+    void nothing_overlaps_on_the_first_page();
+};
+
+namespace {
+
+const QStringList boxes_in_reading_order{"Text_data_locations",
+                                         "Command_select_data_location_file",
+                                         "Text_MAGINV_nhead",
+                                         "Text_MAGINV_nstep",
+                                         "Text_MAGINV_nLast",
+                                         "Text_MAGINV_xpos",
+                                         "Text_MAGINV_ypos",
+                                         "Text_MAGINV_zpos",
+                                         "Text_MAGINV_dtm",
+                                         "Text_MAGINV_magpos",
+                                         "Text_MAGINV_gravpos",
+                                         "Text_maginv_station_spacing",
+                                         "Text_maginv_minimum_station_spacing",
+                                         "Command_load_locations",
+                                         "Text_mag_intensity",
+                                         "Text_mag_inclination",
+                                         "Text_mag_declination",
+                                         "Combo_smooth_filter_type",
+                                         "Text_smooth_filter_width",
+                                         "Text_residual_filter_width",
+                                         "Check_display_total_gradient",
+                                         "Text_VG_filter_width",
+                                         "Text_VG_filter_step",
+                                         "Text_MAGINV_basemag",
+                                         "Check_float_base_0",
+                                         "Text_MAGINV_basegrav",
+                                         "Check_float_base_1",
+                                         "Text_MAGINV_topo",
+                                         "Text_MAGINV_sensor_offset",
+                                         "Text_data_file",
+                                         "Text_profile_grid_spacing",
+                                         "Text_depth_grid_spacing",
+                                         "Text_infinite_body_length",
+                                         "Text_finite_body_left_clip",
+                                         "Text_finite_body_right_clip",
+                                         "Check_show_body_label",
+                                         "Check_maintain_aspect_ratio"};
+
+struct Opened : FormSample {
+    Opened() { form->open_file(write_workspace(folder)); }
+    TempFolder folder;
+};
+
+bool has_room(const QWidget& widget) {
+    if (const auto* label = qobject_cast<const QLabel*>(&widget))
+        return label->wordWrap() || label->width() >= label->sizeHint().width();
+    if (const auto* button = qobject_cast<const QAbstractButton*>(&widget))
+        return button->width() >= button->fontMetrics().horizontalAdvance(button->text());
+    if (const auto* list = qobject_cast<const QComboBox*>(&widget))
+        return list->width() >= list->fontMetrics().horizontalAdvance(list->currentText()) + 20;
+    if (const auto* box = qobject_cast<const QLineEdit*>(&widget))
+        return box->width() >= box->fontMetrics().horizontalAdvance(box->text()) + 4;
+    return true;
+}
+
+}  // namespace
+
+void FormLayoutTest::every_box_explains_itself() {
+    FormSample sample;
+    for (const QString& name : boxes_in_reading_order) {
+        const auto* control = sample.form->findChild<QWidget*>(name);
+        QVERIFY2(control, qPrintable(name));
+        QVERIFY2(!control->toolTip().isEmpty(), qPrintable(name));
+        QVERIFY2(!control->accessibleName().isEmpty(), qPrintable(name));
+    }
+}
+
+void FormLayoutTest::captions_lead_to_their_boxes() {
+    FormSample sample;
+    QSet<QWidget*> buddies;
+    for (const auto* label : sample.form->findChildren<QLabel*>())
+        if (label->buddy()) buddies.insert(label->buddy());
+    for (const QString& name : boxes_in_reading_order) {
+        auto* control = sample.form->findChild<QWidget*>(name);
+        if (qobject_cast<QLineEdit*>(control) || qobject_cast<QComboBox*>(control))
+            QVERIFY2(buddies.contains(control), qPrintable(name));
+    }
+}
+
+void FormLayoutTest::tab_goes_through_the_first_page_in_reading_order() {
+    Opened sample;
+    QWidget* at = sample.form->findChild<QWidget*>(boxes_in_reading_order.front());
+    QStringList order{at->objectName()};
+    for (QWidget* next = at->nextInFocusChain(); next != at; next = next->nextInFocusChain())
+        if (boxes_in_reading_order.contains(next->objectName()) && (next->focusPolicy() & Qt::TabFocus))
+            order << next->objectName();
+    QCOMPARE(order, boxes_in_reading_order);
+}
+
+void FormLayoutTest::nothing_is_clipped_at_the_least_size() {
+    Opened sample;
+    sample.click("Command_load_locations");
+    const QSize least = sample.form->minimumSizeHint();
+    QVERIFY2(least.width() <= 1280 && least.height() <= 760,
+             qPrintable(QString("%1 x %2").arg(least.width()).arg(least.height())));
+    for (const QSize size : {least, QSize(1280, 800)}) {
+        sample.form->resize(size);
+        for (int tab = 0; tab < 2; ++tab) {
+            sample.choose_tab(tab);
+            QTest::qWait(120);
+            for (const auto* widget : sample.form->findChildren<QWidget*>())
+                if (widget->isVisible())
+                    QVERIFY2(has_room(*widget),
+                             qPrintable(widget->objectName() + " " + widget->property("text").toString()));
+        }
+    }
+}
+
+void FormLayoutTest::nothing_overlaps_on_the_first_page() {
+    Opened sample;
+    sample.form->resize(sample.form->minimumSizeHint());
+    QTest::qWait(50);
+    QList<QWidget*> controls;
+    for (const QString& name : boxes_in_reading_order) controls << sample.form->findChild<QWidget*>(name);
+    const auto place = [&](QWidget* w) { return QRect(w->mapTo(sample.form.get(), QPoint()), w->size()); };
+    for (qsizetype i = 0; i < controls.size(); ++i)
+        for (qsizetype k = i + 1; k < controls.size(); ++k)
+            QVERIFY2(!place(controls[i]).intersects(place(controls[k])),
+                     qPrintable(controls[i]->objectName() + " and " + controls[k]->objectName()));
+}
+
+QObject* make_form_layout_test() {
+    return new FormLayoutTest;
+}
+
+}  // namespace anomalis::window
+
+#include "form_layout_test.moc"

@@ -1,0 +1,255 @@
+#include <filesystem>
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QPlainTextEdit>
+#include <QTextBlock>
+
+#include "core/paths.h"
+#include "window/form_sample.h"
+#include "window/form_tests.h"
+#include "window/widgets/data_head_view.h"
+
+namespace anomalis::window {
+
+class FormLoadTest : public QObject {
+    Q_OBJECT
+
+  private slots:
+    void a_workspace_opens_without_its_data();
+    void the_load_shows_number_length_and_spacing_and_stays_on_the_first_tab();
+    void the_head_names_and_tints_the_columns_in_use();
+    void a_refused_definition_stays_in_its_box_and_keeps_the_line();
+    void an_accepted_definition_drops_the_line();
+    void a_refused_setting_is_put_back();
+    void a_setting_is_taken_over_when_the_tab_is_left();
+    void pasted_rubbish_is_refused_everywhere();
+    void missing_files_are_told();
+    void a_damaged_workspace_is_told_and_the_window_goes_on();
+    void the_bodies_alone_leave_the_definitions();
+    void a_data_file_is_chosen_by_click_key_and_button();
+    void a_residual_filter_hides_the_base_levels();
+    void a_file_without_records_says_nothing();
+};
+
+namespace {
+
+struct Opened : FormSample {
+    Opened() : path(write_workspace(folder)) {
+        prompts.open_paths.push_back(path);
+        find<QAction>("menu_open_model_0").trigger();
+    }
+    void load() { click("Command_load_locations"); }
+    int stations() const { return session.workspace.station_count; }
+
+    TempFolder folder;
+    std::string path;
+};
+
+}  // namespace
+
+void FormLoadTest::a_workspace_opens_without_its_data() {
+    Opened sample;
+    QCOMPARE(sample.prompts.open_requests.at(0).title, std::string("Select the profile model file"));
+    QCOMPARE(sample.form->windowTitle(), QString("Anomalis: line.axm"));
+    QCOMPARE(sample.text("Text_data_locations"), QString("line.dat"));
+    QCOMPARE(sample.text("Text_MAGINV_magpos"), QString("6"));
+    QCOMPARE(sample.stations(), 0);
+    QCOMPARE(sample.tab(), 0);
+    QVERIFY(!sample.session.model_changed);
+    sample.choose_tab(1);
+    QVERIFY(sample.find<QWidget>("Frame_hint").isVisible());
+}
+
+void FormLoadTest::the_load_shows_number_length_and_spacing_and_stays_on_the_first_tab() {
+    Opened sample;
+    sample.load();
+    QCOMPARE(sample.text("Text_number_locations"), QString("101"));
+    QCOMPARE(sample.text("Text_line_length"), QString("2500.00"));
+    QCOMPARE(sample.text("Text_line_spacing"), QString("24.752"));
+    QVERIFY(sample.text("Text_MAGINV_basemag").startsWith("510"));
+    QCOMPARE(sample.tab(), 0);
+    QVERIFY(sample.prompts.messages.empty());
+    QVERIFY(!QApplication::overrideCursor());
+}
+
+void FormLoadTest::the_head_names_and_tints_the_columns_in_use() {
+    Opened sample;
+    auto& head = sample.find<DataHeadView>("Text_data_file");
+    QVERIFY(head.isVisible());
+    QCOMPARE(head.ruler_text(1), QString("1"));
+    QCOMPARE(head.ruler_text(2), QString("2\nX"));
+    QCOMPARE(head.ruler_text(4), QString("4\nSensor"));
+    QCOMPARE(head.ruler_text(7), QString("7\nGrav"));
+    const auto tint_at = [&](int line, int column) {
+        const show::HeadCell cell = head.head()
+                                        .lines.at(static_cast<std::size_t>(line))
+                                        .cells.at(static_cast<std::size_t>(column - 1));
+        QTextCursor cursor(head.document()->findBlockByNumber(line));
+        cursor.movePosition(QTextCursor::Right, QTextCursor::MoveAnchor, cell.begin + 1);
+        return cursor.charFormat().background();
+    };
+    QCOMPARE(tint_at(1, 1).style(), Qt::NoBrush);
+    QVERIFY(tint_at(1, 2) != tint_at(1, 3));
+    QVERIFY(tint_at(1, 6).style() == Qt::SolidPattern);
+    sample.type("Text_MAGINV_magpos", "1", false);
+    QCOMPARE(head.ruler_text(1), QString("1\nMag"));
+    QCOMPARE(head.ruler_text(6), QString("6"));
+    QVERIFY(tint_at(1, 1).style() == Qt::SolidPattern);
+}
+
+void FormLoadTest::a_refused_definition_stays_in_its_box_and_keeps_the_line() {
+    Opened sample;
+    sample.load();
+    sample.type("Text_MAGINV_xpos", "abc");
+    QCOMPARE(sample.text("Text_MAGINV_xpos"), QString("abc"));
+    QCOMPARE(sample.find<QWidget>("Text_MAGINV_xpos").property("refused").toBool(), true);
+    QCOMPARE(sample.stations(), edit::LineSample::stations);
+    QCOMPARE(sample.session.workspace.definition.x_column, 2);
+    QCOMPARE(sample.text("Text_number_locations"), QString("101"));
+}
+
+void FormLoadTest::an_accepted_definition_drops_the_line() {
+    Opened sample;
+    sample.load();
+    sample.type("Text_MAGINV_zpos", "3", false);
+    QCOMPARE(sample.stations(), 0);
+    QCOMPARE(sample.text("Text_number_locations"), QString());
+    QCOMPARE(sample.text("Text_line_length"), QString("2500.00"));
+    sample.type("Text_MAGINV_xpos", "2 ", false);
+    QCOMPARE(sample.text("Text_line_length"), QString());
+    sample.choose_tab(1);
+    QVERIFY(sample.find<QWidget>("Frame_hint").isVisible());
+}
+
+void FormLoadTest::a_refused_setting_is_put_back() {
+    Opened sample;
+    sample.type("Text_mag_intensity", "-7");
+    QCOMPARE(sample.text("Text_mag_intensity"), QString("56000.0"));
+    QVERIFY(sample.status(1).contains("-7"));
+    sample.type("Text_MAGINV_sensor_offset", "0.05");
+    QCOMPARE(sample.session.workspace.sensor_offset, 0.05F);
+}
+
+void FormLoadTest::a_setting_is_taken_over_when_the_tab_is_left() {
+    Opened sample;
+    sample.load();
+    sample.type("Text_smooth_filter_width", "7", false);
+    QCOMPARE(sample.session.workspace.smooth_filter_width, 0);
+    sample.choose_tab(1);
+    QCOMPARE(sample.session.workspace.smooth_filter_width, 7);
+}
+
+void FormLoadTest::pasted_rubbish_is_refused_everywhere() {
+    Opened sample;
+    const Workspace before = sample.session.workspace;
+    for (auto* box : sample.form->findChildren<QLineEdit*>()) {
+        if (box->isReadOnly() || box->objectName().contains("spacing")) continue;
+        if (box->objectName() == "Text_body_name") continue;  // any text names a body
+        for (const QString& rubbish :
+             {QString("1e999"), QString("12\n34"), QString(10000, 'x'), QString("nan")}) {
+            const QString shown = box->text();
+            box->setFocus();
+            box->selectAll();
+            box->insert(rubbish);
+            box->setModified(true);
+            QTest::keyClick(box, Qt::Key_Return);
+            if (box->property("refused").isValid() && box->property("refused").toBool()) {
+                box->setText(shown);
+            } else {
+                QVERIFY2(box->text() == shown, qPrintable(box->objectName() + " took " + rubbish.left(10)));
+            }
+        }
+    }
+    const Workspace& after = sample.session.workspace;
+    QVERIFY(after.definition == before.definition);
+    QCOMPARE(after.field_intensity, before.field_intensity);
+    QCOMPARE(after.mag_base, before.mag_base);
+    QCOMPARE(after.infinite_body_length, before.infinite_body_length);
+}
+
+void FormLoadTest::missing_files_are_told() {
+    Opened sample;
+    sample.prompts.open_paths.push_back(sample.folder.path("gone.axm"));
+    sample.find<QAction>("menu_open_model_0").trigger();
+    QCOMPARE(sample.prompts.messages, std::vector<std::string>{"That file does not exist"});
+    QCOMPARE(sample.form->windowTitle(), QString("Anomalis: line.axm"));
+    sample.prompts.messages.clear();
+    std::filesystem::remove(sample.session.workspace.definition.data_file);
+    sample.load();
+    QCOMPARE(sample.prompts.messages, std::vector<std::string>{"The specified data file does not exist"});
+    QCOMPARE(sample.stations(), 0);
+    QVERIFY(!QApplication::overrideCursor());
+}
+
+void FormLoadTest::a_damaged_workspace_is_told_and_the_window_goes_on() {
+    Opened sample;
+    sample.load();
+    const std::string whole = sample.folder.read("line.axm");
+    sample.form->open_file(sample.folder.write("cut.axm", whole.substr(0, whole.size() / 2)));
+    QCOMPARE(sample.prompts.messages.size(), std::size_t(1));
+    QVERIFY(sample.prompts.told("Input past end of file"));
+    QCOMPARE(sample.stations(), 0);
+    QCOMPARE(sample.form->windowTitle(), QString("Anomalis: line.axm *"));
+    sample.prompts.messages.clear();
+    sample.load();
+    sample.choose_tab(1);
+    QCOMPARE(sample.stations(), edit::LineSample::stations);
+    QCOMPARE(sample.prompts.messages, std::vector<std::string>());
+}
+
+void FormLoadTest::the_bodies_alone_leave_the_definitions() {
+    Opened sample;
+    sample.type("Text_MAGINV_magpos", "7", false);
+    sample.prompts.open_paths.push_back(sample.path);
+    sample.find<QAction>("menu_open_model_3").trigger();
+    QCOMPARE(sample.session.workspace.definition.mag_column, 7);
+    QCOMPARE(sample.text("Text_MAGINV_magpos"), QString("7"));
+    QCOMPARE(sample.session.workspace.body_count, 2);
+    QVERIFY(sample.session.model_changed);
+}
+
+void FormLoadTest::a_data_file_is_chosen_by_click_key_and_button() {
+    const TempFolder folder;
+    const CurrentFolder here(folder.folder());
+    Opened sample;
+    for (const char* name : {"a.dat", "b.dat", "c.dat"}) sample.folder.write(name, edit::east_line_text(4));
+    sample.prompts.open_paths = {sample.folder.path("a.dat"), sample.folder.path("b.dat"),
+                                 sample.folder.path("c.dat"), std::nullopt};
+    sample.click("Text_data_locations");
+    QCOMPARE(sample.text("Text_data_locations"), QString("a.dat"));
+    QTest::keyClick(&sample.find<QWidget>("Text_data_locations"), Qt::Key_Return);
+    QCOMPARE(sample.text("Text_data_locations"), QString("b.dat"));
+    sample.click("Command_select_data_location_file");
+    QCOMPARE(sample.text("Text_data_locations"), QString("c.dat"));
+    QCOMPARE(sample.prompts.open_requests.back().title, std::string("Select the observed  data file"));
+    sample.click("Command_select_data_location_file");
+    QCOMPARE(sample.text("Text_data_locations"), QString("c.dat"));
+    QCOMPARE(current_folder(), sample.folder.folder());
+}
+
+void FormLoadTest::a_residual_filter_hides_the_base_levels() {
+    Opened sample;
+    QVERIFY(sample.find<QWidget>("Frame_base_levels").isVisible());
+    sample.type("Text_residual_filter_width", "30");
+    QVERIFY(!sample.find<QWidget>("Frame_base_levels").isVisible());
+    sample.type("Text_residual_filter_width", "0");
+    QVERIFY(sample.find<QWidget>("Frame_base_levels").isVisible());
+}
+
+void FormLoadTest::a_file_without_records_says_nothing() {
+    Opened sample;
+    sample.form->open_file(sample.folder.write("empty.dat", "header\n   \n\n"));
+    sample.load();
+    QVERIFY(sample.prompts.messages.empty());
+    QCOMPARE(sample.text("Text_number_locations"), QString());
+    QCOMPARE(sample.stations(), 0);
+}
+
+QObject* make_form_load_test() {
+    return new FormLoadTest;
+}
+
+}  // namespace anomalis::window
+
+#include "form_load_test.moc"

@@ -1,0 +1,81 @@
+#include <functional>
+
+#include <QApplication>
+#include <QDialog>
+#include <QFileInfo>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QTimer>
+
+#include "window/form_sample.h"
+#include "window/form_tests.h"
+#include "window/shell/screenshot.h"
+
+namespace anomalis::window {
+
+namespace {
+
+constexpr int settle = 250;  // ms for the layout to come to rest
+
+void keep(FormSample& sample, const QString& folder, const QString& name) {
+    QTest::qWait(settle);
+    sample.form->grab().save(folder + "/" + name + ".png");
+}
+
+/// The modal form that `open` shows, at its own size, on one of its tabs.
+void keep_form(const QString& path, int tab, const std::function<void()>& open) {
+    QTimer::singleShot(settle, qApp, [&] {
+        auto* form = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+        if (!form) return;
+        if (auto* tabs = form->findChild<QTabWidget*>()) tabs->setCurrentIndex(tab);
+        form->grab().save(path);
+        form->reject();
+    });
+    open();
+}
+
+void keep_forms(const QString& folder) {
+    FormSample sample;
+    for (const int tab : {0, 1})
+        keep_form(folder + "/transform_" + QString::number(tab) + ".png", tab,
+                  [&] { sample.find<QPushButton>("Command_define_observed_transform").click(); });
+    keep_form(folder + "/find_file.png", 0, [&] { sample.find<QAction>("menu_find_file").trigger(); });
+}
+
+}  // namespace
+
+void keep_pictures(const QString& folder, const QString& workspaces) {
+    keep_forms(folder);
+    const QStringList paths = workspaces.split(':', Qt::SkipEmptyParts);
+    std::vector<flow::ExampleFile> examples;
+    for (const QString& path : paths)
+        examples.push_back({path.toStdString(), QFileInfo(path).completeBaseName().toStdString()});
+    for (const QSize size : {QSize(1280, 800), QSize(1920, 1080)}) {
+        const QString suffix = "_" + QString::number(size.width());
+        FormSample start(examples);
+        start.form->resize(size);
+        keep(start, folder, "start_data" + suffix);
+        start.choose_tab(1);
+        keep(start, folder, "start_model" + suffix);
+        for (const QString& path : paths) {
+            const QString name = QFileInfo(path).completeBaseName();
+            FormSample sample;
+            sample.form->resize(size);
+            sample.form->open_example(path.toStdString());
+            keep(sample, folder, name + "_model" + suffix);
+            take_screenshot(*sample.form, sample.form->workbench(), flow::ScreenshotKind::form)
+                .save(folder + "/" + name + "_screenshot" + suffix + ".png");
+            sample.find<QPushButton>("Command_show_plan").click();
+            keep(sample, folder, name + "_plan" + suffix);
+            sample.choose_tab(0);
+            keep(sample, folder, name + "_data" + suffix);
+            sample.choose_tab(1);
+            sample.find<QPushButton>("Command_show_plan").click();
+            sample.find<QPushButton>("Command_toggle_invert_body").click();
+            sample.find<QPushButton>("Command_invert_1").click();
+            keep(sample, folder, name + "_inversion" + suffix);
+        }
+    }
+}
+
+}  // namespace anomalis::window
