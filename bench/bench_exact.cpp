@@ -71,7 +71,7 @@ void exact_over_classic(benchmark::State& state) {
     const auto recalculate = [&](Formulas formulas) {
         workspace.formulas = formulas;
         (kind.gravity ? workspace.body(1).grav_response_valid : workspace.body(1).mag_response_valid) = false;
-        forward::calculate_model(workspace, workspace.mag_data, workspace.grav_data, prompts);
+        forward::calculate_model(workspace, workspace.mag.data, workspace.grav.data, prompts);
     };
     recalculate(Formulas::classic);
     workspace.body(1).mag_response_valid = workspace.body(1).grav_response_valid = true;

@@ -116,11 +116,12 @@ Workspace workspace_with(int half_width) {
     w.station_count = stations;
     w.first_station = 1;
     w.last_station = stations;
-    w.mag_base = 0;
-    w.mag_data.assign(stations);
-    fill(w.mag_data.row(row_raw, stage_calculated));
-    w.smooth_filter_type = 2;
-    w.smooth_filter_width = w.residual_filter_width = w.vg_filter_width = half_width;
+    w.mag.base = 0;
+    w.mag.data.assign(stations);
+    fill(w.mag.data.row(row_raw, stage_calculated));
+    w.processing.smooth_filter_type = 2;
+    w.processing.smooth_filter_width = w.processing.residual_filter_width = w.processing.vg_filter_width =
+        half_width;
     return w;
 }
 
@@ -135,8 +136,8 @@ void chain_of_one_stage(benchmark::State& state) {
     for (auto _ : state) {
         const long before = allocation_count();
         const double seconds = chain.take([&] {
-            w.mag_calculated_filtered = false;
-            filter::filter_data(w, 0, stage_calculated, w.mag_data, prompts);
+            w.mag.calculated_filtered = false;
+            filter::filter_data(w, 0, stage_calculated, w.mag.data, prompts);
         });
         allocations = allocations < 0 ? 0 : allocations + allocation_count() - before;
         dots.take([&] { reference.run(3); });
@@ -162,8 +163,8 @@ void widest_kernels(benchmark::State& state) {
     QuietPrompts prompts;
     Workspace w = workspace_with(static_cast<int>(state.range(0)));
     for (auto _ : state) {
-        w.mag_calculated_filtered = false;
-        filter::filter_data(w, 0, stage_calculated, w.mag_data, prompts);
+        w.mag.calculated_filtered = false;
+        filter::filter_data(w, 0, stage_calculated, w.mag.data, prompts);
     }
     state.counters["taps_MB"] = static_cast<double>(w.filter_scratch.coefficients.capacity()) * 4e-6;
 }

@@ -34,7 +34,7 @@ struct Line {
         w.first_station = 1;
         w.last_station = stations;
         w.last_distance = stations - 1;
-        w.mag_base = 0;
+        w.mag.base = 0;
         intake::setup_graphics_arrays(w, prompts);
         for (int i = 0; i < bodies; ++i) {
             ModelBody& body = add_body(w, thin_sheet, (i + 0.5) * stations / bodies);
@@ -47,8 +47,8 @@ struct Line {
         }
         model::finish_load(session);
         model::refresh_model(session);
-        const auto calculated = w.mag_data.row(row_raw, stage_calculated);
-        std::copy(calculated.begin(), calculated.end(), w.mag_data.row(row_raw, stage_observed).begin());
+        const auto calculated = w.mag.data.row(row_raw, stage_calculated);
+        std::copy(calculated.begin(), calculated.end(), w.mag.data.row(row_raw, stage_observed).begin());
         for (int i = 1; i <= bodies; ++i) {
             w.body(i).distance.value += 3;
             w.body(i).top.value -= 4;
@@ -71,7 +71,7 @@ void one_evaluation(benchmark::State& state) {
         body.dip.value += 0.01F;
         const double seconds = evaluation.take([&] {
             invalidate_body(body);
-            model::evaluate_model_misfit(line.session, w.mag_data, w.grav_data);
+            model::evaluate_model_misfit(line.session, w.mag.data, w.grav.data);
         });
         response.take([&] {
             body.last_calculated = -1.0F;
@@ -87,8 +87,8 @@ void one_evaluation(benchmark::State& state) {
             benchmark::ClobberMemory();
         });
         filtering.take([&] {
-            w.mag_calculated_filtered = false;
-            filter::filter_data(w, channel_mag, stage_calculated, w.mag_data, line.prompts);
+            w.mag.calculated_filtered = false;
+            filter::filter_data(w, channel_mag, stage_calculated, w.mag.data, line.prompts);
         });
         state.SetIterationTime(seconds);
     }

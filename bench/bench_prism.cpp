@@ -31,7 +31,7 @@ struct Dragged {
         body().distance.value += 0.5F;
         body().dip.value += 0.01F;
         invalidate_body(body());
-        forward::calculate_model(workspace, workspace.mag_data, workspace.grav_data, prompts);
+        forward::calculate_model(workspace, workspace.mag.data, workspace.grav.data, prompts);
     }
 };
 
@@ -69,7 +69,7 @@ void prism_gravity_against_single_faces(benchmark::State& state) {
     for (auto _ : state) {
         drag.body().grav_response_valid = false;
         together.take([&] {
-            forward::calculate_model(drag.workspace, drag.workspace.mag_data, drag.workspace.grav_data,
+            forward::calculate_model(drag.workspace, drag.workspace.mag.data, drag.workspace.grav.data,
                                      drag.prompts);
         });
         state.SetIterationTime(apart.take([&] { gravity_by_single_faces(drag); }));

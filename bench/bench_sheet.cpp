@@ -56,7 +56,7 @@ Workspace line_of_sheets(int bodies, BodyType type = thick_sheet) {
 
 void calculate_one(Workspace& workspace, QuietPrompts& prompts) {
     workspace.body(1).mag_response_valid = false;
-    forward::calculate_model(workspace, workspace.mag_data, workspace.grav_data, prompts);
+    forward::calculate_model(workspace, workspace.mag.data, workspace.grav.data, prompts);
 }
 
 void sheet_against_elementary(benchmark::State& state) {
@@ -112,7 +112,7 @@ void all_sheets(benchmark::State& state) {
     for (auto _ : state) {
         for (int b = 1; b <= bodies; ++b) invalidate_body(workspace.body(b));
         state.SetIterationTime(all.take(
-            [&] { forward::calculate_model(workspace, workspace.mag_data, workspace.grav_data, prompts); }));
+            [&] { forward::calculate_model(workspace, workspace.mag.data, workspace.grav.data, prompts); }));
     }
     state.counters["us_a_body"] = all.seconds() * 1e6 / bodies;
 }

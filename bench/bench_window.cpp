@@ -39,8 +39,8 @@ void add_responses(Workspace& w, std::vector<float>& sum) {
 
 void filter_both(Workspace& w, Prompts& prompts) {
     invalidate_filtered_data(1, w);
-    filter::filter_data(w, channel_mag, stage_calculated, w.mag_data, prompts);
-    filter::filter_data(w, channel_grav, stage_calculated, w.grav_data, prompts);
+    filter::filter_data(w, channel_mag, stage_calculated, w.mag.data, prompts);
+    filter::filter_data(w, channel_grav, stage_calculated, w.grav.data, prompts);
 }
 
 void a_step_of_a_bar(benchmark::State& state) {

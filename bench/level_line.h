@@ -15,8 +15,8 @@ inline Workspace level_line(int stations) {
     workspace.station_count = stations;
     workspace.stations.assign(stations);
     workspace.distances.assign(stations);
-    workspace.mag_data.assign(stations);
-    workspace.grav_data.assign(stations);
+    workspace.mag.data.assign(stations);
+    workspace.grav.data.assign(stations);
     workspace.azimuth = -1.5707963F;
     for (int i = 1; i <= stations; ++i) {
         workspace.distances[i] = i - 1;

@@ -109,7 +109,7 @@ Workspace described(const Survey& survey, Prompts& prompts) {
     workspace.definition.first_data_line = static_cast<std::int32_t>(survey.comments.size()) + 2;
     workspace.definition.z_column = 4;
     workspace.definition.dtm_column = 5;
-    workspace.mag_base = workspace.grav_base = unset;
+    workspace.mag.base = workspace.grav.base = unset;
     workspace.display.show_axes = workspace.display.show_body_label = 1;
     workspace.display.splitter_fraction = {0.5F, 0.6F, 0.6F, 0};
     workspace.display.tie_factor = 2;
@@ -139,17 +139,17 @@ Values observe(const Survey& survey, const std::string& data_path, Prompts& prom
         throw Fault("the stations of " + survey.name + " do not load");
     if (static_cast<std::size_t>(truth.station_count) != survey.readings.size())
         throw Fault("the stations of " + survey.name + " merge");
-    forward::calculate_model(truth, truth.mag_data, truth.grav_data, prompts);
+    forward::calculate_model(truth, truth.mag.data, truth.grav.data, prompts);
 
     Noise noise(1967);
     Values values;
     for (int i = 1; i <= truth.station_count; ++i) {
         const double d = truth.distances[i];
         if (truth.has_mag())
-            values.mag.push_back(truth.mag_data(i, row_raw, stage_calculated) + survey.mag_regional(d) +
+            values.mag.push_back(truth.mag.data(i, row_raw, stage_calculated) + survey.mag_regional(d) +
                                  noise(survey.mag_noise));
         if (truth.has_grav())
-            values.grav.push_back(truth.grav_data(i, row_raw, stage_calculated) + survey.grav_regional(d) +
+            values.grav.push_back(truth.grav.data(i, row_raw, stage_calculated) + survey.grav_regional(d) +
                                   noise(survey.grav_noise));
     }
     return values;
@@ -232,10 +232,10 @@ Survey dyke_swarm() {
     survey.mag_regional = [](double d) { return 51940 + 0.004 * d; };
     survey.describe = [](Workspace& w) {
         w.definition.mag_column = 6;
-        w.field_intensity = 51940;
-        w.field_inclination = -53.1F;
-        w.field_declination = 6.7F;
-        w.float_mag_base = 1;
+        w.field.intensity = 51940;
+        w.field.inclination = -53.1F;
+        w.field.declination = 6.7F;
+        w.mag.float_base = 1;
     };
     survey.bodies = {{sheet({"West dyke", thin_sheet, 820, 285, 72, 18, 0, 42000, 2.95F, 0xB4761F}),
                       off_by(30, 12, 12, 0.75F)},
@@ -270,10 +270,10 @@ Survey fault_block() {
     survey.describe = [](Workspace& w) {
         w.definition.mag_column = 6;
         w.definition.grav_column = 7;
-        w.field_intensity = 58120;
-        w.field_inclination = -64.5F;
-        w.field_declination = 11.2F;
-        w.float_mag_base = w.float_grav_base = 1;
+        w.field.intensity = 58120;
+        w.field.inclination = -64.5F;
+        w.field.declination = 11.2F;
+        w.mag.float_base = w.grav.float_base = 1;
     };
     survey.bodies = {
         {sheet({"West basement", thick_sheet, 507, 380, 62, 2310, 1500, 9000, 0.28F, 0xB4761F}),
@@ -301,10 +301,10 @@ Survey buried_cable() {
     survey.mag_regional = [](double) { return 49310.0; };
     survey.describe = [](Workspace& w) {
         w.definition.mag_column = 6;
-        w.field_intensity = 49310;
-        w.field_inclination = 66.8F;
-        w.field_declination = 3.1F;
-        w.float_mag_base = 1;
+        w.field.intensity = 49310;
+        w.field.inclination = 66.8F;
+        w.field.declination = 3.1F;
+        w.mag.float_base = 1;
         w.sensor_offset = 1.2F;
     };
     survey.bodies = {

@@ -43,8 +43,8 @@ void choose(const std::uint8_t* bytes, Workspace& w) {
 
 void require_consistent(const Workspace& w) {
     require(w.stations.rows() == w.station_count);
-    require(w.mag_data.stations() == w.station_count && w.grav_data.stations() == w.station_count);
-    require(w.mag_work.stations() == w.station_count && w.grav_work.stations() == w.station_count);
+    require(w.mag.data.stations() == w.station_count && w.grav.data.stations() == w.station_count);
+    require(w.mag.work.stations() == w.station_count && w.grav.work.stations() == w.station_count);
     require(w.distances.count() == w.station_count && w.station_spare.count() == w.station_count);
     for (const ModelBody& body : w.bodies) require(body.response.rows() == w.station_count);
     require(w.first_station >= 1 && w.first_station <= w.station_count);

@@ -13,8 +13,8 @@ DumpedMisfit measured(Session& session) {
         return model::channel_misfit(workspace, data, model::misfit_scale_of(channel), session.prompts);
     };
     DumpedMisfit misfit;
-    if (workspace.has_mag()) misfit.mag = of(workspace.mag_data, channel_mag);
-    if (workspace.has_grav()) misfit.grav = of(workspace.grav_data, channel_grav);
+    if (workspace.has_mag()) misfit.mag = of(workspace.mag.data, channel_mag);
+    if (workspace.has_grav()) misfit.grav = of(workspace.grav.data, channel_grav);
     return misfit;
 }
 

@@ -65,16 +65,16 @@ Json settings_json(const Workspace& w) {
             {"definition", definition_json(w.definition)},
             {"station_spacing", w.station_spacing},
             {"min_station_spacing", w.min_station_spacing},
-            {"field_intensity", w.field_intensity},
-            {"field_inclination", w.field_inclination},
-            {"field_declination", w.field_declination},
+            {"field_intensity", w.field.intensity},
+            {"field_inclination", w.field.inclination},
+            {"field_declination", w.field.declination},
             {"surface_elevation", w.surface_elevation},
             {"sensor_offset", w.sensor_offset},
-            {"profile_grid_spacing", w.profile_grid_spacing},
-            {"depth_grid_spacing", w.depth_grid_spacing},
-            {"infinite_body_length", w.infinite_body_length},
-            {"finite_body_left_clip", w.finite_body_left_clip},
-            {"finite_body_right_clip", w.finite_body_right_clip},
+            {"profile_grid_spacing", w.drawing.profile_grid_spacing},
+            {"depth_grid_spacing", w.drawing.depth_grid_spacing},
+            {"infinite_body_length", w.drawing.infinite_body_length},
+            {"finite_body_left_clip", w.drawing.finite_body_left_clip},
+            {"finite_body_right_clip", w.drawing.finite_body_right_clip},
             {"display", display_json(w.display)},
             {"formulas", formulas_name(w.formulas)},
             {"direction_x", w.direction_x},
@@ -95,24 +95,24 @@ Json levels_json(const Workspace& w) {
             {"z_max", w.z_max},
             {"dtm_min", w.dtm_min},
             {"dtm_max", w.dtm_max},
-            {"mag_min", w.mag_min},
-            {"mag_max", w.mag_max},
-            {"mag_base", w.mag_base},
-            {"mag_mean", w.mag_mean},
-            {"float_mag_base", w.float_mag_base},
-            {"mag_range_min", w.mag_range_min},
-            {"mag_range_max", w.mag_range_max},
-            {"grav_min", w.grav_min},
-            {"grav_max", w.grav_max},
-            {"grav_base", w.grav_base},
-            {"grav_mean", w.grav_mean},
-            {"float_grav_base", w.float_grav_base},
-            {"grav_range_min", w.grav_range_min},
-            {"grav_range_max", w.grav_range_max},
-            {"mag_calc_base", w.mag_calc_base},
-            {"mag_calc_mean", w.mag_calc_mean},
-            {"grav_calc_base", w.grav_calc_base},
-            {"grav_calc_mean", w.grav_calc_mean}};
+            {"mag_min", w.mag.min},
+            {"mag_max", w.mag.max},
+            {"mag_base", w.mag.base},
+            {"mag_mean", w.mag.mean},
+            {"float_mag_base", w.mag.float_base},
+            {"mag_range_min", w.mag.range_min},
+            {"mag_range_max", w.mag.range_max},
+            {"grav_min", w.grav.min},
+            {"grav_max", w.grav.max},
+            {"grav_base", w.grav.base},
+            {"grav_mean", w.grav.mean},
+            {"float_grav_base", w.grav.float_base},
+            {"grav_range_min", w.grav.range_min},
+            {"grav_range_max", w.grav.range_max},
+            {"mag_calc_base", w.mag.calc_base},
+            {"mag_calc_mean", w.mag.calc_mean},
+            {"grav_calc_base", w.grav.calc_base},
+            {"grav_calc_mean", w.grav.calc_mean}};
 }
 
 /// Counts, the station window, filters and marks.
@@ -129,19 +129,19 @@ Json state_json(const Workspace& w) {
             {"last_station", w.last_station},
             {"first_distance", w.first_distance},
             {"last_distance", w.last_distance},
-            {"smooth_filter_width", w.smooth_filter_width},
-            {"smooth_filter_type", w.smooth_filter_type},
-            {"residual_filter_width", w.residual_filter_width},
-            {"display_total_gradient", w.display_total_gradient},
-            {"vg_filter_width", w.vg_filter_width},
-            {"vg_filter_step", w.vg_filter_step},
+            {"smooth_filter_width", w.processing.smooth_filter_width},
+            {"smooth_filter_type", w.processing.smooth_filter_type},
+            {"residual_filter_width", w.processing.residual_filter_width},
+            {"display_total_gradient", w.processing.display_total_gradient},
+            {"vg_filter_width", w.processing.vg_filter_width},
+            {"vg_filter_step", w.processing.vg_filter_step},
             {"transform", transform_json(w.transform)},
             {"elevations_ready", w.elevations_ready},
             {"graph_ranges_ready", w.graph_ranges_ready},
-            {"mag_observed_filtered", w.mag_observed_filtered},
-            {"mag_calculated_filtered", w.mag_calculated_filtered},
-            {"grav_observed_filtered", w.grav_observed_filtered},
-            {"grav_calculated_filtered", w.grav_calculated_filtered},
+            {"mag_observed_filtered", w.mag.observed_filtered},
+            {"mag_calculated_filtered", w.mag.calculated_filtered},
+            {"grav_observed_filtered", w.grav.observed_filtered},
+            {"grav_calculated_filtered", w.grav.calculated_filtered},
             {"body_count", w.body_count},
             {"body_capacity", w.body_capacity}};
 }
@@ -258,8 +258,8 @@ std::string dump_json_text(const Workspace& workspace, const DumpedMisfit& misfi
     };
     Json json = {{"workspace", workspace_json(workspace)}, {"stations", stations_json(workspace)}};
     json["distances"] = loaded ? Json(workspace.distances.span()) : Json::array();
-    json["mag_data"] = channel(workspace.has_mag(), workspace.mag_data);
-    json["grav_data"] = channel(workspace.has_grav(), workspace.grav_data);
+    json["mag_data"] = channel(workspace.has_mag(), workspace.mag.data);
+    json["grav_data"] = channel(workspace.has_grav(), workspace.grav.data);
     json["bodies"] = Json::array();
     for (int number = 1; number <= workspace.body_count; ++number)
         json["bodies"].push_back(body_json(workspace, workspace.body(number)));

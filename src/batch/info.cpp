@@ -46,17 +46,18 @@ std::string definition_text(const Workspace& w) {
     if (d.read_increment != 1) rows += ", one of every " + std::to_string(d.read_increment);
     return line("Workspace", w.model_file) + line("Data file", d.data_file) + line("  read", rows) +
            line("  columns", columns_text(d)) +
-           line("Field", plain(w.field_intensity) + " nT, inclination " + plain(w.field_inclination) +
-                             ", declination " + plain(w.field_declination));
+           line("Field", plain(w.field.intensity) + " nT, inclination " + plain(w.field.inclination) +
+                             ", declination " + plain(w.field.declination));
 }
 
 std::string filter_text(const Workspace& w) {
     constexpr std::array names{"triangular", "sinc^2", "Hanning", "Hamming", "boxcar"};
-    const auto type = static_cast<std::size_t>(std::clamp(w.smooth_filter_type, 0, 4));
-    return "smoothing " + std::to_string(w.smooth_filter_width) + " (" + names[type] + "), residual " +
-           std::to_string(w.residual_filter_width) + ", " +
-           (w.display_total_gradient == 1 ? "total gradient " : "vertical gradient ") +
-           std::to_string(w.vg_filter_width) + " step " + std::to_string(w.vg_filter_step);
+    const auto type = static_cast<std::size_t>(std::clamp(w.processing.smooth_filter_type, 0, 4));
+    return "smoothing " + std::to_string(w.processing.smooth_filter_width) + " (" + names[type] +
+           "), residual " + std::to_string(w.processing.residual_filter_width) + ", " +
+           (w.processing.display_total_gradient == 1 ? "total gradient " : "vertical gradient ") +
+           std::to_string(w.processing.vg_filter_width) + " step " +
+           std::to_string(w.processing.vg_filter_step);
 }
 
 std::string channel_text(float low, float high, float base, const char* unit) {
@@ -70,8 +71,8 @@ std::string profile_text(const Workspace& w) {
         line("Stations", std::to_string(w.station_count) + " over " + format_number(length, "0.00") + " m, " +
                              format_number(length / w.station_count, "0.000") + " m each");
     text += line("Ground", plain(w.z_min) + " to " + plain(w.z_max) + " m");
-    if (w.has_mag()) text += line("Magnetics", channel_text(w.mag_min, w.mag_max, w.mag_base, "nT"));
-    if (w.has_grav()) text += line("Gravity", channel_text(w.grav_min, w.grav_max, w.grav_base, "mGal"));
+    if (w.has_mag()) text += line("Magnetics", channel_text(w.mag.min, w.mag.max, w.mag.base, "nT"));
+    if (w.has_grav()) text += line("Gravity", channel_text(w.grav.min, w.grav.max, w.grav.base, "mGal"));
     text += line("Formulas", std::string(formulas_name(w.formulas)));
     return text + line("Filters", filter_text(w)) +
            line("Fit window",
@@ -128,8 +129,8 @@ bool run_info(const std::string& model, BatchSession& batch) {
                 model::channel_misfit(workspace, data, model::misfit_scale_of(channel), batch.prompts);
             text += line(label, misfit_text(pair));
         };
-        if (workspace.has_mag()) misfit("Magnetic misfit", workspace.mag_data, channel_mag);
-        if (workspace.has_grav()) misfit("Gravity misfit", workspace.grav_data, channel_grav);
+        if (workspace.has_mag()) misfit("Magnetic misfit", workspace.mag.data, channel_mag);
+        if (workspace.has_grav()) misfit("Gravity misfit", workspace.grav.data, channel_grav);
     }
     return batch.write_result("", text + bodies_text(workspace)) == 0 && state == OpenState::ready;
 }

@@ -12,7 +12,7 @@ namespace anomalis {
 using MisfitPair = std::array<float, 2>;
 
 /// `channel_joint` fits both channels at once; only the least-squares method can.
-enum Channel : std::int32_t { channel_mag = 0, channel_grav = 1, channel_joint = 2 };
+enum ChannelCode : std::int32_t { channel_mag = 0, channel_grav = 1, channel_joint = 2 };
 enum Target : std::int32_t { target_data = 0, target_gradient = 1 };
 
 /// One free parameter of a run. Singles, as they are compared and stepped.

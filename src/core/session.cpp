@@ -60,15 +60,15 @@ StartSettings Session::start() {
     StartSettings read;
     restore_directory();
     if (const auto intensity = single_setting(settings, "MagIntensity"); intensity && *intensity > 0) {
-        workspace.field_intensity = *intensity;
+        workspace.field.intensity = *intensity;
         read.mag_intensity = true;
     }
     if (const auto inclination = single_setting(settings, "MagInclination")) {
-        workspace.field_inclination = *inclination;
+        workspace.field.inclination = *inclination;
         read.mag_inclination = true;
     }
     if (const auto declination = single_setting(settings, "MagDeclination")) {
-        workspace.field_declination = *declination;
+        workspace.field.declination = *declination;
         read.mag_declination = true;
     }
     if (const auto axes = single_setting(settings, "DisplayAxes")) read.display_axes = *axes != 0;

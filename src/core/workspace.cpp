@@ -61,8 +61,8 @@ void set_default_vary(ModelBody& body) {
         (body.*slot).vary = 0;
 }
 
-template <class... Field>
-void keep(Workspace& old, Workspace& fresh, Field Workspace::*... fields) {
+template <class... Field>  // members of a workspace
+void keep(Workspace& old, Workspace& fresh, Field... fields) {
     ((fresh.*fields = std::move(old.*fields)), ...);
 }
 
@@ -70,14 +70,21 @@ void keep_fields_without_default(Workspace& old, Workspace& fresh) {
     using W = Workspace;
     fresh.definition.data_file_date = old.definition.data_file_date;
     fresh.definition.spare_definition_field = old.definition.spare_definition_field;
-    keep(old, fresh, &W::model_file_date, &W::profile_grid_spacing, &W::depth_grid_spacing,
-         &W::finite_body_left_clip, &W::finite_body_right_clip, &W::display);
+    keep(old, fresh, &W::model_file_date, &W::display);
     keep(old, fresh, &W::direction_x, &W::direction_y, &W::line_constant, &W::origin_east, &W::origin_north,
-         &W::azimuth);
-    keep(old, fresh, &W::dtm_min, &W::dtm_max, &W::mag_mean, &W::grav_min, &W::grav_max, &W::grav_mean,
-         &W::grav_range_min, &W::grav_range_max);
-    keep(old, fresh, &W::allocated_stations, &W::stations, &W::mag_data, &W::grav_data, &W::mag_work,
-         &W::grav_work, &W::station_spare, &W::distances, &W::graphics);
+         &W::azimuth, &W::dtm_min, &W::dtm_max);
+    keep(old, fresh, &W::allocated_stations, &W::stations, &W::station_spare, &W::distances, &W::graphics);
+    const float infinite_body_length = fresh.drawing.infinite_body_length;
+    fresh.drawing = old.drawing;
+    fresh.drawing.infinite_body_length = infinite_body_length;
+    fresh.mag.mean = old.mag.mean;
+    for (float Channel::*field :
+         {&Channel::min, &Channel::max, &Channel::mean, &Channel::range_min, &Channel::range_max})
+        fresh.grav.*field = old.grav.*field;
+    for (Channel W::*channel : {&W::mag, &W::grav}) {
+        (fresh.*channel).data = std::move((old.*channel).data);
+        (fresh.*channel).work = std::move((old.*channel).work);
+    }
 }
 
 }  // namespace
@@ -125,9 +132,9 @@ void reset_calculated_data(Workspace& workspace, Prompts& prompts) {
 }
 
 void invalidate_filtered_data(int mode, Workspace& workspace) {
-    workspace.mag_calculated_filtered = workspace.grav_calculated_filtered = false;
+    workspace.mag.calculated_filtered = workspace.grav.calculated_filtered = false;
     if (mode != 0) return;
-    workspace.mag_observed_filtered = workspace.grav_observed_filtered = false;
+    workspace.mag.observed_filtered = workspace.grav.observed_filtered = false;
     workspace.graph_ranges_ready = false;
 }
 

@@ -129,26 +129,8 @@ class KeptMemory {
     std::shared_ptr<void> held_;
 };
 
-/// The one session record: what the data are, where the stations stand, what the model is.
-struct Workspace {
-    std::string model_file;
-    Date model_file_date = 0;
-    DataDefinition definition;
-    float station_spacing = 0;      ///< m; 0 keeps the stations of the file
-    float min_station_spacing = 0;  ///< m; closer stations are merged
-    float field_intensity = 56000;  ///< nT
-    float field_inclination = -65;  ///< degrees, down positive
-    float field_declination = -4;   ///< degrees
-    float surface_elevation = 0;    ///< m
-    float sensor_offset = 10;       ///< m
-    float profile_grid_spacing = 0;
-    float depth_grid_spacing = 0;
-    float infinite_body_length = 500;
-    float finite_body_left_clip = 0;
-    float finite_body_right_clip = 0;
-    DisplaySettings display;
-    Formulas formulas = Formulas::classic;
-
+/// Where the stations stand and along which line.
+struct LineGeometry {
     double direction_x = 0;  ///< east component of the unit normal of the profile line
     double direction_y = 0;  ///< north component
     double line_constant = 0;
@@ -159,35 +141,49 @@ struct Workspace {
     double y_min = empty_low, y_max = empty_high;
     float z_min = empty_low, z_max = empty_high;
     float dtm_min = 0, dtm_max = 0;
-    float mag_min = empty_low, mag_max = empty_high;
-    float mag_base = unset;  ///< nT; unset takes the mean at the load
-    float mag_mean = 0;
-    std::int32_t float_mag_base = 0;
-    float mag_range_min = empty_low, mag_range_max = empty_high;
-    float grav_min = 0, grav_max = 0;
-    float grav_base = 0;  ///< mGal; unset takes the mean at the load
-    float grav_mean = 0;
-    std::int32_t float_grav_base = 0;
-    float grav_range_min = 0, grav_range_max = 0;
-    float mag_calc_base = 0, mag_calc_mean = 0;
-    float grav_calc_base = 0, grav_calc_mean = 0;
-
     std::int32_t station_count = 0;
     std::int32_t allocated_stations = 0;
     StationTable stations;
-    std::int32_t raw_row = row_raw;
-    std::int32_t smoothed_row = row_smoothed;
-    std::int32_t residual_row = row_residual;
-    std::int32_t gradient_row = row_gradient;
-    std::int32_t horizontal_row = row_horizontal;
-    std::int32_t total_gradient_row = row_total_gradient;
-    ChannelTable mag_data, grav_data;
-    ChannelTable mag_work, grav_work;
-    std::int32_t first_station = 0, last_station = 0;
-    double first_distance = 0, last_distance = 0;
     Array1<float> station_spare;
     Array1<double> distances;
+    /// The stations that the inversion uses, and the same window in m, which outlives a resampling.
+    std::int32_t first_station = 0, last_station = 0;
+    double first_distance = 0, last_distance = 0;
+};
 
+/// What magnetics (nT) and gravity (mGal) each have.
+struct Channel {
+    float min = 0, max = 0;  ///< of the column
+    float base = 0;          ///< unset takes the mean at the load
+    float mean = 0;
+    std::int32_t float_base = 0;         ///< 1 when the base level follows the data
+    float range_min = 0, range_max = 0;  ///< plotted
+    float calc_base = 0, calc_mean = 0;  ///< of the calculated curve
+    ChannelTable data;
+    ChannelTable work;  ///< what a run tries
+    bool observed_filtered = false, calculated_filtered = false;
+};
+
+/// The range of a magnetic column starts empty, and its base level is the mean until somebody says otherwise.
+inline Channel magnetic_channel() {
+    Channel channel;
+    channel.min = channel.range_min = empty_low;
+    channel.max = channel.range_max = empty_high;
+    channel.base = unset;
+    return channel;
+}
+
+/// The field that induces.
+struct EarthField {
+    float intensity = 56000;  ///< nT
+    float inclination = -65;  ///< degrees, down positive
+    float declination = -4;   ///< degrees
+
+    bool operator==(const EarthField&) const = default;
+};
+
+/// How a channel becomes the rows that charts and fit read. Widths count stations on each side.
+struct Processing {
     std::int32_t smooth_filter_width = 0;
     std::int32_t smooth_filter_type = 0;
     std::int32_t residual_filter_width = 0;
@@ -195,17 +191,52 @@ struct Workspace {
     std::int32_t display_total_gradient = 0;
     std::int32_t vg_filter_width = 5;
     std::int32_t vg_filter_step = 1;
-    FilterScratch filter_scratch;
-    PointTransform transform;
 
-    bool elevations_ready = false;
-    bool graph_ranges_ready = false;
-    bool mag_observed_filtered = false, mag_calculated_filtered = false;
-    bool grav_observed_filtered = false, grav_calculated_filtered = false;
+    bool operator==(const Processing&) const = default;
+};
+
+/// How section and plan are drawn, m.
+struct DrawingSettings {
+    float profile_grid_spacing = 0;
+    float depth_grid_spacing = 0;
+    float infinite_body_length = 500;
+    float finite_body_left_clip = 0;
+    float finite_body_right_clip = 0;
+
+    bool operator==(const DrawingSettings&) const = default;
+};
+
+/// The one session record: what the data are, where the stations stand, what the model is.
+struct Workspace : LineGeometry {
+    std::string model_file;
+    Date model_file_date = 0;
+    DataDefinition definition;
+    float station_spacing = 0;      ///< m; 0 keeps the stations of the file
+    float min_station_spacing = 0;  ///< m; closer stations are merged
+    PointTransform transform;
+    float surface_elevation = 0;  ///< m
+    float sensor_offset = 10;     ///< m
+    EarthField field;
+    Processing processing;
+    Channel mag = magnetic_channel();
+    Channel grav;
+    DrawingSettings drawing;
+    DisplaySettings display;
+    Formulas formulas = Formulas::classic;
 
     std::int32_t body_count = 0;
     std::int32_t body_capacity = 32;
     std::vector<ModelBody> bodies;  ///< 0 to body_capacity; element 0 is never used
+
+    bool elevations_ready = false;
+    bool graph_ranges_ready = false;
+    std::int32_t raw_row = row_raw;
+    std::int32_t smoothed_row = row_smoothed;
+    std::int32_t residual_row = row_residual;
+    std::int32_t gradient_row = row_gradient;
+    std::int32_t horizontal_row = row_horizontal;
+    std::int32_t total_gradient_row = row_total_gradient;
+    FilterScratch filter_scratch;
     GraphicsArrays graphics;
     KeptMemory forward_memory;
 

@@ -17,7 +17,7 @@ double colour_value(const Workspace& workspace, const ModelBody& body, ColourPro
         case ColourProperty::susceptibility:
             return std::max(susceptibility, 0.0);
         case ColourProperty::remanence:
-            return static_cast<double>(workspace.field_intensity) * static_cast<double>(body.rem_q.value) *
+            return static_cast<double>(workspace.field.intensity) * static_cast<double>(body.rem_q.value) *
                    susceptibility / (4 * pi * micro);
         case ColourProperty::density:
             break;

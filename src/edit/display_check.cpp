@@ -21,13 +21,13 @@ DisplayCheck validate_model_display(Workbench& workbench, const DisplayTexts& te
     Session& session = workbench.session;
     Workspace& w = session.workspace;
     if (w.station_count <= 0) return {};
-    const bool base_in_use = w.residual_filter_width == 0;
+    const bool base_in_use = w.processing.residual_filter_width == 0;
     const std::array refusals{
         Refusal{!is_numeric(texts.residual_filter_width), SettingsBox::residual_filter_width,
                 "The residual filter window width is invalid"},
         Refusal{!is_numeric(texts.vg_filter_width), SettingsBox::vg_filter_width,
                 "The VG filter window width is invalid"},
-        Refusal{w.vg_filter_width <= 0, SettingsBox::vg_filter_width,
+        Refusal{w.processing.vg_filter_width <= 0, SettingsBox::vg_filter_width,
                 "The VG/TG filter window width must be positive"},
         Refusal{base_in_use && !texts.mag_base.empty() && !is_numeric(texts.mag_base), SettingsBox::mag_base,
                 "The data background value is invalid"},

@@ -34,14 +34,15 @@ auto load_fields(AnyWorkspace& w) {
 template <class AnyWorkspace>
 auto setting_fields(AnyWorkspace& w) {
     auto& display = w.display;
-    return std::tie(w.formulas, w.field_intensity, w.field_inclination, w.field_declination,
-                    w.surface_elevation, w.sensor_offset, w.profile_grid_spacing, w.depth_grid_spacing,
-                    w.infinite_body_length, w.finite_body_left_clip, w.finite_body_right_clip,
-                    w.smooth_filter_width, w.smooth_filter_type, w.residual_filter_width,
-                    w.display_total_gradient, w.vg_filter_width, w.vg_filter_step, w.float_mag_base,
-                    w.float_grav_base, w.first_station, w.last_station, w.first_distance, w.last_distance,
-                    display.show_body_label, display.maintain_aspect_ratio, display.tie_pipe_depth_susc,
-                    display.tie_factor);
+    return std::tie(
+        w.formulas, w.field.intensity, w.field.inclination, w.field.declination, w.surface_elevation,
+        w.sensor_offset, w.drawing.profile_grid_spacing, w.drawing.depth_grid_spacing,
+        w.drawing.infinite_body_length, w.drawing.finite_body_left_clip, w.drawing.finite_body_right_clip,
+        w.processing.smooth_filter_width, w.processing.smooth_filter_type, w.processing.residual_filter_width,
+        w.processing.display_total_gradient, w.processing.vg_filter_width, w.processing.vg_filter_step,
+        w.mag.float_base, w.grav.float_base, w.first_station, w.last_station, w.first_distance,
+        w.last_distance, display.show_body_label, display.maintain_aspect_ratio, display.tie_pipe_depth_susc,
+        display.tie_factor);
 }
 
 /// The values behind references.
@@ -79,8 +80,8 @@ bool describes(const BodyRecord& record, const ModelBody& body) {
 /// A base level that floats follows the data.
 bool describes(const SettingsRecord& record, const Workspace& w) {
     return setting_fields(w) == record.values && load_fields(w) == record.load &&
-           (w.float_mag_base == 1 || w.mag_base == record.mag_base) &&
-           (w.float_grav_base == 1 || w.grav_base == record.grav_base);
+           (w.mag.float_base == 1 || w.mag.base == record.mag_base) &&
+           (w.grav.float_base == 1 || w.grav.base == record.grav_base);
 }
 
 void fill_body(ModelBody& body, const BodyRecord& record) {
@@ -129,8 +130,8 @@ bool restore_settings(Workspace& w, const SettingsRecord& record) {
     load_fields(w) = record.load;
     setting_fields(w) = record.values;
     w.definition.data_file_date = record.data_file_date;
-    w.mag_base = record.mag_base;
-    w.grav_base = record.grav_base;
+    w.mag.base = record.mag_base;
+    w.grav.base = record.grav_base;
     if (reload) drop_stations(w);
     w.elevations_ready = false;
     w.graph_ranges_ready = false;
@@ -189,7 +190,7 @@ ModelState capture_state(const Workspace& w, const ModelState& before) {
                          ? before.settings
                          : std::make_shared<const SettingsRecord>(
                                SettingsRecord{values_of(load_fields(w)), values_of(setting_fields(w)),
-                                              w.definition.data_file_date, w.mag_base, w.grav_base});
+                                              w.definition.data_file_date, w.mag.base, w.grav.base});
     state.bodies = capture_bodies(w, before);
     return state;
 }

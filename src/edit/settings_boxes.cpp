@@ -86,20 +86,21 @@ float observed_mean(const ChannelTable& data) {
 SettingsChange change_base(Workbench& workbench, int channel, std::string_view text) {
     Workspace& workspace = workbench.session.workspace;
     const bool grav = channel == channel_grav;
-    float& base = grav ? workspace.grav_base : workspace.mag_base;
+    float& base = grav ? workspace.grav.base : workspace.mag.base;
     const auto typed = trim_blanks(text).empty() ? unset : single(text);
     if (!typed) return SettingsChange::refused;
 
     const bool takes_mean = *typed == unset;
     const bool channel_loaded = line_loaded(workspace) && (grav ? workspace.has_grav() : workspace.has_mag());
     const float value = takes_mean && channel_loaded
-                            ? observed_mean(grav ? workspace.grav_data : workspace.mag_data)
+                            ? observed_mean(grav ? workspace.grav.data : workspace.mag.data)
                             : *typed;
     const double tolerance = grav ? 0.01 : 0.1;
     if (!(std::abs(static_cast<double>(value) - base) > tolerance)) return SettingsChange::unchanged;
     base = value;
     workbench.base_from_mean[static_cast<std::size_t>(channel)] = takes_mean && channel_loaded;
-    if (workspace.residual_filter_width <= 0 && channel_loaded) invalidate_filtered_data(0, workspace);
+    if (workspace.processing.residual_filter_width <= 0 && channel_loaded)
+        invalidate_filtered_data(0, workspace);
     return mark_changed(workbench, "base level");
 }
 
@@ -109,19 +110,19 @@ SettingsChange change_settings_box(Workbench& workbench, SettingsBox box, std::s
     Workspace& w = workbench.session.workspace;
     switch (box) {
         case SettingsBox::mag_intensity:
-            return change_field(workbench, w.field_intensity, text, true);
+            return change_field(workbench, w.field.intensity, text, true);
         case SettingsBox::mag_inclination:
-            return change_field(workbench, w.field_inclination, text, false);
+            return change_field(workbench, w.field.inclination, text, false);
         case SettingsBox::mag_declination:
-            return change_field(workbench, w.field_declination, text, false);
+            return change_field(workbench, w.field.declination, text, false);
         case SettingsBox::smooth_filter_width:
-            return change_filter(workbench, w.smooth_filter_width, text);
+            return change_filter(workbench, w.processing.smooth_filter_width, text);
         case SettingsBox::residual_filter_width:
-            return change_filter(workbench, w.residual_filter_width, text);
+            return change_filter(workbench, w.processing.residual_filter_width, text);
         case SettingsBox::vg_filter_width:
-            return change_filter(workbench, w.vg_filter_width, text);
+            return change_filter(workbench, w.processing.vg_filter_width, text);
         case SettingsBox::vg_filter_step:
-            return change_filter(workbench, w.vg_filter_step, text);
+            return change_filter(workbench, w.processing.vg_filter_step, text);
         case SettingsBox::mag_base:
             return change_base(workbench, channel_mag, text);
         case SettingsBox::grav_base:
@@ -131,15 +132,15 @@ SettingsChange change_settings_box(Workbench& workbench, SettingsBox box, std::s
         case SettingsBox::sensor_offset:
             return change_elevation(workbench, w.sensor_offset, text, false);
         case SettingsBox::profile_grid_spacing:
-            return change_drawing(workbench, w.profile_grid_spacing, text, 0);
+            return change_drawing(workbench, w.drawing.profile_grid_spacing, text, 0);
         case SettingsBox::depth_grid_spacing:
-            return change_drawing(workbench, w.depth_grid_spacing, text, 0);
+            return change_drawing(workbench, w.drawing.depth_grid_spacing, text, 0);
         case SettingsBox::infinite_body_length:
-            return change_drawing(workbench, w.infinite_body_length, text, default_body_length);
+            return change_drawing(workbench, w.drawing.infinite_body_length, text, default_body_length);
         case SettingsBox::finite_body_left_clip:
-            return change_drawing(workbench, w.finite_body_left_clip, text, 0);
+            return change_drawing(workbench, w.drawing.finite_body_left_clip, text, 0);
         case SettingsBox::finite_body_right_clip:
-            return change_drawing(workbench, w.finite_body_right_clip, text, 0);
+            return change_drawing(workbench, w.drawing.finite_body_right_clip, text, 0);
     }
     return SettingsChange::unchanged;
 }
@@ -147,37 +148,37 @@ SettingsChange change_settings_box(Workbench& workbench, SettingsBox box, std::s
 std::string settings_box_text(const Workspace& w, SettingsBox box) {
     switch (box) {
         case SettingsBox::mag_intensity:
-            return format_number(w.field_intensity, "0.0");
+            return format_number(w.field.intensity, "0.0");
         case SettingsBox::mag_inclination:
-            return format_number(w.field_inclination, "0.0");
+            return format_number(w.field.inclination, "0.0");
         case SettingsBox::mag_declination:
-            return format_number(w.field_declination, "0.0");
+            return format_number(w.field.declination, "0.0");
         case SettingsBox::smooth_filter_width:
-            return format_number(w.smooth_filter_width, "0");
+            return format_number(w.processing.smooth_filter_width, "0");
         case SettingsBox::residual_filter_width:
-            return format_number(w.residual_filter_width, "0");
+            return format_number(w.processing.residual_filter_width, "0");
         case SettingsBox::vg_filter_width:
-            return format_number(w.vg_filter_width, "0");
+            return format_number(w.processing.vg_filter_width, "0");
         case SettingsBox::vg_filter_step:
-            return format_number(w.vg_filter_step, "0");
+            return format_number(w.processing.vg_filter_step, "0");
         case SettingsBox::mag_base:
-            return w.mag_base == unset ? "" : shortest(w.mag_base);
+            return w.mag.base == unset ? "" : shortest(w.mag.base);
         case SettingsBox::grav_base:
-            return w.grav_base == unset ? "" : shortest(w.grav_base);
+            return w.grav.base == unset ? "" : shortest(w.grav.base);
         case SettingsBox::surface_elevation:
             return shortest(w.surface_elevation);
         case SettingsBox::sensor_offset:
             return shortest(w.sensor_offset);
         case SettingsBox::profile_grid_spacing:
-            return format_number(w.profile_grid_spacing, "0.##");
+            return format_number(w.drawing.profile_grid_spacing, "0.##");
         case SettingsBox::depth_grid_spacing:
-            return format_number(w.depth_grid_spacing, "0.##");
+            return format_number(w.drawing.depth_grid_spacing, "0.##");
         case SettingsBox::infinite_body_length:
-            return format_number(w.infinite_body_length, "0.##");
+            return format_number(w.drawing.infinite_body_length, "0.##");
         case SettingsBox::finite_body_left_clip:
-            return format_number(w.finite_body_left_clip, "0.##");
+            return format_number(w.drawing.finite_body_left_clip, "0.##");
         case SettingsBox::finite_body_right_clip:
-            return format_number(w.finite_body_right_clip, "0.##");
+            return format_number(w.drawing.finite_body_right_clip, "0.##");
     }
     return "";
 }
@@ -185,23 +186,23 @@ std::string settings_box_text(const Workspace& w, SettingsBox box) {
 void change_smooth_filter_type(Workbench& workbench, int index) {
     Workspace& workspace = workbench.session.workspace;
     const int type = std::clamp(index, 0, last_smoothing);
-    if (type == workspace.smooth_filter_type) return;
-    workspace.smooth_filter_type = type;
+    if (type == workspace.processing.smooth_filter_type) return;
+    workspace.processing.smooth_filter_type = type;
     invalidate_filtered_data(0, workspace);
     mark_changed(workbench, "filter");
 }
 
 void change_total_gradient(Workbench& workbench, bool total) {
     Workspace& workspace = workbench.session.workspace;
-    workspace.display_total_gradient = total ? 1 : 0;
+    workspace.processing.display_total_gradient = total ? 1 : 0;
     invalidate_filtered_data(0, workspace);
     mark_changed(workbench, "gradient");
 }
 
 SettingsChange change_float_base(Workbench& workbench, int channel, bool floats) {
     Workspace& workspace = workbench.session.workspace;
-    if (workspace.residual_filter_width > 0) return SettingsChange::refused;
-    (channel == channel_grav ? workspace.float_grav_base : workspace.float_mag_base) = floats ? 1 : 0;
+    if (workspace.processing.residual_filter_width > 0) return SettingsChange::refused;
+    (channel == channel_grav ? workspace.grav.float_base : workspace.mag.float_base) = floats ? 1 : 0;
     if (channel == channel_grav ? workspace.has_grav() : workspace.has_mag())
         invalidate_filtered_data(0, workspace);
     return mark_changed(workbench, "base level");
@@ -218,7 +219,7 @@ void change_maintain_aspect_ratio(Workbench& workbench, bool maintain) {
 }
 
 int smooth_filter_index(const Workspace& workspace) {
-    return std::clamp(workspace.smooth_filter_type, 0, last_smoothing);
+    return std::clamp(workspace.processing.smooth_filter_type, 0, last_smoothing);
 }
 
 GradientCaptions gradient_captions(bool total) {

@@ -15,17 +15,17 @@ struct BaseLevels {
 
 inline BaseLevels base_levels(Workspace& workspace, int channel) {
     if (channel == 0)
-        return {workspace.float_mag_base == 1, workspace.mag_base, workspace.mag_mean,
-                workspace.mag_calc_base, workspace.mag_calc_mean};
-    return {workspace.float_grav_base == 1, workspace.grav_base, workspace.grav_mean,
-            workspace.grav_calc_base, workspace.grav_calc_mean};
+        return {workspace.mag.float_base == 1, workspace.mag.base, workspace.mag.mean,
+                workspace.mag.calc_base, workspace.mag.calc_mean};
+    return {workspace.grav.float_base == 1, workspace.grav.base, workspace.grav.mean,
+            workspace.grav.calc_base, workspace.grav.calc_mean};
 }
 
 /// The mark that says the filtered rows of a channel and stage are valid.
 inline bool& filtered_mark(Workspace& workspace, int channel, int stage) {
     if (channel == 0)
-        return stage == stage_observed ? workspace.mag_observed_filtered : workspace.mag_calculated_filtered;
-    return stage == stage_observed ? workspace.grav_observed_filtered : workspace.grav_calculated_filtered;
+        return stage == stage_observed ? workspace.mag.observed_filtered : workspace.mag.calculated_filtered;
+    return stage == stage_observed ? workspace.grav.observed_filtered : workspace.grav.calculated_filtered;
 }
 
 }  // namespace anomalis::filter

@@ -92,7 +92,8 @@ void copy_row(const Workspace& workspace, int from, int to, int stage, ChannelTa
 
 /// Steps 1 and 2 of the chain: from the raw row to the residual one, the base level still in it.
 void filter_rows(Workspace& workspace, int stage, ChannelTable& data, Prompts& prompts) {
-    const int code = filter_smoothing + std::clamp(workspace.smooth_filter_type, 0, last_smoothing_type);
+    const int code =
+        filter_smoothing + std::clamp(workspace.processing.smooth_filter_type, 0, last_smoothing_type);
     const FilterPass pass{.filter_code = code, .station_count = workspace.station_count, .stage = stage};
     const auto step = [&](int half_width, int input, int output, bool subtract) {
         if (half_width <= 0) return copy_row(workspace, input, output, stage, data);
@@ -103,8 +104,8 @@ void filter_rows(Workspace& workspace, int stage, ChannelTable& data, Prompts& p
         wanted.subtract = subtract;
         apply_filter(wanted, data, workspace.filter_scratch, prompts);
     };
-    step(workspace.smooth_filter_width, workspace.raw_row, workspace.smoothed_row, false);
-    step(workspace.residual_filter_width, workspace.smoothed_row, workspace.residual_row, true);
+    step(workspace.processing.smooth_filter_width, workspace.raw_row, workspace.smoothed_row, false);
+    step(workspace.processing.residual_filter_width, workspace.smoothed_row, workspace.residual_row, true);
 }
 
 double window_mean(const Workspace& workspace, int row, int stage, const ChannelTable& data) {
@@ -130,7 +131,7 @@ float base_level(Workspace& workspace, int channel, int stage, const ChannelTabl
     if (stage == stage_observed) {
         base.mean = mean;
         if (base.floating) base.base = mean;
-        return base.floating || workspace.residual_filter_width <= 0 ? base.base : 0.0F;
+        return base.floating || workspace.processing.residual_filter_width <= 0 ? base.base : 0.0F;
     }
     base.calc_mean = mean;
     base.calc_base =
@@ -153,16 +154,16 @@ void total_gradient(const Workspace& workspace, int stage, ChannelTable& data) {
 }
 
 void gradient_rows(Workspace& workspace, int stage, ChannelTable& data, Prompts& prompts) {
-    if (workspace.vg_filter_width <= 0) return;
+    if (workspace.processing.vg_filter_width <= 0) return;
     FilterPass pass{.filter_code = filter_vertical_gradient,
-                    .half_width = workspace.vg_filter_width,
-                    .tap_step = workspace.vg_filter_step,
+                    .half_width = workspace.processing.vg_filter_width,
+                    .tap_step = workspace.processing.vg_filter_step,
                     .station_count = workspace.station_count,
                     .stage = stage,
                     .input_row = workspace.smoothed_row,
                     .output_row = workspace.gradient_row};
     apply_filter(pass, data, workspace.filter_scratch, prompts);
-    if (workspace.display_total_gradient != 1) return;
+    if (workspace.processing.display_total_gradient != 1) return;
     pass.filter_code = filter_horizontal_derivative;
     pass.half_width = 1;
     pass.output_row = workspace.horizontal_row;

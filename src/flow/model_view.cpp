@@ -58,7 +58,7 @@ void ModelView::display_model(bool forced) {
         show::setup_graph_data_ranges(workspace, ranges_, session.prompts);
         charts_.set_shown(shown_charts());
         host_.arrange_charts(show::charts_with_data(workspace));
-        charts_.set_gradient_titles(workspace.display_total_gradient == 1);
+        charts_.set_gradient_titles(workspace.processing.display_total_gradient == 1);
         redraw();
         host_.show_misfit(misfit);
     });
@@ -85,9 +85,9 @@ void ModelView::redraw() {
 /// who work with both channels read the gravity base there.
 void ModelView::show_base_levels() {
     const Workspace& workspace = workbench_.session.workspace;
-    if (workspace.float_mag_base != 1) return;
-    if (workspace.has_mag()) host_.show_base_level(format_number(workspace.mag_base, "0.000"));
-    if (workspace.has_grav()) host_.show_base_level(format_number(workspace.grav_base, "0.000"));
+    if (workspace.mag.float_base != 1) return;
+    if (workspace.has_mag()) host_.show_base_level(format_number(workspace.mag.base, "0.000"));
+    if (workspace.has_grav()) host_.show_base_level(format_number(workspace.grav.base, "0.000"));
 }
 
 void ModelView::display_maginv_model(int chart) {

@@ -46,8 +46,8 @@ void take_settings_of_file(edit::Workbench& workbench) {
 /// Tells which base levels the load took from the mean of the data.
 void note_base_levels(edit::Workbench& workbench, bool mag_was_unset, bool grav_was_unset) {
     const Workspace& workspace = workbench.session.workspace;
-    if (mag_was_unset) workbench.base_from_mean[channel_mag] = workspace.mag_base != unset;
-    if (grav_was_unset) workbench.base_from_mean[channel_grav] = workspace.grav_base != unset;
+    if (mag_was_unset) workbench.base_from_mean[channel_mag] = workspace.mag.base != unset;
+    if (grav_was_unset) workbench.base_from_mean[channel_grav] = workspace.grav.base != unset;
 }
 
 /// A read changes the model like an edit does. After a full one it is what the file holds.
@@ -74,8 +74,8 @@ LoadResult load_result(const Workspace& workspace) {
     result.number_of_locations = format_number(workspace.station_count, "0");
     result.line_length = format_number(length, "0.00");
     result.line_spacing = format_number(length / n, "0.000");
-    if (workspace.has_mag()) result.mag_base = format_number(workspace.mag_base, "0.00");
-    if (workspace.has_grav()) result.grav_base = format_number(workspace.grav_base, "0.00");
+    if (workspace.has_mag()) result.mag_base = format_number(workspace.mag.base, "0.00");
+    if (workspace.has_grav()) result.grav_base = format_number(workspace.grav.base, "0.00");
     return result;
 }
 
@@ -157,8 +157,8 @@ void set_data_file(edit::Workbench& workbench, const std::string& path) {
     Workspace& workspace = session.workspace;
     workspace.definition.data_file = path;
     drop_stations(workspace);
-    if (workbench.base_from_mean[channel_mag]) workspace.mag_base = unset;
-    if (workbench.base_from_mean[channel_grav]) workspace.grav_base = unset;
+    if (workbench.base_from_mean[channel_mag]) workspace.mag.base = unset;
+    if (workbench.base_from_mean[channel_grav]) workspace.grav.base = unset;
     workbench.base_from_mean = {};
     edit::note_change(workbench, {"data file", "", false});
     refresh_data_head(workbench);
@@ -173,8 +173,8 @@ LoadResult load_line(edit::Workbench& workbench) {
     Session& session = workbench.session;
     Workspace& workspace = session.workspace;
     const MessageScope scope(session.prompts);
-    const bool mag_was_unset = workspace.mag_base == unset;
-    const bool grav_was_unset = workspace.grav_base == unset;
+    const bool mag_was_unset = workspace.mag.base == unset;
+    const bool grav_was_unset = workspace.grav.base == unset;
     const int status = intake::load_locations(workspace, session.prompts);
     if (status >= 0) note_base_levels(workbench, mag_was_unset, grav_was_unset);
     if (status == 0) model::finish_load(session);

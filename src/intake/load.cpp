@@ -22,8 +22,8 @@ const char* missing_quantity(const Workspace& w) {
     if (w.x_min < missing_limit || w.y_min < missing_limit) return "No valid x coordinate values were read";
     if (d.z_column > 0 && w.z_min < missing_limit) return "No valid z coordinate values were read";
     if (d.dtm_column > 0 && w.dtm_min < missing_limit) return "No valid DTM values were read";
-    if (d.mag_column > 0 && w.mag_min < missing_limit) return "No valid mag values were read";
-    if (d.grav_column > 0 && w.grav_min < missing_limit) return "No valid gravity values were read";
+    if (d.mag_column > 0 && w.mag.min < missing_limit) return "No valid mag values were read";
+    if (d.grav_column > 0 && w.grav.min < missing_limit) return "No valid gravity values were read";
     return nullptr;
 }
 

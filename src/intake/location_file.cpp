@@ -30,8 +30,8 @@ void start_ranges(Workspace& w, const RecordReader& record) {
     start_range(w.y_min, w.y_max, record.values()[quantity_y]);
     start_range(w.z_min, w.z_max, record.single(quantity_z));
     start_range(w.dtm_min, w.dtm_max, record.single(quantity_dtm));
-    start_range(w.mag_min, w.mag_max, record.single(quantity_mag));
-    start_range(w.grav_min, w.grav_max, record.single(quantity_grav));
+    start_range(w.mag.min, w.mag.max, record.single(quantity_mag));
+    start_range(w.grav.min, w.grav.max, record.single(quantity_grav));
 }
 
 void extend_ranges(Workspace& w, const RecordReader& record) {
@@ -40,8 +40,8 @@ void extend_ranges(Workspace& w, const RecordReader& record) {
     extend_range(w.y_min, w.y_max, record.values()[quantity_y]);
     if (d.z_column > 0) extend_range(w.z_min, w.z_max, record.single(quantity_z));
     if (d.dtm_column > 0) extend_range(w.dtm_min, w.dtm_max, record.single(quantity_dtm));
-    if (d.mag_column > 0) extend_range(w.mag_min, w.mag_max, record.single(quantity_mag));
-    if (d.grav_column > 0) extend_range(w.grav_min, w.grav_max, record.single(quantity_grav));
+    if (d.mag_column > 0) extend_range(w.mag.min, w.mag.max, record.single(quantity_mag));
+    if (d.grav_column > 0) extend_range(w.grav.min, w.grav.max, record.single(quantity_grav));
 }
 
 void store_record(Workspace& w, int row, const RecordReader& record) {
@@ -50,8 +50,8 @@ void store_record(Workspace& w, int row, const RecordReader& record) {
     w.stations(row, column_north) = record.values()[quantity_y];
     w.stations(row, column_sensor) = record.values()[quantity_z];
     w.stations(row, column_ground) = record.values()[quantity_dtm];
-    w.mag_data(row, row_raw, stage_observed) = record.single(quantity_mag);
-    w.grav_data(row, row_raw, stage_observed) = record.single(quantity_grav);
+    w.mag.data(row, row_raw, stage_observed) = record.single(quantity_mag);
+    w.grav.data(row, row_raw, stage_observed) = record.single(quantity_grav);
 }
 
 void count_records(int mode, Workspace& w) {
@@ -71,8 +71,8 @@ void count_records(int mode, Workspace& w) {
     w.station_count = count;
     if (mode < 0) return;
     w.stations.assign(count);
-    w.mag_data.assign(count);
-    w.grav_data.assign(count);
+    w.mag.data.assign(count);
+    w.grav.data.assign(count);
 }
 
 void fill_stations(Workspace& w) {

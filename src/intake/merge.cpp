@@ -20,8 +20,8 @@ class StationGroup {
         north_ += w.stations(station, column_north);
         sensor_ += w.stations(station, column_sensor);
         ground_ += w.stations(station, column_ground);
-        mag_ += w.mag_data(station, row_raw, stage_observed);
-        grav_ += w.grav_data(station, row_raw, stage_observed);
+        mag_ += w.mag.data(station, row_raw, stage_observed);
+        grav_ += w.grav.data(station, row_raw, stage_observed);
     }
     double distance(const Workspace& w) const { return distance_along(w, east_ / count_, north_ / count_); }
     void store(Workspace& w, int row) const {
@@ -29,8 +29,8 @@ class StationGroup {
         w.stations(row, column_north) = north_ / count_;
         w.stations(row, column_sensor) = sensor_ / count_;
         w.stations(row, column_ground) = ground_ / count_;
-        w.mag_data(row, row_raw, stage_observed) = to_single(mag_ / count_);
-        w.grav_data(row, row_raw, stage_observed) = to_single(grav_ / count_);
+        w.mag.data(row, row_raw, stage_observed) = to_single(mag_ / count_);
+        w.grav.data(row, row_raw, stage_observed) = to_single(grav_ / count_);
     }
 
   private:
@@ -85,8 +85,8 @@ bool cut_to_kept_stations(int kept, Workspace& w) {
     StationTable stations = rounded_rows(w.stations, kept);
     const ProfileLine line = profile_line(stations, kept);
     if (!line.long_enough()) return false;
-    w.mag_data = cut_rows(w.mag_data, kept);
-    w.grav_data = cut_rows(w.grav_data, kept);
+    w.mag.data = cut_rows(w.mag.data, kept);
+    w.grav.data = cut_rows(w.grav.data, kept);
     w.stations = std::move(stations);
     w.station_count = w.allocated_stations = kept;
     set_line_geometry(line, w.stations, w);

@@ -22,7 +22,7 @@ void reverse_stations(Workspace& w) {
         const auto column = w.stations.column(c);
         std::reverse(column.begin(), column.end());
     }
-    for (ChannelTable* data : {&w.mag_data, &w.grav_data}) {
+    for (ChannelTable* data : {&w.mag.data, &w.grav.data}) {
         const auto row = data->row(row_raw, stage_observed);
         std::reverse(row.begin(), row.end());
     }
@@ -55,16 +55,16 @@ void set_base_level(const ChannelTable& data, float& mean, float& base) {
 }
 
 void finish_profile(Workspace& w) {
-    if (w.has_mag()) set_base_level(w.mag_data, w.mag_mean, w.mag_base);
-    if (w.has_grav()) set_base_level(w.grav_data, w.grav_mean, w.grav_base);
+    if (w.has_mag()) set_base_level(w.mag.data, w.mag.mean, w.mag.base);
+    if (w.has_grav()) set_base_level(w.grav.data, w.grav.mean, w.grav.base);
     if (w.station_spacing > 0) resample_profile(w);
 }
 
 /// After a failure too every array of stations has `station_count` rows.
 void size_station_arrays(bool laid_out, Workspace& w) {
     if (!laid_out || w.distances.count() != w.station_count) w.distances.assign(w.station_count);
-    w.mag_work.assign(w.station_count);
-    w.grav_work.assign(w.station_count);
+    w.mag.work.assign(w.station_count);
+    w.grav.work.assign(w.station_count);
     w.station_spare.assign(w.station_count);
 }
 

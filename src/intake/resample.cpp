@@ -69,12 +69,12 @@ void resample_profile(Workspace& w) {
     const auto observed = [&](const ChannelTable& from, ChannelTable& to) {
         resample<float>(old_at, from.row(row_raw, stage_observed), at, to.row(row_raw, stage_observed));
     };
-    if (w.has_mag()) observed(w.mag_data, mag);
-    if (w.has_grav()) observed(w.grav_data, grav);
+    if (w.has_mag()) observed(w.mag.data, mag);
+    if (w.has_grav()) observed(w.grav.data, grav);
 
     w.stations = std::move(stations);
-    w.mag_data = std::move(mag);
-    w.grav_data = std::move(grav);
+    w.mag.data = std::move(mag);
+    w.grav.data = std::move(grav);
     w.distances = std::move(distances);
     w.station_count = w.allocated_stations = count;
 }

@@ -104,9 +104,9 @@ std::span<const float> ModelProblem::fitted(const FittedRow& row, int stage) con
     const Workspace& workspace = session_.workspace;
     int number = workspace.residual_row;
     if (session_.inversion.inversion_target == target_gradient)
-        number =
-            workspace.display_total_gradient == 1 ? workspace.total_gradient_row : workspace.gradient_row;
-    const ChannelTable& data = row.gravity ? workspace.grav_work : workspace.mag_work;
+        number = workspace.processing.display_total_gradient == 1 ? workspace.total_gradient_row
+                                                                  : workspace.gradient_row;
+    const ChannelTable& data = row.gravity ? workspace.grav.work : workspace.mag.work;
     return data.row(number, stage).subspan(static_cast<std::size_t>(workspace.first_station - 1), window());
 }
 
@@ -130,7 +130,7 @@ double ModelProblem::calculated_length() const {
 
 void ModelProblem::evaluate() {
     last_misfit_ =
-        model::evaluate_model_misfit(session_, session_.workspace.mag_work, session_.workspace.grav_work);
+        model::evaluate_model_misfit(session_, session_.workspace.mag.work, session_.workspace.grav.work);
     session_.prompts.yield();
 }
 
@@ -192,10 +192,10 @@ void ModelProblem::publish() {
     Workspace& workspace = session_.workspace;
     GraphicsArrays& charts = workspace.graphics;
     if (workspace.has_mag())
-        model::copy_model_to_graphics_arrays(workspace, workspace.mag_data, charts.mag, charts.mag_gradient,
+        model::copy_model_to_graphics_arrays(workspace, workspace.mag.data, charts.mag, charts.mag_gradient,
                                              session_.prompts);
     if (workspace.has_grav())
-        model::copy_model_to_graphics_arrays(workspace, workspace.grav_data, charts.grav,
+        model::copy_model_to_graphics_arrays(workspace, workspace.grav.data, charts.grav,
                                              charts.grav_gradient, session_.prompts);
 }
 
@@ -216,7 +216,7 @@ int status_of(FitEnd end) {
 
 MisfitPair gravity_misfit(const Session& session) {
     const Workspace& workspace = session.workspace;
-    return model::channel_misfit(workspace, workspace.grav_data, model::misfit_scale_of(channel_grav),
+    return model::channel_misfit(workspace, workspace.grav.data, model::misfit_scale_of(channel_grav),
                                  session.prompts);
 }
 

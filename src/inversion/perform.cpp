@@ -26,7 +26,7 @@ Array1<float> current_values(const InversionState& inversion) {
 
 MisfitPair evaluate_true_rows(Session& session) {
     const MisfitPair misfit =
-        model::evaluate_model_misfit(session, session.workspace.mag_data, session.workspace.grav_data);
+        model::evaluate_model_misfit(session, session.workspace.mag.data, session.workspace.grav.data);
     session.prompts.yield();
     return misfit;
 }

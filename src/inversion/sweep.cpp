@@ -74,7 +74,7 @@ class Turn {
         param_.value = value;
         apply_parameter(index_, penalty_, session_);
         trial_misfit_ =
-            model::evaluate_model_misfit(session_, session_.workspace.mag_work, session_.workspace.grav_work);
+            model::evaluate_model_misfit(session_, session_.workspace.mag.work, session_.workspace.grav.work);
         session_.prompts.yield();
     }
 

@@ -16,18 +16,18 @@ void copy_calculated_stage(const ChannelTable& from, ChannelTable& to) {
 }  // namespace
 
 void start_trial_rows(Workspace& workspace) {
-    workspace.mag_work = workspace.mag_data;
-    workspace.grav_work = workspace.grav_data;
+    workspace.mag.work = workspace.mag.data;
+    workspace.grav.work = workspace.grav.data;
 }
 
 void accept_trial_rows(Workspace& workspace) {
-    copy_calculated_stage(workspace.mag_work, workspace.mag_data);
-    copy_calculated_stage(workspace.grav_work, workspace.grav_data);
+    copy_calculated_stage(workspace.mag.work, workspace.mag.data);
+    copy_calculated_stage(workspace.grav.work, workspace.grav.data);
 }
 
 void drop_trial_rows(Workspace& workspace) {
-    copy_calculated_stage(workspace.mag_data, workspace.mag_work);
-    copy_calculated_stage(workspace.grav_data, workspace.grav_work);
+    copy_calculated_stage(workspace.mag.data, workspace.mag.work);
+    copy_calculated_stage(workspace.grav.data, workspace.grav.work);
 }
 
 }  // namespace anomalis::inversion

@@ -19,12 +19,12 @@ MisfitPair refresh_model(Session& session) {
     if (workspace.station_count <= 0) return {};
     Prompts& prompts = session.prompts;
     intake::setup_sensor_elevations(workspace, prompts);
-    forward::calculate_model(workspace, workspace.mag_data, workspace.grav_data, prompts);
+    forward::calculate_model(workspace, workspace.mag.data, workspace.grav.data, prompts);
     const auto filter_both = [&](int stage) {
         if (workspace.has_mag())
-            filter::filter_data(workspace, channel_mag, stage, workspace.mag_data, prompts);
+            filter::filter_data(workspace, channel_mag, stage, workspace.mag.data, prompts);
         if (workspace.has_grav())
-            filter::filter_data(workspace, channel_grav, stage, workspace.grav_data, prompts);
+            filter::filter_data(workspace, channel_grav, stage, workspace.grav.data, prompts);
     };
     // The observed stage first: a floating base lays the calculated curve on it.
     filter_both(stage_observed);

@@ -48,7 +48,8 @@ double residual_norm(int first, int last, int row, const ChannelTable& data) {
 }
 
 int gradient_row_in_use(const Workspace& workspace) {
-    return workspace.display_total_gradient == 1 ? workspace.total_gradient_row : workspace.gradient_row;
+    return workspace.processing.display_total_gradient == 1 ? workspace.total_gradient_row
+                                                            : workspace.gradient_row;
 }
 
 void publish_row(std::span<const float> row, int count, Array1<double>& curve) {
@@ -95,7 +96,7 @@ MisfitPair channel_misfit(const Workspace& workspace, const ChannelTable& rows, 
 
 MisfitPair calculate_misfit(const Workspace& workspace, const InversionState& inversion, Prompts& prompts) {
     const bool gravity = inversion.inversion_channel == channel_grav;
-    return channel_misfit(workspace, gravity ? workspace.grav_data : workspace.mag_data,
+    return channel_misfit(workspace, gravity ? workspace.grav.data : workspace.mag.data,
                           inversion.misfit_scale, prompts);
 }
 

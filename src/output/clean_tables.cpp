@@ -23,8 +23,8 @@ struct Channel {
 
 std::vector<Channel> channels_of(const Workspace& workspace) {
     std::vector<Channel> channels;
-    if (workspace.has_mag()) channels.push_back({"mag", "_nT", workspace.mag_data});
-    if (workspace.has_grav()) channels.push_back({"grav", "_mGal", workspace.grav_data});
+    if (workspace.has_mag()) channels.push_back({"mag", "_nT", workspace.mag.data});
+    if (workspace.has_grav()) channels.push_back({"grav", "_mGal", workspace.grav.data});
     return channels;
 }
 
@@ -35,7 +35,7 @@ struct Row {
 };
 
 std::array<Row, 4> rows_of(const Workspace& w) {
-    const bool total = w.display_total_gradient == 1;
+    const bool total = w.processing.display_total_gradient == 1;
     return {{{w.raw_row, "", ""},
              {w.smoothed_row, "_smoothed", ""},
              {w.residual_row, "_residual", ""},

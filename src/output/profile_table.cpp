@@ -24,7 +24,7 @@ constexpr std::string_view grav_total =
     "Grav_Mod_TG";
 
 std::string header(const Workspace& workspace) {
-    const bool total = workspace.display_total_gradient == 1;
+    const bool total = workspace.processing.display_total_gradient == 1;
     std::string line = "East, North, Sensor, Dist";
     if (workspace.definition.dtm_column > 0) line += ", DTM";
     if (workspace.has_mag()) line += total ? mag_total : mag_vertical;
@@ -33,8 +33,8 @@ std::string header(const Workspace& workspace) {
 }
 
 void append_channel(const Workspace& workspace, const ChannelTable& data, int station, std::string& line) {
-    const int gradient =
-        workspace.display_total_gradient == 1 ? workspace.total_gradient_row : workspace.gradient_row;
+    const int gradient = workspace.processing.display_total_gradient == 1 ? workspace.total_gradient_row
+                                                                          : workspace.gradient_row;
     for (const int stage : {stage_observed, stage_calculated}) {
         for (const int row : {workspace.raw_row, workspace.smoothed_row, workspace.residual_row, gradient})
             line += ", " + format_number(data(station, row, stage), "0.00");
@@ -54,8 +54,8 @@ std::string profile_table_text(const Workspace& workspace) {
         text += ", " + format_number(workspace.distances[i], "0.000");
         if (workspace.definition.dtm_column > 0)
             text += ", " + format_number(stations(i, column_ground), "0.000");
-        if (workspace.has_mag()) append_channel(workspace, workspace.mag_data, i, text);
-        if (workspace.has_grav()) append_channel(workspace, workspace.grav_data, i, text);
+        if (workspace.has_mag()) append_channel(workspace, workspace.mag.data, i, text);
+        if (workspace.has_grav()) append_channel(workspace, workspace.grav.data, i, text);
         text += "\r\n";
     }
     return text;

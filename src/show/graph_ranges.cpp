@@ -54,12 +54,12 @@ void setup_graph_data_ranges(Workspace& workspace, GraphRanges& ranges, Prompts&
                   graphics.topography_distance.span().begin());
         std::copy(ground.begin(), ground.end(), graphics.topography.span().begin());
 
-        const int gradient =
-            workspace.display_total_gradient == 1 ? workspace.total_gradient_row : workspace.gradient_row;
-        const std::array sources{CurveSource{workspace.mag_data, workspace.residual_row, graphics.mag},
-                                 CurveSource{workspace.mag_data, gradient, graphics.mag_gradient},
-                                 CurveSource{workspace.grav_data, workspace.residual_row, graphics.grav},
-                                 CurveSource{workspace.grav_data, gradient, graphics.grav_gradient}};
+        const int gradient = workspace.processing.display_total_gradient == 1 ? workspace.total_gradient_row
+                                                                              : workspace.gradient_row;
+        const std::array sources{CurveSource{workspace.mag.data, workspace.residual_row, graphics.mag},
+                                 CurveSource{workspace.mag.data, gradient, graphics.mag_gradient},
+                                 CurveSource{workspace.grav.data, workspace.residual_row, graphics.grav},
+                                 CurveSource{workspace.grav.data, gradient, graphics.grav_gradient}};
         for (std::size_t i = 0; i < sources.size(); ++i)
             fill_chart(workspace, sources[i], ranges.low[i], ranges.high[i]);
         workspace.graph_ranges_ready = true;
@@ -67,7 +67,7 @@ void setup_graph_data_ranges(Workspace& workspace, GraphRanges& ranges, Prompts&
 }
 
 std::array<bool, edit::model_chart_count> charts_with_data(const Workspace& workspace) {
-    const bool gradients = workspace.vg_filter_width > 0;
+    const bool gradients = workspace.processing.vg_filter_width > 0;
     return {workspace.has_mag(), workspace.has_mag() && gradients, workspace.has_grav(),
             workspace.has_grav() && gradients, true};
 }

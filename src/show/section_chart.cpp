@@ -32,10 +32,10 @@ void for_each_grid_line(double low, double high, double spacing, double scale, D
 
 void record_grid(chart::AX_Grapher& chart, const Workspace& workspace, const chart::Rect& view) {
     for_each_grid_line(
-        view.x_low, view.x_high, workspace.profile_grid_spacing, chart.XAxisScale(),
+        view.x_low, view.x_high, workspace.drawing.profile_grid_spacing, chart.XAxisScale(),
         [&](double x) { chart.DrawLine(x, view.y_low, x, view.y_high, chart::black, 1, grid_style); });
     for_each_grid_line(
-        view.y_low, view.y_high, workspace.depth_grid_spacing, chart.YAxisScale(),
+        view.y_low, view.y_high, workspace.drawing.depth_grid_spacing, chart.YAxisScale(),
         [&](double y) { chart.DrawLine(view.x_low, y, view.x_high, y, chart::black, 1, grid_style); });
 }
 

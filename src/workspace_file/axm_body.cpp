@@ -136,7 +136,7 @@ void read_body(AxmLines& lines, std::int32_t& version, Workspace& workspace, int
     }
     if (version >= 4) read_tilts(LineItems(lines.next()), body);
     read_properties(LineItems(lines.next()), version, body);
-    convert_old_units(version, workspace.field_intensity, body);
+    convert_old_units(version, workspace.field.intensity, body);
 }
 
 }  // namespace anomalis::workspace_file

@@ -53,9 +53,9 @@ void read_columns(LineItems items, Workspace& workspace) {
 }
 
 void read_field(LineItems items, Workspace& workspace) {
-    workspace.field_intensity = items.single();
-    workspace.field_inclination = items.single();
-    workspace.field_declination = items.single();
+    workspace.field.intensity = items.single();
+    workspace.field.inclination = items.single();
+    workspace.field.declination = items.single();
 }
 
 /// The station window counts only when both its numbers are there.
@@ -68,19 +68,19 @@ void read_window_stations(LineItems& items, Workspace& workspace) {
 }
 
 void read_filters(LineItems items, Workspace& workspace) {
-    workspace.residual_filter_width = items.integer();
+    workspace.processing.residual_filter_width = items.integer();
     if (items.left()) {
-        workspace.vg_filter_width = items.integer();
-        workspace.vg_filter_step = items.integer();
+        workspace.processing.vg_filter_width = items.integer();
+        workspace.processing.vg_filter_step = items.integer();
     }
     if (items.left()) {
-        workspace.display_total_gradient = items.integer();
+        workspace.processing.display_total_gradient = items.integer();
         read_window_stations(items, workspace);
     }
-    workspace.smooth_filter_type = workspace.smooth_filter_width = 0;
+    workspace.processing.smooth_filter_type = workspace.processing.smooth_filter_width = 0;
     if (items.left()) {
-        workspace.smooth_filter_type = std::clamp(items.integer(), 0, last_filter_type);
-        workspace.smooth_filter_width = items.integer();
+        workspace.processing.smooth_filter_type = std::clamp(items.integer(), 0, last_filter_type);
+        workspace.processing.smooth_filter_width = items.integer();
     }
     if (items.left()) {
         workspace.first_distance = items.number();
@@ -92,14 +92,14 @@ void read_filters(LineItems items, Workspace& workspace) {
 }
 
 void read_base_levels(LineItems items, Workspace& workspace) {
-    workspace.mag_base = items.single();
+    workspace.mag.base = items.single();
     workspace.surface_elevation = items.single();
     workspace.sensor_offset = items.single();
-    workspace.grav_base = unset;
-    workspace.float_mag_base = workspace.float_grav_base = 0;
-    items.if_left(workspace.grav_base);
-    items.if_left(workspace.float_mag_base);
-    items.if_left(workspace.float_grav_base);
+    workspace.grav.base = unset;
+    workspace.mag.float_base = workspace.grav.float_base = 0;
+    items.if_left(workspace.grav.base);
+    items.if_left(workspace.mag.float_base);
+    items.if_left(workspace.grav.float_base);
 }
 
 void read_transform(AxmLines& lines, PointTransform& transform) {
@@ -125,7 +125,8 @@ void read_definitions(AxmLines& lines, const std::string& path, Workspace& works
     workspace.display.tie_pipe_depth_susc = false;  // a file that does not speak of it has no tie
     workspace.formulas = Formulas::classic;
     // Files from before these were kept were drawn without them.
-    workspace.infinite_body_length = workspace.finite_body_left_clip = workspace.finite_body_right_clip = 0;
+    workspace.drawing.infinite_body_length = workspace.drawing.finite_body_left_clip =
+        workspace.drawing.finite_body_right_clip = 0;
     find_data_file(lines.next(), path, workspace.definition, prompts);
     read_columns(LineItems(lines.next()), workspace);
     read_field(LineItems(lines.next()), workspace);
@@ -158,9 +159,9 @@ void read_bodies(int mode, AxmLines& lines, Workspace& workspace, const Settings
     const std::int32_t count = items.integer();
     const std::int32_t version = items.integer();
     if (mode == 0) {
-        items.if_left(workspace.infinite_body_length);
-        items.if_left(workspace.finite_body_left_clip);
-        items.if_left(workspace.finite_body_right_clip);
+        items.if_left(workspace.drawing.infinite_body_length);
+        items.if_left(workspace.drawing.finite_body_left_clip);
+        items.if_left(workspace.drawing.finite_body_right_clip);
     }
     read_announced_bodies(lines, count, version, workspace, settings, prompts);
 }

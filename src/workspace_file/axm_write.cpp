@@ -32,15 +32,15 @@ void write_data_lines(const Workspace& workspace, AxmWriter& out) {
         << definition.grav_column << workspace.station_spacing << definition.spare_definition_field
         << workspace.min_station_spacing << definition.last_data_line;
     out.end_line();
-    out << workspace.field_intensity << workspace.field_inclination << workspace.field_declination;
+    out << workspace.field.intensity << workspace.field.inclination << workspace.field.declination;
     out.end_line();
-    out << workspace.residual_filter_width << workspace.vg_filter_width << workspace.vg_filter_step
-        << workspace.display_total_gradient << workspace.first_station << workspace.last_station
-        << workspace.smooth_filter_type << workspace.smooth_filter_width << workspace.first_distance
-        << workspace.last_distance;
+    out << workspace.processing.residual_filter_width << workspace.processing.vg_filter_width
+        << workspace.processing.vg_filter_step << workspace.processing.display_total_gradient
+        << workspace.first_station << workspace.last_station << workspace.processing.smooth_filter_type
+        << workspace.processing.smooth_filter_width << workspace.first_distance << workspace.last_distance;
     out.end_line();
-    out << workspace.mag_base << workspace.surface_elevation << workspace.sensor_offset << workspace.grav_base
-        << workspace.float_mag_base << workspace.float_grav_base;
+    out << workspace.mag.base << workspace.surface_elevation << workspace.sensor_offset << workspace.grav.base
+        << workspace.mag.float_base << workspace.grav.float_base;
     out.end_line();
 }
 
@@ -86,8 +86,8 @@ void write_body(const ModelBody& body, AxmWriter& out) {
 }
 
 void write_bodies(Workspace& workspace, AxmWriter& out) {
-    out << workspace.body_count << written_version << workspace.infinite_body_length
-        << workspace.finite_body_left_clip << workspace.finite_body_right_clip;
+    out << workspace.body_count << written_version << workspace.drawing.infinite_body_length
+        << workspace.drawing.finite_body_left_clip << workspace.drawing.finite_body_right_clip;
     out.end_line();
     for (int number = 1; number <= workspace.body_count; ++number) {
         ModelBody& body = workspace.body(number);

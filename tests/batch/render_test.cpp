@@ -13,7 +13,7 @@ class RecordingWriter : public PictureWriter {
         ++pictures;
         asked = request;
         stations = session.workspace.station_count;
-        calculated = session.workspace.mag_calculated_filtered;
+        calculated = session.workspace.mag.calculated_filtered;
         return answer;
     }
 

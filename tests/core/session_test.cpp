@@ -31,9 +31,9 @@ class SessionTest : public ::testing::Test {
 TEST_F(SessionTest, without_settings_it_starts_with_the_defaults) {
     Session session(prompts, settings());
     const StartSettings read = session.start();
-    EXPECT_EQ(session.workspace.field_intensity, 56000);
-    EXPECT_EQ(session.workspace.field_inclination, -65);
-    EXPECT_EQ(session.workspace.field_declination, -4);
+    EXPECT_EQ(session.workspace.field.intensity, 56000);
+    EXPECT_EQ(session.workspace.field.inclination, -65);
+    EXPECT_EQ(session.workspace.field.declination, -4);
     EXPECT_EQ(session.workspace.station_count, 0);
     EXPECT_EQ(session.workspace.bodies.size(), 33U);
     EXPECT_FALSE(read.mag_intensity || read.mag_inclination || read.mag_declination);
@@ -64,9 +64,9 @@ TEST_F(SessionTest, the_field_comes_from_the_settings) {
     keep("MagDeclination", "-1e1");
     Session session(prompts, settings());
     const StartSettings read = session.start();
-    EXPECT_EQ(session.workspace.field_intensity, 48000);
-    EXPECT_EQ(session.workspace.field_inclination, 62.5F);
-    EXPECT_EQ(session.workspace.field_declination, -10);
+    EXPECT_EQ(session.workspace.field.intensity, 48000);
+    EXPECT_EQ(session.workspace.field.inclination, 62.5F);
+    EXPECT_EQ(session.workspace.field.declination, -10);
     EXPECT_TRUE(read.mag_intensity && read.mag_inclination && read.mag_declination);
 }
 
@@ -75,7 +75,7 @@ TEST_F(SessionTest, a_field_without_strength_is_ignored) {
         keep("MagIntensity", text);
         Session session(prompts, settings());
         EXPECT_FALSE(session.start().mag_intensity) << text;
-        EXPECT_EQ(session.workspace.field_intensity, 56000) << text;
+        EXPECT_EQ(session.workspace.field.intensity, 56000) << text;
     }
     EXPECT_THAT(prompts.messages, IsEmpty());
 }
@@ -85,8 +85,8 @@ TEST_F(SessionTest, an_inclination_that_is_no_number_is_ignored) {
     keep("MagDeclination", "1,5");
     Session session(prompts, settings());
     session.start();
-    EXPECT_EQ(session.workspace.field_inclination, -65);
-    EXPECT_EQ(session.workspace.field_declination, -4);
+    EXPECT_EQ(session.workspace.field.inclination, -65);
+    EXPECT_EQ(session.workspace.field.declination, -4);
 }
 
 TEST_F(SessionTest, the_axes_are_shown_unless_the_setting_is_zero) {
@@ -146,9 +146,9 @@ TEST_F(SessionTest, the_exit_keeps_what_the_next_start_reads) {
     change_to_folder(folder.folder());
     Session next(prompts, settings());
     const StartSettings read = next.start();
-    EXPECT_EQ(next.workspace.field_intensity, 47000);
-    EXPECT_EQ(next.workspace.field_inclination, 60);
-    EXPECT_EQ(next.workspace.field_declination, 2.5F);
+    EXPECT_EQ(next.workspace.field.intensity, 47000);
+    EXPECT_EQ(next.workspace.field.inclination, 60);
+    EXPECT_EQ(next.workspace.field.declination, 2.5F);
     EXPECT_EQ(read.display_axes, false);
     ASSERT_TRUE(read.form_size);
     EXPECT_EQ(read.form_size->width, 12000);

@@ -51,18 +51,18 @@ TEST_F(WorkspaceTest, starts_with_the_documented_field_and_filters) {
     EXPECT_EQ(workspace.model_file, "");
     EXPECT_EQ(workspace.station_spacing, 0);
     EXPECT_EQ(workspace.min_station_spacing, 0);
-    EXPECT_EQ(workspace.field_intensity, 56000);
-    EXPECT_EQ(workspace.field_inclination, -65);
-    EXPECT_EQ(workspace.field_declination, -4);
+    EXPECT_EQ(workspace.field.intensity, 56000);
+    EXPECT_EQ(workspace.field.inclination, -65);
+    EXPECT_EQ(workspace.field.declination, -4);
     EXPECT_EQ(workspace.surface_elevation, 0);
     EXPECT_EQ(workspace.sensor_offset, 10);
-    EXPECT_EQ(workspace.infinite_body_length, 500);
-    EXPECT_EQ(workspace.smooth_filter_width, 0);
-    EXPECT_EQ(workspace.smooth_filter_type, 0);
-    EXPECT_EQ(workspace.residual_filter_width, 0);
-    EXPECT_EQ(workspace.display_total_gradient, 0);
-    EXPECT_EQ(workspace.vg_filter_width, 5);
-    EXPECT_EQ(workspace.vg_filter_step, 1);
+    EXPECT_EQ(workspace.drawing.infinite_body_length, 500);
+    EXPECT_EQ(workspace.processing.smooth_filter_width, 0);
+    EXPECT_EQ(workspace.processing.smooth_filter_type, 0);
+    EXPECT_EQ(workspace.processing.residual_filter_width, 0);
+    EXPECT_EQ(workspace.processing.display_total_gradient, 0);
+    EXPECT_EQ(workspace.processing.vg_filter_width, 5);
+    EXPECT_EQ(workspace.processing.vg_filter_step, 1);
     EXPECT_EQ(workspace.transform, PointTransform{});
     EXPECT_FALSE(workspace.transform.active);
 }
@@ -74,25 +74,25 @@ TEST_F(WorkspaceTest, starts_with_empty_ranges_and_no_stations) {
     EXPECT_EQ(workspace.y_max, -1e32F);
     EXPECT_EQ(workspace.z_min, 1e32F);
     EXPECT_EQ(workspace.z_max, -1e32F);
-    EXPECT_EQ(workspace.mag_min, 1e32F);
-    EXPECT_EQ(workspace.mag_max, -1e32F);
-    EXPECT_EQ(workspace.mag_range_min, 1e32F);
-    EXPECT_EQ(workspace.mag_range_max, -1e32F);
+    EXPECT_EQ(workspace.mag.min, 1e32F);
+    EXPECT_EQ(workspace.mag.max, -1e32F);
+    EXPECT_EQ(workspace.mag.range_min, 1e32F);
+    EXPECT_EQ(workspace.mag.range_max, -1e32F);
     EXPECT_EQ(workspace.station_count, 0);
     EXPECT_EQ(workspace.first_station, 0);
     EXPECT_EQ(workspace.last_station, 0);
     EXPECT_EQ(workspace.first_distance, 0);
     EXPECT_EQ(workspace.last_distance, 0);
     EXPECT_FALSE(workspace.elevations_ready || workspace.graph_ranges_ready);
-    EXPECT_FALSE(workspace.mag_observed_filtered || workspace.mag_calculated_filtered);
-    EXPECT_FALSE(workspace.grav_observed_filtered || workspace.grav_calculated_filtered);
+    EXPECT_FALSE(workspace.mag.observed_filtered || workspace.mag.calculated_filtered);
+    EXPECT_FALSE(workspace.grav.observed_filtered || workspace.grav.calculated_filtered);
 }
 
 TEST_F(WorkspaceTest, the_bases_differ_between_the_channels) {
-    EXPECT_EQ(workspace.mag_base, -99999) << "the mean is taken";
-    EXPECT_EQ(workspace.grav_base, 0) << "the mean is not taken";
-    EXPECT_EQ(workspace.float_mag_base, 0);
-    EXPECT_EQ(workspace.float_grav_base, 0);
+    EXPECT_EQ(workspace.mag.base, -99999) << "the mean is taken";
+    EXPECT_EQ(workspace.grav.base, 0) << "the mean is not taken";
+    EXPECT_EQ(workspace.mag.float_base, 0);
+    EXPECT_EQ(workspace.grav.float_base, 0);
 }
 
 TEST_F(WorkspaceTest, the_filter_rows_are_numbered_from_one_to_six) {
@@ -108,7 +108,7 @@ TEST_F(WorkspaceTest, starts_with_room_for_32_bodies_and_none_of_them_used) {
 }
 
 TEST_F(WorkspaceTest, a_second_start_resets_what_has_a_default_and_leaves_the_rest) {
-    workspace.field_intensity = 1;
+    workspace.field.intensity = 1;
     workspace.transform.active = true;
     workspace.body_count = 1;
     workspace.body(1).name = "dyke";
@@ -117,7 +117,7 @@ TEST_F(WorkspaceTest, a_second_start_resets_what_has_a_default_and_leaves_the_re
     workspace.definition.spare_definition_field = 7;
     workspace.distances.assign(3, 2.5);
     initialise_workspace(workspace, prompts);
-    EXPECT_EQ(workspace.field_intensity, 56000);
+    EXPECT_EQ(workspace.field.intensity, 56000);
     EXPECT_FALSE(workspace.transform.active);
     EXPECT_EQ(workspace.body_count, 0);
     EXPECT_EQ(workspace.body(1).name, "");
@@ -255,8 +255,8 @@ TEST_F(WorkspaceTest, body_33_makes_room_for_48_and_keeps_the_others) {
 
 TEST_F(WorkspaceTest, a_reset_reaches_slots_above_the_count) {
     workspace.body_count = 1;
-    workspace.mag_calculated_filtered = workspace.grav_calculated_filtered = true;
-    workspace.mag_observed_filtered = workspace.graph_ranges_ready = true;
+    workspace.mag.calculated_filtered = workspace.grav.calculated_filtered = true;
+    workspace.mag.observed_filtered = workspace.graph_ranges_ready = true;
     for (const int i : {1, 2, 32}) {
         workspace.body(i).last_calculated = 5;
         workspace.body(i).mag_response_valid = workspace.body(i).grav_response_valid = true;
@@ -266,25 +266,25 @@ TEST_F(WorkspaceTest, a_reset_reaches_slots_above_the_count) {
         EXPECT_EQ(workspace.body(i).last_calculated, -1.0F);
         EXPECT_FALSE(workspace.body(i).mag_response_valid || workspace.body(i).grav_response_valid);
     }
-    EXPECT_FALSE(workspace.mag_calculated_filtered || workspace.grav_calculated_filtered);
-    EXPECT_TRUE(workspace.mag_observed_filtered && workspace.graph_ranges_ready);
+    EXPECT_FALSE(workspace.mag.calculated_filtered || workspace.grav.calculated_filtered);
+    EXPECT_TRUE(workspace.mag.observed_filtered && workspace.graph_ranges_ready);
 }
 
 TEST_F(WorkspaceTest, the_observed_rows_fall_in_mode_0_alone) {
     const auto set_all = [&](bool to) {
-        workspace.mag_observed_filtered = workspace.mag_calculated_filtered = to;
-        workspace.grav_observed_filtered = workspace.grav_calculated_filtered = to;
+        workspace.mag.observed_filtered = workspace.mag.calculated_filtered = to;
+        workspace.grav.observed_filtered = workspace.grav.calculated_filtered = to;
         workspace.graph_ranges_ready = workspace.elevations_ready = to;
     };
     set_all(true);
     invalidate_filtered_data(1, workspace);
-    EXPECT_FALSE(workspace.mag_calculated_filtered || workspace.grav_calculated_filtered);
-    EXPECT_TRUE(workspace.mag_observed_filtered && workspace.grav_observed_filtered);
+    EXPECT_FALSE(workspace.mag.calculated_filtered || workspace.grav.calculated_filtered);
+    EXPECT_TRUE(workspace.mag.observed_filtered && workspace.grav.observed_filtered);
     EXPECT_TRUE(workspace.graph_ranges_ready);
     set_all(true);
     invalidate_filtered_data(0, workspace);
-    EXPECT_FALSE(workspace.mag_calculated_filtered || workspace.grav_calculated_filtered);
-    EXPECT_FALSE(workspace.mag_observed_filtered || workspace.grav_observed_filtered);
+    EXPECT_FALSE(workspace.mag.calculated_filtered || workspace.grav.calculated_filtered);
+    EXPECT_FALSE(workspace.mag.observed_filtered || workspace.grav.observed_filtered);
     EXPECT_FALSE(workspace.graph_ranges_ready);
     EXPECT_TRUE(workspace.elevations_ready);
 }

@@ -32,7 +32,7 @@ TEST(BodyColours, a_negative_susceptibility_counts_as_0) {
 
 TEST(BodyColours, remanence_is_field_times_ratio_times_susceptibility) {
     BodySample sample;
-    sample.workspace().field_intensity = 50000;
+    sample.workspace().field.intensity = 50000;
     sample.body(1).rem_q.value = 2;
     sample.body(1).susc.value = 10000;
     EXPECT_NEAR(colour_value(sample.workspace(), sample.body(1), ColourProperty::remanence),

@@ -26,9 +26,9 @@ struct DisplayCheckTest : testing::Test {
 };
 
 TEST_F(DisplayCheckTest, boxes_in_order_let_the_model_be_shown_with_fresh_filters) {
-    sample.workspace().mag_observed_filtered = true;
+    sample.workspace().mag.observed_filtered = true;
     EXPECT_EQ(refusal(texts()), "");
-    EXPECT_FALSE(sample.workspace().mag_observed_filtered);
+    EXPECT_FALSE(sample.workspace().mag.observed_filtered);
     EXPECT_FALSE(sample.workspace().graph_ranges_ready);
 }
 
@@ -63,7 +63,7 @@ TEST_F(DisplayCheckTest, each_wrong_text_is_told_with_its_box) {
 TEST_F(DisplayCheckTest, a_gradient_width_that_rounds_to_nothing_is_refused_by_what_is_stored) {
     DisplayTexts shown = texts();
     shown.vg_filter_width = "0.4";
-    sample.workspace().vg_filter_width = 0;
+    sample.workspace().processing.vg_filter_width = 0;
     EXPECT_EQ(refusal(shown), "The VG/TG filter window width must be positive");
     EXPECT_EQ(box, SettingsBox::vg_filter_width);
 }
@@ -79,12 +79,12 @@ TEST_F(DisplayCheckTest, the_first_wrong_text_is_the_one_that_is_told) {
 }
 
 TEST_F(DisplayCheckTest, base_levels_do_not_count_while_a_residual_filter_is_on) {
-    sample.workspace().residual_filter_width = 30;
+    sample.workspace().processing.residual_filter_width = 30;
     DisplayTexts shown = texts();
     shown.mag_base = "rubbish";
     EXPECT_EQ(refusal(shown), "");
     shown.mag_base = "";
-    sample.workspace().residual_filter_width = 0;
+    sample.workspace().processing.residual_filter_width = 0;
     EXPECT_EQ(refusal(shown), "");
 }
 

@@ -69,14 +69,14 @@ TEST(History, takes_a_change_back_and_makes_it_again) {
 TEST(History, calculates_the_old_curve_again) {
     HistorySample sample;
     const std::vector<float> before = [&] {
-        const auto row = sample.workspace().mag_data.row(row_residual, stage_calculated);
+        const auto row = sample.workspace().mag.data.row(row_residual, stage_calculated);
         return std::vector<float>(row.begin(), row.end());
     }();
     sample.set_dip(1, 20);
     model::refresh_model(sample.session);
     undo_change(sample.workbench);
     model::refresh_model(sample.session);
-    const auto row = sample.workspace().mag_data.row(row_residual, stage_calculated);
+    const auto row = sample.workspace().mag.data.row(row_residual, stage_calculated);
     EXPECT_EQ(std::vector<float>(row.begin(), row.end()), before);
 }
 
@@ -216,9 +216,9 @@ TEST(History, takes_settings_back_without_another_load) {
     EXPECT_EQ(sample.workspace().sensor_offset, 10);
     EXPECT_FALSE(sample.workspace().elevations_ready);
     const HistoryStep step = undo_change(sample.workbench);
-    EXPECT_EQ(sample.workspace().residual_filter_width, 0);
+    EXPECT_EQ(sample.workspace().processing.residual_filter_width, 0);
     EXPECT_FALSE(step.line_lost);
-    EXPECT_FALSE(sample.workspace().mag_observed_filtered);
+    EXPECT_FALSE(sample.workspace().mag.observed_filtered);
     EXPECT_EQ(sample.workspace().station_count, LineSample::stations);
 }
 
@@ -309,7 +309,7 @@ TEST(History, does_not_count_a_floating_base_as_a_change) {
     HistorySample sample;
     change_float_base(sample.workbench, channel_mag, true);
     const std::size_t steps = sample.workbench.history.steps();
-    sample.workspace().mag_base += 17;
+    sample.workspace().mag.base += 17;
     note_change(sample.workbench, {"nothing", "", false});
     EXPECT_EQ(sample.workbench.history.steps(), steps);
 }
@@ -330,7 +330,7 @@ TEST(History, brings_every_file_back_through_any_row_of_changes) {
                 if (w.body_count > 0) sample.remove(1 + static_cast<int>(random() % 7) % w.body_count);
                 break;
             case 2:
-                w.field_inclination += 1;
+                w.field.inclination += 1;
                 note_change(sample.workbench, {"inclination", "", false});
                 break;
             case 3:

@@ -37,7 +37,7 @@ TEST(SettingsBoxes, what_is_no_finite_number_is_refused_everywhere) {
               std::string("1\n2"), std::string(10000, '9'), std::string("1e39")})
             EXPECT_EQ(change_settings_box(sample.workbench, box, text), SettingsChange::refused)
                 << static_cast<int>(box) << " " << text.substr(0, 20);
-    EXPECT_EQ(sample.workspace().field_intensity, before.field_intensity);
+    EXPECT_EQ(sample.workspace().field.intensity, before.field.intensity);
     EXPECT_FALSE(sample.session.model_changed);
 }
 
@@ -58,7 +58,7 @@ TEST(SettingsBoxes, the_field_strength_stays_above_0) {
                   SettingsChange::refused);
     EXPECT_EQ(change_settings_box(sample.workbench, SettingsBox::mag_intensity, "51940.25"),
               SettingsChange::stored);
-    EXPECT_FLOAT_EQ(sample.workspace().field_intensity, 51940.25F);
+    EXPECT_FLOAT_EQ(sample.workspace().field.intensity, 51940.25F);
     EXPECT_EQ(settings_box_text(sample.workspace(), SettingsBox::mag_intensity), "51940.3");
 }
 
@@ -75,16 +75,16 @@ TEST(SettingsBoxes, filter_widths_are_whole_and_not_negative_and_clear_the_filte
     LineSample sample;
     ASSERT_TRUE(sample.load().loaded);
     model::refresh_model(sample.session);
-    ASSERT_TRUE(sample.workspace().mag_observed_filtered);
+    ASSERT_TRUE(sample.workspace().mag.observed_filtered);
     EXPECT_EQ(change_settings_box(sample.workbench, SettingsBox::smooth_filter_width, "-1"),
               SettingsChange::refused);
     EXPECT_EQ(change_settings_box(sample.workbench, SettingsBox::smooth_filter_width, "3e9"),
               SettingsChange::refused);
-    EXPECT_TRUE(sample.workspace().mag_observed_filtered);
+    EXPECT_TRUE(sample.workspace().mag.observed_filtered);
     EXPECT_EQ(change_settings_box(sample.workbench, SettingsBox::smooth_filter_width, "2.5"),
               SettingsChange::stored);
-    EXPECT_EQ(sample.workspace().smooth_filter_width, 2);
-    EXPECT_FALSE(sample.workspace().mag_observed_filtered);
+    EXPECT_EQ(sample.workspace().processing.smooth_filter_width, 2);
+    EXPECT_FALSE(sample.workspace().mag.observed_filtered);
     EXPECT_FALSE(sample.workspace().graph_ranges_ready);
     EXPECT_EQ(sample.workspace().station_count, LineSample::stations) << "a filter does not need a new load";
 }
@@ -105,61 +105,61 @@ TEST(SettingsBoxes, a_small_sensor_offset_is_taken_and_a_negative_one_is_not) {
 TEST(SettingsBoxes, a_base_level_counts_from_a_tenth_of_a_nanotesla_and_a_hundredth_of_a_milligal) {
     LineSample sample;
     Workspace& w = sample.workspace();
-    w.mag_base = 100;
-    w.grav_base = 5;
+    w.mag.base = 100;
+    w.grav.base = 5;
     EXPECT_EQ(change_settings_box(sample.workbench, SettingsBox::mag_base, "100.1"),
               SettingsChange::unchanged);
     EXPECT_EQ(change_settings_box(sample.workbench, SettingsBox::mag_base, "100.2"), SettingsChange::stored);
     EXPECT_EQ(change_settings_box(sample.workbench, SettingsBox::grav_base, "5.009"),
               SettingsChange::unchanged);
     EXPECT_EQ(change_settings_box(sample.workbench, SettingsBox::grav_base, "5.02"), SettingsChange::stored);
-    EXPECT_FLOAT_EQ(w.mag_base, 100.2F);
-    EXPECT_FLOAT_EQ(w.grav_base, 5.02F);
+    EXPECT_FLOAT_EQ(w.mag.base, 100.2F);
+    EXPECT_FLOAT_EQ(w.grav.base, 5.02F);
 }
 
 TEST(SettingsBoxes, an_emptied_base_level_takes_the_mean_at_once) {
     LineSample sample;
     ASSERT_TRUE(sample.load().loaded);
     Workspace& w = sample.workspace();
-    const float mean = w.mag_mean;
-    w.mag_base = 0;
+    const float mean = w.mag.mean;
+    w.mag.base = 0;
     EXPECT_EQ(change_settings_box(sample.workbench, SettingsBox::mag_base, ""), SettingsChange::stored);
-    EXPECT_NEAR(w.mag_base, mean, 0.01);
-    w.mag_base = 0;
+    EXPECT_NEAR(w.mag.base, mean, 0.01);
+    w.mag.base = 0;
     EXPECT_EQ(change_settings_box(sample.workbench, SettingsBox::mag_base, "-99999"), SettingsChange::stored);
-    EXPECT_NEAR(w.mag_base, mean, 0.01);
+    EXPECT_NEAR(w.mag.base, mean, 0.01);
 }
 
 TEST(SettingsBoxes, an_emptied_base_level_without_data_waits_for_the_load) {
     LineSample sample;
-    sample.workspace().mag_base = 12;
+    sample.workspace().mag.base = 12;
     change_settings_box(sample.workbench, SettingsBox::mag_base, "");
-    EXPECT_EQ(sample.workspace().mag_base, unset);
+    EXPECT_EQ(sample.workspace().mag.base, unset);
     EXPECT_EQ(settings_box_text(sample.workspace(), SettingsBox::mag_base), "");
 }
 
 TEST(SettingsBoxes, under_a_residual_filter_a_base_level_is_stored_and_refilters_nothing) {
     LineSample sample;
     ASSERT_TRUE(sample.load().loaded);
-    sample.workspace().residual_filter_width = 20;
+    sample.workspace().processing.residual_filter_width = 20;
     model::refresh_model(sample.session);
     EXPECT_EQ(change_settings_box(sample.workbench, SettingsBox::mag_base, "51100"), SettingsChange::stored);
-    EXPECT_TRUE(sample.workspace().mag_observed_filtered);
+    EXPECT_TRUE(sample.workspace().mag.observed_filtered);
     EXPECT_EQ(change_float_base(sample.workbench, channel_mag, true), SettingsChange::refused);
-    EXPECT_EQ(sample.workspace().float_mag_base, 0);
+    EXPECT_EQ(sample.workspace().mag.float_base, 0);
 }
 
 TEST(SettingsBoxes, a_blank_drawing_setting_is_its_default) {
     LineSample sample;
     Workspace& w = sample.workspace();
-    w.infinite_body_length = 2000;
-    w.profile_grid_spacing = 100;
+    w.drawing.infinite_body_length = 2000;
+    w.drawing.profile_grid_spacing = 100;
     EXPECT_EQ(change_settings_box(sample.workbench, SettingsBox::infinite_body_length, ""),
               SettingsChange::stored);
     EXPECT_EQ(change_settings_box(sample.workbench, SettingsBox::profile_grid_spacing, " "),
               SettingsChange::stored);
-    EXPECT_EQ(w.infinite_body_length, 500);
-    EXPECT_EQ(w.profile_grid_spacing, 0);
+    EXPECT_EQ(w.drawing.infinite_body_length, 500);
+    EXPECT_EQ(w.drawing.profile_grid_spacing, 0);
     EXPECT_EQ(change_settings_box(sample.workbench, SettingsBox::depth_grid_spacing, "-1"),
               SettingsChange::refused);
 }
@@ -167,17 +167,17 @@ TEST(SettingsBoxes, a_blank_drawing_setting_is_its_default) {
 TEST(SettingsBoxes, the_smoothing_type_is_brought_into_its_list) {
     LineSample sample;
     change_smooth_filter_type(sample.workbench, -3);
-    EXPECT_EQ(sample.workspace().smooth_filter_type, 0);
+    EXPECT_EQ(sample.workspace().processing.smooth_filter_type, 0);
     change_smooth_filter_type(sample.workbench, 17);
-    EXPECT_EQ(sample.workspace().smooth_filter_type, 4);
-    sample.workspace().smooth_filter_type = 9;
+    EXPECT_EQ(sample.workspace().processing.smooth_filter_type, 4);
+    sample.workspace().processing.smooth_filter_type = 9;
     EXPECT_EQ(smooth_filter_index(sample.workspace()), 4);
 }
 
 TEST(SettingsBoxes, captions_tell_which_gradient_is_in_use) {
     LineSample sample;
     change_total_gradient(sample.workbench, true);
-    EXPECT_EQ(sample.workspace().display_total_gradient, 1);
+    EXPECT_EQ(sample.workspace().processing.display_total_gradient, 1);
     EXPECT_EQ(gradient_captions(true).mag_title, "Calculated Total Gradient");
     EXPECT_EQ(gradient_captions(false).grav_title, "Calculated Gravity Vertical Gradient");
     EXPECT_EQ(gradient_captions(false).width_label, "VG Filter Half-Width");

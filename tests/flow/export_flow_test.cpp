@@ -30,7 +30,7 @@ TEST(ExportFlow, the_profile_is_calculated_before_it_is_written) {
     EXPECT_EQ(export_profile_data(sample.workbench), ExportOutcome::written);
     EXPECT_THAT(sample.prompts.messages, ElementsAre("Output complete"));
     EXPECT_EQ(sample.folder.read("profile.csv"), output::profile_table_text(sample.workspace()));
-    EXPECT_NE(sample.workspace().mag_data(50, row_raw, stage_calculated), 0);
+    EXPECT_NE(sample.workspace().mag.data(50, row_raw, stage_calculated), 0);
     EXPECT_GT(sample.workspace().stations(1, column_sensor), 0);
     const FileRequest& request = sample.prompts.save_requests.at(0);
     EXPECT_EQ(request.title, "Select the profile data file to create");

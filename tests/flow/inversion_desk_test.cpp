@@ -27,8 +27,8 @@ struct DeskSample : edit::LineSample, InversionDeskHost {
         workbench.view.current_body = 1;
         model::refresh_model(session);
         for (int i = 1; i <= w.station_count; ++i)
-            w.mag_data(i, row_raw, stage_observed) = w.mag_data(i, row_raw, stage_calculated);
-        w.mag_base = 0;
+            w.mag.data(i, row_raw, stage_observed) = w.mag.data(i, row_raw, stage_calculated);
+        w.mag.base = 0;
         invalidate_filtered_data(0, w);
         move_body(1, 740);
         desk.line_changed();

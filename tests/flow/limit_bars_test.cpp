@@ -200,10 +200,10 @@ TEST_F(LimitBarsTest, release_filters_anew_because_base_levels_hang_on_the_windo
     bars.mouse_move(0, 310);
     line.session.model_changed = false;
     view.calls.clear();
-    EXPECT_TRUE(w.mag_observed_filtered);
+    EXPECT_TRUE(w.mag.observed_filtered);
     bars.mouse_up(0);
     EXPECT_FALSE(bars.dragging());
-    EXPECT_FALSE(w.mag_observed_filtered);
+    EXPECT_FALSE(w.mag.observed_filtered);
     EXPECT_EQ(view.calls, std::vector<std::string>{"model"});
     EXPECT_TRUE(line.session.model_changed);
     bars.mouse_up(0);

@@ -156,16 +156,16 @@ TEST(ModelView, both_misfits_are_told_after_every_display) {
 
 TEST(ModelView, with_a_floating_magnetic_base_its_box_ends_up_showing_the_gravity_base) {
     show::ChartSample sample;
-    sample.workspace().float_mag_base = 1;
-    sample.workspace().grav_base = 12.5F;
+    sample.workspace().mag.float_base = 1;
+    sample.workspace().grav.base = 12.5F;
     invalidate_filtered_data(0, sample.workspace());
     sample.view->display_model();
     ASSERT_EQ(sample.base_levels.size(), 2U);
     EXPECT_EQ(sample.base_levels[0].substr(0, 2), "51");
     EXPECT_EQ(sample.base_levels[1], "12.500");
     sample.base_levels.clear();
-    sample.workspace().float_mag_base = 0;
-    sample.workspace().float_grav_base = 1;
+    sample.workspace().mag.float_base = 0;
+    sample.workspace().grav.float_base = 1;
     sample.view->display_model();
     EXPECT_TRUE(sample.base_levels.empty()) << "the gravity flag alone shows nothing";
 }

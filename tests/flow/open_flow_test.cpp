@@ -157,16 +157,16 @@ TEST(OpenFlow, the_first_data_file_of_a_session_chooses_the_working_folder) {
 
 TEST(OpenFlow, a_base_level_that_was_the_mean_of_the_file_before_is_taken_anew) {
     Flow flow;
-    ASSERT_EQ(flow.workspace().mag_base, unset);
+    ASSERT_EQ(flow.workspace().mag.base, unset);
     flow.load();
-    const float mean = flow.workspace().mag_base;
+    const float mean = flow.workspace().mag.base;
     ASSERT_NE(mean, unset);
     set_data_file(flow.workbench, flow.folder.write("b.dat", edit::east_line_text(3)));
-    EXPECT_EQ(flow.workspace().mag_base, unset);
-    flow.workspace().mag_base = 123;
+    EXPECT_EQ(flow.workspace().mag.base, unset);
+    flow.workspace().mag.base = 123;
     flow.load();
     set_data_file(flow.workbench, flow.data_path);
-    EXPECT_EQ(flow.workspace().mag_base, 123) << "a typed level stays";
+    EXPECT_EQ(flow.workspace().mag.base, 123) << "a typed level stays";
 }
 
 TEST(OpenFlow, a_missing_data_file_leaves_no_head_of_another) {

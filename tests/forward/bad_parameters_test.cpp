@@ -18,8 +18,8 @@ void expect_finite(const Line& line, const std::string& what) {
         for (const float value : line.workspace.body(1).response.column(column))
             ASSERT_TRUE(std::isfinite(value)) << what << " column " << column;
     for (int i = 1; i <= line.workspace.station_count; ++i) {
-        ASSERT_TRUE(std::isfinite(line.workspace.mag_data(i, row_raw, stage_calculated))) << what;
-        ASSERT_TRUE(std::isfinite(line.workspace.grav_data(i, row_raw, stage_calculated))) << what;
+        ASSERT_TRUE(std::isfinite(line.workspace.mag.data(i, row_raw, stage_calculated))) << what;
+        ASSERT_TRUE(std::isfinite(line.workspace.grav.data(i, row_raw, stage_calculated))) << what;
     }
 }
 
@@ -60,7 +60,7 @@ TEST(BadParameters, a_body_without_a_number_is_named_with_the_reason_and_counts_
         "An error occurred while calculating the gravity response: Overflow (the gravity of "
         "body 1, Dyke, "));
     EXPECT_EQ(line.body().response(10, 1), 0);
-    EXPECT_EQ(line.workspace.mag_data(10, row_raw, stage_calculated), line.body(2).response(10, 1));
+    EXPECT_EQ(line.workspace.mag.data(10, row_raw, stage_calculated), line.body(2).response(10, 1));
     EXPECT_NE(line.body(2).response(10, 1), 0);
 }
 
@@ -109,13 +109,15 @@ TEST(BadParameters, odd_pipes_are_calculated_or_told) {
 }
 
 TEST(BadParameters, an_odd_field_is_told) {
-    for (float Workspace::*field : {&Workspace::field_intensity, &Workspace::field_inclination,
-                                    &Workspace::field_declination, &Workspace::azimuth}) {
+    const auto fields = [](Workspace& w) {
+        return std::array{&w.field.intensity, &w.field.inclination, &w.field.declination, &w.azimuth};
+    };
+    for (std::size_t field = 0; field < 4; ++field) {
         for (const BodyType type : all_types) {
             for (const float value : bad_values) {
                 Line line(11);
                 line.add(type, 53, 70);
-                line.workspace.*field = value;
+                *fields(line.workspace)[field] = value;
                 line.calculate();
                 expect_finite(line, describe(type, "field", value));
             }

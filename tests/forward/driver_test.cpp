@@ -9,7 +9,7 @@ namespace anomalis::forward {
 namespace {
 
 std::vector<float> raw_sum(Workspace& workspace, bool magnetic = true) {
-    const auto row = (magnetic ? workspace.mag_data : workspace.grav_data).row(row_raw, stage_calculated);
+    const auto row = (magnetic ? workspace.mag.data : workspace.grav.data).row(row_raw, stage_calculated);
     return {row.begin(), row.end()};
 }
 
@@ -39,12 +39,12 @@ TEST(Driver, the_sum_is_all_bodies_station_by_station) {
 TEST(Driver, without_stations_nothing_is_touched) {
     Line line(10);
     line.add(thin_sheet);
-    fill(line.workspace.mag_data.span(), 5);
-    line.workspace.mag_calculated_filtered = true;
+    fill(line.workspace.mag.data.span(), 5);
+    line.workspace.mag.calculated_filtered = true;
     line.workspace.station_count = 0;
     line.calculate();
-    EXPECT_EQ(line.workspace.mag_data(3, row_raw, stage_calculated), 5);
-    EXPECT_TRUE(line.workspace.mag_calculated_filtered);
+    EXPECT_EQ(line.workspace.mag.data(3, row_raw, stage_calculated), 5);
+    EXPECT_TRUE(line.workspace.mag.calculated_filtered);
     EXPECT_FALSE(line.body().mag_response_valid);
 }
 
@@ -52,13 +52,13 @@ TEST(Driver, with_every_body_valid_nothing_is_touched) {
     Line line(10);
     line.add(thin_sheet, 50);
     line.calculate();
-    fill(line.workspace.mag_data.span(), 5);
-    fill(line.workspace.grav_data.span(), 6);
-    line.workspace.mag_calculated_filtered = true;
+    fill(line.workspace.mag.data.span(), 5);
+    fill(line.workspace.grav.data.span(), 6);
+    line.workspace.mag.calculated_filtered = true;
     line.calculate();
-    EXPECT_EQ(line.workspace.mag_data(3, row_raw, stage_calculated), 5);
-    EXPECT_EQ(line.workspace.grav_data(3, row_gradient, stage_calculated), 6);
-    EXPECT_TRUE(line.workspace.mag_calculated_filtered);
+    EXPECT_EQ(line.workspace.mag.data(3, row_raw, stage_calculated), 5);
+    EXPECT_EQ(line.workspace.grav.data(3, row_gradient, stage_calculated), 6);
+    EXPECT_TRUE(line.workspace.mag.calculated_filtered);
 }
 
 TEST(Driver, only_the_body_that_is_out_of_date_is_calculated) {
@@ -80,7 +80,7 @@ TEST(Driver, the_channels_are_rebuilt_apart) {
     Line line(10);
     line.add(thin_sheet, 20);
     line.calculate();
-    fill(line.workspace.mag_data.span(), 5);
+    fill(line.workspace.mag.data.span(), 5);
     fill(line.body().response.column(1), 9);
     line.body().grav_response_valid = false;
     line.calculate();
@@ -92,11 +92,11 @@ TEST(Driver, the_channels_are_rebuilt_apart) {
 TEST(Driver, a_rebuild_clears_all_calculated_rows_and_leaves_the_observed_ones) {
     Line line(10);
     line.add(polygon);
-    fill(line.workspace.mag_data.span(), 5);
+    fill(line.workspace.mag.data.span(), 5);
     line.calculate();
     for (int row = row_raw; row <= row_total_gradient; ++row) {
-        EXPECT_EQ(line.workspace.mag_data(7, row, stage_calculated), 0);
-        EXPECT_EQ(line.workspace.mag_data(7, row, stage_observed), 5);
+        EXPECT_EQ(line.workspace.mag.data(7, row, stage_calculated), 0);
+        EXPECT_EQ(line.workspace.mag.data(7, row, stage_observed), 5);
     }
 }
 
@@ -104,18 +104,18 @@ TEST(Driver, a_rebuild_puts_the_filtered_rows_out_of_date) {
     Line line(10);
     line.add(thin_sheet);
     Workspace& w = line.workspace;
-    w.mag_calculated_filtered = w.grav_calculated_filtered = w.mag_observed_filtered = true;
+    w.mag.calculated_filtered = w.grav.calculated_filtered = w.mag.observed_filtered = true;
     line.calculate();
-    EXPECT_FALSE(w.mag_calculated_filtered);
-    EXPECT_FALSE(w.grav_calculated_filtered);
-    EXPECT_TRUE(w.mag_observed_filtered);
+    EXPECT_FALSE(w.mag.calculated_filtered);
+    EXPECT_FALSE(w.grav.calculated_filtered);
+    EXPECT_TRUE(w.mag.observed_filtered);
 }
 
 TEST(Driver, a_channel_without_a_column_is_left_alone) {
     Line line(10);
     line.workspace.definition.mag_column = 0;
     line.add(thick_sheet, 50);
-    fill(line.workspace.mag_data.span(), 5);
+    fill(line.workspace.mag.data.span(), 5);
     line.calculate();
     EXPECT_EQ(raw_sum(line.workspace)[3], 5);
     EXPECT_FALSE(line.body().mag_response_valid);
@@ -146,8 +146,8 @@ TEST(Driver, only_a_mark_of_exactly_1_switches_off) {
 TEST(Driver, without_bodies_channels_and_curves_are_zero) {
     Line line(10);
     Workspace& w = line.workspace;
-    fill(w.mag_data.span(), 5);
-    fill(w.grav_data.span(), 5);
+    fill(w.mag.data.span(), 5);
+    fill(w.grav.data.span(), 5);
     for (auto* curves :
          {&w.graphics.mag, &w.graphics.grav, &w.graphics.mag_gradient, &w.graphics.grav_gradient}) {
         curves->observed.assign(10, 4.0);
@@ -155,9 +155,9 @@ TEST(Driver, without_bodies_channels_and_curves_are_zero) {
     }
     line.calculate();
     for (int row = row_raw; row <= row_total_gradient; ++row) {
-        EXPECT_EQ(w.mag_data(10, row, stage_calculated), 0);
-        EXPECT_EQ(w.grav_data(1, row, stage_calculated), 0);
-        EXPECT_EQ(w.mag_data(10, row, stage_observed), 5);
+        EXPECT_EQ(w.mag.data(10, row, stage_calculated), 0);
+        EXPECT_EQ(w.grav.data(1, row, stage_calculated), 0);
+        EXPECT_EQ(w.mag.data(10, row, stage_observed), 5);
     }
     EXPECT_EQ(w.graphics.mag_gradient.calculated.last(), 0);
     EXPECT_EQ(w.graphics.grav.calculated.first(), 0);
@@ -173,7 +173,7 @@ TEST(Driver, sums_into_working_copies) {
     mag.assign(10);
     grav.assign(10);
     invalidate_body(line.body());
-    fill(line.workspace.mag_data.span(), 5);
+    fill(line.workspace.mag.data.span(), 5);
     calculate_model(line.workspace, mag, grav, line.prompts);
     EXPECT_EQ(raw_sum(line.workspace)[3], 5);
     EXPECT_EQ(mag(4, row_raw, stage_calculated), own[3]);

@@ -23,7 +23,7 @@ struct Compared : Line {
 
 TEST(FormulaDifference, is_none_where_the_classic_formulas_are_right) {
     Compared line(0, 90);
-    line.workspace.field_declination = 0;
+    line.workspace.field.declination = 0;
     EXPECT_LT(line.difference().largest(), 1e-5);
 }
 

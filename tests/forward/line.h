@@ -28,8 +28,8 @@ struct Line {
         workspace.station_count = stations;
         workspace.stations.assign(stations);
         workspace.distances.assign(stations);
-        workspace.mag_data.assign(stations);
-        workspace.grav_data.assign(stations);
+        workspace.mag.data.assign(stations);
+        workspace.grav.data.assign(stations);
         for (int i = 1; i <= stations; ++i) {
             const double along = spacing * (i - 1);
             workspace.distances[i] = along;
@@ -64,7 +64,7 @@ struct Line {
         return body;
     }
 
-    void calculate() { calculate_model(workspace, workspace.mag_data, workspace.grav_data, prompts); }
+    void calculate() { calculate_model(workspace, workspace.mag.data, workspace.grav.data, prompts); }
 
     /// Calculates body 1 anew and returns a column of its response.
     std::vector<double> response(int column = 1, int number = 1) {

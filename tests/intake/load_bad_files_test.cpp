@@ -24,7 +24,7 @@ void expect_orderly(Survey& survey) {
     EXPECT_EQ(w.station_count == 0, status == -1);
     if (status == -1) return;
     EXPECT_EQ(w.stations.rows(), w.station_count);
-    EXPECT_EQ(w.mag_data.stations(), w.station_count);
+    EXPECT_EQ(w.mag.data.stations(), w.station_count);
     EXPECT_EQ(w.distances.count(), w.station_count);
 }
 
@@ -117,7 +117,7 @@ TEST(BadDataFile, that_ends_in_the_middle_of_a_line) {
     Survey cut_row("0 0 1\n10 0 2\n20");
     EXPECT_EQ(load_locations(cut_row.workspace, cut_row.prompts), 0);
     EXPECT_EQ(cut_row.workspace.station_count, 3);
-    EXPECT_EQ(cut_row.workspace.mag_data(3, row_raw, stage_observed),
+    EXPECT_EQ(cut_row.workspace.mag.data(3, row_raw, stage_observed),
               2);  // a short row keeps the earlier value
     Survey cut_sign("0 0 1\n10 0 2\n20 0 -");
     EXPECT_EQ(load_locations(cut_sign.workspace, cut_sign.prompts), 0);
@@ -147,7 +147,7 @@ TEST(BadDataFile, a_byte_order_mark) {
             end + "10 0 2" + end);
         EXPECT_EQ(load_locations(survey.workspace, survey.prompts), 0);
         EXPECT_EQ(survey.workspace.station_count, 2);
-        EXPECT_EQ(survey.workspace.mag_max, 2);
+        EXPECT_EQ(survey.workspace.mag.max, 2);
     }
 }
 

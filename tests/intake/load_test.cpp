@@ -35,8 +35,8 @@ TEST(Load, leads_from_the_file_to_the_profile) {
     EXPECT_THAT(survey.prompts.messages, IsEmpty());
     EXPECT_EQ(w.station_count, 3);
     EXPECT_THAT(w.distances.span(), ElementsAre(0, 10, 20));
-    EXPECT_THAT(w.mag_data.row(row_raw, stage_observed), ElementsAre(100, 200, 300));
-    EXPECT_EQ(w.mag_base, 200);
+    EXPECT_THAT(w.mag.data.row(row_raw, stage_observed), ElementsAre(100, 200, 300));
+    EXPECT_EQ(w.mag.base, 200);
     EXPECT_EQ(w.first_station, 1);
     EXPECT_EQ(w.last_station, 3);
     EXPECT_EQ(w.last_distance, 20);
@@ -54,7 +54,7 @@ TEST(Load, a_second_load_replaces_the_first) {
     EXPECT_EQ(survey.workspace.station_count, 2);
     EXPECT_EQ(survey.workspace.last_station, 2);
     EXPECT_EQ(survey.workspace.last_distance, 10);
-    EXPECT_EQ(survey.workspace.mag_max, 6);
+    EXPECT_EQ(survey.workspace.mag.max, 6);
 }
 
 TEST(Load, calculated_responses_are_out_of_date_even_when_the_definition_is_refused) {
@@ -162,8 +162,8 @@ TEST(Load, gravity_without_a_magnetic_column) {
     survey.workspace.definition.mag_column = 0;
     survey.workspace.definition.grav_column = 3;
     EXPECT_EQ(load(survey), 0);
-    EXPECT_EQ(survey.workspace.grav_mean, 1.5F);
-    EXPECT_EQ(survey.workspace.grav_max, 2);
+    EXPECT_EQ(survey.workspace.grav.mean, 1.5F);
+    EXPECT_EQ(survey.workspace.grav.max, 2);
 }
 
 }  // namespace

@@ -27,13 +27,13 @@ TEST(LocationFile, the_first_pass_counts_and_finds_the_ranges) {
     EXPECT_EQ(w.z_max, 7);
     EXPECT_EQ(w.dtm_min, 1);
     EXPECT_EQ(w.dtm_max, 2);
-    EXPECT_EQ(w.mag_min, 400);
-    EXPECT_EQ(w.mag_max, 600);
-    EXPECT_EQ(w.grav_min, 1);
-    EXPECT_EQ(w.grav_max, 9);
+    EXPECT_EQ(w.mag.min, 400);
+    EXPECT_EQ(w.mag.max, 600);
+    EXPECT_EQ(w.grav.min, 1);
+    EXPECT_EQ(w.grav.max, 9);
     EXPECT_EQ(w.stations.rows(), 3);
-    EXPECT_EQ(w.mag_data.stations(), 3);
-    EXPECT_EQ(w.grav_data.stations(), 3);
+    EXPECT_EQ(w.mag.data.stations(), 3);
+    EXPECT_EQ(w.grav.data.stations(), 3);
 }
 
 TEST(LocationFile, ranges_of_absent_columns_hold_the_mark_of_no_value) {
@@ -42,7 +42,7 @@ TEST(LocationFile, ranges_of_absent_columns_hold_the_mark_of_no_value) {
     EXPECT_EQ(survey.workspace.z_min, -1e32F);
     EXPECT_EQ(survey.workspace.z_max, -1e32F);
     EXPECT_EQ(survey.workspace.dtm_max, -1e32F);
-    EXPECT_EQ(survey.workspace.grav_min, -1e32F);
+    EXPECT_EQ(survey.workspace.grav.min, -1e32F);
 }
 
 TEST(LocationFile, the_second_pass_fills_the_stations) {
@@ -59,9 +59,9 @@ TEST(LocationFile, the_second_pass_fills_the_stations) {
     };
     EXPECT_THAT(row(1), ElementsAre(0, 5, 50, 1, 2));
     EXPECT_THAT(row(2), ElementsAre(0, 4, 60, 0, 2));
-    EXPECT_EQ(w.mag_data(2, row_raw, stage_observed), 400);
-    EXPECT_EQ(w.grav_data(2, row_raw, stage_observed), 9);
-    EXPECT_EQ(w.mag_data(2, row_raw, stage_calculated), 0);
+    EXPECT_EQ(w.mag.data(2, row_raw, stage_observed), 400);
+    EXPECT_EQ(w.grav.data(2, row_raw, stage_observed), 9);
+    EXPECT_EQ(w.mag.data(2, row_raw, stage_calculated), 0);
 }
 
 TEST(LocationFile, a_negative_mode_only_counts) {

@@ -43,8 +43,8 @@ TEST(Merge, close_stations_become_their_mean) {
     EXPECT_EQ(w.stations(2, column_north), 2);
     EXPECT_EQ(w.stations(2, column_sensor), 20);
     EXPECT_EQ(w.stations(2, column_ground), 30);
-    EXPECT_EQ(w.mag_data(2, row_raw, stage_observed), 3);
-    EXPECT_EQ(w.grav_data(2, row_raw, stage_observed), 6);
+    EXPECT_EQ(w.mag.data(2, row_raw, stage_observed), 3);
+    EXPECT_EQ(w.grav.data(2, row_raw, stage_observed), 6);
 }
 
 TEST(Merge, a_gap_of_exactly_the_spacing_is_too_close) {
@@ -55,7 +55,7 @@ TEST(Merge, a_gap_of_exactly_the_spacing_is_too_close) {
 TEST(Merge, a_station_that_runs_back_merges_with_the_next_even_without_a_spacing) {
     Workspace w = eastwards({{0, 0, 0}, {10, 0, 1}, {8, 0, 2}, {14, 0, 4}, {30, 0, 5}});
     EXPECT_THAT(merged(w), ElementsAre(0, 10, 11, 30));
-    EXPECT_EQ(w.mag_data(3, row_raw, stage_observed), 3);
+    EXPECT_EQ(w.mag.data(3, row_raw, stage_observed), 3);
     Workspace repeated = eastwards({{0, 0, 0}, {10, 0, 1}, {10, 0, 2}, {14, 0, 4}, {30, 0, 5}});
     EXPECT_THAT(merged(repeated), ElementsAre(0, 10, 12, 30));
 }
@@ -63,7 +63,7 @@ TEST(Merge, a_station_that_runs_back_merges_with_the_next_even_without_a_spacing
 TEST(Merge, an_unfinished_group_before_the_last_station_is_dropped) {
     Workspace w = eastwards({{0, 0, 0}, {10, 0, 1}, {11, 0, 2}, {12, 0, 3}, {13, 0, 9}}, 5);
     EXPECT_THAT(merged(w), ElementsAre(0, 10, 13));
-    EXPECT_EQ(w.mag_data(3, row_raw, stage_observed), 9);
+    EXPECT_EQ(w.mag.data(3, row_raw, stage_observed), 9);
 }
 
 TEST(Merge, the_last_station_is_kept_even_behind_others) {
@@ -87,13 +87,13 @@ TEST(CutToKept, rows_pass_through_single_precision) {
     EXPECT_EQ(w.station_count, 2);
     EXPECT_EQ(w.allocated_stations, 2);
     EXPECT_EQ(w.stations.rows(), 2);
-    EXPECT_EQ(w.mag_data.stations(), 2);
-    EXPECT_EQ(w.grav_data.stations(), 2);
+    EXPECT_EQ(w.mag.data.stations(), 2);
+    EXPECT_EQ(w.grav.data.stations(), 2);
     EXPECT_EQ(w.stations(1, column_east), static_cast<double>(500000.03F));
     EXPECT_EQ(w.stations(1, column_north), static_cast<double>(7000000.3F));
     EXPECT_EQ(w.origin_east, static_cast<double>(500000.03F));
-    EXPECT_EQ(w.mag_data(1, row_raw, stage_observed), 1.5F);
-    EXPECT_EQ(w.mag_data(2, row_raw, stage_observed), 2.5F);
+    EXPECT_EQ(w.mag.data(1, row_raw, stage_observed), 1.5F);
+    EXPECT_EQ(w.mag.data(2, row_raw, stage_observed), 2.5F);
     EXPECT_THAT(w.distances.span(),
                 ElementsAre(0, DoubleEq(static_cast<double>(500100.07F) - static_cast<double>(500000.03F))));
 }

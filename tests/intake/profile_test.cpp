@@ -28,10 +28,10 @@ class Profile : public ::testing::Test {
     void expect_equal_counts(int count) const {
         EXPECT_EQ(workspace.station_count, count);
         EXPECT_EQ(workspace.stations.rows(), count);
-        EXPECT_EQ(workspace.mag_data.stations(), count);
-        EXPECT_EQ(workspace.grav_data.stations(), count);
-        EXPECT_EQ(workspace.mag_work.stations(), count);
-        EXPECT_EQ(workspace.grav_work.stations(), count);
+        EXPECT_EQ(workspace.mag.data.stations(), count);
+        EXPECT_EQ(workspace.grav.data.stations(), count);
+        EXPECT_EQ(workspace.mag.work.stations(), count);
+        EXPECT_EQ(workspace.grav.work.stations(), count);
         EXPECT_EQ(workspace.station_spare.count(), count);
         EXPECT_EQ(workspace.distances.count(), count);
     }
@@ -53,8 +53,8 @@ TEST_F(Profile, a_line_to_the_south_west_is_reversed) {
     EXPECT_EQ(workspace.stations(3, column_north), 100);
     EXPECT_EQ(workspace.stations(1, column_sensor), 13);
     EXPECT_EQ(workspace.stations(1, column_ground), 23);
-    EXPECT_EQ(workspace.mag_data(1, row_raw, stage_observed), 3);
-    EXPECT_EQ(workspace.grav_data(3, row_raw, stage_observed), 31);
+    EXPECT_EQ(workspace.mag.data(1, row_raw, stage_observed), 3);
+    EXPECT_EQ(workspace.grav.data(3, row_raw, stage_observed), 31);
     EXPECT_EQ(workspace.origin_east, 0);
     EXPECT_NEAR(workspace.distances.last(), std::sqrt(20000.0), 1e-10);
 }
@@ -71,7 +71,7 @@ TEST_F(Profile, is_the_same_from_either_end) {
     set_stations(other, {{110, 40, 4}, {70, 18, 5}, {30, 12, 2}, {0, 0, 1}});
     EXPECT_EQ(setup_profile_coordinates(other, prompts), 0);
     EXPECT_EQ(workspace.stations, other.stations);
-    EXPECT_EQ(workspace.mag_data, other.mag_data);
+    EXPECT_EQ(workspace.mag.data, other.mag.data);
     EXPECT_EQ(workspace.distances, other.distances);
     EXPECT_EQ(workspace.azimuth, other.azimuth);
 }
@@ -97,34 +97,34 @@ TEST_F(Profile, a_line_that_collapses_when_it_is_merged_keeps_the_status) {
 }
 
 TEST_F(Profile, an_unset_base_level_becomes_the_mean) {
-    EXPECT_EQ(workspace.grav_base, 0);
+    EXPECT_EQ(workspace.grav.base, 0);
     workspace.definition.grav_column = 6;
     EXPECT_EQ(set_up({{0, 0, 10, 0, 0, 1}, {10, 0, 20, 0, 0, 2}, {20, 0, 60, 0, 0, 6}}), 0);
-    EXPECT_EQ(workspace.mag_mean, 30);
-    EXPECT_EQ(workspace.mag_base, 30);
-    EXPECT_EQ(workspace.grav_mean, 3);
-    EXPECT_EQ(workspace.grav_base, 0);
+    EXPECT_EQ(workspace.mag.mean, 30);
+    EXPECT_EQ(workspace.mag.base, 30);
+    EXPECT_EQ(workspace.grav.mean, 3);
+    EXPECT_EQ(workspace.grav.base, 0);
 }
 
 TEST_F(Profile, a_given_base_level_stays) {
-    workspace.mag_base = 55;
+    workspace.mag.base = 55;
     EXPECT_EQ(set_up({{0, 0, 10}, {10, 0, 20}}), 0);
-    EXPECT_EQ(workspace.mag_mean, 15);
-    EXPECT_EQ(workspace.mag_base, 55);
+    EXPECT_EQ(workspace.mag.mean, 15);
+    EXPECT_EQ(workspace.mag.base, 55);
 }
 
 TEST_F(Profile, a_channel_without_a_column_keeps_its_levels) {
-    workspace.grav_base = unset;
-    workspace.grav_mean = 4;
+    workspace.grav.base = unset;
+    workspace.grav.mean = 4;
     EXPECT_EQ(set_up({{0, 0, 10, 0, 0, 7}, {10, 0, 20, 0, 0, 7}}), 0);
-    EXPECT_EQ(workspace.grav_base, unset);
-    EXPECT_EQ(workspace.grav_mean, 4);
+    EXPECT_EQ(workspace.grav.base, unset);
+    EXPECT_EQ(workspace.grav.mean, 4);
 }
 
 TEST_F(Profile, means_are_taken_before_the_stations_are_resampled) {
     workspace.station_spacing = 1;
     EXPECT_EQ(set_up({{0, 0, 0}, {1, 0, 10}, {100, 0, 20}}), 0);
-    EXPECT_EQ(workspace.mag_mean, 10);
+    EXPECT_EQ(workspace.mag.mean, 10);
     expect_equal_counts(101);
 }
 
@@ -134,7 +134,7 @@ TEST_F(Profile, merges_then_resamples) {
     EXPECT_EQ(set_up({{0, 0, 0}, {9, 0, 9}, {10, 0, 10}, {14, 0, 14}, {20, 0, 20}, {40, 0, 40}}), 0);
     EXPECT_THAT(workspace.distances.span(), Pointwise(DoubleNear(1e-9), {0.0, 10.0, 20.0, 30.0, 40.0}));
     EXPECT_EQ(workspace.allocated_stations, 5);
-    EXPECT_NEAR(workspace.mag_data(4, row_raw, stage_observed), 30, 1e-4);
+    EXPECT_NEAR(workspace.mag.data(4, row_raw, stage_observed), 30, 1e-4);
 }
 
 TEST_F(Profile, sets_the_elevation_of_every_body) {

@@ -18,8 +18,8 @@ Workspace profile_at(std::initializer_list<double> distances, float spacing) {
     const auto count = static_cast<int>(distances.size());
     w.station_count = count;
     w.stations.assign(count);
-    w.mag_data.assign(count);
-    w.grav_data.assign(count);
+    w.mag.data.assign(count);
+    w.grav.data.assign(count);
     w.distances.assign(count);
     int i = 0;
     for (const double d : distances) {
@@ -29,8 +29,8 @@ Workspace profile_at(std::initializer_list<double> distances, float spacing) {
         w.stations(i, column_north) = 2000 - d / 2;
         w.stations(i, column_sensor) = 50 + d / 10;
         w.stations(i, column_ground) = 40 + d / 5;
-        w.mag_data(i, row_raw, stage_observed) = static_cast<float>(d * d * d / 1000 - d);
-        w.grav_data(i, row_raw, stage_observed) = static_cast<float>(2 * d);
+        w.mag.data(i, row_raw, stage_observed) = static_cast<float>(d * d * d / 1000 - d);
+        w.grav.data(i, row_raw, stage_observed) = static_cast<float>(2 * d);
     }
     w.station_spacing = spacing;
     return w;
@@ -41,8 +41,8 @@ int points(double length, float spacing) {
     w.definition.mag_column = 0;
     resample_profile(w);
     EXPECT_EQ(w.station_count, w.stations.rows());
-    EXPECT_EQ(w.station_count, w.mag_data.stations());
-    EXPECT_EQ(w.station_count, w.grav_data.stations());
+    EXPECT_EQ(w.station_count, w.mag.data.stations());
+    EXPECT_EQ(w.station_count, w.grav.data.stations());
     EXPECT_EQ(w.station_count, w.distances.count());
     return w.station_count;
 }
@@ -84,8 +84,8 @@ TEST(Resample, every_quantity_with_a_column_follows_its_spline) {
         EXPECT_NEAR(w.stations(i, column_north), 2000 - d / 2, 1e-9);
         EXPECT_NEAR(w.stations(i, column_sensor), 50 + d / 10, 1e-9);
         EXPECT_NEAR(w.stations(i, column_ground), 40 + d / 5, 1e-9);
-        EXPECT_NEAR(w.mag_data(i, row_raw, stage_observed), d * d * d / 1000 - d, 1e-3);
-        EXPECT_NEAR(w.grav_data(i, row_raw, stage_observed), 2 * d, 1e-4);
+        EXPECT_NEAR(w.mag.data(i, row_raw, stage_observed), d * d * d / 1000 - d, 1e-3);
+        EXPECT_NEAR(w.grav.data(i, row_raw, stage_observed), 2 * d, 1e-4);
     }
 }
 
@@ -95,8 +95,8 @@ TEST(Resample, quantities_without_a_column_are_0) {
     resample_profile(w);
     EXPECT_THAT(w.stations.column(column_sensor), Each(0));
     EXPECT_THAT(w.stations.column(column_ground), Each(0));
-    EXPECT_THAT(w.mag_data.span(), Each(0));
-    EXPECT_THAT(w.grav_data.span(), Each(0));
+    EXPECT_THAT(w.mag.data.span(), Each(0));
+    EXPECT_THAT(w.grav.data.span(), Each(0));
     EXPECT_NE(w.stations(1, column_east), 0);
 }
 
@@ -109,7 +109,7 @@ TEST(Resample, two_stations_at_one_distance_are_a_fault_that_leaves_the_stations
     const Workspace before = w;
     EXPECT_THROW(resample_profile(w), Fault);
     EXPECT_EQ(w.stations, before.stations);
-    EXPECT_EQ(w.mag_data, before.mag_data);
+    EXPECT_EQ(w.mag.data, before.mag.data);
     EXPECT_EQ(w.distances, before.distances);
     EXPECT_EQ(w.station_count, before.station_count);
 }
@@ -117,7 +117,7 @@ TEST(Resample, two_stations_at_one_distance_are_a_fault_that_leaves_the_stations
 TEST(Resample, an_overshoot_out_of_range_is_an_overflow) {
     Workspace w = profile_at({0, 1, 2, 3, 4}, 0.25F);
     w.definition.mag_column = 5;
-    for (const int i : {2, 3}) w.mag_data(i, row_raw, stage_observed) = 3.4e38F;
+    for (const int i : {2, 3}) w.mag.data(i, row_raw, stage_observed) = 3.4e38F;
     EXPECT_THROW(resample_profile(w), Fault);
 }
 

@@ -19,7 +19,7 @@ Workspace workspace_with(int z_column, int dtm_column) {
     w.definition.dtm_column = dtm_column;
     w.surface_elevation = 200;
     w.sensor_offset = 10;
-    w.mag_observed_filtered = w.mag_calculated_filtered = w.graph_ranges_ready = true;
+    w.mag.observed_filtered = w.mag.calculated_filtered = w.graph_ranges_ready = true;
     return w;
 }
 
@@ -51,7 +51,7 @@ TEST(SensorElevations, outdate_the_filtered_rows) {
     Workspace w = workspace_with(3, 4);
     setup_sensor_elevations(w, prompts);
     EXPECT_TRUE(w.elevations_ready);
-    EXPECT_FALSE(w.mag_observed_filtered || w.mag_calculated_filtered || w.graph_ranges_ready);
+    EXPECT_FALSE(w.mag.observed_filtered || w.mag.calculated_filtered || w.graph_ranges_ready);
 }
 
 TEST(SensorElevations, are_left_alone_while_they_are_ready) {
@@ -60,7 +60,7 @@ TEST(SensorElevations, are_left_alone_while_they_are_ready) {
     w.elevations_ready = true;
     setup_sensor_elevations(w, prompts);
     EXPECT_EQ(w.stations(1, column_sensor), 50);
-    EXPECT_TRUE(w.mag_observed_filtered);
+    EXPECT_TRUE(w.mag.observed_filtered);
 }
 
 TEST(SensorElevations, a_ground_too_low_for_a_single_is_told) {

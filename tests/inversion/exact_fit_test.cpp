@@ -70,7 +70,7 @@ class ExactFit : public ::testing::TestWithParam<ExactCase> {
         Workspace& w = line.workspace();
         line.refresh();
         const bool gravity = GetParam().channel == channel_grav;
-        return model::channel_misfit(w, gravity ? w.grav_data : w.mag_data,
+        return model::channel_misfit(w, gravity ? w.grav.data : w.mag.data,
                                      model::misfit_scale_of(gravity ? channel_grav : channel_mag),
                                      line.prompts)[0];
     }

@@ -20,11 +20,11 @@ class LineSession {
         Workspace& w = session.workspace;
         w.definition.mag_column = 5;
         w.definition.grav_column = 6;
-        w.mag_base = 0;
+        w.mag.base = 0;
         w.station_count = stations;
         w.stations.assign(stations);
-        w.mag_data.assign(stations);
-        w.grav_data.assign(stations);
+        w.mag.data.assign(stations);
+        w.grav.data.assign(stations);
         for (int i = 1; i <= stations; ++i) w.stations(i, along) = (i - 1) * spacing;
         intake::setup_profile_coordinates(w, prompts);
         intake::setup_graphics_arrays(w, prompts);
@@ -54,8 +54,8 @@ class LineSession {
     void take_model_as_data() {
         Workspace& w = session.workspace;
         reset_calculated_data(w, prompts);
-        forward::calculate_model(w, w.mag_data, w.grav_data, prompts);
-        for (ChannelTable* data : {&w.mag_data, &w.grav_data})
+        forward::calculate_model(w, w.mag.data, w.grav.data, prompts);
+        for (ChannelTable* data : {&w.mag.data, &w.grav.data})
             for (int i = 1; i <= w.station_count; ++i)
                 (*data)(i, row_raw, stage_observed) = (*data)(i, row_raw, stage_calculated);
         invalidate_filtered_data(0, w);

@@ -177,7 +177,7 @@ TEST(ModelFit, only_the_stations_of_the_window_count) {
     ModelBody& body = line.add_body(thick_sheet);
     line.take_model_as_data();
     Workspace& w = line.workspace();
-    for (int i = 80; i <= w.station_count; ++i) w.mag_data(i, row_raw, stage_observed) += 500;
+    for (int i = 80; i <= w.station_count; ++i) w.mag.data(i, row_raw, stage_observed) += 500;
     w.last_station = 79;
     w.last_distance = w.distances[79];
     put_off(body, {distance, susc});
@@ -192,7 +192,7 @@ TEST(ModelFit, standard_errors_follow_the_noise) {
     line.take_model_as_data();
     Workspace& w = line.workspace();
     for (int i = 1; i <= w.station_count; ++i)
-        w.mag_data(i, row_raw, stage_observed) += i * 7919 % 13 < 6 ? 4.0F : -3.4F;
+        w.mag.data(i, row_raw, stage_observed) += i * 7919 % 13 < 6 ? 4.0F : -3.4F;
     const std::map<int, float> truth = put_off(body, {distance, top, susc});
     const InversionReport report = fit(line);
     const FitStatistics& statistics = *report.result.statistics;
@@ -264,7 +264,7 @@ TEST(ModelFit, it_needs_fewer_evaluations_than_the_sweep_and_fits_no_worse) {
         line.take_model_as_data();
         Workspace& w = line.workspace();
         for (int i = 1; i <= w.station_count; ++i)
-            w.mag_data(i, row_raw, stage_observed) += i % 3 == 0 ? 2.0F : -1.0F;
+            w.mag.data(i, row_raw, stage_observed) += i % 3 == 0 ? 2.0F : -1.0F;
         put_off(body, {distance, top, dip, susc});
         body.distance.value = 540;
         results[method == InversionMethod::sweep ? 0 : 1] =

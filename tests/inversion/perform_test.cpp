@@ -268,7 +268,7 @@ TEST_F(Perform, a_parameter_that_is_no_number_is_refused_by_name) {
 
 TEST_F(Perform, a_misfit_that_is_no_number_is_refused) {
     line.sheet_off_by(20000);
-    w.mag_data(10, row_residual, stage_observed) = std::numeric_limits<float>::infinity();
+    w.mag.data(10, row_residual, stage_observed) = std::numeric_limits<float>::infinity();
     EXPECT_EQ(run().status, run_failed);
     EXPECT_EQ(line.prompts.messages,
               std::vector<std::string>{
@@ -277,7 +277,7 @@ TEST_F(Perform, a_misfit_that_is_no_number_is_refused) {
 
 TEST_F(Perform, data_that_are_all_equal_are_fitted_as_any_other) {
     ModelBody& body = line.add_body(thick_sheet);
-    for (int i = 1; i <= w.station_count; ++i) w.mag_data(i, row_raw, stage_observed) = 5;
+    for (int i = 1; i <= w.station_count; ++i) w.mag.data(i, row_raw, stage_observed) = 5;
     body.susc.vary = body.top.vary = 1;
     invalidate_filtered_data(0, w);
     line.refresh();
@@ -302,7 +302,7 @@ TEST_F(Perform, the_charts_hold_the_accepted_model_afterwards) {
     const Array1<double> shown = w.graphics.mag.calculated;
     line.refresh();
     for (int i = 1; i <= w.station_count; ++i)
-        EXPECT_NEAR(shown[i], static_cast<double>(w.mag_data(i, row_residual, stage_calculated)), 1e-3);
+        EXPECT_NEAR(shown[i], static_cast<double>(w.mag.data(i, row_residual, stage_calculated)), 1e-3);
 }
 
 }  // namespace anomalis::inversion

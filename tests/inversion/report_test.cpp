@@ -120,7 +120,7 @@ TEST(RunInversion, the_session_is_refreshed_at_its_end) {
     prepare(line);
     const InversionReport report = run_inversion(line.session, {.iterations = 3});
     EXPECT_NEAR(line.refresh()[0], report.result.misfit_pair[0], 1e-4);
-    EXPECT_TRUE(line.workspace().mag_calculated_filtered);
+    EXPECT_TRUE(line.workspace().mag.calculated_filtered);
 }
 
 TEST(RunInversion, a_message_that_repeats_is_shown_once) {

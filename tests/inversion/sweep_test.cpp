@@ -115,10 +115,10 @@ TEST_F(Sweep, acceptance_copies_the_calculated_stage_into_the_true_rows) {
     body.susc.value = 60000;
     body.susc.vary = 1;
     begin();
-    const ChannelTable before = w.mag_data;
+    const ChannelTable before = w.mag.data;
     sweep();
-    EXPECT_EQ(w.mag_data, w.mag_work);
-    EXPECT_NE(w.mag_data, before);
+    EXPECT_EQ(w.mag.data, w.mag.work);
+    EXPECT_NE(w.mag.data, before);
 }
 
 TEST_F(Sweep, the_halvings_belong_to_the_run) {

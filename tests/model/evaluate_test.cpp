@@ -46,8 +46,8 @@ TEST(RefreshModel, all_four_chains_are_filtered) {
     line.add_body(thick_sheet);
     line.refresh();
     const Workspace& w = line.workspace();
-    EXPECT_TRUE(w.mag_observed_filtered && w.mag_calculated_filtered);
-    EXPECT_TRUE(w.grav_observed_filtered && w.grav_calculated_filtered);
+    EXPECT_TRUE(w.mag.observed_filtered && w.mag.calculated_filtered);
+    EXPECT_TRUE(w.grav.observed_filtered && w.grav.calculated_filtered);
     EXPECT_TRUE(w.elevations_ready);
     EXPECT_TRUE(line.prompts.messages.empty());
 }
@@ -57,17 +57,17 @@ TEST(RefreshModel, the_observed_stage_comes_first_for_a_floating_base) {
     line.add_body(thick_sheet);
     line.take_model_as_data();
     Workspace& w = line.workspace();
-    for (int i = 1; i <= w.station_count; ++i) w.mag_data(i, row_raw, stage_observed) += 1000;
-    w.float_mag_base = 1;
+    for (int i = 1; i <= w.station_count; ++i) w.mag.data(i, row_raw, stage_observed) += 1000;
+    w.mag.float_base = 1;
     invalidate_filtered_data(0, w);
     EXPECT_NEAR(refresh_model(line.session)[0], 0, 1e-3);
-    EXPECT_NEAR(w.mag_base, 1000 + w.mag_calc_mean, 0.01);
+    EXPECT_NEAR(w.mag.base, 1000 + w.mag.calc_mean, 0.01);
 }
 
 TEST(RefreshModel, without_bodies_the_calculated_rows_are_0) {
     inversion::LineSession line;
     line.refresh();
-    for (const float value : line.workspace().mag_data.row(row_residual, stage_calculated))
+    for (const float value : line.workspace().mag.data.row(row_residual, stage_calculated))
         EXPECT_EQ(value, 0);
     EXPECT_TRUE(line.prompts.messages.empty());
 }

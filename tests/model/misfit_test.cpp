@@ -73,8 +73,8 @@ TEST(Misfit, the_norm_is_divided_by_the_scale) {
     Workspace w;
     w.first_station = 1;
     w.last_station = 3;
-    w.grav_data = three_residuals();
-    w.grav_data(1, row_gradient, stage_calculated) = 8;
+    w.grav.data = three_residuals();
+    w.grav.data(1, row_gradient, stage_calculated) = 8;
     InversionState inversion;
     inversion.inversion_channel = channel_grav;
     set_misfit_scale(inversion);
@@ -86,12 +86,12 @@ TEST(Misfit, the_flag_of_the_total_gradient_chooses_the_row) {
     Workspace w;
     w.first_station = 1;
     w.last_station = 3;
-    w.mag_data.assign(3);
-    w.mag_data(1, row_gradient, stage_calculated) = 2;
-    w.mag_data(1, row_total_gradient, stage_calculated) = 6;
+    w.mag.data.assign(3);
+    w.mag.data(1, row_gradient, stage_calculated) = 2;
+    w.mag.data(1, row_total_gradient, stage_calculated) = 6;
     const InversionState inversion;
     EXPECT_FLOAT_EQ(calculate_misfit(w, inversion, prompts)[1], 0.1F);
-    w.display_total_gradient = 1;
+    w.processing.display_total_gradient = 1;
     EXPECT_FLOAT_EQ(calculate_misfit(w, inversion, prompts)[1], 0.3F);
 }
 
@@ -112,9 +112,9 @@ TEST(EvaluateMisfit, the_other_channel_has_no_effect) {
     body.density.value = 3.5F;
     body.grav_response_valid = false;
     Workspace& w = line.workspace();
-    EXPECT_EQ(evaluate_model_misfit(line.session, w.mag_data, w.grav_data), (MisfitPair{0, 0}));
+    EXPECT_EQ(evaluate_model_misfit(line.session, w.mag.data, w.grav.data), (MisfitPair{0, 0}));
     line.session.inversion.inversion_channel = channel_grav;
-    EXPECT_GT(evaluate_model_misfit(line.session, w.mag_data, w.grav_data)[0], 0);
+    EXPECT_GT(evaluate_model_misfit(line.session, w.mag.data, w.grav.data)[0], 0);
 }
 
 TEST(EvaluateMisfit, the_calculated_rows_reach_the_charts) {
@@ -122,15 +122,15 @@ TEST(EvaluateMisfit, the_calculated_rows_reach_the_charts) {
     line.add_body(thick_sheet);
     line.refresh();
     Workspace& w = line.workspace();
-    w.display_total_gradient = 1;
+    w.processing.display_total_gradient = 1;
     reset_calculated_data(w, line.prompts);
-    evaluate_model_misfit(line.session, w.mag_data, w.grav_data);
+    evaluate_model_misfit(line.session, w.mag.data, w.grav.data);
     EXPECT_EQ(w.graphics.mag.calculated[40],
-              static_cast<double>(w.mag_data(40, row_residual, stage_calculated)));
+              static_cast<double>(w.mag.data(40, row_residual, stage_calculated)));
     EXPECT_EQ(w.graphics.mag_gradient.calculated[40],
-              static_cast<double>(w.mag_data(40, row_total_gradient, stage_calculated)));
+              static_cast<double>(w.mag.data(40, row_total_gradient, stage_calculated)));
     EXPECT_EQ(w.graphics.grav.calculated[40],
-              static_cast<double>(w.grav_data(40, row_residual, stage_calculated)));
+              static_cast<double>(w.grav.data(40, row_residual, stage_calculated)));
     EXPECT_NE(w.graphics.mag.calculated[40], 0);
 }
 
@@ -141,9 +141,9 @@ TEST(EvaluateMisfit, a_channel_without_a_column_is_left_alone) {
     line.refresh();
     Workspace& w = line.workspace();
     reset_calculated_data(w, line.prompts);
-    evaluate_model_misfit(line.session, w.mag_data, w.grav_data);
-    EXPECT_TRUE(w.mag_calculated_filtered);
-    EXPECT_FALSE(w.grav_calculated_filtered);
+    evaluate_model_misfit(line.session, w.mag.data, w.grav.data);
+    EXPECT_TRUE(w.mag.calculated_filtered);
+    EXPECT_FALSE(w.grav.calculated_filtered);
     EXPECT_EQ(w.graphics.grav.calculated[40], 0);
 }
 
@@ -153,30 +153,30 @@ TEST(EvaluateMisfit, trial_rows_take_the_place_of_the_true_ones) {
     line.take_model_as_data();
     line.refresh();
     Workspace& w = line.workspace();
-    w.mag_work = w.mag_data;
-    w.grav_work = w.grav_data;
-    const ChannelTable before = w.mag_data;
+    w.mag.work = w.mag.data;
+    w.grav.work = w.grav.data;
+    const ChannelTable before = w.mag.data;
     body.susc.value *= 2;
     invalidate_body(body);
-    EXPECT_GT(evaluate_model_misfit(line.session, w.mag_work, w.grav_work)[0], 0);
-    EXPECT_EQ(w.mag_data, before);
-    EXPECT_FLOAT_EQ(w.mag_work(40, row_raw, stage_calculated), 2 * before(40, row_raw, stage_calculated));
+    EXPECT_GT(evaluate_model_misfit(line.session, w.mag.work, w.grav.work)[0], 0);
+    EXPECT_EQ(w.mag.data, before);
+    EXPECT_FLOAT_EQ(w.mag.work(40, row_raw, stage_calculated), 2 * before(40, row_raw, stage_calculated));
 }
 
 TEST(EvaluateMisfit, nothing_is_reallocated) {
     inversion::LineSession line;
     ModelBody& body = line.add_body(thick_sheet);
-    line.workspace().smooth_filter_width = 3;
+    line.workspace().processing.smooth_filter_width = 3;
     line.refresh();
     Workspace& w = line.workspace();
-    const float* const rows = w.mag_data.span().data();
+    const float* const rows = w.mag.data.span().data();
     const float* const taps = w.filter_scratch.coefficients.data();
     const double* const chart = w.graphics.mag.calculated.span().data();
     for (int i = 0; i < 3; ++i) {
         invalidate_body(body);
-        evaluate_model_misfit(line.session, w.mag_data, w.grav_data);
+        evaluate_model_misfit(line.session, w.mag.data, w.grav.data);
     }
-    EXPECT_EQ(w.mag_data.span().data(), rows);
+    EXPECT_EQ(w.mag.data.span().data(), rows);
     EXPECT_EQ(w.filter_scratch.coefficients.data(), taps);
     EXPECT_EQ(w.graphics.mag.calculated.span().data(), chart);
 }
@@ -188,7 +188,7 @@ TEST(EvaluateMisfit, chart_series_that_are_missing_are_told) {
     Workspace& w = line.workspace();
     w.graphics.mag.calculated.release();
     invalidate_body(w.body(1));
-    evaluate_model_misfit(line.session, w.mag_data, w.grav_data);
+    evaluate_model_misfit(line.session, w.mag.data, w.grav.data);
     EXPECT_EQ(line.prompts.messages,
               std::vector<std::string>{"An error occurred while copying the modelled data to graphics_array: "
                                        "Subscript out of range"});

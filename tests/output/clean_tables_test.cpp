@@ -20,7 +20,7 @@ TEST(CleanProfileTable, has_the_columns_of_the_channels_that_are_there) {
     workspace.definition.mag_column = 0;
     workspace.definition.grav_column = 3;
     workspace.definition.dtm_column = 2;
-    workspace.display_total_gradient = 1;
+    workspace.processing.display_total_gradient = 1;
     const std::string grav = clean_profile_table_text(workspace);
     EXPECT_EQ(grav.find("mag"), std::string::npos);
     EXPECT_NE(grav.find(",ground_elevation_m,grav_observed_mGal,"), std::string::npos);

@@ -94,7 +94,7 @@ TEST(IndependentReader, takes_the_clean_profile_as_it_is) {
     EXPECT_EQ(lines[12], "mag_model_residual_nT|f|132.0|232.0|332.0");
     EXPECT_EQ(lines[14], "grav_observed_mGal|f|-1.125|-1.125|-1.125");
 
-    workspace.display_total_gradient = 1;
+    workspace.processing.display_total_gradient = 1;
     ASSERT_EQ(write_clean_profile_table(folder.path("p.csv"), workspace, prompts), 0);
     EXPECT_EQ(split_lines(python("read_table.py", {folder.path("p.csv")}))[9],
               "mag_observed_total_gradient_nT_per_tap|f|161.0|261.0|361.0");

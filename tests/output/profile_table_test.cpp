@@ -26,7 +26,7 @@ TEST(ProfileTable, magnetic_stations_have_their_eight_columns) {
 
 TEST(ProfileTable, the_total_gradient_takes_the_place_of_the_vertical_one_when_it_is_chosen) {
     Workspace workspace = three_stations();
-    workspace.display_total_gradient = 1;
+    workspace.processing.display_total_gradient = 1;
     workspace.definition.grav_column = 4;
     const std::vector<std::string> lines = lines_of(profile_table_text(workspace));
     EXPECT_EQ(

@@ -20,8 +20,8 @@ inline Workspace three_stations() {
     workspace.station_count = 3;
     workspace.stations.assign(3);
     workspace.distances.assign(3);
-    workspace.mag_data.assign(3);
-    workspace.grav_data.assign(3);
+    workspace.mag.data.assign(3);
+    workspace.grav.data.assign(3);
     for (int i = 1; i <= 3; ++i) {
         workspace.stations(i, column_east) = 412345.6785 + 100 * (i - 1);
         workspace.stations(i, column_north) = 7123456.25;
@@ -30,8 +30,8 @@ inline Workspace three_stations() {
         workspace.distances[i] = 100.0 * (i - 1);
         for (int row = 1; row <= 6; ++row) {
             for (const int stage : {stage_observed, stage_calculated}) {
-                workspace.mag_data(i, row, stage) = static_cast<float>(i * 100 + row * 10 + stage);
-                workspace.grav_data(i, row, stage) = static_cast<float>(-(row + stage * 0.125));
+                workspace.mag.data(i, row, stage) = static_cast<float>(i * 100 + row * 10 + stage);
+                workspace.grav.data(i, row, stage) = static_cast<float>(-(row + stage * 0.125));
             }
         }
     }

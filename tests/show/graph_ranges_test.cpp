@@ -36,8 +36,8 @@ TEST(GraphRanges, series_are_distance_observed_residual_and_calculated_residual)
     Filled sample(true);
     const Workspace& w = sample.workspace();
     EXPECT_EQ(w.graphics.mag.distance[51], w.distances[51]);
-    EXPECT_EQ(w.graphics.mag.observed[51], w.mag_data(51, row_residual, stage_observed));
-    EXPECT_EQ(w.graphics.grav.calculated[40], w.grav_data(40, row_residual, stage_calculated));
+    EXPECT_EQ(w.graphics.mag.observed[51], w.mag.data(51, row_residual, stage_observed));
+    EXPECT_EQ(w.graphics.grav.calculated[40], w.grav.data(40, row_residual, stage_calculated));
     EXPECT_EQ(w.graphics.topography[7], w.stations(7, column_ground));
 }
 
@@ -58,11 +58,11 @@ TEST(GraphRanges, the_range_holds_both_curves) {
 TEST(GraphRanges, the_gradient_charts_show_the_kind_that_is_chosen) {
     Filled sample(true);
     Workspace& w = sample.workspace();
-    EXPECT_EQ(w.graphics.mag_gradient.observed[50], w.mag_data(50, row_gradient, stage_observed));
-    w.display_total_gradient = 1;
+    EXPECT_EQ(w.graphics.mag_gradient.observed[50], w.mag.data(50, row_gradient, stage_observed));
+    w.processing.display_total_gradient = 1;
     invalidate_filtered_data(0, w);
     sample.fill();
-    EXPECT_EQ(w.graphics.mag_gradient.observed[50], w.mag_data(50, row_total_gradient, stage_observed));
+    EXPECT_EQ(w.graphics.mag_gradient.observed[50], w.mag.data(50, row_total_gradient, stage_observed));
     EXPECT_GE(sample.ranges.low[edit::chart_mag_gradient], 0);
 }
 
@@ -79,8 +79,8 @@ TEST(GraphRanges, nothing_is_filled_while_the_mark_stands) {
 TEST(GraphRanges, missing_and_infinite_values_do_not_stretch_the_axis) {
     Filled sample(false);
     Workspace& w = sample.workspace();
-    w.mag_data(5, row_residual, stage_observed) = -1e32F;
-    w.mag_data(6, row_residual, stage_observed) = std::numeric_limits<float>::infinity();
+    w.mag.data(5, row_residual, stage_observed) = -1e32F;
+    w.mag.data(6, row_residual, stage_observed) = std::numeric_limits<float>::infinity();
     w.graph_ranges_ready = false;
     setup_graph_data_ranges(w, sample.ranges, sample.prompts);
     EXPECT_GT(sample.ranges.low[edit::chart_mag], -1000);
@@ -92,7 +92,7 @@ TEST(GraphRanges, a_channel_without_a_column_and_a_gradient_without_a_filter_hav
     sample.workspace().definition.grav_column = 0;
     EXPECT_EQ(charts_with_data(sample.workspace()), (std::array{true, true, false, false, true}));
     sample.workspace().definition.grav_column = 7;
-    sample.workspace().vg_filter_width = 0;
+    sample.workspace().processing.vg_filter_width = 0;
     EXPECT_EQ(charts_with_data(sample.workspace()), (std::array{true, false, true, false, true}));
 }
 

@@ -132,14 +132,14 @@ TEST(SectionChart, the_label_stands_on_the_side_that_has_room) {
 
 TEST(SectionChart, grid_lines_stand_at_multiples_inside_the_window) {
     Section sample;
-    sample.workspace().profile_grid_spacing = 500;
+    sample.workspace().drawing.profile_grid_spacing = 500;
     sample.draw();
     int upright = 0;
     for (const auto& line : sample.overlay(Kind::polyline))
         if (line.pen.style == chart::LineStyle::dash_dot) ++upright;
     EXPECT_GE(upright, 4);
     EXPECT_LE(upright, 6);
-    sample.workspace().profile_grid_spacing = 0.0001F;
+    sample.workspace().drawing.profile_grid_spacing = 0.0001F;
     sample.draw();
     for (const auto& line : sample.overlay(Kind::polyline))
         EXPECT_NE(line.pen.style, chart::LineStyle::dash_dot);

@@ -40,8 +40,8 @@ inline void set_stations(Workspace& workspace, std::initializer_list<TestStation
     const auto count = static_cast<int>(stations.size());
     workspace.station_count = count;
     workspace.stations.assign(count);
-    workspace.mag_data.assign(count);
-    workspace.grav_data.assign(count);
+    workspace.mag.data.assign(count);
+    workspace.grav.data.assign(count);
     int row = 0;
     for (const TestStation& station : stations) {
         ++row;
@@ -49,8 +49,8 @@ inline void set_stations(Workspace& workspace, std::initializer_list<TestStation
         workspace.stations(row, column_north) = station.north;
         workspace.stations(row, column_sensor) = station.sensor;
         workspace.stations(row, column_ground) = station.ground;
-        workspace.mag_data(row, row_raw, stage_observed) = static_cast<float>(station.mag);
-        workspace.grav_data(row, row_raw, stage_observed) = static_cast<float>(station.grav);
+        workspace.mag.data(row, row_raw, stage_observed) = static_cast<float>(station.mag);
+        workspace.grav.data(row, row_raw, stage_observed) = static_cast<float>(station.grav);
     }
 }
 

@@ -40,17 +40,17 @@ void FormFormulasTest::the_status_bar_tells_how_far_the_classic_curve_is_off() {
 
 void FormFormulasTest::a_click_changes_over_and_the_menu_follows() {
     Opened opened;
-    const float classic = opened.workspace().mag_data(50, row_raw, stage_calculated);
+    const float classic = opened.workspace().mag.data(50, row_raw, stage_calculated);
     opened.sample.click("Command_exact_formulas");
     QCOMPARE(opened.workspace().formulas, Formulas::exact);
     QVERIFY(opened.entry().isChecked());
     QVERIFY(!opened.button().isVisible());
-    QVERIFY(opened.workspace().mag_data(50, row_raw, stage_calculated) != classic);
+    QVERIFY(opened.workspace().mag.data(50, row_raw, stage_calculated) != classic);
     QVERIFY(opened.sample.form->workbench().unsaved);
     opened.entry().trigger();
     QCOMPARE(opened.workspace().formulas, Formulas::classic);
     QVERIFY(opened.button().isVisible());
-    QCOMPARE(opened.workspace().mag_data(50, row_raw, stage_calculated), classic);
+    QCOMPARE(opened.workspace().mag.data(50, row_raw, stage_calculated), classic);
 }
 
 void FormFormulasTest::the_choice_can_be_taken_back() {

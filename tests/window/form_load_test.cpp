@@ -135,9 +135,9 @@ void FormLoadTest::a_setting_is_taken_over_when_the_tab_is_left() {
     Opened sample;
     sample.load();
     sample.type("Text_smooth_filter_width", "7", false);
-    QCOMPARE(sample.session.workspace.smooth_filter_width, 0);
+    QCOMPARE(sample.session.workspace.processing.smooth_filter_width, 0);
     sample.choose_tab(1);
-    QCOMPARE(sample.session.workspace.smooth_filter_width, 7);
+    QCOMPARE(sample.session.workspace.processing.smooth_filter_width, 7);
 }
 
 void FormLoadTest::pasted_rubbish_is_refused_everywhere() {
@@ -163,9 +163,9 @@ void FormLoadTest::pasted_rubbish_is_refused_everywhere() {
     }
     const Workspace& after = sample.session.workspace;
     QVERIFY(after.definition == before.definition);
-    QCOMPARE(after.field_intensity, before.field_intensity);
-    QCOMPARE(after.mag_base, before.mag_base);
-    QCOMPARE(after.infinite_body_length, before.infinite_body_length);
+    QCOMPARE(after.field.intensity, before.field.intensity);
+    QCOMPARE(after.mag.base, before.mag.base);
+    QCOMPARE(after.drawing.infinite_body_length, before.drawing.infinite_body_length);
 }
 
 void FormLoadTest::missing_files_are_told() {

@@ -113,7 +113,7 @@ void FormViewsTest::an_unfinished_text_is_taken_over_before_the_model_is_shown()
     sample.type("Text_residual_filter_width", "x7", false);
     sample.choose_tab(1);
     QCOMPARE(sample.tab(), 1);
-    QCOMPARE(sample.workspace().residual_filter_width, 0);
+    QCOMPARE(sample.workspace().processing.residual_filter_width, 0);
     QVERIFY2(sample.prompts.messages.empty(), "the stored value is put back, and the status bar says so");
     QVERIFY(sample.status(1).contains("x7"));
 }

@@ -139,7 +139,7 @@ TEST(AxmBody, a_remanence_that_cannot_be_converted_is_0) {
     lines.back() = " 0  0.5  10  20  1  100  9000  0  0.001  9  0 -90  90  0 -360  360  2.7  1 -1  4 ";
     EXPECT_EQ(read_one(" 1  6  500  0  0 ", lines).rem_q.value, 0);
     Reading r;
-    r.workspace.field_intensity = 0;
+    r.workspace.field.intensity = 0;
     ASSERT_EQ(r.read_text(file_with(" 1  6  500  0  0 ", old_body(6)), 3), 0);
     EXPECT_EQ(r.workspace.body(1).rem_q.value, 0);
 }

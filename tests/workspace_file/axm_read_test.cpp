@@ -32,19 +32,19 @@ TEST(AxmRead, all_definitions_of_a_whole_file_are_taken) {
     EXPECT_EQ(w.definition, expected);
     EXPECT_EQ(w.station_spacing, 2.5F);
     EXPECT_EQ(w.min_station_spacing, 0.5F);
-    EXPECT_EQ(w.residual_filter_width, 30);
-    EXPECT_EQ(w.display_total_gradient, 1);
+    EXPECT_EQ(w.processing.residual_filter_width, 30);
+    EXPECT_EQ(w.processing.display_total_gradient, 1);
     EXPECT_EQ(w.first_station, 4);
     EXPECT_EQ(w.last_station, 50);
-    EXPECT_EQ(w.smooth_filter_type, 3);
-    EXPECT_EQ(w.smooth_filter_width, 6);
-    EXPECT_EQ(w.mag_base, 50100);
-    EXPECT_EQ(w.grav_base, -3);
-    EXPECT_EQ(w.float_mag_base + w.float_grav_base, 2);
+    EXPECT_EQ(w.processing.smooth_filter_type, 3);
+    EXPECT_EQ(w.processing.smooth_filter_width, 6);
+    EXPECT_EQ(w.mag.base, 50100);
+    EXPECT_EQ(w.grav.base, -3);
+    EXPECT_EQ(w.mag.float_base + w.grav.float_base, 2);
     const PointTransform transform{false, 30, 1, 0, 2, 2, 10, 20, 100, 200, false, 11, 22, 111, 222, 5, -1};
     EXPECT_EQ(w.transform, transform);
-    EXPECT_EQ(w.infinite_body_length, 500);
-    EXPECT_EQ(w.finite_body_right_clip, 40);
+    EXPECT_EQ(w.drawing.infinite_body_length, 500);
+    EXPECT_EQ(w.drawing.finite_body_right_clip, 40);
     const DisplaySettings display{true, 11500, 9900, 1, 0, 1, {0.25F, 0.5F, 0.625F, 0.75F}, true, 2.5F};
     EXPECT_EQ(w.display, display);
 }
@@ -65,18 +65,18 @@ TEST(AxmRead, seven_numbers_on_line_2_leave_the_spacings_and_clear_the_spare_one
 
 TEST(AxmRead, one_number_on_line_4_keeps_the_other_filter_settings_but_ends_the_smoothing) {
     Reading r;
-    r.workspace.vg_filter_width = 9;
-    r.workspace.vg_filter_step = 3;
-    r.workspace.display_total_gradient = 1;
-    r.workspace.smooth_filter_type = r.workspace.smooth_filter_width = 2;
+    r.workspace.processing.vg_filter_width = 9;
+    r.workspace.processing.vg_filter_step = 3;
+    r.workspace.processing.display_total_gradient = 1;
+    r.workspace.processing.smooth_filter_type = r.workspace.processing.smooth_filter_width = 2;
     r.workspace.first_station = 3;
     ASSERT_EQ(r.read_lines(with_line(4, " 7")), 0);
-    EXPECT_EQ(r.workspace.residual_filter_width, 7);
-    EXPECT_EQ(r.workspace.vg_filter_width, 9);
-    EXPECT_EQ(r.workspace.vg_filter_step, 3);
-    EXPECT_EQ(r.workspace.display_total_gradient, 1);
-    EXPECT_EQ(r.workspace.smooth_filter_width, 0);
-    EXPECT_EQ(r.workspace.smooth_filter_type, 0);
+    EXPECT_EQ(r.workspace.processing.residual_filter_width, 7);
+    EXPECT_EQ(r.workspace.processing.vg_filter_width, 9);
+    EXPECT_EQ(r.workspace.processing.vg_filter_step, 3);
+    EXPECT_EQ(r.workspace.processing.display_total_gradient, 1);
+    EXPECT_EQ(r.workspace.processing.smooth_filter_width, 0);
+    EXPECT_EQ(r.workspace.processing.smooth_filter_type, 0);
     EXPECT_EQ(r.workspace.first_station, 0);
 }
 
@@ -87,7 +87,7 @@ TEST(AxmRead, the_station_window_needs_both_its_numbers) {
     ASSERT_EQ(two.read_lines(with_line(4, " 0 5 1 0 4 44")), 0);
     EXPECT_EQ(two.workspace.first_station, 4);
     EXPECT_EQ(two.workspace.last_station, 44);
-    EXPECT_EQ(two.workspace.smooth_filter_width, 0);
+    EXPECT_EQ(two.workspace.processing.smooth_filter_width, 0);
 }
 
 TEST(AxmRead, distances_take_the_window_over_from_the_stations) {
@@ -103,20 +103,20 @@ TEST(AxmRead, distances_take_the_window_over_from_the_stations) {
 TEST(AxmRead, a_filter_type_that_the_list_lacks_becomes_the_nearest) {
     Reading below, above;
     ASSERT_EQ(below.read_lines(with_line(4, " 0 5 1 0 0 0 -1 3")), 0);
-    EXPECT_EQ(below.workspace.smooth_filter_type, 0);
+    EXPECT_EQ(below.workspace.processing.smooth_filter_type, 0);
     ASSERT_EQ(above.read_lines(with_line(4, " 0 5 1 0 0 0 77 3")), 0);
-    EXPECT_EQ(above.workspace.smooth_filter_type, 4);
-    EXPECT_EQ(above.workspace.smooth_filter_width, 3);
+    EXPECT_EQ(above.workspace.processing.smooth_filter_type, 4);
+    EXPECT_EQ(above.workspace.processing.smooth_filter_width, 3);
 }
 
 TEST(AxmRead, three_base_values_leave_the_gravity_base_to_the_mean) {
     Reading r;
-    r.workspace.grav_base = 5;
-    r.workspace.float_mag_base = r.workspace.float_grav_base = 1;
+    r.workspace.grav.base = 5;
+    r.workspace.mag.float_base = r.workspace.grav.float_base = 1;
     ASSERT_EQ(r.read_lines(with_line(5, "56000 0 10")), 0);
-    EXPECT_EQ(r.workspace.grav_base, unset);
-    EXPECT_EQ(r.workspace.float_mag_base, 0);
-    EXPECT_EQ(r.workspace.float_grav_base, 0);
+    EXPECT_EQ(r.workspace.grav.base, unset);
+    EXPECT_EQ(r.workspace.mag.float_base, 0);
+    EXPECT_EQ(r.workspace.grav.float_base, 0);
 }
 
 TEST(AxmRead, eleven_lines_are_a_file_without_bodies) {
@@ -124,7 +124,7 @@ TEST(AxmRead, eleven_lines_are_a_file_without_bodies) {
     r.workspace.body_count = 5;
     ASSERT_EQ(r.read_lines(definition_lines()), 0);
     EXPECT_EQ(r.workspace.body_count, 0);
-    EXPECT_EQ(r.workspace.infinite_body_length, 0);
+    EXPECT_EQ(r.workspace.drawing.infinite_body_length, 0);
     EXPECT_FALSE(r.workspace.display.valid);
     EXPECT_TRUE(r.prompts.messages.empty());
 }
@@ -132,8 +132,8 @@ TEST(AxmRead, eleven_lines_are_a_file_without_bodies) {
 TEST(AxmRead, view_values_are_each_read_while_text_is_left) {
     Reading r;
     ASSERT_EQ(r.read_lines(with_line(12, " 1 7 600")), 0);
-    EXPECT_EQ(r.workspace.infinite_body_length, 600);
-    EXPECT_EQ(r.workspace.finite_body_left_clip, 0);
+    EXPECT_EQ(r.workspace.drawing.infinite_body_length, 600);
+    EXPECT_EQ(r.workspace.drawing.finite_body_left_clip, 0);
 }
 
 TEST(AxmRead, lines_before_the_display_block_are_passed_over) {
@@ -185,8 +185,8 @@ TEST(AxmRead, a_block_behind_the_display_settings_is_passed_over) {
 
 TEST(AxmRead, a_mode_above_0_takes_the_bodies_alone) {
     Reading r;
-    r.workspace.field_intensity = 1;
-    r.workspace.infinite_body_length = 2;
+    r.workspace.field.intensity = 1;
+    r.workspace.drawing.infinite_body_length = 2;
     r.workspace.first_distance = 3;
     r.workspace.model_file = "mine.axm";
     r.workspace.display.form_width = 4711;
@@ -197,8 +197,8 @@ TEST(AxmRead, a_mode_above_0_takes_the_bodies_alone) {
     EXPECT_EQ(r.workspace.body_count, 2);
     EXPECT_EQ(r.workspace.body(2).name, "Body no. 2");
     EXPECT_EQ(r.workspace.definition, definition);
-    EXPECT_EQ(r.workspace.field_intensity, 1);
-    EXPECT_EQ(r.workspace.infinite_body_length, 2);
+    EXPECT_EQ(r.workspace.field.intensity, 1);
+    EXPECT_EQ(r.workspace.drawing.infinite_body_length, 2);
     EXPECT_EQ(r.workspace.first_distance, 3);
     EXPECT_EQ(r.workspace.model_file, "mine.axm");
     EXPECT_EQ(r.workspace.display.form_width, 4711);

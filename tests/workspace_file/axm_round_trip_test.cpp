@@ -10,27 +10,27 @@ void fill(Workspace& workspace) {
     workspace.definition = {"line 7 of the survey.dat", 0, 12, 3, 4711, 9, 2, 3, 4, 5, 6, 7};
     workspace.station_spacing = 12.5F;
     workspace.min_station_spacing = 0.125F;
-    workspace.field_intensity = 51940.25F;
-    workspace.field_inclination = -53.1F;
-    workspace.field_declination = 6.7F;
+    workspace.field.intensity = 51940.25F;
+    workspace.field.inclination = -53.1F;
+    workspace.field.declination = 6.7F;
     workspace.surface_elevation = 321.5F;
     workspace.sensor_offset = 80.25F;
-    workspace.infinite_body_length = 750;
-    workspace.finite_body_left_clip = 11;
-    workspace.finite_body_right_clip = 22;
+    workspace.drawing.infinite_body_length = 750;
+    workspace.drawing.finite_body_left_clip = 11;
+    workspace.drawing.finite_body_right_clip = 22;
     workspace.display = {true, 11500, 9900, 1, 1, 1, {0.25F, 0.5F, 0.625F, 0.75F}, true, 2.5F};
-    workspace.mag_base = 50123.5F;
-    workspace.grav_base = -3.5F;
-    workspace.float_mag_base = 1;
-    workspace.float_grav_base = 1;
+    workspace.mag.base = 50123.5F;
+    workspace.grav.base = -3.5F;
+    workspace.mag.float_base = 1;
+    workspace.grav.float_base = 1;
     workspace.first_station = 5;
     workspace.last_station = 55;
-    workspace.smooth_filter_width = 3;
-    workspace.smooth_filter_type = 4;
-    workspace.residual_filter_width = 30;
-    workspace.display_total_gradient = 1;
-    workspace.vg_filter_width = 7;
-    workspace.vg_filter_step = 2;
+    workspace.processing.smooth_filter_width = 3;
+    workspace.processing.smooth_filter_type = 4;
+    workspace.processing.residual_filter_width = 30;
+    workspace.processing.display_total_gradient = 1;
+    workspace.processing.vg_filter_width = 7;
+    workspace.processing.vg_filter_step = 2;
     workspace.transform = {false,   12.5,  1, 0, 2, 3, 412345.25, 7123456.5, 1000.5,
                            2000.75, false, 4, 5, 6, 7, -8,        0.5};
     workspace.body_count = 3;
@@ -63,18 +63,21 @@ void expect_same_settings(const Workspace& a, const Workspace& b) {
     EXPECT_EQ(a.definition, b.definition);
     EXPECT_EQ(a.display, b.display);
     EXPECT_EQ(a.transform, b.transform);
-    for (const auto field :
-         {&Workspace::station_spacing, &Workspace::min_station_spacing, &Workspace::field_intensity,
-          &Workspace::field_inclination, &Workspace::field_declination, &Workspace::surface_elevation,
-          &Workspace::sensor_offset, &Workspace::infinite_body_length, &Workspace::finite_body_left_clip,
-          &Workspace::finite_body_right_clip, &Workspace::mag_base, &Workspace::grav_base})
+    for (const auto field : {&Workspace::station_spacing, &Workspace::min_station_spacing,
+                             &Workspace::surface_elevation, &Workspace::sensor_offset})
         EXPECT_EQ(a.*field, b.*field);
-    for (const auto field :
-         {&Workspace::float_mag_base, &Workspace::float_grav_base, &Workspace::first_station,
-          &Workspace::last_station, &Workspace::smooth_filter_width, &Workspace::smooth_filter_type,
-          &Workspace::residual_filter_width, &Workspace::display_total_gradient, &Workspace::vg_filter_width,
-          &Workspace::vg_filter_step, &Workspace::body_count})
-        EXPECT_EQ(a.*field, b.*field);
+    EXPECT_EQ(a.field, b.field);
+    EXPECT_EQ(a.processing, b.processing);
+    EXPECT_EQ(a.drawing.infinite_body_length, b.drawing.infinite_body_length);
+    EXPECT_EQ(a.drawing.finite_body_left_clip, b.drawing.finite_body_left_clip);
+    EXPECT_EQ(a.drawing.finite_body_right_clip, b.drawing.finite_body_right_clip);
+    for (const auto channel : {&Workspace::mag, &Workspace::grav}) {
+        EXPECT_EQ((a.*channel).base, (b.*channel).base);
+        EXPECT_EQ((a.*channel).float_base, (b.*channel).float_base);
+    }
+    EXPECT_EQ(a.first_station, b.first_station);
+    EXPECT_EQ(a.last_station, b.last_station);
+    EXPECT_EQ(a.body_count, b.body_count);
     EXPECT_EQ(a.first_distance, b.first_distance);
     EXPECT_EQ(a.last_distance, b.last_distance);
 }

@@ -121,8 +121,8 @@ TEST(AxmWrite, a_save_sets_the_end_widths_and_the_display_mark_in_the_record) {
 
 TEST(AxmWrite, very_large_and_very_small_values_take_an_exponent) {
     Writing w;
-    w.workspace.field_intensity = 1e32F;
-    w.workspace.field_inclination = -2.5e-7F;
+    w.workspace.field.intensity = 1e32F;
+    w.workspace.field.inclination = -2.5e-7F;
     w.workspace.first_distance = 123456.789012345;
     const std::string text = w.written();
     EXPECT_NE(text.find("\r\n 1E+32 -2.5E-07 -4 \r\n"), std::string::npos);

@@ -104,8 +104,8 @@ void fill_coefficients(const Workspace& workspace, ModelBody& body) {
 
     // Without a remanence the direction is the field's, also after the demagnetisation has turned the
     // vector: only its reduced size is used then.
-    const double inclination = workspace.field_inclination * radians_per_degree;
-    Direction direction{workspace.field_declination * radians_per_degree, std::sin(inclination),
+    const double inclination = workspace.field.inclination * radians_per_degree;
+    Direction direction{workspace.field.declination * radians_per_degree, std::sin(inclination),
                         std::cos(inclination)};
     if (body.rem_q.value != 0) {
         direction = add_remanence(total, remanent_magnitude(workspace, body), body);
@@ -138,14 +138,14 @@ double strike_against_profile(const ModelBody& body, float azimuth) {
 }
 
 AmbientField ambient_field(const Workspace& workspace) {
-    const double inclination = workspace.field_inclination * radians_per_degree;
-    const double declination = workspace.field_declination * radians_per_degree;
+    const double inclination = workspace.field.inclination * radians_per_degree;
+    const double declination = workspace.field.declination * radians_per_degree;
     return {std::cos(declination) * std::cos(inclination), std::sin(declination) * std::cos(inclination),
-            std::sin(inclination), workspace.field_intensity};
+            std::sin(inclination), workspace.field.intensity};
 }
 
 double remanent_magnitude(const Workspace& workspace, const ModelBody& body) {
-    return static_cast<double>(workspace.field_intensity) * body.rem_q.value * body.susc.value / 4 / pi /
+    return static_cast<double>(workspace.field.intensity) * body.rem_q.value * body.susc.value / 4 / pi /
            micro;
 }
 

@@ -47,7 +47,7 @@ void fill_wire(const Workspace& workspace, ModelBody& body) {
         }
         const double along = body.moment_y;
         response[i] = static_cast<float>(std::sqrt(across * across + along * along + down * down) -
-                                         workspace.field_intensity);
+                                         workspace.field.intensity);
     }
 }
 

@@ -36,8 +36,8 @@ Point3 placed(const BodyFrame& frame, const Point3& in_body) {
 
 ExactField exact_field(const Workspace& workspace, const ModelBody& body, const BodyFrame& frame) {
     ExactField field;
-    field.direction = unit_vector(workspace.field_inclination, workspace.field_declination, frame);
-    field.intensity = workspace.field_intensity;
+    field.direction = unit_vector(workspace.field.inclination, workspace.field.declination, frame);
+    field.intensity = workspace.field.intensity;
     const double q = body.rem_q.value;
     const double induced = body.susc.value / 1e6 * field.intensity / (4 * exact_pi);
     field.magnetisation =

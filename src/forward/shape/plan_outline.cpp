@@ -31,8 +31,8 @@ struct AlongStrike {
 
 AlongStrike limited_ends(const Workspace& workspace, const ModelBody& body) {
     const double half = static_cast<double>(body.length.value) / 2;
-    const double left = workspace.finite_body_left_clip;
-    const double right = workspace.finite_body_right_clip;
+    const double left = workspace.drawing.finite_body_left_clip;
+    const double right = workspace.drawing.finite_body_right_clip;
     AlongStrike ends{body.offset.value - half, half + body.offset.value};
     if (left > 0) ends.near_end = std::max(ends.near_end, -left);
     if (right > 0) ends.far_end = std::min(ends.far_end, right);
@@ -40,7 +40,7 @@ AlongStrike limited_ends(const Workspace& workspace, const ModelBody& body) {
 }
 
 AlongStrike unlimited_ends(const Workspace& workspace) {
-    const double length = workspace.infinite_body_length;
+    const double length = workspace.drawing.infinite_body_length;
     const double half = length > 0 ? length / 2 : unlimited_half_length;
     return {-half, half};
 }

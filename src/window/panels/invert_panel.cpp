@@ -224,8 +224,8 @@ void InvertPanel::show_choices(const flow::InversionPanel& panel) {
     channel_->setCurrentIndex(panel.channel_index);
     method_->setCurrentIndex(least_squares ? 1 : 0);
     gradient_->setChecked(workbench_.session.inversion.inversion_target == target_gradient);
-    gradient_->setText(workspace.display_total_gradient == 1 ? tr("Invert Total Grad")
-                                                             : tr("Invert Vertical Grad"));
+    gradient_->setText(workspace.processing.display_total_gradient == 1 ? tr("Invert Total Grad")
+                                                                        : tr("Invert Vertical Grad"));
 }
 
 void InvertPanel::show_panel(const flow::InversionPanel& panel) {

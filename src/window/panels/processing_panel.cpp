@@ -114,9 +114,9 @@ void ProcessingPanel::fill() {
     const SuspendEvents suspend(guards());
     const Workspace& workspace = workbench().session.workspace;
     smooth_type_->setCurrentIndex(edit::smooth_filter_index(workspace));
-    total_gradient_->setChecked(workspace.display_total_gradient == 1);
-    float_checks_[0]->setChecked(workspace.float_mag_base == 1);
-    float_checks_[1]->setChecked(workspace.float_grav_base == 1);
+    total_gradient_->setChecked(workspace.processing.display_total_gradient == 1);
+    float_checks_[0]->setChecked(workspace.mag.float_base == 1);
+    float_checks_[1]->setChecked(workspace.grav.float_base == 1);
     show_gradient_captions();
     update_base_frame();
 }
@@ -128,7 +128,7 @@ void ProcessingPanel::show_base_texts(const std::optional<std::string>& mag,
 }
 
 void ProcessingPanel::update_base_frame() {
-    base_frame_->setVisible(workbench().session.workspace.residual_filter_width <= 0);
+    base_frame_->setVisible(workbench().session.workspace.processing.residual_filter_width <= 0);
 }
 
 edit::DisplayTexts ProcessingPanel::display_texts() const {

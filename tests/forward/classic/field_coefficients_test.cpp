@@ -69,8 +69,8 @@ TEST(FieldCoefficients, a_remanence_along_the_field_adds_to_the_size_alone) {
     Case c;
     ModelBody& body = c.with(thin_sheet);
     body.rem_q.value = 1.5F;
-    body.rem_i.value = c.workspace.field_inclination;
-    body.rem_d.value = c.workspace.field_declination;
+    body.rem_i.value = c.workspace.field.inclination;
+    body.rem_d.value = c.workspace.field.declination;
     EXPECT_EQ(c.run(), 0);
     EXPECT_NEAR(body.last_calculated, 2.5 * 0.05 * 56000 / (4 * pi), 1e-4);
     EXPECT_NEAR(body.mag_north, body.field_north, 1e-6);
@@ -81,8 +81,8 @@ TEST(FieldCoefficients, a_negative_ratio_turns_the_remanence_round_and_the_size_
     Case c;
     ModelBody& body = c.with(thin_sheet);
     body.rem_q.value = -3;
-    body.rem_i.value = c.workspace.field_inclination;
-    body.rem_d.value = c.workspace.field_declination;
+    body.rem_i.value = c.workspace.field.inclination;
+    body.rem_d.value = c.workspace.field.declination;
     EXPECT_EQ(c.run(), 0);
     EXPECT_NEAR(body.last_calculated, 2 * 0.05 * 56000 / (4 * pi), 1e-4);
     EXPECT_NEAR(body.mag_down, -body.field_down, 1e-6);
@@ -152,7 +152,7 @@ TEST(FieldCoefficients, a_wire_gets_its_turned_field_and_stays_out_of_date) {
 
 TEST(FieldCoefficients, of_a_sphere_under_a_vertical_field_are_those_of_a_vertical_dipole) {
     Case c;
-    c.workspace.field_inclination = 90;
+    c.workspace.field.inclination = 90;
     ModelBody& body = c.with(sphere);
     c.run();
     EXPECT_NEAR(body.coef_a, -1, 1e-6);
@@ -176,7 +176,7 @@ TEST(FieldCoefficients, of_a_sheet_take_the_north_component_whatever_the_strike)
 
 TEST(FieldCoefficients, a_field_beyond_single_precision_is_an_overflow) {
     Case c;
-    c.workspace.field_intensity = 3e38F;
+    c.workspace.field.intensity = 3e38F;
     c.with(thin_sheet).susc.value = 1e30F;
     EXPECT_EQ(c.run(), -1);
     EXPECT_TRUE(c.prompts.told("Overflow"));

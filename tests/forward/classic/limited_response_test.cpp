@@ -75,7 +75,7 @@ TEST(LimitedSheet, rebuilds_its_moment_in_north_east_down) {
 
 TEST(LimitedSheet, a_strike_of_180_more_is_the_same_prism_on_the_other_side) {
     Line line(101);
-    line.workspace.field_inclination = 90;
+    line.workspace.field.inclination = 90;
     ModelBody& body = line.add(thick_sheet, 500, 90);
     const std::vector<double> curve = line.response();
     body.strike.value = -90;
@@ -96,8 +96,8 @@ TEST(LimitedSheet, cut_in_two_along_strike_adds_up) {
     line.calculate();
     for (int i = 1; i <= 101; ++i) {
         const auto at = static_cast<std::size_t>(i - 1);
-        EXPECT_NEAR(line.workspace.mag_data(i, row_raw, stage_calculated), mag[at], 1e-4 * peak_of(mag));
-        EXPECT_NEAR(line.workspace.grav_data(i, row_raw, stage_calculated), grav[at], 1e-4 * peak_of(grav));
+        EXPECT_NEAR(line.workspace.mag.data(i, row_raw, stage_calculated), mag[at], 1e-4 * peak_of(mag));
+        EXPECT_NEAR(line.workspace.grav.data(i, row_raw, stage_calculated), grav[at], 1e-4 * peak_of(grav));
     }
 }
 
@@ -163,8 +163,8 @@ TEST(Pipe, a_shell_and_its_filling_are_the_full_pipe) {
     line.calculate();
     for (int i = 1; i <= 101; ++i) {
         const auto at = static_cast<std::size_t>(i - 1);
-        EXPECT_NEAR(line.workspace.mag_data(i, row_raw, stage_calculated), full[at], 1e-5 * peak_of(full));
-        EXPECT_NEAR(line.workspace.grav_data(i, row_raw, stage_calculated), mass[at], 1e-5 * peak_of(mass));
+        EXPECT_NEAR(line.workspace.mag.data(i, row_raw, stage_calculated), full[at], 1e-5 * peak_of(full));
+        EXPECT_NEAR(line.workspace.grav.data(i, row_raw, stage_calculated), mass[at], 1e-5 * peak_of(mass));
     }
 }
 

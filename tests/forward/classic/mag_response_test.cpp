@@ -111,7 +111,7 @@ TEST(MagResponse, a_very_long_prism_is_the_sheet_of_unlimited_strike_for_either_
         for (const float dip : {90.0F, 50.0F, 130.0F}) {
             Line line(101);
             line.workspace.definition.grav_column = 0;
-            line.workspace.field_declination = 0;
+            line.workspace.field.declination = 0;
             ModelBody& body = line.add(thick_sheet, 503, strike);
             body.dip.value = dip;
             body.rem_q.value = 0.7F;

@@ -110,7 +110,7 @@ TEST(ThickSheet, is_a_logarithm_and_an_angle_at_each_level) {
 TEST(ThickSheet, reversing_the_strike_mirrors_the_body) {
     for (const BodyType type : {thin_sheet, thick_sheet}) {
         Line line(101);
-        line.workspace.field_inclination = 90;
+        line.workspace.field.inclination = 90;
         ModelBody& body = line.add(type, 500, 90);
         body.length.value = 0;
         body.dip.value = 40;
@@ -165,10 +165,10 @@ TEST(ThickSheet, cut_in_two_across_and_in_depth_adds_up) {
     whole.calculate();
     parts.calculate();
     for (int i = 1; i <= 101; ++i) {
-        EXPECT_NEAR(whole.workspace.mag_data(i, row_raw, stage_calculated),
-                    parts.workspace.mag_data(i, row_raw, stage_calculated), 0.01);
-        EXPECT_NEAR(whole.workspace.grav_data(i, row_raw, stage_calculated),
-                    parts.workspace.grav_data(i, row_raw, stage_calculated), 1e-4);
+        EXPECT_NEAR(whole.workspace.mag.data(i, row_raw, stage_calculated),
+                    parts.workspace.mag.data(i, row_raw, stage_calculated), 0.01);
+        EXPECT_NEAR(whole.workspace.grav.data(i, row_raw, stage_calculated),
+                    parts.workspace.grav.data(i, row_raw, stage_calculated), 1e-4);
     }
 }
 

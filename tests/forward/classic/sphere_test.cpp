@@ -9,7 +9,7 @@ namespace anomalis::forward {
 
 TEST(Sphere, under_a_vertical_field_is_a_vertical_dipole) {
     Line line(101);
-    line.workspace.field_inclination = 90;
+    line.workspace.field.inclination = 90;
     ModelBody& body = line.add(sphere, 500);
     body.width.value = 30;
     body.strike.value = 90;

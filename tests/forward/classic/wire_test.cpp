@@ -20,7 +20,7 @@ double strength(const Line& line, double x, const std::vector<std::array<double,
         down -= b * xk;
     }
     return std::sqrt(across * across + body.moment_y * body.moment_y + down * down) -
-           line.workspace.field_intensity;
+           line.workspace.field.intensity;
 }
 
 void expect_curve(Line& line, const std::vector<std::array<double, 3>>& wires) {

@@ -21,9 +21,9 @@ std::vector<double> polyhedron_curve(ExactLine& line, Curve kind, const std::vec
         polyhedron.gravity(stations, body.density.value, values);
         return values;
     }
-    const double i = exact_radians(w.field_inclination), d = exact_radians(w.field_declination);
+    const double i = exact_radians(w.field.inclination), d = exact_radians(w.field.declination);
     const Point3 f{std::cos(i) * std::sin(d), std::cos(i) * std::cos(d), -std::sin(i)};
-    const double size = body.susc.value * 1e-6 * w.field_intensity / (4 * exact_pi);
+    const double size = body.susc.value * 1e-6 * w.field.intensity / (4 * exact_pi);
     polyhedron.total_field(stations, f * size, f, values);
     return values;
 }

@@ -17,7 +17,7 @@ constexpr double newton = 0.00667;
 TEST(ExactPhysics, a_vertically_magnetised_body_shows_the_vertical_gradient_of_its_gravity) {
     for (const BodySample& sample : body_samples) {
         ExactLine line(61, 15);
-        line.workspace.field_inclination = 90;
+        line.workspace.field.inclination = 90;
         add_sample(line, sample);
         const std::vector<double> magnetic = line.curve(Curve::magnetic);
         const double step = 0.02;
@@ -26,7 +26,7 @@ TEST(ExactPhysics, a_vertically_magnetised_body_shows_the_vertical_gradient_of_i
         line.lift(-2 * step);
         const std::vector<double> gradient = times(minus(line.curve(Curve::gravity), above), 1 / (2 * step));
         const ModelBody& body = line.body();
-        const double j = body.susc.value * 1e-6 * line.workspace.field_intensity / (4 * exact_pi);
+        const double j = body.susc.value * 1e-6 * line.workspace.field.intensity / (4 * exact_pi);
         EXPECT_LT(relative_difference(times(gradient, j / (newton * body.density.value)), magnetic), 1e-6)
             << sample.name;
     }

@@ -79,8 +79,8 @@ TEST(ExactPlaces, the_field_jumps_by_the_poles_of_a_face_and_on_the_face_the_out
         body.width.value = 60;
         body.depth_extent.value = upright.depth_extent;
         body.length.value = upright.length;
-        probe.workspace.field_inclination = 90;
-        const double j = body.susc.value * 1e-6 * probe.workspace.field_intensity / (4 * exact_pi);
+        probe.workspace.field.inclination = 90;
+        const double j = body.susc.value * 1e-6 * probe.workspace.field.intensity / (4 * exact_pi);
         const double outside = probe.at(Curve::magnetic, 30, 10, 1e-6);
         const double on_face = probe.at(Curve::magnetic, 30, 10, 0);
         const double inside = probe.at(Curve::magnetic, 30, 10, -1e-6);
@@ -105,7 +105,7 @@ TEST(ExactPlaces, within_a_millimetre_of_an_edge_the_field_grows_no_more) {
         body.length.value = upright.length;
         for (const double x : {0.0, 60.0}) {
             const double at_edge = std::abs(probe.at(Curve::magnetic, x, 10, 0));
-            EXPECT_LT(at_edge, 6 * body.susc.value * 1e-6 * probe.workspace.field_intensity) << upright.name;
+            EXPECT_LT(at_edge, 6 * body.susc.value * 1e-6 * probe.workspace.field.intensity) << upright.name;
         }
     }
 }
@@ -131,8 +131,8 @@ TEST(ExactPlaces, inside_a_sphere_the_field_is_uniform_and_gravity_grows_from_it
     Probe probe;
     ModelBody& body = probe.add(sphere, 1, 90);
     body.width.value = 50;
-    probe.workspace.field_inclination = 90;
-    const double j = body.susc.value * 1e-6 * probe.workspace.field_intensity / (4 * exact_pi);
+    probe.workspace.field.inclination = 90;
+    const double j = body.susc.value * 1e-6 * probe.workspace.field.intensity / (4 * exact_pi);
     for (const double x : {0.0, 10.0, 24.9})
         EXPECT_NEAR(probe.at(Curve::magnetic, x, 0, 0), -pole_jump * j / 3, 1e-9);
     EXPECT_NEAR(probe.at(Curve::magnetic, 0, 0, 25), 2 * pole_jump * j / 3, 1e-9);
@@ -148,8 +148,8 @@ TEST(ExactPlaces, far_away_a_body_is_its_dipole) {
     body.width.value = 0.125F;
     body.depth_extent.value = 1;
     body.length.value = 0;
-    probe.workspace.field_inclination = 90;
-    const double j = body.susc.value * 1e-6 * probe.workspace.field_intensity / (4 * exact_pi);
+    probe.workspace.field.inclination = 90;
+    const double j = body.susc.value * 1e-6 * probe.workspace.field.intensity / (4 * exact_pi);
     for (const double r : {1e3, 1e5}) {
         const double line_dipole = 2 * j * 0.125 / (r * r);
         EXPECT_NEAR(probe.at(Curve::magnetic, 0.0625, 0, r - 0.5), line_dipole, 2e-6 * line_dipole);

@@ -36,7 +36,7 @@ TEST(ExactResponse, only_bodies_out_of_date_are_calculated_and_one_switched_off_
     line.body(2).turned_off = 1;
     invalidate_body(line.body(2));
     line.calculate();
-    EXPECT_EQ(line.workspace.mag_data(7, row_raw, stage_calculated), 12345);
+    EXPECT_EQ(line.workspace.mag.data(7, row_raw, stage_calculated), 12345);
     EXPECT_EQ(line.body(2).response(7, 1), 0);
 }
 

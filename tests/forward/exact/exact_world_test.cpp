@@ -27,7 +27,7 @@ ExactLine turned_world(double degrees) {
     ExactLine line;
     add_all(line);
     line.turn(degrees);
-    line.workspace.field_declination -= static_cast<float>(degrees);
+    line.workspace.field.declination -= static_cast<float>(degrees);
     for (int number = 1; number <= line.workspace.body_count; ++number) {
         line.body(number).strike.value -= static_cast<float>(degrees);
         line.body(number).rem_d.value -= static_cast<float>(degrees);

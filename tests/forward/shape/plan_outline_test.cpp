@@ -61,19 +61,19 @@ TEST(PlanOutline, turns_with_the_strike) {
 
 TEST(PlanOutline, clips_shorten_a_limited_sheet_on_their_side) {
     Plan plan;
-    plan.workspace.finite_body_left_clip = 60;
-    plan.workspace.finite_body_right_clip = 90;
+    plan.workspace.drawing.finite_body_left_clip = 60;
+    plan.workspace.drawing.finite_body_right_clip = 90;
     ASSERT_EQ(plan.outline_of(plan.sheet()), 5);
     plan.expect_corner(0, 1000, 1940);
     plan.expect_corner(1, 1000, 2090);
-    plan.workspace.finite_body_left_clip = 500;
+    plan.workspace.drawing.finite_body_left_clip = 500;
     ASSERT_EQ(plan.outline_of(plan.sheet()), 5);
     plan.expect_corner(0, 1000, 1850);
 }
 
 TEST(PlanOutline, an_unlimited_body_has_the_length_of_the_setting) {
     Plan plan;
-    plan.workspace.infinite_body_length = 500;
+    plan.workspace.drawing.infinite_body_length = 500;
     for (const BodyType type : {thin_sheet, edge, sloping_step}) {
         ASSERT_EQ(plan.outline_of(plan.sheet(type)), 5);
         plan.expect_corner(0, 1000, 1750);
@@ -87,7 +87,7 @@ TEST(PlanOutline, an_unlimited_body_has_the_length_of_the_setting) {
 
 TEST(PlanOutline, without_the_setting_it_runs_across_the_whole_plan) {
     Plan plan;
-    plan.workspace.infinite_body_length = 0;
+    plan.workspace.drawing.infinite_body_length = 0;
     ASSERT_EQ(plan.outline_of(plan.sheet(thin_sheet)), 5);
     plan.expect_corner(0, 1000, 2000 - 100000);
     ASSERT_EQ(plan.outline_of(plan.sheet(thin_sheet), {0, 5000, 500, 4000}), 5);
