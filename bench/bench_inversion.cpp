@@ -13,7 +13,7 @@
 #include "intake/profile.h"
 #include "inversion/report.h"
 #include "level_line.h"
-#include "model/evaluate.h"
+#include "model/refresh_model.h"
 #include "model/misfit.h"
 #include "quiet_prompts.h"
 #include "timing.h"
@@ -54,7 +54,7 @@ struct Line {
             w.body(i).top.value -= 4;
             w.body(i).dip.value += 5;
             w.body(i).susc.value *= 0.9F;
-            invalidate_body(w.body(i));
+            w.body(i).mag_response_valid = w.body(i).grav_response_valid = false;
         }
         invalidate_filtered_data(0, w);
         model::refresh_model(session);
@@ -70,7 +70,7 @@ void one_evaluation(benchmark::State& state) {
     for (auto _ : state) {
         body.dip.value += 0.01F;
         const double seconds = evaluation.take([&] {
-            invalidate_body(body);
+            body.mag_response_valid = body.grav_response_valid = false;
             model::evaluate_model_misfit(line.session, w.mag.data, w.grav.data);
         });
         response.take([&] {

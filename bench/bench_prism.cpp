@@ -30,7 +30,7 @@ struct Dragged {
     void step() {
         body().distance.value += 0.5F;
         body().dip.value += 0.01F;
-        invalidate_body(body());
+        body().mag_response_valid = body().grav_response_valid = false;
         forward::calculate_model(workspace, workspace.mag.data, workspace.grav.data, prompts);
     }
 };

@@ -59,7 +59,6 @@ void a_step_of_a_bar(benchmark::State& state) {
         });
         addition.take([&] { add_responses(w, sum); });
         filters.take([&] { filter_both(w, window.prompts); });
-        w.graph_ranges_ready = true;  // the filters have just cleared it, and the curves are there
         redraw.take([&] {
             window.view().redraw();
             ShownWindow::settle();

@@ -5,7 +5,7 @@
 #include "core/failure.h"
 #include "core/safe_file.h"
 #include "intake/load.h"
-#include "model/evaluate.h"
+#include "model/refresh_model.h"
 #include "workspace_file/axm.h"
 
 namespace anomalis::batch {
@@ -20,7 +20,7 @@ OpenState BatchSession::open(const std::string& path) {
     Workspace& workspace = session.workspace;
     if (workspace_file::read_model_parameters(0, workspace, path, session.settings, prompts) != 0)
         return OpenState::unread;
-    if (formulas) set_formulas(workspace, *formulas, prompts);
+    if (formulas) workspace.formulas = *formulas;
     const int status = intake::load_locations(workspace, prompts);
     if (workspace.station_count == 0) return OpenState::no_data;
     model::finish_load(session);

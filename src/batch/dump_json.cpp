@@ -137,7 +137,8 @@ Json state_json(const Workspace& w) {
             {"vg_filter_step", w.processing.vg_filter_step},
             {"transform", transform_json(w.transform)},
             {"elevations_ready", w.elevations_ready},
-            {"graph_ranges_ready", w.graph_ranges_ready},
+            {"graph_ranges_ready", false}  // charts find their ranges as they draw
+            ,
             {"mag_observed_filtered", w.mag.observed_filtered},
             {"mag_calculated_filtered", w.mag.calculated_filtered},
             {"grav_observed_filtered", w.grav.observed_filtered},

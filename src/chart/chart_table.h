@@ -16,10 +16,29 @@ inline constexpr double line_series = -2.0;
 inline constexpr double line_and_marker_series = -3.0;
 inline constexpr double bar_series = -4.0;
 
+/// The cells of a row where they stand: doubles, or singles that widen as they are read.
+class Cells {
+  public:
+    Cells() = default;
+    Cells(std::span<const double> doubles) : doubles_(doubles) {}
+    Cells(std::span<const float> singles) : singles_(singles) {}
+    Cells(const std::vector<double>& doubles) : doubles_(doubles) {}
+
+    std::size_t size() const { return doubles_.size() + singles_.size(); }
+    bool empty() const { return size() == 0; }
+    double operator[](std::size_t i) const {
+        return singles_.empty() ? doubles_[i] : static_cast<double>(singles_[i]);
+    }
+
+  private:
+    std::span<const double> doubles_;
+    std::span<const float> singles_;
+};
+
 /// One row without copying: its kind and its cells.
 struct ChartRow {
     double code = chart_type_series;
-    std::span<const double> cells;
+    Cells cells;
 };
 
 /// A table with its kinds in column 0; the first empty cell ends a row.

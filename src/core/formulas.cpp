@@ -25,12 +25,6 @@ std::optional<Formulas> formulas_of_name(std::string_view name) {
     return std::nullopt;
 }
 
-void set_formulas(Workspace& workspace, Formulas formulas, Prompts& prompts) {
-    if (workspace.formulas == formulas) return;
-    workspace.formulas = formulas;
-    reset_calculated_data(workspace, prompts);
-}
-
 std::span<const BodyType> body_types_offered(const Workspace& workspace) {
     if (workspace.formulas == Formulas::exact) return offered_with_exact;
     return offered_body_types;

@@ -9,7 +9,6 @@
 
 namespace anomalis {
 
-class Prompts;
 struct Workspace;
 
 /// How the bodies are calculated: `classic` as all earlier results were, `exact` as the field of the body
@@ -20,9 +19,6 @@ enum class Formulas : std::int32_t { classic, exact };
 std::string_view formulas_name(Formulas formulas);
 /// The formulas of that name, whatever its case; no value for another word.
 std::optional<Formulas> formulas_of_name(std::string_view name);
-
-/// Changes over. All bodies are calculated anew when the choice is another one than before.
-void set_formulas(Workspace& workspace, Formulas formulas, Prompts& prompts);
 
 /// The body types that a person can choose. Edge, step and sphere are offered with the exact formulas, which
 /// give them both channels.

@@ -73,10 +73,4 @@ BodyParam& body_param(ModelBody& body, int param_code) {
     return const_cast<BodyParam&>(body_param(std::as_const(body), param_code));
 }
 
-void invalidate_body(ModelBody& body) {
-    body.last_calculated = -1.0F;
-    body.mag_response_valid = false;
-    body.grav_response_valid = false;
-}
-
 }  // namespace anomalis

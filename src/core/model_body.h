@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -101,6 +102,9 @@ struct ShapeTensor {
 /// 3 to 5 north, east and down components of the facet route in nT.
 using ResponseTable = ColumnTable<float, 5>;
 
+/// The values of a body that its responses hang on, in the order of `model/stale.cpp`.
+using BodyInputs = std::array<double, 23>;
+
 /// One geological body. Units: m, degrees, micro SI, g/cc; `top` on the axis of the sensor elevation, up
 /// positive; angles clockwise from north.
 struct ModelBody {
@@ -142,14 +146,18 @@ struct ModelBody {
 
     // Derived by the field coefficients, never saved.
     float cos_dip = 0, sin_dip = 0, cos_strike = 0, sin_strike = 0;
-    float last_calculated = -1.0F;  ///< signed magnetisation; -1 marks coefficients out of date
+    float last_calculated = -1.0F;  ///< signed magnetisation; -1 until it was calculated
     float field_north = 0, field_east = 0, field_down = 0;
     float mag_north = 0, mag_east = 0, mag_down = 0;
     float coef_a = 0, coef_b = 0, coef_c = 0;
     float moment_x = 0, moment_y = 0, moment_z = 0;
 
+    // What was calculated, and from what: kept by `model/stale.h`.
     bool mag_response_valid = false;
     bool grav_response_valid = false;
+    std::uint64_t mag_calculation = 0;  ///< every calculation of a response has a number of its own
+    std::uint64_t grav_calculation = 0;
+    std::optional<BodyInputs> known_inputs;
     ResponseTable response;
 };
 
@@ -169,8 +177,5 @@ std::string_view param_name(int param_code);
 /// The parameter of a code. Raises Fault subscript for a code that is none.
 BodyParam& body_param(ModelBody& body, int param_code);
 const BodyParam& body_param(const ModelBody& body, int param_code);
-
-/// Clears what must be calculated anew after any change of the body: both responses and the coefficients.
-void invalidate_body(ModelBody& body);
 
 }  // namespace anomalis

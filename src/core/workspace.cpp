@@ -73,7 +73,7 @@ void keep_fields_without_default(Workspace& old, Workspace& fresh) {
     keep(old, fresh, &W::model_file_date, &W::display);
     keep(old, fresh, &W::direction_x, &W::direction_y, &W::line_constant, &W::origin_east, &W::origin_north,
          &W::azimuth, &W::dtm_min, &W::dtm_max);
-    keep(old, fresh, &W::allocated_stations, &W::stations, &W::station_spare, &W::distances, &W::graphics);
+    keep(old, fresh, &W::allocated_stations, &W::stations, &W::station_spare, &W::distances);
     const float infinite_body_length = fresh.drawing.infinite_body_length;
     fresh.drawing = old.drawing;
     fresh.drawing.infinite_body_length = infinite_body_length;
@@ -127,7 +127,10 @@ void reserve_next_body(Workspace& workspace) {
 void reset_calculated_data(Workspace& workspace, Prompts& prompts) {
     report_failure(prompts, "An error occurred while resetting the calculated data: ", [&] {
         invalidate_filtered_data(1, workspace);
-        for (ModelBody& body : workspace.bodies) invalidate_body(body);
+        for (ModelBody& body : workspace.bodies) {
+            body.last_calculated = -1.0F;
+            body.mag_response_valid = body.grav_response_valid = false;
+        }
     });
 }
 
@@ -135,7 +138,13 @@ void invalidate_filtered_data(int mode, Workspace& workspace) {
     workspace.mag.calculated_filtered = workspace.grav.calculated_filtered = false;
     if (mode != 0) return;
     workspace.mag.observed_filtered = workspace.grav.observed_filtered = false;
-    workspace.graph_ranges_ready = false;
+}
+
+LineInputs line_inputs(const Workspace& workspace) {
+    LineInputs inputs{workspace.definition, workspace.station_spacing, workspace.min_station_spacing,
+                      workspace.transform};
+    inputs.definition.data_file_date = 0;
+    return inputs;
 }
 
 void drop_stations(Workspace& workspace) {

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -98,15 +99,6 @@ struct DisplaySettings {
     bool operator==(const DisplaySettings&) const = default;
 };
 
-/// Series of the charts, one entry a station.
-struct GraphicsArrays {
-    Array1<double> topography_distance, topography;
-    struct Curves {
-        Array1<double> distance, observed, calculated;
-    };
-    Curves mag, grav, mag_gradient, grav_gradient;
-};
-
 /// Memory that the forward model keeps between calculations. It is no part of the model: a copy starts
 /// without.
 class KeptMemory {
@@ -161,7 +153,8 @@ struct Channel {
     float calc_base = 0, calc_mean = 0;  ///< of the calculated curve
     ChannelTable data;
     ChannelTable work;  ///< what a run tries
-    bool observed_filtered = false, calculated_filtered = false;
+    bool observed_filtered = false, calculated_filtered = false;  ///< the rows are up to date
+    std::vector<std::uint64_t> summed;  ///< the calculations that the calculated raw row is the sum of
 };
 
 /// The range of a magnetic column starts empty, and its base level is the mean until somebody says otherwise.
@@ -206,6 +199,18 @@ struct DrawingSettings {
     bool operator==(const DrawingSettings&) const = default;
 };
 
+/// How the stations were read: with other values the data file must be read again.
+struct LineInputs {
+    DataDefinition definition;
+    float station_spacing = 0;
+    float min_station_spacing = 0;
+    PointTransform transform;
+    bool operator==(const LineInputs&) const = default;
+};
+
+/// The settings that derived values hang on, in the order of `model/stale.cpp`.
+using SettingInputs = std::array<double, 18>;
+
 /// The one session record: what the data are, where the stations stand, what the model is.
 struct Workspace : LineGeometry {
     std::string model_file;
@@ -229,7 +234,9 @@ struct Workspace : LineGeometry {
     std::vector<ModelBody> bodies;  ///< 0 to body_capacity; element 0 is never used
 
     bool elevations_ready = false;
-    bool graph_ranges_ready = false;
+    std::optional<LineInputs> read_as;            ///< of the stations that are there
+    std::optional<SettingInputs> known_settings;  ///< that the derived values were last compared with
+    std::uint64_t calculations = 0;               ///< of responses, so far
     std::int32_t raw_row = row_raw;
     std::int32_t smoothed_row = row_smoothed;
     std::int32_t residual_row = row_residual;
@@ -237,9 +244,12 @@ struct Workspace : LineGeometry {
     std::int32_t horizontal_row = row_horizontal;
     std::int32_t total_gradient_row = row_total_gradient;
     FilterScratch filter_scratch;
-    GraphicsArrays graphics;
     KeptMemory forward_memory;
 
+    /// The row of the gradient that charts, fit and tables use.
+    std::int32_t gradient_row_in_use() const {
+        return processing.display_total_gradient == 1 ? total_gradient_row : gradient_row;
+    }
     bool has_mag() const { return definition.mag_column > 0; }
     bool has_grav() const { return definition.grav_column > 0; }
     ModelBody& body(int number) { return bodies.at(static_cast<std::size_t>(number)); }
@@ -258,9 +268,11 @@ void reserve_next_body(Workspace& workspace);
 /// All bodies, also those above the count, lose their cached responses.
 void reset_calculated_data(Workspace& workspace, Prompts& prompts);
 
-/// Clears the filter marks of the calculated stage; with mode 0 also of the observed one and the chart
-/// ranges.
+/// Clears the filter marks of the calculated stage; with mode 0 also of the observed one.
 void invalidate_filtered_data(int mode, Workspace& workspace);
+
+/// How the definition would have the stations read now.
+LineInputs line_inputs(const Workspace& workspace);
 
 /// The stations are gone until the next load: the count is 0 and the elevations are out of date.
 void drop_stations(Workspace& workspace);

@@ -77,8 +77,6 @@ bool insert_copy(Workbench& workbench, AddMode mode, int current) {
         workspace.body(current).width.value /= 2;
         workspace.body(current + 1).width.value /= 2;
     }
-    invalidate_body(workspace.body(current));
-    invalidate_body(workspace.body(current + 1));
     workbench.view.current_body = current + 1;
     return true;
 }

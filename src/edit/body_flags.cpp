@@ -26,7 +26,6 @@ FlagPlan plan_of(BodyFlag flag) {
 }
 
 bool end_flags(Workbench& workbench, const char* name) {
-    reset_calculated_data(workbench.session.workspace, workbench.session.prompts);
     note_change(workbench, {name, "", false});
     return true;
 }

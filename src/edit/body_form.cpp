@@ -90,7 +90,6 @@ bool settle_current_body(Workbench& workbench) {
     if (body->type == wire) body->width.vary = body->length.vary = 0;
     if (!body_type_name(body->type).empty()) return false;
     body->type = thin_sheet;
-    invalidate_body(*body);
     note_change(workbench, {of_current_body(workbench, "type"), "", true});
     return true;
 }
@@ -104,7 +103,6 @@ bool change_body_type(Workbench& workbench, std::int32_t type) {
         body->dip.value += quarter_turn;
     }
     body->type = type;
-    invalidate_body(*body);
     settle_current_body(workbench);
     note_change(workbench, {of_current_body(workbench, "type"), "", true});
     return true;
@@ -124,17 +122,12 @@ bool change_body_fixed(Workbench& workbench, bool fixed) {
 
 bool change_body_turned_off(Workbench& workbench, bool turned_off) {
     if (!store(workbench, &ModelBody::turned_off, turned_off ? 1 : 0)) return false;
-    ModelBody& body = *current_body(workbench);
-    body.mag_response_valid = body.grav_response_valid = false;
     tell(workbench, "turning off");
     return true;
 }
 
 bool change_body_demagnetisation(Workbench& workbench, bool include) {
     if (!store(workbench, &ModelBody::include_demagnetisation, include ? 1 : 0)) return false;
-    ModelBody& body = *current_body(workbench);
-    body.mag_response_valid = false;
-    body.last_calculated = -1.0F;
     tell(workbench, "demagnetisation");
     return true;
 }
@@ -175,7 +168,6 @@ BoxChange change_pipe_box(Workbench& workbench, PipeBox box, std::string_view te
         stored = store(workbench, count_of(box), round_to_even(value));
     }
     if (!stored) return BoxChange::unchanged;
-    body->mag_response_valid = body->grav_response_valid = false;
     tell(workbench, box_name(box));
     return BoxChange::stored;
 }

@@ -11,7 +11,6 @@
 #include "edit/change.h"
 #include "edit/workbench.h"
 #include "forward/shape/reference_point.h"
-#include "inversion/parameters.h"
 
 namespace anomalis::edit {
 
@@ -194,7 +193,6 @@ bool toggle_grid_vary(Workbench& workbench, int row) {
 void store_parameter(Workbench& workbench, int param_code, float value) {
     ModelBody& body = *current_body(workbench);
     body_param(body, param_code).value = value;
-    inversion::invalidate_parameter(body, param_code);
     if (param_code == param_distance)
         forward::update_body_reference_point(workbench.session.workspace, static_cast<double>(value),
                                              body.east, body.north);

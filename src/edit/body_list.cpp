@@ -74,7 +74,6 @@ void delete_all_bodies(Workbench& workbench) {
     if (session.workspace.body_count <= 0) return;
     session.workspace.body_count = 0;
     workbench.view.current_body = 1;
-    reset_calculated_data(session.workspace, session.prompts);
     note_change(workbench, {"delete all bodies", "", true});
 }
 
@@ -90,7 +89,6 @@ bool delete_current_body(Workbench& workbench) {
     std::rotate(at, at + 1, first + workspace.body_count);
     --workspace.body_count;
     workbench.view.current_body = std::min(workbench.view.current_body, workspace.body_count);
-    reset_calculated_data(workspace, workbench.session.prompts);
     note_change(workbench, {"delete body", "", true});
     return true;
 }
@@ -122,7 +120,6 @@ bool shift_bodies(Workbench& workbench) {
         forward::update_body_reference_point(workspace, static_cast<double>(body.distance.value), body.east,
                                              body.north);
     }
-    reset_calculated_data(workspace, session.prompts);
     note_change(workbench, {"shift bodies", "", false});
     return true;
 }

@@ -5,7 +5,7 @@
 #include "core/workspace.h"
 #include "edit/workbench.h"
 #include "edit/zoom.h"
-#include "inversion/parameters.h"
+#include "model/stale.h"
 
 namespace anomalis::edit {
 
@@ -43,6 +43,7 @@ HistoryStep settle(Workbench& workbench, const History::Move& move) {
 void note_change(Workbench& workbench, const ModelChange& change) {
     workbench.session.model_changed = true;
     workbench.fit_errors.clear();
+    model::find_stale(workbench.session.workspace);
     workbench.history.note(workbench, change);
     workbench.unsaved = workbench.history.unsaved();
     if (change.body_list) bodies_listed_anew(workbench);

@@ -4,6 +4,7 @@
 
 #include "edit/change.h"
 #include "edit/workbench.h"
+#include "model/stale.h"
 
 namespace anomalis::edit {
 
@@ -86,6 +87,7 @@ History::Move History::move(Workbench& workbench, Steps& from, Steps& to) {
     result.difference = compare_states(current_.model, target.model, workbench.view.current_body);
     result.another_file = target.document != current_.document;
     restore_state(workspace, current_.model, target.model);
+    model::find_stale(workspace);
     workspace.model_file = target.document->file;
     workspace.model_file_date = target.document->date;
     workbench.base_from_mean = target.base_from_mean;

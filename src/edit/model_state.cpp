@@ -88,7 +88,6 @@ void fill_body(ModelBody& body, const BodyRecord& record) {
     body_fields(body) = record.values;
     body.east = record.east;
     body.north = record.north;
-    invalidate_body(body);
 }
 
 /// The same body may have moved when others before it came or went, so it is looked for from both ends.
@@ -124,19 +123,12 @@ std::shared_ptr<const std::vector<ModelState::Body>> capture_bodies(const Worksp
     return std::make_shared<const std::vector<ModelState::Body>>(std::move(records));
 }
 
-/// True when the stations had to be dropped.
-bool restore_settings(Workspace& w, const SettingsRecord& record) {
-    const bool reload = load_fields(w) != record.load;
+void restore_settings(Workspace& w, const SettingsRecord& record) {
     load_fields(w) = record.load;
     setting_fields(w) = record.values;
     w.definition.data_file_date = record.data_file_date;
     w.mag.base = record.mag_base;
     w.grav.base = record.grav_base;
-    if (reload) drop_stations(w);
-    w.elevations_ready = false;
-    w.graph_ranges_ready = false;
-    invalidate_filtered_data(0, w);
-    return reload;
 }
 
 /// Bodies that `from` holds too move to their new places; the others take what slots are left.
@@ -174,12 +166,6 @@ void restore_bodies(Workspace& w, const std::vector<ModelState::Body>& from,
         for (std::size_t i = 0; i < to.size(); ++i)
             if (from[i] != to[i]) fill_body(w.bodies[i + 1], *to[i]);
     }
-    for (ModelBody& body : w.bodies)
-        if (w.station_count > 0 && body.response.rows() != w.station_count) {
-            body.response.assign(w.station_count);
-            invalidate_body(body);
-        }
-    invalidate_filtered_data(1, w);
 }
 
 }  // namespace
@@ -217,7 +203,6 @@ void restore_state(Workspace& w, const ModelState& from, const ModelState& to) {
     restore_bodies(w, *from.bodies, *to.bodies);
     if (from.settings == to.settings) return;
     restore_settings(w, *to.settings);
-    for (ModelBody& body : w.bodies) invalidate_body(body);
 }
 
 Workspace copy_of_model(const Workspace& workspace) {

@@ -9,7 +9,6 @@
 #include "edit/change.h"
 #include "edit/workbench.h"
 #include "intake/profile.h"
-#include "inversion/parameters.h"
 
 namespace anomalis::edit {
 
@@ -63,7 +62,6 @@ bool tie_susceptibility(Workbench& workbench, ModelBody& body, double step) {
     const double susceptibility = static_cast<double>(body.susc.value) * std::pow((room - step) / room, rate);
     if (!(susceptibility > 0) || susceptibility > largest_single) return false;
     body.susc.value = static_cast<float>(susceptibility);
-    inversion::invalidate_parameter(body, param_susc);
     return true;
 }
 

@@ -39,7 +39,6 @@ SettingsChange change_field(Workbench& workbench, float& field, std::string_view
     if (!value || (above_zero && !(*value > 0))) return SettingsChange::refused;
     if (*value == field) return SettingsChange::unchanged;
     field = *value;
-    reset_calculated_data(workbench.session.workspace, workbench.session.prompts);
     return mark_changed(workbench, "magnetic field");
 }
 
@@ -53,7 +52,6 @@ SettingsChange change_filter(Workbench& workbench, std::int32_t& field, std::str
     } catch (const Fault&) {
         return SettingsChange::refused;
     }
-    invalidate_filtered_data(0, workbench.session.workspace);
     return mark_changed(workbench, "filter");
 }
 
@@ -62,10 +60,7 @@ SettingsChange change_elevation(Workbench& workbench, float& field, std::string_
     const auto value = single(text);
     if (!value || (*value < 0 && !allow_negative)) return SettingsChange::refused;
     if (*value == field) return SettingsChange::unchanged;
-    Workspace& workspace = workbench.session.workspace;
     field = *value;
-    workspace.elevations_ready = false;
-    reset_calculated_data(workspace, workbench.session.prompts);
     return mark_changed(workbench, "elevation");
 }
 
@@ -99,8 +94,6 @@ SettingsChange change_base(Workbench& workbench, int channel, std::string_view t
     if (!(std::abs(static_cast<double>(value) - base) > tolerance)) return SettingsChange::unchanged;
     base = value;
     workbench.base_from_mean[static_cast<std::size_t>(channel)] = takes_mean && channel_loaded;
-    if (workspace.processing.residual_filter_width <= 0 && channel_loaded)
-        invalidate_filtered_data(0, workspace);
     return mark_changed(workbench, "base level");
 }
 
@@ -188,14 +181,12 @@ void change_smooth_filter_type(Workbench& workbench, int index) {
     const int type = std::clamp(index, 0, last_smoothing);
     if (type == workspace.processing.smooth_filter_type) return;
     workspace.processing.smooth_filter_type = type;
-    invalidate_filtered_data(0, workspace);
     mark_changed(workbench, "filter");
 }
 
 void change_total_gradient(Workbench& workbench, bool total) {
     Workspace& workspace = workbench.session.workspace;
     workspace.processing.display_total_gradient = total ? 1 : 0;
-    invalidate_filtered_data(0, workspace);
     mark_changed(workbench, "gradient");
 }
 
@@ -203,8 +194,6 @@ SettingsChange change_float_base(Workbench& workbench, int channel, bool floats)
     Workspace& workspace = workbench.session.workspace;
     if (workspace.processing.residual_filter_width > 0) return SettingsChange::refused;
     (channel == channel_grav ? workspace.grav.float_base : workspace.mag.float_base) = floats ? 1 : 0;
-    if (channel == channel_grav ? workspace.has_grav() : workspace.has_mag())
-        invalidate_filtered_data(0, workspace);
     return mark_changed(workbench, "base level");
 }
 

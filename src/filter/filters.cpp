@@ -177,7 +177,6 @@ void filter_data(Workspace& workspace, int channel, int stage, ChannelTable& dat
     bool& filtered = filtered_mark(workspace, channel, stage);
     if (workspace.station_count <= 0 || filtered) return;
     report_failure(prompts, "An error occurred while filtering the data: ", [&] {
-        workspace.graph_ranges_ready = false;
         if (workspace.station_count > data.stations()) throw Fault(FaultKind::subscript);
         filter_rows(workspace, stage, data, prompts);
         const float level = base_level(workspace, channel, stage, data);

@@ -5,7 +5,7 @@
 #include "core/paths.h"
 #include "core/save_question.h"
 #include "edit/workbench.h"
-#include "model/evaluate.h"
+#include "model/refresh_model.h"
 #include "output/clean_tables.h"
 #include "output/tables.h"
 

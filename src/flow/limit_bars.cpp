@@ -129,8 +129,6 @@ void LimitBars::mouse_up(int index) {
     if (!bar(index).in_use || !limit_bar_dragging_) return;
     limit_bar_dragging_ = false;
     if (moved_) session_.model_changed = true;
-    // The base levels are means over the window.
-    invalidate_filtered_data(0, session_.workspace);
     view_.display_model();
 }
 

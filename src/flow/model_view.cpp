@@ -5,7 +5,7 @@
 #include "core/numbers.h"
 #include "edit/workbench.h"
 #include "edit/zoom.h"
-#include "model/evaluate.h"
+#include "model/refresh_model.h"
 
 namespace anomalis::flow {
 
@@ -55,7 +55,7 @@ void ModelView::display_model(bool forced) {
     report_failure(session.prompts, "An error occurred while displaying the current model: ", [&] {
         const MisfitPair misfit = model::refresh_model(session);
         show_base_levels();
-        show::setup_graph_data_ranges(workspace, ranges_, session.prompts);
+        ranges_ = show::graph_ranges(workspace);
         charts_.set_shown(shown_charts());
         host_.arrange_charts(show::charts_with_data(workspace));
         charts_.set_gradient_titles(workspace.processing.display_total_gradient == 1);
@@ -74,9 +74,9 @@ std::array<bool, edit::model_chart_count> ModelView::shown_charts() const {
 
 void ModelView::redraw() {
     Session& session = workbench_.session;
-    if (!edit::line_loaded(session.workspace) || !session.workspace.graph_ranges_ready) return;
+    if (!edit::line_loaded(session.workspace) || !ranges_) return;
     report_failure(session.prompts, "An error occurred while displaying the model graphs: ", [&] {
-        charts_.draw(session.workspace, ranges_, workbench_.view);
+        charts_.draw(session.workspace, *ranges_, workbench_.view);
     });
     if (workbench_.view.show_plan) display_plan_view();
 }
@@ -92,9 +92,9 @@ void ModelView::show_base_levels() {
 
 void ModelView::display_maginv_model(int chart) {
     Session& session = workbench_.session;
-    if (!edit::line_loaded(session.workspace)) return;
+    if (!edit::line_loaded(session.workspace) || !ranges_) return;
     report_failure(session.prompts, "An error occurred while displaying the model graphs: ", [&] {
-        charts_.draw_one(chart, session.workspace, ranges_, workbench_.view);
+        charts_.draw_one(chart, session.workspace, *ranges_, workbench_.view);
     });
 }
 
@@ -118,7 +118,6 @@ void ModelView::update_section_or_plan_view(bool show_plan) {
     Session& session = workbench_.session;
     report_failure(session.prompts, "An error occurred while updating the section/plan view: ", [&] {
         workbench_.view.show_plan = show_plan;
-        if (!show_plan) reset_calculated_data(session.workspace, session.prompts);
         display_model();
     });
 }
@@ -163,7 +162,6 @@ void ModelView::step_pan(int chart, int direction) {
 
 void ModelView::reset_graph_scale() {
     Session& session = workbench_.session;
-    session.workspace.graph_ranges_ready = false;
     edit::reset_view(session.workspace, workbench_.view, session.prompts);
     for (int i = 0; i < edit::model_chart_count; ++i) charts_.chart(i).clear_zoom_values();
     charts_.plan().clear_zoom_values();
@@ -185,6 +183,7 @@ void ModelView::change_display_axes(bool on) {
 }
 
 void ModelView::clear_charts() {
+    ranges_.reset();
     charts_.clear();
 }
 

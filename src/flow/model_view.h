@@ -2,6 +2,7 @@
 
 #include <array>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "core/inversion_state.h"
@@ -89,7 +90,7 @@ class ModelView {
     edit::Workbench& workbench_;
     show::ModelCharts charts_;
     ModelViewHost& host_;
-    show::GraphRanges ranges_;
+    std::optional<show::GraphRanges> ranges_;  ///< none until the model was displayed
     std::array<std::unique_ptr<ChartLink>, edit::model_chart_count + 1> links_;
     bool on_page_ = false;
 };

@@ -9,7 +9,7 @@
 #include "flow/recent_files.h"
 #include "intake/load.h"
 #include "inversion/parameters.h"
-#include "model/evaluate.h"
+#include "model/refresh_model.h"
 #include "show/page_layout.h"
 #include "workspace_file/axm.h"
 
@@ -31,7 +31,6 @@ void forget_line(edit::Workbench& workbench) {
     workbench.view.current_body = 1;
     edit::reset_view(session.workspace, workbench.view, session.prompts);
     forget_run(session.inversion);
-    reset_calculated_data(session.workspace, session.prompts);
 }
 
 /// What a whole file says beyond the workspace's own fields.

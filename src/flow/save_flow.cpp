@@ -9,7 +9,7 @@
 #include "edit/change.h"
 #include "edit/workbench.h"
 #include "flow/recent_files.h"
-#include "model/evaluate.h"
+#include "model/refresh_model.h"
 #include "output/tables.h"
 #include "show/page_layout.h"
 #include "workspace_file/axm.h"

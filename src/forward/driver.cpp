@@ -17,20 +17,35 @@ namespace {
 /// What differs between the two channels.
 struct ChannelRoute {
     bool ModelBody::*valid;
+    std::uint64_t ModelBody::*calculation;
+    Channel Workspace::*channel;
     int column;  ///< of the response
     void (*classic)(Workspace&, int, Prompts&);
     void (*exact)(Workspace&, int, ExactNotes&, Prompts&);
 };
 
-constexpr ChannelRoute magnetic{&ModelBody::mag_response_valid, 1, calculate_mag_response,
+constexpr ChannelRoute magnetic{&ModelBody::mag_response_valid, &ModelBody::mag_calculation, &Workspace::mag, 1, calculate_mag_response,
                                 calculate_exact_mag_response};
-constexpr ChannelRoute gravity{&ModelBody::grav_response_valid, 2, calculate_gravity_response,
+constexpr ChannelRoute gravity{&ModelBody::grav_response_valid, &ModelBody::grav_calculation, &Workspace::grav, 2, calculate_gravity_response,
                                calculate_exact_gravity_response};
 
-bool any_out_of_date(const Workspace& workspace, const ChannelRoute& route) {
-    for (int number = 1; number <= workspace.body_count; ++number)
-        if (!(workspace.body(number).*route.valid)) return true;
+/// A body is to be calculated, or the bodies are no longer those of the sum, or stand in another order.
+bool sum_out_of_date(const Workspace& workspace, const ChannelRoute& route) {
+    const std::vector<std::uint64_t>& summed = (workspace.*route.channel).summed;
+    if (summed.size() != static_cast<std::size_t>(workspace.body_count)) return true;
+    for (int number = 1; number <= workspace.body_count; ++number) {
+        const ModelBody& body = workspace.body(number);
+        if (!(body.*route.valid) || body.*route.calculation != summed[static_cast<std::size_t>(number - 1)])
+            return true;
+    }
     return false;
+}
+
+void note_sum(Workspace& workspace, const ChannelRoute& route) {
+    std::vector<std::uint64_t>& summed = (workspace.*route.channel).summed;
+    summed.clear();
+    for (int number = 1; number <= workspace.body_count; ++number)
+        summed.push_back(workspace.body(number).*route.calculation);
 }
 
 void zero_calculated(const Workspace& workspace, ChannelTable& data) {
@@ -82,28 +97,24 @@ void rebuild(Workspace& workspace, const ChannelRoute& route, ChannelTable& data
             route.classic(workspace, number, prompts);
         }
         body.*route.valid = true;
+        body.*route.calculation = ++workspace.calculations;
     }
-    invalidate_filtered_data(1, workspace);
+    (workspace.*route.channel).calculated_filtered = false;
+    note_sum(workspace, route);
     sum_responses(workspace, route, data.row(row_raw, stage_calculated));
-}
-
-void clear_curves(Workspace& workspace) {
-    for (GraphicsArrays::Curves* curves : {&workspace.graphics.mag, &workspace.graphics.mag_gradient,
-                                           &workspace.graphics.grav, &workspace.graphics.grav_gradient}) {
-        const std::span<double> calculated = curves->calculated.span();
-        std::fill(calculated.begin(), calculated.end(), 0.0);
-    }
 }
 
 void calculate(Workspace& workspace, ChannelTable& mag_data, ChannelTable& grav_data, Prompts& prompts) {
     if (workspace.body_count <= 0) {
         zero_calculated(workspace, mag_data);
         zero_calculated(workspace, grav_data);
-        clear_curves(workspace);
+        workspace.mag.summed.clear();
+        workspace.grav.summed.clear();
+        workspace.mag.calculated_filtered = workspace.grav.calculated_filtered = false;
         return;
     }
-    const bool mag = workspace.has_mag() && any_out_of_date(workspace, magnetic);
-    const bool grav = workspace.has_grav() && any_out_of_date(workspace, gravity);
+    const bool mag = workspace.has_mag() && sum_out_of_date(workspace, magnetic);
+    const bool grav = workspace.has_grav() && sum_out_of_date(workspace, gravity);
     if (mag) zero_calculated(workspace, mag_data);
     if (grav) zero_calculated(workspace, grav_data);
     ExactNotes notes;

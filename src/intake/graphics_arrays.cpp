@@ -13,17 +13,6 @@ namespace {
 
 constexpr double same_distance = 0.01;
 
-void allocate_series(GraphicsArrays& graphics, int count) {
-    graphics.topography_distance.assign(count);
-    graphics.topography.assign(count);
-    for (GraphicsArrays::Curves* curves :
-         {&graphics.mag, &graphics.grav, &graphics.mag_gradient, &graphics.grav_gradient}) {
-        curves->distance.assign(count);
-        curves->observed.assign(count);
-        curves->calculated.assign(count);
-    }
-}
-
 int inside_window(int station, const Workspace& w) {
     return std::clamp(station, 1, std::max(w.station_count - 1, 1));
 }
@@ -62,7 +51,6 @@ void find_last_station(Workspace& w) {
 int setup_graphics_arrays(Workspace& workspace, Prompts& prompts) {
     return report_failure(prompts, "An error occurred while setting up the graphics arrays: ", [&] {
         workspace.elevations_ready = false;
-        allocate_series(workspace.graphics, workspace.station_count);
         reset_calculated_data(workspace, prompts);
         for (ModelBody& body : workspace.bodies) body.response.assign(workspace.station_count);
         find_first_station(workspace);

@@ -64,6 +64,7 @@ int load_locations(Workspace& workspace, Prompts& prompts) {
     setup_profile_coordinates(workspace, prompts);
     setup_graphics_arrays(workspace, prompts);
     complete_window(workspace);
+    workspace.read_as = line_inputs(workspace);
     setup_sensor_elevations(workspace, prompts);
     return workspace.distances.last() > 0 ? 0 : 1;
 }

@@ -8,7 +8,6 @@
 #include "core/numbers.h"
 #include "core/prompts.h"
 #include "core/workspace.h"
-#include "intake/body_elevations.h"
 #include "intake/merge.h"
 #include "intake/profile_line.h"
 #include "intake/resample.h"
@@ -81,7 +80,6 @@ int setup_profile_coordinates(Workspace& workspace, Prompts& prompts) {
             if (!laid_out) prompts.message("The data profile is not long enough to model");
             if (laid_out) finish_profile(workspace);
             size_station_arrays(laid_out, workspace);
-            if (laid_out) set_body_elevations(workspace);
         });
     if (failure != 0) report_failure(prompts, "", [&] { size_station_arrays(true, workspace); });
     return failure != 0 ? failure : status;

@@ -75,7 +75,6 @@ class ModelProblem : public FitProblem {
     void accepted() override;
     bool iteration_done(int iteration) override;
     void set_values(std::span<const float> values);
-    void publish();
 
   private:
     std::size_t window() const {
@@ -102,10 +101,8 @@ class ModelProblem : public FitProblem {
 
 std::span<const float> ModelProblem::fitted(const FittedRow& row, int stage) const {
     const Workspace& workspace = session_.workspace;
-    int number = workspace.residual_row;
-    if (session_.inversion.inversion_target == target_gradient)
-        number = workspace.processing.display_total_gradient == 1 ? workspace.total_gradient_row
-                                                                  : workspace.gradient_row;
+    const bool gradient = session_.inversion.inversion_target == target_gradient;
+    const int number = gradient ? workspace.gradient_row_in_use() : workspace.residual_row;
     const ChannelTable& data = row.gravity ? workspace.grav.work : workspace.mag.work;
     return data.row(number, stage).subspan(static_cast<std::size_t>(workspace.first_station - 1), window());
 }
@@ -178,25 +175,12 @@ void ModelProblem::accepted() {
 
 bool ModelProblem::iteration_done(int iteration) {
     result_.iterations = iteration;
-    publish();
     observer_.show_iteration(iteration);
     observer_.progress({iteration, request_.max_iterations, result_.misfit_pair, clock_.seconds()});
     observer_.show_current_misfit(result_.misfit_pair);
     observer_.display_iteration();
     session_.prompts.yield();
     return !session_.inversion.stop_inversion;
-}
-
-/// The charts show the accepted rows, whatever was tried last.
-void ModelProblem::publish() {
-    Workspace& workspace = session_.workspace;
-    GraphicsArrays& charts = workspace.graphics;
-    if (workspace.has_mag())
-        model::copy_model_to_graphics_arrays(workspace, workspace.mag.data, charts.mag, charts.mag_gradient,
-                                             session_.prompts);
-    if (workspace.has_grav())
-        model::copy_model_to_graphics_arrays(workspace, workspace.grav.data, charts.grav,
-                                             charts.grav_gradient, session_.prompts);
 }
 
 FitStatistics statistics_of(const FitOutcome& outcome) {
@@ -235,7 +219,6 @@ void fit_model(Session& session, const RunRequest& request, RunObserver& observe
     ModelProblem problem(session, request, observer, clock, result);
     const FitOutcome outcome = fit_least_squares(problem, parameters, std::max(request.max_iterations, 1));
     problem.set_values(outcome.values);
-    problem.publish();
     result.status = status_of(outcome.end);
     result.statistics = statistics_of(outcome);
     if (joint) result.grav_misfit = gravity_misfit(session);

@@ -58,39 +58,6 @@ void scan_rows(std::span<const ParameterRow> rows, int mode, int body_number, in
     }
 }
 
-/// What a change of a parameter makes out of date.
-struct Consequence {
-    bool mag;
-    bool grav;
-    bool coefficients;
-};
-
-Consequence consequence_of(int param_code) {
-    switch (param_code) {
-        case param_distance:
-        case param_top:
-        case param_width:
-        case param_length:
-        case param_offset:
-        case param_depth_extent:
-            return {true, true, false};
-        case param_strike:
-        case param_dip:
-        case param_plunge:
-        case param_slope:
-            return {true, true, true};
-        case param_susc:
-        case param_rem_q:
-        case param_rem_i:
-        case param_rem_d:
-            return {true, false, true};
-        case param_density:
-            return {false, true, false};
-        default:
-            throw Fault(FaultKind::subscript);
-    }
-}
-
 bool only_for_sheets(int param_code) {
     return param_code == param_depth_extent || param_code == param_plunge || param_code == param_slope;
 }
@@ -130,13 +97,6 @@ void setup_all_body_parameters(int mode, int channel, int& parameter_count, Sess
     }
 }
 
-void invalidate_parameter(ModelBody& body, int param_code) {
-    const Consequence clears = consequence_of(param_code);
-    if (clears.mag) body.mag_response_valid = false;
-    if (clears.grav) body.grav_response_valid = false;
-    if (clears.coefficients) body.last_calculated = -1.0F;
-}
-
 void apply_parameter(int index, double& penalty, Session& session) {
     const InversionState& inversion = session.inversion;
     const InversionParamPlace place = inversion.inversion_param_map[index];
@@ -146,7 +106,6 @@ void apply_parameter(int index, double& penalty, Session& session) {
     if (slot.value == param.value) return;
     if (only_for_sheets(place.param_code) && body.type >= pipe) return;
     slot.value = param.value;
-    invalidate_parameter(body, place.param_code);
     barrier_penalty(slot, param.step, penalty, session.prompts);
 }
 

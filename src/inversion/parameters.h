@@ -18,13 +18,9 @@ void setup_body_parameters(int mode, int channel, int body_number, int& paramete
 /// The same over all bodies in their order; in mode 1 with one running index.
 void setup_all_body_parameters(int mode, int channel, int& parameter_count, Session& session);
 
-/// Writes parameter `index` into its body and clears what hangs on it; nothing happens when the body holds
+/// Writes parameter `index` into its body; nothing happens when the body holds
 /// the value already. `penalty` rises to the barrier of the parameter's limits; no decision reads it.
 void apply_parameter(int index, double& penalty, Session& session);
-
-/// Clears what a change of one parameter makes out of date: responses of the body, its coefficients. Raises
-/// Fault subscript for a code that is none.
-void invalidate_parameter(ModelBody& body, int param_code);
 
 /// `penalty` = 0, then every parameter in order.
 void apply_all_parameters(double& penalty, Session& session);

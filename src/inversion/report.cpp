@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "model/evaluate.h"
+#include "model/refresh_model.h"
 
 namespace anomalis::inversion {
 

@@ -8,6 +8,7 @@
 
 #include "core/failure.h"
 #include "filter/filters.h"
+#include "model/stale.h"
 #include "forward/driver.h"
 
 namespace anomalis::model {
@@ -47,24 +48,6 @@ double residual_norm(int first, int last, int row, const ChannelTable& data) {
     return std::sqrt(sum) / (static_cast<double>(last) - first);
 }
 
-int gradient_row_in_use(const Workspace& workspace) {
-    return workspace.processing.display_total_gradient == 1 ? workspace.total_gradient_row
-                                                            : workspace.gradient_row;
-}
-
-void publish_row(std::span<const float> row, int count, Array1<double>& curve) {
-    if (count > static_cast<int>(row.size()) || count > curve.count()) throw Fault(FaultKind::subscript);
-    std::copy_n(row.begin(), count, curve.span().begin());
-}
-
-void filter_and_publish(Workspace& workspace, int channel, ChannelTable& rows, Prompts& prompts) {
-    filter::filter_data(workspace, channel, stage_calculated, rows, prompts);
-    GraphicsArrays& charts = workspace.graphics;
-    const bool mag = channel == channel_mag;
-    copy_model_to_graphics_arrays(workspace, rows, mag ? charts.mag : charts.grav,
-                                  mag ? charts.mag_gradient : charts.grav_gradient, prompts);
-}
-
 }  // namespace
 
 double calculate_residual_norm(int first, int last, int row, const ChannelTable& data, Prompts& prompts) {
@@ -91,7 +74,7 @@ MisfitPair channel_misfit(const Workspace& workspace, const ChannelTable& rows, 
             calculate_residual_norm(workspace.first_station, workspace.last_station, row, rows, prompts);
         return static_cast<float>(norm / static_cast<double>(divisor));
     };
-    return {measure(workspace.residual_row, scale[0]), measure(gradient_row_in_use(workspace), scale[1])};
+    return {measure(workspace.residual_row, scale[0]), measure(workspace.gradient_row_in_use(), scale[1])};
 }
 
 MisfitPair calculate_misfit(const Workspace& workspace, const InversionState& inversion, Prompts& prompts) {
@@ -103,23 +86,16 @@ MisfitPair calculate_misfit(const Workspace& workspace, const InversionState& in
 MisfitPair evaluate_model_misfit(Session& session, ChannelTable& mag_rows, ChannelTable& grav_rows) {
     Workspace& workspace = session.workspace;
     ++session.inversion.evaluations;
+    find_stale(workspace);
     forward::calculate_model(workspace, mag_rows, grav_rows, session.prompts);
-    if (workspace.has_mag()) filter_and_publish(workspace, channel_mag, mag_rows, session.prompts);
-    if (workspace.has_grav()) filter_and_publish(workspace, channel_grav, grav_rows, session.prompts);
+    know_fields(workspace);
+    if (workspace.has_mag())
+        filter::filter_data(workspace, channel_mag, stage_calculated, mag_rows, session.prompts);
+    if (workspace.has_grav())
+        filter::filter_data(workspace, channel_grav, stage_calculated, grav_rows, session.prompts);
     const bool gravity = session.inversion.inversion_channel == channel_grav;
     return channel_misfit(workspace, gravity ? grav_rows : mag_rows, session.inversion.misfit_scale,
                           session.prompts);
-}
-
-void copy_model_to_graphics_arrays(const Workspace& workspace, const ChannelTable& rows,
-                                   GraphicsArrays::Curves& curves, GraphicsArrays::Curves& gradient_curves,
-                                   Prompts& prompts) {
-    report_failure(prompts, "An error occurred while copying the modelled data to graphics_array: ", [&] {
-        publish_row(rows.row(workspace.residual_row, stage_calculated), workspace.station_count,
-                    curves.calculated);
-        publish_row(rows.row(gradient_row_in_use(workspace), stage_calculated), workspace.station_count,
-                    gradient_curves.calculated);
-    });
 }
 
 }  // namespace anomalis::model

@@ -26,13 +26,7 @@ MisfitPair channel_misfit(const Workspace& workspace, const ChannelTable& rows, 
 MisfitPair calculate_misfit(const Workspace& workspace, const InversionState& inversion, Prompts& prompts);
 
 /// The objective: calculates the model into the given rows, filters the calculated stage of each channel
-/// that has a column, publishes the curves to the chart series and measures. Allocates nothing once the
-/// rows and series exist, and recalculates only bodies whose marks are clear.
+/// that has a column, and measures. Allocates nothing once the rows exist, and recalculates only bodies whose marks are clear.
 MisfitPair evaluate_model_misfit(Session& session, ChannelTable& mag_rows, ChannelTable& grav_rows);
-
-/// Copies the calculated residual and gradient rows into the calculated curves of two charts.
-void copy_model_to_graphics_arrays(const Workspace& workspace, const ChannelTable& rows,
-                                   GraphicsArrays::Curves& curves, GraphicsArrays::Curves& gradient_curves,
-                                   Prompts& prompts);
 
 }  // namespace anomalis::model

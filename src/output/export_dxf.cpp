@@ -1,7 +1,7 @@
 #include "core/failure.h"
 #include "core/paths.h"
 #include "core/session.h"
-#include "model/evaluate.h"
+#include "model/refresh_model.h"
 #include "output/dxf.h"
 
 namespace anomalis::output {

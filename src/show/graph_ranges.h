@@ -1,18 +1,12 @@
 #pragma once
 
 #include <array>
+#include <span>
 
+#include "core/workspace.h"
 #include "edit/view_state.h"
 
-namespace anomalis {
-class Prompts;
-struct Workspace;
-}  // namespace anomalis
-
 namespace anomalis::show {
-
-/// The value that stands for "no model" in a calculated curve.
-inline constexpr double no_model_value = -99999.0;
 
 /// Lowest and highest value of each profile chart, over both its curves.
 struct GraphRanges {
@@ -20,10 +14,13 @@ struct GraphRanges {
     std::array<double, edit::profile_chart_count> high{};
 };
 
-/// Fills the chart series of the workspace from the filtered rows: charts 0 and 2 from the residual rows,
-/// 1 and 3 from the vertical or the total gradient. Calculated curves are `no_model_value` throughout without
-/// a body. Does nothing while the workspace's mark says that the series are up to date.
-void setup_graph_data_ranges(Workspace& workspace, GraphRanges& ranges, Prompts& prompts);
+/// One curve of a profile chart, a value a station: of charts 0 and 2 the residual row, of 1 and 3 the vertical
+/// or the total gradient. The calculated curve has no values while there is no body.
+std::span<const float> chart_curve(const Workspace& workspace, int chart, Stage stage);
+
+/// The ranges of the curves as their rows stand. Values that are missing or not finite do not count; 0 to 0 for a
+/// chart that has no others.
+GraphRanges graph_ranges(const Workspace& workspace);
 
 /// Which charts have something to show: those of the channels with a column, gradients only when a gradient
 /// filter is on, the section always.

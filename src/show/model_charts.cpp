@@ -14,6 +14,8 @@ namespace anomalis::show {
 
 namespace {
 
+/// Data files mark readings that are not there with it.
+constexpr double no_value = -99999.0;
 constexpr chart::Colour calculated_green = 65280;
 constexpr chart::Colour ground_brown = 0x1E4F7A;  // blue in the high byte
 const chart::Font number_font{"Sans Serif", 8.5, false, false};
@@ -44,21 +46,8 @@ void set_up_common(chart::AX_Grapher& chart) {
     chart.DisplayBorder(true);
     chart.BorderStyle(0);
     chart.ZoomEnabled(true);
-    chart.DataNull(no_model_value);
+    chart.DataNull(no_value);
     chart.Crosshair(true);
-}
-
-const GraphicsArrays::Curves& curves_of(const Workspace& workspace, int index) {
-    switch (index) {
-        case edit::chart_mag:
-            return workspace.graphics.mag;
-        case edit::chart_mag_gradient:
-            return workspace.graphics.mag_gradient;
-        case edit::chart_grav:
-            return workspace.graphics.grav;
-        default:
-            return workspace.graphics.grav_gradient;
-    }
 }
 
 double plot_aspect(const chart::AX_Grapher& chart) {
@@ -117,17 +106,17 @@ std::vector<chart::AX_Grapher*> ModelCharts::shown_charts() {
 void ModelCharts::register_series(int index, const Workspace& workspace) {
     chart::AX_Grapher& target = chart(index);
     if (index == edit::chart_section) {
-        const GraphicsArrays& graphics = workspace.graphics;
-        const std::array rows{chart::ChartRow{chart::x_row, graphics.topography_distance.span()},
-                              chart::ChartRow{chart::line_series, graphics.topography.span()}};
+        const std::array rows{chart::ChartRow{chart::x_row, workspace.distances.span()},
+                              chart::ChartRow{chart::line_series, workspace.stations.column(column_ground)}};
         target.RegisterData(rows);
         target.SetSeriesOptions(1, 1, ground_brown, "Ground", 0, -1, 1);
         return;
     }
-    const GraphicsArrays::Curves& curves = curves_of(workspace, index);
-    const std::array rows{chart::ChartRow{chart::x_row, curves.distance.span()},
-                          chart::ChartRow{chart::line_series, curves.observed.span()},
-                          chart::ChartRow{chart::line_series, curves.calculated.span()}};
+    const auto curve = [&](Stage stage) {
+        return chart::ChartRow{chart::line_series, chart_curve(workspace, index, stage)};
+    };
+    const std::array rows{chart::ChartRow{chart::x_row, workspace.distances.span()}, curve(stage_observed),
+                          curve(stage_calculated)};
     target.RegisterData(rows);
     target.SetSeriesOptions(1, 1, chart::black, "Observed", 0, -1, 1);
     target.SetSeriesOptions(1, 2, calculated_green, "Calculated", 0, -1, 1);
@@ -186,7 +175,7 @@ void ModelCharts::align() {
 }
 
 /// Limits first, then margins, then the section again: its scale hangs on the plot that the margins leave.
-void ModelCharts::lay_out(Workspace& workspace, const GraphRanges* ranges, edit::ViewState& view) {
+void ModelCharts::lay_out(const Workspace& workspace, const GraphRanges* ranges, edit::ViewState& view) {
     place_distances();
     for (int i = 0; i < edit::model_chart_count; ++i) {
         if (!is_shown(i)) continue;
@@ -200,14 +189,14 @@ void ModelCharts::lay_out(Workspace& workspace, const GraphRanges* ranges, edit:
     align();
 }
 
-void ModelCharts::show(int index, Workspace& workspace, const edit::ViewState& view) {
+void ModelCharts::show(int index, const Workspace& workspace, const edit::ViewState& view) {
     chart::AX_Grapher& target = chart(index);
     target.ClearSavedGraphics();
     if (index == edit::chart_section) record_section(target, workspace, view, section_polygons_);
     target.DisplayChart();
 }
 
-void ModelCharts::draw(Workspace& workspace, const GraphRanges& ranges, edit::ViewState& view) {
+void ModelCharts::draw(const Workspace& workspace, const GraphRanges& ranges, edit::ViewState& view) {
     for (int i = 0; i < edit::model_chart_count; ++i)
         if (is_shown(i)) register_series(i, workspace);
     lay_out(workspace, &ranges, view);
@@ -215,7 +204,7 @@ void ModelCharts::draw(Workspace& workspace, const GraphRanges& ranges, edit::Vi
         if (is_shown(i)) show(i, workspace, view);
 }
 
-void ModelCharts::draw_one(int index, Workspace& workspace, const GraphRanges& ranges,
+void ModelCharts::draw_one(int index, const Workspace& workspace, const GraphRanges& ranges,
                            edit::ViewState& view) {
     if (!is_shown(index)) return;
     register_series(index, workspace);
@@ -225,7 +214,7 @@ void ModelCharts::draw_one(int index, Workspace& workspace, const GraphRanges& r
     show(index, workspace, view);
 }
 
-void ModelCharts::apply_windows(Workspace& workspace, edit::ViewState& view) {
+void ModelCharts::apply_windows(const Workspace& workspace, edit::ViewState& view) {
     for (chart::AX_Grapher* shown : shown_charts()) shown->clear_zoom_values();
     lay_out(workspace, nullptr, view);
     for (int i = 0; i < edit::model_chart_count; ++i)
@@ -240,7 +229,7 @@ void ModelCharts::draw_plan(const Workspace& workspace, const edit::ViewState& v
     plan().RefreshGraph(1);
 }
 
-void ModelCharts::follow_view(int leader, Workspace& workspace, const edit::ViewState& view) {
+void ModelCharts::follow_view(int leader, const Workspace& workspace, const edit::ViewState& view) {
     const chart::ZoomValues led = chart(leader).CurrentZoom();
     for (int i = 0; i < edit::model_chart_count; ++i) {
         if (!is_shown(i) || i == leader) continue;
@@ -250,7 +239,7 @@ void ModelCharts::follow_view(int leader, Workspace& workspace, const edit::View
     if (is_shown(edit::chart_section)) refresh_section(workspace, view);
 }
 
-void ModelCharts::refresh_section(Workspace& workspace, const edit::ViewState& view) {
+void ModelCharts::refresh_section(const Workspace& workspace, const edit::ViewState& view) {
     chart::AX_Grapher& section = chart(edit::chart_section);
     section.ClearSavedGraphics();
     record_section(section, workspace, view, section_polygons_);

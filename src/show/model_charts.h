@@ -40,17 +40,17 @@ class ModelCharts {
 
     /// Series, limits and overlay of the charts shown, through the windows of `view`; a chart that scales
     /// itself gets its vertical window here. The plots of all charts come to stand under each other.
-    void draw(Workspace& workspace, const GraphRanges& ranges, edit::ViewState& view);
+    void draw(const Workspace& workspace, const GraphRanges& ranges, edit::ViewState& view);
     /// Draws one chart anew without touching the others.
-    void draw_one(int index, Workspace& workspace, const GraphRanges& ranges, edit::ViewState& view);
+    void draw_one(int index, const Workspace& workspace, const GraphRanges& ranges, edit::ViewState& view);
     /// The windows of `view` without new data.
-    void apply_windows(Workspace& workspace, edit::ViewState& view);
+    void apply_windows(const Workspace& workspace, edit::ViewState& view);
     void draw_plan(const Workspace& workspace, const edit::ViewState& view, Prompts& prompts);
 
     /// The view of one chart was changed by hand: the others follow along the distance.
-    void follow_view(int leader, Workspace& workspace, const edit::ViewState& view);
+    void follow_view(int leader, const Workspace& workspace, const edit::ViewState& view);
     /// Records the section's overlay anew for its present view.
-    void refresh_section(Workspace& workspace, const edit::ViewState& view);
+    void refresh_section(const Workspace& workspace, const edit::ViewState& view);
 
     void clear();
 
@@ -65,8 +65,8 @@ class ModelCharts {
     void set_limits(int index, const Workspace& workspace, edit::ViewState& view);
     void place_distances();
     void align();
-    void lay_out(Workspace& workspace, const GraphRanges* ranges, edit::ViewState& view);
-    void show(int index, Workspace& workspace, const edit::ViewState& view);
+    void lay_out(const Workspace& workspace, const GraphRanges* ranges, edit::ViewState& view);
+    void show(int index, const Workspace& workspace, const edit::ViewState& view);
     std::vector<chart::AX_Grapher*> shown_charts();
 
     std::array<chart::AX_Grapher*, edit::model_chart_count> charts_;

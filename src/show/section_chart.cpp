@@ -61,7 +61,7 @@ void record_label(chart::AX_Grapher& chart, const ModelBody& body, const Section
     const bool in_view = right >= view.x_low && left <= view.x_high && shape.highest() >= view.y_low &&
                          shape.lowest() <= view.y_high;
     if (!in_view || !(chart.XAxisScale() > 0)) return;
-    const std::string depth = "Burial depth: " + format_number(shape.burial_depth, "0.00");
+    const std::string depth = "Burial depth: " + format_number(body.top_elevation, "0.00");
     const double height = chart.TextHeight() / chart.YAxisScale();
     const double margin = chart.TextHeight() / 2 / chart.XAxisScale();
     const double width = std::max(chart.TextWidth(body.name), chart.TextWidth(depth)) / chart.XAxisScale();
@@ -101,7 +101,7 @@ void record_body_outline(chart::AX_Grapher& chart, int body_number, const std::v
                  body_number);
 }
 
-void record_section(chart::AX_Grapher& chart, Workspace& workspace, const edit::ViewState& view,
+void record_section(chart::AX_Grapher& chart, const Workspace& workspace, const edit::ViewState& view,
                     PolygonTable& polygons) {
     polygons.clear();
     const chart::Rect limits = chart.ViewLimits();
@@ -109,10 +109,9 @@ void record_section(chart::AX_Grapher& chart, Workspace& workspace, const edit::
     record_sensors(chart, workspace);
     const SectionWindow window{chart.YAxisMin(), view.profile_window_max};
     for (int number = 1; number <= workspace.body_count; ++number) {
-        ModelBody& body = workspace.body(number);
+        const ModelBody& body = workspace.body(number);
         const SectionShape shape = section_shape(workspace, body, window);
         if (!shape.visible) continue;
-        body.top_elevation = static_cast<float>(shape.burial_depth);
         const bool highlighted = is_highlighted(number, view);
         if (!shape.xs.empty())
             record_body_outline(chart, number, shape.xs, shape.ys, shape.outline,

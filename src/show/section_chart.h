@@ -16,9 +16,8 @@ struct Workspace;
 namespace anomalis::show {
 
 /// Records what the section shows over its ground line: grid, sensors, bodies with their reference points,
-/// the label of the selected body. The chart's limits must have been laid out. Writes the burial depth of
-/// each body drawn into its `top_elevation`; fills `polygons`.
-void record_section(chart::AX_Grapher& chart, Workspace& workspace, const edit::ViewState& view,
+/// the label of the selected body. The chart's limits must have been laid out. Fills `polygons`.
+void record_section(chart::AX_Grapher& chart, const Workspace& workspace, const edit::ViewState& view,
                     PolygonTable& polygons);
 
 /// Every so many stations a sensor is drawn: the smallest stride that leaves at most 128.

@@ -5,7 +5,6 @@
 #include <numbers>
 
 #include "core/angles.h"
-#include "core/search.h"
 #include "core/workspace.h"
 #include "forward/shape/exact_shape.h"
 
@@ -168,17 +167,6 @@ double SectionShape::highest() const {
     return ys.empty() ? top : *std::max_element(ys.begin(), ys.end());
 }
 
-double ground_elevation(const Workspace& workspace, double distance) {
-    const int n = workspace.station_count;
-    if (workspace.definition.dtm_column <= 0) return workspace.surface_elevation;
-    if (n < 2) return n == 1 ? workspace.stations(1, column_ground) : workspace.surface_elevation;
-    const int i = std::clamp(search_sorted(workspace.distances.span(), distance) - 1, 1, n - 1);
-    const double step = workspace.distances[i + 1] - workspace.distances[i];
-    const double t = step == 0 ? 0 : (distance - workspace.distances[i]) / step;
-    const double low = workspace.stations(i, column_ground);
-    return low + (workspace.stations(i + 1, column_ground) - low) * t;
-}
-
 SectionShape section_shape(const Workspace& workspace, const ModelBody& body, const SectionWindow& window) {
     SectionShape shape;
     const double angle = body.strike.value * radians_per_degree - workspace.azimuth;
@@ -194,8 +182,6 @@ SectionShape section_shape(const Workspace& workspace, const ModelBody& body, co
     shape.visible = true;
     shape.distance = body.distance.value;
     shape.top = body.top.value;
-    shape.burial_depth = ground_elevation(workspace, shape.distance) - shape.top;
-    if (body.type == pipe) shape.burial_depth -= body.width.value / 2.0;
     if (body.type < polygon) add_sheet(workspace, body, crossing, window, shape);
     if (body.type == pipe || body.type == wire) add_circle(body, crossing, shape);
     // A plane cuts a sphere in a circle at any angle.

@@ -22,7 +22,6 @@ struct SectionShape {
     bool visible = false;  ///< false: the strike is so near the line that the body has no section
     double distance = 0;   ///< of the reference point
     double top = 0;
-    double burial_depth = 0;
     std::vector<double> xs, ys;  ///< a closed outline, its last point equal to the first; none for a sphere
     chart::Colour outline = chart::black;
     int width = 1;  ///< of the outline, pixels
@@ -42,9 +41,5 @@ inline constexpr double least_strike_sine = 0.01;
 /// With the exact formulas the outline is that of the body they calculate: spheres have one too, and a body
 /// along the line is shown as one that crosses it at half a degree.
 SectionShape section_shape(const Workspace& workspace, const ModelBody& body, const SectionWindow& window);
-
-/// Elevation of the ground (m) at a distance along the profile: between its two stations, extrapolated beyond
-/// the ends; the constant surface elevation without a ground column.
-double ground_elevation(const Workspace& workspace, double distance);
 
 }  // namespace anomalis::show

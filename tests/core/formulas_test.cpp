@@ -16,18 +16,10 @@ TEST(Formulas, a_name_reads_back_in_any_case) {
     EXPECT_EQ(formulas_name(Formulas::exact), "exact");
 }
 
-TEST(Formulas, changing_over_recalculates_every_body_and_staying_none) {
+TEST(Formulas, a_new_workspace_has_the_classic_ones) {
     Workspace workspace;
     ScriptedPrompts prompts;
-    initialise_workspace(workspace, prompts);
-    workspace.body_count = 1;
-    ModelBody& body = workspace.body(1);
-    body.mag_response_valid = body.grav_response_valid = true;
-    set_formulas(workspace, Formulas::classic, prompts);
-    EXPECT_TRUE(body.mag_response_valid);
-    set_formulas(workspace, Formulas::exact, prompts);
-    EXPECT_EQ(workspace.formulas, Formulas::exact);
-    EXPECT_FALSE(body.mag_response_valid || body.grav_response_valid);
+    workspace.formulas = Formulas::exact;
     initialise_workspace(workspace, prompts);
     EXPECT_EQ(workspace.formulas, Formulas::classic);
 }

@@ -83,7 +83,7 @@ TEST_F(WorkspaceTest, starts_with_empty_ranges_and_no_stations) {
     EXPECT_EQ(workspace.last_station, 0);
     EXPECT_EQ(workspace.first_distance, 0);
     EXPECT_EQ(workspace.last_distance, 0);
-    EXPECT_FALSE(workspace.elevations_ready || workspace.graph_ranges_ready);
+    EXPECT_FALSE(workspace.elevations_ready);
     EXPECT_FALSE(workspace.mag.observed_filtered || workspace.mag.calculated_filtered);
     EXPECT_FALSE(workspace.grav.observed_filtered || workspace.grav.calculated_filtered);
 }
@@ -256,7 +256,7 @@ TEST_F(WorkspaceTest, body_33_makes_room_for_48_and_keeps_the_others) {
 TEST_F(WorkspaceTest, a_reset_reaches_slots_above_the_count) {
     workspace.body_count = 1;
     workspace.mag.calculated_filtered = workspace.grav.calculated_filtered = true;
-    workspace.mag.observed_filtered = workspace.graph_ranges_ready = true;
+    workspace.mag.observed_filtered = true;
     for (const int i : {1, 2, 32}) {
         workspace.body(i).last_calculated = 5;
         workspace.body(i).mag_response_valid = workspace.body(i).grav_response_valid = true;
@@ -267,25 +267,23 @@ TEST_F(WorkspaceTest, a_reset_reaches_slots_above_the_count) {
         EXPECT_FALSE(workspace.body(i).mag_response_valid || workspace.body(i).grav_response_valid);
     }
     EXPECT_FALSE(workspace.mag.calculated_filtered || workspace.grav.calculated_filtered);
-    EXPECT_TRUE(workspace.mag.observed_filtered && workspace.graph_ranges_ready);
+    EXPECT_TRUE(workspace.mag.observed_filtered);
 }
 
 TEST_F(WorkspaceTest, the_observed_rows_fall_in_mode_0_alone) {
     const auto set_all = [&](bool to) {
         workspace.mag.observed_filtered = workspace.mag.calculated_filtered = to;
         workspace.grav.observed_filtered = workspace.grav.calculated_filtered = to;
-        workspace.graph_ranges_ready = workspace.elevations_ready = to;
+        workspace.elevations_ready = to;
     };
     set_all(true);
     invalidate_filtered_data(1, workspace);
     EXPECT_FALSE(workspace.mag.calculated_filtered || workspace.grav.calculated_filtered);
     EXPECT_TRUE(workspace.mag.observed_filtered && workspace.grav.observed_filtered);
-    EXPECT_TRUE(workspace.graph_ranges_ready);
     set_all(true);
     invalidate_filtered_data(0, workspace);
     EXPECT_FALSE(workspace.mag.calculated_filtered || workspace.grav.calculated_filtered);
     EXPECT_FALSE(workspace.mag.observed_filtered || workspace.grav.observed_filtered);
-    EXPECT_FALSE(workspace.graph_ranges_ready);
     EXPECT_TRUE(workspace.elevations_ready);
 }
 

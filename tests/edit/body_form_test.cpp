@@ -172,7 +172,7 @@ TEST(BodyForm, the_tip_of_demagnetisation_tells_where_it_has_no_effect) {
     sample.body(2).type = wire;
     EXPECT_TRUE(tells());
     sample.body(2).type = thick_sheet;
-    set_formulas(sample.workspace(), Formulas::exact, sample.prompts);
+    sample.workspace().formulas = Formulas::exact;
     EXPECT_FALSE(tells());
     sample.body(2).type = polygon;
     EXPECT_TRUE(tells());

@@ -29,7 +29,6 @@ TEST_F(DisplayCheckTest, boxes_in_order_let_the_model_be_shown_with_fresh_filter
     sample.workspace().mag.observed_filtered = true;
     EXPECT_EQ(refusal(texts()), "");
     EXPECT_FALSE(sample.workspace().mag.observed_filtered);
-    EXPECT_FALSE(sample.workspace().graph_ranges_ready);
 }
 
 TEST_F(DisplayCheckTest, without_stations_nothing_is_looked_at) {

@@ -7,8 +7,9 @@
 #include "edit/change.h"
 #include "edit/line_sample.h"
 #include "edit/settings_boxes.h"
-#include "model/evaluate.h"
+#include "model/refresh_model.h"
 #include "workspace_file/axm.h"
+#include "support/stale_body.h"
 
 namespace anomalis::edit {
 

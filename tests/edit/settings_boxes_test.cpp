@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "edit/line_sample.h"
-#include "model/evaluate.h"
+#include "model/refresh_model.h"
 
 namespace anomalis::edit {
 
@@ -85,7 +85,6 @@ TEST(SettingsBoxes, filter_widths_are_whole_and_not_negative_and_clear_the_filte
               SettingsChange::stored);
     EXPECT_EQ(sample.workspace().processing.smooth_filter_width, 2);
     EXPECT_FALSE(sample.workspace().mag.observed_filtered);
-    EXPECT_FALSE(sample.workspace().graph_ranges_ready);
     EXPECT_EQ(sample.workspace().station_count, LineSample::stations) << "a filter does not need a new load";
 }
 

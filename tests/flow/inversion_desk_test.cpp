@@ -7,7 +7,8 @@
 #include "core/paths.h"
 #include "edit/change.h"
 #include "edit/line_sample.h"
-#include "model/evaluate.h"
+#include "model/refresh_model.h"
+#include "support/stale_body.h"
 
 namespace anomalis::flow {
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "show/chart_sample.h"
+#include "support/stale_body.h"
 
 namespace anomalis::flow {
 

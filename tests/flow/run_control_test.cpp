@@ -8,6 +8,7 @@
 #include "flow/scripted_view.h"
 #include "inversion/line_session.h"
 #include "support/temp_folder.h"
+#include "support/stale_body.h"
 
 namespace anomalis::flow {
 

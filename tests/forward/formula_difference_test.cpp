@@ -60,7 +60,8 @@ TEST(FormulaDifference, is_none_with_the_exact_formulas_and_for_a_body_switched_
     Compared line(90, 0);
     line.workspace.formulas = Formulas::exact;
     EXPECT_EQ(line.difference().largest(), 0);
-    set_formulas(line.workspace, Formulas::classic, line.prompts);
+    line.workspace.formulas = Formulas::classic;
+    reset_calculated_data(line.workspace, line.prompts);
     line.body().turned_off = 1;
     EXPECT_EQ(line.difference().largest(), 0);
 }

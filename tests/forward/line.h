@@ -9,6 +9,7 @@
 #include "core/workspace.h"
 #include "forward/driver.h"
 #include "support/scripted_prompts.h"
+#include "support/stale_body.h"
 
 namespace anomalis::forward {
 

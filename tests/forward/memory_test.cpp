@@ -2,6 +2,7 @@
 
 #include "allocations.h"
 #include "forward/line.h"
+#include "support/stale_body.h"
 
 namespace anomalis::forward {
 

@@ -137,15 +137,6 @@ TEST_F(Profile, merges_then_resamples) {
     EXPECT_NEAR(workspace.mag.data(4, row_raw, stage_observed), 30, 1e-4);
 }
 
-TEST_F(Profile, sets_the_elevation_of_every_body) {
-    workspace.surface_elevation = 100;
-    workspace.body_count = 1;
-    workspace.body(1).type = thin_sheet;
-    workspace.body(1).top.value = 30;
-    EXPECT_EQ(set_up({{0, 0}, {10, 0}}), 0);
-    EXPECT_EQ(workspace.body(1).top_elevation, 70);
-}
-
 TEST_F(Profile, coordinates_out_of_range_are_told_and_the_arrays_stay_equal) {
     EXPECT_EQ(set_up({{0, 0}, {1e200, 0}}), -1);
     EXPECT_THAT(prompts.messages,

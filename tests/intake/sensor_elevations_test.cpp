@@ -19,7 +19,7 @@ Workspace workspace_with(int z_column, int dtm_column) {
     w.definition.dtm_column = dtm_column;
     w.surface_elevation = 200;
     w.sensor_offset = 10;
-    w.mag.observed_filtered = w.mag.calculated_filtered = w.graph_ranges_ready = true;
+    w.mag.observed_filtered = w.mag.calculated_filtered = true;
     return w;
 }
 
@@ -51,7 +51,7 @@ TEST(SensorElevations, outdate_the_filtered_rows) {
     Workspace w = workspace_with(3, 4);
     setup_sensor_elevations(w, prompts);
     EXPECT_TRUE(w.elevations_ready);
-    EXPECT_FALSE(w.mag.observed_filtered || w.mag.calculated_filtered || w.graph_ranges_ready);
+    EXPECT_FALSE(w.mag.observed_filtered || w.mag.calculated_filtered);
 }
 
 TEST(SensorElevations, are_left_alone_while_they_are_ready) {

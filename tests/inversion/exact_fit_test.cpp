@@ -144,7 +144,7 @@ TEST(ExactFitOfADyke, the_exact_formulas_find_the_dip_that_the_classic_ones_cann
         body.dip.value = 70;
         body.length.value = body.depth_extent.value = 0;
         line.take_model_as_data();
-        set_formulas(line.workspace(), formulas, line.prompts);
+        line.workspace().formulas = formulas;
         body.dip.value = 100;
         body.susc.max = 1e6F;
         for (const Slot slot : {distance, top, dip, width, susc}) (body.*slot).vary = 1;

@@ -6,7 +6,7 @@
 #include "core/session.h"
 #include "forward/driver.h"
 #include "intake/profile.h"
-#include "model/evaluate.h"
+#include "model/refresh_model.h"
 #include "support/scripted_prompts.h"
 
 namespace anomalis::inversion {

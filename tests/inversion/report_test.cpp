@@ -126,7 +126,8 @@ TEST(RunInversion, the_session_is_refreshed_at_its_end) {
 TEST(RunInversion, a_message_that_repeats_is_shown_once) {
     LineSession line;
     prepare(line);
-    line.workspace().graphics.mag.calculated.release();
+    line.workspace().body(1).susc.value = std::numeric_limits<float>::infinity();
+    line.workspace().body(1).susc.vary = 0;
     run_inversion(line.session, {.iterations = 3});
     ASSERT_EQ(line.prompts.messages.size(), 1U);
     EXPECT_TRUE(line.prompts.told(" times)"));

@@ -7,6 +7,7 @@
 #include "inversion/parameters.h"
 #include "inversion/trial_rows.h"
 #include "model/misfit.h"
+#include "support/stale_body.h"
 
 namespace anomalis::inversion {
 

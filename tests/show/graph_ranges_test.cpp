@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "edit/line_sample.h"
-#include "model/evaluate.h"
+#include "model/refresh_model.h"
 
 namespace anomalis::show {
 
@@ -18,8 +18,9 @@ struct Filled : edit::LineSample {
     }
     void fill() {
         model::refresh_model(session);
-        setup_graph_data_ranges(workspace(), ranges, prompts);
+        ranges = graph_ranges(workspace());
     }
+    std::span<const float> curve(int chart, Stage stage) { return chart_curve(workspace(), chart, stage); }
     GraphRanges ranges;
 };
 
@@ -27,27 +28,26 @@ struct Filled : edit::LineSample {
 
 TEST(GraphRanges, without_a_body_the_calculated_curves_have_no_values) {
     Filled sample(false);
-    const auto curve = sample.workspace().graphics.mag.calculated.span();
-    EXPECT_TRUE(std::all_of(curve.begin(), curve.end(), [](double v) { return v == no_model_value; }));
+    EXPECT_TRUE(sample.curve(edit::chart_mag, stage_calculated).empty());
+    EXPECT_FALSE(sample.curve(edit::chart_mag, stage_observed).empty());
     EXPECT_GT(sample.ranges.low[edit::chart_mag], -1000) << "and do not stretch the axis";
 }
 
-TEST(GraphRanges, series_are_distance_observed_residual_and_calculated_residual) {
+TEST(GraphRanges, curves_are_the_residual_rows_where_they_stand) {
     Filled sample(true);
     const Workspace& w = sample.workspace();
-    EXPECT_EQ(w.graphics.mag.distance[51], w.distances[51]);
-    EXPECT_EQ(w.graphics.mag.observed[51], w.mag.data(51, row_residual, stage_observed));
-    EXPECT_EQ(w.graphics.grav.calculated[40], w.grav.data(40, row_residual, stage_calculated));
-    EXPECT_EQ(w.graphics.topography[7], w.stations(7, column_ground));
+    EXPECT_EQ(sample.curve(edit::chart_mag, stage_observed).data(),
+              w.mag.data.row(row_residual, stage_observed).data());
+    EXPECT_EQ(sample.curve(edit::chart_grav, stage_calculated).data(),
+              w.grav.data.row(row_residual, stage_calculated).data());
 }
 
 TEST(GraphRanges, the_range_holds_both_curves) {
     Filled sample(true);
-    const auto& curves = sample.workspace().graphics.mag;
-    double low = 1e9;
-    double high = -1e9;
-    for (const auto* curve : {&curves.observed, &curves.calculated}) {
-        const auto values = curve->span();
+    float low = 1e9F;
+    float high = -1e9F;
+    for (const Stage stage : {stage_observed, stage_calculated}) {
+        const auto values = sample.curve(edit::chart_mag, stage);
         low = std::min(low, *std::min_element(values.begin(), values.end()));
         high = std::max(high, *std::max_element(values.begin(), values.end()));
     }
@@ -58,22 +58,12 @@ TEST(GraphRanges, the_range_holds_both_curves) {
 TEST(GraphRanges, the_gradient_charts_show_the_kind_that_is_chosen) {
     Filled sample(true);
     Workspace& w = sample.workspace();
-    EXPECT_EQ(w.graphics.mag_gradient.observed[50], w.mag.data(50, row_gradient, stage_observed));
+    const auto gradient = [&] { return sample.curve(edit::chart_mag_gradient, stage_observed)[49]; };
+    EXPECT_EQ(gradient(), w.mag.data(50, row_gradient, stage_observed));
     w.processing.display_total_gradient = 1;
-    invalidate_filtered_data(0, w);
     sample.fill();
-    EXPECT_EQ(w.graphics.mag_gradient.observed[50], w.mag.data(50, row_total_gradient, stage_observed));
+    EXPECT_EQ(gradient(), w.mag.data(50, row_total_gradient, stage_observed));
     EXPECT_GE(sample.ranges.low[edit::chart_mag_gradient], 0);
-}
-
-TEST(GraphRanges, nothing_is_filled_while_the_mark_stands) {
-    Filled sample(true);
-    sample.workspace().graphics.mag.observed[3] = 4711;
-    setup_graph_data_ranges(sample.workspace(), sample.ranges, sample.prompts);
-    EXPECT_EQ(sample.workspace().graphics.mag.observed[3], 4711);
-    sample.workspace().graph_ranges_ready = false;
-    setup_graph_data_ranges(sample.workspace(), sample.ranges, sample.prompts);
-    EXPECT_NE(sample.workspace().graphics.mag.observed[3], 4711);
 }
 
 TEST(GraphRanges, missing_and_infinite_values_do_not_stretch_the_axis) {
@@ -81,10 +71,9 @@ TEST(GraphRanges, missing_and_infinite_values_do_not_stretch_the_axis) {
     Workspace& w = sample.workspace();
     w.mag.data(5, row_residual, stage_observed) = -1e32F;
     w.mag.data(6, row_residual, stage_observed) = std::numeric_limits<float>::infinity();
-    w.graph_ranges_ready = false;
-    setup_graph_data_ranges(w, sample.ranges, sample.prompts);
-    EXPECT_GT(sample.ranges.low[edit::chart_mag], -1000);
-    EXPECT_LT(sample.ranges.high[edit::chart_mag], 1000);
+    const GraphRanges ranges = graph_ranges(w);
+    EXPECT_GT(ranges.low[edit::chart_mag], -1000);
+    EXPECT_LT(ranges.high[edit::chart_mag], 1000);
 }
 
 TEST(GraphRanges, a_channel_without_a_column_and_a_gradient_without_a_filter_have_no_chart) {

@@ -102,7 +102,7 @@ void SeriesTable::store(std::span<const ChartRow> rows, const ChartProperties& p
         }
         SeriesData& data = series_[series_number++];
         const auto count = static_cast<std::size_t>(groups_[group_number - 1].count);
-        const std::span<const double> cells = rows[row].cells;
+        const Cells cells = rows[row].cells;
         data.code = rows[row].code;
         data.markers.clear();
         data.colours.clear();

@@ -58,9 +58,9 @@ void fill_by_type(Workspace& workspace, ModelBody& body, double strike_sine, Pro
 void fill(Workspace& workspace, int body_number, Prompts& prompts) {
     ModelBody& body = workspace.body(body_number);
     zero_magnetic_columns(workspace, body);
-    if (!(body.last_calculated > 0) && calculate_field_coefficients(workspace, body, prompts) != 0) return;
     // The azimuth is in radians and is added to degrees as it stands: files hold spheres fitted with it.
     if (body.type == sphere) body.strike.value = to_single(workspace.azimuth + 90.0);
+    if (calculate_field_coefficients(workspace, body, prompts) != 0) return;
     const double strike_sine = strike_against_profile(body, workspace.azimuth);
     if (std::abs(strike_sine) < least_strike_sine) return;
     update_body_reference_point(workspace, body.distance.value, body.east, body.north);

@@ -47,7 +47,7 @@ void FormFormulas::choose(bool exact) {
     Workspace& workspace = workbench.session.workspace;
     if (form_.guards().closed() || workspace.formulas == wanted) return refresh();
     form_.commit_entries();
-    set_formulas(workspace, wanted, workbench.session.prompts);
+    workspace.formulas = wanted;
     edit::note_change(workbench, {exact ? "exact formulas" : "classic formulas", "", false});
     form_.model_edited();
     refresh();

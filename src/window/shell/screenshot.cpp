@@ -13,7 +13,7 @@
 #include "core/paths.h"
 #include "core/safe_file.h"
 #include "edit/workbench.h"
-#include "model/evaluate.h"
+#include "model/refresh_model.h"
 #include "window/shell/look.h"
 
 namespace anomalis::window {

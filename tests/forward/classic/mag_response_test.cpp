@@ -4,6 +4,7 @@
 
 #include "forward/classic/field_coefficients.h"
 #include "forward/line.h"
+#include "support/stale_body.h"
 
 namespace anomalis::forward {
 

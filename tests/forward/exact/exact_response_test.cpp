@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "exact_line.h"
+#include "support/stale_body.h"
 
 namespace anomalis::forward {
 namespace {
@@ -13,10 +14,12 @@ TEST(ExactResponse, the_driver_takes_the_route_that_the_workspace_chooses) {
     body.length.value = 0;
     body.dip.value = 70;
     const std::vector<double> classic = line.response();
-    set_formulas(line.workspace, Formulas::exact, line.prompts);
+    line.workspace.formulas = Formulas::exact;
+    reset_calculated_data(line.workspace, line.prompts);
     const std::vector<double> exact = line.response();
     EXPECT_GT(relative_difference(classic, exact), 0.2);
-    set_formulas(line.workspace, Formulas::classic, line.prompts);
+    line.workspace.formulas = Formulas::classic;
+    reset_calculated_data(line.workspace, line.prompts);
     EXPECT_EQ(line.response(), classic);
     EXPECT_TRUE(line.prompts.messages.empty());
 }

@@ -1,10 +1,11 @@
-#include "model/evaluate.h"
+#include "model/refresh_model.h"
 
 #include "filter/filters.h"
 #include "forward/driver.h"
 #include "intake/profile.h"
-#include "inversion/parameters.h"
+#include "model/burial_depth.h"
 #include "model/misfit.h"
+#include "model/stale.h"
 
 namespace anomalis::model {
 
@@ -16,10 +17,12 @@ void finish_load(Session& session) {
 
 MisfitPair refresh_model(Session& session) {
     Workspace& workspace = session.workspace;
+    find_stale(workspace);
     if (workspace.station_count <= 0) return {};
     Prompts& prompts = session.prompts;
     intake::setup_sensor_elevations(workspace, prompts);
     forward::calculate_model(workspace, workspace.mag.data, workspace.grav.data, prompts);
+    set_burial_depths(workspace);
     const auto filter_both = [&](int stage) {
         if (workspace.has_mag())
             filter::filter_data(workspace, channel_mag, stage, workspace.mag.data, prompts);
@@ -29,6 +32,7 @@ MisfitPair refresh_model(Session& session) {
     // The observed stage first: a floating base lays the calculated curve on it.
     filter_both(stage_observed);
     filter_both(stage_calculated);
+    know_fields(workspace);
     return calculate_misfit(workspace, session.inversion, prompts);
 }
 

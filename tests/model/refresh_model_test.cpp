@@ -1,4 +1,4 @@
-#include "model/evaluate.h"
+#include "model/refresh_model.h"
 
 #include <gtest/gtest.h>
 

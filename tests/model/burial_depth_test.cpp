@@ -1,11 +1,10 @@
-#include "intake/body_elevations.h"
+#include "model/burial_depth.h"
 
 #include <gtest/gtest.h>
 
-#include "core/failure.h"
 #include "support/survey.h"
 
-namespace anomalis::intake {
+namespace anomalis::model {
 namespace {
 
 /// Stations at distances 0, 10, 30 with the ground at 100, 110, 90, and one body.
@@ -30,11 +29,11 @@ Workspace hill(float distance, std::int32_t type = thick_sheet) {
 /// The ground that the body stands under.
 float ground_under(float distance) {
     Workspace w = hill(distance);
-    set_body_elevations(w);
-    return w.body(1).top_elevation + 27;
+    set_burial_depths(w);
+    return w.body(1).top_elevation + 7;
 }
 
-TEST(BodyElevations, ground_is_interpolated_between_the_neighbours) {
+TEST(BurialDepth, ground_is_interpolated_between_the_neighbours) {
     EXPECT_FLOAT_EQ(ground_under(0), 100);
     EXPECT_FLOAT_EQ(ground_under(5), 105);
     EXPECT_FLOAT_EQ(ground_under(10), 110);
@@ -42,47 +41,48 @@ TEST(BodyElevations, ground_is_interpolated_between_the_neighbours) {
     EXPECT_FLOAT_EQ(ground_under(30), 90);
 }
 
-TEST(BodyElevations, beyond_the_ends_the_last_interval_goes_on) {
+TEST(BurialDepth, beyond_the_ends_the_last_interval_goes_on) {
     EXPECT_FLOAT_EQ(ground_under(50), 70);
     EXPECT_FLOAT_EQ(ground_under(-10), 90);
 }
 
-TEST(BodyElevations, without_a_ground_column_the_surface_elevation_counts) {
+TEST(BurialDepth, without_a_ground_column_the_surface_elevation_counts) {
     Workspace w = hill(5);
     w.definition.dtm_column = 0;
-    set_body_elevations(w);
-    EXPECT_FLOAT_EQ(w.body(1).top_elevation, 500 - 27);
+    set_burial_depths(w);
+    EXPECT_FLOAT_EQ(w.body(1).top_elevation, 500 - 7);
 }
 
-TEST(BodyElevations, a_pipe_lies_half_its_width_deeper) {
+TEST(BurialDepth, a_pipe_lies_half_its_width_deeper) {
     Workspace w = hill(5, pipe);
-    set_body_elevations(w);
-    EXPECT_FLOAT_EQ(w.body(1).top_elevation, 105 - 27 - 10);
+    set_burial_depths(w);
+    EXPECT_FLOAT_EQ(w.body(1).top_elevation, 105 - 7 - 10);
     Workspace cable = hill(5, wire);
-    set_body_elevations(cable);
-    EXPECT_FLOAT_EQ(cable.body(1).top_elevation, 105 - 27);
+    set_burial_depths(cable);
+    EXPECT_FLOAT_EQ(cable.body(1).top_elevation, 105 - 7);
 }
 
-TEST(BodyElevations, bodies_above_the_count_stay) {
+TEST(BurialDepth, bodies_above_the_count_stay) {
     Workspace w = hill(5);
     w.body(2).top_elevation = -1;
-    set_body_elevations(w);
+    set_burial_depths(w);
     EXPECT_EQ(w.body(2).top_elevation, -1);
 }
 
-TEST(BodyElevations, a_single_station_has_its_own_ground) {
+TEST(BurialDepth, a_single_station_has_its_own_ground) {
     Workspace w = hill(5);
     set_stations(w, {{0, 0, 0, 0, 100}});
     w.distances.assign(1);
-    set_body_elevations(w);
-    EXPECT_FLOAT_EQ(w.body(1).top_elevation, 100 - 27);
+    set_burial_depths(w);
+    EXPECT_FLOAT_EQ(w.body(1).top_elevation, 100 - 7);
 }
 
-TEST(BodyElevations, neighbours_at_one_distance_are_a_fault) {
+TEST(BurialDepth, of_neighbours_at_one_distance_the_nearer_ground_counts) {
     Workspace w = hill(40);
     w.distances[3] = 10;
-    EXPECT_THROW(set_body_elevations(w), Fault);
+    set_burial_depths(w);
+    EXPECT_FLOAT_EQ(w.body(1).top_elevation, 110 - 7);
 }
 
 }  // namespace
-}  // namespace anomalis::intake
+}  // namespace anomalis::model
