@@ -15,7 +15,6 @@
 namespace anomalis {
 
 class Prompts;
-class Settings;
 
 /// A day number: days since 30 December 1899, as file times are stored. 0 means none.
 using Date = double;
@@ -248,9 +247,6 @@ struct Workspace : LineGeometry {
 
 /// Sets every default, resets the transform and gives room for 32 bodies. What has no default stays.
 void initialise_workspace(Workspace& workspace, Prompts& prompts);
-
-/// Fills the body at `index` with its defaults, those of the settings store last. Its type must be set.
-void initialise_body(Workspace& workspace, int index, const Settings& settings, Prompts& prompts);
 
 /// Makes room for body `body_count + 1`: the capacity grows by steps of 16, the bodies stay.
 void reserve_next_body(Workspace& workspace);

@@ -1,26 +1,19 @@
 #include "edit/model_state.h"
 
 #include <algorithm>
+#include <array>
 #include <tuple>
 #include <type_traits>
 #include <unordered_map>
 #include <utility>
 
+#include "core/body_fields.h"
+#include "core/body_parameters.h"
 #include "core/workspace.h"
 
 namespace anomalis::edit {
 
 namespace {
-
-/// The fields of a body that a file holds, but for its map position.
-template <class AnyBody>
-auto body_fields(AnyBody& b) {
-    return std::tie(b.type, b.colour, b.name, b.description, b.rock_type, b.include_demagnetisation, b.vary,
-                    b.turned_off, b.distance, b.top, b.strike, b.dip, b.plunge, b.slope, b.width,
-                    b.depth_extent, b.length, b.offset, b.susc, b.rem_q, b.rem_d, b.rem_i, b.density,
-                    b.end_width_a, b.end_width_b, b.shell_thickness, b.end_thickness, b.num_sectors,
-                    b.num_segments, b.max_triangle_size);
-}
 
 /// How the data are read: another value needs another load.
 template <class AnyWorkspace>
@@ -51,14 +44,17 @@ std::tuple<std::remove_cv_t<Fields>...> values_of(const std::tuple<Fields&...>& 
     return fields;
 }
 
-using BodyValues = decltype(values_of(body_fields(std::declval<ModelBody&>())));
+using BodyValues = decltype(values_of(body_field_values(std::declval<ModelBody&>())));
+using Parameters = std::array<BodyParam, body_parameter_count>;
 using LoadValues = decltype(values_of(load_fields(std::declval<Workspace&>())));
 using SettingValues = decltype(values_of(setting_fields(std::declval<Workspace&>())));
 
 }  // namespace
 
+/// What a file holds of a body.
 struct BodyRecord {
     BodyValues values;
+    Parameters parameters;  ///< in the order of the table
     double east = 0, north = 0;
 
     std::int32_t type() const { return std::get<0>(values); }
@@ -73,8 +69,20 @@ struct SettingsRecord {
 
 namespace {
 
+/// The map position follows from the distance.
 bool describes(const BodyRecord& record, const ModelBody& body) {
-    return body_fields(body) == record.values;
+    const auto table = body_parameters();
+    return body_field_values(body) == record.values &&
+           std::equal(
+               table.begin(), table.end(), record.parameters.begin(),
+               [&](const BodyParameter& row, const BodyParam& value) { return body.*row.slot == value; });
+}
+
+BodyRecord record_of(const ModelBody& body) {
+    BodyRecord record{values_of(body_field_values(body)), {}, body.east, body.north};
+    auto parameter = record.parameters.begin();
+    for (const BodyParameter& row : body_parameters()) *parameter++ = body.*row.slot;
+    return record;
 }
 
 /// A base level that floats follows the data.
@@ -85,7 +93,9 @@ bool describes(const SettingsRecord& record, const Workspace& w) {
 }
 
 void fill_body(ModelBody& body, const BodyRecord& record) {
-    body_fields(body) = record.values;
+    body_field_values(body) = record.values;
+    auto parameter = record.parameters.begin();
+    for (const BodyParameter& row : body_parameters()) body.*row.slot = *parameter++;
     body.east = record.east;
     body.north = record.north;
     invalidate_body(body);
@@ -116,8 +126,7 @@ std::shared_ptr<const std::vector<ModelState::Body>> capture_bodies(const Worksp
             records.push_back(*record);
         } else {
             same = false;
-            records.push_back(std::make_shared<const BodyRecord>(
-                BodyRecord{values_of(body_fields(body)), body.east, body.north}));
+            records.push_back(std::make_shared<const BodyRecord>(record_of(body)));
         }
     }
     if (same) return before.bodies;

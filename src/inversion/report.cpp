@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "core/body_parameters.h"
 #include "model/evaluate.h"
 
 namespace anomalis::inversion {

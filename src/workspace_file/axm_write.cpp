@@ -1,8 +1,12 @@
+#include <span>
+
+#include "core/body_parameters.h"
 #include "core/failure.h"
 #include "core/safe_file.h"
 #include "core/workspace.h"
 #include "workspace_file/axm.h"
 #include "workspace_file/axm_extensions.h"
+#include "workspace_file/axm_lines.h"
 #include "workspace_file/axm_text.h"
 
 namespace anomalis::workspace_file {
@@ -59,6 +63,12 @@ void write_transform_lines(const PointTransform& transform, AxmWriter& out) {
     out.end_line();
 }
 
+/// The values, then the mark and the limits of each.
+void write_line(const ModelBody& body, std::span<const ParamCode> codes, AxmWriter& out) {
+    for (const ParamCode code : codes) out << body_param(body, code).value;
+    for (const ParamCode code : codes) out << Limits{body_param(body, code)};
+}
+
 void write_body(const ModelBody& body, AxmWriter& out) {
     out << body.type << body.include_demagnetisation << body.vary << body.colour << body.turned_off << " "
         << body.name;
@@ -71,17 +81,16 @@ void write_body(const ModelBody& body, AxmWriter& out) {
         << Limits{body.top} << body.end_width_a << body.end_width_b << body.shell_thickness
         << body.end_thickness << body.num_sectors << body.num_segments << body.max_triangle_size;
     out.end_line();
-    out << body.strike.value << body.dip.value << body.width.value << body.depth_extent.value
-        << Limits{body.strike} << Limits{body.dip} << Limits{body.width} << Limits{body.depth_extent};
+    write_line(body, shape_line, out);
     out.end_line();
     out << body.length;
     out.end_line();
     out << body.offset;
     out.end_line();
-    out << body.plunge << body.slope;
+    for (const ParamCode code : tilt_line) out << body_param(body, code);
     out.end_line();
-    out << body.susc.value << body.rem_q.value << body.rem_i.value << body.rem_d.value << Limits{body.susc}
-        << Limits{body.rem_q} << Limits{body.rem_i} << Limits{body.rem_d} << body.density;
+    write_line(body, magnetic_line, out);
+    out << body.density;
     out.end_line();
 }
 

@@ -6,6 +6,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "core/body_defaults.h"
 #include "workspace_file/axm_samples.h"
 
 namespace anomalis::workspace_file {
