@@ -9,6 +9,7 @@
 #include <string>
 #include <unistd.h>
 
+#include "core/body_defaults.h"
 #include "core/settings.h"
 #include "core/text.h"
 #include "core/workspace.h"

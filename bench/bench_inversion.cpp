@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "core/body_parameters.h"
 #include "core/session.h"
 #include "filter/filters.h"
 #include "forward/classic/mag_response.h"
@@ -41,7 +42,7 @@ struct Line {
             body.vary = 1;
             body.length.value = 0;
             body.width.value = 5;
-            for (const ParamSlot& slot : param_slots()) (body.*slot.slot).vary = 0;
+            for (const BodyParameter& row : body_parameters()) (body.*row.slot).vary = 0;
             body.distance.vary = body.top.vary = body.dip.vary = body.susc.vary = 1;
             body.susc.max = 400000;
         }

@@ -10,6 +10,7 @@
 
 #include <QTimer>
 
+#include "core/body_parameters.h"
 #include "filter/filters.h"
 #include "forward/classic/gravity_response.h"
 #include "forward/classic/mag_response.h"

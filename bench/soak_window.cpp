@@ -5,6 +5,7 @@
 
 #include <QAction>
 
+#include "core/body_parameters.h"
 #include "window/shell/look.h"
 #include "window_sample.h"
 

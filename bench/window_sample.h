@@ -10,6 +10,8 @@
 
 #include <QApplication>
 
+#include "core/body_defaults.h"
+#include "core/body_parameters.h"
 #include "core/session.h"
 #include "edit/body_list.h"
 #include "edit/parameter_bars.h"

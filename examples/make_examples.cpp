@@ -11,6 +11,8 @@
 #include <string>
 #include <vector>
 
+#include "core/body_defaults.h"
+#include "core/body_parameters.h"
 #include "core/numbers.h"
 #include "core/prompts.h"
 #include "core/safe_file.h"
@@ -167,7 +169,7 @@ void make_survey(const Survey& survey, const std::string& folder, Prompts& promp
 }
 
 void free_only(ModelBody& body, std::initializer_list<BodyParam ModelBody::*> slots) {
-    for (const ParamSlot& slot : param_slots()) (body.*slot.slot).vary = 0;
+    for (const BodyParameter& row : body_parameters()) (body.*row.slot).vary = 0;
     for (const auto slot : slots) (body.*slot).vary = 1;
 }
 

@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 
 #include "batch/json_text.h"
+#include "core/body_parameters.h"
 
 namespace anomalis::batch {
 
@@ -174,9 +175,9 @@ Json derived_json(const ModelBody& b) {
 
 Json params_json(const ModelBody& body) {
     Json params = Json::object();
-    for (const ParamSlot& slot : param_slots()) {
-        const BodyParam& param = body.*slot.slot;
-        params[std::string(slot.name)] = {
+    for (const BodyParameter& row : body_parameters()) {
+        const BodyParam& param = body.*row.slot;
+        params[std::string(row.name)] = {
             {"value", param.value}, {"vary", param.vary}, {"min", param.min}, {"max", param.max}};
     }
     return params;

@@ -1,8 +1,11 @@
 #include <algorithm>
+#include <array>
+#include <utility>
 #include <vector>
 
 #include "batch/batch_session.h"
 #include "batch/commands.h"
+#include "core/body_parameters.h"
 #include "core/numbers.h"
 #include "core/text.h"
 #include "model/misfit.h"
@@ -86,15 +89,25 @@ std::string misfit_text(const MisfitPair& misfit) {
 
 using Row = std::vector<std::string>;
 
+/// What the list of the bodies shows of each.
+constexpr std::array<std::pair<ParamCode, const char*>, 9> parameter_columns{
+    {{param_distance, "Distance"},
+     {param_top, "Top"},
+     {param_strike, "Strike"},
+     {param_dip, "Dip"},
+     {param_width, "Width"},
+     {param_depth_extent, "Depth ext"},
+     {param_length, "Length"},
+     {param_susc, "Susc"},
+     {param_density, "Density"}}};
+
 Row body_row(int number, const ModelBody& b) {
     Row row{std::to_string(number), std::string(body_type_name(b.type)),
             b.turned_off ? "off"
             : b.vary     ? ""
                          : "fixed"};
     if (row[1].empty()) row[1] = "type " + std::to_string(b.type);
-    for (const BodyParam* param :
-         {&b.distance, &b.top, &b.strike, &b.dip, &b.width, &b.depth_extent, &b.length, &b.susc, &b.density})
-        row.push_back(plain(param->value));
+    for (const auto& [code, caption] : parameter_columns) row.push_back(plain(body_param(b, code).value));
     row.push_back(single_line(b.name));
     return row;
 }
@@ -102,8 +115,9 @@ Row body_row(int number, const ModelBody& b) {
 std::string bodies_text(const Workspace& w) {
     std::string text = line("Bodies", std::to_string(w.body_count));
     if (w.body_count == 0) return text;
-    std::vector<Row> rows{{"No.", "Type", "", "Distance", "Top", "Strike", "Dip", "Width", "Depth ext",
-                           "Length", "Susc", "Density", "Name"}};
+    std::vector<Row> rows{{"No.", "Type", ""}};
+    for (const auto& [code, caption] : parameter_columns) rows[0].emplace_back(caption);
+    rows[0].emplace_back("Name");
     for (int number = 1; number <= w.body_count; ++number) rows.push_back(body_row(number, w.body(number)));
     std::vector<std::size_t> widths(rows[0].size(), 0);
     for (const Row& row : rows) {

@@ -4,30 +4,12 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "core/array.h"
+#include "core/body_types.h"
 
 namespace anomalis {
-
-/// Body types. Codes 7 to 15 have no name; 16 and above are the bodies that are not sheets.
-enum BodyType : std::int32_t {
-    thin_sheet = 1,
-    thick_sheet = 2,
-    edge = 3,
-    sloping_step = 4,
-    polygon = 5,
-    sphere = 6,
-    pipe = 16,
-    wire = 17
-};
-
-/// The types that a person can choose; the others come from files only.
-inline constexpr std::array<BodyType, 4> offered_body_types{thin_sheet, thick_sheet, pipe, wire};
-
-/// The name that the body table shows; "" for a code without one.
-std::string_view body_type_name(std::int32_t type);
 
 inline constexpr float unset = -99999.0F;
 
@@ -39,25 +21,6 @@ struct BodyParam {
     float max = unset;
 
     bool operator==(const BodyParam&) const = default;
-};
-
-/// The number of a parameter is its row in the parameter grid.
-enum ParamCode : int {
-    param_distance = 4,
-    param_strike = 5,
-    param_dip = 6,
-    param_top = 7,
-    param_depth_extent = 8,
-    param_width = 9,
-    param_length = 10,
-    param_susc = 11,
-    param_density = 12,
-    param_plunge = 13,
-    param_slope = 14,
-    param_offset = 15,
-    param_rem_q = 16,
-    param_rem_i = 17,
-    param_rem_d = 18
 };
 
 struct Point3 {
@@ -102,7 +65,7 @@ struct ShapeTensor {
 /// 3 to 5 north, east and down components of the facet route in nT.
 using ResponseTable = ColumnTable<float, 5>;
 
-/// The values of a body that its responses hang on, in the order of `model/stale.cpp`.
+/// The values of a body that its responses hang on, in the order of their tables.
 using BodyInputs = std::array<double, 23>;
 
 /// One geological body. Units: m, degrees, micro SI, g/cc; `top` on the axis of the sensor elevation, up
@@ -160,22 +123,5 @@ struct ModelBody {
     std::optional<BodyInputs> known_inputs;
     ResponseTable response;
 };
-
-/// A parameter's place in the record and its name in reports.
-struct ParamSlot {
-    ParamCode code;
-    BodyParam ModelBody::*slot;
-    std::string_view name;
-};
-
-/// All fifteen parameters in the order of the record.
-const std::array<ParamSlot, 15>& param_slots();
-
-/// The name of a code in reports and messages. Raises Fault subscript for a code that is none.
-std::string_view param_name(int param_code);
-
-/// The parameter of a code. Raises Fault subscript for a code that is none.
-BodyParam& body_param(ModelBody& body, int param_code);
-const BodyParam& body_param(const ModelBody& body, int param_code);
 
 }  // namespace anomalis

@@ -2,27 +2,29 @@
 
 namespace anomalis {
 
-/// What a change of a field makes out of date. Responses are those of the body that the field belongs to, or of
-/// all bodies for a field of the workspace.
-enum class Stale : unsigned {
-    nothing = 0,
-    elevations = 1,  ///< of sensor and ground
-    mag_response = 2,
-    grav_response = 4,
-    mag_rows = 8,  ///< the filtered rows of both stages
-    grav_rows = 16,
-    responses = mag_response | grav_response,
-    rows = mag_rows | grav_rows
-};
+/// What a change of one field leaves out of date: of the body that the field belongs to, or of all bodies for
+/// a field of the workspace.
+struct Stale {
+    bool mag = false;   ///< magnetic response
+    bool grav = false;  ///< gravity response
+    bool burial_depth = false;
+    bool place = false;       ///< map position of the reference point
+    bool elevations = false;  ///< of sensor and ground
+    bool mag_rows = false;    ///< filtered rows of both stages
+    bool grav_rows = false;
 
-constexpr Stale operator|(Stale a, Stale b) {
-    return static_cast<Stale>(static_cast<unsigned>(a) | static_cast<unsigned>(b));
-}
-constexpr Stale& operator|=(Stale& a, Stale b) {
-    return a = a | b;
-}
-constexpr bool includes(Stale all, Stale part) {
-    return (static_cast<unsigned>(all) & static_cast<unsigned>(part)) != 0;
-}
+    bool operator==(const Stale&) const = default;
+    constexpr Stale& operator|=(const Stale& other) {
+        mag |= other.mag;
+        grav |= other.grav;
+        burial_depth |= other.burial_depth;
+        place |= other.place;
+        elevations |= other.elevations;
+        mag_rows |= other.mag_rows;
+        grav_rows |= other.grav_rows;
+        return *this;
+    }
+    constexpr bool any() const { return *this != Stale{}; }
+};
 
 }  // namespace anomalis

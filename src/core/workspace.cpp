@@ -2,64 +2,13 @@
 
 #include <utility>
 
-#include "core/numbers.h"
-#include "core/paths.h"
 #include "core/prompts.h"
-#include "core/settings.h"
 
 namespace anomalis {
 
 namespace {
 
 constexpr std::int32_t capacity_step = 16;
-
-template <class Store>
-void apply_default(const Settings& settings, std::string_view key, Store store) {
-    const std::string text = settings.get(settings_section, key);
-    if (is_numeric(text)) store(prefix_number(text));
-}
-
-void apply_body_defaults(ModelBody& body, const Settings& settings) {
-    const auto value_of = [&](std::string_view key, BodyParam& param) {
-        apply_default(settings, key, [&](double v) { param.value = to_single(v); });
-    };
-    apply_default(settings, "Type", [&](double v) { body.type = round_to_even(v); });
-    value_of("Dip", body.dip);
-    value_of("Thick", body.width);
-    value_of("Depth", body.depth_extent);
-    value_of("StrikeLength", body.length);
-    value_of("Density", body.density);
-    value_of("Susc", body.susc);
-    apply_default(settings, "Colour", [&](double v) { body.colour = round_to_even(v); });
-}
-
-void set_default_values(ModelBody& body) {
-    body.strike.value = 0;
-    // Chosen before the settings: a `Type` setting does not change the dip.
-    body.dip.value = body.type < pipe ? 90.0F : 0.0F;
-    body.plunge.value = body.slope.value = body.offset.value = 0;
-    body.width.value = 100;
-    body.depth_extent.value = body.length.value = 250;
-    body.density.value = 2.67F;
-    body.susc.value = 50000;
-    body.rem_q.value = body.rem_i.value = body.rem_d.value = 0;
-    body.end_width_a = body.end_width_b = 0;
-    body.shell_thickness = body.end_thickness = 0;
-    body.num_sectors = 12;
-    body.num_segments = 1;
-    body.max_triangle_size = 0;
-    body.last_calculated = -1.0F;
-    body.colour = 0xFF0000;
-}
-
-void set_default_vary(ModelBody& body) {
-    for (BodyParam ModelBody::*slot : {&ModelBody::distance, &ModelBody::top, &ModelBody::dip,
-                                       &ModelBody::width, &ModelBody::susc, &ModelBody::density})
-        (body.*slot).vary = 1;
-    for (BodyParam ModelBody::*slot : {&ModelBody::strike, &ModelBody::depth_extent, &ModelBody::rem_q,
-                                       &ModelBody::rem_d, &ModelBody::rem_i})
-        (body.*slot).vary = 0;
-}
 
 template <class... Field>  // members of a workspace
 void keep(Workspace& old, Workspace& fresh, Field... fields) {
@@ -98,23 +47,6 @@ void initialise_workspace(Workspace& workspace, Prompts& prompts) {
     });
 }
 
-void initialise_body(Workspace& workspace, int index, const Settings& settings, Prompts& prompts) {
-    report_failure(prompts, "An error occurred while initialising the body paremeters: ", [&] {
-        ModelBody& body = workspace.body(index);
-        body.name = base_name(workspace.definition.data_file) + " Body " + format_number(index, "0");
-        body.description.clear();
-        body.rock_type.clear();
-        set_default_values(body);
-        apply_body_defaults(body, settings);
-        body.include_demagnetisation = 0;
-        body.vary = 1;
-        body.turned_off = 0;
-        set_default_vary(body);
-        for (const ParamSlot& slot : param_slots()) (body.*slot.slot).min = (body.*slot.slot).max = unset;
-        body.mag_response_valid = body.grav_response_valid = false;
-    });
-}
-
 void reserve_next_body(Workspace& workspace) {
     if (workspace.body_count + 1 <= workspace.body_capacity) return;
     const auto old_size = workspace.bodies.size();
@@ -145,6 +77,15 @@ LineInputs line_inputs(const Workspace& workspace) {
                       workspace.transform};
     inputs.definition.data_file_date = 0;
     return inputs;
+}
+
+void set_line_inputs(Workspace& workspace, const LineInputs& inputs) {
+    const Date date = workspace.definition.data_file_date;
+    workspace.definition = inputs.definition;
+    workspace.definition.data_file_date = date;
+    workspace.station_spacing = inputs.station_spacing;
+    workspace.min_station_spacing = inputs.min_station_spacing;
+    workspace.transform = inputs.transform;
 }
 
 void drop_stations(Workspace& workspace) {

@@ -16,7 +16,6 @@
 namespace anomalis {
 
 class Prompts;
-class Settings;
 
 /// A day number: days since 30 December 1899, as file times are stored. 0 means none.
 using Date = double;
@@ -152,7 +151,7 @@ struct Channel {
     float range_min = 0, range_max = 0;  ///< plotted
     float calc_base = 0, calc_mean = 0;  ///< of the calculated curve
     ChannelTable data;
-    ChannelTable work;  ///< what a run tries
+    ChannelTable work;                                            ///< what a run tries
     bool observed_filtered = false, calculated_filtered = false;  ///< the rows are up to date
     std::vector<std::uint64_t> summed;  ///< the calculations that the calculated raw row is the sum of
 };
@@ -208,7 +207,7 @@ struct LineInputs {
     bool operator==(const LineInputs&) const = default;
 };
 
-/// The settings that derived values hang on, in the order of `model/stale.cpp`.
+/// The settings that derived values hang on, in the order of core/setting_fields.h.
 using SettingInputs = std::array<double, 18>;
 
 /// The one session record: what the data are, where the stations stand, what the model is.
@@ -259,9 +258,6 @@ struct Workspace : LineGeometry {
 /// Sets every default, resets the transform and gives room for 32 bodies. What has no default stays.
 void initialise_workspace(Workspace& workspace, Prompts& prompts);
 
-/// Fills the body at `index` with its defaults, those of the settings store last. Its type must be set.
-void initialise_body(Workspace& workspace, int index, const Settings& settings, Prompts& prompts);
-
 /// Makes room for body `body_count + 1`: the capacity grows by steps of 16, the bodies stay.
 void reserve_next_body(Workspace& workspace);
 
@@ -273,6 +269,8 @@ void invalidate_filtered_data(int mode, Workspace& workspace);
 
 /// How the definition would have the stations read now.
 LineInputs line_inputs(const Workspace& workspace);
+/// Takes them over; the stations are those of before until somebody looks.
+void set_line_inputs(Workspace& workspace, const LineInputs& inputs);
 
 /// The stations are gone until the next load: the count is 0 and the elevations are out of date.
 void drop_stations(Workspace& workspace);

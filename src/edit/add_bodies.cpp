@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "core/angles.h"
+#include "core/body_defaults.h"
 #include "core/failure.h"
 #include "core/numbers.h"
 #include "edit/change.h"
@@ -15,7 +16,6 @@ namespace anomalis::edit {
 
 namespace {
 
-constexpr std::int32_t new_body_colour = 0xFF0000;
 constexpr float least_sine = 0.01F;
 /// A dip flatter than this has no width along the profile to speak of.
 constexpr double least_dip_sine = 0.01;
@@ -65,7 +65,7 @@ bool insert_copy(Workbench& workbench, AddMode mode, int current) {
     copy.distance.value += shift;
     if (!std::isfinite(copy.distance.value)) throw Fault(FaultKind::overflow);
     place(workspace, copy);
-    copy.colour = new_body_colour;
+    copy.colour = default_body_colour;
     copy.name = numbered_name(current + 1);
 
     reserve_next_body(workspace);
@@ -99,7 +99,7 @@ bool append_new(Workbench& workbench, double distance, double east, double north
     body.north = north;
     place(workspace, body);
     body.top.value = elevation;
-    body.colour = new_body_colour;
+    body.colour = default_body_colour;
     body.name = numbered_name(number);
     body.strike.value = strike_across(workspace);
     workspace.body_count = number;

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 
+#include "core/body_parameters.h"
 #include "core/failure.h"
 #include "core/formulas.h"
 #include "core/numbers.h"
@@ -16,10 +17,6 @@ namespace anomalis::edit {
 namespace {
 
 constexpr float quarter_turn = 90;
-
-bool is_sheet(std::int32_t type) {
-    return type < pipe;
-}
 
 void tell(Workbench& workbench, std::string_view what) {
     note_change(workbench, {of_current_body(workbench, what), "", false});
@@ -87,8 +84,9 @@ std::string of_current_body(const Workbench& workbench, std::string_view what) {
 bool settle_current_body(Workbench& workbench) {
     ModelBody* body = current_body(workbench);
     if (!body) return false;
-    if (body->type == wire) body->width.vary = body->length.vary = 0;
-    if (!body_type_name(body->type).empty()) return false;
+    for (const BodyParameter& row : body_parameters())
+        if (row.held_by_wires && body->type == wire) (body->*row.slot).vary = 0;
+    if (is_named(body->type)) return false;
     body->type = thin_sheet;
     note_change(workbench, {of_current_body(workbench, "type"), "", true});
     return true;
@@ -97,8 +95,8 @@ bool settle_current_body(Workbench& workbench) {
 bool change_body_type(Workbench& workbench, std::int32_t type) {
     ModelBody* body = current_body(workbench);
     if (!body || workbench.session.workspace.station_count <= 0 || type == body->type) return false;
-    if (is_sheet(body->type)) {
-        if (!is_sheet(type)) body->dip.value -= quarter_turn;
+    if (!is_round(body->type)) {
+        if (is_round(type)) body->dip.value -= quarter_turn;
     } else {
         body->dip.value += quarter_turn;
     }

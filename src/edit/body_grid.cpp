@@ -5,6 +5,7 @@
 #include <limits>
 #include <optional>
 
+#include "core/body_parameters.h"
 #include "core/numbers.h"
 #include "core/text.h"
 #include "edit/body_form.h"
@@ -83,7 +84,7 @@ GridChange enter_value(Workbench& workbench, const ModelBody& body, int row, std
     if (!typed || !value_range(body.type, row).holds(*typed)) return GridChange::refused;
     const float stored = body_param(body, row).value;
     const double difference = std::abs(static_cast<double>(*typed) - static_cast<double>(stored));
-    if (difference <= least_difference(row)) return GridChange::unchanged;
+    if (difference <= body_parameter(row).least_difference) return GridChange::unchanged;
     store_parameter(workbench, row, *typed);
     tell(workbench, row, "");
     return GridChange::stored;
@@ -157,7 +158,7 @@ std::string grid_tip(const Workbench& workbench, int row, int column) {
 VaryMark grid_vary_mark(const Workbench& workbench, int row) {
     const ModelBody* body = current_body(workbench);
     if (!body || !is_parameter(*body, row)) return VaryMark::none;
-    if (body->type == wire && (row == param_width || row == param_length)) return VaryMark::held;
+    if (body->type == wire && body_parameter(row).held_by_wires) return VaryMark::held;
     return body_param(*body, row).vary == 1 ? VaryMark::free : VaryMark::fixed;
 }
 
@@ -193,7 +194,7 @@ bool toggle_grid_vary(Workbench& workbench, int row) {
 void store_parameter(Workbench& workbench, int param_code, float value) {
     ModelBody& body = *current_body(workbench);
     body_param(body, param_code).value = value;
-    if (param_code == param_distance)
+    if (body_parameter(param_code).stale.place)
         forward::update_body_reference_point(workbench.session.workspace, static_cast<double>(value),
                                              body.east, body.north);
 }

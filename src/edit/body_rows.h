@@ -4,14 +4,19 @@
 #include <string>
 #include <string_view>
 
-#include "core/model_body.h"
+#include "core/body_parameters.h"
 
 // The rows of the parameter grid: what each one is called, how it is written and which values it takes, by
 // the type of the body. From row 4 on a row's number is its parameter code.
 namespace anomalis::edit {
 
-inline constexpr int body_row_count = 18;
-enum BodyRowNumber : int { row_type = 1, row_east = 2, row_north = 3, row_first_parameter = 4 };
+inline constexpr int body_row_count = last_param_code;
+enum BodyRowNumber : int {
+    row_type = 1,
+    row_east = 2,
+    row_north = 3,
+    row_first_parameter = first_param_code
+};
 
 struct BodyRow {
     std::string_view caption;  ///< blank, or "N/A", where the type has no such parameter
@@ -28,17 +33,5 @@ std::string body_row_tip(std::int32_t type, int row);
 
 /// A parameter's value as the grid writes it.
 std::string parameter_text(std::int32_t type, int param_code, float value);
-
-/// The values that a person may give to a parameter. The fit has wider limits of its own.
-struct ValueRange {
-    double low;
-    double high;
-    bool holds(double value) const { return value >= low && value <= high; }
-};
-ValueRange value_range(std::int32_t type, int param_code);
-
-/// A keyed value this near to the stored one counts as none: 0.05 for angles, 0.001 for density and the
-/// Koenigsberger ratio, 0 for the others.
-double least_difference(int param_code);
 
 }  // namespace anomalis::edit

@@ -1,48 +1,25 @@
 #include "edit/model_state.h"
 
 #include <algorithm>
+#include <array>
 #include <tuple>
 #include <type_traits>
 #include <unordered_map>
 #include <utility>
 
+#include "core/body_fields.h"
+#include "core/body_parameters.h"
+#include "core/setting_fields.h"
 #include "core/workspace.h"
 
 namespace anomalis::edit {
 
 namespace {
 
-/// The fields of a body that a file holds, but for its map position.
-template <class AnyBody>
-auto body_fields(AnyBody& b) {
-    return std::tie(b.type, b.colour, b.name, b.description, b.rock_type, b.include_demagnetisation, b.vary,
-                    b.turned_off, b.distance, b.top, b.strike, b.dip, b.plunge, b.slope, b.width,
-                    b.depth_extent, b.length, b.offset, b.susc, b.rem_q, b.rem_d, b.rem_i, b.density,
-                    b.end_width_a, b.end_width_b, b.shell_thickness, b.end_thickness, b.num_sectors,
-                    b.num_segments, b.max_triangle_size);
-}
-
-/// How the data are read: another value needs another load.
+/// References to all settings.
 template <class AnyWorkspace>
-auto load_fields(AnyWorkspace& w) {
-    auto& d = w.definition;
-    return std::tie(d.data_file, d.first_data_line, d.read_increment, d.last_data_line,
-                    d.spare_definition_field, d.x_column, d.y_column, d.z_column, d.dtm_column, d.mag_column,
-                    d.grav_column, w.station_spacing, w.min_station_spacing, w.transform);
-}
-
-template <class AnyWorkspace>
-auto setting_fields(AnyWorkspace& w) {
-    auto& display = w.display;
-    return std::tie(
-        w.formulas, w.field.intensity, w.field.inclination, w.field.declination, w.surface_elevation,
-        w.sensor_offset, w.drawing.profile_grid_spacing, w.drawing.depth_grid_spacing,
-        w.drawing.infinite_body_length, w.drawing.finite_body_left_clip, w.drawing.finite_body_right_clip,
-        w.processing.smooth_filter_width, w.processing.smooth_filter_type, w.processing.residual_filter_width,
-        w.processing.display_total_gradient, w.processing.vg_filter_width, w.processing.vg_filter_step,
-        w.mag.float_base, w.grav.float_base, w.first_station, w.last_station, w.first_distance,
-        w.last_distance, display.show_body_label, display.maintain_aspect_ratio, display.tie_pipe_depth_susc,
-        display.tie_factor);
+auto setting_values(AnyWorkspace& w) {
+    return std::apply([&](const auto&... row) { return std::tie(row.get(w)...); }, setting_fields);
 }
 
 /// The values behind references.
@@ -51,41 +28,62 @@ std::tuple<std::remove_cv_t<Fields>...> values_of(const std::tuple<Fields&...>& 
     return fields;
 }
 
-using BodyValues = decltype(values_of(body_fields(std::declval<ModelBody&>())));
-using LoadValues = decltype(values_of(load_fields(std::declval<Workspace&>())));
-using SettingValues = decltype(values_of(setting_fields(std::declval<Workspace&>())));
+using BodyValues = decltype(values_of(body_field_values(std::declval<ModelBody&>())));
+using Parameters = std::array<BodyParam, body_parameter_count>;
+using SettingValues = decltype(values_of(setting_values(std::declval<Workspace&>())));
 
 }  // namespace
 
+/// What a file holds of a body.
 struct BodyRecord {
     BodyValues values;
+    Parameters parameters;  ///< in the order of the table
     double east = 0, north = 0;
 
     std::int32_t type() const { return std::get<0>(values); }
 };
 
 struct SettingsRecord {
-    LoadValues load;
+    LineInputs line;
     SettingValues values;
     Date data_file_date = 0;
-    float mag_base = 0, grav_base = 0;
 };
 
 namespace {
 
+/// The map position follows from the distance.
 bool describes(const BodyRecord& record, const ModelBody& body) {
-    return body_fields(body) == record.values;
+    const auto table = body_parameters();
+    return body_field_values(body) == record.values &&
+           std::equal(
+               table.begin(), table.end(), record.parameters.begin(),
+               [&](const BodyParameter& row, const BodyParam& value) { return body.*row.slot == value; });
 }
 
-/// A base level that floats follows the data.
+BodyRecord record_of(const ModelBody& body) {
+    BodyRecord record{values_of(body_field_values(body)), {}, body.east, body.north};
+    auto parameter = record.parameters.begin();
+    for (const BodyParameter& row : body_parameters()) *parameter++ = body.*row.slot;
+    return record;
+}
+
+template <std::size_t... Index>
+bool settings_agree(const SettingValues& values, const Workspace& w, std::index_sequence<Index...>) {
+    const auto agrees = [&](const auto& row, const auto& value) {
+        return !row.counts(w) || row.get(w) == value;
+    };
+    return (agrees(std::get<Index>(setting_fields), std::get<Index>(values)) && ...);
+}
+
 bool describes(const SettingsRecord& record, const Workspace& w) {
-    return setting_fields(w) == record.values && load_fields(w) == record.load &&
-           (w.mag.float_base == 1 || w.mag.base == record.mag_base) &&
-           (w.grav.float_base == 1 || w.grav.base == record.grav_base);
+    constexpr auto all = std::make_index_sequence<std::tuple_size_v<SettingValues>>();
+    return settings_agree(record.values, w, all) && line_inputs(w) == record.line;
 }
 
 void fill_body(ModelBody& body, const BodyRecord& record) {
-    body_fields(body) = record.values;
+    body_field_values(body) = record.values;
+    auto parameter = record.parameters.begin();
+    for (const BodyParameter& row : body_parameters()) body.*row.slot = *parameter++;
     body.east = record.east;
     body.north = record.north;
 }
@@ -115,8 +113,7 @@ std::shared_ptr<const std::vector<ModelState::Body>> capture_bodies(const Worksp
             records.push_back(*record);
         } else {
             same = false;
-            records.push_back(std::make_shared<const BodyRecord>(
-                BodyRecord{values_of(body_fields(body)), body.east, body.north}));
+            records.push_back(std::make_shared<const BodyRecord>(record_of(body)));
         }
     }
     if (same) return before.bodies;
@@ -124,11 +121,9 @@ std::shared_ptr<const std::vector<ModelState::Body>> capture_bodies(const Worksp
 }
 
 void restore_settings(Workspace& w, const SettingsRecord& record) {
-    load_fields(w) = record.load;
-    setting_fields(w) = record.values;
+    set_line_inputs(w, record.line);
+    setting_values(w) = record.values;
     w.definition.data_file_date = record.data_file_date;
-    w.mag.base = record.mag_base;
-    w.grav.base = record.grav_base;
 }
 
 /// Bodies that `from` holds too move to their new places; the others take what slots are left.
@@ -174,9 +169,8 @@ ModelState capture_state(const Workspace& w, const ModelState& before) {
     ModelState state;
     state.settings = before.settings && describes(*before.settings, w)
                          ? before.settings
-                         : std::make_shared<const SettingsRecord>(
-                               SettingsRecord{values_of(load_fields(w)), values_of(setting_fields(w)),
-                                              w.definition.data_file_date, w.mag.base, w.grav.base});
+                         : std::make_shared<const SettingsRecord>(SettingsRecord{
+                               line_inputs(w), values_of(setting_values(w)), w.definition.data_file_date});
     state.bodies = capture_bodies(w, before);
     return state;
 }

@@ -17,84 +17,13 @@ namespace anomalis::edit {
 namespace {
 
 constexpr double fine_part = 10;
-constexpr double wire_separation_step = 0.1;
 
-constexpr std::array<ParameterBar, 15> bars{{
-    {"HScroll_dist", 0, param_distance, false},
-    {"HScroll_strike", 0, param_strike, false},
-    {"HScroll_dip", 0, param_dip, false},
-    {"VScroll_depth", 0, param_top, true},
-    {"VScroll_depth_extent", 0, param_depth_extent, true},
-    {"HScroll_width", 0, param_width, false},
-    {"HScroll_length", 0, param_length, false},
-    {"VScroll_susc", 0, param_susc, true},
-    {"VScroll_dens", 0, param_density, true},
-    {"HScroll_plunge", 0, param_plunge, false},
-    {"VScroll_slope", 0, param_slope, true},
-    {"HScroll_offset", 0, param_offset, false},
-    {"VScroll_RemJ", 0, param_rem_q, true},
-    {"VScroll_RemJ", 2, param_rem_i, true},
-    {"VScroll_RemJ", 4, param_rem_d, true},
-}};
-
-/// From `value` on, or above it, the step is `step`.
-struct StepFrom {
-    double value;
-    double step;
-};
-
-double length_step(double value) {
-    for (const StepFrom& entry : {StepFrom{500, 50}, StepFrom{250, 25}, StepFrom{25, 5}})
-        if (value > entry.value) return entry.step;
-    return 1;
-}
-
-double offset_step(const ModelBody& body) {
-    if (body.type == wire) return wire_separation_step;
-    const double size = std::abs(static_cast<double>(body.offset.value));
-    for (const StepFrom& entry : {StepFrom{500, 50}, StepFrom{250, 25}, StepFrom{25, 5}})
-        if (size >= entry.value) return entry.step;
-    return 1;
-}
-
-double distance_step(const Workspace& workspace) {
-    const double length = workspace.station_count > 0 ? workspace.distances.last() : 0;
-    for (const StepFrom& below : {StepFrom{1, 0.05}, StepFrom{5, 0.1}, StepFrom{10, 0.25}, StepFrom{100, 0.5},
-                                  StepFrom{200, 1}, StepFrom{500, 5}})
-        if (length < below.value) return below.step;
-    return 10;
-}
-
-double coarse_step(const Workspace& workspace, const ModelBody& body, ParamCode code) {
-    switch (code) {
-        case param_distance:
-            return distance_step(workspace);
-        case param_strike:
-        case param_dip:
-        case param_plunge:
-            return 5;
-        case param_slope:
-            return 2;
-        case param_top:
-            if (body.type == pipe) return 1;
-            return std::max(std::abs(static_cast<double>(body.top.value)) / 25, 0.1);
-        case param_length:
-        case param_width:
-        case param_depth_extent:
-            return length_step(static_cast<double>(body_param(body, code).value));
-        case param_offset:
-            return offset_step(body);
-        case param_density:
-            return 0.1;
-        case param_susc:
-            return std::max(std::abs(static_cast<double>(body.susc.value)) / 50, 10.0);
-        case param_rem_q:
-            return 0.01;
-        case param_rem_i:
-        case param_rem_d:
-            return 2.5;
-    }
-    return 0;
+std::array<ParameterBar, body_parameter_count> bars_of_table() {
+    std::array<ParameterBar, body_parameter_count> bars{};
+    for (const BodyParameter& row : body_parameters())
+        bars.at(static_cast<std::size_t>(row.code - first_param_code)) = {
+            row.bar.control, row.bar.first_member, row.code, row.bar.upright};
+    return bars;
 }
 
 double distance_outside(const ValueRange& range, double value) {
@@ -104,17 +33,10 @@ double distance_outside(const ValueRange& range, double value) {
 /// A value from a file may stand outside its range; it may only come nearer.
 bool step_allowed(const ModelBody& body, ParamCode code, double before, double after) {
     if (!(std::abs(after) <= static_cast<double>(std::numeric_limits<float>::max()))) return false;
-    switch (code) {
-        case param_width:
-        case param_length:
-        case param_depth_extent:
-            return after > 0;
-        case param_susc:
-            return before == 0 || (after != 0 && (after > 0) == (before > 0));
-        default:
-            break;
-    }
-    const ValueRange range = value_range(body.type, code);
+    const BodyParameter& row = body_parameter(code);
+    if (row.bar.end == BarEnd::above_zero) return after > 0;
+    if (row.bar.end == BarEnd::same_sign) return before == 0 || (after != 0 && (after > 0) == (before > 0));
+    const ValueRange& range = row.range.of(body.type);
     const double outside = distance_outside(range, after);
     return outside == 0 || outside < distance_outside(range, before);
 }
@@ -130,11 +52,12 @@ void log_step(Session& session, const ParameterBar& bar, bool fine, const ModelB
 }  // namespace
 
 std::span<const ParameterBar> parameter_bars() {
+    static const auto bars = bars_of_table();
     return bars;
 }
 
 double bar_step(const Workspace& workspace, const ModelBody& body, ParamCode code, bool fine) {
-    const double step = coarse_step(workspace, body, code);
+    const double step = body_parameter(code).bar.step.of(workspace, body);
     return fine ? step / fine_part : step;
 }
 

@@ -3,7 +3,7 @@
 #include <span>
 #include <string>
 
-#include "core/model_body.h"
+#include "core/body_parameters.h"
 
 namespace anomalis {
 struct Workspace;

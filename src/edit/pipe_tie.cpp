@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 
+#include "core/body_parameters.h"
 #include "core/numbers.h"
 #include "core/search.h"
 #include "edit/change.h"

@@ -1,5 +1,6 @@
 #include "flow/inversion_desk.h"
 
+#include "core/body_parameters.h"
 #include "core/model_body.h"
 #include "core/numbers.h"
 #include "edit/change.h"

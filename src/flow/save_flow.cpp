@@ -33,6 +33,14 @@ void refresh_display_block(const WindowLayout& layout, const edit::PaneFractions
     std::copy(places.begin(), places.end(), display.splitter_fraction.begin());
 }
 
+/// The record is what its file will hold.
+void settle_end_widths(Workspace& workspace) {
+    for (int number = 1; number <= workspace.body_count; ++number) {
+        ModelBody& body = workspace.body(number);
+        body.end_width_a = body.end_width_b = body.width.value;
+    }
+}
+
 void write_side_files(const std::string& path, const Workspace& workspace, Prompts& prompts) {
     const std::string beside = folder_name(path) + base_name(path);
     output::write_model_table(beside + "_model.csv", workspace, prompts);
@@ -60,6 +68,7 @@ bool write_model(const std::string& path, edit::Workbench& workbench, const Wind
     report_failure(session.prompts, output::write_failure_prefix, [&] {
         if (edit::line_loaded(workspace)) model::refresh_model(session);
         refresh_display_block(layout, show::places_to_keep(workbench.view), workspace.display);
+        settle_end_widths(workspace);
         if (workspace_file::write_model_parameters(0, path, workspace, session.prompts) != 0) return;
         written = true;
         workspace.model_file = path;

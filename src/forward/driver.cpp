@@ -24,10 +24,12 @@ struct ChannelRoute {
     void (*exact)(Workspace&, int, ExactNotes&, Prompts&);
 };
 
-constexpr ChannelRoute magnetic{&ModelBody::mag_response_valid, &ModelBody::mag_calculation, &Workspace::mag, 1, calculate_mag_response,
-                                calculate_exact_mag_response};
-constexpr ChannelRoute gravity{&ModelBody::grav_response_valid, &ModelBody::grav_calculation, &Workspace::grav, 2, calculate_gravity_response,
-                               calculate_exact_gravity_response};
+constexpr ChannelRoute magnetic{
+    &ModelBody::mag_response_valid, &ModelBody::mag_calculation, &Workspace::mag, 1,
+    calculate_mag_response,         calculate_exact_mag_response};
+constexpr ChannelRoute gravity{
+    &ModelBody::grav_response_valid, &ModelBody::grav_calculation,    &Workspace::grav, 2,
+    calculate_gravity_response,      calculate_exact_gravity_response};
 
 /// A body is to be calculated, or the bodies are no longer those of the sum, or stand in another order.
 bool sum_out_of_date(const Workspace& workspace, const ChannelRoute& route) {

@@ -5,14 +5,16 @@
 #include <limits>
 #include <string>
 
+#include "core/body_parameters.h"
+
 namespace anomalis::forward {
 
 namespace {
 
 std::string reason_of(const Workspace& workspace, const ModelBody& body) {
-    for (const ParamSlot& slot : param_slots())
-        if (!std::isfinite((body.*slot.slot).value))
-            return "its " + std::string(slot.name) + " is not a number";
+    for (const BodyParameter& row : body_parameters())
+        if (!std::isfinite((body.*row.slot).value))
+            return "its " + std::string(row.name) + " is not a number";
     const auto finite = [](double v) { return std::isfinite(v); };
     const auto values = workspace.stations.span();
     if (!std::all_of(values.begin(), values.end(), finite)) return "a station is not a number";

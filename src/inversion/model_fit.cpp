@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "core/body_parameters.h"
 #include "core/failure.h"
 #include "inversion/least_squares.h"
 #include "inversion/parameters.h"

@@ -4,8 +4,8 @@
 #include <cmath>
 #include <string>
 
+#include "core/body_parameters.h"
 #include "core/failure.h"
-#include "inversion/parameter_rows.h"
 
 namespace anomalis::inversion {
 
@@ -30,7 +30,7 @@ bool takes_part(const ModelBody& body, const Workspace& workspace) {
            place <= workspace.distances.last() + window_margin;
 }
 
-void fill_parameter(const ParameterRow& row, int body_number, int index, Session& session) {
+void fill_parameter(const BodyParameter& row, int body_number, int index, Session& session) {
     const Workspace& workspace = session.workspace;
     const ModelBody& body = workspace.body(body_number);
     const BodyParam& param = body.*row.slot;
@@ -41,25 +41,24 @@ void fill_parameter(const ParameterRow& row, int body_number, int index, Session
     if (index > inversion.inversion_params.count()) throw Fault(FaultKind::subscript);
     inversion.inversion_params[index] = {
         .value = param.value,
-        .lower = param.min > unset ? param.min : row.lower(body, workspace),
-        .upper = param.max > unset ? param.max : row.upper(body, workspace),
-        .step = row.step(body),
+        .lower = param.min > unset ? param.min : row.fit.lower.of(body, workspace),
+        .upper = param.max > unset ? param.max : row.fit.upper.of(body, workspace),
+        .step = row.fit.step.of(body, workspace),
     };
     inversion.inversion_param_map[index] = {body_number, row.code};
 }
 
-void scan_rows(std::span<const ParameterRow> rows, int mode, int body_number, int& parameter_count,
-               Session& session) {
-    const ModelBody& body = session.workspace.body(body_number);
-    for (const ParameterRow& row : rows) {
-        if ((body.*row.slot).vary != 1.0F || !row.may_vary(body, session.workspace)) continue;
-        if (mode == 1) fill_parameter(row, body_number, parameter_count + 1, session);
-        ++parameter_count;
-    }
+bool is_fitted(FitPart part, int channel) {
+    return part == FitPart::shape || channel != (part == FitPart::magnetic ? channel_grav : channel_mag);
 }
 
-bool only_for_sheets(int param_code) {
-    return param_code == param_depth_extent || param_code == param_plunge || param_code == param_slope;
+bool may_change(const BodyParameter& row, const ModelBody& body) {
+    return row.fit.bodies == FitBodies::all || !is_round(body.type);
+}
+
+bool is_free(const BodyParameter& row, const ModelBody& body, const Workspace& workspace) {
+    return (body.*row.slot).vary == 1.0F && may_change(row, body) &&
+           (!row.fit.may_vary || row.fit.may_vary(body, workspace));
 }
 
 double barrier(double room, double step) {
@@ -75,12 +74,13 @@ void setup_body_parameters(int mode, int channel, int body_number, int& paramete
     if (mode == 0) parameter_count = 0;
     report_failure(session.prompts, scan_failure(mode), [&] {
         if (!takes_part(session.workspace.body(body_number), session.workspace)) return;
-        const auto scan = [&](std::span<const ParameterRow> rows) {
-            scan_rows(rows, mode, body_number, parameter_count, session);
-        };
-        scan(geometry_rows());
-        if (channel != channel_grav) scan(magnetic_rows());
-        if (channel != channel_mag) scan(gravity_rows());
+        for (const ParamCode code : fit_order()) {
+            const BodyParameter& row = body_parameter(code);
+            if (!is_fitted(row.fit.part, channel)) continue;
+            if (!is_free(row, session.workspace.body(body_number), session.workspace)) continue;
+            if (mode == 1) fill_parameter(row, body_number, parameter_count + 1, session);
+            ++parameter_count;
+        }
     });
 }
 
@@ -104,7 +104,7 @@ void apply_parameter(int index, double& penalty, Session& session) {
     ModelBody& body = session.workspace.body(place.body);
     BodyParam& slot = body_param(body, place.param_code);
     if (slot.value == param.value) return;
-    if (only_for_sheets(place.param_code) && body.type >= pipe) return;
+    if (!may_change(body_parameter(place.param_code), body)) return;
     slot.value = param.value;
     barrier_penalty(slot, param.step, penalty, session.prompts);
 }

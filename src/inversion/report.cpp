@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "core/body_parameters.h"
 #include "model/refresh_model.h"
 
 namespace anomalis::inversion {

@@ -4,7 +4,8 @@ namespace anomalis {
 struct Workspace;
 }  // namespace anomalis
 
-// How deep the bodies lie under the ground: one rule for the label in the section, the tables and the batch tool.
+// How deep the bodies lie under the ground: one rule for the label in the section, the tables and the batch
+// tool.
 namespace anomalis::model {
 
 /// Elevation of the ground (m) at a distance along the profile: between its two stations, extrapolated beyond

@@ -8,8 +8,8 @@
 
 #include "core/failure.h"
 #include "filter/filters.h"
-#include "model/stale.h"
 #include "forward/driver.h"
+#include "model/stale.h"
 
 namespace anomalis::model {
 

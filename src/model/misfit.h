@@ -26,7 +26,8 @@ MisfitPair channel_misfit(const Workspace& workspace, const ChannelTable& rows, 
 MisfitPair calculate_misfit(const Workspace& workspace, const InversionState& inversion, Prompts& prompts);
 
 /// The objective: calculates the model into the given rows, filters the calculated stage of each channel
-/// that has a column, and measures. Allocates nothing once the rows exist, and recalculates only bodies whose marks are clear.
+/// that has a column, and measures. Allocates nothing once the rows exist, and recalculates only bodies whose
+/// marks are clear.
 MisfitPair evaluate_model_misfit(Session& session, ChannelTable& mag_rows, ChannelTable& grav_rows);
 
 }  // namespace anomalis::model

@@ -7,16 +7,16 @@ struct ModelBody;
 struct Workspace;
 }  // namespace anomalis
 
-// The one place that knows what a change makes out of date. Nobody announces a change: the fields are compared
-// with what they were when the derived values were last looked at.
+// The one place that knows what a change makes out of date. Nobody announces a change: the fields are
+// compared with what they were when the derived values were last looked at.
 namespace anomalis::model {
 
-/// Compares every field with its known value and marks what its change makes out of date. Stations that would now
-/// be read in another way are dropped. Allocates nothing but room for the responses of new bodies.
+/// Compares every field with its known value and marks what its change makes out of date. Stations that would
+/// now be read in another way are dropped. Allocates nothing but room for the responses of new bodies.
 void find_stale(Workspace& workspace);
 
-/// The known values become those of the fields as they stand: after a calculation has settled some of them (a base
-/// level that floats, the strike of a sphere).
+/// The known values become those of the fields as they stand: after a calculation has settled some of them (a
+/// base level that floats, the strike of a sphere).
 void know_fields(Workspace& workspace);
 
 }  // namespace anomalis::model

@@ -31,7 +31,7 @@ std::string face_start(const ModelBody& body) {
 
 void draw_box(const ModelBody& body, Formulas formulas, Prompts& prompts, DxfText& text) {
     forward::Trapezoid offsets{};
-    const bool exact_sheet = formulas == Formulas::exact && body.type <= thick_sheet;
+    const bool exact_sheet = formulas == Formulas::exact && is_tabular(body.type) && !is_step(body.type);
     const auto convert =
         exact_sheet ? forward::convert_exact_sheet_to_trapezoid : forward::convert_profile_model_to_trapezoid;
     if (convert(body, offsets, prompts) != 0) return;
@@ -87,7 +87,7 @@ int write_body_dxf(const std::string& path, Workspace& workspace, Prompts& promp
                          [&](DxfText& text) {
                              for (int number = 1; number <= workspace.body_count; ++number) {
                                  ModelBody& body = workspace.body(number);
-                                 if (body.type < pipe) {
+                                 if (!is_round(body.type)) {
                                      draw_box(body, workspace.formulas, prompts, text);
                                  } else {
                                      draw_solid(body, prompts, points, text);

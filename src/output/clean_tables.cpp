@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "core/body_parameters.h"
 #include "core/failure.h"
 #include "core/safe_file.h"
 #include "core/workspace.h"
@@ -59,27 +60,23 @@ void add_profile_header(const Workspace& workspace, CsvText& csv) {
     csv.end_row();
 }
 
-constexpr std::array model_columns{"body",
-                                   "name",
-                                   "type",
-                                   "in_model",
-                                   "distance_m",
-                                   "east_m",
-                                   "north_m",
-                                   "top_elevation_m",
-                                   "depth_to_top_m",
-                                   "burial_depth_m",
-                                   "width_m",
-                                   "length_m",
-                                   "depth_extent_m",
-                                   "offset_m",
-                                   "strike_deg",
-                                   "dip_deg",
-                                   "plunge_deg",
-                                   "slope_deg",
-                                   "susceptibility_micro_SI",
-                                   "current_mA",
-                                   "density_g_per_cc"};
+/// Parameters that every body has a number of, whatever its type; of a wire some have no meaning.
+constexpr std::array shape_columns{param_width,  param_length, param_depth_extent, param_offset,
+                                   param_strike, param_dip,    param_plunge,       param_slope};
+
+void add_model_header(CsvText& csv) {
+    const auto sheet_column = [&](ParamCode code) { csv.name(body_parameter(code).column.sheet); };
+    for (const char* name : {"body", "name", "type", "in_model"}) csv.name(name);
+    sheet_column(param_distance);
+    for (const char* name : {"east_m", "north_m"}) csv.name(name);
+    sheet_column(param_top);
+    for (const char* name : {"depth_to_top_m", "burial_depth_m"}) csv.name(name);
+    for (const ParamCode code : shape_columns) sheet_column(code);
+    sheet_column(param_susc);
+    csv.name(body_parameter(param_susc).column.wire);
+    sheet_column(param_density);
+    csv.end_row();
+}
 
 void add_if(bool there, float value, CsvText& csv) {
     there ? csv.number(value) : csv.nothing();
@@ -99,12 +96,10 @@ void add_body(const Workspace& workspace, int number, CsvText& csv) {
     csv.number(body.top.value);
     csv.number(place.depth_to_top);
     add_if(body.type == pipe, body.top_elevation, csv);
-    for (const BodyParam* parameter : {&body.width, &body.length, &body.depth_extent, &body.offset,
-                                       &body.strike, &body.dip, &body.plunge, &body.slope})
-        csv.number(parameter->value);
+    for (const ParamCode code : shape_columns) csv.number(body_param(body, code).value);
     // A wire keeps its current where other bodies keep the susceptibility.
-    add_if(workspace.has_mag() && body.type != wire, body.susc.value, csv);
-    add_if(workspace.has_mag() && body.type == wire, body.susc.value, csv);
+    add_if(workspace.has_mag() && !carries_current(body.type), body.susc.value, csv);
+    add_if(workspace.has_mag() && carries_current(body.type), body.susc.value, csv);
     add_if(workspace.has_grav(), body.density.value, csv);
     csv.end_row();
 }
@@ -131,8 +126,7 @@ std::string clean_profile_table_text(const Workspace& workspace) {
 
 std::string clean_model_table_text(const Workspace& workspace) {
     CsvText csv;
-    for (const char* name : model_columns) csv.name(name);
-    csv.end_row();
+    add_model_header(csv);
     for (int number = 1; number <= workspace.body_count; ++number) add_body(workspace, number, csv);
     return csv.text();
 }

@@ -72,7 +72,7 @@ int write_plan_dxf(const std::string& path, const Workspace& workspace, Prompts&
                                                         square.north_high};
                              for (int number = 1; number <= workspace.body_count; ++number) {
                                  const ModelBody& body = workspace.body(number);
-                                 if (body.type <= sloping_step || body.type == pipe)
+                                 if (is_tabular(body.type) || body.type == pipe)
                                      draw_outline(body, box, text);
                              }
                          });

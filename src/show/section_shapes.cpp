@@ -62,7 +62,7 @@ Corners sheet_corners(const ModelBody& body, const Crossing& crossing, const Sec
     const double a = body.width.value / crossing.q;
     const double s = run / crossing.q + d0;
     Corners c{d0, d0 + a, s + a, s, z0, z0, bottom, bottom};
-    if (body.type == edge || body.type == sloping_step) {
+    if (is_step(body.type)) {
         c.right_top = c.right_bottom = crossing.q > 0 ? window.profile_end : 0;
         return c;
     }
@@ -82,14 +82,13 @@ Corners sheet_corners(const ModelBody& body, const Crossing& crossing, const Sec
 /// over the sine of its dip, the top's rise at right angles to the strike.
 Corners exact_corners(const ModelBody& body, const Crossing& crossing, const SectionWindow& window) {
     const double z0 = body.top.value;
-    const bool sheet_body = body.type == thin_sheet || body.type == thick_sheet;
     forward::SheetShape sheet = forward::sheet_shape(body);
     if (!sheet.meets) sheet.rise = 0;
     const double extent = body.depth_extent.value != 0 ? body.depth_extent.value : z0 - window.bottom;
     const double d0 = body.distance.value;
     const double s = d0 + sheet.cotangent * extent / crossing.q;
     Corners c{d0, d0, s, s, z0, z0, z0 - extent, z0 - extent};
-    if (!sheet_body) {
+    if (!is_sheet(body.type)) {
         c.right_top = c.right_bottom = crossing.q > 0 ? window.profile_end : 0;
         return c;
     }
@@ -144,7 +143,7 @@ void add_sheet(const Workspace& workspace, const ModelBody& body, const Crossing
     const bool exact = workspace.formulas == Formulas::exact;
     Corners c = exact ? exact_corners(body, crossing, window) : sheet_corners(body, crossing, window);
     // Edges and steps have no length with the exact formulas.
-    if (!exact || body.type <= thick_sheet) shift_beside_line(body, crossing, c, shape);
+    if (!exact || !is_step(body.type)) shift_beside_line(body, crossing, c, shape);
     shape.xs = {c.left_top, c.right_top, c.right_bottom, c.left_bottom, c.left_top};
     shape.ys = {c.left_top_y, c.right_top_y, c.right_bottom_y, c.left_bottom_y, c.left_top_y};
 }
@@ -172,9 +171,9 @@ SectionShape section_shape(const Workspace& workspace, const ModelBody& body, co
     const double angle = body.strike.value * radians_per_degree - workspace.azimuth;
     Crossing crossing{std::sin(angle), std::cos(angle)};
     const bool exact = workspace.formulas == Formulas::exact;
-    if (std::abs(crossing.q) < least_strike_sine) {
+    if (std::abs(crossing.q) < least_sine_with_section) {
         if (exact) {
-            crossing.q = std::copysign(least_strike_sine, crossing.q);
+            crossing.q = std::copysign(least_sine_with_section, crossing.q);
         } else if (body.type != sphere) {
             return shape;
         }
@@ -182,8 +181,8 @@ SectionShape section_shape(const Workspace& workspace, const ModelBody& body, co
     shape.visible = true;
     shape.distance = body.distance.value;
     shape.top = body.top.value;
-    if (body.type < polygon) add_sheet(workspace, body, crossing, window, shape);
-    if (body.type == pipe || body.type == wire) add_circle(body, crossing, shape);
+    if (is_tabular(body.type)) add_sheet(workspace, body, crossing, window, shape);
+    if (is_named(body.type) && is_round(body.type)) add_circle(body, crossing, shape);
     // A plane cuts a sphere in a circle at any angle.
     if (exact && body.type == sphere)
         add_arc(shape, std::abs(body.width.value) / 2.0, 1, 0, 2 * std::numbers::pi);

@@ -33,7 +33,7 @@ struct SectionShape {
 };
 
 /// A strike within half a degree of the line (its sine below this) shows no section.
-inline constexpr double least_strike_sine = 0.01;
+inline constexpr double least_sine_with_section = 0.01;
 
 /// Sheets, edges and steps are four corners; pipes and wires circles of 32 chords, widened by the angle
 /// between strike and line, hollow ones a ring with a narrow slit. The outline of a body that lies beside

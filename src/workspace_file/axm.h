@@ -15,12 +15,11 @@ struct Workspace;
 namespace anomalis::workspace_file {
 
 /// Writes a workspace file. Mode below 0: the definitions alone; otherwise bodies and display block follow.
-/// A save changes the record: both end widths of every body become its width, and the display block counts
-/// as valid. The file that stood there before survives every failure.
+/// Both end widths of a body are written as its width. The file that stood there before survives every failure.
 /// Returns 0, or -1 after a failure, which was shown.
-int write_model_parameters(int mode, const std::string& path, Workspace& workspace, Prompts& prompts);
-/// The text that a save would write, with the same effect on the record.
-std::string model_parameters_text(int mode, Workspace& workspace);
+int write_model_parameters(int mode, const std::string& path, const Workspace& workspace, Prompts& prompts);
+/// The text that it would write.
+std::string model_parameters_text(int mode, const Workspace& workspace);
 
 /// Reads a workspace file. Mode 0: everything; below 0: definitions and display block; above 0: the bodies
 /// alone. `settings` holds the body defaults that an old file does not overrule. A data file that stands

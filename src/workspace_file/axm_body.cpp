@@ -3,17 +3,17 @@
 #include <algorithm>
 
 #include "core/angles.h"
+#include "core/body_defaults.h"
+#include "core/body_parameters.h"
 #include "core/numbers.h"
 #include "core/text.h"
 #include "core/workspace.h"
+#include "workspace_file/axm_lines.h"
 #include "workspace_file/axm_text.h"
 
 namespace anomalis::workspace_file {
 
 namespace {
-
-constexpr float default_susc = 50000;
-constexpr float default_density = 2.67F;
 
 void read_limits(LineItems& items, BodyParam& param) {
     param.vary = items.single();
@@ -69,25 +69,22 @@ void read_position(LineItems items, std::int32_t version, ModelBody& body) {
 }
 
 void read_shape(LineItems items, std::int32_t version, ModelBody& body) {
-    const auto params = {&body.strike, &body.dip, &body.width, &body.depth_extent};
-    for (BodyParam* param : params) param->value = items.single();
+    for (const ParamCode code : shape_line) body_param(body, code).value = items.single();
     if (version <= 0) return;
-    for (BodyParam* param : params) read_limits(items, *param);
+    for (const ParamCode code : shape_line) read_limits(items, body_param(body, code));
 }
 
 void read_tilts(LineItems items, ModelBody& body) {
-    read_param(items, body.plunge);
-    if (items.left()) read_param(items, body.slope);
+    for (const ParamCode code : tilt_line)
+        if (code == tilt_line.front() || items.left()) read_param(items, body_param(body, code));
 }
 
 void read_properties(LineItems items, std::int32_t version, ModelBody& body) {
-    body.susc.value = numeric_or(items.token(), default_susc);
-    body.rem_q.value = items.single();
-    body.rem_i.value = items.single();
-    body.rem_d.value = items.single();
+    for (const ParamCode code : magnetic_line)
+        body_param(body, code).value =
+            code == param_susc ? numeric_or(items.token(), default_susceptibility) : items.single();
     if (version > 0) {
-        for (BodyParam* param : {&body.susc, &body.rem_q, &body.rem_i, &body.rem_d})
-            read_limits(items, *param);
+        for (const ParamCode code : magnetic_line) read_limits(items, body_param(body, code));
     }
     if (!items.left()) return;
     body.density.value = numeric_or(items.token(), default_density);
@@ -101,12 +98,12 @@ void convert_old_units(std::int32_t version, float field_intensity, ModelBody& b
         body.susc.value = to_single(body.susc.value * (4 * pi));
         body.density.value = to_single(body.density.value * 2.0);
     }
-    if (version <= 6 && body.type < pipe) {
+    if (version <= 6 && !is_round(body.type)) {
         const double induced = double{body.susc.value} * field_intensity;
         const bool usable = body.susc.value > 0 && field_intensity > 0;
         body.rem_q.value = usable ? to_single(body.rem_q.value / induced) : 0.0F;
     }
-    if (body.type < pipe && body.dip.value < 0) body.dip.value = -body.dip.value;
+    if (!is_round(body.type) && body.dip.value < 0) body.dip.value = -body.dip.value;
 }
 
 }  // namespace

@@ -1,8 +1,12 @@
+#include <span>
+
+#include "core/body_parameters.h"
 #include "core/failure.h"
 #include "core/safe_file.h"
 #include "core/workspace.h"
 #include "workspace_file/axm.h"
 #include "workspace_file/axm_extensions.h"
+#include "workspace_file/axm_lines.h"
 #include "workspace_file/axm_text.h"
 
 namespace anomalis::workspace_file {
@@ -59,6 +63,12 @@ void write_transform_lines(const PointTransform& transform, AxmWriter& out) {
     out.end_line();
 }
 
+/// The values, then the mark and the limits of each.
+void write_line(const ModelBody& body, std::span<const ParamCode> codes, AxmWriter& out) {
+    for (const ParamCode code : codes) out << body_param(body, code).value;
+    for (const ParamCode code : codes) out << Limits{body_param(body, code)};
+}
+
 void write_body(const ModelBody& body, AxmWriter& out) {
     out << body.type << body.include_demagnetisation << body.vary << body.colour << body.turned_off << " "
         << body.name;
@@ -68,36 +78,32 @@ void write_body(const ModelBody& body, AxmWriter& out) {
     out << body.rock_type;
     out.end_line();
     out << body.distance.value << body.east << body.north << body.top.value << Limits{body.distance}
-        << Limits{body.top} << body.end_width_a << body.end_width_b << body.shell_thickness
+        << Limits{body.top} << body.width.value << body.width.value << body.shell_thickness
         << body.end_thickness << body.num_sectors << body.num_segments << body.max_triangle_size;
     out.end_line();
-    out << body.strike.value << body.dip.value << body.width.value << body.depth_extent.value
-        << Limits{body.strike} << Limits{body.dip} << Limits{body.width} << Limits{body.depth_extent};
+    write_line(body, shape_line, out);
     out.end_line();
     out << body.length;
     out.end_line();
     out << body.offset;
     out.end_line();
-    out << body.plunge << body.slope;
+    for (const ParamCode code : tilt_line) out << body_param(body, code);
     out.end_line();
-    out << body.susc.value << body.rem_q.value << body.rem_i.value << body.rem_d.value << Limits{body.susc}
-        << Limits{body.rem_q} << Limits{body.rem_i} << Limits{body.rem_d} << body.density;
+    write_line(body, magnetic_line, out);
+    out << body.density;
     out.end_line();
 }
 
-void write_bodies(Workspace& workspace, AxmWriter& out) {
+void write_bodies(const Workspace& workspace, AxmWriter& out) {
     out << workspace.body_count << written_version << workspace.drawing.infinite_body_length
         << workspace.drawing.finite_body_left_clip << workspace.drawing.finite_body_right_clip;
     out.end_line();
     for (int number = 1; number <= workspace.body_count; ++number) {
-        ModelBody& body = workspace.body(number);
-        body.end_width_a = body.end_width_b = body.width.value;
-        write_body(body, out);
+        write_body(workspace.body(number), out);
     }
 }
 
-void write_display_block(DisplaySettings& display, AxmWriter& out) {
-    display.valid = true;
+void write_display_block(const DisplaySettings& display, AxmWriter& out) {
     out << axm_display_marker;
     out.end_line();
     out << display.maintain_aspect_ratio << display.show_axes << display.show_body_label
@@ -111,7 +117,7 @@ void write_display_block(DisplaySettings& display, AxmWriter& out) {
 
 }  // namespace
 
-std::string model_parameters_text(int mode, Workspace& workspace) {
+std::string model_parameters_text(int mode, const Workspace& workspace) {
     AxmWriter out;
     write_data_lines(workspace, out);
     write_transform_lines(workspace.transform, out);
@@ -123,7 +129,7 @@ std::string model_parameters_text(int mode, Workspace& workspace) {
     return out.text();
 }
 
-int write_model_parameters(int mode, const std::string& path, Workspace& workspace, Prompts& prompts) {
+int write_model_parameters(int mode, const std::string& path, const Workspace& workspace, Prompts& prompts) {
     return report_failure(prompts, "An error occurred while saving the model parameters: ", [&] {
         write_file_safely(path, model_parameters_text(mode, workspace));
     });

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "core/body_defaults.h"
 #include "core/paths.h"
 #include "support/scripted_prompts.h"
 #include "support/temp_folder.h"

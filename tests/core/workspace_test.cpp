@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "core/body_defaults.h"
+#include "core/body_parameters.h"
 #include "core/prompts.h"
 #include "core/settings.h"
 #include "support/scripted_prompts.h"
@@ -163,13 +165,13 @@ TEST_F(WorkspaceTest, a_new_body_has_the_documented_values) {
 
 TEST_F(WorkspaceTest, a_new_body_is_free_where_an_inversion_usually_is) {
     ModelBody& body = workspace.body(1);
-    for (const ParamSlot& slot : param_slots()) (body.*slot.slot) = {1, 7, -1, 1};
+    for (const BodyParameter& row : body_parameters()) (body.*row.slot) = {1, 7, -1, 1};
     body.distance.value = 120;
     body.top.value = -40;
     new_body(1, thick_sheet);
-    for (const ParamSlot& slot : param_slots()) {
-        EXPECT_EQ((body.*slot.slot).min, -99999) << slot.name;
-        EXPECT_EQ((body.*slot.slot).max, -99999) << slot.name;
+    for (const BodyParameter& row : body_parameters()) {
+        EXPECT_EQ((body.*row.slot).min, -99999) << row.name;
+        EXPECT_EQ((body.*row.slot).max, -99999) << row.name;
     }
     for (const BodyParam* free :
          {&body.distance, &body.top, &body.dip, &body.width, &body.susc, &body.density})

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <limits>
 
+#include "core/body_parameters.h"
 #include "edit/body_sample.h"
 #include "edit/change.h"
 

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "core/body_parameters.h"
 #include "core/failure.h"
 
 namespace anomalis::edit {

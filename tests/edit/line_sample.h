@@ -3,6 +3,7 @@
 #include <cmath>
 #include <string>
 
+#include "core/body_defaults.h"
 #include "core/session.h"
 #include "edit/workbench.h"
 #include "flow/open_flow.h"

@@ -5,6 +5,7 @@
 #include <limits>
 #include <sstream>
 
+#include "core/body_parameters.h"
 #include "core/paths.h"
 #include "edit/body_sample.h"
 
@@ -30,7 +31,7 @@ double coarse(BodySample& sample, ParamCode code) {
 
 TEST(ParameterBars, there_is_one_for_each_parameter) {
     EXPECT_EQ(parameter_bars().size(), 15u);
-    for (const ParamSlot& slot : param_slots()) EXPECT_EQ(bar_of(slot.code).code, slot.code);
+    for (const BodyParameter& row : body_parameters()) EXPECT_EQ(bar_of(row.code).code, row.code);
     EXPECT_EQ(bar_of(param_rem_d).control, std::string("VScroll_RemJ"));
     EXPECT_EQ(bar_of(param_rem_d).first_member, 4);
     EXPECT_EQ(bar_of(param_top).control, std::string("VScroll_depth"));

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <sstream>
 
+#include "core/body_parameters.h"
 #include "edit/body_sample.h"
 #include "edit/parameter_bars.h"
 #include "workspace_file/axm.h"

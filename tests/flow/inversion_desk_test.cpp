@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 
+#include "core/body_parameters.h"
 #include "core/paths.h"
 #include "edit/change.h"
 #include "edit/line_sample.h"
@@ -22,7 +23,7 @@ struct DeskSample : edit::LineSample, InversionDeskHost {
         for (const double distance : {700.0, 1700.0}) {
             ModelBody& body = add_body(distance, 40);
             body.response.assign(w.station_count);
-            for (const ParamSlot& slot : param_slots()) (body.*slot.slot).vary = 0;
+            for (const BodyParameter& row : body_parameters()) (body.*row.slot).vary = 0;
         }
         w.body(1).distance.vary = w.body(1).susc.vary = 1;
         workbench.view.current_body = 1;

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <limits>
 
+#include "core/body_parameters.h"
 #include "forward/line.h"
 
 namespace anomalis::forward {
@@ -31,15 +32,15 @@ std::string describe(BodyType type, std::string_view name, double value) {
 
 TEST(BadParameters, no_value_of_any_parameter_reaches_a_curve_as_no_number) {
     for (const BodyType type : all_types) {
-        for (const ParamSlot& slot : param_slots()) {
+        for (const BodyParameter& row : body_parameters()) {
             for (const float value : bad_values) {
                 for (const float length : {0.0F, 250.0F}) {
                     Line line(31);
                     ModelBody& body = line.add(type, 153);
                     body.length.value = length;
-                    (body.*slot.slot).value = value;
+                    (body.*row.slot).value = value;
                     line.calculate();
-                    expect_finite(line, describe(type, slot.name, value));
+                    expect_finite(line, describe(type, row.name, value));
                 }
             }
         }

@@ -11,7 +11,7 @@ TEST(Floors, a_room_uses_itself_and_the_floors_below) {
     EXPECT_EQ(own_include_error("forward/driver.cpp", "core/workspace.h"), "");
     EXPECT_EQ(own_include_error("intake/load.cpp", "transform/transform.h"), "");
     EXPECT_EQ(own_include_error("flow/save_flow.cpp", "output/tables.h"), "");
-    EXPECT_EQ(own_include_error("model/evaluate.cpp", "forward/driver.h"), "");
+    EXPECT_EQ(own_include_error("model/refresh_model.cpp", "forward/driver.h"), "");
     EXPECT_EQ(own_include_error("window/shell/main_window.cpp", "show/section.h"), "");
     EXPECT_EQ(own_include_error("window/shell/main_window.cpp", "chart/qt/grapher_widget.h"), "");
     EXPECT_EQ(own_include_error("chart/axis.cpp", "core/numbers.h"), "");

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <map>
 
+#include "core/body_parameters.h"
 #include "inversion/line_session.h"
 #include "inversion/report.h"
 #include "model/misfit.h"
@@ -53,14 +54,14 @@ class ExactFit : public ::testing::TestWithParam<ExactCase> {
         if (c.type == sphere) body.width.value = 300;
         line.take_model_as_data();
         float factor = 1 + share;
-        for (const ParamSlot& slot : param_slots()) {
-            if (std::find(c.free.begin(), c.free.end(), slot.slot) == c.free.end()) continue;
-            BodyParam& param = body.*slot.slot;
-            truth[slot.code] = param.value;
+        for (const BodyParameter& row : body_parameters()) {
+            if (std::find(c.free.begin(), c.free.end(), row.slot) == c.free.end()) continue;
+            BodyParam& param = body.*row.slot;
+            truth[row.code] = param.value;
             param.vary = 1;
             param.value *= factor;
             factor = 2 - factor;
-            if (slot.code == param_susc) param.max = 10 * param.value;
+            if (row.code == param_susc) param.max = 10 * param.value;
         }
         return body;
     }

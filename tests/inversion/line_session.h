@@ -3,6 +3,8 @@
 #include <cmath>
 #include <string>
 
+#include "core/body_defaults.h"
+#include "core/body_parameters.h"
 #include "core/session.h"
 #include "forward/driver.h"
 #include "intake/profile.h"
@@ -46,7 +48,7 @@ class LineSession {
         body.distance.value = distance;
         body.top.value = top;
         body.response.assign(w.station_count);
-        for (const ParamSlot& slot : param_slots()) (body.*slot.slot).vary = 0;
+        for (const BodyParameter& row : body_parameters()) (body.*row.slot).vary = 0;
         return body;
     }
 

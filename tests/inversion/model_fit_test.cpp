@@ -6,6 +6,7 @@
 #include <map>
 #include <vector>
 
+#include "core/body_parameters.h"
 #include "inversion/line_session.h"
 #include "inversion/report.h"
 #include "model/misfit.h"
@@ -40,15 +41,15 @@ InversionReport fit(LineSession& line, std::int32_t channel = channel_mag, int i
 std::map<int, float> put_off(ModelBody& body, const std::vector<Slot>& free) {
     std::map<int, float> truth;
     float factor = 1.2F;
-    for (const ParamSlot& slot : param_slots()) {
-        if (std::find(free.begin(), free.end(), slot.slot) == free.end()) continue;
-        BodyParam& param = body.*slot.slot;
-        truth[slot.code] = param.value;
+    for (const BodyParameter& row : body_parameters()) {
+        if (std::find(free.begin(), free.end(), row.slot) == free.end()) continue;
+        BodyParam& param = body.*row.slot;
+        truth[row.code] = param.value;
         param.vary = 1;
         param.value *= factor;
         factor = 2 - factor;
         // Without a limit a susceptibility may rise by a tenth only.
-        if (slot.code == param_susc) param.max = 10 * std::abs(param.value);
+        if (row.code == param_susc) param.max = 10 * std::abs(param.value);
     }
     return truth;
 }

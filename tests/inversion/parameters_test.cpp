@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <limits>
 
+#include "core/body_parameters.h"
 #include "inversion/line_session.h"
 
 namespace anomalis::inversion {
@@ -10,7 +11,7 @@ namespace anomalis::inversion {
 namespace {
 
 void free_all(ModelBody& body) {
-    for (const ParamSlot& slot : param_slots()) (body.*slot.slot).vary = 1;
+    for (const BodyParameter& row : body_parameters()) (body.*row.slot).vary = 1;
 }
 
 class Parameters : public ::testing::Test {
@@ -31,7 +32,7 @@ class Parameters : public ::testing::Test {
     /// The one free parameter after `codes`.
     const InversionParam& only() { return inversion.inversion_params[1]; }
     void free_one(ModelBody& body, BodyParam ModelBody::*slot, int channel = channel_mag) {
-        for (const ParamSlot& other : param_slots()) (body.*other.slot).vary = 0;
+        for (const BodyParameter& other : body_parameters()) (body.*other.slot).vary = 0;
         (body.*slot).vary = 1;
         ASSERT_EQ(codes(channel).size(), 1U);
     }

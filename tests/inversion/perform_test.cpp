@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <limits>
 
+#include "core/body_parameters.h"
 #include "inversion/line_session.h"
 #include "inversion/parameters.h"
 

@@ -4,6 +4,7 @@
 #include <QMenu>
 #include <QScrollBar>
 
+#include "core/body_parameters.h"
 #include "window/form_tests.h"
 #include "window/modelled_form.h"
 #include "window/panels/body_panel.h"

@@ -1,6 +1,7 @@
 #include <QClipboard>
 #include <QComboBox>
 
+#include "core/body_parameters.h"
 #include "window/form_tests.h"
 #include "window/modelled_form.h"
 

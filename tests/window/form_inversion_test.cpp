@@ -9,6 +9,7 @@
 #include <QScrollBar>
 
 #include "chart/ax_grapher.h"
+#include "core/body_parameters.h"
 #include "core/paths.h"
 #include "edit/change.h"
 #include "flow/recovery.h"
@@ -259,7 +260,7 @@ void FormInversionTest::odd_texts_in_the_box_of_iterations_do_no_harm() {
     Opened sample;
     sample.show_inversion();
     for (Workspace* w = &sample.workspace(); ModelBody * body : {&w->body(1), &w->body(2)})
-        for (const ParamSlot& slot : param_slots()) (body->*slot.slot).vary = 0;
+        for (const BodyParameter& row : body_parameters()) (body->*row.slot).vary = 0;
     sample.workspace().body(1).susc.vary = 1;
     const std::vector<std::pair<QString, QString>> cases{{"", "25"},
                                                          {"   ", "25"},

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "core/body_parameters.h"
 #include "workspace_file/axm_samples.h"
 
 namespace anomalis::workspace_file {
@@ -47,8 +48,8 @@ void fill(Workspace& workspace) {
         body.include_demagnetisation = number == 2 ? 1 : 0;
         body.vary = number == 1 ? 0 : 1;
         body.turned_off = number == 2 ? 1 : 0;
-        for (const ParamSlot& slot : param_slots()) {
-            body.*slot.slot = {next, number == 1 ? 1.0F : 0.0F, -next, next * 100};
+        for (const BodyParameter& row : body_parameters()) {
+            body.*row.slot = {next, number == 1 ? 1.0F : 0.0F, -next, next * 100};
             next += 0.25F;
         }
         body.shell_thickness = 4.5F;
@@ -95,7 +96,7 @@ void expect_same_body(const ModelBody& a, const ModelBody& b) {
         EXPECT_EQ(a.*field, b.*field);
     EXPECT_EQ(a.east, b.east);
     EXPECT_EQ(a.north, b.north);
-    for (const ParamSlot& slot : param_slots()) EXPECT_EQ(a.*slot.slot, b.*slot.slot) << slot.name;
+    for (const BodyParameter& row : body_parameters()) EXPECT_EQ(a.*row.slot, b.*row.slot) << row.name;
 }
 
 /// What a file does not keep: a body comes back switched on.

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <iostream>
 
+#include "core/body_defaults.h"
 #include "core/settings.h"
 #include "core/workspace.h"
 #include "support/child_process.h"

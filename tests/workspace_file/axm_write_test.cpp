@@ -6,6 +6,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "core/body_defaults.h"
 #include "workspace_file/axm_samples.h"
 
 namespace anomalis::workspace_file {
@@ -106,17 +107,17 @@ TEST(AxmWrite, a_mode_below_0_writes_the_definitions_alone) {
     EXPECT_FALSE(w.workspace.display.valid);
 }
 
-TEST(AxmWrite, a_save_sets_the_end_widths_and_the_display_mark_in_the_record) {
+TEST(AxmWrite, a_save_leaves_the_record_as_it_is) {
     Writing w;
     w.workspace.body_count = 2;
     w.workspace.body(1).width.value = 30;
     w.workspace.body(2).width.value = 40;
     w.workspace.body(3).width.value = 50;
     w.written();
-    EXPECT_EQ(w.workspace.body(1).end_width_a, 30);
-    EXPECT_EQ(w.workspace.body(2).end_width_b, 40);
+    EXPECT_EQ(w.workspace.body(1).end_width_a, 0);
+    EXPECT_EQ(w.workspace.body(2).end_width_b, 0);
     EXPECT_EQ(w.workspace.body(3).end_width_a, 0);
-    EXPECT_TRUE(w.workspace.display.valid);
+    EXPECT_FALSE(w.workspace.display.valid);
 }
 
 TEST(AxmWrite, very_large_and_very_small_values_take_an_exponent) {

@@ -14,7 +14,7 @@ void set_body_angles(ModelBody& body);
 /// The sine of the angle between the strike and the profile. Its sign tells to which side of the profile
 /// a body dips; below 0.1 in size the body lies along the profile and has no response.
 double strike_against_profile(const ModelBody& body, float azimuth);
-inline constexpr double least_strike_sine = 0.1;
+inline constexpr double least_sine_with_response = 0.1;
 
 /// Direction cosines of the ambient field in north, east, down, and its strength.
 struct AmbientField {

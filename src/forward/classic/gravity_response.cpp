@@ -39,12 +39,13 @@ void fill(Workspace& workspace, int body_number, Prompts& prompts) {
     std::fill_n(response_column(workspace, body, 2), workspace.station_count, 0.0F);
     set_body_angles(body);
     if (body.type == sphere) body.strike.value = to_single(workspace.azimuth + 90.0);
-    if (std::abs(strike_against_profile(body, workspace.azimuth)) < least_strike_sine) return;
+    if (std::abs(strike_against_profile(body, workspace.azimuth)) < least_sine_with_response) return;
     update_body_reference_point(workspace, body.distance.value, body.east, body.north);
     if (std::abs(body.density.value) < least_density) return;
-    if (body.type == thin_sheet || body.type == thick_sheet) {
+    if (!has_classic_gravity(body.type)) return;
+    if (is_sheet(body.type)) {
         fill_sheet(workspace, body, prompts);
-    } else if (body.type == pipe) {
+    } else {
         fill_pipe_gravity(workspace, body, prompts);
     }
 }

@@ -62,7 +62,7 @@ void fill(Workspace& workspace, int body_number, Prompts& prompts) {
     if (body.type == sphere) body.strike.value = to_single(workspace.azimuth + 90.0);
     if (calculate_field_coefficients(workspace, body, prompts) != 0) return;
     const double strike_sine = strike_against_profile(body, workspace.azimuth);
-    if (std::abs(strike_sine) < least_strike_sine) return;
+    if (std::abs(strike_sine) < least_sine_with_response) return;
     update_body_reference_point(workspace, body.distance.value, body.east, body.north);
     if (std::abs(body.last_calculated) < least_magnetisation) return;
     fill_by_type(workspace, body, strike_sine, prompts);

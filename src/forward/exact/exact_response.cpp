@@ -139,7 +139,7 @@ std::array<double, 8> shape_numbers(const ModelBody& body) {
                 p.cos_fall,
                 static_cast<double>(p.sectors)};
     }
-    if (body.type != thin_sheet && body.type != thick_sheet) return {type};
+    if (!is_sheet(body.type)) return {type};
     const SheetShape s = sheet_shape(body);
     return {type, s.width, s.rise, s.depth, s.cotangent, s.limited ? s.far_end - s.near_end : -1.0, s.plunge};
 }

@@ -46,7 +46,7 @@ AlongStrike unlimited_ends(const Workspace& workspace) {
 }
 
 AlongStrike ends_of(const Workspace& workspace, const ModelBody& body) {
-    const bool limited = body.type >= pipe || (body.type == thick_sheet && body.length.value > 0);
+    const bool limited = is_round(body.type) || (body.type == thick_sheet && body.length.value > 0);
     return limited ? limited_ends(workspace, body) : unlimited_ends(workspace);
 }
 
@@ -57,7 +57,7 @@ struct Footprint {
 };
 
 Footprint classic_footprint(const Workspace& workspace, const ModelBody& body) {
-    const bool centred = body.type >= pipe;
+    const bool centred = is_round(body.type);
     const double width = body.width.value;
     return {ends_of(workspace, body), centred ? -width : 0.0, centred ? 2.0 * width : width};
 }
@@ -66,14 +66,13 @@ Footprint classic_footprint(const Workspace& workspace, const ModelBody& body) {
 /// pipes are as wide as they are and foreshortened by the fall of their axis, a wire has no end.
 Footprint exact_footprint(const Workspace& workspace, const ModelBody& body) {
     const double width = body.width.value;
-    const bool limited =
-        (body.type == thin_sheet || body.type == thick_sheet || body.type == pipe) && body.length.value > 0;
+    const bool limited = (is_sheet(body.type) || body.type == pipe) && body.length.value > 0;
     Footprint print{limited ? limited_ends(workspace, body) : unlimited_ends(workspace), 0, width};
-    if (body.type == thin_sheet || body.type == thick_sheet) {
+    if (is_sheet(body.type)) {
         const SheetShape sheet = sheet_shape(body);
         if (sheet.meets) print.across = sheet.width;
     }
-    if (body.type < pipe) return print;
+    if (!is_round(body.type)) return print;
     print.start = -width / 2;
     if (body.type == pipe && limited) {
         const double fall = pipe_shape(body).cos_fall;
@@ -81,10 +80,6 @@ Footprint exact_footprint(const Workspace& workspace, const ModelBody& body) {
         print.ends.far_end *= fall;
     }
     return print;
-}
-
-bool has_outline(std::int32_t type) {
-    return (type >= thin_sheet && type < polygon) || type == pipe || type == wire;
 }
 
 int outline_of(const Workspace& workspace, const ClipBox& box, const ModelBody& body, PlanOutline& outline) {
@@ -135,7 +130,7 @@ int calculate_plan_outline(const Workspace& workspace, const ClipBox& box, const
                            PlanOutline& outline, Prompts& prompts) {
     int points = -1;
     report_failure(prompts, "An error occurred while calculating the plan view of the body: ", [&] {
-        if (has_outline(body.type)) points = outline_of(workspace, box, body, outline);
+        if (has_plan_outline(body.type)) points = outline_of(workspace, box, body, outline);
     });
     return points;
 }

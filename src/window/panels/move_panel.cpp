@@ -4,6 +4,7 @@
 #include <QGridLayout>
 #include <QLabel>
 
+#include "core/body_parameters.h"
 #include "edit/body_form.h"
 #include "edit/body_rows.h"
 #include "edit/parameter_bars.h"

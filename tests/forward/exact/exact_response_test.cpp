@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "core/body_parameters.h"
 #include "exact_line.h"
 #include "support/stale_body.h"
 
@@ -78,8 +79,8 @@ TEST(ExactResponse, no_parameter_is_overwritten) {
         ModelBody& body = add_sample(line, sample);
         const ModelBody before = body;
         line.calculate();
-        for (const ParamSlot& slot : param_slots())
-            EXPECT_EQ(body.*slot.slot, before.*slot.slot) << sample.name;
+        for (const BodyParameter& row : body_parameters())
+            EXPECT_EQ(body.*row.slot, before.*row.slot) << sample.name;
     }
 }
 
