@@ -102,7 +102,9 @@ void ModelView::display_plan_view() {
     Session& session = workbench_.session;
     if (!edit::line_loaded(session.workspace)) return;
     report_failure(session.prompts, "An error occurred while displaying the plan view: ", [&] {
-        charts_.draw_plan(session.workspace, workbench_.view, session.prompts);
+        Faults faults;
+        charts_.draw_plan(session.workspace, workbench_.view, faults);
+        show_faults(faults, session.prompts);
     });
 }
 

@@ -65,7 +65,9 @@ int load_locations(Workspace& workspace, Prompts& prompts) {
     setup_graphics_arrays(workspace, prompts);
     complete_window(workspace);
     workspace.read_as = line_inputs(workspace);
-    setup_sensor_elevations(workspace, prompts);
+    Faults faults;
+    setup_sensor_elevations(workspace, faults);
+    show_faults(faults, prompts);
     return workspace.distances.last() > 0 ? 0 : 1;
 }
 

@@ -2,6 +2,7 @@
 #include <vector>
 
 #include "core/numbers.h"
+#include "core/prompts.h"
 #include "core/text.h"
 #include "core/workspace.h"
 #include "forward/shape/body_solid.h"
@@ -29,12 +30,12 @@ std::string face_start(const ModelBody& body) {
     return "  0\r\n3DFACE\r\n  8\r\n" + single_line(body.name) + "\r\n  62\r\n  1";
 }
 
-void draw_box(const ModelBody& body, Formulas formulas, Prompts& prompts, DxfText& text) {
+void draw_box(const ModelBody& body, Formulas formulas, Faults& faults, DxfText& text) {
     forward::Trapezoid offsets{};
     const bool exact_sheet = formulas == Formulas::exact && body.type <= thick_sheet;
     const auto convert =
         exact_sheet ? forward::convert_exact_sheet_to_trapezoid : forward::convert_profile_model_to_trapezoid;
-    if (convert(body, offsets, prompts) != 0) return;
+    if (convert(body, offsets, faults) != 0) return;
     std::array<std::array<float, 3>, 8> corners{};
     for (std::size_t i = 0; i < corners.size(); ++i) {
         const std::array<float, 3>& offset = i < 4 ? offsets[1][i] : offsets[0][i - 4];
@@ -64,8 +65,8 @@ void form_point_texts(const ModelBody& body, std::vector<PointText>& points) {
     }
 }
 
-void draw_solid(ModelBody& body, Prompts& prompts, std::vector<PointText>& points, DxfText& text) {
-    if (forward::setup_cylinder_body(body, prompts) != 0) return;
+void draw_solid(ModelBody& body, Faults& faults, std::vector<PointText>& points, DxfText& text) {
+    if (forward::setup_cylinder_body(body, faults) != 0) return;
     form_point_texts(body, points);
     const std::string start = face_start(body);
     for (const auto& facet : body.solid.facets) {
@@ -82,19 +83,23 @@ void draw_solid(ModelBody& body, Prompts& prompts, std::vector<PointText>& point
 }  // namespace
 
 int write_body_dxf(const std::string& path, Workspace& workspace, Prompts& prompts) {
+    Faults faults;
     std::vector<PointText> points;
-    return write_drawing(path, workspace, "An error occurred while exporting the 3D DXF: ", prompts,
-                         [&](DxfText& text) {
-                             for (int number = 1; number <= workspace.body_count; ++number) {
-                                 ModelBody& body = workspace.body(number);
-                                 if (body.type < pipe) {
-                                     draw_box(body, workspace.formulas, prompts, text);
-                                 } else {
-                                     draw_solid(body, prompts, points, text);
-                                 }
-                                 text.write_out_if_large();
-                             }
-                         });
+    const auto draw_bodies = [&](DxfText& text) {
+        for (int number = 1; number <= workspace.body_count; ++number) {
+            ModelBody& body = workspace.body(number);
+            if (body.type < pipe) {
+                draw_box(body, workspace.formulas, faults, text);
+            } else {
+                draw_solid(body, faults, points, text);
+            }
+            text.write_out_if_large();
+        }
+    };
+    const int status =
+        write_drawing(path, workspace, "An error occurred while exporting the 3D DXF: ", faults, draw_bodies);
+    show_faults(faults, prompts);
+    return status;
 }
 
 }  // namespace anomalis::output

@@ -14,12 +14,12 @@ struct GraphRanges {
     std::array<double, edit::profile_chart_count> high{};
 };
 
-/// One curve of a profile chart, a value a station: of charts 0 and 2 the residual row, of 1 and 3 the vertical
-/// or the total gradient. The calculated curve has no values while there is no body.
+/// One curve of a profile chart, a value a station: of charts 0 and 2 the residual row, of 1 and 3 the
+/// vertical or the total gradient. The calculated curve has no values while there is no body.
 std::span<const float> chart_curve(const Workspace& workspace, int chart, Stage stage);
 
-/// The ranges of the curves as their rows stand. Values that are missing or not finite do not count; 0 to 0 for a
-/// chart that has no others.
+/// The ranges of the curves as their rows stand. Values that are missing or not finite do not count; 0 to 0
+/// for a chart that has no others.
 GraphRanges graph_ranges(const Workspace& workspace);
 
 /// Which charts have something to show: those of the channels with a column, gradients only when a gradient

@@ -99,6 +99,13 @@ TEST(Sources, reasons_are_given_by_the_subject_and_not_by_a_paper) {
     EXPECT_EQ(offenders(all_folders, workplace), "");
 }
 
+TEST(Sources, no_person_stands_in_the_physics) {
+    const Ban person{{"rompts"}, std::regex(R"(\b[Pp]rompts\b)")};
+    EXPECT_EQ(offenders({"src/forward", "src/filter", "src/vector", "src/chart", "src/show"}, person), "");
+    const Ban handed_on{{"rompts"}, std::regex(R"(\bPrompts\b|core/prompts)")};
+    EXPECT_EQ(offenders({"src/model"}, handed_on), "");
+}
+
 TEST(Sources, nothing_is_left_for_later) {
     const Ban later{{"TO", "FIX", "XX", "GTEST", "DIS"},
                     std::regex(R"(\bTO[D]O\b|\bFIX[M]E\b|\bXX[X]\b|GTEST_SK[I]P|DIS[A]BLED_)")};

@@ -3,8 +3,8 @@
 #include <cmath>
 
 #include "core/angles.h"
+#include "core/faults.h"
 #include "core/numbers.h"
-#include "core/prompts.h"
 
 namespace anomalis::forward {
 
@@ -160,9 +160,9 @@ Magnetisation plain_magnetisation(const Workspace& workspace, const ModelBody& b
             induced * field.down + remanent * std::sin(inclination)};
 }
 
-int calculate_field_coefficients(const Workspace& workspace, ModelBody& body, Prompts& prompts) {
+int calculate_field_coefficients(const Workspace& workspace, ModelBody& body, Faults& faults) {
     // The prefix ends without a colon; people search for the text as it is.
-    return report_failure(prompts, "An error occurred while calculating the field coefficients",
+    return report_failure(faults, "An error occurred while calculating the field coefficients",
                           [&] { fill_coefficients(workspace, body); });
 }
 

@@ -66,7 +66,9 @@ void FormFormulas::show_difference() {
                        body <= workspace.body_count;
     difference_->setVisible(known);
     if (!known) return;
-    const double share = forward::formula_difference(workspace, body, session.prompts).largest();
+    Faults faults;
+    const double share = forward::formula_difference(workspace, body, faults).largest();
+    show_faults(faults, session.prompts);
     const bool notable = share > forward::notable_difference;
     difference_->setText(share >= forward::no_common_measure
                              ? tr("Classic formulas: no exact curve")
