@@ -81,8 +81,8 @@ void ModelView::redraw() {
     if (workbench_.view.show_plan) display_plan_view();
 }
 
-/// The gravity branch asks for the floating flag of the magnetics too, and writes into the same box: people
-/// who work with both channels read the gravity base there.
+/// The gravity branch asks for the floating flag of the magnetics too, and writes into the same box: on
+/// a line with both channels it shows the gravity base.
 void ModelView::show_base_levels() {
     const Workspace& workspace = workbench_.session.workspace;
     if (workspace.mag.float_base != 1) return;

@@ -109,7 +109,7 @@ class Turn {
     InversionParam& param_;
     float saved_value_;
     MisfitPair trial_misfit_{};
-    double penalty_ = 0;  ///< accumulated as documented; nothing reads it
+    double penalty_ = 0;  ///< how close to its limits a value came; the misfit alone decides
 };
 
 }  // namespace

@@ -18,7 +18,7 @@ namespace {
 constexpr std::array<std::array<std::size_t, 4>, 6> box_faces{
     {{0, 1, 2, 3}, {7, 6, 5, 4}, {0, 4, 5, 1}, {1, 5, 6, 2}, {2, 6, 7, 3}, {3, 7, 4, 0}}};
 
-// The two kinds of faces indent their codes differently; programs that read these drawings have met no other.
+// The two kinds of faces indent their codes differently; readers of drawings skip the blanks.
 constexpr std::array<std::array<std::string_view, 3>, 4> box_codes{
     {{"  10", "  20", "  30"}, {"  11", "  21", "  31"}, {"  12", "  22", "  32"}, {"  13", "  23", "  33"}}};
 constexpr std::array<std::array<std::string_view, 3>, 4> solid_codes{

@@ -78,7 +78,7 @@ void set_shape_coefficients(ModelBody& body) {
         return;
     }
     // The field's north component stands for its component across strike, whatever the strike: the
-    // closed formulae of the bodies are settled on it.
+    // closed formulae are those of a body that strikes east.
     body.coef_a = to_single(mx * fx - mz * fz);
     body.coef_b = to_single(-2 * (mz * fx + mx * fz));
     body.coef_c = 0;
@@ -161,7 +161,6 @@ Magnetisation plain_magnetisation(const Workspace& workspace, const ModelBody& b
 }
 
 int calculate_field_coefficients(const Workspace& workspace, ModelBody& body, Faults& faults) {
-    // The prefix ends without a colon; people search for the text as it is.
     return report_failure(faults, "An error occurred while calculating the field coefficients",
                           [&] { fill_coefficients(workspace, body); });
 }

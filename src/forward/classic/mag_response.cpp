@@ -58,7 +58,8 @@ void fill_by_type(Workspace& workspace, ModelBody& body, double strike_sine, Fau
 void fill(Workspace& workspace, int body_number, Faults& faults) {
     ModelBody& body = workspace.body(body_number);
     zero_magnetic_columns(workspace, body);
-    // The azimuth is in radians and is added to degrees as it stands: files hold spheres fitted with it.
+    // Radians are added to degrees on purpose:
+    // test `Sphere, takes_the_azimuth_in_radians_plus_90_as_its_strike`.
     if (body.type == sphere) body.strike.value = to_single(workspace.azimuth + 90.0);
     if (calculate_field_coefficients(workspace, body, faults) != 0) return;
     const double strike_sine = strike_against_profile(body, workspace.azimuth);

@@ -159,7 +159,7 @@ Tensor3 tensor_of(const ModelBody& body) {
     }
 }
 
-/// The prefix of the classic route's messages, misspelt as it always was in the first.
+/// The prefixes of the classic route, letter by letter, so that one search finds the failures of both.
 struct ChannelTexts {
     std::string_view failure;
     int column;

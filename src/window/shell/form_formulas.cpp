@@ -24,8 +24,8 @@ const char* const warning_style =
 FormFormulas::FormFormulas(Form_anomalis& form) : QObject(&form), form_(form), difference_(new QPushButton) {
     exact_ = form.menus().add_action(
         form.menus().model_menu(), "menu_exact_formulas", tr("E&xact formulas"),
-        tr("Calculate the field of the bodies as section and plan draw them; without the mark as earlier "
-           "versions did"));
+        tr("Calculate the field of the bodies as section and plan draw them; without the mark with "
+           "the classic formulas"));
     exact_->setCheckable(true);
     connect(exact_, &QAction::triggered, this, &FormFormulas::choose);
     connect(&form.menus().model_menu(), &QMenu::aboutToShow, this, &FormFormulas::refresh);
