@@ -5,6 +5,7 @@
 #include <cmath>
 #include <vector>
 
+#include "core/faults.h"
 #include "forward/classic/gravity_response.h"
 #include "forward/classic/mag_response.h"
 #include "forward/driver.h"
@@ -13,7 +14,6 @@
 #include "forward/exact/plane_kernel.h"
 #include "forward/shape/exact_shape.h"
 #include "level_line.h"
-#include "quiet_prompts.h"
 #include "timing.h"
 
 namespace anomalis {
@@ -64,14 +64,14 @@ Workspace line_with(const Kind& kind) {
 
 void exact_over_classic(benchmark::State& state) {
     const Kind& kind = kinds[state.range(0)];
-    QuietPrompts prompts;
+    Faults faults;
     Workspace workspace = line_with(kind);
     forward::ExactNotes notes;
     BestTime exact, classic, exact_model, classic_model;
     const auto recalculate = [&](Formulas formulas) {
         workspace.formulas = formulas;
         (kind.gravity ? workspace.body(1).grav_response_valid : workspace.body(1).mag_response_valid) = false;
-        forward::calculate_model(workspace, workspace.mag.data, workspace.grav.data, prompts);
+        forward::calculate_model(workspace, workspace.mag.data, workspace.grav.data, faults);
     };
     recalculate(Formulas::classic);
     workspace.body(1).mag_response_valid = workspace.body(1).grav_response_valid = true;
@@ -81,12 +81,12 @@ void exact_over_classic(benchmark::State& state) {
             classic_model.take([&] { recalculate(Formulas::classic); });
             state.SetIterationTime(exact.take([&] {
                 if (kind.gravity)
-                    return forward::calculate_exact_gravity_response(workspace, 1, notes, prompts);
-                forward::calculate_exact_mag_response(workspace, 1, notes, prompts);
+                    return forward::calculate_exact_gravity_response(workspace, 1, notes, faults);
+                forward::calculate_exact_mag_response(workspace, 1, notes, faults);
             }));
             classic.take([&] {
-                if (kind.gravity) return forward::calculate_gravity_response(workspace, 1, prompts);
-                forward::calculate_mag_response(workspace, 1, prompts);
+                if (kind.gravity) return forward::calculate_gravity_response(workspace, 1, faults);
+                forward::calculate_mag_response(workspace, 1, faults);
             });
         }
     state.SetLabel(kind.name);
@@ -102,12 +102,12 @@ BENCHMARK(exact_over_classic)
 
 /// Anything with a surface of triangles against the kernel alone on the same triangles.
 void solid_over_kernel(benchmark::State& state) {
-    QuietPrompts prompts;
+    Faults faults;
     const bool round = state.range(0) == 1;
     Workspace workspace = line_with({"", round ? pipe : thin_sheet, 250, 250, false});
     ModelBody& body = workspace.body(1);
     forward::ExactNotes notes;
-    forward::calculate_exact_mag_response(workspace, 1, notes, prompts);
+    forward::calculate_exact_mag_response(workspace, 1, notes, faults);
     forward::Polyhedron polyhedron;
     if (round) {
         forward::assign_pipe(forward::exact_frame(body), forward::pipe_shape(body), polyhedron);
@@ -122,7 +122,7 @@ void solid_over_kernel(benchmark::State& state) {
     for (auto _ : state)
         for (int turn = 0; turn < turns; ++turn) {
             state.SetIterationTime(
-                exact.take([&] { forward::calculate_exact_mag_response(workspace, 1, notes, prompts); }));
+                exact.take([&] { forward::calculate_exact_mag_response(workspace, 1, notes, faults); }));
             kernel.take([&] { polyhedron.total_field(spans, {1, 2, 3}, {0, 0, 1}, values); });
         }
     state.SetLabel(round ? "pipe" : "thin sheet with a length");
@@ -164,7 +164,7 @@ BENCHMARK(plane_polygon)->UseManualTime()->Iterations(3)->Unit(benchmark::kMicro
 
 /// What the tensor of a prism costs, in stations of its response.
 void prism_tensor(benchmark::State& state) {
-    QuietPrompts prompts;
+    Faults faults;
     Workspace workspace = line_with({"", thick_sheet, 250, 250, false});
     ModelBody& body = workspace.body(1);
     forward::ExactNotes notes;
@@ -175,7 +175,7 @@ void prism_tensor(benchmark::State& state) {
                 body.demagnetisation.known = false;
                 benchmark::DoNotOptimize(forward::body_demagnetisation(body));
             }));
-            response.take([&] { forward::calculate_exact_mag_response(workspace, 1, notes, prompts); });
+            response.take([&] { forward::calculate_exact_mag_response(workspace, 1, notes, faults); });
         }
     state.counters["as_many_stations"] = tensor.seconds() / response.seconds() * stations;
 }

@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "allocations.h"
+#include "core/faults.h"
 #include "filter/filters.h"
-#include "quiet_prompts.h"
 #include "timing.h"
 #include "vector/vector_levels.h"
 
@@ -128,7 +128,7 @@ Workspace workspace_with(int half_width) {
 /// Smoothing, residual and gradient pass with one half-width, base level and copies included.
 void chain_of_one_stage(benchmark::State& state) {
     const auto half_width = static_cast<int>(state.range(0));
-    QuietPrompts prompts;
+    Faults faults;
     Workspace w = workspace_with(half_width);
     DotProducts reference(half_width);
     BestTime chain, dots;
@@ -137,13 +137,13 @@ void chain_of_one_stage(benchmark::State& state) {
         const long before = allocation_count();
         const double seconds = chain.take([&] {
             w.mag.calculated_filtered = false;
-            filter::filter_data(w, 0, stage_calculated, w.mag.data, prompts);
+            filter::filter_data(w, 0, stage_calculated, w.mag.data, faults);
         });
         allocations = allocations < 0 ? 0 : allocations + allocation_count() - before;
         dots.take([&] { reference.run(3); });
         state.SetIterationTime(seconds);
     }
-    if (prompts.count() > 0) state.SkipWithError("the chain failed");
+    if (!faults.empty()) state.SkipWithError("the chain failed");
     state.counters["ratio_to_dot_products"] = chain.seconds() / dots.seconds();
     state.counters["dot_products_us"] = dots.seconds() * 1e6;
     state.counters["chain_us"] = chain.seconds() * 1e6;
@@ -160,11 +160,11 @@ BENCHMARK(chain_of_one_stage)
 
 /// The cost by half-width on a short line, far beyond its length too.
 void widest_kernels(benchmark::State& state) {
-    QuietPrompts prompts;
+    Faults faults;
     Workspace w = workspace_with(static_cast<int>(state.range(0)));
     for (auto _ : state) {
         w.mag.calculated_filtered = false;
-        filter::filter_data(w, 0, stage_calculated, w.mag.data, prompts);
+        filter::filter_data(w, 0, stage_calculated, w.mag.data, faults);
     }
     state.counters["taps_MB"] = static_cast<double>(w.filter_scratch.coefficients.capacity()) * 4e-6;
 }

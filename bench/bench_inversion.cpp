@@ -14,8 +14,8 @@
 #include "intake/profile.h"
 #include "inversion/report.h"
 #include "level_line.h"
-#include "model/refresh_model.h"
 #include "model/misfit.h"
+#include "model/refresh_model.h"
 #include "quiet_prompts.h"
 #include "timing.h"
 #include "workspace_file/axm.h"
@@ -67,16 +67,17 @@ void one_evaluation(benchmark::State& state) {
     Workspace& w = line.session.workspace;
     ModelBody& body = w.body(25);
     std::vector<float> sum(8193);
+    Faults faults;
     BestTime evaluation, response, adding, filtering;
     for (auto _ : state) {
         body.dip.value += 0.01F;
         const double seconds = evaluation.take([&] {
             body.mag_response_valid = body.grav_response_valid = false;
-            model::evaluate_model_misfit(line.session, w.mag.data, w.grav.data);
+            model::evaluate_model_misfit(line.session, w.mag.data, w.grav.data, faults);
         });
         response.take([&] {
             body.last_calculated = -1.0F;
-            forward::calculate_mag_response(w, 25, line.prompts);
+            forward::calculate_mag_response(w, 25, faults);
         });
         adding.take([&] {
             std::fill(sum.begin(), sum.end(), 0.0F);
@@ -89,7 +90,7 @@ void one_evaluation(benchmark::State& state) {
         });
         filtering.take([&] {
             w.mag.calculated_filtered = false;
-            filter::filter_data(w, channel_mag, stage_calculated, w.mag.data, line.prompts);
+            filter::filter_data(w, channel_mag, stage_calculated, w.mag.data, faults);
         });
         state.SetIterationTime(seconds);
     }

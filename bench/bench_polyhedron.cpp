@@ -8,12 +8,12 @@
 #include <vector>
 
 #include "allocations.h"
+#include "core/faults.h"
 #include "core/workspace.h"
 #include "elementary_loops.h"
 #include "forward/classic/facet.h"
 #include "forward/polyhedron/polyhedron.h"
 #include "lumpy_body.h"
-#include "quiet_prompts.h"
 #include "timing.h"
 
 namespace anomalis {
@@ -75,16 +75,16 @@ class FacetRoute {
         for (const auto& corners : triangles_)
             forward::calculate_facet_response(workspace_, body_, {true, true},
                                               {magnetisation.y, magnetisation.x, -magnetisation.z}, corners,
-                                              prompts_);
+                                              faults_);
     }
     double count() const { return static_cast<double>(triangles_.size()) * workspace_.station_count; }
-    bool failed() const { return prompts_.count() > 0; }
+    bool failed() const { return !faults_.empty(); }
 
   private:
     Workspace workspace_;
     ModelBody body_;
     std::vector<std::array<forward::NedVector, 3>> triangles_;
-    QuietPrompts prompts_;
+    Faults faults_;
 };
 
 /// Logarithms and arc tangents of as many edges and faces, nanoseconds for each facet.

@@ -4,11 +4,11 @@
 #include <array>
 #include <benchmark/benchmark.h>
 
+#include "core/faults.h"
 #include "forward/classic/facet.h"
 #include "forward/driver.h"
 #include "forward/shape/prism.h"
 #include "level_line.h"
-#include "quiet_prompts.h"
 #include "timing.h"
 
 namespace anomalis {
@@ -18,7 +18,7 @@ constexpr int stations = 8193;
 
 struct Dragged {
     Workspace workspace = level_line(stations);
-    QuietPrompts prompts;
+    Faults faults;
 
     explicit Dragged(BodyType type, bool with_gravity) {
         workspace.definition.grav_column = with_gravity ? 4 : 0;
@@ -31,7 +31,7 @@ struct Dragged {
         body().distance.value += 0.5F;
         body().dip.value += 0.01F;
         body().mag_response_valid = body().grav_response_valid = false;
-        forward::calculate_model(workspace, workspace.mag.data, workspace.grav.data, prompts);
+        forward::calculate_model(workspace, workspace.mag.data, workspace.grav.data, faults);
     }
 };
 
@@ -59,7 +59,7 @@ void gravity_by_single_faces(Dragged& drag) {
     for (const auto& face : forward::prism_faces) {
         std::array<forward::NedVector, 4> list;
         for (std::size_t i = 0; i < 4; ++i) list[i] = corners[face[i]];
-        forward::calculate_facet_response(drag.workspace, drag.body(), {false, true}, {}, list, drag.prompts);
+        forward::calculate_facet_response(drag.workspace, drag.body(), {false, true}, {}, list, drag.faults);
     }
 }
 
@@ -70,7 +70,7 @@ void prism_gravity_against_single_faces(benchmark::State& state) {
         drag.body().grav_response_valid = false;
         together.take([&] {
             forward::calculate_model(drag.workspace, drag.workspace.mag.data, drag.workspace.grav.data,
-                                     drag.prompts);
+                                     drag.faults);
         });
         state.SetIterationTime(apart.take([&] { gravity_by_single_faces(drag); }));
     }

@@ -6,9 +6,9 @@
 #include <vector>
 
 #include "allocations.h"
+#include "core/faults.h"
 #include "forward/driver.h"
 #include "level_line.h"
-#include "quiet_prompts.h"
 #include "timing.h"
 
 namespace anomalis {
@@ -54,15 +54,15 @@ Workspace line_of_sheets(int bodies, BodyType type = thick_sheet) {
     return workspace;
 }
 
-void calculate_one(Workspace& workspace, QuietPrompts& prompts) {
+void calculate_one(Workspace& workspace, Faults& faults) {
     workspace.body(1).mag_response_valid = false;
-    forward::calculate_model(workspace, workspace.mag.data, workspace.grav.data, prompts);
+    forward::calculate_model(workspace, workspace.mag.data, workspace.grav.data, faults);
 }
 
 void sheet_against_elementary(benchmark::State& state) {
-    QuietPrompts prompts;
+    Faults faults;
     Workspace workspace = line_of_sheets(1, static_cast<BodyType>(state.range(0)));
-    calculate_one(workspace, prompts);
+    calculate_one(workspace, faults);
     std::vector<double> x(stations), t(stations);
     std::vector<float> response(stations);
     for (std::size_t i = 0; i < x.size(); ++i) x[i] = 0.01 + 0.03 * static_cast<double>(i);
@@ -71,7 +71,7 @@ void sheet_against_elementary(benchmark::State& state) {
     for (auto _ : state) {
         for (int turn = 0; turn < turns; ++turn) {
             const long before = allocation_count();
-            state.SetIterationTime(sheet.take([&] { calculate_one(workspace, prompts); }));
+            state.SetIterationTime(sheet.take([&] { calculate_one(workspace, faults); }));
             allocations += allocation_count() - before;
             functions.take([&] { elementary(x, t); });
             scalar.take([&] { scalar_sheets(workspace, workspace.body(1), response); });
@@ -87,16 +87,16 @@ void sheet_against_elementary(benchmark::State& state) {
 BENCHMARK(sheet_against_elementary)->Arg(thin_sheet)->Arg(thick_sheet)->UseManualTime()->Iterations(10);
 
 void one_of_many_sheets(benchmark::State& state) {
-    QuietPrompts prompts;
+    Faults faults;
     Workspace one = line_of_sheets(1);
     Workspace many = line_of_sheets(static_cast<int>(state.range(0)));
-    calculate_one(one, prompts);
-    calculate_one(many, prompts);
+    calculate_one(one, faults);
+    calculate_one(many, faults);
     BestTime alone, among;
     for (auto _ : state) {
         for (int turn = 0; turn < turns; ++turn) {
-            alone.take([&] { calculate_one(one, prompts); });
-            state.SetIterationTime(among.take([&] { calculate_one(many, prompts); }));
+            alone.take([&] { calculate_one(one, faults); });
+            state.SetIterationTime(among.take([&] { calculate_one(many, faults); }));
         }
     }
     state.counters["of_the_one_body"] = among.seconds() / alone.seconds();
@@ -104,7 +104,7 @@ void one_of_many_sheets(benchmark::State& state) {
 BENCHMARK(one_of_many_sheets)->Arg(50)->UseManualTime()->Iterations(10);
 
 void all_sheets(benchmark::State& state) {
-    QuietPrompts prompts;
+    Faults faults;
     const auto bodies = static_cast<int>(state.range(0));
     Workspace workspace = line_of_sheets(bodies);
     workspace.definition.grav_column = 4;
@@ -112,7 +112,7 @@ void all_sheets(benchmark::State& state) {
     for (auto _ : state) {
         for (int b = 1; b <= bodies; ++b) workspace.body(b).mag_response_valid = workspace.body(b).grav_response_valid = false;
         state.SetIterationTime(all.take(
-            [&] { forward::calculate_model(workspace, workspace.mag.data, workspace.grav.data, prompts); }));
+            [&] { forward::calculate_model(workspace, workspace.mag.data, workspace.grav.data, faults); }));
     }
     state.counters["us_a_body"] = all.seconds() * 1e6 / bodies;
 }

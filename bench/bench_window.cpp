@@ -38,10 +38,10 @@ void add_responses(Workspace& w, std::vector<float>& sum) {
     }
 }
 
-void filter_both(Workspace& w, Prompts& prompts) {
+void filter_both(Workspace& w, Faults& faults) {
     invalidate_filtered_data(1, w);
-    filter::filter_data(w, channel_mag, stage_calculated, w.mag.data, prompts);
-    filter::filter_data(w, channel_grav, stage_calculated, w.grav.data, prompts);
+    filter::filter_data(w, channel_mag, stage_calculated, w.mag.data, faults);
+    filter::filter_data(w, channel_grav, stage_calculated, w.grav.data, faults);
 }
 
 void a_step_of_a_bar(benchmark::State& state) {
@@ -50,16 +50,17 @@ void a_step_of_a_bar(benchmark::State& state) {
     Workspace& w = window.session.workspace;
     window.form->workbench().view.current_body = moved;
     std::vector<float> sum(stations);
+    Faults faults;
     BestTime step, response, addition, filters, redraw;
     int turn = 0;
     for (auto _ : state) {
         const double seconds = step.take([&] { window.scroll(param_dip, ++turn % 2 == 0 ? 1 : -1); });
         response.take([&] {
-            forward::calculate_mag_response(w, moved, window.prompts);
-            forward::calculate_gravity_response(w, moved, window.prompts);
+            forward::calculate_mag_response(w, moved, faults);
+            forward::calculate_gravity_response(w, moved, faults);
         });
         addition.take([&] { add_responses(w, sum); });
-        filters.take([&] { filter_both(w, window.prompts); });
+        filters.take([&] { filter_both(w, faults); });
         redraw.take([&] {
             window.view().redraw();
             ShownWindow::settle();
@@ -73,7 +74,8 @@ void a_step_of_a_bar(benchmark::State& state) {
     state.counters["filters_ms"] = filters.seconds() * 1e3;
     state.counters["redraw_ms"] = redraw.seconds() * 1e3;
     state.counters["step_to_parts"] = step.seconds() / parts;
-    state.counters["messages"] = static_cast<double>(window.prompts.count());
+    state.counters["messages"] =
+        static_cast<double>(window.prompts.count()) + static_cast<double>(faults.entries().size());
 }
 BENCHMARK(a_step_of_a_bar)->Iterations(60)->UseManualTime()->Unit(benchmark::kMillisecond);
 

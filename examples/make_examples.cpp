@@ -141,7 +141,9 @@ Values observe(const Survey& survey, const std::string& data_path, Prompts& prom
         throw Fault("the stations of " + survey.name + " do not load");
     if (static_cast<std::size_t>(truth.station_count) != survey.readings.size())
         throw Fault("the stations of " + survey.name + " merge");
-    forward::calculate_model(truth, truth.mag.data, truth.grav.data, prompts);
+    Faults faults;
+    forward::calculate_model(truth, truth.mag.data, truth.grav.data, faults);
+    show_faults(faults, prompts);
 
     Noise noise(1967);
     Values values;

@@ -9,12 +9,14 @@ namespace {
 
 DumpedMisfit measured(Session& session) {
     const Workspace& workspace = session.workspace;
+    Faults faults;
     const auto of = [&](const ChannelTable& data, int channel) {
-        return model::channel_misfit(workspace, data, model::misfit_scale_of(channel), session.prompts);
+        return model::channel_misfit(workspace, data, model::misfit_scale_of(channel), faults);
     };
     DumpedMisfit misfit;
     if (workspace.has_mag()) misfit.mag = of(workspace.mag.data, channel_mag);
     if (workspace.has_grav()) misfit.grav = of(workspace.grav.data, channel_grav);
+    show_faults(faults, session.prompts);
     return misfit;
 }
 

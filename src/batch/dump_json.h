@@ -15,7 +15,7 @@ struct DumpedMisfit {
     std::optional<MisfitPair> grav;
 };
 
-/// The whole session as one JSON object: fields by their documented names, numbers with all their digits,
+/// The whole session as one JSON object: fields by their names, numbers with all their digits,
 /// a channel without a column or without stations as null.
 std::string dump_json_text(const Workspace& workspace, const DumpedMisfit& misfit,
                            const std::vector<std::string>& messages);

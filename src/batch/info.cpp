@@ -139,8 +139,10 @@ bool run_info(const std::string& model, BatchSession& batch) {
     std::string text = definition_text(workspace) + profile_text(workspace);
     if (state == OpenState::ready) {
         const auto misfit = [&](const char* label, const ChannelTable& data, int channel) {
+            Faults faults;
             const MisfitPair pair =
-                model::channel_misfit(workspace, data, model::misfit_scale_of(channel), batch.prompts);
+                model::channel_misfit(workspace, data, model::misfit_scale_of(channel), faults);
+            show_faults(faults, batch.prompts);
             text += line(label, misfit_text(pair));
         };
         if (workspace.has_mag()) misfit("Magnetic misfit", workspace.mag.data, channel_mag);

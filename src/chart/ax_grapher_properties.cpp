@@ -1,7 +1,7 @@
 #include "chart/ax_grapher.h"
 #include "chart/detail/grapher_state.h"
 
-// The properties: what each holds, and that its bag is told of a change under the documented key.
+// The properties: what each holds, and that its bag is told of a change under its key.
 namespace anomalis::chart {
 
 namespace {

@@ -26,7 +26,7 @@ namespace anomalis::chart {
 
 namespace {
 
-// Eight times the documented window: curves stay smooth, and the coordinates of all but the widest pages fit
+// Parts of 1/300 inch: curves stay smooth, and the coordinates of all but the widest pages fit
 // into 16 bits.
 constexpr int refinement = 8;
 // Old readers take no longer polyline in one record.

@@ -10,8 +10,8 @@ namespace anomalis::chart {
 class AX_Grapher;
 
 /// An enhanced metafile of a surface of the given size. Text is measured by another device, which must
-/// outlive this one, because the metafile library measures none. Coordinates are finer than the documented
-/// window of 1/300 inch by a whole factor, so that curves stay smooth; frame and picture are the same.
+/// outlive this one, because the metafile library measures none. Its window counts in a
+/// whole fraction of 1/300 inch, so that curves stay smooth; frame and picture are the surface's.
 class EmfDevice : public DrawingDevice {
   public:
     EmfDevice(double width, double height, const DrawingDevice& measure);

@@ -33,7 +33,7 @@ class GrapherEvents {
     virtual void GraphicSelected(int /*Button*/, int /*Index*/, double /*WorldX*/, double /*WorldY*/) {}
     virtual void ChartReset() {}
 
-    // -- Beyond the documented ones.
+    // -- Of the view and of the drawing as a whole.
 
     /// The user has changed the view by a gesture, the wheel or a key; not raised by the host's own calls.
     virtual void ViewChanged() {}

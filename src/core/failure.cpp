@@ -4,6 +4,9 @@
 #include <stdexcept>
 #include <system_error>
 
+#include "core/faults.h"
+#include "core/prompts.h"
+
 namespace anomalis {
 
 namespace {
@@ -46,6 +49,14 @@ std::string fault_text(const std::exception& failure) {
     if (const auto* system = dynamic_cast<const std::system_error*>(&failure))
         return system->code().message();
     return failure.what();
+}
+
+void tell(Faults& faults, const std::string& text) {
+    faults.add(text);
+}
+
+void tell(Prompts& prompts, const std::string& text) {
+    prompts.message(text);
 }
 
 }  // namespace anomalis

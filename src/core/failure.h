@@ -6,9 +6,10 @@
 #include <string_view>
 #include <utility>
 
-#include "core/prompts.h"
-
 namespace anomalis {
+
+class Faults;
+class Prompts;
 
 /// The faults that arithmetic and reading can meet. Each has its usual text.
 enum class FaultKind { division_by_zero, subscript, overflow, invalid_call, out_of_memory, input_past_end };
@@ -31,15 +32,19 @@ class FileFault : public std::runtime_error {
 /// The text shown for a caught exception.
 std::string fault_text(const std::exception& failure);
 
-/// Runs `work`; a failure is caught here and shown as `prefix` and the system's text.
-/// Returns 0, or -1 after a failure.
-template <class Work>
-int report_failure(Prompts& prompts, std::string_view prefix, Work&& work) {
+/// Hands on a text about a failure: a record keeps it, prompts show it.
+void tell(Faults& faults, const std::string& text);
+void tell(Prompts& prompts, const std::string& text);
+
+/// Runs `work`; a failure is caught here and told as `prefix` and the system's text to `listener`, the record
+/// of a calculation or the prompts of a flow. Returns 0, or -1 after a failure.
+template <class Listener, class Work>
+int report_failure(Listener& listener, std::string_view prefix, Work&& work) {
     try {
         std::forward<Work>(work)();
         return 0;
     } catch (const std::exception& failure) {
-        prompts.message(std::string(prefix) + fault_text(failure));
+        tell(listener, std::string(prefix) + fault_text(failure));
         return -1;
     }
 }

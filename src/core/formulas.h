@@ -11,8 +11,8 @@ namespace anomalis {
 
 struct Workspace;
 
-/// How the bodies are calculated: `classic` as all earlier results were, `exact` as the field of the body
-/// that section and plan show.
+/// How the bodies are calculated: `classic` by the formula of each type, `exact` as the field of the
+/// body that section and plan show.
 enum class Formulas : std::int32_t { classic, exact };
 
 /// "classic" or "exact", as files and command lines say it.

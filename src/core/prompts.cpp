@@ -6,21 +6,13 @@ namespace anomalis {
 
 void Prompts::message(const std::string& text) {
     if (depth_ == 0) return show_message(text);
-    const auto [place, is_new] = places_.try_emplace(text, pending_.size());
-    if (is_new) {
-        pending_.push_back({text, 1});
-    } else {
-        ++pending_[place->second].count;
-    }
+    pending_.add(text);
 }
 
 void Prompts::flush() {
-    places_.clear();
-    const std::vector<Pending> shown = std::exchange(pending_, {});
-    for (const Pending& pending : shown) {
-        show_message(pending.count == 1 ? pending.text
-                                        : pending.text + " (" + std::to_string(pending.count) + " times)");
-    }
+    const Faults shown = std::exchange(pending_, {});
+    for (const auto& [text, count] : shown.entries())
+        show_message(count == 1 ? text : text + " (" + std::to_string(count) + " times)");
 }
 
 bool Prompts::ask_yes_no(const std::string& text) {
@@ -42,6 +34,11 @@ std::optional<std::string> Prompts::open_file(const FileRequest& request) {
 std::optional<std::string> Prompts::save_file(const FileRequest& request) {
     flush();
     return show_save_dialog(request);
+}
+
+void show_faults(const Faults& faults, Prompts& prompts) {
+    const MessageScope scope(prompts);
+    for (const auto& [text, count] : faults.entries()) prompts.pending_.add(text, count);
 }
 
 MessageScope::~MessageScope() {

@@ -1,11 +1,9 @@
 #pragma once
 
-#include <cstddef>
 #include <optional>
 #include <string>
-#include <string_view>
-#include <unordered_map>
-#include <vector>
+
+#include "core/faults.h"
 
 namespace anomalis {
 
@@ -47,16 +45,15 @@ class Prompts {
 
   private:
     friend class MessageScope;
-    struct Pending {
-        std::string text;
-        long count;
-    };
+    friend void show_faults(const Faults& faults, Prompts& prompts);
     void flush();
 
     int depth_ = 0;
-    std::vector<Pending> pending_;
-    std::unordered_map<std::string, std::size_t> places_;  ///< where in `pending_` a text stands
+    Faults pending_;  ///< what the messages of the scope said
 };
+
+/// Shows what a calculation noted as one command does: each text once, a repeated one with its count.
+void show_faults(const Faults& faults, Prompts& prompts);
 
 /// One command: while it lives, messages are gathered; the outermost shows each text once when it ends,
 /// in the order of first occurrence, a repeated one as "text (n times)".

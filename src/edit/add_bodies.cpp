@@ -139,7 +139,9 @@ int middle_station(int station_count) {
 bool add_body_from_menu(Workbench& workbench, AddMode mode) {
     Workspace& workspace = workbench.session.workspace;
     if (!line_loaded(workspace)) return false;
-    intake::setup_sensor_elevations(workspace, workbench.session.prompts);
+    Faults faults;
+    intake::setup_sensor_elevations(workspace, faults);
+    show_faults(faults, workbench.session.prompts);
     // The ground is the middle station's even where the view shows another part of the line:
     // test `AddBodies, a_new_body_stands_in_the_view_on_the_ground_of_the_middle_station`.
     const int station = middle_station(workspace.station_count);

@@ -55,7 +55,9 @@ void toggle_pipe_tie(Workbench& workbench) {
 bool tie_susceptibility(Workbench& workbench, ModelBody& body, double step) {
     Workspace& workspace = workbench.session.workspace;
     if (!pipes_are_tied(workspace) || body.type != pipe || workspace.station_count <= 0) return false;
-    intake::setup_sensor_elevations(workspace, workbench.session.prompts);
+    Faults faults;
+    intake::setup_sensor_elevations(workspace, faults);
+    show_faults(faults, workbench.session.prompts);
     const double room =
         sensor_at(workspace, static_cast<double>(body.distance.value)) - static_cast<double>(body.top.value);
     if (!(room > 0)) return false;

@@ -135,8 +135,8 @@ int longest_stored_kernel(int stations) {
 }
 
 void define_filter_coefficients(int filter_code, int half_width, int longest, FilterScratch& scratch,
-                                Prompts& prompts) {
-    report_failure(prompts, "An error occurred while defining the filter coefficients: ", [&] {
+                                Faults& faults) {
+    report_failure(faults, "An error occurred while defining the filter coefficients: ", [&] {
         if (half_width <= 0 || !has_kernel(filter_code)) return;
         const int stored = std::min(half_width, longest);
         scratch.coefficients.resize(static_cast<std::size_t>(stored) + 1);

@@ -74,10 +74,10 @@ void run_pass(const FilterPass& pass, ChannelTable& data, FilterScratch& scratch
 
 }  // namespace
 
-void apply_filter(const FilterPass& pass, ChannelTable& data, FilterScratch& scratch, Prompts& prompts) {
+void apply_filter(const FilterPass& pass, ChannelTable& data, FilterScratch& scratch, Faults& faults) {
     define_filter_coefficients(pass.filter_code, pass.half_width, longest_stored_kernel(pass.station_count),
-                               scratch, prompts);
-    report_failure(prompts, "An error occurred applying the filer: ", [&] {
+                               scratch, faults);
+    report_failure(faults, "An error occurred applying the filer: ", [&] {
         if (pass.station_count > 0) run_pass(pass, data, scratch);
     });
 }
@@ -91,7 +91,7 @@ void copy_row(const Workspace& workspace, int from, int to, int stage, ChannelTa
 }
 
 /// Steps 1 and 2 of the chain: from the raw row to the residual one, the base level still in it.
-void filter_rows(Workspace& workspace, int stage, ChannelTable& data, Prompts& prompts) {
+void filter_rows(Workspace& workspace, int stage, ChannelTable& data, Faults& faults) {
     const int code =
         filter_smoothing + std::clamp(workspace.processing.smooth_filter_type, 0, last_smoothing_type);
     const FilterPass pass{.filter_code = code, .station_count = workspace.station_count, .stage = stage};
@@ -102,7 +102,7 @@ void filter_rows(Workspace& workspace, int stage, ChannelTable& data, Prompts& p
         wanted.input_row = input;
         wanted.output_row = output;
         wanted.subtract = subtract;
-        apply_filter(wanted, data, workspace.filter_scratch, prompts);
+        apply_filter(wanted, data, workspace.filter_scratch, faults);
     };
     step(workspace.processing.smooth_filter_width, workspace.raw_row, workspace.smoothed_row, false);
     step(workspace.processing.residual_filter_width, workspace.smoothed_row, workspace.residual_row, true);
@@ -153,7 +153,7 @@ void total_gradient(const Workspace& workspace, int stage, ChannelTable& data) {
     }
 }
 
-void gradient_rows(Workspace& workspace, int stage, ChannelTable& data, Prompts& prompts) {
+void gradient_rows(Workspace& workspace, int stage, ChannelTable& data, Faults& faults) {
     if (workspace.processing.vg_filter_width <= 0) return;
     FilterPass pass{.filter_code = filter_vertical_gradient,
                     .half_width = workspace.processing.vg_filter_width,
@@ -162,28 +162,28 @@ void gradient_rows(Workspace& workspace, int stage, ChannelTable& data, Prompts&
                     .stage = stage,
                     .input_row = workspace.smoothed_row,
                     .output_row = workspace.gradient_row};
-    apply_filter(pass, data, workspace.filter_scratch, prompts);
+    apply_filter(pass, data, workspace.filter_scratch, faults);
     if (workspace.processing.display_total_gradient != 1) return;
     pass.filter_code = filter_horizontal_derivative;
     pass.half_width = 1;
     pass.output_row = workspace.horizontal_row;
-    apply_filter(pass, data, workspace.filter_scratch, prompts);
+    apply_filter(pass, data, workspace.filter_scratch, faults);
     total_gradient(workspace, stage, data);
 }
 
 }  // namespace
 
-void filter_data(Workspace& workspace, int channel, int stage, ChannelTable& data, Prompts& prompts) {
+void filter_data(Workspace& workspace, int channel, int stage, ChannelTable& data, Faults& faults) {
     bool& filtered = filtered_mark(workspace, channel, stage);
     if (workspace.station_count <= 0 || filtered) return;
-    report_failure(prompts, "An error occurred while filtering the data: ", [&] {
+    report_failure(faults, "An error occurred while filtering the data: ", [&] {
         if (workspace.station_count > data.stations()) throw Fault(FaultKind::subscript);
-        filter_rows(workspace, stage, data, prompts);
+        filter_rows(workspace, stage, data, faults);
         const float level = base_level(workspace, channel, stage, data);
         for (float& value :
              data.row(workspace.residual_row, stage).first(static_cast<std::size_t>(workspace.station_count)))
             value -= level;
-        gradient_rows(workspace, stage, data, prompts);
+        gradient_rows(workspace, stage, data, faults);
         filtered = true;
     });
 }

@@ -4,7 +4,7 @@
 #include "core/workspace.h"
 
 namespace anomalis {
-class Prompts;
+class Faults;
 }  // namespace anomalis
 
 // Symmetric convolution filters and the chain that takes a channel from its raw row to the rows that the
@@ -34,7 +34,7 @@ int longest_stored_kernel(int stations);
 /// the scratch as it is. Sinc^2, Hanning and Hamming keep a centre tap of 1, so their gain is 2 - 1/S with
 /// S the sum of the raw taps; Triangular and Boxcar have a gain of 1; the gradient taps sum to 0.
 void define_filter_coefficients(int filter_code, int half_width, int longest, FilterScratch& scratch,
-                                Prompts& prompts);
+                                Faults& faults);
 
 /// One pass over one row.
 struct FilterPass {
@@ -52,10 +52,10 @@ struct FilterPass {
 /// Taps are added in their order to a sum that is stored in a single after each of them, each sum being
 /// formed in doubles; the result is that of the plain loop to the bit.
 /// A negative tap step leaves the row (subscript fault); a sum beyond single precision is an overflow.
-void apply_filter(const FilterPass& pass, ChannelTable& data, FilterScratch& scratch, Prompts& prompts);
+void apply_filter(const FilterPass& pass, ChannelTable& data, FilterScratch& scratch, Faults& faults);
 
 /// The whole chain of one channel (0 magnetics, 1 gravity) and stage: smoothing, residual, base level,
 /// gradients. Does nothing without stations or while the chain's mark is set; sets the mark at its end.
-void filter_data(Workspace& workspace, int channel, int stage, ChannelTable& data, Prompts& prompts);
+void filter_data(Workspace& workspace, int channel, int stage, ChannelTable& data, Faults& faults);
 
 }  // namespace anomalis::filter

@@ -8,7 +8,7 @@
 // The two bars that the person drags to say which stations the fit uses, as arithmetic.
 namespace anomalis::flow {
 
-/// A stretch of the window, in the window's own units (twips in the documented arithmetic).
+/// A stretch of the window, in twips.
 struct LimitStrip {
     double left = 0;
     double width = 0;

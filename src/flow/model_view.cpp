@@ -81,8 +81,8 @@ void ModelView::redraw() {
     if (workbench_.view.show_plan) display_plan_view();
 }
 
-/// The gravity branch asks for the floating flag of the magnetics too, and writes into the same box: people
-/// who work with both channels read the gravity base there.
+/// The gravity branch asks for the floating flag of the magnetics too, and writes into the same box: on
+/// a line with both channels it shows the gravity base.
 void ModelView::show_base_levels() {
     const Workspace& workspace = workbench_.session.workspace;
     if (workspace.mag.float_base != 1) return;
@@ -102,7 +102,9 @@ void ModelView::display_plan_view() {
     Session& session = workbench_.session;
     if (!edit::line_loaded(session.workspace)) return;
     report_failure(session.prompts, "An error occurred while displaying the plan view: ", [&] {
-        charts_.draw_plan(session.workspace, workbench_.view, session.prompts);
+        Faults faults;
+        charts_.draw_plan(session.workspace, workbench_.view, faults);
+        show_faults(faults, session.prompts);
     });
 }
 

@@ -186,7 +186,11 @@ void RunControl::command_toggle_invert_body() {
     set_view(!panel_.invert_frame);
     session_.inversion.stop_inversion = false;
     reset_inversion_display();
-    show_initial_misfit(model::evaluate_model_misfit(session_, workspace.mag.data, workspace.grav.data));
+    Faults faults;
+    const MisfitPair misfit =
+        model::evaluate_model_misfit(session_, workspace.mag.data, workspace.grav.data, faults);
+    show_faults(faults, session_.prompts);
+    show_initial_misfit(misfit);
 }
 
 void RunControl::combo_invert(int index) {

@@ -17,7 +17,7 @@ struct WindowLayout {
     bool show_axes = true;
 };
 
-/// The number is the mode of the documented procedure.
+/// Whether a save asks for its file or takes the one that the model has.
 enum class SaveMode : int { with_dialog = 0, to_model_file = 1 };
 
 enum class SaveOutcome {

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <limits>
 
-#include "core/prompts.h"
+#include "core/faults.h"
 #include "forward/classic/gravity_response.h"
 #include "forward/classic/mag_response.h"
 #include "forward/exact/exact_response.h"
@@ -20,8 +20,8 @@ struct ChannelRoute {
     std::uint64_t ModelBody::*calculation;
     Channel Workspace::*channel;
     int column;  ///< of the response
-    void (*classic)(Workspace&, int, Prompts&);
-    void (*exact)(Workspace&, int, ExactNotes&, Prompts&);
+    void (*classic)(Workspace&, int, Faults&);
+    void (*exact)(Workspace&, int, ExactNotes&, Faults&);
 };
 
 constexpr ChannelRoute magnetic{
@@ -87,16 +87,16 @@ void sum_responses(Workspace& workspace, const ChannelRoute& route, std::span<fl
 }
 
 void rebuild(Workspace& workspace, const ChannelRoute& route, ChannelTable& data, ExactNotes& notes,
-             Prompts& prompts) {
+             Faults& faults) {
     for (int number = 1; number <= workspace.body_count; ++number) {
         ModelBody& body = workspace.body(number);
         if (body.*route.valid) continue;
         if (body.turned_off == 1) {
             switch_off(workspace, body, route);
         } else if (workspace.formulas == Formulas::exact) {
-            route.exact(workspace, number, notes, prompts);
+            route.exact(workspace, number, notes, faults);
         } else {
-            route.classic(workspace, number, prompts);
+            route.classic(workspace, number, faults);
         }
         body.*route.valid = true;
         body.*route.calculation = ++workspace.calculations;
@@ -106,7 +106,7 @@ void rebuild(Workspace& workspace, const ChannelRoute& route, ChannelTable& data
     sum_responses(workspace, route, data.row(row_raw, stage_calculated));
 }
 
-void calculate(Workspace& workspace, ChannelTable& mag_data, ChannelTable& grav_data, Prompts& prompts) {
+void calculate(Workspace& workspace, ChannelTable& mag_data, ChannelTable& grav_data, Faults& faults) {
     if (workspace.body_count <= 0) {
         zero_calculated(workspace, mag_data);
         zero_calculated(workspace, grav_data);
@@ -120,19 +120,17 @@ void calculate(Workspace& workspace, ChannelTable& mag_data, ChannelTable& grav_
     if (mag) zero_calculated(workspace, mag_data);
     if (grav) zero_calculated(workspace, grav_data);
     ExactNotes notes;
-    if (mag) rebuild(workspace, magnetic, mag_data, notes, prompts);
-    if (grav) rebuild(workspace, gravity, grav_data, notes, prompts);
-    show_notes(notes, prompts);
+    if (mag) rebuild(workspace, magnetic, mag_data, notes, faults);
+    if (grav) rebuild(workspace, gravity, grav_data, notes, faults);
+    report_notes(notes, faults);
 }
 
 }  // namespace
 
-void calculate_model(Workspace& workspace, ChannelTable& mag_data, ChannelTable& grav_data,
-                     Prompts& prompts) {
+void calculate_model(Workspace& workspace, ChannelTable& mag_data, ChannelTable& grav_data, Faults& faults) {
     if (workspace.station_count <= 0) return;
-    const MessageScope once(prompts);
-    report_failure(prompts, "An error occurred calculating the maginv model: ", [&] {
-        calculate(workspace, mag_data, grav_data, prompts);
+    report_failure(faults, "An error occurred calculating the maginv model: ", [&] {
+        calculate(workspace, mag_data, grav_data, faults);
     });
 }
 

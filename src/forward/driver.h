@@ -3,7 +3,7 @@
 #include "core/workspace.h"
 
 namespace anomalis {
-class Prompts;
+class Faults;
 }  // namespace anomalis
 
 // The forward room: what every body of the model gives at every station. Others call `calculate_model`;
@@ -17,10 +17,10 @@ namespace anomalis::forward {
 ///
 /// Only bodies whose mark is clear are calculated; the sums are formed anew from all of them, so that no
 /// rounding builds up. A body that is switched off counts as zero. A channel without a column is left
-/// alone. A body whose response is not finite counts as zero and a message names it. The two tables may be
+/// alone. A body whose response is not finite counts as zero and a fault names it. The two tables may be
 /// working copies with the station count of the workspace. Allocates nothing once the arrays exist, but
 /// for the solid of a body whose shape has changed, and with the exact formulas for the corners of a body.
 /// Which formulas are used is the workspace's choice.
-void calculate_model(Workspace& workspace, ChannelTable& mag_data, ChannelTable& grav_data, Prompts& prompts);
+void calculate_model(Workspace& workspace, ChannelTable& mag_data, ChannelTable& grav_data, Faults& faults);
 
 }  // namespace anomalis::forward

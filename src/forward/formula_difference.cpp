@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "core/prompts.h"
+#include "core/faults.h"
 #include "forward/exact/exact_response.h"
 #include "forward/forward_memory.h"
 #include "forward/station_columns.h"
@@ -30,10 +30,10 @@ double share_of(Workspace& workspace, ModelBody& body, int column, ExactCurve ex
 
 }  // namespace
 
-FormulaDifference formula_difference(Workspace& workspace, int body_number, Prompts& prompts) {
+FormulaDifference formula_difference(Workspace& workspace, int body_number, Faults& faults) {
     FormulaDifference difference;
     if (workspace.formulas == Formulas::exact || workspace.station_count <= 0) return difference;
-    report_failure(prompts, "An error occurred while comparing the formulas: ", [&] {
+    report_failure(faults, "An error occurred while comparing the formulas: ", [&] {
         ModelBody& body = workspace.body(body_number);
         if (body.turned_off == 1) return;
         if (workspace.has_mag() && body.mag_response_valid)

@@ -18,7 +18,7 @@ constexpr int pass_fill = 1;
 /// were. Only the low end is tested: a first record that lacks a column is enough.
 const char* missing_quantity(const Workspace& w) {
     const DataDefinition& d = w.definition;
-    // The words about y name x; people know this message.
+    // A place needs both coordinates, and one text tells of either.
     if (w.x_min < missing_limit || w.y_min < missing_limit) return "No valid x coordinate values were read";
     if (d.z_column > 0 && w.z_min < missing_limit) return "No valid z coordinate values were read";
     if (d.dtm_column > 0 && w.dtm_min < missing_limit) return "No valid DTM values were read";
@@ -65,7 +65,9 @@ int load_locations(Workspace& workspace, Prompts& prompts) {
     setup_graphics_arrays(workspace, prompts);
     complete_window(workspace);
     workspace.read_as = line_inputs(workspace);
-    setup_sensor_elevations(workspace, prompts);
+    Faults faults;
+    setup_sensor_elevations(workspace, faults);
+    show_faults(faults, prompts);
     return workspace.distances.last() > 0 ? 0 : 1;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 namespace anomalis {
+class Faults;
 class Prompts;
 struct Workspace;
 }  // namespace anomalis
@@ -18,6 +19,6 @@ int setup_profile_coordinates(Workspace& workspace, Prompts& prompts);
 int setup_graphics_arrays(Workspace& workspace, Prompts& prompts);
 
 /// Sensor and ground elevation of each station from what the file had. Does nothing while they are ready.
-void setup_sensor_elevations(Workspace& workspace, Prompts& prompts);
+void setup_sensor_elevations(Workspace& workspace, Faults& faults);
 
 }  // namespace anomalis::intake

@@ -1,8 +1,8 @@
 #include <algorithm>
 
 #include "core/failure.h"
+#include "core/faults.h"
 #include "core/numbers.h"
-#include "core/prompts.h"
 #include "core/workspace.h"
 #include "intake/profile.h"
 
@@ -25,8 +25,8 @@ void fill_elevations(Workspace& w) {
 
 }  // namespace
 
-void setup_sensor_elevations(Workspace& workspace, Prompts& prompts) {
-    report_failure(prompts, "An error occurred seting up the sensor elevations: ", [&] {
+void setup_sensor_elevations(Workspace& workspace, Faults& faults) {
+    report_failure(faults, "An error occurred seting up the sensor elevations: ", [&] {
         if (workspace.elevations_ready) return;
         fill_elevations(workspace);
         const auto ground = workspace.stations.column(column_ground);

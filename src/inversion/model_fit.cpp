@@ -127,8 +127,10 @@ double ModelProblem::calculated_length() const {
 }
 
 void ModelProblem::evaluate() {
-    last_misfit_ =
-        model::evaluate_model_misfit(session_, session_.workspace.mag.work, session_.workspace.grav.work);
+    Faults faults;
+    last_misfit_ = model::evaluate_model_misfit(session_, session_.workspace.mag.work,
+                                                session_.workspace.grav.work, faults);
+    show_faults(faults, session_.prompts);
     session_.prompts.yield();
 }
 
@@ -201,8 +203,11 @@ int status_of(FitEnd end) {
 
 MisfitPair gravity_misfit(const Session& session) {
     const Workspace& workspace = session.workspace;
-    return model::channel_misfit(workspace, workspace.grav.data, model::misfit_scale_of(channel_grav),
-                                 session.prompts);
+    Faults faults;
+    const MisfitPair misfit =
+        model::channel_misfit(workspace, workspace.grav.data, model::misfit_scale_of(channel_grav), faults);
+    show_faults(faults, session.prompts);
+    return misfit;
 }
 
 }  // namespace

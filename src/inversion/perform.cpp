@@ -25,8 +25,10 @@ Array1<float> current_values(const InversionState& inversion) {
 }
 
 MisfitPair evaluate_true_rows(Session& session) {
-    const MisfitPair misfit =
-        model::evaluate_model_misfit(session, session.workspace.mag.data, session.workspace.grav.data);
+    Faults faults;
+    const MisfitPair misfit = model::evaluate_model_misfit(session, session.workspace.mag.data,
+                                                           session.workspace.grav.data, faults);
+    show_faults(faults, session.prompts);
     session.prompts.yield();
     return misfit;
 }
@@ -139,7 +141,9 @@ int setup_inversion(Session& session, int current_body, RunObserver& observer) {
             if (count < 1) return;
             inversion.fit_station_count = static_cast<std::int32_t>(std::min<std::int64_t>(count, INT32_MAX));
             if (workspace.body_count < 1 || current_body < 1 || current_body > workspace.body_count) return;
-            const MisfitPair misfit = model::calculate_misfit(workspace, inversion, session.prompts);
+            Faults faults;
+            const MisfitPair misfit = model::calculate_misfit(workspace, inversion, faults);
+            show_faults(faults, session.prompts);
             if (!std::isfinite(misfit[0]) || !std::isfinite(misfit[1]))
                 throw Fault("The misfit is not a number");
             observer.show_initial_misfit(misfit);

@@ -73,8 +73,10 @@ class Turn {
     void try_value(float value) {
         param_.value = value;
         apply_parameter(index_, penalty_, session_);
-        trial_misfit_ =
-            model::evaluate_model_misfit(session_, session_.workspace.mag.work, session_.workspace.grav.work);
+        Faults faults;
+        trial_misfit_ = model::evaluate_model_misfit(session_, session_.workspace.mag.work,
+                                                     session_.workspace.grav.work, faults);
+        show_faults(faults, session_.prompts);
         session_.prompts.yield();
     }
 
@@ -107,7 +109,7 @@ class Turn {
     InversionParam& param_;
     float saved_value_;
     MisfitPair trial_misfit_{};
-    double penalty_ = 0;  ///< accumulated as documented; nothing reads it
+    double penalty_ = 0;  ///< how close to its limits a value came; the misfit alone decides
 };
 
 }  // namespace

@@ -3,7 +3,7 @@
 #include "core/inversion_state.h"
 #include "core/session.h"
 
-// The documented optimiser: one parameter at a time takes a secant step that aims the misfit at zero.
+// The sweeps: one parameter at a time takes a secant step that aims the misfit at zero.
 namespace anomalis::inversion {
 
 /// What lives through the sweeps of one run.

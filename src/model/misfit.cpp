@@ -50,9 +50,9 @@ double residual_norm(int first, int last, int row, const ChannelTable& data) {
 
 }  // namespace
 
-double calculate_residual_norm(int first, int last, int row, const ChannelTable& data, Prompts& prompts) {
+double calculate_residual_norm(int first, int last, int row, const ChannelTable& data, Faults& faults) {
     double norm = 0;
-    report_failure(prompts, "An error occurred while calculating the model residual norm: ", [&] {
+    report_failure(faults, "An error occurred while calculating the model residual norm: ", [&] {
         norm = residual_norm(first, last, row, data);
     });
     return norm;
@@ -68,34 +68,33 @@ void set_misfit_scale(InversionState& inversion) {
 }
 
 MisfitPair channel_misfit(const Workspace& workspace, const ChannelTable& rows, const MisfitPair& scale,
-                          Prompts& prompts) {
+                          Faults& faults) {
     const auto measure = [&](int row, float divisor) {
         const double norm =
-            calculate_residual_norm(workspace.first_station, workspace.last_station, row, rows, prompts);
+            calculate_residual_norm(workspace.first_station, workspace.last_station, row, rows, faults);
         return static_cast<float>(norm / static_cast<double>(divisor));
     };
     return {measure(workspace.residual_row, scale[0]), measure(workspace.gradient_row_in_use(), scale[1])};
 }
 
-MisfitPair calculate_misfit(const Workspace& workspace, const InversionState& inversion, Prompts& prompts) {
+MisfitPair calculate_misfit(const Workspace& workspace, const InversionState& inversion, Faults& faults) {
     const bool gravity = inversion.inversion_channel == channel_grav;
     return channel_misfit(workspace, gravity ? workspace.grav.data : workspace.mag.data,
-                          inversion.misfit_scale, prompts);
+                          inversion.misfit_scale, faults);
 }
 
-MisfitPair evaluate_model_misfit(Session& session, ChannelTable& mag_rows, ChannelTable& grav_rows) {
+MisfitPair evaluate_model_misfit(Session& session, ChannelTable& mag_rows, ChannelTable& grav_rows,
+                                 Faults& faults) {
     Workspace& workspace = session.workspace;
     ++session.inversion.evaluations;
     find_stale(workspace);
-    forward::calculate_model(workspace, mag_rows, grav_rows, session.prompts);
+    forward::calculate_model(workspace, mag_rows, grav_rows, faults);
     know_fields(workspace);
-    if (workspace.has_mag())
-        filter::filter_data(workspace, channel_mag, stage_calculated, mag_rows, session.prompts);
+    if (workspace.has_mag()) filter::filter_data(workspace, channel_mag, stage_calculated, mag_rows, faults);
     if (workspace.has_grav())
-        filter::filter_data(workspace, channel_grav, stage_calculated, grav_rows, session.prompts);
+        filter::filter_data(workspace, channel_grav, stage_calculated, grav_rows, faults);
     const bool gravity = session.inversion.inversion_channel == channel_grav;
-    return channel_misfit(workspace, gravity ? grav_rows : mag_rows, session.inversion.misfit_scale,
-                          session.prompts);
+    return channel_misfit(workspace, gravity ? grav_rows : mag_rows, session.inversion.misfit_scale, faults);
 }
 
 }  // namespace anomalis::model

@@ -19,21 +19,23 @@ MisfitPair refresh_model(Session& session) {
     Workspace& workspace = session.workspace;
     find_stale(workspace);
     if (workspace.station_count <= 0) return {};
-    Prompts& prompts = session.prompts;
-    intake::setup_sensor_elevations(workspace, prompts);
-    forward::calculate_model(workspace, workspace.mag.data, workspace.grav.data, prompts);
+    Faults faults;
+    intake::setup_sensor_elevations(workspace, faults);
+    forward::calculate_model(workspace, workspace.mag.data, workspace.grav.data, faults);
     set_burial_depths(workspace);
     const auto filter_both = [&](int stage) {
         if (workspace.has_mag())
-            filter::filter_data(workspace, channel_mag, stage, workspace.mag.data, prompts);
+            filter::filter_data(workspace, channel_mag, stage, workspace.mag.data, faults);
         if (workspace.has_grav())
-            filter::filter_data(workspace, channel_grav, stage, workspace.grav.data, prompts);
+            filter::filter_data(workspace, channel_grav, stage, workspace.grav.data, faults);
     };
     // The observed stage first: a floating base lays the calculated curve on it.
     filter_both(stage_observed);
     filter_both(stage_calculated);
     know_fields(workspace);
-    return calculate_misfit(workspace, session.inversion, prompts);
+    const MisfitPair misfit = calculate_misfit(workspace, session.inversion, faults);
+    show_faults(faults, session.prompts);
+    return misfit;
 }
 
 }  // namespace anomalis::model

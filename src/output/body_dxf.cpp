@@ -2,6 +2,7 @@
 #include <vector>
 
 #include "core/numbers.h"
+#include "core/prompts.h"
 #include "core/text.h"
 #include "core/workspace.h"
 #include "forward/shape/body_solid.h"
@@ -17,7 +18,7 @@ namespace {
 constexpr std::array<std::array<std::size_t, 4>, 6> box_faces{
     {{0, 1, 2, 3}, {7, 6, 5, 4}, {0, 4, 5, 1}, {1, 5, 6, 2}, {2, 6, 7, 3}, {3, 7, 4, 0}}};
 
-// The two kinds of faces indent their codes differently; programs that read these drawings have met no other.
+// The two kinds of faces indent their codes differently; readers of drawings skip the blanks.
 constexpr std::array<std::array<std::string_view, 3>, 4> box_codes{
     {{"  10", "  20", "  30"}, {"  11", "  21", "  31"}, {"  12", "  22", "  32"}, {"  13", "  23", "  33"}}};
 constexpr std::array<std::array<std::string_view, 3>, 4> solid_codes{
@@ -29,12 +30,12 @@ std::string face_start(const ModelBody& body) {
     return "  0\r\n3DFACE\r\n  8\r\n" + single_line(body.name) + "\r\n  62\r\n  1";
 }
 
-void draw_box(const ModelBody& body, Formulas formulas, Prompts& prompts, DxfText& text) {
+void draw_box(const ModelBody& body, Formulas formulas, Faults& faults, DxfText& text) {
     forward::Trapezoid offsets{};
     const bool exact_sheet = formulas == Formulas::exact && is_tabular(body.type) && !is_step(body.type);
     const auto convert =
         exact_sheet ? forward::convert_exact_sheet_to_trapezoid : forward::convert_profile_model_to_trapezoid;
-    if (convert(body, offsets, prompts) != 0) return;
+    if (convert(body, offsets, faults) != 0) return;
     std::array<std::array<float, 3>, 8> corners{};
     for (std::size_t i = 0; i < corners.size(); ++i) {
         const std::array<float, 3>& offset = i < 4 ? offsets[1][i] : offsets[0][i - 4];
@@ -64,8 +65,8 @@ void form_point_texts(const ModelBody& body, std::vector<PointText>& points) {
     }
 }
 
-void draw_solid(ModelBody& body, Prompts& prompts, std::vector<PointText>& points, DxfText& text) {
-    if (forward::setup_cylinder_body(body, prompts) != 0) return;
+void draw_solid(ModelBody& body, Faults& faults, std::vector<PointText>& points, DxfText& text) {
+    if (forward::setup_cylinder_body(body, faults) != 0) return;
     form_point_texts(body, points);
     const std::string start = face_start(body);
     for (const auto& facet : body.solid.facets) {
@@ -82,19 +83,23 @@ void draw_solid(ModelBody& body, Prompts& prompts, std::vector<PointText>& point
 }  // namespace
 
 int write_body_dxf(const std::string& path, Workspace& workspace, Prompts& prompts) {
+    Faults faults;
     std::vector<PointText> points;
-    return write_drawing(path, workspace, "An error occurred while exporting the 3D DXF: ", prompts,
-                         [&](DxfText& text) {
-                             for (int number = 1; number <= workspace.body_count; ++number) {
-                                 ModelBody& body = workspace.body(number);
-                                 if (!is_round(body.type)) {
-                                     draw_box(body, workspace.formulas, prompts, text);
-                                 } else {
-                                     draw_solid(body, prompts, points, text);
-                                 }
-                                 text.write_out_if_large();
-                             }
-                         });
+    const auto draw_bodies = [&](DxfText& text) {
+        for (int number = 1; number <= workspace.body_count; ++number) {
+            ModelBody& body = workspace.body(number);
+            if (!is_round(body.type)) {
+                draw_box(body, workspace.formulas, faults, text);
+            } else {
+                draw_solid(body, faults, points, text);
+            }
+            text.write_out_if_large();
+        }
+    };
+    const int status =
+        write_drawing(path, workspace, "An error occurred while exporting the 3D DXF: ", faults, draw_bodies);
+    show_faults(faults, prompts);
+    return status;
 }
 
 }  // namespace anomalis::output

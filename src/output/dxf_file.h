@@ -10,12 +10,12 @@
 // Private to this room.
 namespace anomalis::output {
 
-/// Writes one drawing: `fill(text)` draws what is between head and tail. A failure inside `fill` is shown
+/// Writes one drawing: `fill(text)` draws what is between head and tail. A failure inside `fill` is told
 /// behind `prefix`, and what was drawn until then is kept. Returns 0 or -1.
-template <class Fill>
+template <class Listener, class Fill>
 int write_drawing(const std::string& path, const Workspace& workspace, std::string_view prefix,
-                  Prompts& prompts, Fill&& fill) {
-    return report_failure(prompts, prefix, [&] {
+                  Listener& listener, Fill&& fill) {
+    return report_failure(listener, prefix, [&] {
         SafeFile file(path);
         DxfText text(file);
         try {

@@ -18,7 +18,7 @@ constexpr std::string_view mag_total =
 constexpr std::string_view grav_vertical =
     ", Grav_Obs, Grav_Obs_Smth, Grav_Obs_Res, Grav_Obs_VG, Grav_Mod, Grav_Mod_Smth, Grav_Mod_Res, "
     "Grav_Mod_VG";
-// "SMth" has always been spelled so here; readers look the column up by its name.
+// "SMth" is part of the format: readers look the column up by its name.
 constexpr std::string_view grav_total =
     ", Grav_Obs, Grav_Obs_Smth, Grav_Obs_Res, Grav_Obs_TG, Grav_Mod, Grav_Mod_SMth, Grav_Mod_Res, "
     "Grav_Mod_TG";

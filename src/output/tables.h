@@ -18,7 +18,7 @@ inline constexpr std::string_view write_failure_prefix = "An error occurred whil
 /// raw, smoothed, residual and gradient (nT, mGal). The rows must be up to date.
 std::string profile_table_text(const Workspace& workspace);
 
-/// One line a body. The line keeps the shape that readers of this table have learnt: three commas lead it,
+/// One line a body. The commas are part of the format, since readers count them: three lead the line,
 /// and the susceptibility follows the dip without one.
 std::string model_table_text(const Workspace& workspace);
 

@@ -221,11 +221,11 @@ void ModelCharts::apply_windows(const Workspace& workspace, edit::ViewState& vie
         if (is_shown(i)) show(i, workspace, view);
 }
 
-void ModelCharts::draw_plan(const Workspace& workspace, const edit::ViewState& view, Prompts& prompts) {
+void ModelCharts::draw_plan(const Workspace& workspace, const edit::ViewState& view, Faults& faults) {
     plan().ClearSavedGraphics();
     set_up_plan(plan(), workspace);
     plan().DisplayChart();
-    record_plan(plan(), workspace, view, plan_polygons_, prompts);
+    record_plan(plan(), workspace, view, plan_polygons_, faults);
     plan().RefreshGraph(1);
 }
 

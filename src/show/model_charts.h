@@ -12,7 +12,7 @@ namespace anomalis::chart {
 class AX_Grapher;
 }  // namespace anomalis::chart
 namespace anomalis {
-class Prompts;
+class Faults;
 struct Workspace;
 }  // namespace anomalis
 
@@ -45,7 +45,7 @@ class ModelCharts {
     void draw_one(int index, const Workspace& workspace, const GraphRanges& ranges, edit::ViewState& view);
     /// The windows of `view` without new data.
     void apply_windows(const Workspace& workspace, edit::ViewState& view);
-    void draw_plan(const Workspace& workspace, const edit::ViewState& view, Prompts& prompts);
+    void draw_plan(const Workspace& workspace, const edit::ViewState& view, Faults& faults);
 
     /// The view of one chart was changed by hand: the others follow along the distance.
     void follow_view(int leader, const Workspace& workspace, const edit::ViewState& view);

@@ -22,8 +22,8 @@ constexpr std::array channels{Channel{edit::chart_mag, edit::splitter_mag},
 
 using Shares = std::array<double, edit::model_chart_count>;
 
-Shares documented_shares(const std::array<bool, edit::model_chart_count>& shown,
-                         const edit::PaneFractions& moved) {
+Shares usual_shares(const std::array<bool, edit::model_chart_count>& shown,
+                    const edit::PaneFractions& moved) {
     Shares shares{};
     for (const auto& [data, splitter] : channels) {
         if (shown[data] && shown[data + 1]) {
@@ -51,7 +51,7 @@ void move_section(Shares& shares, double place) {
 
 ChartHeights share_height(int height, const std::array<bool, edit::model_chart_count>& shown,
                           const edit::PaneFractions& moved) {
-    Shares shares = documented_shares(shown, moved);
+    Shares shares = usual_shares(shown, moved);
     move_section(shares, moved[edit::splitter_section]);
     double sum = 0;
     for (const double share : shares) sum += share;

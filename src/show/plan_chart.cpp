@@ -68,13 +68,13 @@ void set_up_plan(chart::AX_Grapher& chart, const Workspace& workspace) {
 }
 
 void record_plan(chart::AX_Grapher& chart, const Workspace& workspace, const edit::ViewState& view,
-                 PolygonTable& polygons, Prompts& prompts) {
+                 PolygonTable& polygons, Faults& faults) {
     polygons.clear();
     const forward::ClipBox box{chart.XAxisMin(), chart.XAxisMax(), chart.YAxisMin(), chart.YAxisMax()};
     for (int number = 1; number <= workspace.body_count; ++number) {
         const ModelBody& body = workspace.body(number);
         forward::PlanOutline outline;
-        if (forward::calculate_plan_outline(workspace, box, body, outline, prompts) > 0) {
+        if (forward::calculate_plan_outline(workspace, box, body, outline, faults) > 0) {
             const std::vector<double> east(outline.east.begin(), outline.east.end());
             const std::vector<double> north(outline.north.begin(), outline.north.end());
             record_body_outline(chart, number, east, north, chart::black, body_fill(body, number, view), 1,

@@ -7,7 +7,7 @@ namespace anomalis::chart {
 class AX_Grapher;
 }  // namespace anomalis::chart
 namespace anomalis {
-class Prompts;
+class Faults;
 struct Workspace;
 }  // namespace anomalis
 namespace anomalis::edit {
@@ -26,6 +26,6 @@ void set_up_plan(chart::AX_Grapher& chart, const Workspace& workspace);
 /// Records every body's outline on the ground and its reference point; a body without an outline inside the
 /// plan has its point alone.
 void record_plan(chart::AX_Grapher& chart, const Workspace& workspace, const edit::ViewState& view,
-                 PolygonTable& polygons, Prompts& prompts);
+                 PolygonTable& polygons, Faults& faults);
 
 }  // namespace anomalis::show

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "core/failure.h"
+#include "core/prompts.h"
 #include "core/numbers.h"
 #include "core/paths.h"
 #include "core/save_question.h"

@@ -19,7 +19,7 @@ std::string metafile_of(Rig& rig) {
     return emf_bytes(rig.chart, rig.device);
 }
 
-TEST(EmfDevice, frame_window_and_description_are_the_documented_ones) {
+TEST(EmfDevice, frame_window_and_description_are_those_of_the_surface) {
     Rig rig;
     rig.make_a();
     rig.chart.DisplayChart();

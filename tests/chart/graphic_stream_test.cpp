@@ -73,7 +73,7 @@ TEST(GraphicStream, played_at_scale_1_gives_the_picture_of_the_redraw) {
     EXPECT_EQ(ink(copy), ink(rig.device));
 }
 
-TEST(GraphicStream, holds_surface_items_of_the_documented_kinds) {
+TEST(GraphicStream, holds_surface_items_of_each_kind) {
     Full rig;
     const auto [count, bytes] = rig.captured();
     const auto items = unpack_items(bytes);

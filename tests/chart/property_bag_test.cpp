@@ -24,7 +24,7 @@ class AskedBag : public PropertyBag {
     std::vector<bool> always;
 };
 
-TEST(ChartProperties, are_read_and_written_in_the_documented_order) {
+TEST(ChartProperties, are_read_and_written_in_one_order) {
     AX_Grapher chart;
     AskedBag bag;
     chart.WriteProperties(bag);

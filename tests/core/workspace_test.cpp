@@ -33,7 +33,7 @@ class WorkspaceTest : public ::testing::Test {
     void keep(std::string_view key, std::string_view value) { settings.set(settings_section, key, value); }
 };
 
-TEST_F(WorkspaceTest, starts_with_the_documented_definition) {
+TEST_F(WorkspaceTest, starts_with_the_default_definition) {
     const DataDefinition& definition = workspace.definition;
     EXPECT_EQ(definition.data_file, "");
     EXPECT_EQ(definition.first_data_line, 2);
@@ -49,7 +49,7 @@ TEST_F(WorkspaceTest, starts_with_the_documented_definition) {
     EXPECT_FALSE(workspace.has_grav());
 }
 
-TEST_F(WorkspaceTest, starts_with_the_documented_field_and_filters) {
+TEST_F(WorkspaceTest, starts_with_the_default_field_and_filters) {
     EXPECT_EQ(workspace.model_file, "");
     EXPECT_EQ(workspace.station_spacing, 0);
     EXPECT_EQ(workspace.min_station_spacing, 0);
@@ -129,7 +129,7 @@ TEST_F(WorkspaceTest, a_second_start_resets_what_has_a_default_and_leaves_the_re
     EXPECT_EQ(workspace.distances[3], 2.5);
 }
 
-TEST_F(WorkspaceTest, a_new_body_has_the_documented_values) {
+TEST_F(WorkspaceTest, a_new_body_has_the_default_values) {
     workspace.definition.data_file = "/surveys/line.04.dat";
     const ModelBody& body = new_body(3, thin_sheet);
     EXPECT_EQ(body.name, "line.04 Body 3");

@@ -3,7 +3,7 @@
 #include <numeric>
 
 #include "filter/filters.h"
-#include "support/scripted_prompts.h"
+#include "support/told.h"
 
 namespace anomalis::filter {
 
@@ -12,10 +12,10 @@ namespace {
 constexpr double pi_of_kernels = 3.14159265358979;
 
 std::vector<float> kernel(int code, int half_width, int longest = 1000000) {
-    ScriptedPrompts prompts;
+    Faults faults;
     FilterScratch scratch;
-    define_filter_coefficients(code, half_width, longest, scratch, prompts);
-    EXPECT_TRUE(prompts.messages.empty());
+    define_filter_coefficients(code, half_width, longest, scratch, faults);
+    EXPECT_TRUE(faults.empty());
     return scratch.coefficients;
 }
 
@@ -39,10 +39,10 @@ double raw_sum(int code, int half_width) {
 
 /// Taps stored up to `longest` and the rest in closed form give the same as all taps stored.
 void expect_same_sum_when_cut(int code, int half_width, int longest) {
-    ScriptedPrompts prompts;
+    Faults faults;
     FilterScratch whole, cut;
-    define_filter_coefficients(code, half_width, half_width, whole, prompts);
-    define_filter_coefficients(code, half_width, longest, cut, prompts);
+    define_filter_coefficients(code, half_width, half_width, whole, faults);
+    define_filter_coefficients(code, half_width, longest, cut, faults);
     ASSERT_EQ(cut.coefficients.size(), static_cast<std::size_t>(longest) + 1);
     EXPECT_EQ(whole.tail_sum, 0);
     double rest = 0;
@@ -111,19 +111,19 @@ TEST(FilterKernels, horizontal_derivative_taps_alternate) {
 }
 
 TEST(FilterKernels, codes_without_a_kernel_and_half_widths_of_0_leave_the_taps) {
-    ScriptedPrompts prompts;
+    Faults faults;
     FilterScratch scratch;
-    define_filter_coefficients(filter_boxcar, 2, 100, scratch, prompts);
+    define_filter_coefficients(filter_boxcar, 2, 100, scratch, faults);
     const std::vector<float> before = scratch.coefficients;
     for (const int code : {-1, 0, 1, 4, 99, 105, 1000}) {
-        define_filter_coefficients(code, 7, 100, scratch, prompts);
+        define_filter_coefficients(code, 7, 100, scratch, faults);
         EXPECT_EQ(scratch.coefficients, before) << code;
     }
     for (const int half_width : {0, -1, -2147483647}) {
-        define_filter_coefficients(filter_triangular, half_width, 100, scratch, prompts);
+        define_filter_coefficients(filter_triangular, half_width, 100, scratch, faults);
         EXPECT_EQ(scratch.coefficients, before) << half_width;
     }
-    EXPECT_TRUE(prompts.messages.empty());
+    EXPECT_TRUE(faults.empty());
 }
 
 TEST(FilterKernels, what_is_not_stored_of_a_wide_kernel_is_known) {
@@ -139,12 +139,12 @@ TEST(FilterKernels, the_widest_kernels_stay_in_bounded_memory) {
     const int longest = longest_stored_kernel(100);
     for (const int code : {filter_triangular, filter_sinc2, filter_hanning, filter_hamming, filter_boxcar,
                            filter_vertical_gradient, filter_horizontal_derivative}) {
-        ScriptedPrompts prompts;
+        Faults faults;
         FilterScratch scratch;
-        define_filter_coefficients(code, 2147483647, longest, scratch, prompts);
+        define_filter_coefficients(code, 2147483647, longest, scratch, faults);
         EXPECT_EQ(scratch.coefficients.size(), static_cast<std::size_t>(longest) + 1);
         EXPECT_TRUE(std::isfinite(scratch.tail_sum));
-        EXPECT_TRUE(prompts.messages.empty());
+        EXPECT_TRUE(faults.empty());
     }
 }
 

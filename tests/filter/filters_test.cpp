@@ -5,7 +5,7 @@
 #include <limits>
 
 #include "filter/plain_filter.h"
-#include "support/scripted_prompts.h"
+#include "support/told.h"
 
 namespace anomalis::filter {
 
@@ -33,7 +33,7 @@ class OnePass {
         pass.half_width = half_width;
         pass.tap_step = step;
         pass.subtract = subtract;
-        apply_filter(pass, data, scratch, prompts);
+        apply_filter(pass, data, scratch, faults);
         return values(data, row_smoothed);
     }
 
@@ -41,7 +41,7 @@ class OnePass {
     ChannelTable data;
     FilterPass pass;
     FilterScratch scratch;
-    ScriptedPrompts prompts;
+    Faults faults;
 };
 
 /// A workspace with one magnetic channel and no model.
@@ -58,7 +58,7 @@ class FilterChain : public ::testing::Test {
         w.mag.base = 0;
         w.distances.assign(w.station_count);
     }
-    void run(int stage = stage_observed) { filter_data(w, 0, stage, w.mag.data, prompts); }
+    void run(int stage = stage_observed) { filter_data(w, 0, stage, w.mag.data, faults); }
     std::vector<float> row(int number, int stage = stage_observed) {
         return values(w.mag.data, number, stage);
     }
@@ -70,7 +70,7 @@ class FilterChain : public ::testing::Test {
     }
 
     Workspace w;
-    ScriptedPrompts prompts;
+    Faults faults;
 };
 
 }  // namespace
@@ -84,7 +84,7 @@ TEST(ApplyFilter, every_kernel_gives_the_bits_of_the_plain_rule) {
                 EXPECT_EQ(out,
                           plain_filter(one.input, one.scratch.coefficients, step, code == 3, code == 100))
                     << code << " " << half_width << " " << step;
-                EXPECT_TRUE(one.prompts.messages.empty());
+                EXPECT_TRUE(one.faults.empty());
             }
         }
     }
@@ -107,20 +107,20 @@ TEST(ApplyFilter, a_step_of_0_adds_the_station_itself) {
 TEST(ApplyFilter, a_negative_step_is_a_subscript_fault_and_changes_nothing) {
     OnePass one(rough_row(40));
     EXPECT_EQ(one.run(filter_boxcar, 3, -1), std::vector<float>(40, 0.0F));
-    EXPECT_EQ(one.prompts.messages,
+    EXPECT_EQ(texts_of(one.faults),
               std::vector<std::string>{"An error occurred applying the filer: Subscript out of range"});
 }
 
 TEST(ApplyFilter, a_code_without_a_kernel_finds_no_taps) {
     OnePass one(rough_row(40));
     one.run(0, 3);
-    EXPECT_TRUE(one.prompts.told("An error occurred applying the filer: "));
+    EXPECT_TRUE(told(one.faults, "An error occurred applying the filer: "));
 }
 
 TEST(ApplyFilter, sums_beyond_single_precision_are_an_overflow) {
     OnePass one(std::vector<float>(20, 3e38F));
     one.run(filter_hanning, 3);
-    EXPECT_EQ(one.prompts.messages,
+    EXPECT_EQ(texts_of(one.faults),
               std::vector<std::string>{"An error occurred applying the filer: Overflow"});
 }
 
@@ -132,7 +132,7 @@ TEST(ApplyFilter, the_widest_half_width_ends_soon_with_the_mean_of_the_ends) {
         for (const int half_width : {20000000, 2147483647}) {
             OnePass one(row);
             for (const float value : one.run(code, half_width)) EXPECT_NEAR(value, 20, 0.02) << half_width;
-            EXPECT_TRUE(one.prompts.messages.empty());
+            EXPECT_TRUE(one.faults.empty());
         }
     }
     for (const int code : {filter_sinc2, filter_hanning, filter_hamming}) {
@@ -202,7 +202,7 @@ TEST_F(FilterChain, it_is_lazy) {
 TEST_F(FilterChain, without_stations_nothing_happens) {
     run();
     EXPECT_FALSE(w.mag.observed_filtered);
-    EXPECT_TRUE(prompts.messages.empty());
+    EXPECT_TRUE(faults.empty());
 }
 
 TEST_F(FilterChain, the_residual_filter_takes_off_what_the_smoothed_row_passes) {
@@ -212,10 +212,10 @@ TEST_F(FilterChain, the_residual_filter_takes_off_what_the_smoothed_row_passes) 
     w.processing.residual_filter_width = 9;
     run();
     FilterScratch taps;
-    define_filter_coefficients(filter_boxcar, 2, 1000, taps, prompts);
+    define_filter_coefficients(filter_boxcar, 2, 1000, taps, faults);
     const auto smoothed = plain_filter(row(row_raw), taps.coefficients, 1, false, false);
     EXPECT_EQ(row(row_smoothed), smoothed);
-    define_filter_coefficients(filter_boxcar, 9, 1000, taps, prompts);
+    define_filter_coefficients(filter_boxcar, 9, 1000, taps, faults);
     EXPECT_EQ(row(row_residual), plain_filter(smoothed, taps.coefficients, 1, false, true));
 }
 
@@ -274,7 +274,7 @@ TEST_F(FilterChain, gravity_has_settings_of_its_own) {
     load(rough_row(20));
     for (int i = 1; i <= 20; ++i) w.grav.data(i, row_raw, stage_observed) = 3;
     w.grav.base = 1;
-    filter_data(w, 1, stage_observed, w.grav.data, prompts);
+    filter_data(w, 1, stage_observed, w.grav.data, faults);
     EXPECT_EQ(w.grav.data(4, row_residual, stage_observed), 2.0F);
     EXPECT_EQ(w.grav.mean, 3.0F);
     EXPECT_TRUE(w.grav.observed_filtered);
@@ -298,9 +298,9 @@ TEST_F(FilterChain, gradients_come_from_the_smoothed_row) {
     w.processing.display_total_gradient = 1;
     run();
     FilterScratch taps;
-    define_filter_coefficients(filter_vertical_gradient, 5, 1000, taps, prompts);
+    define_filter_coefficients(filter_vertical_gradient, 5, 1000, taps, faults);
     EXPECT_EQ(row(row_gradient), plain_filter(row(row_smoothed), taps.coefficients, 3, false, false));
-    define_filter_coefficients(filter_horizontal_derivative, 1, 1000, taps, prompts);
+    define_filter_coefficients(filter_horizontal_derivative, 1, 1000, taps, faults);
     EXPECT_EQ(row(row_horizontal), plain_filter(row(row_smoothed), taps.coefficients, 3, true, false));
     const double h = static_cast<double>(row(row_horizontal)[10]);
     const double v = static_cast<double>(row(row_gradient)[10]);
@@ -334,7 +334,7 @@ TEST_F(FilterChain, a_type_out_of_range_is_the_nearest_one) {
         w.processing.smooth_filter_type = type;
         run();
         FilterScratch taps;
-        define_filter_coefficients(code, 3, 1000, taps, prompts);
+        define_filter_coefficients(code, 3, 1000, taps, faults);
         EXPECT_EQ(row(row_smoothed), plain_filter(row(row_raw), taps.coefficients, 1, false, false));
     }
 }
@@ -351,7 +351,7 @@ TEST_F(FilterChain, every_half_width_is_legal) {
         for (const int number : {row_smoothed, row_residual, row_total_gradient})
             for (const float value : row(number)) EXPECT_TRUE(std::isfinite(value));
     }
-    EXPECT_TRUE(prompts.messages.empty());
+    EXPECT_TRUE(faults.empty());
 }
 
 TEST_F(FilterChain, an_empty_window_is_a_division_by_zero_and_is_tried_again) {
@@ -359,7 +359,7 @@ TEST_F(FilterChain, an_empty_window_is_a_division_by_zero_and_is_tried_again) {
     w.first_station = 6;
     w.last_station = 5;
     run();
-    EXPECT_EQ(prompts.messages,
+    EXPECT_EQ(texts_of(faults),
               std::vector<std::string>{"An error occurred while filtering the data: Division by zero"});
     EXPECT_FALSE(w.mag.observed_filtered);
     w.last_station = 30;
@@ -374,9 +374,9 @@ TEST_F(FilterChain, a_window_beyond_the_line_is_a_subscript_fault) {
         w.mag.observed_filtered = false;
         w.first_station = first;
         w.last_station = last;
-        prompts.messages.clear();
+        faults.clear();
         run();
-        EXPECT_TRUE(prompts.told("An error occurred while filtering the data: Subscript out of range"));
+        EXPECT_TRUE(told(faults, "An error occurred while filtering the data: Subscript out of range"));
         EXPECT_FALSE(w.mag.observed_filtered);
     }
 }
@@ -386,7 +386,7 @@ TEST_F(FilterChain, a_failed_pass_is_told_and_the_chain_goes_on) {
     raw[3] = std::numeric_limits<float>::quiet_NaN();
     load(raw);
     run();
-    EXPECT_TRUE(prompts.told("An error occurred applying the filer: "));
+    EXPECT_TRUE(told(faults, "An error occurred applying the filer: "));
     EXPECT_TRUE(w.mag.observed_filtered);
 }
 

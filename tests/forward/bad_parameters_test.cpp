@@ -53,13 +53,13 @@ TEST(BadParameters, a_body_without_a_number_is_named_with_the_reason_and_counts_
     line.body().width.value = nan_value;
     line.add(thick_sheet, 200).length.value = 0;
     line.calculate();
-    EXPECT_TRUE(line.prompts.told(
-        "An error occured while calculating the response: Overflow (the magnetic response of "
-        "body 1, Dyke, is not a finite number: its width is not a number; it counts as zero)"))
-        << (line.prompts.messages.empty() ? "nothing told" : line.prompts.messages[0]);
-    EXPECT_TRUE(line.prompts.told(
-        "An error occurred while calculating the gravity response: Overflow (the gravity of "
-        "body 1, Dyke, "));
+    EXPECT_TRUE(told(line.faults,
+                     "An error occured while calculating the response: Overflow (the magnetic response of "
+                     "body 1, Dyke, is not a finite number: its width is not a number; it counts as zero)"))
+        << (line.faults.empty() ? "nothing told" : texts_of(line.faults)[0]);
+    EXPECT_TRUE(told(line.faults,
+                     "An error occurred while calculating the gravity response: Overflow (the gravity of "
+                     "body 1, Dyke, "));
     EXPECT_EQ(line.body().response(10, 1), 0);
     EXPECT_EQ(line.workspace.mag.data(10, row_raw, stage_calculated), line.body(2).response(10, 1));
     EXPECT_NE(line.body(2).response(10, 1), 0);
@@ -71,7 +71,7 @@ TEST(BadParameters, every_parameter_that_a_type_reads_is_told_when_it_is_no_numb
         Line line(31);
         (line.add(type, 153).*slot).value = nan_value;
         line.calculate();
-        return !line.prompts.messages.empty();
+        return !line.faults.empty();
     };
     for (const Slot slot : {&ModelBody::distance, &ModelBody::top, &ModelBody::strike, &ModelBody::dip,
                             &ModelBody::susc, &ModelBody::rem_q}) {
@@ -104,7 +104,7 @@ TEST(BadParameters, odd_pipes_are_calculated_or_told) {
             line.add(pipe, 53, 70).*field = count;
             line.calculate();
             expect_finite(line, describe(pipe, "count", count));
-            EXPECT_EQ(line.prompts.messages.empty(), count != 2147483647);
+            EXPECT_EQ(line.faults.empty(), count != 2147483647);
         }
     }
 }
@@ -155,7 +155,7 @@ TEST(BadParameters, a_station_without_a_number_is_told) {
     line.workspace.stations(7, column_east) = nan_value;
     line.add(thin_sheet, 100, 70);
     line.calculate();
-    EXPECT_TRUE(line.prompts.told("a station is not a number"));
+    EXPECT_TRUE(told(line.faults, "a station is not a number"));
     expect_finite(line, "a station");
 }
 

@@ -167,7 +167,7 @@ TEST(Driver, sums_into_working_copies) {
     grav.assign(10);
     invalidate_body(line.body());
     fill(line.workspace.mag.data.span(), 5);
-    calculate_model(line.workspace, mag, grav, line.prompts);
+    calculate_model(line.workspace, mag, grav, line.faults);
     EXPECT_EQ(raw_sum(line.workspace)[3], 5);
     EXPECT_EQ(mag(4, row_raw, stage_calculated), own[3]);
 }
@@ -176,7 +176,7 @@ TEST(Driver, a_response_table_of_another_length_is_reported) {
     Line line(10);
     line.add(thin_sheet, 50).response.assign(4);
     line.calculate();
-    EXPECT_TRUE(line.prompts.told("Subscript out of range"));
+    EXPECT_TRUE(told(line.faults, "Subscript out of range"));
 }
 
 TEST(Driver, a_message_that_repeats_is_shown_once_with_its_count) {
@@ -187,8 +187,8 @@ TEST(Driver, a_message_that_repeats_is_shown_once_with_its_count) {
         body.rem_q.value = 1;
     }
     line.calculate();
-    ASSERT_EQ(line.prompts.messages.size(), 1U);
-    EXPECT_TRUE(line.prompts.told("Division by zero (3 times)"));
+    ASSERT_EQ(line.faults.entries().size(), 1U);
+    EXPECT_TRUE(told(line.faults, "Division by zero (3 times)"));
     EXPECT_EQ(raw_sum(line.workspace), std::vector<float>(10, 0.0F));
 }
 
@@ -200,7 +200,7 @@ TEST(Driver, a_sum_beyond_single_precision_is_reported_and_counts_as_zero) {
         body.top.value = 99.5F;
     }
     line.calculate();
-    EXPECT_TRUE(line.prompts.told("An error occurred calculating the maginv model: Overflow"));
+    EXPECT_TRUE(told(line.faults, "An error occurred calculating the maginv model: Overflow"));
     EXPECT_EQ(raw_sum(line.workspace), std::vector<float>(10, 0.0F));
 }
 

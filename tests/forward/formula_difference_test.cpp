@@ -17,7 +17,7 @@ struct Compared : Line {
     }
     FormulaDifference difference() {
         calculate();
-        return formula_difference(workspace, 1, prompts);
+        return formula_difference(workspace, 1, faults);
     }
 };
 
@@ -60,8 +60,7 @@ TEST(FormulaDifference, is_none_with_the_exact_formulas_and_for_a_body_switched_
     Compared line(90, 0);
     line.workspace.formulas = Formulas::exact;
     EXPECT_EQ(line.difference().largest(), 0);
-    line.workspace.formulas = Formulas::classic;
-    reset_calculated_data(line.workspace, line.prompts);
+    line.use(Formulas::classic);
     line.body().turned_off = 1;
     EXPECT_EQ(line.difference().largest(), 0);
 }

@@ -8,8 +8,8 @@
 #include "core/angles.h"
 #include "core/workspace.h"
 #include "forward/driver.h"
-#include "support/scripted_prompts.h"
 #include "support/stale_body.h"
+#include "support/told.h"
 
 namespace anomalis::forward {
 
@@ -17,6 +17,7 @@ namespace anomalis::forward {
 struct Line {
     /// `bearing` in degrees clockwise from north; the sensor stands `sensor` above the origin of elevations.
     explicit Line(int stations, double spacing = 10, double bearing = 0, double sensor = 100) {
+        ScriptedPrompts prompts;
         initialise_workspace(workspace, prompts);
         workspace.definition.mag_column = 3;
         workspace.definition.grav_column = 4;
@@ -65,7 +66,14 @@ struct Line {
         return body;
     }
 
-    void calculate() { calculate_model(workspace, workspace.mag.data, workspace.grav.data, prompts); }
+    /// Everything is calculated anew by these formulas.
+    void use(Formulas formulas) {
+        ScriptedPrompts prompts;
+        workspace.formulas = formulas;
+        reset_calculated_data(workspace, prompts);
+    }
+
+    void calculate() { calculate_model(workspace, workspace.mag.data, workspace.grav.data, faults); }
 
     /// Calculates body 1 anew and returns a column of its response.
     std::vector<double> response(int column = 1, int number = 1) {
@@ -77,7 +85,7 @@ struct Line {
 
     ModelBody& body(int number = 1) { return workspace.body(number); }
 
-    ScriptedPrompts prompts;
+    Faults faults;
     Workspace workspace;
 };
 

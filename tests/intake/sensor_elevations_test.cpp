@@ -2,6 +2,7 @@
 
 #include "intake/profile.h"
 #include "support/survey.h"
+#include "support/told.h"
 
 namespace anomalis::intake {
 namespace {
@@ -24,10 +25,10 @@ Workspace workspace_with(int z_column, int dtm_column) {
 }
 
 Elevations first_station(int z_column, int dtm_column) {
-    ScriptedPrompts prompts;
+    Faults faults;
     Workspace w = workspace_with(z_column, dtm_column);
-    setup_sensor_elevations(w, prompts);
-    EXPECT_TRUE(prompts.messages.empty());
+    setup_sensor_elevations(w, faults);
+    EXPECT_TRUE(faults.empty());
     return {w.stations(1, column_sensor), w.stations(1, column_ground)};
 }
 
@@ -39,36 +40,36 @@ TEST(SensorElevations, follow_the_columns_that_the_file_has) {
 }
 
 TEST(SensorElevations, the_range_becomes_that_of_the_ground) {
-    ScriptedPrompts prompts;
+    Faults faults;
     Workspace w = workspace_with(3, 4);
-    setup_sensor_elevations(w, prompts);
+    setup_sensor_elevations(w, faults);
     EXPECT_EQ(w.z_min, 30);
     EXPECT_EQ(w.z_max, 35);
 }
 
 TEST(SensorElevations, outdate_the_filtered_rows) {
-    ScriptedPrompts prompts;
+    Faults faults;
     Workspace w = workspace_with(3, 4);
-    setup_sensor_elevations(w, prompts);
+    setup_sensor_elevations(w, faults);
     EXPECT_TRUE(w.elevations_ready);
     EXPECT_FALSE(w.mag.observed_filtered || w.mag.calculated_filtered);
 }
 
 TEST(SensorElevations, are_left_alone_while_they_are_ready) {
-    ScriptedPrompts prompts;
+    Faults faults;
     Workspace w = workspace_with(0, 0);
     w.elevations_ready = true;
-    setup_sensor_elevations(w, prompts);
+    setup_sensor_elevations(w, faults);
     EXPECT_EQ(w.stations(1, column_sensor), 50);
     EXPECT_TRUE(w.mag.observed_filtered);
 }
 
 TEST(SensorElevations, a_ground_too_low_for_a_single_is_told) {
-    ScriptedPrompts prompts;
+    Faults faults;
     Workspace w = workspace_with(3, 4);
     w.stations(1, column_ground) = -1e300;
-    setup_sensor_elevations(w, prompts);
-    EXPECT_EQ(prompts.messages,
+    setup_sensor_elevations(w, faults);
+    EXPECT_EQ(texts_of(faults),
               std::vector<std::string>{"An error occurred seting up the sensor elevations: Overflow"});
 }
 

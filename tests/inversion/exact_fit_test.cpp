@@ -71,9 +71,9 @@ class ExactFit : public ::testing::TestWithParam<ExactCase> {
         Workspace& w = line.workspace();
         line.refresh();
         const bool gravity = GetParam().channel == channel_grav;
+        Faults faults;
         return model::channel_misfit(w, gravity ? w.grav.data : w.mag.data,
-                                     model::misfit_scale_of(gravity ? channel_grav : channel_mag),
-                                     line.prompts)[0];
+                                     model::misfit_scale_of(gravity ? channel_grav : channel_mag), faults)[0];
     }
 
     InversionReport fit(InversionMethod method, int iterations) {

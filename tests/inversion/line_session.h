@@ -30,7 +30,9 @@ class LineSession {
         for (int i = 1; i <= stations; ++i) w.stations(i, along) = (i - 1) * spacing;
         intake::setup_profile_coordinates(w, prompts);
         intake::setup_graphics_arrays(w, prompts);
-        intake::setup_sensor_elevations(w, prompts);
+        Faults faults;
+        intake::setup_sensor_elevations(w, faults);
+        show_faults(faults, prompts);
         model::finish_load(session);
     }
 
@@ -56,7 +58,9 @@ class LineSession {
     void take_model_as_data() {
         Workspace& w = session.workspace;
         reset_calculated_data(w, prompts);
-        forward::calculate_model(w, w.mag.data, w.grav.data, prompts);
+        Faults faults;
+        forward::calculate_model(w, w.mag.data, w.grav.data, faults);
+        show_faults(faults, prompts);
         for (ChannelTable* data : {&w.mag.data, &w.grav.data})
             for (int i = 1; i <= w.station_count; ++i)
                 (*data)(i, row_raw, stage_observed) = (*data)(i, row_raw, stage_calculated);

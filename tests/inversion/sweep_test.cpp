@@ -186,7 +186,8 @@ TEST_F(Sweep, a_value_on_its_lower_limit_stays_when_the_probe_is_tiny) {
     // A probe of 0.00005 is too short to lift the value off its limit. The scale makes its effect count.
     param().step = 0.001F;
     inversion.misfit_scale = {1e-6F, 1e-6F};
-    state.misfit_pair = model::calculate_misfit(w, inversion, line.prompts);
+    Faults faults;
+    state.misfit_pair = model::calculate_misfit(w, inversion, faults);
     EXPECT_EQ(sweep(), 1);
     EXPECT_EQ(body.density.value, 0.005F) << "neither the wish to rise nor the probe is left";
 }

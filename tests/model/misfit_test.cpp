@@ -5,6 +5,7 @@
 
 #include "inversion/line_session.h"
 #include "support/stale_body.h"
+#include "support/told.h"
 
 namespace anomalis::model {
 
@@ -23,41 +24,41 @@ ChannelTable three_residuals() {
 }  // namespace
 
 TEST(ResidualNorm, the_root_is_taken_before_the_division_by_the_intervals) {
-    ScriptedPrompts prompts;
-    EXPECT_DOUBLE_EQ(calculate_residual_norm(1, 3, row_residual, three_residuals(), prompts), 2.5);
-    EXPECT_DOUBLE_EQ(calculate_residual_norm(2, 3, row_residual, three_residuals(), prompts), 4.0);
-    EXPECT_TRUE(prompts.messages.empty());
+    Faults faults;
+    EXPECT_DOUBLE_EQ(calculate_residual_norm(1, 3, row_residual, three_residuals(), faults), 2.5);
+    EXPECT_DOUBLE_EQ(calculate_residual_norm(2, 3, row_residual, three_residuals(), faults), 4.0);
+    EXPECT_TRUE(faults.empty());
 }
 
 TEST(ResidualNorm, it_falls_with_the_root_of_the_length) {
-    ScriptedPrompts prompts;
+    Faults faults;
     ChannelTable data;
     data.assign(401);
     for (int i = 1; i <= 401; ++i) data(i, row_residual, stage_calculated) = 2;
-    EXPECT_NEAR(calculate_residual_norm(1, 401, row_residual, data, prompts), 2 * std::sqrt(401.0) / 400,
+    EXPECT_NEAR(calculate_residual_norm(1, 401, row_residual, data, faults), 2 * std::sqrt(401.0) / 400,
                 1e-12);
 }
 
 TEST(ResidualNorm, one_station_is_a_division_by_zero_and_reads_0) {
-    ScriptedPrompts prompts;
-    EXPECT_EQ(calculate_residual_norm(2, 2, row_residual, three_residuals(), prompts), 0);
-    EXPECT_EQ(prompts.messages,
+    Faults faults;
+    EXPECT_EQ(calculate_residual_norm(2, 2, row_residual, three_residuals(), faults), 0);
+    EXPECT_EQ(texts_of(faults),
               std::vector<std::string>{
                   "An error occurred while calculating the model residual norm: Division by zero"});
 }
 
 TEST(ResidualNorm, a_window_beyond_the_row_is_a_subscript_fault_and_reads_0) {
-    ScriptedPrompts prompts;
+    Faults faults;
     for (const auto& [first, last] : {std::pair{0, 3}, std::pair{1, 4}, std::pair{-5, 2147483647}})
-        EXPECT_EQ(calculate_residual_norm(first, last, row_residual, three_residuals(), prompts), 0);
+        EXPECT_EQ(calculate_residual_norm(first, last, row_residual, three_residuals(), faults), 0);
     EXPECT_TRUE(
-        prompts.told("An error occurred while calculating the model residual norm: Subscript out of range"));
+        told(faults, "An error occurred while calculating the model residual norm: Subscript out of range"));
 }
 
 TEST(ResidualNorm, a_reversed_window_holds_no_station) {
-    ScriptedPrompts prompts;
-    EXPECT_EQ(calculate_residual_norm(3, 1, row_residual, three_residuals(), prompts), 0);
-    EXPECT_TRUE(prompts.messages.empty());
+    Faults faults;
+    EXPECT_EQ(calculate_residual_norm(3, 1, row_residual, three_residuals(), faults), 0);
+    EXPECT_TRUE(faults.empty());
 }
 
 TEST(MisfitScale, magnetics_have_1_and_10_and_gravity_10_and_100) {
@@ -70,7 +71,7 @@ TEST(MisfitScale, magnetics_have_1_and_10_and_gravity_10_and_100) {
 }
 
 TEST(Misfit, the_norm_is_divided_by_the_scale) {
-    ScriptedPrompts prompts;
+    Faults faults;
     Workspace w;
     w.first_station = 1;
     w.last_station = 3;
@@ -79,11 +80,11 @@ TEST(Misfit, the_norm_is_divided_by_the_scale) {
     InversionState inversion;
     inversion.inversion_channel = channel_grav;
     set_misfit_scale(inversion);
-    EXPECT_EQ(calculate_misfit(w, inversion, prompts), (MisfitPair{0.25F, 0.04F}));
+    EXPECT_EQ(calculate_misfit(w, inversion, faults), (MisfitPair{0.25F, 0.04F}));
 }
 
 TEST(Misfit, the_flag_of_the_total_gradient_chooses_the_row) {
-    ScriptedPrompts prompts;
+    Faults faults;
     Workspace w;
     w.first_station = 1;
     w.last_station = 3;
@@ -91,9 +92,9 @@ TEST(Misfit, the_flag_of_the_total_gradient_chooses_the_row) {
     w.mag.data(1, row_gradient, stage_calculated) = 2;
     w.mag.data(1, row_total_gradient, stage_calculated) = 6;
     const InversionState inversion;
-    EXPECT_FLOAT_EQ(calculate_misfit(w, inversion, prompts)[1], 0.1F);
+    EXPECT_FLOAT_EQ(calculate_misfit(w, inversion, faults)[1], 0.1F);
     w.processing.display_total_gradient = 1;
-    EXPECT_FLOAT_EQ(calculate_misfit(w, inversion, prompts)[1], 0.3F);
+    EXPECT_FLOAT_EQ(calculate_misfit(w, inversion, faults)[1], 0.3F);
 }
 
 TEST(EvaluateMisfit, a_perfect_fit_is_0) {
@@ -107,25 +108,27 @@ TEST(EvaluateMisfit, a_perfect_fit_is_0) {
 
 TEST(EvaluateMisfit, the_other_channel_has_no_effect) {
     inversion::LineSession line;
+    Faults faults;
     ModelBody& body = line.add_body(thick_sheet);
     line.take_model_as_data();
     line.refresh();
     body.density.value = 3.5F;
     body.grav_response_valid = false;
     Workspace& w = line.workspace();
-    EXPECT_EQ(evaluate_model_misfit(line.session, w.mag.data, w.grav.data), (MisfitPair{0, 0}));
+    EXPECT_EQ(evaluate_model_misfit(line.session, w.mag.data, w.grav.data, faults), (MisfitPair{0, 0}));
     line.session.inversion.inversion_channel = channel_grav;
-    EXPECT_GT(evaluate_model_misfit(line.session, w.mag.data, w.grav.data)[0], 0);
+    EXPECT_GT(evaluate_model_misfit(line.session, w.mag.data, w.grav.data, faults)[0], 0);
 }
 
 TEST(EvaluateMisfit, the_calculated_rows_are_filtered) {
     inversion::LineSession line;
+    Faults faults;
     line.add_body(thick_sheet);
     line.refresh();
     Workspace& w = line.workspace();
     w.processing.display_total_gradient = 1;
     reset_calculated_data(w, line.prompts);
-    evaluate_model_misfit(line.session, w.mag.data, w.grav.data);
+    evaluate_model_misfit(line.session, w.mag.data, w.grav.data, faults);
     EXPECT_NE(w.mag.data(40, row_residual, stage_calculated), 0);
     EXPECT_NE(w.mag.data(40, row_total_gradient, stage_calculated), 0);
     EXPECT_NE(w.grav.data(40, row_residual, stage_calculated), 0);
@@ -133,12 +136,13 @@ TEST(EvaluateMisfit, the_calculated_rows_are_filtered) {
 
 TEST(EvaluateMisfit, a_channel_without_a_column_is_left_alone) {
     inversion::LineSession line;
+    Faults faults;
     line.add_body(thick_sheet);
     line.workspace().definition.grav_column = 0;
     line.refresh();
     Workspace& w = line.workspace();
     reset_calculated_data(w, line.prompts);
-    evaluate_model_misfit(line.session, w.mag.data, w.grav.data);
+    evaluate_model_misfit(line.session, w.mag.data, w.grav.data, faults);
     EXPECT_TRUE(w.mag.calculated_filtered);
     EXPECT_FALSE(w.grav.calculated_filtered);
     EXPECT_EQ(w.grav.data(40, row_residual, stage_calculated), 0);
@@ -146,6 +150,7 @@ TEST(EvaluateMisfit, a_channel_without_a_column_is_left_alone) {
 
 TEST(EvaluateMisfit, trial_rows_take_the_place_of_the_true_ones) {
     inversion::LineSession line;
+    Faults faults;
     ModelBody& body = line.add_body(thick_sheet);
     line.take_model_as_data();
     line.refresh();
@@ -155,13 +160,14 @@ TEST(EvaluateMisfit, trial_rows_take_the_place_of_the_true_ones) {
     const ChannelTable before = w.mag.data;
     body.susc.value *= 2;
     invalidate_body(body);
-    EXPECT_GT(evaluate_model_misfit(line.session, w.mag.work, w.grav.work)[0], 0);
+    EXPECT_GT(evaluate_model_misfit(line.session, w.mag.work, w.grav.work, faults)[0], 0);
     EXPECT_EQ(w.mag.data, before);
     EXPECT_FLOAT_EQ(w.mag.work(40, row_raw, stage_calculated), 2 * before(40, row_raw, stage_calculated));
 }
 
 TEST(EvaluateMisfit, nothing_is_reallocated) {
     inversion::LineSession line;
+    Faults faults;
     ModelBody& body = line.add_body(thick_sheet);
     line.workspace().processing.smooth_filter_width = 3;
     line.refresh();
@@ -170,7 +176,7 @@ TEST(EvaluateMisfit, nothing_is_reallocated) {
     const float* const taps = w.filter_scratch.coefficients.data();
     for (int i = 0; i < 3; ++i) {
         invalidate_body(body);
-        evaluate_model_misfit(line.session, w.mag.data, w.grav.data);
+        evaluate_model_misfit(line.session, w.mag.data, w.grav.data, faults);
     }
     EXPECT_EQ(w.mag.data.span().data(), rows);
     EXPECT_EQ(w.filter_scratch.coefficients.data(), taps);

@@ -17,7 +17,7 @@ class FormNamesTest : public QObject {
     Q_OBJECT
 
   private slots:
-    void every_documented_name_is_found();
+    void every_name_is_found();
     void names_are_given_once();
     void every_control_explains_itself();
     void every_menu_entry_explains_itself();
@@ -26,7 +26,7 @@ class FormNamesTest : public QObject {
 namespace {
 
 /// A control that comes several times is found as Name_0, Name_1 and so on.
-const QStringList documented_names{
+const QStringList names_of_the_window{
     "Check_display_total_gradient",
     "Check_fix_this_body",
     "Check_float_base",
@@ -198,10 +198,10 @@ bool is_part(const QWidget& widget) {
 
 }  // namespace
 
-void FormNamesTest::every_documented_name_is_found() {
+void FormNamesTest::every_name_is_found() {
     FormSample sample;
     QStringList missing;
-    for (const QString& name : documented_names)
+    for (const QString& name : names_of_the_window)
         if (name != "Form_anomalis" && !sample.form->findChild<QObject*>(name) &&
             !sample.form->findChild<QObject*>(name + "_0"))
             missing << name;
@@ -214,7 +214,7 @@ void FormNamesTest::names_are_given_once() {
     QHash<QString, QObject*> owners;
     for (QObject* object : sample.form->findChildren<QObject*>()) {
         const QString name = object->objectName();
-        if (!documented_names.contains(name.section('_', 0, -2)) && !documented_names.contains(name))
+        if (!names_of_the_window.contains(name.section('_', 0, -2)) && !names_of_the_window.contains(name))
             continue;
         auto* menu = qobject_cast<QMenu*>(object);
         if (menu && owners.value(name) == menu->menuAction()) continue;

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "core/angles.h"
-#include "core/prompts.h"
+#include "core/faults.h"
 #include "forward/station_columns.h"
 
 namespace anomalis::forward {
@@ -158,8 +158,8 @@ FacetTerms facet_terms(const PlaneFace& face, NedVector observer) {
 
 void calculate_facet_response(const Workspace& workspace, ModelBody& body, const FacetWanted& wanted,
                               const NedVector& magnetisation, std::span<const NedVector> corners,
-                              Prompts& prompts) {
-    report_failure(prompts, "An error occurred calculating the facet response: ", [&] {
+                              Faults& faults) {
+    report_failure(faults, "An error occurred calculating the facet response: ", [&] {
         const PlaneFace face = make_face(corners, magnetisation);
         if (!face.has_normal) return;
         if (wanted.magnetic && std::abs(face.pole) < least_pole) return;

@@ -5,7 +5,7 @@
 #include "core/workspace.h"
 
 namespace anomalis {
-class Prompts;
+class Faults;
 }  // namespace anomalis
 
 namespace anomalis::forward {
@@ -58,9 +58,9 @@ struct FacetWanted {
 
 /// Adds one face of a uniform polyhedron to the body's response: magnetic components (nT) to columns 3 to 5
 /// for a magnetisation in nT over 4 pi, gravity before density and constant, subtracted, to column 2. The
-/// sense of the corners gives the sign. A failure is shown; what was added before it stays.
+/// sense of the corners gives the sign. A failure is noted; what was added before it stays.
 void calculate_facet_response(const Workspace& workspace, ModelBody& body, const FacetWanted& wanted,
                               const NedVector& magnetisation, std::span<const NedVector> corners,
-                              Prompts& prompts);
+                              Faults& faults);
 
 }  // namespace anomalis::forward

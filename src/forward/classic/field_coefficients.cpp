@@ -3,8 +3,8 @@
 #include <cmath>
 
 #include "core/angles.h"
+#include "core/faults.h"
 #include "core/numbers.h"
-#include "core/prompts.h"
 
 namespace anomalis::forward {
 
@@ -78,7 +78,7 @@ void set_shape_coefficients(ModelBody& body) {
         return;
     }
     // The field's north component stands for its component across strike, whatever the strike: the
-    // closed formulae of the bodies are settled on it.
+    // closed formulae are those of a body that strikes east.
     body.coef_a = to_single(mx * fx - mz * fz);
     body.coef_b = to_single(-2 * (mz * fx + mx * fz));
     body.coef_c = 0;
@@ -160,9 +160,8 @@ Magnetisation plain_magnetisation(const Workspace& workspace, const ModelBody& b
             induced * field.down + remanent * std::sin(inclination)};
 }
 
-int calculate_field_coefficients(const Workspace& workspace, ModelBody& body, Prompts& prompts) {
-    // The prefix ends without a colon; people search for the text as it is.
-    return report_failure(prompts, "An error occurred while calculating the field coefficients",
+int calculate_field_coefficients(const Workspace& workspace, ModelBody& body, Faults& faults) {
+    return report_failure(faults, "An error occurred while calculating the field coefficients",
                           [&] { fill_coefficients(workspace, body); });
 }
 

@@ -3,7 +3,7 @@
 #include "core/workspace.h"
 
 namespace anomalis {
-class Prompts;
+class Faults;
 }  // namespace anomalis
 
 namespace anomalis::forward {
@@ -36,8 +36,8 @@ double remanent_magnitude(const Workspace& workspace, const ModelBody& body);
 /// coefficients and the resultant magnetisation, with the sheet's demagnetisation across strike where
 /// `include_demagnetisation` is 1.
 ///
-/// Returns 0, or -1 after a fault (a remanence without susceptibility), which is shown; fields written
+/// Returns 0, or -1 after a fault (a remanence without susceptibility), which is noted; fields written
 /// before it keep their values. A wire gets its rotated field only, and stays marked as out of date.
-int calculate_field_coefficients(const Workspace& workspace, ModelBody& body, Prompts& prompts);
+int calculate_field_coefficients(const Workspace& workspace, ModelBody& body, Faults& faults);
 
 }  // namespace anomalis::forward

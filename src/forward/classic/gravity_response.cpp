@@ -4,8 +4,8 @@
 #include <cmath>
 #include <string_view>
 
+#include "core/faults.h"
 #include "core/numbers.h"
-#include "core/prompts.h"
 #include "forward/classic/field_coefficients.h"
 #include "forward/classic/limited_response.h"
 #include "forward/classic/prism_facets.h"
@@ -20,13 +20,13 @@ namespace {
 
 constexpr double least_density = 0.0001;
 
-void fill_sheet(const Workspace& workspace, ModelBody& body, Prompts& prompts) {
+void fill_sheet(const Workspace& workspace, ModelBody& body, Faults& faults) {
     if (body.length.value > 0) {
         if (workspace.station_count <= 0) return;
         add_prism_facets(workspace, body, {false, true}, {},
-                         relative_to_first_station(gravity_prism(body), workspace), prompts);
+                         relative_to_first_station(gravity_prism(body), workspace), faults);
     } else {
-        fill_talwani(workspace, body, gravity_bottom(body), prompts);
+        fill_talwani(workspace, body, gravity_bottom(body), faults);
     }
     const double factor = body.density.value * gravity_constant;
     float* column = response_column(workspace, body, 2);
@@ -34,7 +34,7 @@ void fill_sheet(const Workspace& workspace, ModelBody& body, Prompts& prompts) {
         column[i] = static_cast<float>(column[i] * factor);
 }
 
-void fill(Workspace& workspace, int body_number, Prompts& prompts) {
+void fill(Workspace& workspace, int body_number, Faults& faults) {
     ModelBody& body = workspace.body(body_number);
     std::fill_n(response_column(workspace, body, 2), workspace.station_count, 0.0F);
     set_body_angles(body);
@@ -44,18 +44,18 @@ void fill(Workspace& workspace, int body_number, Prompts& prompts) {
     if (std::abs(body.density.value) < least_density) return;
     if (!has_classic_gravity(body.type)) return;
     if (is_sheet(body.type)) {
-        fill_sheet(workspace, body, prompts);
+        fill_sheet(workspace, body, faults);
     } else {
-        fill_pipe_gravity(workspace, body, prompts);
+        fill_pipe_gravity(workspace, body, faults);
     }
 }
 
 }  // namespace
 
-void calculate_gravity_response(Workspace& workspace, int body_number, Prompts& prompts) {
+void calculate_gravity_response(Workspace& workspace, int body_number, Faults& faults) {
     constexpr std::string_view prefix = "An error occurred while calculating the gravity response: ";
-    report_failure(prompts, prefix, [&] { fill(workspace, body_number, prompts); });
-    report_failure(prompts, prefix, [&] { require_finite_column(workspace, body_number, 2); });
+    report_failure(faults, prefix, [&] { fill(workspace, body_number, faults); });
+    report_failure(faults, prefix, [&] { require_finite_column(workspace, body_number, 2); });
 }
 
 }  // namespace anomalis::forward

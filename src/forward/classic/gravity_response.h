@@ -4,7 +4,7 @@
 #include "forward/gravity_constant.h"
 
 namespace anomalis {
-class Prompts;
+class Faults;
 }  // namespace anomalis
 
 namespace anomalis::forward {
@@ -13,8 +13,8 @@ namespace anomalis::forward {
 /// strike for a sheet of unlimited strike, the six faces of the prism for a limited one, a polyhedron for
 /// a pipe. All other types give zero, as does a strike within 5.7 degrees of the profile.
 ///
-/// The polygon gives half of what a very long prism gives; models are fitted with this constant, so both
-/// stay. A failure, or a response that is not finite, is shown and names the body.
-void calculate_gravity_response(Workspace& workspace, int body_number, Prompts& prompts);
+/// The polygon gives half of what a very long prism gives: a density that was found with one form does not
+/// hold for the other. A failure, or a response that is not finite, is noted and names the body.
+void calculate_gravity_response(Workspace& workspace, int body_number, Faults& faults);
 
 }  // namespace anomalis::forward

@@ -33,10 +33,10 @@ Magnetisation store_moment(const Workspace& workspace, ModelBody& body) {
 }
 
 void fill_prism_by_faces(const Workspace& workspace, ModelBody& body, const PrismCorners& corners,
-                         Prompts& prompts) {
+                         Faults& faults) {
     const NedVector moment{body.moment_x, body.moment_y, body.moment_z};
     add_prism_facets(workspace, body, {true, false}, moment, relative_to_first_station(corners, workspace),
-                     prompts);
+                     faults);
     const AmbientField field = ambient_field(workspace);
     float* const total = response_column(workspace, body, 1);
     const float* const north = response_column(workspace, body, 3);
@@ -58,27 +58,27 @@ void store_values(const Workspace& workspace, ModelBody& body, int column, std::
     for (const double value : values) *to++ = static_cast<float>(value);
 }
 
-void fill_prism(Workspace& workspace, ModelBody& body, Prompts& prompts) {
+void fill_prism(Workspace& workspace, ModelBody& body, Faults& faults) {
     const Magnetisation m = store_moment(workspace, body);
     if (workspace.station_count <= 0) return;
     const PrismCorners corners = magnetic_prism(body);
-    if (body.include_demagnetisation < 0) return fill_prism_by_faces(workspace, body, corners, prompts);
+    if (body.include_demagnetisation < 0) return fill_prism_by_faces(workspace, body, corners, faults);
     ForwardMemory& memory = forward_memory(workspace);
     memory.polyhedron.assign(corners, prism_triangles);
     fill_polyhedron(workspace, body, m, memory);
 }
 
-void fill_pipe(Workspace& workspace, ModelBody& body, Prompts& prompts) {
+void fill_pipe(Workspace& workspace, ModelBody& body, Faults& faults) {
     Magnetisation m = store_moment(workspace, body);
-    if (setup_cylinder_body(body, prompts) != 0) return;
+    if (setup_cylinder_body(body, faults) != 0) return;
     ForwardMemory& memory = forward_memory(workspace);
     if (body.include_demagnetisation != 0) m = demagnetised_pipe(body, m, memory.polyhedron);
     memory.polyhedron.assign(body.solid.transformed_points, body.solid.facets);
     fill_polyhedron(workspace, body, m, memory);
 }
 
-void fill_pipe_gravity(Workspace& workspace, ModelBody& body, Prompts& prompts) {
-    if (setup_cylinder_body(body, prompts) != 0) return;
+void fill_pipe_gravity(Workspace& workspace, ModelBody& body, Faults& faults) {
+    if (setup_cylinder_body(body, faults) != 0) return;
     ForwardMemory& memory = forward_memory(workspace);
     memory.polyhedron.assign(body.solid.transformed_points, body.solid.facets);
     memory.polyhedron.gravity(station_spans(workspace), body.density.value, memory.values);

@@ -4,8 +4,8 @@
 #include <cmath>
 #include <string_view>
 
+#include "core/faults.h"
 #include "core/numbers.h"
-#include "core/prompts.h"
 #include "forward/classic/edge_step.h"
 #include "forward/classic/field_coefficients.h"
 #include "forward/classic/limited_response.h"
@@ -31,7 +31,7 @@ bool unlimited_strike(const ModelBody& body) {
     return !(body.length.value > 0) && body.slope.value == 0;
 }
 
-void fill_by_type(Workspace& workspace, ModelBody& body, double strike_sine, Prompts& prompts) {
+void fill_by_type(Workspace& workspace, ModelBody& body, double strike_sine, Faults& faults) {
     if (body.type == wire) return fill_wire(workspace, body);
     if (body.type == polygon) return;
     const ShapeTerms terms = shape_terms(body, strike_sine);
@@ -48,33 +48,34 @@ void fill_by_type(Workspace& workspace, ModelBody& body, double strike_sine, Pro
         case thick_sheet:
         case pipe:
             if (unlimited_strike(body)) return add_thick_sheet(workspace, body, strike_sine, terms);
-            return body.type == pipe ? fill_pipe(workspace, body, prompts)
-                                     : fill_prism(workspace, body, prompts);
+            return body.type == pipe ? fill_pipe(workspace, body, faults)
+                                     : fill_prism(workspace, body, faults);
         default:
             return;
     }
 }
 
-void fill(Workspace& workspace, int body_number, Prompts& prompts) {
+void fill(Workspace& workspace, int body_number, Faults& faults) {
     ModelBody& body = workspace.body(body_number);
     zero_magnetic_columns(workspace, body);
-    // The azimuth is in radians and is added to degrees as it stands: files hold spheres fitted with it.
+    // Radians are added to degrees on purpose:
+    // test `Sphere, takes_the_azimuth_in_radians_plus_90_as_its_strike`.
     if (body.type == sphere) body.strike.value = to_single(workspace.azimuth + 90.0);
-    if (calculate_field_coefficients(workspace, body, prompts) != 0) return;
+    if (calculate_field_coefficients(workspace, body, faults) != 0) return;
     const double strike_sine = strike_against_profile(body, workspace.azimuth);
     if (std::abs(strike_sine) < least_sine_with_response) return;
     update_body_reference_point(workspace, body.distance.value, body.east, body.north);
     if (std::abs(body.last_calculated) < least_magnetisation) return;
-    fill_by_type(workspace, body, strike_sine, prompts);
+    fill_by_type(workspace, body, strike_sine, faults);
 }
 
 }  // namespace
 
-void calculate_mag_response(Workspace& workspace, int body_number, Prompts& prompts) {
+void calculate_mag_response(Workspace& workspace, int body_number, Faults& faults) {
     // The spelling is part of the text.
     constexpr std::string_view prefix = "An error occured while calculating the response: ";
-    report_failure(prompts, prefix, [&] { fill(workspace, body_number, prompts); });
-    report_failure(prompts, prefix, [&] { require_finite_column(workspace, body_number, 1); });
+    report_failure(faults, prefix, [&] { fill(workspace, body_number, faults); });
+    report_failure(faults, prefix, [&] { require_finite_column(workspace, body_number, 1); });
 }
 
 }  // namespace anomalis::forward

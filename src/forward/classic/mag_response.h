@@ -3,7 +3,7 @@
 #include "core/workspace.h"
 
 namespace anomalis {
-class Prompts;
+class Faults;
 }  // namespace anomalis
 
 namespace anomalis::forward {
@@ -13,7 +13,7 @@ namespace anomalis::forward {
 /// pipe. A polygon and an unnamed type give zero, as does a strike within 5.7 degrees of the profile.
 ///
 /// Derived fields and the reference point of the body are brought up to date, and a sphere takes its
-/// strike from the profile. A failure, or a response that is not finite, is shown and names the body.
-void calculate_mag_response(Workspace& workspace, int body_number, Prompts& prompts);
+/// strike from the profile. A failure, or a response that is not finite, is noted and names the body.
+void calculate_mag_response(Workspace& workspace, int body_number, Faults& faults);
 
 }  // namespace anomalis::forward

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "core/prompts.h"
+#include "core/faults.h"
 #include "forward/shape/prism.h"
 #include "forward/shape/prism_kernel.h"
 #include "forward/station_columns.h"
@@ -114,8 +114,8 @@ void add_stretch(const Prism& prism, const StationView& part, const NedVector& f
 
 void add_prism_facets(const Workspace& workspace, ModelBody& body, const FacetWanted& wanted,
                       const NedVector& magnetisation, const std::array<NedVector, 8>& corners,
-                      Prompts& prompts) {
-    report_failure(prompts, "An error occurred calculating the facet response: ", [&] {
+                      Faults& faults) {
+    report_failure(faults, "An error occurred calculating the facet response: ", [&] {
         const StationView stations = station_view(workspace);
         if (stations.count == 0) return;
         const Prism prism(corners, magnetisation, wanted.magnetic);

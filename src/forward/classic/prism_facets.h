@@ -12,6 +12,6 @@ namespace anomalis::forward {
 /// station is left to the single face's routine there, with its moved observer.
 void add_prism_facets(const Workspace& workspace, ModelBody& body, const FacetWanted& wanted,
                       const NedVector& magnetisation, const std::array<NedVector, 8>& corners,
-                      Prompts& prompts);
+                      Faults& faults);
 
 }  // namespace anomalis::forward

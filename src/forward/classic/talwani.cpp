@@ -5,7 +5,7 @@
 #include <cmath>
 
 #include "core/angles.h"
-#include "core/prompts.h"
+#include "core/faults.h"
 #include "forward/classic/talwani_kernel.h"
 #include "forward/station_columns.h"
 
@@ -41,27 +41,27 @@ double edge_term(double x1, double x2, double z1, double z2) {
 }
 
 /// One station by its four single edges, as far as `left_out` names them.
-double left_out_edges(const SheetPolygon& polygon, unsigned left_out, double x, double h, Prompts& prompts) {
+double left_out_edges(const SheetPolygon& polygon, unsigned left_out, double x, double h, Faults& faults) {
     double sum = 0;
     for (int j = 0; j < 4; ++j) {
         if ((left_out >> j & 1U) == 0) continue;
         sum += talwani_edge(polygon.x[j] - x, polygon.x[j + 1] - x, polygon.z[j] - h, polygon.z[j + 1] - h,
-                            prompts);
+                            faults);
     }
     return sum;
 }
 
 }  // namespace
 
-double talwani_edge(double x1, double x2, double z1, double z2, Prompts& prompts) {
+double talwani_edge(double x1, double x2, double z1, double z2, Faults& faults) {
     double term = 0;
-    report_failure(prompts, "An error occurred calculating the Talwani gravity response: ", [&] {
+    report_failure(faults, "An error occurred calculating the Talwani gravity response: ", [&] {
         term = edge_term(x1, x2, z1, z2);
     });
     return term;
 }
 
-void fill_talwani(const Workspace& workspace, ModelBody& body, const SheetBottom& bottom, Prompts& prompts) {
+void fill_talwani(const Workspace& workspace, ModelBody& body, const SheetBottom& bottom, Faults& faults) {
     const double width = body.width.value;
     const SheetPolygon polygon{{0, width, width + bottom.offset, bottom.offset, 0},
                                {0, 0, -bottom.depth, -bottom.depth, 0}};
@@ -77,7 +77,7 @@ void fill_talwani(const Workspace& workspace, ModelBody& body, const SheetBottom
             if (left_out[i] != 0)
                 sum[i] +=
                     left_out_edges(polygon, static_cast<unsigned>(left_out[i]), across_strike(part, frame, i),
-                                   height_over_top(part, frame, i), prompts);
+                                   height_over_top(part, frame, i), faults);
             response[at + i] = static_cast<float>(sum[i]);
         }
     }

@@ -4,7 +4,7 @@
 #include "forward/shape/prism.h"
 
 namespace anomalis {
-class Prompts;
+class Faults;
 }  // namespace anomalis
 
 namespace anomalis::forward {
@@ -12,11 +12,11 @@ namespace anomalis::forward {
 /// One edge of the line integral of Talwani, Worzel and Landisman (1959, J. Geophys. Res. 64) for a polygon
 /// of unlimited strike, from (x1, z1) to (x2, z2) relative to the station, z up, m. An edge shorter than
 /// 0.001 across or up is drawn out to that. A station straight over an end of the edge has no value: this
-/// is shown and the edge gives 0.
-double talwani_edge(double x1, double x2, double z1, double z2, Prompts& prompts);
+/// is noted and the edge gives 0.
+double talwani_edge(double x1, double x2, double z1, double z2, Faults& faults);
 
 /// Fills column 2 with the sum of the four edges of a sheet's section, `width` across and down to its
 /// bottom. Before density and constant.
-void fill_talwani(const Workspace& workspace, ModelBody& body, const SheetBottom& bottom, Prompts& prompts);
+void fill_talwani(const Workspace& workspace, ModelBody& body, const SheetBottom& bottom, Faults& faults);
 
 }  // namespace anomalis::forward

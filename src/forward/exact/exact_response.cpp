@@ -4,7 +4,7 @@
 #include <cmath>
 #include <string_view>
 
-#include "core/prompts.h"
+#include "core/faults.h"
 #include "forward/exact/exact_column.h"
 #include "forward/exact/exact_plane.h"
 #include "forward/exact/exact_point.h"
@@ -159,7 +159,7 @@ Tensor3 tensor_of(const ModelBody& body) {
     }
 }
 
-/// The prefix of the classic route's messages, misspelt as it always was in the first.
+/// The prefixes of the classic route, letter by letter, so that one search finds the failures of both.
 struct ChannelTexts {
     std::string_view failure;
     int column;
@@ -168,14 +168,14 @@ constexpr ChannelTexts magnetic_texts{"An error occured while calculating the re
 constexpr ChannelTexts gravity_texts{"An error occurred while calculating the gravity response: ", 2};
 
 void fill_column(Workspace& workspace, int body_number, ExactNotes& notes, Channel channel,
-                 const ChannelTexts& texts, Prompts& prompts) {
+                 const ChannelTexts& texts, Faults& faults) {
     ModelBody& body = workspace.body(body_number);
-    const int status = report_failure(prompts, texts.failure, [&] {
+    const int status = report_failure(faults, texts.failure, [&] {
         ForwardMemory& memory = forward_memory(workspace);
         fill(workspace, body, memory.polyhedron, memory.values, notes, channel);
         store_values(workspace, body, texts.column, memory.values);
     });
-    report_failure(prompts, texts.failure, [&] {
+    report_failure(faults, texts.failure, [&] {
         if (status != 0)
             std::fill_n(response_column(workspace, body, texts.column), workspace.station_count, 0.0F);
         require_finite_column(workspace, body_number, texts.column);
@@ -205,20 +205,19 @@ void exact_gravity(const Workspace& workspace, ModelBody& body, Polyhedron& poly
     fill(workspace, body, polyhedron, values, notes, Channel::gravity);
 }
 
-void calculate_exact_mag_response(Workspace& workspace, int body_number, ExactNotes& notes,
-                                  Prompts& prompts) {
-    fill_column(workspace, body_number, notes, Channel::magnetic, magnetic_texts, prompts);
+void calculate_exact_mag_response(Workspace& workspace, int body_number, ExactNotes& notes, Faults& faults) {
+    fill_column(workspace, body_number, notes, Channel::magnetic, magnetic_texts, faults);
 }
 
 void calculate_exact_gravity_response(Workspace& workspace, int body_number, ExactNotes& notes,
-                                      Prompts& prompts) {
-    fill_column(workspace, body_number, notes, Channel::gravity, gravity_texts, prompts);
+                                      Faults& faults) {
+    fill_column(workspace, body_number, notes, Channel::gravity, gravity_texts, faults);
 }
 
-void show_notes(const ExactNotes& notes, Prompts& prompts) {
-    if (notes.polygon) prompts.message("A Polygon body has no shape in this version: its response is zero");
+void report_notes(const ExactNotes& notes, Faults& faults) {
+    if (notes.polygon) faults.add("A Polygon body has no shape in this version: its response is zero");
     if (notes.steep_top)
-        prompts.message("The sloping top of the body does not meet its far wall: its response is zero");
+        faults.add("The sloping top of the body does not meet its far wall: its response is zero");
 }
 
 }  // namespace anomalis::forward

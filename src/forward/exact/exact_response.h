@@ -7,7 +7,7 @@
 #include "forward/polyhedron/polyhedron.h"
 
 namespace anomalis {
-class Prompts;
+class Faults;
 }  // namespace anomalis
 
 // The exact route: every body's response is the field of the body as section and plan draw it.
@@ -21,14 +21,14 @@ void exact_anomaly(const Workspace& workspace, ModelBody& body, Polyhedron& poly
 void exact_gravity(const Workspace& workspace, ModelBody& body, Polyhedron& polyhedron,
                    std::span<double> values, ExactNotes& notes);
 
-/// The same into the body's response table, rounded to single precision: columns 1 and 2. A failure is shown,
+/// The same into the body's response table, rounded to single precision: columns 1 and 2. A failure is noted,
 /// and a response that is not finite counts as zero.
-void calculate_exact_mag_response(Workspace& workspace, int body_number, ExactNotes& notes, Prompts& prompts);
+void calculate_exact_mag_response(Workspace& workspace, int body_number, ExactNotes& notes, Faults& faults);
 void calculate_exact_gravity_response(Workspace& workspace, int body_number, ExactNotes& notes,
-                                      Prompts& prompts);
+                                      Faults& faults);
 
-/// Shows what was noted, each reason once.
-void show_notes(const ExactNotes& notes, Prompts& prompts);
+/// A fault for each reason that was noted.
+void report_notes(const ExactNotes& notes, Faults& faults);
 
 /// The demagnetising tensor of a body's shape, in its axes; found once for a shape.
 Tensor3 body_demagnetisation(ModelBody& body);

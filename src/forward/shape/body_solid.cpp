@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "core/angles.h"
-#include "core/prompts.h"
+#include "core/faults.h"
 #include "forward/classic/field_coefficients.h"
 #include "forward/shape/pipe_mesh.h"
 
@@ -37,7 +37,7 @@ Fineness fineness_of(const ModelBody& body) {
     return {static_cast<std::int32_t>(sectors), static_cast<std::int32_t>(segments)};
 }
 
-void shape_solid(ModelBody& body, const BodySolid::Shape& shape, Prompts& prompts) {
+void shape_solid(ModelBody& body, const BodySolid::Shape& shape, Faults& faults) {
     BodySolid& solid = body.solid;
     if (!solid.points.empty() && !solid.facets.empty() && solid.shape == shape) return;
     GraphicObject object;
@@ -51,7 +51,7 @@ void shape_solid(ModelBody& body, const BodySolid::Shape& shape, Prompts& prompt
     solid.shape = shape;
     solid.transformed_points.clear();
     solid.demagnetisation = {};
-    create_graphic_object(object, solid.points, solid.facets, prompts);
+    create_graphic_object(object, solid.points, solid.facets, faults);
 }
 
 void place_solid(ModelBody& body) {
@@ -73,10 +73,10 @@ void place_solid(ModelBody& body) {
 }  // namespace
 
 void create_graphic_object(const GraphicObject& object, std::vector<Point3>& points, SolidFacets& facets,
-                           Prompts& prompts) {
+                           Faults& faults) {
     points.clear();
     facets.clear();
-    report_failure(prompts, "An error occurred while creating the graphic object: ", [&] {
+    report_failure(faults, "An error occurred while creating the graphic object: ", [&] {
         const MeshCounts counts = count_mesh(object);
         require_few_facets(static_cast<double>(counts.facets));
         build_mesh(object, counts, points, facets);
@@ -108,8 +108,8 @@ std::int32_t solid_sectors(const ModelBody& body) {
     return sectors < 4 ? 12 : sectors;
 }
 
-int setup_cylinder_body(ModelBody& body, Prompts& prompts) {
-    return report_failure(prompts, "An error occurred while setting up the cylinder body: ", [&] {
+int setup_cylinder_body(ModelBody& body, Faults& faults) {
+    return report_failure(faults, "An error occurred while setting up the cylinder body: ", [&] {
         set_body_angles(body);
         const Fineness fineness = fineness_of(body);
         BodySolid::Shape shape;
@@ -120,7 +120,7 @@ int setup_cylinder_body(ModelBody& body, Prompts& prompts) {
         shape.max_triangle_size = body.max_triangle_size;
         shape.sectors = fineness.sectors;
         shape.segments = fineness.segments;
-        shape_solid(body, shape, prompts);
+        shape_solid(body, shape, faults);
         place_solid(body);
     });
 }

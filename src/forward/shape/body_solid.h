@@ -8,7 +8,7 @@
 #include "core/model_body.h"
 
 namespace anomalis {
-class Prompts;
+class Faults;
 }  // namespace anomalis
 
 namespace anomalis::forward {
@@ -36,9 +36,9 @@ struct GraphicObject {
 
 /// Builds the closed triangulated surface of a cylinder, cone or pipe; triangles turn the same way, seen
 /// from outside anticlockwise. A shape that cannot be (no diameter, a shell or caps that fill it) leaves
-/// both lists empty without a message. More than `most_solid_facets` are refused before memory is taken.
+/// both lists empty without a fault. More than `most_solid_facets` are refused before memory is taken.
 void create_graphic_object(const GraphicObject& object, std::vector<Point3>& points, SolidFacets& facets,
-                           Prompts& prompts);
+                           Faults& faults);
 
 /// Scales, turns and shifts points in place: about y by rotation 0, about x by rotation 2, about z by
 /// rotation 1 (degrees), in this order. Rotations 0 and 2 at or below -180 and rotation 1 at or below -360
@@ -52,7 +52,7 @@ std::int32_t solid_sectors(const ModelBody& body);
 
 /// Brings the solid of a pipe (or a wire's stand-in for drawing) up to date: built anew when its shape
 /// changed, placed anew when its position or direction changed, kept otherwise. The physical diameter is
-/// half of `width`. The reference point must be current. Returns 0, or -1 after a failure, which is shown.
-int setup_cylinder_body(ModelBody& body, Prompts& prompts);
+/// half of `width`. The reference point must be current. Returns 0, or -1 after a failure, which is noted.
+int setup_cylinder_body(ModelBody& body, Faults& faults);
 
 }  // namespace anomalis::forward

@@ -11,7 +11,8 @@ namespace anomalis::forward {
 
 namespace {
 
-/// A quarter turn, so that the ring begins at its lowest point; as short as solids have always had it.
+/// A quarter turn, so that the ring begins at its lowest point, in the digits that a corner of single
+/// precision has.
 constexpr double quarter_turn = 1.57079628;
 
 /// Sine and cosine over a circle of diameter 1, for the corners 0 to n; exact at the seam.

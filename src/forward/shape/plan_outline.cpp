@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "core/angles.h"
-#include "core/prompts.h"
+#include "core/faults.h"
 #include "forward/shape/exact_shape.h"
 
 namespace anomalis::forward {
@@ -127,9 +127,9 @@ int clip_line(double& east1, double& north1, double& east2, double& north2, cons
 }
 
 int calculate_plan_outline(const Workspace& workspace, const ClipBox& box, const ModelBody& body,
-                           PlanOutline& outline, Prompts& prompts) {
+                           PlanOutline& outline, Faults& faults) {
     int points = -1;
-    report_failure(prompts, "An error occurred while calculating the plan view of the body: ", [&] {
+    report_failure(faults, "An error occurred while calculating the plan view of the body: ", [&] {
         if (has_plan_outline(body.type)) points = outline_of(workspace, box, body, outline);
     });
     return points;

@@ -5,7 +5,7 @@
 #include "core/workspace.h"
 
 namespace anomalis {
-class Prompts;
+class Faults;
 }  // namespace anomalis
 
 namespace anomalis::forward {
@@ -31,6 +31,6 @@ int clip_line(double& east1, double& north1, double& east2, double& north2, cons
 /// that they calculate, pipes and wires as wide as they are. Returns the number of points: 5, or -1
 /// when the body lies outside the box or its type has no outline in plan.
 int calculate_plan_outline(const Workspace& workspace, const ClipBox& box, const ModelBody& body,
-                           PlanOutline& outline, Prompts& prompts);
+                           PlanOutline& outline, Faults& faults);
 
 }  // namespace anomalis::forward

@@ -7,7 +7,7 @@
 #include "forward/classic/facet.h"
 
 namespace anomalis {
-class Prompts;
+class Faults;
 }  // namespace anomalis
 
 namespace anomalis::forward {

@@ -3,8 +3,8 @@
 #include <cmath>
 
 #include "core/angles.h"
+#include "core/faults.h"
 #include "core/numbers.h"
-#include "core/prompts.h"
 #include "forward/exact/exact_axes.h"
 #include "forward/shape/exact_shape.h"
 
@@ -92,14 +92,14 @@ void convert_exact(const ModelBody& body, Trapezoid& corners) {
 
 }  // namespace
 
-int convert_profile_model_to_trapezoid(const ModelBody& body, Trapezoid& corners, Prompts& prompts) {
-    return report_failure(prompts,
+int convert_profile_model_to_trapezoid(const ModelBody& body, Trapezoid& corners, Faults& faults) {
+    return report_failure(faults,
                           "An error occurred while converting the body: ", [&] { convert(body, corners); });
 }
 
-int convert_exact_sheet_to_trapezoid(const ModelBody& body, Trapezoid& corners, Prompts& prompts) {
+int convert_exact_sheet_to_trapezoid(const ModelBody& body, Trapezoid& corners, Faults& faults) {
     return report_failure(
-        prompts, "An error occurred while converting the body: ", [&] { convert_exact(body, corners); });
+        faults, "An error occurred while converting the body: ", [&] { convert_exact(body, corners); });
 }
 
 }  // namespace anomalis::forward

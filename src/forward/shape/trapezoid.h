@@ -5,7 +5,7 @@
 #include "core/model_body.h"
 
 namespace anomalis {
-class Prompts;
+class Faults;
 }  // namespace anomalis
 
 namespace anomalis::forward {
@@ -15,11 +15,11 @@ namespace anomalis::forward {
 using Trapezoid = std::array<std::array<std::array<float, 3>, 4>, 2>;
 
 /// The corners of a sheet for the export of its solid. A `depth_extent` of 0 is drawn 1000 m deep.
-/// Returns 0, or -1 after a failure, which is shown.
-int convert_profile_model_to_trapezoid(const ModelBody& body, Trapezoid& corners, Prompts& prompts);
+/// Returns 0, or -1 after a failure, which is noted.
+int convert_profile_model_to_trapezoid(const ModelBody& body, Trapezoid& corners, Faults& faults);
 
 /// The same for the sheet that the exact formulas calculate, a thin one as wide as it is over the sine of
 /// its dip.
-int convert_exact_sheet_to_trapezoid(const ModelBody& body, Trapezoid& corners, Prompts& prompts);
+int convert_exact_sheet_to_trapezoid(const ModelBody& body, Trapezoid& corners, Faults& faults);
 
 }  // namespace anomalis::forward

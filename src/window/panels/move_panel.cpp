@@ -49,7 +49,7 @@ MovePanel::MovePanel(edit::Workbench& workbench, FormGuards& guards)
     grid->setColumnStretch(0, 1);
     grid->setColumnStretch(columns_a_half, 1);
     grid->setColumnMinimumWidth(columns_a_half - 1, gap);
-    // The finer steps stand beside the coarse ones; this box of earlier forms is found but not seen.
+    // The finer steps stand beside the coarse ones; this box is found by its name but not seen.
     auto* small_step = make_check({"Check_small_step", "Use small step", "", "Has no effect"});
     small_step->setParent(this);
     small_step->hide();

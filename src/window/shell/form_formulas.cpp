@@ -24,8 +24,8 @@ const char* const warning_style =
 FormFormulas::FormFormulas(Form_anomalis& form) : QObject(&form), form_(form), difference_(new QPushButton) {
     exact_ = form.menus().add_action(
         form.menus().model_menu(), "menu_exact_formulas", tr("E&xact formulas"),
-        tr("Calculate the field of the bodies as section and plan draw them; without the mark as earlier "
-           "versions did"));
+        tr("Calculate the field of the bodies as section and plan draw them; without the mark with "
+           "the classic formulas"));
     exact_->setCheckable(true);
     connect(exact_, &QAction::triggered, this, &FormFormulas::choose);
     connect(&form.menus().model_menu(), &QMenu::aboutToShow, this, &FormFormulas::refresh);
@@ -66,7 +66,9 @@ void FormFormulas::show_difference() {
                        body <= workspace.body_count;
     difference_->setVisible(known);
     if (!known) return;
-    const double share = forward::formula_difference(workspace, body, session.prompts).largest();
+    Faults faults;
+    const double share = forward::formula_difference(workspace, body, faults).largest();
+    show_faults(faults, session.prompts);
     const bool notable = share > forward::notable_difference;
     difference_->setText(share >= forward::no_common_measure
                              ? tr("Classic formulas: no exact curve")

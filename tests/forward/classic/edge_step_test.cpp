@@ -85,7 +85,7 @@ TEST(SlopingStep, a_station_level_with_its_lower_corner_is_a_fault) {
     ModelBody& body = line.add(sloping_step, 20);
     body.depth_extent.value = -100;
     line.calculate();
-    EXPECT_TRUE(line.prompts.told("An error occured while calculating the response: Division by zero"));
+    EXPECT_TRUE(told(line.faults, "An error occured while calculating the response: Division by zero"));
     EXPECT_TRUE(body.mag_response_valid);
 }
 

@@ -164,16 +164,16 @@ TEST(FacetResponse, a_face_with_all_corners_on_a_line_adds_nothing) {
     Line line(5);
     ModelBody& body = line.add(thick_sheet);
     const std::array<NedVector, 4> flat{{{0, 0, 50}, {10, 0, 50}, {20, 0, 50}, {30, 0, 50}}};
-    calculate_facet_response(line.workspace, body, {true, true}, {10, 10, 10}, flat, line.prompts);
+    calculate_facet_response(line.workspace, body, {true, true}, {10, 10, 10}, flat, line.faults);
     for (const float value : body.response.span()) EXPECT_EQ(value, 0);
 }
 
 TEST(FacetResponse, a_face_without_poles_adds_nothing_even_to_gravity) {
     Line line(5);
     ModelBody& body = line.add(thick_sheet);
-    calculate_facet_response(line.workspace, body, {true, true}, {10, 10, 1e-8}, square, line.prompts);
+    calculate_facet_response(line.workspace, body, {true, true}, {10, 10, 1e-8}, square, line.faults);
     for (const float value : body.response.span()) EXPECT_EQ(value, 0);
-    calculate_facet_response(line.workspace, body, {false, true}, {}, square, line.prompts);
+    calculate_facet_response(line.workspace, body, {false, true}, {}, square, line.faults);
     EXPECT_NE(body.response(1, 2), 0);
     EXPECT_EQ(body.response(1, 5), 0) << "only gravity was wanted";
 }
@@ -184,7 +184,7 @@ TEST(FacetResponse, a_station_in_the_plane_has_no_gravity_but_poles) {
     std::array<NedVector, 4> level = square;
     for (NedVector& corner : level) corner.down = 0;
     for (NedVector& corner : level) corner.north += 200;
-    calculate_facet_response(line.workspace, body, {true, true}, {0, 0, 100}, level, line.prompts);
+    calculate_facet_response(line.workspace, body, {true, true}, {0, 0, 100}, level, line.faults);
     EXPECT_EQ(body.response(1, 2), 0);
     EXPECT_NE(body.response(1, 3), 0);
 }
@@ -193,7 +193,7 @@ TEST(FacetResponse, adds_poles_times_the_field_and_subtracts_gravity) {
     Line line(3);
     ModelBody& body = line.add(thick_sheet);
     for (int column = 2; column <= 5; ++column) body.response(2, column) = 1000;
-    calculate_facet_response(line.workspace, body, {true, true}, {3, 5, 7}, square, line.prompts);
+    calculate_facet_response(line.workspace, body, {true, true}, {3, 5, 7}, square, line.faults);
     const FacetTerms terms = terms_at(square, {10, 0, 0});
     EXPECT_NEAR(body.response(2, 3), 1000 + 7 * terms.field.north, 1e-3);
     EXPECT_NEAR(body.response(2, 4), 1000 + 7 * terms.field.east, 1e-3);
@@ -207,7 +207,7 @@ TEST(FacetResponse, the_move_of_one_station_leaves_the_next_where_it_is) {
     std::array<NedVector, 4> at_station = square;
     for (NedVector& corner : at_station) corner = {corner.north + 60, corner.east + 50, corner.down - 50};
     // Station 2 stands on a corner.
-    calculate_facet_response(line.workspace, body, {true, false}, {0, 0, 1}, at_station, line.prompts);
+    calculate_facet_response(line.workspace, body, {true, false}, {0, 0, 1}, at_station, line.faults);
     const FacetTerms third = terms_at(at_station, {20, 0, 0});
     EXPECT_TRUE(std::isfinite(body.response(2, 5)));
     EXPECT_NEAR(body.response(3, 3), third.field.north, 1e-5);

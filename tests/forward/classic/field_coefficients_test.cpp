@@ -13,7 +13,7 @@ struct Case : Line {
     Case() : Line(3) {}
 
     ModelBody& with(BodyType type) { return add(type, 0, 30); }
-    int run() { return calculate_field_coefficients(workspace, body(), prompts); }
+    int run() { return calculate_field_coefficients(workspace, body(), faults); }
 };
 
 double size_of(const ModelBody& body) {
@@ -48,7 +48,7 @@ TEST(FieldCoefficients, no_magnetic_property_gives_size_zero) {
     c.with(thin_sheet).susc.value = 0;
     EXPECT_EQ(c.run(), 0);
     EXPECT_EQ(c.body().last_calculated, 0);
-    EXPECT_TRUE(c.prompts.messages.empty());
+    EXPECT_TRUE(c.faults.empty());
 }
 
 TEST(FieldCoefficients, a_remanence_without_susceptibility_is_a_fault_that_leaves_the_fields) {
@@ -58,8 +58,8 @@ TEST(FieldCoefficients, a_remanence_without_susceptibility_is_a_fault_that_leave
     body.rem_q.value = 2;
     body.coef_a = 7;
     EXPECT_EQ(c.run(), -1);
-    ASSERT_EQ(c.prompts.messages.size(), 1U);
-    EXPECT_EQ(c.prompts.messages[0],
+    ASSERT_EQ(c.faults.entries().size(), 1U);
+    EXPECT_EQ(texts_of(c.faults)[0],
               "An error occurred while calculating the field coefficientsDivision by zero");
     EXPECT_EQ(body.coef_a, 7);
     EXPECT_EQ(body.last_calculated, -1.0F);
@@ -179,7 +179,7 @@ TEST(FieldCoefficients, a_field_beyond_single_precision_is_an_overflow) {
     c.workspace.field.intensity = 3e38F;
     c.with(thin_sheet).susc.value = 1e30F;
     EXPECT_EQ(c.run(), -1);
-    EXPECT_TRUE(c.prompts.told("Overflow"));
+    EXPECT_TRUE(told(c.faults, "Overflow"));
 }
 
 }  // namespace anomalis::forward

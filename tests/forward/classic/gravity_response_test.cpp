@@ -125,8 +125,8 @@ TEST(GravityResponse, a_station_over_a_corner_tells_it_and_goes_on) {
     body.length.value = 0;
     body.dip.value = 60;
     const std::vector<double> curve = line.response(gravity_column);
-    ASSERT_EQ(line.prompts.messages.size(), 1U);
-    EXPECT_EQ(line.prompts.messages[0],
+    ASSERT_EQ(line.faults.entries().size(), 1U);
+    EXPECT_EQ(texts_of(line.faults)[0],
               "An error occurred calculating the Talwani gravity response: Division by zero (4 times)");
     EXPECT_GT(curve[15], 0);
 }

@@ -174,7 +174,7 @@ TEST(Pipe, an_impossible_shell_is_zero_without_a_message) {
     line.add(pipe, 50, 70).shell_thickness = 60;
     EXPECT_EQ(peak_of(line.response()), 0);
     EXPECT_EQ(peak_of(line.response(2)), 0);
-    EXPECT_TRUE(line.prompts.messages.empty());
+    EXPECT_TRUE(line.faults.empty());
 }
 
 TEST(Pipe, without_length_is_a_sheet_for_magnetics_and_nothing_for_gravity) {
@@ -185,8 +185,8 @@ TEST(Pipe, without_length_is_a_sheet_for_magnetics_and_nothing_for_gravity) {
     line.calculate();
     EXPECT_GT(std::abs(body.response(6, 1)), 1);
     EXPECT_EQ(body.response(6, 2), 0);
-    ASSERT_EQ(line.prompts.messages.size(), 1U);
-    EXPECT_EQ(line.prompts.messages[0],
+    ASSERT_EQ(line.faults.entries().size(), 1U);
+    EXPECT_EQ(texts_of(line.faults)[0],
               "An error occurred while creating the graphic object: Division by zero");
 }
 
@@ -195,8 +195,8 @@ TEST(Pipe, too_many_facets_are_told_and_zero) {
     ModelBody& body = line.add(pipe, 50, 70);
     body.max_triangle_size = 0.002F;
     line.calculate();
-    EXPECT_TRUE(line.prompts.told("An error occurred while setting up the cylinder body: "));
-    EXPECT_TRUE(line.prompts.told("facets, the limit is 2000000 (2 times)"));
+    EXPECT_TRUE(told(line.faults, "An error occurred while setting up the cylinder body: "));
+    EXPECT_TRUE(told(line.faults, "facets, the limit is 2000000 (2 times)"));
     EXPECT_EQ(body.response(6, 1), 0);
     EXPECT_EQ(body.response(6, 2), 0);
 }

@@ -23,7 +23,7 @@ TEST(MagResponse, a_strike_near_the_profile_gives_zero_for_every_type_without_a_
         EXPECT_EQ(peak_of(line.response()), 0) << type;
         line.body().strike.value = 30 + 180 + 5.7F;
         EXPECT_EQ(peak_of(line.response()), 0) << type;
-        EXPECT_TRUE(line.prompts.messages.empty());
+        EXPECT_TRUE(line.faults.empty());
         EXPECT_TRUE(line.body().mag_response_valid);
     }
     Line line(11, 10, 30);
@@ -36,7 +36,7 @@ TEST(MagResponse, of_a_polygon_and_of_unnamed_types_is_zero) {
         Line line(11);
         line.add(thick_sheet, 50).type = type;
         EXPECT_EQ(peak_of(line.response()), 0) << type;
-        EXPECT_TRUE(line.prompts.messages.empty());
+        EXPECT_TRUE(line.faults.empty());
     }
 }
 
@@ -46,7 +46,7 @@ TEST(MagResponse, without_susceptibility_is_zero) {
         Line line(11);
         line.add(type, 50).susc.value = 0;
         EXPECT_EQ(peak_of(line.response()), 0) << type;
-        EXPECT_TRUE(line.prompts.messages.empty());
+        EXPECT_TRUE(line.faults.empty());
     }
 }
 
@@ -58,8 +58,8 @@ TEST(MagResponse, a_remanence_without_susceptibility_is_told_once_and_zero) {
     body.susc.value = 0;
     body.rem_q.value = 3;
     EXPECT_EQ(peak_of(line.response()), 0);
-    ASSERT_EQ(line.prompts.messages.size(), 1U);
-    EXPECT_EQ(line.prompts.messages[0],
+    ASSERT_EQ(line.faults.entries().size(), 1U);
+    EXPECT_EQ(texts_of(line.faults)[0],
               "An error occurred while calculating the field coefficientsDivision by zero");
 }
 

@@ -21,7 +21,7 @@ void by_single_faces(Line& line, ModelBody& body, const FacetWanted& wanted) {
         std::array<NedVector, 4> list;
         for (std::size_t i = 0; i < 4; ++i) list[i] = corners[face[i]];
         calculate_facet_response(line.workspace, body, wanted, wanted.magnetic ? moment : NedVector{}, list,
-                                 line.prompts);
+                                 line.faults);
     }
 }
 
@@ -38,7 +38,7 @@ void expect_like_single_faces(Line& line, const FacetWanted& wanted, double leas
     const ResponseTable expected = body.response;
     body.response.assign(line.workspace.station_count);
     add_prism_facets(line.workspace, body, wanted, wanted.magnetic ? moment : NedVector{},
-                     relative_to_first_station(magnetic_prism(body), line.workspace), line.prompts);
+                     relative_to_first_station(magnetic_prism(body), line.workspace), line.faults);
     for (int column = 2; column <= 5; ++column) {
         const auto a = expected.column(column);
         const auto b = std::as_const(body.response).column(column);
@@ -52,7 +52,7 @@ void expect_like_single_faces(Line& line, const FacetWanted& wanted, double leas
             EXPECT_EQ(peak, 1e-6) << "column " << column << " is not wanted";
         }
     }
-    EXPECT_TRUE(line.prompts.messages.empty());
+    EXPECT_TRUE(line.faults.empty());
 }
 
 }  // namespace

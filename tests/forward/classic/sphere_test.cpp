@@ -36,7 +36,7 @@ TEST(Sphere, on_an_east_west_line_lies_along_the_profile_and_is_zero) {
     Line line(11, 10, 90);
     line.add(sphere, 50);
     EXPECT_EQ(peak_of(line.response()), 0);
-    EXPECT_TRUE(line.prompts.messages.empty());
+    EXPECT_TRUE(line.faults.empty());
 }
 
 TEST(Sphere, has_no_gravity) {

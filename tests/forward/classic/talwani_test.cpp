@@ -13,7 +13,7 @@ namespace anomalis::forward {
 namespace {
 
 /// The sum over the section of body 1 by single edges.
-double by_edges(const Line& line, Prompts& prompts, int i) {
+double by_edges(const Line& line, Faults& faults, int i) {
     const ModelBody& body = line.workspace.body(1);
     const SheetBottom bottom = gravity_bottom(body);
     const double x = body.cos_strike * (line.workspace.stations(i, column_east) - body.east) -
@@ -23,7 +23,7 @@ double by_edges(const Line& line, Prompts& prompts, int i) {
     const double xs[5] = {0, w, w + b, b, 0}, zs[5] = {0, 0, -d, -d, 0};
     double sum = 0;
     for (int j = 0; j < 4; ++j)
-        sum += talwani_edge(xs[j] - x, xs[j + 1] - x, zs[j] - h, zs[j + 1] - h, prompts);
+        sum += talwani_edge(xs[j] - x, xs[j + 1] - x, zs[j] - h, zs[j + 1] - h, faults);
     return sum;
 }
 
@@ -31,7 +31,7 @@ std::vector<double> filled(Line& line) {
     ModelBody& body = line.body();
     set_body_angles(body);
     update_body_reference_point(line.workspace, body.distance.value, body.east, body.north);
-    fill_talwani(line.workspace, body, gravity_bottom(body), line.prompts);
+    fill_talwani(line.workspace, body, gravity_bottom(body), line.faults);
     const auto column = body.response.column(2);
     return {column.begin(), column.end()};
 }
@@ -39,37 +39,37 @@ std::vector<double> filled(Line& line) {
 }  // namespace
 
 TEST(TalwaniEdge, of_a_half_endless_slab_is_half_its_angle) {
-    ScriptedPrompts prompts;
+    Faults faults;
     // A slab from far left to far right, 100 thick: the two level edges alone count.
     const double far = 1e7;
-    const double top = talwani_edge(-far, far, -50, -50, prompts);
-    const double bottom = talwani_edge(far, -far, -150, -150, prompts);
+    const double top = talwani_edge(-far, far, -50, -50, faults);
+    const double bottom = talwani_edge(far, -far, -150, -150, faults);
     EXPECT_NEAR(top + bottom, pi * 100, 0.01);
-    EXPECT_TRUE(prompts.messages.empty());
+    EXPECT_TRUE(faults.empty());
 }
 
 TEST(TalwaniEdge, a_station_over_an_end_has_no_value) {
     for (const double end : {0.0, 5.0}) {
-        ScriptedPrompts prompts;
-        EXPECT_EQ(talwani_edge(end, end == 0 ? 5 : 0, -10, -40, prompts), 0);
-        ASSERT_EQ(prompts.messages.size(), 1U);
-        EXPECT_EQ(prompts.messages[0],
+        Faults faults;
+        EXPECT_EQ(talwani_edge(end, end == 0 ? 5 : 0, -10, -40, faults), 0);
+        ASSERT_EQ(faults.entries().size(), 1U);
+        EXPECT_EQ(texts_of(faults)[0],
                   "An error occurred calculating the Talwani gravity response: Division by zero");
     }
 }
 
 TEST(TalwaniEdge, a_short_edge_is_drawn_out_whatever_its_sign) {
-    ScriptedPrompts prompts;
-    const double across = talwani_edge(5, 5.001, -10, -40, prompts);
-    EXPECT_NEAR(talwani_edge(5, 5, -10, -40, prompts), across, 1e-9 * across);
-    EXPECT_NEAR(talwani_edge(5, 4.9995, -10, -40, prompts), across, 1e-9 * across);
-    const double up = talwani_edge(5, 9, -10, -9.999, prompts);
-    EXPECT_NEAR(talwani_edge(5, 9, -10, -10.0005, prompts), up, 1e-9 * std::abs(up));
+    Faults faults;
+    const double across = talwani_edge(5, 5.001, -10, -40, faults);
+    EXPECT_NEAR(talwani_edge(5, 5, -10, -40, faults), across, 1e-9 * across);
+    EXPECT_NEAR(talwani_edge(5, 4.9995, -10, -40, faults), across, 1e-9 * across);
+    const double up = talwani_edge(5, 9, -10, -9.999, faults);
+    EXPECT_NEAR(talwani_edge(5, 9, -10, -10.0005, faults), up, 1e-9 * std::abs(up));
 }
 
 TEST(TalwaniEdge, an_edge_that_points_at_the_station_has_no_value_or_little) {
-    ScriptedPrompts prompts;
-    const double term = talwani_edge(30, 60, -30, -60, prompts);
+    Faults faults;
+    const double term = talwani_edge(30, 60, -30, -60, faults);
     EXPECT_LT(std::abs(term), 1e-9);
 }
 
@@ -80,14 +80,14 @@ TEST(Talwani, stations_in_a_loop_agree_with_single_edges) {
             ModelBody& body = line.add(thick_sheet, 433, 80);
             body.dip.value = static_cast<float>(dip);
             const std::vector<double> values = filled(line);
-            ScriptedPrompts prompts;
+            Faults faults;
             for (int i = 1; i <= 101; ++i) {
-                const double expected = by_edges(line, prompts, i);
+                const double expected = by_edges(line, faults, i);
                 EXPECT_NEAR(values[static_cast<std::size_t>(i - 1)], expected,
                             1e-6 * std::abs(expected) + 1e-7)
                     << "sensor " << sensor << " dip " << dip << " station " << i;
             }
-            EXPECT_EQ(prompts.messages, line.prompts.messages);
+            EXPECT_EQ(texts_of(faults), texts_of(line.faults));
         }
     }
 }
@@ -97,9 +97,10 @@ TEST(Talwani, a_station_straight_over_a_corner_tells_it_and_loses_the_edge) {
     ModelBody& body = line.add(thick_sheet, 50, 90);
     body.dip.value = 60;
     const std::vector<double> values = filled(line);
-    EXPECT_EQ(line.prompts.messages.size(), 2U) << "two edges meet in the corner";
-    ScriptedPrompts prompts;
-    EXPECT_NEAR(values[5], by_edges(line, prompts, 6), 1e-6 * values[5]);
+    ASSERT_EQ(line.faults.entries().size(), 1U);
+    EXPECT_EQ(line.faults.entries()[0].count, 2) << "two edges meet in the corner";
+    Faults faults;
+    EXPECT_NEAR(values[5], by_edges(line, faults, 6), 1e-6 * values[5]);
     EXPECT_GT(std::abs(values[5] - (values[4] + values[6]) / 2), 1) << "nothing was lost";
 }
 

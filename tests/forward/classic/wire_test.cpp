@@ -76,7 +76,7 @@ TEST(Wire, a_station_under_a_wire_of_the_pair_is_lifted_over_that_wire_alone) {
     // 20 m under the first wire and 80 m over the second.
     EXPECT_NEAR(curve[21], strength(line, -3, {{0, 0.1 - 100, 1000}, {0, 80.0 - 100, -1000}}), 1e-3);
     EXPECT_GT(std::abs(curve[21]), 1);
-    EXPECT_TRUE(line.prompts.messages.empty());
+    EXPECT_TRUE(line.faults.empty());
 }
 
 TEST(Wire, along_the_profile_is_zero) {

@@ -15,14 +15,12 @@ TEST(ExactResponse, the_driver_takes_the_route_that_the_workspace_chooses) {
     body.length.value = 0;
     body.dip.value = 70;
     const std::vector<double> classic = line.response();
-    line.workspace.formulas = Formulas::exact;
-    reset_calculated_data(line.workspace, line.prompts);
+    line.use(Formulas::exact);
     const std::vector<double> exact = line.response();
     EXPECT_GT(relative_difference(classic, exact), 0.2);
-    line.workspace.formulas = Formulas::classic;
-    reset_calculated_data(line.workspace, line.prompts);
+    line.use(Formulas::classic);
     EXPECT_EQ(line.response(), classic);
-    EXPECT_TRUE(line.prompts.messages.empty());
+    EXPECT_TRUE(line.faults.empty());
 }
 
 TEST(ExactResponse, the_table_holds_the_curve_in_single_precision) {
@@ -53,7 +51,7 @@ TEST(ExactResponse, what_has_no_shape_is_told_once_a_calculation) {
         body.slope.value = 50;
     }
     line.calculate();
-    EXPECT_EQ(line.prompts.messages,
+    EXPECT_EQ(texts_of(line.faults),
               (std::vector<std::string>{
                   "A Polygon body has no shape in this version: its response is zero",
                   "The sloping top of the body does not meet its far wall: its response is zero"}));
@@ -154,7 +152,7 @@ TEST(ExactResponse, a_parameter_that_is_no_number_is_told_and_counts_as_zero) {
         body.top.value = std::nanf("");
         body.include_demagnetisation = 1;
         line.calculate();
-        EXPECT_TRUE(line.prompts.told("top is not a number")) << sample.name;
+        EXPECT_TRUE(told(line.faults, "top is not a number")) << sample.name;
         EXPECT_EQ(peak_of({body.response(50, 1), body.response(50, 2)}), 0);
     }
 }

@@ -7,7 +7,7 @@
 
 #include "core/angles.h"
 #include "forward/point_lists.h"
-#include "support/scripted_prompts.h"
+#include "support/told.h"
 
 namespace anomalis::forward {
 
@@ -16,9 +16,9 @@ namespace {
 struct Solid {
     std::vector<Point3> points;
     SolidFacets facets;
-    ScriptedPrompts prompts;
+    Faults faults;
 
-    explicit Solid(const GraphicObject& object) { create_graphic_object(object, points, facets, prompts); }
+    explicit Solid(const GraphicObject& object) { create_graphic_object(object, points, facets, faults); }
 
     const Point3& at(std::int32_t i) const { return points[static_cast<std::size_t>(i)]; }
 
@@ -202,7 +202,7 @@ TEST(GraphicObject, a_shape_that_cannot_be_is_empty_without_a_message) {
     for (const GraphicObject& object : {no_diameter, thick_wall, long_caps}) {
         const Solid solid(object);
         EXPECT_TRUE(solid.points.empty() && solid.facets.empty());
-        EXPECT_TRUE(solid.prompts.messages.empty());
+        EXPECT_TRUE(solid.faults.empty());
     }
 }
 
@@ -210,8 +210,8 @@ TEST(GraphicObject, without_length_is_reported_and_leaves_its_points_at_the_orig
     GraphicObject object = cylinder();
     object.length = 0;
     const Solid solid(object);
-    ASSERT_EQ(solid.prompts.messages.size(), 1U);
-    EXPECT_EQ(solid.prompts.messages[0],
+    ASSERT_EQ(solid.faults.entries().size(), 1U);
+    EXPECT_EQ(texts_of(solid.faults)[0],
               "An error occurred while creating the graphic object: Division by zero");
     EXPECT_EQ(solid.points, std::vector<Point3>(50));
     EXPECT_EQ(solid.facets.size(), 48U);
@@ -223,7 +223,7 @@ TEST(GraphicObject, too_many_facets_are_refused_with_their_number_and_the_limit)
     object.segments = 2147483647;
     const Solid solid(object);
     EXPECT_TRUE(solid.facets.empty());
-    EXPECT_TRUE(solid.prompts.told(" facets, the limit is 2000000"));
+    EXPECT_TRUE(told(solid.faults, " facets, the limit is 2000000"));
 }
 
 TEST(TransformSolid, scales_then_turns_about_y_x_z_then_shifts) {

@@ -12,7 +12,10 @@ namespace {
 const ClipBox wide{-1e6, 1e6, -1e6, 1e6};
 
 struct Plan {
-    Plan() { initialise_workspace(workspace, prompts); }
+    Plan() {
+        ScriptedPrompts prompts;
+        initialise_workspace(workspace, prompts);
+    }
 
     ModelBody sheet(BodyType type = thick_sheet) const {
         ModelBody body;
@@ -24,14 +27,14 @@ struct Plan {
         return body;
     }
     int outline_of(const ModelBody& body, const ClipBox& box = wide) {
-        return calculate_plan_outline(workspace, box, body, outline, prompts);
+        return calculate_plan_outline(workspace, box, body, outline, faults);
     }
     void expect_corner(std::size_t i, double east, double north) const {
         EXPECT_NEAR(outline.east[i], east, 1e-3) << i;
         EXPECT_NEAR(outline.north[i], north, 1e-3) << i;
     }
 
-    ScriptedPrompts prompts;
+    Faults faults;
     Workspace workspace;
     PlanOutline outline;
 };

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "core/angles.h"
-#include "support/scripted_prompts.h"
+#include "support/told.h"
 
 namespace anomalis::forward {
 
@@ -21,9 +21,9 @@ ModelBody sheet() {
 }
 
 Trapezoid corners_of(const ModelBody& body) {
-    ScriptedPrompts prompts;
+    Faults faults;
     Trapezoid corners{};
-    EXPECT_EQ(convert_profile_model_to_trapezoid(body, corners, prompts), 0);
+    EXPECT_EQ(convert_profile_model_to_trapezoid(body, corners, faults), 0);
     return corners;
 }
 
@@ -90,20 +90,20 @@ TEST(Trapezoid, a_slope_on_a_flat_dip_is_reported) {
     ModelBody body = sheet();
     body.dip.value = 0;
     body.slope.value = 20;
-    ScriptedPrompts prompts;
+    Faults faults;
     Trapezoid corners{};
-    EXPECT_EQ(convert_profile_model_to_trapezoid(body, corners, prompts), -1);
-    EXPECT_EQ(prompts.messages.at(0), "An error occurred while converting the body: Division by zero");
+    EXPECT_EQ(convert_profile_model_to_trapezoid(body, corners, faults), -1);
+    EXPECT_EQ(texts_of(faults).at(0), "An error occurred while converting the body: Division by zero");
 }
 
 TEST(Trapezoid, beyond_single_precision_is_reported) {
     ModelBody body = sheet();
     body.length.value = 3e38F;
     body.offset.value = 3e38F;
-    ScriptedPrompts prompts;
+    Faults faults;
     Trapezoid corners{};
-    EXPECT_EQ(convert_profile_model_to_trapezoid(body, corners, prompts), -1);
-    EXPECT_TRUE(prompts.told("Overflow"));
+    EXPECT_EQ(convert_profile_model_to_trapezoid(body, corners, faults), -1);
+    EXPECT_TRUE(told(faults, "Overflow"));
 }
 
 TEST(Trapezoid, of_an_exact_thin_sheet_is_as_wide_as_its_thickness_over_the_sine_of_its_dip) {
@@ -112,9 +112,9 @@ TEST(Trapezoid, of_an_exact_thin_sheet_is_as_wide_as_its_thickness_over_the_sine
     body.dip.value = 30;
     body.width.value = 10;
     body.strike.value = 90;
-    ScriptedPrompts prompts;
+    Faults faults;
     Trapezoid corners{};
-    ASSERT_EQ(convert_exact_sheet_to_trapezoid(body, corners, prompts), 0);
+    ASSERT_EQ(convert_exact_sheet_to_trapezoid(body, corners, faults), 0);
     expect_at(corners[0][0], 150, 0, 0);
     expect_at(corners[0][1], -150, 0, 0);
     expect_at(corners[0][2], -150, -20, 0);
