@@ -25,11 +25,13 @@ endfunction()
 
 # anomalis_check_vector_sources(TARGET): a test that the wide objects of TARGET keep to their own namespaces.
 function(anomalis_check_vector_sources target)
+  anomalis_is_test_of_room(${target})
   foreach(level avx2 avx512)
     if(TARGET ${target}_${level})
       add_test(NAME vector_objects.${target}_${level}
         COMMAND ${CMAKE_COMMAND} -DNM=${CMAKE_NM} -DLEVEL=${level}
           "-DOBJECTS=$<TARGET_OBJECTS:${target}_${level}>" -P ${PROJECT_SOURCE_DIR}/cmake/CheckVectorObjects.cmake)
+      set_tests_properties(vector_objects.${target}_${level} PROPERTIES LABELS ${room})
     endif()
   endforeach()
 endfunction()

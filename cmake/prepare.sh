@@ -23,6 +23,9 @@ test  inkscape            looking into exported metafiles and SVG drawings
 test  python3             reading exported files back
 test  python3-ezdxf       opening exported drawings
 test  python3-pandas      opening exported tables
+test  clang-format        the format of the sources
+test  ccache              compiling once what all clones share
+tidy  clang-tidy          the checks of the sources
 LIST
 }
 
@@ -60,10 +63,4 @@ ensure_packages() {
     "${as_root[@]}" apt-get update -q || echo "The package lists could not be refreshed; trying with the old ones."
     # shellcheck disable=SC2086
     "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive $install
-}
-
-# Where a compiler cache is at hand it serves all clones alike.
-use_compiler_cache() {
-    command -v ccache >/dev/null || return 0
-    export CMAKE_CXX_COMPILER_LAUNCHER=ccache CCACHE_NOHASHDIR=1 CCACHE_BASEDIR="$PWD"
 }

@@ -7,6 +7,7 @@
 #include "batch/batch_session.h"
 #include "batch/commands.h"
 #include "core/numbers.h"
+#include "core/version.h"
 #include "show/page_view.h"
 
 namespace anomalis::batch {
@@ -151,7 +152,7 @@ bool run_command(const std::string& name, const CommandLine& line, BatchSession&
 
 int run_batch(int argc, char** argv, std::ostream& out, std::ostream& err, PictureWriter* pictures) {
     CLI::App app("Magnetic and gravity anomalies along a survey profile, without a window", "anomalis-batch");
-    app.set_version_flag("--version", std::string("anomalis-batch ") + ANOMALIS_VERSION);
+    app.set_version_flag("--version", "anomalis-batch " + std::string(application_version()));
     app.require_subcommand(1);
     CommandLine line;
     add_commands(app, line);

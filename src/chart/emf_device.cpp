@@ -20,13 +20,13 @@
 #include <vector>
 
 #include "chart/ax_grapher.h"
-#include "core/safe_file.h"
+#include "chart/emf_file.h"
 
 namespace anomalis::chart {
 
 namespace {
 
-// Parts of 1/300 inch: curves stay smooth, and the coordinates of all but the widest pages fit
+// Eight times the usual 1/300 inch: curves stay smooth, and the coordinates of all but the widest pages fit
 // into 16 bits.
 constexpr int refinement = 8;
 // Old readers take no longer polyline in one record.
@@ -81,13 +81,6 @@ DWORD pen_style(LineStyle style) {
         default:
             return PS_SOLID;
     }
-}
-
-std::uint32_t u32_at(const std::string& bytes, std::size_t at) {
-    std::uint32_t value = 0;
-    for (std::size_t i = 0; i < 4; ++i)
-        value |= static_cast<std::uint32_t>(static_cast<unsigned char>(bytes[at + i])) << (8 * i);
-    return value;
 }
 
 }  // namespace
@@ -322,25 +315,6 @@ void EmfDevice::text(Point anchor, double angle, std::string_view text, const Fo
                 advances.data());
 }
 
-bool emf_is_whole(const std::string& bytes) {
-    constexpr std::size_t header = 88;
-    if (bytes.size() < header + 20 || bytes.size() % 4 != 0) return false;
-    if (u32_at(bytes, 0) != EMR_HEADER || u32_at(bytes, 40) != ENHMETA_SIGNATURE) return false;
-    if (u32_at(bytes, 48) != bytes.size()) return false;
-    std::size_t at = 0;
-    std::uint32_t records = 0;
-    std::uint32_t kind = 0;
-    while (at < bytes.size()) {
-        if (bytes.size() - at < 8) return false;
-        kind = u32_at(bytes, at);
-        const std::uint32_t length = u32_at(bytes, at + 4);
-        if (length < 8 || length % 4 != 0 || length > bytes.size() - at) return false;
-        at += length;
-        ++records;
-    }
-    return kind == EMR_EOF && records == u32_at(bytes, 52);
-}
-
 std::string emf_bytes(AX_Grapher& chart, const DrawingDevice& measure) {
     EmfDevice device(measure.width(), measure.height(), measure);
     device.begin_page();
@@ -349,12 +323,6 @@ std::string emf_bytes(AX_Grapher& chart, const DrawingDevice& measure) {
         throw std::runtime_error("there is no room for the chart");
     device.end_page();
     return device.bytes();
-}
-
-void write_emf(const std::string& bytes, const std::string& path) {
-    if (!emf_is_whole(bytes)) throw std::runtime_error("the metafile is not whole");
-    write_file_safely(path, bytes);
-    if (read_whole_file(path) != bytes) throw std::runtime_error(path + " does not hold what was written");
 }
 
 }  // namespace anomalis::chart

@@ -9,12 +9,9 @@
 #include "core/paths.h"
 #include "core/prompts.h"
 #include "core/safe_file.h"
+#include "core/version.h"
 
 namespace anomalis {
-
-std::string_view application_version() {
-    return ANOMALIS_VERSION;
-}
 
 std::string present_time_text() {
     static constexpr std::array months{"Jan", "Feb", "Mar", "Apr", "May", "Jun",

@@ -7,9 +7,6 @@ namespace anomalis {
 
 class Prompts;
 
-/// "0.1.0": major, minor and revision of the program.
-std::string_view application_version();
-
 /// The present local time as "05-Mar-2024 17:08", in English whatever the locale.
 std::string present_time_text();
 

@@ -5,10 +5,10 @@
 #include <filesystem>
 
 #include "core/failure.h"
-#include "core/log.h"
 #include "core/paths.h"
 #include "core/session.h"
 #include "core/text.h"
+#include "core/version.h"
 #include "diagnostics/file_facts.h"
 #include "diagnostics/processor_facts.h"
 #include "diagnostics/search_path.h"

@@ -6,6 +6,7 @@
 #include <set>
 #include <unistd.h>
 
+#include "chart/emf_file.h"
 #include "chart_rig.h"
 #include "core/safe_file.h"
 #include "emf_reader.h"

@@ -4,6 +4,7 @@
 #include <set>
 
 #include "chart/emf_device.h"
+#include "chart/emf_file.h"
 #include "chart_rig.h"
 
 namespace anomalis::chart {

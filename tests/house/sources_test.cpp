@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <gtest/gtest.h>
+#include <map>
 #include <regex>
 
 #include "house/source_files.h"
@@ -8,7 +9,8 @@ namespace anomalis::house {
 
 namespace {
 
-constexpr long longest_source = 400;  // lines
+/// Lines that a file below each folder may have.
+const std::map<std::string, long> longest_file{{"src", 350}, {"tests", 400}, {"bench", 400}};
 
 /// The CMakeLists.txt that builds a file: in its folder or the nearest one above.
 fs::path build_list_of(const fs::path& file) {
@@ -82,10 +84,10 @@ TEST(Sources, each_is_listed_in_the_build_of_its_room) {
 }
 
 TEST(Sources, none_is_longer_than_a_reader_bears) {
-    for (const char* folder : {"src", "tests", "bench"})
+    for (const auto& [folder, longest] : longest_file)
         for (const fs::path& file : files_below(folder))
             if (is_code(file)) {
-                EXPECT_LE(static_cast<long>(lines_of(project() / file).size()), longest_source)
+                EXPECT_LE(static_cast<long>(lines_of(project() / file).size()), longest)
                     << file.generic_string();
             }
 }
@@ -95,6 +97,16 @@ TEST(Sources, no_person_stands_in_the_physics) {
     EXPECT_EQ(offenders({"src/forward", "src/filter", "src/vector", "src/chart", "src/show"}, person), "");
     const Ban handed_on{{"rompts"}, std::regex(R"(\bPrompts\b|core/prompts)")};
     EXPECT_EQ(offenders({"src/model"}, handed_on), "");
+}
+
+TEST(Sources, those_that_hold_tests_are_named_so) {
+    const std::regex test(R"((^|\n)(TEST(_[FP])?\(|  private slots:|TYPED_TEST\())");
+    for (const fs::path& file : files_below("tests"))
+        if (is_source(file)) {
+            EXPECT_EQ(file.generic_string().ends_with("_test.cpp"),
+                      std::regex_search(text_of(project() / file), test))
+                << file.generic_string();
+        }
 }
 
 TEST(Sources, nothing_is_left_for_later) {

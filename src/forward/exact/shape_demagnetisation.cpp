@@ -24,7 +24,8 @@ Tensor3 endless_column(const Point3& along, const Point3& edge1, const Point3& e
     const Point3 second = cross(along, first);
     const auto in_plane = [&](const Point3& v) { return std::array{dot(v, first), dot(v, second)}; };
     const auto [xx, xz, zz] = plane_demagnetisation(in_plane(edge1), in_plane(edge2));
-    const auto part = [&](double Point3::*i, double Point3::*j) {
+    // Captured by value: clang 14 captures no structured binding otherwise.
+    const auto part = [&, xx = xx, xz = xz, zz = zz](double Point3::*i, double Point3::*j) {
         return xx * first.*i * first.*j + xz * (first.*i * second.*j + second.*i * first.*j) +
                zz * second.*i * second.*j;
     };

@@ -10,6 +10,7 @@
 
 #include "core/paths.h"
 #include "core/text.h"
+#include "core/version.h"
 #include "edit/change.h"
 #include "window/panels/charts_panel.h"
 #include "window/panels/definitions_page.h"

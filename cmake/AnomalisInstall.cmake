@@ -1,0 +1,30 @@
+# `cmake --install`: the programs, the examples and papers where the programs look for them, and the rooms without a
+# window as the package Anomalis: find_package(Anomalis) gives Anomalis::core, Anomalis::forward and so on.
+include(CMakePackageConfigHelpers)
+
+set(packaged_rooms core vector chart transform intake forward filter model workspace_file inversion edit output
+  diagnostics show flow)
+set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/Anomalis)
+
+install(TARGETS anomalis-batch)
+if(ANOMALIS_WINDOW)
+  install(TARGETS anomalis)
+endif()
+install(DIRECTORY examples/ DESTINATION ${CMAKE_INSTALL_DATADIR}/anomalis/examples
+  FILES_MATCHING PATTERN *.axm PATTERN *.dat PATTERN package EXCLUDE)
+install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR} PATTERN *.py EXCLUDE)
+install(FILES README.md LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR})
+
+install(TARGETS anomalis_usage EXPORT Anomalis)
+set_target_properties(anomalis_usage PROPERTIES EXPORT_NAME usage)
+foreach(room IN LISTS packaged_rooms)
+  set_target_properties(anomalis_${room} PROPERTIES EXPORT_NAME ${room})
+  install(TARGETS anomalis_${room} EXPORT Anomalis ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}/anomalis)
+  install(DIRECTORY src/${room} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/anomalis
+    FILES_MATCHING PATTERN *.h PATTERN qt EXCLUDE)
+endforeach()
+install(EXPORT Anomalis NAMESPACE Anomalis:: DESTINATION ${package_folder} FILE AnomalisTargets.cmake)
+configure_package_config_file(cmake/AnomalisConfig.cmake.in AnomalisConfig.cmake INSTALL_DESTINATION ${package_folder})
+write_basic_package_version_file(AnomalisConfigVersion.cmake COMPATIBILITY SameMinorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/AnomalisConfig.cmake ${PROJECT_BINARY_DIR}/AnomalisConfigVersion.cmake
+  DESTINATION ${package_folder})

@@ -1,0 +1,21 @@
+# cmake -DBUILD=... -DSOURCE=... -DPLACE=... -DFLAGS=... -DCOMPILER=... -P CheckPackage.cmake: installs a build to an
+# empty place, builds the example program there against nothing but the package, and runs it.
+function(run)
+  execute_process(COMMAND ${ARGN} RESULT_VARIABLE failed OUTPUT_VARIABLE output ERROR_VARIABLE output)
+  if(failed)
+    message(FATAL_ERROR "${ARGN}\n${output}")
+  endif()
+endfunction()
+
+file(REMOVE_RECURSE ${PLACE})
+run(${CMAKE_COMMAND} --install ${BUILD} --prefix ${PLACE}/installed)
+foreach(wanted share/anomalis/examples/dyke_swarm.axm share/doc/anomalis/guide.md bin/anomalis-batch)
+  if(NOT EXISTS ${PLACE}/installed/${wanted})
+    message(FATAL_ERROR "${wanted} was not installed")
+  endif()
+endforeach()
+run(${CMAKE_COMMAND} -E env ASAN_OPTIONS=detect_leaks=0 ${PLACE}/installed/bin/anomalis-batch --version)
+run(${CMAKE_COMMAND} -S ${SOURCE} -B ${PLACE}/build -G Ninja -DCMAKE_PREFIX_PATH=${PLACE}/installed
+  -DCMAKE_CXX_COMPILER=${COMPILER} -DCMAKE_CXX_FLAGS=${FLAGS})
+run(${CMAKE_COMMAND} --build ${PLACE}/build)
+run(${PLACE}/build/buried_cube)
