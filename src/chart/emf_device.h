@@ -7,8 +7,6 @@
 
 namespace anomalis::chart {
 
-class AX_Grapher;
-
 /// An enhanced metafile of a surface of the given size. Text is measured by another device, which must
 /// outlive this one, because the metafile library measures none. Coordinates are finer than the documented
 /// window of 1/300 inch by a whole factor, so that curves stay smooth; frame and picture are the same.
@@ -41,11 +39,6 @@ class EmfDevice : public DrawingDevice {
     std::unique_ptr<Context> context_;
 };
 
-/// One chart as the bytes of a metafile. Throws when it cannot be made.
-std::string emf_bytes(AX_Grapher& chart, const DrawingDevice& measure);
 /// True for a metafile that is whole: mark, length and count of records as its header tells, an end record.
 bool emf_is_whole(const std::string& bytes);
-/// Writes a metafile safely and reads it back to check it. Throws; an old file then stays as it was.
-void write_emf(const std::string& bytes, const std::string& path);
-
 }  // namespace anomalis::chart
