@@ -98,7 +98,7 @@ void add_body(const Workspace& workspace, int number, CsvText& csv) {
     csv.number(place.north);
     csv.number(body.top.value);
     csv.number(place.depth_to_top);
-    add_if(body.type == pipe, body.top_elevation, csv);
+    add_if(body.type == pipe && workspace.station_count > 0, body.top_elevation, csv);
     for (const BodyParam* parameter : {&body.width, &body.length, &body.depth_extent, &body.offset,
                                        &body.strike, &body.dip, &body.plunge, &body.slope})
         csv.number(parameter->value);
