@@ -11,11 +11,11 @@
 #include <QGridLayout>
 #include <QWidget>
 
-#include "chart/gallery.h"
 #include "chart/qt/grapher_widget.h"
 #include "chart/qt/picture.h"
 #include "core/failure.h"
 #include "core/safe_file.h"
+#include "gallery.h"
 
 namespace anomalis {
 

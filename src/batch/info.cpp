@@ -25,10 +25,6 @@ std::string line(const std::string& label, const std::string& value) {
     return padded(label, label_width) + value + "\n";
 }
 
-std::string plain(float value) {
-    return std::string(trim_blanks(number_to_text(value)));
-}
-
 std::string columns_text(const DataDefinition& d) {
     std::string text;
     for (const auto& [name, column] : {std::pair{"x", d.x_column},
@@ -49,8 +45,9 @@ std::string definition_text(const Workspace& w) {
     if (d.read_increment != 1) rows += ", one of every " + std::to_string(d.read_increment);
     return line("Workspace", w.model_file) + line("Data file", d.data_file) + line("  read", rows) +
            line("  columns", columns_text(d)) +
-           line("Field", plain(w.field.intensity) + " nT, inclination " + plain(w.field.inclination) +
-                             ", declination " + plain(w.field.declination));
+           line("Field", shortest_text(w.field.intensity) + " nT, inclination " +
+                             shortest_text(w.field.inclination) + ", declination " +
+                             shortest_text(w.field.declination));
 }
 
 std::string filter_text(const Workspace& w) {
@@ -64,7 +61,7 @@ std::string filter_text(const Workspace& w) {
 }
 
 std::string channel_text(float low, float high, float base, const char* unit) {
-    return plain(low) + " to " + plain(high) + " " + unit + ", base " + plain(base);
+    return shortest_text(low) + " to " + shortest_text(high) + " " + unit + ", base " + shortest_text(base);
 }
 
 std::string profile_text(const Workspace& w) {
@@ -73,7 +70,7 @@ std::string profile_text(const Workspace& w) {
     std::string text =
         line("Stations", std::to_string(w.station_count) + " over " + format_number(length, "0.00") + " m, " +
                              format_number(length / w.station_count, "0.000") + " m each");
-    text += line("Ground", plain(w.z_min) + " to " + plain(w.z_max) + " m");
+    text += line("Ground", shortest_text(w.z_min) + " to " + shortest_text(w.z_max) + " m");
     if (w.has_mag()) text += line("Magnetics", channel_text(w.mag.min, w.mag.max, w.mag.base, "nT"));
     if (w.has_grav()) text += line("Gravity", channel_text(w.grav.min, w.grav.max, w.grav.base, "mGal"));
     text += line("Formulas", std::string(formulas_name(w.formulas)));
@@ -107,7 +104,7 @@ Row body_row(int number, const ModelBody& b) {
             : b.vary     ? ""
                          : "fixed"};
     if (row[1].empty()) row[1] = "type " + std::to_string(b.type);
-    for (const auto& [code, caption] : parameter_columns) row.push_back(plain(body_param(b, code).value));
+    for (const auto& [code, caption] : parameter_columns) row.push_back(shortest_text(body_param(b, code).value));
     row.push_back(single_line(b.name));
     return row;
 }

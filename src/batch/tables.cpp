@@ -1,8 +1,5 @@
 #include "output/tables.h"
 
-#include <array>
-#include <utility>
-
 #include "batch/batch_session.h"
 #include "batch/commands.h"
 #include "output/clean_tables.h"
@@ -20,25 +17,20 @@ bool run_export(const ExportOptions& options, BatchSession& batch) {
     if (state == OpenState::unread) return false;
     Workspace& workspace = batch.session.workspace;
     bool done = true;
-    const auto write = [&](const std::string& path, int (*writer)(const std::string&, Workspace&, Prompts&)) {
-        if (!path.empty() && writer(path, workspace, batch.prompts) != 0) done = false;
+    const auto write = [&](const std::string& path, bool possible, auto* writer) {
+        if (path.empty()) return;
+        if (!possible || writer(path, workspace, batch.prompts) != 0) done = false;
     };
-    // Bodies can be drawn without a line, where the file says that they stand.
-    write(options.body_dxf, output::write_body_dxf);
-    write(options.plan_dxf, [](const std::string& path, Workspace& w, Prompts& prompts) {
-        return output::write_plan_dxf(path, w, prompts);
-    });
-    const std::array tables{
-        std::pair{&options.profile_table, &output::write_profile_table},
-        std::pair{&options.model_table, &output::write_model_table},
-        std::pair{&options.mesh, &output::write_mesh_header},
-        std::pair{&options.clean_profile, &output::write_clean_profile_table},
-        std::pair{&options.clean_model, &output::write_clean_model_table},
-    };
-    for (const auto& [path, writer] : tables) {
-        if (path->empty()) continue;
-        if (state != OpenState::ready || writer(*path, workspace, batch.prompts) != 0) done = false;
-    }
+    // Bodies can be drawn and listed without a line, where the file says that they stand.
+    write(options.body_dxf, true, &output::write_body_dxf);
+    write(options.plan_dxf, true, &output::write_plan_dxf);
+    const bool ready = state == OpenState::ready;
+    const bool listed = ready || state == OpenState::no_data;
+    write(options.profile_table, ready, &output::write_profile_table);
+    write(options.model_table, listed, &output::write_model_table);
+    write(options.mesh, ready, &output::write_mesh_header);
+    write(options.clean_profile, ready, &output::write_clean_profile_table);
+    write(options.clean_model, listed, &output::write_clean_model_table);
     return done;
 }
 

@@ -15,12 +15,13 @@
 #include <map>
 #include <numbers>
 #include <stdexcept>
+#include <string>
 #include <tuple>
 #include <utility>
 #include <vector>
 
-#include "chart/ax_grapher.h"
 #include "chart/emf_file.h"
+#include "core/utf8.h"
 
 namespace anomalis::chart {
 
@@ -43,27 +44,18 @@ struct WideText {
 };
 
 WideText utf16(std::string_view text) {
+    constexpr char32_t replacement = 0xFFFD;
     WideText out;
-    const auto put = [&](std::uint32_t unit, std::size_t end) {
-        out.units.push_back(static_cast<WCHAR>(unit));
-        out.ends.push_back(end);
-    };
+    std::u16string units;
     for (std::size_t i = 0; i < text.size();) {
-        const auto lead = static_cast<unsigned char>(text[i]);
-        const std::size_t length = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
-        std::uint32_t code = length == 1 ? lead : lead & (0x7FU >> length);
-        bool valid = lead < 0x80 || (lead >= 0xC2 && lead < 0xF5);
-        for (std::size_t k = 1; k < length && valid; ++k) {
-            valid = i + k < text.size() && (static_cast<unsigned char>(text[i + k]) & 0xC0) == 0x80;
-            if (valid) code = (code << 6) | (static_cast<unsigned char>(text[i + k]) & 0x3FU);
+        const Utf8Character found = first_character(text.substr(i));
+        i += std::max<std::size_t>(found.length, 1);
+        units.clear();
+        append_utf16(units, found.length > 0 ? found.code : replacement);
+        for (const char16_t unit : units) {
+            out.units.push_back(static_cast<WCHAR>(unit));
+            out.ends.push_back(i);
         }
-        if (!valid) code = 0xFFFD;
-        i += valid ? length : 1;
-        if (code >= 0x10000) {
-            put(0xD800 + ((code - 0x10000) >> 10), i);
-            code = 0xDC00 + ((code - 0x10000) & 0x3FF);
-        }
-        put(code, i);
     }
     return out;
 }
@@ -313,16 +305,6 @@ void EmfDevice::text(Point anchor, double angle, std::string_view text, const Fo
     const std::vector<INT> advances = c.advances(text, words.ends, font);
     ExtTextOutW(c.dc, at.x, at.y, 0, nullptr, words.units.data(), static_cast<UINT>(words.units.size()),
                 advances.data());
-}
-
-std::string emf_bytes(AX_Grapher& chart, const DrawingDevice& measure) {
-    EmfDevice device(measure.width(), measure.height(), measure);
-    device.begin_page();
-    const SurfaceSize size{measure.width(), measure.height()};
-    if (chart.DrawTo(device, OutputTarget::metafile, device.whole(), size) != 0)
-        throw std::runtime_error("there is no room for the chart");
-    device.end_page();
-    return device.bytes();
 }
 
 }  // namespace anomalis::chart

@@ -7,8 +7,6 @@
 
 namespace anomalis::chart {
 
-class AX_Grapher;
-
 /// An enhanced metafile of a surface of the given size. Text is measured by another device, which must
 /// outlive this one, because the metafile library measures none. Coordinates are finer than the
 /// usual 1/300 inch by a whole factor, so that curves stay smooth; frame and picture are the same.
@@ -40,8 +38,5 @@ class EmfDevice : public DrawingDevice {
     struct Context;
     std::unique_ptr<Context> context_;
 };
-
-/// One chart as the bytes of a metafile. Throws when it cannot be made.
-std::string emf_bytes(AX_Grapher& chart, const DrawingDevice& measure);
 
 }  // namespace anomalis::chart

@@ -27,9 +27,4 @@ class PropertyBag {
     virtual void property_changed(std::string_view /*key*/) {}
 };
 
-/// A value as a line of text, for stores that hold texts, and back. Fonts are "name;size;bold;italic".
-std::string property_to_text(const PropertyValue& value);
-/// The text read as the type of `fallback`, or `fallback` when it does not fit.
-PropertyValue property_from_text(std::string_view text, const PropertyValue& fallback);
-
 }  // namespace anomalis::chart

@@ -32,13 +32,6 @@ SurfaceMapping screen_mapping(double surface_height, double output_scale, double
     return mapping;
 }
 
-SurfaceMapping mapping_at(const SurfaceMapping& page, Point lower_left) {
-    SurfaceMapping mapping = page;
-    mapping.device_offset_x += page.device_scale * lower_left.x;
-    mapping.device_offset_y -= page.device_scale * lower_left.y;
-    return mapping;
-}
-
 SurfaceMapping print_mapping(double surface_width, double surface_height, double printable_width,
                              double printable_height, double dots_per_inch) {
     const double fit = std::min((printable_width - 2.0 * sheet_margin) / surface_width,

@@ -32,10 +32,6 @@ struct SurfaceMapping {
 SurfaceMapping screen_mapping(double surface_height, double output_scale = 1.0,
                               double units_per_pixel = units_per_screen_pixel);
 
-/// The mapping of a chart whose lower left corner stands at a place of a larger surface, by the mapping of
-/// that surface: for several charts on one page.
-SurfaceMapping mapping_at(const SurfaceMapping& page, Point lower_left);
-
 /// The mapping onto a sheet: the largest scale that fits, 100 units in from the left and top printable edge.
 /// `printable_width`, `printable_height` in surface units; `dots_per_inch` of the printer, device units are
 /// its dots. Pens are widened by printer dots over screen dots, at least 2.

@@ -5,7 +5,6 @@
 #include <cmath>
 #include <limits>
 
-#include "core/decimal_scan.h"
 #include "core/failure.h"
 
 namespace anomalis {
@@ -72,6 +71,17 @@ std::string default_text(Real value, int significant, Real fixed_limit) {
     return (decimal.negative ? "-" : " ") + (fixed ? fixed_text(decimal) : exponent_text(decimal));
 }
 
+std::string without_sign_blank(std::string text) {
+    if (text.front() == ' ') text.erase(0, 1);
+    return text;
+}
+
+template <class Real>
+std::string round_trip(Real value) {
+    char buffer[64];
+    return {buffer, std::to_chars(buffer, buffer + sizeof buffer, value).ptr};
+}
+
 /// Adds one unit in the last place of a digit text; a carry lengthens it in front.
 bool increment(std::string& digits) {
     for (auto i = digits.size(); i-- > 0;) {
@@ -116,70 +126,6 @@ std::string formatted(Real value, std::string_view pattern, int significant) {
     return pattern_text(to_decimal(value, significant), pattern);
 }
 
-bool is_blank(char c) {
-    return c == ' ' || c == '\t';
-}
-
-/// The length of the number that starts the text: sign, digits with one point, exponent; 0 if none.
-std::size_t number_length(std::string_view text) {
-    std::size_t i = 0;
-    if (i < text.size() && (text[i] == '+' || text[i] == '-')) ++i;
-    std::size_t digits = 0;
-    bool point = false;
-    for (; i < text.size(); ++i) {
-        if (is_decimal_digit(text[i])) {
-            ++digits;
-        } else if (text[i] == '.' && !point) {
-            point = true;
-        } else {
-            break;
-        }
-    }
-    if (digits == 0) return 0;
-    if (i < text.size() && (text[i] == 'e' || text[i] == 'E')) {
-        std::size_t j = i + 1;
-        if (j < text.size() && (text[j] == '+' || text[j] == '-')) ++j;
-        if (j < text.size() && is_decimal_digit(text[j])) {
-            while (j < text.size() && is_decimal_digit(text[j])) ++j;
-            i = j;
-        }
-    }
-    return i;
-}
-
-/// Whether a number that does not fit a double is too small, not too large: its first digit above 0 stands
-/// behind the point once the exponent has moved it.
-bool too_small(std::string_view number) {
-    const auto mark = std::min(number.find_first_of("eE"), number.size());
-    const std::string_view digits = number.substr(0, mark);
-    const auto point = std::min(digits.find('.'), digits.size());
-    const auto first = digits.find_first_of("123456789");
-    std::string_view exponent = number.substr(std::min(mark + 1, number.size()));
-    if (!exponent.empty() && exponent.front() == '+') exponent.remove_prefix(1);
-    long long shift = 0;
-    const auto error = std::from_chars(exponent.data(), exponent.data() + exponent.size(), shift).ec;
-    if (error == std::errc::result_out_of_range) return exponent.front() == '-';
-    return static_cast<double>(point) - static_cast<double>(first) + static_cast<double>(shift) <= 0;
-}
-
-/// The whole text as a number without a plus sign in front. The system's conversion takes "inf" and "nan"
-/// too, so what follows the sign must be a digit or the point.
-bool convert(std::string_view number, double& value) {
-    const std::size_t first = !number.empty() && number.front() == '-' ? 1 : 0;
-    if (first == number.size() || !(is_decimal_digit(number[first]) || number[first] == '.')) return false;
-    const auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), value);
-    if (end != number.data() + number.size()) return false;
-    if (error == std::errc()) return true;
-    // An underflow is a number, an overflow is none.
-    value = 0;
-    return error == std::errc::result_out_of_range && too_small(number);
-}
-
-std::string_view without_plus(std::string_view number) {
-    if (number.size() > 1 && number[0] == '+' && number[1] != '-') number.remove_prefix(1);
-    return number;
-}
-
 }  // namespace
 
 std::string number_to_text(float value) {
@@ -192,6 +138,26 @@ std::string number_to_text(double value) {
 
 std::string number_to_text(std::int32_t value) {
     return (value < 0 ? "" : " ") + std::to_string(value);
+}
+
+std::string shortest_text(float value) {
+    return without_sign_blank(number_to_text(value));
+}
+
+std::string shortest_text(double value) {
+    return without_sign_blank(number_to_text(value));
+}
+
+std::string shortest_text(std::int32_t value) {
+    return std::to_string(value);
+}
+
+std::string round_trip_text(float value) {
+    return round_trip(value);
+}
+
+std::string round_trip_text(double value) {
+    return round_trip(value);
 }
 
 std::string format_number(float value, std::string_view pattern) {
@@ -226,32 +192,6 @@ void append_hundredths(std::string& text, double value) {
     *at++ = static_cast<char>('0' + hundredths / 10 % 10);
     *at++ = static_cast<char>('0' + hundredths % 10);
     text.append(buffer, at);
-}
-
-bool parse_number(std::string_view text, double& value) {
-    while (!text.empty() && is_blank(text.front())) text.remove_prefix(1);
-    while (!text.empty() && is_blank(text.back())) text.remove_suffix(1);
-    const char* const end = text.data() + text.size();
-    return (!text.empty() && scan_decimal(text.data(), end, value) == end) ||
-           convert(without_plus(text), value);
-}
-
-bool is_numeric(std::string_view text) {
-    double value = 0;
-    return parse_number(text, value);
-}
-
-double prefix_number(std::string_view text) {
-    std::string packed;
-    for (const char c : text) {
-        if (is_blank(c)) continue;
-        if (!is_decimal_digit(c) && std::string_view("+-.eE").find(c) == std::string_view::npos) break;
-        packed += c;
-    }
-    const std::string_view number(packed.data(), number_length(packed));
-    double value = 0;
-    if (!number.empty() && !convert(without_plus(number), value)) throw Fault(FaultKind::overflow);
-    return value;
 }
 
 std::int32_t round_to_even(double value) {

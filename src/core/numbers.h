@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -12,6 +13,16 @@ namespace anomalis {
 std::string number_to_text(float value);
 std::string number_to_text(double value);
 std::string number_to_text(std::int32_t value);
+
+/// The same without the blank in front.
+std::string shortest_text(float value);
+std::string shortest_text(double value);
+std::string shortest_text(std::int32_t value);
+
+/// The fewest digits that read back as the very same number, in the C++ form ("1e+22"); for tables that other
+/// programs reckon with.
+std::string round_trip_text(float value);
+std::string round_trip_text(double value);
 
 /// Fixed digits by a pattern such as "0", "0.00" or "0.##" (an optional digit for each #).
 /// Halves go away from zero on the decimal value (a single by its 7 digits, a double by its 15); no "-0.00".
@@ -28,6 +39,9 @@ bool is_numeric(std::string_view text);
 /// The same test with the number, found in one scan. A number too small for a double is 0. A text that is not
 /// numeric gives false, and `value` is then of no use.
 bool parse_number(std::string_view text, double& value);
+
+/// The same for a number that is kept as a single; nothing when the text is not numeric or does not fit.
+std::optional<float> parse_single(std::string_view text);
 
 /// The longest leading number, 0 if there is none. Blanks before and inside it are skipped. Raises Fault
 /// overflow when the number is too large for a double.

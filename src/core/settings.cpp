@@ -108,13 +108,6 @@ int Settings::set(std::string_view section, std::string_view key, std::string_vi
     return save_setting(location_, settings_root, section, key, value);
 }
 
-std::vector<std::string> Settings::keys(std::string_view section) const {
-    std::vector<std::string> names;
-    if (const auto* values = find_section(location_, settings_root, section))
-        for (const auto& [key, value] : *values) names.push_back(key);
-    return names;
-}
-
 std::string default_settings_path() {
     const std::string folder = user_config_folder();
     return folder.empty() ? "" : folder + "brightfold/anomalis.conf";

@@ -4,7 +4,6 @@
 #include <map>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace anomalis {
 
@@ -55,8 +54,6 @@ class Settings {
     std::string get(std::string_view section, std::string_view key,
                     std::string_view fallback = no_setting) const;
     int set(std::string_view section, std::string_view key, std::string_view value);
-    /// The keys that `get` finds in a section, in the order of their bytes.
-    std::vector<std::string> keys(std::string_view section) const;
 
     const std::string& path() const { return path_; }
 

@@ -53,10 +53,33 @@ void describe_program(const SystemInfo& system, const EnvironmentFacts& facts, R
     report.line("Temporary: " + system.temp_folder);
 }
 
+/// A line for each folder of the search path in which the file was found.
+void describe_folders(const std::vector<std::string>& found, Report& report) {
+    for (const std::string& path : found)
+        report.line("PATH folder: " + single_line(folder_name(path)) + " contains " +
+                    single_line(file_name(path)));
+}
+
+/// Its name, its full path, then the folders of the search path that hold a file of this name.
+void describe_supporting_file(const std::string& path, const std::vector<std::string>& found,
+                              Report& report) {
+    const std::string name = single_line(file_name(path));
+    const bool in_place = !file_exists(path).empty();
+    if (!in_place && found.empty()) {
+        report.line(name + " was not found in the PATH");
+        return;
+    }
+    report.line(name);
+    report.line(file_line(in_place ? path : found.front()));
+    describe_folders(found, report);
+}
+
 void describe_files(const EnvironmentFacts& facts, Report& report) {
     report.section("Supporting files");
     if (facts.supporting_files.empty()) report.line("none found beside the program");
-    for (const std::string& path : facts.supporting_files) report.line(file_line(path));
+    const auto folders = build_path_list(system_search_path(), user_search_path());
+    for (const std::string& path : facts.supporting_files)
+        describe_supporting_file(path, find_in_folders(file_name(path), folders), report);
     report.section("Shared libraries");
     for (const std::string& path : loaded_libraries()) report.line(file_line(path) + " DLL is loaded");
 }
@@ -80,9 +103,8 @@ void describe_found(const std::string& name, const std::vector<std::string>& pat
     report.section("System PATH folders containing " + single_line(name));
     if (paths.empty()) report.line(single_line(name) + " was not found in the PATH");
     for (const std::string& path : paths) {
-        report.line("PATH folder: " + single_line(folder_name(path)) + " contains " +
-                    single_line(file_name(path)));
         report.line(file_line(path) + (is_loaded(path) ? " DLL is loaded" : ""));
+        describe_folders({path}, report);
     }
 }
 

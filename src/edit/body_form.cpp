@@ -174,8 +174,7 @@ std::string pipe_box_text(const Workbench& workbench, PipeBox box) {
     const ModelBody* body = current_body(workbench);
     if (!body) return {};
     const auto size = size_of(box);
-    const std::string text = size ? number_to_text(body->*size) : number_to_text(body->*count_of(box));
-    return std::string(trim_blanks(text));
+    return size ? shortest_text(body->*size) : shortest_text(body->*count_of(box));
 }
 
 }  // namespace anomalis::edit

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 #include <optional>
 
 #include "core/body_parameters.h"
@@ -27,21 +26,8 @@ bool is_set(float limit) {
     return limit > unset;
 }
 
-std::string shortest(float value) {
-    const std::string text = number_to_text(value);
-    return std::string(trim_blanks(text));
-}
-
 std::string limit_text(float limit) {
-    return is_set(limit) ? shortest(limit) : std::string();
-}
-
-/// A number that a single holds.
-std::optional<float> single(std::string_view text) {
-    double value = 0;
-    if (!parse_number(text, value)) return {};
-    if (!(std::abs(value) <= static_cast<double>(std::numeric_limits<float>::max()))) return {};
-    return static_cast<float>(value);
+    return is_set(limit) ? shortest_text(limit) : std::string();
 }
 
 std::string value_text(const ModelBody& body, int row) {
@@ -80,7 +66,7 @@ void tell(Workbench& workbench, int row, std::string_view what) {
 }
 
 GridChange enter_value(Workbench& workbench, const ModelBody& body, int row, std::string_view text) {
-    const auto typed = single(text);
+    const auto typed = parse_single(text);
     if (!typed || !value_range(body.type, row).holds(*typed)) return GridChange::refused;
     const float stored = body_param(body, row).value;
     const double difference = std::abs(static_cast<double>(*typed) - static_cast<double>(stored));
@@ -91,7 +77,7 @@ GridChange enter_value(Workbench& workbench, const ModelBody& body, int row, std
 }
 
 GridChange enter_limit(Workbench& workbench, BodyParam& param, int row, int column, std::string_view text) {
-    auto typed = trim_blanks(text).empty() ? unset : single(text);
+    auto typed = trim_blanks(text).empty() ? unset : parse_single(text);
     if (!typed) return GridChange::refused;
     if (!is_set(*typed)) typed = unset;
     float& limit = column == grid_min ? param.min : param.max;
@@ -171,7 +157,7 @@ bool grid_editable(const Workbench& workbench, int row, int column) {
 std::string grid_edit_text(const Workbench& workbench, int row, int column) {
     if (!grid_editable(workbench, row, column)) return {};
     const BodyParam& param = body_param(*current_body(workbench), row);
-    if (column == grid_value) return shortest(param.value);
+    if (column == grid_value) return shortest_text(param.value);
     return limit_text(column == grid_min ? param.min : param.max);
 }
 

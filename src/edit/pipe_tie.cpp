@@ -43,11 +43,9 @@ void toggle_pipe_tie(Workbench& workbench) {
     const std::string offered = display.tie_factor > 0 ? format_number(display.tie_factor, "0.00") : "2";
     const auto text = session.prompts.input_box("Pipe Model Decay Rate",
                                                 "Enter the decay rate that you would like to use", offered);
-    double rate = 0;
-    if (!text || !parse_number(*text, rate) || std::abs(rate) > largest_single) return;
-    const auto stored = static_cast<float>(rate);
-    if (stored == 0) return;
-    display.tie_factor = stored;
+    const auto rate = text ? parse_single(*text) : std::nullopt;
+    if (!rate || *rate == 0) return;
+    display.tie_factor = *rate;
     display.tie_pipe_depth_susc = true;
     note_change(workbench, {"pipe tie", "", false});
 }

@@ -17,25 +17,13 @@ namespace {
 constexpr int last_smoothing = 4;
 constexpr float default_body_length = 500;
 
-std::string shortest(float value) {
-    const std::string text = number_to_text(value);
-    return std::string(trim_blanks(text));
-}
-
-/// A number that fits a single.
-std::optional<float> single(std::string_view text) {
-    if (!is_numeric(text)) return {};
-    const auto value = static_cast<float>(prefix_number(text));
-    return std::isfinite(value) ? std::optional(value) : std::nullopt;
-}
-
 SettingsChange mark_changed(Workbench& workbench, const char* what) {
     note_change(workbench, {what, "", false});
     return SettingsChange::stored;
 }
 
 SettingsChange change_field(Workbench& workbench, float& field, std::string_view text, bool above_zero) {
-    const auto value = single(text);
+    const auto value = parse_single(text);
     if (!value || (above_zero && !(*value > 0))) return SettingsChange::refused;
     if (*value == field) return SettingsChange::unchanged;
     field = *value;
@@ -57,7 +45,7 @@ SettingsChange change_filter(Workbench& workbench, std::int32_t& field, std::str
 
 SettingsChange change_elevation(Workbench& workbench, float& field, std::string_view text,
                                 bool allow_negative) {
-    const auto value = single(text);
+    const auto value = parse_single(text);
     if (!value || (*value < 0 && !allow_negative)) return SettingsChange::refused;
     if (*value == field) return SettingsChange::unchanged;
     field = *value;
@@ -66,7 +54,7 @@ SettingsChange change_elevation(Workbench& workbench, float& field, std::string_
 
 SettingsChange change_drawing(Workbench& workbench, float& field, std::string_view text,
                               float default_value) {
-    const auto value = trim_blanks(text).empty() ? default_value : single(text);
+    const auto value = trim_blanks(text).empty() ? default_value : parse_single(text);
     if (!value || *value < 0) return SettingsChange::refused;
     if (*value == field) return SettingsChange::unchanged;
     field = *value;
@@ -82,7 +70,7 @@ SettingsChange change_base(Workbench& workbench, int channel, std::string_view t
     Workspace& workspace = workbench.session.workspace;
     const bool grav = channel == channel_grav;
     float& base = grav ? workspace.grav.base : workspace.mag.base;
-    const auto typed = trim_blanks(text).empty() ? unset : single(text);
+    const auto typed = trim_blanks(text).empty() ? unset : parse_single(text);
     if (!typed) return SettingsChange::refused;
 
     const bool takes_mean = *typed == unset;
@@ -155,13 +143,13 @@ std::string settings_box_text(const Workspace& w, SettingsBox box) {
         case SettingsBox::vg_filter_step:
             return format_number(w.processing.vg_filter_step, "0");
         case SettingsBox::mag_base:
-            return w.mag.base == unset ? "" : shortest(w.mag.base);
+            return w.mag.base == unset ? "" : shortest_text(w.mag.base);
         case SettingsBox::grav_base:
-            return w.grav.base == unset ? "" : shortest(w.grav.base);
+            return w.grav.base == unset ? "" : shortest_text(w.grav.base);
         case SettingsBox::surface_elevation:
-            return shortest(w.surface_elevation);
+            return shortest_text(w.surface_elevation);
         case SettingsBox::sensor_offset:
-            return shortest(w.sensor_offset);
+            return shortest_text(w.sensor_offset);
         case SettingsBox::profile_grid_spacing:
             return format_number(w.drawing.profile_grid_spacing, "0.##");
         case SettingsBox::depth_grid_spacing:

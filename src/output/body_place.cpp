@@ -13,9 +13,8 @@ BodyPlace body_place(const ModelBody& body) {
     const double cosine = std::cos(strike);
     const double half_width = body.width.value / 2.0;
     const double along = body.offset.value;
-    // Of a pipe, half its end width; the tables go with a save, which makes the end width the width.
     return {body.east + cosine * half_width + sine * along, body.north - sine * half_width + cosine * along,
-            body.type == pipe ? half_width : 0.0};
+            body.type == pipe ? body.end_width_a / 2.0 : 0.0};
 }
 
 }  // namespace anomalis::output

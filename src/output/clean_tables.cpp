@@ -95,7 +95,7 @@ void add_body(const Workspace& workspace, int number, CsvText& csv) {
     csv.number(place.north);
     csv.number(body.top.value);
     csv.number(place.depth_to_top);
-    add_if(body.type == pipe, body.top_elevation, csv);
+    add_if(body.type == pipe && workspace.station_count > 0, body.top_elevation, csv);
     for (const ParamCode code : shape_columns) csv.number(body_param(body, code).value);
     // A wire keeps its current where other bodies keep the susceptibility.
     add_if(workspace.has_mag() && !carries_current(body.type), body.susc.value, csv);

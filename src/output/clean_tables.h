@@ -14,7 +14,7 @@ namespace anomalis::output {
 /// One row a station. The rows of the workspace must be up to date.
 std::string clean_profile_table_text(const Workspace& workspace);
 
-/// One row a body.
+/// One row a body. The depth below ground of a pipe is empty while no line is loaded.
 std::string clean_model_table_text(const Workspace& workspace);
 
 /// The same as files; the old file survives a failure. Return 0, or -1 after a failure, which was shown.

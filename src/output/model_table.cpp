@@ -10,26 +10,22 @@ namespace anomalis::output {
 
 namespace {
 
-/// The shortest form: without the blank that stands before a value that is not negative.
-std::string as_text(float value) {
-    return std::string(trim_blanks(number_to_text(value)));
-}
-
 std::string position_fields(const ModelBody& body) {
     const BodyPlace place = body_place(body);
     return format_number(place.east, "0.000") + "," + format_number(place.north, "0.000") + "," +
            format_number(place.depth_to_top, "0.000") + "," + format_number(body.width.value, "0.000") + "," +
-           as_text(body.strike.value) + "," + as_text(body.dip.value);
+           shortest_text(body.strike.value) + "," + shortest_text(body.dip.value);
 }
 
 /// Each step puts its commas where the readers of this table expect them, in front and between.
 std::string body_line(const Workspace& workspace, const ModelBody& body) {
     std::string text = position_fields(body);
-    text = "," + text + (workspace.has_mag() ? as_text(body.susc.value) : "*");
-    text = "," + text + (workspace.has_grav() ? as_text(body.density.value) + "," : "*");
-    text = "," + text + "," + as_text(body.plunge.value) + "," + as_text(body.slope.value) + "," +
-           as_text(body.depth_extent.value) + "," + as_text(body.length.value);
-    text += body.type == pipe ? "," + format_number(body.top_elevation, "0.000") : ", *";
+    text = "," + text + (workspace.has_mag() ? shortest_text(body.susc.value) : "*");
+    text = "," + text + (workspace.has_grav() ? shortest_text(body.density.value) + "," : "*");
+    text = "," + text + "," + shortest_text(body.plunge.value) + "," + shortest_text(body.slope.value) + "," +
+           shortest_text(body.depth_extent.value) + "," + shortest_text(body.length.value);
+    const bool buried = body.type == pipe && workspace.station_count > 0;
+    text += buried ? "," + format_number(body.top_elevation, "0.000") : ", *";
     return text + "," + std::string(trim_blanks(single_line(body.name)));
 }
 

@@ -1,12 +1,15 @@
 #include "show/data_head.h"
 
 #include <algorithm>
+#include <array>
 #include <string_view>
 
-#include "core/numbers.h"
 #include "core/text.h"
+#include "core/utf8.h"
 #include "core/workspace.h"
 #include "intake/definition.h"
+#include "intake/record_columns.h"
+#include "intake/record_lines.h"
 
 namespace anomalis::show {
 
@@ -16,6 +19,11 @@ constexpr std::size_t longest_shown = 2000;  // characters a line
 constexpr std::size_t most_columns = 200;
 constexpr std::size_t tab_stop = 8;
 constexpr std::size_t column_gap = 2;
+
+/// As the reader numbers them.
+constexpr std::array<HeadQuantity, intake::quantity_count> head_quantities{
+    HeadQuantity::x,   HeadQuantity::y,   HeadQuantity::sensor,
+    HeadQuantity::dtm, HeadQuantity::mag, HeadQuantity::grav};
 
 /// A field of a line as it stands in the file: with its quotes and its separator.
 struct Field {
@@ -39,31 +47,21 @@ std::vector<Field> fields_of(std::string_view line) {
     return fields;
 }
 
-/// Bytes as characters: UTF-8 of up to three bytes where it is valid, Latin-1 otherwise, no controls.
-/// `places[i]` is where byte i went.
+/// Bytes as characters: UTF-8 where it is valid, Latin-1 otherwise, no controls. `places[i]` is where byte i
+/// went.
 std::u16string shown_text(std::string_view bytes, std::vector<std::size_t>& places) {
-    const auto byte = [&](std::size_t i) {
-        return i < bytes.size() ? static_cast<unsigned char>(bytes[i]) : 0U;
-    };
-    const auto follows = [&](std::size_t i) { return (byte(i) & 0xC0U) == 0x80U; };
+    constexpr char32_t byte_order_mark = 0xFEFF;
     std::u16string text;
     places.assign(bytes.size() + 1, 0);
     for (std::size_t i = 0; i < bytes.size();) {
-        const unsigned c = byte(i);
-        std::size_t used = 1;
+        const auto byte = static_cast<unsigned char>(bytes[i]);
+        const Utf8Character found = first_character(bytes.substr(i));
+        const std::size_t used = std::max<std::size_t>(found.length, 1);
         const std::size_t place = text.size();
-        if (c == '\t') {
+        if (byte == '\t') {
             text.append(tab_stop - text.size() % tab_stop, u' ');
-        } else if (c >= 0xC2 && c < 0xE0 && follows(i + 1)) {
-            text += static_cast<char16_t>((c & 0x1FU) << 6 | (byte(i + 1) & 0x3FU));
-            used = 2;
-        } else if (c >= 0xE0 && c < 0xF0 && follows(i + 1) && follows(i + 2)) {
-            const unsigned code = (c & 0x0FU) << 12 | (byte(i + 1) & 0x3FU) << 6 | (byte(i + 2) & 0x3FU);
-            if (code != 0xFEFF)
-                text += static_cast<char16_t>(code >= 0xD800 && code < 0xE000 ? 0xFFFD : code);
-            used = 3;
-        } else if (c >= 0x20 && c != 0x7F) {
-            text += static_cast<char16_t>(c);
+        } else if (byte >= 0x20 && byte != 0x7F && found.code != byte_order_mark) {
+            append_utf16(text, found.length > 0 ? found.code : byte);
         }
         for (std::size_t k = 0; k < used; ++k) places[i + k] = place;
         i += used;
@@ -83,59 +81,43 @@ struct Draft {
     bool is_data() const { return kind == HeadLineKind::record || kind == HeadLineKind::dropped; }
 };
 
-bool is_comment(std::string_view line) {
-    while (!line.empty() && (line.front() == ' ' || line.front() == '\t')) line.remove_prefix(1);
-    return !line.empty() && (line.front() == '!' || line.front() == '\\');
-}
-
-std::vector<HeadQuantity> quantities_of(const DataDefinition& d, int column) {
+std::vector<HeadQuantity> quantities_of(const DataDefinition& definition, int column) {
     std::vector<HeadQuantity> found;
-    if (column == d.x_column)
-        found.push_back(HeadQuantity::x);
-    else if (column == d.y_column)
-        found.push_back(HeadQuantity::y);
-    else if (column == d.z_column)
-        found.push_back(HeadQuantity::sensor);
-    if (column == d.dtm_column) found.push_back(HeadQuantity::dtm);
-    if (column == d.mag_column) found.push_back(HeadQuantity::mag);
-    if (column == d.grav_column) found.push_back(HeadQuantity::grav);
+    const unsigned quantities = intake::quantities_of_column(definition, column);
+    for (std::size_t i = 0; i < intake::quantity_count; ++i)
+        if ((quantities >> i & 1U) != 0) found.push_back(head_quantities[i]);
     return found;
 }
 
-bool all_numbers(const DataDefinition& definition, const std::vector<Field>& fields) {
-    for (std::size_t i = 0; i < fields.size(); ++i)
-        if (!quantities_of(definition, static_cast<int>(i) + 1).empty() && !is_numeric(fields[i].token))
-            return false;
-    return true;
-}
-
-/// Follows the lines as the reader does: groups of `read_increment` lines that are no comments, of which the
-/// last one that is not blank is the record.
+/// Says of each line what the reader makes of it.
 class LineSorter {
   public:
-    explicit LineSorter(const DataDefinition& definition) : definition_(definition) {}
+    explicit LineSorter(const DataDefinition& definition)
+        : first_data_line_(definition.first_data_line), lines_(definition), columns_(definition) {}
 
-    HeadLineKind sort(int number, const Draft& line) {
-        if (is_comment(line.bytes)) {
-            if (number >= definition_.first_data_line) ++lines_read_;
-            return HeadLineKind::comment;
+    HeadLineKind sort(int number, std::string_view line) {
+        const std::string_view text = intake::record_text(line);
+        const bool read = number >= first_data_line_ && !lines_.ended();
+        if (!read && intake::is_comment(text)) return HeadLineKind::comment;
+        if (!read) return lines_.ended() ? HeadLineKind::beyond : HeadLineKind::skipped;
+        switch (lines_.take(text)) {
+            case intake::LineUse::comment:
+                return HeadLineKind::comment;
+            case intake::LineUse::passed_over:
+                return HeadLineKind::stepped_over;
+            case intake::LineUse::record:
+                break;
         }
-        if (number < definition_.first_data_line) return HeadLineKind::skipped;
-        if (ended_) return HeadLineKind::beyond;
-        ++lines_read_;
-        ++step_;
-        if (line.fields.empty() || step_ < definition_.read_increment) return HeadLineKind::stepped_over;
-        step_ = 0;
-        if (!all_numbers(definition_, line.fields)) return HeadLineKind::dropped;
-        ended_ = definition_.last_data_line != 0 && lines_read_ >= definition_.last_data_line;
+        intake::RecordValues values{};
+        if (!columns_.read(text, values)) return HeadLineKind::dropped;
+        lines_.accept_record();
         return HeadLineKind::record;
     }
 
   private:
-    const DataDefinition& definition_;
-    int lines_read_ = 0;
-    int step_ = 0;
-    bool ended_ = false;
+    int first_data_line_;
+    intake::RecordLines lines_;
+    intake::RecordColumns columns_;
 };
 
 /// Where each column stands when lines are shown as they are; empty when columns overlap.
@@ -231,7 +213,7 @@ DataHead lay_out_data_head(const DataDefinition& definition, const intake::FileH
         draft.bytes = std::string_view(whole).substr(0, longest_shown);
         draft.fields = fields_of(draft.bytes);
         draft.text = shown_text(draft.bytes, draft.places);
-        draft.kind = sorter.sort(++number, draft);
+        draft.kind = sorter.sort(++number, whole);
         shown.lines.push_back({draft.text, draft.kind, {}});
         drafts.push_back(std::move(draft));
     }

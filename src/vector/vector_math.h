@@ -193,12 +193,6 @@ ANOMALIS_INLINE Real vector_log(Real x) {
     return vector_log_quotient(x, Real{} + 1.0);
 }
 
-/// log(1 + x) for x > -1, relative error below 1e-15 also for tiny x.
-template <class Real>
-ANOMALIS_INLINE Real vector_log1p(Real x) {
-    return vector_log_quotient(1.0 + x, Real{} + 1.0, x);
-}
-
 /// Angle of the vector (x, y) in -pi to pi, relative error below 1e-15; atan2(0, 0) = 0. The sign of a zero x
 /// does not count: atan2(y, -0) = pi / 2 with the sign of y, atan2(0, -0) = 0. NaN in either gives NaN.
 template <class Real>

@@ -58,6 +58,14 @@ void read_field(LineItems items, Workspace& workspace) {
     workspace.field.declination = items.single();
 }
 
+/// How far bodies are drawn, for files from before this was kept.
+void set_default_extents(DrawingSettings& drawing) {
+    const DrawingSettings defaults;
+    drawing.infinite_body_length = defaults.infinite_body_length;
+    drawing.finite_body_left_clip = defaults.finite_body_left_clip;
+    drawing.finite_body_right_clip = defaults.finite_body_right_clip;
+}
+
 /// The station window counts only when both its numbers are there.
 void read_window_stations(LineItems& items, Workspace& workspace) {
     if (!items.left()) return;
@@ -124,9 +132,7 @@ void read_definitions(AxmLines& lines, const std::string& path, Workspace& works
     workspace.display.valid = false;
     workspace.display.tie_pipe_depth_susc = false;  // a file that does not speak of it has no tie
     workspace.formulas = Formulas::classic;
-    // Files from before these were kept were drawn without them.
-    workspace.drawing.infinite_body_length = workspace.drawing.finite_body_left_clip =
-        workspace.drawing.finite_body_right_clip = 0;
+    set_default_extents(workspace.drawing);
     find_data_file(lines.next(), path, workspace.definition, prompts);
     read_columns(LineItems(lines.next()), workspace);
     read_field(LineItems(lines.next()), workspace);

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <filesystem>
 #include <gtest/gtest.h>
 
 #include "batch/batch_runs.h"
@@ -64,7 +65,27 @@ TEST(Export, bodies_are_drawn_where_the_file_says_when_there_is_no_line) {
     files.folder.write("survey.dat", "");
     EXPECT_EQ(batch({"export", files.model, "--dxf-3d", files.folder.path("b.dxf")}).status, 0);
     EXPECT_NE(files.folder.read("b.dxf").find("3DFACE\r\n  8\r\nSheet\r\n"), std::string::npos);
-    EXPECT_EQ(batch({"export", files.model, "--clean-model", files.folder.path("m.csv")}).status, 1);
+    EXPECT_EQ(batch({"export", files.model, "--clean-profile", files.folder.path("p.csv")}).status, 1);
+}
+
+TEST(Export, bodies_are_listed_without_a_line) {
+    const BatchFolder files;
+    const auto path = [&](const char* name) { return files.folder.path(name); };
+    const std::string unnamed = files.folder.write("unnamed.axm", model_text(""));
+    std::filesystem::remove(path("survey.dat"));
+    for (const std::string& model : {files.model, unnamed}) {
+        const BatchRun run =
+            batch({"export", model, "--model-table", path("m.csv"), "--clean-model", path("c.csv")});
+        EXPECT_EQ(run.status, 0) << run.err;
+        EXPECT_NE(files.folder.read("m.csv").find("\r\n,50.000,0.000,0.000,100.000,"), std::string::npos)
+            << files.folder.read("m.csv");
+        EXPECT_NE(files.folder.read("m.csv").find(", *,Sheet\r\n"), std::string::npos);
+        EXPECT_NE(files.folder.read("c.csv").find("\n1,Sheet,Thick Sheet,1,463.7,50.0,0.0,-50.0,0.0,,100.0,"),
+                  std::string::npos)
+            << files.folder.read("c.csv");
+        EXPECT_EQ(batch({"export", model, "--model-table", path("m.csv"), "--mesh", path("m.msh")}).status,
+                  1);
+    }
 }
 
 TEST(Export, one_target_that_cannot_be_written_does_not_stop_the_others) {

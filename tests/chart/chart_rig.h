@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "chart/ax_grapher.h"
-#include "chart/recording_device.h"
+#include "support/recording_device.h"
 
 // The charts of the tests: a surface of 900 x 300 pixels and a text in which every character is 90 wide and
 // 165 high, so that every figure can be reckoned by hand.

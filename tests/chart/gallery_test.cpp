@@ -1,4 +1,4 @@
-#include "chart/gallery.h"
+#include "gallery.h"
 
 #include <gtest/gtest.h>
 #include <set>

@@ -27,6 +27,30 @@ TEST(NumberToText, a_single_has_up_to_seven_digits) {
     EXPECT_EQ(number_to_text(56000.0F), " 56000");
 }
 
+TEST(ShortestText, has_no_blank_in_front) {
+    EXPECT_EQ(shortest_text(0.1F), "0.1");
+    EXPECT_EQ(shortest_text(-0.5F), "-0.5");
+    EXPECT_EQ(shortest_text(1.0 / 3), "0.333333333333333");
+    EXPECT_EQ(shortest_text(-7), "-7");
+    EXPECT_EQ(shortest_text(7), "7");
+    EXPECT_EQ(shortest_text(infinity), "Inf");
+}
+
+TEST(RoundTripText, reads_back_as_the_same_number) {
+    EXPECT_EQ(round_trip_text(0.1F), "0.1");
+    EXPECT_EQ(round_trip_text(0.1), "0.1");
+    EXPECT_EQ(round_trip_text(1.0 / 3), "0.3333333333333333");
+    EXPECT_EQ(round_trip_text(1e22), "1e+22");
+    std::mt19937 random(7);
+    for (int i = 0; i < 1000; ++i) {
+        const double value =
+            std::ldexp(static_cast<double>(random()), static_cast<int>(random() % 200) - 100);
+        double read = 0;
+        ASSERT_TRUE(parse_number(round_trip_text(value), read));
+        EXPECT_EQ(read, value);
+    }
+}
+
 TEST(NumberToText, a_single_changes_its_notation_at_the_limits) {
     EXPECT_EQ(number_to_text(1e-4F), " 0.0001");
     EXPECT_EQ(number_to_text(9.9999e-5F), " 9.9999E-05");

@@ -98,5 +98,13 @@ TEST(PrefixNumber, an_overflow_is_a_fault) {
     EXPECT_EQ(prefix_number("+12.5 m"), 12.5);
 }
 
+TEST(ParseSingle, takes_what_fits_a_single) {
+    EXPECT_EQ(parse_single(" 1.5 "), 1.5F);
+    EXPECT_EQ(parse_single("3.4e38"), 3.4e38F);
+    EXPECT_EQ(parse_single("1e-60"), 0.0F);
+    for (const char* text : {"", "x", "1e39", "-1e39", "1e999", "nan", "1 2"})
+        EXPECT_FALSE(parse_single(text)) << text;
+}
+
 }  // namespace
 }  // namespace anomalis

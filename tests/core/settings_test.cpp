@@ -90,17 +90,6 @@ TEST(GetSetting, an_empty_value_is_a_value) {
     EXPECT_EQ(settings.get(settings_section, "MRU2"), "<no value>");
 }
 
-TEST(SettingsKeys, are_those_that_get_finds) {
-    Settings settings;
-    EXPECT_THAT(settings.keys("Chart"), IsEmpty());
-    settings.save_setting(older, settings_root, "Chart", "Title", "old");
-    settings.save_setting(older, settings_root, "Chart", "Colour", "red");
-    EXPECT_THAT(settings.keys("Chart"), ElementsAre("Colour", "Title"));
-    settings.set("Chart", "Title", "new");
-    EXPECT_THAT(settings.keys("Chart"), ElementsAre("Title")) << "a section that is there answers alone";
-    EXPECT_THAT(settings.keys("Other"), IsEmpty());
-}
-
 TEST(SaveSetting, writes_to_the_location_given_alone) {
     Settings settings;
     save(settings, older, "Dip", "1");

@@ -42,8 +42,8 @@ TEST_F(EnvironmentReport, has_every_section) {
     for (const std::string& part :
          {"App Location " + folder.folder() + "/\n", std::string("Qt: 6.4.2, built with 6.4.2\n"),
           std::string("Vectors in use: "),
-          "Full Path Name: " + folder.path("dyke.axm") + " Version: N/A Size:  2 Date: ",
-          folder.path("gone.md") + " was not found\n", std::string(" DLL is loaded\n"),
+          "\ndyke.axm\nFull Path Name: " + folder.path("dyke.axm") + " Version: N/A Size:  2 Date: ",
+          std::string("\ngone.md was not found in the PATH\n"), std::string(" DLL is loaded\n"),
           std::string("Registry Keys from VB: Brightfold\n"),
           std::string("Registry Keys from BrightApp: Brightfold\n"),
           std::string("System PATH environment variables\n"),
@@ -51,6 +51,22 @@ TEST_F(EnvironmentReport, has_every_section) {
         EXPECT_THAT(text, HasSubstr(part));
     EXPECT_THAT(text, AllOf(Not(HasSubstr("TLX DLL")), Not(HasSubstr("\r"))));
     EXPECT_THAT(prompts.messages, IsEmpty());
+}
+
+TEST_F(EnvironmentReport, a_supporting_file_has_its_name_its_path_and_then_the_folders_that_hold_it) {
+    folder.write("one/dyke.axm", "1");
+    folder.write("two/dyke.axm", "12");
+    folder.write("two/gone.md", "123");
+    const EnvironmentVariable path("PATH", (folder.path("one") + ":" + folder.path("two")).c_str());
+    const std::string text = environment_report(system, facts, prompts);
+    const auto place = [&](const std::string& words) { return text.find(words); };
+    const std::string name = "\ndyke.axm\nFull Path Name: " + folder.path("dyke.axm") + " ";
+    const std::string first = "\nPATH folder: " + folder.path("one") + "/ contains dyke.axm\n";
+    const std::string second = "PATH folder: " + folder.path("two") + "/ contains dyke.axm\n";
+    ASSERT_THAT(text, AllOf(HasSubstr(name), HasSubstr(first + second)));
+    EXPECT_LT(place(name), place(first));
+    EXPECT_THAT(text, HasSubstr("\ngone.md\nFull Path Name: " + folder.path("two/gone.md") + " "));
+    EXPECT_THAT(text, Not(HasSubstr("gone.md was not found")));
 }
 
 TEST_F(EnvironmentReport, the_caption_names_user_and_computer) {
@@ -64,9 +80,9 @@ TEST_F(EnvironmentReport, a_name_is_looked_up_in_the_search_path) {
     folder.write("bin/tool", "123");
     const EnvironmentVariable path("PATH", (folder.path("bin") + ":" + folder.path("none")).c_str());
     const std::string found = find_file_report(" tool ", facts, prompts);
-    EXPECT_THAT(found, HasSubstr("System PATH folders containing tool\nPATH folder: " + folder.path("bin") +
-                                 "/ contains tool\nFull Path Name: " + folder.path("bin/tool") +
-                                 " Version: N/A Size:  3 Date: "));
+    EXPECT_THAT(found, HasSubstr("System PATH folders containing tool\nFull Path Name: " +
+                                 folder.path("bin/tool") + " Version: N/A Size:  3 Date: "));
+    EXPECT_THAT(found, HasSubstr("\nPATH folder: " + folder.path("bin") + "/ contains tool\n"));
     EXPECT_THAT(found, HasSubstr("Registry Keys from VB: Brightfold"));
     EXPECT_THAT(find_file_report("no such tool", facts, prompts),
                 HasSubstr("no such tool was not found in the PATH\n"));

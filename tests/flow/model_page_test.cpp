@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include "chart/recording_device.h"
 #include "core/failure.h"
 #include "edit/line_sample.h"
+#include "support/recording_device.h"
 
 namespace anomalis::flow {
 

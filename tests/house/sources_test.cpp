@@ -117,9 +117,10 @@ TEST(Sources, nothing_is_left_for_later) {
 
 TEST(Sources, numbers_and_text_meet_in_one_place) {
     const Ban conversions{
-        {"strto", "ato", "sto", "sscanf", "locale", "precision"},
-        std::regex(R"(\b(strto[dfl]\w*|ato[fil]|sto[dfil]|sscanf|setlocale|setprecision)\s*\()"),
-        std::regex("^src/core/numbers")};
+        {"strto", "ato", "sto", "sscanf", "locale", "precision", "_chars"},
+        std::regex(
+            R"(\b(strto[dfl]\w*|ato[fil]|sto[dfil]|sscanf|setlocale|setprecision|to_chars|from_chars)\s*\()"),
+        std::regex("^src/(core/(numbers|parse_number|settings_file)|batch/render)")};
     EXPECT_EQ(offenders({"src"}, conversions), "");
 }
 

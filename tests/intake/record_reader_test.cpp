@@ -40,6 +40,18 @@ TEST(Records, separators_of_all_kinds_split_a_line) {
                     record(16, 17, 18), record(19, 20, 21)));
 }
 
+TEST(Records, a_line_of_blanks_and_tabs_is_blank_whatever_ends_the_lines) {
+    for (const char* end : {"\n", "\r\n", "\r"}) {
+        std::string text;
+        for (const char* line : {"1 2 3", "\t", " \t \t ", "", "\t! 9 9 9", " \t\\ 9 9 9", "\t4 5 6\t"})
+            text += std::string(line) + end;
+        EXPECT_THAT(records_of(text), ElementsAre(record(1, 2, 3), record(4, 5, 6)));
+        // Comments do not use up the step, blank lines do: the second group ends with the last line.
+        EXPECT_THAT(records_of(text, [](Workspace& w) { w.definition.read_increment = 2; }),
+                    ElementsAre(record(4, 5, 6)));
+    }
+}
+
 TEST(Records, header_lines_of_any_kind_are_skipped) {
     EXPECT_THAT(
         records_of("! comment\n\n1 2 3\n4 5 6\n", [](Workspace& w) { w.definition.first_data_line = 4; }),

@@ -49,6 +49,17 @@ TEST(CleanTables, are_written_whole_or_not_at_all) {
     EXPECT_EQ(folder.entries(), 2);
 }
 
+TEST(CleanModelTable, a_pipe_has_no_burial_depth_while_no_line_is_loaded) {
+    Workspace workspace = dxf_workspace();
+    add_dxf_body(workspace, pipe, "pipe");
+    workspace.body(1).top_elevation = 31.5F;
+    workspace.body(1).end_width_a = 7;
+    workspace.station_count = 3;
+    EXPECT_NE(clean_model_table_text(workspace).find(",3.5,31.5,"), std::string::npos);
+    workspace.station_count = 0;
+    EXPECT_NE(clean_model_table_text(workspace).find(",3.5,,"), std::string::npos);
+}
+
 TEST(CleanModelTable, every_row_has_every_column) {
     Workspace workspace = dxf_workspace();
     for (const std::int32_t type : {1, 2, 3, 4, 5, 6, 16, 17}) add_dxf_body(workspace, type, "body");

@@ -51,11 +51,18 @@ TEST(ModelTable, gravity_data_alone_have_a_star_for_the_susceptibility) {
               ",,,412395.250,7123456.500,0.000,100.000,0,75.5*2.67,,-2,3,250,1E-05, *,Dyke, west");
 }
 
-TEST(ModelTable, a_pipe_has_half_its_width_and_its_burial_depth) {
+TEST(ModelTable, a_pipe_has_half_its_end_width_and_its_burial_depth) {
     Workspace workspace = with_body(pipe);
     workspace.definition.grav_column = 4;
+    workspace.body(1).end_width_a = 60;
     EXPECT_EQ(body_line(workspace),
-              ",,,412395.250,7123456.500,50.000,100.000,0,75.550002.67,,-2,3,250,1E-05,32.249,Dyke, west");
+              ",,,412395.250,7123456.500,30.000,100.000,0,75.550002.67,,-2,3,250,1E-05,32.249,Dyke, west");
+}
+
+TEST(ModelTable, a_pipe_has_a_star_for_its_burial_depth_while_no_line_is_loaded) {
+    Workspace workspace = with_body(pipe);
+    workspace.station_count = 0;
+    EXPECT_TRUE(body_line(workspace).ends_with(",250,1E-05, *,Dyke, west")) << body_line(workspace);
 }
 
 TEST(ModelTable, the_place_is_the_middle_of_the_top_edge_at_the_offset) {

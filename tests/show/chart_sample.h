@@ -3,9 +3,9 @@
 #include <array>
 
 #include "chart/ax_grapher.h"
-#include "chart/recording_device.h"
 #include "edit/line_sample.h"
 #include "flow/model_view.h"
+#include "support/recording_device.h"
 
 namespace anomalis::show {
 

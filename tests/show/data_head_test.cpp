@@ -112,6 +112,18 @@ TEST(DataHead, letters_of_any_encoding_are_shown) {
     EXPECT_EQ(head.lines[1].text, u"1 2 3");
 }
 
+TEST(DataHead, lines_of_blanks_and_tabs_and_comments_behind_tabs_are_seen_as_the_reader_sees_them) {
+    const DataHead head = lay_out_data_head(
+        columns(1, 2, 3), head_of({"h", "1 1 1", "\t \t", "\t! note", " \t\\ note", "\t2 2 2"}));
+    EXPECT_EQ(kinds(head),
+              (std::vector{K::skipped, K::record, K::stepped_over, K::comment, K::comment, K::record}));
+}
+
+TEST(DataHead, a_quote_alone_is_a_record_as_for_the_reader) {
+    const DataHead head = lay_out_data_head(columns(2, 3, 4), head_of({"h", "a 1 1 1", "\"", "a 2 2 2"}));
+    EXPECT_EQ(kinds(head), (std::vector{K::skipped, K::record, K::record, K::record}));
+}
+
 TEST(DataHead, odd_files_do_no_harm) {
     EXPECT_TRUE(lay_out_data_head(columns(1, 2, 3), {}).columns.empty());
     const DataHead quotes =

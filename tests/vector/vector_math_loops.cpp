@@ -8,10 +8,6 @@ void log_loop(const double* x, double* result, std::size_t n) {
     for (std::size_t i = 0; i < n; ++i) result[i] = vector_log(x[i]);
 }
 
-void log1p_loop(const double* x, double* result, std::size_t n) {
-    for (std::size_t i = 0; i < n; ++i) result[i] = vector_log1p(x[i]);
-}
-
 void log_quotient_loop(const double* s, const double* e, double* result, std::size_t n) {
     for (std::size_t i = 0; i < n; ++i) result[i] = vector_log_quotient(s[i] + e[i], s[i] - e[i], 2 * e[i]);
 }

@@ -6,9 +6,8 @@
 
 namespace anomalis::vector {
 
-/// The functions of forward/vector_math.h over arrays, once a level, as a kernel would use them.
+/// The functions of vector/vector_math.h over arrays, once a level, as a kernel would use them.
 ANOMALIS_VECTOR_KERNEL(void, log_loop, (const double* x, double* result, std::size_t n))
-ANOMALIS_VECTOR_KERNEL(void, log1p_loop, (const double* x, double* result, std::size_t n))
 ANOMALIS_VECTOR_KERNEL(void, log_quotient_loop,
                        (const double* s, const double* e, double* result, std::size_t n))
 ANOMALIS_VECTOR_KERNEL(void, atan_loop, (const double* x, double* result, std::size_t n))

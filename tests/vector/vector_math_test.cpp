@@ -54,17 +54,6 @@ TEST(VectorMath, the_logarithm_keeps_fifteen_digits_over_the_whole_range) {
     }
 }
 
-TEST(VectorMath, log1p_keeps_fifteen_digits_for_tiny_numbers) {
-    Values x = numbers(-1000, 200, false);
-    for (double value : numbers(-1000, -0.0001, false)) x.push_back(-value);
-    Values y(x.size());
-    for (VectorLevel level : levels()) {
-        log1p_loop_at(level)(x.data(), y.data(), x.size());
-        for (std::size_t i = 0; i < x.size(); ++i)
-            ASSERT_LT(relative_error(y[i], std::log1p(static_cast<long double>(x[i]))), 1e-15) << x[i];
-    }
-}
-
 TEST(VectorMath, a_quotient_near_one_keeps_its_relative_accuracy) {
     const Values s = numbers(-3, 3, false);
     Values e = numbers(-60, -4, false);

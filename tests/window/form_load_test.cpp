@@ -21,6 +21,7 @@ class FormLoadTest : public QObject {
     void the_head_names_and_tints_the_columns_in_use();
     void a_refused_definition_stays_in_its_box_and_keeps_the_line();
     void an_accepted_definition_drops_the_line();
+    void undo_of_the_final_line_shows_the_value_in_force();
     void a_refused_setting_is_put_back();
     void a_setting_is_taken_over_when_the_tab_is_left();
     void pasted_rubbish_is_refused_everywhere();
@@ -120,6 +121,17 @@ void FormLoadTest::an_accepted_definition_drops_the_line() {
     QCOMPARE(sample.text("Text_line_length"), QString());
     sample.choose_tab(1);
     QVERIFY(sample.find<QWidget>("Frame_hint").isVisible());
+}
+
+void FormLoadTest::undo_of_the_final_line_shows_the_value_in_force() {
+    Opened sample;
+    sample.type("Text_MAGINV_nLast", "25");
+    QCOMPARE(sample.session.workspace.definition.last_data_line, 25);
+    sample.find<QAction>("menu_undo").trigger();
+    QCOMPARE(sample.session.workspace.definition.last_data_line, 0);
+    QCOMPARE(sample.text("Text_MAGINV_nLast"), QString("0"));
+    sample.find<QAction>("menu_redo").trigger();
+    QCOMPARE(sample.text("Text_MAGINV_nLast"), QString("25"));
 }
 
 void FormLoadTest::a_refused_setting_is_put_back() {

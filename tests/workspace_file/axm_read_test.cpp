@@ -124,7 +124,7 @@ TEST(AxmRead, eleven_lines_are_a_file_without_bodies) {
     r.workspace.body_count = 5;
     ASSERT_EQ(r.read_lines(definition_lines()), 0);
     EXPECT_EQ(r.workspace.body_count, 0);
-    EXPECT_EQ(r.workspace.drawing.infinite_body_length, 0);
+    EXPECT_EQ(r.workspace.drawing.infinite_body_length, 500);
     EXPECT_FALSE(r.workspace.display.valid);
     EXPECT_TRUE(r.prompts.messages.empty());
 }
@@ -134,6 +134,19 @@ TEST(AxmRead, view_values_are_each_read_while_text_is_left) {
     ASSERT_EQ(r.read_lines(with_line(12, " 1 7 600")), 0);
     EXPECT_EQ(r.workspace.drawing.infinite_body_length, 600);
     EXPECT_EQ(r.workspace.drawing.finite_body_left_clip, 0);
+}
+
+TEST(AxmRead, view_values_that_a_file_does_not_bring_are_the_defaults_and_not_those_of_the_file_before) {
+    for (const char* line : {" 1 7", " 1 7 600", " 1 7 600 5"}) {
+        Reading r;
+        r.workspace.drawing.infinite_body_length = 2000;
+        r.workspace.drawing.finite_body_left_clip = 10;
+        r.workspace.drawing.finite_body_right_clip = 20;
+        ASSERT_EQ(r.read_lines(with_line(12, line)), 0);
+        EXPECT_EQ(r.workspace.drawing.infinite_body_length, std::string_view(line) == " 1 7" ? 500 : 600);
+        EXPECT_EQ(r.workspace.drawing.finite_body_left_clip, std::string_view(line).ends_with("5") ? 5 : 0);
+        EXPECT_EQ(r.workspace.drawing.finite_body_right_clip, 0);
+    }
 }
 
 TEST(AxmRead, lines_before_the_display_block_are_passed_over) {

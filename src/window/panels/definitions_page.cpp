@@ -52,8 +52,8 @@ DefinitionsPage::DefinitionsPage(edit::Workbench& workbench, FormGuards& guards,
     connect(definitions_, &DefinitionsPanel::definition_changed, this, &DefinitionsPage::show_head);
 }
 
-void DefinitionsPage::fill(bool at_start) {
-    definitions_->fill(at_start);
+void DefinitionsPage::fill(bool with_final_line) {
+    definitions_->fill(with_final_line);
     field_->fill();
     processing_->fill();
     graph_options_->fill();

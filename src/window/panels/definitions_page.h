@@ -31,8 +31,8 @@ class DefinitionsPage : public QWidget {
     ProcessingPanel& processing() { return *processing_; }
     FieldPanel& field() { return *field_; }
 
-    /// Fills every control from the workspace.
-    void fill(bool at_start = false);
+    /// Fills the controls from the workspace, the final line's box only when it is asked for.
+    void fill(bool with_final_line = false);
     /// Lays the head of the data file out for the present definition.
     void show_head();
 

@@ -152,10 +152,10 @@ bool DefinitionsPanel::take(edit::DefinitionBox box, const std::string& text) {
     return true;
 }
 
-void DefinitionsPanel::fill(bool at_start) {
+void DefinitionsPanel::fill(bool with_final_line) {
     show_file_name();
     for (const edit::DefinitionBox box : edit::all_definition_boxes)
-        if (at_start || box != edit::DefinitionBox::last_data_line)
+        if (with_final_line || box != edit::DefinitionBox::last_data_line)
             boxes_.at(static_cast<std::size_t>(box))
                 ->fill(edit::definition_box_text(workbench_.session.workspace, box));
 }

@@ -20,8 +20,9 @@ class DefinitionsPanel : public Panel {
   public:
     DefinitionsPanel(edit::Workbench& workbench, FormGuards& guards, QWidget* parent = nullptr);
 
-    /// Shows the definition as the workspace holds it. The final line's box keeps its text but at the start.
-    void fill(bool at_start = false);
+    /// Shows the definition as the workspace holds it. The final line's box keeps its text unless it is asked
+    /// for, at the start and after an undo.
+    void fill(bool with_final_line = false);
     void show_file_name();
     void show_result(const flow::LoadResult& result);
     void blank_results();

@@ -309,7 +309,7 @@ void Form_anomalis::setting_changed() {
 
 void Form_anomalis::history_moved(const edit::HistoryStep& step) {
     if (step.another_file || step.line_lost) flow::refresh_data_head(workbench_);
-    if (step.settings) definitions_page_->fill();
+    if (step.settings) definitions_page_->fill(true);
     if (step.line_lost) {
         definitions_page_->definitions().blank_results();
         line_dropped();

@@ -81,13 +81,6 @@ void Panel::place_bare(int row, int pair, QWidget* control) {
     grid_->addWidget(control, row, pair * columns_a_pair, 1, columns_a_pair - 1);
 }
 
-QLabel* Panel::place_wide(int row, const ControlText& text, QWidget* control) {
-    QLabel* caption = make_caption(tr(text.caption), control);
-    grid_->addWidget(caption, row, 0);
-    grid_->addWidget(control, row, 1, 1, 2 * columns_a_pair - 2);
-    return caption;
-}
-
 void name_control(QWidget& control, const char* name, const QString& caption, const QString& tip) {
     control.setObjectName(name);
     control.setAccessibleName(caption);

@@ -37,8 +37,6 @@ class Panel : public QFrame {
     QLabel* place(int row, int pair, const ControlText& text, QWidget* control);
     /// A control that stands under those of its pair, without a caption before it.
     void place_bare(int row, int pair, QWidget* control);
-    /// A control over the whole row, with its caption before it.
-    QLabel* place_wide(int row, const ControlText& text, QWidget* control);
 
   private:
     QGridLayout* grid_;

@@ -6,10 +6,10 @@
 #include <QPainter>
 #include <QProcess>
 
-#include "chart/gallery.h"
 #include "chart/qt/screen_device.h"
 #include "core/failure.h"
 #include "core/safe_file.h"
+#include "gallery.h"
 #include "sample_chart.h"
 #include "support/temp_folder.h"
 

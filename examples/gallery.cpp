@@ -1,4 +1,4 @@
-#include "chart/gallery.h"
+#include "gallery.h"
 
 #include <array>
 #include <cmath>
@@ -301,6 +301,14 @@ constexpr std::array<Panel, 15> panels{
     lines_with_gaps,  lines_with_markers, bars,        marker_styles, point_colours,     two_groups,
     logarithmic_y,    logarithmic_both,   base_two,    other_sides,   retained_drawings, plain,
     bars_with_points, sixteen_colours,    any_alphabet};
+
+/// The mapping of a chart whose lower left corner stands at a place of the page.
+SurfaceMapping mapping_at(const SurfaceMapping& page, Point lower_left) {
+    SurfaceMapping mapping = page;
+    mapping.device_offset_x += page.device_scale * lower_left.x;
+    mapping.device_offset_y -= page.device_scale * lower_left.y;
+    return mapping;
+}
 
 }  // namespace
 

@@ -1,0 +1,48 @@
+#include "intake/record_columns.h"
+
+#include <bit>
+#include <set>
+
+#include "core/text.h"
+#include "core/workspace.h"
+
+namespace anomalis::intake {
+
+std::uint8_t quantities_of_column(const DataDefinition& d, std::int32_t column) {
+    if (column <= 0) return 0;
+    unsigned quantities = 0;
+    const auto add = [&](Quantity quantity) { quantities |= 1U << quantity; };
+    if (column == d.x_column) {
+        add(quantity_x);
+    } else if (column == d.y_column) {
+        add(quantity_y);
+    } else if (column == d.z_column) {
+        add(quantity_z);
+    }
+    if (column == d.dtm_column) add(quantity_dtm);
+    if (column == d.mag_column) add(quantity_mag);
+    if (column == d.grav_column) add(quantity_grav);
+    return static_cast<std::uint8_t>(quantities);
+}
+
+RecordColumns::RecordColumns(const DataDefinition& d) {
+    for (const std::int32_t column :
+         std::set{d.x_column, d.y_column, d.z_column, d.dtm_column, d.mag_column, d.grav_column})
+        if (column > 0) wanted_[wanted_count_++] = {column, quantities_of_column(d, column)};
+}
+
+bool RecordColumns::read(std::string_view line, RecordValues& values) const {
+    std::int32_t column = 1;
+    for (std::size_t i = 0; i < wanted_count_; ++i) {
+        for (; column < wanted_[i].column && !line.empty(); ++column) next_token(line);
+        if (line.empty()) return true;
+        double value = 0;
+        if (!next_number(line, value)) return false;
+        ++column;
+        for (unsigned bits = wanted_[i].quantities; bits != 0; bits &= bits - 1)
+            values[static_cast<std::size_t>(std::countr_zero(bits))] = value;
+    }
+    return true;
+}
+
+}  // namespace anomalis::intake

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+namespace anomalis {
+struct DataDefinition;
+}  // namespace anomalis
+
+// Which lines of a data file are records: the one rule, for the reader and for whoever shows the file.
+namespace anomalis::intake {
+
+/// What a line from the first data line on is to the reader.
+enum class LineUse {
+    comment,      ///< starts with "!" or "\"
+    passed_over,  ///< blank, or used up by the read step
+    record
+};
+
+/// What of a line can be a record: without the blanks and tabs before it and the blanks behind it; "" of a
+/// line that holds nothing else. A view into `line`.
+std::string_view record_text(std::string_view line);
+
+/// Whether a line, as `record_text` gives it, is a comment.
+bool is_comment(std::string_view text);
+
+/// Sorts the lines from the first data line on. They fall into groups of `read_increment` lines, comments not
+/// counted; the last line of a group is the record, and where it is blank the next one that is not.
+class RecordLines {
+  public:
+    explicit RecordLines(const DataDefinition& definition);
+
+    /// Takes the next line, as `record_text` gives it. A record ends its group.
+    LineUse take(std::string_view text);
+    /// The record that was taken last gave its values. Only such a record can be the final one.
+    void accept_record();
+    /// The final data line was reached: what follows is not read. Comments count as lines here.
+    bool ended() const { return ended_; }
+
+  private:
+    std::int32_t read_increment_;
+    std::int32_t last_data_line_;
+    long lines_read_ = 0;
+    long step_ = 0;
+    bool ended_ = false;
+};
+
+}  // namespace anomalis::intake
