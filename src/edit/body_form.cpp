@@ -84,8 +84,10 @@ std::string of_current_body(const Workbench& workbench, std::string_view what) {
 bool settle_current_body(Workbench& workbench) {
     ModelBody* body = current_body(workbench);
     if (!body) return false;
-    for (const BodyParameter& row : body_parameters())
-        if (row.held_by_wires && body->type == wire) (body->*row.slot).vary = 0;
+    if (body->type == wire) {
+        for (const BodyParameter& row : body_parameters())
+            if (row.held_by_wires) (body->*row.slot).vary = 0;
+    }
     if (is_named(body->type)) return false;
     body->type = thin_sheet;
     note_change(workbench, {of_current_body(workbench, "type"), "", true});

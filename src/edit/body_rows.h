@@ -6,8 +6,8 @@
 
 #include "core/body_parameters.h"
 
-// The rows of the parameter grid: what each one is called, how it is written and which values it takes, by
-// the type of the body. From row 4 on a row's number is its parameter code.
+// The rows of the parameter grid: what each one is called and how it is written, by the type of the body.
+// From row 4 on a row's number is its parameter code, and core/body_parameters.h says all about it.
 namespace anomalis::edit {
 
 inline constexpr int body_row_count = last_param_code;

@@ -75,8 +75,8 @@ void read_shape(LineItems items, std::int32_t version, ModelBody& body) {
 }
 
 void read_tilts(LineItems items, ModelBody& body) {
-    for (const ParamCode code : tilt_line)
-        if (code == tilt_line.front() || items.left()) read_param(items, body_param(body, code));
+    read_param(items, body.plunge);
+    if (items.left()) read_param(items, body.slope);
 }
 
 void read_properties(LineItems items, std::int32_t version, ModelBody& body) {

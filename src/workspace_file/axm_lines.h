@@ -11,7 +11,4 @@ namespace anomalis::workspace_file {
 inline constexpr std::array shape_line{param_strike, param_dip, param_width, param_depth_extent};
 inline constexpr std::array magnetic_line{param_susc, param_rem_q, param_rem_i, param_rem_d};
 
-/// Each with its mark and limits.
-inline constexpr std::array tilt_line{param_plunge, param_slope};
-
 }  // namespace anomalis::workspace_file

@@ -87,7 +87,7 @@ void write_body(const ModelBody& body, AxmWriter& out) {
     out.end_line();
     out << body.offset;
     out.end_line();
-    for (const ParamCode code : tilt_line) out << body_param(body, code);
+    out << body.plunge << body.slope;
     out.end_line();
     write_line(body, magnetic_line, out);
     out << body.density;
