@@ -15,7 +15,7 @@ bool run_forward(const ForwardOptions& options, BatchSession& batch) {
 bool run_export(const ExportOptions& options, BatchSession& batch) {
     const OpenState state = batch.open(options.model);
     if (state == OpenState::unread) return false;
-    Workspace& workspace = batch.session.workspace;
+    const Workspace& workspace = batch.session.workspace;
     bool done = true;
     const auto write = [&](const std::string& path, bool possible, auto* writer) {
         if (path.empty()) return;

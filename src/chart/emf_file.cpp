@@ -4,8 +4,6 @@
 #include <cstdint>
 #include <stdexcept>
 
-#include "core/safe_file.h"
-
 namespace anomalis::chart {
 
 namespace {
@@ -41,12 +39,6 @@ bool emf_is_whole(const std::string& bytes) {
         ++records;
     }
     return kind == record_end && records == u32_at(bytes, 52);
-}
-
-void write_emf(const std::string& bytes, const std::string& path) {
-    if (!emf_is_whole(bytes)) throw std::runtime_error("the metafile is not whole");
-    write_file_safely(path, bytes);
-    if (read_whole_file(path) != bytes) throw std::runtime_error(path + " does not hold what was written");
 }
 
 }  // namespace anomalis::chart

@@ -5,7 +5,6 @@
 
 #include "core/faults.h"
 #include "forward/exact/exact_response.h"
-#include "forward/forward_memory.h"
 #include "forward/station_columns.h"
 
 namespace anomalis::forward {
@@ -14,15 +13,18 @@ namespace {
 
 using ExactCurve = void (*)(const Workspace&, ModelBody&, Polyhedron&, std::span<double>, ExactNotes&);
 
-double share_of(Workspace& workspace, ModelBody& body, int column, ExactCurve exact) {
-    ForwardMemory& memory = forward_memory(workspace);
+double share_of(const Workspace& workspace, int body_number, int column, ExactCurve exact) {
+    // A copy, which the exact formulas may fit to their ways.
+    ModelBody body = workspace.body(body_number);
+    Polyhedron polyhedron;
+    std::vector<double> values(static_cast<std::size_t>(workspace.station_count));
     ExactNotes notes;
-    exact(workspace, body, memory.polyhedron, memory.values, notes);
+    exact(workspace, body, polyhedron, values, notes);
     const float* classic = response_column(workspace, body, column);
     double peak = 0, difference = 0;
-    for (std::size_t i = 0; i < memory.values.size(); ++i) {
-        peak = std::max(peak, std::abs(memory.values[i]));
-        difference = std::max(difference, std::abs(memory.values[i] - classic[i]));
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        peak = std::max(peak, std::abs(values[i]));
+        difference = std::max(difference, std::abs(values[i] - classic[i]));
     }
     if (difference == 0) return 0;
     return peak > 0 ? std::min(difference / peak, no_common_measure) : no_common_measure;
@@ -30,16 +32,16 @@ double share_of(Workspace& workspace, ModelBody& body, int column, ExactCurve ex
 
 }  // namespace
 
-FormulaDifference formula_difference(Workspace& workspace, int body_number, Faults& faults) {
+FormulaDifference formula_difference(const Workspace& workspace, int body_number, Faults& faults) {
     FormulaDifference difference;
     if (workspace.formulas == Formulas::exact || workspace.station_count <= 0) return difference;
     report_failure(faults, "An error occurred while comparing the formulas: ", [&] {
-        ModelBody& body = workspace.body(body_number);
+        const ModelBody& body = workspace.body(body_number);
         if (body.turned_off == 1) return;
         if (workspace.has_mag() && body.mag_response_valid)
-            difference.magnetic = share_of(workspace, body, 1, exact_anomaly);
+            difference.magnetic = share_of(workspace, body_number, 1, exact_anomaly);
         if (workspace.has_grav() && body.grav_response_valid)
-            difference.gravity = share_of(workspace, body, 2, exact_gravity);
+            difference.gravity = share_of(workspace, body_number, 2, exact_gravity);
     });
     return difference;
 }

@@ -24,6 +24,6 @@ inline constexpr double no_common_measure = 99.99;
 
 /// Compares the response table of a body, which must be up to date and classic, with the exact formulas. A
 /// body that is switched off, or a workspace that has the exact formulas in force, differs by nothing.
-FormulaDifference formula_difference(Workspace& workspace, int body_number, Faults& faults);
+FormulaDifference formula_difference(const Workspace& workspace, int body_number, Faults& faults);
 
 }  // namespace anomalis::forward

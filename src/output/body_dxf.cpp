@@ -54,10 +54,10 @@ void draw_box(const ModelBody& body, Formulas formulas, Faults& faults, DxfText&
 /// The texts of a point's coordinates: a point belongs to several faces, so they are formed once.
 using PointText = std::array<std::string, 3>;
 
-void form_point_texts(const ModelBody& body, std::vector<PointText>& points) {
-    points.resize(body.solid.transformed_points.size());
+void form_point_texts(const BodySolid& solid, std::vector<PointText>& points) {
+    points.resize(solid.transformed_points.size());
     for (std::size_t i = 0; i < points.size(); ++i) {
-        const Point3& point = body.solid.transformed_points[i];
+        const Point3& point = solid.transformed_points[i];
         for (std::string& coordinate : points[i]) coordinate.clear();
         append_hundredths(points[i][0], point.x);
         append_hundredths(points[i][1], point.y);
@@ -65,11 +65,12 @@ void form_point_texts(const ModelBody& body, std::vector<PointText>& points) {
     }
 }
 
-void draw_solid(ModelBody& body, Faults& faults, std::vector<PointText>& points, DxfText& text) {
-    if (forward::setup_cylinder_body(body, faults) != 0) return;
-    form_point_texts(body, points);
+void draw_solid(const ModelBody& body, Faults& faults, std::vector<PointText>& points, DxfText& text) {
+    BodySolid solid = body.solid;
+    if (forward::setup_cylinder_body(body, solid, faults) != 0) return;
+    form_point_texts(solid, points);
     const std::string start = face_start(body);
-    for (const auto& facet : body.solid.facets) {
+    for (const auto& facet : solid.facets) {
         text.line(start);
         // A triangle is a face whose third corner comes twice.
         for (std::size_t i = 0; i < 4; ++i) {
@@ -82,12 +83,12 @@ void draw_solid(ModelBody& body, Faults& faults, std::vector<PointText>& points,
 
 }  // namespace
 
-int write_body_dxf(const std::string& path, Workspace& workspace, Prompts& prompts) {
+int write_body_dxf(const std::string& path, const Workspace& workspace, Prompts& prompts) {
     Faults faults;
     std::vector<PointText> points;
     const auto draw_bodies = [&](DxfText& text) {
         for (int number = 1; number <= workspace.body_count; ++number) {
-            ModelBody& body = workspace.body(number);
+            const ModelBody& body = workspace.body(number);
             if (!is_round(body.type)) {
                 draw_box(body, workspace.formulas, faults, text);
             } else {

@@ -4,7 +4,6 @@
 
 namespace anomalis {
 class Prompts;
-class Session;
 struct Workspace;
 }  // namespace anomalis
 
@@ -15,14 +14,9 @@ namespace anomalis::output {
 /// triangles of their solids, which are brought up to date. A body whose shape cannot be formed is left out.
 /// Returns 0, or -1 after a failure, which was shown; what was drawn up to a failed body is written then, but
 /// a failure of the disk leaves the old file.
-int write_body_dxf(const std::string& path, Workspace& workspace, Prompts& prompts);
+int write_body_dxf(const std::string& path, const Workspace& workspace, Prompts& prompts);
 
 /// Writes the profile line and the outlines of the bodies as polylines, cut to the extents. The same results.
 int write_plan_dxf(const std::string& path, const Workspace& workspace, Prompts& prompts);
-
-/// The two commands of the menu: ask for a name, bring the model up to date, write, tell. The first does
-/// nothing without bodies.
-void export_body_dxf(Session& session);
-void export_plan_dxf(Session& session);
 
 }  // namespace anomalis::output

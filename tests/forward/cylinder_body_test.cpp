@@ -23,7 +23,7 @@ TEST(CylinderBody, has_half_its_width_and_lies_at_the_top_with_its_offset_agains
     ModelBody body = pipe_body();
     body.offset.value = 50;
     Faults faults;
-    ASSERT_EQ(setup_cylinder_body(body, faults), 0);
+    ASSERT_EQ(setup_cylinder_body(body, body.solid, faults), 0);
     const Point3 centre = middle(body.solid.transformed_points);
     EXPECT_NEAR(centre.x, 1000, 1e-6);
     EXPECT_NEAR(centre.y, 2000 - 50, 1e-6);
@@ -36,16 +36,16 @@ TEST(CylinderBody, a_triangle_size_below_the_length_cuts_finer) {
     ModelBody body = pipe_body();
     Faults faults;
     body.max_triangle_size = 20;
-    ASSERT_EQ(setup_cylinder_body(body, faults), 0);
+    ASSERT_EQ(setup_cylinder_body(body, body.solid, faults), 0);
     // 200 / 20 segments, 2 pi 60 / 20 = 18.8 sectors, made even.
     EXPECT_EQ(body.solid.facets.size(), 2U * 10 * 20 + 2 * 20);
     body.max_triangle_size = 200;
-    ASSERT_EQ(setup_cylinder_body(body, faults), 0);
+    ASSERT_EQ(setup_cylinder_body(body, body.solid, faults), 0);
     EXPECT_EQ(body.solid.facets.size(), 48U) << "a size of the length or more has no effect";
     body.max_triangle_size = 199;
     body.num_segments = 7;
     body.num_sectors = 30;
-    ASSERT_EQ(setup_cylinder_body(body, faults), 0);
+    ASSERT_EQ(setup_cylinder_body(body, body.solid, faults), 0);
     EXPECT_EQ(body.solid.facets.size(), 2U * 7 * 30 + 2 * 30) << "never coarser than asked for";
 }
 
@@ -55,7 +55,7 @@ TEST(CylinderBody, a_triangle_size_for_a_milliard_facets_is_refused_before_memor
     body.width.value = 10000;
     body.max_triangle_size = 2.75F;
     Faults faults;
-    EXPECT_EQ(setup_cylinder_body(body, faults), -1);
+    EXPECT_EQ(setup_cylinder_body(body, body.solid, faults), -1);
     ASSERT_EQ(faults.entries().size(), 1U);
     EXPECT_EQ(texts_of(faults)[0].rfind(
                   "An error occurred while setting up the cylinder body: the solid would have 99", 0),
@@ -64,22 +64,22 @@ TEST(CylinderBody, a_triangle_size_for_a_milliard_facets_is_refused_before_memor
     EXPECT_TRUE(told(faults, "facets, the limit is 2000000"));
     EXPECT_TRUE(body.solid.points.empty());
     body.max_triangle_size = 1e-38F;
-    EXPECT_EQ(setup_cylinder_body(body, faults), -1);
+    EXPECT_EQ(setup_cylinder_body(body, body.solid, faults), -1);
     body.max_triangle_size = 0;
     body.num_segments = 100000;
-    EXPECT_EQ(setup_cylinder_body(body, faults), -1);
+    EXPECT_EQ(setup_cylinder_body(body, body.solid, faults), -1);
 }
 
 TEST(CylinderBody, a_shell_of_half_the_width_or_more_leaves_no_solid) {
     ModelBody body = pipe_body();
     Faults faults;
-    ASSERT_EQ(setup_cylinder_body(body, faults), 0);
+    ASSERT_EQ(setup_cylinder_body(body, body.solid, faults), 0);
     body.shell_thickness = 30;
-    ASSERT_EQ(setup_cylinder_body(body, faults), 0);
+    ASSERT_EQ(setup_cylinder_body(body, body.solid, faults), 0);
     EXPECT_TRUE(body.solid.facets.empty() && body.solid.transformed_points.empty());
     EXPECT_TRUE(faults.empty());
     body.shell_thickness = 29;
-    ASSERT_EQ(setup_cylinder_body(body, faults), 0);
+    ASSERT_EQ(setup_cylinder_body(body, body.solid, faults), 0);
     EXPECT_EQ(body.solid.facets.size(), 96U);
 }
 
@@ -88,7 +88,7 @@ TEST(CylinderBody, end_caps_of_half_the_length_leave_no_solid) {
     Faults faults;
     body.shell_thickness = 5;
     body.end_thickness = 100;
-    ASSERT_EQ(setup_cylinder_body(body, faults), 0);
+    ASSERT_EQ(setup_cylinder_body(body, body.solid, faults), 0);
     EXPECT_TRUE(body.solid.facets.empty());
 }
 
@@ -101,11 +101,11 @@ template <class Change>
 Kept kept_after(Change change) {
     ModelBody body = pipe_body();
     Faults faults;
-    setup_cylinder_body(body, faults);
+    setup_cylinder_body(body, body.solid, faults);
     body.solid.points[0].x = 12345;
     body.solid.transformed_points[0].x = 54321;
     change(body);
-    EXPECT_EQ(setup_cylinder_body(body, faults), 0);
+    EXPECT_EQ(setup_cylinder_body(body, body.solid, faults), 0);
     return {body.solid.points[0].x == 12345, body.solid.transformed_points[0].x == 54321};
 }
 
@@ -148,9 +148,9 @@ TEST(CylinderBody, without_length_keeps_its_points_in_one_place) {
     ModelBody body = pipe_body();
     body.length.value = 0;
     Faults faults;
-    EXPECT_EQ(setup_cylinder_body(body, faults), 0);
+    EXPECT_EQ(setup_cylinder_body(body, body.solid, faults), 0);
     ASSERT_EQ(faults.entries().size(), 1U);
-    EXPECT_EQ(setup_cylinder_body(body, faults), 0);
+    EXPECT_EQ(setup_cylinder_body(body, body.solid, faults), 0);
     ASSERT_EQ(faults.entries().size(), 1U);
     EXPECT_EQ(faults.entries()[0].count, 1) << "the shape has not changed, so it is not tried again";
     EXPECT_EQ(body.solid.transformed_points[7], (Point3{1000, 2000, -30}));

@@ -70,7 +70,7 @@ void fill_prism(Workspace& workspace, ModelBody& body, Faults& faults) {
 
 void fill_pipe(Workspace& workspace, ModelBody& body, Faults& faults) {
     Magnetisation m = store_moment(workspace, body);
-    if (setup_cylinder_body(body, faults) != 0) return;
+    if (setup_cylinder_body(body, body.solid, faults) != 0) return;
     ForwardMemory& memory = forward_memory(workspace);
     if (body.include_demagnetisation != 0) m = demagnetised_pipe(body, m, memory.polyhedron);
     memory.polyhedron.assign(body.solid.transformed_points, body.solid.facets);
@@ -78,7 +78,7 @@ void fill_pipe(Workspace& workspace, ModelBody& body, Faults& faults) {
 }
 
 void fill_pipe_gravity(Workspace& workspace, ModelBody& body, Faults& faults) {
-    if (setup_cylinder_body(body, faults) != 0) return;
+    if (setup_cylinder_body(body, body.solid, faults) != 0) return;
     ForwardMemory& memory = forward_memory(workspace);
     memory.polyhedron.assign(body.solid.transformed_points, body.solid.facets);
     memory.polyhedron.gravity(station_spans(workspace), body.density.value, memory.values);

@@ -5,7 +5,7 @@
 
 #include "core/angles.h"
 #include "core/faults.h"
-#include "forward/classic/field_coefficients.h"
+#include "core/numbers.h"
 #include "forward/shape/pipe_mesh.h"
 
 namespace anomalis::forward {
@@ -37,8 +37,7 @@ Fineness fineness_of(const ModelBody& body) {
     return {static_cast<std::int32_t>(sectors), static_cast<std::int32_t>(segments)};
 }
 
-void shape_solid(ModelBody& body, const BodySolid::Shape& shape, Faults& faults) {
-    BodySolid& solid = body.solid;
+void shape_solid(BodySolid& solid, const BodySolid::Shape& shape, Faults& faults) {
     if (!solid.points.empty() && !solid.facets.empty() && solid.shape == shape) return;
     GraphicObject object;
     object.length = shape.length;
@@ -54,15 +53,17 @@ void shape_solid(ModelBody& body, const BodySolid::Shape& shape, Faults& faults)
     create_graphic_object(object, solid.points, solid.facets, faults);
 }
 
-void place_solid(ModelBody& body) {
-    BodySolid& solid = body.solid;
+void place_solid(const ModelBody& body, BodySolid& solid) {
+    const double strike = body.strike.value * radians_per_degree;
+    const float sin_strike = to_single(std::sin(strike));
+    const float cos_strike = to_single(std::cos(strike));
     const double along = static_cast<double>(body.length.value) / 2 + body.offset.value;
     // The offset acts against the strike here; a strike-limited sheet has it the other way round.
     const BodySolid::Placement placement{
         body.dip.value,
         body.strike.value,
         body.plunge.value,
-        {body.east - along * body.sin_strike, body.north - along * body.cos_strike, body.top.value}};
+        {body.east - along * sin_strike, body.north - along * cos_strike, body.top.value}};
     if (solid.transformed_points.size() == solid.points.size() && solid.placement == placement) return;
     solid.placement = placement;
     solid.transformed_points = solid.points;
@@ -108,9 +109,8 @@ std::int32_t solid_sectors(const ModelBody& body) {
     return sectors < 4 ? 12 : sectors;
 }
 
-int setup_cylinder_body(ModelBody& body, Faults& faults) {
+int setup_cylinder_body(const ModelBody& body, BodySolid& solid, Faults& faults) {
     return report_failure(faults, "An error occurred while setting up the cylinder body: ", [&] {
-        set_body_angles(body);
         const Fineness fineness = fineness_of(body);
         BodySolid::Shape shape;
         shape.length = body.length.value;
@@ -120,8 +120,8 @@ int setup_cylinder_body(ModelBody& body, Faults& faults) {
         shape.max_triangle_size = body.max_triangle_size;
         shape.sectors = fineness.sectors;
         shape.segments = fineness.segments;
-        shape_solid(body, shape, faults);
-        place_solid(body);
+        shape_solid(solid, shape, faults);
+        place_solid(body, solid);
     });
 }
 

@@ -50,9 +50,9 @@ void transform_solid(const std::array<float, 3>& scale, const std::array<float, 
 /// count one more, 12 for a count below 4. Raises a Fault when the solid would have too many facets.
 std::int32_t solid_sectors(const ModelBody& body);
 
-/// Brings the solid of a pipe (or a wire's stand-in for drawing) up to date: built anew when its shape
+/// Brings a solid up to date with a pipe (or a wire's stand-in for drawing): built anew when its shape
 /// changed, placed anew when its position or direction changed, kept otherwise. The physical diameter is
 /// half of `width`. The reference point must be current. Returns 0, or -1 after a failure, which is noted.
-int setup_cylinder_body(ModelBody& body, Faults& faults);
+int setup_cylinder_body(const ModelBody& body, BodySolid& solid, Faults& faults);
 
 }  // namespace anomalis::forward

@@ -13,7 +13,7 @@
 #include "diagnostics/qt/form_find_file.h"
 #include "diagnostics/qt/window_facts.h"
 #include "edit/transform_change.h"
-#include "output/dxf.h"
+#include "flow/export_drawing.h"
 #include "transform/qt/form_define_point_transform.h"
 #include "window/panels/definitions_page.h"
 #include "window/panels/definitions_panel.h"
@@ -213,7 +213,7 @@ void FormFiles::export_table(flow::ExportOutcome (*export_flow)(edit::Workbench&
 void FormFiles::export_drawing(bool plan) {
     if (!may_act()) return;
     Session& session = form_.workbench().session;
-    plan ? output::export_plan_dxf(session) : output::export_body_dxf(session);
+    plan ? flow::export_plan_dxf(session) : flow::export_body_dxf(session);
 }
 
 void FormFiles::screenshot(flow::ScreenshotKind kind) {

@@ -23,7 +23,7 @@ struct Case {
         body.susc.value = 1e6F;
     }
     Magnetisation run(const Magnetisation& plain) {
-        EXPECT_EQ(setup_cylinder_body(body, faults), 0);
+        EXPECT_EQ(setup_cylinder_body(body, body.solid, faults), 0);
         return demagnetised_pipe(body, plain, polyhedron);
     }
 };

@@ -1,20 +1,21 @@
+#include "flow/export_drawing.h"
+
 #include <gtest/gtest.h>
 
 #include "core/paths.h"
 #include "core/session.h"
 #include "intake/load.h"
-#include "output/dxf.h"
 #include "output/dxf_samples.h"
 
-namespace anomalis::output {
+namespace anomalis::flow {
 namespace {
 
 class ExportDxf : public ::testing::Test {
   protected:
     ExportDxf() {
-        session.workspace = dxf_workspace();
+        session.workspace = output::dxf_workspace();
         session.workspace.model_file = folder.path("sur.vey.axm");
-        add_dxf_body(session.workspace, pipe, "Pipe");
+        output::add_dxf_body(session.workspace, pipe, "Pipe");
     }
 
     TempFolder folder;
@@ -80,7 +81,7 @@ TEST_F(ExportDxf, the_body_stands_where_its_distance_says) {
     workspace.definition.y_column = 2;
     workspace.definition.mag_column = 3;
     workspace.body_count = 0;
-    add_dxf_body(workspace, thick_sheet, "moved").distance.value = 150;
+    output::add_dxf_body(workspace, thick_sheet, "moved").distance.value = 150;
     ASSERT_EQ(intake::load_locations(workspace, prompts), 0);
     // No chart has been drawn since.
     prompts.save_paths = {folder.path("a.dxf")};
@@ -91,4 +92,4 @@ TEST_F(ExportDxf, the_body_stands_where_its_distance_says) {
 }
 
 }  // namespace
-}  // namespace anomalis::output
+}  // namespace anomalis::flow

@@ -1,10 +1,12 @@
+#include "flow/export_drawing.h"
+
 #include "core/failure.h"
 #include "core/paths.h"
 #include "core/session.h"
 #include "model/refresh_model.h"
 #include "output/dxf.h"
 
-namespace anomalis::output {
+namespace anomalis::flow {
 
 namespace {
 
@@ -31,15 +33,16 @@ void export_drawing(Session& session, const std::string& title, const std::strin
 
 void export_body_dxf(Session& session) {
     if (session.workspace.body_count <= 0) return;
-    export_drawing(
-        session, "Enter name of 3D model DXF export file", "_3d.dxf",
-        [&](const std::string& path) { return write_body_dxf(path, session.workspace, session.prompts); });
+    export_drawing(session, "Enter name of 3D model DXF export file", "_3d.dxf",
+                   [&](const std::string& path) {
+                       return output::write_body_dxf(path, session.workspace, session.prompts);
+                   });
 }
 
 void export_plan_dxf(Session& session) {
     export_drawing(session, "Enter name of DXF export file", ".dxf", [&](const std::string& path) {
-        return write_plan_dxf(path, session.workspace, session.prompts);
+        return output::write_plan_dxf(path, session.workspace, session.prompts);
     });
 }
 
-}  // namespace anomalis::output
+}  // namespace anomalis::flow
