@@ -48,14 +48,22 @@ function(anomalis_qt_test name)
     PROPERTIES TIMEOUT 300 ENVIRONMENT "ASAN_OPTIONS=detect_leaks=0;QT_QPA_PLATFORM=offscreen")
 endfunction()
 
-# anomalis_window_test(NAME SOURCES ... DEPENDS ...): a Qt Test program, without a display; one ctest entry.
+# anomalis_window_test(NAME SOURCES ... TESTS one two ... DEPENDS ...): a Qt Test program without a display. Each test
+# object is a ctest entry of its own, `test_NAME --only one`; all bear the label window, so that they can be left out.
 function(anomalis_window_test name)
-  cmake_parse_arguments(TEST "" "" "SOURCES;DEPENDS" ${ARGN})
+  cmake_parse_arguments(TEST "" "" "SOURCES;TESTS;DEPENDS" ${ARGN})
   add_executable(test_${name} ${TEST_SOURCES})
   target_link_libraries(test_${name} PRIVATE anomalis_test_flags ${TEST_DEPENDS} Qt6::Test)
   set_target_properties(test_${name} PROPERTIES AUTOMOC ON)
-  add_test(NAME ${name} COMMAND test_${name})
-  set_tests_properties(${name} PROPERTIES TIMEOUT 900 ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
+  foreach(test IN LISTS TEST_TESTS)
+    add_test(NAME ${name}.${test} COMMAND test_${name} --only ${test})
+    set_tests_properties(${name}.${test} PROPERTIES
+      LABELS window TIMEOUT 900 ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
+  endforeach()
+  if(NOT TEST_TESTS)
+    add_test(NAME ${name} COMMAND test_${name})
+    set_tests_properties(${name} PROPERTIES LABELS window TIMEOUT 900 ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
+  endif()
 endfunction()
 
 # anomalis_bench(NAME SOURCES ... DEPENDS ...): a Google Benchmark program.
