@@ -117,7 +117,7 @@ struct ShownWindow {
     /// What a click on a bar does, up to the painted picture.
     void scroll(ParamCode code, int direction) {
         edit::step_parameter(form->workbench(), bar(code), true, direction);
-        form->model_edited();
+        form->news().tell(window::News::parameters);
         settle();
     }
 };

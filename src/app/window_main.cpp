@@ -6,9 +6,9 @@
 #include "flow/examples.h"
 #include "flow/recovery.h"
 #include "window/shell/form_anomalis.h"
-#include "window/shell/form_recovery.h"
 #include "window/shell/look.h"
 #include "window/shell/qt_prompts.h"
+#include "window/shell/recovery_controller.h"
 
 int main(int argc, char** argv) {
     QApplication application(argc, argv);

@@ -35,6 +35,7 @@ struct ViewState {
     int pan_limit = 0;   ///< 0 while the whole profile is shown
     int current_body = 0;
     bool highlight_on = true;        ///< the selected body is drawn in magenta
+    bool show_axes = true;           ///< axes and numbers on the charts
     PaneFractions pane_fractions{};  ///< as the person or the file has put the splitters
     PaneFractions pane_places{};     ///< as the splitters stand now
     bool show_plan = false;          ///< the plan stands in place of the section

@@ -13,6 +13,18 @@ namespace {
 
 constexpr int plan_chart = edit::model_chart_count;
 
+/// Tells the host of a calculation, on every way out.
+class Calculation {
+  public:
+    explicit Calculation(ModelViewHost& host) : host_(host) { host_.calculation(true); }
+    ~Calculation() { host_.calculation(false); }
+    Calculation(const Calculation&) = delete;
+    Calculation& operator=(const Calculation&) = delete;
+
+  private:
+    ModelViewHost& host_;
+};
+
 }  // namespace
 
 /// What one chart tells, with the number of the chart.
@@ -53,7 +65,7 @@ void ModelView::display_model(bool forced) {
     if (!edit::line_loaded(workspace) || !(on_page_ || forced)) return;
     const MessageScope scope(session.prompts);
     report_failure(session.prompts, "An error occurred while displaying the current model: ", [&] {
-        const MisfitPair misfit = model::refresh_model(session);
+        const MisfitPair misfit = calculate();
         show_base_levels();
         ranges_ = show::graph_ranges(workspace);
         charts_.set_shown(shown_charts());
@@ -62,6 +74,11 @@ void ModelView::display_model(bool forced) {
         redraw();
         host_.show_misfit(misfit);
     });
+}
+
+MisfitPair ModelView::calculate() {
+    const Calculation under_way(host_);
+    return model::refresh_model(workbench_.session);
 }
 
 /// The plan takes the section's place.
@@ -106,6 +123,11 @@ void ModelView::display_plan_view() {
         charts_.draw_plan(session.workspace, workbench_.view, faults);
         show_faults(faults, session.prompts);
     });
+}
+
+void ModelView::redraw_bodies() {
+    if (!on_page_) return;
+    workbench_.view.show_plan ? display_plan_view() : display_maginv_model(edit::chart_section);
 }
 
 void ModelView::update_graph_display() {
@@ -175,13 +197,12 @@ void ModelView::select_body(int number) {
     const Workspace& workspace = workbench_.session.workspace;
     if (number < 1 || number > workspace.body_count || number == workbench_.view.current_body) return;
     workbench_.view.current_body = number;
-    display_model();
+    redraw_bodies();
     host_.show_current_body();
 }
 
-void ModelView::change_display_axes(bool on) {
-    charts_.set_display_axes(on);
-    display_model();
+void ModelView::show_axes() {
+    charts_.set_display_axes(workbench_.view.show_axes);
 }
 
 void ModelView::clear_charts() {

@@ -31,8 +31,10 @@ class ModelViewHost {
     /// Zoom list and pan bar must follow. `free_zoom`: the window was chosen on a chart by hand and is none
     /// of the zoom list.
     virtual void show_window(bool free_zoom) = 0;
-    /// A body was clicked and is now the current one.
+    /// Another body was chosen; the charts show it already.
     virtual void show_current_body() = 0;
+    /// Curves are brought up to date from the first call to the second.
+    virtual void calculation(bool /*begins*/) {}
 };
 
 /// The page of the model: brings the numbers up to date, draws the charts, answers zoom, pan and clicks.
@@ -58,6 +60,8 @@ class ModelView {
     void display_model(bool forced = false);
     void display_maginv_model(int chart);
     void display_plan_view();
+    /// Another body is the current one: section or plan alone.
+    void redraw_bodies();
     /// The charts have another size: scales that hang on it are found anew, nothing is calculated.
     void redraw();
     /// The windows of zoom and pan without calculating anything.
@@ -73,7 +77,8 @@ class ModelView {
     void step_pan(int chart, int direction);
     void reset_graph_scale();
     void select_body(int number);
-    void change_display_axes(bool on);
+    /// Axes on all charts, or none, as the view has it.
+    void show_axes();
 
     /// The stations are gone: so are the curves, and the bodies that could be clicked.
     void clear_charts();
@@ -83,6 +88,7 @@ class ModelView {
     void chart_moved(int chart, bool outside, double x, double y);
     void chart_view_changed(int chart);
     void polygon_clicked(int chart, int polygon);
+    MisfitPair calculate();
     void show_base_levels();
     std::array<bool, edit::model_chart_count> shown_charts() const;
     void redraw_after_step(int chart);

@@ -36,8 +36,13 @@ void forget_line(edit::Workbench& workbench) {
 /// What a whole file says beyond the workspace's own fields.
 void take_settings_of_file(edit::Workbench& workbench) {
     workbench.base_from_mean = {};
-    const DisplaySettings& display = workbench.session.workspace.display;
-    if (!display.valid) return;
+    DisplaySettings& display = workbench.session.workspace.display;
+    if (!display.valid) {
+        // Those of the file before are none of this one's.
+        display.show_body_label = display.maintain_aspect_ratio = 0;
+        return;
+    }
+    workbench.view.show_axes = display.show_axes != 0;
     workbench.view.pane_fractions = workbench.view.pane_places =
         show::usable_places(display.splitter_fraction);
 }

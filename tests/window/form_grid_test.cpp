@@ -36,7 +36,7 @@ void FormGridTest::the_grid_has_18_rows_and_5_columns() {
     QCOMPARE(sample.cell(5, 2).data(Qt::CheckStateRole).toInt(), static_cast<int>(Qt::Unchecked));
     QVERIFY(!sample.cell(2, 2).data(Qt::CheckStateRole).isValid());
     sample.body(1).type = wire;
-    sample.form->model_edited();
+    sample.form->news().tell(News::bodies);
     QCOMPARE(sample.shown(12, 0), QString());
     QCOMPARE(sample.shown(12, 1), QString());
     QCOMPARE(sample.shown(8, 0), QString("N/A"));
@@ -125,7 +125,7 @@ void FormGridTest::a_click_on_a_mark_changes_it() {
     QCOMPARE(sample.body(1).strike.vary, 0.0F);
     sample.click_cell(edit::row_north, edit::grid_vary);
     sample.body(1).type = wire;
-    sample.form->model_edited();
+    sample.form->news().tell(News::bodies);
     sample.click_cell(param_width, edit::grid_vary);
     QCOMPARE(sample.body(1).width.vary, 0.0F);
 }
@@ -168,7 +168,7 @@ void FormGridTest::the_type_is_chosen_over_its_cell() {
     QCOMPARE(sample.shown(edit::row_type, edit::grid_value), QString("Cylinder/pipe"));
     QCOMPARE(sample.shown(param_top, edit::grid_property), QString("Depth"));
     sample.body(1).type = sphere;
-    sample.form->model_edited();
+    sample.form->news().tell(News::bodies);
     QCOMPARE(sample.shown(edit::row_type, edit::grid_value), QString("Sphere"));
     sample.click_cell(edit::row_type, edit::grid_value);
     QCOMPARE(types.currentIndex(), -1);

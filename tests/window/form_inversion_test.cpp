@@ -16,7 +16,7 @@
 #include "window/form_sample.h"
 #include "window/form_tests.h"
 #include "window/panels/charts_panel.h"
-#include "window/shell/form_recovery.h"
+#include "window/shell/recovery_controller.h"
 #include "window/widgets/limit_strip.h"
 
 namespace anomalis::window {
@@ -111,7 +111,7 @@ void FormInversionTest::deleting_and_reading_come_back_by_key() {
     edit::Workbench& workbench = sample.form->workbench();
     sample.workspace().body_count = 0;
     edit::note_change(workbench, {"delete all bodies", "", true});
-    sample.form->model_edited();
+    sample.form->news().tell(News::bodies);
     QTest::keyClick(sample.form.get(), Qt::Key_Z, Qt::ControlModifier);
     QCOMPARE(sample.workspace().body_count, 2);
     sample.workspace().body(1).distance.value += 5;

@@ -1,3 +1,4 @@
+#include <array>
 #include <memory>
 
 #include <QApplication>
@@ -6,34 +7,70 @@
 #include "window/form_tests.h"
 #include "window/shell/look.h"
 
+namespace anomalis::window {
+
 namespace {
 
-int run(QObject* (*make)(), int argc, char** argv) {
-    const std::unique_ptr<QObject> test(make());
-    return QTest::qExec(test.get(), argc, argv);
+/// A test object under the name that `--only` takes.
+struct NamedTest {
+    const char* name;
+    QObject* (*make)();
+    bool apart = false;  ///< runs only when it is asked for: it takes its time, or another environment
+};
+
+constexpr std::array tests{NamedTest{"actions", make_actions_test},
+                           NamedTest{"bodies_controller", make_bodies_controller_test},
+                           NamedTest{"entry_gate", make_entry_gate_test},
+                           NamedTest{"first_work", make_first_work_test, true},
+                           NamedTest{"form_charts", make_form_charts_test},
+                           NamedTest{"form_dialogs", make_form_dialogs_test},
+                           NamedTest{"form_grid", make_form_grid_test},
+                           NamedTest{"form_inversion", make_form_inversion_test},
+                           NamedTest{"form_layout", make_form_layout_test},
+                           NamedTest{"form_names", make_form_names_test},
+                           NamedTest{"form_start", make_form_start_test},
+                           NamedTest{"formulas_controller", make_formulas_controller_test},
+                           NamedTest{"line_controller", make_line_controller_test},
+                           NamedTest{"look", make_look_test},
+                           NamedTest{"model_news", make_model_news_test},
+                           NamedTest{"picture", make_picture_test},
+                           NamedTest{"save_controller", make_save_controller_test},
+                           NamedTest{"sharp", make_sharp_test, true},
+                           NamedTest{"view_controller", make_view_controller_test}};
+
+int run(const NamedTest& test, const QStringList& arguments) {
+    const std::unique_ptr<QObject> object(test.make());
+    return QTest::qExec(object.get(), arguments);
+}
+
+/// All tests, or the one that was named. What is behind goes to Qt Test.
+int run_tests(QStringList arguments) {
+    QString only;
+    if (arguments.value(1) == "--only") {
+        only = arguments.value(2);
+        arguments.remove(1, 2);
+    }
+    int failed = 0, found = 0;
+    for (const NamedTest& test : tests) {
+        if (only.isEmpty() ? test.apart : only != test.name) continue;
+        ++found;
+        failed += run(test, arguments);
+    }
+    return failed == 0 && found > 0 ? 0 : 1;
 }
 
 }  // namespace
 
+}  // namespace anomalis::window
+
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
-    if (argc == 5 && QString(argv[4]) == "dark") QApplication::setPalette(anomalis::window::look_palette(true));
+    const QStringList arguments = QApplication::arguments();
+    if (arguments.value(4) == "dark") QApplication::setPalette(anomalis::window::look_palette(true));
     anomalis::window::apply_look(application);
-    if (argc >= 4 && QString(argv[1]) == "--pictures") {
-        anomalis::window::keep_pictures(argv[2], argv[3]);
+    if (arguments.value(1) == "--pictures") {
+        anomalis::window::keep_pictures(arguments.value(2), arguments.value(3));
         return 0;
     }
-    if (argc > 1 && QString(argv[1]) == "--sharp") return run(anomalis::window::make_sharp_test, 1, argv);
-    if (argc > 1 && QString(argv[1]) == "--first-work") return run(anomalis::window::make_first_work_test, 1, argv);
-    int failed = 0;
-    for (auto* make :
-         {anomalis::window::make_form_start_test, anomalis::window::make_form_formulas_test, anomalis::window::make_form_load_test,
-          anomalis::window::make_form_charts_test, anomalis::window::make_form_grid_test, anomalis::window::make_form_bodies_test,
-          anomalis::window::make_form_dialogs_test, anomalis::window::make_form_files_test,
-          anomalis::window::make_form_inversion_test, anomalis::window::make_form_layout_test, anomalis::window::make_form_names_test,
-          anomalis::window::make_form_views_test, anomalis::window::make_look_test, anomalis::window::make_picture_test}) {
-        const std::unique_ptr<QObject> test(make());
-        failed += QTest::qExec(test.get(), argc, argv);
-    }
-    return failed == 0 ? 0 : 1;
+    return anomalis::window::run_tests(arguments);
 }

@@ -39,7 +39,9 @@ void keep_forms(const QString& folder) {
     for (const int tab : {0, 1})
         keep_form(folder + "/transform_" + QString::number(tab) + ".png", tab,
                   [&] { sample.find<QPushButton>("Command_define_observed_transform").click(); });
-    keep_form(folder + "/find_file.png", 0, [&] { sample.find<QAction>("menu_find_file").trigger(); });
+    for (const char* form : {"find_file", "keyboard_shortcuts"})
+        keep_form(folder + "/" + form + ".png", 0,
+                  [&] { sample.find<QAction>((std::string("menu_") + form).c_str()).trigger(); });
 }
 
 }  // namespace

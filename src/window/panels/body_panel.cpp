@@ -41,8 +41,8 @@ QHBoxLayout* make_row(QWidget* holder) {
 
 }  // namespace
 
-BodyPanel::BodyPanel(edit::Workbench& workbench, FormGuards& guards)
-    : workbench_(workbench), guards_(guards) {
+BodyPanel::BodyPanel(edit::Workbench& workbench, FormGuards& guards, ModelNews& news)
+    : workbench_(workbench), guards_(guards), news_(news) {
     setObjectName("Frame_body");
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
@@ -78,7 +78,7 @@ QWidget* BodyPanel::make_name() {
     const ControlText text{"Text_body_name", "Name", "",
                            "Name of the current body, any text; it labels the body in the section"};
     const auto accept = [this](const std::string& typed) {
-        if (edit::change_body_name(workbench_, typed)) emit edited();
+        if (edit::change_body_name(workbench_, typed)) news_.tell(News::parameters);
         return true;
     };
     const auto stored = [this] {
@@ -127,14 +127,14 @@ void BodyPanel::wire() {
 
 void BodyPanel::mark_clicked(bool (*change)(edit::Workbench&, bool), bool on) {
     if (guards_.closed()) return;
-    if (change(workbench_, on)) emit edited();
+    if (change(workbench_, on)) news_.tell(News::parameters);
 }
 
 void BodyPanel::colour_clicked() {
     const ModelBody* body = edit::current_body(workbench_);
     if (guards_.closed() || !body) return;
     const auto chosen = choose_colour_(shown_colour(body->colour));
-    if (chosen && edit::change_body_colour(workbench_, stored_colour(*chosen))) emit edited();
+    if (chosen && edit::change_body_colour(workbench_, stored_colour(*chosen))) news_.tell(News::parameters);
 }
 
 void BodyPanel::show_colour() {

@@ -7,6 +7,7 @@
 #include <QWidget>
 
 #include "window/shell/form_guards.h"
+#include "window/shell/model_news.h"
 
 class QCheckBox;
 class QLabel;
@@ -26,7 +27,7 @@ class BodyPanel : public QWidget {
     Q_OBJECT
 
   public:
-    BodyPanel(edit::Workbench& workbench, FormGuards& guards);
+    BodyPanel(edit::Workbench& workbench, FormGuards& guards, ModelNews& news);
 
     void fill();
 
@@ -36,7 +37,6 @@ class BodyPanel : public QWidget {
     void set_choose_colour(ChooseColour choose) { choose_colour_ = std::move(choose); }
 
   signals:
-    void edited();
     void body_wanted(int number);
 
   private:
@@ -50,6 +50,7 @@ class BodyPanel : public QWidget {
 
     edit::Workbench& workbench_;
     FormGuards& guards_;
+    ModelNews& news_;
     ChooseColour choose_colour_;
     QLabel* heading_;
     QScrollBar* selector_;

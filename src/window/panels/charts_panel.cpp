@@ -30,8 +30,8 @@ QSplitter* make_splitter(const char* name) {
 
 }  // namespace
 
-ChartsPanel::ChartsPanel(edit::Workbench& workbench, QWidget* parent)
-    : QWidget(parent), workbench_(workbench), resize_timer_(new QTimer(this)) {
+ChartsPanel::ChartsPanel(edit::Workbench& workbench, ModelNews& news, QWidget* parent)
+    : QWidget(parent), workbench_(workbench), news_(news), resize_timer_(new QTimer(this)) {
     resize_timer_->setObjectName("Timer_resize");
     resize_timer_->setSingleShot(true);
     resize_timer_->setInterval(resize_pause);
@@ -113,11 +113,18 @@ QWidget* ChartsPanel::make_bars() {
     row->addWidget(pan_bar_, 1);
     row->addWidget(plan_button_);
     row->addWidget(reset);
+    buttons_ = row;
     connect(zoom_list_, &QComboBox::activated, this, [this](int index) { view_->choose_zoom_factor(index); });
     connect(pan_bar_, &QScrollBar::valueChanged, this, [this](int pan) { view_->pan_to(pan); });
     connect(plan_button_, &QPushButton::clicked, this, [this] { show_plan(!workbench_.view.show_plan); });
     connect(reset, &QPushButton::clicked, this, [this] { view_->reset_graph_scale(); });
     return bars;
+}
+
+QPushButton* ChartsPanel::add_button(const ControlText& text) {
+    QPushButton* button = make_button(text);
+    buttons_->addWidget(button);
+    return button;
 }
 
 void ChartsPanel::wire_charts() {
@@ -133,12 +140,27 @@ void ChartsPanel::wire_charts() {
 }
 
 void ChartsPanel::show_plan(bool plan) {
+    view_->update_section_or_plan_view(plan);
+    news_.tell(News::view);
+}
+
+void ChartsPanel::show_choices() {
+    view_->show_axes();
+    const bool plan = workbench_.view.show_plan;
     section_or_plan_->setCurrentIndex(plan ? 1 : 0);
     plan_button_->setText(plan ? tr("Show Section") : tr("Show Plan"));
     plan_button_->setToolTip(plan ? tr("Show the section in place of the plan")
                                   : tr("Show the plan in place of the section"));
-    view_->update_section_or_plan_view(plan);
-    emit plan_toggled(plan);
+}
+
+void ChartsPanel::follow(WhatChanged what) {
+    if (what & (News::view | News::form_reset)) show_choices();
+    if (what & News::line) {
+        view_->clear_charts();
+        line_changed();
+    }
+    if (what & (News::parameters | News::bodies | News::settings | News::line | News::form_reset))
+        view_->display_model();
 }
 
 void ChartsPanel::arrange_charts(const std::array<bool, edit::model_chart_count>& shown) {
@@ -173,7 +195,8 @@ void ChartsPanel::show_pointer(const show::PointerPanels& panels) {
 }
 
 void ChartsPanel::show_misfit(const MisfitPair& misfit) {
-    emit misfit_found(misfit[0], misfit[1]);
+    misfit_ = misfit;
+    news_.tell(News::calculated);
 }
 
 void ChartsPanel::show_base_level(const std::string& text) {

@@ -8,8 +8,10 @@
 #include "edit/workbench.h"
 #include "flow/model_view.h"
 #include "window/panels/chart_pane.h"
+#include "window/shell/model_news.h"
 
 class QComboBox;
+class QHBoxLayout;
 class QPushButton;
 class QSplitter;
 class QStackedWidget;
@@ -17,20 +19,25 @@ class QTimer;
 
 namespace anomalis::window {
 
+struct ControlText;
+
 /// The left side of the model page: the linked charts with splitters between them, zoom list, pan bar and
 /// view buttons below.
 class ChartsPanel : public QWidget, private flow::ModelViewHost {
     Q_OBJECT
 
   public:
-    explicit ChartsPanel(edit::Workbench& workbench, QWidget* parent = nullptr);
+    ChartsPanel(edit::Workbench& workbench, ModelNews& news, QWidget* parent = nullptr);
     ~ChartsPanel() override;
 
     flow::ModelView& view() { return *view_; }
     /// Section or plan, by button or menu.
     void show_plan(bool plan);
-    /// Another line was loaded: zoom list and pan bar follow, every chart gets its share of the height.
-    void line_changed();
+    void follow(WhatChanged what);
+    /// A button behind those under the charts.
+    QPushButton* add_button(const ControlText& text);
+    /// Of the model as it was last calculated.
+    const MisfitPair& misfit() const { return misfit_; }
     chart::GrapherWidget& chart_widget(int index) {
         return panes_.at(static_cast<std::size_t>(index))->widget();
     }
@@ -38,10 +45,9 @@ class ChartsPanel : public QWidget, private flow::ModelViewHost {
 
   signals:
     void pointer_moved(const anomalis::show::PointerPanels& panels);
-    void misfit_found(double data, double gradient);
+    /// A calculation that may take its time begins, or has ended.
+    void calculating(bool begins);
     void base_level_found(const QString& text);
-    void plan_toggled(bool plan);
-    void body_selected();
 
   protected:
     void resizeEvent(QResizeEvent* event) override;
@@ -53,8 +59,13 @@ class ChartsPanel : public QWidget, private flow::ModelViewHost {
     void show_misfit(const MisfitPair& misfit) override;
     void show_base_level(const std::string& text) override;
     void show_window(bool free_zoom) override;
-    void show_current_body() override { emit body_selected(); }
+    void show_current_body() override { news_.tell(News::current_body); }
+    void calculation(bool begins) override { emit calculating(begins); }
 
+    /// Zoom list and pan bar follow another line, every chart gets its share of the height.
+    void line_changed();
+    /// Axes, section or plan as the view has them.
+    void show_choices();
     QWidget* make_charts();
     QWidget* make_bars();
     QWidget* frame_of(const char* name, QWidget* inside);
@@ -64,6 +75,7 @@ class ChartsPanel : public QWidget, private flow::ModelViewHost {
     void restart_resize();
 
     edit::Workbench& workbench_;
+    ModelNews& news_;
     std::array<ChartPane*, edit::model_chart_count> panes_{};
     chart::GrapherWidget* plan_ = nullptr;
     QSplitter* splitter_ = nullptr;
@@ -72,9 +84,11 @@ class ChartsPanel : public QWidget, private flow::ModelViewHost {
     QStackedWidget* section_or_plan_ = nullptr;
     QComboBox* zoom_list_ = nullptr;
     PanBar* pan_bar_ = nullptr;
+    QHBoxLayout* buttons_ = nullptr;
     QPushButton* plan_button_ = nullptr;
     QTimer* resize_timer_ = nullptr;
     std::array<bool, edit::model_chart_count> arranged_{};
+    MisfitPair misfit_{};
     std::unique_ptr<flow::ModelView> view_;
 };
 

@@ -13,13 +13,13 @@
 
 namespace anomalis::window {
 
-DefinitionsPage::DefinitionsPage(edit::Workbench& workbench, FormGuards& guards,
+DefinitionsPage::DefinitionsPage(edit::Workbench& workbench, FormGuards& guards, ModelNews& news,
                                  const std::vector<flow::ExampleFile>& examples)
     : workbench_(workbench),
-      definitions_(new DefinitionsPanel(workbench, guards)),
-      field_(new FieldPanel(workbench, guards)),
-      processing_(new ProcessingPanel(workbench, guards)),
-      graph_options_(new GraphOptionsPanel(workbench, guards)),
+      definitions_(new DefinitionsPanel(workbench, guards, news)),
+      field_(new FieldPanel(workbench, guards, news)),
+      processing_(new ProcessingPanel(workbench, guards, news)),
+      graph_options_(new GraphOptionsPanel(workbench, guards, news)),
       head_stack_(new QStackedWidget),
       welcome_(new WelcomePanel("Frame_welcome", examples)),
       head_(new DataHeadView) {
@@ -43,13 +43,8 @@ DefinitionsPage::DefinitionsPage(edit::Workbench& workbench, FormGuards& guards,
 
     for (SettingsPanel* panel :
          {static_cast<SettingsPanel*>(field_), static_cast<SettingsPanel*>(processing_),
-          static_cast<SettingsPanel*>(graph_options_)}) {
-        connect(panel, &SettingsPanel::setting_changed, this, &DefinitionsPage::setting_changed);
+          static_cast<SettingsPanel*>(graph_options_)})
         connect(panel, &SettingsPanel::text_refused, this, &DefinitionsPage::text_refused);
-    }
-    connect(processing_, &SettingsPanel::setting_changed, processing_, &ProcessingPanel::update_base_frame);
-    connect(welcome_, &WelcomePanel::example_chosen, this, &DefinitionsPage::example_chosen);
-    connect(definitions_, &DefinitionsPanel::definition_changed, this, &DefinitionsPage::show_head);
 }
 
 void DefinitionsPage::fill(bool with_final_line) {
@@ -58,6 +53,12 @@ void DefinitionsPage::fill(bool with_final_line) {
     processing_->fill();
     graph_options_->fill();
     show_head();
+}
+
+void DefinitionsPage::follow(WhatChanged what) {
+    if (what & News::boxes) return fill(bool(what & News::step_taken));
+    if (what & News::settings) processing_->update_base_frame();
+    if (what & News::definition) show_head();
 }
 
 void DefinitionsPage::show_head() {

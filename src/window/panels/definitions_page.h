@@ -7,6 +7,7 @@
 #include "edit/workbench.h"
 #include "flow/examples.h"
 #include "window/shell/form_guards.h"
+#include "window/shell/model_news.h"
 
 class QStackedWidget;
 
@@ -24,7 +25,7 @@ class DefinitionsPage : public QWidget {
     Q_OBJECT
 
   public:
-    DefinitionsPage(edit::Workbench& workbench, FormGuards& guards,
+    DefinitionsPage(edit::Workbench& workbench, FormGuards& guards, ModelNews& news,
                     const std::vector<flow::ExampleFile>& examples);
 
     DefinitionsPanel& definitions() { return *definitions_; }
@@ -33,15 +34,15 @@ class DefinitionsPage : public QWidget {
 
     /// Fills the controls from the workspace, the final line's box only when it is asked for.
     void fill(bool with_final_line = false);
+    void follow(WhatChanged what);
+
+  signals:
+    void text_refused(const QString& caption, const QString& text);
+
+  private:
     /// Lays the head of the data file out for the present definition.
     void show_head();
 
-  signals:
-    void setting_changed();
-    void text_refused(const QString& caption, const QString& text);
-    void example_chosen(const QString& path);
-
-  private:
     edit::Workbench& workbench_;
     DefinitionsPanel* definitions_;
     FieldPanel* field_;

@@ -82,10 +82,12 @@ constexpr int length_row = 8;
 
 }  // namespace
 
-DefinitionsPanel::DefinitionsPanel(edit::Workbench& workbench, FormGuards& guards, QWidget* parent)
+DefinitionsPanel::DefinitionsPanel(edit::Workbench& workbench, FormGuards& guards, ModelNews& news,
+                                   QWidget* parent)
     : Panel("Frame_axm_data_file_definitions", tr("Observed Data"), parent),
       workbench_(workbench),
-      guards_(guards) {
+      guards_(guards),
+      news_(news) {
     add_file_row();
     for (const BoxPlace& place : box_places) add_box(place.row, place.pair, place.box, place.text);
     load_button_ = make_button({"Command_load_locations", "Load locations", "",
@@ -148,7 +150,7 @@ bool DefinitionsPanel::take(edit::DefinitionBox box, const std::string& text) {
             blank_results();
             break;
     }
-    emit definition_changed();
+    news_.tell(News::definition | News::line);
     return true;
 }
 

@@ -4,6 +4,7 @@
 
 #include "edit/definition_boxes.h"
 #include "edit/workbench.h"
+#include "window/shell/model_news.h"
 #include "window/widgets/entry_box.h"
 #include "window/widgets/panel.h"
 
@@ -18,7 +19,8 @@ class DefinitionsPanel : public Panel {
     Q_OBJECT
 
   public:
-    DefinitionsPanel(edit::Workbench& workbench, FormGuards& guards, QWidget* parent = nullptr);
+    DefinitionsPanel(edit::Workbench& workbench, FormGuards& guards, ModelNews& news,
+                     QWidget* parent = nullptr);
 
     /// Shows the definition as the workspace holds it. The final line's box keeps its text unless it is asked
     /// for, at the start and after an undo.
@@ -30,8 +32,6 @@ class DefinitionsPanel : public Panel {
   signals:
     void data_file_wanted();
     void load_wanted();
-    /// An accepted change: the stations are gone.
-    void definition_changed();
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -44,6 +44,7 @@ class DefinitionsPanel : public Panel {
 
     edit::Workbench& workbench_;
     FormGuards& guards_;
+    ModelNews& news_;
     QLineEdit* file_box_ = nullptr;
     QPushButton* load_button_ = nullptr;
     std::array<KeystrokeBox*, edit::all_definition_boxes.size()> boxes_{};

@@ -23,14 +23,15 @@ constexpr int column_width = 384;  // pixels
 
 }  // namespace
 
-ModelSide::ModelSide(edit::Workbench& workbench, FormGuards& guards)
+ModelSide::ModelSide(edit::Workbench& workbench, FormGuards& guards, ModelNews& news)
     : workbench_(workbench),
       guards_(guards),
-      body_(new BodyPanel(workbench, guards)),
-      grid_(new BodyGridView(workbench, guards)),
-      pipe_(new PipePanel(workbench, guards)),
+      news_(news),
+      body_(new BodyPanel(workbench, guards, news)),
+      grid_(new BodyGridView(workbench, guards, news)),
+      pipe_(new PipePanel(workbench, guards, news)),
       wire_(make_wire_frame()),
-      move_(new MovePanel(workbench, guards)),
+      move_(new MovePanel(workbench, guards, news)),
       invert_(new InvertPanel(workbench, guards)),
       toggle_(make_button({"Command_toggle_invert_body", "Perform Inversion", "",
                            "Change between the bars that move the body and the controls of the inversion"})),
@@ -63,16 +64,12 @@ QWidget* ModelSide::make_column() {
 }
 
 void ModelSide::wire() {
-    connect(body_, &BodyPanel::edited, this, &ModelSide::edited);
     connect(body_, &BodyPanel::body_wanted, this, [this](int number) {
         commit();
         emit body_wanted(number);
     });
-    connect(grid_, &BodyGridView::edited, this, &ModelSide::edited);
     connect(grid_, &BodyGridView::text_refused, this, &ModelSide::text_refused);
-    connect(pipe_, &PipePanel::edited, this, &ModelSide::edited);
     connect(pipe_, &PipePanel::text_refused, this, &ModelSide::text_refused);
-    connect(move_, &MovePanel::edited, this, &ModelSide::edited);
     connect(toggle_, &QPushButton::clicked, this, &ModelSide::toggle_invert_view);
 }
 
@@ -88,13 +85,14 @@ void ModelSide::display_body_parameters() {
         wire_->setVisible(body && body->type == BodyType::wire);
         move_->fill();
     }
-    if (rewritten) emit edited();
+    if (rewritten) news_.tell(News::bodies);
 }
 
-void ModelSide::reset_form_display() {
-    workbench_.view.current_body = 1;
-    show_invert_view(false);
-    display_body_parameters();
+void ModelSide::follow(WhatChanged what) {
+    constexpr WhatChanged shown =
+        News::parameters | News::bodies | News::current_body | News::settings | News::line | News::form_reset;
+    if (what & News::form_reset) show_invert_view(false);
+    if (what & shown) display_body_parameters();
 }
 
 void ModelSide::commit() {

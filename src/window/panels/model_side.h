@@ -3,6 +3,7 @@
 #include <QWidget>
 
 #include "window/shell/form_guards.h"
+#include "window/shell/model_news.h"
 
 class QPushButton;
 class QStackedWidget;
@@ -25,16 +26,14 @@ class ModelSide : public QWidget {
     Q_OBJECT
 
   public:
-    ModelSide(edit::Workbench& workbench, FormGuards& guards);
+    ModelSide(edit::Workbench& workbench, FormGuards& guards, ModelNews& news);
 
     BodyPanel& body() { return *body_; }
     InvertPanel& invert() { return *invert_; }
 
     /// Shows the current body everywhere in the column; without one the controls are empty and disabled.
     void display_body_parameters();
-    /// Body 1 becomes the current one, the bars are shown. After a read, after the first body was added,
-    /// after the last one was deleted.
-    void reset_form_display();
+    void follow(WhatChanged what);
     /// Takes over what is being typed: before a command, and before another page is shown.
     void commit();
 
@@ -43,8 +42,6 @@ class ModelSide : public QWidget {
     bool invert_view() const;
 
   signals:
-    /// The model was changed.
-    void edited();
     /// The person chose another body, which is not yet the current one.
     void body_wanted(int number);
     void text_refused(const QString& caption, const QString& text);
@@ -58,6 +55,7 @@ class ModelSide : public QWidget {
 
     edit::Workbench& workbench_;
     FormGuards& guards_;
+    ModelNews& news_;
     BodyPanel* body_;
     BodyGridView* grid_;
     PipePanel* pipe_;

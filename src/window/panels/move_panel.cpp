@@ -29,8 +29,8 @@ QString caption_of(const ModelBody* body, ParamCode code) {
 
 }  // namespace
 
-MovePanel::MovePanel(edit::Workbench& workbench, FormGuards& guards)
-    : workbench_(workbench), guards_(guards) {
+MovePanel::MovePanel(edit::Workbench& workbench, FormGuards& guards, ModelNews& news)
+    : workbench_(workbench), guards_(guards), news_(news) {
     setObjectName("Frame_move_body");
     auto* grid = new QGridLayout(this);
     grid->setContentsMargins(0, 0, 0, 0);
@@ -75,7 +75,7 @@ ParameterStepper* MovePanel::make_stepper(const edit::ParameterBar& bar, bool fi
 
 void MovePanel::step(const edit::ParameterBar& bar, bool fine, int direction) {
     if (guards_.closed()) return;
-    if (edit::step_parameter(workbench_, bar, fine, direction)) emit edited();
+    if (edit::step_parameter(workbench_, bar, fine, direction)) news_.tell(News::parameters);
 }
 
 void MovePanel::fill() {

@@ -5,6 +5,7 @@
 #include <QWidget>
 
 #include "window/shell/form_guards.h"
+#include "window/shell/model_news.h"
 
 class QGridLayout;
 class QLabel;
@@ -23,13 +24,10 @@ class MovePanel : public QWidget {
     Q_OBJECT
 
   public:
-    MovePanel(edit::Workbench& workbench, FormGuards& guards);
+    MovePanel(edit::Workbench& workbench, FormGuards& guards, ModelNews& news);
 
     /// Captions follow the type; bars of rows that the current body has not are disabled.
     void fill();
-
-  signals:
-    void edited();
 
   private:
     struct Row {
@@ -44,6 +42,7 @@ class MovePanel : public QWidget {
 
     edit::Workbench& workbench_;
     FormGuards& guards_;
+    ModelNews& news_;
     std::vector<Row> rows_;
 };
 

@@ -17,8 +17,8 @@ constexpr int box_width = 46;  // pixels
 
 }  // namespace
 
-PipePanel::PipePanel(edit::Workbench& workbench, FormGuards& guards)
-    : workbench_(workbench), guards_(guards) {
+PipePanel::PipePanel(edit::Workbench& workbench, FormGuards& guards, ModelNews& news)
+    : workbench_(workbench), guards_(guards), news_(news) {
     setObjectName("Frame_cylinder");
     auto* grid = new QGridLayout(this);
     grid->setContentsMargins(0, 0, 0, 0);
@@ -48,7 +48,7 @@ void PipePanel::add_box(QGridLayout& grid, int row, int pair, edit::PipeBox box,
     const QString caption = tr(text.caption);
     const auto accept = [this, box](const std::string& typed) {
         const edit::BoxChange change = edit::change_pipe_box(workbench_, box, typed);
-        if (change == edit::BoxChange::stored) emit edited();
+        if (change == edit::BoxChange::stored) news_.tell(News::parameters);
         return change != edit::BoxChange::refused;
     };
     const auto stored = [this, box] { return edit::pipe_box_text(workbench_, box); };

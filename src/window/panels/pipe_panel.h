@@ -6,6 +6,7 @@
 
 #include "edit/body_form.h"
 #include "window/shell/form_guards.h"
+#include "window/shell/model_news.h"
 #include "window/widgets/panel.h"
 
 class QGridLayout;
@@ -23,11 +24,10 @@ class PipePanel : public QWidget {
     Q_OBJECT
 
   public:
-    PipePanel(edit::Workbench& workbench, FormGuards& guards);
+    PipePanel(edit::Workbench& workbench, FormGuards& guards, ModelNews& news);
     void fill();
 
   signals:
-    void edited();
     void text_refused(const QString& caption, const QString& text);
 
   private:
@@ -35,6 +35,7 @@ class PipePanel : public QWidget {
 
     edit::Workbench& workbench_;
     FormGuards& guards_;
+    ModelNews& news_;
     std::vector<CommitBox*> boxes_;
 };
 

@@ -16,11 +16,11 @@ constexpr int elevation_row = 5;
 
 }  // namespace
 
-ProcessingPanel::ProcessingPanel(edit::Workbench& workbench, FormGuards& guards)
+ProcessingPanel::ProcessingPanel(edit::Workbench& workbench, FormGuards& guards, ModelNews& news)
     : SettingsPanel(
           "Frame_data_processing_parameters",
           tr("Data Processing Parameters: Changing these values does not require reloading the data"),
-          workbench, guards) {
+          workbench, guards, news) {
     add_filters();
     add_gradient();
     add_base_levels(base_row);
@@ -42,7 +42,7 @@ void ProcessingPanel::add_filters() {
     connect(smooth_type_, &QComboBox::currentIndexChanged, this, [this](int index) {
         if (this->guards().closed()) return;
         edit::change_smooth_filter_type(this->workbench(), index);
-        emit setting_changed();
+        tell();
     });
     add_box(0, 1, edit::SettingsBox::smooth_filter_width,
             {"Text_smooth_filter_width", "Half-width", "",
@@ -71,7 +71,7 @@ void ProcessingPanel::add_gradient() {
         show_gradient_captions();
         if (this->guards().closed()) return;
         edit::change_total_gradient(this->workbench(), total);
-        emit setting_changed();
+        tell();
     });
 }
 
@@ -102,7 +102,7 @@ void ProcessingPanel::add_base_levels(int row) {
         connect(float_checks_[i], &QCheckBox::toggled, this, [this, channel](bool on) {
             if (this->guards().closed()) return;
             edit::change_float_base(this->workbench(), channel, on);
-            emit setting_changed();
+            tell();
         });
     }
     base_frame_ = frame;

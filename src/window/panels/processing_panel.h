@@ -14,7 +14,7 @@ class ProcessingPanel : public SettingsPanel {
     Q_OBJECT
 
   public:
-    ProcessingPanel(edit::Workbench& workbench, FormGuards& guards);
+    ProcessingPanel(edit::Workbench& workbench, FormGuards& guards, ModelNews& news);
 
     void fill() override;
     /// Shows a base level that was found by loading or floating.

@@ -6,13 +6,16 @@
 namespace anomalis::window {
 
 SettingsPanel::SettingsPanel(const char* object_name, const QString& heading, edit::Workbench& workbench,
-                             FormGuards& guards, int caption_width)
-    : Panel(object_name, heading, nullptr, caption_width), workbench_(workbench), guards_(guards) {}
+                             FormGuards& guards, ModelNews& news, int caption_width)
+    : Panel(object_name, heading, nullptr, caption_width),
+      workbench_(workbench),
+      guards_(guards),
+      news_(news) {}
 
 CommitBox* SettingsPanel::make_box(edit::SettingsBox box, const ControlText& text) {
     const auto accept = [this, box](const std::string& typed) {
         const edit::SettingsChange change = edit::change_settings_box(workbench_, box, typed);
-        if (change == edit::SettingsChange::stored) emit setting_changed();
+        if (change == edit::SettingsChange::stored) tell();
         return change != edit::SettingsChange::refused;
     };
     const auto stored = [this, box] { return edit::settings_box_text(workbench_.session.workspace, box); };
@@ -37,8 +40,8 @@ CommitBox* SettingsPanel::box(edit::SettingsBox setting) const {
     return found == boxes_.end() ? nullptr : found->second;
 }
 
-FieldPanel::FieldPanel(edit::Workbench& workbench, FormGuards& guards)
-    : SettingsPanel("Frame_field", tr("Magnetic Field"), workbench, guards) {
+FieldPanel::FieldPanel(edit::Workbench& workbench, FormGuards& guards, ModelNews& news)
+    : SettingsPanel("Frame_field", tr("Magnetic Field"), workbench, guards, news) {
     const ControlText intensity{"Text_mag_intensity", "Intensity", "nT",
                                 "Strength of the ambient field, nT (above 0)"};
     const ControlText inclination{"Text_mag_inclination", "Inclination", "°",
@@ -58,10 +61,10 @@ std::array<std::string, 3> FieldPanel::texts() const {
             field_boxes_[2]->text().toStdString()};
 }
 
-GraphOptionsPanel::GraphOptionsPanel(edit::Workbench& workbench, FormGuards& guards)
+GraphOptionsPanel::GraphOptionsPanel(edit::Workbench& workbench, FormGuards& guards, ModelNews& news)
     : SettingsPanel("Frame_graph_display_options",
                     tr("Graph Display Parameters: Changing these values does not require reloading the data"),
-                    workbench, guards, narrow_captions) {
+                    workbench, guards, news, narrow_captions) {
     add_box(0, 0, edit::SettingsBox::profile_grid_spacing,
             {"Text_profile_grid_spacing", "Profile grid spacing", "m",
              "Step of the section's grid along the profile, m (0 draws none)"});
@@ -87,12 +90,12 @@ GraphOptionsPanel::GraphOptionsPanel(edit::Workbench& workbench, FormGuards& gua
     connect(label_check_, &QCheckBox::toggled, this, [this](bool on) {
         if (this->guards().closed()) return;
         edit::change_show_body_label(this->workbench(), on);
-        emit setting_changed();
+        tell();
     });
     connect(aspect_check_, &QCheckBox::toggled, this, [this](bool on) {
         if (this->guards().closed()) return;
         edit::change_maintain_aspect_ratio(this->workbench(), on);
-        emit setting_changed();
+        tell();
     });
 }
 

@@ -5,6 +5,7 @@
 
 #include "edit/settings_boxes.h"
 #include "edit/workbench.h"
+#include "window/shell/model_news.h"
 #include "window/widgets/entry_box.h"
 #include "window/widgets/panel.h"
 
@@ -19,7 +20,7 @@ class SettingsPanel : public Panel {
 
   public:
     SettingsPanel(const char* object_name, const QString& heading, edit::Workbench& workbench,
-                  FormGuards& guards, int caption_width = wide_captions);
+                  FormGuards& guards, ModelNews& news, int caption_width = wide_captions);
 
     /// Shows everything as the workspace holds it.
     virtual void fill();
@@ -27,8 +28,6 @@ class SettingsPanel : public Panel {
     CommitBox* box(edit::SettingsBox setting) const;
 
   signals:
-    /// A setting was stored: what is on show is out of date.
-    void setting_changed();
     void text_refused(const QString& caption, const QString& text);
 
   protected:
@@ -36,10 +35,13 @@ class SettingsPanel : public Panel {
     void add_box(int row, int pair, edit::SettingsBox box, const ControlText& text);
     edit::Workbench& workbench() { return workbench_; }
     FormGuards& guards() { return guards_; }
+    /// A setting was stored.
+    void tell() { news_.tell(News::settings); }
 
   private:
     edit::Workbench& workbench_;
     FormGuards& guards_;
+    ModelNews& news_;
     std::map<edit::SettingsBox, CommitBox*> boxes_;
 };
 
@@ -48,7 +50,7 @@ class FieldPanel : public SettingsPanel {
     Q_OBJECT
 
   public:
-    FieldPanel(edit::Workbench& workbench, FormGuards& guards);
+    FieldPanel(edit::Workbench& workbench, FormGuards& guards, ModelNews& news);
     /// The three texts as their boxes show them: intensity, inclination, declination.
     std::array<std::string, 3> texts() const;
 
@@ -61,7 +63,7 @@ class GraphOptionsPanel : public SettingsPanel {
     Q_OBJECT
 
   public:
-    GraphOptionsPanel(edit::Workbench& workbench, FormGuards& guards);
+    GraphOptionsPanel(edit::Workbench& workbench, FormGuards& guards, ModelNews& news);
     void fill() override;
 
   private:

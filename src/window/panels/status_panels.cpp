@@ -98,6 +98,10 @@ void StatusPanels::show_text(const QString& text) {
     panel(1)->setToolTip(text);
 }
 
+void StatusPanels::show_refused(const QString& caption, const QString& text) {
+    show_text(tr("%1: “%2” is not accepted, the value stays").arg(caption, text.left(40).simplified()));
+}
+
 void StatusPanels::show_pointer(const show::PointerPanels& panels) {
     panel(2)->setText(QString::fromStdString(panels.chart));
     panel(3)->setText(QString::fromStdString(panels.x));
@@ -114,6 +118,10 @@ void StatusPanels::show_misfit(double data_norm, double gradient_norm) {
 void StatusPanels::show_progress(int percent) {
     progress_->setVisible(percent >= 0);
     progress_->setValue(std::max(percent, 0));
+    if (percent < 0 || !isVisible()) return;
+    // The work that follows lets no event through.
+    progress_->parentWidget()->layout()->activate();
+    repaint();
 }
 
 void StatusPanels::clear_line() {

@@ -24,7 +24,9 @@ class StatusPanels : public QStatusBar {
     void show_pointer(const show::PointerPanels& panels);
     void show_misfit(double data_norm, double gradient_norm);
     void clear_line();
-    /// Shows the bar of a long calculation, in percent; below 0 hides it.
+    /// A text that was not accepted.
+    void show_refused(const QString& caption, const QString& text);
+    /// Shows the bar of a long calculation at once, in percent; below 0 hides it.
     void show_progress(int percent);
 
   private:

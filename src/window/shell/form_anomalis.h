@@ -6,33 +6,33 @@
 
 #include "edit/workbench.h"
 #include "flow/examples.h"
-#include "flow/open_flow.h"
+#include "flow/save_flow.h"
+#include "window/shell/entry_gate.h"
 #include "window/shell/form_guards.h"
+#include "window/shell/model_news.h"
 
-class QStackedWidget;
 class QTabWidget;
-
-namespace anomalis::edit {
-struct HistoryStep;
-}  // namespace anomalis::edit
 
 namespace anomalis::window {
 
+class Actions;
+class CalculationWatch;
 class ChartsPanel;
 class DefinitionsPage;
-class FormBodies;
-class FormFiles;
-class FormFormulas;
-class FormHistory;
 class FormInversion;
-class FormMenus;
-class FormRecovery;
-class FormViews;
+class FormulasController;
+class LineController;
+class Menus;
+class ModelPage;
 class ModelSide;
+class OpenController;
+class PageController;
+class RecoveryController;
+class SaveController;
 class StatusPanels;
-class WelcomePanel;
 
-/// The main window: two tabs, menus and status bar, and the flows that join them. It holds no arithmetic.
+/// The main window: two tabs, menus and status bar, and the controllers that join them to the flows. It
+/// composes them, says who hears the news in which order, and holds no arithmetic.
 class Form_anomalis : public QMainWindow {
     Q_OBJECT
 
@@ -49,32 +49,13 @@ class Form_anomalis : public QMainWindow {
 
     edit::Workbench& workbench() { return workbench_; }
     FormGuards& guards() { return guards_; }
+    EntryGate& gate() { return gate_; }
+    ModelNews& news() { return news_; }
+    Actions& actions() { return *actions_; }
     ChartsPanel& charts() { return *charts_; }
     ModelSide& side() { return *side_; }
-    FormBodies& bodies() { return *bodies_; }
-    FormMenus& menus() { return *menus_; }
-    StatusPanels& status() { return *status_; }
-    DefinitionsPage& definitions_page() { return *definitions_page_; }
-    /// Takes over what is being typed anywhere: before a command that reads or writes the workspace.
-    void commit_entries();
-    void show_model_tab();
-    void show_definitions_tab();
-    /// Menus and model page follow whether a line is loaded.
-    void update_line_state();
     FormInversion& inversion() { return *inversion_; }
-    FormRecovery& recovery() { return *recovery_; }
-    /// A model that a crash left is back: it is shown like an opened one, and its line is loaded.
-    void show_recovered();
-    /// A step back or forward was taken: boxes, line, bodies, charts and caption follow.
-    void history_moved(const edit::HistoryStep& step);
-    /// Shows what a read of a workspace file left.
-    void show_opened(flow::OpenOutcome outcome, flow::ReadMode mode);
-    /// Caption, Save button and recent files follow the model.
-    void show_caption();
-
-  public slots:
-    /// The model was edited, by whomever: body controls, charts and caption follow.
-    void model_edited();
+    RecoveryController& recovery() { return *recovery_; }
 
   protected:
     void closeEvent(QCloseEvent* event) override;
@@ -82,39 +63,35 @@ class Form_anomalis : public QMainWindow {
     void dropEvent(QDropEvent* event) override;
 
   private:
-    void start();
     void lay_out();
-    void wire_pages();
-    void wire_menus();
+    void make_controllers(const std::vector<flow::ExampleFile>& examples);
+    void wire_panels();
+    void start();
     void restore_size(const StartSettings& settings);
-
-    void open_with_dialog(flow::ReadMode mode);
-    void choose_data();
-    void take_data_file(const std::string& path);
-    void tab_changed(int index);
-    void line_dropped();
-    void setting_changed();
+    void follow(WhatChanged what);
+    flow::WindowLayout window_layout() const;
 
     Session& session_;
     edit::Workbench workbench_;
     FormGuards guards_;
-    bool window_ready_ = false;
+    EntryGate gate_;
+    ModelNews news_;
     QTabWidget* tabs_;
     DefinitionsPage* definitions_page_;
-    QStackedWidget* model_page_;
-    WelcomePanel* hint_;
-    QWidget* model_row_;
     ChartsPanel* charts_;
     ModelSide* side_;
+    ModelPage* model_page_;
     StatusPanels* status_;
-    FormMenus* menus_;
-    FormBodies* bodies_;
-    FormViews* views_;
-    FormHistory* history_;
-    FormFiles* files_ = nullptr;
-    FormFormulas* formulas_;
-    FormRecovery* recovery_;
-    FormInversion* inversion_;
+    Actions* actions_;
+    Menus* menus_;
+    std::unique_ptr<CalculationWatch> calculation_;
+    PageController* pages_ = nullptr;
+    LineController* line_ = nullptr;
+    OpenController* open_ = nullptr;
+    SaveController* save_ = nullptr;
+    FormulasController* formulas_ = nullptr;
+    RecoveryController* recovery_ = nullptr;
+    FormInversion* inversion_ = nullptr;
 };
 
 }  // namespace anomalis::window

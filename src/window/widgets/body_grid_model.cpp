@@ -19,8 +19,8 @@ int grid_row(const QModelIndex& index) {
 
 }  // namespace
 
-BodyGridModel::BodyGridModel(edit::Workbench& workbench, FormGuards& guards, QObject* parent)
-    : QAbstractTableModel(parent), workbench_(workbench), guards_(guards) {}
+BodyGridModel::BodyGridModel(edit::Workbench& workbench, FormGuards& guards, ModelNews& news, QObject* parent)
+    : QAbstractTableModel(parent), workbench_(workbench), guards_(guards), news_(news) {}
 
 int BodyGridModel::rowCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : edit::body_row_count;
@@ -93,13 +93,13 @@ bool BodyGridModel::setData(const QModelIndex& index, const QVariant& value, int
     const bool wanted = value.toInt() == Qt::Checked;
     if (wanted == (edit::grid_vary_mark(workbench_, grid_row(index)) == edit::VaryMark::free)) return false;
     if (!edit::toggle_grid_vary(workbench_, grid_row(index))) return false;
-    emit edited();
+    news_.tell(News::parameters);
     return true;
 }
 
 void BodyGridModel::toggle_vary(const QModelIndex& index) {
     if (!index.isValid() || guards_.closed()) return;
-    if (edit::toggle_grid_vary(workbench_, grid_row(index))) emit edited();
+    if (edit::toggle_grid_vary(workbench_, grid_row(index))) news_.tell(News::parameters);
 }
 
 bool BodyGridModel::enter(const QModelIndex& index, const QString& text) {
@@ -108,7 +108,7 @@ bool BodyGridModel::enter(const QModelIndex& index, const QString& text) {
     const edit::GridChange change =
         edit::enter_grid_text(workbench_, row, index.column(), text.toStdString());
     if (change == edit::GridChange::refused) emit text_refused(caption, text);
-    if (change == edit::GridChange::stored) emit edited();
+    if (change == edit::GridChange::stored) news_.tell(News::parameters);
     return change == edit::GridChange::stored;
 }
 

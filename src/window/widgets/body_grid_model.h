@@ -3,6 +3,7 @@
 #include <QAbstractTableModel>
 
 #include "window/shell/form_guards.h"
+#include "window/shell/model_news.h"
 
 namespace anomalis::edit {
 struct Workbench;
@@ -18,7 +19,7 @@ class BodyGridModel : public QAbstractTableModel {
   public:
     enum Role { unit_role = Qt::UserRole, error_role };
 
-    BodyGridModel(edit::Workbench& workbench, FormGuards& guards, QObject* parent = nullptr);
+    BodyGridModel(edit::Workbench& workbench, FormGuards& guards, ModelNews& news, QObject* parent = nullptr);
 
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex& parent = {}) const override;
@@ -34,7 +35,6 @@ class BodyGridModel : public QAbstractTableModel {
     void refresh();
 
   signals:
-    void edited();
     void text_refused(const QString& caption, const QString& text);
 
   private:
@@ -42,6 +42,7 @@ class BodyGridModel : public QAbstractTableModel {
 
     edit::Workbench& workbench_;
     FormGuards& guards_;
+    ModelNews& news_;
 };
 
 }  // namespace anomalis::window

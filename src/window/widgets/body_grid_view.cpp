@@ -25,11 +25,12 @@ constexpr int least_row_height = 17;
 
 }  // namespace
 
-BodyGridView::BodyGridView(edit::Workbench& workbench, FormGuards& guards, QWidget* parent)
+BodyGridView::BodyGridView(edit::Workbench& workbench, FormGuards& guards, ModelNews& news, QWidget* parent)
     : QTableView(parent),
       workbench_(workbench),
       guards_(guards),
-      cells_(new BodyGridModel(workbench, guards, this)),
+      news_(news),
+      cells_(new BodyGridModel(workbench, guards, news, this)),
       types_(new QComboBox(viewport())) {
     name_control(*this, "Grid_body", tr("Parameters of the current body"),
                  tr("The parameters of the current body, whether the inversion may change them, and its "
@@ -43,7 +44,6 @@ BodyGridView::BodyGridView(edit::Workbench& workbench, FormGuards& guards, QWidg
     lay_out();
     connect(this, &QTableView::clicked, this, &BodyGridView::cell_clicked);
     connect(types_, &QComboBox::activated, this, &BodyGridView::choose_type);
-    connect(cells_, &BodyGridModel::edited, this, &BodyGridView::edited);
     connect(cells_, &BodyGridModel::text_refused, this, &BodyGridView::text_refused);
 }
 
@@ -105,7 +105,6 @@ bool BodyGridView::edit(const QModelIndex& index, EditTrigger trigger, QEvent* e
 
 void BodyGridView::mousePressEvent(QMouseEvent* event) {
     commit_editor();
-    types_->hide();
     QTableView::mousePressEvent(event);
 }
 
@@ -136,10 +135,12 @@ void BodyGridView::choose_type(int entry) {
     types_->hide();
     types_->setEnabled(true);
     setFocus();
-    if (changed) emit edited();
+    if (changed) news_.tell(News::bodies);
 }
 
 void BodyGridView::commit_editor() {
+    types_->hidePopup();
+    types_->hide();
     if (state() != EditingState) return;
     if (QWidget* editor = indexWidget(currentIndex())) {
         commitData(editor);

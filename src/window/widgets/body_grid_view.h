@@ -3,6 +3,7 @@
 #include <QTableView>
 
 #include "window/shell/form_guards.h"
+#include "window/shell/model_news.h"
 
 class QComboBox;
 
@@ -20,14 +21,13 @@ class BodyGridView : public QTableView {
     Q_OBJECT
 
   public:
-    BodyGridView(edit::Workbench& workbench, FormGuards& guards, QWidget* parent = nullptr);
+    BodyGridView(edit::Workbench& workbench, FormGuards& guards, ModelNews& news, QWidget* parent = nullptr);
 
     void fill();
-    /// Takes over what stands in an open editor.
+    /// Takes over what stands in an open editor; an open list of types is put away.
     void commit_editor();
 
   signals:
-    void edited();
     void text_refused(const QString& caption, const QString& text);
 
   protected:
@@ -46,6 +46,7 @@ class BodyGridView : public QTableView {
 
     edit::Workbench& workbench_;
     FormGuards& guards_;
+    ModelNews& news_;
     BodyGridModel* cells_;
     QComboBox* types_;
 };

@@ -6,21 +6,27 @@
 
 class QTimer;
 
+namespace anomalis::edit {
+struct Workbench;
+}  // namespace anomalis::edit
 namespace anomalis::flow {
 class RecoveryKeeper;
 }  // namespace anomalis::flow
 
 namespace anomalis::window {
 
-class Form_anomalis;
+struct FormGuards;
+class OpenController;
+class StatusPanels;
 
 /// Keeps the model once a minute for the start that follows a crash, and offers what a crash left.
-class FormRecovery : public QObject {
+class RecoveryController : public QObject {
     Q_OBJECT
 
   public:
-    explicit FormRecovery(Form_anomalis& form);
-    ~FormRecovery() override;
+    RecoveryController(QObject* parent, edit::Workbench& workbench, const FormGuards& guards,
+                       OpenController& open, StatusPanels& status);
+    ~RecoveryController() override;
 
     /// Begins with a folder that all running programs share; until then nothing is kept. Asks whether a model
     /// that a crash left is wanted.
@@ -33,7 +39,10 @@ class FormRecovery : public QObject {
     void tick();
     void show_problem();
 
-    Form_anomalis& form_;
+    edit::Workbench& workbench_;
+    const FormGuards& guards_;
+    OpenController& open_;
+    StatusPanels& status_;
     std::unique_ptr<flow::RecoveryKeeper> keeper_;
     QTimer* timer_;
 };

@@ -13,7 +13,7 @@
 
 namespace anomalis::window {
 
-class FormBodiesTest : public QObject {
+class BodiesControllerTest : public QObject {
     Q_OBJECT
 
   private slots:
@@ -83,7 +83,7 @@ const QStringList entries{
 
 }  // namespace
 
-void FormBodiesTest::every_control_is_found_and_explains_itself() {
+void BodiesControllerTest::every_control_is_found_and_explains_itself() {
     Modelled sample;
     for (const QString& name : column_names)
         QVERIFY2(sample.form->findChild<QWidget*>(name), qPrintable(name));
@@ -101,12 +101,12 @@ void FormBodiesTest::every_control_is_found_and_explains_itself() {
     QVERIFY(!sample.find<QCheckBox>("Check_small_step").isVisible());
 }
 
-void FormBodiesTest::frames_of_pipe_and_wire_follow_the_type() {
+void BodiesControllerTest::frames_of_pipe_and_wire_follow_the_type() {
     Modelled sample;
     QVERIFY(!sample.find<QWidget>("Frame_cylinder").isVisible());
     QVERIFY(!sample.find<QWidget>("Frame_wire").isVisible());
     sample.body(1).type = pipe;
-    sample.form->model_edited();
+    sample.form->news().tell(News::bodies);
     QVERIFY(sample.find<QWidget>("Frame_cylinder").isVisible());
     QCOMPARE(sample.text("Text_num_sectors"), QString("12"));
     sample.type("Text_num_sectors", "20");
@@ -117,12 +117,12 @@ void FormBodiesTest::frames_of_pipe_and_wire_follow_the_type() {
     }
     QVERIFY(sample.status(1).startsWith("Wall"));
     sample.body(1).type = wire;
-    sample.form->model_edited();
+    sample.form->news().tell(News::bodies);
     QVERIFY(!sample.find<QWidget>("Frame_cylinder").isVisible());
     QVERIFY(sample.find<QWidget>("Frame_wire").isVisible());
 }
 
-void FormBodiesTest::the_bar_selects_the_body() {
+void BodiesControllerTest::the_bar_selects_the_body() {
     Modelled sample;
     auto& bar = sample.find<QScrollBar>("HScroll_body");
     QCOMPARE(bar.minimum(), 1);
@@ -138,7 +138,7 @@ void FormBodiesTest::the_bar_selects_the_body() {
     QCOMPARE(sample.text("Text_body_name"), QString("Dyke"));
 }
 
-void FormBodiesTest::marks_and_name_change_the_current_body() {
+void BodiesControllerTest::marks_and_name_change_the_current_body() {
     Modelled sample;
     const QString before = sample.status(7);
     sample.click("Check_turn_off_body");
@@ -156,7 +156,7 @@ void FormBodiesTest::marks_and_name_change_the_current_body() {
     QCOMPARE(sample.body(2).turned_off, 0);
 }
 
-void FormBodiesTest::a_name_takes_any_text_as_one_line() {
+void BodiesControllerTest::a_name_takes_any_text_as_one_line() {
     Modelled sample;
     auto& box = sample.find<QLineEdit>("Text_body_name");
     QApplication::clipboard()->setText("two\nlines");
@@ -178,7 +178,7 @@ void FormBodiesTest::a_name_takes_any_text_as_one_line() {
     QCOMPARE(sample.body(2).name, std::string("Second"));
 }
 
-void FormBodiesTest::the_patch_chooses_the_colour() {
+void BodiesControllerTest::the_patch_chooses_the_colour() {
     Modelled sample;
     QColor offered;
     sample.form->side().body().set_choose_colour([&](const QColor& present) {
@@ -194,7 +194,7 @@ void FormBodiesTest::the_patch_chooses_the_colour() {
     QCOMPARE(sample.body(1).colour, 0x302010);
 }
 
-void FormBodiesTest::buttons_and_keys_step_a_parameter() {
+void BodiesControllerTest::buttons_and_keys_step_a_parameter() {
     Modelled sample;
     const QString before = sample.status(7);
     QTest::mouseClick(&sample.half("HScroll_dip_0", 1), Qt::LeftButton);
@@ -216,7 +216,7 @@ void FormBodiesTest::buttons_and_keys_step_a_parameter() {
     QVERIFY(sample.form->workbench().unsaved);
 }
 
-void FormBodiesTest::a_step_takes_over_what_is_being_typed() {
+void BodiesControllerTest::a_step_takes_over_what_is_being_typed() {
     Modelled sample;
     sample.form->activateWindow();
     sample.type("Text_body_name", "Half typed", false);
@@ -231,7 +231,7 @@ void FormBodiesTest::a_step_takes_over_what_is_being_typed() {
     QCOMPARE(sample.body(1).dip.value, 90.0F);
 }
 
-void FormBodiesTest::a_held_button_repeats() {
+void BodiesControllerTest::a_held_button_repeats() {
     Modelled sample;
     QToolButton& more = sample.half("HScroll_dist_1", 1);
     QTest::mousePress(&more, Qt::LeftButton);
@@ -240,17 +240,17 @@ void FormBodiesTest::a_held_button_repeats() {
     QVERIFY(moved);
 }
 
-void FormBodiesTest::bars_of_missing_rows_are_disabled() {
+void BodiesControllerTest::bars_of_missing_rows_are_disabled() {
     Modelled sample;
     QVERIFY(sample.find<QWidget>("HScroll_plunge_0").isEnabled());
     sample.body(1).type = pipe;
-    sample.form->model_edited();
+    sample.form->news().tell(News::bodies);
     QVERIFY(!sample.find<QWidget>("HScroll_plunge_0").isEnabled());
     QVERIFY(!sample.find<QWidget>("VScroll_depth_extent_1").isEnabled());
     QVERIFY(sample.find<QWidget>("VScroll_depth_0").isEnabled());
 }
 
-void FormBodiesTest::nothing_is_edited_while_a_run_is_on() {
+void BodiesControllerTest::nothing_is_edited_while_a_run_is_on() {
     Modelled sample;
     sample.form->guards().busy = true;
     QTest::mouseClick(&sample.half("HScroll_dip_0", 1), Qt::LeftButton);
@@ -272,7 +272,7 @@ void FormBodiesTest::nothing_is_edited_while_a_run_is_on() {
     QVERIFY(!sample.form->workbench().unsaved);
 }
 
-void FormBodiesTest::commands_add_copy_split_and_delete() {
+void BodiesControllerTest::commands_add_copy_split_and_delete() {
     Modelled sample;
     const QString before = sample.status(7);
     sample.trigger("menu_add_body_0");
@@ -290,7 +290,7 @@ void FormBodiesTest::commands_add_copy_split_and_delete() {
     QCOMPARE(sample.status(7), before);
 }
 
-void FormBodiesTest::a_command_from_the_first_tab_shows_the_model() {
+void BodiesControllerTest::a_command_from_the_first_tab_shows_the_model() {
     Modelled sample;
     sample.choose_tab(0);
     sample.trigger("menu_add_body_0");
@@ -301,7 +301,7 @@ void FormBodiesTest::a_command_from_the_first_tab_shows_the_model() {
     QCOMPARE(sample.tab(), 0);
 }
 
-void FormBodiesTest::an_emptied_list_disables_the_column() {
+void BodiesControllerTest::an_emptied_list_disables_the_column() {
     Modelled sample;
     sample.click("Command_toggle_invert_body");
     QVERIFY(sample.form->side().invert_view());
@@ -324,7 +324,7 @@ void FormBodiesTest::an_emptied_list_disables_the_column() {
     QCOMPARE(sample.find<QLabel>("Label_body").text(), QString("Body 1 of 1"));
 }
 
-void FormBodiesTest::flags_colours_shift_and_sort_are_redrawn() {
+void BodiesControllerTest::flags_colours_shift_and_sort_are_redrawn() {
     Modelled sample;
     const QString before = sample.status(7);
     sample.trigger("menu_set_disable_flag_1");
@@ -344,7 +344,7 @@ void FormBodiesTest::flags_colours_shift_and_sort_are_redrawn() {
     QCOMPARE(sample.prompts.messages, std::vector<std::string>{"The bodies have been sorted"});
 }
 
-void FormBodiesTest::the_tie_is_checked_while_it_holds() {
+void BodiesControllerTest::the_tie_is_checked_while_it_holds() {
     Modelled sample;
     auto& tie = sample.find<QAction>("menu_tie_pipe_depth_susc");
     QVERIFY(!tie.isChecked());
@@ -361,7 +361,7 @@ void FormBodiesTest::the_tie_is_checked_while_it_holds() {
     QVERIFY(tie.isChecked());
 }
 
-void FormBodiesTest::a_dropped_line_hides_the_commands() {
+void BodiesControllerTest::a_dropped_line_hides_the_commands() {
     Modelled sample;
     QVERIFY(sample.find<QMenu>("menu_bodies").menuAction()->isVisible());
     sample.choose_tab(0);
@@ -372,10 +372,10 @@ void FormBodiesTest::a_dropped_line_hides_the_commands() {
     QCOMPARE(sample.workspace().body_count, 2);
 }
 
-void FormBodiesTest::the_column_shows_everything_at_1280_by_800() {
+void BodiesControllerTest::the_column_shows_everything_at_1280_by_800() {
     Modelled sample;
     sample.body(1).type = pipe;
-    sample.form->model_edited();
+    sample.form->news().tell(News::bodies);
     QTest::qWait(50);
     for (const char* name : {"Frame_body", "Grid_body", "Frame_cylinder", "Command_toggle_invert_body",
                              "VScroll_susc_0", "VScroll_RemJ_5"}) {
@@ -389,10 +389,10 @@ void FormBodiesTest::the_column_shows_everything_at_1280_by_800() {
     QCOMPARE(sample.form->side().width(), width);
 }
 
-QObject* make_form_bodies_test() {
-    return new FormBodiesTest;
+QObject* make_bodies_controller_test() {
+    return new BodiesControllerTest;
 }
 
 }  // namespace anomalis::window
 
-#include "form_bodies_test.moc"
+#include "bodies_controller_test.moc"

@@ -7,7 +7,6 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRegularExpression>
-#include <QShortcut>
 #include <QTimer>
 
 #include "core/paths.h"
@@ -19,7 +18,7 @@
 
 namespace anomalis::window {
 
-class FormFilesTest : public QObject {
+class SaveControllerTest : public QObject {
     Q_OBJECT
 
   private slots:
@@ -56,7 +55,7 @@ QStringList entries_of(QMenu& menu) {
 
 }  // namespace
 
-void FormFilesTest::the_file_menu_has_its_entries_in_their_order() {
+void SaveControllerTest::the_file_menu_has_its_entries_in_their_order() {
     FormSample sample;
     const QStringList names = entries_of(sample.find<QMenu>("menu_file"));
     qsizetype before = -1;
@@ -79,7 +78,7 @@ void FormFilesTest::the_file_menu_has_its_entries_in_their_order() {
     QVERIFY(!sample.find<QPushButton>("Command_save_axm_model").isEnabled());
 }
 
-void FormFilesTest::save_as_writes_names_the_window_and_lists_the_file() {
+void SaveControllerTest::save_as_writes_names_the_window_and_lists_the_file() {
     Opened sample;
     sample.type("Text_MAGINV_topo", "12");
     QCOMPARE(sample.form->windowTitle(), QString("Anomalis: line.axm *"));
@@ -95,7 +94,7 @@ void FormFilesTest::save_as_writes_names_the_window_and_lists_the_file() {
     QCOMPARE(sample.session.workspace.display.form_height, 15 * sample.form->height());
 }
 
-void FormFilesTest::the_button_saves_without_a_question_and_is_done() {
+void SaveControllerTest::the_button_saves_without_a_question_and_is_done() {
     Opened sample;
     sample.type("Text_MAGINV_topo", "12");
     std::filesystem::remove(sample.folder.path("line.axm"));
@@ -106,7 +105,7 @@ void FormFilesTest::the_button_saves_without_a_question_and_is_done() {
     QVERIFY(sample.prompts.save_requests.empty());
 }
 
-void FormFilesTest::without_a_name_the_button_says_where_to_give_one_and_the_key_asks() {
+void SaveControllerTest::without_a_name_the_button_says_where_to_give_one_and_the_key_asks() {
     FormSample sample;
     const TempFolder folder;
     sample.type("Text_MAGINV_topo", "12");
@@ -115,13 +114,13 @@ void FormFilesTest::without_a_name_the_button_says_where_to_give_one_and_the_key
     QVERIFY(!sample.find<QPushButton>("Command_save_axm_model").isEnabled());
     QCOMPARE(sample.form->windowTitle(), QString("Anomalis *"));
     sample.prompts.save_paths = {folder.path("new.axm")};
-    emit sample.find<QShortcut>("Shortcut_save").activated();
+    sample.find<QAction>("Shortcut_save").trigger();
     QCOMPARE(sample.form->windowTitle(), QString("Anomalis: new.axm"));
-    emit sample.find<QShortcut>("Shortcut_save").activated();
+    sample.find<QAction>("Shortcut_save").trigger();
     QCOMPARE(sample.prompts.save_requests.size(), std::size_t{1});
 }
 
-void FormFilesTest::a_save_that_fails_keeps_button_and_asterisk() {
+void SaveControllerTest::a_save_that_fails_keeps_button_and_asterisk() {
     Opened sample;
     sample.type("Text_MAGINV_topo", "12");
     sample.session.workspace.model_file = sample.folder.path("no/such/line.axm");
@@ -131,7 +130,7 @@ void FormFilesTest::a_save_that_fails_keeps_button_and_asterisk() {
     QVERIFY(sample.form->windowTitle().endsWith(" *"));
 }
 
-void FormFilesTest::recent_files_come_back_at_the_next_start_and_open() {
+void SaveControllerTest::recent_files_come_back_at_the_next_start_and_open() {
     const TempFolder folder, settings_folder;
     const CurrentFolder here(settings_folder.folder());
     const std::string settings = settings_folder.path("settings.conf");
@@ -148,7 +147,7 @@ void FormFilesTest::recent_files_come_back_at_the_next_start_and_open() {
     QCOMPARE(current_folder(), folder.folder());
 }
 
-void FormFilesTest::recent_files_that_vanished_are_told_and_not_listed_at_the_next_start() {
+void SaveControllerTest::recent_files_that_vanished_are_told_and_not_listed_at_the_next_start() {
     const TempFolder folder, settings_folder;
     const std::string settings = settings_folder.path("settings.conf");
     const std::string path = write_workspace(folder);
@@ -164,7 +163,7 @@ void FormFilesTest::recent_files_that_vanished_are_told_and_not_listed_at_the_ne
     QVERIFY(!next.find<QAction>("menu_file_list_0").isVisible());
 }
 
-void FormFilesTest::exports_write_calculated_numbers() {
+void SaveControllerTest::exports_write_calculated_numbers() {
     Opened sample;
     sample.prompts.save_paths = {sample.folder.path("profile.csv"), sample.folder.path("rows.csv"),
                                  sample.folder.path("bodies.csv")};
@@ -177,7 +176,7 @@ void FormFilesTest::exports_write_calculated_numbers() {
     QCOMPARE(sample.prompts.messages, std::vector<std::string>(3, "Output complete"));
 }
 
-void FormFilesTest::drawings_are_written() {
+void SaveControllerTest::drawings_are_written() {
     Opened sample;
     sample.prompts.save_paths = {sample.folder.path("solids.dxf"), sample.folder.path("plan.dxf")};
     sample.trigger("menu_export_dxf_0");
@@ -187,7 +186,7 @@ void FormFilesTest::drawings_are_written() {
     QCOMPARE(sample.prompts.messages, std::vector<std::string>(2, "Output complete"));
 }
 
-void FormFilesTest::exports_without_a_line_ask_nothing() {
+void SaveControllerTest::exports_without_a_line_ask_nothing() {
     FormSample sample;
     for (const char* entry :
          {"menu_export_data", "menu_export_clean_0", "menu_export_clean_1", "menu_export_dxf_0"})
@@ -196,7 +195,7 @@ void FormFilesTest::exports_without_a_line_ask_nothing() {
     QVERIFY(sample.prompts.messages.empty());
 }
 
-void FormFilesTest::pictures_go_beside_the_model_and_to_the_clipboard() {
+void SaveControllerTest::pictures_go_beside_the_model_and_to_the_clipboard() {
     Opened sample;
     auto& bars = sample.find<QWidget>("Frame_move_body");
     const CurrentFolder here(sample.folder.folder());
@@ -230,7 +229,7 @@ void FormFilesTest::pictures_go_beside_the_model_and_to_the_clipboard() {
     }
 }
 
-void FormFilesTest::without_a_model_file_a_picture_is_on_the_clipboard_alone() {
+void SaveControllerTest::without_a_model_file_a_picture_is_on_the_clipboard_alone() {
     Opened sample;
     sample.session.workspace.model_file.clear();
     const int files = sample.folder.entries();
@@ -240,7 +239,7 @@ void FormFilesTest::without_a_model_file_a_picture_is_on_the_clipboard_alone() {
     QVERIFY(!QApplication::clipboard()->image().isNull());
 }
 
-void FormFilesTest::a_picture_that_fails_puts_everything_back() {
+void SaveControllerTest::a_picture_that_fails_puts_everything_back() {
     Opened sample;
     std::filesystem::create_directories(sample.folder.path("line_model_form.bmp/in the way"));
     sample.click("Command_Save_Screenshot_1");
@@ -252,10 +251,10 @@ void FormFilesTest::a_picture_that_fails_puts_everything_back() {
         QVERIFY(!sample.find<QWidget>(name).isVisible());
 }
 
-QObject* make_form_files_test() {
-    return new FormFilesTest;
+QObject* make_save_controller_test() {
+    return new SaveControllerTest;
 }
 
 }  // namespace anomalis::window
 
-#include "form_files_test.moc"
+#include "save_controller_test.moc"

@@ -12,7 +12,7 @@
 
 namespace anomalis::window {
 
-class FormLoadTest : public QObject {
+class LineControllerTest : public QObject {
     Q_OBJECT
 
   private slots:
@@ -49,7 +49,7 @@ struct Opened : FormSample {
 
 }  // namespace
 
-void FormLoadTest::a_workspace_opens_without_its_data() {
+void LineControllerTest::a_workspace_opens_without_its_data() {
     Opened sample;
     QCOMPARE(sample.prompts.open_requests.at(0).title, std::string("Select the profile model file"));
     QCOMPARE(sample.form->windowTitle(), QString("Anomalis: line.axm"));
@@ -62,7 +62,7 @@ void FormLoadTest::a_workspace_opens_without_its_data() {
     QVERIFY(sample.find<QWidget>("Frame_hint").isVisible());
 }
 
-void FormLoadTest::the_load_shows_number_length_and_spacing_and_stays_on_the_first_tab() {
+void LineControllerTest::the_load_shows_number_length_and_spacing_and_stays_on_the_first_tab() {
     Opened sample;
     sample.load();
     QCOMPARE(sample.text("Text_number_locations"), QString("101"));
@@ -74,7 +74,7 @@ void FormLoadTest::the_load_shows_number_length_and_spacing_and_stays_on_the_fir
     QVERIFY(!QApplication::overrideCursor());
 }
 
-void FormLoadTest::the_head_names_and_tints_the_columns_in_use() {
+void LineControllerTest::the_head_names_and_tints_the_columns_in_use() {
     Opened sample;
     auto& head = sample.find<DataHeadView>("Text_data_file");
     QVERIFY(head.isVisible());
@@ -99,7 +99,7 @@ void FormLoadTest::the_head_names_and_tints_the_columns_in_use() {
     QVERIFY(tint_at(1, 1).style() == Qt::SolidPattern);
 }
 
-void FormLoadTest::a_refused_definition_stays_in_its_box_and_keeps_the_line() {
+void LineControllerTest::a_refused_definition_stays_in_its_box_and_keeps_the_line() {
     Opened sample;
     sample.load();
     sample.type("Text_MAGINV_xpos", "abc");
@@ -110,7 +110,7 @@ void FormLoadTest::a_refused_definition_stays_in_its_box_and_keeps_the_line() {
     QCOMPARE(sample.text("Text_number_locations"), QString("101"));
 }
 
-void FormLoadTest::an_accepted_definition_drops_the_line() {
+void LineControllerTest::an_accepted_definition_drops_the_line() {
     Opened sample;
     sample.load();
     sample.type("Text_MAGINV_zpos", "3", false);
@@ -123,7 +123,7 @@ void FormLoadTest::an_accepted_definition_drops_the_line() {
     QVERIFY(sample.find<QWidget>("Frame_hint").isVisible());
 }
 
-void FormLoadTest::undo_of_the_final_line_shows_the_value_in_force() {
+void LineControllerTest::undo_of_the_final_line_shows_the_value_in_force() {
     Opened sample;
     sample.type("Text_MAGINV_nLast", "25");
     QCOMPARE(sample.session.workspace.definition.last_data_line, 25);
@@ -134,7 +134,7 @@ void FormLoadTest::undo_of_the_final_line_shows_the_value_in_force() {
     QCOMPARE(sample.text("Text_MAGINV_nLast"), QString("25"));
 }
 
-void FormLoadTest::a_refused_setting_is_put_back() {
+void LineControllerTest::a_refused_setting_is_put_back() {
     Opened sample;
     sample.type("Text_mag_intensity", "-7");
     QCOMPARE(sample.text("Text_mag_intensity"), QString("56000.0"));
@@ -143,7 +143,7 @@ void FormLoadTest::a_refused_setting_is_put_back() {
     QCOMPARE(sample.session.workspace.sensor_offset, 0.05F);
 }
 
-void FormLoadTest::a_setting_is_taken_over_when_the_tab_is_left() {
+void LineControllerTest::a_setting_is_taken_over_when_the_tab_is_left() {
     Opened sample;
     sample.load();
     sample.type("Text_smooth_filter_width", "7", false);
@@ -152,7 +152,7 @@ void FormLoadTest::a_setting_is_taken_over_when_the_tab_is_left() {
     QCOMPARE(sample.session.workspace.processing.smooth_filter_width, 7);
 }
 
-void FormLoadTest::pasted_rubbish_is_refused_everywhere() {
+void LineControllerTest::pasted_rubbish_is_refused_everywhere() {
     Opened sample;
     const Workspace before = sample.session.workspace;
     for (auto* box : sample.form->findChildren<QLineEdit*>()) {
@@ -180,7 +180,7 @@ void FormLoadTest::pasted_rubbish_is_refused_everywhere() {
     QCOMPARE(after.drawing.infinite_body_length, before.drawing.infinite_body_length);
 }
 
-void FormLoadTest::missing_files_are_told() {
+void LineControllerTest::missing_files_are_told() {
     Opened sample;
     sample.prompts.open_paths.push_back(sample.folder.path("gone.axm"));
     sample.find<QAction>("menu_open_model_0").trigger();
@@ -194,7 +194,7 @@ void FormLoadTest::missing_files_are_told() {
     QVERIFY(!QApplication::overrideCursor());
 }
 
-void FormLoadTest::a_damaged_workspace_is_told_and_the_window_goes_on() {
+void LineControllerTest::a_damaged_workspace_is_told_and_the_window_goes_on() {
     Opened sample;
     sample.load();
     const std::string whole = sample.folder.read("line.axm");
@@ -210,7 +210,7 @@ void FormLoadTest::a_damaged_workspace_is_told_and_the_window_goes_on() {
     QCOMPARE(sample.prompts.messages, std::vector<std::string>());
 }
 
-void FormLoadTest::the_bodies_alone_leave_the_definitions() {
+void LineControllerTest::the_bodies_alone_leave_the_definitions() {
     Opened sample;
     sample.type("Text_MAGINV_magpos", "7", false);
     sample.prompts.open_paths.push_back(sample.path);
@@ -221,7 +221,7 @@ void FormLoadTest::the_bodies_alone_leave_the_definitions() {
     QVERIFY(sample.session.model_changed);
 }
 
-void FormLoadTest::a_data_file_is_chosen_by_click_key_and_button() {
+void LineControllerTest::a_data_file_is_chosen_by_click_key_and_button() {
     const TempFolder folder;
     const CurrentFolder here(folder.folder());
     Opened sample;
@@ -240,7 +240,7 @@ void FormLoadTest::a_data_file_is_chosen_by_click_key_and_button() {
     QCOMPARE(current_folder(), sample.folder.folder());
 }
 
-void FormLoadTest::a_residual_filter_hides_the_base_levels() {
+void LineControllerTest::a_residual_filter_hides_the_base_levels() {
     Opened sample;
     QVERIFY(sample.find<QWidget>("Frame_base_levels").isVisible());
     sample.type("Text_residual_filter_width", "30");
@@ -249,7 +249,7 @@ void FormLoadTest::a_residual_filter_hides_the_base_levels() {
     QVERIFY(sample.find<QWidget>("Frame_base_levels").isVisible());
 }
 
-void FormLoadTest::a_file_without_records_says_nothing() {
+void LineControllerTest::a_file_without_records_says_nothing() {
     Opened sample;
     sample.form->open_file(sample.folder.write("empty.dat", "header\n   \n\n"));
     sample.load();
@@ -258,10 +258,10 @@ void FormLoadTest::a_file_without_records_says_nothing() {
     QCOMPARE(sample.stations(), 0);
 }
 
-QObject* make_form_load_test() {
-    return new FormLoadTest;
+QObject* make_line_controller_test() {
+    return new LineControllerTest;
 }
 
 }  // namespace anomalis::window
 
-#include "form_load_test.moc"
+#include "line_controller_test.moc"

@@ -1,16 +1,18 @@
 #include <QPushButton>
+#include <QTimer>
 
 #include "window/form_sample.h"
 #include "window/form_tests.h"
 
 namespace anomalis::window {
 
-class FormFormulasTest : public QObject {
+class FormulasControllerTest : public QObject {
     Q_OBJECT
 
   private slots:
     void the_status_bar_tells_how_far_the_classic_curve_is_off();
     void a_click_changes_over_and_the_menu_follows();
+    void steps_that_follow_each_other_are_compared_once();
     void the_choice_can_be_taken_back();
     void a_file_brings_its_own_choice();
 };
@@ -29,17 +31,18 @@ struct Opened {
 
 }  // namespace
 
-void FormFormulasTest::the_status_bar_tells_how_far_the_classic_curve_is_off() {
+void FormulasControllerTest::the_status_bar_tells_how_far_the_classic_curve_is_off() {
     Opened opened;
     QVERIFY(!opened.entry().isChecked());
-    QVERIFY(opened.button().isVisible());
+    QTRY_VERIFY(opened.button().isVisible());
     QVERIFY(opened.button().text().contains("%"));
     QVERIFY(opened.button().property("notable").toBool());
     QVERIFY(!opened.button().styleSheet().isEmpty());
 }
 
-void FormFormulasTest::a_click_changes_over_and_the_menu_follows() {
+void FormulasControllerTest::a_click_changes_over_and_the_menu_follows() {
     Opened opened;
+    QTRY_VERIFY(opened.button().isVisible());
     const float classic = opened.workspace().mag.data(50, row_raw, stage_calculated);
     opened.sample.click("Command_exact_formulas");
     QCOMPARE(opened.workspace().formulas, Formulas::exact);
@@ -49,21 +52,37 @@ void FormFormulasTest::a_click_changes_over_and_the_menu_follows() {
     QVERIFY(opened.sample.form->workbench().unsaved);
     opened.entry().trigger();
     QCOMPARE(opened.workspace().formulas, Formulas::classic);
-    QVERIFY(opened.button().isVisible());
+    QTRY_VERIFY(opened.button().isVisible());
     QCOMPARE(opened.workspace().mag.data(50, row_raw, stage_calculated), classic);
 }
 
-void FormFormulasTest::the_choice_can_be_taken_back() {
+void FormulasControllerTest::steps_that_follow_each_other_are_compared_once() {
+    Opened opened;
+    QTRY_VERIFY(opened.button().isVisible());
+    const QString before = opened.button().text();
+    const auto& rest = opened.sample.find<QTimer>("Timer_formulas");
+    for (int step = 0; step < 5; ++step) {
+        opened.workspace().body(1).dip.value -= 5;
+        invalidate_body(opened.workspace().body(1));
+        opened.sample.form->news().tell(News::parameters);
+        QVERIFY(rest.isActive());
+        QCOMPARE(opened.button().text(), before);
+    }
+    QTRY_VERIFY(!rest.isActive());
+    QVERIFY(opened.button().text() != before);
+}
+
+void FormulasControllerTest::the_choice_can_be_taken_back() {
     Opened opened;
     opened.entry().trigger();
     QCOMPARE(opened.workspace().formulas, Formulas::exact);
     opened.sample.find<QAction>("menu_undo").trigger();
     QCOMPARE(opened.workspace().formulas, Formulas::classic);
     QVERIFY(!opened.entry().isChecked());
-    QVERIFY(opened.button().isVisible());
+    QTRY_VERIFY(opened.button().isVisible());
 }
 
-void FormFormulasTest::a_file_brings_its_own_choice() {
+void FormulasControllerTest::a_file_brings_its_own_choice() {
     Opened opened;
     opened.entry().trigger();
     const std::string path = opened.folder.path("exact.axm");
@@ -74,10 +93,10 @@ void FormFormulasTest::a_file_brings_its_own_choice() {
     QVERIFY(!opened.button().isVisible());
 }
 
-QObject* make_form_formulas_test() {
-    return new FormFormulasTest;
+QObject* make_formulas_controller_test() {
+    return new FormulasControllerTest;
 }
 
 }  // namespace anomalis::window
 
-#include "form_formulas_test.moc"
+#include "formulas_controller_test.moc"

@@ -15,7 +15,7 @@
 
 namespace anomalis::window {
 
-class FormViewsTest : public QObject {
+class ViewControllerTest : public QObject {
     Q_OBJECT
 
   private slots:
@@ -70,7 +70,7 @@ struct Shown : FormSample {
 
 }  // namespace
 
-void FormViewsTest::a_wrong_box_brings_the_first_tab_back_and_has_the_focus() {
+void ViewControllerTest::a_wrong_box_brings_the_first_tab_back_and_has_the_focus() {
     Shown sample;
     sample.choose_tab(0);
     sample.type("Text_VG_filter_width", "0.4");
@@ -86,7 +86,7 @@ void FormViewsTest::a_wrong_box_brings_the_first_tab_back_and_has_the_focus() {
     QVERIFY(sample.section().chart().HasPlotDefined());
 }
 
-void FormViewsTest::a_text_that_was_put_into_a_box_is_told_when_it_is_wrong() {
+void ViewControllerTest::a_text_that_was_put_into_a_box_is_told_when_it_is_wrong() {
     Shown sample;
     const std::vector<std::pair<const char*, const char*>> messages{
         {"Text_residual_filter_width", "The residual filter window width is invalid"},
@@ -107,7 +107,7 @@ void FormViewsTest::a_text_that_was_put_into_a_box_is_told_when_it_is_wrong() {
     }
 }
 
-void FormViewsTest::an_unfinished_text_is_taken_over_before_the_model_is_shown() {
+void ViewControllerTest::an_unfinished_text_is_taken_over_before_the_model_is_shown() {
     Shown sample;
     sample.choose_tab(0);
     sample.type("Text_residual_filter_width", "x7", false);
@@ -118,7 +118,7 @@ void FormViewsTest::an_unfinished_text_is_taken_over_before_the_model_is_shown()
     QVERIFY(sample.status(1).contains("x7"));
 }
 
-void FormViewsTest::highlighting_goes_by_the_menu() {
+void ViewControllerTest::highlighting_goes_by_the_menu() {
     Shown sample;
     const QPoint at = sample.pixel(sample.section(), sample.inside(1));
     QVERIFY(sample.find<QAction>("menu_highlight_on").isChecked());
@@ -128,7 +128,7 @@ void FormViewsTest::highlighting_goes_by_the_menu() {
     QVERIFY(!sample.is_magenta(sample.section(), at));
 }
 
-void FormViewsTest::the_log_tells_its_path_and_is_written_while_it_is_on() {
+void ViewControllerTest::the_log_tells_its_path_and_is_written_while_it_is_on() {
     const TempFolder folder;
     const CurrentFolder here(folder.folder());
     FormSample sample;
@@ -146,7 +146,7 @@ void FormViewsTest::the_log_tells_its_path_and_is_written_while_it_is_on() {
     QVERIFY(!folder.read("axm_logging.dat").empty());
 }
 
-void FormViewsTest::the_working_folder_is_kept_and_gone_back_to() {
+void ViewControllerTest::the_working_folder_is_kept_and_gone_back_to() {
     const TempFolder home, elsewhere;
     const CurrentFolder here(home.folder());
     FormSample sample;
@@ -158,7 +158,7 @@ void FormViewsTest::the_working_folder_is_kept_and_gone_back_to() {
     QVERIFY(!sample.session.first_dialog);
 }
 
-void FormViewsTest::the_values_of_a_body_become_the_defaults() {
+void ViewControllerTest::the_values_of_a_body_become_the_defaults() {
     Shown sample;
     sample.workspace().body(1).dip.value = 47;
     sample.find<QAction>("menu_save_defaults").trigger();
@@ -168,7 +168,7 @@ void FormViewsTest::the_values_of_a_body_become_the_defaults() {
     QCOMPARE(empty.session.settings.get(settings_section, "Dip"), std::string(no_setting));
 }
 
-void FormViewsTest::two_windows_over_one_settings_file_keep_each_others_values() {
+void ViewControllerTest::two_windows_over_one_settings_file_keep_each_others_values() {
     const TempFolder folder;
     const CurrentFolder here(folder.folder());
     const std::string path = folder.path("settings.conf");
@@ -189,7 +189,7 @@ void FormViewsTest::two_windows_over_one_settings_file_keep_each_others_values()
     QVERIFY(prompts.messages.empty());
 }
 
-void FormViewsTest::arrow_keys_move_the_bars_under_the_charts() {
+void ViewControllerTest::arrow_keys_move_the_bars_under_the_charts() {
     Shown sample;
     auto& zoom = sample.find<QComboBox>("Combo_zoom");
     zoom.setCurrentIndex(5);
@@ -203,7 +203,7 @@ void FormViewsTest::arrow_keys_move_the_bars_under_the_charts() {
     QCOMPARE(sample.view().window_pan, 1);
 }
 
-void FormViewsTest::arrow_keys_step_the_bars_of_a_chart() {
+void ViewControllerTest::arrow_keys_step_the_bars_of_a_chart() {
     Shown sample;
     QTest::keyClick(&sample.find<QWidget>("VScroll_zoom_0"), Qt::Key_Up);
     QCOMPARE(sample.view().charts[edit::chart_mag].chart_zoom_index, 2);
@@ -214,7 +214,7 @@ void FormViewsTest::arrow_keys_step_the_bars_of_a_chart() {
     QVERIFY(sample.view().charts[edit::chart_grav].chart_centre > centre);
 }
 
-void FormViewsTest::a_click_in_the_plan_selects_a_body() {
+void ViewControllerTest::a_click_in_the_plan_selects_a_body() {
     Shown sample;
     sample.click("Command_show_plan");
     sample.settle();
@@ -228,7 +228,7 @@ void FormViewsTest::a_click_in_the_plan_selects_a_body() {
     QVERIFY(sample.is_magenta(plan, at));
 }
 
-void FormViewsTest::the_menus_of_section_and_plan_lead_to_each_other() {
+void ViewControllerTest::the_menus_of_section_and_plan_lead_to_each_other() {
     Shown sample;
     sample.find<QAction>("menu_section_show_plan").trigger();
     QVERIFY(sample.view().show_plan);
@@ -236,7 +236,7 @@ void FormViewsTest::the_menus_of_section_and_plan_lead_to_each_other() {
     QVERIFY(!sample.view().show_plan);
 }
 
-void FormViewsTest::the_menu_of_the_section_adds_a_body_at_the_pointer() {
+void ViewControllerTest::the_menu_of_the_section_adds_a_body_at_the_pointer() {
     Shown sample;
     const chart::Point wanted{600, -40};
     const QPoint at = sample.pixel(sample.section(), wanted);
@@ -260,7 +260,7 @@ void FormViewsTest::the_menu_of_the_section_adds_a_body_at_the_pointer() {
     sample.section().menu()->hide();
 }
 
-void FormViewsTest::splitters_stand_where_the_file_has_them() {
+void ViewControllerTest::splitters_stand_where_the_file_has_them() {
     Shown sample;
     DisplaySettings& display = sample.workspace().display;
     display.valid = true;
@@ -278,7 +278,7 @@ void FormViewsTest::splitters_stand_where_the_file_has_them() {
     QVERIFY(height(edit::chart_grav) > 0.6 * grav);
 }
 
-void FormViewsTest::a_splitter_that_was_moved_stays_when_charts_come_and_go() {
+void ViewControllerTest::a_splitter_that_was_moved_stays_when_charts_come_and_go() {
     Shown sample;
     auto& splitter = sample.find<QSplitter>("Image_splitter");
     const int all = splitter.height();
@@ -295,7 +295,7 @@ void FormViewsTest::a_splitter_that_was_moved_stays_when_charts_come_and_go() {
     QVERIFY(std::abs(sample.section().height() - all / 2) < 0.03 * all);
 }
 
-void FormViewsTest::a_data_file_that_vanishes_before_the_load_is_told() {
+void ViewControllerTest::a_data_file_that_vanishes_before_the_load_is_told() {
     FormSample sample;
     const TempFolder folder;
     const std::string data = folder.write("line.dat", edit::east_line_text(20));
@@ -308,15 +308,15 @@ void FormViewsTest::a_data_file_that_vanishes_before_the_load_is_told() {
     QVERIFY(!QApplication::overrideCursor());
 }
 
-void FormViewsTest::the_progress_bar_is_hidden_after_a_load() {
+void ViewControllerTest::the_progress_bar_is_hidden_after_a_load() {
     Shown sample;
     QVERIFY(!sample.find<QProgressBar>("ProgressBar_load").isVisible());
 }
 
-QObject* make_form_views_test() {
-    return new FormViewsTest;
+QObject* make_view_controller_test() {
+    return new ViewControllerTest;
 }
 
 }  // namespace anomalis::window
 
-#include "form_views_test.moc"
+#include "view_controller_test.moc"

@@ -1,0 +1,219 @@
+#include "window/shell/action_table.h"
+
+#include <array>
+
+#include "edit/pipe_tie.h"
+#include "edit/workbench.h"
+
+namespace anomalis::window {
+
+namespace {
+
+constexpr QKeyCombination no_key{};
+
+constexpr std::array rows{
+    ActionRow{ActionId::read_all, "menu_open_model_0", "&Read Data Format and Model Definitions",
+              "Open a workspace file: how the data are read, the settings and the bodies", When::always,
+              Qt::CTRL | Qt::Key_O},
+    ActionRow{ActionId::save_as, "menu_open_model_1", "&Save Data Format and Model Definitions",
+              "Write everything into a workspace file of a name to be chosen, and the tables beside it",
+              When::always, Qt::CTRL | Qt::SHIFT | Qt::Key_S},
+    ActionRow{ActionId::save, "Shortcut_save", "Save into the workspace file",
+              "Write everything into the workspace file it came from; without one its name is asked for",
+              When::always, Qt::CTRL | Qt::Key_S},
+    ActionRow{ActionId::read_bodies, "menu_open_model_3", "Read &Model Defintions",
+              "Take the bodies alone from another workspace file"},
+    ActionRow{ActionId::export_solids, "menu_export_dxf_0", "&3-D Bodies",
+              "Write the bodies as faces in space, for CAD", When::bodies},
+    ActionRow{ActionId::export_plan, "menu_export_dxf_1", "&Plan",
+              "Write the profile and the outlines of the bodies, for CAD"},
+    ActionRow{ActionId::export_profile, "menu_export_data", "Export data &values",
+              "Write the profile, one line a station: observed and calculated"},
+    ActionRow{ActionId::export_clean_profile, "menu_export_clean_0", "&Profile",
+              "One row a station, as data-frame libraries read it without options", When::stations},
+    ActionRow{ActionId::export_clean_bodies, "menu_export_clean_1", "&Bodies",
+              "One row a body, as data-frame libraries read it without options", When::bodies},
+    ActionRow{ActionId::example, "menu_example", "", "", When::always, no_key, Mark::none, Family::examples},
+    ActionRow{ActionId::save_directory, "menu_save_directory", "Save &working directory",
+              "Keep the current folder as the one that the next session starts in"},
+    ActionRow{ActionId::restore_directory, "menu_restore_directory", "Return to working &directory",
+              "Make the kept folder the current one again"},
+    ActionRow{ActionId::logging, "menu_do_logging", "&Logging",
+              "Write what is done into axm_logging.dat in the current folder", When::always, no_key,
+              Mark::logging},
+    ActionRow{ActionId::recent_file, "menu_file_list", "", "Open this workspace file", When::always, no_key,
+              Mark::none, Family::recent_files},
+    ActionRow{ActionId::leave, "menu_exit", "E&xit", "Close the window; nothing is saved", When::always,
+              Qt::CTRL | Qt::Key_Q},
+    // Both always answer to their keys: with nothing to take back they say so.
+    ActionRow{ActionId::undo, "menu_undo", "&Undo",
+              "Take the last change of the model or its settings back, up to 200 steps", When::always,
+              Qt::CTRL | Qt::Key_Z},
+    ActionRow{ActionId::redo, "menu_redo", "&Redo", "Make the change again", When::always,
+              Qt::CTRL | Qt::SHIFT | Qt::Key_Z},
+    ActionRow{ActionId::next_tab, "Shortcut_next_tab", "Next page", "Go to the other page of the window",
+              When::always, Qt::CTRL | Qt::Key_Tab},
+    ActionRow{ActionId::previous_tab, "Shortcut_previous_tab", "Previous page",
+              "Go to the other page of the window", When::always, Qt::CTRL | Qt::Key_Backtab},
+    ActionRow{ActionId::display_axes, "menu_display_axes", "Display &Axes", "Axes and numbers on the charts",
+              When::line, no_key, Mark::axes},
+    ActionRow{ActionId::show_section, "menu_view_mode_0", "&Section", "The section below the curves",
+              When::line, no_key, Mark::section},
+    ActionRow{ActionId::show_plan, "menu_view_mode_1", "&Plan", "The plan below the curves", When::line,
+              no_key, Mark::plan},
+    ActionRow{ActionId::add_body, "menu_add_body_0", "&Add a new body",
+              "A thick sheet across the line, in the middle of the view, its top on the ground", When::line,
+              Qt::CTRL | Qt::Key_B},
+    ActionRow{ActionId::copy_body, "menu_add_body_1", "&Copy current body",
+              "A second body like the current one, beside it along the line", When::body,
+              Qt::CTRL | Qt::Key_D},
+    ActionRow{ActionId::split_body, "menu_add_body_2", "S&plit current body",
+              "Two bodies of half the width in the place of the current one", When::body},
+    ActionRow{ActionId::add_body_here, "menu_add_body_here", "Add a body here",
+              "A new body with its top at the pointer", When::pointed},
+    ActionRow{ActionId::delete_all, "menu_delete_body_0", "&All bodies",
+              "Delete every body; undo brings them back", When::bodies},
+    ActionRow{ActionId::delete_current, "menu_delete_body_1", "&Current body",
+              "Delete the current body; undo brings it back", When::body},
+    ActionRow{ActionId::sort_ascending, "menu_sort_bodies_0", "&Ascending distance",
+              "By distance along the profile; all bodies get numbered names", When::bodies},
+    ActionRow{ActionId::sort_descending, "menu_sort_bodies_1", "&Descending distance",
+              "By distance along the profile, the far end first; all bodies get numbered names",
+              When::bodies},
+    ActionRow{ActionId::send_to_start, "menu_sort_bodies_2", "Send current body to &start",
+              "The current body becomes body 1", When::body},
+    ActionRow{ActionId::send_to_end, "menu_sort_bodies_3", "Send current body to &end",
+              "The current body becomes the last", When::body},
+    ActionRow{ActionId::shift_bodies, "menu_shift_bodies", "Shift All &Bodies laterally",
+              "Move every body along the profile by a distance in m, 1 or more either way", When::bodies},
+    ActionRow{ActionId::highlight, "menu_highlight_on", "&On",
+              "Draw the current body in magenta, in the section and in the plan", When::line, no_key,
+              Mark::highlight},
+    ActionRow{ActionId::save_defaults, "menu_save_defaults", "Save current body parameters as &default",
+              "New bodies start with type, dip, sizes, density, susceptibility and colour of this one",
+              When::body},
+    ActionRow{ActionId::force_recalc, "menu_force_recalc", "Force &Recalc",
+              "Calculate every body's response anew", When::line, Qt::Key_F5},
+    ActionRow{ActionId::colour_by_susceptibility, "menu_colour_body_0", "&Susceptability",
+              "Dark for the lowest susceptibility, yellow for the highest", When::bodies},
+    ActionRow{ActionId::colour_by_remanence, "menu_colour_body_1", "&Remanent J",
+              "Dark for the lowest remanent magnetisation, yellow for the highest", When::bodies},
+    ActionRow{ActionId::colour_by_density, "menu_colour_body_2", "&Density",
+              "Dark for the lowest density, yellow for the highest", When::bodies},
+    ActionRow{ActionId::fix_on, "menu_set_fix_flags_0", "&On", "Free every body for the inversion",
+              When::bodies},
+    ActionRow{ActionId::fix_off, "menu_set_fix_flags_1", "O&ff", "Fix every body", When::bodies},
+    ActionRow{ActionId::fix_flip, "menu_set_fix_flags_2", "Fli&p",
+              "Fix the bodies that are free, free the others", When::bodies},
+    ActionRow{ActionId::fix_outside_limits, "menu_set_fix_flags_3", "Fix outside inversion &limits",
+              "Fix the bodies that stand outside the part of the line that is fitted", When::bodies},
+    ActionRow{ActionId::demag_on, "menu_set_demag_flags_0", "&On",
+              "Calculate every body with demagnetisation", When::bodies},
+    ActionRow{ActionId::demag_off, "menu_set_demag_flags_1", "O&ff",
+              "Calculate every body without demagnetisation", When::bodies},
+    ActionRow{ActionId::demag_flip, "menu_set_demag_flags_2", "Fli&p", "Change the mark of every body",
+              When::bodies},
+    ActionRow{ActionId::use_on, "menu_set_disable_flag_0", "&On", "Use every body in the model",
+              When::bodies},
+    ActionRow{ActionId::use_off, "menu_set_disable_flag_1", "O&ff", "Turn every body off", When::bodies},
+    ActionRow{ActionId::use_flip, "menu_set_disable_flag_2", "Fli&p", "Change the mark of every body",
+              When::bodies},
+    ActionRow{ActionId::tie_pipes, "menu_tie_pipe_depth_susc", "&Tie Pipe Depth and Susceptability",
+              "While a bar changes the depth of a pipe its susceptibility follows, so that the anomaly keeps "
+              "its size",
+              When::line, no_key, Mark::pipe_tie},
+    ActionRow{ActionId::exact_formulas, "menu_exact_formulas", "E&xact formulas",
+              "Calculate the field of the bodies as section and plan draw them; without the mark with "
+              "the classic formulas",
+              When::line, no_key, Mark::exact_formulas},
+    ActionRow{ActionId::invert_current, "menu_invert_0", "Invert &Current Body",
+              "Fit the free parameters of the current body", When::body},
+    ActionRow{ActionId::invert_all, "menu_invert_1", "&Invert Entire Model",
+              "Fit the free parameters of all bodies", When::bodies, Qt::CTRL | Qt::Key_I},
+    ActionRow{ActionId::stop_inversion, "menu_stop_inversion", "&Stop Inversion",
+              "End the run after the iteration that it is in", When::running, Qt::Key_Escape},
+    ActionRow{ActionId::restore_best, "menu_restore_best", "Restore &Best Model",
+              "Go back to the best model of the runs so far", When::best_model},
+    ActionRow{ActionId::reject_changes, "menu_reject_changes", "Re&ject Changes",
+              "Put back the values that the last run started with", When::bodies},
+    ActionRow{ActionId::section_to_plan, "menu_section_show_plan", "Show Plan",
+              "Show the plan in place of the section", When::line},
+    ActionRow{ActionId::plan_to_section, "menu_plan_show_section", "Show Section",
+              "Show the section in place of the plan", When::line},
+    ActionRow{ActionId::keyboard_shortcuts, "menu_keyboard_shortcuts", "&Keyboard shortcuts",
+              "Every key that does something in this window"},
+    ActionRow{ActionId::find_file, "menu_find_file", "&Find File in Path",
+              "What the program finds of its files, folders and libraries"},
+    ActionRow{ActionId::about, "menu_about", "&About", "Which version this is"}};
+
+static_assert(edit::History::kept_steps == 200, "the tip of undo names it");
+
+constexpr bool in_order() {
+    for (std::size_t i = 0; i < rows.size(); ++i)
+        if (static_cast<std::size_t>(rows[i].id) != i) return false;
+    return true;
+}
+static_assert(in_order());
+
+bool has_current_body(const edit::Workbench& workbench) {
+    const int number = workbench.view.current_body;
+    return number >= 1 && number <= workbench.session.workspace.body_count;
+}
+
+}  // namespace
+
+bool holds(When when, const edit::Workbench& workbench) {
+    const Workspace& workspace = workbench.session.workspace;
+    switch (when) {
+        case When::always:
+            return true;
+        case When::line:
+            return edit::line_loaded(workspace);
+        case When::stations:
+            return workspace.station_count > 0;
+        case When::bodies:
+            return workspace.body_count > 0;
+        case When::body:
+            return has_current_body(workbench);
+        case When::best_model:
+            return workbench.session.inversion.best_model_available;
+        case When::running:
+        case When::pointed:
+            break;
+    }
+    return false;
+}
+
+bool is_set(Mark mark, const edit::Workbench& workbench) {
+    const edit::ViewState& view = workbench.view;
+    const Workspace& workspace = workbench.session.workspace;
+    switch (mark) {
+        case Mark::none:
+            return false;
+        case Mark::axes:
+            return view.show_axes;
+        case Mark::section:
+            return !view.show_plan;
+        case Mark::plan:
+            return view.show_plan;
+        case Mark::highlight:
+            return view.highlight_on;
+        case Mark::logging:
+            return workbench.session.log.on();
+        case Mark::pipe_tie:
+            return edit::pipes_are_tied(workspace);
+        case Mark::exact_formulas:
+            return workspace.formulas == Formulas::exact;
+    }
+    return false;
+}
+
+std::span<const ActionRow> action_rows() {
+    return rows;
+}
+
+const ActionRow& action_row(ActionId id) {
+    return rows.at(static_cast<std::size_t>(id));
+}
+
+}  // namespace anomalis::window

@@ -1,0 +1,116 @@
+#pragma once
+
+#include <span>
+
+#include <QKeyCombination>
+
+namespace anomalis::edit {
+struct Workbench;
+}  // namespace anomalis::edit
+
+// Everything that a person can choose by menu or key: one row each.
+namespace anomalis::window {
+
+enum class ActionId {
+    read_all,
+    save_as,
+    save,
+    read_bodies,
+    export_solids,
+    export_plan,
+    export_profile,
+    export_clean_profile,
+    export_clean_bodies,
+    example,
+    save_directory,
+    restore_directory,
+    logging,
+    recent_file,
+    leave,
+    undo,
+    redo,
+    next_tab,
+    previous_tab,
+    display_axes,
+    show_section,
+    show_plan,
+    add_body,
+    copy_body,
+    split_body,
+    add_body_here,
+    delete_all,
+    delete_current,
+    sort_ascending,
+    sort_descending,
+    send_to_start,
+    send_to_end,
+    shift_bodies,
+    highlight,
+    save_defaults,
+    force_recalc,
+    colour_by_susceptibility,
+    colour_by_remanence,
+    colour_by_density,
+    fix_on,
+    fix_off,
+    fix_flip,
+    fix_outside_limits,
+    demag_on,
+    demag_off,
+    demag_flip,
+    use_on,
+    use_off,
+    use_flip,
+    tie_pipes,
+    exact_formulas,
+    invert_current,
+    invert_all,
+    stop_inversion,
+    restore_best,
+    reject_changes,
+    section_to_plan,
+    plan_to_section,
+    keyboard_shortcuts,
+    find_file,
+    about
+};
+
+/// What must be there for an action to do anything.
+enum class When {
+    always,
+    line,        ///< a line is loaded
+    stations,    ///< at least one station, though they may make no line
+    bodies,      ///< the model has bodies
+    body,        ///< one of them is the current one
+    best_model,  ///< a run has left a model to go back to
+    running,     ///< a run goes on; everything else is closed then
+    pointed      ///< the menu of a chart decides as it opens
+};
+bool holds(When when, const edit::Workbench& workbench);
+
+/// The state that a check mark stands for.
+enum class Mark { none, axes, section, plan, highlight, logging, pipe_tie, exact_formulas };
+bool is_set(Mark mark, const edit::Workbench& workbench);
+
+/// How many entries a row stands for. Those of a family are told apart by a number behind the name, and get
+/// their texts from what they open.
+enum class Family { single, recent_files, examples };
+
+struct ActionRow {
+    ActionId id;
+    const char* name;  ///< how tests and tools find it
+    const char* text;
+    const char* tip;
+    When when = When::always;
+    QKeyCombination key{};
+    Mark mark = Mark::none;
+    Family family = Family::single;
+
+    bool has_key() const { return key.key() != Qt::Key_unknown; }
+};
+
+/// In the order of the enumeration.
+std::span<const ActionRow> action_rows();
+const ActionRow& action_row(ActionId id);
+
+}  // namespace anomalis::window

@@ -1,0 +1,16 @@
+#include "window/shell/entry_gate.h"
+
+namespace anomalis::window {
+
+void EntryGate::settle() const {
+    if (guards_.closed()) return;
+    for (const auto& settle : editors_) settle();
+}
+
+bool EntryGate::pass() const {
+    if (guards_.closed()) return false;
+    settle();
+    return true;
+}
+
+}  // namespace anomalis::window

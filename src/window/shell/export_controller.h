@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QObject>
+
+#include "flow/export_flow.h"
+
+class QWidget;
+
+namespace anomalis::window {
+
+class Actions;
+class ChartsPanel;
+class EntryGate;
+class StatusPanels;
+
+/// Tables, drawings and pictures that leave the program.
+class ExportController : public QObject {
+    Q_OBJECT
+
+  public:
+    ExportController(QWidget& window, edit::Workbench& workbench, Actions& actions, const EntryGate& gate,
+                     ChartsPanel& charts, StatusPanels& status);
+
+  private:
+    void export_table(flow::ExportOutcome (*export_flow)(edit::Workbench&));
+    void screenshot(flow::ScreenshotKind kind);
+
+    QWidget& window_;
+    edit::Workbench& workbench_;
+    StatusPanels& status_;
+};
+
+}  // namespace anomalis::window

@@ -1,0 +1,101 @@
+#include "window/shell/formulas_controller.h"
+
+#include <QPushButton>
+#include <QTimer>
+
+#include "edit/change.h"
+#include "edit/workbench.h"
+#include "forward/formula_difference.h"
+#include "window/panels/status_panels.h"
+#include "window/shell/actions.h"
+#include "window/shell/entry_gate.h"
+
+namespace anomalis::window {
+
+namespace {
+
+constexpr int rest = 300;  // ms after the last change
+
+/// White on a red that stands out from every palette.
+const char* const warning_style =
+    "QPushButton { color: white; background: #b3261e; border-radius: 3px; padding: 1px 6px; }";
+
+}  // namespace
+
+FormulasController::FormulasController(QObject* parent, edit::Workbench& workbench, Actions& actions,
+                                       const EntryGate& gate, const FormGuards& guards, ModelNews& news,
+                                       StatusPanels& status)
+    : QObject(parent),
+      workbench_(workbench),
+      guards_(guards),
+      news_(news),
+      difference_(new QPushButton),
+      rest_(new QTimer(this)) {
+    actions.on(ActionId::exact_formulas,
+               [this] { choose(workbench_.session.workspace.formulas == Formulas::classic); });
+    difference_->setObjectName("Command_exact_formulas");
+    difference_->setFlat(true);
+    difference_->setFocusPolicy(Qt::TabFocus);
+    difference_->setToolTip(tr(
+        "The largest difference between the classic and the exact curve of the current body, as a share of "
+        "the peak. A click changes over to the exact formulas"));
+    connect(difference_, &QPushButton::clicked, this, [this, &gate] {
+        if (gate.pass()) choose(true);
+    });
+    status.addPermanentWidget(difference_);
+    difference_->hide();
+    rest_->setObjectName("Timer_formulas");
+    rest_->setSingleShot(true);
+    rest_->setInterval(rest);
+    connect(rest_, &QTimer::timeout, this, &FormulasController::show_difference);
+}
+
+void FormulasController::choose(bool exact) {
+    const Formulas wanted = exact ? Formulas::exact : Formulas::classic;
+    Workspace& workspace = workbench_.session.workspace;
+    if (workspace.formulas == wanted) return;
+    workspace.formulas = wanted;
+    edit::note_change(workbench_, {exact ? "exact formulas" : "classic formulas", "", false});
+    news_.tell(News::settings);
+}
+
+bool FormulasController::can_be_compared() const {
+    const Workspace& workspace = workbench_.session.workspace;
+    const int body = workbench_.view.current_body;
+    return workspace.formulas == Formulas::classic && edit::line_loaded(workspace) && body >= 1 &&
+           body <= workspace.body_count;
+}
+
+/// What was changed but is not calculated yet cannot be compared.
+void FormulasController::follow(WhatChanged what) {
+    constexpr WhatChanged stale = News::parameters | News::bodies | News::settings | News::line;
+    if (!can_be_compared()) {
+        rest_->stop();
+        difference_->hide();
+    } else if (what & (News::calculated | News::current_body)) {
+        rest_->start();
+    } else if (what & stale) {
+        rest_->stop();
+    }
+}
+
+/// In the middle of a run the bodies hold what is being tried.
+void FormulasController::show_difference() {
+    if (guards_.busy) return rest_->start();
+    Session& session = workbench_.session;
+    Faults faults;
+    const double share =
+        forward::formula_difference(session.workspace, workbench_.view.current_body, faults).largest();
+    show_faults(faults, session.prompts);
+    const bool notable = share > forward::notable_difference;
+    difference_->setText(share >= forward::no_common_measure
+                             ? tr("Classic formulas: no exact curve")
+                             : tr("Classic formulas: %1 % off").arg(100 * share, 0, 'f', 1));
+    if (notable != difference_->property("notable").toBool()) {
+        difference_->setStyleSheet(notable ? warning_style : "");
+        difference_->setProperty("notable", notable);
+    }
+    difference_->show();
+}
+
+}  // namespace anomalis::window

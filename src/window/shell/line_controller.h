@@ -1,0 +1,49 @@
+#pragma once
+
+#include <string>
+
+#include <QObject>
+
+#include "window/shell/model_news.h"
+
+namespace anomalis::edit {
+struct Workbench;
+}  // namespace anomalis::edit
+
+namespace anomalis::window {
+
+class DefinitionsPage;
+class EntryGate;
+class PageController;
+class StatusPanels;
+
+/// The observed data: which file they come from, how they are turned, their load, and what is left when they
+/// go.
+class LineController : public QObject {
+    Q_OBJECT
+
+  public:
+    LineController(edit::Workbench& workbench, const EntryGate& gate, ModelNews& news, DefinitionsPage& page,
+                   PageController& pages, StatusPanels& status);
+
+    /// Reads the data; nothing is asked at the gate.
+    void load();
+    /// Makes a file the observed data file.
+    void take_data_file(const std::string& path);
+    /// The stations are gone: no box tells of them.
+    void line_dropped(WhatChanged also);
+
+  private:
+    void choose_data();
+    void define_transform();
+
+    edit::Workbench& workbench_;
+    const EntryGate& gate_;
+    ModelNews& news_;
+    DefinitionsPage& page_;
+    PageController& pages_;
+    StatusPanels& status_;
+    int transform_tab_ = 0;  ///< survives between openings of its form
+};
+
+}  // namespace anomalis::window

@@ -1,0 +1,112 @@
+#include "window/shell/open_controller.h"
+
+#include <QAction>
+
+#include "core/text.h"
+#include "edit/workbench.h"
+#include "flow/recent_files.h"
+#include "window/panels/status_panels.h"
+#include "window/shell/actions.h"
+#include "window/shell/entry_gate.h"
+#include "window/shell/line_controller.h"
+#include "window/shell/new_line.h"
+#include "window/shell/page_controller.h"
+
+namespace anomalis::window {
+
+namespace {
+
+bool is_workspace_file(const std::string& path) {
+    constexpr std::size_t ending = 4;
+    return path.size() > ending &&
+           equal_ignoring_case(std::string_view(path).substr(path.size() - ending), ".axm");
+}
+
+}  // namespace
+
+OpenController::OpenController(QObject* parent, edit::Workbench& workbench, Actions& actions,
+                               const EntryGate& gate, ModelNews& news, LineController& line,
+                               PageController& pages, StatusPanels& status,
+                               const std::vector<flow::ExampleFile>& examples)
+    : QObject(parent),
+      workbench_(workbench),
+      actions_(actions),
+      gate_(gate),
+      news_(news),
+      line_(line),
+      pages_(pages),
+      status_(status) {
+    actions.on(ActionId::read_all, [this] { open_with_dialog(flow::ReadMode::everything); });
+    actions.on(ActionId::read_bodies, [this] { open_with_dialog(flow::ReadMode::bodies_alone); });
+    actions.on_member(ActionId::recent_file, [this](int index) { open_recent(index); });
+    actions.on_member(ActionId::example, [this, examples](int index) {
+        open_example(examples.at(static_cast<std::size_t>(index)).path);
+    });
+    const auto& entries = actions.family(ActionId::example);
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+        entries[i]->setText(QString::fromStdString(examples[i].title));
+        entries[i]->setToolTip(tr("Open, load and show %1").arg(QString::fromStdString(examples[i].path)));
+    }
+}
+
+void OpenController::open_with_dialog(flow::ReadMode mode) {
+    show_opened(flow::open_model(workbench_, mode), mode);
+}
+
+void OpenController::open_file(const std::string& path) {
+    if (!gate_.pass()) return;
+    if (!is_workspace_file(path)) return line_.take_data_file(path);
+    show_opened(flow::open_model_file(workbench_, flow::ReadMode::everything, path),
+                flow::ReadMode::everything);
+}
+
+void OpenController::open_recent(int index) {
+    show_opened(flow::open_recent_file(workbench_, index), flow::ReadMode::everything);
+}
+
+void OpenController::open_example(const std::string& path) {
+    if (!gate_.pass()) return;
+    const flow::OpenOutcome outcome = flow::open_model_file(workbench_, flow::ReadMode::everything, path);
+    show_opened(outcome, flow::ReadMode::everything);
+    if (outcome == flow::OpenOutcome::opened) load_and_show();
+}
+
+void OpenController::show_recovered() {
+    show_opened(flow::OpenOutcome::opened, flow::ReadMode::everything);
+    load_and_show();
+}
+
+void OpenController::load_and_show() {
+    line_.load();
+    if (edit::line_loaded(workbench_.session.workspace)) pages_.show_model();
+}
+
+/// After a read that failed half way the boxes show what the workspace now holds.
+void OpenController::show_opened(flow::OpenOutcome outcome, flow::ReadMode mode) {
+    if (outcome == flow::OpenOutcome::cancelled || outcome == flow::OpenOutcome::missing) return;
+    WhatChanged what = News::bodies | News::file | News::recent_files;
+    if (mode == flow::ReadMode::everything) what |= News::boxes;
+    pages_.show_definitions();
+    begin_anew(workbench_, news_, what);
+    line_.line_dropped(News::definition);
+    if (outcome == flow::OpenOutcome::opened)
+        status_.show_text(tr("%n bodies read; load the data to see them", nullptr,
+                             workbench_.session.workspace.body_count));
+}
+
+void OpenController::follow(WhatChanged what) {
+    if (what & News::recent_files) list_recent_files();
+}
+
+void OpenController::list_recent_files() {
+    const auto& entries = actions_.family(ActionId::recent_file);
+    const std::vector<std::string>& paths = workbench_.recent_files;
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+        entries[i]->setVisible(i < paths.size());
+        if (i < paths.size())
+            entries[i]->setText(
+                QString::fromStdString(flow::recent_file_caption(static_cast<int>(i) + 1, paths[i])));
+    }
+}
+
+}  // namespace anomalis::window

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <string>
+
+#include <QObject>
+
+#include "flow/examples.h"
+#include "flow/open_flow.h"
+#include "window/shell/model_news.h"
+
+namespace anomalis::edit {
+struct Workbench;
+}  // namespace anomalis::edit
+
+namespace anomalis::window {
+
+class Actions;
+class EntryGate;
+class LineController;
+class PageController;
+class StatusPanels;
+
+/// Workspaces that are read: by dialog, from the recent files, as an example, after a crash, by a drop.
+class OpenController : public QObject {
+    Q_OBJECT
+
+  public:
+    OpenController(QObject* parent, edit::Workbench& workbench, Actions& actions, const EntryGate& gate,
+                   ModelNews& news, LineController& line, PageController& pages, StatusPanels& status,
+                   const std::vector<flow::ExampleFile>& examples);
+
+    /// Reads a workspace file and shows it; a file of another kind becomes the observed data file.
+    void open_file(const std::string& path);
+    /// Reads a workspace, loads its data and shows the model.
+    void open_example(const std::string& path);
+    /// A model that a crash left is back: it is shown like an opened one, and its line is loaded.
+    void show_recovered();
+    void follow(WhatChanged what);
+
+  private:
+    void open_with_dialog(flow::ReadMode mode);
+    void open_recent(int index);
+    /// Shows what a read left.
+    void show_opened(flow::OpenOutcome outcome, flow::ReadMode mode);
+    void load_and_show();
+    void list_recent_files();
+
+    edit::Workbench& workbench_;
+    Actions& actions_;
+    const EntryGate& gate_;
+    ModelNews& news_;
+    LineController& line_;
+    PageController& pages_;
+    StatusPanels& status_;
+};
+
+}  // namespace anomalis::window

@@ -1,0 +1,73 @@
+#include "window/shell/page_controller.h"
+
+#include <QTabWidget>
+
+#include "edit/display_check.h"
+#include "edit/workbench.h"
+#include "window/panels/charts_panel.h"
+#include "window/panels/definitions_page.h"
+#include "window/panels/model_page.h"
+#include "window/panels/processing_panel.h"
+#include "window/shell/actions.h"
+#include "window/shell/entry_gate.h"
+
+namespace anomalis::window {
+
+namespace {
+
+enum Page { page_definitions = 0, page_model = 1 };
+
+}  // namespace
+
+PageController::PageController(const Pages& pages, edit::Workbench& workbench, Actions& actions,
+                               const EntryGate& gate)
+    : QObject(&pages.tabs), pages_(pages), workbench_(workbench), gate_(gate) {
+    connect(&pages_.tabs, &QTabWidget::currentChanged, this, &PageController::page_changed);
+    actions.on(ActionId::next_tab, [this] { turn(1); });
+    actions.on(ActionId::previous_tab, [this] { turn(-1); });
+}
+
+void PageController::show_definitions() {
+    pages_.tabs.setCurrentIndex(page_definitions);
+}
+
+void PageController::show_model() {
+    pages_.tabs.setCurrentIndex(page_model);
+}
+
+void PageController::turn(int step) {
+    const int count = pages_.tabs.count();
+    pages_.tabs.setCurrentIndex((pages_.tabs.currentIndex() + step + count) % count);
+}
+
+void PageController::follow(WhatChanged what) {
+    if (what & News::line) pages_.model.show_model(edit::line_loaded(workbench_.session.workspace));
+}
+
+void PageController::page_changed(int index) {
+    gate_.settle();
+    if (index == page_model) {
+        enter_model_page();
+    } else {
+        pages_.charts.view().set_on_page(false);
+    }
+}
+
+void PageController::enter_model_page() {
+    flow::ModelView& view = pages_.charts.view();
+    if (edit::line_loaded(workbench_.session.workspace)) {
+        const MessageScope messages(workbench_.session.prompts);  // shown when the first page is back
+        ProcessingPanel& processing = pages_.definitions.processing();
+        const edit::DisplayCheck check = edit::validate_model_display(workbench_, processing.display_texts());
+        if (check.status != 0) {
+            show_definitions();
+            if (check.box) processing.box(*check.box)->setFocus();
+            return;
+        }
+        processing.update_base_frame();
+    }
+    view.set_on_page(true);
+    view.display_model();
+}
+
+}  // namespace anomalis::window

@@ -1,0 +1,81 @@
+#include "window/shell/shortcut_list.h"
+
+#include <array>
+
+#include <QCoreApplication>
+#include <QKeySequence>
+#include <QSet>
+
+#include "window/shell/menu_tree.h"
+
+namespace anomalis::window {
+
+namespace {
+
+struct ControlKeys {
+    const char* heading;
+    const char* keys;
+    const char* words;
+};
+
+/// What has the focus takes these itself.
+constexpr std::array control_keys{
+    ControlKeys{"A chart that has the focus", "Arrow keys", "Move the window by a tenth"},
+    ControlKeys{"", "+  −", "Zoom in, zoom out"},
+    ControlKeys{"", "0  Home", "Show everything again"},
+    ControlKeys{"", "Menu", "Open the menu of the chart"},
+    ControlKeys{"", "Esc", "Give up the box that is being drawn"},
+    ControlKeys{"A bar that has the focus", "← ↓ −", "One step less"},
+    ControlKeys{"", "→ ↑ +", "One step more"},
+    ControlKeys{"", "Shift + arrow key", "One fine step"},
+    ControlKeys{"The parameters of a body", "Arrow keys", "Go from cell to cell"},
+    ControlKeys{"", "Enter", "Edit the cell, take over what was typed"},
+    ControlKeys{"", "Space", "Change the mark under Vary"},
+    ControlKeys{"", "Esc", "Leave the value as it was"}};
+
+QString words(const char* text) {
+    return QCoreApplication::translate("Actions", text);
+}
+
+/// The tab key is called another when Shift is held.
+QString shown_keys(QKeyCombination key) {
+    return QKeySequence(key).toString(QKeySequence::NativeText).replace("Backtab", "Shift+Tab");
+}
+
+void add_line(ShortcutGroup& group, const ActionRow& row) {
+    if (row.has_key()) group.lines.append({shown_keys(row.key), words(row.text).remove('&')});
+}
+
+/// The keys of the menus, a group each, and which actions stand in any.
+QList<ShortcutGroup> menu_groups(QSet<int>& listed) {
+    QList<ShortcutGroup> groups;
+    int depth = 0;
+    for (const MenuItem& item : menu_tree()) {
+        if (item.kind == MenuItem::Kind::open && depth++ == 0)
+            groups.append({words(item.text).remove('&'), {}});
+        if (item.kind == MenuItem::Kind::close) --depth;
+        if (item.kind != MenuItem::Kind::entry) continue;
+        listed.insert(static_cast<int>(item.action));
+        add_line(groups.last(), action_row(item.action));
+    }
+    return groups;
+}
+
+}  // namespace
+
+QList<ShortcutGroup> shortcut_groups() {
+    QSet<int> listed;
+    QList<ShortcutGroup> groups = menu_groups(listed);
+    ShortcutGroup window{words("Window"), {}};
+    for (const ActionRow& row : action_rows())
+        if (!listed.contains(static_cast<int>(row.id))) add_line(window, row);
+    groups.append(window);
+    groups.removeIf([](const ShortcutGroup& group) { return group.lines.isEmpty(); });
+    for (const ControlKeys& key : control_keys) {
+        if (key.heading[0] != '\0') groups.append({words(key.heading), {}});
+        groups.last().lines.append({words(key.keys), words(key.words)});
+    }
+    return groups;
+}
+
+}  // namespace anomalis::window

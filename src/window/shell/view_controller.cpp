@@ -1,0 +1,63 @@
+#include "window/shell/view_controller.h"
+
+#include <QAction>
+#include <QMenu>
+
+#include "edit/workbench.h"
+#include "show/pointer_panels.h"
+#include "window/panels/charts_panel.h"
+#include "window/shell/actions.h"
+#include "window/shell/bodies_controller.h"
+#include "window/shell/form_guards.h"
+
+namespace anomalis::window {
+
+ViewController::ViewController(QObject* parent, edit::Workbench& workbench, Actions& actions,
+                               const FormGuards& guards, ModelNews& news, ChartsPanel& charts,
+                               BodiesController& bodies)
+    : QObject(parent),
+      workbench_(workbench),
+      actions_(actions),
+      guards_(guards),
+      news_(news),
+      charts_(charts) {
+    actions.on(ActionId::display_axes, [this] { toggle_axes(); });
+    actions.on(ActionId::highlight, [this] { toggle_highlight(); });
+    for (const ActionId id : {ActionId::show_plan, ActionId::section_to_plan})
+        actions.on(id, [this] { charts_.show_plan(true); });
+    for (const ActionId id : {ActionId::show_section, ActionId::plan_to_section})
+        actions.on(id, [this] { charts_.show_plan(false); });
+    actions.on(ActionId::force_recalc, [this] { charts_.view().force_recalc(); });
+    actions.on(ActionId::add_body_here, [this, &bodies] {
+        if (menu_place_) bodies.add_body_here(menu_place_->x, menu_place_->y);
+    });
+    add_chart_entries();
+}
+
+void ViewController::add_chart_entries() {
+    chart::GrapherWidget& section = charts_.chart_widget(edit::chart_section);
+    section.set_menu_opening([this](float x, float y) { section_menu_opens(x, y); });
+    put_first(*section.menu(),
+              {&actions_.action(ActionId::add_body_here), &actions_.action(ActionId::section_to_plan)});
+    put_first(*charts_.plan_widget().menu(), {&actions_.action(ActionId::plan_to_section)});
+    actions_.action(ActionId::add_body_here).setEnabled(false);
+}
+
+void ViewController::section_menu_opens(float x, float y) {
+    menu_place_ = show::place_under(charts_.chart_widget(edit::chart_section).chart(), x, y);
+    actions_.action(ActionId::add_body_here).setEnabled(menu_place_ && !guards_.closed());
+}
+
+void ViewController::toggle_axes() {
+    workbench_.view.show_axes = !workbench_.view.show_axes;
+    news_.tell(News::view);
+    charts_.view().display_model();
+}
+
+void ViewController::toggle_highlight() {
+    workbench_.view.highlight_on = !workbench_.view.highlight_on;
+    news_.tell(News::view);
+    charts_.view().redraw_bodies();
+}
+
+}  // namespace anomalis::window
