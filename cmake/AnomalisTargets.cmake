@@ -16,8 +16,10 @@ target_compile_options(anomalis_flags INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict> -fno-math-errno)
 if(ANOMALIS_FUZZ)
   target_compile_options(anomalis_flags INTERFACE -fsanitize=fuzzer-no-link)
+  target_link_options(anomalis_flags INTERFACE -fsanitize=fuzzer-no-link)
 endif()
-if(ANOMALIS_SANITIZE)
+# A fuzzer without them sees crashes alone.
+if(ANOMALIS_SANITIZE OR ANOMALIS_FUZZ)
   target_compile_options(anomalis_flags INTERFACE
     -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(anomalis_flags INTERFACE -fsanitize=address,undefined)
