@@ -113,10 +113,6 @@ function(anomalis_window_test name)
     set_tests_properties(${name}.${test} PROPERTIES
       LABELS ${room} TIMEOUT 900 ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
   endforeach()
-  if(NOT TEST_TESTS)
-    add_test(NAME ${name} COMMAND test_${name})
-    set_tests_properties(${name} PROPERTIES LABELS ${room} TIMEOUT 900 ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
-  endif()
 endfunction()
 
 # anomalis_bench(NAME SOURCES ... DEPENDS ...): a Google Benchmark program.
