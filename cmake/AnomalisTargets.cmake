@@ -16,8 +16,10 @@ target_compile_options(anomalis_flags INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict> -fno-math-errno)
 if(ANOMALIS_FUZZ)
   target_compile_options(anomalis_flags INTERFACE -fsanitize=fuzzer-no-link)
+  target_link_options(anomalis_flags INTERFACE -fsanitize=fuzzer-no-link)
 endif()
-if(ANOMALIS_SANITIZE)
+# A fuzzer without them sees crashes alone.
+if(ANOMALIS_SANITIZE OR ANOMALIS_FUZZ)
   target_compile_options(anomalis_flags INTERFACE
     -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(anomalis_flags INTERFACE -fsanitize=address,undefined)
@@ -111,10 +113,6 @@ function(anomalis_window_test name)
     set_tests_properties(${name}.${test} PROPERTIES
       LABELS ${room} TIMEOUT 900 ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
   endforeach()
-  if(NOT TEST_TESTS)
-    add_test(NAME ${name} COMMAND test_${name})
-    set_tests_properties(${name} PROPERTIES LABELS ${room} TIMEOUT 900 ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
-  endif()
 endfunction()
 
 # anomalis_bench(NAME SOURCES ... DEPENDS ...): a Google Benchmark program.

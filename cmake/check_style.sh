@@ -30,7 +30,7 @@ sources() {
 # What clang does not know goes: the precompiled headers of another compiler, and its warnings.
 write_commands_for_clang() {
     mkdir -p "$build/tidy"
-    sed -E 's/ -Winvalid-pch -include [^ ]+//; s/ -Wno-(restrict|array-bounds|stringop-over[a-z]+)//g; s/ -Werror//' \
+    sed -E 's/ -Winvalid-pch -include [^ ]+//; s/ -Wno-(restrict|array-bounds|stringop-over[a-z]+)//g; s/ -Werror//; s/ -fpch-preprocess//' \
         "$build/compile_commands.json" >"$build/tidy/compile_commands.json"
 }
 
