@@ -1,6 +1,5 @@
 #include "edit/definition_boxes.h"
 
-#include <limits>
 #include <optional>
 
 #include "core/numbers.h"
@@ -48,8 +47,8 @@ float& spacing_field(Workspace& workspace, DefinitionBox box) {
 }
 
 std::optional<std::int32_t> whole_number(std::string_view text, Accepts accepts) {
-    if (!is_numeric(text)) return {};
-    const double value = prefix_number(text);
+    double value = 0;
+    if (!parse_number(text, value)) return {};
     if (accepts == Accepts::above_zero && !(value > 0)) return {};
     if (accepts == Accepts::zero_or_above && !(value >= 0)) return {};
     try {
@@ -61,9 +60,8 @@ std::optional<std::int32_t> whole_number(std::string_view text, Accepts accepts)
 
 /// A spacing too large for the record counts as no number.
 float spacing(std::string_view text) {
-    if (!is_numeric(text)) return 0;
-    const double value = prefix_number(text);
-    return value > 0 && value <= std::numeric_limits<float>::max() ? static_cast<float>(value) : 0.0F;
+    const auto value = parse_single(text);
+    return value && *value > 0 ? *value : 0;
 }
 
 void forget_window(Workspace& workspace) {

@@ -31,9 +31,8 @@ SettingsChange change_field(Workbench& workbench, float& field, std::string_view
 }
 
 SettingsChange change_filter(Workbench& workbench, std::int32_t& field, std::string_view text) {
-    if (!is_numeric(text)) return SettingsChange::refused;
-    const double value = prefix_number(text);
-    if (value < 0) return SettingsChange::refused;
+    double value = 0;
+    if (!parse_number(text, value) || value < 0) return SettingsChange::refused;
     if (value == field) return SettingsChange::unchanged;
     try {
         field = round_to_even(value);

@@ -13,8 +13,7 @@ BodyPlace body_place(const ModelBody& body) {
     const double cosine = std::cos(strike);
     const double half_width = body.width.value / 2.0;
     const double along = body.offset.value;
-    return {body.east + cosine * half_width + sine * along, body.north - sine * half_width + cosine * along,
-            body.type == pipe ? body.end_width_a / 2.0 : 0.0};
+    return {body.east + cosine * half_width + sine * along, body.north - sine * half_width + cosine * along};
 }
 
 }  // namespace anomalis::output

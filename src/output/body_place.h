@@ -11,7 +11,6 @@ namespace anomalis::output {
 /// offset along it from the reference point. m.
 struct BodyPlace {
     double east = 0, north = 0;
-    double depth_to_top = 0;  ///< of a pipe, half its first end width; 0 otherwise
 };
 
 BodyPlace body_place(const ModelBody& body);

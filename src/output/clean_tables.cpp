@@ -94,7 +94,7 @@ void add_body(const Workspace& workspace, int number, CsvText& csv) {
     csv.number(place.east);
     csv.number(place.north);
     csv.number(body.top.value);
-    csv.number(place.depth_to_top);
+    csv.number(body.type == pipe ? body.end_width_a / 2.0 : 0.0);
     add_if(body.type == pipe && workspace.station_count > 0, body.top_elevation, csv);
     for (const ParamCode code : shape_columns) csv.number(body_param(body, code).value);
     // A wire keeps its current where other bodies keep the susceptibility.

@@ -10,10 +10,15 @@ namespace anomalis::output {
 
 namespace {
 
+/// Of a pipe half its end width. This table goes with a save, which makes the end width the width.
+double depth_to_top(const ModelBody& body) {
+    return body.type == pipe ? body.width.value / 2.0 : 0.0;
+}
+
 std::string position_fields(const ModelBody& body) {
     const BodyPlace place = body_place(body);
     return format_number(place.east, "0.000") + "," + format_number(place.north, "0.000") + "," +
-           format_number(place.depth_to_top, "0.000") + "," + format_number(body.width.value, "0.000") + "," +
+           format_number(depth_to_top(body), "0.000") + "," + format_number(body.width.value, "0.000") + "," +
            shortest_text(body.strike.value) + "," + shortest_text(body.dip.value);
 }
 

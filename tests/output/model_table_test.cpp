@@ -51,12 +51,12 @@ TEST(ModelTable, gravity_data_alone_have_a_star_for_the_susceptibility) {
               ",,,412395.250,7123456.500,0.000,100.000,0,75.5*2.67,,-2,3,250,1E-05, *,Dyke, west");
 }
 
-TEST(ModelTable, a_pipe_has_half_its_end_width_and_its_burial_depth) {
+TEST(ModelTable, a_pipe_has_half_the_width_that_a_save_gives_its_end_and_its_burial_depth) {
     Workspace workspace = with_body(pipe);
     workspace.definition.grav_column = 4;
     workspace.body(1).end_width_a = 60;
     EXPECT_EQ(body_line(workspace),
-              ",,,412395.250,7123456.500,30.000,100.000,0,75.550002.67,,-2,3,250,1E-05,32.249,Dyke, west");
+              ",,,412395.250,7123456.500,50.000,100.000,0,75.550002.67,,-2,3,250,1E-05,32.249,Dyke, west");
 }
 
 TEST(ModelTable, a_pipe_has_a_star_for_its_burial_depth_while_no_line_is_loaded) {
