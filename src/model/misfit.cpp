@@ -89,7 +89,6 @@ MisfitPair evaluate_model_misfit(Session& session, ChannelTable& mag_rows, Chann
     ++session.inversion.evaluations;
     find_stale(workspace);
     forward::calculate_model(workspace, mag_rows, grav_rows, faults);
-    know_fields(workspace);
     if (workspace.has_mag()) filter::filter_data(workspace, channel_mag, stage_calculated, mag_rows, faults);
     if (workspace.has_grav())
         filter::filter_data(workspace, channel_grav, stage_calculated, grav_rows, faults);

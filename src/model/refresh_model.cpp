@@ -32,7 +32,6 @@ MisfitPair refresh_model(Session& session) {
     // The observed stage first: a floating base lays the calculated curve on it.
     filter_both(stage_observed);
     filter_both(stage_calculated);
-    know_fields(workspace);
     const MisfitPair misfit = calculate_misfit(workspace, session.inversion, faults);
     show_faults(faults, session.prompts);
     return misfit;

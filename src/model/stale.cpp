@@ -92,9 +92,4 @@ void find_stale(Workspace& workspace) {
     }
 }
 
-void know_fields(Workspace& workspace) {
-    compare_settings(workspace);
-    for (int number = 1; number <= workspace.body_count; ++number) compare_body(workspace.body(number));
-}
-
 }  // namespace anomalis::model

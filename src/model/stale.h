@@ -12,11 +12,9 @@ struct Workspace;
 namespace anomalis::model {
 
 /// Compares every field with its known value and marks what its change makes out of date. Stations that would
-/// now be read in another way are dropped. Allocates nothing but room for the responses of new bodies.
+/// now be read in another way are dropped. A sphere takes its strike from the line as it is calculated: that
+/// is a change like any other, seen the next time. Allocates nothing but room for the responses of new
+/// bodies.
 void find_stale(Workspace& workspace);
-
-/// The known values become those of the fields as they stand: after a calculation has settled some of them (a
-/// base level that floats, the strike of a sphere).
-void know_fields(Workspace& workspace);
 
 }  // namespace anomalis::model

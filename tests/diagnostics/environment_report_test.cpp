@@ -5,6 +5,7 @@
 
 #include "core/log.h"
 #include "core/session.h"
+#include "core/version.h"
 #include "support/scripted_prompts.h"
 #include "support/temp_folder.h"
 

@@ -19,8 +19,10 @@ struct Derived {
     MisfitPair misfit{};
 };
 
+/// Brought up to date twice: a sphere takes its strike from the line at its first calculation.
 Derived refreshed(Session& session) {
     Derived derived;
+    refresh_model(session);
     derived.misfit = refresh_model(session);
     const Workspace& w = session.workspace;
     derived.stations = w.stations;

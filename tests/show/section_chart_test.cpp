@@ -102,13 +102,13 @@ TEST(SectionChart, both_polygons_of_a_filled_body_lead_to_it) {
     EXPECT_EQ(sample.view->charts().section_body(0), 0);
 }
 
-TEST(SectionChart, the_burial_depth_goes_into_the_record_and_the_label) {
+TEST(SectionChart, the_label_tells_the_burial_depth_of_the_record) {
     Section sample;
     ModelBody& body = sample.add_body(1260, 60);
     body.name = "Dyke";
     sample.workspace().display.show_body_label = 1;
     sample.draw();
-    const double depth = ground_elevation(sample.workspace(), 1260) - 60;
+    const double depth = model::ground_elevation(sample.workspace(), 1260) - 60;
     EXPECT_NEAR(body.top_elevation, depth, 1e-4);
     ASSERT_NE(sample.picture().find_text("Dyke"), nullptr);
     EXPECT_NE(sample.picture().find_text("Burial depth: 40.40"), nullptr);

@@ -146,8 +146,6 @@ TEST(SectionShapes, pipes_and_wires_are_circles_of_their_diameter) {
         EXPECT_EQ(shape.xs.size(), 33U);
         EXPECT_NEAR(shape.right() - shape.left(), 40, 0.01);
         EXPECT_NEAR(shape.highest() - shape.lowest(), 40, 1e-9);
-        EXPECT_NEAR(shape.burial_depth,
-                    ground_elevation(sample.workspace(), 1000) - 50 - (type == pipe ? 20 : 0), 1e-6);
     }
 }
 
@@ -160,19 +158,6 @@ TEST(SectionShapes, a_hollow_pipe_is_a_ring) {
     EXPECT_NEAR(area(sample.shape(body)) / full, 1 - 0.75 * 0.75, 0.02);
     body.shell_thickness = 20;
     EXPECT_EQ(sample.shape(body).xs.size(), 33U) << "a shell that fills it leaves no hole";
-}
-
-TEST(SectionShapes, the_ground_is_interpolated_and_goes_on_beyond_the_ends) {
-    Shaped sample;
-    Workspace& w = sample.workspace();
-    EXPECT_NEAR(ground_elevation(w, 25), w.stations(2, column_ground), 1e-9);
-    EXPECT_NEAR(ground_elevation(w, 37.5), (w.stations(2, column_ground) + w.stations(3, column_ground)) / 2,
-                1e-9);
-    EXPECT_NEAR(ground_elevation(w, -25), 2 * w.stations(1, column_ground) - w.stations(2, column_ground),
-                1e-6);
-    w.definition.dtm_column = 0;
-    w.surface_elevation = 77;
-    EXPECT_EQ(ground_elevation(w, 37.5), 77);
 }
 
 struct ExactShaped : Shaped {

@@ -58,10 +58,10 @@ void fill_by_type(Workspace& workspace, ModelBody& body, double strike_sine, Fau
 void fill(Workspace& workspace, int body_number, Faults& faults) {
     ModelBody& body = workspace.body(body_number);
     zero_magnetic_columns(workspace, body);
+    if (calculate_field_coefficients(workspace, body, faults) != 0) return;
     // Radians are added to degrees on purpose:
     // test `Sphere, takes_the_azimuth_in_radians_plus_90_as_its_strike`.
     if (body.type == sphere) body.strike.value = to_single(workspace.azimuth + 90.0);
-    if (calculate_field_coefficients(workspace, body, faults) != 0) return;
     const double strike_sine = strike_against_profile(body, workspace.azimuth);
     if (std::abs(strike_sine) < least_sine_with_response) return;
     update_body_reference_point(workspace, body.distance.value, body.east, body.north);
