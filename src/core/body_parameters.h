@@ -112,7 +112,7 @@ struct FitNumber {
 /// Which fits may change a parameter: all, those of magnetics, those of gravity.
 enum class FitPart { shape, magnetic, gravity };
 
-/// Bodies that a fit leaves alone, whatever is marked.
+/// Bodies in which a fit may change a parameter that is marked to vary.
 enum class FitBodies { all, not_round };
 
 /// The parameter in the inversion.
