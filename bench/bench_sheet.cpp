@@ -110,7 +110,8 @@ void all_sheets(benchmark::State& state) {
     workspace.definition.grav_column = 4;
     BestTime all;
     for (auto _ : state) {
-        for (int b = 1; b <= bodies; ++b) workspace.body(b).mag_response_valid = workspace.body(b).grav_response_valid = false;
+        for (int b = 1; b <= bodies; ++b)
+            workspace.body(b).mag_response_valid = workspace.body(b).grav_response_valid = false;
         state.SetIterationTime(all.take(
             [&] { forward::calculate_model(workspace, workspace.mag.data, workspace.grav.data, faults); }));
     }

@@ -104,7 +104,8 @@ Row body_row(int number, const ModelBody& b) {
             : b.vary     ? ""
                          : "fixed"};
     if (row[1].empty()) row[1] = "type " + std::to_string(b.type);
-    for (const auto& [code, caption] : parameter_columns) row.push_back(shortest_text(body_param(b, code).value));
+    for (const auto& [code, caption] : parameter_columns)
+        row.push_back(shortest_text(body_param(b, code).value));
     row.push_back(single_line(b.name));
     return row;
 }

@@ -10,9 +10,9 @@ namespace anomalis::model {
 /// takes that channel's misfit scale; what the inversion remembered of the line before is forgotten.
 void finish_load(Session& session);
 
-/// Brings everything that is derived up to date, and only what is not: elevations, responses, burial depths, the
-/// four filter chains. Returns the misfit pair of the inversion channel, zeros without stations.
-/// What failed is shown at the end.
+/// Brings everything that is derived up to date, and only what is not: elevations, responses, burial depths,
+/// the four filter chains. Returns the misfit pair of the inversion channel, zeros without stations. What
+/// failed is shown at the end.
 MisfitPair refresh_model(Session& session);
 
 }  // namespace anomalis::model

@@ -3,9 +3,9 @@
 #include <cmath>
 
 #include "core/failure.h"
-#include "core/prompts.h"
 #include "core/numbers.h"
 #include "core/paths.h"
+#include "core/prompts.h"
 #include "core/save_question.h"
 #include "core/settings.h"
 #include "core/text.h"
