@@ -9,10 +9,10 @@
 #include "core/body_parameters.h"
 #include "core/session.h"
 #include "filter/filters.h"
+#include "flow/inversion_report.h"
 #include "forward/classic/mag_response.h"
 #include "intake/load.h"
 #include "intake/profile.h"
-#include "inversion/report.h"
 #include "level_line.h"
 #include "model/misfit.h"
 #include "model/refresh_model.h"
@@ -73,7 +73,7 @@ void one_evaluation(benchmark::State& state) {
         body.dip.value += 0.01F;
         const double seconds = evaluation.take([&] {
             body.mag_response_valid = body.grav_response_valid = false;
-            model::evaluate_model_misfit(line.session, w.mag.data, w.grav.data, faults);
+            model::evaluate_model_misfit(w, line.session.inversion, w.mag.data, w.grav.data, faults);
         });
         response.take([&] {
             body.last_calculated = -1.0F;
@@ -110,8 +110,7 @@ void a_run(benchmark::State& state) {
         state.PauseTiming();
         auto line = std::make_unique<Line>(stations, bodies);
         state.ResumeTiming();
-        const inversion::InversionReport report =
-            inversion::run_inversion(line->session, inversion::InvertOptions{});
+        const flow::InversionReport report = flow::run_inversion(line->session, flow::InvertOptions{});
         state.counters["evaluations"] = static_cast<double>(report.result.evaluations);
         state.counters["us_an_evaluation"] =
             report.seconds * 1e6 / static_cast<double>(report.result.evaluations);
@@ -154,10 +153,10 @@ void a_stop(benchmark::State& state, inversion::InversionMethod method) {
         prompts.session = &session;
         model::finish_load(session);
         model::refresh_model(session);
-        inversion::InvertOptions options;
+        flow::InvertOptions options;
         options.method = method;
         const double start = prompts.last = cpu_seconds();
-        const inversion::InversionReport report = inversion::run_inversion(session, options);
+        const flow::InversionReport report = flow::run_inversion(session, options);
         const double end = cpu_seconds();
         const double one = (end - start) / static_cast<double>(report.result.evaluations);
         state.counters["answer_ms"] = prompts.longest * 1e3;
@@ -189,9 +188,9 @@ void example(benchmark::State& state, const char* name, inversion::InversionMeth
         }
         model::finish_load(session);
         model::refresh_model(session);
-        inversion::InvertOptions options;
+        flow::InvertOptions options;
         options.method = method;
-        const inversion::InversionReport report = inversion::run_inversion(session, options);
+        const flow::InversionReport report = flow::run_inversion(session, options);
         state.counters["first_misfit"] = report.result.initial_misfit.value_or(MisfitPair{})[0];
         state.counters["last_misfit"] = report.result.misfit_pair[0];
         state.counters["evaluations"] = static_cast<double>(report.result.evaluations);

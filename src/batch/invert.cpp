@@ -5,15 +5,15 @@
 #include "batch/report_json.h"
 #include "batch/stop_request.h"
 #include "core/numbers.h"
-#include "inversion/report.h"
+#include "flow/inversion_report.h"
 #include "workspace_file/axm.h"
 
 namespace anomalis::batch {
 
 namespace {
 
-inversion::InvertOptions run_options(const InvertCommandOptions& options, const Session& session) {
-    inversion::InvertOptions run;
+flow::InvertOptions run_options(const InvertCommandOptions& options, const Session& session) {
+    flow::InvertOptions run;
     run.channel = options.channel == "mag"     ? channel_mag
                   : options.channel == "grav"  ? channel_grav
                   : options.channel == "joint" ? channel_joint
@@ -41,30 +41,31 @@ void show_progress(const inversion::InversionProgress& state, std::ostream& err)
         << misfit_text(state.misfit) << ", " << format_number(state.seconds, "0.0") << " s  " << std::flush;
 }
 
-inversion::InversionReport invert(const InvertCommandOptions& options, BatchSession& batch) {
+flow::InversionReport invert(const InvertCommandOptions& options, BatchSession& batch) {
     Session& session = batch.session;
     const StopRequest stop;
     // Asked after each evaluation; the run itself looks once an iteration.
     batch.prompts.on_yield = [&] {
         if (stop.made()) session.inversion.stop_inversion = true;
     };
-    inversion::InversionReport report = inversion::run_inversion(
-        session, run_options(options, session), [&](const inversion::InversionProgress& state) {
-            if (options.show_progress) show_progress(state, batch.err);
-        });
+    flow::InversionReport report = flow::run_inversion(session, run_options(options, session),
+                                                       [&](const inversion::InversionProgress& state) {
+                                                           if (options.show_progress)
+                                                               show_progress(state, batch.err);
+                                                       });
     batch.prompts.on_yield = nullptr;
     if (options.show_progress && report.result.iterations > 0) batch.err << '\n';
     return report;
 }
 
-std::string summary(const inversion::InversionReport& report) {
+std::string summary(const flow::InversionReport& report) {
     const inversion::RunResult& result = report.result;
     std::string text = report.label + " after " + std::to_string(result.iterations) + " iterations, " +
                        std::to_string(result.evaluations) + " evaluations\n";
     if (result.initial_misfit)
         text +=
             "Misfit " + misfit_text(*result.initial_misfit) + " -> " + misfit_text(result.misfit_pair) + "\n";
-    for (const inversion::ReportedParameter& p : report.parameters) {
+    for (const flow::ReportedParameter& p : report.parameters) {
         text += "Body " + std::to_string(p.body) + " " + p.name + ":" + number_to_text(p.start) + " ->" +
                 number_to_text(p.final) + "\n";
     }
@@ -74,7 +75,7 @@ std::string summary(const inversion::InversionReport& report) {
 }  // namespace
 
 bool run_invert(const InvertCommandOptions& options, BatchSession& batch) {
-    inversion::InversionReport report;
+    flow::InversionReport report;
     {
         const MessageScope scope(batch.prompts);
         if (batch.open(options.model) == OpenState::unread) return false;

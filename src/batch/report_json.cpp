@@ -14,9 +14,9 @@ Json pair_json(const std::optional<MisfitPair>& pair) {
     return pair ? Json(*pair) : Json(nullptr);
 }
 
-Json parameters_json(const inversion::InversionReport& report) {
+Json parameters_json(const flow::InversionReport& report) {
     Json parameters = Json::array();
-    for (const inversion::ReportedParameter& p : report.parameters) {
+    for (const flow::ReportedParameter& p : report.parameters) {
         parameters.push_back({{"body", p.body},
                               {"param_code", p.param_code},
                               {"name", p.name},
@@ -29,10 +29,10 @@ Json parameters_json(const inversion::InversionReport& report) {
     return parameters;
 }
 
-Json names_json(const inversion::InversionReport& report, const std::vector<int>& indices) {
+Json names_json(const flow::InversionReport& report, const std::vector<int>& indices) {
     Json names = Json::array();
     for (const int index : indices) {
-        const inversion::ReportedParameter& p = report.parameters.at(static_cast<std::size_t>(index - 1));
+        const flow::ReportedParameter& p = report.parameters.at(static_cast<std::size_t>(index - 1));
         names.push_back({{"body", p.body}, {"name", p.name}});
     }
     return names;
@@ -51,8 +51,7 @@ Json correlation_json(const std::vector<double>& values, std::size_t count) {
 
 }  // namespace
 
-std::string report_json_text(const inversion::InversionReport& report,
-                             const std::vector<std::string>& messages) {
+std::string report_json_text(const flow::InversionReport& report, const std::vector<std::string>& messages) {
     const inversion::RunResult& result = report.result;
     Json json = {{"status", result.status}, {"label", report.label}, {"iterations", result.iterations}};
     json["initial_misfit"] = pair_json(result.initial_misfit);

@@ -43,6 +43,7 @@ struct InversionState {
     Array1<InversionParamPlace> best_param_map;
     MisfitPair best_misfit{-99999.0F, -99999.0F};
     bool best_model_available = false;
+    bool running = false;  ///< a run goes on before a window, which serves only its stop and a close
     bool stop_inversion = false;
     std::int64_t evaluations = 0;  ///< model evaluations so far
 };

@@ -1,161 +1,186 @@
 #include "flow/inversion_desk.h"
 
-#include "core/body_parameters.h"
-#include "core/model_body.h"
+#include <algorithm>
+
 #include "core/numbers.h"
 #include "edit/change.h"
 #include "edit/workbench.h"
+#include "flow/fit_remark.h"
+#include "inversion/parameters.h"
+#include "model/misfit.h"
 #include "workspace_file/axm.h"
 
 namespace anomalis::flow {
 
-InversionDesk::InversionDesk(edit::Workbench& workbench, InversionDeskHost& host)
+InversionDesk::InversionDesk(edit::Workbench& workbench, InversionDeskObserver& observer)
     : workbench_(workbench),
-      host_(host),
-      control_(workbench.session, *this),
-      bars_(workbench.session, control_, *this) {}
+      observer_(observer),
+      bars_(workbench.session.workspace, workbench.session.prompts) {}
 
-bool InversionDesk::has_current_body() const {
-    const int number = workbench_.view.current_body;
-    return number >= 1 && number <= workbench_.session.workspace.body_count;
+bool InversionDesk::running() const {
+    return workbench_.session.inversion.running;
 }
 
 int InversionDesk::current_body() const {
-    return has_current_body() ? workbench_.view.current_body : 0;
+    const int number = workbench_.view.current_body;
+    return number >= 1 && number <= workbench_.session.workspace.body_count ? number : 0;
 }
 
-void InversionDesk::invert(int index) {
-    if (busy()) return;
-    follow_model();
-    if (edit::line_loaded(workbench_.session.workspace)) {
-        show_view(true);
-        host_.keep_model();
+// Undo paths.
+
+void InversionDesk::apply_values(const Array1<float>& values) {
+    Session& session = workbench_.session;
+    auto& params = session.inversion.inversion_params;
+    const int count = std::min(values.count(), params.count());
+    for (int i = 1; i <= count; ++i) params[i].value = values[i];
+    double penalty = 0;
+    Faults faults;
+    inversion::apply_all_parameters(penalty, {session.workspace, session.inversion, faults});
+    show_faults(faults, session.prompts);
+}
+
+void InversionDesk::change_model(const std::string& what) {
+    edit::note_change(workbench_, {what, "", false});
+    observer_.model_changed();
+}
+
+void InversionDesk::command_reject_changes() {
+    if (running() || !panel_.reject_changes_enabled) return;
+    reset_inversion_display();
+    apply_values(workbench_.session.inversion.start_params);
+    change_model("rejecting the inversion");
+    panel_.misfit[0] = panel_.misfit[1];
+    panel_.misfit[2] = panel_.misfit[3];
+    observer_.panel_changed();
+}
+
+void InversionDesk::command_restore_best() {
+    if (running()) return;
+    Session& session = workbench_.session;
+    InversionState& inversion = session.inversion;
+    if (inversion.best_misfit[0] > unset && inversion.best_model_available) {
+        panel_.show_initial_misfit(inversion.best_misfit);
+        panel_.show_current_misfit(inversion.best_misfit);
+        // One step back from a restore is always on disk. A failure is told; the step back goes on, since the
+        // history has the model too.
+        workspace_file::write_model_parameters(0, recovery_file, session.workspace, session.prompts);
+        apply_values(inversion.best_params);
+        change_model("restoring the best model");
     }
-    const int body = current_body();
-    control_.command_invert(index);
-    if (workbench_.session.workspace.station_count <= 0) return;
-    const inversion::RunResult& result = control_.result();
-    if (result.status >= 0 || result.filled) {
-        edit::note_change(workbench_,
-                          {index == 1 ? "inversion of the model"
-                                      : "inversion of body " + format_number(std::int32_t{body}, "0"),
-                           "", false});
-        keep_fit_errors();
-        host_.display_body_parameters();
-        host_.show_caption();
-    }
-    if (control_.close_requested()) host_.close_window();
+    panel_.disable_undo();
+    forget_best_model(inversion);
+    observer_.panel_changed();
 }
 
-void InversionDesk::keep_fit_errors() {
-    const auto& statistics = control_.result().statistics;
-    const auto places = workbench_.session.inversion.inversion_param_map.span();
-    if (!statistics || statistics->errors.size() != places.size()) return;
-    for (std::size_t i = 0; i < places.size(); ++i)
-        workbench_.fit_errors.push_back({places[i].body, places[i].param_code, statistics->errors[i]});
+void InversionDesk::reset_inversion_display() {
+    panel_.misfit.fill("");
+    panel_.disable_undo();
+    workbench_.session.inversion.best_misfit = {unset, unset};
+    observer_.panel_changed();
 }
 
-std::string InversionDesk::fit_remark() const {
-    const auto& statistics = control_.result().statistics;
-    if (!statistics || workbench_.fit_errors.empty()) return {};
-    const auto& map = workbench_.session.inversion.inversion_param_map;
-    const auto list = [&](const std::vector<int>& numbers, const std::string& words) {
-        std::string text;
-        for (const int number : numbers) {
-            if (number < 1 || number > map.count()) continue;
-            text += (text.empty() ? "" : ", ") + std::string(param_name(map[number].param_code)) +
-                    " of body " + format_number(map[number].body, "0");
-        }
-        return text.empty() ? text : words + text;
-    };
-    const std::string open = list(statistics->undetermined, "The data leave open: ");
-    const std::string held = list(statistics->at_limit, "Held by a limit: ");
-    return open + (open.empty() || held.empty() ? "" : ". ") + held;
+// The panel.
+
+void InversionDesk::show_move_view() {
+    panel_.show_view(false);
+    observer_.panel_changed();
 }
 
-void InversionDesk::restore_best() {
-    const bool had_best = workbench_.session.inversion.best_model_available;
-    if (busy()) return;
-    control_.command_restore_best();
-    if (!had_best) return;
-    edit::note_change(workbench_, {"restoring the best model", "", false});
-    host_.show_caption();
+void InversionDesk::command_toggle_invert_body() {
+    Session& session = workbench_.session;
+    Workspace& workspace = session.workspace;
+    if (running() || workspace.body_count <= 0 || workspace.station_count <= 0) return;
+    panel_.show_view(!panel_.invert_frame);
+    session.inversion.stop_inversion = false;
+    reset_inversion_display();
+    Faults faults;
+    show_initial_misfit(model::evaluate_model_misfit(workspace, session.inversion, workspace.mag.data,
+                                                     workspace.grav.data, faults));
+    show_faults(faults, session.prompts);
 }
 
-void InversionDesk::reject_changes() {
-    if (busy() || !panel().reject_changes_enabled) return;
-    control_.command_reject_changes();
-    edit::note_change(workbench_, {"rejecting the inversion", "", false});
-    host_.show_caption();
+void InversionDesk::combo_invert(int index) {
+    if (running()) return;
+    panel_.channel_index = panel_.corrected_channel(index, workbench_.session.workspace);
+    observer_.panel_changed();
 }
 
-void InversionDesk::show_view(bool invert) {
-    if (busy() || panel().invert_frame == invert) return;
-    control_.command_toggle_invert_body();
+void InversionDesk::choose_method(inversion::InversionMethod method) {
+    if (running()) return;
+    panel_.method = method;
+    combo_invert(panel_.channel_index);
+}
+
+void InversionDesk::check_inversion_mode(int target) {
+    if (running()) return;
+    workbench_.session.inversion.inversion_target = target == 1 ? target_gradient : target_data;
+    reset_inversion_display();
+}
+
+void InversionDesk::show_initial_misfit(const MisfitPair& misfit) {
+    panel_.show_initial_misfit(misfit);
+    observer_.panel_changed();
+}
+
+void InversionDesk::show_current_misfit(const MisfitPair& misfit) {
+    panel_.show_current_misfit(misfit);
+    observer_.panel_changed();
 }
 
 void InversionDesk::line_changed() {
-    if (busy()) return;
+    if (running()) return;
     seen_revision_ = workbench_.list_revision;
-    control_.show_move_view();
-    control_.reset_inversion_display();
-    check_channel();
-    host_.show_bars();
-}
-
-void InversionDesk::check_channel() {
-    control_.combo_invert(panel().channel_index);
+    show_move_view();
+    reset_inversion_display();
+    combo_invert(panel_.channel_index);
+    observer_.bars_changed();
 }
 
 void InversionDesk::follow_model() {
     if (seen_revision_ == workbench_.list_revision) return;
     seen_revision_ = workbench_.list_revision;
-    control_.bodies_changed();
+    reset_inversion_display();
+    forget_run(workbench_.session.inversion);
+    if (workbench_.session.workspace.body_count == 0) show_move_view();
 }
 
-void InversionDesk::place_bars(const LimitStrip& strip, const VisibleSpan& span) {
-    bars_.update_inversion_limit_display(strip, span);
+std::string InversionDesk::fit_remark() const {
+    // A change of the model since then leaves nothing of what the fit said.
+    return workbench_.fit_errors.empty() ? std::string()
+                                         : flow::fit_remark(result_, workbench_.session.inversion);
+}
+
+// The limit bars.
+
+void InversionDesk::draw_charts() {
+    for (int i = 0; i < edit::model_chart_count; ++i)
+        if (i != edit::chart_section || !workbench_.view.show_plan) observer_.draw_chart(i);
 }
 
 void InversionDesk::press_bar(int index, double x) {
+    if (running()) return;
     pressed_first_ = workbench_.session.workspace.first_station;
     pressed_last_ = workbench_.session.workspace.last_station;
     bars_.mouse_down(index, x);
 }
 
 void InversionDesk::move_bar(int index, double x) {
-    bars_.mouse_move(index, x);
-    host_.show_bars();
+    if (running() || !bars_.mouse_move(index, x)) return;
+    draw_charts();
+    reset_inversion_display();
+    observer_.bars_changed();
 }
 
 void InversionDesk::release_bar(int index) {
-    if (!bars_.dragging()) return;
-    bars_.mouse_up(index);
-    const Workspace& workspace = workbench_.session.workspace;
-    if (workspace.first_station != pressed_first_ || workspace.last_station != pressed_last_)
-        edit::note_change(workbench_, {"stations of the fit", "", false});
-    host_.show_bars();
-    host_.show_caption();
-}
-
-void InversionDesk::display_model() {
-    host_.display_model();
-}
-
-void InversionDesk::display_charts() {
-    for (int i = 0; i < edit::model_chart_count; ++i)
-        if (i != edit::chart_section || !workbench_.view.show_plan) host_.display_chart(i);
-}
-
-/// The curves move in both views.
-void InversionDesk::display_iteration() {
-    display_charts();
-    if (workbench_.view.show_plan) host_.display_plan_view();
-}
-
-/// A failure is told; the step back goes on, since the history has the model too.
-void InversionDesk::save_recovery_model(const std::string& path) {
-    workspace_file::write_model_parameters(0, path, workbench_.session.workspace, workbench_.session.prompts);
+    if (!bars_.mouse_up(index)) return;
+    Session& session = workbench_.session;
+    if (bars_.moved()) session.model_changed = true;
+    const Workspace& workspace = session.workspace;
+    const bool other_window =
+        workspace.first_station != pressed_first_ || workspace.last_station != pressed_last_;
+    if (other_window) edit::note_change(workbench_, {"stations of the fit", "", false});
+    observer_.model_changed();
+    observer_.bars_changed();
 }
 
 }  // namespace anomalis::flow

@@ -2,8 +2,8 @@
 
 #include <string>
 
+#include "flow/inversion_panel.h"
 #include "flow/limit_bars.h"
-#include "flow/run_control.h"
 
 namespace anomalis::edit {
 struct Workbench;
@@ -11,77 +11,99 @@ struct Workbench;
 
 namespace anomalis::flow {
 
-/// The window around the inversion.
-class InversionDeskHost {
+inline constexpr const char* recovery_file = "latest.axm";
+
+/// The window around the inversion. What there is to show it asks the desk.
+class InversionDeskObserver {
   public:
-    virtual ~InversionDeskHost() = default;
-    virtual void show_panel(const InversionPanel& panel) = 0;
-    virtual void show_bars() = 0;
-    /// While a run goes on nothing but its stop and a request to close may be served.
-    virtual void show_run(bool running) = 0;
-    virtual void display_body_parameters() = 0;
-    virtual void display_model() = 0;
-    virtual void display_chart(int index) = 0;
-    virtual void display_plan_view() = 0;
-    virtual void show_caption() = 0;
-    /// A run is about to change the model: it must be kept where a crash does not reach it.
-    virtual void keep_model() = 0;
-    virtual void close_window() = 0;
+    virtual ~InversionDeskObserver() = default;
+    /// Texts or states of the panel changed.
+    virtual void panel_changed() = 0;
+    /// The fit has other stations: the bars stand elsewhere.
+    virtual void bars_changed() = 0;
+    /// A run begins, and the model must be kept where a crash does not reach it; or it has ended. The panel
+    /// changed too.
+    virtual void run_changed() = 0;
+    /// The model was changed and noted: its numbers, its charts and the caption follow.
+    virtual void model_changed() = 0;
+    /// The curves of chart 0 to 4, or the plan (`edit::model_chart_count`), as the rows stand, without
+    /// calculating.
+    virtual void draw_chart(int index) = 0;
+    /// The window was asked to close during the run that has ended.
+    virtual void close_wanted() = 0;
 };
 
-/// The inversion as the window offers it: runs, undo paths and limit bars change the model, so each of them
-/// is a step that can be taken back. Needs no window.
-class InversionDesk : private InversionView {
+/// The inversion as the window offers it: its panel, runs, their stop, the undo paths and the limit bars.
+/// What changes the model is a step that can be taken back. Needs no window. One run goes on at a time;
+/// meanwhile everything but its stop returns at once.
+class InversionDesk : private inversion::RunObserver {
   public:
     /// Both outlive the desk.
-    InversionDesk(edit::Workbench& workbench, InversionDeskHost& host);
+    InversionDesk(edit::Workbench& workbench, InversionDeskObserver& observer);
 
-    RunControl& control() { return control_; }
+    const InversionPanel& panel() const { return panel_; }
+    bool running() const;
+    LimitBars& bars() { return bars_; }
     const LimitBars& bars() const { return bars_; }
-    const InversionPanel& panel() const { return control_.panel(); }
-    bool busy() const { return control_.busy(); }
 
-    /// 0 inverts the current body, 1 the whole model. A run shows the inversion's controls first.
-    void invert(int index);
-    void restore_best();
-    void reject_changes();
-    /// Shows the inversion's controls, or the bars that move the body.
-    void show_view(bool invert);
+    /// 0 "Invert Current Body", 1 "Invert Entire Model". A run shows the inversion's controls first.
+    void command_invert(int index);
+    /// The run ends with its iteration.
+    void command_stop_inversion();
+    /// The best model of the runs so far; the present one is written to `recovery_file` first.
+    void command_restore_best();
+    /// The values that the last run started with.
+    void command_reject_changes();
+    /// Changes between the bars that move the body and the inversion's controls.
+    void command_toggle_invert_body();
+    /// A channel that the line lacks gives way to the other; both at once need both and least squares.
+    void combo_invert(int index);
+    void choose_method(inversion::InversionMethod method);
+    /// Check_inversion_mode: 1 fits the gradient row.
+    void check_inversion_mode(int target);
+    void type_max_iterations(const std::string& text) { panel_.max_iterations_text = text; }
 
     /// A load, an opened file or a dropped line: the bars that move the body show, nothing is remembered.
     void line_changed();
-    /// The channel that was chosen stays while the line has it.
-    void check_channel();
     /// After any change of the model: what belonged to another list of bodies is forgotten.
     void follow_model();
+    /// Boxes 1 and 3 after each display of the model.
+    void show_current_misfit(const MisfitPair& misfit) override;
+    /// Empties the boxes, forgets the best misfit, disables both undo paths.
+    void reset_inversion_display();
 
-    /// The bars over the plot of the section: its place, and the part of the line that it shows.
-    void place_bars(const LimitStrip& strip, const VisibleSpan& span);
-    /// Mouse events of a bar; `x` in twips from the bar's own left.
+    /// Mouse events of a limit bar; `x` in twips from the bar's own left.
     void press_bar(int index, double x);
     void move_bar(int index, double x);
     void release_bar(int index);
 
+    /// True when the window may close now; a run is stopped first, and `close_wanted` follows it.
+    bool may_close();
     /// What the last fit says about the parameters that it could not determine; "" when there is nothing.
     std::string fit_remark() const;
 
   private:
-    int current_body() const override;
-    void display_body_parameters() override { host_.display_body_parameters(); }
-    void display_model() override;
-    void display_charts() override;
+    void evaluated() override;
+    void show_initial_misfit(const MisfitPair& misfit) override;
+    void progress(const inversion::InversionProgress& state) override;
     void display_iteration() override;
-    void panel_changed() override { host_.show_panel(control_.panel()); }
-    void run_state(bool running) override { host_.show_run(running); }
-    void save_recovery_model(const std::string& path) override;
+    void best_model(bool available) override;
 
-    void keep_fit_errors();
-    bool has_current_body() const;
+    void begin_run(int index);
+    void run(int index, int body, int limit);
+    void end_run(int index, int body, int limit);
+    int current_body() const;
+    void show_move_view();
+    void draw_charts();
+    void apply_values(const Array1<float>& values);
+    void change_model(const std::string& what);
 
     edit::Workbench& workbench_;
-    InversionDeskHost& host_;
-    RunControl control_;
+    InversionDeskObserver& observer_;
+    InversionPanel panel_;
     LimitBars bars_;
+    inversion::RunResult result_;
+    bool close_requested_ = false;
     int seen_revision_ = 0;
     int pressed_first_ = 0, pressed_last_ = 0;  ///< station window when a bar was pressed
 };

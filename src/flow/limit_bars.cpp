@@ -42,23 +42,22 @@ LimitStrip limit_strip(double chart_left, double chart_width, bool axes_on) {
 }
 
 void LimitBars::update_inversion_limit_display(const LimitStrip& strip, const VisibleSpan& span) {
-    report_failure(session_.prompts, "An error occurred while updating the inversion limits display: ", [&] {
+    report_failure(prompts_, "An error occurred while updating the inversion limits display: ", [&] {
         strip_ = strip;
         span_ = span;
-        if (session_.workspace.station_count <= 0) return;
-        settle_window(session_.workspace);
+        if (workspace_.station_count <= 0) return;
+        settle_window(workspace_);
         place_first();
         place_last();
     });
 }
 
 void LimitBars::place_first() {
-    const Workspace& workspace = session_.workspace;
-    const double distance = workspace.distances[workspace.first_station];
+    const double distance = workspace_.distances[workspace_.first_station];
     Bar& bar = bars_[0];
     bar.in_use = !(span_.zoom_factor > 1.0 && distance < left_end(span_) - span_margin);
     if (!bar.in_use) return;
-    if (workspace.first_station == 1) {
+    if (workspace_.first_station == 1) {
         bar.left = -edge_offset;
         return;
     }
@@ -67,21 +66,20 @@ void LimitBars::place_first() {
 }
 
 void LimitBars::place_last() {
-    const Workspace& workspace = session_.workspace;
     Bar& bar = bars_[1];
-    bar.in_use = !(span_.zoom_factor > 1.0 && workspace.last_distance > right_end(span_) + span_margin);
+    bar.in_use = !(span_.zoom_factor > 1.0 && workspace_.last_distance > right_end(span_) + span_margin);
     if (!bar.in_use) return;
-    if (workspace.last_station >= workspace.station_count) {
+    if (workspace_.last_station >= workspace_.station_count) {
         bar.left = strip_.width - bar.width - edge_offset;
         return;
     }
     if (span_.span == 0) throw Fault(FaultKind::division_by_zero);
     bar.left =
-        (workspace.last_distance - left_end(span_)) / span_.span * strip_.width - bar.width - edge_offset;
+        (workspace_.last_distance - left_end(span_)) / span_.span * strip_.width - bar.width - edge_offset;
 }
 
 void LimitBars::mouse_down(int index, double x) {
-    if (!bar(index).in_use || control_.busy()) return;
+    if (!bar(index).in_use) return;
     limit_bar_dragging_ = true;
     moved_ = false;
     limit_bar_start_x_ = x;
@@ -94,42 +92,35 @@ bool LimitBars::keeps_apart(int index, double centre) const {
 }
 
 int LimitBars::station_at(double distance) const {
-    const Workspace& workspace = session_.workspace;
-    const auto all = workspace.distances.span().first(static_cast<std::size_t>(workspace.station_count));
+    const auto all = workspace_.distances.span().first(static_cast<std::size_t>(workspace_.station_count));
     if (distance <= all.front()) return 1;
-    if (distance >= all.back()) return workspace.station_count;
+    if (distance >= all.back()) return workspace_.station_count;
     return search_sorted(all, distance);
 }
 
 bool LimitBars::take_station(int index, int station) {
-    Workspace& workspace = session_.workspace;
-    if (index == 0 ? station >= workspace.last_station : station <= workspace.first_station) return false;
-    (index == 0 ? workspace.first_station : workspace.last_station) = station;
-    (index == 0 ? workspace.first_distance : workspace.last_distance) = workspace.distances[station];
+    if (index == 0 ? station >= workspace_.last_station : station <= workspace_.first_station) return false;
+    (index == 0 ? workspace_.first_station : workspace_.last_station) = station;
+    (index == 0 ? workspace_.first_distance : workspace_.last_distance) = workspace_.distances[station];
     return true;
 }
 
-void LimitBars::mouse_move(int index, double x) {
+bool LimitBars::mouse_move(int index, double x) {
     const Bar& moving = bar(index);
-    if (!moving.in_use || !limit_bar_dragging_ || control_.busy() || x == limit_bar_start_x_) return;
-    if (session_.workspace.station_count <= 0 || strip_.width <= 0) return;
-    control_.set_busy(true);
+    if (!moving.in_use || !limit_bar_dragging_ || x == limit_bar_start_x_) return false;
+    if (workspace_.station_count <= 0 || strip_.width <= 0) return false;
     const double centre = moving.left + moving.width / 2 + (x - limit_bar_start_x_);
     const double distance = left_end(span_) + centre / strip_.width * span_.span;
-    if (keeps_apart(index, centre) && take_station(index, station_at(distance))) {
-        moved_ = true;
-        view_.display_charts();
-        update_inversion_limit_display(strip_, span_);
-        control_.reset_inversion_display();
-    }
-    control_.set_busy(false);
+    if (!keeps_apart(index, centre) || !take_station(index, station_at(distance))) return false;
+    moved_ = true;
+    update_inversion_limit_display(strip_, span_);
+    return true;
 }
 
-void LimitBars::mouse_up(int index) {
-    if (!bar(index).in_use || !limit_bar_dragging_) return;
+bool LimitBars::mouse_up(int index) {
+    if (!bar(index).in_use || !limit_bar_dragging_) return false;
     limit_bar_dragging_ = false;
-    if (moved_) session_.model_changed = true;
-    view_.display_model();
+    return true;
 }
 
 }  // namespace anomalis::flow

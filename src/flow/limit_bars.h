@@ -2,8 +2,8 @@
 
 #include <array>
 
-#include "core/session.h"
-#include "flow/run_control.h"
+#include "core/prompts.h"
+#include "core/workspace.h"
 
 // The two bars that the person drags to say which stations the fit uses, as arithmetic.
 namespace anomalis::flow {
@@ -33,13 +33,14 @@ class LimitBars {
         double width = 120;
     };
 
-    LimitBars(Session& session, RunControl& control, InversionView& view)
-        : session_(session), control_(control), view_(view) {}
+    LimitBars(Workspace& workspace, Prompts& prompts) : workspace_(workspace), prompts_(prompts) {}
 
     const Bar& bar(int index) const { return bars_.at(static_cast<std::size_t>(index)); }
     const LimitStrip& strip() const { return strip_; }
     void set_bar_width(double width) { bars_[0].width = bars_[1].width = width; }
     bool dragging() const { return limit_bar_dragging_; }
+    /// The drag that goes on, or the last one, chose another station.
+    bool moved() const { return moved_; }
 
     /// Puts both bars where the station window stands; a window that the line cannot hold becomes the whole
     /// line.
@@ -47,8 +48,10 @@ class LimitBars {
 
     /// Mouse events of a bar; `x` from the bar's own left.
     void mouse_down(int index, double x);
-    void mouse_move(int index, double x);
-    void mouse_up(int index);
+    /// Returns true when the fit has another first or last station now, where the bar stands.
+    bool mouse_move(int index, double x);
+    /// Returns true when this ended a drag.
+    bool mouse_up(int index);
 
   private:
     void place_first();
@@ -57,9 +60,8 @@ class LimitBars {
     int station_at(double distance) const;
     bool take_station(int index, int station);
 
-    Session& session_;
-    RunControl& control_;
-    InversionView& view_;
+    Workspace& workspace_;
+    Prompts& prompts_;
     std::array<Bar, 2> bars_;
     LimitStrip strip_;
     VisibleSpan span_;

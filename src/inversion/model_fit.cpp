@@ -56,13 +56,13 @@ struct FittedRow {
 
 class ModelProblem : public FitProblem {
   public:
-    ModelProblem(Session& session, const RunRequest& request, RunObserver& observer, const RunClock& clock,
-                 RunResult& result)
-        : session_(session), request_(request), observer_(observer), clock_(clock), result_(result) {
-        const Workspace& workspace = session.workspace;
+    ModelProblem(const FittedModel& model, const RunRequest& request, RunObserver& observer,
+                 const RunClock& clock, RunResult& result)
+        : model_(model), request_(request), observer_(observer), clock_(clock), result_(result) {
+        const Workspace& workspace = model.workspace;
         if (workspace.first_station < 1 || workspace.last_station > workspace.station_count)
             throw Fault(FaultKind::subscript);
-        const auto target = static_cast<std::size_t>(session.inversion.inversion_target);
+        const auto target = static_cast<std::size_t>(model.inversion.inversion_target);
         for (const int channel : {channel_mag, channel_grav})
             if (request.channel == channel || request.channel == channel_joint)
                 rows_.push_back(
@@ -79,15 +79,14 @@ class ModelProblem : public FitProblem {
 
   private:
     std::size_t window() const {
-        return static_cast<std::size_t>(session_.workspace.last_station - session_.workspace.first_station) +
-               1;
+        return static_cast<std::size_t>(model_.workspace.last_station - model_.workspace.first_station) + 1;
     }
     std::span<const float> fitted(const FittedRow& row, int stage) const;
     void collect(std::span<double> out) const;
     double calculated_length() const;
     void evaluate();
 
-    Session& session_;
+    const FittedModel& model_;
     const RunRequest& request_;
     RunObserver& observer_;
     const RunClock& clock_;
@@ -101,8 +100,8 @@ class ModelProblem : public FitProblem {
 };
 
 std::span<const float> ModelProblem::fitted(const FittedRow& row, int stage) const {
-    const Workspace& workspace = session_.workspace;
-    const bool gradient = session_.inversion.inversion_target == target_gradient;
+    const Workspace& workspace = model_.workspace;
+    const bool gradient = model_.inversion.inversion_target == target_gradient;
     const int number = gradient ? workspace.gradient_row_in_use() : workspace.residual_row;
     const ChannelTable& data = row.gravity ? workspace.grav.work : workspace.mag.work;
     return data.row(number, stage).subspan(static_cast<std::size_t>(workspace.first_station - 1), window());
@@ -127,11 +126,9 @@ double ModelProblem::calculated_length() const {
 }
 
 void ModelProblem::evaluate() {
-    Faults faults;
-    last_misfit_ = model::evaluate_model_misfit(session_, session_.workspace.mag.work,
-                                                session_.workspace.grav.work, faults);
-    show_faults(faults, session_.prompts);
-    session_.prompts.yield();
+    last_misfit_ = model::evaluate_model_misfit(model_.workspace, model_.inversion, model_.workspace.mag.work,
+                                                model_.workspace.grav.work, model_.faults);
+    observer_.evaluated();
 }
 
 void ModelProblem::residuals(std::span<const float> values, std::span<double> out) {
@@ -145,45 +142,43 @@ void ModelProblem::residuals(std::span<const float> values, std::span<double> ou
 }
 
 void ModelProblem::set_values(std::span<const float> values) {
-    auto params = session_.inversion.inversion_params.span();
+    auto params = model_.inversion.inversion_params.span();
     for (std::size_t i = 0; i < values.size(); ++i) params[i].value = values[i];
     double penalty = 0;
-    apply_all_parameters(penalty, session_);
+    apply_all_parameters(penalty, model_);
 }
 
 /// The body comes back from a copy, responses and all, so a column costs one body and not two.
 void ModelProblem::probe(std::size_t index, float value, std::span<double> out) {
-    InversionState& inversion = session_.inversion;
+    InversionState& inversion = model_.inversion;
     const int number = static_cast<int>(index) + 1;
     const int body_number = inversion.inversion_param_map[number].body;
-    ModelBody& body = session_.workspace.body(body_number);
+    ModelBody& body = model_.workspace.body(body_number);
     if (saved_number_ != body_number) saved_body_ = body;
     saved_number_ = body_number;
     InversionParam& param = inversion.inversion_params[number];
     const float kept = std::exchange(param.value, value);
     double penalty = 0;
-    apply_parameter(number, penalty, session_);
+    apply_parameter(number, penalty, model_);
     evaluate();
     collect(out);
     param.value = kept;
     body = saved_body_;
     // A parameter of one channel leaves the other channel's rows alone, so they must not hold this probe.
-    if (rows_.size() > 1) drop_trial_rows(session_.workspace);
+    if (rows_.size() > 1) drop_trial_rows(model_.workspace);
 }
 
 void ModelProblem::accepted() {
-    accept_trial_rows(session_.workspace);
+    accept_trial_rows(model_.workspace);
     result_.misfit_pair = last_misfit_;
 }
 
 bool ModelProblem::iteration_done(int iteration) {
     result_.iterations = iteration;
-    observer_.show_iteration(iteration);
     observer_.progress({iteration, request_.max_iterations, result_.misfit_pair, clock_.seconds()});
     observer_.show_current_misfit(result_.misfit_pair);
     observer_.display_iteration();
-    session_.prompts.yield();
-    return !session_.inversion.stop_inversion;
+    return !model_.inversion.stop_inversion;
 }
 
 FitStatistics statistics_of(const FitOutcome& outcome) {
@@ -201,33 +196,30 @@ int status_of(FitEnd end) {
     return end == FitEnd::no_decrease ? run_no_decrease : run_succeeded;
 }
 
-MisfitPair gravity_misfit(const Session& session) {
-    const Workspace& workspace = session.workspace;
-    Faults faults;
-    const MisfitPair misfit =
-        model::channel_misfit(workspace, workspace.grav.data, model::misfit_scale_of(channel_grav), faults);
-    show_faults(faults, session.prompts);
-    return misfit;
+MisfitPair gravity_misfit(const FittedModel& model) {
+    const Workspace& workspace = model.workspace;
+    return model::channel_misfit(workspace, workspace.grav.data, model::misfit_scale_of(channel_grav),
+                                 model.faults);
 }
 
 }  // namespace
 
-void fit_model(Session& session, const RunRequest& request, RunObserver& observer, const RunClock& clock,
-               RunResult& result) {
-    const InversionState& inversion = session.inversion;
+void fit_model(const FittedModel& model, const RunRequest& request, RunObserver& observer,
+               const RunClock& clock, RunResult& result) {
+    const InversionState& inversion = model.inversion;
     std::vector<FitParameter> parameters;
     for (int i = 1; i <= inversion.inversion_params.count(); ++i)
         parameters.push_back(
             fit_parameter(inversion.inversion_params[i], inversion.inversion_param_map[i].param_code));
     const bool joint = request.channel == channel_joint;
-    if (joint) result.initial_grav_misfit = gravity_misfit(session);
-    start_trial_rows(session.workspace);
-    ModelProblem problem(session, request, observer, clock, result);
+    if (joint) result.initial_grav_misfit = gravity_misfit(model);
+    start_trial_rows(model.workspace);
+    ModelProblem problem(model, request, observer, clock, result);
     const FitOutcome outcome = fit_least_squares(problem, parameters, std::max(request.max_iterations, 1));
     problem.set_values(outcome.values);
     result.status = status_of(outcome.end);
     result.statistics = statistics_of(outcome);
-    if (joint) result.grav_misfit = gravity_misfit(session);
+    if (joint) result.grav_misfit = gravity_misfit(model);
 }
 
 }  // namespace anomalis::inversion

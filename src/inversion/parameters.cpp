@@ -30,14 +30,14 @@ bool takes_part(const ModelBody& body, const Workspace& workspace) {
            place <= workspace.distances.last() + window_margin;
 }
 
-void fill_parameter(const BodyParameter& row, int body_number, int index, Session& session) {
-    const Workspace& workspace = session.workspace;
+void fill_parameter(const BodyParameter& row, int body_number, int index, const FittedModel& model) {
+    const Workspace& workspace = model.workspace;
     const ModelBody& body = workspace.body(body_number);
     const BodyParam& param = body.*row.slot;
     if (!std::isfinite(param.value))
         throw Fault(std::string(param_name(row.code)) + " of body " + std::to_string(body_number) +
                     " is not a number");
-    InversionState& inversion = session.inversion;
+    InversionState& inversion = model.inversion;
     if (index > inversion.inversion_params.count()) throw Fault(FaultKind::subscript);
     inversion.inversion_params[index] = {
         .value = param.value,
@@ -70,53 +70,53 @@ double barrier(double room, double step) {
 
 }  // namespace
 
-void setup_body_parameters(int mode, int channel, int body_number, int& parameter_count, Session& session) {
+void setup_body_parameters(int mode, int channel, int body_number, int& parameter_count,
+                           const FittedModel& model) {
     if (mode == 0) parameter_count = 0;
-    report_failure(session.prompts, scan_failure(mode), [&] {
-        if (!takes_part(session.workspace.body(body_number), session.workspace)) return;
+    report_failure(model.faults, scan_failure(mode), [&] {
+        if (!takes_part(model.workspace.body(body_number), model.workspace)) return;
         for (const ParamCode code : fit_order()) {
             const BodyParameter& row = body_parameter(code);
             if (!is_fitted(row.fit.part, channel)) continue;
-            if (!is_free(row, session.workspace.body(body_number), session.workspace)) continue;
-            if (mode == 1) fill_parameter(row, body_number, parameter_count + 1, session);
+            if (!is_free(row, model.workspace.body(body_number), model.workspace)) continue;
+            if (mode == 1) fill_parameter(row, body_number, parameter_count + 1, model);
             ++parameter_count;
         }
     });
 }
 
-void setup_all_body_parameters(int mode, int channel, int& parameter_count, Session& session) {
+void setup_all_body_parameters(int mode, int channel, int& parameter_count, const FittedModel& model) {
     if (mode == 0) parameter_count = 0;
-    for (int body = 1; body <= session.workspace.body_count; ++body) {
+    for (int body = 1; body <= model.workspace.body_count; ++body) {
         if (mode == 0) {
             int count = 0;
-            setup_body_parameters(mode, channel, body, count, session);
+            setup_body_parameters(mode, channel, body, count, model);
             parameter_count += count;
         } else {
-            setup_body_parameters(mode, channel, body, parameter_count, session);
+            setup_body_parameters(mode, channel, body, parameter_count, model);
         }
     }
 }
 
-void apply_parameter(int index, double& penalty, Session& session) {
-    const InversionState& inversion = session.inversion;
+void apply_parameter(int index, double& penalty, const FittedModel& model) {
+    const InversionState& inversion = model.inversion;
     const InversionParamPlace place = inversion.inversion_param_map[index];
     const InversionParam& param = inversion.inversion_params[index];
-    ModelBody& body = session.workspace.body(place.body);
+    ModelBody& body = model.workspace.body(place.body);
     BodyParam& slot = body_param(body, place.param_code);
     if (slot.value == param.value) return;
     if (!may_change(body_parameter(place.param_code), body)) return;
     slot.value = param.value;
-    barrier_penalty(slot, param.step, penalty, session.prompts);
+    barrier_penalty(slot, param.step, penalty, model.faults);
 }
 
-void apply_all_parameters(double& penalty, Session& session) {
+void apply_all_parameters(double& penalty, const FittedModel& model) {
     penalty = 0;
-    for (int i = 1; i <= session.inversion.inversion_params.count(); ++i)
-        apply_parameter(i, penalty, session);
+    for (int i = 1; i <= model.inversion.inversion_params.count(); ++i) apply_parameter(i, penalty, model);
 }
 
-void barrier_penalty(const BodyParam& param, float step, double& penalty, Prompts& prompts) {
-    report_failure(prompts, "An error occurred while checking the barrier penalty : ", [&] {
+void barrier_penalty(const BodyParam& param, float step, double& penalty, Faults& faults) {
+    report_failure(faults, "An error occurred while checking the barrier penalty : ", [&] {
         const auto v = static_cast<double>(param.value);
         const auto s = static_cast<double>(step);
         const auto raise_penalty = [&](double room) { penalty = std::max(penalty, barrier(room, s)); };

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "core/inversion_state.h"
-#include "core/session.h"
+#include "inversion/fitted_model.h"
+#include "inversion/run_observer.h"
 
 // A whole run: its set-up and refusals, the list, the trial rows, the best model.
 namespace anomalis::inversion {
@@ -38,14 +38,6 @@ class RunClock {
     std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
 };
 
-/// The state of a run after an iteration.
-struct InversionProgress {
-    int iteration = 0;
-    int iteration_limit = 0;
-    MisfitPair misfit{};
-    double seconds = 0;  ///< since the run began
-};
-
 /// What is asked for beside a fit; entries follow the list of parameters.
 struct FitStatistics {
     /// Standard errors in the units of the parameters; not a number for a parameter that stands on a limit
@@ -55,20 +47,6 @@ struct FitStatistics {
     std::vector<double> correlation;
     std::vector<int> undetermined;  ///< list indices from 1: the data do not determine these
     std::vector<int> at_limit;      ///< list indices from 1: these ended on a limit, which holds them
-};
-
-/// Who watches a run. A window shows, a batch tool prints, tests record.
-class RunObserver {
-  public:
-    virtual ~RunObserver() = default;
-    virtual void show_initial_misfit(const MisfitPair&) {}
-    virtual void show_iteration(int) {}
-    virtual void show_current_misfit(const MisfitPair&) {}
-    /// The charts, or the plan view, between two iterations.
-    virtual void display_iteration() {}
-    virtual void progress(const InversionProgress&) {}
-    /// The best model was stored (true) or forgotten.
-    virtual void best_model(bool) {}
 };
 
 struct RunResult {
@@ -81,14 +59,18 @@ struct RunResult {
     /// A joint fit: the same of gravity.
     std::optional<MisfitPair> initial_grav_misfit, grav_misfit;
     std::optional<FitStatistics> statistics;
+    Faults faults;  ///< what there is to tell of the run, the lack of free parameters among it
 };
 
 /// Scale, station window and first misfit of a run. Returns 0 when ready, -1 when refused: no stations, no
 /// bodies, no current body.
-int setup_inversion(Session& session, int current_body, RunObserver& observer);
+int setup_inversion(const FittedModel& model, int current_body, RunObserver& observer);
 
 /// The run. The bodies hold the last accepted state when it returns, after a fault whatever was reached.
-void perform_inversion(Session& session, const RunRequest& request, RunObserver& observer, RunResult& result);
+/// Raises nothing: what went wrong is in the faults of `result`. A stop is asked for by
+/// `inversion.stop_inversion`; the run ends with its iteration.
+void perform_inversion(Workspace& workspace, InversionState& inversion, const RunRequest& request,
+                       RunObserver& observer, RunResult& result);
 
 /// The outcome as it is shown.
 std::string status_label(int status);

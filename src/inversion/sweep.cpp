@@ -44,12 +44,13 @@ double capped(double delta, double step) {
 /// The turn of one parameter.
 class Turn {
   public:
-    Turn(Session& session, SweepState& state, int index)
-        : session_(session),
+    Turn(const FittedModel& model, SweepState& state, RunObserver& observer, int index)
+        : model_(model),
           state_(state),
+          observer_(observer),
           index_(index),
-          target_(static_cast<std::size_t>(session.inversion.inversion_target)),
-          param_(session.inversion.inversion_params[index]),
+          target_(static_cast<std::size_t>(model.inversion.inversion_target)),
+          param_(model.inversion.inversion_params[index]),
           saved_value_(param_.value) {}
 
     void take() {
@@ -72,12 +73,11 @@ class Turn {
 
     void try_value(float value) {
         param_.value = value;
-        apply_parameter(index_, penalty_, session_);
-        Faults faults;
-        trial_misfit_ = model::evaluate_model_misfit(session_, session_.workspace.mag.work,
-                                                     session_.workspace.grav.work, faults);
-        show_faults(faults, session_.prompts);
-        session_.prompts.yield();
+        apply_parameter(index_, penalty_, model_);
+        trial_misfit_ =
+            model::evaluate_model_misfit(model_.workspace, model_.inversion, model_.workspace.mag.work,
+                                         model_.workspace.grav.work, model_.faults);
+        observer_.evaluated();
     }
 
     /// The accepted step, 0 when there is none.
@@ -95,15 +95,16 @@ class Turn {
     void finish(double delta) {
         if (delta == 0) {
             param_.value = saved_value_;
-            apply_parameter(index_, penalty_, session_);
+            apply_parameter(index_, penalty_, model_);
             return;
         }
         state_.misfit_pair = trial_misfit_;
-        accept_trial_rows(session_.workspace);
+        accept_trial_rows(model_.workspace);
     }
 
-    Session& session_;
+    const FittedModel& model_;
     SweepState& state_;
+    RunObserver& observer_;
     int index_;
     std::size_t target_;
     InversionParam& param_;
@@ -114,8 +115,9 @@ class Turn {
 
 }  // namespace
 
-void sweep_parameters(Session& session, SweepState& state) {
-    for (int p = 1; p <= session.inversion.inversion_params.count(); ++p) Turn(session, state, p).take();
+void sweep_parameters(const FittedModel& model, SweepState& state, RunObserver& observer) {
+    for (int p = 1; p <= model.inversion.inversion_params.count(); ++p)
+        Turn(model, state, observer, p).take();
 }
 
 }  // namespace anomalis::inversion

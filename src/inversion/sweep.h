@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/inversion_state.h"
-#include "core/session.h"
+#include "inversion/fitted_model.h"
+#include "inversion/run_observer.h"
 
 // The sweeps: one parameter at a time takes a secant step that aims the misfit at zero.
 namespace anomalis::inversion {
@@ -17,7 +17,7 @@ struct SweepState {
 /// One iteration: every free parameter has its turn, in order. Trials go to `mag_work` and `grav_work`,
 /// which must be copies of the rows when the run begins; an accepted trial is copied into `mag_data` and
 /// `grav_data`. The bodies hold the accepted values afterwards, but a parameter without influence keeps its
-/// probe: test `Sweep, a_flat_parameter_keeps_its_probe`.
-void sweep_parameters(Session& session, SweepState& state);
+/// probe: test `Sweep, a_flat_parameter_keeps_its_probe`. The observer is told of each evaluation.
+void sweep_parameters(const FittedModel& model, SweepState& state, RunObserver& observer);
 
 }  // namespace anomalis::inversion

@@ -83,17 +83,16 @@ MisfitPair calculate_misfit(const Workspace& workspace, const InversionState& in
                           inversion.misfit_scale, faults);
 }
 
-MisfitPair evaluate_model_misfit(Session& session, ChannelTable& mag_rows, ChannelTable& grav_rows,
-                                 Faults& faults) {
-    Workspace& workspace = session.workspace;
-    ++session.inversion.evaluations;
+MisfitPair evaluate_model_misfit(Workspace& workspace, InversionState& inversion, ChannelTable& mag_rows,
+                                 ChannelTable& grav_rows, Faults& faults) {
+    ++inversion.evaluations;
     find_stale(workspace);
     forward::calculate_model(workspace, mag_rows, grav_rows, faults);
     if (workspace.has_mag()) filter::filter_data(workspace, channel_mag, stage_calculated, mag_rows, faults);
     if (workspace.has_grav())
         filter::filter_data(workspace, channel_grav, stage_calculated, grav_rows, faults);
-    const bool gravity = session.inversion.inversion_channel == channel_grav;
-    return channel_misfit(workspace, gravity ? grav_rows : mag_rows, session.inversion.misfit_scale, faults);
+    const bool gravity = inversion.inversion_channel == channel_grav;
+    return channel_misfit(workspace, gravity ? grav_rows : mag_rows, inversion.misfit_scale, faults);
 }
 
 }  // namespace anomalis::model

@@ -2,7 +2,6 @@
 
 #include "core/faults.h"
 #include "core/inversion_state.h"
-#include "core/session.h"
 #include "core/workspace.h"
 
 // One number that says how well a filtered row of the model fits the data, and the objective of the
@@ -29,7 +28,7 @@ MisfitPair calculate_misfit(const Workspace& workspace, const InversionState& in
 /// The objective: calculates the model into the given rows, filters the calculated stage of each channel
 /// that has a column, and measures. Allocates nothing once the rows exist, and recalculates only bodies whose
 /// marks are clear.
-MisfitPair evaluate_model_misfit(Session& session, ChannelTable& mag_rows, ChannelTable& grav_rows,
-                                 Faults& faults);
+MisfitPair evaluate_model_misfit(Workspace& workspace, InversionState& inversion, ChannelTable& mag_rows,
+                                 ChannelTable& grav_rows, Faults& faults);
 
 }  // namespace anomalis::model

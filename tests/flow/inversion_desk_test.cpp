@@ -16,7 +16,7 @@ namespace anomalis::flow {
 namespace {
 
 /// A sheet whose response is the data, moved away from its place; a host that remembers.
-struct DeskSample : edit::LineSample, InversionDeskHost {
+struct DeskSample : edit::LineSample, InversionDeskObserver {
     DeskSample() : desk(workbench, *this) {
         load();
         Workspace& w = workspace();
@@ -43,20 +43,22 @@ struct DeskSample : edit::LineSample, InversionDeskHost {
     }
     float distance(int number) { return workspace().body(number).distance.value; }
 
-    void show_panel(const InversionPanel&) override {}
-    void show_bars() override {}
-    void show_run(bool running) override { runs.push_back(running); }
-    void display_body_parameters() override { ++fills; }
-    void display_model() override { desk.control().show_current_misfit(model::refresh_model(session)); }
-    void display_chart(int) override { ++chart_draws; }
-    void display_plan_view() override { ++plan_draws; }
-    void show_caption() override { ++captions; }
-    void keep_model() override { kept = distance(1); }
-    void close_window() override { closed = true; }
+    void panel_changed() override {}
+    void bars_changed() override { ++bar_changes; }
+    void run_changed() override {
+        runs.push_back(desk.running());
+        if (desk.running()) kept = distance(1);
+    }
+    void model_changed() override {
+        ++model_shows;
+        desk.show_current_misfit(model::refresh_model(session));
+    }
+    void draw_chart(int index) override { ++(index == edit::model_chart_count ? plan_draws : chart_draws); }
+    void close_wanted() override { closed = true; }
 
     InversionDesk desk;
     std::vector<bool> runs;
-    int fills = 0, chart_draws = 0, plan_draws = 0, captions = 0;
+    int model_shows = 0, chart_draws = 0, plan_draws = 0, bar_changes = 0;
     float kept = 0;
     bool closed = false;
 };
@@ -65,12 +67,13 @@ struct DeskSample : edit::LineSample, InversionDeskHost {
 
 TEST(InversionDesk, a_run_is_one_step_that_can_be_taken_back) {
     DeskSample sample;
-    sample.desk.invert(1);
+    sample.desk.command_invert(1);
     EXPECT_LT(std::abs(sample.distance(1) - 700), 40);
     EXPECT_TRUE(sample.workbench.unsaved);
     EXPECT_EQ(sample.workbench.history.steps(), 1U);
     EXPECT_EQ(sample.workbench.history.undo_name(), "inversion of the model");
     EXPECT_EQ(sample.runs, (std::vector<bool>{true, false}));
+    EXPECT_EQ(sample.model_shows, 1);
     edit::undo_change(sample.workbench);
     EXPECT_EQ(sample.distance(1), 740);
     EXPECT_FALSE(sample.workbench.unsaved);
@@ -79,7 +82,7 @@ TEST(InversionDesk, a_run_is_one_step_that_can_be_taken_back) {
 TEST(InversionDesk, keeps_the_model_before_a_run_and_shows_its_controls) {
     DeskSample sample;
     EXPECT_FALSE(sample.desk.panel().invert_frame);
-    sample.desk.invert(0);
+    sample.desk.command_invert(0);
     EXPECT_EQ(sample.kept, 740);
     EXPECT_TRUE(sample.desk.panel().invert_frame);
     EXPECT_EQ(sample.workbench.history.undo_name(), "inversion of body 1");
@@ -87,23 +90,23 @@ TEST(InversionDesk, keeps_the_model_before_a_run_and_shows_its_controls) {
 
 TEST(InversionDesk, hands_the_errors_of_a_least_squares_fit_to_the_grid) {
     DeskSample sample;
-    sample.desk.control().set_method(inversion::InversionMethod::least_squares);
-    sample.desk.invert(1);
+    sample.desk.choose_method(inversion::InversionMethod::least_squares);
+    sample.desk.command_invert(1);
     ASSERT_EQ(sample.workbench.fit_errors.size(), 2U);
     EXPECT_EQ(sample.workbench.fit_errors[0].body, 1);
     EXPECT_EQ(sample.workbench.fit_errors[0].param_code, param_distance);
     EXPECT_TRUE(std::isfinite(sample.workbench.fit_errors[0].error));
     EXPECT_NEAR(sample.distance(1), 700, 0.1);
-    sample.desk.control().set_method(inversion::InversionMethod::sweep);
-    sample.desk.invert(1);
+    sample.desk.choose_method(inversion::InversionMethod::sweep);
+    sample.desk.command_invert(1);
     EXPECT_TRUE(sample.workbench.fit_errors.empty());
 }
 
 TEST(InversionDesk, says_which_parameters_a_limit_holds) {
     DeskSample sample;
     sample.workspace().body(1).distance.min = 730;
-    sample.desk.control().set_method(inversion::InversionMethod::least_squares);
-    sample.desk.invert(0);
+    sample.desk.choose_method(inversion::InversionMethod::least_squares);
+    sample.desk.command_invert(0);
     EXPECT_EQ(sample.distance(1), 730);
     EXPECT_EQ(sample.desk.fit_remark(), "Held by a limit: distance of body 1");
     sample.move_body(1, 735);
@@ -114,7 +117,7 @@ TEST(InversionDesk, says_which_parameters_a_limit_holds) {
 TEST(InversionDesk, a_failed_setup_is_no_step) {
     DeskSample sample;
     sample.workbench.view.current_body = 7;
-    sample.desk.invert(0);
+    sample.desk.command_invert(0);
     EXPECT_EQ(sample.desk.panel().status_text, "Inversion failed: -1");
     EXPECT_EQ(sample.workbench.history.steps(), 0U);
     EXPECT_FALSE(sample.workbench.unsaved);
@@ -124,7 +127,7 @@ TEST(InversionDesk, a_failed_setup_is_no_step) {
 TEST(InversionDesk, without_a_line_nothing_happens) {
     DeskSample sample;
     drop_stations(sample.workspace());
-    sample.desk.invert(1);
+    sample.desk.command_invert(1);
     EXPECT_TRUE(sample.runs.empty());
     EXPECT_FALSE(sample.desk.panel().status_visible);
 }
@@ -134,16 +137,16 @@ TEST(InversionDesk, reject_and_restore_are_steps_of_their_own) {
     const TempFolder elsewhere;
     const std::string before = current_folder();
     change_to_folder(elsewhere.path(""));
-    sample.desk.invert(1);
+    sample.desk.command_invert(1);
     const float fitted = sample.distance(1);
-    sample.desk.restore_best();
+    sample.desk.command_restore_best();
     EXPECT_NE(file_exists(elsewhere.path("latest.axm")), "");
     change_to_folder(before);
     EXPECT_EQ(sample.distance(1), fitted);
-    sample.desk.invert(1);
+    sample.desk.command_invert(1);
     ASSERT_TRUE(sample.desk.panel().reject_changes_enabled);
     const float again = sample.distance(1);
-    sample.desk.reject_changes();
+    sample.desk.command_reject_changes();
     EXPECT_EQ(sample.distance(1), fitted);
     edit::undo_change(sample.workbench);
     EXPECT_EQ(sample.distance(1), again);
@@ -151,7 +154,7 @@ TEST(InversionDesk, reject_and_restore_are_steps_of_their_own) {
 
 TEST(InversionDesk, forgets_the_best_model_when_the_bodies_are_listed_anew) {
     DeskSample sample;
-    sample.desk.invert(1);
+    sample.desk.command_invert(1);
     ASSERT_TRUE(sample.desk.panel().restore_best_enabled);
     std::swap(sample.workspace().body(1), sample.workspace().body(2));
     edit::note_change(sample.workbench, {"sort", "", true});
@@ -160,38 +163,39 @@ TEST(InversionDesk, forgets_the_best_model_when_the_bodies_are_listed_anew) {
     EXPECT_FALSE(sample.desk.panel().reject_changes_enabled);
     EXPECT_EQ(sample.desk.panel().misfit[0], "");
     const float first = sample.distance(1), second = sample.distance(2);
-    sample.desk.restore_best();
-    sample.desk.reject_changes();
+    sample.desk.command_restore_best();
+    sample.desk.command_reject_changes();
     EXPECT_EQ(sample.distance(1), first);
     EXPECT_EQ(sample.distance(2), second);
 }
 
 TEST(InversionDesk, both_channels_at_once_need_both_columns_and_least_squares) {
     DeskSample sample;
-    RunControl& control = sample.desk.control();
-    control.combo_invert(channel_joint);
+    InversionDesk& desk = sample.desk;
+    desk.combo_invert(channel_joint);
     EXPECT_EQ(sample.desk.panel().channel_index, channel_mag);
-    control.set_method(inversion::InversionMethod::least_squares);
-    control.combo_invert(channel_joint);
+    desk.choose_method(inversion::InversionMethod::least_squares);
+    desk.combo_invert(channel_joint);
     EXPECT_EQ(sample.desk.panel().channel_index, channel_joint);
-    control.set_method(inversion::InversionMethod::sweep);
+    desk.choose_method(inversion::InversionMethod::sweep);
     EXPECT_EQ(sample.desk.panel().channel_index, channel_mag);
-    control.set_method(inversion::InversionMethod::least_squares);
+    desk.choose_method(inversion::InversionMethod::least_squares);
     sample.workspace().definition.mag_column = 0;
-    control.combo_invert(channel_joint);
+    desk.combo_invert(channel_joint);
     EXPECT_EQ(sample.desk.panel().channel_index, channel_grav);
 }
 
 TEST(InversionDesk, a_chosen_channel_stays_over_a_visit_to_the_page) {
     DeskSample sample;
-    sample.desk.control().combo_invert(channel_grav);
-    sample.desk.check_channel();
+    sample.desk.combo_invert(channel_grav);
+    sample.desk.combo_invert(sample.desk.panel().channel_index);
     EXPECT_EQ(sample.desk.panel().channel_index, channel_grav);
 }
 
 TEST(InversionDesk, a_dragged_bar_is_one_step) {
     DeskSample sample;
-    sample.desk.place_bars({0, 15000}, {1, edit::LineSample::length, edit::LineSample::length / 2});
+    sample.desk.bars().update_inversion_limit_display(
+        {0, 15000}, {1, edit::LineSample::length, edit::LineSample::length / 2});
     sample.desk.press_bar(0, 60);
     for (const double x : {1200.0, 2300.0}) sample.desk.move_bar(0, x);
     EXPECT_GT(sample.workspace().first_station, 1);
@@ -208,7 +212,7 @@ TEST(InversionDesk, a_dragged_bar_is_one_step) {
 TEST(InversionDesk, draws_the_curves_and_the_plan_while_it_runs) {
     DeskSample sample;
     sample.workbench.view.show_plan = true;
-    sample.desk.invert(1);
+    sample.desk.command_invert(1);
     EXPECT_GT(sample.plan_draws, 0);
     EXPECT_EQ(sample.chart_draws, 4 * sample.plan_draws);
 }
@@ -217,19 +221,19 @@ TEST(InversionDesk, serves_its_guests_after_every_evaluation) {
     DeskSample sample;
     sample.prompts.yields = 0;
     const auto before = sample.session.inversion.evaluations;
-    sample.desk.invert(1);
+    sample.desk.command_invert(1);
     EXPECT_GE(sample.prompts.yields, sample.session.inversion.evaluations - before);
 }
 
 TEST(InversionDesk, closes_after_the_run_when_it_was_asked_to_in_the_middle) {
     DeskSample sample;
     sample.prompts.on_yield = [&] {
-        if (!sample.desk.busy()) return;
-        EXPECT_FALSE(sample.desk.control().may_close());
+        if (!sample.desk.running()) return;
+        EXPECT_FALSE(sample.desk.may_close());
     };
-    sample.desk.invert(1);
+    sample.desk.command_invert(1);
     EXPECT_TRUE(sample.closed);
-    EXPECT_FALSE(sample.desk.busy());
+    EXPECT_FALSE(sample.desk.running());
 }
 
 }  // namespace anomalis::flow

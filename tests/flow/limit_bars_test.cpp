@@ -2,8 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "flow/scripted_view.h"
-#include "inversion/line_session.h"
+#include "flow/desk_line.h"
 
 namespace anomalis::flow {
 
@@ -30,9 +29,17 @@ class LimitBarsTest : public ::testing::Test {
 
     inversion::LineSession line;
     Workspace& w = line.session.workspace;
-    ScriptedView view;
-    RunControl control{line.session, view};
-    LimitBars bars{line.session, control, view};
+    LimitBars bars{w, line.prompts};
+};
+
+/// The same line before a desk.
+class DraggedBars : public DeskLine {
+  protected:
+    DraggedBars() {
+        line.refresh();
+        desk.bars().set_bar_width(40);
+        desk.bars().update_inversion_limit_display({0, 1000}, {1, 1000, 500});
+    }
 };
 
 }  // namespace
@@ -111,15 +118,12 @@ TEST_F(LimitBarsTest, a_span_of_0_is_told) {
 }
 
 TEST_F(LimitBarsTest, a_drag_moves_the_first_station) {
-    line.session.inversion.best_misfit = {1, 1};
     bars.mouse_down(0, 5);
-    bars.mouse_move(0, 5 + 310);  // centre from -10 to 300
+    EXPECT_TRUE(bars.mouse_move(0, 5 + 310));  // centre from -10 to 300
     EXPECT_EQ(w.first_station, 31);
     EXPECT_DOUBLE_EQ(w.first_distance, 300);
     EXPECT_DOUBLE_EQ(bars.bar(0).left, 280);
-    EXPECT_EQ(view.calls, std::vector<std::string>{"charts"});
-    EXPECT_EQ(line.session.inversion.best_misfit[0], unset);
-    EXPECT_FALSE(control.busy());
+    EXPECT_TRUE(bars.moved());
 }
 
 TEST_F(LimitBarsTest, a_drag_moves_the_last_station) {
@@ -174,16 +178,12 @@ TEST_F(LimitBarsTest, stations_may_not_meet) {
     EXPECT_LT(w.first_station, w.last_station);
 }
 
-TEST_F(LimitBarsTest, nothing_moves_without_a_press_a_change_or_while_busy) {
-    bars.mouse_move(0, 300);
+TEST_F(LimitBarsTest, nothing_moves_without_a_press_or_a_change) {
+    EXPECT_FALSE(bars.mouse_move(0, 300));
     EXPECT_EQ(w.first_station, 1);
     bars.mouse_down(0, 10);
-    bars.mouse_move(0, 10);
-    EXPECT_TRUE(view.calls.empty());
-    control.set_busy(true);
-    bars.mouse_move(0, 300);
-    EXPECT_EQ(w.first_station, 1);
-    control.set_busy(false);
+    EXPECT_FALSE(bars.mouse_move(0, 10));
+    EXPECT_FALSE(bars.moved());
 }
 
 TEST_F(LimitBarsTest, a_bar_out_of_use_cannot_be_dragged) {
@@ -195,25 +195,63 @@ TEST_F(LimitBarsTest, a_bar_out_of_use_cannot_be_dragged) {
     EXPECT_EQ(w.first_station, 21);
 }
 
-TEST_F(LimitBarsTest, release_filters_anew_because_base_levels_hang_on_the_window) {
+TEST_F(LimitBarsTest, a_drag_ends_once) {
+    EXPECT_FALSE(bars.mouse_up(0));
     bars.mouse_down(0, 0);
-    bars.mouse_move(0, 310);
-    line.session.model_changed = false;
-    view.calls.clear();
-    EXPECT_TRUE(w.mag.observed_filtered);
-    bars.mouse_up(0);
+    EXPECT_TRUE(bars.mouse_up(0));
     EXPECT_FALSE(bars.dragging());
-    EXPECT_FALSE(w.mag.observed_filtered);
-    EXPECT_EQ(view.calls, std::vector<std::string>{"model"});
-    EXPECT_TRUE(line.session.model_changed);
-    bars.mouse_up(0);
-    EXPECT_EQ(view.calls.size(), 1U);
+    EXPECT_FALSE(bars.mouse_up(0));
 }
 
-TEST_F(LimitBarsTest, a_press_alone_changes_no_model) {
+TEST_F(DraggedBars, a_move_draws_the_charts_and_forgets_the_best_misfit) {
+    inversion.best_misfit = {1, 1};
+    desk.press_bar(0, 5);
+    desk.move_bar(0, 5);
+    EXPECT_EQ(chart_draws, 0) << "the same place";
+    desk.move_bar(0, 5 + 310);
+    EXPECT_EQ(w.first_station, 31);
+    EXPECT_EQ(chart_draws, edit::model_chart_count);
+    EXPECT_TRUE(calls.empty()) << "nothing is calculated";
+    EXPECT_EQ(inversion.best_misfit[0], unset);
+}
+
+TEST_F(DraggedBars, nothing_moves_while_a_run_goes_on) {
+    line.sheet_off_by(20000);
+    desk.press_bar(0, 10);
+    bool seen = false;
+    on_iteration = [&](int) {
+        seen = true;
+        desk.move_bar(0, 300);
+        EXPECT_EQ(w.first_station, 1);
+    };
+    desk.type_max_iterations("1");
+    desk.command_invert(1);
+    EXPECT_TRUE(seen);
+    desk.release_bar(0);
+    on_iteration = [&](int) { desk.press_bar(0, 10); };
+    desk.command_invert(1);
+    EXPECT_FALSE(desk.bars().dragging());
+}
+
+TEST_F(DraggedBars, release_filters_anew_because_base_levels_hang_on_the_window) {
+    desk.press_bar(0, 0);
+    desk.move_bar(0, 310);
     line.session.model_changed = false;
-    bars.mouse_down(0, 0);
-    bars.mouse_up(0);
+    w.mag.base = 7;  // the filtered rows do not know it
+    const float before = w.mag.data(10, row_residual, stage_observed);
+    desk.release_bar(0);
+    EXPECT_FALSE(desk.bars().dragging());
+    EXPECT_NE(w.mag.data(10, row_residual, stage_observed), before);
+    EXPECT_EQ(calls, std::vector<std::string>{"model"});
+    EXPECT_TRUE(line.session.model_changed);
+    desk.release_bar(0);
+    EXPECT_EQ(calls.size(), 1U);
+}
+
+TEST_F(DraggedBars, a_press_alone_changes_no_model) {
+    line.session.model_changed = false;
+    desk.press_bar(0, 0);
+    desk.release_bar(0);
     EXPECT_FALSE(line.session.model_changed);
 }
 

@@ -4,11 +4,15 @@
 #include <map>
 
 #include "core/body_parameters.h"
+#include "flow/inversion_report.h"
 #include "inversion/line_session.h"
-#include "inversion/report.h"
 #include "model/misfit.h"
 
 namespace anomalis::inversion {
+
+using flow::InversionReport;
+using flow::ReportedParameter;
+using flow::run_inversion;
 
 namespace {
 

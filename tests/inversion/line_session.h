@@ -8,6 +8,7 @@
 #include "core/session.h"
 #include "forward/driver.h"
 #include "intake/profile.h"
+#include "inversion/fitted_model.h"
 #include "model/refresh_model.h"
 #include "support/scripted_prompts.h"
 
@@ -37,6 +38,8 @@ class LineSession {
     }
 
     Workspace& workspace() { return session.workspace; }
+    /// What a run works on; what goes wrong is kept in `faults`.
+    FittedModel fitted() { return {session.workspace, session.inversion, faults}; }
 
     /// A body across the line, nothing of it free.
     ModelBody& add_body(int type, float distance = 500, float top = -50) {
@@ -87,6 +90,7 @@ class LineSession {
 
     ScriptedPrompts prompts;
     Session session;
+    Faults faults;
 };
 
 }  // namespace anomalis::inversion

@@ -19,11 +19,11 @@ class Parameters : public ::testing::Test {
     /// The list of a channel as codes; the arrays are sized to it.
     std::vector<int> codes(int channel = channel_mag) {
         int count = 0;
-        setup_all_body_parameters(0, channel, count, line.session);
+        setup_all_body_parameters(0, channel, count, line.fitted());
         inversion.inversion_params.assign(count);
         inversion.inversion_param_map.assign(count);
         int filled = 0;
-        setup_all_body_parameters(1, channel, filled, line.session);
+        setup_all_body_parameters(1, channel, filled, line.fitted());
         EXPECT_EQ(filled, count);
         std::vector<int> list;
         for (int i = 1; i <= count; ++i) list.push_back(inversion.inversion_param_map[i].param_code);
@@ -242,8 +242,9 @@ TEST_F(Parameters, a_value_that_is_no_number_is_named) {
     inversion.inversion_params.assign(1);
     inversion.inversion_param_map.assign(1);
     int count = 0;
-    setup_all_body_parameters(1, channel_mag, count, line.session);
+    setup_all_body_parameters(1, channel_mag, count, line.fitted());
     EXPECT_EQ(count, 0);
+    show_faults(line.faults, line.prompts);
     EXPECT_EQ(line.prompts.messages,
               std::vector<std::string>{"An error occurred while setting up the inversion parameters: "
                                        "width of body 1 is not a number"});
@@ -253,7 +254,8 @@ TEST_F(Parameters, a_list_that_is_too_short_is_a_subscript_fault) {
     line.add_body(thick_sheet).width.vary = 1;
     inversion.inversion_params.assign(0);
     int count = 0;
-    setup_body_parameters(1, channel_mag, 1, count, line.session);
+    setup_body_parameters(1, channel_mag, 1, count, line.fitted());
+    show_faults(line.faults, line.prompts);
     EXPECT_TRUE(line.prompts.told("Subscript out of range"));
 }
 
@@ -280,10 +282,10 @@ TEST_F(Parameters, applying_clears_what_hangs_on_the_parameter) {
         body.mag_response_valid = body.grav_response_valid = true;
         body.last_calculated = 5;
         double penalty = 0;
-        apply_parameter(1, penalty, line.session);
+        apply_parameter(1, penalty, line.fitted());
         EXPECT_TRUE(body.mag_response_valid) << "an equal value changes nothing";
         inversion.inversion_params[1].value += 1;
-        apply_parameter(1, penalty, line.session);
+        apply_parameter(1, penalty, line.fitted());
         const int code = inversion.inversion_param_map[1].param_code;
         EXPECT_EQ((body.*row.slot).value, inversion.inversion_params[1].value) << code;
         EXPECT_EQ(body.mag_response_valid, !row.mag) << code;
@@ -299,7 +301,7 @@ TEST_F(Parameters, sheet_parameters_are_not_applied_to_pipes) {
     body.mag_response_valid = true;
     inversion.inversion_params[1].value = 77;
     double penalty = 0;
-    apply_parameter(1, penalty, line.session);
+    apply_parameter(1, penalty, line.fitted());
     EXPECT_EQ(body.depth_extent.value, 250.0F);
     EXPECT_TRUE(body.mag_response_valid);
 }
@@ -313,17 +315,17 @@ TEST_F(Parameters, the_penalty_is_a_maximum_over_the_parameters) {
     inversion.inversion_params[1].value = -59.5F;
     inversion.inversion_params[2].value = 99;
     double penalty = 5;
-    apply_all_parameters(penalty, line.session);
+    apply_all_parameters(penalty, line.fitted());
     EXPECT_NEAR(penalty, 2500, 1e-6);
-    apply_all_parameters(penalty, line.session);
+    apply_all_parameters(penalty, line.fitted());
     EXPECT_EQ(penalty, 0) << "equal values are not applied";
 }
 
 TEST(BarrierPenalty, it_climbs_from_one_step_to_a_ten_thousandth) {
-    ScriptedPrompts prompts;
+    Faults faults;
     const auto barrier = [&](float value, float min, float max) {
         double penalty = 0;
-        barrier_penalty({value, 1, min, max}, 2, penalty, prompts);
+        barrier_penalty({value, 1, min, max}, 2, penalty, faults);
         return penalty;
     };
     EXPECT_EQ(barrier(12, 10, unset), 0);
@@ -335,17 +337,17 @@ TEST(BarrierPenalty, it_climbs_from_one_step_to_a_ten_thousandth) {
     EXPECT_EQ(barrier(9, unset, unset), 0);
     EXPECT_EQ(barrier(9, -99999, -99999), 0);
     EXPECT_NEAR(barrier(10.2F, 10, 10.202F), 7500, 10) << "the nearer limit decides";
-    EXPECT_TRUE(prompts.messages.empty());
+    EXPECT_TRUE(faults.empty());
 }
 
 TEST(BarrierPenalty, it_never_lowers_what_was_found_before_and_bears_a_step_of_0) {
-    ScriptedPrompts prompts;
+    Faults faults;
     double penalty = 9000;
-    barrier_penalty({10.2F, 1, 10, unset}, 2, penalty, prompts);
+    barrier_penalty({10.2F, 1, 10, unset}, 2, penalty, faults);
     EXPECT_EQ(penalty, 9000);
-    barrier_penalty({12, 1, 10, 13}, 0, penalty, prompts);
+    barrier_penalty({12, 1, 10, 13}, 0, penalty, faults);
     EXPECT_EQ(penalty, 9000);
-    EXPECT_TRUE(prompts.messages.empty());
+    EXPECT_TRUE(faults.empty());
 }
 
 TEST(SmallMathematics, larger_of_and_log10_abs) {

@@ -1,5 +1,6 @@
 #include "inversion/perform.h"
 
+#include <functional>
 #include <gtest/gtest.h>
 #include <limits>
 
@@ -14,11 +15,11 @@ namespace {
 class RecordingObserver : public RunObserver {
   public:
     void show_initial_misfit(const MisfitPair& misfit) override { initial.push_back(misfit); }
-    void show_iteration(int iteration) override { iterations.push_back(iteration); }
     void show_current_misfit(const MisfitPair& misfit) override { current.push_back(misfit); }
     void display_iteration() override { ++displays; }
     void progress(const InversionProgress& state) override {
         states.push_back(state);
+        iterations.push_back(state.iteration);
         if (on_progress) on_progress(state);
     }
     void best_model(bool available) override { best.push_back(available); }
@@ -35,7 +36,8 @@ class Perform : public ::testing::Test {
   protected:
     RunResult run(RunRequest request = {}) {
         RunResult result;
-        perform_inversion(line.session, request, observer, result);
+        perform_inversion(w, inversion, request, observer, result);
+        show_faults(result.faults, line.prompts);
         return result;
     }
 

@@ -115,9 +115,10 @@ TEST(EvaluateMisfit, the_other_channel_has_no_effect) {
     body.density.value = 3.5F;
     body.grav_response_valid = false;
     Workspace& w = line.workspace();
-    EXPECT_EQ(evaluate_model_misfit(line.session, w.mag.data, w.grav.data, faults), (MisfitPair{0, 0}));
+    EXPECT_EQ(evaluate_model_misfit(w, line.session.inversion, w.mag.data, w.grav.data, faults),
+              (MisfitPair{0, 0}));
     line.session.inversion.inversion_channel = channel_grav;
-    EXPECT_GT(evaluate_model_misfit(line.session, w.mag.data, w.grav.data, faults)[0], 0);
+    EXPECT_GT(evaluate_model_misfit(w, line.session.inversion, w.mag.data, w.grav.data, faults)[0], 0);
 }
 
 TEST(EvaluateMisfit, the_calculated_rows_are_filtered) {
@@ -128,7 +129,7 @@ TEST(EvaluateMisfit, the_calculated_rows_are_filtered) {
     Workspace& w = line.workspace();
     w.processing.display_total_gradient = 1;
     reset_calculated_data(w, line.prompts);
-    evaluate_model_misfit(line.session, w.mag.data, w.grav.data, faults);
+    evaluate_model_misfit(w, line.session.inversion, w.mag.data, w.grav.data, faults);
     EXPECT_NE(w.mag.data(40, row_residual, stage_calculated), 0);
     EXPECT_NE(w.mag.data(40, row_total_gradient, stage_calculated), 0);
     EXPECT_NE(w.grav.data(40, row_residual, stage_calculated), 0);
@@ -142,7 +143,7 @@ TEST(EvaluateMisfit, a_channel_without_a_column_is_left_alone) {
     line.refresh();
     Workspace& w = line.workspace();
     reset_calculated_data(w, line.prompts);
-    evaluate_model_misfit(line.session, w.mag.data, w.grav.data, faults);
+    evaluate_model_misfit(w, line.session.inversion, w.mag.data, w.grav.data, faults);
     EXPECT_TRUE(w.mag.calculated_filtered);
     EXPECT_FALSE(w.grav.calculated_filtered);
     EXPECT_EQ(w.grav.data(40, row_residual, stage_calculated), 0);
@@ -160,7 +161,7 @@ TEST(EvaluateMisfit, trial_rows_take_the_place_of_the_true_ones) {
     const ChannelTable before = w.mag.data;
     body.susc.value *= 2;
     invalidate_body(body);
-    EXPECT_GT(evaluate_model_misfit(line.session, w.mag.work, w.grav.work, faults)[0], 0);
+    EXPECT_GT(evaluate_model_misfit(w, line.session.inversion, w.mag.work, w.grav.work, faults)[0], 0);
     EXPECT_EQ(w.mag.data, before);
     EXPECT_FLOAT_EQ(w.mag.work(40, row_raw, stage_calculated), 2 * before(40, row_raw, stage_calculated));
 }
@@ -176,7 +177,7 @@ TEST(EvaluateMisfit, nothing_is_reallocated) {
     const float* const taps = w.filter_scratch.coefficients.data();
     for (int i = 0; i < 3; ++i) {
         invalidate_body(body);
-        evaluate_model_misfit(line.session, w.mag.data, w.grav.data, faults);
+        evaluate_model_misfit(w, line.session.inversion, w.mag.data, w.grav.data, faults);
     }
     EXPECT_EQ(w.mag.data.span().data(), rows);
     EXPECT_EQ(w.filter_scratch.coefficients.data(), taps);

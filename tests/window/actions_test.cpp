@@ -95,11 +95,11 @@ void ActionsTest::marks_show_what_is_in_force() {
 
 void ActionsTest::nothing_happens_while_the_window_is_closed() {
     Modelled sample;
-    sample.form->guards().busy = true;
+    sample.session.inversion.running = true;
     sample.trigger("menu_delete_body_0");
     sample.trigger("menu_highlight_on");
     QVERIFY2(sample.find<QAction>("menu_highlight_on").isChecked(), "the mark goes back");
-    sample.form->guards().busy = false;
+    sample.session.inversion.running = false;
     QCOMPARE(sample.workspace().body_count, 2);
     QVERIFY(sample.form->workbench().view.highlight_on);
 }

@@ -252,7 +252,7 @@ void BodiesControllerTest::bars_of_missing_rows_are_disabled() {
 
 void BodiesControllerTest::nothing_is_edited_while_a_run_is_on() {
     Modelled sample;
-    sample.form->guards().busy = true;
+    sample.session.inversion.running = true;
     QTest::mouseClick(&sample.half("HScroll_dip_0", 1), Qt::LeftButton);
     QTest::keyClick(&sample.find<QWidget>("HScroll_dip_0"), Qt::Key_Right);
     sample.click_cell(param_strike, edit::grid_vary);
@@ -263,7 +263,7 @@ void BodiesControllerTest::nothing_is_edited_while_a_run_is_on() {
     for (const char* name : {"menu_add_body_0", "menu_delete_body_0", "menu_set_disable_flag_1"})
         sample.trigger(name);
     sample.click("Command_toggle_invert_body");
-    sample.form->guards().busy = false;
+    sample.session.inversion.running = false;
     QCOMPARE(sample.body(1).dip.value, 90.0F);
     QCOMPARE(sample.body(1).strike.vary, 0.0F);
     QCOMPARE(sample.body(1).turned_off, 0);

@@ -139,7 +139,7 @@ void FirstWork::invert_and_take_back() {
     const double before = misfit();
     const float distance = workspace().body(1).distance.value;
     push("Command_invert_1");
-    QTRY_VERIFY_WITH_TIMEOUT(!form->guards().busy, 60000);
+    QTRY_VERIFY_WITH_TIMEOUT(!form->guards().busy(), 60000);
     settle();
     QVERIFY(!find<QLabel>("Label_status").text().isEmpty());
     const double after = misfit();

@@ -144,7 +144,7 @@ void FormInversionTest::while_it_runs_only_the_stop_is_served() {
     sample.show_inversion();
     bool looked = false;
     sample.prompts.on_yield = [&] {
-        if (looked || !sample.form->inversion().desk().busy()) return;
+        if (looked || !sample.form->inversion().desk().running()) return;
         looked = true;
         QVERIFY(sample.find<QWidget>("Frame_stop_inversion").isVisible());
         QVERIFY(sample.find<QPushButton>("Command_stop_inversion").isEnabled());
@@ -175,7 +175,7 @@ void FormInversionTest::escape_stops_the_run() {
     Opened sample;
     bool pressed = false;
     sample.prompts.on_yield = [&] {
-        if (pressed || !sample.form->inversion().desk().busy()) return;
+        if (pressed || !sample.form->inversion().desk().running()) return;
         pressed = true;
         QTest::keyClick(sample.form.get(), Qt::Key_Escape);
     };
@@ -195,7 +195,7 @@ void FormInversionTest::a_bar_held_down_does_not_move_during_a_run() {
     int before = 0;
     int yields = 0;
     sample.prompts.on_yield = [&] {
-        if (!sample.form->inversion().desk().busy()) return;
+        if (!sample.form->inversion().desk().running()) return;
         if (yields++ == 0) before = bar.value();
         if (yields < 10) QTest::qWait(60);
         QCOMPARE(bar.value(), before);
@@ -211,7 +211,7 @@ void FormInversionTest::a_request_to_close_stops_the_run_first() {
     Opened sample;
     bool asked = false;
     sample.prompts.on_yield = [&] {
-        if (asked || !sample.form->inversion().desk().busy()) return;
+        if (asked || !sample.form->inversion().desk().running()) return;
         asked = true;
         QVERIFY(!sample.form->close());
         QVERIFY(sample.form->isVisible());

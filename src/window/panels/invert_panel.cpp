@@ -11,9 +11,9 @@
 #include <QVBoxLayout>
 
 #include "core/numbers.h"
+#include "core/session.h"
 #include "core/text.h"
-#include "edit/workbench.h"
-#include "flow/run_control.h"
+#include "flow/inversion_panel.h"
 #include "window/shell/look.h"
 #include "window/widgets/entry_box.h"
 #include "window/widgets/panel.h"
@@ -51,8 +51,8 @@ void set_text(QLineEdit& box, const std::string& text) {
 
 }  // namespace
 
-InvertPanel::InvertPanel(edit::Workbench& workbench, FormGuards& guards)
-    : workbench_(workbench), guards_(guards), status_(new QLabel) {
+InvertPanel::InvertPanel(const Session& session, FormGuards& guards)
+    : session_(session), guards_(guards), status_(new QLabel) {
     setObjectName("Frame_invert");
     setProperty("card", true);
     auto* column = new QVBoxLayout(this);
@@ -216,14 +216,14 @@ QWidget* InvertPanel::make_stop_frame() {
 }
 
 void InvertPanel::show_choices(const flow::InversionPanel& panel) {
-    const Workspace& workspace = workbench_.session.workspace;
+    const Workspace& workspace = session_.workspace;
     const bool least_squares = panel.method == inversion::InversionMethod::least_squares;
     set_entry_enabled(*channel_, channel_mag, workspace.has_mag());
     set_entry_enabled(*channel_, channel_grav, workspace.has_grav());
     set_entry_enabled(*channel_, channel_joint, least_squares && workspace.has_mag() && workspace.has_grav());
     channel_->setCurrentIndex(panel.channel_index);
     method_->setCurrentIndex(least_squares ? 1 : 0);
-    gradient_->setChecked(workbench_.session.inversion.inversion_target == target_gradient);
+    gradient_->setChecked(session_.inversion.inversion_target == target_gradient);
     gradient_->setText(workspace.processing.display_total_gradient == 1 ? tr("Invert Total Grad")
                                                                         : tr("Invert Vertical Grad"));
 }
@@ -240,8 +240,8 @@ void InvertPanel::show_panel(const flow::InversionPanel& panel) {
     status_->setText(QString::fromStdString(panel.status_text));
     status_->setVisible(panel.status_visible);
     stop_frame_->setVisible(panel.stop_frame);
-    restore_->setEnabled(panel.restore_best_enabled && !panel.hourglass);
-    reject_->setEnabled(panel.reject_changes_enabled && !panel.hourglass);
+    restore_->setEnabled(panel.restore_best_enabled && !guards_.busy());
+    reject_->setEnabled(panel.reject_changes_enabled && !guards_.busy());
 }
 
 void InvertPanel::show_progress(int iteration, int limit, const QString& words) {

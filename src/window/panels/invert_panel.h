@@ -15,12 +15,12 @@ class QLineEdit;
 class QProgressBar;
 class QPushButton;
 
+namespace anomalis {
+class Session;
+}  // namespace anomalis
 namespace anomalis::flow {
 struct InversionPanel;
 }  // namespace anomalis::flow
-namespace anomalis::edit {
-struct Workbench;
-}  // namespace anomalis::edit
 
 namespace anomalis::window {
 
@@ -31,7 +31,7 @@ class InvertPanel : public QFrame {
     Q_OBJECT
 
   public:
-    InvertPanel(edit::Workbench& workbench, FormGuards& guards);
+    InvertPanel(const Session& session, FormGuards& guards);
 
     /// Shows texts and states; nothing is told.
     void show_panel(const flow::InversionPanel& panel);
@@ -57,7 +57,7 @@ class InvertPanel : public QFrame {
     QWidget* make_stop_frame();
     void show_choices(const flow::InversionPanel& panel);
 
-    edit::Workbench& workbench_;
+    const Session& session_;
     FormGuards& guards_;
     QComboBox* channel_;
     QComboBox* method_;

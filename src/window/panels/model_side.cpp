@@ -32,7 +32,7 @@ ModelSide::ModelSide(edit::Workbench& workbench, FormGuards& guards, ModelNews& 
       pipe_(new PipePanel(workbench, guards, news)),
       wire_(make_wire_frame()),
       move_(new MovePanel(workbench, guards, news)),
-      invert_(new InvertPanel(workbench, guards)),
+      invert_(new InvertPanel(workbench.session, guards)),
       toggle_(make_button({"Command_toggle_invert_body", "Perform Inversion", "",
                            "Change between the bars that move the body and the controls of the inversion"})),
       views_(new QStackedWidget) {
@@ -47,6 +47,7 @@ ModelSide::ModelSide(edit::Workbench& workbench, FormGuards& guards, ModelNews& 
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(scroller);
+    show_invert_view(false);
     wire();
 }
 
@@ -70,7 +71,7 @@ void ModelSide::wire() {
     });
     connect(grid_, &BodyGridView::text_refused, this, &ModelSide::text_refused);
     connect(pipe_, &PipePanel::text_refused, this, &ModelSide::text_refused);
-    connect(toggle_, &QPushButton::clicked, this, &ModelSide::toggle_invert_view);
+    connect(toggle_, &QPushButton::clicked, this, &ModelSide::ask_for_other_view);
 }
 
 void ModelSide::display_body_parameters() {
@@ -91,7 +92,6 @@ void ModelSide::display_body_parameters() {
 void ModelSide::follow(WhatChanged what) {
     constexpr WhatChanged shown =
         News::parameters | News::bodies | News::current_body | News::settings | News::line | News::form_reset;
-    if (what & News::form_reset) show_invert_view(false);
     if (what & shown) display_body_parameters();
 }
 
@@ -115,12 +115,11 @@ void ModelSide::show_invert_view(bool invert) {
     toggle_->setText(invert ? tr("Move This Body") : tr("Perform Inversion"));
 }
 
-void ModelSide::toggle_invert_view() {
+void ModelSide::ask_for_other_view() {
     const Workspace& workspace = workbench_.session.workspace;
     if (guards_.closed() || !edit::line_loaded(workspace) || workspace.body_count < 1) return;
     commit();
-    show_invert_view(!invert_view());
-    emit invert_view_toggled(invert_view());
+    emit other_view_wanted();
 }
 
 }  // namespace anomalis::window

@@ -45,13 +45,13 @@ class ModelSide : public QWidget {
     /// The person chose another body, which is not yet the current one.
     void body_wanted(int number);
     void text_refused(const QString& caption, const QString& text);
-    /// `Command_toggle_invert_body` was pressed and the other view is shown.
-    void invert_view_toggled(bool invert);
+    /// `Command_toggle_invert_body` was pressed.
+    void other_view_wanted();
 
   private:
     QWidget* make_column();
     void wire();
-    void toggle_invert_view();
+    void ask_for_other_view();
 
     edit::Workbench& workbench_;
     FormGuards& guards_;

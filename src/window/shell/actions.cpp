@@ -66,7 +66,7 @@ const std::vector<QAction*>& Actions::family(ActionId id) const {
 
 void Actions::trigger(const ActionRow& row, int member) {
     const auto& handler = handlers_.at(static_cast<std::size_t>(row.id));
-    const bool open = row.when == When::running ? guards_.busy : gate_.pass();
+    const bool open = row.when == When::running ? guards_.busy() : gate_.pass();
     if (open && handler) handler(member);
     refresh();  // also the mark of one that was turned away
 }
@@ -75,7 +75,7 @@ void Actions::refresh() {
     for (const ActionRow& row : action_rows())
         for (QAction* action : family(row.id)) {
             if (row.mark != Mark::none) action->setChecked(is_set(row.mark, workbench_));
-            if (guards_.busy || row.when == When::pointed) continue;
+            if (guards_.busy() || row.when == When::pointed) continue;
             action->setEnabled(holds(row.when, workbench_));
         }
 }

@@ -63,8 +63,18 @@ BusyInput::BusyInput(QMainWindow& window, QWidget& stop_button, QAction& stop_ac
     stop_action_.setEnabled(false);
 }
 
-void BusyInput::begin() {
-    if (std::exchange(busy_, true)) return;
+void BusyInput::follow(bool running) {
+    stop_action_.setEnabled(running);
+    if (running) {
+        switch_off();
+        QApplication::instance()->installEventFilter(this);
+    } else {
+        QApplication::instance()->removeEventFilter(this);
+        switch_on();
+    }
+}
+
+void BusyInput::switch_off() {
     focus_ = QApplication::focusWidget();
     for (QWidget* widget : window_.findChildren<QWidget*>()) {
         if (widget == &stop_button_ || !takes_input(*widget) || widget->testAttribute(Qt::WA_ForceDisabled))
@@ -79,14 +89,9 @@ void BusyInput::begin() {
         action->setEnabled(false);
         actions_.emplace_back(action);
     }
-    stop_action_.setEnabled(true);
-    QApplication::instance()->installEventFilter(this);
 }
 
-void BusyInput::end() {
-    if (!std::exchange(busy_, false)) return;
-    QApplication::instance()->removeEventFilter(this);
-    stop_action_.setEnabled(false);
+void BusyInput::switch_on() {
     for (const auto& widget : widgets_)
         if (widget) widget->setEnabled(true);
     for (const auto& action : actions_)
@@ -104,7 +109,7 @@ bool BusyInput::lets_through(const QObject* watched) const {
 }
 
 bool BusyInput::eventFilter(QObject* watched, QEvent* event) {
-    if (!busy_ || !is_input(event->type()) || QApplication::activeModalWidget()) return false;
+    if (!is_input(event->type()) || QApplication::activeModalWidget()) return false;
     if (event->type() == QEvent::ShortcutOverride || event->type() == QEvent::KeyPress) {
         if (static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
             if (event->type() == QEvent::KeyPress) stop_();

@@ -20,14 +20,15 @@ class BusyInput : public QObject {
   public:
     BusyInput(QMainWindow& window, QWidget& stop_button, QAction& stop_action, std::function<void()> stop);
 
-    void begin();
-    void end();
-    bool busy() const { return busy_; }
+    /// A run begins, or has ended.
+    void follow(bool running);
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
+    void switch_off();
+    void switch_on();
     bool lets_through(const QObject* watched) const;
 
     QMainWindow& window_;
@@ -37,7 +38,6 @@ class BusyInput : public QObject {
     std::vector<QPointer<QWidget>> widgets_;
     std::vector<QPointer<QAction>> actions_;
     QPointer<QWidget> focus_;
-    bool busy_ = false;
 };
 
 }  // namespace anomalis::window

@@ -50,6 +50,7 @@ std::string dropped_path(const QMimeData& data) {
 Form_anomalis::Form_anomalis(Session& session, const std::vector<flow::ExampleFile>& examples)
     : session_(session),
       workbench_(session),
+      guards_(session.inversion),
       gate_(guards_),
       tabs_(new QTabWidget(this)),
       definitions_page_(new DefinitionsPage(workbench_, guards_, news_, examples)),
@@ -100,7 +101,7 @@ void Form_anomalis::make_controllers(const std::vector<flow::ExampleFile>& examp
     formulas_ = new FormulasController(this, workbench_, *actions_, gate_, guards_, news_, *status_);
     recovery_ = new RecoveryController(this, workbench_, guards_, *open_, *status_);
     inversion_ = new FormInversion({*this, *tabs_, *charts_, *side_, *status_}, workbench_, *actions_, gate_,
-                                   guards_, news_, *recovery_);
+                                   news_, *recovery_);
 }
 
 void Form_anomalis::wire_panels() {

@@ -1,13 +1,18 @@
 #pragma once
 
+#include "core/inversion_state.h"
+
 namespace anomalis::window {
 
-/// Change handlers of the controls return at once while either flag is set.
+/// Change handlers of the controls return at once while controls are being filled or a run goes on.
 struct FormGuards {
-    bool events_suspended = false;  ///< controls are being filled
-    bool busy = false;              ///< a run is in progress
+    explicit FormGuards(const InversionState& the_inversion) : inversion(the_inversion) {}
 
-    bool closed() const { return events_suspended || busy; }
+    const InversionState& inversion;
+    bool events_suspended = false;  ///< controls are being filled
+
+    bool busy() const { return inversion.running; }
+    bool closed() const { return events_suspended || busy(); }
 };
 
 /// Suspends the change handlers for a scope and puts back what was.

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QMainWindow>
 #include <QPushButton>
+#include <QSignalBlocker>
 #include <QTabWidget>
 #include <QTimer>
 
@@ -28,14 +29,12 @@ constexpr int progress_pause = 100;  // ms
 }  // namespace
 
 FormInversion::FormInversion(const InversionParts& parts, edit::Workbench& workbench, Actions& actions,
-                             const EntryGate& gate, FormGuards& guards, ModelNews& news,
-                             RecoveryController& recovery)
+                             const EntryGate& gate, ModelNews& news, RecoveryController& recovery)
     : QObject(&parts.window),
       parts_(parts),
       workbench_(workbench),
       actions_(actions),
       gate_(gate),
-      guards_(guards),
       news_(news),
       recovery_(recovery),
       desk_(workbench, *this),
@@ -49,9 +48,9 @@ FormInversion::FormInversion(const InversionParts& parts, edit::Workbench& workb
                           [this] { stop(); });
     progress_timer_->setInterval(progress_pause);
     connect(progress_timer_, &QTimer::timeout, this, &FormInversion::show_progress);
-    connect(&parts_.side, &ModelSide::invert_view_toggled, this, &FormInversion::show_inversion_view);
-    connect(&parts_.tabs, &QTabWidget::currentChanged, this, [this] { desk_.check_channel(); });
-    show_panel(desk_.panel());
+    connect(&parts_.tabs, &QTabWidget::currentChanged, this,
+            [this] { desk_.combo_invert(desk_.panel().channel_index); });
+    panel_changed();
 }
 
 FormInversion::~FormInversion() = default;
@@ -71,149 +70,114 @@ void FormInversion::wire_actions() {
     actions_.on(ActionId::invert_current, [this] { invert(0); });
     actions_.on(ActionId::invert_all, [this] { invert(1); });
     actions_.on(ActionId::stop_inversion, [this] { stop(); });
-    actions_.on(ActionId::restore_best, [this] { desk_.restore_best(); });
-    actions_.on(ActionId::reject_changes, [this] { desk_.reject_changes(); });
+    actions_.on(ActionId::restore_best, [this] { desk_.command_restore_best(); });
+    actions_.on(ActionId::reject_changes, [this] { desk_.command_reject_changes(); });
 }
 
 void FormInversion::wire_panel() {
-    flow::RunControl& control = desk_.control();
+    connect(&parts_.side, &ModelSide::other_view_wanted, this,
+            [this] { desk_.command_toggle_invert_body(); });
     connect(&panel_, &InvertPanel::invert_wanted, this, [this](int index) {
         if (gate_.pass()) invert(index);
     });
     connect(&panel_, &InvertPanel::stop_wanted, this, &FormInversion::stop);
     connect(&panel_, &InvertPanel::restore_wanted, this, [this] {
-        if (gate_.pass()) desk_.restore_best();
+        if (gate_.pass()) desk_.command_restore_best();
     });
     connect(&panel_, &InvertPanel::reject_wanted, this, [this] {
-        if (gate_.pass()) desk_.reject_changes();
+        if (gate_.pass()) desk_.command_reject_changes();
     });
-    connect(&panel_, &InvertPanel::channel_chosen, this,
-            [&control](int index) { control.combo_invert(index); });
-    connect(&panel_, &InvertPanel::method_chosen, this, [&control](int index) {
-        control.set_method(index == 1 ? inversion::InversionMethod::least_squares
-                                      : inversion::InversionMethod::sweep);
+    connect(&panel_, &InvertPanel::channel_chosen, this, [this](int index) { desk_.combo_invert(index); });
+    connect(&panel_, &InvertPanel::method_chosen, this, [this](int index) {
+        desk_.choose_method(index == 1 ? inversion::InversionMethod::least_squares
+                                       : inversion::InversionMethod::sweep);
     });
     connect(&panel_, &InvertPanel::gradient_chosen, this,
-            [&control](bool on) { control.check_inversion_mode(on ? target_gradient : target_data); });
+            [this](bool on) { desk_.check_inversion_mode(on ? target_gradient : target_data); });
     connect(&panel_, &InvertPanel::iterations_typed, this,
-            [&control](const QString& text) { control.set_max_iterations_text(text.toStdString()); });
+            [this](const QString& text) { desk_.type_max_iterations(text.toStdString()); });
 }
 
 void FormInversion::invert(int index) {
-    follow_view();
-    desk_.invert(index);
+    desk_.command_invert(index);
     const std::string remark = desk_.fit_remark();
     if (!remark.empty()) parts_.status.show_text(QString::fromStdString(remark));
 }
 
 void FormInversion::stop() {
-    if (!desk_.busy()) return;
-    desk_.control().command_stop_inversion();
+    if (!desk_.running()) return;
+    desk_.command_stop_inversion();
     parts_.status.show_text(tr("The run stops after this iteration"));
 }
 
-void FormInversion::show_panel(const flow::InversionPanel& panel) {
-    panel_.show_panel(panel);
-    if (shown_view_ == panel.invert_frame) return;
-    shown_view_ = panel.invert_frame;
-    parts_.side.show_invert_view(shown_view_);
+void FormInversion::panel_changed() {
+    panel_.show_panel(desk_.panel());
+    const bool invert = desk_.panel().invert_frame;
+    if (parts_.side.invert_view() != invert) parts_.side.show_invert_view(invert);
 }
 
-/// The column goes back to its bars by itself when the list of bodies begins or ends.
-void FormInversion::follow_view() {
-    if (parts_.side.invert_view() || !desk_.panel().invert_frame || desk_.busy()) return;
-    shown_view_ = false;
-    desk_.control().show_move_view();
-}
-
-/// The button of the column was pressed, which then shows the other view.
-void FormInversion::show_inversion_view(bool invert) {
-    if (guards_.closed()) return;
-    if (desk_.panel().invert_frame == invert) desk_.control().show_move_view();
-    shown_view_ = invert;
-    desk_.show_view(invert);
-}
-
-void FormInversion::show_run(bool running) {
-    guards_.busy = running;
+void FormInversion::run_changed() {
     // Keys and clicks are let in at the yields of a run; all but a stop are turned away.
-    if (auto* prompts = dynamic_cast<QtPrompts*>(&workbench_.session.prompts)) prompts->serve_input(running);
-    if (running) {
-        evaluations_before_ = workbench_.session.inversion.evaluations;
-        show_progress();
-        progress_timer_->start();
-        QApplication::setOverrideCursor(Qt::WaitCursor);
-        busy_->begin();
+    if (auto* prompts = dynamic_cast<QtPrompts*>(&workbench_.session.prompts))
+        prompts->serve_input(desk_.running());
+    if (desk_.running()) {
+        serve_run();
     } else {
-        busy_->end();
-        QApplication::restoreOverrideCursor();
-        progress_timer_->stop();
-        show_panel(desk_.panel());
+        end_service();
     }
+    // What was switched off is on again: the states of the panel's own controls follow.
+    panel_changed();
+}
+
+void FormInversion::serve_run() {
+    recovery_.keep_now();
+    evaluations_before_ = workbench_.session.inversion.evaluations;
+    show_progress();
+    progress_timer_->start();
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    busy_->follow(true);
+}
+
+void FormInversion::end_service() {
+    busy_->follow(false);
+    QApplication::restoreOverrideCursor();
+    progress_timer_->stop();
 }
 
 void FormInversion::show_progress() {
     const Session& session = workbench_.session;
     const auto evaluations = session.inversion.evaluations - evaluations_before_;
     const int done = QString::fromStdString(desk_.panel().num_iterations_text).toInt();
-    const int limit = desk_.control().iteration_limit();
+    const int limit = desk_.panel().iteration_limit();
     panel_.show_progress(done, limit,
                          tr("Iteration %1 of %2, %3 models tried").arg(done + 1).arg(limit).arg(evaluations));
 }
 
-void FormInversion::display_body_parameters() {
-    parts_.side.display_body_parameters();
+void FormInversion::model_changed() {
+    news_.tell(News::bodies | News::file);
 }
 
-void FormInversion::display_model() {
-    parts_.charts.view().display_model();
+void FormInversion::draw_chart(int index) {
+    flow::ModelView& view = parts_.charts.view();
+    if (index == edit::model_chart_count) {
+        view.display_plan_view();
+    } else if (view.charts().is_shown(index)) {
+        view.display_maginv_model(index);
+    }
 }
 
-void FormInversion::display_chart(int index) {
-    if (parts_.charts.view().charts().is_shown(index)) parts_.charts.view().display_maginv_model(index);
-}
-
-void FormInversion::display_plan_view() {
-    parts_.charts.view().display_plan_view();
-}
-
-void FormInversion::show_caption() {
-    news_.tell(News::file);
-}
-
-void FormInversion::keep_model() {
-    recovery_.keep_now();
-}
-
-void FormInversion::close_window() {
+void FormInversion::close_wanted() {
     QTimer::singleShot(0, &parts_.window, &QWidget::close);
 }
 
 void FormInversion::follow(WhatChanged what) {
-    if (what & News::line) line_changed();
-    if (what & (News::parameters | News::bodies | News::settings)) follow_model();
-    if (what & News::calculated) show_misfit();
-}
-
-void FormInversion::line_changed() {
-    desk_.line_changed();
-    place_bars();
-}
-
-void FormInversion::follow_model() {
-    follow_view();
-    desk_.follow_model();
-    show_panel(desk_.panel());
-    place_bars();
-}
-
-void FormInversion::show_misfit() {
-    if (desk_.busy()) return;
-    desk_.control().show_current_misfit(parts_.charts.misfit());
-}
-
-void FormInversion::show_bars() {
-    place_bars();
+    if (what & (News::line | News::form_reset)) desk_.line_changed();
+    if (what & (News::parameters | News::bodies | News::settings)) {
+        desk_.follow_model();
+        panel_changed();
+        place_bars();
+    }
+    if ((what & News::calculated) && !desk_.running()) desk_.show_current_misfit(parts_.charts.misfit());
 }
 
 /// The bars follow the window on the line as the section shows it, also after a zoom by mouse.
@@ -225,18 +189,18 @@ void FormInversion::place_bars() {
     const chart::Rect view = chart.ViewLimits();
     const bool shown =
         edit::line_loaded(workspace) && plot.width() > 0 && plot.height() > 0 && view.width() > 0;
-    if (placing_) return;
-    placing_ = true;
+    // A failure is told, and the window paints below it.
+    const QSignalBlocker no_paint(strip_);
     if (shown) {
         const double length = workspace.distances.last();
         const double zoom = view.width() < length ? length / view.width() : 1;
-        desk_.place_bars({plot.x_low, plot.width()}, {zoom, view.width(), (view.x_low + view.x_high) / 2});
+        desk_.bars().update_inversion_limit_display({plot.x_low, plot.width()},
+                                                    {zoom, view.width(), (view.x_low + view.x_high) / 2});
     }
     constexpr double unit = chart::units_per_screen_pixel;
     strip_->place(QRectF(plot.x_low / unit, section.height() - plot.y_high / unit, plot.width() / unit,
                          plot.height() / unit),
                   desk_.bars(), shown);
-    placing_ = false;
 }
 
 }  // namespace anomalis::window

@@ -81,7 +81,7 @@ void FormulasController::follow(WhatChanged what) {
 
 /// In the middle of a run the bodies hold what is being tried.
 void FormulasController::show_difference() {
-    if (guards_.busy) return rest_->start();
+    if (guards_.busy()) return rest_->start();
     Session& session = workbench_.session;
     Faults faults;
     const double share =

@@ -39,7 +39,7 @@ void RecoveryController::start(const std::string& root) {
 
 /// In the middle of a run the bodies hold what is being tried; the model was kept when it began.
 void RecoveryController::tick() {
-    if (!keeper_ || guards_.busy) return;
+    if (!keeper_ || guards_.busy()) return;
     keeper_->tick(workbench_);
     show_problem();
 }

@@ -60,7 +60,7 @@ void SaveController::follow() {
     const QString caption = QString::fromStdString(flow::window_caption(workbench_.session.workspace) +
                                                    (workbench_.unsaved ? " *" : ""));
     if (caption != window_.windowTitle()) window_.setWindowTitle(caption);
-    button_->setEnabled(workbench_.session.model_changed && !guards_.busy);
+    button_->setEnabled(workbench_.session.model_changed && !guards_.busy());
 }
 
 }  // namespace anomalis::window

@@ -1,37 +1,22 @@
-#include "flow/run_control.h"
-
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
 
 #include "core/numbers.h"
-#include "flow/scripted_view.h"
-#include "inversion/line_session.h"
-#include "support/temp_folder.h"
+#include "flow/desk_line.h"
 #include "support/stale_body.h"
+#include "workspace_file/axm.h"
 
 namespace anomalis::flow {
 
 namespace {
 
-/// Prompts that look at the panel at every yield, as a person does.
-class RunPanel : public ::testing::Test {
+class RunPanel : public DeskLine {
   protected:
-    RunPanel() {
-        view.on_display_model = [this] { control.show_current_misfit(model::refresh_model(line.session)); };
-    }
-
     void run(const std::string& iterations, int index = 1) {
-        control.set_max_iterations_text(iterations);
-        control.command_invert(index);
+        desk.type_max_iterations(iterations);
+        desk.command_invert(index);
     }
-    const InversionPanel& panel() { return control.panel(); }
-
-    inversion::LineSession line;
-    Workspace& w = line.session.workspace;
-    InversionState& inversion = line.session.inversion;
-    ScriptedView view;
-    RunControl control{line.session, view};
 };
 
 }  // namespace
@@ -46,11 +31,11 @@ TEST_F(RunPanel, the_outcome_is_shown_and_the_model_is_displayed_anew) {
     EXPECT_TRUE(panel().reject_changes_enabled);
     EXPECT_TRUE(panel().restore_best_enabled);
     EXPECT_FALSE(panel().stop_frame);
-    EXPECT_FALSE(panel().hourglass);
-    EXPECT_FALSE(control.busy());
+    EXPECT_FALSE(desk.running());
     EXPECT_TRUE(line.session.model_changed);
-    EXPECT_EQ(view.calls, (std::vector<std::string>{"iteration", "parameters", "model"}));
-    EXPECT_GT(view.panel_changes, 0);
+    EXPECT_EQ(calls, (std::vector<std::string>{"begin", "end", "model"}));
+    EXPECT_EQ(chart_draws, edit::model_chart_count) << "once, between the two iterations";
+    EXPECT_GT(panel_changes, 0);
 }
 
 TEST_F(RunPanel, the_boxes_hold_the_misfit_before_and_now) {
@@ -66,24 +51,23 @@ TEST_F(RunPanel, the_boxes_hold_the_misfit_before_and_now) {
 TEST_F(RunPanel, while_it_runs_the_stop_frame_shows_and_all_else_is_refused) {
     line.sheet_off_by(20000);
     bool seen = false;
-    view.on_progress = [&](const inversion::InversionProgress&) {
+    on_iteration = [&](int) {
         seen = true;
-        EXPECT_TRUE(control.busy());
+        EXPECT_TRUE(desk.running());
         EXPECT_TRUE(panel().stop_frame);
-        EXPECT_TRUE(panel().hourglass);
         EXPECT_FALSE(panel().reject_changes_enabled);
         EXPECT_FALSE(panel().status_visible);
         const auto evaluations = inversion.evaluations;
-        control.command_invert(1);
-        control.command_toggle_invert_body();
-        control.command_restore_best();
-        control.command_reject_changes();
-        control.check_inversion_mode(1);
-        control.combo_invert(1);
+        desk.command_invert(1);
+        desk.command_toggle_invert_body();
+        desk.command_restore_best();
+        desk.command_reject_changes();
+        desk.check_inversion_mode(1);
+        desk.combo_invert(1);
         EXPECT_EQ(inversion.evaluations, evaluations);
         EXPECT_EQ(inversion.inversion_target, target_data);
         EXPECT_EQ(panel().channel_index, channel_mag);
-        EXPECT_FALSE(panel().invert_frame);
+        EXPECT_TRUE(panel().invert_frame) << "a run shows its controls";
     };
     run("2");
     EXPECT_TRUE(seen);
@@ -94,7 +78,7 @@ TEST_F(RunPanel, texts_of_iterations) {
     const std::pair<const char*, const char*> texts[] = {{"0", "1"}, {"-3", "1"},  {" 2 ", "2"}, {"1.6", "2"},
                                                          {"", "25"}, {"  ", "25"}, {"abc", "25"}};
     for (const auto& [typed, shown] : texts) {
-        view.on_progress = [&](const inversion::InversionProgress&) { control.command_stop_inversion(); };
+        on_iteration = [&](int) { desk.command_stop_inversion(); };
         run(typed);
         EXPECT_EQ(panel().max_iterations_text, shown) << typed;
     }
@@ -103,8 +87,8 @@ TEST_F(RunPanel, texts_of_iterations) {
 TEST_F(RunPanel, a_billion_iterations_and_a_stop) {
     line.sheet_off_by(20000);
     for (const char* text : {"1e9", "1e15"}) {
-        view.on_progress = [&](const inversion::InversionProgress& state) {
-            if (state.iteration == 1) control.command_stop_inversion();
+        on_iteration = [&](int iteration) {
+            if (iteration == 1) desk.command_stop_inversion();
         };
         run(text);
         EXPECT_EQ(panel().status_text, "Iteration limit reached") << "a stop reads the same";
@@ -115,9 +99,9 @@ TEST_F(RunPanel, a_billion_iterations_and_a_stop) {
 
 TEST_F(RunPanel, the_stop_button_hides_its_frame_at_once) {
     line.sheet_off_by(20000);
-    view.on_progress = [&](const inversion::InversionProgress&) {
+    on_iteration = [&](int) {
         const int yields = line.prompts.yields;
-        control.command_stop_inversion();
+        desk.command_stop_inversion();
         EXPECT_FALSE(panel().stop_frame);
         EXPECT_TRUE(inversion.stop_inversion);
         EXPECT_EQ(line.prompts.yields, yields + 1);
@@ -128,16 +112,16 @@ TEST_F(RunPanel, the_stop_button_hides_its_frame_at_once) {
 TEST_F(RunPanel, without_stations_the_button_hides_the_label_and_does_nothing_more) {
     line.sheet_off_by(20000);
     run("1");
-    view.calls.clear();
+    calls.clear();
     w.station_count = 0;
     run("7");
     EXPECT_FALSE(panel().status_visible);
     EXPECT_EQ(panel().max_iterations_text, "7");
-    EXPECT_TRUE(view.calls.empty());
+    EXPECT_TRUE(calls.empty());
 }
 
 TEST_F(RunPanel, a_refused_run_tells_its_status_and_leaves_the_model) {
-    view.current = 0;
+    workbench.view.current_body = 0;
     line.sheet_off_by(20000);
     run("");
     EXPECT_EQ(panel().status_text, "Inversion failed: -1");
@@ -171,7 +155,7 @@ TEST_F(RunPanel, index_0_inverts_the_current_body_alone) {
     second.susc.vary = 1;
     second.susc.max = 1e6F;
     line.refresh();
-    view.current = 2;
+    workbench.view.current_body = 2;
     run("1", 0);
     EXPECT_EQ(inversion.inversion_params.count(), 1);
     EXPECT_EQ(inversion.inversion_param_map[1].body, 2);
@@ -182,20 +166,20 @@ TEST_F(RunPanel, index_0_inverts_the_current_body_alone) {
 TEST_F(RunPanel, a_channel_that_the_line_lacks_gives_way) {
     line.sheet_off_by(20000);
     w.definition.grav_column = 0;
-    control.combo_invert(1);
+    desk.combo_invert(1);
     EXPECT_EQ(panel().channel_index, 0);
     w.definition.mag_column = 0;
     w.definition.grav_column = 6;
     run("1");
     EXPECT_EQ(panel().channel_index, 1);
-    control.combo_invert(0);
+    desk.combo_invert(0);
     EXPECT_EQ(panel().channel_index, 1);
 }
 
 TEST_F(RunPanel, a_change_of_channel_alone_changes_no_misfit) {
     line.sheet_off_by(20000);
     const MisfitPair before = line.refresh();
-    control.combo_invert(1);
+    desk.combo_invert(1);
     EXPECT_EQ(inversion.inversion_channel, channel_mag);
     EXPECT_EQ(line.refresh(), before);
 }
@@ -203,11 +187,11 @@ TEST_F(RunPanel, a_change_of_channel_alone_changes_no_misfit) {
 TEST_F(RunPanel, reject_brings_the_start_back_and_forgets_the_best) {
     ModelBody& body = line.sheet_off_by(20000);
     run("2");
-    view.calls.clear();
+    calls.clear();
     line.session.model_changed = false;
-    control.command_reject_changes();
+    desk.command_reject_changes();
     EXPECT_EQ(body.susc.value, 70000.0F);
-    EXPECT_EQ(view.calls, (std::vector<std::string>{"parameters", "model"}));
+    EXPECT_EQ(calls, std::vector<std::string>{"model"});
     EXPECT_EQ(panel().misfit[0], panel().misfit[1]);
     EXPECT_EQ(panel().misfit[2], panel().misfit[3]);
     EXPECT_NE(panel().misfit[0], "");
@@ -215,9 +199,9 @@ TEST_F(RunPanel, reject_brings_the_start_back_and_forgets_the_best) {
     EXPECT_FALSE(panel().restore_best_enabled);
     EXPECT_EQ(inversion.best_misfit[0], unset);
     EXPECT_TRUE(line.session.model_changed);
-    view.calls.clear();
-    control.command_reject_changes();
-    EXPECT_TRUE(view.calls.empty()) << "a second reject does nothing";
+    calls.clear();
+    desk.command_reject_changes();
+    EXPECT_TRUE(calls.empty()) << "a second reject does nothing";
 }
 
 TEST_F(RunPanel, restore_brings_back_the_best_model_and_saves_the_one_on_screen_first) {
@@ -225,14 +209,18 @@ TEST_F(RunPanel, restore_brings_back_the_best_model_and_saves_the_one_on_screen_
     run("3");
     body.susc.value = 99000;
     invalidate_body(body);
-    view.calls.clear();
-    float saved = 0;
-    view.on_save = [&] { saved = body.susc.value; };
+    calls.clear();
     const std::string best = format_number(inversion.best_misfit[0], "0.000");
-    control.command_restore_best();
-    EXPECT_EQ(saved, 99000.0F);
+    desk.command_restore_best();
+    ScriptedPrompts prompts;
+    Workspace saved;
+    initialise_workspace(saved, prompts);
+    workspace_file::read_model_parameters(0, saved, folder.path(recovery_file), line.session.settings,
+                                          prompts);
+    ASSERT_EQ(saved.body_count, 1);
+    EXPECT_EQ(saved.body(1).susc.value, 99000.0F);
     EXPECT_EQ(body.susc.value, 69250.0F);
-    EXPECT_EQ(view.calls, (std::vector<std::string>{"save latest.axm", "parameters", "model"}));
+    EXPECT_EQ(calls, std::vector<std::string>{"model"});
     EXPECT_EQ(panel().misfit[0], best);
     EXPECT_EQ(panel().misfit[1], best);
     EXPECT_FALSE(panel().restore_best_enabled);
@@ -243,22 +231,23 @@ TEST_F(RunPanel, restore_brings_back_the_best_model_and_saves_the_one_on_screen_
 TEST_F(RunPanel, a_second_restore_only_disables) {
     line.sheet_off_by(20000);
     run("1");
-    control.command_restore_best();
-    view.calls.clear();
+    desk.command_restore_best();
+    calls.clear();
     line.session.model_changed = false;
-    control.command_restore_best();
-    EXPECT_TRUE(view.calls.empty());
+    desk.command_restore_best();
+    EXPECT_TRUE(calls.empty());
     EXPECT_FALSE(line.session.model_changed);
 }
 
 TEST_F(RunPanel, restore_after_a_change_of_the_bodies_touches_nothing) {
     line.sheet_off_by(20000);
     run("2");
-    control.bodies_changed();
+    ++workbench.list_revision;
+    desk.follow_model();
     ModelBody& other = w.body(1);
     other.susc.value = 123;
-    control.command_restore_best();
-    control.command_reject_changes();
+    desk.command_restore_best();
+    desk.command_reject_changes();
     EXPECT_EQ(other.susc.value, 123.0F);
     EXPECT_EQ(inversion.inversion_params.count(), 0);
 }
@@ -266,7 +255,7 @@ TEST_F(RunPanel, restore_after_a_change_of_the_bodies_touches_nothing) {
 TEST_F(RunPanel, reset_empties_the_boxes_and_keeps_the_mark_of_the_best_model) {
     line.sheet_off_by(20000);
     run("1");
-    control.reset_inversion_display();
+    desk.reset_inversion_display();
     EXPECT_EQ(panel().misfit, (std::array<std::string, 4>{}));
     EXPECT_FALSE(panel().reject_changes_enabled || panel().restore_best_enabled);
     EXPECT_EQ(inversion.best_misfit, (MisfitPair{unset, unset}));
@@ -276,68 +265,66 @@ TEST_F(RunPanel, reset_empties_the_boxes_and_keeps_the_mark_of_the_best_model) {
 TEST_F(RunPanel, the_mode_box_chooses_the_target_and_resets) {
     line.sheet_off_by(20000);
     run("1");
-    control.check_inversion_mode(1);
+    desk.check_inversion_mode(1);
     EXPECT_EQ(inversion.inversion_target, target_gradient);
     EXPECT_EQ(panel().misfit[0], "");
-    control.check_inversion_mode(0);
+    desk.check_inversion_mode(0);
     EXPECT_EQ(inversion.inversion_target, target_data);
 }
 
 TEST_F(RunPanel, the_toggle_changes_between_the_two_views) {
     line.sheet_off_by(20000);
     const MisfitPair misfit = line.refresh();
-    EXPECT_EQ(panel().toggle_caption, "Perform Inversion");
+    EXPECT_STREQ(panel().toggle_caption(), "Perform Inversion");
     run("1");
-    control.command_toggle_invert_body();
     EXPECT_TRUE(panel().invert_frame);
-    EXPECT_EQ(panel().toggle_caption, "Move This Body");
+    desk.command_toggle_invert_body();
+    EXPECT_FALSE(panel().invert_frame);
+    EXPECT_STREQ(panel().toggle_caption(), "Perform Inversion");
     EXPECT_FALSE(panel().status_visible);
     EXPECT_NE(panel().misfit[0], format_number(misfit[0], "0.000"));
     EXPECT_NE(panel().misfit[0], "");
     EXPECT_EQ(panel().misfit[1], "");
-    control.command_toggle_invert_body();
-    EXPECT_FALSE(panel().invert_frame);
-    EXPECT_EQ(panel().toggle_caption, "Perform Inversion");
+    desk.command_toggle_invert_body();
+    EXPECT_TRUE(panel().invert_frame);
+    EXPECT_STREQ(panel().toggle_caption(), "Move This Body");
+    EXPECT_NE(panel().misfit[0], "");
 }
 
 TEST_F(RunPanel, the_toggle_needs_bodies_and_stations) {
-    control.command_toggle_invert_body();
+    desk.command_toggle_invert_body();
     EXPECT_FALSE(panel().invert_frame);
     line.sheet_off_by(20000);
     w.station_count = 0;
-    control.command_toggle_invert_body();
+    desk.command_toggle_invert_body();
     EXPECT_FALSE(panel().invert_frame);
 }
 
 TEST_F(RunPanel, a_load_returns_to_the_move_view) {
     line.sheet_off_by(20000);
-    control.command_toggle_invert_body();
-    control.show_move_view();
+    desk.command_toggle_invert_body();
+    desk.line_changed();
     EXPECT_FALSE(panel().invert_frame);
-    EXPECT_EQ(panel().toggle_caption, "Perform Inversion");
+    EXPECT_STREQ(panel().toggle_caption(), "Perform Inversion");
 }
 
 TEST_F(RunPanel, a_close_request_stops_the_run_first) {
     line.sheet_off_by(20000);
-    EXPECT_TRUE(control.may_close());
-    view.on_progress = [&](const inversion::InversionProgress&) { EXPECT_FALSE(control.may_close()); };
+    EXPECT_TRUE(desk.may_close());
+    on_iteration = [&](int) { EXPECT_FALSE(desk.may_close()); };
     run("100");
     EXPECT_EQ(panel().num_iterations_text, "2");
-    EXPECT_TRUE(control.close_requested());
-    EXPECT_TRUE(control.may_close());
-    view.on_progress = nullptr;
+    EXPECT_EQ(calls.back(), "close");
+    EXPECT_TRUE(desk.may_close());
+    on_iteration = nullptr;
     run("1");
-    EXPECT_FALSE(control.close_requested());
+    EXPECT_EQ(calls.back(), "model");
 }
 
 TEST_F(RunPanel, the_log_tells_which_button) {
-    const TempFolder folder;
-    const std::filesystem::path before = std::filesystem::current_path();
-    std::filesystem::current_path(folder.folder());
     line.sheet_off_by(20000);
     line.session.log.turn_on(line.prompts);
     run("1", 1);
-    std::filesystem::current_path(before);
     std::ifstream file(line.session.log.path());
     const std::string text((std::istreambuf_iterator<char>(file)), {});
     EXPECT_NE(text.find("Command_invert_Click Index: 1"), std::string::npos);
@@ -345,12 +332,12 @@ TEST_F(RunPanel, the_log_tells_which_button) {
 
 TEST_F(RunPanel, the_least_squares_method_runs_from_the_same_panel) {
     ModelBody& body = line.sheet_off_by(20000);
-    control.set_method(inversion::InversionMethod::least_squares);
+    desk.choose_method(inversion::InversionMethod::least_squares);
     run("20");
     EXPECT_EQ(panel().status_text, "Inversion succeeded");
     EXPECT_NEAR(body.susc.value, 50000, 5);
     EXPECT_TRUE(panel().reject_changes_enabled);
-    control.command_reject_changes();
+    desk.command_reject_changes();
     EXPECT_EQ(body.susc.value, 70000.0F);
 }
 

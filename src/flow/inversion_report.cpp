@@ -1,18 +1,20 @@
-#include "inversion/report.h"
+#include "flow/inversion_report.h"
 
 #include <string>
 
 #include "core/body_parameters.h"
 #include "model/refresh_model.h"
 
-namespace anomalis::inversion {
+namespace anomalis::flow {
 
 namespace {
 
-class CallbackObserver : public RunObserver {
+class CallbackObserver : public inversion::RunObserver {
   public:
-    explicit CallbackObserver(const ProgressCallback& callback) : callback_(callback) {}
-    void progress(const InversionProgress& state) override {
+    CallbackObserver(const ProgressCallback& callback, Prompts& prompts)
+        : callback_(callback), prompts_(prompts) {}
+    void evaluated() override { prompts_.yield(); }
+    void progress(const inversion::InversionProgress& state) override {
         last_ = state;
         if (callback_) callback_(state);
     }
@@ -20,7 +22,8 @@ class CallbackObserver : public RunObserver {
 
   private:
     const ProgressCallback& callback_;
-    InversionProgress last_;
+    Prompts& prompts_;
+    inversion::InversionProgress last_;
 };
 
 /// A channel without a column gives way to the other one; both at once need both.
@@ -59,15 +62,16 @@ InversionReport run_inversion(Session& session, const InvertOptions& options,
     session.inversion.inversion_channel = channel == channel_grav ? channel_grav : channel_mag;
     model::refresh_model(session);
 
-    const RunRequest request{.entire_model = options.body == 0,
-                             .current_body = options.body == 0 ? 1 : options.body,
-                             .channel = channel,
-                             .max_iterations = options.iterations,
-                             .method = options.method};
-    CallbackObserver observer(progress);
+    const inversion::RunRequest request{.entire_model = options.body == 0,
+                                        .current_body = options.body == 0 ? 1 : options.body,
+                                        .channel = channel,
+                                        .max_iterations = options.iterations,
+                                        .method = options.method};
+    CallbackObserver observer(progress, session.prompts);
     InversionReport report;
-    perform_inversion(session, request, observer, report.result);
-    report.label = status_label(report.result.status);
+    inversion::perform_inversion(session.workspace, session.inversion, request, observer, report.result);
+    show_faults(report.result.faults, session.prompts);
+    report.label = inversion::status_label(report.result.status);
     report.seconds = observer.seconds();
     if (report.result.filled) report.parameters = reported_parameters(session.inversion);
     reset_calculated_data(session.workspace, session.prompts);
@@ -75,4 +79,4 @@ InversionReport run_inversion(Session& session, const InvertOptions& options,
     return report;
 }
 
-}  // namespace anomalis::inversion
+}  // namespace anomalis::flow

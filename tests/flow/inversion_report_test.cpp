@@ -1,10 +1,15 @@
-#include "inversion/report.h"
+#include "flow/inversion_report.h"
 
 #include <gtest/gtest.h>
 
 #include "inversion/line_session.h"
 
-namespace anomalis::inversion {
+namespace anomalis::flow {
+
+using inversion::InversionMethod;
+using inversion::InversionProgress;
+using inversion::LineSession;
+using inversion::run_limit;
 
 namespace {
 
@@ -146,4 +151,4 @@ TEST(RunInversion, the_gradient_can_be_the_target_of_both_methods) {
     }
 }
 
-}  // namespace anomalis::inversion
+}  // namespace anomalis::flow

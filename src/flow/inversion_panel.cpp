@@ -1,0 +1,79 @@
+#include "flow/inversion_panel.h"
+
+#include <algorithm>
+
+#include "core/numbers.h"
+#include "core/text.h"
+
+namespace anomalis::flow {
+
+namespace {
+
+std::string misfit_text(float misfit) {
+    return format_number(misfit, "0.000");
+}
+
+}  // namespace
+
+const char* InversionPanel::toggle_caption() const {
+    return invert_frame ? "Move This Body" : "Perform Inversion";
+}
+
+int InversionPanel::iteration_limit() const {
+    const std::string& text = max_iterations_text;
+    if (trim_blanks(text).empty() || !is_numeric(text)) return inversion::default_iterations;
+    constexpr double most = 2147483647;
+    return std::max(round_to_even(std::clamp(prefix_number(text), 1.0, most)), 1);
+}
+
+int InversionPanel::corrected_channel(int index, const Workspace& workspace) const {
+    if (index == channel_joint) {
+        if (workspace.has_mag() && workspace.has_grav() &&
+            method == inversion::InversionMethod::least_squares)
+            return index;
+        index = channel_mag;
+    }
+    if (index == channel_mag && !workspace.has_mag()) index = channel_grav;
+    if (index == channel_grav && !workspace.has_grav()) index = channel_mag;
+    return index;
+}
+
+void InversionPanel::show_initial_misfit(const MisfitPair& pair) {
+    misfit[0] = misfit_text(pair[0]);
+    misfit[2] = misfit_text(pair[1]);
+}
+
+void InversionPanel::show_current_misfit(const MisfitPair& pair) {
+    misfit[1] = misfit_text(pair[0]);
+    misfit[3] = misfit_text(pair[1]);
+}
+
+void InversionPanel::disable_undo() {
+    restore_best_enabled = false;
+    reject_changes_enabled = false;
+}
+
+void InversionPanel::show_view(bool invert) {
+    invert_frame = invert;
+    stop_frame = false;
+    status_visible = false;
+}
+
+void InversionPanel::begin_run() {
+    status_visible = false;
+    reject_changes_enabled = false;
+    stop_frame = true;
+    num_iterations_text = "0";
+    misfit.fill("");
+}
+
+void InversionPanel::end_run(const inversion::RunResult& result, int limit) {
+    stop_frame = false;
+    max_iterations_text = format_number(std::int32_t{limit}, "0");
+    // Without a list of its own a run has no start values: a reject would bring back those of an older one.
+    reject_changes_enabled = result.filled;
+    status_text = inversion::status_label(result.status);
+    status_visible = true;
+}
+
+}  // namespace anomalis::flow

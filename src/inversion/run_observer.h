@@ -1,0 +1,31 @@
+#pragma once
+
+#include "core/inversion_state.h"
+
+namespace anomalis::inversion {
+
+/// The state of a run after an iteration.
+struct InversionProgress {
+    int iteration = 0;
+    int iteration_limit = 0;
+    MisfitPair misfit{};
+    double seconds = 0;  ///< since the run began
+};
+
+/// Who watches a run. A window shows, a batch tool prints, tests record.
+class RunObserver {
+  public:
+    virtual ~RunObserver() = default;
+    /// A model was evaluated: who waits can be served, and may ask for a stop.
+    virtual void evaluated() {}
+    virtual void show_initial_misfit(const MisfitPair&) {}
+    virtual void show_current_misfit(const MisfitPair&) {}
+    /// An iteration has ended.
+    virtual void progress(const InversionProgress&) {}
+    /// The charts, or the plan view, between two iterations.
+    virtual void display_iteration() {}
+    /// The best model was stored (true) or forgotten.
+    virtual void best_model(bool) {}
+};
+
+}  // namespace anomalis::inversion
