@@ -22,6 +22,7 @@ class EntryGateTest : public QObject {
     void every_other_way_takes_it_over_too();
     void a_number_in_the_grid_never_lands_in_the_file_just_opened();
     void a_number_in_the_grid_is_saved_by_key();
+    void a_name_that_is_being_typed_stays_with_its_body();
     void an_open_list_of_types_is_put_away();
     void a_text_that_is_wrong_is_refused_and_told();
 };
@@ -96,8 +97,8 @@ void close_dialogs() {
     });
 }
 
-const std::vector<std::pair<const char*, Editor>> editors{
-    {"the grid", Editor::grid}, {"a box", Editor::side}, {"a box of the first page", Editor::definitions}};
+const std::vector<std::pair<const char*, Editor>> editors{{"the grid", Editor::grid},
+                                                          {"a box of the first page", Editor::definitions}};
 
 }  // namespace
 
@@ -183,6 +184,15 @@ void EntryGateTest::a_number_in_the_grid_is_saved_by_key() {
     FormSample again;
     again.form->open_file(sample.path);
     QCOMPARE(again.session.workspace.body(1).width.value, typed_width);
+}
+
+void EntryGateTest::a_name_that_is_being_typed_stays_with_its_body() {
+    HalfTyped sample;
+    sample.begin(Editor::side);
+    sample.trigger("menu_sort_bodies_3");
+    QVERIFY(sample.asked && sample.landed);
+    QCOMPARE(sample.body(2).name, std::string("Half typed"));
+    QCOMPARE(sample.body(1).name, std::string("Second"));
 }
 
 void EntryGateTest::an_open_list_of_types_is_put_away() {

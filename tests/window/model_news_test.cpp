@@ -114,7 +114,7 @@ void ModelNewsTest::check_boxes_of_a_file_before_are_cleared() {
     Modelled sample;
     sample.choose_tab(0);
     for (const char* name : {"Check_show_body_label", "Check_maintain_aspect_ratio"})
-        if (!sample.find<QCheckBox>(name).isChecked()) sample.click(name);
+        sample.find<QCheckBox>(name).setChecked(true);
     QCOMPARE(sample.workspace().display.show_body_label, 1);
     std::string text = sample.folder.read("line.axm");
     text.resize(text.find("[AXM Display Settings]"));

@@ -15,7 +15,7 @@ namespace anomalis::window {
 
 namespace {
 
-constexpr int settle = 250;  // ms for the layout to come to rest
+constexpr int settle = 700;  // ms for layout and formulas to come to rest
 
 void keep(FormSample& sample, const QString& folder, const QString& name) {
     QTest::qWait(settle);

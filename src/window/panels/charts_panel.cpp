@@ -140,6 +140,8 @@ void ChartsPanel::wire_charts() {
 }
 
 void ChartsPanel::show_plan(bool plan) {
+    workbench_.view.show_plan = plan;
+    show_choices();  // the chart has its size before it is drawn
     view_->update_section_or_plan_view(plan);
     news_.tell(News::view);
 }

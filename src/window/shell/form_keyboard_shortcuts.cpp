@@ -26,7 +26,7 @@ QWidget* make_group(const ShortcutGroup& group) {
     int row = 1;
     for (const ShortcutLine& line : group.lines) {
         auto* keys = new QLabel(line.keys);
-        keys->setMinimumWidth(keys->fontMetrics().horizontalAdvance("Ctrl+Shift+Tab  "));
+        keys->setMinimumWidth(keys->fontMetrics().horizontalAdvance("Shift + arrow key  "));
         auto* words = new QLabel(line.words);
         grid->addWidget(keys, row, 0);
         grid->addWidget(words, row++, 1);
