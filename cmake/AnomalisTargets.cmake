@@ -40,8 +40,8 @@ if(ANOMALIS_TESTS)
   anomalis_headers(test HEADERS ${anomalis_standard_headers} <gmock/gmock.h> <gtest/gtest.h>
     DEPENDS anomalis_test_flags GTest::gmock)
   if(ANOMALIS_WINDOW)
-    anomalis_headers(window_test HEADERS ${anomalis_standard_headers} ${anomalis_window_headers} <QtTest>
-      DEPENDS anomalis_test_flags Qt6::Test Qt6::Widgets)
+    anomalis_headers(window_test HEADERS ${anomalis_standard_headers} ${anomalis_window_headers}
+      DEPENDS anomalis_test_flags Qt6::Widgets)
   endif()
 endif()
 

@@ -7,6 +7,7 @@
 #include "core/body_defaults.h"
 #include "core/failure.h"
 #include "core/numbers.h"
+#include "edit/body_form.h"
 #include "edit/change.h"
 #include "edit/workbench.h"
 #include "forward/shape/reference_point.h"
@@ -94,6 +95,7 @@ bool append_new(Workbench& workbench, double distance, double east, double north
     body.response.assign(workspace.station_count);
     body.type = thick_sheet;
     initialise_body(workspace, number, session.settings, session.prompts);
+    settle_body(body);
     body.distance.value = place_on_line;
     body.east = east;
     body.north = north;

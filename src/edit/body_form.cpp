@@ -81,17 +81,11 @@ std::string of_current_body(const Workbench& workbench, std::string_view what) {
     return std::string(what) + " of body " + std::to_string(workbench.view.current_body);
 }
 
-bool settle_current_body(Workbench& workbench) {
-    ModelBody* body = current_body(workbench);
-    if (!body) return false;
-    if (body->type == wire) {
-        for (const BodyParameter& row : body_parameters())
-            if (row.held_by_wires) (body->*row.slot).vary = 0;
-    }
-    if (is_named(body->type)) return false;
-    body->type = thin_sheet;
-    note_change(workbench, {of_current_body(workbench, "type"), "", true});
-    return true;
+void settle_body(ModelBody& body) {
+    if (!is_named(body.type)) body.type = thin_sheet;
+    if (body.type != wire) return;
+    for (const BodyParameter& row : body_parameters())
+        if (row.held_by_wires) (body.*row.slot).vary = 0;
 }
 
 bool change_body_type(Workbench& workbench, std::int32_t type) {
@@ -103,7 +97,7 @@ bool change_body_type(Workbench& workbench, std::int32_t type) {
         body->dip.value += quarter_turn;
     }
     body->type = type;
-    settle_current_body(workbench);
+    settle_body(*body);
     note_change(workbench, {of_current_body(workbench, "type"), "", true});
     return true;
 }

@@ -21,9 +21,9 @@ const ModelBody* current_body(const Workbench& workbench);
 /// "dip of body 3": how a step on the current body is named.
 std::string of_current_body(const Workbench& workbench, std::string_view what);
 
-/// To be called before the current body is shown. A type without a name becomes a thin sheet; a wire's
-/// diameter and length cannot vary. Returns true when the type was rewritten.
-bool settle_current_body(Workbench& workbench);
+/// Puts a body in order that a file or the settings brought: a type without a name becomes a thin sheet; a wire's
+/// diameter and length cannot vary. That is no step of the person's.
+void settle_body(ModelBody& body);
 
 /// Gives the current body another type. A sheet that becomes a pipe or a wire loses 90 degrees of dip; a pipe
 /// or a wire gains 90 whatever it becomes. False without stations, without a body and for its present type.

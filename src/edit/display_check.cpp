@@ -40,6 +40,7 @@ DisplayCheck validate_model_display(Workbench& workbench, const DisplayTexts& te
         session.prompts.message(refusal.message);
         return {-1, refusal.box};
     }
+    invalidate_filtered_data(0, w);
     return {0, {}};
 }
 

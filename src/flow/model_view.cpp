@@ -142,6 +142,7 @@ void ModelView::update_section_or_plan_view(bool show_plan) {
     Session& session = workbench_.session;
     report_failure(session.prompts, "An error occurred while updating the section/plan view: ", [&] {
         workbench_.view.show_plan = show_plan;
+        if (!show_plan) reset_calculated_data(session.workspace, session.prompts);
         display_model();
     });
 }

@@ -3,6 +3,7 @@
 #include "core/failure.h"
 #include "core/numbers.h"
 #include "core/paths.h"
+#include "edit/body_form.h"
 #include "edit/change.h"
 #include "edit/workbench.h"
 #include "edit/zoom.h"
@@ -24,9 +25,14 @@ const FileRequest data_request{"Select the observed  data file",
                                "All files (*.*)|*.*",
                                "", ""};
 
+void settle_bodies(Workspace& workspace) {
+    for (int number = 1; number <= workspace.body_count; ++number) edit::settle_body(workspace.body(number));
+}
+
 /// What every read leaves behind, also one that failed half way.
 void forget_line(edit::Workbench& workbench) {
     Session& session = workbench.session;
+    settle_bodies(session.workspace);
     drop_stations(session.workspace);
     workbench.view.current_body = 1;
     edit::reset_view(session.workspace, workbench.view, session.prompts);

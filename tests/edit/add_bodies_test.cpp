@@ -37,7 +37,7 @@ TEST(AddBodies, a_new_body_stands_in_the_view_on_the_ground_of_the_middle_statio
     EXPECT_EQ(body.name, "Body 4");
     EXPECT_EQ(body.colour, 0xFF0000);
     EXPECT_EQ(body.response.rows(), LineSample::stations);
-    EXPECT_EQ(Cleared(body), Cleared(true, true, true));
+    EXPECT_EQ(Cleared(body), Cleared(true, true));
     EXPECT_TRUE(sample.changed());
 }
 
@@ -120,9 +120,9 @@ TEST(AddBodies, a_copy_stands_behind_the_current_body_and_beside_it) {
     EXPECT_EQ(copy.top.value, 40);
     EXPECT_EQ(copy.colour, 0xFF0000);
     EXPECT_EQ(sample.body(4).distance.value, 1900);
-    EXPECT_EQ(Cleared(sample.body(2)), Cleared(true, true, true));
-    EXPECT_EQ(Cleared(copy), Cleared(true, true, true));
-    EXPECT_EQ(Cleared(sample.body(4)), Cleared(false, false, false));
+    EXPECT_EQ(Cleared(sample.body(2)), Cleared(true, true));
+    EXPECT_EQ(Cleared(copy), Cleared(true, true));
+    EXPECT_EQ(Cleared(sample.body(4)), Cleared(false, false));
 }
 
 TEST(AddBodies, responses_move_with_their_bodies) {

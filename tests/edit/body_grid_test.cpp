@@ -52,18 +52,18 @@ TEST(BodyGrid, a_keyed_value_clears_only_what_hangs_on_it) {
         Cleared cleared;
     };
     for (const Case& c :
-         {Case{param_distance, "1300", {true, true, false}}, Case{param_top, "55", {true, true, false}},
-          Case{param_width, "80", {true, true, false}}, Case{param_depth_extent, "90", {true, true, false}},
-          Case{param_length, "70", {true, true, false}}, Case{param_offset, "12", {true, true, false}},
-          Case{param_strike, "30", {true, true, true}}, Case{param_dip, "60", {true, true, true}},
-          Case{param_plunge, "10", {true, true, true}}, Case{param_slope, "5", {true, true, true}},
-          Case{param_susc, "-70", {true, false, true}}, Case{param_rem_q, "-2", {true, false, true}},
-          Case{param_rem_i, "200", {true, false, true}}, Case{param_rem_d, "20", {true, false, true}},
-          Case{param_density, "2.9", {false, true, false}}}) {
+         {Case{param_distance, "1300", {true, true}}, Case{param_top, "55", {true, true}},
+          Case{param_width, "80", {true, true}}, Case{param_depth_extent, "90", {true, true}},
+          Case{param_length, "70", {true, true}}, Case{param_offset, "12", {true, true}},
+          Case{param_strike, "30", {true, true}}, Case{param_dip, "60", {true, true}},
+          Case{param_plunge, "10", {true, true}}, Case{param_slope, "5", {true, true}},
+          Case{param_susc, "-70", {true, false}}, Case{param_rem_q, "-2", {true, false}},
+          Case{param_rem_i, "200", {true, false}}, Case{param_rem_d, "20", {true, false}},
+          Case{param_density, "2.9", {false, true}}}) {
         BodySample sample;
         EXPECT_EQ(key(sample, c.row, c.text), GridChange::stored) << c.row;
         EXPECT_EQ(Cleared(sample.body(2)), c.cleared) << c.row;
-        EXPECT_EQ(Cleared(sample.body(1)), Cleared(false, false, false));
+        EXPECT_EQ(Cleared(sample.body(1)), Cleared(false, false));
         EXPECT_EQ(body_param(sample.body(2), c.row).value, std::stof(c.text));
         EXPECT_TRUE(sample.changed() && sample.workbench.unsaved);
     }
@@ -112,7 +112,7 @@ TEST(BodyGrid, texts_that_are_no_number_are_refused) {
         }
     }
     EXPECT_FALSE(sample.changed());
-    EXPECT_EQ(Cleared(sample.body(2)), Cleared(false, false, false));
+    EXPECT_EQ(Cleared(sample.body(2)), Cleared(false, false));
 }
 
 TEST(BodyGrid, a_value_near_the_stored_one_counts_as_none) {
@@ -162,7 +162,7 @@ TEST(BodyGrid, marks_flip_and_are_kept) {
     EXPECT_TRUE(sample.changed());
     EXPECT_TRUE(toggle_grid_vary(sample.workbench, param_strike));
     EXPECT_EQ(sample.body(2).strike.vary, 0);
-    EXPECT_EQ(Cleared(sample.body(2)), Cleared(false, false, false));
+    EXPECT_EQ(Cleared(sample.body(2)), Cleared(false, false));
 }
 
 TEST(BodyGrid, diameter_and_length_of_a_wire_never_vary) {
@@ -170,7 +170,7 @@ TEST(BodyGrid, diameter_and_length_of_a_wire_never_vary) {
     ModelBody& body = sample.body(2);
     body.type = wire;
     body.width.vary = 1;
-    settle_current_body(sample.workbench);
+    settle_body(body);
     EXPECT_EQ(body.width.vary, 0);
     for (const int row : {param_width, param_length}) {
         EXPECT_EQ(grid_vary_mark(sample.workbench, row), VaryMark::held);
@@ -194,7 +194,7 @@ TEST(BodyGrid, limits_are_numbers_or_blank) {
     EXPECT_EQ(key(sample, param_dip, "-99999", grid_min), GridChange::stored);
     EXPECT_EQ(sample.body(2).dip.min, unset);
     EXPECT_EQ(key(sample, param_dip, "-200000", grid_min), GridChange::unchanged);
-    EXPECT_EQ(Cleared(sample.body(2)), Cleared(false, false, false));
+    EXPECT_EQ(Cleared(sample.body(2)), Cleared(false, false));
     EXPECT_TRUE(sample.changed());
 }
 

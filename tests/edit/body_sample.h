@@ -4,6 +4,7 @@
 #include "edit/body_grid.h"
 #include "edit/line_sample.h"
 #include "forward/shape/reference_point.h"
+#include "model/stale.h"
 
 namespace anomalis::edit {
 
@@ -32,22 +33,19 @@ struct BodySample : LineSample {
     void calm() {
         session.model_changed = false;
         workbench.unsaved = false;
-        for (ModelBody& b : workspace().bodies) {
-            b.mag_response_valid = b.grav_response_valid = true;
-            b.last_calculated = 1;
-        }
+        model::find_stale(workspace());
+        for (ModelBody& b : workspace().bodies) b.mag_response_valid = b.grav_response_valid = true;
     }
     bool changed() const { return session.model_changed; }
 };
 
-/// Which of a body's caches are clear.
+/// Which of a body's responses are out of date.
 struct Cleared {
-    bool mag, grav, coefficients;
+    bool mag, grav;
     explicit Cleared(const ModelBody& body)
         : mag(!body.mag_response_valid),
-          grav(!body.grav_response_valid),
-          coefficients(body.last_calculated == -1.0F) {}
-    Cleared(bool m, bool g, bool c) : mag(m), grav(g), coefficients(c) {}
+          grav(!body.grav_response_valid) {}
+    Cleared(bool m, bool g) : mag(m), grav(g) {}
     bool operator==(const Cleared&) const = default;
 };
 

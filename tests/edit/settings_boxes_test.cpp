@@ -137,13 +137,15 @@ TEST(SettingsBoxes, an_emptied_base_level_without_data_waits_for_the_load) {
     EXPECT_EQ(settings_box_text(sample.workspace(), SettingsBox::mag_base), "");
 }
 
-TEST(SettingsBoxes, under_a_residual_filter_a_base_level_is_stored_and_refilters_nothing) {
+TEST(SettingsBoxes, under_a_residual_filter_a_base_level_is_stored_and_moves_no_curve) {
     LineSample sample;
     ASSERT_TRUE(sample.load().loaded);
     sample.workspace().processing.residual_filter_width = 20;
     model::refresh_model(sample.session);
+    const ChannelTable before = sample.workspace().mag.data;
     EXPECT_EQ(change_settings_box(sample.workbench, SettingsBox::mag_base, "51100"), SettingsChange::stored);
-    EXPECT_TRUE(sample.workspace().mag.observed_filtered);
+    model::refresh_model(sample.session);
+    EXPECT_TRUE(sample.workspace().mag.data == before);
     EXPECT_EQ(change_float_base(sample.workbench, channel_mag, true), SettingsChange::refused);
     EXPECT_EQ(sample.workspace().mag.float_base, 0);
 }

@@ -39,8 +39,8 @@ TEST_F(ExportDxf, asks_for_a_name_beside_the_model_and_tells_when_it_is_done) {
         EXPECT_TRUE(request.confirm_overwrite);
     }
     EXPECT_EQ(prompts.messages, (std::vector<std::string>{"Output complete", "Output complete"}));
-    EXPECT_EQ(DxfPairs(folder.read("a.dxf")).places("3DFACE").size(), 48U);
-    EXPECT_EQ(DxfPairs(folder.read("b.dxf")).places("POLYLINE").size(), 1U);
+    EXPECT_EQ(output::DxfPairs(folder.read("a.dxf")).places("3DFACE").size(), 48U);
+    EXPECT_EQ(output::DxfPairs(folder.read("b.dxf")).places("POLYLINE").size(), 1U);
     EXPECT_EQ(current_folder(), folder.folder());
 }
 
@@ -86,7 +86,7 @@ TEST_F(ExportDxf, the_body_stands_where_its_distance_says) {
     // No chart has been drawn since.
     prompts.save_paths = {folder.path("a.dxf")};
     export_body_dxf(session);
-    const DxfPairs pairs(folder.read("a.dxf"));
+    const output::DxfPairs pairs(folder.read("a.dxf"));
     EXPECT_EQ(pairs.number(pairs.places("3DFACE").front() + 3), 150);
     EXPECT_EQ(pairs.number(pairs.places("3DFACE").front() + 4), 550);
 }

@@ -131,9 +131,12 @@ TEST(RunInversion, the_session_is_refreshed_at_its_end) {
 TEST(RunInversion, a_message_that_repeats_is_shown_once) {
     LineSession line;
     prepare(line);
-    line.workspace().body(1).susc.value = std::numeric_limits<float>::infinity();
-    line.workspace().body(1).susc.vary = 0;
-    run_inversion(line.session, {.iterations = 3});
+    // Remanence without susceptibility has no size: told at each calculation of the body.
+    ModelBody& odd = line.add_body(thick_sheet, 300);
+    odd.susc.value = 0;
+    odd.rem_q.value = 3;
+    odd.density.vary = 1;
+    run_inversion(line.session, {.channel = channel_grav, .iterations = 3});
     ASSERT_EQ(line.prompts.messages.size(), 1U);
     EXPECT_TRUE(line.prompts.told(" times)"));
 }

@@ -31,9 +31,9 @@ class LineSession {
         for (int i = 1; i <= stations; ++i) w.stations(i, along) = (i - 1) * spacing;
         intake::setup_profile_coordinates(w, prompts);
         intake::setup_graphics_arrays(w, prompts);
-        Faults faults;
-        intake::setup_sensor_elevations(w, faults);
-        show_faults(faults, prompts);
+        Faults told;
+        intake::setup_sensor_elevations(w, told);
+        show_faults(told, prompts);
         model::finish_load(session);
     }
 
@@ -61,9 +61,9 @@ class LineSession {
     void take_model_as_data() {
         Workspace& w = session.workspace;
         reset_calculated_data(w, prompts);
-        Faults faults;
-        forward::calculate_model(w, w.mag.data, w.grav.data, faults);
-        show_faults(faults, prompts);
+        Faults told;
+        forward::calculate_model(w, w.mag.data, w.grav.data, told);
+        show_faults(told, prompts);
         for (ChannelTable* data : {&w.mag.data, &w.grav.data})
             for (int i = 1; i <= w.station_count; ++i)
                 (*data)(i, row_raw, stage_observed) = (*data)(i, row_raw, stage_calculated);

@@ -79,7 +79,7 @@ void change(double& value) {
     value += 1.5;
 }
 void change(std::int32_t& value) {
-    value = value > 1 ? value - 1 : 1 - value;
+    value = value > 1 ? value - 1 : value + 1;
 }
 void change(bool& value) {
     value = !value;

@@ -4,6 +4,8 @@
 #include "output/dxf.h"
 #include "output/dxf_samples.h"
 #include "support/child_process.h"
+#include "core/faults.h"
+#include "forward/shape/body_solid.h"
 
 namespace anomalis::output {
 namespace {
@@ -115,6 +117,9 @@ TEST_F(BodyDxf, a_pipe_is_the_triangles_of_its_solid) {
     const std::string text = drawing();
     const DxfPairs pairs(text);
     EXPECT_TRUE(pairs.whole);
+    EXPECT_TRUE(body.solid.facets.empty()) << "a drawing leaves the model as it is";
+    Faults faults;
+    ASSERT_EQ(forward::setup_cylinder_body(body, body.solid, faults), 0);
     ASSERT_EQ(pairs.places("3DFACE").size(), body.solid.facets.size());
     ASSERT_EQ(body.solid.facets.size(), 48U);
     const std::size_t first = pairs.places("3DFACE").front();

@@ -106,7 +106,10 @@ TEST(IndependentReader, takes_the_clean_model_as_it_is) {
     Workspace workspace = dxf_workspace();
     workspace.definition.mag_column = 3;
     add_dxf_body(workspace, thick_sheet, "  a, \"b\"\r\nc ").susc.value = 0.1F;
-    add_dxf_body(workspace, pipe, "\xD6st\xC3\xB6lich \xE6\xBC\xA2 \xED\xA0\x80").top_elevation = 12.5F;
+    ModelBody& cylinder = add_dxf_body(workspace, pipe, "\xD6st\xC3\xB6lich \xE6\xBC\xA2 \xED\xA0\x80");
+    cylinder.top_elevation = 12.5F;
+    cylinder.end_width_a = 20;
+    workspace.station_count = 1;
     add_dxf_body(workspace, wire, "").susc.value = 700;
     add_dxf_body(workspace, 9, "nameless").turned_off = 1;
     ASSERT_EQ(write_clean_model_table(folder.path("m.csv"), workspace, prompts), 0);

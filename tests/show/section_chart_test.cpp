@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <gtest/gtest.h>
 
+#include "model/burial_depth.h"
 #include "show/chart_sample.h"
 #include "support/stale_body.h"
 

@@ -63,7 +63,6 @@ void FormulasControllerTest::steps_that_follow_each_other_are_compared_once() {
     const auto& rest = opened.sample.find<QTimer>("Timer_formulas");
     for (int step = 0; step < 5; ++step) {
         opened.workspace().body(1).dip.value -= 5;
-        invalidate_body(opened.workspace().body(1));
         opened.sample.form->news().tell(News::parameters);
         QVERIFY(rest.isActive());
         QCOMPARE(opened.button().text(), before);

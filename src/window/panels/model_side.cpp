@@ -75,18 +75,14 @@ void ModelSide::wire() {
 }
 
 void ModelSide::display_body_parameters() {
-    const bool rewritten = edit::settle_current_body(workbench_);
-    {
-        const SuspendEvents suspend(guards_);
-        const ModelBody* body = edit::current_body(workbench_);
-        body_->fill();
-        grid_->fill();
-        pipe_->fill();
-        pipe_->setVisible(body && body->type == pipe);
-        wire_->setVisible(body && body->type == BodyType::wire);
-        move_->fill();
-    }
-    if (rewritten) news_.tell(News::bodies);
+    const SuspendEvents suspend(guards_);
+    const ModelBody* body = edit::current_body(std::as_const(workbench_));
+    body_->fill();
+    grid_->fill();
+    pipe_->fill();
+    pipe_->setVisible(body && body->type == pipe);
+    wire_->setVisible(body && body->type == BodyType::wire);
+    move_->fill();
 }
 
 void ModelSide::follow(WhatChanged what) {

@@ -119,8 +119,7 @@ void Form_anomalis::wire_panels() {
     });
 }
 
-/// The right column comes first, since it may put the current body in order; the inversion looks at curves
-/// that were drawn.
+/// The inversion looks at curves that were drawn.
 void Form_anomalis::follow(WhatChanged what) {
     definitions_page_->follow(what);
     side_->follow(what);
