@@ -21,8 +21,8 @@ const ModelBody* current_body(const Workbench& workbench);
 /// "dip of body 3": how a step on the current body is named.
 std::string of_current_body(const Workbench& workbench, std::string_view what);
 
-/// Puts a body in order that a file or the settings brought: a type without a name becomes a thin sheet; a wire's
-/// diameter and length cannot vary. That is no step of the person's.
+/// Puts a body in order that a file or the settings brought: a type without a name becomes a thin sheet; a
+/// wire's diameter and length cannot vary. That is no step of the person's.
 void settle_body(ModelBody& body);
 
 /// Gives the current body another type. A sheet that becomes a pipe or a wire loses 90 degrees of dip; a pipe

@@ -15,8 +15,8 @@ struct Workspace;
 namespace anomalis::workspace_file {
 
 /// Writes a workspace file. Mode below 0: the definitions alone; otherwise bodies and display block follow.
-/// Both end widths of a body are written as its width. The file that stood there before survives every failure.
-/// Returns 0, or -1 after a failure, which was shown.
+/// Both end widths of a body are written as its width. The file that stood there before survives every
+/// failure. Returns 0, or -1 after a failure, which was shown.
 int write_model_parameters(int mode, const std::string& path, const Workspace& workspace, Prompts& prompts);
 /// The text that it would write.
 std::string model_parameters_text(int mode, const Workspace& workspace);

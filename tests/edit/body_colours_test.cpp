@@ -12,6 +12,7 @@ TEST(BodyColours, run_from_the_lowest_to_the_highest_value) {
     sample.body(1).density.value = 2.5F;
     sample.body(2).density.value = 3.0F;
     sample.body(3).density.value = 2.75F;
+    sample.calm();
     EXPECT_TRUE(colour_bodies(sample.workbench, ColourProperty::density));
     EXPECT_EQ(sample.body(1).colour, ramp_colour(0));
     EXPECT_EQ(sample.body(2).colour, ramp_colour(1));

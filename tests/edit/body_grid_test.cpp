@@ -51,15 +51,14 @@ TEST(BodyGrid, a_keyed_value_clears_only_what_hangs_on_it) {
         const char* text;
         Cleared cleared;
     };
-    for (const Case& c :
-         {Case{param_distance, "1300", {true, true}}, Case{param_top, "55", {true, true}},
-          Case{param_width, "80", {true, true}}, Case{param_depth_extent, "90", {true, true}},
-          Case{param_length, "70", {true, true}}, Case{param_offset, "12", {true, true}},
-          Case{param_strike, "30", {true, true}}, Case{param_dip, "60", {true, true}},
-          Case{param_plunge, "10", {true, true}}, Case{param_slope, "5", {true, true}},
-          Case{param_susc, "-70", {true, false}}, Case{param_rem_q, "-2", {true, false}},
-          Case{param_rem_i, "200", {true, false}}, Case{param_rem_d, "20", {true, false}},
-          Case{param_density, "2.9", {false, true}}}) {
+    for (const Case& c : {Case{param_distance, "1300", {true, true}}, Case{param_top, "55", {true, true}},
+                          Case{param_width, "80", {true, true}}, Case{param_depth_extent, "90", {true, true}},
+                          Case{param_length, "70", {true, true}}, Case{param_offset, "12", {true, true}},
+                          Case{param_strike, "30", {true, true}}, Case{param_dip, "60", {true, true}},
+                          Case{param_plunge, "10", {true, true}}, Case{param_slope, "5", {true, true}},
+                          Case{param_susc, "-70", {true, false}}, Case{param_rem_q, "-2", {true, false}},
+                          Case{param_rem_i, "200", {true, false}}, Case{param_rem_d, "20", {true, false}},
+                          Case{param_density, "2.9", {false, true}}}) {
         BodySample sample;
         EXPECT_EQ(key(sample, c.row, c.text), GridChange::stored) << c.row;
         EXPECT_EQ(Cleared(sample.body(2)), c.cleared) << c.row;

@@ -43,8 +43,7 @@ struct BodySample : LineSample {
 struct Cleared {
     bool mag, grav;
     explicit Cleared(const ModelBody& body)
-        : mag(!body.mag_response_valid),
-          grav(!body.grav_response_valid) {}
+        : mag(!body.mag_response_valid), grav(!body.grav_response_valid) {}
     Cleared(bool m, bool g) : mag(m), grav(g) {}
     bool operator==(const Cleared&) const = default;
 };

@@ -8,8 +8,8 @@
 #include "edit/line_sample.h"
 #include "edit/settings_boxes.h"
 #include "model/refresh_model.h"
-#include "workspace_file/axm.h"
 #include "support/stale_body.h"
+#include "workspace_file/axm.h"
 
 namespace anomalis::edit {
 

@@ -143,11 +143,15 @@ TEST(InversionDesk, reject_and_restore_are_steps_of_their_own) {
     EXPECT_NE(file_exists(elsewhere.path("latest.axm")), "");
     change_to_folder(before);
     EXPECT_EQ(sample.distance(1), fitted);
+    sample.move_body(1, 735);
+    edit::note_change(sample.workbench, {"by hand", "", false});
     sample.desk.command_invert(1);
     ASSERT_TRUE(sample.desk.panel().reject_changes_enabled);
     const float again = sample.distance(1);
+    ASSERT_NE(again, 735);
     sample.desk.command_reject_changes();
-    EXPECT_EQ(sample.distance(1), fitted);
+    EXPECT_EQ(sample.distance(1), 735);
+    EXPECT_EQ(sample.workbench.history.undo_name(), "rejecting the inversion");
     edit::undo_change(sample.workbench);
     EXPECT_EQ(sample.distance(1), again);
 }

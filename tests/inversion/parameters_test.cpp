@@ -269,10 +269,10 @@ TEST_F(Parameters, what_hangs_on_an_applied_parameter_is_found_out_of_date) {
         {&ModelBody::distance, true, true}, {&ModelBody::top, true, true},
         {&ModelBody::width, true, true},    {&ModelBody::length, true, true},
         {&ModelBody::offset, true, true},   {&ModelBody::depth_extent, true, true},
-        {&ModelBody::strike, true, true},    {&ModelBody::dip, true, true},
-        {&ModelBody::plunge, true, true},    {&ModelBody::slope, true, true},
-        {&ModelBody::susc, true, false},     {&ModelBody::rem_q, true, false},
-        {&ModelBody::rem_i, true, false},    {&ModelBody::rem_d, true, false},
+        {&ModelBody::strike, true, true},   {&ModelBody::dip, true, true},
+        {&ModelBody::plunge, true, true},   {&ModelBody::slope, true, true},
+        {&ModelBody::susc, true, false},    {&ModelBody::rem_q, true, false},
+        {&ModelBody::rem_i, true, false},   {&ModelBody::rem_d, true, false},
         {&ModelBody::density, false, true},
     };
     ModelBody& body = line.add_body(thick_sheet);

@@ -1,11 +1,11 @@
 #include <cmath>
 #include <gtest/gtest.h>
 
+#include "core/faults.h"
+#include "forward/shape/body_solid.h"
 #include "output/dxf.h"
 #include "output/dxf_samples.h"
 #include "support/child_process.h"
-#include "core/faults.h"
-#include "forward/shape/body_solid.h"
 
 namespace anomalis::output {
 namespace {

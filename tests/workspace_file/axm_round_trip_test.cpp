@@ -90,8 +90,8 @@ void expect_same_body(const ModelBody& a, const ModelBody& b) {
          {&ModelBody::type, &ModelBody::colour, &ModelBody::include_demagnetisation, &ModelBody::vary,
           &ModelBody::turned_off, &ModelBody::num_sectors, &ModelBody::num_segments})
         EXPECT_EQ(a.*field, b.*field);
-    for (const auto field :
-         {&ModelBody::shell_thickness, &ModelBody::end_thickness, &ModelBody::max_triangle_size, &ModelBody::last_calculated})
+    for (const auto field : {&ModelBody::shell_thickness, &ModelBody::end_thickness,
+                             &ModelBody::max_triangle_size, &ModelBody::last_calculated})
         EXPECT_EQ(a.*field, b.*field);
     EXPECT_EQ(a.east, b.east);
     EXPECT_EQ(a.north, b.north);
