@@ -6,6 +6,7 @@
 #include "edit/workbench.h"
 #include "edit/zoom.h"
 #include "model/refresh_model.h"
+#include "model/stale.h"
 
 namespace anomalis::flow {
 
@@ -77,6 +78,8 @@ void ModelView::display_model(bool forced) {
 }
 
 MisfitPair ModelView::calculate() {
+    // Whoever watches asks how much there is to do.
+    model::find_stale(workbench_.session.workspace);
     const Calculation under_way(host_);
     return model::refresh_model(workbench_.session);
 }

@@ -2,6 +2,7 @@
 #include <QComboBox>
 
 #include "core/body_parameters.h"
+#include "edit/body_form.h"
 #include "window/form_tests.h"
 #include "window/modelled_form.h"
 
@@ -124,7 +125,7 @@ void FormGridTest::a_click_on_a_mark_changes_it() {
     QTest::keyClick(&sample.grid(), Qt::Key_Space);
     QCOMPARE(sample.body(1).strike.vary, 0.0F);
     sample.click_cell(edit::row_north, edit::grid_vary);
-    sample.body(1).type = wire;
+    QVERIFY(edit::change_body_type(sample.form->workbench(), wire));
     sample.form->news().tell(News::bodies);
     sample.click_cell(param_width, edit::grid_vary);
     QCOMPARE(sample.body(1).width.vary, 0.0F);
