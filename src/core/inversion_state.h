@@ -5,14 +5,13 @@
 #include <vector>
 
 #include "core/array.h"
+#include "core/workspace.h"
 
 namespace anomalis {
 
 /// Data row [0] and gradient row [1].
 using MisfitPair = std::array<float, 2>;
 
-/// `channel_joint` fits both channels at once; only the least-squares method can.
-enum ChannelCode : std::int32_t { channel_mag = 0, channel_grav = 1, channel_joint = 2 };
 enum Target : std::int32_t { target_data = 0, target_gradient = 1 };
 
 /// One free parameter of a run. Singles, as they are compared and stepped.

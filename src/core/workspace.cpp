@@ -88,6 +88,18 @@ void set_line_inputs(Workspace& workspace, const LineInputs& inputs) {
     workspace.transform = inputs.transform;
 }
 
+void settle_station_window(LineGeometry& line) {
+    if (line.station_count <= 0) return;
+    if (line.first_station < 1 || line.first_station > line.station_count) {
+        line.first_station = 1;
+        line.first_distance = 0;
+    }
+    if (line.last_station <= line.first_station || line.last_station > line.station_count) {
+        line.last_station = line.station_count;
+        line.last_distance = line.distances[line.station_count];
+    }
+}
+
 void drop_stations(Workspace& workspace) {
     workspace.station_count = 0;
     workspace.elevations_ready = false;

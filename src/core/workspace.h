@@ -142,6 +142,9 @@ struct LineGeometry {
     double first_distance = 0, last_distance = 0;
 };
 
+/// `channel_joint` fits both channels at once; only the least-squares method can.
+enum ChannelCode : std::int32_t { channel_mag = 0, channel_grav = 1, channel_joint = 2 };
+
 /// What magnetics (nT) and gravity (mGal) each have.
 struct Channel {
     float min = 0, max = 0;  ///< of the column
@@ -249,6 +252,8 @@ struct Workspace : LineGeometry {
     std::int32_t gradient_row_in_use() const {
         return processing.display_total_gradient == 1 ? total_gradient_row : gradient_row;
     }
+    Channel& channel(int code) { return code == channel_mag ? mag : grav; }
+    const Channel& channel(int code) const { return code == channel_mag ? mag : grav; }
     bool has_mag() const { return definition.mag_column > 0; }
     bool has_grav() const { return definition.grav_column > 0; }
     ModelBody& body(int number) { return bodies.at(static_cast<std::size_t>(number)); }
@@ -271,6 +276,9 @@ void invalidate_filtered_data(int mode, Workspace& workspace);
 LineInputs line_inputs(const Workspace& workspace);
 /// Takes them over; the stations are those of before until somebody looks.
 void set_line_inputs(Workspace& workspace, const LineInputs& inputs);
+
+/// A station window that the line cannot hold becomes the whole line. Does nothing without stations.
+void settle_station_window(LineGeometry& line);
 
 /// The stations are gone until the next load: the count is 0 and the elevations are out of date.
 void drop_stations(Workspace& workspace);

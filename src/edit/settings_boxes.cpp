@@ -68,15 +68,14 @@ float observed_mean(const ChannelTable& data) {
 SettingsChange change_base(Workbench& workbench, int channel, std::string_view text) {
     Workspace& workspace = workbench.session.workspace;
     const bool grav = channel == channel_grav;
-    float& base = grav ? workspace.grav.base : workspace.mag.base;
+    Channel& own = workspace.channel(channel);
+    float& base = own.base;
     const auto typed = trim_blanks(text).empty() ? unset : parse_single(text);
     if (!typed) return SettingsChange::refused;
 
     const bool takes_mean = *typed == unset;
     const bool channel_loaded = line_loaded(workspace) && (grav ? workspace.has_grav() : workspace.has_mag());
-    const float value = takes_mean && channel_loaded
-                            ? observed_mean(grav ? workspace.grav.data : workspace.mag.data)
-                            : *typed;
+    const float value = takes_mean && channel_loaded ? observed_mean(own.data) : *typed;
     const double tolerance = grav ? 0.01 : 0.1;
     if (!(std::abs(static_cast<double>(value) - base) > tolerance)) return SettingsChange::unchanged;
     base = value;
@@ -180,7 +179,7 @@ void change_total_gradient(Workbench& workbench, bool total) {
 SettingsChange change_float_base(Workbench& workbench, int channel, bool floats) {
     Workspace& workspace = workbench.session.workspace;
     if (workspace.processing.residual_filter_width > 0) return SettingsChange::refused;
-    (channel == channel_grav ? workspace.grav.float_base : workspace.mag.float_base) = floats ? 1 : 0;
+    workspace.channel(channel).float_base = floats ? 1 : 0;
     return mark_changed(workbench, "base level");
 }
 

@@ -8,7 +8,6 @@
 #include <utility>
 
 #include "core/failure.h"
-#include "filter/channel_view.h"
 #include "filter/convolution.h"
 
 namespace anomalis::filter {
@@ -126,18 +125,19 @@ double window_mean(const Workspace& workspace, int row, int stage, const Channel
 /// The level to take off the residual row. The calculated curve is laid on the observed one when the base
 /// floats. A residual filter has taken the level off already, so a typed base then stays for later.
 float base_level(Workspace& workspace, int channel, int stage, const ChannelTable& data) {
-    const BaseLevels base = base_levels(workspace, channel);
+    Channel& base = workspace.channel(channel);
+    const bool floating = base.float_base == 1;
     const auto mean = static_cast<float>(window_mean(workspace, workspace.residual_row, stage, data));
     if (stage == stage_observed) {
         base.mean = mean;
-        if (base.floating) base.base = mean;
-        return base.floating || workspace.processing.residual_filter_width <= 0 ? base.base : 0.0F;
+        if (floating) base.base = mean;
+        return floating || workspace.processing.residual_filter_width <= 0 ? base.base : 0.0F;
     }
     base.calc_mean = mean;
     base.calc_base =
-        base.floating ? static_cast<float>(static_cast<double>(mean) -
-                                           (static_cast<double>(base.mean) - static_cast<double>(base.base)))
-                      : 0.0F;
+        floating ? static_cast<float>(static_cast<double>(mean) -
+                                      (static_cast<double>(base.mean) - static_cast<double>(base.base)))
+                 : 0.0F;
     return base.calc_base;
 }
 
@@ -174,7 +174,8 @@ void gradient_rows(Workspace& workspace, int stage, ChannelTable& data, Faults& 
 }  // namespace
 
 void filter_data(Workspace& workspace, int channel, int stage, ChannelTable& data, Faults& faults) {
-    bool& filtered = filtered_mark(workspace, channel, stage);
+    Channel& own = workspace.channel(channel);
+    bool& filtered = stage == stage_observed ? own.observed_filtered : own.calculated_filtered;
     if (workspace.station_count <= 0 || filtered) return;
     report_failure(faults, "An error occurred while filtering the data: ", [&] {
         if (workspace.station_count > data.stations()) throw Fault(FaultKind::subscript);

@@ -8,7 +8,6 @@ namespace anomalis::flow {
 namespace {
 
 // Twips, in the layout of the strip over the charts.
-constexpr double axis_margin = 360;
 constexpr double edge_offset = 30;
 constexpr double least_gap = 20;
 /// A limit this far (m) outside the visible span still shows.
@@ -21,32 +20,13 @@ double right_end(const VisibleSpan& span) {
     return span.centre + span.span / 2;
 }
 
-/// A window that the line cannot hold becomes the whole line.
-void settle_window(Workspace& workspace) {
-    if (workspace.first_station < 1 || workspace.first_station > workspace.station_count) {
-        workspace.first_station = 1;
-        workspace.first_distance = 0;
-    }
-    if (workspace.last_station <= workspace.first_station ||
-        workspace.last_station > workspace.station_count) {
-        workspace.last_station = workspace.station_count;
-        workspace.last_distance = workspace.distances[workspace.station_count];
-    }
-}
-
 }  // namespace
-
-LimitStrip limit_strip(double chart_left, double chart_width, bool axes_on) {
-    if (!axes_on) return {chart_left, chart_width};
-    return {chart_left + axis_margin, chart_width - 2 * axis_margin};
-}
 
 void LimitBars::update_inversion_limit_display(const LimitStrip& strip, const VisibleSpan& span) {
     report_failure(prompts_, "An error occurred while updating the inversion limits display: ", [&] {
         strip_ = strip;
         span_ = span;
         if (workspace_.station_count <= 0) return;
-        settle_window(workspace_);
         place_first();
         place_last();
     });

@@ -14,9 +14,6 @@ struct LimitStrip {
     double width = 0;
 };
 
-/// The strip over a section chart: inside its axes when they are on.
-LimitStrip limit_strip(double chart_left, double chart_width, bool axes_on);
-
 /// What part of the line the charts show.
 struct VisibleSpan {
     double zoom_factor = 1;  ///< 1 shows the whole line

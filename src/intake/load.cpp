@@ -39,18 +39,6 @@ bool read_stations(Workspace& w, Prompts& prompts) {
     return read_location_file(pass_fill, w, prompts) == 0;
 }
 
-void complete_window(Workspace& w) {
-    const int count = w.station_count;
-    if (w.first_station < 1 || w.first_station > count) {
-        w.first_station = 1;
-        w.first_distance = 0;
-    }
-    if (w.last_station <= 0 || w.last_station <= w.first_station || w.last_station > count) {
-        w.last_station = count;
-        w.last_distance = w.distances.last();
-    }
-}
-
 }  // namespace
 
 int load_locations(Workspace& workspace, Prompts& prompts) {
@@ -63,7 +51,7 @@ int load_locations(Workspace& workspace, Prompts& prompts) {
     workspace.definition.data_file_date = file_date(workspace.definition.data_file);
     setup_profile_coordinates(workspace, prompts);
     setup_graphics_arrays(workspace, prompts);
-    complete_window(workspace);
+    settle_station_window(workspace);
     workspace.read_as = line_inputs(workspace);
     Faults faults;
     setup_sensor_elevations(workspace, faults);

@@ -103,7 +103,7 @@ std::span<const float> ModelProblem::fitted(const FittedRow& row, int stage) con
     const Workspace& workspace = model_.workspace;
     const bool gradient = model_.inversion.inversion_target == target_gradient;
     const int number = gradient ? workspace.gradient_row_in_use() : workspace.residual_row;
-    const ChannelTable& data = row.gravity ? workspace.grav.work : workspace.mag.work;
+    const ChannelTable& data = workspace.channel(row.gravity ? channel_grav : channel_mag).work;
     return data.row(number, stage).subspan(static_cast<std::size_t>(workspace.first_station - 1), window());
 }
 

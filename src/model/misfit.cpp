@@ -79,7 +79,7 @@ MisfitPair channel_misfit(const Workspace& workspace, const ChannelTable& rows, 
 
 MisfitPair calculate_misfit(const Workspace& workspace, const InversionState& inversion, Faults& faults) {
     const bool gravity = inversion.inversion_channel == channel_grav;
-    return channel_misfit(workspace, gravity ? workspace.grav.data : workspace.mag.data,
+    return channel_misfit(workspace, workspace.channel(gravity ? channel_grav : channel_mag).data,
                           inversion.misfit_scale, faults);
 }
 

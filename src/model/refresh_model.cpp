@@ -17,6 +17,7 @@ void finish_load(Session& session) {
 
 MisfitPair refresh_model(Session& session) {
     Workspace& workspace = session.workspace;
+    settle_station_window(workspace);
     find_stale(workspace);
     if (workspace.station_count <= 0) return {};
     Faults faults;

@@ -35,12 +35,25 @@ class Comparison {
     Stale stale_;
 };
 
+template <class Field>
+constexpr bool is_input(const Field& field) {
+    return std::is_arithmetic_v<std::remove_cvref_t<decltype(std::declval<ModelBody>().*field.member)>> &&
+           field.stale.any();
+}
+static_assert(std::tuple_size_v<BodyInputs> ==
+              body_parameter_count +
+                  std::apply([](const auto&... field) { return (std::size_t{is_input(field)} + ...); },
+                             body_fields));
+static_assert(std::tuple_size_v<SettingInputs> ==
+              std::apply([](const auto&... row) { return (std::size_t{row.stale.any()} + ...); },
+                         setting_fields));
+
 Stale compare_body(ModelBody& body) {
     Comparison comparison(body.known_inputs);
     for (const BodyParameter& row : body_parameters()) comparison.look_at((body.*row.slot).value, row.stale);
     const auto look_at = [&](const auto& field) {
         if constexpr (std::is_arithmetic_v<std::remove_cvref_t<decltype(body.*field.member)>>)
-            if (field.stale.any()) comparison.look_at(body.*field.member, field.stale);
+            if (is_input(field)) comparison.look_at(body.*field.member, field.stale);
     };
     std::apply([&](const auto&... field) { (look_at(field), ...); }, body_fields);
     return comparison.stale();

@@ -22,7 +22,7 @@ std::span<const float> chart_curve(const Workspace& workspace, int chart, Stage 
     if (stage == stage_calculated && workspace.body_count <= 0) return {};
     const bool magnetic = chart == edit::chart_mag || chart == edit::chart_mag_gradient;
     const bool gradient = chart == edit::chart_mag_gradient || chart == edit::chart_grav_gradient;
-    const ChannelTable& data = magnetic ? workspace.mag.data : workspace.grav.data;
+    const ChannelTable& data = workspace.channel(magnetic ? channel_mag : channel_grav).data;
     return data.row(gradient ? workspace.gradient_row_in_use() : workspace.residual_row, stage);
 }
 

@@ -44,13 +44,6 @@ class DraggedBars : public DeskLine {
 
 }  // namespace
 
-TEST(LimitStrip, it_lies_inside_the_axes_when_they_are_on) {
-    EXPECT_EQ(limit_strip(100, 9000, true).left, 460);
-    EXPECT_EQ(limit_strip(100, 9000, true).width, 8280);
-    EXPECT_EQ(limit_strip(100, 9000, false).left, 100);
-    EXPECT_EQ(limit_strip(100, 9000, false).width, 9000);
-}
-
 TEST_F(LimitBarsTest, over_the_whole_line_the_bars_stand_at_the_edges) {
     EXPECT_TRUE(bars.bar(0).in_use && bars.bar(1).in_use);
     EXPECT_EQ(bars.bar(0).left, -30);
@@ -81,24 +74,6 @@ TEST_F(LimitBarsTest, a_limit_out_of_sight_takes_its_bar_out_of_use_and_leaves_i
     EXPECT_TRUE(bars.bar(0).in_use) << "one metre outside still shows";
     show(1, 250, 400);
     EXPECT_TRUE(bars.bar(0).in_use) << "without zoom a bar is never out of use";
-}
-
-TEST_F(LimitBarsTest, a_window_that_the_line_cannot_hold_is_reset) {
-    for (const auto& [first, last] :
-         {std::pair{0, 0}, std::pair{-5, 200}, std::pair{102, 50}, std::pair{30, 20}}) {
-        w.first_station = first;
-        w.last_station = last;
-        show(1, 1000, 500);
-        EXPECT_GE(w.first_station, 1);
-        EXPECT_EQ(w.last_station, last == 20 || last == 0 || last == 200 ? 101 : last);
-    }
-    w.first_station = 0;
-    w.last_station = 40;
-    w.last_distance = 390;
-    show(1, 1000, 500);
-    EXPECT_EQ(w.first_station, 1);
-    EXPECT_EQ(w.first_distance, 0);
-    EXPECT_EQ(w.last_station, 40);
 }
 
 TEST_F(LimitBarsTest, without_stations_nothing_moves) {

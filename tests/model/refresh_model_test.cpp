@@ -64,6 +64,27 @@ TEST(RefreshModel, the_observed_stage_comes_first_for_a_floating_base) {
     EXPECT_NEAR(w.mag.base, 1000 + w.mag.calc_mean, 0.01);
 }
 
+TEST(RefreshModel, a_window_that_the_line_cannot_hold_is_reset) {
+    inversion::LineSession line;
+    Workspace& w = line.workspace();
+    for (const auto& [first, last] :
+         {std::pair{0, 0}, std::pair{-5, 200}, std::pair{102, 50}, std::pair{30, 20}}) {
+        w.first_station = first;
+        w.last_station = last;
+        line.refresh();
+        EXPECT_GE(w.first_station, 1);
+        EXPECT_EQ(w.last_station, last == 20 || last == 0 || last == 200 ? 101 : last);
+    }
+    w.first_station = 0;
+    w.last_station = 40;
+    w.last_distance = 390;
+    line.refresh();
+    EXPECT_EQ(w.first_station, 1);
+    EXPECT_EQ(w.first_distance, 0);
+    EXPECT_EQ(w.last_station, 40);
+    EXPECT_TRUE(line.prompts.messages.empty());
+}
+
 TEST(RefreshModel, without_bodies_the_calculated_rows_are_0) {
     inversion::LineSession line;
     line.refresh();
