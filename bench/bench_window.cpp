@@ -51,7 +51,7 @@ void a_step_of_a_bar(benchmark::State& state) {
     window.form->workbench().view.current_body = moved;
     std::vector<float> sum(stations);
     Faults faults;
-    BestTime step, response, addition, filters, redraw;
+    BestTime step, response, addition, filters, redraw, undo;
     int turn = 0;
     for (auto _ : state) {
         const double seconds = step.take([&] { window.scroll(param_dip, ++turn % 2 == 0 ? 1 : -1); });
@@ -65,6 +65,7 @@ void a_step_of_a_bar(benchmark::State& state) {
             window.view().redraw();
             ShownWindow::settle();
         });
+        undo.take([&] { window.undo(); });
         state.SetIterationTime(seconds);
     }
     const double parts = response.seconds() + addition.seconds() + filters.seconds() + redraw.seconds();
@@ -74,6 +75,7 @@ void a_step_of_a_bar(benchmark::State& state) {
     state.counters["filters_ms"] = filters.seconds() * 1e3;
     state.counters["redraw_ms"] = redraw.seconds() * 1e3;
     state.counters["step_to_parts"] = step.seconds() / parts;
+    state.counters["undo_to_step"] = undo.seconds() / step.seconds();
     state.counters["messages"] =
         static_cast<double>(window.prompts.count()) + static_cast<double>(faults.entries().size());
 }

@@ -8,6 +8,7 @@
 #include <string>
 #include <unistd.h>
 
+#include <QAction>
 #include <QApplication>
 
 #include "core/body_defaults.h"
@@ -113,6 +114,11 @@ struct ShownWindow {
         for (const edit::ParameterBar& candidate : edit::parameter_bars())
             if (candidate.code == code) return candidate;
         throw std::runtime_error("no such bar");
+    }
+    /// The last step taken back, up to the painted picture.
+    void undo() {
+        form->findChild<QAction*>("menu_undo")->trigger();
+        settle();
     }
     /// What a click on a bar does, up to the painted picture.
     void scroll(ParamCode code, int direction) {
