@@ -29,6 +29,11 @@ class Cells {
     double operator[](std::size_t i) const {
         return singles_.empty() ? doubles_[i] : static_cast<double>(singles_[i]);
     }
+    /// Calls `work` with the span that the cells stand in, so that its loop asks once what they are.
+    template <class Work>
+    void visit(Work&& work) const {
+        singles_.empty() ? work(doubles_) : work(singles_);
+    }
 
   private:
     std::span<const double> doubles_;

@@ -71,6 +71,10 @@ class DrawingDevice {
     virtual void select_layer(Layer) {}
     /// Fills the selected layer; a back style of 0 leaves it transparent.
     virtual void clear(Colour, int /*back_style*/) {}
+    /// Keeps the base picture as it is now, apart; `take_lower` makes it the base picture again, and says
+    /// false when there is none of this size.
+    virtual void keep_lower() {}
+    virtual bool take_lower() { return false; }
     /// The whole base picture onto the surface.
     virtual void copy_base_to_surface() {}
     /// The surface is complete, or the top layer has changed: show it at the next turn of the event loop.

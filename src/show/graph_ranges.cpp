@@ -1,19 +1,40 @@
 #include "show/graph_ranges.h"
 
 #include <algorithm>
-#include <cmath>
+#include <array>
+#include <limits>
 
 namespace anomalis::show {
 
 namespace {
 
-void widen(std::span<const float> curve, double& low, double& high) {
-    for (const float single : curve) {
-        const auto value = static_cast<double>(single);
-        if (!std::isfinite(value) || value <= missing_limit) continue;
-        low = std::min(low, value);
-        high = std::max(high, value);
+/// So many least and greatest values side by side, so that one need not wait for the one before.
+constexpr std::size_t lanes = 16;
+constexpr auto least_reading = static_cast<float>(missing_limit);
+
+struct Extremes {
+    std::array<float, lanes> low;
+    std::array<float, lanes> high;
+
+    void take(std::size_t lane, float value) {
+        const bool there = value > least_reading && value <= std::numeric_limits<float>::max();
+        const float for_low = there ? value : std::numeric_limits<float>::infinity();
+        const float for_high = there ? value : -std::numeric_limits<float>::infinity();
+        low[lane] = for_low < low[lane] ? for_low : low[lane];
+        high[lane] = for_high > high[lane] ? for_high : high[lane];
     }
+};
+
+void widen(std::span<const float> curve, double& low, double& high) {
+    Extremes seen;
+    seen.low.fill(std::numeric_limits<float>::infinity());
+    seen.high.fill(-std::numeric_limits<float>::infinity());
+    std::size_t i = 0;
+    for (; i + lanes <= curve.size(); i += lanes)
+        for (std::size_t lane = 0; lane < lanes; ++lane) seen.take(lane, curve[i + lane]);
+    for (; i < curve.size(); ++i) seen.take(0, curve[i]);
+    low = std::min(low, static_cast<double>(*std::min_element(seen.low.begin(), seen.low.end())));
+    high = std::max(high, static_cast<double>(*std::max_element(seen.high.begin(), seen.high.end())));
 }
 
 }  // namespace

@@ -51,9 +51,4 @@ int AxisTransform::cutoff_power() const {
     return static_cast<int>(std::lround(std::log(cutoff_) / log_base_));
 }
 
-double forward_or_null(const AxisTransform& scale, double value, double data_null) {
-    if (!std::isfinite(value) || is_null(value) || value == data_null) return null_value;
-    return scale.forward(value);
-}
-
 }  // namespace anomalis::chart

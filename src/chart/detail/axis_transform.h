@@ -1,5 +1,7 @@
 #pragma once
 
+#include <limits>
+
 namespace anomalis::chart {
 
 /// What an unset limit holds.
@@ -32,6 +34,7 @@ class AxisTransform {
     double inverse(double value) const;
     /// The power of the base that the cutoff is.
     int cutoff_power() const;
+    bool operator==(const AxisTransform&) const = default;
 
   private:
     double base_ = 10.0;
@@ -41,6 +44,12 @@ class AxisTransform {
 
 /// The forward transform of a Y value: what is missing (at or below -1E30, equal to `data_null`, not finite)
 /// becomes `null_value`.
-double forward_or_null(const AxisTransform& scale, double value, double data_null);
+inline double forward_or_null(const AxisTransform& scale, double value, double data_null) {
+    // Every comparison with a value that is no number is false.
+    const bool there =
+        value > null_bound && value <= std::numeric_limits<double>::max() && value != data_null;
+    if (!there) return null_value;
+    return scale.logarithmic() ? scale.forward(value) : value;
+}
 
 }  // namespace anomalis::chart

@@ -18,6 +18,7 @@ struct AxisProperties {
     float low_margin = 0.0F;
     float high_margin = 0.0F;
 
+    bool operator==(const AxisProperties&) const = default;
     bool on_low_side() const { return position == 0 || position == 2; }
     bool on_high_side() const { return position == 1 || position == 2; }
 };
@@ -43,6 +44,7 @@ struct ChartProperties {
     double data_null = -999.0;
     int marker_size = 35;
 
+    bool operator==(const ChartProperties&) const = default;
     bool numbers_outside() const { return labelling_location == 0 && display_axes; }
 };
 

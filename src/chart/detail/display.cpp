@@ -90,14 +90,50 @@ int on_surface(GrapherState& state, Work&& work) {
     return status;
 }
 
-/// The base picture anew: background, then the chart where there is room for one.
-int draw_base(GrapherState& state, int status, bool with_chart) {
+/// Axes, title and the series below the others; the canvas is cut to the plot from then on.
+void draw_lower(GrapherState& state) {
+    const ChartLayout& layout = state.layout;
+    state.canvas.set_window({0.0, layout.width, 0.0, layout.height});
+    paint_axes(state.properties, layout, state.x, state.y, state.canvas);
+    state.canvas.set_window(layout.plot);
+    state.painter.plot_lowest(state.series, state.frame(), state.canvas);
+}
+
+void draw_upper(GrapherState& state) {
+    state.painter.plot_others(state.series, state.frame(), state.canvas);
+    state.displayed = true;
+}
+
+void open_base(GrapherState& state) {
     DrawingDevice& surface = *state.surface;
-    surface.set_border_style(state.properties.border_style);
     surface.select_layer(DrawingDevice::Layer::base);
     surface.clear(resolved_colour(state, state.properties.back_colour), state.properties.back_style);
     state.canvas.open(surface, state.fonts());
-    if (status == 0 && with_chart) status = draw_chart(state);
+}
+
+/// The chart with its lower part taken from the last picture where that is as it was: while a body is moved
+/// the observed curve, which costs as much as the calculated one, is not drawn again.
+void draw_chart_on_base(GrapherState& state) {
+    DrawingDevice& surface = *state.surface;
+    if (state.lower.is_of(state) && surface.take_lower()) {
+        state.canvas.open(surface, state.fonts());
+        state.canvas.set_window(state.layout.plot);
+    } else {
+        open_base(state);
+        draw_lower(state);
+        state.lower.keep(state);
+    }
+    draw_upper(state);
+}
+
+/// The base picture anew: background, then the chart where there is room for one.
+int draw_base(GrapherState& state, int status, bool with_chart) {
+    state.surface->set_border_style(state.properties.border_style);
+    if (status == 0 && with_chart && !state.layout.valid) status = -1;
+    if (status == 0 && with_chart)
+        draw_chart_on_base(state);
+    else
+        open_base(state);
     state.base_kept = status == 0;
     return status;
 }
@@ -147,13 +183,9 @@ int layout_only(GrapherState& state) {
 }
 
 int draw_chart(GrapherState& state) {
-    const ChartLayout& layout = state.layout;
-    if (!layout.valid) return -1;
-    state.canvas.set_window({0.0, layout.width, 0.0, layout.height});
-    paint_axes(state.properties, layout, state.x, state.y, state.canvas);
-    state.canvas.set_window(layout.plot);
-    state.painter.plot(state.series, state.frame(), state.canvas);
-    state.displayed = true;
+    if (!state.layout.valid) return -1;
+    draw_lower(state);
+    draw_upper(state);
     return 0;
 }
 

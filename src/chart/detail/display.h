@@ -9,7 +9,7 @@ int update_layout(GrapherState& state, const DrawingDevice& measure, double widt
                   bool take_limits);
 /// AX_Grapher::Layout.
 int layout_only(GrapherState& state);
-/// Axes, title and series through the canvas, which is open on its device.
+/// Axes, title and series through the canvas, which is open on its device. -1 when there is no room.
 int draw_chart(GrapherState& state);
 /// The retained items through the canvas.
 void replay_overlay(GrapherState& state);

@@ -9,6 +9,7 @@
 #include "chart/detail/failure_notes.h"
 #include "chart/detail/graphics_list.h"
 #include "chart/detail/layout.h"
+#include "chart/detail/lower_picture.h"
 #include "chart/detail/series_painter.h"
 #include "chart/detail/series_table.h"
 #include "chart/detail/view_state.h"
@@ -47,6 +48,7 @@ struct GrapherState {
     FailureNotes notes;
     Canvas canvas{notes};
     SeriesPainter painter;
+    LowerPicture lower;
 
     Gesture gesture;
     std::optional<SelectedPoint> selected;

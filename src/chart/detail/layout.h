@@ -25,6 +25,7 @@ struct ChartLayout {
     bool show_x_label = false;
     bool valid = false;  ///< false when there is no room for a plot of 2 pixels, or no finite scale
 
+    bool operator==(const ChartLayout&) const = default;
     /// From transformed units to the surface and back.
     Point to_surface(const AxisRange& x, const AxisRange& y, Point transformed) const {
         return {(transformed.x - x.view.low) * x_scale + plot.x_low,

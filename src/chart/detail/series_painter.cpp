@@ -33,19 +33,26 @@ Rect intersection(const Rect& a, const Rect& b) {
 
 }  // namespace
 
-void SeriesPainter::plot(const SeriesTable& table, const PlotFrame& frame, Canvas& canvas) {
-    for (int g = table.group_count(); g >= 1; --g) {
-        const SeriesGroup& group = table.group(g);
-        for (int s = group.first; s <= group.last; ++s) {
-            const SeriesData& data = table.series(s);
-            const SeriesOptions& options = table.options(s);
-            const SeriesStyle style =
-                series_style(data.code, frame.properties.chart_type, frame.properties.plot_points);
-            if (style.bars) plot_bars(group, data, options, frame, canvas);
-            if (style.line) plot_lines(group, data, options, frame, canvas);
-            if (style.markers) plot_markers(group, data, options, frame, canvas);
-        }
-    }
+void SeriesPainter::plot_lowest(const SeriesTable& table, const PlotFrame& frame, Canvas& canvas) {
+    if (!table.empty()) plot_series(table, table.group_count(), table.lowest(), frame, canvas);
+}
+
+void SeriesPainter::plot_others(const SeriesTable& table, const PlotFrame& frame, Canvas& canvas) {
+    for (int g = table.group_count(); g >= 1; --g)
+        for (int s = table.group(g).first; s <= table.group(g).last; ++s)
+            if (s != table.lowest()) plot_series(table, g, s, frame, canvas);
+}
+
+void SeriesPainter::plot_series(const SeriesTable& table, int number, int series, const PlotFrame& frame,
+                                Canvas& canvas) {
+    const SeriesGroup& group = table.group(number);
+    const SeriesData& data = table.series(series);
+    const SeriesOptions& options = table.options(series);
+    const SeriesStyle style =
+        series_style(data.code, frame.properties.chart_type, frame.properties.plot_points);
+    if (style.bars) plot_bars(group, data, options, frame, canvas);
+    if (style.line) plot_lines(group, data, options, frame, canvas);
+    if (style.markers) plot_markers(group, data, options, frame, canvas);
 }
 
 void SeriesPainter::plot_lines(const SeriesGroup& group, const SeriesData& data, const SeriesOptions& options,

@@ -24,10 +24,13 @@ struct PlotFrame {
 /// redraw allocates nothing once the longest series has been drawn.
 class SeriesPainter {
   public:
-    /// Groups from the last to the first, series in each from its first to its last.
-    void plot(const SeriesTable& table, const PlotFrame& frame, Canvas& canvas);
+    /// The series below all others: the first of the last group.
+    void plot_lowest(const SeriesTable& table, const PlotFrame& frame, Canvas& canvas);
+    /// What lies on it: groups from the last to the first, series in each from its first to its last.
+    void plot_others(const SeriesTable& table, const PlotFrame& frame, Canvas& canvas);
 
   private:
+    void plot_series(const SeriesTable& table, int group, int series, const PlotFrame& frame, Canvas& canvas);
     void plot_lines(const SeriesGroup& group, const SeriesData& data, const SeriesOptions& options,
                     const PlotFrame& frame, Canvas& canvas);
     void draw_run(const SeriesOptions& options, Canvas& canvas);

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
+#include <limits>
 
 namespace anomalis::chart {
 
@@ -12,11 +12,36 @@ constexpr std::size_t first_option_capacity = 128;
 constexpr const char* invalid_group = "The group number is invalid";
 constexpr const char* invalid_series = "The series index is invalid";
 
-void widen(std::optional<Interval>& extent, double value) {
-    if (is_null(value)) return;
-    if (!extent) extent = Interval{value, value};
-    extent->low = std::min(extent->low, value);
-    extent->high = std::max(extent->high, value);
+/// Low above high: nothing was seen.
+constexpr Interval nothing{std::numeric_limits<double>::infinity(), -std::numeric_limits<double>::infinity()};
+
+void widen(std::optional<Interval>& extent, const Interval& seen) {
+    if (seen.low > seen.high) return;
+    if (!extent) extent = seen;
+    extent->low = std::min(extent->low, seen.low);
+    extent->high = std::max(extent->high, seen.high);
+}
+
+struct Stored {
+    Interval seen = nothing;  ///< the extent of what is not missing
+    bool changed = false;     ///< something else was there before
+};
+
+/// Transforms cells into `out`, null_value where one is missing.
+template <class Cell>
+Stored store_cells(std::span<const Cell> cells, const AxisTransform& scale, double data_null,
+                   std::span<double> out) {
+    Stored result;
+    auto& [seen, changed] = result;
+    for (std::size_t i = 0; i < out.size(); ++i) {
+        const double stored = forward_or_null(scale, static_cast<double>(cells[i]), data_null);
+        const bool there = !is_null(stored);
+        changed |= out[i] != stored;
+        out[i] = stored;
+        seen.low = std::min(seen.low, there ? stored : nothing.low);
+        seen.high = std::max(seen.high, there ? stored : nothing.high);
+    }
+    return result;
 }
 
 bool opens_group(std::span<const ChartRow> rows, std::size_t row) {
@@ -87,30 +112,41 @@ void SeriesTable::store(std::span<const ChartRow> rows, const ChartProperties& p
     y_extent_.reset();
     std::size_t group_number = 0;
     std::size_t series_number = 0;
+    bool moved = false;  // the X values of the group
     for (std::size_t row = 1; row < rows.size(); ++row) {
         if (opens_group(rows, row)) continue;
         if (opens_group(rows, row - 1)) {
             SeriesGroup& opened = groups_[group_number++];
+            moved = opened.x.size() != rows[row - 1].cells.size();
             opened.x.resize(rows[row - 1].cells.size());
-            for (std::size_t i = 0; i < opened.x.size(); ++i) {
-                const double x = rows[row - 1].cells[i];
-                opened.x[i] = std::isfinite(x) && !is_null(x) ? properties.x.scale.forward(x) : null_value;
-                widen(x_extent_, opened.x[i]);
-            }
+            rows[row - 1].cells.visit([&](auto cells) {
+                const Stored stored = store_cells(cells, properties.x.scale, null_value, opened.x);
+                widen(x_extent_, stored.seen);
+                moved |= stored.changed;
+            });
             opened.ascending = std::is_sorted(opened.x.begin(), opened.x.end()) &&
                                (opened.x.empty() || !is_null(opened.x.front()));
         }
         SeriesData& data = series_[series_number++];
         const auto count = static_cast<std::size_t>(groups_[group_number - 1].count);
         const Cells cells = rows[row].cells;
+        bool changed = moved || data.y.size() != count || data.code != rows[row].code ||
+                       !data.markers.empty() || !data.colours.empty();
         data.code = rows[row].code;
         data.markers.clear();
         data.colours.clear();
-        data.y.assign(count, null_value);
-        for (std::size_t i = 0; i < std::min(count, cells.size()); ++i) {
-            data.y[i] = forward_or_null(properties.y.scale, cells[i], properties.data_null);
-            widen(y_extent_, data.y[i]);
-        }
+        data.y.resize(count);
+        const std::span given = std::span(data.y).first(std::min(count, cells.size()));
+        const std::span rest = std::span(data.y).subspan(given.size());
+        changed |= std::any_of(rest.begin(), rest.end(), [](double y) { return !is_null(y); });
+        std::fill(rest.begin(), rest.end(), null_value);
+        cells.visit([&](auto values) {
+            const Stored stored = store_cells(values, properties.y.scale, properties.data_null, given);
+            widen(y_extent_, stored.seen);
+            changed |= stored.changed;
+        });
+        if (!changed && data.revision != 0) continue;
+        data.revision = ++revisions_;
         data.extremes.build(data.y);
     }
 }
@@ -146,6 +182,7 @@ std::optional<Point> SeriesTable::position(int group_number, int series_number, 
 std::vector<std::int32_t>& SeriesTable::cells(PointTable which, int number) {
     SeriesData& data = series_[index(number)];
     std::vector<std::int32_t>& values = which == PointTable::markers ? data.markers : data.colours;
+    data.revision = ++revisions_;
     if (values.empty()) values.assign(data.y.size(), which == PointTable::markers ? 0 : no_colour);
     return values;
 }

@@ -21,6 +21,7 @@ struct SeriesOptions {
     bool visible = true;
     int width = 1;
     std::string name;
+    bool operator==(const SeriesOptions&) const = default;
 };
 
 struct SeriesData {
@@ -29,6 +30,7 @@ struct SeriesData {
     BlockExtremes extremes;             ///< of `y`
     std::vector<std::int32_t> markers;  ///< of single points; empty or one a point, 0 = the series' marker
     std::vector<std::int32_t> colours;  ///< likewise, -1 = the series' colour
+    std::uint64_t revision = 0;         ///< another one whenever a place, a kind or a mark has changed
 };
 
 struct SeriesGroup {
@@ -61,6 +63,8 @@ class SeriesTable {
     int group_count() const { return static_cast<int>(groups_.size()); }
     int series_count() const { return static_cast<int>(series_.size()); }
     int point_count() const { return point_count_; }
+    /// The number of the series that is drawn first, below the others; 0 = there is none.
+    int lowest() const { return groups_.empty() ? 0 : groups_.back().first; }
     const SeriesGroup& group(int number) const { return groups_[index(number)]; }
     const SeriesData& series(int number) const { return series_[index(number)]; }
     const SeriesOptions& options(int number) const { return options_[index(number)]; }
@@ -92,6 +96,7 @@ class SeriesTable {
     std::vector<SeriesData> series_;
     std::vector<SeriesOptions> options_;
     int point_count_ = 0;
+    std::uint64_t revisions_ = 0;
     std::optional<Interval> x_extent_;
     std::optional<Interval> y_extent_;
 };

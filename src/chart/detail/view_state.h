@@ -37,6 +37,7 @@ struct AxisRange {
     void set_zoom(double new_zoom, double new_centre);
     void clear_zoom();
     bool zoomed() const { return zoom != 1.0; }
+    bool operator==(const AxisRange&) const = default;
     /// The interval between ticks: the property's, or on a zoomed view a finer one that suits it.
     double view_tick_interval() const;
 

@@ -26,6 +26,11 @@ QImage blank(QSize size, double ratio) {
     return image;
 }
 
+/// Pictures of one size and format: a plain copy, without a detach or a blend.
+void copy_pixels(const QImage& from, QImage& to) {
+    std::memcpy(to.bits(), from.bits(), static_cast<std::size_t>(from.sizeInBytes()));
+}
+
 }  // namespace
 
 ScreenDevice::ScreenDevice(std::function<void()> on_present)
@@ -40,6 +45,7 @@ void ScreenDevice::resize(QSize logical_size, double device_pixel_ratio) {
                        static_cast<int>(std::ceil(size_.height() * ratio_)));
     base_ = blank(pixels, ratio_);
     surface_ = blank(pixels, ratio_);
+    lower_ = {};
     touch();
     set_size(size_.width() * units_per_screen_pixel, size_.height() * units_per_screen_pixel);
 }
@@ -67,13 +73,27 @@ void ScreenDevice::clear(Colour colour, int back_style) {
     active_.setCompositionMode(QPainter::CompositionMode_SourceOver);
 }
 
+void ScreenDevice::keep_lower() {
+    release_painter();
+    if (base_.isNull()) return;
+    if (lower_.isNull()) lower_ = QImage(base_.size(), base_.format());
+    copy_pixels(base_, lower_);
+    select_layer(Layer::base);
+}
+
+bool ScreenDevice::take_lower() {
+    if (lower_.isNull()) return false;
+    release_painter();
+    touch();
+    copy_pixels(lower_, base_);
+    select_layer(Layer::base);
+    return true;
+}
+
 void ScreenDevice::copy_base_to_surface() {
     release_painter();
     if (base_.isNull()) return;
-    // Rows of equal format: a plain copy, without a detach or a blend.
-    if (!surface_is_base_)
-        std::memcpy(surface_.bits(), std::as_const(base_).bits(),
-                    static_cast<std::size_t>(base_.sizeInBytes()));
+    if (!surface_is_base_) copy_pixels(base_, surface_);
     surface_is_base_ = true;
     select_layer(Layer::surface);
 }

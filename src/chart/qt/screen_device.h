@@ -35,6 +35,8 @@ class ScreenDevice : public PainterDevice {
     void markers(const MarkerShape& shape, std::span<const Point> anchors) override;
     void select_layer(Layer layer) override;
     void clear(Colour colour, int back_style) override;
+    void keep_lower() override;
+    bool take_lower() override;
     void copy_base_to_surface() override;
     void present() override;
     void set_border_style(int style) override { border_style_ = style; }
@@ -55,6 +57,7 @@ class ScreenDevice : public PainterDevice {
     double ratio_ = 1.0;
     QImage base_;
     QImage surface_;
+    QImage lower_;                  ///< null = nothing is kept
     bool surface_is_base_ = false;  ///< nothing was drawn on either since the last copy
     QPainter active_;
     std::vector<QPointF> line_;

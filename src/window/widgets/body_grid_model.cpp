@@ -112,8 +112,22 @@ bool BodyGridModel::enter(const QModelIndex& index, const QString& text) {
     return change == edit::GridChange::stored;
 }
 
+BodyGridModel::Cell BodyGridModel::cell(const QModelIndex& index) const {
+    return {flags(index),
+            {data(index), data(index, Qt::CheckStateRole), data(index, unit_role), data(index, error_role)}};
+}
+
 void BodyGridModel::refresh() {
-    emit dataChanged(index(0, 0), index(edit::body_row_count - 1, edit::grid_column_count - 1));
+    for (int row = 0; row < edit::body_row_count; ++row) {
+        for (int column = 0; column < edit::grid_column_count; ++column) {
+            const QModelIndex at = index(row, column);
+            Cell now = cell(at);
+            Cell& told = told_.at(static_cast<std::size_t>(row * edit::grid_column_count + column));
+            if (now == told) continue;
+            told = std::move(now);
+            emit dataChanged(at, at);
+        }
+    }
 }
 
 }  // namespace anomalis::window

@@ -1,7 +1,11 @@
 #pragma once
 
-#include <QAbstractTableModel>
+#include <array>
 
+#include <QAbstractTableModel>
+#include <QVariant>
+
+#include "edit/body_grid.h"
 #include "window/shell/form_guards.h"
 #include "window/shell/model_news.h"
 
@@ -31,18 +35,26 @@ class BodyGridModel : public QAbstractTableModel {
 
     /// Changes the mark of a row as a click on it does.
     void toggle_vary(const QModelIndex& index);
-    /// Every cell is shown anew.
+    /// The cells that are not as they were last told are shown anew.
     void refresh();
 
   signals:
     void text_refused(const QString& caption, const QString& text);
 
   private:
+    /// What a cell shows.
+    struct Cell {
+        Qt::ItemFlags flags;
+        std::array<QVariant, 4> shown;  ///< text, mark, unit, error
+        bool operator==(const Cell&) const = default;
+    };
+    Cell cell(const QModelIndex& index) const;
     bool enter(const QModelIndex& index, const QString& text);
 
     edit::Workbench& workbench_;
     FormGuards& guards_;
     ModelNews& news_;
+    std::array<Cell, static_cast<std::size_t>(edit::body_row_count) * edit::grid_column_count> told_;
 };
 
 }  // namespace anomalis::window

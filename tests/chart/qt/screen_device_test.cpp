@@ -1,7 +1,10 @@
 #include "chart/qt/screen_device.h"
 
+#include <array>
+#include <cmath>
 #include <functional>
 #include <gtest/gtest.h>
+#include <vector>
 
 #include "chart/qt/painter_device.h"
 #include "chart/qt/picture.h"
@@ -129,6 +132,68 @@ TEST(ScreenDevice, no_mark_of_an_overlay_outlives_it) {
         EXPECT_EQ(surface.picture(), bare);
         chart.RefreshGraph(1);
         EXPECT_EQ(surface.picture(), bare);
+    }
+}
+
+/// A chart of two curves, as it is changed while a body is moved.
+struct MovedChart {
+    ScreenDevice surface;
+    AX_Grapher chart;
+    std::vector<double> x{0, 1, 2, 3, 4, 5}, observed{1, 4, 2, 8, 5, 7}, calculated{2, 3, 3, 6, 6, 5};
+
+    MovedChart() {
+        surface.resize(QSize(300, 150), 1.5);
+        chart.SetSurface(&surface);
+    }
+    ~MovedChart() { chart.SetSurface(nullptr); }
+    void show() {
+        const std::array rows{ChartRow{x_row, x}, ChartRow{line_series, observed},
+                              ChartRow{line_series, calculated}};
+        chart.RegisterData(rows);
+        chart.SetSeriesOptions(1, 1, black, "Observed", marker, -1, 1);
+        chart.SetSeriesOptions(1, 2, 65280, "Calculated", 0, -1, 1);
+        chart.DisplayChart();
+    }
+    /// Pictures of another size keep nothing of these.
+    void forget_pictures() {
+        const QSize size = surface.logical_size();
+        const double ratio = surface.device_pixel_ratio();
+        surface.resize(QSize(20, 20), 1.0);
+        surface.resize(size, ratio);
+    }
+    int marker = 0;
+};
+
+/// What is kept of a picture from one redraw to the next is never seen: each is as one drawn from nothing.
+TEST(ScreenDevice, a_chart_after_any_change_is_as_one_drawn_from_nothing) {
+    const std::vector<std::function<void(MovedChart&)>> changes{
+        [](MovedChart& c) { c.calculated[2] = 7; },
+        [](MovedChart& c) { c.observed[1] = 2; },
+        [](MovedChart& c) { c.x[5] = 4.5; },
+        [](MovedChart& c) { c.observed[3] = std::nan(""); },
+        [](MovedChart& c) { c.observed.pop_back(); },
+        [](MovedChart& c) { c.chart.YAxisMin(-3), c.chart.YAxisMax(12); },
+        [](MovedChart& c) { c.chart.Title("Residual"); },
+        [](MovedChart& c) { c.chart.DisplayAxes(false); },
+        [](MovedChart& c) { c.chart.PlotPoints(true), c.marker = 2; },
+        [](MovedChart& c) { c.marker = 3; },
+        [](MovedChart& c) { c.chart.BackColor(0xC0FFFF); },
+        [](MovedChart& c) { c.chart.SetZoomValues(2, 0.5, 1, 0.5); },
+        [](MovedChart& c) { c.surface.resize(QSize(280, 160), 1.0); },
+        [](MovedChart& c) { c.calculated[3] = 1; },
+    };
+    MovedChart moved;
+    moved.show();
+    QImage before = moved.surface.picture().copy();
+    for (std::size_t i = 0; i < changes.size(); ++i) {
+        changes[i](moved);
+        moved.show();
+        const QImage shown = moved.surface.picture().copy();
+        EXPECT_NE(shown, before) << "change " << i << " is not seen";
+        moved.forget_pictures();
+        moved.chart.DisplayChart();
+        EXPECT_EQ(shown, moved.surface.picture()) << "after change " << i;
+        before = shown;
     }
 }
 
