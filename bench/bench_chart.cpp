@@ -72,6 +72,11 @@ class Pane {
         chart_.DisplayChart();
     }
     chart::AX_Grapher& chart() { return chart_; }
+    /// A redraw for which nothing of the last picture can be kept: the title is another one.
+    void redraw_all() {
+        chart_.Title(++turn_ % 2 == 0 ? "Residual Magnetic Field" : "Residual Magnetic Fields");
+        chart_.RefreshGraph(0);
+    }
     /// The same points as the chart's, in pixels.
     QPolygonF pixels() {
         QPolygonF points;
@@ -85,6 +90,7 @@ class Pane {
 
   private:
     std::vector<double> x_, y_;
+    int turn_ = 0;
     chart::ScreenDevice surface_;
     chart::AX_Grapher chart_;
 };
@@ -101,7 +107,7 @@ void five_linked_charts(benchmark::State& state) {
     BestTime full, overlay, polylines;
     for (auto _ : state) {
         const double seconds = full.take([&] {
-            for (auto& pane : charts) pane->chart().RefreshGraph(0);
+            for (auto& pane : charts) pane->redraw_all();
         });
         overlay.take([&] {
             for (auto& pane : charts) pane->chart().RefreshGraph(1);
@@ -126,8 +132,8 @@ void a_million_points(benchmark::State& state) {
     Pane small(page_width, page_height, 10000), large(page_width, page_height, 1000000);
     BestTime few, many;
     for (auto _ : state) {
-        const double seconds = many.take([&] { large.chart().RefreshGraph(0); });
-        few.take([&] { small.chart().RefreshGraph(0); });
+        const double seconds = many.take([&] { large.redraw_all(); });
+        few.take([&] { small.redraw_all(); });
         state.SetIterationTime(seconds);
     }
     state.counters["ratio_to_10000"] = many.seconds() / few.seconds();

@@ -43,7 +43,7 @@ HistoryStep settle(Workbench& workbench, const History::Move& move) {
 void note_change(Workbench& workbench, const ModelChange& change) {
     workbench.session.model_changed = true;
     workbench.fit_errors.clear();
-    model::find_stale(workbench.session.workspace);
+    model::drop_line_read_otherwise(workbench.session.workspace);
     workbench.history.note(workbench, change);
     workbench.unsaved = workbench.history.unsaved();
     if (change.body_list) bodies_listed_anew(workbench);

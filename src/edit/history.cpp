@@ -87,7 +87,7 @@ History::Move History::move(Workbench& workbench, Steps& from, Steps& to) {
     result.difference = compare_states(current_.model, target.model, workbench.view.current_body);
     result.another_file = target.document != current_.document;
     restore_state(workspace, current_.model, target.model);
-    model::find_stale(workspace);
+    model::drop_line_read_otherwise(workspace);
     workspace.model_file = target.document->file;
     workspace.model_file_date = target.document->date;
     workbench.base_from_mean = target.base_from_mean;

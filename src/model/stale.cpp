@@ -92,9 +92,13 @@ void fit_to_line(const Workspace& w, ModelBody& body) {
 
 }  // namespace
 
-void find_stale(Workspace& workspace) {
+void drop_line_read_otherwise(Workspace& workspace) {
     if (workspace.station_count > 0 && workspace.read_as && *workspace.read_as != line_inputs(workspace))
         drop_stations(workspace);
+}
+
+void find_stale(Workspace& workspace) {
+    drop_line_read_otherwise(workspace);
     const Stale settings = compare_settings(workspace);
     mark_rows(workspace, settings);
     for (int number = 1; number <= workspace.body_count; ++number) {

@@ -37,7 +37,7 @@ TEST(AddBodies, a_new_body_stands_in_the_view_on_the_ground_of_the_middle_statio
     EXPECT_EQ(body.name, "Body 4");
     EXPECT_EQ(body.colour, 0xFF0000);
     EXPECT_EQ(body.response.rows(), LineSample::stations);
-    EXPECT_EQ(Cleared(body), Cleared(true, true));
+    EXPECT_EQ(sample.cleared(4), Cleared(true, true));
     EXPECT_TRUE(sample.changed());
 }
 
@@ -121,9 +121,9 @@ TEST(AddBodies, a_copy_stands_behind_the_current_body_and_beside_it) {
     EXPECT_EQ(copy.top.value, 40);
     EXPECT_EQ(copy.colour, 0xFF0000);
     EXPECT_EQ(sample.body(4).distance.value, 1900);
-    EXPECT_EQ(Cleared(sample.body(2)), Cleared(false, false)) << "the original is what it was";
-    EXPECT_EQ(Cleared(copy), Cleared(true, true));
-    EXPECT_EQ(Cleared(sample.body(4)), Cleared(false, false));
+    EXPECT_EQ(sample.cleared(2), Cleared(false, false)) << "the original is what it was";
+    EXPECT_EQ(sample.cleared(3), Cleared(true, true));
+    EXPECT_EQ(sample.cleared(4), Cleared(false, false));
 }
 
 TEST(AddBodies, responses_move_with_their_bodies) {

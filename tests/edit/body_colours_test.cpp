@@ -18,7 +18,7 @@ TEST(BodyColours, run_from_the_lowest_to_the_highest_value) {
     EXPECT_EQ(sample.body(2).colour, ramp_colour(1));
     EXPECT_EQ(sample.body(3).colour, ramp_colour(0.5));
     EXPECT_TRUE(sample.changed());
-    EXPECT_EQ(Cleared(sample.body(1)), Cleared(false, false));
+    EXPECT_EQ(sample.cleared(1), Cleared(false, false));
 }
 
 TEST(BodyColours, a_negative_susceptibility_counts_as_0) {

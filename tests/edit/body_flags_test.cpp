@@ -30,7 +30,7 @@ TEST(BodyFlags, use_off_turns_the_bodies_off) {
     BodySample sample;
     EXPECT_TRUE(set_body_flags(sample.workbench, BodyFlag::use, FlagSetting::off));
     EXPECT_EQ(values(sample, &ModelBody::turned_off), (Values{1, 1, 1}));
-    EXPECT_EQ(Cleared(sample.body(3)), Cleared(true, true));
+    EXPECT_EQ(sample.cleared(3), Cleared(true, true));
     EXPECT_TRUE(sample.changed());
     EXPECT_TRUE(set_body_flags(sample.workbench, BodyFlag::use, FlagSetting::on));
     EXPECT_EQ(values(sample, &ModelBody::turned_off), (Values{0, 0, 0}));

@@ -23,7 +23,7 @@ TEST(BodyForm, dip_turns_by_a_quarter_between_sheets_and_the_rest) {
     for (const auto type : {pipe, wire, pipe, thin_sheet, thick_sheet}) {
         sample.calm();
         EXPECT_TRUE(change_body_type(sample.workbench, type));
-        EXPECT_EQ(Cleared(body), Cleared(true, true));
+        EXPECT_EQ(sample.cleared(2), Cleared(true, true));
         EXPECT_TRUE(sample.changed());
         dips.push_back(body.dip.value);
     }
@@ -75,7 +75,7 @@ TEST(BodyForm, marks_store_and_clear_what_hangs_on_them) {
     BodySample sample;
     EXPECT_TRUE(change_body_fixed(sample.workbench, true));
     EXPECT_EQ(sample.body(2).vary, 0);
-    EXPECT_EQ(Cleared(sample.body(2)), Cleared(false, false));
+    EXPECT_EQ(sample.cleared(2), Cleared(false, false));
     EXPECT_TRUE(sample.changed());
     EXPECT_FALSE(change_body_fixed(sample.workbench, true));
     EXPECT_TRUE(change_body_fixed(sample.workbench, false));
@@ -83,12 +83,12 @@ TEST(BodyForm, marks_store_and_clear_what_hangs_on_them) {
 
     EXPECT_TRUE(change_body_turned_off(sample.workbench, true));
     EXPECT_EQ(sample.body(2).turned_off, 1);
-    EXPECT_EQ(Cleared(sample.body(2)), Cleared(true, true));
+    EXPECT_EQ(sample.cleared(2), Cleared(true, true));
 
     sample.calm();
     EXPECT_TRUE(change_body_demagnetisation(sample.workbench, true));
     EXPECT_EQ(sample.body(2).include_demagnetisation, 1);
-    EXPECT_EQ(Cleared(sample.body(2)), Cleared(true, false));
+    EXPECT_EQ(sample.cleared(2), Cleared(true, false));
     EXPECT_TRUE(sample.changed());
 }
 
@@ -136,7 +136,7 @@ TEST(BodyForm, the_shape_of_a_pipe_takes_numbers_from_0_on) {
     };
     EXPECT_EQ(set(PipeBox::shell_thickness, "1.5"), BoxChange::stored);
     EXPECT_EQ(sample.body(2).shell_thickness, 1.5F);
-    EXPECT_EQ(Cleared(sample.body(2)), Cleared(true, true));
+    EXPECT_EQ(sample.cleared(2), Cleared(true, true));
     EXPECT_EQ(set(PipeBox::shell_thickness, "1.50"), BoxChange::unchanged);
     EXPECT_EQ(set(PipeBox::end_thickness, "0.25"), BoxChange::stored);
     EXPECT_EQ(set(PipeBox::max_triangle_size, "7"), BoxChange::stored);

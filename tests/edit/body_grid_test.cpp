@@ -61,8 +61,8 @@ TEST(BodyGrid, a_keyed_value_clears_only_what_hangs_on_it) {
                           Case{param_density, "2.9", {false, true}}}) {
         BodySample sample;
         EXPECT_EQ(key(sample, c.row, c.text), GridChange::stored) << c.row;
-        EXPECT_EQ(Cleared(sample.body(2)), c.cleared) << c.row;
-        EXPECT_EQ(Cleared(sample.body(1)), Cleared(false, false));
+        EXPECT_EQ(sample.cleared(2), c.cleared) << c.row;
+        EXPECT_EQ(sample.cleared(1), Cleared(false, false));
         EXPECT_EQ(body_param(sample.body(2), c.row).value, std::stof(c.text));
         EXPECT_TRUE(sample.changed() && sample.workbench.unsaved);
     }
@@ -111,7 +111,7 @@ TEST(BodyGrid, texts_that_are_no_number_are_refused) {
         }
     }
     EXPECT_FALSE(sample.changed());
-    EXPECT_EQ(Cleared(sample.body(2)), Cleared(false, false));
+    EXPECT_EQ(sample.cleared(2), Cleared(false, false));
 }
 
 TEST(BodyGrid, a_value_near_the_stored_one_counts_as_none) {
@@ -161,7 +161,7 @@ TEST(BodyGrid, marks_flip_and_are_kept) {
     EXPECT_TRUE(sample.changed());
     EXPECT_TRUE(toggle_grid_vary(sample.workbench, param_strike));
     EXPECT_EQ(sample.body(2).strike.vary, 0);
-    EXPECT_EQ(Cleared(sample.body(2)), Cleared(false, false));
+    EXPECT_EQ(sample.cleared(2), Cleared(false, false));
 }
 
 TEST(BodyGrid, diameter_and_length_of_a_wire_never_vary) {
@@ -193,7 +193,7 @@ TEST(BodyGrid, limits_are_numbers_or_blank) {
     EXPECT_EQ(key(sample, param_dip, "-99999", grid_min), GridChange::stored);
     EXPECT_EQ(sample.body(2).dip.min, unset);
     EXPECT_EQ(key(sample, param_dip, "-200000", grid_min), GridChange::unchanged);
-    EXPECT_EQ(Cleared(sample.body(2)), Cleared(false, false));
+    EXPECT_EQ(sample.cleared(2), Cleared(false, false));
     EXPECT_TRUE(sample.changed());
 }
 

@@ -25,7 +25,7 @@ TEST(BodyList, deleting_the_current_body_moves_the_later_ones_down) {
     EXPECT_EQ(distances(sample), (Distances{500, 1900}));
     EXPECT_EQ(sample.workbench.view.current_body, 2);
     EXPECT_EQ(sample.body(2).response(7, 2), 3);
-    EXPECT_EQ(Cleared(sample.body(1)), Cleared(false, false)) << "the others are what they were";
+    EXPECT_EQ(sample.cleared(1), Cleared(false, false)) << "the others are what they were";
     EXPECT_TRUE(sample.changed());
     EXPECT_TRUE(sample.prompts.questions.empty());
 }
@@ -128,7 +128,7 @@ TEST(BodyList, a_shift_moves_all_bodies_along_the_line) {
     EXPECT_EQ(sample.prompts.input_boxes[0].default_text, "0");
     EXPECT_EQ(distances(sample), (Distances{462.5F, 1162.5F, 1862.5F}));
     EXPECT_DOUBLE_EQ(sample.body(3).east, 501862.5);
-    EXPECT_EQ(Cleared(sample.body(1)), Cleared(true, true));
+    EXPECT_EQ(sample.cleared(1), Cleared(true, true));
     EXPECT_TRUE(sample.changed());
 }
 

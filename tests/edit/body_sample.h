@@ -8,6 +8,15 @@
 
 namespace anomalis::edit {
 
+/// Which of a body's responses are out of date.
+struct Cleared {
+    bool mag, grav;
+    explicit Cleared(const ModelBody& body)
+        : mag(!body.mag_response_valid), grav(!body.grav_response_valid) {}
+    Cleared(bool m, bool g) : mag(m), grav(g) {}
+    bool operator==(const Cleared&) const = default;
+};
+
 /// A loaded line with three sheets at 500, 1200 and 1900 m; body 2 is the current one and nothing is marked
 /// as changed.
 struct BodySample : LineSample {
@@ -36,16 +45,12 @@ struct BodySample : LineSample {
         model::find_stale(workspace());
         for (ModelBody& b : workspace().bodies) b.mag_response_valid = b.grav_response_valid = true;
     }
+    /// What is found to be out of date at the next calculation.
+    Cleared cleared(int number) {
+        model::find_stale(workspace());
+        return Cleared(body(number));
+    }
     bool changed() const { return session.model_changed; }
-};
-
-/// Which of a body's responses are out of date.
-struct Cleared {
-    bool mag, grav;
-    explicit Cleared(const ModelBody& body)
-        : mag(!body.mag_response_valid), grav(!body.grav_response_valid) {}
-    Cleared(bool m, bool g) : mag(m), grav(g) {}
-    bool operator==(const Cleared&) const = default;
 };
 
 }  // namespace anomalis::edit

@@ -8,6 +8,7 @@
 #include "edit/line_sample.h"
 #include "edit/settings_boxes.h"
 #include "model/refresh_model.h"
+#include "model/stale.h"
 #include "support/stale_body.h"
 #include "workspace_file/axm.h"
 
@@ -86,12 +87,14 @@ TEST(History, keeps_the_responses_of_bodies_that_did_not_change) {
     sample.set_dip(2, 35);
     model::refresh_model(sample.session);
     undo_change(sample.workbench);
+    model::find_stale(sample.workspace());
     EXPECT_TRUE(sample.workspace().body(1).mag_response_valid);
     EXPECT_FALSE(sample.workspace().body(2).mag_response_valid);
     EXPECT_TRUE(sample.workspace().body(3).mag_response_valid);
     model::refresh_model(sample.session);
     sample.remove(1);
     undo_change(sample.workbench);
+    model::find_stale(sample.workspace());
     EXPECT_FALSE(sample.workspace().body(1).mag_response_valid);
     EXPECT_TRUE(sample.workspace().body(2).mag_response_valid);
     EXPECT_TRUE(sample.workspace().body(3).mag_response_valid);
@@ -215,10 +218,12 @@ TEST(History, takes_settings_back_without_another_load) {
     model::refresh_model(sample.session);
     EXPECT_TRUE(undo_change(sample.workbench).settings);
     EXPECT_EQ(sample.workspace().sensor_offset, 10);
+    model::find_stale(sample.workspace());
     EXPECT_FALSE(sample.workspace().elevations_ready);
     const HistoryStep step = undo_change(sample.workbench);
     EXPECT_EQ(sample.workspace().processing.residual_filter_width, 0);
     EXPECT_FALSE(step.line_lost);
+    model::find_stale(sample.workspace());
     EXPECT_FALSE(sample.workspace().mag.observed_filtered);
     EXPECT_EQ(sample.workspace().station_count, LineSample::stations);
 }

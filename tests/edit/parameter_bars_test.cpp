@@ -110,14 +110,14 @@ TEST(ParameterBars, a_step_raises_or_lowers_and_clears_what_hangs_on_it) {
     BodySample sample;
     EXPECT_TRUE(step(sample, param_dip, 1));
     EXPECT_EQ(sample.body(2).dip.value, 95);
-    EXPECT_EQ(Cleared(sample.body(2)), Cleared(true, true));
-    EXPECT_EQ(Cleared(sample.body(1)), Cleared(false, false));
+    EXPECT_EQ(sample.cleared(2), Cleared(true, true));
+    EXPECT_EQ(sample.cleared(1), Cleared(false, false));
     EXPECT_TRUE(sample.changed() && sample.workbench.unsaved);
     EXPECT_TRUE(step(sample, param_dip, -1, true));
     EXPECT_EQ(sample.body(2).dip.value, 94.5F);
     sample.calm();
     EXPECT_TRUE(step(sample, param_density, -1));
-    EXPECT_EQ(Cleared(sample.body(2)), Cleared(false, true));
+    EXPECT_EQ(sample.cleared(2), Cleared(false, true));
     EXPECT_TRUE(step(sample, param_top, 1));
     EXPECT_GT(sample.body(2).top.value, 40);
 }
@@ -126,7 +126,7 @@ TEST(ParameterBars, a_step_along_the_line_moves_the_body_on_the_map) {
     BodySample sample;
     EXPECT_TRUE(step(sample, param_distance, 1));
     EXPECT_DOUBLE_EQ(sample.body(2).east, 501210);
-    EXPECT_EQ(Cleared(sample.body(2)), Cleared(true, true));
+    EXPECT_EQ(sample.cleared(2), Cleared(true, true));
 }
 
 TEST(ParameterBars, steps_stay_inside_the_range_of_their_row) {

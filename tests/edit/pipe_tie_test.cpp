@@ -78,7 +78,7 @@ TEST(PipeTie, susceptibility_follows_the_depth_by_the_rate) {
     EXPECT_TRUE(sample.step(-1));
     EXPECT_EQ(sample.body(2).top.value, 39);
     EXPECT_NEAR(sample.body(2).susc.value, 50000 * std::pow((room + 1) / room, 2), 0.01);
-    EXPECT_EQ(Cleared(sample.body(2)), Cleared(true, true));
+    EXPECT_EQ(sample.cleared(2), Cleared(true, true));
     EXPECT_TRUE(sample.step(1));
     EXPECT_NEAR(sample.body(2).susc.value, 50000, 0.05);
 }

@@ -4,6 +4,7 @@
 
 #include "edit/line_sample.h"
 #include "model/refresh_model.h"
+#include "model/stale.h"
 
 namespace anomalis::edit {
 
@@ -67,6 +68,7 @@ TEST(SettingsBoxes, a_new_field_makes_every_body_calculate_anew) {
     ModelBody& body = sample.add_body(1000, 50);
     body.mag_response_valid = body.grav_response_valid = true;
     change_settings_box(sample.workbench, SettingsBox::mag_inclination, "-53.1");
+    model::find_stale(sample.workspace());
     EXPECT_FALSE(body.mag_response_valid);
     EXPECT_TRUE(sample.session.model_changed);
 }
@@ -80,10 +82,12 @@ TEST(SettingsBoxes, filter_widths_are_whole_and_not_negative_and_clear_the_filte
               SettingsChange::refused);
     EXPECT_EQ(change_settings_box(sample.workbench, SettingsBox::smooth_filter_width, "3e9"),
               SettingsChange::refused);
+    model::find_stale(sample.workspace());
     EXPECT_TRUE(sample.workspace().mag.observed_filtered);
     EXPECT_EQ(change_settings_box(sample.workbench, SettingsBox::smooth_filter_width, "2.5"),
               SettingsChange::stored);
     EXPECT_EQ(sample.workspace().processing.smooth_filter_width, 2);
+    model::find_stale(sample.workspace());
     EXPECT_FALSE(sample.workspace().mag.observed_filtered);
     EXPECT_EQ(sample.workspace().station_count, LineSample::stations) << "a filter does not need a new load";
 }
