@@ -39,8 +39,8 @@ struct StateDifference {
 StateDifference compare_states(const ModelState& from, const ModelState& to, int current_body);
 
 /// Brings a workspace that stands in state `from` to state `to`. Bodies that both hold keep their responses,
-/// unless a setting differs; the others are marked out of date. Where the data would have to be read in
-/// another way the stations are dropped.
+/// unless a setting differs; the others are found out of date at the next calculation. Where the data would
+/// have to be read in another way the stations are dropped.
 void restore_state(Workspace& workspace, const ModelState& from, const ModelState& to);
 
 /// A workspace with no line that holds what a file of this one would hold.

@@ -35,7 +35,7 @@ enum class SettingsBox {
 enum class SettingsChange {
     unchanged,  ///< the text says what is stored already
     refused,    ///< the stored value stays and goes back into the box
-    stored      ///< what depends on it is marked out of date
+    stored      ///< what depends on it is found out of date at the next calculation
 };
 
 /// Takes a text into the setting of its box.

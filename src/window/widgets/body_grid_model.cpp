@@ -1,6 +1,7 @@
 #include "window/widgets/body_grid_model.h"
 
 #include <array>
+#include <utility>
 
 #include "edit/body_grid.h"
 #include "edit/workbench.h"
