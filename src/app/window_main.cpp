@@ -2,6 +2,7 @@
 #include <QFileInfo>
 #include <QTimer>
 
+#include "core/file_limit.h"
 #include "core/session.h"
 #include "flow/examples.h"
 #include "flow/recovery.h"
@@ -11,6 +12,7 @@
 #include "window/shell/recovery_controller.h"
 
 int main(int argc, char** argv) {
+    anomalis::take_file_limit_as_error();
     QApplication application(argc, argv);
     QApplication::setApplicationName("Anomalis");
     anomalis::window::apply_look(application);

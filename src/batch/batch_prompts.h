@@ -10,7 +10,7 @@
 namespace anomalis::batch {
 
 /// Nobody is at the keyboard: messages go to a stream and are kept, every dialog is cancelled, every question
-/// is answered with No.
+/// is answered with No, or with the answer that changes nothing.
 class BatchPrompts : public Prompts {
   public:
     explicit BatchPrompts(std::ostream& err) : err_(err) {}

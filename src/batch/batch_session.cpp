@@ -3,7 +3,7 @@
 #include <ostream>
 
 #include "core/failure.h"
-#include "core/safe_file.h"
+#include "core/told_write.h"
 #include "intake/load.h"
 #include "model/refresh_model.h"
 #include "workspace_file/axm.h"
@@ -36,7 +36,7 @@ void BatchSession::explain_silence() {
 
 int BatchSession::write_result(const std::string& path, const std::string& text) {
     return report_failure(prompts, "An error occurred while writing the file: ", [&] {
-        if (!path.empty()) return write_file_safely(path, text);
+        if (!path.empty()) return write_file_telling(prompts, path, text);
         if (!(out << text).flush()) throw Fault("The output could not be written");
     });
 }

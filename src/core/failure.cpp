@@ -36,9 +36,9 @@ Fault::Fault(FaultKind kind) : std::runtime_error(usual_text(kind)) {}
 Fault::Fault(FaultKind kind, const std::string& detail)
     : std::runtime_error(std::string(usual_text(kind)) + " (" + detail + ")") {}
 
-FileFault::FileFault(int error_number, const std::string& path)
+FileFault::FileFault(int error_number, const std::string& path, const std::string& more)
     : std::runtime_error(std::error_code(error_number, std::generic_category()).message() + " (" + path +
-                         ")") {}
+                         ")" + more) {}
 
 std::string fault_text(const std::exception& failure) {
     // What the standard library raises by itself is told in the same words as our own faults.

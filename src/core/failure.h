@@ -23,10 +23,16 @@ class Fault : public std::runtime_error {
     explicit Fault(const std::string& text) : std::runtime_error(text) {}
 };
 
-/// A file operation that failed: the system's text and the path.
+/// A file operation that failed: the system's text and the path, then what more there is to say.
 class FileFault : public std::runtime_error {
   public:
-    FileFault(int error_number, const std::string& path);
+    FileFault(int error_number, const std::string& path, const std::string& more = "");
+};
+
+/// A file that could be written, but not replaced as a whole: nothing was changed.
+class NoSafeReplacement : public FileFault {
+  public:
+    using FileFault::FileFault;
 };
 
 /// The text shown for a caught exception.

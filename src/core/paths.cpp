@@ -73,6 +73,14 @@ std::string native_path(std::string_view path) {
     return native;
 }
 
+std::string whole_path(const std::string& path) {
+    std::error_code error;
+    const std::filesystem::path absolute = std::filesystem::absolute(path, error);
+    if (error) return path;
+    const std::filesystem::path whole = std::filesystem::weakly_canonical(absolute, error);
+    return error ? absolute.string() : whole.string();
+}
+
 bool folder_exists(const std::string& path) {
     std::error_code error;
     return std::filesystem::is_directory(path, error);

@@ -19,6 +19,8 @@ std::string folder_name(std::string_view path);
 std::string base_name(std::string_view path);
 /// The path with every separator written as this system's own.
 std::string native_path(std::string_view path);
+/// The path from the root with links followed, as far as it exists: one file, one text.
+std::string whole_path(const std::string& path);
 /// True when the path is an existing folder.
 bool folder_exists(const std::string& path);
 /// Changes the current folder to the path when it is a folder, else to the folder of the path. A blank path

@@ -20,6 +20,15 @@ bool Prompts::ask_yes_no(const std::string& text) {
     return show_question(text);
 }
 
+std::size_t Prompts::choose(const std::string& text, const std::vector<std::string>& answers) {
+    flush();
+    return show_choice(text, answers);
+}
+
+std::size_t Prompts::show_choice(const std::string& /*text*/, const std::vector<std::string>& answers) {
+    return answers.size() - 1;
+}
+
 std::optional<std::string> Prompts::input_box(const std::string& title, const std::string& prompt,
                                               const std::string& default_text) {
     flush();

@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "core/faults.h"
 
@@ -26,6 +27,9 @@ class Prompts {
     void message(const std::string& text);
     /// Asks a question with Yes and No.
     bool ask_yes_no(const std::string& text);
+    /// Asks a question whose answers stand on the buttons, the one that Enter means first and the one that
+    /// changes nothing last: Esc and closing the question mean it too. Returns the place of the answer.
+    std::size_t choose(const std::string& text, const std::vector<std::string>& answers);
     /// Asks for a line of text; no value after a cancel.
     std::optional<std::string> input_box(const std::string& title, const std::string& prompt,
                                          const std::string& default_text);
@@ -38,6 +42,8 @@ class Prompts {
   protected:
     virtual void show_message(const std::string& text) = 0;
     virtual bool show_question(const std::string& text) = 0;
+    /// Where nobody is asked nothing is changed.
+    virtual std::size_t show_choice(const std::string& text, const std::vector<std::string>& answers);
     virtual std::optional<std::string> show_input_box(const std::string& title, const std::string& prompt,
                                                       const std::string& default_text) = 0;
     virtual std::optional<std::string> show_open_dialog(const FileRequest& request) = 0;

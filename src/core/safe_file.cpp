@@ -16,6 +16,8 @@
 #include <utility>
 
 #include "core/failure.h"
+#include "core/leftovers.h"
+#include "core/paths.h"
 
 namespace anomalis {
 
@@ -109,13 +111,43 @@ mode_t new_file_mode() {
     return 0666 & ~mask;
 }
 
-/// A rename is on the disk once its folder is. Where the file system cannot flush a folder there is no more
-/// to be done, and the file itself is whole either way.
-void flush_folder(const std::string& folder) {
+/// Network folders and those of other systems may know no permissions and flush nothing on demand. That is
+/// no failure of the write; a disk that is broken or full is.
+bool is_missing_ability(int error) {
+    return error == EINVAL || error == ENOTSUP || error == EOPNOTSUPP || error == ENOSYS || error == EPERM;
+}
+
+void set_rights(int descriptor, mode_t mode, const std::string& path) {
+    if (::fchmod(descriptor, mode) != 0 && !is_missing_ability(errno)) throw FileFault(errno, path);
+}
+
+void flush_file(int descriptor, const std::string& path) {
+    while (::fsync(descriptor) != 0) {
+        if (errno == EINTR) continue;
+        if (is_missing_ability(errno)) return;
+        throw FileFault(errno, path);
+    }
+}
+
+/// A rename is on the disk once its folder is. A folder that may not be read cannot be flushed.
+void flush_folder(const std::string& folder, const std::string& path) {
     const int descriptor = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (descriptor < 0) return;
-    ::fsync(descriptor);
-    ::close(descriptor);
+    const Descriptor open_folder(descriptor, path);
+    flush_file(descriptor, path);
+}
+
+/// The folder keeps others from making files in it, or from replacing this one (a sticky folder, a file that
+/// is a mount of its own).
+bool is_refusal_of_folder(int error) {
+    return error == EACCES || error == EPERM || error == EROFS || error == EBUSY || error == EXDEV;
+}
+
+[[noreturn]] void refuse_replacement(int error, const std::string& path, bool old_file_is_writable) {
+    if (!old_file_is_writable || !is_refusal_of_folder(error)) throw FileFault(error, path);
+    throw NoSafeReplacement(error, path,
+                            ": the file may be written, but its folder lets no other file take its place, so "
+                            "it cannot be replaced safely");
 }
 
 /// Opens what is neither file nor folder. A pipe that nobody reads would hold the program for good, so its
@@ -139,25 +171,18 @@ int open_device(const std::string& target) {
 
 class SafeFile::Target {
   public:
-    explicit Target(const std::string& path) : path_(path), target_(resolved(path)) {
-        struct stat old {};
-        if (::stat(target_.c_str(), &old) != 0) {
-            if (errno != ENOENT || path.empty()) throw FileFault(errno, path);
-            mode_ = new_file_mode();
-        } else if (S_ISDIR(old.st_mode)) {
-            throw FileFault(EISDIR, path);
-        } else if (S_ISBLK(old.st_mode)) {
-            throw FileFault(ENOTSUP, path);  // the disk under a file system
-        } else if (::access(target_.c_str(), W_OK) != 0) {
-            // A rename needs no right to write the file itself, so a write-protected one is asked here.
-            throw FileFault(errno, path);
-        } else {
-            mode_ = old.st_mode & 07777;
-            is_device_ = !S_ISREG(old.st_mode);
+    Target(const std::string& path, FileRights rights) : path_(path), target_(resolved(path)) {
+        look_at_old_file();
+        if (rights == FileRights::owner_only) mode_ = S_IRUSR | S_IWUSR;
+        if (is_device_) {
+            file_.emplace(open_device(target_), path_);
+            return;
         }
-        // A short name of its own: the target's name may already be as long as names can be.
-        if (!is_device_) temporary_ = folder_of(target_) + ".anomalis-XXXXXX";
-        file_.emplace(is_device_ ? open_device(target_) : ::mkostemp(temporary_.data(), O_CLOEXEC), path_);
+        remove_leftovers(folder_of(target_));
+        temporary_ = temporary_name(folder_of(target_));
+        const int descriptor = ::mkostemp(temporary_.data(), O_CLOEXEC);
+        if (descriptor < 0) refuse_replacement(errno, path_, replaces_);
+        file_.emplace(descriptor, path_);
     }
     ~Target() {
         if (!is_device_ && !committed_ && file_) ::unlink(temporary_.c_str());
@@ -167,40 +192,100 @@ class SafeFile::Target {
 
     void write(std::string_view contents) { write_all(file_->get(), contents, path_); }
 
-    void commit() {
-        if (is_device_) return file_->close(path_);
-        if (::fchmod(file_->get(), mode_) != 0 || ::fsync(file_->get()) != 0) throw FileFault(errno, path_);
+    int commit() {
+        if (is_device_) {
+            file_->close(path_);
+            return 0;
+        }
+        set_rights(file_->get(), mode_, path_);
+        flush_file(file_->get(), path_);
         file_->close(path_);
-        if (::rename(temporary_.c_str(), target_.c_str()) != 0) throw FileFault(errno, path_);
+        const int names = other_names();
+        if (::rename(temporary_.c_str(), target_.c_str()) != 0) refuse_replacement(errno, path_, replaces_);
         committed_ = true;
-        flush_folder(folder_of(target_));
+        flush_folder(folder_of(target_), path_);
+        return names;
     }
 
   private:
+    void look_at_old_file() {
+        struct stat old {};
+        if (::stat(target_.c_str(), &old) != 0) {
+            if (errno != ENOENT || path_.empty()) throw FileFault(errno, path_);
+            mode_ = new_file_mode();
+        } else if (S_ISDIR(old.st_mode)) {
+            throw FileFault(EISDIR, path_);
+        } else if (S_ISBLK(old.st_mode)) {
+            throw FileFault(ENOTSUP, path_);  // the disk under a file system
+        } else if (::access(target_.c_str(), W_OK) != 0) {
+            // A rename needs no right to write the file itself, so a write-protected one is asked here.
+            throw FileFault(errno, path_);
+        } else {
+            mode_ = old.st_mode & 07777;
+            is_device_ = !S_ISREG(old.st_mode);
+            replaces_ = true;
+        }
+    }
+
+    int other_names() const {
+        struct stat old {};
+        if (::stat(target_.c_str(), &old) != 0) return 0;
+        return static_cast<int>(old.st_nlink) - 1;
+    }
+
     std::string path_;    ///< as it was given, for messages
     std::string target_;  ///< with links followed
     std::string temporary_;
     mode_t mode_ = 0;
     bool is_device_ = false;
+    bool replaces_ = false;  ///< a file stands there that may be written
     bool committed_ = false;
     std::optional<Descriptor> file_;
 };
 
-SafeFile::SafeFile(const std::string& path) : target_(std::make_unique<Target>(path)) {}
+SafeFile::SafeFile(const std::string& path, FileRights rights)
+    : target_(std::make_unique<Target>(path, rights)) {}
 SafeFile::~SafeFile() = default;
 
 void SafeFile::write(std::string_view contents) {
     target_->write(contents);
 }
 
-void SafeFile::commit() {
-    target_->commit();
+int SafeFile::commit() {
+    return target_->commit();
 }
 
-void write_file_safely(const std::string& path, std::string_view contents) {
-    SafeFile file(path);
+int write_file_safely(const std::string& path, std::string_view contents, FileRights rights) {
+    SafeFile file(path, rights);
     file.write(contents);
-    file.commit();
+    return file.commit();
+}
+
+std::string hard_link_remark(const std::string& path, int other_names) {
+    if (other_names <= 0) return "";
+    return file_name(path) + " had " +
+           (other_names == 1 ? "another name" : std::to_string(other_names) + " other names") +
+           " (hard links). It is a new file now; what it held before stays under " +
+           (other_names == 1 ? "the other name" : "the other names");
+}
+
+void write_file_in_place(const std::string& path, std::string_view contents) {
+    const std::string old = read_whole_file(path);
+    Descriptor file(::open(path.c_str(), O_WRONLY | O_CLOEXEC), path);
+    const auto overwrite = [&](std::string_view text) {
+        if (::lseek(file.get(), 0, SEEK_SET) != 0) throw FileFault(errno, path);
+        write_all(file.get(), text, path);
+        if (::ftruncate(file.get(), static_cast<off_t>(text.size())) != 0) throw FileFault(errno, path);
+        flush_file(file.get(), path);
+    };
+    try {
+        overwrite(contents);
+    } catch (const FileFault&) {
+        // Its room is still there.
+        overwrite(old);
+        throw;
+    }
+    file.close(path);
 }
 
 void append_to_file(const std::string& path, std::string_view text) {
@@ -242,7 +327,7 @@ FolderLock::FolderLock(const std::string& folder, std::chrono::milliseconds pati
         if (i > 0) std::this_thread::sleep_for(pause);
         error = ::flock(descriptor_, LOCK_EX | LOCK_NB) == 0 ? 0 : errno;
         // A file system without locks: going on alone is better than keeping nothing.
-        if (error == ENOLCK || error == EOPNOTSUPP || error == ENOSYS) error = 0;
+        if (error == ENOLCK || error == EOPNOTSUPP || error == ENOSYS) error = 0, excludes_ = false;
         if (error == EINTR) error = EWOULDBLOCK;
     }
     if (error == 0) return;

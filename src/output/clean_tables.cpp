@@ -7,7 +7,7 @@
 
 #include "core/body_parameters.h"
 #include "core/failure.h"
-#include "core/safe_file.h"
+#include "core/told_write.h"
 #include "core/workspace.h"
 #include "output/body_place.h"
 #include "output/csv_text.h"
@@ -133,12 +133,12 @@ std::string clean_model_table_text(const Workspace& workspace) {
 
 int write_clean_profile_table(const std::string& path, const Workspace& workspace, Prompts& prompts) {
     return report_failure(prompts, write_failure_prefix,
-                          [&] { write_file_safely(path, clean_profile_table_text(workspace)); });
+                          [&] { write_file_telling(prompts, path, clean_profile_table_text(workspace)); });
 }
 
 int write_clean_model_table(const std::string& path, const Workspace& workspace, Prompts& prompts) {
     return report_failure(prompts, write_failure_prefix,
-                          [&] { write_file_safely(path, clean_model_table_text(workspace)); });
+                          [&] { write_file_telling(prompts, path, clean_model_table_text(workspace)); });
 }
 
 }  // namespace anomalis::output

@@ -3,7 +3,7 @@
 
 #include "core/failure.h"
 #include "core/numbers.h"
-#include "core/safe_file.h"
+#include "core/told_write.h"
 #include "core/workspace.h"
 #include "output/tables.h"
 
@@ -38,7 +38,7 @@ std::string mesh_header_text(const Workspace& workspace) {
 
 int write_mesh_header(const std::string& path, const Workspace& workspace, Prompts& prompts) {
     return report_failure(prompts, write_failure_prefix,
-                          [&] { write_file_safely(path, mesh_header_text(workspace)); });
+                          [&] { write_file_telling(prompts, path, mesh_header_text(workspace)); });
 }
 
 }  // namespace anomalis::output

@@ -1,7 +1,7 @@
 #include "core/failure.h"
 #include "core/numbers.h"
-#include "core/safe_file.h"
 #include "core/text.h"
+#include "core/told_write.h"
 #include "core/workspace.h"
 #include "output/body_place.h"
 #include "output/tables.h"
@@ -48,7 +48,7 @@ std::string model_table_text(const Workspace& workspace) {
 
 int write_model_table(const std::string& path, const Workspace& workspace, Prompts& prompts) {
     return report_failure(prompts, write_failure_prefix,
-                          [&] { write_file_safely(path, model_table_text(workspace)); });
+                          [&] { write_file_telling(prompts, path, model_table_text(workspace)); });
 }
 
 }  // namespace anomalis::output

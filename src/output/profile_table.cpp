@@ -2,8 +2,8 @@
 
 #include "core/failure.h"
 #include "core/numbers.h"
-#include "core/safe_file.h"
 #include "core/text.h"
+#include "core/told_write.h"
 #include "core/workspace.h"
 #include "output/tables.h"
 
@@ -63,7 +63,7 @@ std::string profile_table_text(const Workspace& workspace) {
 
 int write_profile_table(const std::string& path, const Workspace& workspace, Prompts& prompts) {
     return report_failure(prompts, write_failure_prefix,
-                          [&] { write_file_safely(path, profile_table_text(workspace)); });
+                          [&] { write_file_telling(prompts, path, profile_table_text(workspace)); });
 }
 
 }  // namespace anomalis::output

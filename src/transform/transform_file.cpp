@@ -8,8 +8,8 @@
 #include "core/line_reader.h"
 #include "core/numbers.h"
 #include "core/prompts.h"
-#include "core/safe_file.h"
 #include "core/text.h"
+#include "core/told_write.h"
 #include "transform/transform.h"
 
 namespace anomalis::transform {
@@ -102,7 +102,7 @@ std::string transform_file_text(const PointTransform& t) {
 
 int save_transform_file(const PointTransform& transform, const std::string& path, Prompts& prompts) {
     return report_failure(prompts, "An error occurred while saving the transform file: ", [&] {
-        write_file_safely(path, transform_file_text(transform));
+        write_file_telling(prompts, path, transform_file_text(transform));
     });
 }
 

@@ -3,6 +3,8 @@
 #include <string>
 #include <string_view>
 
+#include "core/told_write.h"
+
 namespace anomalis {
 class Prompts;
 class Settings;
@@ -18,6 +20,9 @@ namespace anomalis::workspace_file {
 /// Both end widths of a body are written as its width. The file that stood there before survives every
 /// failure. Returns 0, or -1 after a failure, which was shown.
 int write_model_parameters(int mode, const std::string& path, const Workspace& workspace, Prompts& prompts);
+/// The same with another way to write the text.
+int write_model_parameters(int mode, const std::string& path, const Workspace& workspace, Prompts& prompts,
+                           const FileWriter& write);
 /// The text that it would write.
 std::string model_parameters_text(int mode, const Workspace& workspace);
 

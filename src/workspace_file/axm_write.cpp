@@ -2,7 +2,7 @@
 
 #include "core/body_parameters.h"
 #include "core/failure.h"
-#include "core/safe_file.h"
+#include "core/told_write.h"
 #include "core/workspace.h"
 #include "workspace_file/axm.h"
 #include "workspace_file/axm_extensions.h"
@@ -130,8 +130,15 @@ std::string model_parameters_text(int mode, const Workspace& workspace) {
 }
 
 int write_model_parameters(int mode, const std::string& path, const Workspace& workspace, Prompts& prompts) {
+    return write_model_parameters(
+        mode, path, workspace, prompts,
+        [&](const std::string& file, std::string_view text) { write_file_telling(prompts, file, text); });
+}
+
+int write_model_parameters(int mode, const std::string& path, const Workspace& workspace, Prompts& prompts,
+                           const FileWriter& write) {
     return report_failure(prompts, "An error occurred while saving the model parameters: ", [&] {
-        write_file_safely(path, model_parameters_text(mode, workspace));
+        write(path, model_parameters_text(mode, workspace));
     });
 }
 

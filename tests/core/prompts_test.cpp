@@ -70,6 +70,19 @@ TEST(MessageScope, what_was_said_is_shown_before_a_question) {
     EXPECT_THAT(prompts.messages, ElementsAre("missing", "second", "second", "third"));
 }
 
+TEST(Prompts, a_choice_comes_after_what_was_said_and_closing_it_means_the_last_answer) {
+    ScriptedPrompts prompts;
+    prompts.chosen = {"Overwrite"};
+    const MessageScope command(prompts);
+    prompts.message("first");
+    const std::vector<std::string> answers{"Save as...", "Overwrite", "Cancel"};
+    EXPECT_EQ(prompts.choose("changed", answers), 1U);
+    EXPECT_THAT(prompts.messages, ElementsAre("first"));
+    EXPECT_EQ(prompts.choose("changed", answers), 2U);
+    EXPECT_EQ(prompts.choices.at(0).text, "changed");
+    EXPECT_EQ(prompts.choices.at(0).answers, answers);
+}
+
 TEST(MessageScope, many_different_messages_stay_cheap) {
     ScriptedPrompts prompts;
     {

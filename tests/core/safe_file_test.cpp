@@ -127,19 +127,6 @@ TEST(WriteFileSafely, a_full_disk_leaves_the_old_file) {
     EXPECT_EQ(folder.entries(), 1) << "a temporary file was left";
 }
 
-TEST(WriteFileSafely, a_read_only_folder_leaves_the_old_file) {
-    const TempFolder folder;
-    const std::string path = folder.write("model.axm", "old");
-    ::chmod(folder.folder().c_str(), 0555);
-    const int result = run_in_child([&] {
-        return obey_permissions() && failure_of_write(path) == "Permission denied (" + path + ")" ? 0 : 1;
-    });
-    ::chmod(folder.folder().c_str(), 0755);
-    EXPECT_EQ(result, 0);
-    EXPECT_EQ(folder.read("model.axm"), "old");
-    EXPECT_EQ(folder.entries(), 1);
-}
-
 TEST(WriteFileSafely, a_write_protected_file_stays) {
     const TempFolder folder;
     const std::string path = folder.write("model.axm", "old");

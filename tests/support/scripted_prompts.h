@@ -4,6 +4,7 @@
 #include <deque>
 #include <functional>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -11,12 +12,18 @@
 
 namespace anomalis {
 
-/// Records everything that is shown and answers by script. An answer that the script lacks is a cancel or No.
+/// Records everything that is shown and answers by script. An answer that the script lacks is a cancel, No,
+/// or the answer that changes nothing.
 class ScriptedPrompts : public Prompts {
   public:
     // What was shown, in order.
     std::vector<std::string> messages;
     std::vector<std::string> questions;
+    struct Choice {
+        std::string text;
+        std::vector<std::string> answers;
+    };
+    std::vector<Choice> choices;
     struct InputBox {
         std::string title, prompt, default_text;
     };
@@ -28,6 +35,7 @@ class ScriptedPrompts : public Prompts {
 
     // The answers to come; no value is a cancel.
     std::deque<bool> yes_no;
+    std::deque<std::string> chosen;  ///< the texts of the buttons
     std::deque<std::optional<std::string>> texts;
     std::deque<std::optional<std::string>> open_paths;
     std::deque<std::optional<std::string>> save_paths;
@@ -49,6 +57,13 @@ class ScriptedPrompts : public Prompts {
     bool show_question(const std::string& text) override {
         questions.push_back(text);
         return next(yes_no).value_or(false);
+    }
+    std::size_t show_choice(const std::string& text, const std::vector<std::string>& answers) override {
+        choices.push_back({text, answers});
+        const auto answer = next(chosen);
+        const auto place = answer ? std::find(answers.begin(), answers.end(), *answer) : answers.end() - 1;
+        if (place == answers.end()) throw std::logic_error("there is no answer " + *answer);
+        return static_cast<std::size_t>(place - answers.begin());
     }
     std::optional<std::string> show_input_box(const std::string& title, const std::string& prompt,
                                               const std::string& default_text) override {

@@ -71,9 +71,12 @@ void save_as(GrapherWidget& widget, PictureFormat format, const QString& upper, 
                                    upper + " files (*." + extension + ");;All files (*)", extension);
     if (!path) return;
     attempt(widget, "An error occurred while performing the " + upper + " Export: ", [&] {
-        write_file_safely(path->toStdString(),
-                          chart_bytes(format, widget.chart(), widget.devicePixelRatioF()));
+        const std::string file = path->toStdString();
+        const int other_names =
+            write_file_safely(file, chart_bytes(format, widget.chart(), widget.devicePixelRatioF()));
         widget.dialogs().message(&widget, upper + " Export complete");
+        if (const std::string remark = hard_link_remark(file, other_names); !remark.empty())
+            widget.dialogs().message(&widget, QString::fromStdString(remark));
     });
 }
 

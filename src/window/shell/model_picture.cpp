@@ -3,8 +3,8 @@
 #include "chart/qt/painter_device.h"
 #include "chart/qt/picture.h"
 #include "core/failure.h"
-#include "core/safe_file.h"
 #include "core/session.h"
+#include "core/told_write.h"
 #include "flow/model_page.h"
 
 namespace anomalis::window {
@@ -38,7 +38,7 @@ int write_model_picture(Session& session, const std::string& path, const std::st
         });
         const auto draw = [&](chart::DrawingDevice& device, chart::OutputTarget kind,
                               const chart::SurfaceMapping& whole) { page.draw(device, kind, whole); };
-        write_file_safely(path, chart::page_bytes(format, size, draw));
+        write_file_telling(session.prompts, path, chart::page_bytes(format, size, draw));
     });
 }
 

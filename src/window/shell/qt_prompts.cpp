@@ -1,9 +1,12 @@
 #include "window/shell/qt_prompts.h"
 
+#include <algorithm>
+
 #include <QApplication>
 #include <QFileDialog>
 #include <QInputDialog>
 #include <QMessageBox>
+#include <QPushButton>
 
 namespace anomalis::window {
 
@@ -60,6 +63,21 @@ bool QtPrompts::show_question(const std::string& text) {
                     parent());
     box.setTextFormat(Qt::PlainText);
     return box.exec() == QMessageBox::Yes;
+}
+
+std::size_t QtPrompts::show_choice(const std::string& text, const std::vector<std::string>& answers) {
+    QMessageBox box(QMessageBox::Question, dialog_title, qt_text(text), QMessageBox::NoButton, parent());
+    box.setTextFormat(Qt::PlainText);
+    std::vector<QAbstractButton*> buttons;
+    for (const std::string& answer : answers) {
+        QString caption = qt_text(answer);
+        buttons.push_back(box.addButton(caption.replace('&', "&&"), QMessageBox::ActionRole));
+    }
+    box.setDefaultButton(qobject_cast<QPushButton*>(buttons.front()));
+    box.setEscapeButton(buttons.back());
+    box.exec();
+    const auto clicked = std::find(buttons.begin(), buttons.end(), box.clickedButton());
+    return static_cast<std::size_t>(std::min(clicked, buttons.end() - 1) - buttons.begin());
 }
 
 std::optional<std::string> QtPrompts::show_input_box(const std::string& title, const std::string& prompt,

@@ -26,6 +26,7 @@ class QtPrompts : public Prompts {
   protected:
     void show_message(const std::string& text) override;
     bool show_question(const std::string& text) override;
+    std::size_t show_choice(const std::string& text, const std::vector<std::string>& answers) override;
     std::optional<std::string> show_input_box(const std::string& title, const std::string& prompt,
                                               const std::string& default_text) override;
     std::optional<std::string> show_open_dialog(const FileRequest& request) override;

@@ -11,7 +11,7 @@
 #include "core/failure.h"
 #include "core/numbers.h"
 #include "core/paths.h"
-#include "core/safe_file.h"
+#include "core/told_write.h"
 #include "edit/workbench.h"
 #include "model/refresh_model.h"
 #include "window/shell/look.h"
@@ -147,7 +147,7 @@ std::string save_screenshot(QWidget& form, edit::Workbench& workbench, flow::Scr
     const std::string path =
         flow::screenshot_path(workbench.session.workspace, kind, workbench.view.show_plan);
     if (!path.empty()) {
-        write_file_safely(path, bitmap_bytes(picture));
+        write_file_telling(workbench.session.prompts, path, bitmap_bytes(picture));
         workbench.session.log.log_message(1, path);
     }
     QApplication::clipboard()->clear();

@@ -1,0 +1,13 @@
+#include "core/told_write.h"
+
+#include "core/prompts.h"
+#include "core/safe_file.h"
+
+namespace anomalis {
+
+void write_file_telling(Prompts& listener, const std::string& path, std::string_view contents) {
+    const std::string remark = hard_link_remark(path, write_file_safely(path, contents));
+    if (!remark.empty()) listener.message(remark);
+}
+
+}  // namespace anomalis
