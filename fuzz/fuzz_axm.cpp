@@ -1,21 +1,17 @@
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 
 #include "core/settings.h"
 #include "core/workspace.h"
+#include "fuzz_support.h"
 #include "support/scripted_prompts.h"
 #include "workspace_file/axm.h"
 
 namespace {
 
 using namespace anomalis;
-
-void require(bool holds) {
-    if (!holds) std::abort();
-}
 
 void require_consistent(const Workspace& workspace) {
     require(workspace.body_count >= 0);

@@ -1,10 +1,10 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string_view>
 
 #include "core/workspace.h"
+#include "fuzz_support.h"
 #include "intake/definition.h"
 #include "intake/load.h"
 #include "support/scripted_prompts.h"
@@ -13,10 +13,6 @@
 namespace {
 
 using namespace anomalis;
-
-void require(bool holds) {
-    if (!holds) std::abort();
-}
 
 /// The first bytes choose how the file is read; the rest is the file.
 constexpr std::size_t choices = 4;

@@ -1,22 +1,14 @@
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 
+#include "fuzz_support.h"
 #include "support/scripted_prompts.h"
 #include "support/temp_folder.h"
 #include "transform/transform.h"
 
-namespace {
-
 using namespace anomalis;
-
-void require(bool holds) {
-    if (!holds) std::abort();
-}
-
-}  // namespace
 
 /// Any file either defines the transform or is refused with one message and changes nothing; what was read
 /// can be used, and saved so that it reads back as the same bytes.

@@ -1,6 +1,8 @@
 // Runs a fuzz target without a fuzzer: over a corpus, then over seeded mutations of it. The same seeds give
-// the same inputs, so a failure here can be run again.
+// the same inputs. An input that fails is left as the file `failed-input` in the current folder; a folder
+// with it alone is a corpus to look into it with.
 #include <algorithm>
+#include <csignal>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -12,10 +14,34 @@
 #include <vector>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
+// Of the sanitizers, where they are built in.
+extern "C" void __sanitizer_set_death_callback(void (*callback)()) __attribute__((weak));
 
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
+
+// What ends a program tells nobody what it was about.
+const Bytes* present_input = nullptr;
+
+void keep_input() {
+    if (std::FILE* file = present_input ? std::fopen("failed-input", "wb") : nullptr) {
+        std::fwrite(present_input->data(), 1, present_input->size(), file);
+        std::fclose(file);
+    }
+    present_input = nullptr;
+}
+
+void keep_input_at_the_end() {
+    std::signal(SIGABRT, [](int) { keep_input(); });
+    if (__sanitizer_set_death_callback) __sanitizer_set_death_callback(keep_input);
+}
+
+void run(const Bytes& bytes) {
+    present_input = &bytes;
+    LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
+    present_input = nullptr;
+}
 
 std::vector<Bytes> read_corpus(const char* folder) {
     std::vector<std::filesystem::path> paths;
@@ -76,13 +102,14 @@ int main(int argc, char** argv) {
     }
     const std::vector<Bytes> corpus = read_corpus(argv[1]);
     if (corpus.empty()) return 1;
-    for (const Bytes& bytes : corpus) LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
+    keep_input_at_the_end();
+    for (const Bytes& bytes : corpus) run(bytes);
     const unsigned long mutations = argc > 2 ? std::strtoul(argv[2], nullptr, 10) : 0;
     for (unsigned long seed = 0; seed < mutations; ++seed) {
         std::mt19937 random(static_cast<std::uint32_t>(seed));
         Bytes bytes = corpus[random() % corpus.size()];
         for (std::size_t changes = 1 + random() % 8; changes > 0; --changes) mutate(bytes, corpus, random);
-        LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
+        run(bytes);
     }
     std::printf("%zu files and %lu mutations\n", corpus.size(), mutations);
     return 0;
