@@ -176,5 +176,56 @@ BENCHMARK(widest_kernels)
     ->Iterations(2)
     ->Unit(benchmark::kMillisecond);
 
+/// One pass over a row of its own.
+class OnePass {
+  public:
+    OnePass(int code, int half_width, int count) {
+        data_.assign(count);
+        fill(data_.row(row_raw, stage_observed));
+        pass_.filter_code = code;
+        pass_.half_width = half_width;
+        pass_.station_count = count;
+    }
+    void run() { filter::apply_filter(pass_, data_, scratch_, faults_); }
+    bool failed() const { return !faults_.empty(); }
+    double scratch_bytes_a_station() const {
+        const std::size_t values = scratch_.padded.capacity() + scratch_.sums.capacity() +
+                                   scratch_.boxcar.capacity() + scratch_.phase.capacity() +
+                                   scratch_.phase_sums.capacity() + scratch_.wide_coefficients.capacity();
+        return 8 * static_cast<double>(values) / pass_.station_count;
+    }
+
+  private:
+    filter::FilterPass pass_;
+    ChannelTable data_;
+    FilterScratch scratch_;
+    Faults faults_;
+};
+
+/// A pass over a line of 2,000,000 stations by filter code and half-width, beside the widest kernel that is
+/// always added tap by tap. What adding all taps would cost is reckoned from that one, which has its price
+/// per tap.
+void pass_over_a_long_line(benchmark::State& state) {
+    constexpr int many = 2000000, narrow = 256;
+    const auto code = static_cast<int>(state.range(0)), half_width = static_cast<int>(state.range(1));
+    OnePass pass(code, half_width, many), beside(code, narrow, many);
+    BestTime own, other;
+    for (auto _ : state) {
+        state.SetIterationTime(own.take([&] { pass.run(); }));
+        other.take([&] { beside.run(); });
+    }
+    if (pass.failed() || beside.failed()) state.SkipWithError("the pass failed");
+    state.counters["pass_ms"] = own.seconds() * 1e3;
+    state.counters["ratio_to_256_taps"] = own.seconds() / other.seconds();
+    state.counters["ratio_to_tap_by_tap"] = own.seconds() / (other.seconds() * half_width / narrow);
+    state.counters["scratch_bytes_a_station"] = pass.scratch_bytes_a_station();
+}
+BENCHMARK(pass_over_a_long_line)
+    ->ArgNames({"code", "half_width"})
+    ->ArgsProduct({{100, 101, 102, 103, 104, 2, 3}, {16, 256, 257, 10000, 1000000}})
+    ->Iterations(2)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
+
 }  // namespace
 }  // namespace anomalis

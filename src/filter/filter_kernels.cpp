@@ -6,6 +6,7 @@
 #include "core/angles.h"
 #include "core/failure.h"
 #include "filter/filters.h"
+#include "filter/wide_kernels.h"
 
 namespace anomalis::filter {
 
@@ -72,20 +73,12 @@ double fill_windowed(int filter_code, const Taps& taps) {
     return (side - stored_sum) / total;
 }
 
-/// Sum of 1 / j squared over the odd j beyond `stored`, by the midpoint rule (exact to 1e-15 for the wide
-/// kernels that need it).
-double inverse_squares_beyond(const Taps& taps) {
-    const double last = std::floor((taps.half_width - 1) / 2) * 2 + 1;
-    const double first = std::floor((taps.stored + 1.0) / 2) * 2 + 1;
-    return last < first ? 0.0 : (1 / (first - 1) - 1 / (last + 1)) / 2;
-}
-
 double fill_vertical_gradient(const Taps& taps) {
     taps.c[0] = static_cast<float>(pi / 2);
     for (int j = 1; j <= taps.stored; ++j)
         taps.c[static_cast<std::size_t>(j)] =
             j % 2 == 1 ? static_cast<float>(-2 / pi / (static_cast<double>(j) * j)) : 0.0F;
-    const double beyond = taps.whole() ? 0.0 : -2 / pi * inverse_squares_beyond(taps);
+    const double beyond = taps.whole() ? 0.0 : vertical_gradient_taps_beyond(taps.stored, taps.half_width);
     const double total = static_cast<double>(taps.c[0]) + 2 * (sum_of_taps(taps) + beyond);
     taps.c[0] = static_cast<float>(static_cast<double>(taps.c[0]) - total);
     return beyond;
@@ -120,18 +113,18 @@ double fill_kernel(int filter_code, const Taps& taps) {
     }
 }
 
+}  // namespace
+
 bool has_kernel(int filter_code) {
     return filter_code == filter_vertical_gradient || filter_code == filter_horizontal_derivative ||
            (filter_code >= filter_triangular && filter_code <= filter_boxcar);
 }
 
-}  // namespace
-
-int longest_stored_kernel(int stations) {
-    constexpr std::int64_t always = 65536;                // taps
-    constexpr std::int64_t work = std::int64_t{1} << 34;  // additions a pass, about a second
-    const std::int64_t n = std::max(stations, 1);
-    return static_cast<int>(std::max(n, std::min(std::max(always, 16 * n), work / n)));
+bool is_added_tap_by_tap(int half_width, int stations) {
+    constexpr int always = 256;                           // taps
+    constexpr std::int64_t work = std::int64_t{1} << 24;  // additions, some milliseconds
+    return half_width <= always ||
+           std::int64_t{std::min(half_width, longest_stored_kernel)} * stations <= work;
 }
 
 void define_filter_coefficients(int filter_code, int half_width, int longest, FilterScratch& scratch,

@@ -1,85 +1,13 @@
 #include "filter/filters.h"
 
 #include <algorithm>
-#include <bit>
 #include <cmath>
 #include <cstdint>
-#include <span>
 #include <utility>
 
 #include "core/failure.h"
-#include "filter/convolution.h"
 
 namespace anomalis::filter {
-
-namespace {
-
-/// Raises an overflow when a value of the row is beyond single precision or no number at all.
-void check_finite(std::span<const float> row) {
-    constexpr std::uint32_t exponent = 0x7F800000U;
-    std::uint32_t largest = 0;
-    for (const float value : row)
-        largest = std::max(largest, std::bit_cast<std::uint32_t>(value) & 0x7FFFFFFFU);
-    if (largest >= exponent) throw Fault(FaultKind::overflow);
-}
-
-/// Taps that see a station of the row on at least one side at some station.
-int near_taps(const FilterPass& pass, int stored) {
-    if (pass.tap_step == 0) return stored;
-    const int reach = std::max(pass.station_count - 2, 0) / pass.tap_step;
-    return std::min(stored, reach);
-}
-
-const double* extend_ends(std::span<const float> row, std::size_t margin, std::vector<double>& padded) {
-    padded.resize(row.size() + 2 * margin);
-    const auto middle = padded.begin() + static_cast<std::ptrdiff_t>(margin);
-    std::fill(padded.begin(), middle, static_cast<double>(row.front()));
-    const auto end = std::copy(row.begin(), row.end(), middle);
-    std::fill(end, padded.end(), static_cast<double>(row.back()));
-    return padded.data() + margin;
-}
-
-void run_pass(const FilterPass& pass, ChannelTable& data, FilterScratch& scratch) {
-    const int half_width = std::max(pass.half_width, 0);
-    const int stored = std::min(half_width, longest_stored_kernel(pass.station_count));
-    if (scratch.coefficients.size() <= static_cast<std::size_t>(stored)) throw Fault(FaultKind::subscript);
-    if (pass.station_count > data.stations() || (pass.tap_step < 0 && half_width > 0))
-        throw Fault(FaultKind::subscript);
-    const auto count = static_cast<std::size_t>(pass.station_count);
-    const auto input = std::as_const(data).row(pass.input_row, pass.stage).first(count);
-    const auto output = data.row(pass.output_row, pass.stage).first(count);
-    const bool odd = pass.filter_code == filter_horizontal_derivative;
-
-    Convolution work;
-    work.near_taps = near_taps(pass, stored);
-    work.stored_taps = stored;
-    work.tap_step = pass.tap_step;
-    const auto margin =
-        static_cast<std::size_t>(work.near_taps) * static_cast<std::size_t>(std::max(pass.tap_step, 0));
-    work.input = extend_ends(input, margin, scratch.padded);
-    work.output = output.data();
-    work.stations = pass.station_count;
-    scratch.wide_coefficients.assign(scratch.coefficients.begin(), scratch.coefficients.end());
-    work.coefficients = scratch.wide_coefficients.data();
-    const auto front = static_cast<double>(input.front());
-    const auto back = static_cast<double>(input.back());
-    work.end_pair = odd ? back - front : front + back;
-    work.remainder = stored < half_width ? scratch.tail_sum : 0.0;
-    work.odd = odd;
-    work.subtract = pass.subtract;
-    convolve_at(vector::widest_vector_level())(work);
-    check_finite(output);
-}
-
-}  // namespace
-
-void apply_filter(const FilterPass& pass, ChannelTable& data, FilterScratch& scratch, Faults& faults) {
-    define_filter_coefficients(pass.filter_code, pass.half_width, longest_stored_kernel(pass.station_count),
-                               scratch, faults);
-    report_failure(faults, "An error occurred applying the filer: ", [&] {
-        if (pass.station_count > 0) run_pass(pass, data, scratch);
-    });
-}
 
 namespace {
 

@@ -24,10 +24,17 @@ enum FilterCode : int {
 };
 inline constexpr int last_smoothing_type = 4;
 
-/// How many taps of a pass over `stations` are stored and added one by one, in their order. Kernels wider
-/// than this are far wider than the line: their outer taps see only the end values, and their sum, known in
-/// closed form, is added at once. So time and memory stay bounded for any half-width.
-int longest_stored_kernel(int stations);
+/// Whether a code names a kernel.
+bool has_kernel(int filter_code);
+
+/// How many taps of a kernel are stored at most. The taps beyond, on a short line, see the end values alone,
+/// and their sum, known in closed form, is added at once.
+inline constexpr int longest_stored_kernel = 65536;
+
+/// Whether a pass adds its taps one by one, which every kernel of usual width does: up to 256 taps a side,
+/// and more as long as all stations together cost at most 2^24 additions. Wider kernels are sums of moving
+/// windows, at a cost that does not grow with the width.
+bool is_added_tap_by_tap(int half_width, int stations);
 
 /// Fills `scratch.coefficients` with taps 0 to min(half_width, longest) of a kernel and `tail_sum` with the
 /// sum of the taps beyond. Taps are singles. A code without a kernel, or a half-width not above 0, leaves
@@ -49,9 +56,12 @@ struct FilterPass {
 };
 
 /// Convolves a row of `data` into another one; beyond the ends the row goes on with its end values.
-/// Taps are added in their order to a sum that is stored in a single after each of them, each sum being
-/// formed in doubles; the result is that of the plain loop to the bit.
-/// A negative tap step leaves the row (subscript fault); a sum beyond single precision is an overflow.
+/// Where taps are added one by one (`is_added_tap_by_tap`), it is in their order to a sum that is stored in a
+/// single after each of them, each sum being formed in doubles: the result is that of the plain loop to the
+/// bit. Wider kernels are summed in doubles, off by less than 1e-7 of the sum of |tap x value|, and a value
+/// that is huge or no number reaches as far as its kernel and no farther.
+/// Memory: at most 8 doubles a station. A negative tap step leaves the row (subscript fault); a sum beyond
+/// single precision is an overflow.
 void apply_filter(const FilterPass& pass, ChannelTable& data, FilterScratch& scratch, Faults& faults);
 
 /// The whole chain of one channel (0 magnetics, 1 gravity) and stage: smoothing, residual, base level,

@@ -136,7 +136,7 @@ TEST(FilterKernels, what_is_not_stored_of_a_wide_kernel_is_known) {
 }
 
 TEST(FilterKernels, the_widest_kernels_stay_in_bounded_memory) {
-    const int longest = longest_stored_kernel(100);
+    const int longest = longest_stored_kernel;
     for (const int code : {filter_triangular, filter_sinc2, filter_hanning, filter_hamming, filter_boxcar,
                            filter_vertical_gradient, filter_horizontal_derivative}) {
         Faults faults;
@@ -148,12 +148,14 @@ TEST(FilterKernels, the_widest_kernels_stay_in_bounded_memory) {
     }
 }
 
-TEST(FilterKernels, kernels_up_to_sixteen_lines_wide_are_stored_whole) {
-    EXPECT_GE(longest_stored_kernel(100), 1600);
-    EXPECT_GE(longest_stored_kernel(8193), 16 * 8193);
-    EXPECT_GE(longest_stored_kernel(1000000), 1000000);
-    EXPECT_LE(longest_stored_kernel(1000000), 1000000);
-    EXPECT_GT(longest_stored_kernel(0), 0);
+TEST(FilterKernels, usual_widths_are_added_tap_by_tap) {
+    EXPECT_TRUE(is_added_tap_by_tap(0, 2000000));
+    EXPECT_TRUE(is_added_tap_by_tap(256, 2000000));
+    EXPECT_FALSE(is_added_tap_by_tap(257, 2000000));
+    EXPECT_TRUE(is_added_tap_by_tap(2047, 8193));
+    EXPECT_FALSE(is_added_tap_by_tap(2048, 8193));
+    EXPECT_TRUE(is_added_tap_by_tap(2147483647, 256));
+    EXPECT_FALSE(is_added_tap_by_tap(2147483647, 257));
 }
 
 }  // namespace anomalis::filter

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <gtest/gtest.h>
 #include <limits>
+#include <numeric>
 
 #include "filter/plain_filter.h"
 #include "support/told.h"
@@ -158,6 +159,54 @@ TEST(ApplyFilter, no_pass_allocates_after_the_first) {
     one.run(filter_triangular, 50);
     EXPECT_EQ(one.scratch.coefficients.data(), taps);
     EXPECT_EQ(one.scratch.padded.data(), padded);
+    one.run(filter_triangular, 70000);
+    one.run(filter_vertical_gradient, 70000);
+    const double* const wide[] = {one.scratch.sums.data(), one.scratch.boxcar.data(),
+                                  one.scratch.phase.data(), one.scratch.padded.data()};
+    one.run(filter_triangular, 80000);
+    one.run(filter_vertical_gradient, 80000);
+    EXPECT_EQ(one.scratch.sums.data(), wide[0]);
+    EXPECT_EQ(one.scratch.boxcar.data(), wide[1]);
+    EXPECT_EQ(one.scratch.phase.data(), wide[2]);
+    EXPECT_EQ(one.scratch.padded.data(), wide[3]);
+}
+
+TEST(ApplyFilter, a_boxcar_too_wide_to_add_tap_by_tap_is_the_mean_of_line_and_ends) {
+    constexpr int n = 300, half_width = 70000;
+    ASSERT_FALSE(is_added_tap_by_tap(half_width, n));
+    OnePass smoothing(rough_row(n, 300)), residual(rough_row(n, 300));
+    const auto smooth = smoothing.run(filter_boxcar, half_width);
+    const auto rest = residual.run(filter_boxcar, half_width, 1, true);
+    const auto& row = smoothing.input;
+    const double line = std::accumulate(row.begin(), row.end(), 0.0);
+    for (int i = 0; i < n; ++i) {
+        const auto at = static_cast<std::size_t>(i);
+        const double ends = static_cast<double>(row.front()) * (half_width - i) +
+                            static_cast<double>(row.back()) * (half_width - (n - 1 - i));
+        const double mean = (line + ends) / (2 * half_width + 1);
+        EXPECT_NEAR(smooth[at], mean, 1e-7 * mean);
+        EXPECT_NEAR(rest[at], static_cast<double>(row[at]) - mean, 1e-7 * mean);
+    }
+}
+
+TEST(ApplyFilter, wide_sums_beyond_single_precision_are_an_overflow) {
+    OnePass one(std::vector<float>(300, 3e38F));
+    one.run(filter_hanning, 70000);
+    EXPECT_EQ(texts_of(one.faults),
+              std::vector<std::string>{"An error occurred applying the filer: Overflow"});
+}
+
+TEST(ApplyFilter, the_widest_kernels_take_a_bounded_room_a_station) {
+    constexpr int n = 20000;
+    OnePass one(rough_row(n));
+    for (const int code : {100, 101, 102, 103, 104, 2, 3})
+        for (const int half_width : {10000, 2147483647}) one.run(code, half_width, code < 100 ? 3 : 1);
+    const FilterScratch& s = one.scratch;
+    EXPECT_LE(s.padded.capacity() + s.sums.capacity() + s.boxcar.capacity() + s.phase.capacity() +
+                  s.phase_sums.capacity(),
+              std::size_t{8} * n);
+    EXPECT_LE(s.coefficients.capacity(), longest_stored_kernel + std::size_t{1});
+    EXPECT_TRUE(one.faults.empty());
 }
 
 TEST_F(FilterChain, without_filters_the_residual_is_the_raw_row_less_the_typed_base) {
