@@ -120,9 +120,9 @@ bool has_kernel(int filter_code) {
            (filter_code >= filter_triangular && filter_code <= filter_boxcar);
 }
 
-bool is_added_tap_by_tap(int half_width, int stations) {
-    constexpr int always = 256;                           // taps
-    constexpr std::int64_t work = std::int64_t{1} << 24;  // additions, some milliseconds
+bool is_added_tap_by_tap(int filter_code, int half_width, int stations) {
+    const int always = filter_code < filter_smoothing ? 2048 : 256;  // about where windows become cheaper
+    constexpr std::int64_t work = std::int64_t{1} << 24;             // additions, some milliseconds
     return half_width <= always ||
            std::int64_t{std::min(half_width, longest_stored_kernel)} * stations <= work;
 }

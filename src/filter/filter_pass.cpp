@@ -76,7 +76,7 @@ void add_windows(const FilterPass& pass, std::span<const float> input, std::span
 /// A pass without a kernel goes the narrow way, which finds no taps.
 bool is_wide(const FilterPass& pass) {
     return pass.tap_step != 0 && has_kernel(pass.filter_code) &&
-           !is_added_tap_by_tap(pass.half_width, pass.station_count);
+           !is_added_tap_by_tap(pass.filter_code, pass.half_width, pass.station_count);
 }
 
 void run_pass(const FilterPass& pass, ChannelTable& data, FilterScratch& scratch) {

@@ -31,10 +31,10 @@ bool has_kernel(int filter_code);
 /// and their sum, known in closed form, is added at once.
 inline constexpr int longest_stored_kernel = 65536;
 
-/// Whether a pass adds its taps one by one, which every kernel of usual width does: up to 256 taps a side,
-/// and more as long as all stations together cost at most 2^24 additions. Wider kernels are sums of moving
-/// windows, at a cost that does not grow with the width.
-bool is_added_tap_by_tap(int half_width, int stations);
+/// Whether a pass adds its taps one by one, which every kernel of usual width does: up to 256 taps a side
+/// (2048 for the gradients, whose half are zeros), and more as long as all stations together cost at most
+/// 2^24 additions. Wider kernels are sums of moving windows, at a cost that does not grow with the width.
+bool is_added_tap_by_tap(int filter_code, int half_width, int stations);
 
 /// Fills `scratch.coefficients` with taps 0 to min(half_width, longest) of a kernel and `tail_sum` with the
 /// sum of the taps beyond. Taps are singles. A code without a kernel, or a half-width not above 0, leaves

@@ -149,13 +149,15 @@ TEST(FilterKernels, the_widest_kernels_stay_in_bounded_memory) {
 }
 
 TEST(FilterKernels, usual_widths_are_added_tap_by_tap) {
-    EXPECT_TRUE(is_added_tap_by_tap(0, 2000000));
-    EXPECT_TRUE(is_added_tap_by_tap(256, 2000000));
-    EXPECT_FALSE(is_added_tap_by_tap(257, 2000000));
-    EXPECT_TRUE(is_added_tap_by_tap(2047, 8193));
-    EXPECT_FALSE(is_added_tap_by_tap(2048, 8193));
-    EXPECT_TRUE(is_added_tap_by_tap(2147483647, 256));
-    EXPECT_FALSE(is_added_tap_by_tap(2147483647, 257));
+    EXPECT_TRUE(is_added_tap_by_tap(filter_hanning, 0, 2000000));
+    EXPECT_TRUE(is_added_tap_by_tap(filter_hanning, 256, 2000000));
+    EXPECT_FALSE(is_added_tap_by_tap(filter_hanning, 257, 2000000));
+    EXPECT_TRUE(is_added_tap_by_tap(filter_vertical_gradient, 2048, 2000000));
+    EXPECT_FALSE(is_added_tap_by_tap(filter_vertical_gradient, 2049, 2000000));
+    EXPECT_TRUE(is_added_tap_by_tap(filter_boxcar, 2047, 8193));
+    EXPECT_FALSE(is_added_tap_by_tap(filter_boxcar, 2048, 8193));
+    EXPECT_TRUE(is_added_tap_by_tap(filter_boxcar, 2147483647, 256));
+    EXPECT_FALSE(is_added_tap_by_tap(filter_boxcar, 2147483647, 257));
 }
 
 }  // namespace anomalis::filter
