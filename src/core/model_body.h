@@ -61,6 +61,14 @@ struct ShapeTensor {
     std::array<double, 6> tensor{};  ///< xx, xy, xz, yy, yz, zz: across strike, along it, up
 };
 
+/// Stations straight over a corner of a sheet's section, where its gravity has lost edges, and the section as
+/// it stood then: the same is told once.
+struct LostEdges {
+    std::array<double, 10> section{};  ///< corners, direction and place
+    std::uint64_t stations = 0;        ///< a number for those stations and their edges; 0: none
+    bool operator==(const LostEdges&) const = default;
+};
+
 /// The body's own contribution, station by column: 1 total magnetic anomaly in nT, 2 gravity in mGal,
 /// 3 to 5 north, east and down components of the facet route in nT.
 using ResponseTable = ColumnTable<float, 5>;
@@ -106,6 +114,8 @@ struct ModelBody {
     float max_triangle_size = 0;
     BodySolid solid;
     ShapeTensor demagnetisation;  ///< of the exact formulas; kept while the shape stays
+
+    LostEdges told_edges;  ///< the last that was told
 
     // Derived by the field coefficients, never saved.
     float cos_dip = 0, sin_dip = 0, cos_strike = 0, sin_strike = 0;

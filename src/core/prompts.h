@@ -38,6 +38,12 @@ class Prompts {
     std::optional<std::string> save_file(const FileRequest& request);
     /// Lets the event loop run: painting and the stop button during long work.
     virtual void yield() {}
+    /// One turn of a calculation, which has done `units` more (see core/pacer.h): lets the event loop run.
+    /// True when the person wants the calculation left.
+    virtual bool turn(double /*units*/) {
+        yield();
+        return false;
+    }
 
   protected:
     virtual void show_message(const std::string& text) = 0;

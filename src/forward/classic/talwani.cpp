@@ -40,16 +40,47 @@ double edge_term(double x1, double x2, double z1, double z2) {
            (guarded_atan2(z1, x1) - guarded_atan2(zb, xb) + dz / dx * std::log(quotient));
 }
 
-/// One station by its four single edges, as far as `left_out` names them.
-double left_out_edges(const SheetPolygon& polygon, unsigned left_out, double x, double h, Faults& faults) {
-    double sum = 0;
-    for (int j = 0; j < 4; ++j) {
-        if ((left_out >> j & 1U) == 0) continue;
-        sum += talwani_edge(polygon.x[j] - x, polygon.x[j + 1] - x, polygon.z[j] - h, polygon.z[j + 1] - h,
-                            faults);
+/// Gathers what single edges note over a calculation, and tells it unless the same was the last that the body
+/// told: a body that is calculated again where it stands has nothing new to say.
+class EdgeNotes {
+  public:
+    /// One station by its four single edges, as far as `left_out` names them.
+    double left_out_edges(const SheetPolygon& polygon, unsigned left_out, std::size_t station, double x,
+                          double h) {
+        double sum = 0;
+        for (unsigned j = 0; j < 4; ++j) {
+            if ((left_out >> j & 1U) == 0) continue;
+            Faults noted;
+            sum += talwani_edge(polygon.x[j] - x, polygon.x[j + 1] - x, polygon.z[j] - h,
+                                polygon.z[j + 1] - h, noted);
+            for (const auto& [text, count] : noted.entries()) {
+                faults_.add(text, count);
+                mix(4 * station + j + 1);
+            }
+        }
+        return sum;
     }
-    return sum;
-}
+
+    void tell(const SheetPolygon& polygon, const BodyFrame& frame, LostEdges& told, Faults& faults) const {
+        LostEdges lost;
+        if (!faults_.empty())
+            lost = {{polygon.x[1], polygon.x[2], polygon.x[3], polygon.z[2], frame.cos_strike,
+                     frame.sin_strike, frame.east, frame.north, frame.top, frame.sense},
+                    stations_};
+        if (lost == told) return;
+        told = lost;
+        for (const auto& [text, count] : faults_.entries()) faults.add(text, count);
+    }
+
+  private:
+    void mix(std::uint64_t value) {
+        stations_ = (stations_ ^ value) * 0x9E3779B97F4A7C15U;
+        stations_ ^= stations_ >> 29;
+    }
+
+    Faults faults_;
+    std::uint64_t stations_ = 0;
+};
 
 }  // namespace
 
@@ -68,6 +99,7 @@ void fill_talwani(const Workspace& workspace, ModelBody& body, const SheetBottom
     const StationView stations = station_view(workspace);
     const BodyFrame frame = body_frame(body);
     float* response = response_column(workspace, body, 2);
+    EdgeNotes notes;
     std::array<double, stretch> sum, left_out;
     for (std::size_t at = 0; at < stations.count; at += stretch) {
         const StationView part{stations.east + at, stations.north + at, stations.sensor + at,
@@ -76,11 +108,12 @@ void fill_talwani(const Workspace& workspace, ModelBody& body, const SheetBottom
         for (std::size_t i = 0; i < part.count; ++i) {
             if (left_out[i] != 0)
                 sum[i] +=
-                    left_out_edges(polygon, static_cast<unsigned>(left_out[i]), across_strike(part, frame, i),
-                                   height_over_top(part, frame, i), faults);
+                    notes.left_out_edges(polygon, static_cast<unsigned>(left_out[i]), at + i,
+                                         across_strike(part, frame, i), height_over_top(part, frame, i));
             response[at + i] = static_cast<float>(sum[i]);
         }
     }
+    notes.tell(polygon, frame, body.told_edges, faults);
 }
 
 }  // namespace anomalis::forward

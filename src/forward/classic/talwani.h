@@ -16,7 +16,8 @@ namespace anomalis::forward {
 double talwani_edge(double x1, double x2, double z1, double z2, Faults& faults);
 
 /// Fills column 2 with the sum of the four edges of a sheet's section, `width` across and down to its
-/// bottom. Before density and constant.
+/// bottom. Before density and constant. What the edges note is told once for a body where it stands: as long
+/// as section, place and those stations are the last that were told, a calculation is silent about them.
 void fill_talwani(const Workspace& workspace, ModelBody& body, const SheetBottom& bottom, Faults& faults);
 
 }  // namespace anomalis::forward

@@ -46,10 +46,10 @@ struct Execution {
 /// edge costs one logarithm and each face one arc tangent. From 16 radii away the exterior expansion in solid
 /// harmonics takes over, which is accurate to 1e-11 there and has no cancellation at any distance.
 ///
-/// On the surface the value just outside the body holds: on a face, and within 1e-8 of the body's radius of
-/// an edge or a corner. There the magnetic field and the gradients grow with the logarithm of the distance
-/// and are cut off at that distance; gravity is exact and continuous everywhere. Inside the body the magnetic
-/// field is that of its poles (H).
+/// On the surface the value just outside the body holds: on a face and down to 1e-9 m (and the rounding of
+/// the coordinates) below it, and within 1e-8 of the body's radius of an edge or a corner. There the magnetic
+/// field and the gradients grow with the logarithm of the distance and are cut off at that distance; gravity
+/// is exact and continuous everywhere. Inside the body the magnetic field is that of its poles (H).
 ///
 /// A prepared body may be asked any number of times; the calls use memory that it keeps, so one object is for
 /// one thread at a time. Coordinates that are not numbers give results that are not numbers.

@@ -9,8 +9,6 @@ namespace anomalis::forward {
 
 namespace {
 
-constexpr double edge_clearance = 1e-8;
-
 double square_distance_to_segment(const Point3& p, const Point3& a, const Point3& b) {
     const Point3 ab = b - a, ap = p - a;
     const double t = std::clamp(dot(ap, ab) / dot(ab, ab), 0.0, 1.0);

@@ -105,6 +105,13 @@ ANOMALIS_INLINE FaceParts face_parts_near_edge(const PolyhedronTerms& terms, con
     return {triple - (plane_shift * size) * nearest, lower + lower};
 }
 
+/// The plane of a face is moved over a station that stands below it by no more than the tolerance; `lower`
+/// tells that the station is under the face and not beside it.
+ANOMALIS_INLINE Lanes seen_from_outside(Lanes triple, Lanes lower, double tolerance) {
+    const Lanes moved = lower < 0.0 ? triple - tolerance : triple;
+    return triple > 0.0 ? (triple < tolerance ? moved : triple) : triple;
+}
+
 template <int Tensors, bool Gravity, bool NearEdges>
 ANOMALIS_INLINE Lanes add_faces(const PolyhedronTerms& terms, const Place& at, const double* distances,
                                 Lanes* sum, Lanes margin) {
@@ -129,6 +136,7 @@ ANOMALIS_INLINE Lanes add_faces(const PolyhedronTerms& terms, const Place& at, c
             const Lanes up = vector_abs(triple), down = vector_abs(lower);
             margin = smaller(margin, (up > down ? up : down) - least_face_margin * product);
         }
+        triple = seen_from_outside(triple, lower, term[7]);
         const Lanes half_angle = vector_atan2(triple, lower);
         const double* factor = term + face_term_base;
         for (int i = 0; i < Tensors; ++i) sum[i] += factor[i] * half_angle;

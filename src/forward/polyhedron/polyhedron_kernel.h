@@ -50,9 +50,10 @@ struct StationBlock {
 /// A term of an edge is its length, then a coefficient for each tensor sum, then for an attraction gx, gy, gz
 /// and g0: (g0 - gx x - gy y - gz z) multiplies the logarithm. A term of a face is px, py, pz and p0, which
 /// give twice the triple product p0 - px x - py y - pz z, then the three squared sides opposite to its
-/// corners, a coefficient for each tensor sum and one for the attraction, all of twice the half solid angle.
+/// corners, the triple product up to which a station counts as outside, a coefficient for each tensor sum and
+/// one for the attraction, all of twice the half solid angle.
 inline constexpr std::size_t edge_term_base = 1;
-inline constexpr std::size_t face_term_base = 7;
+inline constexpr std::size_t face_term_base = 8;
 constexpr std::size_t edge_term_size(FieldKind kind) {
     return edge_term_base + static_cast<std::size_t>(tensor_sums(kind)) + (has_attraction(kind) ? 4 : 0);
 }

@@ -17,6 +17,9 @@ constexpr double epsilon = std::numeric_limits<double>::epsilon();
 /// A facet lower than this part of its longest side has no direction that means anything.
 constexpr double least_height = 1e-14;
 
+/// A station less deep than this below a face stands outside it, m.
+constexpr double least_depth = 1e-9;
+
 /// Dyads below this are dropped at most: what the rounding of survey coordinates can make of a flat edge.
 constexpr double largest_flat_dyad = 1e-8;
 
@@ -74,6 +77,7 @@ void PolyhedronMesh::build(std::span<const Point3> points, std::span<const Facet
     if (!finite || !(scale > 0)) return;
     weld(points, facets);
     for (const Point3& vertex : vertices) radius = std::max(radius, length(vertex));
+    face_tolerance = std::min(least_depth * scale + rounding, edge_clearance * radius);
     sort_half_edges();
     check_closed();
     orient();

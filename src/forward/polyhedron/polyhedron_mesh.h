@@ -9,6 +9,9 @@
 
 namespace anomalis::forward {
 
+/// A station this near to an edge or a corner stands on it, as a part of the body's radius.
+inline constexpr double edge_clearance = 1e-8;
+
 /// What the kernel of the polyhedron needs to know of a shape, in unit coordinates: moved to the middle of
 /// the bounding box and scaled by a power of two so that the largest half side lies in 0.5 to 1. The scale is
 /// exact and spares survey coordinates of seven digits their cancellation.
@@ -29,6 +32,10 @@ struct PolyhedronMesh {
     Point3 centre;     ///< of the bounding box, survey coordinates, m
     double scale = 1;  ///< unit coordinates = (survey coordinates - centre) * scale
     double radius = 0;
+    /// A station that is no farther inside a face than this, in unit coordinates, stands outside it: 1e-9 m
+    /// and what the rounding of the corners may have moved the face, but never as much as the clearance of
+    /// edges.
+    double face_tolerance = 0;
     double volume = 0;   ///< in unit coordinates; not negative when closed
     Point3 centroid;     ///< in unit coordinates
     bool finite = true;  ///< false when a corner is not a number or not finite

@@ -44,6 +44,7 @@ void FoldedTerms::fold_faces(const PolyhedronMesh& mesh, const Wanted& wanted) {
         faces_.insert(faces_.end(),
                       {twice.x, twice.y, twice.z, dot(twice, corner) - 2 * size * plane_shift * mesh.radius});
         faces_.insert(faces_.end(), face.opposite_side.begin(), face.opposite_side.end());
+        faces_.push_back(2 * size * mesh.face_tolerance);
         for (int k = 0; k < tensor_sums(wanted.kind); ++k)
             faces_.push_back(-2 * dot(wanted.first[k], face.normal) * dot(face.normal, wanted.second[k]));
         if (has_attraction(wanted.kind))

@@ -104,6 +104,55 @@ TEST(Talwani, a_station_straight_over_a_corner_tells_it_and_loses_the_edge) {
     EXPECT_GT(std::abs(values[5] - (values[4] + values[6]) / 2), 1) << "nothing was lost";
 }
 
+TEST(Talwani, a_body_over_which_stations_lose_edges_tells_it_once_where_it_stands) {
+    Line line(41);
+    ModelBody& body = line.add(thick_sheet, 100, 90);
+    body.length.value = 0;
+    body.dip.value = 60;
+    const auto told_times = [&] {
+        line.faults.clear();
+        line.response(2);
+        return line.faults.empty() ? 0 : line.faults.entries()[0].count;
+    };
+    EXPECT_EQ(told_times(), 4) << "two corners, two edges each";
+    EXPECT_EQ(told_times(), 0) << "calculated again where it stands";
+    body.density.value = 1;
+    EXPECT_EQ(told_times(), 0) << "the density loses no edge";
+    body.distance.value = 110;
+    EXPECT_EQ(told_times(), 4) << "another step, other stations";
+    EXPECT_EQ(told_times(), 0);
+    body.distance.value = 113;
+    EXPECT_EQ(told_times(), 0) << "nothing is lost here";
+    body.distance.value = 110;
+    EXPECT_EQ(told_times(), 4) << "back again";
+    line.workspace.stations(12, column_sensor) += 1000;
+    EXPECT_EQ(told_times(), 0) << "a station higher up is over the same corner";
+    line.workspace.stations(12, column_north) += 3;
+    EXPECT_EQ(told_times(), 2) << "one station left the corner";
+}
+
+TEST(Talwani, stations_beside_one_that_loses_edges_stay_right) {
+    // The same section with its stations moved by a hair, so that none stands over a corner.
+    const auto curve = [](double moved) {
+        Line line(41);
+        ModelBody& body = line.add(thick_sheet, 200, 90);
+        body.length.value = 0;
+        body.dip.value = 60;
+        for (int i = 1; i <= 41; ++i) line.workspace.stations(i, column_north) += moved;
+        // The reference point stays where it was.
+        body.distance.value = static_cast<float>(200 - moved);
+        return line.response(2);
+    };
+    const std::vector<double> over = curve(0), beside = curve(1.0 / 1024);
+    int lost = 0;
+    for (std::size_t i = 0; i < over.size(); ++i) {
+        if (std::abs(over[i] - beside[i]) < 1e-4 * peak_of(beside)) continue;
+        ++lost;
+        EXPECT_TRUE(i == 10 || i == 20) << i;
+    }
+    EXPECT_EQ(lost, 2);
+}
+
 TEST(Talwani, a_sheet_without_width_and_depth_is_next_to_nothing) {
     Line line(11);
     ModelBody& body = line.add(thick_sheet, 53, 90);

@@ -85,14 +85,41 @@ TEST(ExactPlaces, the_field_jumps_by_the_poles_of_a_face_and_on_the_face_the_out
         const double on_face = probe.at(Curve::magnetic, 30, 10, 0);
         const double inside = probe.at(Curve::magnetic, 30, 10, -1e-6);
         EXPECT_NEAR(on_face, outside, 1e-4) << upright.name;
-        // Where the closed forms have a hair's breadth for a face, triangles have their rounding alone.
-        const double hair = upright.length > 0 && upright.depth_extent > 0 ? 0 : 5e-10;
-        EXPECT_NEAR(probe.at(Curve::magnetic, 30, 10, -hair), outside, 1e-4) << upright.name;
+        // Closed forms and triangles have the same hair's breadth for a face.
+        EXPECT_NEAR(probe.at(Curve::magnetic, 30, 10, -5e-10), outside, 1e-4) << upright.name;
         // H of the poles: inside, 4 pi J less.
         EXPECT_NEAR(outside - inside, pole_jump * j, 1e-4) << upright.name;
         // The side walls carry no poles.
         EXPECT_NEAR(probe.at(Curve::magnetic, 1e-6, 10, -40), probe.at(Curve::magnetic, -1e-6, 10, -40),
                     1e-3);
+    }
+}
+
+TEST(ExactPlaces, a_nanometre_inside_a_wall_or_an_end_face_the_outside_holds_too) {
+    for (const UprightBody& upright : upright_bodies) {
+        Probe probe;
+        ModelBody& body = probe.add(thick_sheet, 1, 90);
+        body.width.value = 60;
+        body.depth_extent.value = upright.depth_extent;
+        body.length.value = upright.length;
+        probe.workspace.field.inclination = 0;
+        const double j = body.susc.value * 1e-6 * probe.workspace.field.intensity / (4 * exact_pi);
+        const auto jumps_after_a_hair = [&](const Point3& face, const Point3& inward) {
+            const auto at = [&](double depth) {
+                return probe.at(Curve::magnetic, face.x + inward.x * depth, face.y + inward.y * depth,
+                                face.z);
+            };
+            EXPECT_NEAR(at(0), at(-1e-6), 1e-4) << upright.name;
+            EXPECT_NEAR(at(9e-10), at(-1e-6), 1e-4) << upright.name;
+            EXPECT_NEAR(at(-1e-6) - at(1e-6), pole_jump * j, 1e-3) << upright.name;
+        };
+        probe.workspace.field.declination = 180;
+        jumps_after_a_hair({60, 10, -40}, {-1, 0, 0});
+        jumps_after_a_hair({0, 10, -40}, {1, 0, 0});
+        if (upright.length == 0) continue;
+        probe.workspace.field.declination = 90;
+        jumps_after_a_hair({25, 75, -40}, {0, -1, 0});
+        jumps_after_a_hair({25, -75, -40}, {0, 1, 0});
     }
 }
 

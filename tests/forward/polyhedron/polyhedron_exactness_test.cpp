@@ -135,6 +135,32 @@ TEST(PolyhedronExactness, on_a_face_stands_the_value_just_outside) {
     EXPECT_NEAR(tensor_at(body, on_face - Point3{0, 0, 1e-6}).trace(), -4 * 3.14159265358979, 1e-10);
 }
 
+TEST(PolyhedronExactness, a_nanometre_below_a_face_the_value_just_outside_stands_too) {
+    Polyhedron body = polyhedron_of(box_solid(low, high));
+    const Point3 on_face{50, 61, high.z}, on_diagonal{50, 150, high.z},
+        beside_diagonal{50, 150 + 1e-3, high.z}, by_an_edge{high.x - 1e-4, 10, high.z};
+    for (const Point3& place : {on_face, on_diagonal, beside_diagonal, by_an_edge})
+        for (const double depth : {1e-12, 5e-10, 9.9e-10}) {
+            const Tensor3 below = tensor_at(body, place - Point3{0, 0, depth});
+            EXPECT_LT(difference(below, tensor_at(body, place + Point3{0, 0, 1e-9})), 1e-4) << depth;
+            EXPECT_NEAR(below.trace(), 0, 1e-4) << depth;
+        }
+    EXPECT_NEAR(tensor_at(body, on_face - Point3{0, 0, 2e-9}).trace(), -4 * 3.14159265358979, 1e-6);
+    // Beside the body nothing is moved: the plane of the top goes on into the air.
+    const Point3 beside{high.x + 1e-3, 10, high.z};
+    EXPECT_LT(difference(tensor_at(body, beside - Point3{0, 0, 5e-10}), tensor_at(body, beside)), 1e-5);
+}
+
+TEST(PolyhedronExactness, in_survey_coordinates_their_rounding_is_allowed_for_on_a_face) {
+    const Point3 far{350000.1, 6500000.3, 0.7};
+    Polyhedron body = polyhedron_of(box_solid(low + far, high + far));
+    for (int i = 0; i < 40; ++i) {
+        // A wall that is a rounding of its coordinate away from where it should stand.
+        const Point3 on_wall = Point3{low.x, 77.0 + i, -300} + far;
+        EXPECT_NEAR(tensor_at(body, on_wall + Point3{9e-10, 0, 0}).trace(), 0, 1e-6);
+    }
+}
+
 TEST(PolyhedronExactness, a_corner_in_the_middle_of_a_flat_cap_is_a_place_like_any_other) {
     Polyhedron body = polyhedron_of(pipe_solid({10, 20, -5}, 100, 300, 12, 2));
     const Tensor3 on = tensor_at(body, {10, 20, -5});

@@ -1,0 +1,40 @@
+#include "core/pacer.h"
+
+#include <utility>
+
+#include "core/prompts.h"
+
+namespace anomalis {
+
+namespace {
+
+class NoPace : public Pacer {
+  public:
+    void done(double) override {}
+};
+
+}  // namespace
+
+Pacer& no_pace() {
+    static NoPace none;  // without state, so that any thread may use it
+    return none;
+}
+
+void TurnPacer::done(double units) {
+    since_turn_ += units;
+    if (since_turn_ >= turn_units) take_turn();
+}
+
+void TurnPacer::waiting() {
+    take_turn();
+}
+
+void TurnPacer::take_turn() {
+    if (turn(std::exchange(since_turn_, 0))) throw Stopped{};
+}
+
+bool PromptsPacer::turn(double units) {
+    return prompts_.turn(units);
+}
+
+}  // namespace anomalis
