@@ -22,7 +22,7 @@ Pacer& no_pace() {
 
 void TurnPacer::done(double units) {
     since_turn_ += units;
-    if (since_turn_ >= turn_units) take_turn();
+    if (since_turn_ >= turn_units_) take_turn();
 }
 
 void TurnPacer::waiting() {

@@ -26,7 +26,9 @@ Pacer& no_pace();
 /// Serves whoever waits once a turn of work.
 class TurnPacer : public Pacer {
   public:
-    static constexpr double turn_units = 2e7;  ///< 20 ms; a stop is heard ten times sooner than it is missed
+    static constexpr double usual_turn = 2e7;  ///< 20 ms; a stop is heard ten times sooner than it is missed
+
+    explicit TurnPacer(double turn_units = usual_turn) : turn_units_(turn_units) {}
 
     void done(double units) override;
     void waiting() override;
@@ -38,6 +40,7 @@ class TurnPacer : public Pacer {
   private:
     void take_turn();
 
+    double turn_units_;
     double since_turn_ = 0;
 };
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <string_view>
 
 #include "core/faults.h"
 #include "forward/classic/gravity_response.h"
@@ -14,14 +15,16 @@ namespace anomalis::forward {
 
 namespace {
 
+constexpr std::string_view driver_failure = "An error occurred calculating the maginv model: ";
+
 /// What differs between the two channels.
 struct ChannelRoute {
     bool ModelBody::*valid;
     std::uint64_t ModelBody::*calculation;
     Channel Workspace::*channel;
     int column;  ///< of the response
-    void (*classic)(Workspace&, int, Faults&);
-    void (*exact)(Workspace&, int, ExactNotes&, Faults&);
+    void (*classic)(Workspace&, int, Faults&, Pacer&);
+    void (*exact)(Workspace&, int, ExactNotes&, Faults&, Pacer&);
 };
 
 constexpr ChannelRoute magnetic{
@@ -86,27 +89,33 @@ void sum_responses(Workspace& workspace, const ChannelRoute& route, std::span<fl
     throw Fault(FaultKind::overflow, "the sum of the bodies is out of all proportion; it counts as zero");
 }
 
-void rebuild(Workspace& workspace, const ChannelRoute& route, ChannelTable& data, ExactNotes& notes,
-             Faults& faults) {
+/// Brings the responses up to date; the tables of the channels are not touched.
+void calculate_bodies(Workspace& workspace, const ChannelRoute& route, ExactNotes& notes, Faults& faults,
+                      Pacer& pacer) {
     for (int number = 1; number <= workspace.body_count; ++number) {
         ModelBody& body = workspace.body(number);
         if (body.*route.valid) continue;
         if (body.turned_off == 1) {
             switch_off(workspace, body, route);
         } else if (workspace.formulas == Formulas::exact) {
-            route.exact(workspace, number, notes, faults);
+            route.exact(workspace, number, notes, faults, pacer);
         } else {
-            route.classic(workspace, number, faults);
+            route.classic(workspace, number, faults, pacer);
         }
         body.*route.valid = true;
         body.*route.calculation = ++workspace.calculations;
     }
+}
+
+void rebuild_sum(Workspace& workspace, const ChannelRoute& route, ChannelTable& data) {
+    zero_calculated(workspace, data);
     (workspace.*route.channel).calculated_filtered = false;
     note_sum(workspace, route);
     sum_responses(workspace, route, data.row(row_raw, stage_calculated));
 }
 
-void calculate(Workspace& workspace, ChannelTable& mag_data, ChannelTable& grav_data, Faults& faults) {
+void calculate(Workspace& workspace, ChannelTable& mag_data, ChannelTable& grav_data, Faults& faults,
+               Pacer& pacer) {
     if (workspace.body_count <= 0) {
         zero_calculated(workspace, mag_data);
         zero_calculated(workspace, grav_data);
@@ -117,21 +126,22 @@ void calculate(Workspace& workspace, ChannelTable& mag_data, ChannelTable& grav_
     }
     const bool mag = workspace.has_mag() && sum_out_of_date(workspace, magnetic);
     const bool grav = workspace.has_grav() && sum_out_of_date(workspace, gravity);
-    if (mag) zero_calculated(workspace, mag_data);
-    if (grav) zero_calculated(workspace, grav_data);
     ExactNotes notes;
-    if (mag) rebuild(workspace, magnetic, mag_data, notes, faults);
-    if (grav) rebuild(workspace, gravity, grav_data, notes, faults);
+    // All that takes long comes first: a calculation that is left leaves the curves of before.
+    if (mag) calculate_bodies(workspace, magnetic, notes, faults, pacer);
+    if (grav) calculate_bodies(workspace, gravity, notes, faults, pacer);
+    const std::string_view prefix = driver_failure;
+    if (mag) report_failure(faults, prefix, [&] { rebuild_sum(workspace, magnetic, mag_data); });
+    if (grav) report_failure(faults, prefix, [&] { rebuild_sum(workspace, gravity, grav_data); });
     report_notes(notes, faults);
 }
 
 }  // namespace
 
-void calculate_model(Workspace& workspace, ChannelTable& mag_data, ChannelTable& grav_data, Faults& faults) {
+void calculate_model(Workspace& workspace, ChannelTable& mag_data, ChannelTable& grav_data, Faults& faults,
+                     Pacer& pacer) {
     if (workspace.station_count <= 0) return;
-    report_failure(faults, "An error occurred calculating the maginv model: ", [&] {
-        calculate(workspace, mag_data, grav_data, faults);
-    });
+    report_failure(faults, driver_failure, [&] { calculate(workspace, mag_data, grav_data, faults, pacer); });
 }
 
 }  // namespace anomalis::forward

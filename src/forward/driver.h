@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/pacer.h"
 #include "core/workspace.h"
 
 namespace anomalis {
@@ -21,6 +22,10 @@ namespace anomalis::forward {
 /// working copies with the station count of the workspace. Allocates nothing once the arrays exist, but
 /// for the solid of a body whose shape has changed, and with the exact formulas for the corners of a body.
 /// Which formulas are used is the workspace's choice.
-void calculate_model(Workspace& workspace, ChannelTable& mag_data, ChannelTable& grav_data, Faults& faults);
+///
+/// When `pacer` has the work left, Stopped goes on to the caller: the two tables are as they were, and a body
+/// whose response was not finished keeps its mark clear.
+void calculate_model(Workspace& workspace, ChannelTable& mag_data, ChannelTable& grav_data, Faults& faults,
+                     Pacer& pacer = no_pace());
 
 }  // namespace anomalis::forward

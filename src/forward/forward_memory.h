@@ -4,12 +4,14 @@
 
 #include "core/workspace.h"
 #include "forward/polyhedron/polyhedron.h"
+#include "forward/shape/body_solid.h"
 
 namespace anomalis::forward {
 
 /// What the forward room keeps between calculations, so that a moved body costs no new memory.
 struct ForwardMemory {
     Polyhedron polyhedron;
+    PlainSolid plain_solid;
     std::vector<double> values;  ///< one a station
 };
 

@@ -1,57 +1,73 @@
 #include "forward/classic/demagnetisation.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
+#include <span>
+#include <vector>
 
 #include "core/angles.h"
 #include "forward/shape/body_solid.h"
-#include "forward/shape/pipe_mesh.h"
 
 namespace anomalis::forward {
 
 namespace {
 
-/// The middle of the wall in the first sector of a segment, in the axes of the solid. The other sectors
-/// follow from it by turning.
-Point3 middle_of_wall(const BodySolid::Shape& shape, const MeshCounts& counts, std::int64_t segment) {
-    const double step = 2 * pi / static_cast<double>(counts.sectors);
-    const double length = shape.length;
-    const double outer = static_cast<double>(shape.width) / 2;
-    const double mean_diameter = outer - static_cast<double>(shape.shell_thickness) / 2;
-    const double along = (static_cast<double>(segment) + 0.5) * length / static_cast<double>(counts.sections);
-    const double cap = shape.end_thickness > 0 ? shape.end_thickness : 0.0;
-    const double inner_along = cap + along * (length - 2 * cap) / length;
-    // Half way between the corners at the start of the ring and one step on, on a circle of diameter 1.
-    const double x = -(1 + std::cos(step)) / 4;
-    const double z = std::sin(step) / 4;
-    return {mean_diameter * x, (along + inner_along) / 2, mean_diameter * z};
-}
+/// Points in the middle of the wall in the first sector of every segment, in the axes of the solid, and what
+/// is found at each. The other sectors follow from it by turning.
+class WallPoints {
+  public:
+    WallPoints(const BodySolid::Shape& shape, const SolidCounts& counts)
+        : sections_(static_cast<std::size_t>(counts.segments)), numbers_(9 * sections_) {
+        const double step = 2 * pi / static_cast<double>(counts.sectors);
+        const double length = shape.length;
+        const double outer = static_cast<double>(shape.width) / 2;
+        const double mean_diameter = outer - static_cast<double>(shape.shell_thickness) / 2;
+        const double cap = shape.end_thickness > 0 ? shape.end_thickness : 0.0;
+        // Half way between the corners at the start of the ring and one step on, on a circle of diameter 1.
+        std::fill_n(numbers_.begin(), sections_, mean_diameter * (-(1 + std::cos(step)) / 4));
+        std::fill_n(numbers_.begin() + static_cast<std::ptrdiff_t>(2 * sections_), sections_,
+                    mean_diameter * (std::sin(step) / 4));
+        for (std::size_t section = 0; section < sections_; ++section) {
+            const double along =
+                (static_cast<double>(section) + 0.5) * length / static_cast<double>(sections_);
+            const double inner_along = cap + along * (length - 2 * cap) / length;
+            row(1)[section] = (along + inner_along) / 2;
+        }
+    }
 
-/// Factors along and across the axis: what is left of the tensor after all turns about it.
-void add_factors(const Tensor3& tensor, BodySolid::Demagnetisation& factors) {
-    factors.along += tensor.yy;
-    factors.across += (tensor.xx + tensor.zz) / 2;
-}
-
-BodySolid::Demagnetisation factors_of(const BodySolid& solid, Polyhedron& polyhedron) {
-    BodySolid::Demagnetisation factors;
-    factors.known = true;
-    polyhedron.assign(solid.points, solid.facets);
-    if (!(solid.shape.shell_thickness > 0)) {
-        add_factors(polyhedron.demagnetising_tensor(polyhedron.centroid()), factors);
+    /// The mean of the factors along and across the axis: what is left of the tensors after all turns about
+    /// it.
+    BodySolid::Demagnetisation mean(Polyhedron& polyhedron, Pacer& pacer) {
+        polyhedron.demagnetising_tensors({row(0), row(1), row(2)},
+                                         {row(3), row(4), row(5), row(6), row(7), row(8)}, {.pacer = &pacer});
+        BodySolid::Demagnetisation factors{true, 0, 0};
+        for (std::size_t section = 0; section < sections_; ++section) {
+            factors.along += row(6)[section];
+            factors.across += (row(3)[section] + row(8)[section]) / 2;
+        }
+        factors.along /= static_cast<double>(sections_);
+        factors.across /= static_cast<double>(sections_);
         return factors;
     }
-    GraphicObject object;
-    object.length = solid.shape.length;
-    object.diameter_start = object.diameter_end = static_cast<double>(solid.shape.width) / 2;
-    object.sectors = solid.shape.sectors;
-    object.segments = solid.shape.segments;
-    const MeshCounts counts = count_mesh(object);
-    for (std::int64_t segment = 0; segment < counts.sections; ++segment)
-        add_factors(polyhedron.demagnetising_tensor(middle_of_wall(solid.shape, counts, segment)), factors);
-    factors.along /= static_cast<double>(counts.sections);
-    factors.across /= static_cast<double>(counts.sections);
-    return factors;
+
+  private:
+    /// Places x, y, z and the tensor's xx, xy, xz, yy, yz, zz.
+    std::span<double> row(std::size_t k) { return std::span(numbers_).subspan(k * sections_, sections_); }
+
+    std::size_t sections_;
+    std::vector<double> numbers_;
+};
+
+BodySolid::Demagnetisation factors_of(const BodySolid& solid, Polyhedron& polyhedron, Pacer& pacer) {
+    PlainSolid memory;
+    const PlainSurface surface = plain_surface(solid, memory);
+    polyhedron.assign(surface.points, surface.facets, &pacer);
+    if (!(solid.shape.shell_thickness > 0)) {
+        const Tensor3 tensor = polyhedron.demagnetising_tensor(polyhedron.centroid());
+        return {true, tensor.yy, (tensor.xx + tensor.zz) / 2};
+    }
+    return WallPoints(solid.shape, count_solid(solid.shape)).mean(polyhedron, pacer);
 }
 
 /// The direction of the axis in east, north, up.
@@ -63,10 +79,11 @@ Point3 axis_of(const BodySolid::Placement& placement) {
 
 }  // namespace
 
-Magnetisation demagnetised_pipe(ModelBody& body, const Magnetisation& plain, Polyhedron& polyhedron) {
+Magnetisation demagnetised_pipe(ModelBody& body, const Magnetisation& plain, Polyhedron& polyhedron,
+                                Pacer& pacer) {
     BodySolid& solid = body.solid;
     if (solid.facets.empty()) return plain;
-    if (!solid.demagnetisation.known) solid.demagnetisation = factors_of(solid, polyhedron);
+    if (!solid.demagnetisation.known) solid.demagnetisation = factors_of(solid, polyhedron, pacer);
     const double chi = body.susc.value / 1e6;
     const double along = 1 + chi * solid.demagnetisation.along;
     const double across = 1 + chi * solid.demagnetisation.across;

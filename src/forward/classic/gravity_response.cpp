@@ -20,13 +20,13 @@ namespace {
 
 constexpr double least_density = 0.0001;
 
-void fill_sheet(const Workspace& workspace, ModelBody& body, Faults& faults) {
+void fill_sheet(const Workspace& workspace, ModelBody& body, Faults& faults, Pacer& pacer) {
     if (body.length.value > 0) {
         if (workspace.station_count <= 0) return;
         add_prism_facets(workspace, body, {false, true}, {},
-                         relative_to_first_station(gravity_prism(body), workspace), faults);
+                         relative_to_first_station(gravity_prism(body), workspace), faults, pacer);
     } else {
-        fill_talwani(workspace, body, gravity_bottom(body), faults);
+        fill_talwani(workspace, body, gravity_bottom(body), faults, pacer);
     }
     const double factor = body.density.value * gravity_constant;
     float* column = response_column(workspace, body, 2);
@@ -34,7 +34,7 @@ void fill_sheet(const Workspace& workspace, ModelBody& body, Faults& faults) {
         column[i] = static_cast<float>(column[i] * factor);
 }
 
-void fill(Workspace& workspace, int body_number, Faults& faults) {
+void fill(Workspace& workspace, int body_number, Faults& faults, Pacer& pacer) {
     ModelBody& body = workspace.body(body_number);
     std::fill_n(response_column(workspace, body, 2), workspace.station_count, 0.0F);
     set_body_angles(body);
@@ -44,17 +44,17 @@ void fill(Workspace& workspace, int body_number, Faults& faults) {
     if (std::abs(body.density.value) < least_density) return;
     if (!has_classic_gravity(body.type)) return;
     if (is_sheet(body.type)) {
-        fill_sheet(workspace, body, faults);
+        fill_sheet(workspace, body, faults, pacer);
     } else {
-        fill_pipe_gravity(workspace, body, faults);
+        fill_pipe_gravity(workspace, body, faults, pacer);
     }
 }
 
 }  // namespace
 
-void calculate_gravity_response(Workspace& workspace, int body_number, Faults& faults) {
+void calculate_gravity_response(Workspace& workspace, int body_number, Faults& faults, Pacer& pacer) {
     constexpr std::string_view prefix = "An error occurred while calculating the gravity response: ";
-    report_failure(faults, prefix, [&] { fill(workspace, body_number, faults); });
+    report_failure(faults, prefix, [&] { fill(workspace, body_number, faults, pacer); });
     report_failure(faults, prefix, [&] { require_finite_column(workspace, body_number, 2); });
 }
 

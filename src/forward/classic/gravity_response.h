@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/pacer.h"
 #include "core/workspace.h"
 #include "forward/gravity_constant.h"
 
@@ -15,6 +16,7 @@ namespace anomalis::forward {
 ///
 /// The polygon gives half of what a very long prism gives: a density that was found with one form does not
 /// hold for the other. A failure, or a response that is not finite, is noted and names the body.
-void calculate_gravity_response(Workspace& workspace, int body_number, Faults& faults);
+void calculate_gravity_response(Workspace& workspace, int body_number, Faults& faults,
+                                Pacer& pacer = no_pace());
 
 }  // namespace anomalis::forward

@@ -21,6 +21,8 @@ namespace anomalis::forward {
 namespace {
 
 constexpr float least_magnetisation = 0.0001F;
+/// Of a closed form.
+constexpr double units_a_station = 20;
 
 void zero_magnetic_columns(const Workspace& workspace, ModelBody& body) {
     for (const int column : {1, 3, 4, 5})
@@ -31,7 +33,7 @@ bool unlimited_strike(const ModelBody& body) {
     return !(body.length.value > 0) && body.slope.value == 0;
 }
 
-void fill_by_type(Workspace& workspace, ModelBody& body, double strike_sine, Faults& faults) {
+void fill_by_type(Workspace& workspace, ModelBody& body, double strike_sine, Faults& faults, Pacer& pacer) {
     if (body.type == wire) return fill_wire(workspace, body);
     if (body.type == polygon) return;
     const ShapeTerms terms = shape_terms(body, strike_sine);
@@ -48,14 +50,14 @@ void fill_by_type(Workspace& workspace, ModelBody& body, double strike_sine, Fau
         case thick_sheet:
         case pipe:
             if (unlimited_strike(body)) return add_thick_sheet(workspace, body, strike_sine, terms);
-            return body.type == pipe ? fill_pipe(workspace, body, faults)
-                                     : fill_prism(workspace, body, faults);
+            return body.type == pipe ? fill_pipe(workspace, body, faults, pacer)
+                                     : fill_prism(workspace, body, faults, pacer);
         default:
             return;
     }
 }
 
-void fill(Workspace& workspace, int body_number, Faults& faults) {
+void fill(Workspace& workspace, int body_number, Faults& faults, Pacer& pacer) {
     ModelBody& body = workspace.body(body_number);
     zero_magnetic_columns(workspace, body);
     if (calculate_field_coefficients(workspace, body, faults) != 0) return;
@@ -66,15 +68,16 @@ void fill(Workspace& workspace, int body_number, Faults& faults) {
     if (std::abs(strike_sine) < least_sine_with_response) return;
     update_body_reference_point(workspace, body.distance.value, body.east, body.north);
     if (std::abs(body.last_calculated) < least_magnetisation) return;
-    fill_by_type(workspace, body, strike_sine, faults);
+    fill_by_type(workspace, body, strike_sine, faults, pacer);
+    pacer.done(units_a_station * workspace.station_count);
 }
 
 }  // namespace
 
-void calculate_mag_response(Workspace& workspace, int body_number, Faults& faults) {
+void calculate_mag_response(Workspace& workspace, int body_number, Faults& faults, Pacer& pacer) {
     // The spelling is part of the text.
     constexpr std::string_view prefix = "An error occured while calculating the response: ";
-    report_failure(faults, prefix, [&] { fill(workspace, body_number, faults); });
+    report_failure(faults, prefix, [&] { fill(workspace, body_number, faults, pacer); });
     report_failure(faults, prefix, [&] { require_finite_column(workspace, body_number, 1); });
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/pacer.h"
 #include "core/workspace.h"
 
 namespace anomalis {
@@ -14,6 +15,6 @@ namespace anomalis::forward {
 ///
 /// Derived fields and the reference point of the body are brought up to date, and a sphere takes its
 /// strike from the profile. A failure, or a response that is not finite, is noted and names the body.
-void calculate_mag_response(Workspace& workspace, int body_number, Faults& faults);
+void calculate_mag_response(Workspace& workspace, int body_number, Faults& faults, Pacer& pacer = no_pace());
 
 }  // namespace anomalis::forward

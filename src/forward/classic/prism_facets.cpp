@@ -13,6 +13,7 @@ namespace anomalis::forward {
 namespace {
 
 constexpr std::size_t stretch = 256;
+constexpr double units_a_station = 500;
 
 struct Columns {
     float *gravity, *north, *east, *down;
@@ -113,8 +114,8 @@ void add_stretch(const Prism& prism, const StationView& part, const NedVector& f
 }  // namespace
 
 void add_prism_facets(const Workspace& workspace, ModelBody& body, const FacetWanted& wanted,
-                      const NedVector& magnetisation, const std::array<NedVector, 8>& corners,
-                      Faults& faults) {
+                      const NedVector& magnetisation, const std::array<NedVector, 8>& corners, Faults& faults,
+                      Pacer& pacer) {
     report_failure(faults, "An error occurred calculating the facet response: ", [&] {
         const StationView stations = station_view(workspace);
         if (stations.count == 0) return;
@@ -127,6 +128,7 @@ void add_prism_facets(const Workspace& workspace, ModelBody& body, const FacetWa
                                    std::min(stretch, stations.count - at)};
             add_stretch(prism, part, first_station, wanted,
                         {columns[0] + at, columns[1] + at, columns[2] + at, columns[3] + at});
+            pacer.done(units_a_station * static_cast<double>(part.count));
         }
     });
 }

@@ -14,6 +14,7 @@ namespace anomalis::forward {
 namespace {
 
 constexpr std::size_t stretch = 256;
+constexpr double units_a_station = 100;
 
 double divided(double numerator, double denominator) {
     if (denominator == 0) throw Fault(FaultKind::division_by_zero);
@@ -92,7 +93,8 @@ double talwani_edge(double x1, double x2, double z1, double z2, Faults& faults) 
     return term;
 }
 
-void fill_talwani(const Workspace& workspace, ModelBody& body, const SheetBottom& bottom, Faults& faults) {
+void fill_talwani(const Workspace& workspace, ModelBody& body, const SheetBottom& bottom, Faults& faults,
+                  Pacer& pacer) {
     const double width = body.width.value;
     const SheetPolygon polygon{{0, width, width + bottom.offset, bottom.offset, 0},
                                {0, 0, -bottom.depth, -bottom.depth, 0}};
@@ -112,6 +114,7 @@ void fill_talwani(const Workspace& workspace, ModelBody& body, const SheetBottom
                                          across_strike(part, frame, i), height_over_top(part, frame, i));
             response[at + i] = static_cast<float>(sum[i]);
         }
+        pacer.done(units_a_station * static_cast<double>(part.count));
     }
     notes.tell(polygon, frame, body.told_edges, faults);
 }

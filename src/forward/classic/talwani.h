@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/pacer.h"
 #include "core/workspace.h"
 #include "forward/shape/prism.h"
 
@@ -18,6 +19,7 @@ double talwani_edge(double x1, double x2, double z1, double z2, Faults& faults);
 /// Fills column 2 with the sum of the four edges of a sheet's section, `width` across and down to its
 /// bottom. Before density and constant. What the edges note is told once for a body where it stands: as long
 /// as section, place and those stations are the last that were told, a calculation is silent about them.
-void fill_talwani(const Workspace& workspace, ModelBody& body, const SheetBottom& bottom, Faults& faults);
+void fill_talwani(const Workspace& workspace, ModelBody& body, const SheetBottom& bottom, Faults& faults,
+                  Pacer& pacer = no_pace());
 
 }  // namespace anomalis::forward

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "core/faults.h"
+#include "forward/body_price.h"
 #include "forward/exact/exact_column.h"
 #include "forward/exact/exact_plane.h"
 #include "forward/exact/exact_point.h"
@@ -20,6 +21,13 @@ namespace {
 
 enum class Channel { magnetic, gravity };
 
+/// Stations of all vector levels.
+constexpr std::size_t whole_vectors = 8;
+/// Of closed forms: of a station, and of one edge of a ring for a station.
+constexpr double units_a_station = 200, units_an_edge = 20;
+/// What is done between two words with the pacer.
+constexpr double stretch_units = 2e6;
+
 /// One body at the stations of a line. The procedures below return false where it gives nothing.
 struct Task {
     ExactPlace place;
@@ -29,6 +37,7 @@ struct Task {
     std::span<double> values;
     ExactNotes& notes;
     Channel channel;
+    Pacer& pacer;
 
     double density() const { return body.density.value; }
     bool magnetic() const { return channel == Channel::magnetic; }
@@ -42,21 +51,39 @@ void demagnetise(Task& task) {
 
 bool fill_solid(Task& task) {
     if (task.magnetic()) {
-        fill_solid_anomaly(task.place, task.field, task.polyhedron, task.values);
+        fill_solid_anomaly(task.place, task.field, task.polyhedron, task.values, task.pacer);
     } else {
-        fill_solid_gravity(task.place, task.density(), task.polyhedron, task.values);
+        fill_solid_gravity(task.place, task.density(), task.polyhedron, task.values, task.pacer);
     }
     return true;
 }
 
-/// One of two procedures for a shape, with what each channel needs.
-template <class Shape, class Anomaly, class Gravity>
-bool fill_shape(Task& task, const Shape& shape, Anomaly anomaly, Gravity gravity) {
-    if (task.magnetic()) {
-        anomaly(task.place, shape, task.field, task.values);
-    } else {
-        gravity(task.place, shape, task.density(), task.values);
+/// Calls step(place, values) for one stretch of stations after the other, each of `stretch_units` when a
+/// station takes `units`. Stretches begin at whole vectors, so that they change no bit.
+template <class Step>
+void in_stretches(Task& task, double units, const Step& step) {
+    const auto fits = static_cast<std::size_t>(stretch_units / units);
+    const std::size_t stretch = std::max(fits / whole_vectors, std::size_t{1}) * whole_vectors;
+    const StationView& all = task.place.stations;
+    for (std::size_t at = 0; at < all.count; at += stretch) {
+        const std::size_t count = std::min(stretch, all.count - at);
+        step(ExactPlace{{all.east + at, all.north + at, all.sensor + at, count}, task.place.frame},
+             task.values.subspan(at, count));
+        task.pacer.done(units * static_cast<double>(count));
     }
+}
+
+/// One of two procedures for a shape, with what each channel needs. `units` are what a station takes.
+template <class Shape, class Anomaly, class Gravity>
+bool fill_shape(Task& task, const Shape& shape, Anomaly anomaly, Gravity gravity,
+                double units = units_a_station) {
+    in_stretches(task, units, [&](const ExactPlace& place, std::span<double> values) {
+        if (task.magnetic()) {
+            anomaly(place, shape, task.field, values);
+        } else {
+            gravity(place, shape, task.density(), values);
+        }
+    });
     return true;
 }
 
@@ -67,7 +94,7 @@ bool fill_sheet(Task& task) {
     demagnetise(task);
     if (!sheet.limited) return fill_shape(task, sheet, fill_plane_sheet_anomaly, fill_plane_sheet_gravity);
     if (sheet.depth == 0) return fill_shape(task, sheet, fill_column_anomaly, fill_column_gravity);
-    assign_prism(task.place.frame, sheet, task.polyhedron);
+    assign_prism(task.place.frame, sheet, task.polyhedron, task.pacer);
     return fill_solid(task);
 }
 
@@ -84,12 +111,23 @@ bool fill_sphere(Task& task) {
 }
 
 bool fill_pipe(Task& task) {
+    require_affordable(
+        body_price(task.body, Formulas::exact, static_cast<std::int64_t>(task.place.stations.count)));
     const PipeShape pipe = pipe_shape(task.body);
     if (pipe.outer == 0) return false;
     demagnetise(task);
-    if (!pipe.limited) return fill_shape(task, pipe, fill_plane_pipe_anomaly, fill_plane_pipe_gravity);
-    assign_pipe(task.place.frame, pipe, task.polyhedron);
+    if (!pipe.limited)
+        return fill_shape(task, pipe, fill_plane_pipe_anomaly, fill_plane_pipe_gravity,
+                          units_an_edge * pipe.sectors);
+    assign_pipe(task.place.frame, pipe, task.polyhedron, task.pacer);
     return fill_solid(task);
+}
+
+bool fill_wire(Task& task) {
+    in_stretches(task, units_a_station, [&](const ExactPlace& place, std::span<double> values) {
+        fill_wire_anomaly(place, task.body, task.field, values);
+    });
+    return true;
 }
 
 bool fill_by_type(Task& task) {
@@ -109,19 +147,19 @@ bool fill_by_type(Task& task) {
             return fill_pipe(task);
         case wire:
             if (!task.magnetic()) return false;
-            fill_wire_anomaly(task.place, task.body, task.field, task.values);
-            return true;
+            return fill_wire(task);
         default:
             return false;
     }
 }
 
 void fill(const Workspace& workspace, ModelBody& body, Polyhedron& polyhedron, std::span<double> values,
-          ExactNotes& notes, Channel channel) {
+          ExactNotes& notes, Channel channel, Pacer& pacer) {
     update_body_reference_point(workspace, body.distance.value, body.east, body.north);
     const ExactPlace place{station_view(workspace), exact_frame(body)};
     if (values.size() != place.stations.count) throw Fault(FaultKind::subscript);
-    Task task{place, body, exact_field(workspace, body, place.frame), polyhedron, values, notes, channel};
+    Task task{place,   body, exact_field(workspace, body, place.frame), polyhedron, values, notes,
+              channel, pacer};
     if (!fill_by_type(task)) std::fill(values.begin(), values.end(), 0.0);
 }
 
@@ -168,11 +206,11 @@ constexpr ChannelTexts magnetic_texts{"An error occured while calculating the re
 constexpr ChannelTexts gravity_texts{"An error occurred while calculating the gravity response: ", 2};
 
 void fill_column(Workspace& workspace, int body_number, ExactNotes& notes, Channel channel,
-                 const ChannelTexts& texts, Faults& faults) {
+                 const ChannelTexts& texts, Faults& faults, Pacer& pacer) {
     ModelBody& body = workspace.body(body_number);
     const int status = report_failure(faults, texts.failure, [&] {
         ForwardMemory& memory = forward_memory(workspace);
-        fill(workspace, body, memory.polyhedron, memory.values, notes, channel);
+        fill(workspace, body, memory.polyhedron, memory.values, notes, channel, pacer);
         store_values(workspace, body, texts.column, memory.values);
     });
     report_failure(faults, texts.failure, [&] {
@@ -196,22 +234,23 @@ Tensor3 body_demagnetisation(ModelBody& body) {
 }
 
 void exact_anomaly(const Workspace& workspace, ModelBody& body, Polyhedron& polyhedron,
-                   std::span<double> values, ExactNotes& notes) {
-    fill(workspace, body, polyhedron, values, notes, Channel::magnetic);
+                   std::span<double> values, ExactNotes& notes, Pacer& pacer) {
+    fill(workspace, body, polyhedron, values, notes, Channel::magnetic, pacer);
 }
 
 void exact_gravity(const Workspace& workspace, ModelBody& body, Polyhedron& polyhedron,
-                   std::span<double> values, ExactNotes& notes) {
-    fill(workspace, body, polyhedron, values, notes, Channel::gravity);
+                   std::span<double> values, ExactNotes& notes, Pacer& pacer) {
+    fill(workspace, body, polyhedron, values, notes, Channel::gravity, pacer);
 }
 
-void calculate_exact_mag_response(Workspace& workspace, int body_number, ExactNotes& notes, Faults& faults) {
-    fill_column(workspace, body_number, notes, Channel::magnetic, magnetic_texts, faults);
+void calculate_exact_mag_response(Workspace& workspace, int body_number, ExactNotes& notes, Faults& faults,
+                                  Pacer& pacer) {
+    fill_column(workspace, body_number, notes, Channel::magnetic, magnetic_texts, faults, pacer);
 }
 
 void calculate_exact_gravity_response(Workspace& workspace, int body_number, ExactNotes& notes,
-                                      Faults& faults) {
-    fill_column(workspace, body_number, notes, Channel::gravity, gravity_texts, faults);
+                                      Faults& faults, Pacer& pacer) {
+    fill_column(workspace, body_number, notes, Channel::gravity, gravity_texts, faults, pacer);
 }
 
 void report_notes(const ExactNotes& notes, Faults& faults) {

@@ -2,6 +2,7 @@
 
 #include <span>
 
+#include "core/pacer.h"
 #include "core/workspace.h"
 #include "forward/exact/exact_notes.h"
 #include "forward/polyhedron/polyhedron.h"
@@ -17,15 +18,16 @@ namespace anomalis::forward {
 /// reference point is brought up to date and its demagnetising tensor kept; `polyhedron` serves as memory.
 /// What the body cannot have is noted and gives zeros.
 void exact_anomaly(const Workspace& workspace, ModelBody& body, Polyhedron& polyhedron,
-                   std::span<double> values, ExactNotes& notes);
+                   std::span<double> values, ExactNotes& notes, Pacer& pacer = no_pace());
 void exact_gravity(const Workspace& workspace, ModelBody& body, Polyhedron& polyhedron,
-                   std::span<double> values, ExactNotes& notes);
+                   std::span<double> values, ExactNotes& notes, Pacer& pacer = no_pace());
 
 /// The same into the body's response table, rounded to single precision: columns 1 and 2. A failure is noted,
 /// and a response that is not finite counts as zero.
-void calculate_exact_mag_response(Workspace& workspace, int body_number, ExactNotes& notes, Faults& faults);
+void calculate_exact_mag_response(Workspace& workspace, int body_number, ExactNotes& notes, Faults& faults,
+                                  Pacer& pacer = no_pace());
 void calculate_exact_gravity_response(Workspace& workspace, int body_number, ExactNotes& notes,
-                                      Faults& faults);
+                                      Faults& faults, Pacer& pacer = no_pace());
 
 /// A fault for each reason that was noted.
 void report_notes(const ExactNotes& notes, Faults& faults);

@@ -47,7 +47,9 @@ class PipeSurface {
         }
     }
 
-    void assign_to(Polyhedron& polyhedron) const { polyhedron.assign(points_, facets_); }
+    void assign_to(Polyhedron& polyhedron, Pacer& pacer) const {
+        polyhedron.assign(points_, facets_, &pacer);
+    }
 
   private:
     std::int32_t at(std::int32_t ring, std::int32_t k) const { return ring * pipe_.sectors + k; }
@@ -78,13 +80,13 @@ StationSpans spans_of(const StationView& view) {
 
 }  // namespace
 
-void assign_prism(const BodyFrame& frame, const SheetShape& sheet, Polyhedron& polyhedron) {
+void assign_prism(const BodyFrame& frame, const SheetShape& sheet, Polyhedron& polyhedron, Pacer& pacer) {
     PrismCorners corners = sheet_corners(sheet);
     for (Point3& corner : corners) corner = placed(frame, corner);
-    polyhedron.assign(corners, prism_triangles);
+    polyhedron.assign(corners, prism_triangles, &pacer);
 }
 
-void assign_pipe(const BodyFrame& frame, const PipeShape& pipe, Polyhedron& polyhedron) {
+void assign_pipe(const BodyFrame& frame, const PipeShape& pipe, Polyhedron& polyhedron, Pacer& pacer) {
     PipeSurface surface(frame, pipe);
     const std::int32_t near_end = surface.add_ring(pipe.outer, pipe.near_end);
     const std::int32_t far_end = surface.add_ring(pipe.outer, pipe.far_end);
@@ -94,18 +96,18 @@ void assign_pipe(const BodyFrame& frame, const PipeShape& pipe, Polyhedron& poly
         surface.add_disc(far_end, true);
     }
     if (pipe.inner > 0) add_hole(surface, pipe, near_end, far_end);
-    surface.assign_to(polyhedron);
+    surface.assign_to(polyhedron, pacer);
 }
 
 void fill_solid_anomaly(const ExactPlace& place, const ExactField& field, Polyhedron& polyhedron,
-                        std::span<double> values) {
+                        std::span<double> values, Pacer& pacer) {
     polyhedron.total_field(spans_of(place.stations), turned_out(place.frame, field.magnetisation),
-                           turned_out(place.frame, field.direction), values);
+                           turned_out(place.frame, field.direction), values, {.pacer = &pacer});
 }
 
 void fill_solid_gravity(const ExactPlace& place, double density, Polyhedron& polyhedron,
-                        std::span<double> values) {
-    polyhedron.gravity(spans_of(place.stations), density, values);
+                        std::span<double> values, Pacer& pacer) {
+    polyhedron.gravity(spans_of(place.stations), density, values, {.pacer = &pacer});
 }
 
 }  // namespace anomalis::forward

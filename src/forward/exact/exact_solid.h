@@ -2,6 +2,7 @@
 
 #include <span>
 
+#include "core/pacer.h"
 #include "forward/exact/exact_plane.h"
 #include "forward/polyhedron/polyhedron.h"
 
@@ -9,12 +10,14 @@
 namespace anomalis::forward {
 
 /// Takes the body's surface into the kernel.
-void assign_prism(const BodyFrame& frame, const SheetShape& sheet, Polyhedron& polyhedron);
-void assign_pipe(const BodyFrame& frame, const PipeShape& pipe, Polyhedron& polyhedron);
+void assign_prism(const BodyFrame& frame, const SheetShape& sheet, Polyhedron& polyhedron,
+                  Pacer& pacer = no_pace());
+void assign_pipe(const BodyFrame& frame, const PipeShape& pipe, Polyhedron& polyhedron,
+                 Pacer& pacer = no_pace());
 
 void fill_solid_anomaly(const ExactPlace& place, const ExactField& field, Polyhedron& polyhedron,
-                        std::span<double> values);
+                        std::span<double> values, Pacer& pacer = no_pace());
 void fill_solid_gravity(const ExactPlace& place, double density, Polyhedron& polyhedron,
-                        std::span<double> values);
+                        std::span<double> values, Pacer& pacer = no_pace());
 
 }  // namespace anomalis::forward

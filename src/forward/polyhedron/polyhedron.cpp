@@ -1,5 +1,6 @@
 #include "forward/polyhedron/polyhedron.h"
 
+#include "core/pacer.h"
 #include "forward/polyhedron/polyhedron_evaluation.h"
 #include "forward/polyhedron/vector3.h"
 
@@ -21,8 +22,8 @@ Polyhedron::~Polyhedron() = default;
 Polyhedron::Polyhedron(Polyhedron&&) noexcept = default;
 Polyhedron& Polyhedron::operator=(Polyhedron&&) noexcept = default;
 
-void Polyhedron::assign(std::span<const Point3> points, std::span<const Facet> facets) {
-    body_->assign(points, facets);
+void Polyhedron::assign(std::span<const Point3> points, std::span<const Facet> facets, Pacer* pacer) {
+    body_->assign(points, facets, pacer ? *pacer : no_pace());
 }
 
 double Polyhedron::volume() const {
@@ -93,13 +94,18 @@ void Polyhedron::gravity_gradient(const StationSpans& stations, double density, 
     body_->evaluate(stations, wanted, how);
 }
 
+void Polyhedron::demagnetising_tensors(const StationSpans& points, const TensorSpans& tensors,
+                                       const Execution& how) {
+    constexpr double minus_one_over_4_pi = -0.07957747154594767;
+    gravity_gradient(points, minus_one_over_4_pi / gravity_constant, tensors, how);
+}
+
 Tensor3 Polyhedron::demagnetising_tensor(const Point3& where) {
     Tensor3 n;
     const auto one = [](double& value) { return std::span<double>(&value, 1); };
     const auto place = [](const double& value) { return std::span<const double>(&value, 1); };
-    constexpr double minus_one_over_4_pi = -0.07957747154594767;
-    gravity_gradient({place(where.x), place(where.y), place(where.z)}, minus_one_over_4_pi / gravity_constant,
-                     {one(n.xx), one(n.xy), one(n.xz), one(n.yy), one(n.yz), one(n.zz)});
+    demagnetising_tensors({place(where.x), place(where.y), place(where.z)},
+                          {one(n.xx), one(n.xy), one(n.xz), one(n.yy), one(n.yz), one(n.zz)});
     return n;
 }
 

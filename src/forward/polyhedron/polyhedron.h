@@ -10,6 +10,10 @@
 #include "forward/gravity_constant.h"
 #include "vector/vector_levels.h"
 
+namespace anomalis {
+class Pacer;
+}  // namespace anomalis
+
 namespace anomalis::forward {
 
 /// Three indices into a list of points, from 0.
@@ -33,10 +37,12 @@ struct TensorSpans {
     std::span<double> xx, xy, xz, yy, yz, zz;
 };
 
-/// How a calculation is run. Neither choice changes a result by a bit.
+/// How a calculation is run. No choice changes a result by a bit.
 struct Execution {
     vector::VectorLevel level = vector::widest_vector_level();
     int threads = 0;  ///< 0: one for a short job, else one a core
+    Pacer* pacer =
+        nullptr;  ///< told of the work; results of a calculation that it has left are worth nothing
 };
 
 /// The field of a uniform body that is bounded by triangles, at any number of stations.
@@ -67,8 +73,9 @@ class Polyhedron {
     /// out negative they face inward and are taken the other way round. Points may be repeated, and points
     /// that no facet uses do nothing. Facets without area add nothing. A surface that is not closed bounds no
     /// body; what it gives is the plain sum of its facets' terms, in the sense in which they turn, without
-    /// the expansion for distant stations. Raises Fault subscript for an index without a point.
-    void assign(std::span<const Point3> points, std::span<const Facet> facets);
+    /// the expansion for distant stations. Raises Fault subscript for an index without a point. When `pacer`
+    /// leaves the work the body has no facets.
+    void assign(std::span<const Point3> points, std::span<const Facet> facets, Pacer* pacer = nullptr);
 
     double volume() const;            ///< m^3, never negative for a closed surface
     Point3 centroid() const;          ///< of the volume; the middle of the bounding box when there is none
@@ -103,8 +110,10 @@ class Polyhedron {
     void gravity_gradient(const StationSpans& stations, double density, const TensorSpans& gradient,
                           const Execution& how = {});
 
-    /// The demagnetising tensor at a point, SI: H = -N M for uniform magnetisation M. Trace 1 inside, 0
-    /// outside.
+    /// The demagnetising tensor at points or at one, SI: H = -N M for uniform magnetisation M. Trace 1
+    /// inside, 0 outside.
+    void demagnetising_tensors(const StationSpans& points, const TensorSpans& tensors,
+                               const Execution& how = {});
     Tensor3 demagnetising_tensor(const Point3& where);
 
   private:

@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "core/failure.h"
+#include "core/pacer.h"
 #include "forward/polyhedron/polyhedron_clearance.h"
 #include "forward/polyhedron/station_blocks.h"
 #include "forward/polyhedron/vector3.h"
@@ -15,6 +16,10 @@ namespace {
 
 /// Of an edge or a face for a station: near enough to tell a short job from a long one.
 constexpr double nanoseconds_each = 3;
+/// Of a facet, to cut a mesh into parts, to fold what is wanted into it, and to take its moments.
+constexpr double split_units = 50, fold_units = 50, moment_units = 500;
+/// Of a facet for a station that stands on an edge.
+constexpr double clearance_units = 15;
 
 void check_lengths(const StationSpans& stations, const Wanted& wanted) {
     const std::size_t n = stations.east.size();
@@ -25,10 +30,12 @@ void check_lengths(const StationSpans& stations, const Wanted& wanted) {
 
 }  // namespace
 
-void PolyhedronEvaluation::assign(std::span<const Point3> points, std::span<const Facet> facets) {
-    mesh_.build(points, facets);
+void PolyhedronEvaluation::assign(std::span<const Point3> points, std::span<const Facet> facets,
+                                  Pacer& pacer) {
     exterior_ready_ = false;
+    mesh_.build(points, facets, pacer);
     parts_.split(mesh_);
+    pacer.done(split_units * static_cast<double>(facets.size()));
 }
 
 bool PolyhedronEvaluation::is_far(const Point3& unit) const {
@@ -37,12 +44,12 @@ bool PolyhedronEvaluation::is_far(const Point3& unit) const {
 }
 
 /// Prepares the expansion when a station will use it.
-void PolyhedronEvaluation::fold_exterior(const StationSpans& stations, const Wanted& wanted) {
+void PolyhedronEvaluation::fold_exterior(const StationSpans& stations, const Wanted& wanted, Pacer& pacer) {
     bool used = false;
     for (std::size_t i = 0; i < stations.east.size() && !used; ++i)
         used = is_far(mesh_.to_unit({stations.east[i], stations.north[i], stations.up[i]}));
     if (!used) return;
-    if (!exterior_ready_) exterior_.take(mesh_);
+    if (!exterior_ready_) exterior_.take(mesh_, pacer);
     exterior_ready_ = true;
     exterior_terms_ = {};
     exterior_terms_.sum_count = sum_count(wanted.kind);
@@ -52,7 +59,8 @@ void PolyhedronEvaluation::fold_exterior(const StationSpans& stations, const Wan
         exterior_.fold({0, 0, -wanted.attraction / mesh_.scale}, nullptr, tensors, exterior_terms_);
 }
 
-void PolyhedronEvaluation::run_block(const Job& job, std::size_t block, double* scratch) const {
+bool PolyhedronEvaluation::run_block(const Job& job, std::size_t block, double* scratch,
+                                     BlockWorker& worker) const {
     const std::size_t first = block * StationBlock::capacity;
     const std::size_t last = std::min(first + StationBlock::capacity, job.stations.east.size());
     StationGroup plain, far, close;
@@ -65,40 +73,50 @@ void PolyhedronEvaluation::run_block(const Job& job, std::size_t block, double* 
         exterior_sums_at(job.level)(exterior_terms_, far.block);
         far.write(real, job.wanted.result, 0, sum_count(job.wanted.kind));
     }
-    if (plain.empty()) return;
+    if (plain.empty()) return true;
     const std::size_t real = plain.pad();
-    add_parts(polyhedron_sums_at(job.level), scratch, plain.block);
+    if (!add_parts(polyhedron_sums_at(job.level), scratch, plain.block, worker)) return false;
     plain.write(real, job.wanted.result, 0, sum_count(job.wanted.kind));
     for (std::size_t i = 0; i < real; ++i)
         if (plain.block.margin[i] < 0)
             close.add({plain.block.x[i], plain.block.y[i], plain.block.z[i]}, plain.index[i]);
-    if (!close.empty()) run_close(job, close, scratch);
+    return close.empty() || run_close(job, close, scratch, worker);
 }
 
-void PolyhedronEvaluation::add_parts(SumsKernel sums, double* scratch, StationBlock& block) const {
+bool PolyhedronEvaluation::add_parts(SumsKernel sums, double* scratch, StationBlock& block,
+                                     BlockWorker& worker) const {
     for (auto& sum : block.sum) std::fill_n(sum, block.count, 0.0);
     std::fill_n(block.margin, block.count, 1.0);
-    for (const PolyhedronParts::Part& part : parts_.parts())
+    for (const PolyhedronParts::Part& part : parts_.parts()) {
         sums(terms_.of_part(parts_, part), scratch, block);
+        const auto terms = static_cast<double>(part.edge_count + part.face_count);
+        if (!worker.goes_on(nanoseconds_each * terms * static_cast<double>(block.count))) return false;
+    }
+    return true;
 }
 
 /// Derivatives are taken where a station was moved off an edge. The attraction needs no such move, for what
 /// grows without limit in it is multiplied by a distance that vanishes.
-void PolyhedronEvaluation::run_close(const Job& job, StationGroup& close, double* scratch) const {
+bool PolyhedronEvaluation::run_close(const Job& job, StationGroup& close, double* scratch,
+                                     BlockWorker& worker) const {
     const auto sums = polyhedron_sums_near_edges_at(job.level);
     const std::size_t real = close.pad();
+    const double clearance = clearance_units * static_cast<double>(mesh_.faces.size());
     StationGroup moved;
-    for (std::size_t i = 0; i < close.block.count; ++i)
+    for (std::size_t i = 0; i < close.block.count; ++i) {
         moved.add(clear_of_edges(mesh_, {close.block.x[i], close.block.y[i], close.block.z[i]}, scratch),
                   close.index[i]);
+        if (!worker.goes_on(clearance)) return false;
+    }
     const int tensors = tensor_sums(job.wanted.kind);
     if (tensors > 0) {
-        add_parts(sums, scratch, moved.block);
+        if (!add_parts(sums, scratch, moved.block, worker)) return false;
         moved.write(real, job.wanted.result, 0, tensors);
     }
-    if (!has_attraction(job.wanted.kind)) return;
-    add_parts(sums, scratch, close.block);
+    if (!has_attraction(job.wanted.kind)) return true;
+    if (!add_parts(sums, scratch, close.block, worker)) return false;
     close.write(real, job.wanted.result, tensors, tensors + 1);
+    return true;
 }
 
 void PolyhedronEvaluation::evaluate(const StationSpans& stations, const Wanted& wanted,
@@ -110,8 +128,10 @@ void PolyhedronEvaluation::evaluate(const StationSpans& stations, const Wanted& 
             std::fill(wanted.result[k].begin(), wanted.result[k].end(), value);
         return;
     }
+    Pacer& pacer = how.pacer ? *how.pacer : no_pace();
     terms_.fold(mesh_, parts_, wanted);
-    fold_exterior(stations, wanted);
+    pacer.done(fold_units * static_cast<double>(mesh_.faces.size()));
+    fold_exterior(stations, wanted, pacer);
     const std::size_t n = stations.east.size();
     const std::size_t blocks = (n + StationBlock::capacity - 1) / StationBlock::capacity;
     const auto facets = static_cast<double>(mesh_.edges.size() + mesh_.faces.size());
@@ -119,10 +139,10 @@ void PolyhedronEvaluation::evaluate(const StationSpans& stations, const Wanted& 
     const std::size_t part = std::max(parts_.most_vertices() * StationBlock::padding, mesh_.vertices.size());
     distances_.resize(std::max(distances_.size(), part * static_cast<std::size_t>(workers)));
     const Job job{stations, wanted, std::min(how.level, vector::widest_vector_level())};
-    const auto work = [&](int worker, std::size_t block) {
-        run_block(job, block, distances_.data() + part * static_cast<std::size_t>(worker));
+    const auto work = [&](BlockWorker& worker, std::size_t block) {
+        run_block(job, block, distances_.data() + part * static_cast<std::size_t>(worker.number()), worker);
     };
-    for_each_block(blocks, workers, std::ref(work));  // by reference: no memory is taken
+    for_each_block(blocks, workers, pacer, std::ref(work));  // by reference: no memory is taken
 }
 
 }  // namespace anomalis::forward

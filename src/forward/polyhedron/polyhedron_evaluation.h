@@ -8,6 +8,7 @@
 #include "forward/polyhedron/polyhedron_mesh.h"
 #include "forward/polyhedron/polyhedron_parts.h"
 #include "forward/polyhedron/polyhedron_terms.h"
+#include "forward/polyhedron/station_blocks.h"
 #include "forward/polyhedron/station_group.h"
 
 namespace anomalis::forward {
@@ -16,7 +17,7 @@ namespace anomalis::forward {
 class PolyhedronEvaluation {
   public:
     const PolyhedronMesh& mesh() const { return mesh_; }
-    void assign(std::span<const Point3> points, std::span<const Facet> facets);
+    void assign(std::span<const Point3> points, std::span<const Facet> facets, Pacer& pacer);
     /// Raises Fault subscript where the lengths of stations and results differ.
     void evaluate(const StationSpans& stations, const Wanted& wanted, const Execution& how);
 
@@ -29,11 +30,12 @@ class PolyhedronEvaluation {
 
     using SumsKernel = void (*)(const PolyhedronTerms&, double*, StationBlock&);
 
-    void fold_exterior(const StationSpans& stations, const Wanted& wanted);
+    void fold_exterior(const StationSpans& stations, const Wanted& wanted, Pacer& pacer);
     bool is_far(const Point3& unit) const;
-    void add_parts(SumsKernel sums, double* scratch, StationBlock& block) const;
-    void run_block(const Job& job, std::size_t block, double* scratch) const;
-    void run_close(const Job& job, StationGroup& close, double* scratch) const;
+    // These return false when the work is to be left.
+    bool add_parts(SumsKernel sums, double* scratch, StationBlock& block, BlockWorker& worker) const;
+    bool run_block(const Job& job, std::size_t block, double* scratch, BlockWorker& worker) const;
+    bool run_close(const Job& job, StationGroup& close, double* scratch, BlockWorker& worker) const;
 
     PolyhedronMesh mesh_;
     PolyhedronParts parts_;

@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 
+#include "core/pacer.h"
 #include "forward/polyhedron/vector3.h"
 
 namespace anomalis::forward {
@@ -15,6 +16,9 @@ using Complex = std::complex<double>;
 /// A facet smaller than this, in unit coordinates, varies so little that the coarse rule serves: it is exact
 /// to degree 4, and what it misses above that reaches the stations divided by 16^5.
 constexpr double small_facet = 0.06;
+
+/// Nanoseconds that the moments of a point take.
+constexpr double units_a_point = 15;
 
 /// Gauss-Legendre points and weights on 0 to 1.
 template <std::size_t N>
@@ -89,7 +93,7 @@ OuterSeries derivative(const OuterSeries& series, const Point3& a) {
 
 }  // namespace
 
-void PolyhedronExterior::take(const PolyhedronMesh& mesh) {
+void PolyhedronExterior::take(const PolyhedronMesh& mesh, Pacer& pacer) {
     MomentSums sums;
     WeightedPoints points;
     const auto add = add_moments_at(vector::widest_vector_level());
@@ -105,6 +109,7 @@ void PolyhedronExterior::take(const PolyhedronMesh& mesh) {
         const std::size_t count = small ? spread_points<3>(a, b, c, weight, points)
                                         : spread_points<exterior_degree / 2 + 1>(a, b, c, weight, points);
         add(points, count, sums);
+        pacer.done(units_a_point * static_cast<double>(count));
     }
     for (int m = 0; m <= exterior_degree; ++m)
         for (int l = m; l <= exterior_degree; ++l) {

@@ -17,7 +17,7 @@ inline constexpr double exterior_distance = 16;
 class PolyhedronExterior {
   public:
     /// Moments of a shape, about the origin of its unit coordinates.
-    void take(const PolyhedronMesh& mesh);
+    void take(const PolyhedronMesh& mesh, Pacer& pacer);
 
     /// Adds to sum number `sum` the derivative of the potential along `first`, and also along `second` where
     /// that is not null.

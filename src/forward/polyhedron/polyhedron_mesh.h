@@ -7,6 +7,10 @@
 
 #include "forward/polyhedron/polyhedron.h"
 
+namespace anomalis {
+class Pacer;
+}  // namespace anomalis
+
 namespace anomalis::forward {
 
 /// A station this near to an edge or a corner stands on it, as a part of the body's radius.
@@ -45,7 +49,7 @@ struct PolyhedronMesh {
     std::vector<Edge> edges;  ///< without those between coplanar faces, whose dyad is zero
 
     /// Takes a new shape; see Polyhedron::assign.
-    void build(std::span<const Point3> points, std::span<const Facet> facets);
+    void build(std::span<const Point3> points, std::span<const Facet> facets, Pacer& pacer);
     Point3 to_unit(const Point3& place) const;
 
   private:
@@ -55,6 +59,7 @@ struct PolyhedronMesh {
         std::int32_t sense;  ///< +1 when the face runs from the smaller number to the larger
     };
 
+    void clear();
     double place_unit_frame(std::span<const Point3> points, std::span<const Facet> facets);
     void weld(std::span<const Point3> points, std::span<const Facet> facets);
     std::int32_t vertex_at(const Point3& unit);

@@ -1,16 +1,21 @@
 #include "forward/polyhedron/station_blocks.h"
 
 #include <algorithm>
-#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
 #include <system_error>
 #include <thread>
 #include <vector>
+
+#include "core/pacer.h"
 
 namespace anomalis::forward {
 
 namespace {
 
 constexpr double worth_a_thread = 5e5;  ///< nanoseconds; starting a thread takes a tenth of it
+constexpr std::chrono::milliseconds wait_pause{10};
 
 }  // namespace
 
@@ -22,18 +27,81 @@ int worker_count(double estimated_nanoseconds, std::size_t blocks, int asked) {
     return static_cast<int>(std::min({estimated_nanoseconds / worth_a_thread, cores, most}));
 }
 
-void for_each_block(std::size_t blocks, int workers, const std::function<void(int, std::size_t)>& work) {
-    std::atomic<std::size_t> next{0};
-    const auto run = [&](int worker) {
-        for (std::size_t block = next++; block < blocks; block = next++) work(worker, block);
-    };
-    std::vector<std::jthread> helpers;
-    try {
-        for (int worker = 1; worker < workers; ++worker) helpers.emplace_back(run, worker);
-    } catch (const std::system_error&) {
-        // No more threads to be had; those that run take all blocks.
+namespace {
+
+/// The helpers of one job and what they share with its caller.
+class Helpers {
+  public:
+    using Run = std::function<void(BlockWorker&)>;
+
+    Helpers(int count, const Run& run) {
+        try {
+            for (int number = 1; number <= count; ++number) {
+                threads_.emplace_back([this, number, &run] { help(number, run); });
+                ++started_;
+            }
+        } catch (const std::system_error&) {
+            // No more threads to be had; those that run take all blocks.
+        }
     }
-    run(0);
+    ~Helpers() { leave(); }  // on the way out of a stop; the threads are joined after it
+    Helpers(const Helpers&) = delete;
+    Helpers& operator=(const Helpers&) = delete;
+
+    const std::atomic<bool>& left() const { return left_; }
+    void leave() { left_ = true; }
+
+    /// Whoever waits is served until the last block of the others is done.
+    void wait_for_all(Pacer& pacer) {
+        std::unique_lock lock(mutex_);
+        while (!ended_.wait_for(lock, wait_pause, [this] { return done_ == started_; })) {
+            lock.unlock();
+            pacer.waiting();
+            lock.lock();
+        }
+    }
+
+  private:
+    void help(int number, const Run& run) {
+        BlockWorker worker(number, nullptr, 0, left_);
+        run(worker);
+        const std::lock_guard lock(mutex_);
+        ++done_;
+        ended_.notify_one();
+    }
+
+    std::atomic<bool> left_{false};
+    std::mutex mutex_;
+    std::condition_variable ended_;
+    int started_ = 0;
+    int done_ = 0;
+    std::vector<std::jthread> threads_;  // last: joined before what they use is gone
+};
+
+}  // namespace
+
+bool BlockWorker::goes_on(double units) {
+    if (pacer_) pacer_->done(units * speaks_for_);
+    return !left_;
+}
+
+void for_each_block(std::size_t blocks, int workers, Pacer& pacer,
+                    const std::function<void(BlockWorker&, std::size_t)>& work) {
+    if (workers <= 1) {
+        const std::atomic<bool> left{false};
+        BlockWorker worker(0, &pacer, 1, left);
+        for (std::size_t block = 0; block < blocks; ++block) work(worker, block);
+        return;
+    }
+    std::atomic<std::size_t> next{0};
+    const Helpers::Run run = [&](BlockWorker& worker) {
+        for (std::size_t block = next++; block < blocks && worker.goes_on(0); block = next++)
+            work(worker, block);
+    };
+    Helpers helpers(workers - 1, run);
+    BlockWorker caller(0, &pacer, workers, helpers.left());
+    run(caller);
+    helpers.wait_for_all(pacer);
 }
 
 }  // namespace anomalis::forward

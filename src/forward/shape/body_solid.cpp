@@ -2,10 +2,13 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "core/angles.h"
 #include "core/faults.h"
 #include "core/numbers.h"
+#include "core/saturating.h"
+#include "forward/body_price.h"
 #include "forward/shape/pipe_mesh.h"
 
 namespace anomalis::forward {
@@ -19,26 +22,7 @@ struct Turn {
         : c(std::cos(degrees * radians_per_degree)), s(std::sin(degrees * radians_per_degree)) {}
 };
 
-/// Sectors and segments of the body, raised where the triangle size asks for it. `width` stands for a
-/// radius here, so the ring is cut finer than the size says.
-struct Fineness {
-    std::int32_t sectors, segments;
-};
-
-Fineness fineness_of(const ModelBody& body) {
-    const double size = body.max_triangle_size;
-    const double length = body.length.value;
-    if (!(size > 0 && size < length)) return {body.num_sectors, body.num_segments};
-    const double segments = std::max<double>(body.num_segments, std::nearbyint(length / size));
-    const double sectors =
-        std::max<double>(body.num_sectors, std::nearbyint(2 * pi * body.width.value / size));
-    // Told in floating point first: the numbers may be beyond every integer.
-    require_few_facets(2 * segments * sectors);
-    return {static_cast<std::int32_t>(sectors), static_cast<std::int32_t>(segments)};
-}
-
-void shape_solid(BodySolid& solid, const BodySolid::Shape& shape, Faults& faults) {
-    if (!solid.points.empty() && !solid.facets.empty() && solid.shape == shape) return;
+GraphicObject object_of(const BodySolid::Shape& shape) {
     GraphicObject object;
     object.length = shape.length;
     object.diameter_start = object.diameter_end = static_cast<double>(shape.width) / 2;
@@ -46,7 +30,47 @@ void shape_solid(BodySolid& solid, const BodySolid::Shape& shape, Faults& faults
     object.end_cap = shape.end_thickness;
     object.sectors = shape.sectors;
     object.segments = shape.segments;
-    require_few_facets(static_cast<double>(count_mesh(object).facets));
+    return object;
+}
+
+BodySolid::Shape shape_of(const ModelBody& body) {
+    BodySolid::Shape shape;
+    shape.length = body.length.value;
+    shape.width = body.width.value;
+    shape.shell_thickness = body.shell_thickness;
+    shape.end_thickness = body.end_thickness;
+    shape.max_triangle_size = body.max_triangle_size;
+    shape.sectors = body.num_sectors;
+    shape.segments = body.num_segments;
+    return shape;
+}
+
+std::int64_t whole_count(double value) {
+    constexpr std::uint64_t largest = std::numeric_limits<std::int64_t>::max();
+    return static_cast<std::int64_t>(std::min(saturating_count(std::nearbyint(value)), largest));
+}
+
+/// Sectors and segments of the body, raised where the triangle size asks for it. `width` stands for a radius
+/// here, so the ring is cut finer than the size says.
+void refine(const ModelBody& body, GraphicObject& object) {
+    const double size = body.max_triangle_size;
+    const double length = body.length.value;
+    if (!(size > 0 && size < length)) return;
+    object.segments = std::max(object.segments, whole_count(length / size));
+    object.sectors = std::max(object.sectors, whole_count(2 * pi * body.width.value / size));
+}
+
+void shape_solid(const ModelBody& body, BodySolid& solid, Faults& faults) {
+    BodySolid::Shape shape = shape_of(body);
+    GraphicObject object = object_of(shape);
+    refine(body, object);
+    // The price has held both far below 32 bits, but for a shape that cannot be.
+    const auto held = [](std::int64_t count) {
+        return static_cast<std::int32_t>(std::min(count, static_cast<std::int64_t>(most_facets)));
+    };
+    shape.sectors = held(object.sectors);
+    shape.segments = held(object.segments);
+    if (!solid.points.empty() && !solid.facets.empty() && solid.shape == shape) return;
     solid.shape = shape;
     solid.transformed_points.clear();
     solid.demagnetisation = {};
@@ -78,8 +102,8 @@ void create_graphic_object(const GraphicObject& object, std::vector<Point3>& poi
     points.clear();
     facets.clear();
     report_failure(faults, "An error occurred while creating the graphic object: ", [&] {
-        const MeshCounts counts = count_mesh(object);
-        require_few_facets(static_cast<double>(counts.facets));
+        const SolidCounts counts = count_solid(object);
+        require_affordable({.sectors = counts.sectors, .segments = counts.segments, .facets = counts.facets});
         build_mesh(object, counts, points, facets);
         if (object.apply_transform)
             transform_solid({1, 1, static_cast<float>(object.z_scale)}, object.rotation, object.origin,
@@ -103,26 +127,39 @@ void transform_solid(const std::array<float, 3>& scale, const std::array<float, 
     }
 }
 
-std::int32_t solid_sectors(const ModelBody& body) {
-    std::int32_t sectors = fineness_of(body).sectors;
-    if (sectors % 2 != 0) ++sectors;
-    return sectors < 4 ? 12 : sectors;
+SolidCounts count_solid(const BodySolid::Shape& shape) {
+    return count_solid(object_of(shape));
 }
 
-int setup_cylinder_body(const ModelBody& body, BodySolid& solid, Faults& faults) {
+SolidCounts count_solid(const ModelBody& body) {
+    GraphicObject object = object_of(shape_of(body));
+    refine(body, object);
+    return count_solid(object);
+}
+
+int setup_cylinder_body(const ModelBody& body, BodySolid& solid, Faults& faults, std::int64_t stations) {
     return report_failure(faults, "An error occurred while setting up the cylinder body: ", [&] {
-        const Fineness fineness = fineness_of(body);
-        BodySolid::Shape shape;
-        shape.length = body.length.value;
-        shape.width = body.width.value;
-        shape.shell_thickness = body.shell_thickness;
-        shape.end_thickness = body.end_thickness;
-        shape.max_triangle_size = body.max_triangle_size;
-        shape.sectors = fineness.sectors;
-        shape.segments = fineness.segments;
-        shape_solid(solid, shape, faults);
+        require_affordable(body_price(body, Formulas::classic, stations));
+        shape_solid(body, solid, faults);
         place_solid(body, solid);
     });
+}
+
+PlainSurface plain_surface(const BodySolid& solid, PlainSolid& memory) {
+    if (solid.shape.segments <= 1 || solid.facets.empty()) return {solid.points, solid.facets};
+    GraphicObject object = object_of(solid.shape);
+    object.segments = 1;
+    build_mesh(object, count_solid(object), memory.points, memory.facets);
+    return {memory.points, memory.facets};
+}
+
+PlainSurface placed_plain_surface(const BodySolid& solid, PlainSolid& memory) {
+    if (solid.shape.segments <= 1 || solid.facets.empty()) return {solid.transformed_points, solid.facets};
+    const PlainSurface surface = plain_surface(solid, memory);
+    const BodySolid::Placement& placement = solid.placement;
+    transform_solid({1, 1, 1}, {placement.plunge, placement.strike, placement.dip}, placement.origin,
+                    memory.points);
+    return {memory.points, surface.facets};
 }
 
 }  // namespace anomalis::forward

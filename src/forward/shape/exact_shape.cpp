@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "forward/body_price.h"
 #include "forward/exact/exact_axes.h"
 #include "forward/shape/body_solid.h"
 
@@ -80,7 +81,8 @@ StepShape step_shape(const ModelBody& body) {
 
 PipeShape pipe_shape(const ModelBody& body) {
     PipeShape pipe;
-    pipe.sectors = solid_sectors(body);
+    require_affordable(body_price(body, Formulas::exact, 0));
+    pipe.sectors = static_cast<std::int32_t>(count_solid(body).sectors);
     const double radius = std::abs(static_cast<double>(body.width.value)) / 2;
     pipe.outer = corner_distance(pipe.sectors, radius);
     const double length = body.length.value;

@@ -56,6 +56,7 @@ struct PipeShape {
 
     double length() const { return far_end - near_end; }
 };
+/// Raises a Fault for a pipe that is not affordable (see forward/body_price.h).
 PipeShape pipe_shape(const ModelBody& body);
 
 /// Area of a regular polygon.

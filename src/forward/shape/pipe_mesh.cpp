@@ -1,11 +1,12 @@
 #include "forward/shape/pipe_mesh.h"
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
 #include "core/angles.h"
 #include "core/failure.h"
-#include "core/numbers.h"
+#include "core/saturating.h"
 
 namespace anomalis::forward {
 
@@ -39,11 +40,11 @@ struct Layout {
 
 class MeshBuilder {
   public:
-    MeshBuilder(const GraphicObject& object, const MeshCounts& counts, std::vector<Point3>& points,
+    MeshBuilder(const GraphicObject& object, const SolidCounts& counts, std::vector<Point3>& points,
                 SolidFacets& facets)
         : object_(object),
           n_(static_cast<std::size_t>(counts.sectors)),
-          sections_(static_cast<std::size_t>(counts.sections)),
+          sections_(static_cast<std::size_t>(counts.segments)),
           tables_(n_),
           points_(points),
           facets_(facets),
@@ -217,41 +218,36 @@ bool can_be(const GraphicObject& object) {
 
 }  // namespace
 
-MeshCounts count_mesh(const GraphicObject& object) {
-    if (!can_be(object)) return {};
-    std::int64_t n = object.sectors;
-    if (n % 2 != 0) ++n;
-    if (n < 4) n = 12;
-    const std::int64_t s = object.segments <= 1 ? 1 : object.segments;
-    // In floating point: the product of two counts that were typed in may be beyond 64 bits.
-    require_few_facets(2.0 * static_cast<double>(s) * static_cast<double>(n));
-    MeshCounts counts{n, s, 0, 0};
+SolidCounts count_solid(const GraphicObject& object) {
+    SolidCounts counts;
+    const auto typed = static_cast<std::uint64_t>(std::max<std::int64_t>(object.sectors, 0));
+    const std::uint64_t n = typed + typed % 2;
+    counts.sectors = n < 4 ? 12 : n;
+    counts.segments = static_cast<std::uint64_t>(std::max<std::int64_t>(object.segments, 1));
+    if (!can_be(object)) return counts;
+    const std::uint64_t ring = counts.sectors;
+    const std::uint64_t wall = saturating_product(counts.segments, ring);
+    const std::uint64_t caps = saturating_sum(saturating_product(2, ring), 2);
+    const auto add = [](std::uint64_t& to, std::uint64_t more) { to = saturating_sum(to, more); };
     if (object.diameter_start == 0 || object.diameter_end == 0) {
-        counts.points = (s - 1) * n + 2 + 2 * n;
-        counts.facets = 2 * n + 2 * (s - 1) * n;
+        counts.points = saturating_sum(wall - ring, caps);
+        counts.facets = saturating_product(2, wall);
         return counts;
     }
-    const std::int64_t ring_points = (s + 1) * n;
-    const std::int64_t skin = 2 * s * n;
-    counts.points = ring_points + 2 + 2 * n;
-    counts.facets = skin + 2 * n;
+    const std::uint64_t rings = saturating_sum(wall, ring);
+    counts.points = saturating_sum(rings, caps);
+    counts.facets = saturating_product(2, rings);
     if (object.shell > 0 && object.end_cap > 0) {
-        counts.points *= 2;
-        counts.facets *= 2;
+        counts.points = saturating_product(2, counts.points);
+        counts.facets = saturating_product(2, counts.facets);
     } else if (object.shell > 0) {
-        counts.points += ring_points + 4 * n;
-        counts.facets += skin + 2 * n;
+        add(counts.points, saturating_sum(rings, saturating_product(4, ring)));
+        add(counts.facets, saturating_product(2, rings));
     }
     return counts;
 }
 
-void require_few_facets(double facets) {
-    if (facets <= static_cast<double>(most_solid_facets)) return;
-    throw Fault("the solid would have " + format_number(facets, "0") + " facets, the limit is " +
-                std::to_string(most_solid_facets));
-}
-
-void build_mesh(const GraphicObject& object, const MeshCounts& counts, std::vector<Point3>& points,
+void build_mesh(const GraphicObject& object, const SolidCounts& counts, std::vector<Point3>& points,
                 SolidFacets& facets) {
     points.assign(static_cast<std::size_t>(counts.points), Point3{});
     facets.assign(static_cast<std::size_t>(counts.facets), {});

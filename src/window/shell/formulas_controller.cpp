@@ -20,6 +20,12 @@ constexpr int rest = 300;  // ms after the last change
 const char* const warning_style =
     "QPushButton { color: white; background: #b3261e; border-radius: 3px; padding: 1px 6px; }";
 
+QString usual_tip() {
+    return FormulasController::tr(
+        "The largest difference between the classic and the exact curve of the current body, as a share of "
+        "the peak. A click changes over to the exact formulas");
+}
+
 }  // namespace
 
 FormulasController::FormulasController(QObject* parent, edit::Workbench& workbench, Actions& actions,
@@ -36,9 +42,7 @@ FormulasController::FormulasController(QObject* parent, edit::Workbench& workben
     difference_->setObjectName("Command_exact_formulas");
     difference_->setFlat(true);
     difference_->setFocusPolicy(Qt::TabFocus);
-    difference_->setToolTip(tr(
-        "The largest difference between the classic and the exact curve of the current body, as a share of "
-        "the peak. A click changes over to the exact formulas"));
+    difference_->setToolTip(usual_tip());
     connect(difference_, &QPushButton::clicked, this, [this, &gate] {
         if (gate.pass()) choose(true);
     });
@@ -84,13 +88,21 @@ void FormulasController::show_difference() {
     if (guards_.busy()) return rest_->start();
     Session& session = workbench_.session;
     Faults faults;
-    const double share =
-        forward::formula_difference(session.workspace, workbench_.view.current_body, faults).largest();
+    const forward::FormulaDifference found =
+        forward::formula_difference(session.workspace, workbench_.view.current_body, faults);
+    const double share = found.largest();
     show_faults(faults, session.prompts);
     const bool notable = share > forward::notable_difference;
-    difference_->setText(share >= forward::no_common_measure
-                             ? tr("Classic formulas: no exact curve")
-                             : tr("Classic formulas: %1 % off").arg(100 * share, 0, 'f', 1));
+    if (!found.left_out.empty()) {
+        difference_->setText(tr("Classic formulas: not compared"));
+    } else if (share >= forward::no_common_measure) {
+        difference_->setText(tr("Classic formulas: no exact curve"));
+    } else {
+        difference_->setText(tr("Classic formulas: %1 % off").arg(100 * share, 0, 'f', 1));
+    }
+    difference_->setToolTip(found.left_out.empty()
+                                ? usual_tip()
+                                : tr("Not compared: %1").arg(QString::fromStdString(found.left_out)));
     if (notable != difference_->property("notable").toBool()) {
         difference_->setStyleSheet(notable ? warning_style : "");
         difference_->setProperty("notable", notable);

@@ -113,6 +113,32 @@ TEST(Demagnetisation, of_a_hollow_pipe_is_the_mean_over_its_wall) {
     EXPECT_NEAR(c.body.solid.demagnetisation.across, across, 1e-7);
 }
 
+TEST(Demagnetisation, of_a_pipe_of_many_segments_is_that_of_its_whole_solid_at_every_point) {
+    for (const float cap : {0.0F, 20.0F})
+        for (const std::int32_t segments : {2, 7, 50}) {
+            Case c;
+            c.body.num_sectors = 12;
+            c.body.num_segments = segments;
+            c.body.shell_thickness = 30;
+            c.body.end_thickness = cap;
+            c.run({1, 0, 0});
+            // The surface with all its segments, asked at one point after the other.
+            Polyhedron shell(c.body.solid.points, c.body.solid.facets);
+            double along = 0, across = 0;
+            for (int segment = 0; segment < segments; ++segment) {
+                const double at = (segment + 0.5) * 100 / segments;
+                const double middle = (at + cap + at * (100 - 2 * cap) / 100) / 2;
+                const double step = std::acos(-1.0) / 6, radius = (50 + 35) / 2.0;
+                const Tensor3 n = shell.demagnetising_tensor(
+                    {-radius * (1 + std::cos(step)) / 2, middle, radius * std::sin(step) / 2});
+                along += n.yy / segments;
+                across += (n.xx + n.zz) / 2 / segments;
+            }
+            EXPECT_NEAR(c.body.solid.demagnetisation.along, along, 1e-12) << segments;
+            EXPECT_NEAR(c.body.solid.demagnetisation.across, across, 1e-12) << segments;
+        }
+}
+
 TEST(Demagnetisation, of_a_capped_pipe_takes_points_in_its_wall_too) {
     Case c;
     c.body.num_segments = 5;

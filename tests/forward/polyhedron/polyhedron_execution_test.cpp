@@ -4,6 +4,7 @@
 #include <random>
 #include <vector>
 
+#include "core/pacer.h"
 #include "forward/polyhedron/polyhedron_asking.h"
 #include "forward/polyhedron/polyhedron_shapes.h"
 #include "forward/polyhedron/station_blocks.h"
@@ -126,14 +127,14 @@ TEST(StationBlocks, every_block_is_done_once) {
     for (int workers : {1, 2, 7}) {
         std::vector<std::atomic<int>> done(100);
         std::atomic<bool> in_range = true;
-        for_each_block(done.size(), workers, [&](int worker, std::size_t block) {
-            if (worker < 0 || worker >= workers) in_range = false;
+        for_each_block(done.size(), workers, no_pace(), [&](BlockWorker& worker, std::size_t block) {
+            if (worker.number() < 0 || worker.number() >= workers) in_range = false;
             ++done[block];
         });
         for (const auto& count : done) EXPECT_EQ(count.load(), 1);
         EXPECT_TRUE(in_range);
     }
-    for_each_block(0, 3, [](int, std::size_t) { FAIL(); });
+    for_each_block(0, 3, no_pace(), [](BlockWorker&, std::size_t) { FAIL(); });
 }
 
 TEST(StationBlocks, a_short_job_stays_on_its_thread) {

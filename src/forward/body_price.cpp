@@ -1,0 +1,110 @@
+#include "forward/body_price.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+
+#include "core/failure.h"
+#include "core/saturating.h"
+#include "core/workspace.h"
+#include "forward/shape/body_solid.h"
+
+namespace anomalis::forward {
+
+namespace {
+
+/// Of a facet in the kernel with its share of edges, vertices and terms.
+constexpr std::uint64_t kernel_bytes = 500;
+constexpr std::uint64_t facet_bytes = sizeof(SolidFacets::value_type);
+/// As it was built and as it is placed.
+constexpr std::uint64_t point_bytes = 2 * sizeof(Point3);
+/// A point that shares the demagnetisation: its place and its tensor.
+constexpr std::uint64_t shared_point_bytes = 9 * sizeof(double);
+
+constexpr std::uint64_t prism_facets = 12;
+/// Facets a sector that the exact solid has, with caps and hole.
+constexpr std::uint64_t full_ring = 4, hollow_ring = 8;
+
+/// Nanoseconds: a facet with its edges from a station; a station of a closed form; a facet put into the
+/// kernel.
+constexpr double facet_units = 7, station_units = 20, build_units = 500;
+
+bool is_hollow(const ModelBody& body) {
+    return body.shell_thickness > 0;
+}
+
+/// Facets, or edges of an endless ring, that the kernel is given.
+std::uint64_t calculated_facets(const ModelBody& body, Formulas formulas, std::uint64_t sectors) {
+    const bool limited = body.length.value > 0;
+    if (is_sheet(body.type)) return limited ? prism_facets : 0;
+    if (body.type != pipe) return 0;
+    if (formulas == Formulas::classic && !limited && body.slope.value == 0) return 0;
+    return saturating_product(is_hollow(body) ? hollow_ring : full_ring, sectors);
+}
+
+void refuse(const BodyPrice& price, const std::string& needs) {
+    throw Fault(needs + " (" + std::to_string(price.sectors) + " sectors, " + std::to_string(price.segments) +
+                " segments; fewer of them or a larger triangle size cost less)");
+}
+
+std::string number_and_limit(std::uint64_t number, const std::string& unit, std::uint64_t limit) {
+    return std::to_string(number) + " " + unit + ", the limit is " + std::to_string(limit);
+}
+
+}  // namespace
+
+BodyPrice body_price(const ModelBody& body, Formulas formulas, std::int64_t stations) {
+    BodyPrice price;
+    const auto places = static_cast<std::uint64_t>(std::max<std::int64_t>(stations, 0));
+    const SolidCounts solid = is_round(body.type) ? count_solid(body) : SolidCounts{};
+    price.calculated = calculated_facets(body, formulas, solid.sectors);
+    price.station_facets = saturating_product(price.calculated, places);
+    const std::uint64_t kernel = saturating_product(price.calculated, kernel_bytes);
+    // A drawing has no kernel.
+    if (places > 0) price.bytes = kernel;
+    // A pipe that is calculated as a sheet has no solid.
+    if (!is_round(body.type) || (places > 0 && price.calculated == 0)) return price;
+    price.sectors = solid.sectors;
+    price.segments = solid.segments;
+    price.facets = std::max(solid.facets, price.calculated);
+    if (formulas == Formulas::classic && body.include_demagnetisation != 0)
+        price.pairs = saturating_product(price.calculated, is_hollow(body) ? solid.segments : 1);
+    price.bytes = saturating_sum(price.bytes, saturating_product(solid.facets, facet_bytes));
+    price.bytes = saturating_sum(price.bytes, saturating_product(solid.points, point_bytes));
+    price.bytes = saturating_sum(price.bytes, saturating_product(solid.segments, shared_point_bytes));
+    return price;
+}
+
+void require_affordable(const BodyPrice& price) {
+    if (price.facets > most_facets)
+        refuse(price, "the solid would have " + number_and_limit(price.facets, "facets", most_facets));
+    if (price.bytes > most_bytes)
+        refuse(price, "the solid would need " + number_and_limit(price.bytes, "bytes", most_bytes));
+    const std::uint64_t seen = saturating_sum(price.station_facets, price.pairs);
+    if (seen > most_station_facets)
+        refuse(price,
+               "the stations would see " + number_and_limit(seen, "facets in all", most_station_facets));
+}
+
+double work_of(const BodyPrice& price, std::int64_t stations) {
+    return facet_units * (static_cast<double>(price.station_facets) + static_cast<double>(price.pairs)) +
+           station_units * static_cast<double>(stations) +
+           build_units * static_cast<double>(price.calculated);
+}
+
+double work_ahead(const Workspace& workspace) {
+    double work = 0;
+    for (int number = 1; number <= workspace.body_count; ++number) {
+        const ModelBody& body = workspace.body(number);
+        if (body.turned_off == 1) continue;
+        const int channels = (workspace.has_mag() && !body.mag_response_valid ? 1 : 0) +
+                             (workspace.has_grav() && !body.grav_response_valid ? 1 : 0);
+        if (channels == 0) continue;
+        const BodyPrice price = body_price(body, workspace.formulas, workspace.station_count);
+        const bool refused = price.facets > most_facets || price.bytes > most_bytes;
+        if (!refused) work += channels * work_of(price, workspace.station_count);
+    }
+    return work;
+}
+
+}  // namespace anomalis::forward
