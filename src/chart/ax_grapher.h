@@ -235,7 +235,8 @@ class AX_Grapher {
     /// Ends at once before the first display.
     int SetZoomValues(double zx, double cx, double zy, double cy);
     ZoomValues CurrentZoom() const;
-    /// The two locks of the menu: 0 X, 1 Y. A lock stops zooming of its axis, not panning.
+    /// The two locks of the menu: 0 X, 1 Y. A lock stops zooming of its axis, not panning; with equal scales
+    /// either lock stops both.
     bool ZoomLock(int axis) const;
     void ZoomLock(int axis, bool locked);
 
@@ -251,6 +252,11 @@ class AX_Grapher {
     Point UserToSurface(Point user) const;
     /// From surface units (y up) to user units.
     Point SurfaceToUser(Point surface) const;
+    /// Equal scales: from the next layout a transformed unit of X is as long as one of Y at every size, zoom
+    /// and output. The axis with room to spare shows more than its limits: see ViewLimits and FullRange. For
+    /// maps; off at first.
+    bool EqualScales() const;
+    void EqualScales(bool value);
     bool Crosshair() const;
     void Crosshair(bool value);  ///< lines and a read-out that follow the pointer; off at first
 

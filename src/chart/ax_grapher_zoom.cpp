@@ -62,6 +62,13 @@ void AX_Grapher::ZoomLock(int axis, bool locked) {
     if (axis == 1) state_->lock_y = locked;
 }
 
+bool AX_Grapher::EqualScales() const {
+    return state_->equal_scales;
+}
+void AX_Grapher::EqualScales(bool value) {
+    state_->equal_scales = value;
+}
+
 bool AX_Grapher::Crosshair() const {
     return state_->crosshair;
 }

@@ -22,33 +22,20 @@ void open_to(double& low, double& high, double span) {
     high += more;
 }
 
-double plot_aspect(const chart::AX_Grapher& chart) {
-    const chart::Rect plot = chart.PlotRect();
-    return plot.width() > 0 && plot.height() > 0 ? plot.height() / plot.width() : 1.0;
-}
-
-void set_limits(chart::AX_Grapher& chart, const Workspace& workspace, double aspect) {
-    const chart::Rect limits = plan_limits(workspace, aspect);
-    chart.XAxisMin(limits.x_low);
-    chart.XAxisMax(limits.x_high);
-    chart.XTickInterval(chart::tick_interval(limits.x_low, limits.x_high));
-    chart.YAxisMin(limits.y_low);
-    chart.YAxisMax(limits.y_high);
-    chart.YTickInterval(chart::tick_interval(limits.y_low, limits.y_high));
+void set_ticks(chart::AX_Grapher& chart) {
+    const chart::Rect shown = chart.FullRange();
+    chart.XTickInterval(chart::tick_interval(shown.x_low, shown.x_high));
+    chart.YTickInterval(chart::tick_interval(shown.y_low, shown.y_high));
 }
 
 }  // namespace
 
-chart::Rect plan_limits(const Workspace& w, double aspect) {
+chart::Rect survey_limits(const Workspace& w) {
     const chart::TickLimits east = chart::outward_tick_limits(w.x_min, w.x_max);
     const chart::TickLimits north = chart::outward_tick_limits(w.y_min, w.y_max);
     chart::Rect limits{east.low, east.high, north.low, north.high};
     if (!(limits.width() > 0)) open_to(limits.x_low, limits.x_high, 1.0);
-    if (limits.width() * aspect > limits.height()) {
-        open_to(limits.y_low, limits.y_high, limits.width() * aspect);
-    } else {
-        open_to(limits.x_low, limits.x_high, limits.height() / aspect);
-    }
+    if (!(limits.height() > 0)) open_to(limits.y_low, limits.y_high, 1.0);
     return limits;
 }
 
@@ -60,17 +47,23 @@ void set_up_plan(chart::AX_Grapher& chart, const Workspace& workspace) {
                           chart::ChartRow{chart::chart_type_series, workspace.stations.column(column_north)}};
     chart.RegisterData(rows);
     chart.SetSeriesOptions(1, 1, chart::black, "Stations", station_marker, -1, 1);
-    // The margins hang on the numbers, the limits on the plot that the margins leave.
-    set_limits(chart, workspace, plot_aspect(chart));
+    const chart::Rect survey = survey_limits(workspace);
+    chart.XAxisMin(survey.x_low);
+    chart.XAxisMax(survey.x_high);
+    chart.YAxisMin(survey.y_low);
+    chart.YAxisMax(survey.y_high);
+    chart.EqualScales(true);
+    // The ticks hang on what is shown, which hangs on the room that their numbers take.
     chart.Layout();
-    set_limits(chart, workspace, plot_aspect(chart));
+    set_ticks(chart);
     chart.Layout();
 }
 
 void record_plan(chart::AX_Grapher& chart, const Workspace& workspace, const edit::ViewState& view,
                  PolygonTable& polygons, Faults& faults) {
     polygons.clear();
-    const forward::ClipBox box{chart.XAxisMin(), chart.XAxisMax(), chart.YAxisMin(), chart.YAxisMax()};
+    const chart::Rect shown = chart.FullRange();
+    const forward::ClipBox box{shown.x_low, shown.x_high, shown.y_low, shown.y_high};
     for (int number = 1; number <= workspace.body_count; ++number) {
         const ModelBody& body = workspace.body(number);
         forward::PlanOutline outline;

@@ -16,11 +16,11 @@ struct ViewState;
 
 namespace anomalis::show {
 
-/// The limits of the plan in map coordinates (m): the survey at round numbers, the axis with room to spare
-/// opened so that a metre is as long to the east as to the north. `aspect` is height over width of the plot.
-chart::Rect plan_limits(const Workspace& workspace, double aspect);
+/// The least that the plan shows, in map coordinates (m): the survey at round numbers.
+chart::Rect survey_limits(const Workspace& workspace);
 
-/// Registers the stations with the plan's chart and sets its axes. The chart must be shown afterwards.
+/// Registers the stations with the plan's chart and sets its axes: a metre is as long to the east as to the
+/// north, the axis with room to spare shows more than the survey. The chart must be shown afterwards.
 void set_up_plan(chart::AX_Grapher& chart, const Workspace& workspace);
 
 /// Records every body's outline on the ground and its reference point; a body without an outline inside the

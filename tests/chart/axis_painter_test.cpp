@@ -111,6 +111,20 @@ TEST(AxisPainter, the_left_title_reads_upward_and_the_right_one_downward) {
     EXPECT_NEAR(titles[1].points[0].y, middle + 2 * 90.0, 1e-9);
 }
 
+TEST(AxisPainter, beside_a_low_plot_the_y_label_is_whole) {
+    Rig rig;
+    rig.make_b();
+    rig.chart.XAxisLabel("");
+    rig.chart.YAxisLabel("mGal/tap");
+    const double length = 8 * 90.0;
+    rig.device.resize(13500.0, 760.0);
+    ASSERT_EQ(rig.chart.DisplayChart(), 0);
+    const auto* label = rig.device.find_text("mGal/tap");
+    ASSERT_NE(label, nullptr);
+    EXPECT_GE(label->points[0].y, 0.0);
+    EXPECT_LE(label->points[0].y + length, 760.0);
+}
+
 TEST(AxisPainter, axes_off_leave_title_and_frame) {
     for (const int location : {0, 1}) {
         Rig rig;

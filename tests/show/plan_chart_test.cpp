@@ -21,30 +21,55 @@ struct Plan : ChartSample {
 }  // namespace
 
 TEST(PlanChart, a_line_due_east_gets_a_window_about_the_line) {
-    edit::LineSample sample;
-    sample.load();
-    const chart::Rect limits = plan_limits(sample.workspace(), 0.5);
-    EXPECT_NEAR(limits.height() / limits.width(), 0.5, 1e-9);
-    EXPECT_NEAR((limits.y_low + limits.y_high) / 2, 7000000, 1);
-    EXPECT_LE(limits.x_low, 500000);
-    EXPECT_GE(limits.x_high, 502500);
+    Plan sample;
+    sample.draw();
+    const chart::Rect shown = sample.plan().ViewLimits();
+    EXPECT_NEAR((shown.y_low + shown.y_high) / 2, 7000000, 1);
+    EXPECT_LE(shown.x_low, 500000);
+    EXPECT_GE(shown.x_high, 502500);
+    EXPECT_GT(shown.height(), 300);
 }
 
 TEST(PlanChart, a_line_due_north_opens_to_the_sides) {
-    edit::LineSample sample;
+    Plan sample;
     Workspace& w = sample.workspace();
     w.x_min = w.x_max = 500000;
     w.y_min = 7000000;
     w.y_max = 7002500;
-    const chart::Rect limits = plan_limits(w, 0.5);
-    EXPECT_NEAR(limits.height() / limits.width(), 0.5, 1e-9);
-    EXPECT_NEAR((limits.x_low + limits.x_high) / 2, 500000, 1);
+    sample.draw();
+    const chart::Rect shown = sample.plan().ViewLimits();
+    EXPECT_NEAR((shown.x_low + shown.x_high) / 2, 500000, 1);
+    EXPECT_LE(shown.y_low, 7000000);
+    EXPECT_GE(shown.y_high, 7002500);
+    EXPECT_GT(shown.width(), shown.height());
+}
+
+TEST(PlanChart, a_survey_of_one_place_has_a_window) {
+    Workspace w;
+    w.x_min = w.x_max = 500000;
+    w.y_min = w.y_max = 7000000;
+    const chart::Rect limits = survey_limits(w);
+    EXPECT_GT(limits.width(), 0);
+    EXPECT_GT(limits.height(), 0);
 }
 
 TEST(PlanChart, a_metre_is_as_long_to_the_east_as_to_the_north) {
     Plan sample;
     sample.draw();
-    EXPECT_NEAR(sample.plan().XAxisScale() / sample.plan().YAxisScale(), 1, 1e-6);
+    EXPECT_NEAR(sample.plan().XAxisScale() / sample.plan().YAxisScale(), 1, 1e-9);
+}
+
+TEST(PlanChart, outlines_reach_to_the_edges_of_what_is_shown) {
+    Plan sample;
+    sample.add_body(1260, 60).length.value = 0;  // drawn across the plan
+    sample.workspace().drawing.infinite_body_length = 0;
+    sample.draw();
+    const chart::Rect shown = sample.plan().FullRange();
+    double lowest = shown.y_high;
+    for (const auto& outline : sample.picture().of_kind(chart::RecordingDevice::Kind::polygon_fill))
+        for (const chart::Point& corner : outline.points)
+            lowest = std::min(lowest, sample.plan().SurfaceToUser(corner).y);
+    EXPECT_NEAR(lowest, shown.y_low, 1);
 }
 
 TEST(PlanChart, bodies_are_filled_outlines_that_lead_back_to_them) {

@@ -48,10 +48,13 @@ class AxisPainter {
         canvas_.text(at, angle, along, across, words, FontRole::title, properties_.fore_colour);
     }
 
-    /// The left title reads upward, the right one downward.
+    /// The left title reads upward, the right one downward; beside a low plot they move to where they are
+    /// whole.
     void y_titles() {
         if (properties_.y.label.empty()) return;
-        const double middle = (plot_.y_low + plot_.y_high) / 2.0;
+        const double half = canvas_.measure(properties_.y.label, FontRole::title).width / 2.0;
+        const double middle = std::max(std::min((plot_.y_low + plot_.y_high) / 2.0, layout_.height - half),
+                                       std::min(half, layout_.height / 2.0));
         if (properties_.y.on_low_side()) title_text({0.0, middle}, 90.0, -0.5, -1.5, properties_.y.label);
         if (properties_.y.on_high_side())
             title_text({layout_.width, middle}, -90.0, -0.5, -1.5, properties_.y.label);

@@ -5,6 +5,7 @@
 #include <exception>
 
 #include "chart/detail/axis_painter.h"
+#include "chart/detail/equal_scales.h"
 
 namespace anomalis::chart {
 
@@ -17,15 +18,23 @@ Point to_surface(const GrapherState& state, double x, double y) {
         state.x, state.y, {state.properties.x.scale.forward(x), state.properties.y.scale.forward(y)});
 }
 
+/// In user units. Equal scales open an axis beyond its limits.
+Interval whole_range(const AxisRange& range, const AxisProperties& axis) {
+    return {std::min(range.limits.low, axis.scale.inverse(range.full.low)),
+            std::max(range.limits.high, axis.scale.inverse(range.full.high))};
+}
+
 void draw_line_item(GrapherState& state, const GraphicItem& item) {
     Point from{item.x1, item.y1};
     Point to{item.x2, item.y2};
     if (item.extent == LineExtent::full_y) {
-        from.y = state.y.limits.low;
-        to.y = state.y.limits.high;
+        const Interval all = whole_range(state.y, state.properties.y);
+        from.y = all.low;
+        to.y = all.high;
     } else if (item.extent == LineExtent::full_x) {
-        from.x = state.x.limits.low;
-        to.x = state.x.limits.high;
+        const Interval all = whole_range(state.x, state.properties.x);
+        from.x = all.low;
+        to.x = all.high;
     }
     state.canvas.line(to_surface(state, from.x, from.y), to_surface(state, to.x, to.y),
                       {item.colour, static_cast<double>(item.width), static_cast<LineStyle>(item.reserved)});
@@ -152,6 +161,26 @@ bool has_content(const GrapherState& state) {
     return !state.series.empty() || state.displayed;
 }
 
+/// Numbers of another width leave another plot, which wants other ranges; they settle at once or hardly at
+/// all, and the scales are equal on the plot that the last layout gives.
+void share_scale(GrapherState& state, const PlotRanges& seen, const DrawingDevice& measure) {
+    constexpr int most_layouts = 3;
+    const PlotRanges own{state.x, state.y};
+    ChartLayout& layout = state.layout;
+    PlotRanges shown;
+    for (int i = 0; i < most_layouts && layout.valid; ++i) {
+        shown = with_equal_scales(own, seen, layout.plot);
+        const Rect before = layout.plot;
+        layout = lay_out(state.properties, shown.x, shown.y, layout.width, layout.height, measure);
+        if (layout.plot == before) break;
+    }
+    if (!layout.valid) return;
+    shown = with_equal_scales(own, seen, layout.plot);
+    state.x = shown.x;
+    state.y = shown.y;
+    take_scales(layout, state.x, state.y);
+}
+
 int update_on_surface(GrapherState& state, bool take_limits) {
     return update_layout(state, *state.surface, state.surface->width(), state.surface->height(), take_limits);
 }
@@ -161,6 +190,7 @@ int update_on_surface(GrapherState& state, bool take_limits) {
 int update_layout(GrapherState& state, const DrawingDevice& measure, double width, double height,
                   bool take_limits) {
     const ChartProperties& p = state.properties;
+    const PlotRanges seen{state.x, state.y};
     if (take_limits) {
         state.x.limits = {p.x.min, p.x.max};
         state.y.limits = {p.y.min, p.y.max};
@@ -168,6 +198,8 @@ int update_layout(GrapherState& state, const DrawingDevice& measure, double widt
     state.x.update(p.x, state.series.x_extent(), p.zoom_enabled);
     state.y.update(p.y, state.series.y_extent(), p.zoom_enabled);
     state.layout = lay_out(p, state.x, state.y, width, height, measure);
+    if (state.equal_scales && state.layout.valid)
+        share_scale(state, p.zoom_enabled ? seen : PlotRanges{state.x, state.y}, measure);
     return state.layout.valid ? 0 : -1;
 }
 

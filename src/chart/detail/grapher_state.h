@@ -57,6 +57,7 @@ struct GrapherState {
     bool lock_x = false;
     bool lock_y = false;
     bool crosshair = false;
+    bool equal_scales = false;
     std::optional<Point> pointer;  ///< surface units, y up
     int wheel_sum = 0;             ///< eighths of a degree that do not make a step yet
 

@@ -82,11 +82,15 @@ ChartLayout lay_out(const ChartProperties& properties, const AxisRange& x, const
     lay_out_horizontally(layout, properties, y, measure);
     if (!(layout.plot.width() >= smallest_plot)) return layout;
 
+    take_scales(layout, x, y);
+    return layout;
+}
+
+void take_scales(ChartLayout& layout, const AxisRange& x, const AxisRange& y) {
     layout.x_scale = layout.plot.width() / x.view.span();
     layout.y_scale = layout.plot.height() / y.view.span();
     layout.valid = std::isfinite(layout.x_scale) && std::isfinite(layout.y_scale) && layout.x_scale > 0.0 &&
                    layout.y_scale > 0.0;
-    return layout;
 }
 
 }  // namespace anomalis::chart

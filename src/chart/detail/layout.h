@@ -43,4 +43,7 @@ struct ChartLayout {
 ChartLayout lay_out(const ChartProperties& properties, const AxisRange& x, const AxisRange& y, double width,
                     double height, const DrawingDevice& measure);
 
+/// The scales of a layout for other views on the same plot.
+void take_scales(ChartLayout& layout, const AxisRange& x, const AxisRange& y);
+
 }  // namespace anomalis::chart

@@ -22,8 +22,10 @@ void set_centre(GrapherState& state, double span_factor, Point middle) {
         return;
     }
     const bool zooms = span_factor != 1.0;
-    if (!zooms || !state.lock_x) state.x.place(span_factor, middle.x);
-    if (!zooms || !state.lock_y) state.y.place(span_factor, middle.y);
+    // With equal scales neither axis can zoom without the other.
+    const bool both_locked = state.equal_scales && (state.lock_x || state.lock_y);
+    if (!zooms || !(state.lock_x || both_locked)) state.x.place(span_factor, middle.x);
+    if (!zooms || !(state.lock_y || both_locked)) state.y.place(span_factor, middle.y);
 }
 
 void zoom_by(GrapherState& state, double span_factor, Point anchor) {
