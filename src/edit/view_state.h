@@ -39,6 +39,7 @@ struct ViewState {
     PaneFractions pane_fractions{};  ///< as the person or the file has put the splitters
     PaneFractions pane_places{};     ///< as the splitters stand now
     bool show_plan = false;          ///< the plan stands in place of the section
+    bool on_page = false;            ///< the page of the charts is on show
     /// Charts that are left out although the line has their data are false.
     std::array<bool, model_chart_count> wanted{true, true, true, true, true};
 };

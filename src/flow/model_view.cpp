@@ -60,10 +60,14 @@ chart::GrapherEvents& ModelView::events(int chart) {
     return *links_.at(static_cast<std::size_t>(chart));
 }
 
+void ModelView::set_on_page(bool on_page) {
+    workbench_.view.on_page = on_page;
+}
+
 void ModelView::display_model(bool forced) {
     Session& session = workbench_.session;
     Workspace& workspace = session.workspace;
-    if (!edit::line_loaded(workspace) || !(on_page_ || forced)) return;
+    if (!edit::line_loaded(workspace) || !(workbench_.view.on_page || forced)) return;
     const MessageScope scope(session.prompts);
     report_failure(session.prompts, "An error occurred while displaying the current model: ", [&] {
         const MisfitPair misfit = calculate();
@@ -129,7 +133,7 @@ void ModelView::display_plan_view() {
 }
 
 void ModelView::redraw_bodies() {
-    if (!on_page_) return;
+    if (!workbench_.view.on_page) return;
     workbench_.view.show_plan ? display_plan_view() : display_maginv_model(edit::chart_section);
 }
 

@@ -53,7 +53,7 @@ class ModelView {
     chart::GrapherEvents& events(int chart);
 
     /// The page is on show; otherwise nothing is drawn.
-    void set_on_page(bool on_page) { on_page_ = on_page; }
+    void set_on_page(bool on_page);
 
     /// Elevations, model, filters, misfit, all charts. Without a line nothing happens. `forced` draws even
     /// while the page is not on show.
@@ -98,7 +98,6 @@ class ModelView {
     ModelViewHost& host_;
     std::optional<show::GraphRanges> ranges_;  ///< none until the model was displayed
     std::array<std::unique_ptr<ChartLink>, edit::model_chart_count + 1> links_;
-    bool on_page_ = false;
 };
 
 }  // namespace anomalis::flow

@@ -18,6 +18,7 @@ QObject* make_form_start_test();
 QObject* make_formulas_controller_test();
 QObject* make_line_controller_test();
 QObject* make_look_test();
+QObject* make_model_keys_test();
 QObject* make_model_news_test();
 QObject* make_picture_test();
 QObject* make_save_controller_test();

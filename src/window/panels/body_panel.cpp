@@ -7,7 +7,6 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPixmap>
-#include <QScrollBar>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -15,6 +14,7 @@
 #include "edit/workbench.h"
 #include "window/widgets/entry_box.h"
 #include "window/widgets/panel.h"
+#include "window/widgets/stepper_bar.h"
 
 namespace anomalis::window {
 
@@ -64,10 +64,10 @@ QWidget* BodyPanel::make_selector() {
     heading_->setObjectName("Label_body");
     heading_->setProperty("heading", true);
     heading_->setMinimumWidth(heading_width);
-    selector_ = new QScrollBar(Qt::Horizontal);
+    selector_ = new RisingBar;
     name_control(*selector_, "HScroll_body", tr("Current body"),
-                 tr("Which body is the current one, from 1 to their number"));
-    selector_->setFocusPolicy(Qt::StrongFocus);
+                 tr("Which body is the current one, from 1 to their number. Page Down and Page Up go to the "
+                    "next and to the one before, wherever on the page the focus is"));
     selector_->setPageStep(1);
     row->addWidget(heading_);
     row->addWidget(selector_, 1);

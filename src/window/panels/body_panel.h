@@ -11,7 +11,6 @@
 
 class QCheckBox;
 class QLabel;
-class QScrollBar;
 class QToolButton;
 
 namespace anomalis::edit {
@@ -21,6 +20,7 @@ struct Workbench;
 namespace anomalis::window {
 
 class CommitBox;
+class RisingBar;
 
 /// Which body is edited, its name, colour and marks: `Frame_body`.
 class BodyPanel : public QWidget {
@@ -53,7 +53,7 @@ class BodyPanel : public QWidget {
     ModelNews& news_;
     ChooseColour choose_colour_;
     QLabel* heading_;
-    QScrollBar* selector_;
+    RisingBar* selector_;
     CommitBox* name_;
     QToolButton* colour_;
     std::optional<int> patch_colour_;  ///< on show; -1 without a body

@@ -140,6 +140,10 @@ constexpr std::array rows{
               "Show the plan in place of the section", When::line},
     ActionRow{ActionId::plan_to_section, "menu_plan_show_section", "Show Section",
               "Show the section in place of the plan", When::line},
+    ActionRow{ActionId::next_body, "Shortcut_next_body", "Next body", "Make the next body the current one",
+              When::body_shown, Qt::Key_PageDown},
+    ActionRow{ActionId::previous_body, "Shortcut_previous_body", "Previous body",
+              "Make the body before it the current one", When::body_shown, Qt::Key_PageUp},
     ActionRow{ActionId::keyboard_shortcuts, "menu_keyboard_shortcuts", "&Keyboard shortcuts",
               "Every key that does something in this window"},
     ActionRow{ActionId::find_file, "menu_find_file", "&Find File in Path",
@@ -175,6 +179,8 @@ bool holds(When when, const edit::Workbench& workbench) {
             return workspace.body_count > 0;
         case When::body:
             return has_current_body(workbench);
+        case When::body_shown:
+            return workbench.view.on_page && has_current_body(workbench);
         case When::best_model:
             return workbench.session.inversion.best_model_available;
         case When::running:

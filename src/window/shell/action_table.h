@@ -70,6 +70,8 @@ enum class ActionId {
     reject_changes,
     section_to_plan,
     plan_to_section,
+    next_body,
+    previous_body,
     keyboard_shortcuts,
     find_file,
     about
@@ -82,6 +84,7 @@ enum class When {
     stations,    ///< at least one station, though they may make no line
     bodies,      ///< the model has bodies
     body,        ///< one of them is the current one
+    body_shown,  ///< the same, and its page is on show
     best_model,  ///< a run has left a model to go back to
     running,     ///< a run goes on; everything else is closed then
     pointed      ///< the menu of a chart decides as it opens

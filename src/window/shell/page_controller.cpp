@@ -21,7 +21,7 @@ enum Page { page_definitions = 0, page_model = 1 };
 
 PageController::PageController(const Pages& pages, edit::Workbench& workbench, Actions& actions,
                                const EntryGate& gate)
-    : QObject(&pages.tabs), pages_(pages), workbench_(workbench), gate_(gate) {
+    : QObject(&pages.tabs), pages_(pages), workbench_(workbench), actions_(actions), gate_(gate) {
     connect(&pages_.tabs, &QTabWidget::currentChanged, this, &PageController::page_changed);
     actions.on(ActionId::next_tab, [this] { turn(1); });
     actions.on(ActionId::previous_tab, [this] { turn(-1); });
@@ -51,6 +51,7 @@ void PageController::page_changed(int index) {
     } else {
         pages_.charts.view().set_on_page(false);
     }
+    actions_.refresh();
 }
 
 void PageController::enter_model_page() {

@@ -46,6 +46,7 @@ class PageController : public QObject {
 
     Pages pages_;
     edit::Workbench& workbench_;
+    Actions& actions_;
     const EntryGate& gate_;
 };
 

@@ -27,6 +27,8 @@ ViewController::ViewController(QObject* parent, edit::Workbench& workbench, Acti
         actions.on(id, [this] { charts_.show_plan(true); });
     for (const ActionId id : {ActionId::show_section, ActionId::plan_to_section})
         actions.on(id, [this] { charts_.show_plan(false); });
+    actions.on(ActionId::next_body, [this] { step_body(1); });
+    actions.on(ActionId::previous_body, [this] { step_body(-1); });
     actions.on(ActionId::force_recalc, [this] { charts_.view().force_recalc(); });
     actions.on(ActionId::add_body_here, [this, &bodies] {
         if (menu_place_) bodies.add_body_here(menu_place_->x, menu_place_->y);
@@ -46,6 +48,10 @@ void ViewController::add_chart_entries() {
 void ViewController::section_menu_opens(float x, float y) {
     menu_place_ = show::place_under(charts_.chart_widget(edit::chart_section).chart(), x, y);
     actions_.action(ActionId::add_body_here).setEnabled(menu_place_ && !guards_.closed());
+}
+
+void ViewController::step_body(int by) {
+    charts_.view().select_body(workbench_.view.current_body + by);
 }
 
 void ViewController::toggle_axes() {

@@ -28,6 +28,7 @@ class ViewController : public QObject {
 
   private:
     void add_chart_entries();
+    void step_body(int by);
     void toggle_axes();
     void toggle_highlight();
     void section_menu_opens(float x, float y);

@@ -45,6 +45,7 @@ BodyGridView::BodyGridView(edit::Workbench& workbench, FormGuards& guards, Model
     connect(this, &QTableView::clicked, this, &BodyGridView::cell_clicked);
     connect(types_, &QComboBox::activated, this, &BodyGridView::choose_type);
     connect(cells_, &BodyGridModel::text_refused, this, &BodyGridView::text_refused);
+    fill_types();
 }
 
 void BodyGridView::lay_out() {
@@ -83,20 +84,17 @@ void BodyGridView::fill() {
 void BodyGridView::fill_types() {
     const SuspendEvents suspend(guards_);
     types_->clear();
-    const ModelBody* body = edit::current_body(workbench_);
-    if (!body) {
-        types_->hide();
-        return;
-    }
     for (const BodyType type : body_types_offered(workbench_.session.workspace)) {
         const std::string_view name = body_type_name(type);
         types_->addItem(QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size())),
                         static_cast<int>(type));
     }
+    const ModelBody* body = edit::current_body(workbench_);
+    if (!body) types_->hide();
     // A type that comes from files only is shown although it is not on the list.
-    const std::string_view present = body_type_name(body->type);
+    const std::string_view present = body ? body_type_name(body->type) : std::string_view();
     types_->setPlaceholderText(QString::fromUtf8(present.data(), static_cast<qsizetype>(present.size())));
-    types_->setCurrentIndex(types_->findData(body->type));
+    types_->setCurrentIndex(body ? types_->findData(body->type) : -1);
 }
 
 bool BodyGridView::edit(const QModelIndex& index, EditTrigger trigger, QEvent* event) {

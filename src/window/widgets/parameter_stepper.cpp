@@ -51,7 +51,7 @@ void ParameterStepper::keyPressEvent(QKeyEvent* event) {
     const bool more = key == Qt::Key_Right || key == Qt::Key_Up || key == Qt::Key_Plus;
     const bool less = key == Qt::Key_Left || key == Qt::Key_Down || key == Qt::Key_Minus;
     if (!more && !less) return QWidget::keyPressEvent(event);
-    emit stepped(event->modifiers().testFlag(Qt::ShiftModifier), more ? 1 : -1);
+    emit stepped(fine_ || event->modifiers().testFlag(Qt::ShiftModifier), more ? 1 : -1);
 }
 
 void ParameterStepper::paintEvent(QPaintEvent*) {

@@ -6,8 +6,8 @@
 
 namespace anomalis::window {
 
-/// A bar that steps a parameter down and up: two buttons that repeat while they are held. The arrow keys take
-/// coarse steps while it has the focus, with Shift fine ones.
+/// A bar that steps a parameter down and up: two buttons that repeat while they are held. While it has the
+/// focus the arrow keys take the same steps as its buttons, with Shift always fine ones.
 class ParameterStepper : public QWidget {
     Q_OBJECT
 

@@ -83,17 +83,20 @@ void StepperBar::paintEvent(QPaintEvent*) {
     painter.drawPrimitive(QStyle::PE_FrameFocusRect, option);
 }
 
-PanBar::PanBar(QWidget* parent) : QScrollBar(Qt::Horizontal, parent) {
+RisingBar::RisingBar(QWidget* parent) : QScrollBar(Qt::Horizontal, parent) {
     setFocusPolicy(Qt::StrongFocus);
 }
 
-void PanBar::keyPressEvent(QKeyEvent* event) {
-    const bool right = event->key() == Qt::Key_Right || event->key() == Qt::Key_Up;
-    const bool left = event->key() == Qt::Key_Left || event->key() == Qt::Key_Down;
-    if (!right && !left) return QScrollBar::keyPressEvent(event);
-    const bool fine = event->modifiers().testFlag(Qt::ShiftModifier);
-    const int step = fine ? singleStep() : std::max(1, maximum() / coarse_steps);
-    setValue(value() + (right ? step : -step));
+void RisingBar::keyPressEvent(QKeyEvent* event) {
+    const bool more = event->key() == Qt::Key_Right || event->key() == Qt::Key_Up;
+    const bool less = event->key() == Qt::Key_Left || event->key() == Qt::Key_Down;
+    if (!more && !less) return QScrollBar::keyPressEvent(event);
+    const int step = key_step(event->modifiers().testFlag(Qt::ShiftModifier));
+    setValue(value() + (more ? step : -step));
+}
+
+int PanBar::key_step(bool shift) const {
+    return shift ? singleStep() : std::max(1, maximum() / coarse_steps);
 }
 
 }  // namespace anomalis::window

@@ -32,15 +32,29 @@ class StepperBar : public QWidget {
     int lower_;
 };
 
-/// A horizontal scroll bar whose arrow keys move it by a tenth of its way, with Shift by one step.
-class PanBar : public QScrollBar {
+/// A horizontal scroll bar that the keyboard reaches. The arrow keys right and up raise it, left and down
+/// lower it; of a scroll bar as it comes they do the opposite.
+class RisingBar : public QScrollBar {
     Q_OBJECT
 
   public:
-    explicit PanBar(QWidget* parent = nullptr);
+    explicit RisingBar(QWidget* parent = nullptr);
 
   protected:
     void keyPressEvent(QKeyEvent* event) override;
+    /// How far one arrow key moves it; `shift` is held or not.
+    virtual int key_step(bool /*shift*/) const { return singleStep(); }
+};
+
+/// One whose arrow keys move it by a tenth of its way, with Shift by one step.
+class PanBar : public RisingBar {
+    Q_OBJECT
+
+  public:
+    using RisingBar::RisingBar;
+
+  protected:
+    int key_step(bool shift) const override;
 };
 
 }  // namespace anomalis::window
