@@ -109,9 +109,11 @@ void EntryGateTest::every_action_takes_over_what_is_typed_first_data() {
         const bool needs_more = row.when == When::running || row.when == When::pointed ||
                                 row.when == When::best_model || row.family == Family::examples;
         if (needs_more) continue;
-        for (const auto& [name, editor] : editors)
+        for (const auto& [name, editor] : editors) {
+            if (row.when == When::body_shown && editor == Editor::definitions) continue;  // of the other page
             QTest::newRow(qPrintable(QString("%1, %2").arg(row.name, name)))
                 << static_cast<int>(row.id) << static_cast<int>(editor);
+        }
     }
 }
 

@@ -70,7 +70,11 @@ Form_anomalis::Form_anomalis(Session& session, const std::vector<flow::ExampleFi
     start();
 }
 
-Form_anomalis::~Form_anomalis() = default;
+/// A box that loses the focus as the window goes would take its text over into what is gone already.
+Form_anomalis::~Form_anomalis() {
+    guards_.events_suspended = true;
+    hide();
+}
 
 void Form_anomalis::lay_out() {
     setObjectName("Form_anomalis");
