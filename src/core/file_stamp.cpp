@@ -1,11 +1,14 @@
 #include "core/file_stamp.h"
 
+#include <array>
 #include <sys/stat.h>
 
 #include "core/digest.h"
 #include "core/failure.h"
+#include "core/numbers.h"
 #include "core/paths.h"
 #include "core/safe_file.h"
+#include "core/text.h"
 
 namespace anomalis {
 
@@ -13,6 +16,11 @@ namespace {
 
 constexpr std::int64_t most_bytes_read = 64 << 20;
 constexpr std::int64_t nanoseconds = 1'000'000'000;
+
+// A digest goes into text as two numbers that a double holds whole.
+constexpr unsigned half = 32;
+constexpr std::uint64_t lower_half = 0xFFFFFFFF;
+constexpr double most_in_text = 9e15;
 
 std::optional<std::uint64_t> digest_of_file(const std::string& path) {
     try {
@@ -45,6 +53,24 @@ FileStamp stamp_written(const std::string& path, std::string_view contents) {
     FileStamp stamp = stamp_file(path, StampDepth::times);
     stamp.size = static_cast<std::int64_t>(contents.size());
     if (stamp.exists && stamp.size <= most_bytes_read) stamp.digest = digest_of(contents);
+    return stamp;
+}
+
+std::string stamp_text(const FileStamp& stamp) {
+    const std::uint64_t digest = stamp.digest.value_or(0);
+    return std::to_string(stamp.size) + " " + std::to_string(digest >> half) + " " +
+           std::to_string(digest & lower_half);
+}
+
+std::optional<FileStamp> stamp_of_text(std::string_view text) {
+    std::array<double, 3> numbers{};
+    for (double& number : numbers)
+        if (!parse_number(next_token(text), number) || number < 0 || number > most_in_text) return {};
+    FileStamp stamp;
+    stamp.exists = true;
+    stamp.size = static_cast<std::int64_t>(numbers[0]);
+    stamp.digest = (static_cast<std::uint64_t>(numbers[1]) << half) |
+                   (static_cast<std::uint64_t>(numbers[2]) & lower_half);
     return stamp;
 }
 

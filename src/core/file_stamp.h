@@ -28,6 +28,11 @@ FileStamp stamp_file(const std::string& path, StampDepth depth = StampDepth::con
 /// The stamp of a file that this program has just written, by what it wrote.
 FileStamp stamp_written(const std::string& path, std::string_view contents);
 
+/// A stamp by contents as one line, to be kept beside a copy of what the file held; read back, it has no
+/// times. A text that is none gives no value.
+std::string stamp_text(const FileStamp& stamp);
+std::optional<FileStamp> stamp_of_text(std::string_view text);
+
 enum class FileFate {
     same,
     changed,  ///< other contents, or there is one now where none was

@@ -10,4 +10,10 @@ void write_file_telling(Prompts& listener, const std::string& path, std::string_
     if (!remark.empty()) listener.message(remark);
 }
 
+FileWriter telling_writer(Prompts& listener) {
+    return [&listener](const std::string& path, std::string_view contents) {
+        write_file_telling(listener, path, contents);
+    };
+}
+
 }  // namespace anomalis

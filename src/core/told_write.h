@@ -14,4 +14,7 @@ using FileWriter = std::function<void(const std::string& path, std::string_view 
 /// `write_file_safely`; that other names of the file keep the old contents is told to `listener`.
 void write_file_telling(Prompts& listener, const std::string& path, std::string_view contents);
 
+/// The same as a writer; `listener` must outlive it.
+FileWriter telling_writer(Prompts& listener);
+
 }  // namespace anomalis

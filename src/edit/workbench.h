@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "core/file_stamp.h"
 #include "core/session.h"
 #include "edit/body_grid.h"
 #include "edit/history.h"
@@ -25,6 +26,7 @@ struct Workbench {
     /// Of the last least-squares fit; every change of the model empties them.
     std::vector<ParameterError> fit_errors;
     std::vector<std::string> recent_files;  ///< full paths, the newest first
+    KnownFiles known_files;                 ///< workspaces and data as they were last read or written
     bool unsaved = false;                   ///< the model differs from the file last written or read
     History history;
     int list_revision = 0;  ///< grows when number, order or types of the bodies change

@@ -1,6 +1,7 @@
 #include "flow/open_flow.h"
 
 #include "core/failure.h"
+#include "core/leftovers.h"
 #include "core/numbers.h"
 #include "core/paths.h"
 #include "edit/body_form.h"
@@ -111,12 +112,15 @@ OpenOutcome open_model_file(edit::Workbench& workbench, ReadMode mode, const std
         return OpenOutcome::missing;
     }
     const MessageScope scope(session.prompts);
+    remove_leftovers(folder_name(whole_path(path)));
+    const FileStamp stamp = stamp_file(path);
     const int status = workspace_file::read_model_parameters(static_cast<int>(mode), session.workspace, path,
                                                              session.settings, session.prompts);
     if (mode == ReadMode::everything) take_settings_of_file(workbench);
     forget_line(workbench);
     refresh_data_head(workbench);
     note_read(workbench, mode, path, status == 0);
+    if (status == 0 && mode == ReadMode::everything) workbench.known_files.note(path, stamp);
     return status == 0 ? OpenOutcome::opened : OpenOutcome::failed;
 }
 
@@ -183,11 +187,13 @@ LoadResult load_line(edit::Workbench& workbench) {
     Session& session = workbench.session;
     Workspace& workspace = session.workspace;
     const MessageScope scope(session.prompts);
+    const FileStamp stamp = stamp_file(workspace.definition.data_file, StampDepth::times);
     const bool mag_was_unset = workspace.mag.base == unset;
     const bool grav_was_unset = workspace.grav.base == unset;
     const int status = intake::load_locations(workspace, session.prompts);
     if (status >= 0) note_base_levels(workbench, mag_was_unset, grav_was_unset);
     if (status == 0) model::finish_load(session);
+    workbench.known_files.note(workspace.definition.data_file, stamp);
     edit::reset_view(workspace, workbench.view, session.prompts);
     edit::settle_history(workbench);
     return load_result(workspace);

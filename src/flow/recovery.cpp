@@ -2,13 +2,11 @@
 
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <ctime>
 #include <filesystem>
+#include <optional>
 #include <system_error>
-#include <unistd.h>
 #include <utility>
-#include <vector>
 
 #include "core/failure.h"
 #include "core/paths.h"
@@ -23,96 +21,101 @@ namespace {
 
 namespace fs = std::filesystem;
 
+constexpr std::string_view line_end = "\r\n";
 constexpr std::string_view origin_marker = "[Recovered from]\r\n";
-constexpr const char* kept_name = "model.axm";
 
-/// The file tells by itself which workspace file it belongs to, behind what a reader of the model looks at.
-std::string recovery_text(const Workspace& workspace) {
-    Workspace copy = edit::copy_of_model(workspace);
-    std::error_code error;
-    // The next start may stand in another folder.
-    if (const fs::path data = fs::absolute(copy.definition.data_file, error);
-        !error && fs::exists(data, error))
-        copy.definition.data_file = data.string();
-    std::string origin = workspace.model_file;
-    if (!origin.empty())
-        if (const fs::path whole = fs::absolute(origin, error); !error) origin = whole.string();
-    return workspace_file::model_parameters_text(0, copy) + std::string(origin_marker) + origin + "\r\n";
-}
-
-std::string origin_of(const std::string& text) {
-    const auto at = text.rfind(origin_marker);
-    if (at == std::string::npos) return {};
-    const auto begin = at + origin_marker.size();
-    return text.substr(begin, text.find("\r\n", begin) - begin);
-}
-
-/// What a program that is gone has left, claimed for us.
-struct Remains {
-    std::string folder;
-    std::unique_ptr<FolderLock> lock;
-    std::time_t kept = 0;
-
-    std::string file() const { return folder + "/" + kept_name; }
-    void remove() const {
-        std::error_code error;
-        fs::remove_all(folder, error);
-    }
+/// The workspace file that a kept model belongs to.
+struct Origin {
+    std::string file;                ///< "" for a model without a name
+    std::optional<FileStamp> stamp;  ///< of what was last read from it, or written to it
 };
 
-std::time_t time_of(const std::string& file) {
+/// The next start may stand in another folder.
+std::string from_root(const std::string& path) {
     std::error_code error;
-    const auto time = fs::last_write_time(file, error);
-    if (error) return 0;
-    return std::chrono::system_clock::to_time_t(std::chrono::file_clock::to_sys(time));
+    const fs::path whole = fs::absolute(path, error);
+    return path.empty() || error ? path : whole.string();
 }
 
-/// A folder is claimed by the program that lives in it, so what can be claimed is left over.
-std::vector<Remains> find_remains(const std::string& root) {
-    std::vector<Remains> found;
-    std::error_code error;
-    for (const auto& entry : fs::directory_iterator(root, error)) {
-        if (!entry.is_directory(error)) continue;
-        Remains remains{entry.path().string(), nullptr, 0};
-        try {
-            remains.lock = std::make_unique<FolderLock>(remains.folder, std::chrono::milliseconds(0));
-        } catch (const FileFault&) {
-            continue;
-        }
-        if (file_exists(remains.file()).empty()) {
-            remains.remove();
-            continue;
-        }
-        remains.kept = time_of(remains.file());
-        found.push_back(std::move(remains));
-    }
-    std::sort(found.begin(), found.end(), [](const Remains& a, const Remains& b) { return a.kept > b.kept; });
-    return found;
+/// The file tells by itself where it belongs, behind what a reader of the model looks at.
+std::string recovery_text(const edit::Workbench& workbench) {
+    const Workspace& workspace = workbench.session.workspace;
+    Workspace copy = edit::copy_of_model(workspace);
+    if (!file_exists(copy.definition.data_file).empty())
+        copy.definition.data_file = from_root(copy.definition.data_file);
+    const std::string& origin = workspace.model_file;
+    const FileStamp* const stamp = origin.empty() ? nullptr : workbench.known_files.find(origin);
+    return workspace_file::model_parameters_text(0, copy) + std::string(origin_marker) + from_root(origin) +
+           "\r\n" + (stamp && stamp->digest ? stamp_text(*stamp) : "") + "\r\n";
 }
 
-std::string question_about(const Remains& remains, const std::string& origin) {
+/// Takes the next line off a text.
+std::string_view take_line(std::string_view& text) {
+    const std::string_view line = text.substr(0, text.find(line_end));
+    text.remove_prefix(std::min(line.size() + line_end.size(), text.size()));
+    return line;
+}
+
+Origin origin_of(std::string_view text) {
+    const auto at = text.rfind(origin_marker);
+    if (at == std::string_view::npos) return {};
+    text.remove_prefix(at + origin_marker.size());
+    const std::string_view file = take_line(text);
+    return {std::string(file), stamp_of_text(take_line(text))};
+}
+
+/// What a program that is gone has kept.
+struct KeptModel {
+    std::string text;  ///< of a workspace file, with its origin
+    Origin origin;
+    std::time_t time = 0;
+};
+
+std::optional<KeptModel> read_kept_model(Prompts& prompts, const LeftFolder& left) {
+    KeptModel kept{{}, {}, left.kept()};
+    if (report_failure(prompts, "An error occurred while reading a recovery file: ", [&] {
+            kept.text = read_whole_file(left.model_file());
+        }) != 0)
+        return {};
+    kept.origin = origin_of(kept.text);
+    return kept;
+}
+
+enum class Answer : std::size_t { bring_back, discard, not_now };
+
+/// Closing the question decides nothing.
+Answer ask_about(Prompts& prompts, const KeptModel& kept) {
     std::tm local{};
     std::array<char, 32> time{};
-    if (::localtime_r(&remains.kept, &local))
-        std::strftime(time.data(), time.size(), "%Y-%m-%d %H:%M", &local);
-    return "Anomalis was not closed properly. Bring back the model " +
-           (origin.empty() ? "without a name" : "of " + file_name(origin)) + " as it was kept on " +
-           time.data() + "?\n\nNo removes it.";
+    if (::localtime_r(&kept.time, &local)) std::strftime(time.data(), time.size(), "%Y-%m-%d %H:%M", &local);
+    const std::string& file = kept.origin.file;
+    const std::string question =
+        "Anomalis was not closed properly. It kept the model " +
+        (file.empty() ? std::string("without a name") : "of " + file_name(file)) + " on " + time.data() +
+        ".\n\nBring it back? \"Not now\" asks again at the next start, \"Discard\" removes it.";
+    return static_cast<Answer>(prompts.choose(question, {"Bring back", "Discard", "Not now"}));
+}
+
+/// The workspace file may have been written again since by somebody else: a save then asks.
+OpenOutcome bring_back(edit::Workbench& workbench, const KeptModel& kept) {
+    const OpenOutcome outcome = bring_back_model(workbench, kept.text, kept.origin.file);
+    if (outcome == OpenOutcome::opened && kept.origin.stamp && !kept.origin.file.empty())
+        workbench.known_files.note(kept.origin.file, *kept.origin.stamp);
+    return outcome;
+}
+
+void discard(Prompts& prompts, const LeftFolder& left) {
+    if (!left.remove())
+        prompts.message("The folder holds other files too, so nothing was removed: " + left.model_file());
 }
 
 }  // namespace
 
-std::string recovery_root() {
-    const std::string folder = user_state_folder();
-    return folder.empty() ? "" : folder + "anomalis/recovery";
-}
-
 RecoveryKeeper::RecoveryKeeper(std::string root) : root_(std::move(root)) {
     if (root_.empty()) return;
     try {
-        claim_folder();
+        folder_ = std::make_unique<ProgramFolder>(root_);
     } catch (const std::exception& failure) {
-        folder_.clear();
         problem_ = failure.what();
         told_ = true;
     }
@@ -120,28 +123,10 @@ RecoveryKeeper::RecoveryKeeper(std::string root) : root_(std::move(root)) {
 
 RecoveryKeeper::~RecoveryKeeper() = default;
 
-/// Another program that looks for remains may take the folder for one before it is claimed, so it is looked
-/// at again afterwards.
-void RecoveryKeeper::claim_folder() {
-    fs::create_directories(root_);
-    for (int number = 1;; ++number) {
-        const std::string folder = root_ + "/" + std::to_string(::getpid()) + "-" + std::to_string(number);
-        if (!fs::create_directory(folder)) continue;
-        try {
-            lock_ = std::make_unique<FolderLock>(folder, std::chrono::milliseconds(0));
-        } catch (const FileFault&) {
-            continue;
-        }
-        if (!folder_exists(folder)) continue;
-        folder_ = folder;
-        return;
-    }
-}
-
 void RecoveryKeeper::keep(const edit::Workbench& workbench) {
-    if (folder_.empty()) return;
+    if (!folder_) return;
     try {
-        write_file_safely(file(), recovery_text(workbench.session.workspace));
+        write_file_safely(file(), recovery_text(workbench), FileRights::owner_only);
         kept_ = edit::capture_state(workbench.session.workspace, kept_);
         file_stands_ = true;
         told_ = false;
@@ -165,31 +150,28 @@ void RecoveryKeeper::drop_file() {
 }
 
 void RecoveryKeeper::finish() {
-    if (folder_.empty()) return;
-    std::error_code error;
-    fs::remove_all(folder_, error);
-    folder_.clear();
-    lock_.reset();
+    if (!folder_) return;
+    folder_->remove();
+    folder_.reset();
 }
 
 bool offer_recovery(edit::Workbench& workbench, RecoveryKeeper& keeper) {
     if (keeper.root().empty()) return false;
-    Prompts& prompts = workbench.session.prompts;
-    for (Remains& remains : find_remains(keeper.root())) {
-        std::string text;
-        if (report_failure(prompts, "An error occurred while reading a recovery file: ", [&] {
-                text = read_whole_file(remains.file());
-            }) != 0)
-            continue;
-        const std::string origin = origin_of(text);
-        if (!prompts.ask_yes_no(question_about(remains, origin))) {
-            remains.remove();
-            continue;
+    for (const LeftFolder& left : find_left_folders(keeper.root())) {
+        const auto kept = read_kept_model(workbench.session.prompts, left);
+        if (!kept) continue;
+        switch (ask_about(workbench.session.prompts, *kept)) {
+            case Answer::bring_back:
+                if (bring_back(workbench, *kept) != OpenOutcome::opened) break;
+                keeper.keep(workbench);
+                left.remove();
+                return true;
+            case Answer::discard:
+                discard(workbench.session.prompts, left);
+                break;
+            case Answer::not_now:
+                break;
         }
-        if (bring_back_model(workbench, text, origin) != OpenOutcome::opened) continue;
-        keeper.keep(workbench);
-        remains.remove();
-        return true;
     }
     return false;
 }

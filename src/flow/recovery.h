@@ -5,10 +5,8 @@
 #include <utility>
 
 #include "edit/model_state.h"
+#include "flow/program_folder.h"
 
-namespace anomalis {
-class FolderLock;
-}  // namespace anomalis
 namespace anomalis::edit {
 struct Workbench;
 }  // namespace anomalis::edit
@@ -16,11 +14,7 @@ struct Workbench;
 // A crash loses nothing: the model is kept in a file that only a clean end removes.
 namespace anomalis::flow {
 
-/// The folder of all recovery files of the user; "" when there is no home.
-std::string recovery_root();
-
-/// Keeps the model of one running program below a folder that all of them share. Each has a folder of its own
-/// there and claims it as long as it lives: a folder that nobody claims is what a crash left.
+/// Keeps the model of one running program in the folder of that program below a root that all of them share.
 class RecoveryKeeper {
   public:
     /// Makes the folders that are missing. Where that fails nothing is kept, and `problem` tells why.
@@ -39,16 +33,17 @@ class RecoveryKeeper {
     void finish();
 
     const std::string& root() const { return root_; }
-    std::string file() const { return folder_.empty() ? "" : folder_ + "/model.axm"; }
+    std::string file() const { return folder_ ? folder_->model_file() : ""; }
+    /// Null when nothing can be kept.
+    const ProgramFolder* folder() const { return folder_.get(); }
     /// Why the last write failed; "" after a success. Each failure is told once.
     std::string take_problem() { return std::exchange(problem_, {}); }
 
   private:
-    void claim_folder();
     void drop_file();
 
-    std::string root_, folder_;
-    std::unique_ptr<FolderLock> lock_;
+    std::string root_;
+    std::unique_ptr<ProgramFolder> folder_;
     edit::ModelState kept_;  ///< what the file holds
     bool file_stands_ = false;
     bool told_ = false;
@@ -56,8 +51,8 @@ class RecoveryKeeper {
 };
 
 /// Offers, newest first, what programs that ended without `finish` have kept. A model that is wanted becomes
-/// the session's, unsaved, under the name of its own file; one that is not is removed. Returns true when a
-/// model was brought back; the rest stays for the next start.
+/// the session's, unsaved, under the name of its own file; one that is discarded is removed; without an
+/// answer it stays for the next start, as does the rest once one was brought back. Returns true when one was.
 bool offer_recovery(edit::Workbench& workbench, RecoveryKeeper& keeper);
 
 }  // namespace anomalis::flow

@@ -9,6 +9,7 @@
 #include "edit/change.h"
 #include "edit/workbench.h"
 #include "flow/recent_files.h"
+#include "flow/replace_questions.h"
 #include "model/refresh_model.h"
 #include "output/tables.h"
 #include "show/page_layout.h"
@@ -41,64 +42,116 @@ void settle_end_widths(Workspace& workspace) {
     }
 }
 
-void write_side_files(const std::string& path, const Workspace& workspace, Prompts& prompts) {
+void write_side_files(const std::string& path, const Workspace& workspace, Prompts& prompts,
+                      const FileWriter& write) {
     const std::string beside = folder_name(path) + base_name(path);
-    output::write_model_table(beside + "_model.csv", workspace, prompts);
-    if (workspace.station_count > 0) output::write_mesh_header(beside + "_model.msh", workspace, prompts);
+    output::write_model_table_by(write, beside + "_model.csv", workspace, prompts);
+    if (workspace.station_count > 0)
+        output::write_mesh_header_by(write, beside + "_model.msh", workspace, prompts);
 }
 
-/// The path to save to; no value ends the save with `outcome`.
-std::optional<std::string> path_to_save(SaveMode mode, Session& session, SaveOutcome& outcome) {
-    const std::string& model_file = session.workspace.model_file;
-    if (mode == SaveMode::to_model_file) {
-        outcome = SaveOutcome::nameless;
-        return model_file.empty() ? std::nullopt : std::optional(model_file);
-    }
-    outcome = SaveOutcome::cancelled;
+std::optional<std::string> ask_for_path(Session& session) {
     FileRequest request = save_request;
-    request.default_name = model_file;
+    request.default_name = session.workspace.model_file;
     return ask_save_path(session.prompts, request);
 }
 
-/// True when the workspace file was written, whatever became of the files beside it.
-bool write_model(const std::string& path, edit::Workbench& workbench, const WindowLayout& layout) {
-    Session& session = workbench.session;
-    Workspace& workspace = session.workspace;
-    bool written = false;
-    report_failure(session.prompts, output::write_failure_prefix, [&] {
-        if (edit::line_loaded(workspace)) model::refresh_model(session);
-        refresh_display_block(layout, show::places_to_keep(workbench.view), workspace.display);
-        settle_end_widths(workspace);
-        if (workspace_file::write_model_parameters(0, path, workspace, session.prompts) != 0) return;
-        written = true;
+/// One save, from the question for a name to the last file.
+class Save {
+  public:
+    Save(edit::Workbench& workbench, const WindowLayout& layout)
+        : workbench_(workbench), layout_(layout), writer_(workbench.session.prompts) {}
+
+    SaveOutcome to_own_file() {
+        const std::string path = session().workspace.model_file;
+        return path.empty() ? SaveOutcome::nameless : write_or_ask(path);
+    }
+
+    SaveOutcome with_dialog() {
+        by_dialog_ = true;
+        const auto path = ask_for_path(session());
+        return path ? write_or_ask(*path) : SaveOutcome::cancelled;
+    }
+
+  private:
+    Session& session() { return workbench_.session; }
+
+    SaveOutcome write_or_ask(const std::string& path) {
+        const MessageScope scope(session().prompts);
+        ReplaceAnswer answer = ask_about_changes(workbench_, path, by_dialog_);
+        if (answer == ReplaceAnswer::go_on) {
+            if (const auto outcome = write(path)) return *outcome;
+            answer = ask_to_write_in_place(session().prompts, path);
+        }
+        if (answer == ReplaceAnswer::cancel) return SaveOutcome::cancelled;
+        if (answer == ReplaceAnswer::elsewhere) return with_dialog();
+        writer_.in_place = true;
+        return write(path).value_or(SaveOutcome::failed);
+    }
+
+    /// No value when the file cannot be replaced safely: nothing was written.
+    std::optional<SaveOutcome> write(const std::string& path) {
+        Workspace& workspace = session().workspace;
+        std::optional<SaveOutcome> outcome = SaveOutcome::failed;
+        report_failure(session().prompts, output::write_failure_prefix, [&] {
+            if (edit::line_loaded(workspace)) model::refresh_model(session());
+            refresh_display_block(layout_, show::places_to_keep(workbench_.view), workspace.display);
+            settle_end_widths(workspace);
+            bool written = false;
+            const auto write_workspace = [&](const std::string& file, std::string_view text) {
+                written = write_unless_unsafe(file, text);
+            };
+            if (workspace_file::write_model_parameters(0, path, workspace, session().prompts,
+                                                       write_workspace) != 0)
+                return;
+            outcome = written ? std::optional(SaveOutcome::saved) : std::nullopt;
+            if (written) take_name(path);
+        });
+        return outcome;
+    }
+
+    bool write_unless_unsafe(const std::string& file, std::string_view text) {
+        try {
+            writer_(file, text);
+        } catch (const NoSafeReplacement&) {
+            return false;
+        }
+        workbench_.known_files.note(file, stamp_written(file, text));
+        return true;
+    }
+
+    /// The workspace file stands, whatever becomes of the files beside it.
+    void take_name(const std::string& path) {
+        Workspace& workspace = session().workspace;
         workspace.model_file = path;
         workspace.model_file_date = file_date(path);
-        edit::note_saved(workbench);
-        write_side_files(path, workspace, session.prompts);
-    });
-    return written;
-}
+        edit::note_saved(workbench_);
+        write_side_files(path, workspace, session().prompts, writer_);
+        if (by_dialog_)
+            add_to_recent_files(path, recent_files_section, session().settings, workbench_.recent_files,
+                                session().prompts);
+    }
+
+    edit::Workbench& workbench_;
+    const WindowLayout& layout_;
+    SaveWriter writer_;
+    bool by_dialog_ = false;  ///< the person named the file, and agreed to overwrite one that stood there
+};
 
 }  // namespace
 
 SaveOutcome save_model(SaveMode mode, edit::Workbench& workbench, const WindowLayout& layout) {
-    Session& session = workbench.session;
     const std::string folder = current_folder();
-    SaveOutcome outcome = SaveOutcome::cancelled;
-    if (const auto path = path_to_save(mode, session, outcome)) {
-        const MessageScope scope(session.prompts);
-        outcome = write_model(*path, workbench, layout) ? SaveOutcome::saved : SaveOutcome::failed;
-        if (outcome == SaveOutcome::saved && mode == SaveMode::with_dialog)
-            add_to_recent_files(*path, recent_files_section, session.settings, workbench.recent_files,
-                                session.prompts);
-    }
+    Save save(workbench, layout);
+    const SaveOutcome outcome = mode == SaveMode::with_dialog ? save.with_dialog() : save.to_own_file();
     change_to_folder(folder);
     return outcome;
 }
 
 SaveOutcome save_by_button(edit::Workbench& workbench, const WindowLayout& layout) {
     const SaveOutcome outcome = save_model(SaveMode::to_model_file, workbench, layout);
-    if (outcome != SaveOutcome::failed) workbench.session.model_changed = false;
+    if (outcome == SaveOutcome::saved || outcome == SaveOutcome::nameless)
+        workbench.session.model_changed = false;
     return outcome;
 }
 

@@ -37,8 +37,12 @@ std::string mesh_header_text(const Workspace& workspace) {
 }
 
 int write_mesh_header(const std::string& path, const Workspace& workspace, Prompts& prompts) {
-    return report_failure(prompts, write_failure_prefix,
-                          [&] { write_file_telling(prompts, path, mesh_header_text(workspace)); });
+    return write_mesh_header_by(telling_writer(prompts), path, workspace, prompts);
+}
+
+int write_mesh_header_by(const FileWriter& write, const std::string& path, const Workspace& workspace,
+                         Prompts& prompts) {
+    return report_failure(prompts, write_failure_prefix, [&] { write(path, mesh_header_text(workspace)); });
 }
 
 }  // namespace anomalis::output

@@ -47,8 +47,12 @@ std::string model_table_text(const Workspace& workspace) {
 }
 
 int write_model_table(const std::string& path, const Workspace& workspace, Prompts& prompts) {
-    return report_failure(prompts, write_failure_prefix,
-                          [&] { write_file_telling(prompts, path, model_table_text(workspace)); });
+    return write_model_table_by(telling_writer(prompts), path, workspace, prompts);
+}
+
+int write_model_table_by(const FileWriter& write, const std::string& path, const Workspace& workspace,
+                         Prompts& prompts) {
+    return report_failure(prompts, write_failure_prefix, [&] { write(path, model_table_text(workspace)); });
 }
 
 }  // namespace anomalis::output

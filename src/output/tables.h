@@ -3,6 +3,8 @@
 #include <string>
 #include <string_view>
 
+#include "core/told_write.h"
+
 namespace anomalis {
 class Prompts;
 struct Workspace;
@@ -30,5 +32,11 @@ std::string mesh_header_text(const Workspace& workspace);
 int write_profile_table(const std::string& path, const Workspace& workspace, Prompts& prompts);
 int write_model_table(const std::string& path, const Workspace& workspace, Prompts& prompts);
 int write_mesh_header(const std::string& path, const Workspace& workspace, Prompts& prompts);
+
+/// Those that go with a saved workspace, in the way in which that is written.
+int write_model_table_by(const FileWriter& write, const std::string& path, const Workspace& workspace,
+                         Prompts& prompts);
+int write_mesh_header_by(const FileWriter& write, const std::string& path, const Workspace& workspace,
+                         Prompts& prompts);
 
 }  // namespace anomalis::output

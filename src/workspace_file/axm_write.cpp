@@ -130,9 +130,7 @@ std::string model_parameters_text(int mode, const Workspace& workspace) {
 }
 
 int write_model_parameters(int mode, const std::string& path, const Workspace& workspace, Prompts& prompts) {
-    return write_model_parameters(
-        mode, path, workspace, prompts,
-        [&](const std::string& file, std::string_view text) { write_file_telling(prompts, file, text); });
+    return write_model_parameters(mode, path, workspace, prompts, telling_writer(prompts));
 }
 
 int write_model_parameters(int mode, const std::string& path, const Workspace& workspace, Prompts& prompts,

@@ -85,6 +85,18 @@ TEST(FileStamp, of_a_written_file_is_what_was_written) {
         << "somebody else wrote between the write and the look";
 }
 
+TEST(FileStamp, goes_into_one_line_of_text_and_comes_back) {
+    const TempFolder folder;
+    const std::string path = folder.write("line.axm", "as read");
+    const auto stamp = stamp_of_text(stamp_text(stamp_file(path)));
+    ASSERT_TRUE(stamp);
+    EXPECT_EQ(fate_of(*stamp, path), FileFate::same);
+    folder.write("line.axm", "as READ");
+    EXPECT_EQ(fate_of(*stamp, path), FileFate::changed);
+    for (const char* text : {"", "7", "7 1", "7 1 x", "7 1 -1", "7 1 1e300"})
+        EXPECT_FALSE(stamp_of_text(text)) << text;
+}
+
 TEST(KnownFiles, know_a_file_by_its_place_whatever_links_lead_there) {
     const TempFolder folder;
     const std::string path = folder.write("below/line.axm", "x");

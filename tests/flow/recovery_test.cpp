@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -11,6 +12,8 @@
 #include "core/safe_file.h"
 #include "edit/change.h"
 #include "edit/line_sample.h"
+#include "flow/open_flow.h"
+#include "flow/save_flow.h"
 #include "workspace_file/axm.h"
 
 namespace anomalis::flow {
@@ -32,11 +35,11 @@ struct RecoverySample : edit::LineSample {
         workspace().body(1).dip.value = dip;
         edit::note_change(workbench, {"dip", "", false});
     }
-    /// Another start of the program that answers `yes` to an offer.
+    /// Another start of the program that answers an offer so.
     struct Start : edit::LineSample {
-        Start(const std::string& root, bool yes) : keeper(root) {
+        Start(const std::string& root, const std::string& answer) : keeper(root) {
             edit::start_history(workbench);
-            prompts.yes_no = {yes};
+            prompts.chosen = {answer};
             brought_back = offer_recovery(workbench, keeper);
         }
         float dip() { return workspace().body(1).dip.value; }
@@ -71,6 +74,12 @@ void kill_hard(pid_t process) {
     ::waitpid(process, &status, 0);
 }
 
+mode_t rights_of(const std::string& path) {
+    struct stat status {};
+    ::stat(path.c_str(), &status);
+    return status.st_mode & 07777;
+}
+
 std::size_t folders(const std::string& root) {
     return static_cast<std::size_t>(std::distance(fs::directory_iterator(root), fs::directory_iterator()));
 }
@@ -80,10 +89,12 @@ std::size_t folders(const std::string& root) {
 TEST(Recovery, brings_back_the_model_of_a_process_that_was_killed) {
     RecoverySample sample;
     kill_hard(start_victim(sample, 33));
-    RecoverySample::Start start(sample.root(), true);
+    RecoverySample::Start start(sample.root(), "Bring back");
     EXPECT_TRUE(start.brought_back);
-    ASSERT_EQ(start.prompts.questions.size(), 1U);
-    EXPECT_NE(start.prompts.questions[0].find("line.axm"), std::string::npos);
+    ASSERT_EQ(start.prompts.choices.size(), 1U);
+    EXPECT_NE(start.prompts.choices[0].text.find("the model of line.axm on "), std::string::npos);
+    EXPECT_EQ(start.prompts.choices[0].answers,
+              (std::vector<std::string>{"Bring back", "Discard", "Not now"}));
     EXPECT_EQ(start.workspace().body_count, 1);
     EXPECT_EQ(start.dip(), 33);
     EXPECT_EQ(start.workspace().body(1).name, "Dyke");
@@ -100,13 +111,13 @@ TEST(Recovery, is_not_offered_what_a_living_process_keeps) {
     RecoverySample sample;
     const pid_t other = start_victim(sample, 44);
     {
-        RecoverySample::Start start(sample.root(), true);
+        RecoverySample::Start start(sample.root(), "Bring back");
         EXPECT_FALSE(start.brought_back);
-        EXPECT_TRUE(start.prompts.questions.empty());
+        EXPECT_TRUE(start.prompts.choices.empty());
         start.keeper.finish();
     }
     kill_hard(other);
-    EXPECT_TRUE(RecoverySample::Start(sample.root(), true).brought_back);
+    EXPECT_TRUE(RecoverySample::Start(sample.root(), "Bring back").brought_back);
 }
 
 TEST(Recovery, keeps_two_programs_apart) {
@@ -119,7 +130,7 @@ TEST(Recovery, keeps_two_programs_apart) {
     second.keep(other.workbench);
     EXPECT_EQ(folders(sample.root()), 2U);
     kill_hard(first);
-    RecoverySample::Start start(sample.root(), true);
+    RecoverySample::Start start(sample.root(), "Bring back");
     EXPECT_EQ(start.dip(), 11);
     EXPECT_NE(read_whole_file(second.file()).find(" 22 "), std::string::npos);
 }
@@ -131,16 +142,34 @@ TEST(Recovery, leaves_nothing_after_a_clean_end) {
     keeper.keep(sample.workbench);
     keeper.finish();
     EXPECT_EQ(folders(sample.root()), 0U);
-    RecoverySample::Start start(sample.root(), true);
+    RecoverySample::Start start(sample.root(), "Bring back");
     EXPECT_FALSE(start.brought_back);
-    EXPECT_TRUE(start.prompts.questions.empty());
+    EXPECT_TRUE(start.prompts.choices.empty());
+}
+
+TEST(Recovery, closing_the_question_keeps_the_copy_for_the_next_start) {
+    RecoverySample sample;
+    kill_hard(start_victim(sample, 33));
+    {
+        edit::LineSample start;
+        RecoveryKeeper keeper(sample.root());
+        EXPECT_FALSE(offer_recovery(start.workbench, keeper));
+        EXPECT_EQ(start.prompts.choices.size(), 1U);
+        EXPECT_EQ(start.workspace().body_count, 0);
+        keeper.finish();
+    }
+    RecoverySample::Start(sample.root(), "Not now").keeper.finish();
+    EXPECT_EQ(folders(sample.root()), 1U);
+    RecoverySample::Start start(sample.root(), "Bring back");
+    EXPECT_TRUE(start.brought_back);
+    EXPECT_EQ(start.dip(), 33);
 }
 
 TEST(Recovery, removes_what_is_not_wanted) {
     RecoverySample sample;
     kill_hard(start_victim(sample, 33));
     {
-        RecoverySample::Start start(sample.root(), false);
+        RecoverySample::Start start(sample.root(), "Discard");
         EXPECT_FALSE(start.brought_back);
         EXPECT_EQ(start.workspace().body_count, 0);
         EXPECT_FALSE(start.workbench.unsaved);
@@ -197,11 +226,49 @@ TEST(Recovery, tells_once_that_it_cannot_keep_anything) {
     EXPECT_FALSE(offer_recovery(sample.workbench, keeper));
 }
 
+TEST(Recovery, what_is_kept_is_for_the_user_alone_whatever_the_mask_says) {
+    RecoverySample sample;
+    fs::create_directories(sample.root());
+    fs::permissions(sample.root(), fs::perms::all);
+    for (const mode_t mask : {mode_t{0}, mode_t{0777}}) {
+        const mode_t before = ::umask(mask);
+        RecoveryKeeper keeper(sample.root());
+        sample.edit(mask == 0 ? 12.0F : 13.0F);
+        keeper.keep(sample.workbench);
+        ::umask(before);
+        EXPECT_EQ(keeper.take_problem(), "");
+        EXPECT_EQ(rights_of(sample.root()), 0700U);
+        EXPECT_EQ(rights_of(folder_name(keeper.file())), 0700U);
+        for (const auto& entry : fs::directory_iterator(folder_name(keeper.file())))
+            EXPECT_EQ(rights_of(entry.path().string()), 0600U) << entry.path();
+        fs::permissions(keeper.file(), fs::perms::all);
+        sample.edit(14);
+        keeper.keep(sample.workbench);
+        EXPECT_EQ(rights_of(keeper.file()), 0600U) << "what others made wider is narrow again";
+        keeper.finish();
+    }
+}
+
+TEST(Recovery, a_save_after_it_asks_only_when_somebody_else_wrote_the_file) {
+    for (const bool by_others : {false, true}) {
+        RecoverySample sample;
+        const std::string file = sample.workspace().model_file;
+        ASSERT_EQ(open_model_file(sample.workbench, ReadMode::everything, file), OpenOutcome::opened);
+        kill_hard(start_victim(sample, 33));
+        if (by_others) append_to_file(file, "more\r\n");
+        RecoverySample::Start start(sample.root(), "Bring back");
+        start.prompts.choices.clear();
+        start.prompts.chosen = {"Overwrite"};
+        EXPECT_EQ(save_by_button(start.workbench, {}), SaveOutcome::saved);
+        EXPECT_EQ(start.prompts.choices.size(), by_others ? 1U : 0U);
+    }
+}
+
 TEST(Recovery, goes_on_after_a_file_that_cannot_be_read_as_a_model) {
     RecoverySample sample;
     fs::create_directories(sample.root() + "/1-1");
     std::ofstream(sample.root() + "/1-1/model.axm") << "no model\n";
-    RecoverySample::Start start(sample.root(), true);
+    RecoverySample::Start start(sample.root(), "Bring back");
     EXPECT_FALSE(start.brought_back);
     EXPECT_FALSE(start.prompts.messages.empty());
 }

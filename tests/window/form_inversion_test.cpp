@@ -358,9 +358,9 @@ void FormInversionTest::what_a_crash_left_is_offered_and_shown() {
         crashed.form->recovery().keep_now();
     }
     FormSample next;
-    next.prompts.yes_no = {true};
+    next.prompts.chosen = {"Bring back"};
     next.form->recovery().start(root);
-    QCOMPARE(next.prompts.questions.size(), std::size_t(1));
+    QCOMPARE(next.prompts.choices.size(), std::size_t(1));
     QCOMPARE(next.session.workspace.body(1).dip.value, 21.0F);
     QCOMPARE(next.form->windowTitle(), QString("Anomalis: line.axm *"));
     QCOMPARE(next.tab(), 1);
@@ -378,7 +378,7 @@ void FormInversionTest::a_clean_end_leaves_no_recovery_file() {
     }
     FormSample next;
     next.form->recovery().start(root);
-    QVERIFY(next.prompts.questions.empty());
+    QVERIFY(next.prompts.choices.empty());
 }
 
 }  // namespace

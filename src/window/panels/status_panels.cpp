@@ -98,6 +98,11 @@ void StatusPanels::show_text(const QString& text) {
     panel(1)->setToolTip(text);
 }
 
+void StatusPanels::add_text(const QString& text) {
+    const QString before = panel(1)->text();
+    show_text(before.isEmpty() ? text : before + ". " + text);
+}
+
 void StatusPanels::show_refused(const QString& caption, const QString& text) {
     show_text(tr("%1: “%2” is not accepted, the value stays").arg(caption, text.left(40).simplified()));
 }

@@ -21,6 +21,8 @@ class StatusPanels : public QStatusBar {
     explicit StatusPanels(QWidget* parent = nullptr);
 
     void show_text(const QString& text);
+    /// Behind what is shown.
+    void add_text(const QString& text);
     void show_pointer(const show::PointerPanels& panels);
     void show_misfit(double data_norm, double gradient_norm);
     void clear_line();

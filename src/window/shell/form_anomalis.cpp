@@ -30,6 +30,7 @@
 #include "window/shell/save_controller.h"
 #include "window/shell/session_controller.h"
 #include "window/shell/view_controller.h"
+#include "window/shell/watch_controller.h"
 #include "window/widgets/entry_box.h"
 
 namespace anomalis::window {
@@ -104,6 +105,7 @@ void Form_anomalis::make_controllers(const std::vector<flow::ExampleFile>& examp
     actions_->on(ActionId::leave, [this] { close(); });
     formulas_ = new FormulasController(this, workbench_, *actions_, gate_, guards_, news_, *status_);
     recovery_ = new RecoveryController(this, workbench_, guards_, *open_, *status_);
+    watch_ = new WatchController(*this, workbench_, guards_, *recovery_, *status_);
     inversion_ = new FormInversion({*this, *tabs_, *charts_, *side_, *status_}, workbench_, *actions_, gate_,
                                    news_, *recovery_);
 }
@@ -139,6 +141,7 @@ void Form_anomalis::follow(WhatChanged what) {
     formulas_->follow(what);
     open_->follow(what);
     save_->follow();
+    if (what & News::file) watch_->follow();
     if (what & News::recent_files) menus_->refresh();
     if (what & ~(News::parameters | News::calculated)) actions_->refresh();
 }

@@ -30,6 +30,7 @@ class PageController;
 class RecoveryController;
 class SaveController;
 class StatusPanels;
+class WatchController;
 
 /// The main window: two tabs, menus and status bar, and the controllers that join them to the flows. It
 /// composes them, says who hears the news in which order, and holds no arithmetic.
@@ -91,6 +92,7 @@ class Form_anomalis : public QMainWindow {
     SaveController* save_ = nullptr;
     FormulasController* formulas_ = nullptr;
     RecoveryController* recovery_ = nullptr;
+    WatchController* watch_ = nullptr;
     FormInversion* inversion_ = nullptr;
 };
 

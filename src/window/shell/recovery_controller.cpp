@@ -34,6 +34,7 @@ void RecoveryController::start(const std::string& root) {
     keeper_ = std::make_unique<flow::RecoveryKeeper>(root);
     timer_->start();
     show_problem();
+    emit keeping_began();
     if (flow::offer_recovery(workbench_, *keeper_)) open_.show_recovered();
 }
 
@@ -53,6 +54,10 @@ void RecoveryController::keep_now() {
 void RecoveryController::finish() {
     timer_->stop();
     if (keeper_) keeper_->finish();
+}
+
+const flow::ProgramFolder* RecoveryController::folder() const {
+    return keeper_ ? keeper_->folder() : nullptr;
 }
 
 void RecoveryController::show_problem() {

@@ -10,6 +10,7 @@ namespace anomalis::edit {
 struct Workbench;
 }  // namespace anomalis::edit
 namespace anomalis::flow {
+class ProgramFolder;
 class RecoveryKeeper;
 }  // namespace anomalis::flow
 
@@ -34,6 +35,11 @@ class RecoveryController : public QObject {
     void keep_now();
     /// The window closes: nothing is left behind.
     void finish();
+    /// Where this program keeps what a crash must not take; null while it keeps nothing.
+    const flow::ProgramFolder* folder() const;
+
+  signals:
+    void keeping_began();
 
   private:
     void tick();
