@@ -183,8 +183,8 @@ Rect AX_Grapher::PlotRect() const {
 }
 
 NaturalMargins AX_Grapher::PlotMargins() const {
-    return {state_->layout.left - state_->properties.x.low_margin,
-            state_->layout.right - state_->properties.x.high_margin};
+    return {state_->layout.left - state_->properties.x.drawn_low_margin(),
+            state_->layout.right - state_->properties.x.drawn_high_margin()};
 }
 
 double AX_Grapher::TextWidth(const std::string& text) const {

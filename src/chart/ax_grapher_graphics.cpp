@@ -141,7 +141,10 @@ int AX_Grapher::DrawGraphicsStream(DrawingDevice* device, int count, const Graph
                                    bool landscape, double page_width, double page_height, double scale,
                                    double offset_x, double offset_y) {
     if (device == nullptr || count <= 0 || stream.empty() || state_->busy_refresh) return -1;
-    if (!(scale > 0.0) || !std::isfinite(scale + offset_x + offset_y + page_width + page_height)) return -1;
+    constexpr double farthest = 1e9;  // device units: a place beyond fits no device's whole numbers
+    const double reach =
+        std::abs(offset_x) + std::abs(offset_y) + std::abs(page_width) + std::abs(page_height);
+    if (!(scale > 0.0) || !(scale * largest_surface + reach <= farthest)) return -1;
     int status = -1;
     try {
         const auto items = unpack_items(stream);

@@ -8,6 +8,14 @@
 // pixel, 1440 an inch) with the origin at the lower left corner and y upward, unless said otherwise.
 namespace anomalis::chart {
 
+/// The longest side of a surface, the thickest pen (screen pixels), the largest marker (surface units) and
+/// the largest font (points) that are drawn. Nobody sees more; a host that asks for more, or for no number,
+/// would else have ticks and pixels reckoned by the billion.
+inline constexpr double largest_surface = 983040.0;  // 65,536 screen pixels
+inline constexpr double widest_pen = 500.0;
+inline constexpr double largest_marker = 1500.0;
+inline constexpr double largest_font = 500.0;
+
 /// A colour with blue in the high byte (0xBBGGRR); -1 where "none" is meant. A colour with its top bit set
 /// names an entry of the desktop's palette: 0x0F the button face, 0x12 the button text.
 using Colour = std::int32_t;
@@ -56,6 +64,11 @@ struct Rect {
 
 enum class LineStyle : int { solid = 0, dash = 1, dot = 2, dash_dot = 3, dash_dot_dot = 4 };
 
+/// A pen's width as it is drawn.
+inline double drawn_width(double width) {
+    return width > 1.0 ? std::min(width, widest_pen) : 1.0;
+}
+
 /// `width` is in screen pixels, whatever the target: a device multiplies it by the pen factor of its mapping.
 struct Pen {
     Colour colour = black;
@@ -70,6 +83,8 @@ struct Font {
     double size = 8.0;
     bool bold = true;
     bool italic = false;
+    /// As it is drawn. A size that is no number becomes the smallest.
+    double drawn_size() const { return size > 1.0 ? std::min(size, largest_font) : 1.0; }
     bool operator==(const Font&) const = default;
 };
 

@@ -165,7 +165,7 @@ void EmfDevice::Context::select_brush(Colour colour) {
 }
 
 void EmfDevice::Context::select_font(const Font& font, int tenths) {
-    const long tall = std::max(1L, std::lround(font.size * units_per_point * mapping.device_scale));
+    const long tall = std::max(1L, std::lround(font.drawn_size() * units_per_point * mapping.device_scale));
     HGDIOBJ& found = fonts[{font.name, tall, font.bold, font.italic, tenths}];
     if (found == 0) {
         LOGFONTW record{};

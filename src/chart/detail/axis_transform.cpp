@@ -27,8 +27,10 @@ void AxisTransform::set_cutoff(double cutoff) {
         cutoff_ = smallest_decimal_cutoff;
         return;
     }
-    cutoff_ = std::pow(base_, power);
-    if (cutoff_ > cutoff * (1.0 + rounding)) cutoff_ = std::pow(base_, power - 1.0);
+    double snapped = std::pow(base_, power);
+    if (snapped > cutoff * (1.0 + rounding)) snapped = std::pow(base_, power - 1.0);
+    // A base of 1e200 has no power near 1e-50 that a number could hold.
+    if (std::isnormal(snapped)) cutoff_ = snapped;
 }
 
 double AxisTransform::forward(double value) const {
@@ -46,9 +48,9 @@ double AxisTransform::inverse(double value) const {
     return value * cutoff_;
 }
 
-int AxisTransform::cutoff_power() const {
+double AxisTransform::cutoff_power() const {
     // The nearest whole number: ln 1000 / ln 10 is a little under 3.
-    return static_cast<int>(std::lround(std::log(cutoff_) / log_base_));
+    return std::round(std::log(cutoff_) / log_base_);
 }
 
 }  // namespace anomalis::chart

@@ -33,7 +33,7 @@ class AxisTransform {
     /// AxisTransform.an_unknown_type_has_no_inverse).
     double inverse(double value) const;
     /// The power of the base that the cutoff is.
-    int cutoff_power() const;
+    double cutoff_power() const;
     bool operator==(const AxisTransform&) const = default;
 
   private:

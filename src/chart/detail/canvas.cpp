@@ -20,6 +20,33 @@ bool all_inside(const Rect& window, std::span<const Point> points) {
     return std::all_of(points.begin(), points.end(), [&](Point p) { return window.contains(p); });
 }
 
+/// How far from the origin anything is drawn: a title may begin beside its surface.
+constexpr double reach = 2.0 * largest_surface;
+
+bool in_reach(Point p) {
+    return std::abs(p.x) <= reach && std::abs(p.y) <= reach;
+}
+
+/// A window as far as drawing reaches; empty when it has no numbers.
+Rect within_reach(const Rect& window) {
+    const auto low = [](double v) {
+        return v > -reach ? std::min(v, reach) : std::isnan(v) ? reach : -reach;
+    };
+    const auto high = [](double v) {
+        return v < reach ? std::max(v, -reach) : std::isnan(v) ? -reach : reach;
+    };
+    return {low(window.x_low), high(window.x_high), low(window.y_low), high(window.y_high)};
+}
+
+/// As much of a text as could be read on the longest surface, cut between characters.
+std::string_view readable(std::string_view words) {
+    constexpr std::size_t longest_text = 4096;
+    if (words.size() <= longest_text) return words;
+    std::size_t end = longest_text;
+    while (end > 0 && (static_cast<unsigned char>(words[end]) & 0xC0U) == 0x80U) --end;
+    return words.substr(0, end);
+}
+
 bool same_place(Point a, Point b) {
     return a.x == b.x && a.y == b.y;
 }
@@ -46,7 +73,7 @@ Colour Canvas::resolved(Colour colour) const {
 }
 
 Pen Canvas::resolved(const Pen& pen) const {
-    return {resolved(pen.colour), std::max(pen.width, 1.0), pen.style};
+    return {resolved(pen.colour), drawn_width(pen.width), pen.style};
 }
 
 GraphicItem& Canvas::captured(ItemKind kind) {
@@ -56,7 +83,7 @@ GraphicItem& Canvas::captured(ItemKind kind) {
 }
 
 void Canvas::set_window(const Rect& window) {
-    window_ = window;
+    window_ = within_reach(window);
     if (!capturing()) return;
     GraphicItem& item = captured(ItemKind::window);
     item.x1 = window.x_low;
@@ -72,6 +99,7 @@ void Canvas::line(Point a, Point b, const Pen& pen) {
 
 void Canvas::polyline(std::span<const Point> points, const Pen& pen) {
     guarded("Line error: ", [&] {
+        if (thins()) points = path_.thin(points, window_, device_->pixel_size());
         if (!capturing() && points.size() > 1 && all_inside(window_, points))
             device_->polyline(points, resolved(pen));
         else
@@ -134,6 +162,7 @@ void Canvas::polygon(std::span<const Point> points, Colour pen, Colour fill, dou
 }
 
 void Canvas::draw_polygon(std::span<const Point> points, Colour pen, Colour fill, double width) {
+    if (thins()) points = path_.thin(points, window_, device_->pixel_size());
     guarded("Polygon error: ", [&] {
         if (fill == no_colour) return;
         clip_polygon(window_, points, cut_, scratch_);
@@ -182,10 +211,12 @@ void Canvas::markers(int style, double radius, Colour colour, double width, std:
     }
     if (is_letter_marker(style)) {
         const char letter = marker_letter(style);
+        radius = std::clamp(radius, 0.0, largest_marker);
         for (const Point& p : anchors)
             placed_text({p.x - 2.0 * radius, p.y + 1.5 * radius}, 0.0, {&letter, 1}, FontRole::chart, colour);
         return;
     }
+    if (!std::all_of(anchors.begin(), anchors.end(), in_reach)) return;
     const MarkerGeometry geometry(style, radius, resolved(colour), width);
     if (!geometry.empty()) guarded("Line error: ", [&] { device_->markers(geometry.shape(), anchors); });
 }
@@ -198,7 +229,7 @@ TextExtent Canvas::measure(std::string_view words, FontRole role) {
 
 void Canvas::text(Point at, double angle, double along, double across, std::string_view words, FontRole role,
                   Colour colour) {
-    const std::string clean = clean_text(words);
+    const std::string clean = clean_text(readable(words));
     if (clean.empty()) return;
     const TextExtent extent = measure(clean, role);
     const double right = along * extent.width;
@@ -222,8 +253,9 @@ void Canvas::placed_text(Point anchor, double angle, std::string_view words, Fon
         item.colour = colour;
         return;
     }
+    if (!in_reach(anchor) || !std::isfinite(angle)) return;
     guarded(angle == 0.0 ? "Font error: " : "Fone error: ",
-            [&] { device_->text(anchor, angle, words, font(role), resolved(colour)); });
+            [&] { device_->text(anchor, angle, readable(words), font(role), resolved(colour)); });
 }
 
 std::string Canvas::clean_text(std::string_view words) {

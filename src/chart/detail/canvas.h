@@ -6,12 +6,16 @@
 
 #include "chart/detail/failure_notes.h"
 #include "chart/detail/graphic_item.h"
+#include "chart/detail/point_thinner.h"
 #include "chart/drawing_device.h"
 
 namespace anomalis::chart {
 
 /// The low-level primitives of a chart, in surface units: each is cut at the present window and then drawn on
 /// a device, or appended to a list while a chart is captured. A device that fails is noted; drawing goes on.
+/// Whatever numbers a host gave, a device meets only finite places within twice the longest surface, drawn
+/// with pens, markers and texts of a size that can be seen; a raster no more points than its window has
+/// pixels.
 class Canvas {
   public:
     explicit Canvas(FailureNotes& notes) : notes_(notes) {}
@@ -68,6 +72,7 @@ class Canvas {
     std::vector<GraphicItem>* captured_ = nullptr;
     bool every_point_ = false;
     Rect window_;
+    PathThinner path_;
     std::vector<Point> piece_;
     std::vector<Point> cut_;
     std::vector<Point> scratch_;

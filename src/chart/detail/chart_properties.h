@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cmath>
 #include <string>
 
 #include "chart/detail/axis_transform.h"
@@ -19,6 +20,9 @@ struct AxisProperties {
     float high_margin = 0.0F;
 
     bool operator==(const AxisProperties&) const = default;
+    /// A margin that is no number is none.
+    double drawn_low_margin() const { return std::isfinite(low_margin) ? low_margin : 0.0; }
+    double drawn_high_margin() const { return std::isfinite(high_margin) ? high_margin : 0.0; }
     bool on_low_side() const { return position == 0 || position == 2; }
     bool on_high_side() const { return position == 1 || position == 2; }
 };

@@ -12,6 +12,16 @@ namespace {
 
 constexpr double smallest_plot = 2.0 * units_per_screen_pixel;
 
+bool has_surface(double width, double height) {
+    return width >= smallest_plot && width <= largest_surface && height >= smallest_plot &&
+           height <= largest_surface;
+}
+
+/// The plot has no part beyond the surface, whatever margins below 0 a host asks for.
+Interval cut_to_surface(double low_room, double high_room, double size) {
+    return {std::max(low_room, 0.0), size - std::max(high_room, 0.0)};
+}
+
 double widest_number(const ChartProperties& properties, Interval view, double interval,
                      const ChartLayout& layout, const DrawingDevice& measure) {
     const double scale = layout.plot.height() / view.span();
@@ -31,12 +41,13 @@ void lay_out_vertically(ChartLayout& layout, const ChartProperties& properties) 
     const double m = layout.text_height;
     const double label = layout.show_x_label ? 1.5 * layout.title_height : 0.0;
     const double numbers = properties.numbers_outside() ? 0.5 * m + 1.5 * m : 0.0;
-    layout.top = properties.y.high_margin + (layout.show_title ? 1.5 * layout.title_height : 0.0);
-    layout.bottom = properties.y.low_margin;
+    layout.top = properties.y.drawn_high_margin() + (layout.show_title ? 1.5 * layout.title_height : 0.0);
+    layout.bottom = properties.y.drawn_low_margin();
     if (x.on_high_side()) layout.top += label + numbers;
     if (x.on_low_side()) layout.bottom += label + numbers;
-    layout.plot.y_low = layout.bottom;
-    layout.plot.y_high = layout.height - layout.top;
+    const Interval rows = cut_to_surface(layout.bottom, layout.top, layout.height);
+    layout.plot.y_low = rows.low;
+    layout.plot.y_high = rows.high;
 }
 
 void lay_out_horizontally(ChartLayout& layout, const ChartProperties& properties, const AxisRange& range,
@@ -51,10 +62,11 @@ void lay_out_horizontally(ChartLayout& layout, const ChartProperties& properties
                      widest_number(properties, range.full, range.tick_interval, layout, measure));
         side += number + layout.text_height;
     }
-    layout.left = properties.x.low_margin + (y.on_low_side() ? side : 0.0);
-    layout.right = properties.x.high_margin + (y.on_high_side() ? side : 0.0);
-    layout.plot.x_low = layout.left;
-    layout.plot.x_high = layout.width - layout.right;
+    layout.left = properties.x.drawn_low_margin() + (y.on_low_side() ? side : 0.0);
+    layout.right = properties.x.drawn_high_margin() + (y.on_high_side() ? side : 0.0);
+    const Interval columns = cut_to_surface(layout.left, layout.right, layout.width);
+    layout.plot.x_low = columns.low;
+    layout.plot.x_high = columns.high;
 }
 
 }  // namespace
@@ -64,6 +76,7 @@ ChartLayout lay_out(const ChartProperties& properties, const AxisRange& x, const
     ChartLayout layout;
     layout.width = width;
     layout.height = height;
+    if (!has_surface(width, height)) return layout;
     layout.text_height = measure.measure("M", properties.font).height();
     layout.title_height = measure.measure("M", properties.title_font).height();
     layout.show_title = !properties.title.empty();

@@ -23,7 +23,8 @@ struct ChartLayout {
     double title_height = 0.0;  ///< of title and axis labels
     bool show_title = false;
     bool show_x_label = false;
-    bool valid = false;  ///< false when there is no room for a plot of 2 pixels, or no finite scale
+    bool valid = false;  ///< false when there is no room for a plot of 2 pixels, no finite scale, or a
+                         ///< surface longer than `largest_surface`
 
     bool operator==(const ChartLayout&) const = default;
     /// From transformed units to the surface and back.
@@ -39,7 +40,7 @@ struct ChartLayout {
 
 /// Margins, plot and scales. The room of the Y numbers is measured over the ticks of the full range and of
 /// the view, whichever is wider, so that the plot does not move sideways during a pan. When there is no room
-/// the X label is dropped first, then the title.
+/// the X label is dropped first, then the title. The plot is cut at the surface.
 ChartLayout lay_out(const ChartProperties& properties, const AxisRange& x, const AxisRange& y, double width,
                     double height, const DrawingDevice& measure);
 

@@ -14,8 +14,9 @@ char marker_letter(int style) {
 
 MarkerGeometry::MarkerGeometry(int style, double radius, Colour colour, double width) {
     shape_.style = style;
+    radius = std::min(radius, largest_marker);
     shape_.radius = radius;
-    shape_.pen = {colour, std::max(width, 1.0), LineStyle::solid};
+    shape_.pen = {colour, drawn_width(width), LineStyle::solid};
     if (!(radius > 0.0)) return;
     switch (style) {
         case 1:

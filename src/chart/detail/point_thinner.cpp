@@ -12,6 +12,9 @@ namespace anomalis::chart {
 
 namespace {
 
+/// Of more pixels than any screen has no account is kept.
+constexpr std::int64_t most_pixels = std::int64_t{1} << 26;
+
 /// The X values that share a pixel column, low end included.
 struct Column {
     double low;
@@ -67,6 +70,15 @@ BlockExtremes::Stretch walk(const SeriesPoints& points, std::size_t begin, const
     return {i, lowest, highest};
 }
 
+/// A pixel of the window, or one of the border around it. What is no number has a place of its own.
+Point pixel_of(Point p, const Rect& window, double pixel) {
+    const auto number = [&](double at, double low, double high) {
+        if (std::isnan(at)) return -2.0;
+        return std::floor((std::clamp(at, low - pixel, high + pixel) - low) / pixel);
+    };
+    return {number(p.x, window.x_low, window.x_high), number(p.y, window.y_low, window.y_high)};
+}
+
 }  // namespace
 
 std::size_t collect_run(const SeriesPoints& points, std::size_t first, const Projection& project,
@@ -100,6 +112,7 @@ void PixelSet::begin(const Rect& area, double pixel) {
     per_unit_ = 1.0 / pixel;
     columns_ = static_cast<std::int64_t>(std::ceil(area.width() * per_unit_)) + 2;
     rows_ = static_cast<std::int64_t>(std::ceil(area.height() * per_unit_)) + 2;
+    if (columns_ * rows_ > most_pixels) columns_ = rows_ = 0;
     const auto pixels = static_cast<std::size_t>(columns_ * rows_);
     if (taken_.size() != pixels) taken_.assign(pixels, round_);
     clear();
@@ -114,6 +127,28 @@ bool PixelSet::insert(Point p) {
     if (taken == round_) return false;
     taken = round_;
     return true;
+}
+
+std::span<const Point> PathThinner::thin(std::span<const Point> path, const Rect& window, double pixel) {
+    const double columns = window.width() / pixel + 2.0, rows = window.height() / pixel + 2.0;
+    const bool usual = static_cast<double>(path.size()) <= 8.0 * (columns + rows);
+    if (usual || !(columns > 0.0 && rows > 0.0)) return path;
+    kept_.clear();
+    Point before = pixel_of(path.front(), window, pixel);
+    kept_.push_back(path.front());
+    for (std::size_t i = 1; i < path.size(); ++i) {
+        const Point here = pixel_of(path[i], window, pixel);
+        const bool last_here = i + 1 == path.size() || !(pixel_of(path[i + 1], window, pixel) == here);
+        if (!(here == before) || last_here) kept_.push_back(path[i]);
+        before = here;
+    }
+    const double excess = static_cast<double>(kept_.size()) / (columns * rows);
+    if (excess <= 1.0) return kept_;
+    const auto every = static_cast<std::size_t>(std::ceil(excess));
+    std::size_t count = 0;
+    for (std::size_t i = 0; i < kept_.size(); i += every) kept_[count++] = kept_[i];
+    kept_.resize(count);
+    return kept_;
 }
 
 }  // namespace anomalis::chart

@@ -57,4 +57,16 @@ class PixelSet {
     std::vector<std::uint32_t> taken_;
 };
 
+/// Leaves out of a path what a raster cannot show. Paths of usual length pass as they are.
+class PathThinner {
+  public:
+    /// The path with only the first and last of its points in a row that share a pixel; all that is beyond an
+    /// edge of the window counts as one pixel across that edge, so what is seen stays. Of more points than
+    /// the window has pixels, evenly spread ones are kept. The result lives until the next call.
+    std::span<const Point> thin(std::span<const Point> path, const Rect& window, double pixel);
+
+  private:
+    std::vector<Point> kept_;
+};
+
 }  // namespace anomalis::chart

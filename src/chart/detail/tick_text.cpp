@@ -45,7 +45,7 @@ std::string whole_number_text(double value) {
 }
 
 /// The power `exponent` of 10, written out as far as three zeros go.
-std::string power_of_ten_text(int exponent) {
+std::string power_of_ten_text(double exponent) {
     if (exponent >= 0 && exponent <= 3) return "1" + std::string(static_cast<std::size_t>(exponent), '0');
     if (exponent < 0 && exponent >= -3)
         return "0." + std::string(static_cast<std::size_t>(-exponent - 1), '0') + "1";
@@ -66,7 +66,7 @@ std::string logarithmic_text(double value, const AxisTransform& scale) {
         return format_number(scale.inverse(value), digits_pattern(digits));
     }
     if (std::abs(size - std::round(size)) > whole_tick) return significant_text(scale.inverse(value), 3);
-    const int exponent = static_cast<int>(std::lround(size)) - 1 + scale.cutoff_power();
+    const double exponent = std::round(size) - 1 + scale.cutoff_power();
     if (scale.base() == 10.0) return sign + power_of_ten_text(exponent);
     return sign + "1x" + base_text(scale.base()) + "^" + whole_number_text(exponent);
 }

@@ -10,6 +10,8 @@ namespace anomalis::chart {
 namespace {
 
 constexpr double closest_ticks = 2.0 * units_per_screen_pixel;
+// A plot is no longer than a surface; the last digit may be lost on the way through the scale.
+constexpr double longest_axis = largest_surface * 1.001;
 constexpr double end_tolerance = 0.0001;
 constexpr double far_below = 99999.0;
 // Beyond this count of intervals from 0, neighbouring ticks are no longer different numbers.
@@ -19,7 +21,7 @@ constexpr double most_intervals = 1e15;
 
 std::vector<Tick> make_ticks(Interval view, double interval, double scale, double plot_low) {
     std::vector<Tick> ticks;
-    if (!(interval > 0.0) || !(scale > 0.0) || !std::isfinite(view.span() * scale)) return ticks;
+    if (!(interval > 0.0) || !(scale > 0.0) || !(view.span() * scale <= longest_axis)) return ticks;
     const double every = std::max(1.0, std::ceil(closest_ticks / (interval * scale)));
     const double step = interval * every;
     if (!std::isfinite(step) || std::max(std::abs(view.low), std::abs(view.high)) / step > most_intervals)

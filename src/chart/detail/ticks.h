@@ -13,7 +13,8 @@ struct Tick {
 };
 
 /// The ticks of a view: whole multiples of the interval (so no error is summed), the ends taken with a little
-/// tolerance, at most one every 2 screen pixels. `scale` is surface units a transformed unit.
+/// tolerance, at most one every 2 screen pixels; none along an axis longer than `largest_surface`. `scale` is
+/// surface units a transformed unit.
 std::vector<Tick> make_ticks(Interval view, double interval, double scale, double plot_low);
 
 /// Which labels have room. Only a label that is taken moves the place where the next may start.

@@ -47,7 +47,7 @@ Qt::PenStyle pen_style(LineStyle style) {
 /// The chart font for a target of so many dots an inch: the same shape on all of them, since hinting is off.
 QFont made_font(const Font& font, double dots_per_inch) {
     QFont made(QString::fromStdString(font.name));
-    made.setPointSizeF(std::max(font.size, 1.0) * screen_dots_per_inch / dots_per_inch);
+    made.setPointSizeF(font.drawn_size() * screen_dots_per_inch / dots_per_inch);
     made.setBold(font.bold);
     made.setItalic(font.italic);
     made.setHintingPreference(QFont::PreferNoHinting);
@@ -97,8 +97,7 @@ QColor PainterDevice::painter_colour(Colour colour) const {
 }
 
 QPen PainterDevice::painter_pen(const Pen& pen) const {
-    QPen made(painter_colour(pen.colour), std::max(pen.width, 1.0) * mapping_.pen_factor,
-              pen_style(pen.style));
+    QPen made(painter_colour(pen.colour), drawn_width(pen.width) * mapping_.pen_factor, pen_style(pen.style));
     made.setCapStyle(Qt::FlatCap);
     made.setJoinStyle(Qt::BevelJoin);
     return made;
