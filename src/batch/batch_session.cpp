@@ -18,7 +18,8 @@ BatchSession::BatchSession(std::ostream& the_out, std::ostream& the_err)
 OpenState BatchSession::open(const std::string& path) {
     const MessageScope scope(prompts);
     Workspace& workspace = session.workspace;
-    if (workspace_file::read_model_parameters(0, workspace, path, session.settings, prompts) != 0)
+    if (workspace_file::read_model_parameters(0, workspace, path, session.settings, prompts,
+                                              workspace_file::Damaged::kept) != 0)
         return OpenState::unread;
     if (formulas) workspace.formulas = *formulas;
     const int status = intake::load_locations(workspace, prompts);

@@ -11,7 +11,7 @@ namespace anomalis::batch {
 
 /// How far a workspace came.
 enum class OpenState {
-    unread,     ///< the workspace file could not be read whole
+    unread,     ///< the workspace file could not be read whole; what could be is there to be shown
     no_data,    ///< it was, but there are no stations
     no_length,  ///< there are stations, but nothing can be modelled along them
     ready       ///< stations, responses, filtered rows and misfits are up to date

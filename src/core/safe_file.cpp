@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
+#include <limits>
 #include <optional>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -294,7 +295,9 @@ void append_to_file(const std::string& path, std::string_view text) {
     file.close(path);
 }
 
-std::string read_whole_file(const std::string& path) {
+namespace {
+
+std::string read_regular_file(const std::string& path, std::size_t most) {
     // Without the wait for a writer that a named pipe would make.
     const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK), path);
     struct stat status {};
@@ -304,8 +307,8 @@ std::string read_whole_file(const std::string& path) {
 
     std::string contents;
     std::size_t used = 0;
-    contents.resize(static_cast<std::size_t>(status.st_size) + 1);
-    for (;;) {
+    contents.resize(std::min(static_cast<std::size_t>(status.st_size), most) + 1);
+    while (used < most) {
         const ssize_t got = ::read(file.get(), contents.data() + used, contents.size() - used);
         if (got < 0 && errno == EINTR) continue;
         if (got < 0) throw FileFault(errno, path);
@@ -313,8 +316,18 @@ std::string read_whole_file(const std::string& path) {
         used += static_cast<std::size_t>(got);
         if (used == contents.size()) contents.resize(2 * used);
     }
-    contents.resize(used);
+    contents.resize(std::min(used, most));
     return contents;
+}
+
+}  // namespace
+
+std::string read_whole_file(const std::string& path) {
+    return read_regular_file(path, std::numeric_limits<std::size_t>::max());
+}
+
+std::string read_file_start(const std::string& path, std::size_t bytes) {
+    return read_regular_file(path, bytes);
 }
 
 FolderLock::FolderLock(const std::string& folder, std::chrono::milliseconds patience)

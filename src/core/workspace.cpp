@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "core/prompts.h"
+#include "core/setting_fields.h"
 
 namespace anomalis {
 
@@ -86,6 +87,13 @@ void set_line_inputs(Workspace& workspace, const LineInputs& inputs) {
     workspace.station_spacing = inputs.station_spacing;
     workspace.min_station_spacing = inputs.min_station_spacing;
     workspace.transform = inputs.transform;
+}
+
+void copy_definitions(const Workspace& from, Workspace& to) {
+    set_line_inputs(to, line_inputs(from));
+    to.definition.data_file_date = from.definition.data_file_date;
+    for_each_setting([&](const auto& row) { row.get(to) = row.get(from); });
+    to.display = from.display;
 }
 
 void settle_station_window(LineGeometry& line) {

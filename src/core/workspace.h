@@ -150,6 +150,7 @@ struct Channel {
     float min = 0, max = 0;  ///< of the column
     float base = 0;          ///< unset takes the mean at the load
     float mean = 0;
+    float mean_at_load = 0;              ///< of the readings: what a base that is unset becomes
     std::int32_t float_base = 0;         ///< 1 when the base level follows the data
     float range_min = 0, range_max = 0;  ///< plotted
     float calc_base = 0, calc_mean = 0;  ///< of the calculated curve
@@ -236,7 +237,8 @@ struct Workspace : LineGeometry {
     std::vector<ModelBody> bodies;  ///< 0 to body_capacity; element 0 is never used
 
     bool elevations_ready = false;
-    std::optional<LineInputs> read_as;            ///< of the stations that are there
+    /// Of the stations that are there: as the load found the way of reading, and as it left it.
+    std::optional<LineInputs> read_from, read_as;
     std::optional<SettingInputs> known_settings;  ///< that the derived values were last compared with
     std::uint64_t calculations = 0;               ///< of responses, so far
     std::int32_t raw_row = row_raw;
@@ -276,6 +278,9 @@ void invalidate_filtered_data(int mode, Workspace& workspace);
 LineInputs line_inputs(const Workspace& workspace);
 /// Takes them over; the stations are those of before until somebody looks.
 void set_line_inputs(Workspace& workspace, const LineInputs& inputs);
+
+/// All that a file holds of a workspace but its bodies and its name goes from one to the other.
+void copy_definitions(const Workspace& from, Workspace& to);
 
 /// A station window that the line cannot hold becomes the whole line. Does nothing without stations.
 void settle_station_window(LineGeometry& line);

@@ -11,7 +11,7 @@
 #include "edit/change.h"
 #include "edit/workbench.h"
 #include "forward/shape/reference_point.h"
-#include "intake/profile.h"
+#include "model/refresh_model.h"
 
 namespace anomalis::edit {
 
@@ -142,7 +142,7 @@ bool add_body_from_menu(Workbench& workbench, AddMode mode) {
     Workspace& workspace = workbench.session.workspace;
     if (!line_loaded(workspace)) return false;
     Faults faults;
-    intake::setup_sensor_elevations(workspace, faults);
+    model::refresh_elevations(workspace, faults);
     show_faults(faults, workbench.session.prompts);
     // The ground is the middle station's even where the view shows another part of the line:
     // test `AddBodies, a_new_body_stands_in_the_view_on_the_ground_of_the_middle_station`.

@@ -4,11 +4,11 @@
 
 #include "edit/change.h"
 #include "edit/workbench.h"
-#include "model/stale.h"
+#include "model/settle.h"
 
 namespace anomalis::edit {
 
-/// What of the present state may change without a step.
+/// What of the present state may change without a step: what a load or a calculation settled.
 void History::refresh(const Workbench& workbench, const ModelState& model) {
     current_.model = model;
     current_.base_from_mean = workbench.base_from_mean;
@@ -87,14 +87,17 @@ History::Move History::move(Workbench& workbench, Steps& from, Steps& to) {
     result.difference = compare_states(current_.model, target.model, workbench.view.current_body);
     result.another_file = target.document != current_.document;
     restore_state(workspace, current_.model, target.model);
-    model::drop_line_read_otherwise(workspace);
     workspace.model_file = target.document->file;
     workspace.model_file_date = target.document->date;
     workbench.base_from_mean = target.base_from_mean;
+    const auto unset_bases = unset_base_levels(workspace);
+    model::settle_on_line(workspace);
+    note_base_levels(workbench, unset_bases);
     result.line_wanted = target.line_loaded && !line_loaded(workspace);
 
     to.push_back({std::exchange(current_, std::move(target)), std::move(step.what)});
     gesture_.clear();
+    absorb(workbench);
     return result;
 }
 

@@ -51,13 +51,19 @@ struct SettingsRecord {
 
 namespace {
 
+/// A sphere takes its strike from the line when it is calculated.
+bool agrees(const BodyParameter& row, const ModelBody& body, BodyParam value) {
+    if (row.code == param_strike && body.type == sphere) value.value = body.strike.value;
+    return body.*row.slot == value;
+}
+
 /// The map position follows from the distance.
 bool describes(const BodyRecord& record, const ModelBody& body) {
     const auto table = body_parameters();
     return body_field_values(body) == record.values &&
            std::equal(
                table.begin(), table.end(), record.parameters.begin(),
-               [&](const BodyParameter& row, const BodyParam& value) { return body.*row.slot == value; });
+               [&](const BodyParameter& row, const BodyParam& value) { return agrees(row, body, value); });
 }
 
 BodyRecord record_of(const ModelBody& body) {
@@ -84,6 +90,8 @@ void fill_body(ModelBody& body, const BodyRecord& record) {
     body_field_values(body) = record.values;
     auto parameter = record.parameters.begin();
     for (const BodyParameter& row : body_parameters()) body.*row.slot = *parameter++;
+    // The record may have been made before a calculation found the place: it is to be found again.
+    if (body.east != record.east || body.north != record.north) body.known_inputs.reset();
     body.east = record.east;
     body.north = record.north;
 }
@@ -121,9 +129,10 @@ std::shared_ptr<const std::vector<ModelState::Body>> capture_bodies(const Worksp
 }
 
 void restore_settings(Workspace& w, const SettingsRecord& record) {
+    const bool same_file = w.definition.data_file == record.line.definition.data_file;
     set_line_inputs(w, record.line);
     setting_values(w) = record.values;
-    w.definition.data_file_date = record.data_file_date;
+    if (!same_file) w.definition.data_file_date = record.data_file_date;
 }
 
 /// Bodies that `from` holds too move to their new places; the others take what slots are left.

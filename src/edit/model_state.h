@@ -25,8 +25,8 @@ struct ModelState {
 };
 
 /// The state of a workspace. Whatever equals `before` is shared with it, so states that follow each other
-/// cost only what differs. Base levels that float, and map positions, follow from the rest and make no
-/// difference.
+/// cost only what differs. Base levels that float, map positions and the strikes of spheres follow from the
+/// rest and make no difference.
 ModelState capture_state(const Workspace& workspace, const ModelState& before = {});
 
 /// How two states differ.
@@ -39,8 +39,8 @@ struct StateDifference {
 StateDifference compare_states(const ModelState& from, const ModelState& to, int current_body);
 
 /// Brings a workspace that stands in state `from` to state `to`. Bodies that both hold keep their responses,
-/// unless a setting differs; the others are found out of date at the next calculation. Where the data would
-/// have to be read in another way the stations are dropped.
+/// unless a setting differs; the others are found out of date at the next calculation. What a load would
+/// settle of the settings stands as the state has it.
 void restore_state(Workspace& workspace, const ModelState& from, const ModelState& to);
 
 /// A workspace with no line that holds what a file of this one would hold.

@@ -9,7 +9,7 @@
 #include "core/search.h"
 #include "edit/change.h"
 #include "edit/workbench.h"
-#include "intake/profile.h"
+#include "model/refresh_model.h"
 
 namespace anomalis::edit {
 
@@ -54,7 +54,7 @@ bool tie_susceptibility(Workbench& workbench, ModelBody& body, double step) {
     Workspace& workspace = workbench.session.workspace;
     if (!pipes_are_tied(workspace) || body.type != pipe || workspace.station_count <= 0) return false;
     Faults faults;
-    intake::setup_sensor_elevations(workspace, faults);
+    model::refresh_elevations(workspace, faults);
     show_faults(faults, workbench.session.prompts);
     const double room =
         sensor_at(workspace, static_cast<double>(body.distance.value)) - static_cast<double>(body.top.value);

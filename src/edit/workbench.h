@@ -32,6 +32,11 @@ struct Workbench {
     int list_revision = 0;  ///< grows when number, order or types of the bodies change
 };
 
+/// Which base levels are unset: magnetics, gravity.
+std::array<bool, 2> unset_base_levels(const Workspace& workspace);
+/// After the stations settled base levels: those that were unset and have a value now took the mean.
+void note_base_levels(Workbench& workbench, const std::array<bool, 2>& were_unset);
+
 /// True when a profile is loaded that can be modelled: stations, and a line of some length.
 bool line_loaded(const Workspace& workspace);
 

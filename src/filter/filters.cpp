@@ -117,4 +117,18 @@ void filter_data(Workspace& workspace, int channel, int stage, ChannelTable& dat
     });
 }
 
+void clear_rows_left_out(Workspace& workspace) {
+    const Processing& processing = workspace.processing;
+    // A step below 0 is a fault that leaves the row.
+    const bool gradient = processing.vg_filter_width > 0 && processing.vg_filter_step >= 0;
+    const bool total = gradient && processing.display_total_gradient == 1;
+    std::vector<std::int32_t> left_out;
+    if (!gradient) left_out.push_back(workspace.gradient_row);
+    if (!total) left_out.insert(left_out.end(), {workspace.horizontal_row, workspace.total_gradient_row});
+    for (Channel* channel : {&workspace.mag, &workspace.grav})
+        for (const std::int32_t row : left_out)
+            for (const Stage stage : {stage_observed, stage_calculated})
+                std::ranges::fill(channel->data.row(row, stage), 0.0F);
+}
+
 }  // namespace anomalis::filter

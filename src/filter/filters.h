@@ -68,4 +68,8 @@ void apply_filter(const FilterPass& pass, ChannelTable& data, FilterScratch& scr
 /// gradients. Does nothing without stations or while the chain's mark is set; sets the mark at its end.
 void filter_data(Workspace& workspace, int channel, int stage, ChannelTable& data, Faults& faults);
 
+/// The chain leaves rows that are not chosen as they are. This makes them 0, as a load leaves them: what they
+/// held came from other settings.
+void clear_rows_left_out(Workspace& workspace);
+
 }  // namespace anomalis::filter

@@ -30,7 +30,7 @@ void settle_bodies(Workspace& workspace) {
     for (int number = 1; number <= workspace.body_count; ++number) edit::settle_body(workspace.body(number));
 }
 
-/// What every read leaves behind, also one that failed half way.
+/// What every read leaves behind.
 void forget_line(edit::Workbench& workbench) {
     Session& session = workbench.session;
     settle_bodies(session.workspace);
@@ -54,26 +54,15 @@ void take_settings_of_file(edit::Workbench& workbench) {
         show::usable_places(display.splitter_fraction);
 }
 
-/// Tells which base levels the load took from the mean of the data.
-void note_base_levels(edit::Workbench& workbench, bool mag_was_unset, bool grav_was_unset) {
-    const Workspace& workspace = workbench.session.workspace;
-    if (mag_was_unset) workbench.base_from_mean[channel_mag] = workspace.mag.base != unset;
-    if (grav_was_unset) workbench.base_from_mean[channel_grav] = workspace.grav.base != unset;
-}
-
 /// A read changes the model like an edit does. After a full one it is what the file holds.
-void note_read(edit::Workbench& workbench, ReadMode mode, const std::string& path, bool whole) {
+void note_read(edit::Workbench& workbench, ReadMode mode, const std::string& path) {
     Session& session = workbench.session;
-    const bool changed_before = session.model_changed;
     edit::note_change(workbench, {"read " + file_name(path), "", true});
-    if (!whole) {
-        session.model_changed = changed_before;
-    } else if (mode == ReadMode::everything) {
-        session.model_changed = false;
-        edit::note_saved(workbench);
-        add_to_recent_files(path, recent_files_section, session.settings, workbench.recent_files,
-                            session.prompts);
-    }
+    if (mode != ReadMode::everything) return;
+    session.model_changed = false;
+    edit::note_saved(workbench);
+    add_to_recent_files(path, recent_files_section, session.settings, workbench.recent_files,
+                        session.prompts);
 }
 
 LoadResult load_result(const Workspace& workspace) {
@@ -114,29 +103,30 @@ OpenOutcome open_model_file(edit::Workbench& workbench, ReadMode mode, const std
     const MessageScope scope(session.prompts);
     remove_leftovers(folder_name(whole_path(path)));
     const FileStamp stamp = stamp_file(path);
-    const int status = workspace_file::read_model_parameters(static_cast<int>(mode), session.workspace, path,
-                                                             session.settings, session.prompts);
+    if (workspace_file::read_model_parameters(static_cast<int>(mode), session.workspace, path,
+                                              session.settings, session.prompts) != 0)
+        return OpenOutcome::failed;
     if (mode == ReadMode::everything) take_settings_of_file(workbench);
     forget_line(workbench);
     refresh_data_head(workbench);
-    note_read(workbench, mode, path, status == 0);
-    if (status == 0 && mode == ReadMode::everything) workbench.known_files.note(path, stamp);
-    return status == 0 ? OpenOutcome::opened : OpenOutcome::failed;
+    note_read(workbench, mode, path);
+    if (mode == ReadMode::everything) workbench.known_files.note(path, stamp);
+    return OpenOutcome::opened;
 }
 
 OpenOutcome bring_back_model(edit::Workbench& workbench, const std::string& text,
                              const std::string& model_file) {
     Session& session = workbench.session;
     const MessageScope scope(session.prompts);
-    const int status =
-        workspace_file::read_model_parameters_text(static_cast<int>(ReadMode::everything), session.workspace,
-                                                   text, model_file, session.settings, session.prompts);
+    if (workspace_file::read_model_parameters_text(static_cast<int>(ReadMode::everything), session.workspace,
+                                                   text, model_file, session.settings, session.prompts) != 0)
+        return OpenOutcome::failed;
     take_settings_of_file(workbench);
     forget_line(workbench);
     refresh_data_head(workbench);
     edit::note_change(workbench, {"bringing back the model", "", true});
     edit::note_unsaved(workbench);
-    return status == 0 ? OpenOutcome::opened : OpenOutcome::failed;
+    return OpenOutcome::opened;
 }
 
 OpenOutcome open_recent_file(edit::Workbench& workbench, int index) {
@@ -188,10 +178,9 @@ LoadResult load_line(edit::Workbench& workbench) {
     Workspace& workspace = session.workspace;
     const MessageScope scope(session.prompts);
     const FileStamp stamp = stamp_file(workspace.definition.data_file, StampDepth::times);
-    const bool mag_was_unset = workspace.mag.base == unset;
-    const bool grav_was_unset = workspace.grav.base == unset;
+    const auto unset_bases = edit::unset_base_levels(workspace);
     const int status = intake::load_locations(workspace, session.prompts);
-    if (status >= 0) note_base_levels(workbench, mag_was_unset, grav_was_unset);
+    if (status >= 0) edit::note_base_levels(workbench, unset_bases);
     if (status == 0) model::finish_load(session);
     workbench.known_files.note(workspace.definition.data_file, stamp);
     edit::reset_view(workspace, workbench.view, session.prompts);

@@ -16,7 +16,7 @@ namespace anomalis::flow {
 enum class OpenOutcome {
     cancelled,
     missing,  ///< told; nothing changed
-    failed,   ///< told; what was read until then stays, the stations are gone
+    failed,   ///< told; nothing changed
     opened
 };
 
@@ -31,7 +31,8 @@ OpenOutcome open_model(edit::Workbench& workbench, ReadMode mode);
 OpenOutcome open_model_file(edit::Workbench& workbench, ReadMode mode, const std::string& path);
 
 /// Reads a file of the recent-files list (index 0 is the newest), which then stands on top of it. The folder
-/// of the file becomes the current one. A file that vanished is told and stays in the list.
+/// of the file becomes the current one, also when it cannot be read. A file that vanished is told and stays
+/// in the list.
 OpenOutcome open_recent_file(edit::Workbench& workbench, int index);
 
 /// Takes a whole model from the text of a workspace file that is no longer, or not yet, what `model_file`

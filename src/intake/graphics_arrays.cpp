@@ -48,6 +48,12 @@ void find_last_station(Workspace& w) {
 
 }  // namespace
 
+void find_station_window(Workspace& workspace) {
+    find_first_station(workspace);
+    find_last_station(workspace);
+    settle_station_window(workspace);
+}
+
 int setup_graphics_arrays(Workspace& workspace, Prompts& prompts) {
     return report_failure(prompts, "An error occurred while setting up the graphics arrays: ", [&] {
         workspace.elevations_ready = false;

@@ -31,6 +31,7 @@ const char* missing_quantity(const Workspace& w) {
 bool read_stations(Workspace& w, Prompts& prompts) {
     reset_calculated_data(w, prompts);
     if (check_data_definitions(w, prompts) != 0) return false;
+    w.read_from = line_inputs(w);
     if (read_location_file(pass_count, w, prompts) != 0 || w.station_count == 0) return false;
     if (const char* text = missing_quantity(w)) {
         prompts.message(text);
@@ -53,6 +54,7 @@ int load_locations(Workspace& workspace, Prompts& prompts) {
     setup_graphics_arrays(workspace, prompts);
     settle_station_window(workspace);
     workspace.read_as = line_inputs(workspace);
+    workspace.known_settings.reset();  // nothing of this line was derived with those
     Faults faults;
     setup_sensor_elevations(workspace, faults);
     show_faults(faults, prompts);

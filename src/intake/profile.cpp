@@ -47,15 +47,16 @@ bool merge_stations(Workspace& w) {
     return kept == w.station_count || cut_to_kept_stations(kept, w);
 }
 
-void set_base_level(const ChannelTable& data, float& mean, float& base) {
-    const auto row = data.row(row_raw, stage_observed);
-    mean = to_single(std::accumulate(row.begin(), row.end(), 0.0) / static_cast<double>(row.size()));
-    if (base == unset) base = mean;
+void find_mean(Channel& channel) {
+    const auto row = std::as_const(channel.data).row(row_raw, stage_observed);
+    channel.mean = channel.mean_at_load =
+        to_single(std::accumulate(row.begin(), row.end(), 0.0) / static_cast<double>(row.size()));
 }
 
 void finish_profile(Workspace& w) {
-    if (w.has_mag()) set_base_level(w.mag.data, w.mag.mean, w.mag.base);
-    if (w.has_grav()) set_base_level(w.grav.data, w.grav.mean, w.grav.base);
+    if (w.has_mag()) find_mean(w.mag);
+    if (w.has_grav()) find_mean(w.grav);
+    settle_base_levels(w);
     if (w.station_spacing > 0) resample_profile(w);
 }
 
@@ -68,6 +69,12 @@ void size_station_arrays(bool laid_out, Workspace& w) {
 }
 
 }  // namespace
+
+void settle_base_levels(Workspace& workspace) {
+    if (workspace.has_mag() && workspace.mag.base == unset) workspace.mag.base = workspace.mag.mean_at_load;
+    if (workspace.has_grav() && workspace.grav.base == unset)
+        workspace.grav.base = workspace.grav.mean_at_load;
+}
 
 int setup_profile_coordinates(Workspace& workspace, Prompts& prompts) {
     int status = 0;

@@ -14,6 +14,13 @@ namespace anomalis::intake {
 /// Returns 0, or -1 with a message when the line has no length or an error occurs.
 int setup_profile_coordinates(Workspace& workspace, Prompts& prompts);
 
+/// A base level that is unset becomes the mean that the readings of its channel had at the load.
+void settle_base_levels(Workspace& workspace);
+
+/// Finds the station window by its numbers, else by its distances; one that the line cannot hold becomes the
+/// whole line. The stations must be there.
+void find_station_window(Workspace& workspace);
+
 /// Makes room for the chart series and every body's response, and finds the station window again by its
 /// distances. Returns 0, or -1 with a message.
 int setup_graphics_arrays(Workspace& workspace, Prompts& prompts);

@@ -15,13 +15,17 @@ void finish_load(Session& session) {
     forget_best_model(session.inversion);
 }
 
+void refresh_elevations(Workspace& workspace, Faults& faults) {
+    find_stale(workspace);
+    if (workspace.station_count > 0) intake::setup_sensor_elevations(workspace, faults);
+}
+
 MisfitPair refresh_model(Session& session) {
     Workspace& workspace = session.workspace;
     settle_station_window(workspace);
-    find_stale(workspace);
-    if (workspace.station_count <= 0) return {};
     Faults faults;
-    intake::setup_sensor_elevations(workspace, faults);
+    refresh_elevations(workspace, faults);
+    if (workspace.station_count <= 0) return {};
     forward::calculate_model(workspace, workspace.mag.data, workspace.grav.data, faults);
     set_burial_depths(workspace);
     const auto filter_both = [&](int stage) {

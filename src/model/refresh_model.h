@@ -10,6 +10,9 @@ namespace anomalis::model {
 /// takes that channel's misfit scale; what the inversion remembered of the line before is forgotten.
 void finish_load(Session& session);
 
+/// Brings the elevations of sensor and ground alone up to date.
+void refresh_elevations(Workspace& workspace, Faults& faults);
+
 /// Brings everything that is derived up to date, and only what is not: elevations, responses, burial depths,
 /// the four filter chains. Returns the misfit pair of the inversion channel, zeros without stations. What
 /// failed is shown at the end.

@@ -78,6 +78,12 @@ void mark_rows(Workspace& w, const Stale& stale) {
     if (stale.grav_rows) w.grav.observed_filtered = w.grav.calculated_filtered = false;
 }
 
+/// A base level that floats is the mean that the filters found, unless somebody wrote into it since.
+void mark_floating_rows(Channel& channel) {
+    if (channel.float_base == 1 && channel.base != channel.mean)
+        channel.observed_filtered = channel.calculated_filtered = false;
+}
+
 void mark_responses(ModelBody& body, const Stale& stale) {
     if (stale.mag) body.mag_response_valid = false;
     if (stale.grav) body.grav_response_valid = false;
@@ -101,9 +107,12 @@ void find_stale(Workspace& workspace) {
     drop_line_read_otherwise(workspace);
     const Stale settings = compare_settings(workspace);
     mark_rows(workspace, settings);
+    mark_floating_rows(workspace.mag);
+    mark_floating_rows(workspace.grav);
+    // Also of those that are gone: a step may bring them back where they were.
+    for (ModelBody& body : workspace.bodies) mark_responses(body, settings);
     for (int number = 1; number <= workspace.body_count; ++number) {
         ModelBody& body = workspace.body(number);
-        mark_responses(body, settings);
         mark_responses(body, compare_body(body));
         fit_to_line(workspace, body);
     }

@@ -26,15 +26,22 @@ int write_model_parameters(int mode, const std::string& path, const Workspace& w
 /// The text that it would write.
 std::string model_parameters_text(int mode, const Workspace& workspace);
 
+/// What becomes of a file that cannot be read whole.
+enum class Damaged {
+    refused,  ///< the workspace stays as it was
+    kept      ///< it holds what was read until then, bodies only whole: for showing what a damaged file has
+};
+
 /// Reads a workspace file. Mode 0: everything; below 0: definitions and display block; above 0: the bodies
 /// alone. `settings` holds the body defaults that an old file does not overrule. A data file that stands
 /// neither at its path nor beside the workspace file is asked for. The stations are dropped.
-/// Returns 0, or -1 after a failure, which was shown with its line: what was read until then stays, bodies
-/// only whole. In modes 0 and below a success sets `model_file` and its date.
+/// Returns 0, or -1 after a failure, which was shown with its line; a file of another kind is told as such
+/// and never read to its end. In modes 0 and below a success sets `model_file` and its date.
 int read_model_parameters(int mode, Workspace& workspace, const std::string& path, const Settings& settings,
-                          Prompts& prompts);
+                          Prompts& prompts, Damaged damaged = Damaged::refused);
 /// The same from a text in memory; `path` is the file that it stands for.
 int read_model_parameters_text(int mode, Workspace& workspace, std::string_view text, const std::string& path,
-                               const Settings& settings, Prompts& prompts);
+                               const Settings& settings, Prompts& prompts,
+                               Damaged damaged = Damaged::refused);
 
 }  // namespace anomalis::workspace_file

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 #include "core/failure.h"
 #include "core/paths.h"
@@ -9,6 +10,7 @@
 #include "workspace_file/axm.h"
 #include "workspace_file/axm_body.h"
 #include "workspace_file/axm_extensions.h"
+#include "workspace_file/axm_shape.h"
 #include "workspace_file/axm_text.h"
 
 namespace anomalis::workspace_file {
@@ -205,16 +207,42 @@ void read_lines(int mode, AxmLines& lines, const std::string& path, Workspace& w
     read_extensions(lines, workspace, prompts);
 }
 
-void read_text(int mode, Workspace& workspace, std::string_view text, const std::string& path,
-               const Settings& settings, Prompts& prompts) {
+/// What short lines leave as it was, and room for as many bodies.
+Workspace definitions_of(const Workspace& workspace) {
+    Workspace read;
+    copy_definitions(workspace, read);
+    read.body_capacity = workspace.body_capacity;
+    read.bodies.resize(static_cast<std::size_t>(read.body_capacity) + 1);
+    return read;
+}
+
+void take_over(int mode, Workspace&& read, Workspace& workspace) {
     drop_stations(workspace);
+    if (mode <= 0) copy_definitions(read, workspace);
+    workspace.bodies = std::move(read.bodies);
+    workspace.body_capacity = read.body_capacity;
+    workspace.body_count = read.body_count;
+}
+
+void require_workspace_shape(std::string_view text, const std::string& path) {
+    if (!has_workspace_shape(text))
+        throw Fault("Not a workspace file (" + path + "). Choose one that was saved by this program (.axm)");
+}
+
+/// The present model is not touched before the file is known to be whole.
+void read_text(int mode, Workspace& workspace, std::string_view text, const std::string& path,
+               const Settings& settings, Prompts& prompts, Damaged damaged) {
+    require_workspace_shape(text, path);
+    Workspace read = definitions_of(workspace);
     AxmLines lines(text);
     try {
-        read_lines(mode, lines, path, workspace, settings, prompts);
+        read_lines(mode, lines, path, read, settings, prompts);
     } catch (const Fault& fault) {
+        if (damaged == Damaged::kept) take_over(mode, std::move(read), workspace);
         throw Fault(std::string(fault.what()) + " (" + path + ", line " + std::to_string(lines.number()) +
                     ")");
     }
+    take_over(mode, std::move(read), workspace);
     if (mode > 0) return;
     workspace.model_file = path;
     workspace.model_file_date = file_date(path);
@@ -225,16 +253,17 @@ constexpr std::string_view failure_prefix = "An error occurred while reading the
 }  // namespace
 
 int read_model_parameters(int mode, Workspace& workspace, const std::string& path, const Settings& settings,
-                          Prompts& prompts) {
+                          Prompts& prompts, Damaged damaged) {
     return report_failure(prompts, failure_prefix, [&] {
-        read_text(mode, workspace, read_whole_file(path), path, settings, prompts);
+        require_workspace_shape(read_file_start(path, shape_bytes), path);
+        read_text(mode, workspace, read_whole_file(path), path, settings, prompts, damaged);
     });
 }
 
 int read_model_parameters_text(int mode, Workspace& workspace, std::string_view text, const std::string& path,
-                               const Settings& settings, Prompts& prompts) {
+                               const Settings& settings, Prompts& prompts, Damaged damaged) {
     return report_failure(prompts, failure_prefix,
-                          [&] { read_text(mode, workspace, text, path, settings, prompts); });
+                          [&] { read_text(mode, workspace, text, path, settings, prompts, damaged); });
 }
 
 }  // namespace anomalis::workspace_file

@@ -272,16 +272,19 @@ TEST(History, brings_back_the_unsaved_model_that_another_file_was_read_over) {
     EXPECT_FALSE(sample.workbench.unsaved);
 }
 
-TEST(History, brings_the_old_model_back_after_a_file_that_cannot_be_read) {
+TEST(History, a_file_that_cannot_be_read_is_no_step) {
     HistorySample sample;
+    sample.set_dip(1, 10);
+    sample.set_dip(2, 20);
+    undo_change(sample.workbench);
     const std::string before = sample.text();
     const std::string broken = sample.folder.write("broken.axm", before.substr(0, before.size() / 2));
-    ASSERT_EQ(flow::open_model_file(sample.workbench, flow::ReadMode::everything, broken),
-              flow::OpenOutcome::failed);
-    EXPECT_TRUE(sample.workbench.unsaved);
-    undo_change(sample.workbench);
-    EXPECT_EQ(sample.text(), before);
-    EXPECT_FALSE(sample.workbench.unsaved);
+    for (const auto mode : {flow::ReadMode::everything, flow::ReadMode::bodies_alone}) {
+        ASSERT_EQ(flow::open_model_file(sample.workbench, mode, broken), flow::OpenOutcome::failed);
+        EXPECT_EQ(sample.text(), before);
+        EXPECT_EQ(sample.workbench.history.undo_name(), "dip of body 1");
+        EXPECT_EQ(sample.workbench.history.redo_name(), "dip of body 2");
+    }
 }
 
 TEST(History, knows_the_saved_state_again) {

@@ -4,7 +4,9 @@
 #include <gtest/gtest.h>
 
 #include "core/paths.h"
+#include "edit/change.h"
 #include "edit/line_sample.h"
+#include "model/refresh_model.h"
 #include "workspace_file/axm.h"
 
 namespace anomalis::flow {
@@ -19,6 +21,60 @@ struct Flow : edit::LineSample {
     }
     std::string model_path;
 };
+
+/// What must be as before where nothing was opened.
+struct Remembered {
+    std::string model, name, undo, redo;
+    Date date = 0, data_date = 0;
+    std::size_t steps = 0;
+    bool changed = false, unsaved = false;
+    int stations = 0, current_body = 0, list_revision = 0;
+    float zoom = 0;
+    std::array<bool, 2> base_from_mean{};
+    ChannelTable mag, grav;
+    std::vector<std::string> head, recent_files;
+    std::string folder;
+    bool operator==(const Remembered&) const = default;
+};
+
+Remembered remember(Flow& flow) {
+    const Workspace& w = flow.workspace();
+    const edit::Workbench& b = flow.workbench;
+    return {workspace_file::model_parameters_text(0, w),
+            w.model_file,
+            b.history.undo_name(),
+            b.history.redo_name(),
+            w.model_file_date,
+            w.definition.data_file_date,
+            b.history.steps(),
+            flow.session.model_changed,
+            b.unsaved,
+            w.station_count,
+            b.view.current_body,
+            b.list_revision,
+            b.view.zoom_factor,
+            b.base_from_mean,
+            w.mag.data,
+            w.grav.data,
+            b.head.lines,
+            b.recent_files,
+            current_folder()};
+}
+
+/// Cut within the definitions and within the bodies, and of other kinds.
+std::vector<std::string> files_without_whole_bodies(const TempFolder& folder, const std::string& whole) {
+    return {folder.write("cut1.axm", whole.substr(0, 120)), folder.write("cut2.axm", whole.substr(0, 300)),
+            folder.write("readme.axm", "words and nothing else\n"),
+            folder.write("picture.axm", "\x89PNG\r\n\x1a\n\1\1\1\rIHDR"), folder.write("empty.axm", "")};
+}
+
+/// Cut within the display block, and out of range.
+std::vector<std::string> files_with_whole_bodies(const TempFolder& folder, const std::string& whole) {
+    std::string overflow = whole;
+    overflow.replace(overflow.find("56000"), 5, "1e999");
+    return {folder.write("cut3.axm", whole.substr(0, whole.find("[AXM") + 30)),
+            folder.write("overflow.axm", overflow)};
+}
 
 }  // namespace
 
@@ -48,14 +104,59 @@ TEST(OpenFlow, a_missing_file_changes_nothing) {
     EXPECT_EQ(flow.workspace().station_count, edit::LineSample::stations);
 }
 
-TEST(OpenFlow, after_a_read_that_failed_the_line_is_gone_too) {
+TEST(OpenFlow, a_read_that_fails_leaves_everything_as_it_was) {
+    Flow flow;
+    open_model_file(flow.workbench, ReadMode::everything, flow.model_path);
+    flow.load();
+    flow.add_body(900, 30);
+    edit::note_change(flow.workbench, {"add body", "", true});
+    flow.workspace().sensor_offset = 33;
+    edit::note_change(flow.workbench, {"elevation", "", false});
+    edit::undo_change(flow.workbench);
+    flow.workbench.view.current_body = 2;
+    flow.workbench.view.zoom_factor = 4;
+    model::refresh_model(flow.session);
+    const Remembered before = remember(flow);
+    const std::string whole = flow.folder.read("line.axm");
+    const auto expect_nothing_opened = [&](ReadMode mode, const std::vector<std::string>& paths) {
+        for (const std::string& path : paths) {
+            SCOPED_TRACE(path);
+            flow.prompts.messages.clear();
+            EXPECT_EQ(open_model_file(flow.workbench, mode, path), OpenOutcome::failed);
+            EXPECT_EQ(flow.prompts.messages.size(), 1U);
+            EXPECT_TRUE(remember(flow) == before);
+        }
+    };
+    expect_nothing_opened(ReadMode::bodies_alone, files_without_whole_bodies(flow.folder, whole));
+    expect_nothing_opened(ReadMode::everything, files_without_whole_bodies(flow.folder, whole));
+    expect_nothing_opened(ReadMode::everything, files_with_whole_bodies(flow.folder, whole));
+}
+
+TEST(OpenFlow, a_model_that_cannot_be_brought_back_leaves_everything_as_it_was) {
     Flow flow;
     flow.load();
-    const std::string cut = flow.folder.write("cut.axm", flow.folder.read("line.axm").substr(0, 300));
-    EXPECT_EQ(open_model_file(flow.workbench, ReadMode::everything, cut), OpenOutcome::failed);
-    EXPECT_EQ(flow.prompts.messages.size(), 1U);
-    EXPECT_EQ(flow.workspace().station_count, 0);
-    EXPECT_FALSE(edit::line_loaded(flow.workspace()));
+    const Remembered before = remember(flow);
+    const std::string cut = flow.folder.read("line.axm").substr(0, 300);
+    EXPECT_EQ(bring_back_model(flow.workbench, cut, "other.axm"), OpenOutcome::failed);
+    EXPECT_TRUE(remember(flow) == before);
+}
+
+TEST(OpenFlow, a_file_of_another_kind_is_told_as_such_before_anything_is_asked) {
+    Flow flow;
+    const TempFolder folder;
+    for (const std::string& path :
+         {folder.write("readme.axm", "# A program\n\nIt explains anomalies.\n\nSee the guide.\n"),
+          folder.write("empty.axm", ""), flow.data_path, std::string("/bin/ls")}) {
+        SCOPED_TRACE(path);
+        flow.prompts.messages.clear();
+        EXPECT_EQ(open_model_file(flow.workbench, ReadMode::everything, path), OpenOutcome::failed);
+        EXPECT_EQ(flow.prompts.messages,
+                  std::vector<std::string>{
+                      "An error occurred while reading the location file : Not a workspace file (" + path +
+                      "). Choose one that was saved by this program (.axm)"});
+        EXPECT_TRUE(flow.prompts.open_requests.empty());
+        EXPECT_TRUE(flow.prompts.questions.empty());
+    }
 }
 
 TEST(OpenFlow, bodies_alone_keep_the_name_of_the_model) {

@@ -16,12 +16,16 @@ std::vector<std::string> first_lines(const std::vector<std::string>& lines, std:
     return {lines.begin(), lines.begin() + static_cast<std::ptrdiff_t>(count)};
 }
 
-TEST(AxmDamage, a_file_cut_after_any_line_fails_with_the_line_and_keeps_whole_bodies) {
+/// Files that end within the first two lines have nothing that tells what they are.
+constexpr std::size_t telling_lines = 2;
+
+TEST(AxmDamage, a_file_cut_after_any_line_fails_with_the_line_and_keeps_whole_bodies_where_that_is_wanted) {
     const std::vector<std::string> lines = whole_file(3);
     const std::size_t lines_of_a_body = body_lines().size();
-    for (std::size_t count = 0; count < lines.size(); ++count) {
+    for (std::size_t count = telling_lines; count < lines.size(); ++count) {
         SCOPED_TRACE(count);
         Reading r;
+        r.damaged = Damaged::kept;
         const int status = r.read_lines(first_lines(lines, count));
         const std::size_t behind_heading = count > 12 ? count - 12 : 0;
         const std::size_t whole = std::min<std::size_t>(behind_heading / lines_of_a_body, 3);
@@ -42,6 +46,30 @@ TEST(AxmDamage, a_file_cut_after_any_line_fails_with_the_line_and_keeps_whole_bo
     }
 }
 
+TEST(AxmDamage, a_file_cut_after_any_line_leaves_the_workspace_as_it_was) {
+    const std::vector<std::string> lines = whole_file(3);
+    const std::size_t lines_of_a_body = body_lines().size();
+    Reading r;
+    ASSERT_EQ(r.read_text(joined(whole_file(2))), 0);
+    r.workspace.station_count = 5;
+    r.workspace.field.intensity = 4711;
+    const std::string before = model_parameters_text(0, r.workspace);
+    for (std::size_t count = 0; count < lines.size(); ++count)
+        for (const int mode : {-1, 0, 3}) {
+            const bool ends_between_parts = count == 11 || count == 12 + 3 * lines_of_a_body;
+            // Without the bodies the display block is looked for to the end of the file.
+            const bool without_block = mode < 0 && count > 11 && count < 13 + 3 * lines_of_a_body;
+            const bool bodies_there = mode > 0 && count > 12 + 3 * lines_of_a_body;
+            if (ends_between_parts || without_block || bodies_there) continue;
+            SCOPED_TRACE(count);
+            const std::string path = r.folder.write("cut.axm", joined(first_lines(lines, count)));
+            EXPECT_EQ(r.read(path, mode), -1) << mode;
+            EXPECT_EQ(model_parameters_text(0, r.workspace), before) << mode;
+            EXPECT_EQ(r.workspace.model_file, r.folder.path("model.axm"));
+            EXPECT_EQ(r.workspace.station_count, 5);
+        }
+}
+
 TEST(AxmDamage, a_file_cut_at_any_byte_neither_crashes_nor_hangs) {
     const std::string text = joined(whole_file(2));
     for (std::size_t length = 0; length < text.size(); length += 7) {
@@ -55,6 +83,7 @@ TEST(AxmDamage, a_file_cut_at_any_byte_neither_crashes_nor_hangs) {
 
 TEST(AxmDamage, an_absurd_count_takes_no_more_memory_than_the_file_has_bodies) {
     Reading r;
+    r.damaged = Damaged::kept;
     std::vector<std::string> lines = whole_file(2);
     lines[11] = " 2147483647  7  500  0  0 ";
     EXPECT_EQ(r.read_lines(first_lines(lines, lines.size() - 4)), -1);
@@ -142,16 +171,18 @@ TEST(AxmDamage, what_is_no_file_is_told_and_leaves_the_model_alone) {
     }
 }
 
-TEST(AxmDamage, binary_content_gives_a_message_or_an_empty_model) {
+TEST(AxmDamage, binary_content_is_no_workspace) {
     Reading r;
     std::string bytes;
     for (int i = 0; i < 4096; ++i) bytes += static_cast<char>((i * 7919) >> 3);
-    EXPECT_EQ(r.read_text(bytes) == 0, r.prompts.messages.empty() || !r.prompts.told(prefix));
+    EXPECT_EQ(r.read_text(bytes), -1);
+    EXPECT_TRUE(r.prompts.told(std::string(prefix) + "Not a workspace file"));
     EXPECT_EQ(r.workspace.body_count, 0);
 }
 
-TEST(AxmDamage, the_model_stays_usable_after_a_failure) {
+TEST(AxmDamage, what_was_kept_of_a_damaged_file_can_be_worked_with) {
     Reading r;
+    r.damaged = Damaged::kept;
     const std::vector<std::string> lines = whole_file(3);
     ASSERT_EQ(r.read_lines(first_lines(lines, 25)), -1);
     EXPECT_EQ(r.workspace.body_count, 1);

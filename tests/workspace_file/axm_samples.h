@@ -68,7 +68,7 @@ struct Reading {
     Reading() { initialise_workspace(workspace, prompts); }
 
     int read(const std::string& path, int mode = 0) {
-        return read_model_parameters(mode, workspace, path, settings, prompts);
+        return read_model_parameters(mode, workspace, path, settings, prompts, damaged);
     }
     int read_text(const std::string& text, int mode = 0) {
         folder.write("survey.dat", "");
@@ -82,6 +82,7 @@ struct Reading {
     Settings settings;
     TempFolder folder;
     Workspace workspace;
+    Damaged damaged = Damaged::refused;
 };
 
 }  // namespace anomalis::workspace_file

@@ -81,17 +81,15 @@ void OpenController::load_and_show() {
     if (edit::line_loaded(workbench_.session.workspace)) pages_.show_model();
 }
 
-/// After a read that failed half way the boxes show what the workspace now holds.
 void OpenController::show_opened(flow::OpenOutcome outcome, flow::ReadMode mode) {
-    if (outcome == flow::OpenOutcome::cancelled || outcome == flow::OpenOutcome::missing) return;
+    if (outcome != flow::OpenOutcome::opened) return;
     WhatChanged what = News::bodies | News::file | News::recent_files;
     if (mode == flow::ReadMode::everything) what |= News::boxes;
     pages_.show_definitions();
     begin_anew(workbench_, news_, what);
     line_.line_dropped(News::definition);
-    if (outcome == flow::OpenOutcome::opened)
-        status_.show_text(tr("%n bodies read; load the data to see them", nullptr,
-                             workbench_.session.workspace.body_count));
+    status_.show_text(
+        tr("%n bodies read; load the data to see them", nullptr, workbench_.session.workspace.body_count));
 }
 
 void OpenController::follow(WhatChanged what) {
