@@ -295,9 +295,7 @@ void append_to_file(const std::string& path, std::string_view text) {
     file.close(path);
 }
 
-namespace {
-
-std::string read_regular_file(const std::string& path, std::size_t most) {
+std::string read_file_start(const std::string& path, std::size_t most) {
     // Without the wait for a writer that a named pipe would make.
     const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK), path);
     struct stat status {};
@@ -320,14 +318,8 @@ std::string read_regular_file(const std::string& path, std::size_t most) {
     return contents;
 }
 
-}  // namespace
-
 std::string read_whole_file(const std::string& path) {
-    return read_regular_file(path, std::numeric_limits<std::size_t>::max());
-}
-
-std::string read_file_start(const std::string& path, std::size_t bytes) {
-    return read_regular_file(path, bytes);
+    return read_file_start(path, std::numeric_limits<std::size_t>::max());
 }
 
 FolderLock::FolderLock(const std::string& folder, std::chrono::milliseconds patience)

@@ -55,8 +55,8 @@ void append_to_file(const std::string& path, std::string_view text);
 
 /// The whole file. Raises FileFault (missing, unreadable, a folder, a device).
 std::string read_whole_file(const std::string& path);
-/// Its first `bytes` bytes, or all there are.
-std::string read_file_start(const std::string& path, std::size_t bytes);
+/// Its first `most` bytes, or all there are.
+std::string read_file_start(const std::string& path, std::size_t most);
 
 /// An exclusive claim on a folder, respected by every process of this program and dropped at the end of the
 /// scope, or of the process however it ends: for reading a file, changing it and writing it back as one step.

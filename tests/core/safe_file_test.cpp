@@ -247,6 +247,8 @@ TEST(ReadWholeFile, gives_every_byte) {
     EXPECT_EQ(read_whole_file(folder.write("binary", contents)), contents);
     EXPECT_EQ(read_whole_file(folder.write("empty", "")), "");
     EXPECT_FALSE(read_whole_file("/proc/self/status").empty()) << "the system tells no size for this file";
+    EXPECT_EQ(read_file_start(folder.path("binary"), 7), contents.substr(0, 7));
+    EXPECT_EQ(read_file_start(folder.path("binary"), contents.size() + 7), contents);
 }
 
 TEST(ReadWholeFile, names_the_reason_when_it_cannot) {

@@ -309,5 +309,33 @@ TEST(ChannelTable, a_row_is_contiguous_over_the_stations) {
     EXPECT_THROW(table(5, row_raw, stage_observed), Fault);
 }
 
+TEST(CopyDefinitions, takes_all_that_a_file_holds_but_bodies_and_name) {
+    Workspace from, to;
+    from.model_file = "from.axm";
+    from.definition.data_file = "line.dat";
+    from.definition.data_file_date = 3;
+    from.definition.grav_column = 9;
+    from.station_spacing = 2;
+    from.transform.rotation = 30;
+    from.field.intensity = 1;
+    from.mag.base = 4;
+    from.last_distance = 5;
+    from.display.splitter_fraction[2] = 6;
+    from.formulas = Formulas::exact;
+    from.body_count = 7;
+    from.station_count = 8;
+    copy_definitions(from, to);
+    EXPECT_EQ(to.definition, from.definition);
+    EXPECT_EQ(line_inputs(to), line_inputs(from));
+    EXPECT_EQ(to.field, from.field);
+    EXPECT_EQ(to.mag.base, 4);
+    EXPECT_EQ(to.last_distance, 5);
+    EXPECT_EQ(to.display, from.display);
+    EXPECT_EQ(to.formulas, Formulas::exact);
+    EXPECT_EQ(to.model_file, "");
+    EXPECT_EQ(to.body_count, 0);
+    EXPECT_EQ(to.station_count, 0);
+}
+
 }  // namespace
 }  // namespace anomalis

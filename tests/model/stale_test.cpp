@@ -212,6 +212,30 @@ TEST(FindStale, one_body_that_changes_is_calculated_alone) {
     EXPECT_EQ(model.workspace().calculations, calculations + 3);
 }
 
+TEST(FindStale, a_floating_base_that_was_written_into_is_found_again) {
+    Model model;
+    Workspace& w = model.workspace();
+    w.mag.float_base = w.grav.float_base = 1;
+    refreshed(model.session);
+    w.mag.base += 10;
+    expect_as_from_nothing(model.session, "a floating base");
+    w.mag.base += 10;
+    refreshed(model.session);
+    w.mag.base += 10;
+    expect_as_from_nothing(model.session, "the same value again");
+}
+
+TEST(FindStale, a_setting_that_changes_makes_bodies_stale_that_may_come_back) {
+    Model model;
+    Workspace& w = model.workspace();
+    w.body_count = 2;
+    w.field.intensity += 1000;
+    refreshed(model.session);
+    EXPECT_FALSE(w.body(3).mag_response_valid);
+    w.body_count = 3;
+    expect_as_from_nothing(model.session, "a body that came back");
+}
+
 TEST(FindStale, stations_that_would_be_read_in_another_way_are_dropped) {
     Model model;
     Workspace& w = model.workspace();
