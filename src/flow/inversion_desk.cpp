@@ -64,6 +64,7 @@ void InversionDesk::command_restore_best() {
         // One step back from a restore is always on disk. A failure is told; the step back goes on, since the
         // history has the model too.
         workspace_file::write_model_parameters(0, recovery_file, session.workspace, session.prompts);
+        workbench_.known_files.note(recovery_file, stamp_file(recovery_file));
         apply_values(inversion.best_params);
         change_model("restoring the best model");
     }

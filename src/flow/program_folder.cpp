@@ -14,6 +14,7 @@
 #include "core/failure.h"
 #include "core/leftovers.h"
 #include "core/paths.h"
+#include "core/private_folder.h"
 #include "core/process_mark.h"
 #include "core/safe_file.h"
 
@@ -38,29 +39,6 @@ std::string contents_or_nothing(const std::string& path) {
     } catch (const FileFault&) {
         return "";
     }
-}
-
-/// Others may have made it wider, or the mask narrower. Where there are no permissions nothing can be done.
-void keep_private(const std::string& path, mode_t rights = S_IRWXU) {
-    [[maybe_unused]] const int unsupported = ::chmod(path.c_str(), rights);
-}
-
-/// False when there is one already.
-bool make_private_folder(const std::string& folder) {
-    if (::mkdir(folder.c_str(), S_IRWXU) == 0) {
-        keep_private(folder);
-        return true;
-    }
-    if (errno != EEXIST) throw FileFault(errno, folder);
-    return false;
-}
-
-/// With those above it.
-void make_private_folders(const std::string& folder) {
-    const std::string above = fs::path(folder).parent_path().string();
-    if (!above.empty() && !folder_exists(above)) make_private_folders(above);
-    make_private_folder(folder);
-    if (!folder_exists(folder)) throw FileFault(ENOTDIR, folder);
 }
 
 std::unique_ptr<FolderLock> try_lock(const std::string& folder) {
@@ -163,8 +141,8 @@ std::string recovery_root() {
 }
 
 ProgramFolder::ProgramFolder(const std::string& root) : root_(root) {
-    make_private_folders(root);
-    keep_private(root);
+    make_private_folder(root);
+    set_private(root, S_IRWXU);  // others may have made it wider
     for (int number = 1; folder_.empty(); ++number) {
         const std::string folder = root + "/" + std::to_string(::getpid()) + "-" + std::to_string(number);
         if (make_private_folder(folder) && claim(folder)) folder_ = folder;
@@ -242,8 +220,8 @@ std::vector<LeftFolder> find_left_folders(const std::string& root) {
         if (!lock || !is_left(folder, *lock)) continue;
         LeftFolder left(folder, std::move(lock));
         if (is_plain_file(left.model_file())) {
-            keep_private(folder);
-            keep_private(left.model_file(), S_IRUSR | S_IWUSR);
+            set_private(folder, S_IRWXU);
+            set_private(left.model_file(), S_IRUSR | S_IWUSR);
             found.push_back(std::move(left));
         } else if (marked) {
             left.remove();

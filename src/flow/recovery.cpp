@@ -123,16 +123,18 @@ RecoveryKeeper::RecoveryKeeper(std::string root) : root_(std::move(root)) {
 
 RecoveryKeeper::~RecoveryKeeper() = default;
 
-void RecoveryKeeper::keep(const edit::Workbench& workbench) {
-    if (!folder_) return;
+bool RecoveryKeeper::keep(const edit::Workbench& workbench) {
+    if (!folder_) return false;
     try {
         write_file_safely(file(), recovery_text(workbench), FileRights::owner_only);
         kept_ = edit::capture_state(workbench.session.workspace, kept_);
         file_stands_ = true;
         told_ = false;
+        return true;
     } catch (const std::exception& failure) {
         if (!told_) problem_ = failure.what();
         told_ = true;
+        return false;
     }
 }
 
@@ -163,8 +165,8 @@ bool offer_recovery(edit::Workbench& workbench, RecoveryKeeper& keeper) {
         switch (ask_about(workbench.session.prompts, *kept)) {
             case Answer::bring_back:
                 if (bring_back(workbench, *kept) != OpenOutcome::opened) break;
-                keeper.keep(workbench);
-                left.remove();
+                // Where it cannot be kept anew, what was left stays.
+                if (keeper.keep(workbench)) left.remove();
                 return true;
             case Answer::discard:
                 discard(workbench.session.prompts, left);

@@ -24,8 +24,8 @@ class RecoveryKeeper {
     RecoveryKeeper(const RecoveryKeeper&) = delete;
     RecoveryKeeper& operator=(const RecoveryKeeper&) = delete;
 
-    /// Writes the model as it stands now. Neither workspace nor session change.
-    void keep(const edit::Workbench& workbench);
+    /// Writes the model as it stands now. Neither workspace nor session change. False when it could not.
+    bool keep(const edit::Workbench& workbench);
     /// Once a minute: writes an unsaved model that changed since the last time, removes what a save made
     /// needless.
     void tick(const edit::Workbench& workbench);

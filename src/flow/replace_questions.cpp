@@ -6,6 +6,7 @@
 
 #include "core/failure.h"
 #include "core/paths.h"
+#include "core/private_folder.h"
 #include "core/safe_file.h"
 #include "core/told_write.h"
 #include "edit/workbench.h"
@@ -24,13 +25,14 @@ ReplaceAnswer ask(Prompts& prompts, const std::string& question, const std::stri
 /// Not below the folder for temporary files, which a power cut empties, if there is another.
 fs::path folder_for_old_contents() {
     const std::string state = user_state_folder();
-    std::error_code error;
-    if (!state.empty()) {
-        const fs::path folder = state + "anomalis/before-writing";
-        fs::create_directories(folder, error);
-        if (!error) return folder;
+    if (state.empty()) return fs::temp_directory_path();
+    try {
+        const std::string folder = state + "anomalis/before-writing";
+        make_private_folder(folder);
+        return folder;
+    } catch (const FileFault&) {
+        return fs::temp_directory_path();
     }
-    return fs::temp_directory_path();
 }
 
 std::string place_of_old_contents(const std::string& path) {

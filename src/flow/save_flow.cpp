@@ -115,9 +115,17 @@ class Save {
             writer_(file, text);
         } catch (const NoSafeReplacement&) {
             return false;
+        } catch (const FileFault&) {
+            // A folder that cannot be flushed is told, but the new file may stand.
+            if (fate_of(stamp_written(file, text), file) == FileFate::same) note_written(file, text);
+            throw;
         }
-        workbench_.known_files.note(file, stamp_written(file, text));
+        note_written(file, text);
         return true;
+    }
+
+    void note_written(const std::string& file, std::string_view text) {
+        workbench_.known_files.note(file, stamp_written(file, text));
     }
 
     /// The workspace file stands, whatever becomes of the files beside it.

@@ -12,6 +12,23 @@
 #include "support/failing_calls.h"
 #include "support/temp_folder.h"
 
+extern "C" {
+
+// The linker leads every call of `fsync` in this program here, so that a folder alone can fail.
+int __real_fsync(int descriptor);  // NOLINT: the linker's name
+int __wrap_fsync(int descriptor);  // NOLINT
+
+static int error_of_folders = 0;
+
+int __wrap_fsync(int descriptor) {
+    struct stat status {};
+    if (error_of_folders == 0 || ::fstat(descriptor, &status) != 0 || !S_ISDIR(status.st_mode))
+        return __real_fsync(descriptor);
+    errno = error_of_folders;
+    return -1;
+}
+}
+
 namespace anomalis {
 namespace {
 
@@ -64,6 +81,21 @@ TEST(WriteFileSafely, a_broken_or_full_disk_is_never_taken_for_a_missing_ability
             EXPECT_EQ(folder.entries(), 1);
         }
     }
+}
+
+TEST(WriteFileSafely, a_folder_that_fails_to_reach_the_disk_is_told_and_one_that_cannot_be_flushed_is_not) {
+    const TempFolder folder;
+    const std::string path = folder.write("model.axm", "old");
+    error_of_folders = EINVAL;
+    EXPECT_EQ(failure_of_write(path), "");
+    for (const int error : {EIO, ENOSPC}) {
+        folder.write("model.axm", "old");
+        error_of_folders = error;
+        EXPECT_EQ(failure_of_write(path), std::string(std::strerror(error)) + " (" + path + ")");
+        EXPECT_EQ(folder.read("model.axm"), "new") << "whole, but a power cut may bring the old one back";
+        EXPECT_EQ(folder.entries(), 1);
+    }
+    error_of_folders = 0;
 }
 
 /// True when the write is refused as one that cannot be done safely, and says so.

@@ -14,6 +14,7 @@
 #include "edit/line_sample.h"
 #include "flow/open_flow.h"
 #include "flow/save_flow.h"
+#include "support/child_process.h"
 #include "workspace_file/axm.h"
 
 namespace anomalis::flow {
@@ -163,6 +164,21 @@ TEST(Recovery, closing_the_question_keeps_the_copy_for_the_next_start) {
     RecoverySample::Start start(sample.root(), "Bring back");
     EXPECT_TRUE(start.brought_back);
     EXPECT_EQ(start.dip(), 33);
+}
+
+TEST(Recovery, a_copy_stays_until_it_is_kept_anew) {
+    RecoverySample sample;
+    kill_hard(start_victim(sample, 33));
+    EXPECT_EQ(run_in_child([&] {
+                  RecoveryKeeper keeper(sample.root());
+                  edit::LineSample start;
+                  edit::start_history(start.workbench);
+                  start.prompts.chosen = {"Bring back"};
+                  limit_file_size(100);
+                  return offer_recovery(start.workbench, keeper) ? 0 : 1;
+              }),
+              0);
+    EXPECT_TRUE(RecoverySample::Start(sample.root(), "Bring back").brought_back);
 }
 
 TEST(Recovery, removes_what_is_not_wanted) {
