@@ -132,8 +132,9 @@ TEST(WriteFileSafely, says_when_a_file_could_be_written_but_not_replaced) {
             run_in_child([&] { return fail_new_files(error) && refused_as_unsafe(path, error) ? 0 : 1; }), 0)
             << std::strerror(error);
     for (const int error : {EPERM, EBUSY})
-        EXPECT_EQ(run_in_child(
-                      [&] { return fail_call(SYS_rename, error) && refused_as_unsafe(path, error) ? 0 : 1; }),
+        EXPECT_EQ(run_in_child([&] {
+                      return fail_call(rename_call, error) && refused_as_unsafe(path, error) ? 0 : 1;
+                  }),
                   0)
             << std::strerror(error);
     for (const int error : {ENOSPC, EMFILE, EDQUOT})

@@ -11,6 +11,13 @@
 
 namespace anomalis {
 
+/// What renames a file on this kind of processor.
+#ifdef SYS_rename
+inline constexpr long rename_call = SYS_rename;
+#else
+inline constexpr long rename_call = SYS_renameat;
+#endif
+
 namespace failing_calls_detail {
 
 /// The system's filter looks at each call: `first` and `first + count` are what is allowed, the last two

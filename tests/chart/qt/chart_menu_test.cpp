@@ -1,5 +1,6 @@
 #include "chart/qt/chart_menu.h"
 
+#include <filesystem>
 #include <gtest/gtest.h>
 
 #include <QAction>
@@ -141,6 +142,18 @@ TEST(ChartMenu, a_full_disk_is_told_and_leaves_the_old_picture) {
         EXPECT_EQ(folder.read(file), "the old picture");
     }
     EXPECT_EQ(folder.entries(), 4) << "no half file stands beside them";
+}
+
+TEST(ChartMenu, another_name_of_the_picture_that_it_replaces_is_told) {
+    const TempFolder folder;
+    WidgetRig rig;
+    folder.write("a.svg", "the old picture");
+    std::filesystem::create_hard_link(folder.path("a.svg"), folder.path("b.svg"));
+    rig.dialogs.path = QString::fromStdString(folder.path("a.svg"));
+    entry(rig, "menu_save_svg")->trigger();
+    ASSERT_EQ(rig.dialogs.messages.size(), 2);
+    EXPECT_TRUE(rig.dialogs.messages[1].startsWith("a.svg had another name (hard links)."));
+    EXPECT_EQ(folder.read("b.svg"), "the old picture");
 }
 
 TEST(ChartMenu, prints_a_page_and_leaves_the_screen_alone) {
