@@ -64,6 +64,17 @@ ReplaceAnswer ask_about_changes(edit::Workbench& workbench, const std::string& p
                "Overwrite");
 }
 
+bool may_replace_side_file(edit::Workbench& workbench, const std::string& path) {
+    const FileStamp* const known = workbench.known_files.find(path);
+    if (!known || fate_of(*known, path) != FileFate::changed) return true;
+    constexpr std::size_t overwrite = 0;
+    return workbench.session.prompts.choose(
+               file_name(path) +
+                   " is not what was last saved here: another program has written it "
+                   "since.\n\nOverwriting replaces what it holds now.",
+               {"Overwrite", "Leave it"}) == overwrite;
+}
+
 ReplaceAnswer ask_to_write_in_place(Prompts& prompts, const std::string& path) {
     return ask(prompts,
                file_name(path) +

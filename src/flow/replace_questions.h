@@ -20,6 +20,9 @@ enum class ReplaceAnswer { go_on, elsewhere, cancel };
 /// that is gone, it goes on. A file that was never read here is asked about too, unless `overwrite_agreed`.
 ReplaceAnswer ask_about_changes(edit::Workbench& workbench, const std::string& path, bool overwrite_agreed);
 
+/// The same for a file that a save writes beside the workspace file. False when it is to stay as it is.
+bool may_replace_side_file(edit::Workbench& workbench, const std::string& path);
+
 /// Asks whether a file that cannot be replaced may be written in place.
 ReplaceAnswer ask_to_write_in_place(Prompts& prompts, const std::string& path);
 

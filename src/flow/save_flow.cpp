@@ -134,7 +134,12 @@ class Save {
         workspace.model_file = path;
         workspace.model_file_date = file_date(path);
         edit::note_saved(workbench_);
-        write_side_files(path, workspace, session().prompts, writer_);
+        write_side_files(path, workspace, session().prompts,
+                         [this](const std::string& file, std::string_view text) {
+                             if (!may_replace_side_file(workbench_, file)) return;
+                             writer_(file, text);
+                             note_written(file, text);
+                         });
         if (by_dialog_)
             add_to_recent_files(path, recent_files_section, session().settings, workbench_.recent_files,
                                 session().prompts);

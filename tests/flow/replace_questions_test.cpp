@@ -128,6 +128,22 @@ TEST(SaveOverChanges, a_file_that_another_window_saved_meanwhile_is_asked_about_
     EXPECT_EQ(first.in_file(), saved);
 }
 
+TEST(SaveOverChanges, a_table_beside_it_that_somebody_edited_is_asked_about) {
+    Saved sample;
+    sample.folder.write("line_model.csv", "edited by hand");
+    EXPECT_EQ(sample.save(), SaveOutcome::saved);
+    EXPECT_EQ(sample.folder.read("line_model.csv"), "edited by hand") << "the question was closed";
+    ASSERT_EQ(sample.prompts.choices.size(), 1U);
+    EXPECT_THAT(sample.prompts.choices[0].text, HasSubstr("line_model.csv is not what was last saved here"));
+    EXPECT_THAT(sample.prompts.choices[0].answers, ElementsAre("Overwrite", "Leave it"));
+    EXPECT_THAT(sample.in_file(), HasSubstr("33"));
+    sample.prompts.chosen = {"Overwrite"};
+    EXPECT_EQ(sample.save(), SaveOutcome::saved);
+    EXPECT_THAT(sample.folder.read("line_model.csv"), HasSubstr(",Body 1\r\n"));
+    EXPECT_EQ(sample.save(), SaveOutcome::saved);
+    EXPECT_EQ(sample.prompts.choices.size(), 2U);
+}
+
 TEST(SaveOverChanges, a_second_name_of_the_file_is_told) {
     Saved sample;
     fs::create_hard_link(sample.path, sample.folder.path("backup.axm"));
