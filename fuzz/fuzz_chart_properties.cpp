@@ -54,8 +54,12 @@ MemoryPropertyBag wild_bag(ByteSource& source) {
     return bag;
 }
 
-/// A picture stays one that can be looked at: no more strokes and texts than a screen has places for.
-constexpr std::size_t most_entries = 20'000;
+constexpr double width = 13500;
+constexpr double height = 4500;
+constexpr std::size_t points = 4;
+/// No more strokes and texts than a screen has places for.
+constexpr std::size_t most_entries =
+    static_cast<std::size_t>(2 * (width + height) / units_per_screen_pixel) + 3 * 2 * points + 64;
 
 void work_with(AX_Grapher& chart, ByteSource& source) {
     const float x = source.number();
@@ -100,7 +104,7 @@ std::vector<ChartRow> some_rows(const std::vector<double>& xs, const std::vector
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     ByteSource source(data, size);
     const MemoryPropertyBag bag = wild_bag(source);
-    RecordingDevice device(13500, 4500);
+    RecordingDevice device(width, height);
     AX_Grapher chart;
     chart.SetSurface(&device);
     chart.ReadProperties(bag);
@@ -110,9 +114,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     chart.RegisterData(rows);
     chart.Layout();
     chart.DisplayChart();
-    require(device.entries.size() < most_entries);
+    require(device.entries.size() <= most_entries);
     work_with(chart, source);
-    require(device.entries.size() < 5 * most_entries);
+    device.forget();
+    chart.RefreshGraph(0);
+    require(device.entries.size() <= most_entries);
 
     MemoryPropertyBag kept;
     chart.WriteProperties(kept);
