@@ -56,9 +56,15 @@ std::optional<std::string> owner_of(const std::string& folder) {
     return mark.substr(mark_line.size());
 }
 
+/// A folder is named after the process that made it, which may have ended before it wrote the mark.
+bool bears_name_of_ended_process(const std::string& folder) {
+    const std::string name = file_name(folder);
+    return process_has_ended(std::string_view(name).substr(0, name.rfind('-')));
+}
+
 /// What nobody claims is left over; without locks the mark tells who lived there.
 bool is_left(const std::string& folder, const FolderLock& lock) {
-    if (lock.excludes_others()) return true;
+    if (lock.excludes_others() || bears_name_of_ended_process(folder)) return true;
     const auto owner = owner_of(folder);
     return owner && process_has_ended(*owner);
 }
@@ -144,7 +150,7 @@ ProgramFolder::ProgramFolder(const std::string& root) : root_(root) {
     make_private_folder(root);
     set_private(root, S_IRWXU);  // others may have made it wider
     for (int number = 1; folder_.empty(); ++number) {
-        const std::string folder = root + "/" + std::to_string(::getpid()) + "-" + std::to_string(number);
+        const std::string folder = root + "/" + own_process_mark() + "-" + std::to_string(number);
         if (make_private_folder(folder) && claim(folder)) folder_ = folder;
     }
 }
@@ -214,8 +220,8 @@ bool LeftFolder::remove() const {
 std::vector<LeftFolder> find_left_folders(const std::string& root) {
     std::vector<LeftFolder> found;
     for (const std::string& folder : folders_below(root)) {
-        const bool marked = owner_of(folder).has_value();
-        if (!marked && !has_early_name(folder)) continue;
+        const bool ours = owner_of(folder) || bears_name_of_ended_process(folder);
+        if (!ours && !has_early_name(folder)) continue;
         auto lock = try_lock(folder);
         if (!lock || !is_left(folder, *lock)) continue;
         LeftFolder left(folder, std::move(lock));
@@ -223,7 +229,7 @@ std::vector<LeftFolder> find_left_folders(const std::string& root) {
             set_private(folder, S_IRWXU);
             set_private(left.model_file(), S_IRUSR | S_IWUSR);
             found.push_back(std::move(left));
-        } else if (marked) {
+        } else if (ours) {
             left.remove();
         }
     }

@@ -7,6 +7,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "core/process_mark.h"
 #include "core/safe_file.h"
 #include "support/child_process.h"
 #include "support/failing_calls.h"
@@ -98,6 +99,21 @@ TEST(LeftFolders, one_of_ours_without_a_model_goes_by_itself) {
     fs::remove(remains.folder + "/model.axm");
     EXPECT_TRUE(find_left_folders(remains.root()).empty());
     EXPECT_FALSE(fs::exists(remains.folder));
+}
+
+TEST(LeftFolders, of_a_process_that_ended_before_it_wrote_the_mark_goes_by_its_name) {
+    const TempFolder temp;
+    const std::string own = own_process_mark();
+    const std::string ended = own.substr(0, own.rfind('-')) + "-1";
+    fs::create_directory(temp.path(ended + "-1"));
+    temp.write(ended + "-2/.anomalis-" + ended + "-abcdef", "half a mark");
+    temp.write(ended + "-3/notes.txt", "a person's");
+    fs::create_directory(temp.path(own + "-1"));
+    EXPECT_TRUE(find_left_folders(temp.folder()).empty());
+    EXPECT_FALSE(fs::exists(temp.path(ended + "-1")));
+    EXPECT_FALSE(fs::exists(temp.path(ended + "-2")));
+    EXPECT_TRUE(fs::exists(temp.path(ended + "-3/notes.txt")));
+    EXPECT_TRUE(fs::exists(temp.path(own + "-1"))) << "a living one is about to write its mark";
 }
 
 TEST(LeftFolders, folders_without_our_mark_are_never_touched) {
