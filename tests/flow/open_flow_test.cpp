@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include "core/paths.h"
 #include "edit/change.h"
@@ -130,6 +131,62 @@ TEST(OpenFlow, a_read_that_fails_leaves_everything_as_it_was) {
     expect_nothing_opened(ReadMode::bodies_alone, files_without_whole_bodies(flow.folder, whole));
     expect_nothing_opened(ReadMode::everything, files_without_whole_bodies(flow.folder, whole));
     expect_nothing_opened(ReadMode::everything, files_with_whole_bodies(flow.folder, whole));
+}
+
+TEST(OpenFlow, a_type_without_a_name_is_repaired_by_the_read_and_by_no_step_of_its_own) {
+    for (const std::int32_t type : {-1, 0, 7, 8, 9, 10, 11, 12, 13, 14, 15, 18, 99}) {
+        SCOPED_TRACE(type);
+        Flow flow;
+        flow.load();
+        edit::start_history(flow.workbench);
+        flow.workspace().body(1).type = type;
+        const std::string path = flow.folder.path("nameless.axm");
+        workspace_file::write_model_parameters(0, path, flow.workspace(), flow.prompts);
+        flow.workspace().body(1).type = thick_sheet;
+        for (const ReadMode mode : {ReadMode::everything, ReadMode::bodies_alone}) {
+            ASSERT_EQ(open_model_file(flow.workbench, mode, path), OpenOutcome::opened);
+            EXPECT_EQ(flow.workspace().body(1).type, thin_sheet);
+            EXPECT_EQ(flow.workbench.history.steps(), 1U);
+            flow.load();
+            model::refresh_model(flow.session);
+            edit::note_change(flow.workbench, {"nothing", "", false});
+            EXPECT_EQ(flow.workbench.history.steps(), 1U) << "neither load nor display changed anything";
+            edit::undo_change(flow.workbench);
+            EXPECT_EQ(flow.workspace().body(1).type, thick_sheet);
+            EXPECT_FALSE(flow.workbench.history.can_undo());
+            flow.load();
+            model::refresh_model(flow.session);
+            edit::note_change(flow.workbench, {"nothing", "", false});
+            EXPECT_TRUE(flow.workbench.history.can_redo());
+        }
+    }
+}
+
+TEST(OpenFlow, the_strike_that_a_sphere_takes_from_the_line_is_no_step) {
+    Flow flow;
+    flow.add_body(900, 30, sphere);
+    edit::start_history(flow.workbench);
+    flow.workspace().sensor_offset = 12;
+    edit::note_change(flow.workbench, {"elevation", "", false});
+    edit::undo_change(flow.workbench);
+    flow.load();
+    const float before = flow.workspace().body(2).strike.value;
+    model::refresh_model(flow.session);
+    ASSERT_NE(flow.workspace().body(2).strike.value, before);
+    edit::note_change(flow.workbench, {"nothing", "", false});
+    EXPECT_FALSE(flow.workbench.history.can_undo());
+    EXPECT_TRUE(flow.workbench.history.can_redo());
+}
+
+TEST(OpenFlow, a_pipe_without_a_writer_is_not_waited_for) {
+    Flow flow;
+    flow.load();
+    const Remembered before = remember(flow);
+    const std::string pipe = flow.folder.path("pipe.axm");
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    for (const ReadMode mode : {ReadMode::everything, ReadMode::bodies_alone})
+        EXPECT_NE(open_model_file(flow.workbench, mode, pipe), OpenOutcome::opened);
+    EXPECT_TRUE(remember(flow) == before);
 }
 
 TEST(OpenFlow, a_model_that_cannot_be_brought_back_leaves_everything_as_it_was) {

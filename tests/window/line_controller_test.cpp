@@ -201,8 +201,8 @@ void LineControllerTest::a_damaged_workspace_is_told_and_the_window_goes_on() {
     sample.form->open_file(sample.folder.write("cut.axm", whole.substr(0, whole.size() / 2)));
     QCOMPARE(sample.prompts.messages.size(), std::size_t(1));
     QVERIFY(sample.prompts.told("Input past end of file"));
-    QCOMPARE(sample.stations(), 0);
-    QCOMPARE(sample.form->windowTitle(), QString("Anomalis: line.axm *"));
+    QCOMPARE(sample.stations(), edit::LineSample::stations);
+    QCOMPARE(sample.form->windowTitle(), QString("Anomalis: line.axm"));
     sample.prompts.messages.clear();
     sample.load();
     sample.choose_tab(1);

@@ -27,6 +27,8 @@ class SaveControllerTest : public QObject {
     void the_button_saves_without_a_question_and_is_done();
     void without_a_name_the_button_says_where_to_give_one_and_the_key_asks();
     void a_save_that_fails_keeps_button_and_asterisk();
+    void a_file_that_cannot_be_read_leaves_window_and_file_as_they_were();
+    void a_repaired_body_is_no_step_that_keys_must_pass();
     void recent_files_come_back_at_the_next_start_and_open();
     void recent_files_that_vanished_are_told_and_not_listed_at_the_next_start();
     void exports_write_calculated_numbers();
@@ -128,6 +130,53 @@ void SaveControllerTest::a_save_that_fails_keeps_button_and_asterisk() {
     QVERIFY(sample.prompts.told("An error occurred while saving the model parameters: "));
     QVERIFY(sample.find<QPushButton>("Command_save_axm_model").isEnabled());
     QVERIFY(sample.form->windowTitle().endsWith(" *"));
+}
+
+void SaveControllerTest::a_file_that_cannot_be_read_leaves_window_and_file_as_they_were() {
+    Opened sample;
+    sample.type("Text_MAGINV_topo", "12");
+    sample.choose_tab(1);
+    const QString undo = QString::fromStdString(sample.form->workbench().history.undo_name());
+    const std::string whole = sample.folder.read("line.axm");
+    const auto cut = whole.find("Second");
+    QVERIFY(cut != std::string::npos);
+    for (const std::string& other : {sample.folder.write("cut.axm", whole.substr(0, cut)),
+                                     sample.folder.write("readme.axm", "words\n")}) {
+        sample.prompts.messages.clear();
+        sample.form->open_file(other);
+        QCOMPARE(sample.prompts.messages.size(), std::size_t{1});
+        QCOMPARE(sample.form->windowTitle(), QString("Anomalis: line.axm *"));
+        QCOMPARE(sample.tab(), 1);
+        QCOMPARE(sample.session.workspace.body_count, 2);
+        QVERIFY(edit::line_loaded(sample.session.workspace));
+        QCOMPARE(QString::fromStdString(sample.form->workbench().history.undo_name()), undo);
+        QVERIFY(sample.find<QPushButton>("Command_save_axm_model").isEnabled());
+    }
+    QTest::keyClick(sample.form.get(), Qt::Key_S, Qt::ControlModifier);
+    QVERIFY(sample.folder.read("line.axm").find("Second") != std::string::npos);
+}
+
+void SaveControllerTest::a_repaired_body_is_no_step_that_keys_must_pass() {
+    Opened sample;
+    std::string text = sample.folder.read("line.axm");
+    const auto heading = text.find(" 2  0  1 ");
+    QVERIFY(heading != std::string::npos);
+    text.replace(heading, 2, " 9");
+    const std::string nameless = sample.folder.write("nameless.axm", text);
+    sample.type("Text_MAGINV_topo", "12");
+    sample.form->open_example(nameless);
+    sample.choose_tab(1);
+    QTest::qWait(30);
+    QCOMPARE(sample.session.workspace.body(1).type, std::int32_t{thin_sheet});
+    QTest::keyClick(sample.form.get(), Qt::Key_Z, Qt::ControlModifier);
+    QCOMPARE(sample.form->windowTitle(), QString("Anomalis: line.axm *"));
+    QTest::keyClick(sample.form.get(), Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+    QCOMPARE(sample.form->windowTitle(), QString("Anomalis: nameless.axm"));
+    QCOMPARE(sample.session.workspace.body(1).type, std::int32_t{thin_sheet});
+    QTest::qWait(30);
+    QTest::keyClick(sample.form.get(), Qt::Key_Z, Qt::ControlModifier);
+    QTest::keyClick(sample.form.get(), Qt::Key_Z, Qt::ControlModifier);
+    QCOMPARE(sample.session.workspace.surface_elevation, 0.0F);
 }
 
 void SaveControllerTest::recent_files_come_back_at_the_next_start_and_open() {

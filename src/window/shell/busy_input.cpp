@@ -54,12 +54,13 @@ bool takes_input(const QWidget& widget) {
 }  // namespace
 
 BusyInput::BusyInput(QMainWindow& window, QWidget& stop_button, QAction& stop_action,
-                     std::function<void()> stop)
+                     std::function<void()> stop, std::function<void(QKeyCombination)> turned_away)
     : QObject(&window),
       window_(window),
       stop_button_(stop_button),
       stop_action_(stop_action),
-      stop_(std::move(stop)) {
+      stop_(std::move(stop)),
+      turned_away_(std::move(turned_away)) {
     stop_action_.setEnabled(false);
 }
 
@@ -111,11 +112,13 @@ bool BusyInput::lets_through(const QObject* watched) const {
 bool BusyInput::eventFilter(QObject* watched, QEvent* event) {
     if (!is_input(event->type()) || QApplication::activeModalWidget()) return false;
     if (event->type() == QEvent::ShortcutOverride || event->type() == QEvent::KeyPress) {
-        if (static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
+        const auto& key = static_cast<QKeyEvent&>(*event);
+        if (key.key() == Qt::Key_Escape) {
             if (event->type() == QEvent::KeyPress) stop_();
             event->accept();
             return true;
         }
+        turned_away_(key.keyCombination());
     }
     return !lets_through(watched);
 }

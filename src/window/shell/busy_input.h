@@ -18,7 +18,9 @@ class BusyInput : public QObject {
     Q_OBJECT
 
   public:
-    BusyInput(QMainWindow& window, QWidget& stop_button, QAction& stop_action, std::function<void()> stop);
+    /// `turned_away` hears of each key that is not served, so that one that means much can be answered.
+    BusyInput(QMainWindow& window, QWidget& stop_button, QAction& stop_action, std::function<void()> stop,
+              std::function<void(QKeyCombination)> turned_away);
 
     /// A run begins, or has ended.
     void follow(bool running);
@@ -35,6 +37,7 @@ class BusyInput : public QObject {
     QWidget& stop_button_;
     QAction& stop_action_;
     std::function<void()> stop_;
+    std::function<void(QKeyCombination)> turned_away_;
     std::vector<QPointer<QWidget>> widgets_;
     std::vector<QPointer<QAction>> actions_;
     QPointer<QWidget> focus_;

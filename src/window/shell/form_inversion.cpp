@@ -44,8 +44,9 @@ FormInversion::FormInversion(const InversionParts& parts, edit::Workbench& workb
     wire_actions();
     wire_panel();
     wire_strip();
-    busy_ = new BusyInput(parts_.window, panel_.stop_button(), actions.action(ActionId::stop_inversion),
-                          [this] { stop(); });
+    busy_ = new BusyInput(
+        parts_.window, panel_.stop_button(), actions.action(ActionId::stop_inversion), [this] { stop(); },
+        [this](QKeyCombination key) { answer_key(key); });
     progress_timer_->setInterval(progress_pause);
     connect(progress_timer_, &QTimer::timeout, this, &FormInversion::show_progress);
     connect(&parts_.tabs, &QTabWidget::currentChanged, this,
@@ -136,6 +137,12 @@ void FormInversion::serve_run() {
     progress_timer_->start();
     QApplication::setOverrideCursor(Qt::WaitCursor);
     busy_->follow(true);
+}
+
+/// A save would write values that are only being tried.
+void FormInversion::answer_key(QKeyCombination key) {
+    if (key == action_row(ActionId::save).key || key == action_row(ActionId::save_as).key)
+        parts_.status.show_text(tr("Not saved: a run goes on. Stop it with Esc, then save"));
 }
 
 void FormInversion::end_service() {

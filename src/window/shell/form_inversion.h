@@ -61,6 +61,7 @@ class FormInversion : public QObject, private flow::InversionDeskObserver {
     void stop();
     void serve_run();
     void end_service();
+    void answer_key(QKeyCombination key);
     void show_progress();
     void place_bars();
 
