@@ -26,6 +26,7 @@ OpenState BatchSession::open(const std::string& path) {
     if (workspace.station_count == 0) return OpenState::no_data;
     model::finish_load(session);
     if (status != 0) return OpenState::no_length;
+    // An interrupt ends the program here: nobody watches, so nothing is left.
     model::refresh_model(session);
     return OpenState::ready;
 }

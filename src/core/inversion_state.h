@@ -44,6 +44,7 @@ struct InversionState {
     bool best_model_available = false;
     bool running = false;  ///< a run goes on before a window, which serves only its stop and a close
     bool stop_inversion = false;
+    bool leave_inversion = false;  ///< asked for once more: the run does not even end its iteration
     std::int64_t evaluations = 0;  ///< model evaluations so far
 };
 

@@ -33,8 +33,18 @@ void TurnPacer::take_turn() {
     if (turn(std::exchange(since_turn_, 0))) throw Stopped{};
 }
 
-bool PromptsPacer::turn(double units) {
-    return prompts_.turn(units);
+WatchedCalculation::WatchedCalculation(Prompts& prompts, double units) : prompts_(prompts) {
+    if (auto* watcher = prompts_.watcher()) watcher->begins(units);
+}
+
+WatchedCalculation::~WatchedCalculation() {
+    if (auto* watcher = prompts_.watcher()) watcher->ended();
+}
+
+bool WatchedCalculation::turn(double units) {
+    if (auto* watcher = prompts_.watcher()) return watcher->turn(units);
+    prompts_.yield();
+    return false;
 }
 
 }  // namespace anomalis

@@ -44,10 +44,14 @@ class TurnPacer : public Pacer {
     double since_turn_ = 0;
 };
 
-/// Serves the person at the keyboard.
-class PromptsPacer : public TurnPacer {
+/// A calculation that the person at the keyboard waits for, from its beginning to its end.
+class WatchedCalculation : public TurnPacer {
   public:
-    explicit PromptsPacer(Prompts& prompts) : prompts_(prompts) {}
+    /// About `units` are to be done.
+    WatchedCalculation(Prompts& prompts, double units);
+    ~WatchedCalculation() override;
+    WatchedCalculation(const WatchedCalculation&) = delete;
+    WatchedCalculation& operator=(const WatchedCalculation&) = delete;
 
   protected:
     bool turn(double units) override;

@@ -17,6 +17,18 @@ struct FileRequest {
     bool confirm_overwrite = false;  ///< the dialog asks; otherwise the flow that saves does, or nobody
 };
 
+/// Who shows the person how far a calculation has come, and may have it left. Units are those of core/pacer.h.
+class CalculationWatcher {
+  public:
+    virtual ~CalculationWatcher() = default;
+    /// A calculation of about `units` begins.
+    virtual void begins(double units) = 0;
+    /// `units` more are done. True: the calculation is to be left.
+    virtual bool turn(double units) = 0;
+    /// The calculation has ended, on whatever way.
+    virtual void ended() = 0;
+};
+
 /// The one door to the person at the keyboard. The window answers with dialogs, the batch tool with
 /// stderr, tests with a script.
 class Prompts {
@@ -38,12 +50,9 @@ class Prompts {
     std::optional<std::string> save_file(const FileRequest& request);
     /// Lets the event loop run: painting and the stop button during long work.
     virtual void yield() {}
-    /// One turn of a calculation, which has done `units` more (see core/pacer.h): lets the event loop run.
-    /// True when the person wants the calculation left.
-    virtual bool turn(double /*units*/) {
-        yield();
-        return false;
-    }
+    /// Shows calculations and has them left; null for nobody, who only lets the event loop run at their turns.
+    void set_watcher(CalculationWatcher* watcher) { watcher_ = watcher; }
+    CalculationWatcher* watcher() const { return watcher_; }
 
   protected:
     virtual void show_message(const std::string& text) = 0;
@@ -60,6 +69,7 @@ class Prompts {
     friend void show_faults(const Faults& faults, Prompts& prompts);
     void flush();
 
+    CalculationWatcher* watcher_ = nullptr;
     int depth_ = 0;
     Faults pending_;  ///< what the messages of the scope said
 };

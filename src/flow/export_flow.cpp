@@ -2,6 +2,7 @@
 
 #include <functional>
 
+#include "core/failure.h"
 #include "core/paths.h"
 #include "core/save_question.h"
 #include "edit/workbench.h"
@@ -27,8 +28,10 @@ ExportOutcome export_file(edit::Workbench& workbench, const FileRequest& request
     ExportOutcome outcome = ExportOutcome::cancelled;
     if (const auto path = ask_save_path(session.prompts, request)) {
         const MessageScope scope(session.prompts);
-        if (edit::line_loaded(session.workspace)) model::refresh_model(session);
-        outcome = write(*path) == 0 ? ExportOutcome::written : ExportOutcome::failed;
+        const int status = report_failure(session.prompts, "Nothing was exported: ", [&] {
+            if (edit::line_loaded(session.workspace)) model::refresh_model(session);
+        });
+        outcome = status == 0 && write(*path) == 0 ? ExportOutcome::written : ExportOutcome::failed;
         if (outcome == ExportOutcome::written) session.prompts.message("Output complete");
     }
     change_to_folder(folder);

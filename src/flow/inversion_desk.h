@@ -48,7 +48,7 @@ class InversionDesk : private inversion::RunObserver {
 
     /// 0 "Invert Current Body", 1 "Invert Entire Model". A run shows the inversion's controls first.
     void command_invert(int index);
-    /// The run ends with its iteration.
+    /// The run ends with its iteration; asked for once more, in the middle of it.
     void command_stop_inversion();
     /// The best model of the runs so far; the present one is written to `recovery_file` first.
     void command_restore_best();
@@ -84,6 +84,7 @@ class InversionDesk : private inversion::RunObserver {
 
   private:
     void evaluated() override;
+    bool working(double units) override;
     void show_initial_misfit(const MisfitPair& misfit) override;
     void progress(const inversion::InversionProgress& state) override;
     void display_iteration() override;

@@ -28,7 +28,7 @@ void InversionDesk::command_invert(int index) {
 void InversionDesk::begin_run(int index) {
     Session& session = workbench_.session;
     session.inversion.running = true;
-    session.inversion.stop_inversion = false;
+    session.inversion.stop_inversion = session.inversion.leave_inversion = false;
     close_requested_ = false;
     if (session.log.on())
         session.log.log_message(1, "Command_invert_Click Index: " + format_number(std::int32_t{index}, "0"));
@@ -53,7 +53,7 @@ void InversionDesk::run(int index, int body, int limit) {
 
 void InversionDesk::end_run(int index, int body, int limit) {
     Session& session = workbench_.session;
-    session.inversion.stop_inversion = false;
+    session.inversion.stop_inversion = session.inversion.leave_inversion = false;
     panel_.end_run(result_, limit);
     observer_.panel_changed();
     session.prompts.yield();
@@ -73,20 +73,28 @@ void InversionDesk::end_run(int index, int body, int limit) {
 
 void InversionDesk::command_stop_inversion() {
     panel_.stop_frame = false;
-    workbench_.session.inversion.stop_inversion = true;
+    InversionState& inversion = workbench_.session.inversion;
+    inversion.leave_inversion = inversion.stop_inversion;
+    inversion.stop_inversion = true;
     observer_.panel_changed();
     workbench_.session.prompts.yield();
 }
 
 bool InversionDesk::may_close() {
     if (!running()) return true;
-    close_requested_ = true;
-    workbench_.session.inversion.stop_inversion = true;
+    InversionState& inversion = workbench_.session.inversion;
+    inversion.leave_inversion = inversion.stop_inversion;
+    inversion.stop_inversion = close_requested_ = true;
     return false;
 }
 
 void InversionDesk::evaluated() {
     workbench_.session.prompts.yield();
+}
+
+bool InversionDesk::working(double) {
+    workbench_.session.prompts.yield();
+    return workbench_.session.inversion.leave_inversion;
 }
 
 void InversionDesk::progress(const inversion::InversionProgress& state) {

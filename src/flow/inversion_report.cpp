@@ -14,6 +14,10 @@ class CallbackObserver : public inversion::RunObserver {
     CallbackObserver(const ProgressCallback& callback, Prompts& prompts)
         : callback_(callback), prompts_(prompts) {}
     void evaluated() override { prompts_.yield(); }
+    bool working(double) override {
+        prompts_.yield();
+        return false;
+    }
     void progress(const inversion::InversionProgress& state) override {
         last_ = state;
         if (callback_) callback_(state);

@@ -6,25 +6,12 @@
 #include "edit/workbench.h"
 #include "edit/zoom.h"
 #include "model/refresh_model.h"
-#include "model/stale.h"
 
 namespace anomalis::flow {
 
 namespace {
 
 constexpr int plan_chart = edit::model_chart_count;
-
-/// Tells the host of a calculation, on every way out.
-class Calculation {
-  public:
-    explicit Calculation(ModelViewHost& host) : host_(host) { host_.calculation(true); }
-    ~Calculation() { host_.calculation(false); }
-    Calculation(const Calculation&) = delete;
-    Calculation& operator=(const Calculation&) = delete;
-
-  private:
-    ModelViewHost& host_;
-};
 
 }  // namespace
 
@@ -70,22 +57,25 @@ void ModelView::display_model(bool forced) {
     if (!edit::line_loaded(workspace) || !(workbench_.view.on_page || forced)) return;
     const MessageScope scope(session.prompts);
     report_failure(session.prompts, "An error occurred while displaying the current model: ", [&] {
-        const MisfitPair misfit = calculate();
-        show_base_levels();
-        ranges_ = show::graph_ranges(workspace);
-        charts_.set_shown(shown_charts());
-        host_.arrange_charts(show::charts_with_data(workspace));
-        charts_.set_gradient_titles(workspace.processing.display_total_gradient == 1);
-        redraw();
-        host_.show_misfit(misfit);
+        try {
+            show_calculated(model::refresh_model(session));
+        } catch (const model::CalculationStopped&) {
+            // The curves of before, over the bodies as they are.
+            redraw();
+            host_.calculation_stopped();
+        }
     });
 }
 
-MisfitPair ModelView::calculate() {
-    // Whoever watches asks how much there is to do.
-    model::find_stale(workbench_.session.workspace);
-    const Calculation under_way(host_);
-    return model::refresh_model(workbench_.session);
+void ModelView::show_calculated(const MisfitPair& misfit) {
+    const Workspace& workspace = workbench_.session.workspace;
+    show_base_levels();
+    ranges_ = show::graph_ranges(workspace);
+    charts_.set_shown(shown_charts());
+    host_.arrange_charts(show::charts_with_data(workspace));
+    charts_.set_gradient_titles(workspace.processing.display_total_gradient == 1);
+    redraw();
+    host_.show_misfit(misfit);
 }
 
 /// The plan takes the section's place.

@@ -33,8 +33,8 @@ class ModelViewHost {
     virtual void show_window(bool free_zoom) = 0;
     /// Another body was chosen; the charts show it already.
     virtual void show_current_body() = 0;
-    /// Curves are brought up to date from the first call to the second.
-    virtual void calculation(bool /*begins*/) {}
+    /// The person had the calculation left: the curves are those of before.
+    virtual void calculation_stopped() {}
 };
 
 /// The page of the model: brings the numbers up to date, draws the charts, answers zoom, pan and clicks.
@@ -88,7 +88,7 @@ class ModelView {
     void chart_moved(int chart, bool outside, double x, double y);
     void chart_view_changed(int chart);
     void polygon_clicked(int chart, int polygon);
-    MisfitPair calculate();
+    void show_calculated(const MisfitPair& misfit);
     void show_base_levels();
     std::array<bool, edit::model_chart_count> shown_charts() const;
     void redraw_after_step(int chart);

@@ -2,6 +2,7 @@
 
 #include "core/faults.h"
 #include "core/inversion_state.h"
+#include "core/pacer.h"
 #include "core/workspace.h"
 
 namespace anomalis::inversion {
@@ -11,6 +12,7 @@ struct FittedModel {
     Workspace& workspace;
     InversionState& inversion;
     Faults& faults;
+    Pacer& pacer = no_pace();
 };
 
 }  // namespace anomalis::inversion

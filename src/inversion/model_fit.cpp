@@ -67,6 +67,7 @@ class ModelProblem : public FitProblem {
             if (request.channel == channel || request.channel == channel_joint)
                 rows_.push_back(
                     {channel == channel_grav, static_cast<double>(model::misfit_scale_of(channel)[target])});
+        keep_values();
     }
 
     std::size_t residual_count() const override { return window() * rows_.size(); }
@@ -76,6 +77,8 @@ class ModelProblem : public FitProblem {
     void accepted() override;
     bool iteration_done(int iteration) override;
     void set_values(std::span<const float> values);
+    /// The list and the bodies hold the last accepted values again.
+    void go_back() { set_values(accepted_values_); }
 
   private:
     std::size_t window() const {
@@ -85,6 +88,11 @@ class ModelProblem : public FitProblem {
     void collect(std::span<double> out) const;
     double calculated_length() const;
     void evaluate();
+    void keep_values() {
+        accepted_values_.clear();
+        for (const InversionParam& param : model_.inversion.inversion_params.span())
+            accepted_values_.push_back(param.value);
+    }
 
     const FittedModel& model_;
     const RunRequest& request_;
@@ -93,6 +101,7 @@ class ModelProblem : public FitProblem {
     RunResult& result_;
     std::vector<FittedRow> rows_;
     MisfitPair last_misfit_{};
+    std::vector<float> accepted_values_;
     bool begins_ = true;
     double calculated_length_ = 0;
     ModelBody saved_body_;
@@ -127,7 +136,7 @@ double ModelProblem::calculated_length() const {
 
 void ModelProblem::evaluate() {
     last_misfit_ = model::evaluate_model_misfit(model_.workspace, model_.inversion, model_.workspace.mag.work,
-                                                model_.workspace.grav.work, model_.faults);
+                                                model_.workspace.grav.work, model_.faults, model_.pacer);
     observer_.evaluated();
 }
 
@@ -170,6 +179,7 @@ void ModelProblem::probe(std::size_t index, float value, std::span<double> out) 
 
 void ModelProblem::accepted() {
     accept_trial_rows(model_.workspace);
+    keep_values();
     result_.misfit_pair = last_misfit_;
 }
 
@@ -196,6 +206,15 @@ int status_of(FitEnd end) {
     return end == FitEnd::no_decrease ? run_no_decrease : run_succeeded;
 }
 
+FitOutcome fit_or_go_back(ModelProblem& problem, std::span<const FitParameter> parameters, int limit) {
+    try {
+        return fit_least_squares(problem, parameters, limit);
+    } catch (const Stopped&) {
+        problem.go_back();
+        throw;
+    }
+}
+
 MisfitPair gravity_misfit(const FittedModel& model) {
     const Workspace& workspace = model.workspace;
     return model::channel_misfit(workspace, workspace.grav.data, model::misfit_scale_of(channel_grav),
@@ -215,7 +234,7 @@ void fit_model(const FittedModel& model, const RunRequest& request, RunObserver&
     if (joint) result.initial_grav_misfit = gravity_misfit(model);
     start_trial_rows(model.workspace);
     ModelProblem problem(model, request, observer, clock, result);
-    const FitOutcome outcome = fit_least_squares(problem, parameters, std::max(request.max_iterations, 1));
+    const FitOutcome outcome = fit_or_go_back(problem, parameters, std::max(request.max_iterations, 1));
     problem.set_values(outcome.values);
     result.status = status_of(outcome.end);
     result.statistics = statistics_of(outcome);

@@ -33,6 +33,18 @@ void size_parameter_arrays(InversionState& inversion, int count) {
     inversion.best_model_available = false;
 }
 
+/// The observer's turns.
+class ObserverPacer : public TurnPacer {
+  public:
+    explicit ObserverPacer(RunObserver& observer) : observer_(observer) {}
+
+  protected:
+    bool turn(double units) override { return observer_.working(units); }
+
+  private:
+    RunObserver& observer_;
+};
+
 /// One run from its set-up to its best model.
 class Run {
   public:
@@ -61,7 +73,13 @@ class Run {
         } else {
             fit_model(model_, request_, observer_, clock_, result_);
         }
-        if (result_.misfit_pair[target()] < inversion_.best_misfit[target()]) keep_best();
+        keep_if_best();
+    }
+
+    /// The run was left in the middle of an evaluation. The bodies hold what it accepted.
+    void leave() {
+        result_.status = run_limit;
+        if (result_.initial_misfit) keep_if_best();
     }
 
   private:
@@ -70,6 +88,9 @@ class Run {
     bool fill_parameters();
     MisfitPair evaluate_true_rows();
     void keep_best();
+    void keep_if_best() {
+        if (result_.misfit_pair[target()] < inversion_.best_misfit[target()]) keep_best();
+    }
     void begin();
     void run_sweeps();
     bool sweep_once(SweepState& state, int limit);
@@ -118,7 +139,7 @@ bool Run::fill_parameters() {
 
 MisfitPair Run::evaluate_true_rows() {
     const MisfitPair misfit = model::evaluate_model_misfit(workspace_, inversion_, workspace_.mag.data,
-                                                           workspace_.grav.data, model_.faults);
+                                                           workspace_.grav.data, model_.faults, model_.pacer);
     observer_.evaluated();
     return misfit;
 }
@@ -150,7 +171,12 @@ void Run::run_sweeps() {
 /// Returns false when the run ends with this sweep.
 bool Run::sweep_once(SweepState& state, int limit) {
     const auto previous = static_cast<double>(result_.misfit_pair[target()]);
-    sweep_parameters(model_, state, observer_);
+    try {
+        sweep_parameters(model_, state, observer_);
+    } catch (const Stopped&) {
+        result_.misfit_pair = state.misfit_pair;
+        throw;
+    }
     result_.misfit_pair = state.misfit_pair;
     ++result_.iterations;
     bool goes_on = true;
@@ -201,9 +227,16 @@ int setup_inversion(const FittedModel& model, int current_body, RunObserver& obs
 void perform_inversion(Workspace& workspace, InversionState& inversion, const RunRequest& request,
                        RunObserver& observer, RunResult& result) {
     const std::int64_t evaluations_before = inversion.evaluations;
-    const FittedModel model{workspace, inversion, result.faults};
+    ObserverPacer pacer(observer);
+    const FittedModel model{workspace, inversion, result.faults, pacer};
     Run run(model, request, observer, result);
-    report_failure(result.faults, "An error occurred performing the inversion: ", [&] { run.perform(); });
+    report_failure(result.faults, "An error occurred performing the inversion: ", [&] {
+        try {
+            run.perform();
+        } catch (const Stopped&) {
+            run.leave();
+        }
+    });
     result.evaluations = inversion.evaluations - evaluations_before;
 }
 

@@ -53,7 +53,18 @@ class Turn {
           param_(model.inversion.inversion_params[index]),
           saved_value_(param_.value) {}
 
+    /// Lets Stopped through, with the parameter as it was.
     void take() {
+        try {
+            probe_and_step();
+        } catch (const Stopped&) {
+            put_back();
+            throw;
+        }
+    }
+
+  private:
+    void probe_and_step() {
         const double h =
             probe_fraction * static_cast<double>(larger_of(std::abs(saved_value_), std::abs(param_.step)));
         try_value(static_cast<float>(static_cast<double>(saved_value_) + h));
@@ -64,7 +75,6 @@ class Turn {
         finish(try_steps(first_step(secant)));
     }
 
-  private:
     double first_step(double secant) const {
         if (!std::isfinite(secant)) return 0;
         const double delta = capped(secant, static_cast<double>(param_.step));
@@ -76,8 +86,13 @@ class Turn {
         apply_parameter(index_, penalty_, model_);
         trial_misfit_ =
             model::evaluate_model_misfit(model_.workspace, model_.inversion, model_.workspace.mag.work,
-                                         model_.workspace.grav.work, model_.faults);
+                                         model_.workspace.grav.work, model_.faults, model_.pacer);
         observer_.evaluated();
+    }
+
+    void put_back() {
+        param_.value = saved_value_;
+        apply_parameter(index_, penalty_, model_);
     }
 
     /// The accepted step, 0 when there is none.
@@ -93,11 +108,7 @@ class Turn {
     }
 
     void finish(double delta) {
-        if (delta == 0) {
-            param_.value = saved_value_;
-            apply_parameter(index_, penalty_, model_);
-            return;
-        }
+        if (delta == 0) return put_back();
         state_.misfit_pair = trial_misfit_;
         accept_trial_rows(model_.workspace);
     }

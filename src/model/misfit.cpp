@@ -84,10 +84,10 @@ MisfitPair calculate_misfit(const Workspace& workspace, const InversionState& in
 }
 
 MisfitPair evaluate_model_misfit(Workspace& workspace, InversionState& inversion, ChannelTable& mag_rows,
-                                 ChannelTable& grav_rows, Faults& faults) {
+                                 ChannelTable& grav_rows, Faults& faults, Pacer& pacer) {
     ++inversion.evaluations;
     find_stale(workspace);
-    forward::calculate_model(workspace, mag_rows, grav_rows, faults);
+    forward::calculate_model(workspace, mag_rows, grav_rows, faults, pacer);
     if (workspace.has_mag()) filter::filter_data(workspace, channel_mag, stage_calculated, mag_rows, faults);
     if (workspace.has_grav())
         filter::filter_data(workspace, channel_grav, stage_calculated, grav_rows, faults);

@@ -2,6 +2,7 @@
 
 #include "core/faults.h"
 #include "core/inversion_state.h"
+#include "core/pacer.h"
 #include "core/workspace.h"
 
 // One number that says how well a filtered row of the model fits the data, and the objective of the
@@ -27,8 +28,8 @@ MisfitPair calculate_misfit(const Workspace& workspace, const InversionState& in
 
 /// The objective: calculates the model into the given rows, filters the calculated stage of each channel
 /// that has a column, and measures. Allocates nothing once the rows exist, and recalculates only bodies whose
-/// marks are clear.
+/// marks are clear. Lets Stopped through.
 MisfitPair evaluate_model_misfit(Workspace& workspace, InversionState& inversion, ChannelTable& mag_rows,
-                                 ChannelTable& grav_rows, Faults& faults);
+                                 ChannelTable& grav_rows, Faults& faults, Pacer& pacer = no_pace());
 
 }  // namespace anomalis::model

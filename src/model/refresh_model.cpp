@@ -1,6 +1,8 @@
 #include "model/refresh_model.h"
 
+#include "core/pacer.h"
 #include "filter/filters.h"
+#include "forward/body_price.h"
 #include "forward/driver.h"
 #include "intake/profile.h"
 #include "model/burial_depth.h"
@@ -20,13 +22,27 @@ void refresh_elevations(Workspace& workspace, Faults& faults) {
     if (workspace.station_count > 0) intake::setup_sensor_elevations(workspace, faults);
 }
 
+namespace {
+
+void calculate(Session& session, Faults& faults) {
+    Workspace& workspace = session.workspace;
+    WatchedCalculation watched(session.prompts, forward::work_ahead(workspace));
+    try {
+        forward::calculate_model(workspace, workspace.mag.data, workspace.grav.data, faults, watched);
+    } catch (const Stopped&) {
+        throw CalculationStopped();
+    }
+}
+
+}  // namespace
+
 MisfitPair refresh_model(Session& session) {
     Workspace& workspace = session.workspace;
     settle_station_window(workspace);
     Faults faults;
     refresh_elevations(workspace, faults);
     if (workspace.station_count <= 0) return {};
-    forward::calculate_model(workspace, workspace.mag.data, workspace.grav.data, faults);
+    calculate(session, faults);
     set_burial_depths(workspace);
     const auto filter_both = [&](int stage) {
         if (workspace.has_mag())

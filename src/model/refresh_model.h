@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/failure.h"
 #include "core/inversion_state.h"
 #include "core/session.h"
 
@@ -13,9 +14,16 @@ void finish_load(Session& session);
 /// Brings the elevations of sensor and ground alone up to date.
 void refresh_elevations(Workspace& workspace, Faults& faults);
 
+/// The person had the calculation left: the curves are those of before, and the bodies that were not finished
+/// are calculated the next time. For whoever needs the numbers a failure like any other.
+class CalculationStopped : public Fault {
+  public:
+    CalculationStopped() : Fault("the calculation was stopped") {}
+};
+
 /// Brings everything that is derived up to date, and only what is not: elevations, responses, burial depths,
 /// the four filter chains. Returns the misfit pair of the inversion channel, zeros without stations. What
-/// failed is shown at the end.
+/// failed is shown at the end. Raises CalculationStopped.
 MisfitPair refresh_model(Session& session);
 
 }  // namespace anomalis::model

@@ -1,5 +1,6 @@
 #include "core/pacer.h"
 
+#include <cmath>
 #include <gtest/gtest.h>
 
 #include "support/scripted_prompts.h"
@@ -29,9 +30,30 @@ TEST(Pacer, leaves_the_work_in_the_turn_that_asks_for_it) {
     EXPECT_THROW(waiting.waiting(), Stopped);
 }
 
-TEST(Pacer, of_the_prompts_lets_the_event_loop_run_and_never_leaves_by_itself) {
+TEST(Pacer, of_a_watched_calculation_asks_the_watcher_from_its_beginning_to_its_end) {
+    struct Watcher : CalculationWatcher {
+        std::string story;
+        void begins(double units) override { story += "begins " + std::to_string(std::lround(units)); }
+        bool turn(double) override {
+            story += ", turn";
+            return story.size() > 25;
+        }
+        void ended() override { story += ", ended"; }
+    } watcher;
     ScriptedPrompts prompts;
-    PromptsPacer pacer(prompts);
+    prompts.set_watcher(&watcher);
+    const auto work = [&] {
+        WatchedCalculation calculation(prompts, 70);
+        for (int i = 0; i < 10; ++i) calculation.done(TurnPacer::usual_turn);
+    };
+    EXPECT_THROW(work(), Stopped);
+    EXPECT_EQ(watcher.story, "begins 70, turn, turn, turn, ended");
+    EXPECT_EQ(prompts.yields, 0) << "serving is the watcher's";
+}
+
+TEST(Pacer, that_nobody_watches_lets_the_event_loop_run_and_never_leaves_by_itself) {
+    ScriptedPrompts prompts;
+    WatchedCalculation pacer(prompts, 0);
     for (int i = 0; i < 10; ++i) pacer.done(TurnPacer::usual_turn);
     EXPECT_EQ(prompts.yields, 10);
 }

@@ -23,12 +23,14 @@ class RecordingObserver : public RunObserver {
         if (on_progress) on_progress(state);
     }
     void best_model(bool available) override { best.push_back(available); }
+    bool working(double) override { return ++turns == leave_at; }
 
     std::vector<MisfitPair> initial, current;
     std::vector<int> iterations;
     std::vector<InversionProgress> states;
     std::vector<bool> best;
     int displays = 0;
+    int turns = 0, leave_at = 0;
     std::function<void(const InversionProgress&)> on_progress;
 };
 
@@ -306,6 +308,57 @@ TEST_F(Perform, the_rows_hold_the_accepted_model_afterwards) {
     const std::vector<float> shown(row.begin(), row.end());
     line.refresh();
     for (std::size_t i = 0; i < shown.size(); ++i) EXPECT_NEAR(shown[i], row[i], 1e-3F);
+}
+
+/// Bodies, list and rows as a run leaves them.
+struct LeftRun {
+    RunResult result;
+    std::vector<float> values, list;
+    int turns = 0;
+};
+
+/// Runs over a heavy pipe, whose evaluations take several turns each, and leaves at one of them.
+LeftRun run_and_leave(InversionMethod method, int leave_at) {
+    LineSession line;
+    ModelBody& body = line.add_body(pipe, 500, -80);
+    body.dip.value = 0;
+    body.length.value = 300;
+    body.num_sectors = 8000;
+    line.workspace().definition.grav_column = 0;
+    line.take_model_as_data();
+    body.susc.value += 30000;
+    body.susc.max = 1e6F;
+    body.top.value -= 20;
+    body.susc.vary = body.top.vary = 1;
+    line.refresh();
+    RecordingObserver observer;
+    observer.leave_at = leave_at;
+    LeftRun left;
+    perform_inversion(line.workspace(), line.session.inversion, {.max_iterations = 2, .method = method},
+                      observer, left.result);
+    left.turns = observer.turns;
+    left.values = {body.top.value, body.susc.value};
+    for (const InversionParam& param : line.session.inversion.inversion_params.span())
+        left.list.push_back(param.value);
+    return left;
+}
+
+TEST(PerformAndLeave, in_the_middle_of_an_evaluation_the_last_accepted_values_stay) {
+    for (const InversionMethod method : {InversionMethod::sweep, InversionMethod::least_squares}) {
+        const LeftRun whole = run_and_leave(method, 0);
+        ASSERT_GT(whole.turns, 6);
+        for (const int at : {1, 3, whole.turns / 2, whole.turns}) {
+            const LeftRun left = run_and_leave(method, at);
+            EXPECT_EQ(left.turns, at) << "not a turn more";
+            EXPECT_EQ(left.result.status, run_limit) << "as a stop reads";
+            EXPECT_TRUE(left.result.faults.empty());
+            ASSERT_TRUE(left.result.filled);
+            EXPECT_EQ(left.values, left.list) << "bodies and list agree at turn " << at;
+            if (!left.result.initial_misfit) continue;
+            // Never a probe: the misfit of what stays is the one that the run reports.
+            EXPECT_LE(left.result.misfit_pair[0], (*left.result.initial_misfit)[0]);
+        }
+    }
 }
 
 }  // namespace anomalis::inversion

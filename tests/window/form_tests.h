@@ -6,6 +6,7 @@ namespace anomalis::window {
 
 QObject* make_actions_test();
 QObject* make_bodies_controller_test();
+QObject* make_calculation_watch_test();
 QObject* make_entry_gate_test();
 QObject* make_first_work_test();
 QObject* make_form_charts_test();

@@ -20,6 +20,7 @@ struct NamedTest {
 
 constexpr std::array tests{NamedTest{"actions", make_actions_test},
                            NamedTest{"bodies_controller", make_bodies_controller_test},
+                           NamedTest{"calculation_watch", make_calculation_watch_test},
                            NamedTest{"entry_gate", make_entry_gate_test},
                            NamedTest{"first_work", make_first_work_test, true},
                            NamedTest{"form_charts", make_form_charts_test},

@@ -1,7 +1,6 @@
 #include "window/shell/model_news.h"
 
 #include <QCheckBox>
-#include <QProgressBar>
 #include <QPushButton>
 #include <QSignalSpy>
 
@@ -21,7 +20,6 @@ class ModelNewsTest : public QObject {
     void a_begin_goes_back_to_the_section_and_the_bars_data();
     void a_begin_goes_back_to_the_section_and_the_bars();
     void check_boxes_of_a_file_before_are_cleared();
-    void the_progress_bar_shows_while_a_long_calculation_lasts();
 };
 
 namespace {
@@ -124,26 +122,6 @@ void ModelNewsTest::check_boxes_of_a_file_before_are_cleared() {
     QCOMPARE(sample.workspace().display.maintain_aspect_ratio, 0);
     sample.trigger("menu_undo");
     QVERIFY(sample.find<QCheckBox>("Check_show_body_label").isChecked());
-}
-
-void ModelNewsTest::the_progress_bar_shows_while_a_long_calculation_lasts() {
-    Modelled sample;
-    auto& bar = sample.find<QProgressBar>("ProgressBar_load");
-    const EventCounter shown(bar, QEvent::Show);
-    sample.trigger("menu_force_recalc");
-    QCOMPARE(shown.count(), 0);
-    ModelBody& body = sample.body(1);
-    body.type = pipe;
-    body.num_sectors = 200;
-    for (body.num_segments = 50; body.num_segments < 5000; body.num_segments *= 2) {
-        QElapsedTimer clock;
-        clock.start();
-        sample.form->news().tell(News::parameters);
-        if (clock.elapsed() > 500) break;
-    }
-    sample.trigger("menu_force_recalc");
-    QVERIFY(shown.count() > 0);
-    QVERIFY2(!bar.isVisible(), "it goes when the calculation has ended");
 }
 
 QObject* make_model_news_test() {

@@ -45,8 +45,8 @@ class ChartsPanel : public QWidget, private flow::ModelViewHost {
 
   signals:
     void pointer_moved(const anomalis::show::PointerPanels& panels);
-    /// A calculation that may take its time begins, or has ended.
-    void calculating(bool begins);
+    /// A calculation was left: the charts show the curves of before.
+    void calculation_left();
     void base_level_found(const QString& text);
 
   protected:
@@ -60,7 +60,7 @@ class ChartsPanel : public QWidget, private flow::ModelViewHost {
     void show_base_level(const std::string& text) override;
     void show_window(bool free_zoom) override;
     void show_current_body() override { news_.tell(News::current_body); }
-    void calculation(bool begins) override { emit calculating(begins); }
+    void calculation_stopped() override { emit calculation_left(); }
 
     /// Zoom list and pan bar follow another line, every chart gets its share of the height.
     void line_changed();

@@ -1,39 +1,69 @@
 #include "window/shell/calculation_watch.h"
 
+#include <algorithm>
 #include <utility>
 
-#include "core/workspace.h"
+#include <QAction>
+#include <QCoreApplication>
+#include <QMainWindow>
+#include <QTimer>
+
 #include "window/panels/status_panels.h"
+#include "window/shell/busy_input.h"
+#include "window/shell/form_guards.h"
 
 namespace anomalis::window {
 
-namespace {
-
-constexpr double blink = 0.2;  // seconds
-constexpr double nanosecond = 1e-9;
-
-}  // namespace
-
-double CalculationWatch::work_ahead() const {
-    int responses = 0;
-    for (int number = 1; number <= workspace_.body_count; ++number) {
-        const ModelBody& body = workspace_.body(number);
-        responses += workspace_.has_mag() && !body.mag_response_valid ? 1 : 0;
-        responses += workspace_.has_grav() && !body.grav_response_valid ? 1 : 0;
-    }
-    return static_cast<double>(responses) * workspace_.station_count;
+CalculationWatch::CalculationWatch(const WatchParts& parts, FormGuards& guards)
+    : parts_(parts),
+      guards_(guards),
+      busy_(new BusyInput(parts.window, parts.stop_button, parts.stop_action, [this] { leave(); })) {
+    QObject::connect(&parts.stop_action, &QAction::triggered, busy_, [this] {
+        if (shown_) leave();
+    });
 }
 
-void CalculationWatch::follow(bool begins) {
-    if (begins) {
-        work_ = work_ahead();
-        shown_ = work_ * seconds_a_unit_ > blink;
-        if (shown_) status_.show_progress(0);
-        clock_.start();
-        return;
-    }
-    if (work_ > 0) seconds_a_unit_ = static_cast<double>(clock_.nsecsElapsed()) * nanosecond / work_;
-    if (std::exchange(shown_, false)) status_.show_progress(-1);
+void CalculationWatch::begins(double units) {
+    expected_ = units;
+    done_ = 0;
+    left_ = false;
+    clock_.start();
+}
+
+bool CalculationWatch::turn(double units) {
+    done_ += units;
+    if (!shown_ && clock_.elapsed() < patience_) return false;
+    if (!shown_) show();
+    const double share = expected_ > 0 ? std::min(done_ / expected_, 1.0) : 0.0;
+    parts_.status.show_progress(static_cast<int>(100 * share));
+    QCoreApplication::processEvents();
+    return left_;
+}
+
+void CalculationWatch::ended() {
+    if (!shown_) return;
+    hide();
+    if (std::exchange(close_, false)) QTimer::singleShot(0, &parts_.window, &QWidget::close);
+}
+
+void CalculationWatch::show() {
+    shown_ = guards_.calculating = true;
+    parts_.status.show_text(QObject::tr("Calculating. Esc stops it"));
+    busy_->follow(true);
+}
+
+void CalculationWatch::hide() {
+    busy_->follow(false);
+    shown_ = guards_.calculating = false;
+    parts_.status.show_progress(-1);
+    parts_.status.show_text(QString());
+}
+
+bool CalculationWatch::may_close() {
+    if (!shown_) return true;
+    leave();
+    close_ = true;
+    return false;
 }
 
 }  // namespace anomalis::window

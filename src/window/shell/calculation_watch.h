@@ -2,33 +2,54 @@
 
 #include <QElapsedTimer>
 
-namespace anomalis {
-struct Workspace;
-}  // namespace anomalis
+#include "core/prompts.h"
+
+class QAction;
+class QMainWindow;
+class QWidget;
 
 namespace anomalis::window {
 
+class BusyInput;
+struct FormGuards;
 class StatusPanels;
 
-/// Shows the bar of the status line while curves are calculated for longer than a blink. Nothing is painted
-/// in the middle of a calculation, so how long it will take is judged before, by the last one.
-class CalculationWatch {
-  public:
-    CalculationWatch(const Workspace& workspace, StatusPanels& status)
-        : workspace_(workspace), status_(status) {}
+/// What of the window a calculation shows itself in, and what stops it besides the key Esc.
+struct WatchParts {
+    QMainWindow& window;
+    StatusPanels& status;
+    QWidget& stop_button;
+    QAction& stop_action;
+};
 
-    void follow(bool begins);
+/// A calculation that is felt: the bar of the status line shows how far it has come, the window is painted,
+/// and of what the person does only a stop and a request to close get through. A shorter one passes unseen.
+class CalculationWatch : public CalculationWatcher {
+  public:
+    /// All outlive the watch.
+    CalculationWatch(const WatchParts& parts, FormGuards& guards);
+
+    void begins(double units) override;
+    bool turn(double units) override;
+    void ended() override;
+
+    /// False while a calculation is felt: it is left, and the window closes after it.
+    bool may_close();
+    /// Milliseconds that a calculation passes unseen.
+    void set_patience(int patience) { patience_ = patience; }
 
   private:
-    /// Responses to be calculated, times stations.
-    double work_ahead() const;
+    void show();
+    void hide();
+    void leave() { left_ = true; }
 
-    const Workspace& workspace_;
-    StatusPanels& status_;
+    WatchParts parts_;
+    FormGuards& guards_;
+    BusyInput* busy_;
     QElapsedTimer clock_;
-    double work_ = 0;
-    double seconds_a_unit_ = 1e-6;
-    bool shown_ = false;
+    int patience_ = 150;
+    double expected_ = 0, done_ = 0;
+    bool shown_ = false, left_ = false, close_ = false;
 };
 
 }  // namespace anomalis::window

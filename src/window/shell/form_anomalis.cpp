@@ -8,6 +8,7 @@
 #include "flow/recent_files.h"
 #include "window/panels/charts_panel.h"
 #include "window/panels/definitions_page.h"
+#include "window/panels/invert_panel.h"
 #include "window/panels/model_page.h"
 #include "window/panels/model_side.h"
 #include "window/panels/processing_panel.h"
@@ -60,13 +61,17 @@ Form_anomalis::Form_anomalis(Session& session, const std::vector<flow::ExampleFi
       model_page_(new ModelPage(charts_, side_, examples)),
       status_(new StatusPanels(this)),
       actions_(new Actions(*this, workbench_, guards_, gate_, static_cast<int>(examples.size()))),
-      menus_(new Menus(*this, *actions_, workbench_)),
-      calculation_(std::make_unique<CalculationWatch>(session.workspace, *status_)) {
+      menus_(new Menus(*this, *actions_, workbench_)) {
     lay_out();
     gate_.add_editor([this] { side_->commit(); });
     gate_.add_editor([this] { commit_boxes(*definitions_page_); });
     make_controllers(examples);
     wire_panels();
+    calculation_ =
+        std::make_unique<CalculationWatch>(WatchParts{*this, *status_, side_->invert().stop_button(),
+                                                      actions_->action(ActionId::stop_inversion)},
+                                           guards_);
+    session_.prompts.set_watcher(calculation_.get());
     connect(&news_, &ModelNews::model_changed, this, &Form_anomalis::follow);
     start();
 }
@@ -74,6 +79,7 @@ Form_anomalis::Form_anomalis(Session& session, const std::vector<flow::ExampleFi
 /// A box that loses the focus as the window goes would take its text over into what is gone already.
 Form_anomalis::~Form_anomalis() {
     guards_.events_suspended = true;
+    session_.prompts.set_watcher(nullptr);
     hide();
 }
 
@@ -119,7 +125,10 @@ void Form_anomalis::wire_panels() {
     connect(side_, &ModelSide::body_wanted, this,
             [this](int number) { charts_->view().select_body(number); });
     connect(charts_, &ChartsPanel::pointer_moved, status_, &StatusPanels::show_pointer);
-    connect(charts_, &ChartsPanel::calculating, this, [this](bool begins) { calculation_->follow(begins); });
+    connect(charts_, &ChartsPanel::calculation_left, status_, [this] {
+        status_->show_text(
+            tr("The calculation was stopped: the curves are those of before. F5 calculates them"));
+    });
     connect(charts_, &ChartsPanel::base_level_found, this, [this](const QString& text) {
         definitions_page_->processing().show_base_texts(text.toStdString(), std::nullopt);
     });
@@ -182,7 +191,7 @@ void Form_anomalis::load_locations() {
 }
 
 void Form_anomalis::closeEvent(QCloseEvent* event) {
-    if (!inversion_->may_close()) return event->ignore();
+    if (!inversion_->may_close() || !calculation_->may_close()) return event->ignore();
     gate_.settle();
     recovery_->finish();
     const auto [intensity, inclination, declination] = definitions_page_->field().texts();

@@ -57,6 +57,7 @@ class Form_anomalis : public QMainWindow {
     ModelSide& side() { return *side_; }
     FormInversion& inversion() { return *inversion_; }
     RecoveryController& recovery() { return *recovery_; }
+    CalculationWatch& calculation() { return *calculation_; }
 
   protected:
     void closeEvent(QCloseEvent* event) override;

@@ -4,14 +4,16 @@
 
 namespace anomalis::window {
 
-/// Change handlers of the controls return at once while controls are being filled or a run goes on.
+/// Change handlers of the controls return at once while controls are being filled, a run goes on or a
+/// calculation is felt.
 struct FormGuards {
     explicit FormGuards(const InversionState& the_inversion) : inversion(the_inversion) {}
 
     const InversionState& inversion;
     bool events_suspended = false;  ///< controls are being filled
+    bool calculating = false;       ///< long enough to serve events in between
 
-    bool busy() const { return inversion.running; }
+    bool busy() const { return inversion.running || calculating; }
     bool closed() const { return events_suspended || busy(); }
 };
 

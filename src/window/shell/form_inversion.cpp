@@ -108,7 +108,7 @@ void FormInversion::invert(int index) {
 void FormInversion::stop() {
     if (!desk_.running()) return;
     desk_.command_stop_inversion();
-    parts_.status.show_text(tr("The run stops after this iteration"));
+    parts_.status.show_text(tr("The run stops after this iteration; Esc again stops it at once"));
 }
 
 void FormInversion::panel_changed() {

@@ -1,0 +1,57 @@
+// A refresh that the person has left.
+
+#include <gtest/gtest.h>
+
+#include "inversion/line_session.h"
+#include "model/refresh_model.h"
+#include "support/stale_body.h"
+
+namespace anomalis::model {
+namespace {
+
+/// Leaves the calculation at a turn; 0 never does.
+struct Leaving : CalculationWatcher {
+    int turns = 0, leave_at = 0, ends = 0;
+    double expected = 0;
+    void begins(double units) override {
+        expected = units;
+        turns = 0;
+    }
+    bool turn(double) override { return ++turns == leave_at; }
+    void ended() override { ++ends; }
+};
+
+}  // namespace
+
+TEST(RefreshModel, that_is_left_keeps_rows_and_misfit_and_is_a_failure_without_a_message) {
+    inversion::LineSession line;
+    line.add_body(thick_sheet);
+    Workspace& w = line.workspace();
+    const MisfitPair before = line.refresh();
+    const ChannelTable mag = w.mag.data, grav = w.grav.data;
+
+    ModelBody& body = w.body(1);
+    body.type = pipe;
+    body.num_sectors = 20000;
+    body.length.value = 300;
+    body.dip.value = 0;
+    Leaving watcher;
+    watcher.leave_at = 2;
+    line.prompts.set_watcher(&watcher);
+    EXPECT_THROW(refresh_model(line.session), CalculationStopped);
+    EXPECT_GT(watcher.expected, 1e7);
+    EXPECT_EQ(watcher.turns, 2);
+    EXPECT_EQ(watcher.ends, 1);
+    EXPECT_EQ(w.mag.data, mag);
+    EXPECT_EQ(w.grav.data, grav);
+    EXPECT_TRUE(line.prompts.messages.empty());
+    EXPECT_FALSE(body.mag_response_valid && body.grav_response_valid);
+
+    watcher.leave_at = 0;
+    EXPECT_NE(refresh_model(line.session), before);
+    EXPECT_TRUE(body.mag_response_valid && body.grav_response_valid);
+    EXPECT_EQ(watcher.ends, 2);
+    EXPECT_NE(w.mag.data, mag);
+}
+
+}  // namespace anomalis::model
