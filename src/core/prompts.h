@@ -17,7 +17,8 @@ struct FileRequest {
     bool confirm_overwrite = false;  ///< the dialog asks; otherwise the flow that saves does, or nobody
 };
 
-/// Who shows the person how far a calculation has come, and may have it left. Units are those of core/pacer.h.
+/// Who shows the person how far a calculation has come, and may have it left. Units are those of
+/// core/pacer.h.
 class CalculationWatcher {
   public:
     virtual ~CalculationWatcher() = default;
@@ -50,7 +51,8 @@ class Prompts {
     std::optional<std::string> save_file(const FileRequest& request);
     /// Lets the event loop run: painting and the stop button during long work.
     virtual void yield() {}
-    /// Shows calculations and has them left; null for nobody, who only lets the event loop run at their turns.
+    /// Shows calculations and has them left; null for nobody, who only lets the event loop run at their
+    /// turns.
     void set_watcher(CalculationWatcher* watcher) { watcher_ = watcher; }
     CalculationWatcher* watcher() const { return watcher_; }
 

@@ -23,8 +23,8 @@ void export_drawing(Session& session, const std::string& title, const std::strin
     request.confirm_overwrite = true;
     if (const auto path = session.save_file_dialog(request)) {
         // What is drawn is the model as it stands, also when no chart has shown it yet.
-        const int status = report_failure(session.prompts, "Nothing was exported: ",
-                                          [&] { model::refresh_model(session); });
+        const int status =
+            report_failure(session.prompts, "Nothing was exported: ", [&] { model::refresh_model(session); });
         if (status == 0 && write(*path) == 0) session.prompts.message("Output complete");
     }
     change_to_folder(folder);

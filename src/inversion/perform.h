@@ -68,8 +68,8 @@ int setup_inversion(const FittedModel& model, int current_body, RunObserver& obs
 
 /// The run. The bodies hold the last accepted state when it returns, after a fault whatever was reached.
 /// Raises nothing: what went wrong is in the faults of `result`. A stop is asked for by
-/// `inversion.stop_inversion`; the run ends with its iteration. An observer whose `working` asks for it ends it
-/// in the middle of an evaluation, with the same status and the values of the last accepted step.
+/// `inversion.stop_inversion`; the run ends with its iteration. An observer whose `working` asks for it ends
+/// it in the middle of an evaluation, with the same status and the values of the last accepted step.
 void perform_inversion(Workspace& workspace, InversionState& inversion, const RunRequest& request,
                        RunObserver& observer, RunResult& result);
 

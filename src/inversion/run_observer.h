@@ -18,8 +18,8 @@ class RunObserver {
     virtual ~RunObserver() = default;
     /// A model was evaluated: who waits can be served, and may ask for a stop.
     virtual void evaluated() {}
-    /// A model is being evaluated and has done `units` more (see core/pacer.h): who waits can be served. True:
-    /// the run ends here and now, with what it accepted so far.
+    /// A model is being evaluated and has done `units` more (see core/pacer.h): who waits can be served.
+    /// True: the run ends here and now, with what it accepted so far.
     virtual bool working(double /*units*/) { return false; }
     virtual void show_initial_misfit(const MisfitPair&) {}
     virtual void show_current_misfit(const MisfitPair&) {}
