@@ -26,6 +26,8 @@ test  python3-pandas      opening exported tables
 test  clang-format        the format of the sources
 test  ccache              compiling once what all clones share
 tidy  clang-tidy          the checks of the sources
+tidy  clang               a second compiler, and the fuzzers
+tidy  libclang-rt-dev     the fuzzers
 LIST
 }
 

@@ -15,6 +15,9 @@ struct BodyField {
     Value ModelBody::*member;
     Stale stale;
 };
+// Said for compilers that find no guide for an aggregate by themselves.
+template <class Value>
+BodyField(std::string_view, Value ModelBody::*, Stale) -> BodyField<Value>;
 
 /// What a file holds of a body beside its parameters, and what a change of each makes stale. The map position
 /// follows from the distance and is not among them; the widths of the ends are written with a file and read

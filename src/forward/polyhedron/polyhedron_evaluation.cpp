@@ -16,8 +16,8 @@ namespace {
 
 /// Of an edge or a face for a station: near enough to tell a short job from a long one.
 constexpr double nanoseconds_each = 3;
-/// Of a facet, to cut a mesh into parts, to fold what is wanted into it, and to take its moments.
-constexpr double split_units = 50, fold_units = 50, moment_units = 500;
+/// Of a facet, to cut a mesh into parts, and to fold what is wanted into it.
+constexpr double split_units = 50, fold_units = 50;
 /// Of a facet for a station that stands on an edge.
 constexpr double clearance_units = 15;
 
