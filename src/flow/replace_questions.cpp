@@ -1,5 +1,6 @@
 #include "flow/replace_questions.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <system_error>
 #include <unistd.h>
@@ -23,20 +24,25 @@ ReplaceAnswer ask(Prompts& prompts, const std::string& question, const std::stri
 }
 
 /// Not below the folder for temporary files, which a power cut empties, if there is another.
-fs::path folder_for_old_contents() {
+std::string folder_for_old_contents() {
     const std::string state = user_state_folder();
-    if (state.empty()) return fs::temp_directory_path();
+    std::error_code error;
+    if (state.empty()) return fs::temp_directory_path(error).string();
     try {
         const std::string folder = state + "anomalis/before-writing";
         make_private_folder(folder);
         return folder;
     } catch (const FileFault&) {
-        return fs::temp_directory_path();
+        return fs::temp_directory_path(error).string();
     }
 }
 
+/// The name may be as long as names can be: its end tells enough.
 std::string place_of_old_contents(const std::string& path) {
-    return (folder_for_old_contents() / (std::to_string(::getpid()) + "-" + file_name(path))).string();
+    constexpr std::size_t longest = 200;
+    const std::string name = file_name(path);
+    return folder_for_old_contents() + "/" + std::to_string(::getpid()) + "-" +
+           name.substr(name.size() - std::min(name.size(), longest));
 }
 
 void write_in_place(const std::string& path, std::string_view contents) {

@@ -201,6 +201,26 @@ TEST(SaveInPlace, writes_the_files_that_are_there_when_that_is_wanted) {
     EXPECT_TRUE(fs::is_empty(state.path("anomalis/before-writing"))) << "the old contents are needed no more";
 }
 
+TEST(SaveInPlace, the_longest_name_and_no_place_of_one_s_own_are_no_hindrance) {
+    Saved sample;
+    const TempFolder state;
+    const std::string path = sample.folder.path(std::string(251, 'n') + ".axm");
+    sample.prompts.save_paths = {path};
+    ASSERT_EQ(save_model(SaveMode::with_dialog, sample.workbench, {}), SaveOutcome::saved);
+    sample.prompts.messages.clear();
+    state.write("anomalis", "a file in the way of the folder");
+    for (const bool own_place : {false, true}) {
+        if (own_place) fs::remove(state.path("anomalis"));
+        EXPECT_EQ(in_read_only_folder(sample.folder, state,
+                                      [&] {
+                                          sample.prompts.chosen = {"Write in place"};
+                                          return sample.save() == SaveOutcome::saved ? 0 : 1;
+                                      }),
+                  0)
+            << own_place;
+    }
+}
+
 TEST(SaveInPlace, save_as_leaves_the_folder_alone) {
     Saved sample;
     const TempFolder state;
