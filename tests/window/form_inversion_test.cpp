@@ -53,7 +53,6 @@ class FormInversionTest : public QObject {
     void the_caption_marks_what_is_unsaved();
     void while_it_runs_only_the_stop_is_served();
     void escape_stops_the_run();
-    void the_key_of_save_during_a_run_says_why_nothing_is_saved();
     void a_bar_held_down_does_not_move_during_a_run();
     void a_request_to_close_stops_the_run_first();
     void the_limit_bars_lie_over_the_plot_and_choose_the_stations();
@@ -184,26 +183,6 @@ void FormInversionTest::escape_stops_the_run() {
     QVERIFY(pressed);
     QCOMPARE(sample.text("Text_num_iterations"), QString("1"));
     QVERIFY(sample.find<QWidget>("Frame_invert").isVisible());
-}
-
-void FormInversionTest::the_key_of_save_during_a_run_says_why_nothing_is_saved() {
-    Opened sample;
-    const std::string before = sample.folder.read("line.axm");
-    bool pressed = false;
-    sample.prompts.on_yield = [&] {
-        if (pressed || !sample.form->inversion().desk().running()) return;
-        pressed = true;
-        QVERIFY(!sample.find<QPushButton>("Command_save_axm_model").isEnabled());
-        QTest::keyClick(sample.form.get(), Qt::Key_S, Qt::ControlModifier);
-        QCOMPARE(sample.status(1), QString("Not saved: a run goes on. Stop it with Esc, then save"));
-        QTest::keyClick(sample.form.get(), Qt::Key_Escape);
-    };
-    QTest::keyClick(sample.form.get(), Qt::Key_I, Qt::ControlModifier);
-    QVERIFY(pressed);
-    QCOMPARE(sample.folder.read("line.axm"), before);
-    QVERIFY(sample.prompts.save_requests.empty());
-    QTest::keyClick(sample.form.get(), Qt::Key_S, Qt::ControlModifier);
-    QVERIFY(sample.folder.read("line.axm") != before);
 }
 
 void FormInversionTest::a_bar_held_down_does_not_move_during_a_run() {

@@ -14,6 +14,7 @@
 #include "output/tables.h"
 #include "window/form_sample.h"
 #include "window/form_tests.h"
+#include "window/shell/form_inversion.h"
 #include "window/shell/screenshot.h"
 
 namespace anomalis::window {
@@ -29,6 +30,7 @@ class SaveControllerTest : public QObject {
     void a_save_that_fails_keeps_button_and_asterisk();
     void a_file_that_cannot_be_read_leaves_window_and_file_as_they_were();
     void a_repaired_body_is_no_step_that_keys_must_pass();
+    void the_key_of_save_during_a_run_says_why_nothing_is_saved();
     void recent_files_come_back_at_the_next_start_and_open();
     void recent_files_that_vanished_are_told_and_not_listed_at_the_next_start();
     void exports_write_calculated_numbers();
@@ -177,6 +179,26 @@ void SaveControllerTest::a_repaired_body_is_no_step_that_keys_must_pass() {
     QTest::keyClick(sample.form.get(), Qt::Key_Z, Qt::ControlModifier);
     QTest::keyClick(sample.form.get(), Qt::Key_Z, Qt::ControlModifier);
     QCOMPARE(sample.session.workspace.surface_elevation, 0.0F);
+}
+
+void SaveControllerTest::the_key_of_save_during_a_run_says_why_nothing_is_saved() {
+    Opened sample;
+    const std::string before = sample.folder.read("line.axm");
+    bool pressed = false;
+    sample.prompts.on_yield = [&] {
+        if (pressed || !sample.form->inversion().desk().running()) return;
+        pressed = true;
+        QVERIFY(!sample.find<QPushButton>("Command_save_axm_model").isEnabled());
+        QTest::keyClick(sample.form.get(), Qt::Key_S, Qt::ControlModifier);
+        QCOMPARE(sample.status(1), QString("Not saved: a run goes on. Stop it with Esc, then save"));
+        QTest::keyClick(sample.form.get(), Qt::Key_Escape);
+    };
+    QTest::keyClick(sample.form.get(), Qt::Key_I, Qt::ControlModifier);
+    QVERIFY(pressed);
+    QCOMPARE(sample.folder.read("line.axm"), before);
+    QVERIFY(sample.prompts.save_requests.empty());
+    QTest::keyClick(sample.form.get(), Qt::Key_S, Qt::ControlModifier);
+    QVERIFY(sample.folder.read("line.axm") != before);
 }
 
 void SaveControllerTest::recent_files_come_back_at_the_next_start_and_open() {
