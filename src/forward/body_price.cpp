@@ -43,7 +43,9 @@ std::uint64_t calculated_facets(const ModelBody& body, Formulas formulas, std::u
 }
 
 void refuse(const BodyPrice& price, const std::string& needs) {
-    throw Fault(needs + " (" + std::to_string(price.sectors) + " sectors, " + std::to_string(price.segments) +
+    const std::string of_body = price.name.empty() ? "" : "body " + std::string(price.name) + ": ";
+    throw Fault(needs + " (" + of_body + std::to_string(price.sectors) + " sectors, " +
+                std::to_string(price.segments) +
                 " segments; fewer of them or a larger triangle size cost less)");
 }
 
@@ -55,6 +57,7 @@ std::string number_and_limit(std::uint64_t number, const std::string& unit, std:
 
 BodyPrice body_price(const ModelBody& body, Formulas formulas, std::int64_t stations) {
     BodyPrice price;
+    price.name = body.name;
     const auto places = static_cast<std::uint64_t>(std::max<std::int64_t>(stations, 0));
     const SolidCounts solid = is_round(body.type) ? count_solid(body) : SolidCounts{};
     price.calculated = calculated_facets(body, formulas, solid.sectors);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 
 #include "core/formulas.h"
 
@@ -15,6 +16,7 @@ namespace anomalis::forward {
 
 /// A number that does not fit 64 bits stays at the largest one.
 struct BodyPrice {
+    std::string_view name = {};               ///< of the body, which outlives its price
     std::uint64_t sectors = 0, segments = 0;  ///< of a pipe's solid, as its triangle size raises them
     std::uint64_t facets = 0;                 ///< of that solid, as it is drawn and exported
     std::uint64_t calculated = 0;      ///< facets, or edges of an endless ring, that the kernel is given
@@ -33,7 +35,8 @@ inline constexpr std::uint64_t most_bytes = std::uint64_t{1} << 29;
 /// cost what their few faces do, an endless pipe of the classic formulas what a sheet does.
 BodyPrice body_price(const ModelBody& body, Formulas formulas, std::int64_t stations);
 
-/// Raises a Fault that tells the number, its limit and the way out when a price is above what is granted.
+/// Raises a Fault that tells the number, its limit and the way out when a price is above what is granted, and
+/// which body it is.
 void require_affordable(const BodyPrice& price);
 
 /// About how long a channel of the body takes, in the units of core/pacer.h.

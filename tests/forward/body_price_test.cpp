@@ -143,11 +143,12 @@ TEST(BodyPrice, every_route_refuses_such_a_pipe_and_the_other_bodies_are_calcula
 
 TEST(BodyPrice, a_drawing_of_such_a_pipe_is_refused_in_the_same_words) {
     ModelBody body = pipe_of(10000000, 1);
+    body.name = "Shaft";
     Faults faults;
     EXPECT_EQ(setup_cylinder_body(body, body.solid, faults), -1);
     EXPECT_TRUE(told(faults,
                      "An error occurred while setting up the cylinder body: the solid would have "
-                     "40000000 facets, the limit is 2000000 (10000000 sectors, 1 segments; "));
+                     "40000000 facets, the limit is 2000000 (body Shaft: 10000000 sectors, 1 segments; "));
     EXPECT_THROW(pipe_shape(body), Fault);
 }
 

@@ -13,6 +13,7 @@ class FormulasControllerTest : public QObject {
     void the_status_bar_tells_how_far_the_classic_curve_is_off();
     void a_click_changes_over_and_the_menu_follows();
     void steps_that_follow_each_other_are_compared_once();
+    void a_body_whose_exact_curve_is_too_dear_is_not_compared();
     void the_choice_can_be_taken_back();
     void a_file_brings_its_own_choice();
 };
@@ -69,6 +70,28 @@ void FormulasControllerTest::steps_that_follow_each_other_are_compared_once() {
     }
     QTRY_VERIFY(!rest.isActive());
     QVERIFY(opened.button().text() != before);
+}
+
+void FormulasControllerTest::a_body_whose_exact_curve_is_too_dear_is_not_compared() {
+    Opened opened;
+    QTRY_VERIFY(opened.button().text().contains("%"));
+    const QString usual_tip = opened.button().toolTip();
+    ModelBody& body = opened.workspace().body(1);
+    // Endless, it is a sheet to the classic formulas, which have no need of its sectors.
+    body.type = pipe;
+    body.length.value = 0;
+    body.dip.value = 60;
+    body.density.value = 0;
+    body.num_sectors = 10'000'000;
+    opened.sample.form->news().tell(News::parameters);
+    QTRY_COMPARE(opened.button().text(), QString("Classic formulas: not compared"));
+    QVERIFY(opened.button().toolTip().contains("40000000 facets, the limit is 2000000"));
+    QVERIFY(opened.button().styleSheet().isEmpty());
+    QVERIFY2(opened.sample.prompts.messages.empty(), "the model as it stands is calculated");
+    body.num_sectors = 12;
+    opened.sample.form->news().tell(News::parameters);
+    QTRY_VERIFY(opened.button().text().contains("%"));
+    QCOMPARE(opened.button().toolTip(), usual_tip);
 }
 
 void FormulasControllerTest::the_choice_can_be_taken_back() {
