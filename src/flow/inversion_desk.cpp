@@ -3,9 +3,11 @@
 #include <algorithm>
 
 #include "core/numbers.h"
+#include "core/pacer.h"
 #include "edit/change.h"
 #include "edit/workbench.h"
 #include "flow/fit_remark.h"
+#include "forward/body_price.h"
 #include "inversion/parameters.h"
 #include "model/misfit.h"
 #include "workspace_file/axm.h"
@@ -95,8 +97,13 @@ void InversionDesk::command_toggle_invert_body() {
     session.inversion.stop_inversion = false;
     reset_inversion_display();
     Faults faults;
-    show_initial_misfit(model::evaluate_model_misfit(workspace, session.inversion, workspace.mag.data,
-                                                     workspace.grav.data, faults));
+    try {
+        WatchedCalculation watched(session.prompts, forward::work_ahead(workspace));
+        show_initial_misfit(model::evaluate_model_misfit(workspace, session.inversion, workspace.mag.data,
+                                                         workspace.grav.data, faults, watched));
+    } catch (const Stopped&) {
+        // The boxes stay empty; the curves are those of before.
+    }
     show_faults(faults, session.prompts);
 }
 

@@ -54,17 +54,26 @@ void ModelView::set_on_page(bool on_page) {
 void ModelView::display_model(bool forced) {
     Session& session = workbench_.session;
     Workspace& workspace = session.workspace;
-    if (!edit::line_loaded(workspace) || !(workbench_.view.on_page || forced)) return;
+    if (calculating_ || !edit::line_loaded(workspace) || !(workbench_.view.on_page || forced)) return;
     const MessageScope scope(session.prompts);
     report_failure(session.prompts, "An error occurred while displaying the current model: ", [&] {
         try {
-            show_calculated(model::refresh_model(session));
+            show_calculated(calculate());
         } catch (const model::CalculationStopped&) {
             // The curves of before, over the bodies as they are.
             redraw();
             host_.calculation_stopped();
         }
     });
+}
+
+MisfitPair ModelView::calculate() {
+    struct Mark {
+        bool& on;
+        explicit Mark(bool& mark) : on(mark) { on = true; }
+        ~Mark() { on = false; }
+    } const under_way(calculating_);
+    return model::refresh_model(workbench_.session);
 }
 
 void ModelView::show_calculated(const MisfitPair& misfit) {

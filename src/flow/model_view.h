@@ -88,6 +88,7 @@ class ModelView {
     void chart_moved(int chart, bool outside, double x, double y);
     void chart_view_changed(int chart);
     void polygon_clicked(int chart, int polygon);
+    MisfitPair calculate();
     void show_calculated(const MisfitPair& misfit);
     void show_base_levels();
     std::array<bool, edit::model_chart_count> shown_charts() const;
@@ -98,6 +99,7 @@ class ModelView {
     ModelViewHost& host_;
     std::optional<show::GraphRanges> ranges_;  ///< none until the model was displayed
     std::array<std::unique_ptr<ChartLink>, edit::model_chart_count + 1> links_;
+    bool calculating_ = false;  ///< what is served meanwhile must not begin another calculation
 };
 
 }  // namespace anomalis::flow

@@ -17,7 +17,11 @@ namespace anomalis::window {
 CalculationWatch::CalculationWatch(const WatchParts& parts, FormGuards& guards)
     : parts_(parts),
       guards_(guards),
-      busy_(new BusyInput(parts.window, parts.stop_button, parts.stop_action, [this] { leave(); })) {
+      busy_(new BusyInput(
+          parts.window, parts.stop_button, parts.stop_action, [this] { leave(); },
+          [this](QKeyCombination) {
+              parts_.status.show_text(QObject::tr("Calculating. Esc stops it, then other keys are served"));
+          })) {
     QObject::connect(&parts.stop_action, &QAction::triggered, busy_, [this] {
         if (shown_) leave();
     });
