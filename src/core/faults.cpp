@@ -1,13 +1,17 @@
 #include "core/faults.h"
 
+#include <algorithm>
+
 namespace anomalis {
 
-void Faults::add(const std::string& text, long count) {
+void Faults::add(const std::string& text, long count, Severity severity) {
     const auto [place, is_new] = places_.try_emplace(text, entries_.size());
     if (is_new) {
-        entries_.push_back({text, count});
+        entries_.push_back({text, count, severity});
     } else {
-        entries_[place->second].count += count;
+        Entry& entry = entries_[place->second];
+        entry.count += count;
+        entry.severity = std::max(entry.severity, severity);
     }
 }
 

@@ -8,15 +8,24 @@
 
 namespace anomalis {
 
+/// What a text for the person is about.
+enum class Severity {
+    remark,  ///< all is well: what was done, or which of two was taken
+    doubt,   ///< a number or a row was read as the format says, which can hardly be what was meant
+    failure  ///< something was not done or not calculated
+};
+
 /// What went wrong in a calculation, in the order of first occurrence; a text that repeats is counted.
 class Faults {
   public:
     struct Entry {
         std::string text;
         long count = 1;
+        Severity severity = Severity::failure;
     };
 
-    void add(const std::string& text, long count = 1);
+    /// A text that is there already keeps the graver of its severities.
+    void add(const std::string& text, long count = 1, Severity severity = Severity::failure);
     void clear();
     bool empty() const { return entries_.empty(); }
     std::span<const Entry> entries() const { return entries_; }

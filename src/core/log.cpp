@@ -30,12 +30,12 @@ void SessionLog::turn_on(Prompts& prompts) {
     path_ = current_folder() + "/axm_logging.dat";
     on_ = true;
     log_message(-1);
-    prompts.message("Logging file is: " + path_);
+    prompts.remark("Logging file is: " + path_);
     log_message(1, "Start Logging " + std::string(application_version()) + " " + present_time_text());
 }
 
 void SessionLog::turn_off(Prompts& prompts) {
-    prompts.message("Logging file is: " + path_);
+    prompts.remark("Logging file is: " + path_);
     on_ = false;
 }
 

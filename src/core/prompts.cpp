@@ -4,15 +4,15 @@
 
 namespace anomalis {
 
-void Prompts::message(const std::string& text) {
-    if (depth_ == 0) return show_message(text);
-    pending_.add(text);
+void Prompts::message(const std::string& text, Severity severity) {
+    if (depth_ == 0) return show_text(text, severity);
+    pending_.add(text, 1, severity);
 }
 
 void Prompts::flush() {
     const Faults shown = std::exchange(pending_, {});
-    for (const auto& [text, count] : shown.entries())
-        show_message(count == 1 ? text : text + " (" + std::to_string(count) + " times)");
+    for (const auto& [text, count, severity] : shown.entries())
+        show_text(count == 1 ? text : text + " (" + std::to_string(count) + " times)", severity);
 }
 
 bool Prompts::ask_yes_no(const std::string& text) {
@@ -47,7 +47,7 @@ std::optional<std::string> Prompts::save_file(const FileRequest& request) {
 
 void show_faults(const Faults& faults, Prompts& prompts) {
     const MessageScope scope(prompts);
-    for (const auto& [text, count] : faults.entries()) prompts.pending_.add(text, count);
+    for (const auto& [text, count, severity] : faults.entries()) prompts.pending_.add(text, count, severity);
 }
 
 MessageScope::~MessageScope() {

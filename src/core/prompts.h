@@ -36,8 +36,11 @@ class Prompts {
   public:
     virtual ~Prompts() = default;
 
-    /// Shows a text. Inside a `MessageScope` a text that repeats is shown once, with its count behind it.
-    void message(const std::string& text);
+    /// Shows a text: a failure, unless it says otherwise. Inside a `MessageScope` a text that repeats is
+    /// shown once, with its count behind it.
+    void message(const std::string& text, Severity severity = Severity::failure);
+    /// The same for a text that tells of no failure.
+    void remark(const std::string& text) { message(text, Severity::remark); }
     /// Asks a question with Yes and No.
     bool ask_yes_no(const std::string& text);
     /// Asks a question whose answers stand on the buttons, the one that Enter means first and the one that
@@ -58,6 +61,8 @@ class Prompts {
 
   protected:
     virtual void show_message(const std::string& text) = 0;
+    /// Whoever keeps the kinds apart does so here.
+    virtual void show_text(const std::string& text, Severity) { show_message(text); }
     virtual bool show_question(const std::string& text) = 0;
     /// Where nobody is asked nothing is changed.
     virtual std::size_t show_choice(const std::string& text, const std::vector<std::string>& answers);

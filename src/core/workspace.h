@@ -67,7 +67,7 @@ enum StationColumn : int { column_line = 0, column_east, column_north, column_se
 
 /// The observed data file and how to read it. Columns are numbered from 1; 0 means absent.
 struct DataDefinition {
-    std::string data_file;
+    std::string data_file;  ///< as it is found from the current folder
     Date data_file_date = 0;
     std::int32_t first_data_line = 2;
     std::int32_t read_increment = 1;
@@ -79,6 +79,7 @@ struct DataDefinition {
     std::int32_t dtm_column = 0;
     std::int32_t mag_column = 5;
     std::int32_t grav_column = 0;
+    std::string data_file_as_named = {};  ///< in the workspace file that was read; "" for a chosen file
 
     bool operator==(const DataDefinition&) const = default;
 };

@@ -34,7 +34,7 @@ bool colour_bodies(Workbench& workbench, ColourProperty property) {
     const auto [lowest, highest] = std::minmax_element(values.begin(), values.end());
     const double low = *lowest, range = *highest - *lowest;
     if (!(range > 0)) {
-        workbench.session.prompts.message("The bodies all have the same specified value");
+        workbench.session.prompts.remark("The bodies all have the same specified value");
         return false;
     }
     for (int i = 1; i <= workspace.body_count; ++i)

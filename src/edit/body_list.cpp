@@ -99,13 +99,13 @@ bool sort_bodies(Workbench& workbench, BodyOrder order) {
     if (order == BodyOrder::ascending || order == BodyOrder::descending) {
         order_by_distance(workbench, order == BodyOrder::ascending);
         note_change(workbench, {"sort bodies", "", true});
-        session.prompts.message("The bodies have been sorted");
+        session.prompts.remark("The bodies have been sorted");
         return true;
     }
     if (!current_body(workbench)) return false;
     move_current(workbench, order == BodyOrder::current_first);
     note_change(workbench, {"move body", "", true});
-    session.prompts.message("The body has been moved");
+    session.prompts.remark("The body has been moved");
     return true;
 }
 

@@ -25,7 +25,7 @@ void export_drawing(Session& session, const std::string& title, const std::strin
         // What is drawn is the model as it stands, also when no chart has shown it yet.
         const int status =
             report_failure(session.prompts, "Nothing was exported: ", [&] { model::refresh_model(session); });
-        if (status == 0 && write(*path) == 0) session.prompts.message("Output complete");
+        if (status == 0 && write(*path) == 0) session.prompts.remark("Output complete");
     }
     change_to_folder(folder);
 }

@@ -32,7 +32,7 @@ ExportOutcome export_file(edit::Workbench& workbench, const FileRequest& request
             if (edit::line_loaded(session.workspace)) model::refresh_model(session);
         });
         outcome = status == 0 && write(*path) == 0 ? ExportOutcome::written : ExportOutcome::failed;
-        if (outcome == ExportOutcome::written) session.prompts.message("Output complete");
+        if (outcome == ExportOutcome::written) session.prompts.remark("Output complete");
     }
     change_to_folder(folder);
     return outcome;

@@ -160,6 +160,7 @@ void set_data_file(edit::Workbench& workbench, const std::string& path) {
     Session& session = workbench.session;
     Workspace& workspace = session.workspace;
     workspace.definition.data_file = path;
+    workspace.definition.data_file_as_named.clear();
     drop_stations(workspace);
     if (workbench.base_from_mean[channel_mag]) workspace.mag.base = unset;
     if (workbench.base_from_mean[channel_grav]) workspace.grav.base = unset;

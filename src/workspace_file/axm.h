@@ -17,13 +17,14 @@ struct Workspace;
 namespace anomalis::workspace_file {
 
 /// Writes a workspace file. Mode below 0: the definitions alone; otherwise bodies and display block follow.
-/// Both end widths of a body are written as its width. The file that stood there before survives every
-/// failure. Returns 0, or -1 after a failure, which was shown.
+/// Both end widths of a body are written as its width. The data file is named so that it is found from the
+/// folder of `path`; a name that was read from that folder stays as it was, byte for byte. The file that
+/// stood there before survives every failure. Returns 0, or -1 after a failure, which was shown.
 int write_model_parameters(int mode, const std::string& path, const Workspace& workspace, Prompts& prompts);
 /// The same with another way to write the text.
 int write_model_parameters(int mode, const std::string& path, const Workspace& workspace, Prompts& prompts,
                            const FileWriter& write);
-/// The text that it would write.
+/// The text that it would write, with the data file as it is found from the current folder.
 std::string model_parameters_text(int mode, const Workspace& workspace);
 
 /// What becomes of a file that cannot be read whole.
@@ -33,8 +34,10 @@ enum class Damaged {
 };
 
 /// Reads a workspace file. Mode 0: everything; below 0: definitions and display block; above 0: the bodies
-/// alone. `settings` holds the body defaults that an old file does not overrule. A data file that stands
-/// neither at its path nor beside the workspace file is asked for. The stations are dropped.
+/// alone. `settings` holds the body defaults that an old file does not overrule. The data file is looked for
+/// from the folder of the workspace file, then in the current one; where the current one matters a remark
+/// says so. One that is nowhere is asked for. The stations are dropped. Numbers that are missing, no numbers or
+/// too many are told with line and text; what the format takes for them stands.
 /// Returns 0, or -1 after a failure, which was shown with its line; a file of another kind is told as such
 /// and never read to its end. In modes 0 and below a success sets `model_file` and its date.
 int read_model_parameters(int mode, Workspace& workspace, const std::string& path, const Settings& settings,

@@ -4,7 +4,9 @@
 
 #include "core/failure.h"
 #include "core/paths.h"
+#include "core/prompts.h"
 #include "core/safe_file.h"
+#include "core/same_file.h"
 #include "core/text.h"
 #include "core/workspace.h"
 #include "workspace_file/axm.h"
@@ -12,6 +14,7 @@
 #include "workspace_file/axm_extensions.h"
 #include "workspace_file/axm_shape.h"
 #include "workspace_file/axm_text.h"
+#include "workspace_file/data_file_place.h"
 
 namespace anomalis::workspace_file {
 
@@ -21,21 +24,31 @@ constexpr std::int32_t last_filter_type = 4;
 constexpr std::int32_t spare_bodies = 16;
 constexpr int lines_before_bodies = 11;
 
-/// A file that moved together with its workspace is found beside it; one that is nowhere is asked for.
-void find_data_file(std::string_view named, const std::string& model_path, DataDefinition& definition,
+void tell_place(std::string_view name, const DataFilePlace& place, Prompts& prompts) {
+    const std::string what = "The data file " + std::string(name) + " was taken from the ";
+    if (!place.passed_over.empty()) {
+        prompts.remark(what + "folder of the workspace (" + whole_path(place.path) +
+                       "). Another file of that name in the current folder was passed over (" +
+                       whole_path(place.passed_over) + ")");
+    } else if (!place.beside) {
+        prompts.remark(what + "current folder (" + whole_path(place.path) +
+                       "): it is not where the workspace says");
+    }
+}
+
+/// One that is nowhere is asked for.
+void take_data_file(std::string_view name, const std::string& workspace_path, DataDefinition& definition,
                     Prompts& prompts) {
-    const std::string path(named);
-    const std::string beside = folder_name(model_path) + file_name(path);
-    definition.data_file = path;
-    if (file_exists(path).empty()) {
-        if (!file_exists(beside).empty()) {
-            definition.data_file = beside;
-        } else {
-            const LocateResult found =
-                locate_file("profile data file", path, folder_name(model_path), prompts);
-            if (found.path.empty()) return;
-            definition.data_file = trim_blanks(found.path);
-        }
+    definition.data_file = definition.data_file_as_named = name;
+    const DataFilePlace place = find_data_file(name, workspace_path);
+    if (!place.path.empty()) {
+        definition.data_file = place.path;
+        tell_place(name, place, prompts);
+    } else {
+        const LocateResult found =
+            locate_file("profile data file", definition.data_file, folder_name(workspace_path), prompts);
+        if (found.path.empty()) return;
+        definition.data_file = trim_blanks(found.path);
     }
     definition.data_file_date = file_date(definition.data_file);
 }
@@ -135,7 +148,7 @@ void read_definitions(AxmLines& lines, const std::string& path, Workspace& works
     workspace.display.tie_pipe_depth_susc = false;  // a file that does not speak of it has no tie
     workspace.formulas = Formulas::classic;
     set_default_extents(workspace.drawing);
-    find_data_file(lines.next(), path, workspace.definition, prompts);
+    take_data_file(lines.next(), path, workspace.definition, prompts);
     read_columns(LineItems(lines.next()), workspace);
     read_field(LineItems(lines.next()), workspace);
     read_filters(LineItems(lines.next()), workspace);

@@ -1,4 +1,5 @@
 #include <span>
+#include <string_view>
 
 #include "core/body_parameters.h"
 #include "core/failure.h"
@@ -8,6 +9,7 @@
 #include "workspace_file/axm_extensions.h"
 #include "workspace_file/axm_lines.h"
 #include "workspace_file/axm_text.h"
+#include "workspace_file/data_file_place.h"
 
 namespace anomalis::workspace_file {
 
@@ -27,9 +29,9 @@ AxmWriter& operator<<(AxmWriter& out, const BodyParam& param) {
     return out << param.value << Limits{param};
 }
 
-void write_data_lines(const Workspace& workspace, AxmWriter& out) {
+void write_data_lines(const Workspace& workspace, std::string_view data_file, AxmWriter& out) {
     const DataDefinition& definition = workspace.definition;
-    out << definition.data_file;
+    out << data_file;
     out.end_line();
     out << definition.first_data_line << definition.read_increment << definition.x_column
         << definition.y_column << definition.z_column << definition.dtm_column << definition.mag_column
@@ -115,11 +117,9 @@ void write_display_block(const DisplaySettings& display, AxmWriter& out) {
     out.end_line();
 }
 
-}  // namespace
-
-std::string model_parameters_text(int mode, const Workspace& workspace) {
+std::string text_naming(std::string_view data_file, int mode, const Workspace& workspace) {
     AxmWriter out;
-    write_data_lines(workspace, out);
+    write_data_lines(workspace, data_file, out);
     write_transform_lines(workspace.transform, out);
     if (mode >= 0) {
         write_bodies(workspace, out);
@@ -129,6 +129,12 @@ std::string model_parameters_text(int mode, const Workspace& workspace) {
     return out.text();
 }
 
+}  // namespace
+
+std::string model_parameters_text(int mode, const Workspace& workspace) {
+    return text_naming(workspace.definition.data_file, mode, workspace);
+}
+
 int write_model_parameters(int mode, const std::string& path, const Workspace& workspace, Prompts& prompts) {
     return write_model_parameters(mode, path, workspace, prompts, telling_writer(prompts));
 }
@@ -136,7 +142,7 @@ int write_model_parameters(int mode, const std::string& path, const Workspace& w
 int write_model_parameters(int mode, const std::string& path, const Workspace& workspace, Prompts& prompts,
                            const FileWriter& write) {
     return report_failure(prompts, "An error occurred while saving the model parameters: ", [&] {
-        write(path, model_parameters_text(mode, workspace));
+        write(path, text_naming(data_file_name_for(workspace.definition, path), mode, workspace));
     });
 }
 

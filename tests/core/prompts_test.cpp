@@ -102,5 +102,40 @@ TEST(MessageScope, the_next_command_starts_afresh) {
     EXPECT_THAT(prompts.messages, ElementsAre("a", "a"));
 }
 
+/// Keeps the kinds apart, as a listener may.
+class SortingPrompts : public ScriptedPrompts {
+  public:
+    std::vector<Severity> severities;
+
+  protected:
+    void show_text(const std::string& text, Severity severity) override {
+        severities.push_back(severity);
+        show_message(text);
+    }
+};
+
+TEST(Prompts, a_text_is_a_failure_unless_it_says_otherwise) {
+    SortingPrompts prompts;
+    prompts.message("lost");
+    prompts.remark("done");
+    prompts.message("odd", Severity::doubt);
+    EXPECT_THAT(prompts.severities, ElementsAre(Severity::failure, Severity::remark, Severity::doubt));
+    EXPECT_THAT(prompts.messages, ElementsAre("lost", "done", "odd"));
+}
+
+TEST(MessageScope, a_text_that_is_said_as_two_kinds_counts_as_the_graver) {
+    SortingPrompts prompts;
+    Faults faults;
+    faults.add("a", 1, Severity::doubt);
+    {
+        const MessageScope command(prompts);
+        prompts.remark("a");
+        prompts.remark("b");
+        show_faults(faults, prompts);
+    }
+    EXPECT_THAT(prompts.messages, ElementsAre("a (2 times)", "b"));
+    EXPECT_THAT(prompts.severities, ElementsAre(Severity::doubt, Severity::remark));
+}
+
 }  // namespace
 }  // namespace anomalis

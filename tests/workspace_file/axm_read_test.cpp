@@ -27,8 +27,19 @@ TEST(AxmRead, all_definitions_of_a_whole_file_are_taken) {
     lines[10] = " 5 -1 ";
     ASSERT_EQ(r.read_lines(lines), 0);
     const Workspace& w = r.workspace;
-    const DataDefinition expected{
-        r.folder.path("survey.dat"), file_date(r.folder.path("survey.dat")), 12, 3, 99, 9, 1, 2, 4, 5, 6, 7};
+    const DataDefinition expected{r.folder.path("survey.dat"),
+                                  file_date(r.folder.path("survey.dat")),
+                                  12,
+                                  3,
+                                  99,
+                                  9,
+                                  1,
+                                  2,
+                                  4,
+                                  5,
+                                  6,
+                                  7,
+                                  "survey.dat"};
     EXPECT_EQ(w.definition, expected);
     EXPECT_EQ(w.station_spacing, 2.5F);
     EXPECT_EQ(w.min_station_spacing, 0.5F);

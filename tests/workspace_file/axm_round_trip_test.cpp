@@ -98,8 +98,9 @@ void expect_same_body(const ModelBody& a, const ModelBody& b) {
     for (const BodyParameter& row : body_parameters()) EXPECT_EQ(a.*row.slot, b.*row.slot) << row.name;
 }
 
-/// What a file does not keep: a body comes back switched on.
+/// What a file does not keep: a body comes back switched on. The data file has a name from then on.
 Workspace as_it_comes_back(Workspace workspace) {
+    workspace.definition.data_file_as_named = workspace.definition.data_file;
     for (ModelBody& body : workspace.bodies) body.turned_off = 0;
     return workspace;
 }

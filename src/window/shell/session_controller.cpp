@@ -51,7 +51,7 @@ void SessionController::find_file() {
 }
 
 void SessionController::tell_version() {
-    session_.prompts.message("Anomalis " + std::string(application_version()) +
+    session_.prompts.remark("Anomalis " + std::string(application_version()) +
                              "\n\nMagnetic and gravity anomalies along a survey profile.");
 }
 
