@@ -8,9 +8,10 @@ void BatchPrompts::yield() {
     if (on_yield) on_yield();
 }
 
-void BatchPrompts::show_message(const std::string& text) {
-    messages_.push_back(text);
-    err_ << text << '\n';
+void BatchPrompts::show_text(const std::string& text, Severity severity) {
+    if (severity == Severity::failure) messages_.push_back(text);
+    (severity == Severity::remark ? remarks_ : failures_).push_back(text);
+    err_ << (severity == Severity::remark ? "Note: " : "") << text << '\n';
 }
 
 }  // namespace anomalis::batch

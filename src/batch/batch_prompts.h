@@ -9,21 +9,26 @@
 
 namespace anomalis::batch {
 
-/// Nobody is at the keyboard: messages go to a stream and are kept, every dialog is cancelled, every question
-/// is answered with No, or with the answer that changes nothing.
+/// Nobody is at the keyboard: messages go to a stream and are kept, each kind by itself, every dialog is
+/// cancelled, every question is answered with No, or with the answer that changes nothing.
 class BatchPrompts : public Prompts {
   public:
     explicit BatchPrompts(std::ostream& err) : err_(err) {}
 
-    /// All texts shown, in order.
+    /// What went wrong, in order, in the words that a window shows.
     const std::vector<std::string>& messages() const { return messages_; }
+    /// The same, and what was read as the format says but can hardly be meant.
+    const std::vector<std::string>& failures() const { return failures_; }
+    /// What there is to know although nothing went wrong.
+    const std::vector<std::string>& remarks() const { return remarks_; }
 
     /// Called whenever long work lets go for a moment.
     std::function<void()> on_yield;
     void yield() override;
 
   protected:
-    void show_message(const std::string& text) override;
+    void show_message(const std::string& text) override { show_text(text, Severity::failure); }
+    void show_text(const std::string& text, Severity severity) override;
     bool show_question(const std::string&) override { return false; }
     std::optional<std::string> show_input_box(const std::string&, const std::string&,
                                               const std::string&) override {
@@ -35,6 +40,8 @@ class BatchPrompts : public Prompts {
   private:
     std::ostream& err_;
     std::vector<std::string> messages_;
+    std::vector<std::string> failures_;
+    std::vector<std::string> remarks_;
 };
 
 }  // namespace anomalis::batch

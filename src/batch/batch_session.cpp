@@ -5,7 +5,9 @@
 #include "core/failure.h"
 #include "core/told_write.h"
 #include "intake/load.h"
+#include "intake/row_notes.h"
 #include "model/refresh_model.h"
+#include "model/usable_field.h"
 #include "workspace_file/axm.h"
 
 namespace anomalis::batch {
@@ -18,22 +20,50 @@ BatchSession::BatchSession(std::ostream& the_out, std::ostream& the_err)
 OpenState BatchSession::open(const std::string& path) {
     const MessageScope scope(prompts);
     Workspace& workspace = session.workspace;
+    read_.note(path, stamp_file(path));
     if (workspace_file::read_model_parameters(0, workspace, path, session.settings, prompts,
                                               workspace_file::Damaged::kept) != 0)
         return OpenState::unread;
     if (formulas) workspace.formulas = *formulas;
-    const int status = intake::load_locations(workspace, prompts);
+    const int status = load();
     if (workspace.station_count == 0) return OpenState::no_data;
     model::finish_load(session);
     if (status != 0) return OpenState::no_length;
     // An interrupt ends the program here: nobody watches, so nothing is left.
     model::refresh_model(session);
+    tell_doubts();
     return OpenState::ready;
 }
 
-void BatchSession::explain_silence() {
-    if (!prompts.messages().empty()) return;
-    err << "No stations were found in " << session.workspace.definition.data_file << '\n';
+int BatchSession::write_workspace(const std::string& path) {
+    if (!failures().empty() && !keep_going) {
+        prompts.message("The fitted workspace was not written after what is told above (" + path +
+                        "). --keep-going writes it");
+        return -1;
+    }
+    const FileStamp* as_read = read_.find(path);
+    if (as_read && !force && fate_of(*as_read, path) != FileFate::same) {
+        prompts.message(
+            "The workspace was changed by another program since it was read, and was not replaced (" + path +
+            "). --force replaces it");
+        return -1;
+    }
+    return workspace_file::write_model_parameters(0, path, session.workspace, prompts);
+}
+
+int BatchSession::load() {
+    intake::RowNotes rows;
+    const int status = intake::load_locations(session.workspace, prompts, &rows);
+    Faults faults;
+    intake::tell_rows(rows, session.workspace.definition.data_file, faults);
+    show_faults(faults, prompts);
+    return status;
+}
+
+void BatchSession::tell_doubts() {
+    Faults faults;
+    model::note_unusable_field(session.workspace, faults);
+    show_faults(faults, prompts);
 }
 
 int BatchSession::write_result(const std::string& path, const std::string& text) {

@@ -3,8 +3,10 @@
 #include <iosfwd>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "batch/batch_prompts.h"
+#include "core/file_stamp.h"
 #include "core/session.h"
 
 namespace anomalis::batch {
@@ -28,19 +30,32 @@ class BatchSession {
     /// The same; true only when it is ready.
     bool open_ready(const std::string& path) { return open(path) == OpenState::ready; }
 
-    /// After a failed command: a load is silent about a file without records, which at a command line would
-    /// leave a person puzzled.
-    void explain_silence();
-
     /// Writes a result to a file, or to the output stream when `path` is empty. Returns 0, or -1 after a
     /// failure, which was shown.
     int write_result(const std::string& path, const std::string& text);
 
+    /// What was noted as a failure so far, for the headers of tables.
+    const std::vector<std::string>& failures() const { return prompts.failures(); }
+
+    /// Writes the session's workspace. A workspace file has no place for a word about how its numbers came to
+    /// be, so after a failure it is written only with `keep_going`; and one that was read and that another
+    /// program has changed since is replaced only with `force`. Returns 0, or -1 with the reason told.
+    int write_workspace(const std::string& path);
+
     std::optional<Formulas> formulas;  ///< in place of what the file says
+    bool keep_going = false;           ///< outputs are written and good for all that failed on the way
+    bool force = false;                ///< files that were changed meanwhile are replaced
     BatchPrompts prompts;
     Session session;
     std::ostream& out;
     std::ostream& err;
+
+  private:
+    /// The load of a window is silent about rows that it cannot use.
+    int load();
+    void tell_doubts();
+
+    KnownFiles read_;
 };
 
 }  // namespace anomalis::batch

@@ -28,6 +28,7 @@ struct InvertCommandOptions {
     int iterations = 25;
     int body = 0;  ///< 0: the whole model
     std::string output;
+    bool in_place = false;  ///< the output may be the model itself
     std::string report;
     bool show_progress = false;
 };

@@ -252,8 +252,7 @@ Json misfit_json(const std::optional<MisfitPair>& misfit) {
 
 }  // namespace
 
-std::string dump_json_text(const Workspace& workspace, const DumpedMisfit& misfit,
-                           const std::vector<std::string>& messages) {
+std::string dump_json_text(const Workspace& workspace, const DumpedMisfit& misfit, const BatchPrompts& told) {
     const bool loaded = workspace.station_count > 0;
     const auto channel = [&](bool has, const ChannelTable& data) {
         return loaded && has ? channel_json(workspace, data) : Json(nullptr);
@@ -266,7 +265,7 @@ std::string dump_json_text(const Workspace& workspace, const DumpedMisfit& misfi
     for (int number = 1; number <= workspace.body_count; ++number)
         json["bodies"].push_back(body_json(workspace, workspace.body(number)));
     json["misfit"] = {{"mag", misfit_json(misfit.mag)}, {"grav", misfit_json(misfit.grav)}};
-    json["messages"] = messages;
+    add_told(json, told);
     constexpr int compact = -1;  // a dump is for programs, and one number a line would double it
     return json_text(json, compact);
 }

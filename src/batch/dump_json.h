@@ -2,12 +2,13 @@
 
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "core/inversion_state.h"
 #include "core/workspace.h"
 
 namespace anomalis::batch {
+
+class BatchPrompts;
 
 /// Each channel by its own scale; no value where there is nothing to measure.
 struct DumpedMisfit {
@@ -16,8 +17,8 @@ struct DumpedMisfit {
 };
 
 /// The whole session as one JSON object: fields by their names, numbers with all their digits,
-/// a channel without a column or without stations as null.
-std::string dump_json_text(const Workspace& workspace, const DumpedMisfit& misfit,
-                           const std::vector<std::string>& messages);
+/// a channel without a column or without stations as null. "messages" are those that a window shows,
+/// "failures" these and all else that makes a number doubtful, "remarks" the rest.
+std::string dump_json_text(const Workspace& workspace, const DumpedMisfit& misfit, const BatchPrompts& told);
 
 }  // namespace anomalis::batch

@@ -6,7 +6,6 @@
 #include "batch/stop_request.h"
 #include "core/numbers.h"
 #include "flow/inversion_report.h"
-#include "workspace_file/axm.h"
 
 namespace anomalis::batch {
 
@@ -82,11 +81,9 @@ bool run_invert(const InvertCommandOptions& options, BatchSession& batch) {
         report = invert(options, batch);
     }
     bool done = report.result.status >= 0;
-    const std::string json = report_json_text(report, batch.prompts.messages());
+    const std::string json = report_json_text(report, batch.prompts);
     if (!options.report.empty()) done = batch.write_result(options.report, json) == 0 && done;
-    if (done && !options.output.empty())
-        done = workspace_file::write_model_parameters(0, options.output, batch.session.workspace,
-                                                      batch.prompts) == 0;
+    if (done && !options.output.empty()) done = batch.write_workspace(options.output) == 0;
     return batch.write_result("", summary(report)) == 0 && done;
 }
 

@@ -51,7 +51,7 @@ Json correlation_json(const std::vector<double>& values, std::size_t count) {
 
 }  // namespace
 
-std::string report_json_text(const flow::InversionReport& report, const std::vector<std::string>& messages) {
+std::string report_json_text(const flow::InversionReport& report, const BatchPrompts& told) {
     const inversion::RunResult& result = report.result;
     Json json = {{"status", result.status}, {"label", report.label}, {"iterations", result.iterations}};
     json["initial_misfit"] = pair_json(result.initial_misfit);
@@ -69,7 +69,7 @@ std::string report_json_text(const flow::InversionReport& report, const std::vec
         json["undetermined"] = names_json(report, result.statistics->undetermined);
         json["at_limit"] = names_json(report, result.statistics->at_limit);
     }
-    json["messages"] = messages;
+    add_told(json, told);
     return json_text(json, 1);
 }
 

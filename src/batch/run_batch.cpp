@@ -5,8 +5,10 @@
 #include <unistd.h>
 
 #include "batch/batch_session.h"
+#include "batch/command_files.h"
 #include "batch/commands.h"
 #include "core/numbers.h"
+#include "core/same_file.h"
 #include "core/version.h"
 #include "show/page_view.h"
 
@@ -19,6 +21,8 @@ enum ExitStatus : int { exit_done = 0, exit_failed = 1, exit_usage = 2 };
 /// All that a command line can say.
 struct CommandLine {
     std::optional<Formulas> formulas;
+    bool keep_going = false;
+    bool force = false;
     std::string info_model;
     DumpOptions dump;
     ForwardOptions forward;
@@ -41,6 +45,9 @@ class CommandAdder {
                 [&line = line_](const std::string& choice) { line.formulas = formulas_of_name(choice); },
                 "classic or exact, in place of what the workspace file says")
             ->check(CLI::IsMember({"classic", "exact"}));
+        command->add_flag("--keep-going", line_.keep_going,
+                          "Count as done what was written although something failed on the way; tables and "
+                          "reports say what");
         return command;
     }
 
@@ -56,7 +63,7 @@ int iteration_count(const std::string& text) {
     return std::max(round_to_even(value), 1);
 }
 
-void add_invert(CommandAdder& add_command, InvertCommandOptions& options) {
+void add_invert(CommandAdder& add_command, InvertCommandOptions& options, bool& force) {
     CLI::App* command =
         add_command("invert", "Fit the free parameters of the model to the data", options.model);
     command->add_option("--channel", options.channel, "mag, grav, or joint for both (least-squares only)")
@@ -72,9 +79,15 @@ void add_invert(CommandAdder& add_command, InvertCommandOptions& options) {
         "Most iterations, at least 1 [25]");
     command->add_option("--body", options.body, "Invert this body alone; otherwise the whole model")
         ->check(CLI::PositiveNumber);
-    command->add_option("-o,--output", options.output, "Write the fitted workspace here");
+    command->add_option("-o,--output", options.output,
+                        "Write the fitted workspace here; not after a failure, unless --keep-going");
+    command->add_flag("--force", force, "Replace MODEL even if another program has changed it meanwhile");
+    command->add_flag("--in-place", options.in_place, "Write the fitted workspace over MODEL itself");
     command->add_option("--report", options.report, "Write a JSON report here");
     command->parse_complete_callback([&options] {
+        if (options.in_place && options.output.empty()) options.output = options.model;
+        if (options.in_place && !same_file(options.output, options.model))
+            throw CLI::ValidationError("--in-place", "writes over MODEL: leave --output out");
         if (options.channel == "joint" && options.method != "least-squares")
             throw CLI::ValidationError("--channel", "joint needs --method least-squares");
     });
@@ -125,17 +138,34 @@ void add_render(CommandAdder& add_command, RenderOptions& options) {
         "Pixels, such as 1600x1000 [1600x1000]");
 }
 
+constexpr const char* written_here = "Write it here; - is the standard output";
+
+/// A single "-" is how pipelines name the standard output.
+void settle_streams(CommandLine& line) {
+    for (std::string* output : {&line.dump.output, &line.forward.output})
+        if (*output == "-") output->clear();
+}
+
 void add_commands(CLI::App& app, CommandLine& line) {
     CommandAdder add_command(app, line);
     add_command("info", "Tell what the workspace holds", line.info_model);
     CLI::App* dump = add_command("dump", "Print everything as one JSON object", line.dump.model);
-    dump->add_option("-o,--output", line.dump.output, "Write it here");
+    dump->add_option("-o,--output", line.dump.output, written_here);
     CLI::App* forward =
         add_command("forward", "Calculate and write the profile data table", line.forward.model);
-    forward->add_option("-o,--output", line.forward.output, "Write it here");
-    add_invert(add_command, line.invert);
+    forward->add_option("-o,--output", line.forward.output, written_here);
+    add_invert(add_command, line.invert, line.force);
     add_export(add_command, line.exported);
     add_render(add_command, line.render);
+}
+
+CommandFiles files_of_command(const std::string& name, const CommandLine& line) {
+    if (name == "info") return info_files(line.info_model);
+    if (name == "dump") return files_of(line.dump);
+    if (name == "forward") return files_of(line.forward);
+    if (name == "invert") return files_of(line.invert);
+    if (name == "export") return files_of(line.exported);
+    return files_of(line.render);
 }
 
 bool run_command(const std::string& name, const CommandLine& line, BatchSession& batch,
@@ -161,12 +191,19 @@ int run_batch(int argc, char** argv, std::ostream& out, std::ostream& err, Pictu
     } catch (const CLI::ParseError& error) {
         return app.exit(error, out, err) == 0 ? exit_done : exit_usage;
     }
+    settle_streams(line);
+    const std::string command = app.get_subcommands().front()->get_name();
+    if (const std::string refusal = files_refusal(files_of_command(command, line)); !refusal.empty()) {
+        err << refusal << '\n';
+        return exit_usage;
+    }
     line.invert.show_progress = &err == &std::cerr && ::isatty(STDERR_FILENO) != 0;
     BatchSession batch(out, err);
     batch.formulas = line.formulas;
-    if (run_command(app.get_subcommands().front()->get_name(), line, batch, pictures)) return exit_done;
-    batch.explain_silence();
-    return exit_failed;
+    batch.keep_going = line.keep_going;
+    batch.force = line.force;
+    const bool done = run_command(command, line, batch, pictures);
+    return done && (batch.failures().empty() || line.keep_going) ? exit_done : exit_failed;
 }
 
 }  // namespace anomalis::batch

@@ -9,7 +9,8 @@ namespace anomalis::batch {
 
 bool run_forward(const ForwardOptions& options, BatchSession& batch) {
     return batch.open_ready(options.model) &&
-           batch.write_result(options.output, output::profile_table_text(batch.session.workspace)) == 0;
+           batch.write_result(options.output,
+                              output::profile_table_text(batch.session.workspace, batch.failures())) == 0;
 }
 
 bool run_export(const ExportOptions& options, BatchSession& batch) {
@@ -17,20 +18,21 @@ bool run_export(const ExportOptions& options, BatchSession& batch) {
     if (state == OpenState::unread) return false;
     const Workspace& workspace = batch.session.workspace;
     bool done = true;
-    const auto write = [&](const std::string& path, bool possible, auto* writer) {
+    const auto write = [&](const std::string& path, bool possible, auto writer, const auto&... failures) {
         if (path.empty()) return;
-        if (!possible || writer(path, workspace, batch.prompts) != 0) done = false;
+        if (!possible || writer(path, workspace, batch.prompts, failures...) != 0) done = false;
     };
     // Bodies can be drawn and listed without a line, where the file says that they stand.
     write(options.body_dxf, true, &output::write_body_dxf);
     write(options.plan_dxf, true, &output::write_plan_dxf);
     const bool ready = state == OpenState::ready;
     const bool listed = ready || state == OpenState::no_data;
-    write(options.profile_table, ready, &output::write_profile_table);
-    write(options.model_table, listed, &output::write_model_table);
+    const std::vector<std::string> failures = batch.failures();
+    write(options.profile_table, ready, &output::write_profile_table, failures);
+    write(options.model_table, listed, &output::write_model_table, failures);
     write(options.mesh, ready, &output::write_mesh_header);
-    write(options.clean_profile, ready, &output::write_clean_profile_table);
-    write(options.clean_model, listed, &output::write_clean_model_table);
+    write(options.clean_profile, ready, &output::write_clean_profile_table, failures);
+    write(options.clean_model, listed, &output::write_clean_model_table, failures);
     return done;
 }
 

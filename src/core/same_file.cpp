@@ -4,6 +4,8 @@
 #include <sys/stat.h>
 #include <system_error>
 
+#include "core/paths.h"
+
 namespace anomalis {
 
 namespace {
@@ -11,7 +13,7 @@ namespace {
 namespace fs = std::filesystem;
 
 /// Where a link leads, also one whose target is not there yet: a write goes through it.
-fs::path behind_links(fs::path path) {
+std::string behind_links(fs::path path) {
     constexpr int most_links = 40;  // as the system follows
     std::error_code error;
     for (int i = 0; i < most_links && fs::is_symlink(path, error); ++i) {
@@ -19,19 +21,10 @@ fs::path behind_links(fs::path path) {
         if (error) break;
         path = path.parent_path() / target;
     }
-    return path;
+    return path.string();
 }
 
 }  // namespace
-
-std::string whole_path(const std::string& path) {
-    std::error_code error;
-    const fs::path from_root = fs::absolute(path, error);
-    if (error) return path;
-    const fs::path target = behind_links(from_root);
-    const fs::path whole = fs::weakly_canonical(target, error);
-    return error ? target.lexically_normal().string() : whole.string();
-}
 
 bool same_file(const std::string& a, const std::string& b) {
     if (a.empty() || b.empty()) return false;
@@ -40,7 +33,7 @@ bool same_file(const std::string& a, const std::string& b) {
     const bool first_there = ::stat(a.c_str(), &first) == 0;
     const bool second_there = ::stat(b.c_str(), &second) == 0;
     if (first_there != second_there) return false;
-    if (!first_there) return whole_path(a) == whole_path(b);
+    if (!first_there) return whole_path(behind_links(a)) == whole_path(behind_links(b));
     return S_ISREG(first.st_mode) && first.st_dev == second.st_dev && first.st_ino == second.st_ino;
 }
 

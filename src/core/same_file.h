@@ -10,7 +10,4 @@ namespace anomalis {
 /// file.
 bool same_file(const std::string& a, const std::string& b);
 
-/// The path from the root without ".", ".." and links, as far as folders exist; never fails.
-std::string whole_path(const std::string& path);
-
 }  // namespace anomalis

@@ -7,7 +7,7 @@ namespace anomalis {
 
 void write_file_telling(Prompts& listener, const std::string& path, std::string_view contents) {
     const std::string remark = hard_link_remark(path, write_file_safely(path, contents));
-    if (!remark.empty()) listener.message(remark);
+    if (!remark.empty()) listener.remark(remark);
 }
 
 FileWriter telling_writer(Prompts& listener) {

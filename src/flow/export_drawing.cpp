@@ -3,6 +3,7 @@
 #include "core/failure.h"
 #include "core/paths.h"
 #include "core/session.h"
+#include "flow/kept_files.h"
 #include "model/refresh_model.h"
 #include "output/dxf.h"
 
@@ -21,7 +22,8 @@ void export_drawing(Session& session, const std::string& title, const std::strin
     request.default_name = model.empty() ? "" : folder_name(model) + base_name(model) + ending;
     request.default_extension = "dxf";
     request.confirm_overwrite = true;
-    if (const auto path = session.save_file_dialog(request)) {
+    const auto path = session.save_file_dialog(request);
+    if (path && !refused_over_open_file("The drawing", *path, session.workspace, session.prompts)) {
         // What is drawn is the model as it stands, also when no chart has shown it yet.
         const int status =
             report_failure(session.prompts, "Nothing was exported: ", [&] { model::refresh_model(session); });

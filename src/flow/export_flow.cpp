@@ -6,6 +6,7 @@
 #include "core/paths.h"
 #include "core/save_question.h"
 #include "edit/workbench.h"
+#include "flow/kept_files.h"
 #include "model/refresh_model.h"
 #include "output/clean_tables.h"
 #include "output/tables.h"
@@ -26,7 +27,10 @@ ExportOutcome export_file(edit::Workbench& workbench, const FileRequest& request
     Session& session = workbench.session;
     const std::string folder = current_folder();
     ExportOutcome outcome = ExportOutcome::cancelled;
-    if (const auto path = ask_save_path(session.prompts, request)) {
+    const auto path = ask_save_path(session.prompts, request);
+    if (path && refused_over_open_file("The export", *path, session.workspace, session.prompts)) {
+        outcome = ExportOutcome::failed;
+    } else if (path) {
         const MessageScope scope(session.prompts);
         const int status = report_failure(session.prompts, "Nothing was exported: ", [&] {
             if (edit::line_loaded(session.workspace)) model::refresh_model(session);

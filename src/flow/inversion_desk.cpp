@@ -7,6 +7,7 @@
 #include "edit/change.h"
 #include "edit/workbench.h"
 #include "flow/fit_remark.h"
+#include "flow/kept_files.h"
 #include "forward/body_price.h"
 #include "inversion/parameters.h"
 #include "model/misfit.h"
@@ -65,8 +66,11 @@ void InversionDesk::command_restore_best() {
         panel_.show_current_misfit(inversion.best_misfit);
         // One step back from a restore is always on disk. A failure is told; the step back goes on, since the
         // history has the model too.
-        workspace_file::write_model_parameters(0, recovery_file, session.workspace, session.prompts);
-        workbench_.known_files.note(recovery_file, stamp_file(recovery_file));
+        if (!refused_over_open_file("The model before the restore", recovery_file, session.workspace,
+                                    session.prompts)) {
+            workspace_file::write_model_parameters(0, recovery_file, session.workspace, session.prompts);
+            workbench_.known_files.note(recovery_file, stamp_file(recovery_file));
+        }
         apply_values(inversion.best_params);
         change_model("restoring the best model");
     }

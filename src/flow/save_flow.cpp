@@ -8,6 +8,7 @@
 #include "core/save_question.h"
 #include "edit/change.h"
 #include "edit/workbench.h"
+#include "flow/kept_files.h"
 #include "flow/recent_files.h"
 #include "flow/replace_questions.h"
 #include "model/refresh_model.h"
@@ -45,9 +46,12 @@ void settle_end_widths(Workspace& workspace) {
 void write_side_files(const std::string& path, const Workspace& workspace, Prompts& prompts,
                       const FileWriter& write) {
     const std::string beside = folder_name(path) + base_name(path);
-    output::write_model_table_by(write, beside + "_model.csv", workspace, prompts);
-    if (workspace.station_count > 0)
-        output::write_mesh_header_by(write, beside + "_model.msh", workspace, prompts);
+    const std::string table = beside + "_model.csv";
+    if (!refused_over_data_file("The model table", table, workspace, prompts))
+        output::write_model_table_by(write, table, workspace, prompts);
+    const std::string mesh = beside + "_model.msh";
+    if (workspace.station_count > 0 && !refused_over_data_file("The mesh header", mesh, workspace, prompts))
+        output::write_mesh_header_by(write, mesh, workspace, prompts);
 }
 
 std::optional<std::string> ask_for_path(Session& session) {
@@ -78,6 +82,8 @@ class Save {
 
     SaveOutcome write_or_ask(const std::string& path) {
         const MessageScope scope(session().prompts);
+        if (refused_over_data_file("The workspace", path, session().workspace, session().prompts))
+            return SaveOutcome::failed;
         ReplaceAnswer answer = ask_about_changes(workbench_, path, by_dialog_);
         if (answer == ReplaceAnswer::go_on) {
             if (const auto outcome = write(path)) return *outcome;

@@ -28,11 +28,11 @@ const char* missing_quantity(const Workspace& w) {
 }
 
 /// Up to the filled stations in file order. False when there are none to go on with.
-bool read_stations(Workspace& w, Prompts& prompts) {
+bool read_stations(Workspace& w, Prompts& prompts, RowNotes* notes) {
     reset_calculated_data(w, prompts);
     if (check_data_definitions(w, prompts) != 0) return false;
     w.read_from = line_inputs(w);
-    if (read_location_file(pass_count, w, prompts) != 0 || w.station_count == 0) return false;
+    if (read_location_file(pass_count, w, prompts, notes) != 0 || w.station_count == 0) return false;
     if (const char* text = missing_quantity(w)) {
         prompts.message(text);
         return false;
@@ -42,10 +42,10 @@ bool read_stations(Workspace& w, Prompts& prompts) {
 
 }  // namespace
 
-int load_locations(Workspace& workspace, Prompts& prompts) {
+int load_locations(Workspace& workspace, Prompts& prompts, RowNotes* notes) {
     const MessageScope scope(prompts);
     drop_stations(workspace);
-    if (!read_stations(workspace, prompts)) {
+    if (!read_stations(workspace, prompts, notes)) {
         drop_stations(workspace);
         return -1;
     }

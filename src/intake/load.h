@@ -7,10 +7,13 @@ struct Workspace;
 
 namespace anomalis::intake {
 
+struct RowNotes;
+
 /// The whole load of the observed data, without a window: checks, both passes over the file, the profile, the
 /// station window and the elevations. Messages are shown once each.
 /// Returns 0; -1 when it stopped before the stations were filled: `station_count` is then 0; 1 when the
 /// stations are there but the line has no length, so that all distances are 0 and nothing can be modelled.
-int load_locations(Workspace& workspace, Prompts& prompts);
+/// `notes`, where given, gets what the reader passed over in silence.
+int load_locations(Workspace& workspace, Prompts& prompts, RowNotes* notes = nullptr);
 
 }  // namespace anomalis::intake

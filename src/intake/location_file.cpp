@@ -54,7 +54,7 @@ void store_record(Workspace& w, int row, const RecordReader& record) {
     w.grav.data(row, row_raw, stage_observed) = record.single(quantity_grav);
 }
 
-void count_records(int mode, Workspace& w) {
+void count_records(int mode, Workspace& w, RowNotes* notes) {
     RecordReader record(w.definition, w.transform);
     std::int32_t count = 0;
     while (record.next()) {
@@ -66,6 +66,10 @@ void count_records(int mode, Workspace& w) {
         } else {
             extend_ranges(w, record);
         }
+    }
+    if (notes) {
+        *notes = record.notes();
+        notes->counted = true;
     }
     if (count == 0) return;
     w.station_count = count;
@@ -85,12 +89,12 @@ void fill_stations(Workspace& w) {
 
 }  // namespace
 
-int read_location_file(int mode, Workspace& workspace, Prompts& prompts) {
+int read_location_file(int mode, Workspace& workspace, Prompts& prompts, RowNotes* notes) {
     return report_failure(prompts, "An error occurred while reading the location file : ", [&] {
         if (mode > 0) {
             fill_stations(workspace);
         } else {
-            count_records(mode, workspace);
+            count_records(mode, workspace, notes);
         }
     });
 }

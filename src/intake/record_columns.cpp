@@ -31,18 +31,19 @@ RecordColumns::RecordColumns(const DataDefinition& d) {
         if (column > 0) wanted_[wanted_count_++] = {column, quantities_of_column(d, column)};
 }
 
-bool RecordColumns::read(std::string_view line, RecordValues& values) const {
+RowReading RecordColumns::read(std::string_view line, RecordValues& values) const {
     std::int32_t column = 1;
     for (std::size_t i = 0; i < wanted_count_; ++i) {
         for (; column < wanted_[i].column && !line.empty(); ++column) next_token(line);
-        if (line.empty()) return true;
+        if (line.empty()) return {RowReading::too_short};
         double value = 0;
-        if (!next_number(line, value)) return false;
+        std::string_view at = line;
+        if (!next_number(line, value)) return {RowReading::no_number, next_token(at)};
         ++column;
         for (unsigned bits = wanted_[i].quantities; bits != 0; bits &= bits - 1)
             values[static_cast<std::size_t>(std::countr_zero(bits))] = value;
     }
-    return true;
+    return {};
 }
 
 }  // namespace anomalis::intake

@@ -29,14 +29,21 @@ using RecordValues = std::array<double, quantity_count>;
 /// before y before z; the others may share a column with them and among themselves.
 std::uint8_t quantities_of_column(const DataDefinition& definition, std::int32_t column);
 
+/// What the reader made of a row.
+struct RowReading {
+    enum Fit { whole, too_short, no_number };
+    Fit fit = whole;
+    std::string_view token = {};  ///< what stood where a number is wanted
+};
+
 /// The columns of a definition that are read.
 class RecordColumns {
   public:
     explicit RecordColumns(const DataDefinition& definition);
 
-    /// Takes the values of a record. Columns that it lacks leave theirs as they are. False when a wanted
-    /// token is no number; what was taken before it stays.
-    bool read(std::string_view line, RecordValues& values) const;
+    /// Takes the values of a record. Columns that it lacks leave theirs as they are. When a wanted token is
+    /// no number, what was taken before it stays.
+    RowReading read(std::string_view line, RecordValues& values) const;
 
   private:
     struct WantedColumn {

@@ -23,10 +23,16 @@ RecordReader::RecordReader(const DataDefinition& definition, const PointTransfor
 }
 
 bool RecordReader::next() {
-    std::string_view line;
-    do {
+    for (;;) {
+        std::string_view line;
         if (lines_.ended() || !find_record(line)) return false;
-    } while (!columns_.read(line, values_));
+        const RowReading row = columns_.read(line, values_);
+        if (row.fit != RowReading::no_number) {
+            notes_.take(reader_.line_number(), row.fit == RowReading::too_short);
+            break;
+        }
+        notes_.drop(reader_.line_number(), row.token);
+    }
     if (transform_.active) transform_point();
     lines_.accept_record();
     return true;
@@ -35,7 +41,8 @@ bool RecordReader::next() {
 /// False when the file ends first.
 bool RecordReader::find_record(std::string_view& line) {
     do {
-        if (reader_.at_end()) return false;
+        notes_.to_the_end = reader_.at_end();
+        if (notes_.to_the_end) return false;
         line = record_text(reader_.next(style_));
     } while (lines_.take(line) != LineUse::record);
     return true;

@@ -6,6 +6,7 @@
 #include "core/point_transform.h"
 #include "intake/record_columns.h"
 #include "intake/record_lines.h"
+#include "intake/row_notes.h"
 
 namespace anomalis::intake {
 
@@ -20,6 +21,8 @@ class RecordReader {
     /// Raises FileFault, and Fault overflow when a transformed coordinate does not fit.
     bool next();
     const RecordValues& values() const { return values_; }
+    /// What was met on the way.
+    const RowNotes& notes() const { return notes_; }
 
     /// A value of this record as a single; raises Fault overflow with file and line when it does not fit.
     float single(Quantity quantity) const;
@@ -34,6 +37,7 @@ class RecordReader {
     int style_ = 0;
     RecordLines lines_;
     RecordColumns columns_;
+    RowNotes notes_;
     RecordValues values_{};  ///< -1E32 where none was read yet
 };
 

@@ -47,7 +47,18 @@ std::array<Row, 4> rows_of(const Workspace& w) {
 constexpr std::array<std::pair<int, std::string_view>, 2> stages{
     {{stage_observed, "_observed"}, {stage_calculated, "_model"}}};
 
-void add_profile_header(const Workspace& workspace, CsvText& csv) {
+/// The end of a row: a reader of the table alone shall see that its numbers are not sound.
+void end_row(const std::vector<std::string>& failures, CsvText& csv) {
+    if (!failures.empty()) csv.whole(static_cast<int>(failures.size()));
+    csv.end_row();
+}
+
+void end_header(const std::vector<std::string>& failures, CsvText& csv) {
+    if (!failures.empty()) csv.name("failures");
+    csv.end_row();
+}
+
+void add_profile_header(const Workspace& workspace, const std::vector<std::string>& failures, CsvText& csv) {
     for (const char* name : {"east_m", "north_m", "sensor_elevation_m", "distance_m"}) csv.name(name);
     if (workspace.definition.dtm_column > 0) csv.name("ground_elevation_m");
     for (const Channel& channel : channels_of(workspace)) {
@@ -57,14 +68,14 @@ void add_profile_header(const Workspace& workspace, CsvText& csv) {
                          std::string(channel.unit) + row.unit_end);
         }
     }
-    csv.end_row();
+    end_header(failures, csv);
 }
 
 /// Parameters that every body has a number of, whatever its type; of a wire some have no meaning.
 constexpr std::array shape_columns{param_width,  param_length, param_depth_extent, param_offset,
                                    param_strike, param_dip,    param_plunge,       param_slope};
 
-void add_model_header(CsvText& csv) {
+void add_model_header(const std::vector<std::string>& failures, CsvText& csv) {
     const auto sheet_column = [&](ParamCode code) { csv.name(body_parameter(code).column.sheet); };
     for (const char* name : {"body", "name", "type", "in_model"}) csv.name(name);
     sheet_column(param_distance);
@@ -75,14 +86,15 @@ void add_model_header(CsvText& csv) {
     sheet_column(param_susc);
     csv.name(body_parameter(param_susc).column.wire);
     sheet_column(param_density);
-    csv.end_row();
+    end_header(failures, csv);
 }
 
 void add_if(bool there, float value, CsvText& csv) {
     there ? csv.number(value) : csv.nothing();
 }
 
-void add_body(const Workspace& workspace, int number, CsvText& csv) {
+void add_body(const Workspace& workspace, int number, const std::vector<std::string>& failures,
+              CsvText& csv) {
     const ModelBody& body = workspace.body(number);
     const BodyPlace place = body_place(body);
     const std::string_view type = body_type_name(body.type);
@@ -101,14 +113,14 @@ void add_body(const Workspace& workspace, int number, CsvText& csv) {
     add_if(workspace.has_mag() && !carries_current(body.type), body.susc.value, csv);
     add_if(workspace.has_mag() && carries_current(body.type), body.susc.value, csv);
     add_if(workspace.has_grav(), body.density.value, csv);
-    csv.end_row();
+    end_row(failures, csv);
 }
 
 }  // namespace
 
-std::string clean_profile_table_text(const Workspace& workspace) {
+std::string clean_profile_table_text(const Workspace& workspace, const std::vector<std::string>& failures) {
     CsvText csv;
-    add_profile_header(workspace, csv);
+    add_profile_header(workspace, failures, csv);
     const std::vector<Channel> channels = channels_of(workspace);
     const std::array<Row, 4> rows = rows_of(workspace);
     for (int i = 1; i <= workspace.station_count; ++i) {
@@ -119,26 +131,30 @@ std::string clean_profile_table_text(const Workspace& workspace) {
         for (const Channel& channel : channels)
             for (const auto& stage : stages)
                 for (const Row& row : rows) csv.number(channel.data(i, row.number, stage.first));
-        csv.end_row();
+        end_row(failures, csv);
     }
     return csv.text();
 }
 
-std::string clean_model_table_text(const Workspace& workspace) {
+std::string clean_model_table_text(const Workspace& workspace, const std::vector<std::string>& failures) {
     CsvText csv;
-    add_model_header(csv);
-    for (int number = 1; number <= workspace.body_count; ++number) add_body(workspace, number, csv);
+    add_model_header(failures, csv);
+    for (int number = 1; number <= workspace.body_count; ++number) add_body(workspace, number, failures, csv);
     return csv.text();
 }
 
-int write_clean_profile_table(const std::string& path, const Workspace& workspace, Prompts& prompts) {
-    return report_failure(prompts, write_failure_prefix,
-                          [&] { write_file_telling(prompts, path, clean_profile_table_text(workspace)); });
+int write_clean_profile_table(const std::string& path, const Workspace& workspace, Prompts& prompts,
+                              const std::vector<std::string>& failures) {
+    return report_failure(prompts, write_failure_prefix, [&] {
+        write_file_telling(prompts, path, clean_profile_table_text(workspace, failures));
+    });
 }
 
-int write_clean_model_table(const std::string& path, const Workspace& workspace, Prompts& prompts) {
-    return report_failure(prompts, write_failure_prefix,
-                          [&] { write_file_telling(prompts, path, clean_model_table_text(workspace)); });
+int write_clean_model_table(const std::string& path, const Workspace& workspace, Prompts& prompts,
+                            const std::vector<std::string>& failures) {
+    return report_failure(prompts, write_failure_prefix, [&] {
+        write_file_telling(prompts, path, clean_model_table_text(workspace, failures));
+    });
 }
 
 }  // namespace anomalis::output

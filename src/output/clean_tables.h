@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace anomalis {
 class Prompts;
@@ -11,14 +12,18 @@ struct Workspace;
 // points, UTF-8, no comment line, full precision, an empty field where there is no value.
 namespace anomalis::output {
 
-/// One row a station. The rows of the workspace must be up to date.
-std::string clean_profile_table_text(const Workspace& workspace);
+/// One row a station. The rows of the workspace must be up to date. When something failed on the way to them
+/// there is one more column, "failures", with the number of failures in every row.
+std::string clean_profile_table_text(const Workspace& workspace,
+                                     const std::vector<std::string>& failures = {});
 
-/// One row a body. The depth below ground of a pipe is empty while no line is loaded.
-std::string clean_model_table_text(const Workspace& workspace);
+/// One row a body. The depth below ground of a pipe is empty while no line is loaded. The same column.
+std::string clean_model_table_text(const Workspace& workspace, const std::vector<std::string>& failures = {});
 
 /// The same as files; the old file survives a failure. Return 0, or -1 after a failure, which was shown.
-int write_clean_profile_table(const std::string& path, const Workspace& workspace, Prompts& prompts);
-int write_clean_model_table(const std::string& path, const Workspace& workspace, Prompts& prompts);
+int write_clean_profile_table(const std::string& path, const Workspace& workspace, Prompts& prompts,
+                              const std::vector<std::string>& failures = {});
+int write_clean_model_table(const std::string& path, const Workspace& workspace, Prompts& prompts,
+                            const std::vector<std::string>& failures = {});
 
 }  // namespace anomalis::output

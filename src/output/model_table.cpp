@@ -4,6 +4,7 @@
 #include "core/told_write.h"
 #include "core/workspace.h"
 #include "output/body_place.h"
+#include "output/failure_note.h"
 #include "output/tables.h"
 
 namespace anomalis::output {
@@ -36,8 +37,9 @@ std::string body_line(const Workspace& workspace, const ModelBody& body) {
 
 }  // namespace
 
-std::string model_table_text(const Workspace& workspace) {
-    std::string text = "#Profile model for " + single_line(workspace.definition.data_file) + "\r\n";
+std::string model_table_text(const Workspace& workspace, const std::vector<std::string>& failures) {
+    std::string text =
+        "#Profile model for " + single_line(workspace.definition.data_file) + failure_note(failures) + "\r\n";
     text +=
         "East, North, DepthToTop, HorizontalWidth, Strike, Dip, Susceptability, Density, PlungeAlongStrike, "
         "SlopeOfTop, VerticalDepthExtent, StrikeLength, BurialDepth, Name\r\n";
@@ -46,13 +48,15 @@ std::string model_table_text(const Workspace& workspace) {
     return text;
 }
 
-int write_model_table(const std::string& path, const Workspace& workspace, Prompts& prompts) {
-    return write_model_table_by(telling_writer(prompts), path, workspace, prompts);
+int write_model_table(const std::string& path, const Workspace& workspace, Prompts& prompts,
+                      const std::vector<std::string>& failures) {
+    return write_model_table_by(telling_writer(prompts), path, workspace, prompts, failures);
 }
 
 int write_model_table_by(const FileWriter& write, const std::string& path, const Workspace& workspace,
-                         Prompts& prompts) {
-    return report_failure(prompts, write_failure_prefix, [&] { write(path, model_table_text(workspace)); });
+                         Prompts& prompts, const std::vector<std::string>& failures) {
+    return report_failure(prompts, write_failure_prefix,
+                          [&] { write(path, model_table_text(workspace, failures)); });
 }
 
 }  // namespace anomalis::output

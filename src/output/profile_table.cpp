@@ -5,6 +5,7 @@
 #include "core/text.h"
 #include "core/told_write.h"
 #include "core/workspace.h"
+#include "output/failure_note.h"
 #include "output/tables.h"
 
 namespace anomalis::output {
@@ -43,8 +44,9 @@ void append_channel(const Workspace& workspace, const ChannelTable& data, int st
 
 }  // namespace
 
-std::string profile_table_text(const Workspace& workspace) {
-    std::string text = "#Profile model data for " + single_line(workspace.definition.data_file) + "\r\n";
+std::string profile_table_text(const Workspace& workspace, const std::vector<std::string>& failures) {
+    std::string text = "#Profile model data for " + single_line(workspace.definition.data_file) +
+                       failure_note(failures) + "\r\n";
     text += header(workspace) + "\r\n";
     const StationTable& stations = workspace.stations;
     for (int i = 1; i <= workspace.station_count; ++i) {
@@ -61,9 +63,11 @@ std::string profile_table_text(const Workspace& workspace) {
     return text;
 }
 
-int write_profile_table(const std::string& path, const Workspace& workspace, Prompts& prompts) {
-    return report_failure(prompts, write_failure_prefix,
-                          [&] { write_file_telling(prompts, path, profile_table_text(workspace)); });
+int write_profile_table(const std::string& path, const Workspace& workspace, Prompts& prompts,
+                        const std::vector<std::string>& failures) {
+    return report_failure(prompts, write_failure_prefix, [&] {
+        write_file_telling(prompts, path, profile_table_text(workspace, failures));
+    });
 }
 
 }  // namespace anomalis::output

@@ -109,7 +109,7 @@ class LineSorter {
                 break;
         }
         intake::RecordValues values{};
-        if (!columns_.read(text, values)) return HeadLineKind::dropped;
+        if (columns_.read(text, values).fit == intake::RowReading::no_number) return HeadLineKind::dropped;
         lines_.accept_record();
         return HeadLineKind::record;
     }

@@ -26,8 +26,12 @@ void read_param(LineItems& items, BodyParam& param) {
     read_limits(items, param);
 }
 
-float numeric_or(std::string_view token, float fallback) {
-    return is_numeric(token) ? to_single(prefix_number(token)) : fallback;
+float numeric_or(LineItems& items, float fallback) {
+    const std::string_view token = items.token();
+    double value = 0;
+    if (parse_number(token, value)) return to_single(value);
+    items.note_unreadable(token, shortest_text(fallback));
+    return fallback;
 }
 
 /// The name behind the "turned off" mark. Not taken as a token: that would drop a comma or an apostrophe that
@@ -66,29 +70,40 @@ void read_position(LineItems items, std::int32_t version, ModelBody& body) {
     items.if_left(body.num_sectors);
     items.if_left(body.num_segments);
     items.if_left(body.max_triangle_size);
+    items.end();
 }
 
 void read_shape(LineItems items, std::int32_t version, ModelBody& body) {
     for (const ParamCode code : shape_line) body_param(body, code).value = items.single();
     if (version <= 0) return;
     for (const ParamCode code : shape_line) read_limits(items, body_param(body, code));
+    items.end();
+}
+
+/// A line of one parameter.
+void read_one(LineItems items, BodyParam& param) {
+    read_param(items, param);
+    items.end();
 }
 
 void read_tilts(LineItems items, ModelBody& body) {
     read_param(items, body.plunge);
     if (items.left()) read_param(items, body.slope);
+    items.end();
 }
 
 void read_properties(LineItems items, std::int32_t version, ModelBody& body) {
     for (const ParamCode code : magnetic_line)
         body_param(body, code).value =
-            code == param_susc ? numeric_or(items.token(), default_susceptibility) : items.single();
+            code == param_susc ? numeric_or(items, default_susceptibility) : items.single();
     if (version > 0) {
         for (const ParamCode code : magnetic_line) read_limits(items, body_param(body, code));
     }
     if (!items.left()) return;
-    body.density.value = numeric_or(items.token(), default_density);
-    if (version > 0) read_limits(items, body.density);
+    body.density.value = numeric_or(items, default_density);
+    if (version <= 0) return;
+    read_limits(items, body.density);
+    items.end();
 }
 
 /// Files up to format 2 held susceptibilities in cgs units and half the density, files up to format 6 the
@@ -110,7 +125,7 @@ void convert_old_units(std::int32_t version, float field_intensity, ModelBody& b
 
 void read_body(AxmLines& lines, std::int32_t& version, Workspace& workspace, int number,
                const Settings& settings, Prompts& prompts) {
-    LineItems heading(lines.next());
+    LineItems heading = lines.items();
     ModelBody& body = workspace.body(number);
     body = ModelBody{};
     const std::int32_t type = heading.integer();
@@ -123,16 +138,14 @@ void read_body(AxmLines& lines, std::int32_t& version, Workspace& workspace, int
         body.description = lines.next();
         body.rock_type = lines.next();
     }
-    read_position(LineItems(lines.next()), version, body);
-    read_shape(LineItems(lines.next()), version, body);
+    read_position(lines.items(), version, body);
+    read_shape(lines.items(), version, body);
     if (version >= 3) {
-        LineItems length(lines.next());
-        read_param(length, body.length);
-        LineItems offset(lines.next());
-        read_param(offset, body.offset);
+        read_one(lines.items(), body.length);
+        read_one(lines.items(), body.offset);
     }
-    if (version >= 4) read_tilts(LineItems(lines.next()), body);
-    read_properties(LineItems(lines.next()), version, body);
+    if (version >= 4) read_tilts(lines.items(), body);
+    read_properties(lines.items(), version, body);
     convert_old_units(version, workspace.field.intensity, body);
 }
 

@@ -6,7 +6,6 @@
 #include "core/paths.h"
 #include "core/prompts.h"
 #include "core/safe_file.h"
-#include "core/same_file.h"
 #include "core/text.h"
 #include "core/workspace.h"
 #include "workspace_file/axm.h"
@@ -65,12 +64,14 @@ void read_columns(LineItems items, Workspace& workspace) {
     items.if_left(definition.spare_definition_field);
     items.if_left(workspace.min_station_spacing);
     items.if_left(definition.last_data_line);
+    items.end();
 }
 
 void read_field(LineItems items, Workspace& workspace) {
     workspace.field.intensity = items.single();
     workspace.field.inclination = items.single();
     workspace.field.declination = items.single();
+    items.end();
 }
 
 /// How far bodies are drawn, for files from before this was kept.
@@ -108,6 +109,7 @@ void read_filters(LineItems items, Workspace& workspace) {
     if (items.left()) {
         workspace.first_distance = items.number();
         workspace.last_distance = items.number();
+        items.end();
     }
     // A window given by distances is found again among the stations after the load.
     if (workspace.first_distance < workspace.last_distance)
@@ -123,16 +125,19 @@ void read_base_levels(LineItems items, Workspace& workspace) {
     items.if_left(workspace.grav.base);
     items.if_left(workspace.mag.float_base);
     items.if_left(workspace.grav.float_base);
+    items.end();
 }
 
 void read_transform(AxmLines& lines, PointTransform& transform) {
-    LineItems turn(lines.next());
+    LineItems turn = lines.items();
     for (double* field : {&transform.rotation, &transform.x_scale, &transform.y_scale})
         *field = turn.number();
+    turn.end();
     const auto read_pair = [&](double& first, double& second) {
-        LineItems items(lines.next());
+        LineItems items = lines.items();
         first = items.number();
         second = items.number();
+        items.end();
     };
     read_pair(transform.x_origin, transform.y_origin);
     read_pair(transform.x_offset, transform.y_offset);
@@ -149,10 +154,10 @@ void read_definitions(AxmLines& lines, const std::string& path, Workspace& works
     workspace.formulas = Formulas::classic;
     set_default_extents(workspace.drawing);
     take_data_file(lines.next(), path, workspace.definition, prompts);
-    read_columns(LineItems(lines.next()), workspace);
-    read_field(LineItems(lines.next()), workspace);
-    read_filters(LineItems(lines.next()), workspace);
-    read_base_levels(LineItems(lines.next()), workspace);
+    read_columns(lines.items(), workspace);
+    read_field(lines.items(), workspace);
+    read_filters(lines.items(), workspace);
+    read_base_levels(lines.items(), workspace);
     read_transform(lines, workspace.transform);
 }
 
@@ -176,13 +181,14 @@ void read_announced_bodies(AxmLines& lines, std::int32_t count, std::int32_t ver
 
 void read_bodies(int mode, AxmLines& lines, Workspace& workspace, const Settings& settings,
                  Prompts& prompts) {
-    LineItems items(lines.next());
+    LineItems items = lines.items();
     const std::int32_t count = items.integer();
-    const std::int32_t version = items.integer();
+    const std::int32_t version = items.left() ? items.integer() : 0;  // the first files had none
     if (mode == 0) {
         items.if_left(workspace.drawing.infinite_body_length);
         items.if_left(workspace.drawing.finite_body_left_clip);
         items.if_left(workspace.drawing.finite_body_right_clip);
+        items.end();
     }
     read_announced_bodies(lines, count, version, workspace, settings, prompts);
 }
@@ -192,15 +198,16 @@ void read_display_block(AxmLines& lines, DisplaySettings& display) {
         if (lines.at_end()) return;
     } while (lines.next() != axm_display_marker);
     display.valid = true;
-    LineItems flags(lines.next());
+    // A layout that is damaged moves panes, no curve.
+    LineItems flags = lines.items(Severity::remark);
     display.maintain_aspect_ratio = flags.integer();
     display.show_axes = flags.integer();
     display.show_body_label = flags.integer();
     if (flags.left()) display.tie_pipe_depth_susc = text_to_flag(flags.token());
     flags.if_left(display.tie_factor);
-    LineItems fractions(lines.next());
+    LineItems fractions = lines.items(Severity::remark);
     for (float& fraction : display.splitter_fraction) fraction = fractions.single();
-    LineItems size(lines.next());
+    LineItems size = lines.items(Severity::remark);
     display.form_width = size.integer();
     display.form_height = size.integer();
 }
@@ -218,6 +225,13 @@ void read_lines(int mode, AxmLines& lines, const std::string& path, Workspace& w
     if (mode > 0) return;
     read_display_block(lines, workspace.display);
     read_extensions(lines, workspace, prompts);
+}
+
+void show_notes(const Faults& notes, const std::string& path, Prompts& prompts) {
+    Faults of_file;
+    for (const auto& [text, count, severity] : notes.entries())
+        of_file.add(path + ", " + text, count, severity);
+    show_faults(of_file, prompts);
 }
 
 /// What short lines leave as it was, and room for as many bodies.
@@ -251,10 +265,12 @@ void read_text(int mode, Workspace& workspace, std::string_view text, const std:
     try {
         read_lines(mode, lines, path, read, settings, prompts);
     } catch (const Fault& fault) {
+        show_notes(lines.notes(), path, prompts);
         if (damaged == Damaged::kept) take_over(mode, std::move(read), workspace);
         throw Fault(std::string(fault.what()) + " (" + path + ", line " + std::to_string(lines.number()) +
                     ")");
     }
+    show_notes(lines.notes(), path, prompts);
     take_over(mode, std::move(read), workspace);
     if (mode > 0) return;
     workspace.model_file = path;

@@ -8,6 +8,16 @@
 
 namespace anomalis::workspace_file {
 
+namespace {
+
+/// Enough of a text to find it by.
+std::string quoted(std::string_view text) {
+    constexpr std::size_t longest = 40;
+    return "\"" + std::string(text.substr(0, longest)) + (text.size() > longest ? "...\"" : "\"");
+}
+
+}  // namespace
+
 AxmLines::AxmLines(std::string_view text) : text_(text) {
     constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
     if (text_.starts_with(byte_order_mark)) text_.remove_prefix(byte_order_mark.size());
@@ -21,6 +31,15 @@ std::string_view AxmLines::next() {
     text_.remove_prefix(line.size());
     text_.remove_prefix(text_.starts_with("\r\n") ? 2 : text_.empty() ? 0 : 1);
     return trim_blanks(line);
+}
+
+LineItems AxmLines::items(Severity severity) {
+    const std::string_view line = next();
+    return {line, *this, severity};
+}
+
+void AxmLines::note(long line, const std::string& what, Severity severity) {
+    notes_.add("line " + std::to_string(line) + ": " + what, 1, severity);
 }
 
 void AxmLines::skip(int count) {
@@ -38,7 +57,24 @@ std::string_view LineItems::token() {
 double LineItems::number() {
     const std::string_view text = token();
     double value = 0;
-    return parse_number(text, value) ? value : prefix_number(text);
+    if (parse_number(text, value)) return value;
+    value = prefix_number(text);
+    note_unreadable(text, shortest_text(value));
+    return value;
+}
+
+void LineItems::end() {
+    const std::string_view text = trim_blanks(rest_);
+    if (notes_ && !text.empty())
+        notes_->note(line_,
+                     quoted(text) + " is left over and was not read; is there a comma for a decimal point?",
+                     severity_);
+}
+
+void LineItems::note_unreadable(std::string_view token, const std::string& taken) {
+    if (!notes_) return;
+    const std::string what = token.empty() ? "a number is missing; " : quoted(token) + " is no number; ";
+    notes_->note(line_, what + taken + " was taken", severity_);
 }
 
 float LineItems::single() {

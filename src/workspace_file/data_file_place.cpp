@@ -1,11 +1,11 @@
 #include "workspace_file/data_file_place.h"
 
 #include <filesystem>
+#include <fstream>
 #include <system_error>
 #include <vector>
 
 #include "core/paths.h"
-#include "core/safe_file.h"
 #include "core/same_file.h"
 #include "core/workspace.h"
 #include "workspace_file/axm_text.h"
@@ -35,9 +35,13 @@ std::vector<std::string> forms_of(const std::string& name) {
     return {name, native_path(name), file_name(name)};
 }
 
+std::string place_beside(const std::string& name, const std::string& folder) {
+    return from_root(name) ? name : folder + name;
+}
+
 std::string find_beside(const std::string& name, const std::string& folder) {
     std::vector<std::string> paths;
-    for (const std::string& form : forms_of(name)) paths.push_back(from_root(form) ? form : folder + form);
+    for (const std::string& form : forms_of(name)) paths.push_back(place_beside(form, folder));
     return first_there(paths);
 }
 
@@ -79,9 +83,17 @@ DataFilePlace find_data_file(std::string_view name_text, const std::string& work
 }
 
 std::string data_file_of(const std::string& path) {
-    const std::string text = read_whole_file(path);
+    constexpr std::size_t longest_name = 1 << 16;
+    // What flows through a pipe can be read once.
+    if (std::error_code error; !fs::is_regular_file(path, error)) return {};
+    std::string text(longest_name, '\0');
+    std::ifstream file(path, std::ios::binary);
+    file.read(text.data(), static_cast<std::streamsize>(text.size()));
+    text.resize(static_cast<std::size_t>(file.gcount()));
     AxmLines lines(text);
-    return lines.at_end() ? "" : find_data_file(lines.next(), path).path;
+    const std::string name(lines.at_end() ? "" : lines.next());
+    const std::string found = find_data_file(name, path).path;
+    return found.empty() && !name.empty() ? place_beside(native_path(name), folder_name(path)) : found;
 }
 
 std::string data_file_name_for(const DataDefinition& definition, const std::string& workspace_path) {

@@ -21,8 +21,8 @@ struct DataFilePlace {
 /// not hang on where the program was started. A file that moved is found by its name beside the workspace.
 DataFilePlace find_data_file(std::string_view name, const std::string& workspace_path);
 
-/// The data file of the workspace at `path`, without reading more than its name; "" when there is none.
-/// Raises FileFault.
+/// The data file of the workspace at `path`, without reading more than its name; where it should be when it
+/// is not there. "" when none is named or the workspace cannot be read.
 std::string data_file_of(const std::string& path);
 
 /// The name under which a workspace that is written to `workspace_path` finds its data file: as the file that

@@ -1,4 +1,5 @@
 #include <csignal>
+#include <filesystem>
 #include <gtest/gtest.h>
 
 #include "batch/batch_runs.h"
@@ -128,9 +129,15 @@ TEST(Invert, nothing_free_is_told) {
     text.replace(text.find(" 2  0  1  255"), 13, " 2  0  0  255");
     files.folder.write("model.axm", text);
     const Inverted fit = invert(files);
-    EXPECT_EQ(fit.run.status, 0);
+    EXPECT_EQ(fit.run.status, 1);
     EXPECT_EQ(fit.report["label"], "Inversion succeeded");
     EXPECT_EQ(fit.report["messages"], json::array({"There are no parameters free to invert on"}));
+    EXPECT_EQ(fit.report["failures"], fit.report["messages"]);
+    const std::string fitted = files.folder.path("fitted.axm");
+    EXPECT_EQ(invert(files, {"-o", fitted}).run.status, 1);
+    EXPECT_FALSE(std::filesystem::exists(fitted)) << "it would pass for a fit";
+    EXPECT_EQ(invert(files, {"-o", fitted, "--keep-going"}).run.status, 0);
+    EXPECT_TRUE(std::filesystem::exists(fitted));
 }
 
 TEST(StopRequest, an_interrupt_is_remembered_and_ends_nothing) {

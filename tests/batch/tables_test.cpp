@@ -63,7 +63,12 @@ TEST(Export, clean_tables_and_drawings_are_of_the_same_model) {
 TEST(Export, bodies_are_drawn_where_the_file_says_when_there_is_no_line) {
     const BatchFolder files;
     files.folder.write("survey.dat", "");
-    EXPECT_EQ(batch({"export", files.model, "--dxf-3d", files.folder.path("b.dxf")}).status, 0);
+    const std::vector<std::string> drawn{"export", files.model, "--dxf-3d", files.folder.path("b.dxf")};
+    EXPECT_EQ(batch(drawn).status, 1)
+        << "they stand where the last save saw them, not where the line puts them";
+    std::vector<std::string> kept = drawn;
+    kept.emplace_back("--keep-going");
+    EXPECT_EQ(batch(kept).status, 0);
     EXPECT_NE(files.folder.read("b.dxf").find("3DFACE\r\n  8\r\nSheet\r\n"), std::string::npos);
     EXPECT_EQ(batch({"export", files.model, "--clean-profile", files.folder.path("p.csv")}).status, 1);
 }
@@ -76,7 +81,10 @@ TEST(Export, bodies_are_listed_without_a_line) {
     for (const std::string& model : {files.model, unnamed}) {
         const BatchRun run =
             batch({"export", model, "--model-table", path("m.csv"), "--clean-model", path("c.csv")});
-        EXPECT_EQ(run.status, 0) << run.err;
+        EXPECT_EQ(run.status, 1) << "east and north are those of no line";
+        EXPECT_NE(files.folder.read("m.csv").find(" [WITH FAILURES: Could not find profile data file"),
+                  std::string::npos)
+            << files.folder.read("m.csv");
         EXPECT_NE(files.folder.read("m.csv").find("\r\n,,,50.000,0.000,0.000,100.000,"), std::string::npos)
             << files.folder.read("m.csv");
         EXPECT_NE(files.folder.read("m.csv").find(", *,Sheet\r\n"), std::string::npos);

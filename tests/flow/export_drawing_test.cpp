@@ -91,5 +91,16 @@ TEST_F(ExportDxf, the_body_stands_where_its_distance_says) {
     EXPECT_EQ(pairs.number(pairs.places("3DFACE").front() + 4), 550);
 }
 
+TEST_F(ExportDxf, nothing_is_drawn_over_a_file_that_is_open) {
+    session.workspace.definition.data_file = folder.write("line.dxf", "data");
+    prompts.save_paths = {folder.path("line.dxf"), folder.path("line.dxf")};
+    export_plan_dxf(session);
+    export_body_dxf(session);
+    EXPECT_EQ(folder.read("line.dxf"), "data");
+    EXPECT_EQ(prompts.messages.size(), 2U);
+    EXPECT_TRUE(
+        prompts.told("The drawing " + folder.path("line.dxf") + " would be written over the data file"));
+}
+
 }  // namespace
 }  // namespace anomalis::flow

@@ -85,5 +85,25 @@ TEST(ExportFlow, a_picture_goes_beside_the_model) {
     EXPECT_EQ(screenshot_path(workspace, ScreenshotKind::form, true), "/survey/line 1_plan.bmp");
 }
 
+TEST(ExportFlow, nothing_is_exported_over_a_file_that_is_open) {
+    edit::LineSample sample;
+    sample.add_body(1260, 60);
+    sample.load();
+    sample.workspace().model_file = sample.folder.write("line.axm", "a workspace");
+    const std::string data = sample.folder.read("line.dat");
+    for (const auto flow : {export_profile_data, export_clean_profile, export_clean_model}) {
+        for (const char* name : {"line.dat", "./line.axm"}) {
+            sample.prompts.messages.clear();
+            sample.prompts.yes_no = {true};
+            sample.prompts.save_paths = {sample.folder.path(name)};
+            EXPECT_EQ(flow(sample.workbench), ExportOutcome::failed);
+            ASSERT_EQ(sample.prompts.messages.size(), 1U);
+            EXPECT_TRUE(sample.prompts.told("Nothing was written")) << sample.prompts.messages[0];
+        }
+    }
+    EXPECT_EQ(sample.folder.read("line.dat"), data);
+    EXPECT_EQ(sample.folder.read("line.axm"), "a workspace");
+}
+
 }  // namespace
 }  // namespace anomalis::flow

@@ -175,5 +175,20 @@ TEST(SaveFlow, odd_names_work) {
     EXPECT_THAT(saver.prompts.messages, IsEmpty());
 }
 
+TEST(SaveFlow, neither_the_workspace_nor_what_stands_beside_it_goes_over_the_data) {
+    Saver saver;
+    const std::string data = saver.folder.read("line.dat");
+    saver.prompts.yes_no = {true};
+    EXPECT_EQ(saver.save_as(saver.folder.path("line.dat")), SaveOutcome::failed);
+    EXPECT_EQ(saver.folder.read("line.dat"), data);
+    EXPECT_EQ(saver.workspace().model_file, "");
+    EXPECT_TRUE(saver.workbench.unsaved);
+    // A line that goes by the name of the table.
+    saver.workspace().definition.data_file = saver.folder.write("line_model.csv", data);
+    EXPECT_EQ(saver.save_as(saver.folder.path("line.axm")), SaveOutcome::saved);
+    EXPECT_EQ(saver.folder.read("line_model.csv"), data);
+    EXPECT_TRUE(saver.prompts.told("The model table " + saver.folder.path("line_model.csv")));
+}
+
 }  // namespace
 }  // namespace anomalis::flow

@@ -76,5 +76,27 @@ TEST(CleanModelTable, every_row_has_every_column) {
     }
 }
 
+TEST(CleanProfileTable, failures_have_a_column_of_their_own_at_the_end) {
+    const Workspace workspace = three_stations();
+    const std::string plain = clean_profile_table_text(workspace);
+    std::string marked = clean_profile_table_text(workspace, {"one", "another"});
+    EXPECT_EQ(std::count(plain.begin(), plain.end(), '\n'), std::count(marked.begin(), marked.end(), '\n'));
+    const auto drop = [&](const std::string& text) {
+        for (auto at = marked.find(text); at != std::string::npos; at = marked.find(text))
+            marked.replace(at, text.size(), "\n");
+    };
+    drop(",failures\n");
+    drop(",2\n");
+    EXPECT_EQ(marked, plain);
+}
+
+TEST(CleanModelTable, failures_have_a_column_of_their_own_at_the_end) {
+    Workspace workspace = dxf_workspace();
+    add_dxf_body(workspace, thick_sheet, "sheet");
+    const std::string text = clean_model_table_text(workspace, {"one"});
+    EXPECT_NE(text.find(",failures\n1,sheet,"), std::string::npos) << text;
+    EXPECT_TRUE(text.ends_with(",1\n")) << text;
+}
+
 }  // namespace
 }  // namespace anomalis::output

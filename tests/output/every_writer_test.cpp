@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <iostream>
 #include <sys/stat.h>
+#include <type_traits>
 
 #include "core/session.h"
 #include "output/clean_tables.h"
@@ -25,9 +26,14 @@ struct Writer {
     std::function<int(const std::string& path, Workspace& workspace, Prompts& prompts)> write;
 };
 
-template <int (*write)(const std::string&, const Workspace&, Prompts&)>
+/// Nothing has failed on the way to what is written.
+template <auto write>
 int unchanged(const std::string& path, Workspace& workspace, Prompts& prompts) {
-    return write(path, workspace, prompts);
+    if constexpr (std::is_invocable_v<decltype(write), const std::string&, const Workspace&, Prompts&>) {
+        return write(path, workspace, prompts);
+    } else {
+        return write(path, workspace, prompts, {});
+    }
 }
 
 const std::vector<Writer>& writers() {

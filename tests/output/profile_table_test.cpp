@@ -74,5 +74,17 @@ TEST(ProfileTable, a_failed_write_is_told_and_keeps_the_old_file) {
     EXPECT_EQ(folder.read("kept/table.csv"), profile_table_text(three_stations()));
 }
 
+TEST(ProfileTable, failures_stand_at_the_end_of_the_first_line) {
+    const Workspace workspace = three_stations();
+    std::vector<std::string> plain = lines_of(profile_table_text(workspace));
+    std::vector<std::string> marked =
+        lines_of(profile_table_text(workspace, {"a.axm, line 3", "two\nlines", "3", "4", "5", "6", "7"}));
+    EXPECT_EQ(
+        marked[0],
+        "#Profile model data for line 7.dat [WITH FAILURES: a.axm; line 3; two lines; 3; 4; 5; and 2 more]");
+    marked[0] = plain[0];
+    EXPECT_EQ(marked, plain);
+}
+
 }  // namespace
 }  // namespace anomalis::output

@@ -24,9 +24,11 @@ std::vector<std::string> old_body(int version) {
     return lines;
 }
 
-ModelBody read_one(const std::string& line_12, const std::vector<std::string>& body, Reading& r) {
+/// `told` is the number of texts about numbers that are none.
+ModelBody read_one(const std::string& line_12, const std::vector<std::string>& body, Reading& r,
+                   std::size_t told = 0) {
     EXPECT_EQ(r.read_text(file_with(line_12, body)), 0);
-    EXPECT_TRUE(r.prompts.messages.empty());
+    EXPECT_EQ(r.prompts.messages.size(), told);
     EXPECT_EQ(r.workspace.body_count, 1);
     return r.workspace.body(1);
 }
@@ -195,7 +197,10 @@ TEST(AxmBody, without_a_colour_the_default_name_stays) {
 TEST(AxmBody, unreadable_susceptibility_and_density_take_their_defaults) {
     std::vector<std::string> lines = body_lines();
     lines.back() = " *  0  0  0  1  5  6  0 7 8  0 9 10  0 11 12 none 1 -1 3";
-    const ModelBody body = read_one(" 1  7  500  0  0 ", lines);
+    Reading r;
+    const ModelBody body = read_one(" 1  7  500  0  0 ", lines, r, 2);
+    EXPECT_TRUE(r.prompts.told("\"*\" is no number; 50000 was taken"));
+    EXPECT_TRUE(r.prompts.told("\"none\" is no number; 2.67 was taken"));
     EXPECT_EQ(body.susc, (BodyParam{50000, 1, 5, 6}));
     EXPECT_EQ(body.density, (BodyParam{2.67F, 1, -1, 3}));
 }
@@ -208,7 +213,9 @@ TEST(AxmBody, a_missing_density_is_the_default_and_doubles_in_old_files) {
     EXPECT_EQ(old.density.vary, 1);
     lines = body_lines();
     lines.back() = " 4000";
-    const ModelBody body = read_one(" 1  7  500  0  0 ", lines);
+    Reading r;
+    const ModelBody body = read_one(" 1  7  500  0  0 ", lines, r, 1);
+    EXPECT_TRUE(r.prompts.told("line 21: a number is missing; 0 was taken (15 times)"));
     EXPECT_EQ(body.density.value, 2.67F);
     EXPECT_EQ(body.rem_q, (BodyParam{0, 0, 0, 0})) << "missing numbers are 0";
 }

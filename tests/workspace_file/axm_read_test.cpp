@@ -298,5 +298,47 @@ TEST(AxmRead, a_refusal_leaves_the_path_as_read_and_reading_goes_on) {
     }
 }
 
+/// What is told of a whole file whose line `number` is `text`.
+std::vector<std::string> told_of(std::size_t number, const std::string& text) {
+    Reading r;
+    std::vector<std::string> lines = whole_file();
+    lines.at(number - 1) = text;
+    EXPECT_EQ(r.read_lines(lines), 0);
+    return r.prompts.messages;
+}
+
+TEST(AxmRead, a_whole_file_leaves_nothing_to_tell) {
+    EXPECT_TRUE(told_of(3, " 56000 -65 -4 ").empty());
+}
+
+TEST(AxmRead, numbers_that_are_none_are_told_with_file_line_and_text) {
+    const std::vector<std::string> told = told_of(3, " abc 12x");
+    ASSERT_EQ(told.size(), 3U);
+    EXPECT_TRUE(told[0].ends_with("model.axm, line 3: \"abc\" is no number; 0 was taken")) << told[0];
+    EXPECT_TRUE(told[1].ends_with("line 3: \"12x\" is no number; 12 was taken")) << told[1];
+    EXPECT_TRUE(told[2].ends_with("line 3: a number is missing; 0 was taken")) << told[2];
+}
+
+TEST(AxmRead, text_that_is_left_over_is_told_on_every_line_of_numbers) {
+    // The lines of numbers of the definitions and of the body, with one number too many.
+    const std::vector<std::string> lines = whole_file();
+    for (const std::size_t number : {2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 16, 17, 18, 19, 20, 21}) {
+        const std::vector<std::string> told = told_of(number, lines.at(number - 1) + " 7,5");
+        ASSERT_EQ(told.size(), 1U) << "line " << number;
+        EXPECT_TRUE(
+            told[0].ends_with(", line " + std::to_string(number) +
+                              ": \"7,5\" is left over and was not read; is there a comma for a decimal "
+                              "point?"))
+            << told[0];
+    }
+}
+
+TEST(AxmRead, the_numbers_that_stand_in_for_a_susceptibility_and_a_density_are_told) {
+    const std::string line = whole_file().at(20);
+    const std::vector<std::string> told = told_of(21, " * " + line.substr(line.find(" 0.5")));
+    ASSERT_EQ(told.size(), 1U);
+    EXPECT_TRUE(told[0].ends_with("line 21: \"*\" is no number; 50000 was taken")) << told[0];
+}
+
 }  // namespace
 }  // namespace anomalis::workspace_file

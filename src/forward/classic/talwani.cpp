@@ -54,7 +54,7 @@ class EdgeNotes {
             Faults noted;
             sum += talwani_edge(polygon.x[j] - x, polygon.x[j + 1] - x, polygon.z[j] - h,
                                 polygon.z[j + 1] - h, noted);
-            for (const auto& [text, count] : noted.entries()) {
+            for (const auto& [text, count, severity] : noted.entries()) {
                 faults_.add(text, count);
                 mix(4 * station + j + 1);
             }
@@ -70,7 +70,7 @@ class EdgeNotes {
                     stations_};
         if (lost == told) return;
         told = lost;
-        for (const auto& [text, count] : faults_.entries()) faults.add(text, count);
+        for (const auto& [text, count, severity] : faults_.entries()) faults.add(text, count, severity);
     }
 
   private:

@@ -31,7 +31,11 @@ QSplitter* make_splitter(const char* name) {
 }  // namespace
 
 ChartsPanel::ChartsPanel(edit::Workbench& workbench, ModelNews& news, QWidget* parent)
-    : QWidget(parent), workbench_(workbench), news_(news), resize_timer_(new QTimer(this)) {
+    : QWidget(parent),
+      workbench_(workbench),
+      news_(news),
+      chart_dialogs_(workbench),
+      resize_timer_(new QTimer(this)) {
     resize_timer_->setObjectName("Timer_resize");
     resize_timer_->setSingleShot(true);
     resize_timer_->setInterval(resize_pause);
@@ -75,6 +79,8 @@ QWidget* ChartsPanel::make_charts() {
     grav_splitter_->addWidget(panes_[edit::chart_grav_gradient]);
     plan_ = new chart::GrapherWidget;
     plan_->setObjectName("vsgraph_plan");
+    plan_->set_dialogs(&chart_dialogs_);
+    for (ChartPane* pane : panes_) pane->widget().set_dialogs(&chart_dialogs_);
     section_or_plan_ = new QStackedWidget;
     section_or_plan_->addWidget(frame_of("Frame_section", panes_[edit::chart_section]));
     section_or_plan_->addWidget(frame_of("Frame_plan", plan_));

@@ -7,6 +7,7 @@
 
 #include "edit/workbench.h"
 #include "flow/model_view.h"
+#include "window/panels/chart_file_dialogs.h"
 #include "window/panels/chart_pane.h"
 #include "window/shell/model_news.h"
 
@@ -76,6 +77,7 @@ class ChartsPanel : public QWidget, private flow::ModelViewHost {
 
     edit::Workbench& workbench_;
     ModelNews& news_;
+    ChartFileDialogs chart_dialogs_;
     std::array<ChartPane*, edit::model_chart_count> panes_{};
     chart::GrapherWidget* plan_ = nullptr;
     QSplitter* splitter_ = nullptr;

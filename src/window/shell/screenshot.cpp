@@ -13,6 +13,7 @@
 #include "core/paths.h"
 #include "core/told_write.h"
 #include "edit/workbench.h"
+#include "flow/kept_files.h"
 #include "model/refresh_model.h"
 #include "window/shell/look.h"
 
@@ -144,8 +145,9 @@ QImage take_screenshot(QWidget& form, const edit::Workbench& workbench, flow::Sc
 
 std::string save_screenshot(QWidget& form, edit::Workbench& workbench, flow::ScreenshotKind kind) {
     const QImage picture = take_screenshot(form, workbench, kind);
-    const std::string path =
-        flow::screenshot_path(workbench.session.workspace, kind, workbench.view.show_plan);
+    const Workspace& workspace = workbench.session.workspace;
+    std::string path = flow::screenshot_path(workspace, kind, workbench.view.show_plan);
+    if (flow::refused_over_open_file("The picture", path, workspace, workbench.session.prompts)) path.clear();
     if (!path.empty()) {
         write_file_telling(workbench.session.prompts, path, bitmap_bytes(picture));
         workbench.session.log.log_message(1, path);

@@ -1,0 +1,78 @@
+#include "intake/row_notes.h"
+
+#include <fstream>
+
+#include "core/faults.h"
+#include "core/text.h"
+
+namespace anomalis::intake {
+
+namespace {
+
+std::string times(long count) {
+    return count == 1 ? "" : " (" + std::to_string(count) + " such rows)";
+}
+
+std::string at(const std::string& path, long line) {
+    return path + ", line " + std::to_string(line) + ": ";
+}
+
+bool ends_within_a_line(const std::string& path) {
+    std::ifstream file(path, std::ios::binary | std::ios::ate);
+    if (!file || file.tellg() <= 0) return false;
+    file.seekg(-1, std::ios::end);
+    const int last = file.get();
+    return last != '\n' && last != '\r';
+}
+
+void tell_dropped(const RowNotes& notes, const std::string& path, Faults& faults) {
+    if (notes.dropped == 0) return;
+    const std::string what = notes.unreadable.empty() ? "nothing" : "\"" + notes.unreadable + "\"";
+    faults.add(at(path, notes.first_dropped_line) + "the row was passed over, " + what +
+                   " stands where a number is wanted" + times(notes.dropped),
+               1, notes.records == 0 ? Severity::doubt : Severity::remark);
+}
+
+void tell_short(const RowNotes& notes, const std::string& path, Faults& faults) {
+    if (notes.last_is_short)
+        faults.add(at(path, notes.last_line) +
+                       "the last row ends before its last column and kept values of the row before; the file "
+                       "may have been cut",
+                   1, Severity::doubt);
+    const long others = notes.short_rows - (notes.last_is_short ? 1 : 0);
+    if (others > 0)
+        faults.add(at(path, notes.first_short_line) +
+                       "the row ends before its last column and kept values of the row before" +
+                       times(others),
+                   1, Severity::remark);
+}
+
+}  // namespace
+
+void RowNotes::drop(long line, std::string_view token) {
+    constexpr std::size_t longest_token = 40;
+    if (++dropped > 1) return;
+    first_dropped_line = line;
+    unreadable = single_line(token.substr(0, longest_token));
+}
+
+void RowNotes::take(long line, bool is_short) {
+    ++records;
+    last_line = line;
+    last_is_short = is_short;
+    if (is_short && ++short_rows == 1) first_short_line = line;
+}
+
+void tell_rows(const RowNotes& notes, const std::string& path, Faults& faults) {
+    if (!notes.counted) return;
+    if (notes.records == 0) faults.add("No stations were found in " + path, 1, Severity::doubt);
+    tell_dropped(notes, path, faults);
+    if (notes.records == 0) return;
+    tell_short(notes, path, faults);
+    if (notes.to_the_end && !notes.last_is_short && ends_within_a_line(path))
+        faults.add(at(path, notes.last_line) +
+                       "the last row has no line end; if the file was cut its last value may be wrong",
+                   1, Severity::remark);
+}
+
+}  // namespace anomalis::intake
