@@ -45,10 +45,10 @@ TEST(OddFolders, another_name_of_the_old_file_is_told_and_the_command_succeeds) 
     std::filesystem::create_hard_link(files.folder.path("table.csv"), files.folder.path("backup.csv"));
     const BatchRun run = write_table(files);
     EXPECT_EQ(run.status, 0);
-    EXPECT_EQ(
-        run.err,
-        "table.csv had another name (hard links). It is a new file now; what it held before stays under "
-        "the other name\n");
+    EXPECT_EQ(run.err,
+              "Note: table.csv had another name (hard links). It is a new file now; what it held before "
+              "stays under "
+              "the other name\n");
     EXPECT_EQ(files.folder.read("backup.csv"), "old");
 }
 
