@@ -7,7 +7,7 @@
 #include "batch/commands.h"
 #include "core/body_parameters.h"
 #include "core/numbers.h"
-#include "core/text.h"
+#include "core/shown_text.h"
 #include "model/misfit.h"
 
 namespace anomalis::batch {
@@ -43,8 +43,8 @@ std::string definition_text(const Workspace& w) {
     std::string rows = "from line " + std::to_string(d.first_data_line);
     if (d.last_data_line > 0) rows += " to " + std::to_string(d.last_data_line);
     if (d.read_increment != 1) rows += ", one of every " + std::to_string(d.read_increment);
-    return line("Workspace", w.model_file) + line("Data file", d.data_file) + line("  read", rows) +
-           line("  columns", columns_text(d)) +
+    return line("Workspace", shown_text(w.model_file)) + line("Data file", shown_text(d.data_file)) +
+           line("  read", rows) + line("  columns", columns_text(d)) +
            line("Field", shortest_text(w.field.intensity) + " nT, inclination " +
                              shortest_text(w.field.inclination) + ", declination " +
                              shortest_text(w.field.declination));
@@ -106,7 +106,7 @@ Row body_row(int number, const ModelBody& b) {
     if (row[1].empty()) row[1] = "type " + std::to_string(b.type);
     for (const auto& [code, caption] : parameter_columns)
         row.push_back(shortest_text(body_param(b, code).value));
-    row.push_back(single_line(b.name));
+    row.push_back(shown_text(b.name));
     return row;
 }
 

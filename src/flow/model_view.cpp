@@ -203,6 +203,7 @@ void ModelView::reset_graph_scale() {
 void ModelView::select_body(int number) {
     const Workspace& workspace = workbench_.session.workspace;
     if (number < 1 || number > workspace.body_count || number == workbench_.view.current_body) return;
+    if (!host_.may_leave_body()) return;
     workbench_.view.current_body = number;
     redraw_bodies();
     host_.show_current_body();

@@ -31,6 +31,9 @@ class ModelViewHost {
     /// Zoom list and pan bar must follow. `free_zoom`: the window was chosen on a chart by hand and is none
     /// of the zoom list.
     virtual void show_window(bool free_zoom) = 0;
+    /// Another body is about to become the current one; what is half typed belongs to the one that was.
+    /// False: it must not.
+    virtual bool may_leave_body() { return true; }
     /// Another body was chosen; the charts show it already.
     virtual void show_current_body() = 0;
     /// The person had the calculation left: the curves are those of before.

@@ -1,4 +1,5 @@
 #include <array>
+#include <cmath>
 #include <vector>
 
 #include "core/numbers.h"
@@ -54,6 +55,12 @@ void draw_box(const ModelBody& body, Formulas formulas, Faults& faults, DxfText&
 /// The texts of a point's coordinates: a point belongs to several faces, so they are formed once.
 using PointText = std::array<std::string, 3>;
 
+bool is_finite(const BodySolid& solid) {
+    for (const Point3& point : solid.transformed_points)
+        if (!std::isfinite(point.x) || !std::isfinite(point.y) || !std::isfinite(point.z)) return false;
+    return true;
+}
+
 void form_point_texts(const BodySolid& solid, std::vector<PointText>& points) {
     points.resize(solid.transformed_points.size());
     for (std::size_t i = 0; i < points.size(); ++i) {
@@ -67,7 +74,7 @@ void form_point_texts(const BodySolid& solid, std::vector<PointText>& points) {
 
 void draw_solid(const ModelBody& body, Faults& faults, std::vector<PointText>& points, DxfText& text) {
     BodySolid solid = body.solid;
-    if (forward::setup_cylinder_body(body, solid, faults) != 0) return;
+    if (forward::setup_cylinder_body(body, solid, faults) != 0 || !is_finite(solid)) return;
     form_point_texts(solid, points);
     const std::string start = face_start(body);
     for (const auto& facet : solid.facets) {

@@ -12,6 +12,9 @@ namespace anomalis::output {
 
 namespace {
 
+/// A spreadsheet reckons with a cell that begins so, and runs what it names.
+constexpr std::string_view formula_starts = "=+-@";
+
 template <class Number>
 void append_number(std::string& text, Number value) {
     if (!std::isfinite(value) || value <= static_cast<Number>(missing_limit)) return;
@@ -57,11 +60,12 @@ void CsvText::words(std::string_view value) {
     const std::string one_line = utf8(single_line(value));
     const std::string_view field = trim_blanks(one_line);
     next();
-    if (field.find_first_of(",\"") == std::string_view::npos) {
+    const bool formula = !field.empty() && formula_starts.find(field.front()) != std::string_view::npos;
+    if (!formula && field.find_first_of(",\"") == std::string_view::npos) {
         text_ += field;
         return;
     }
-    text_ += '"';
+    text_ += formula ? "\"'" : "\"";
     for (const char c : field) text_.append(c == '"' ? 2 : 1, c);
     text_ += '"';
 }

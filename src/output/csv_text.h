@@ -6,7 +6,9 @@
 // Private to this room.
 namespace anomalis::output {
 
-/// Builds a comma-separated table. A text that holds a comma or a quote is quoted.
+/// Builds a comma-separated table. A text that holds a comma or a quote is quoted; one that a spreadsheet
+/// would take for a formula is quoted with an apostrophe in front, which spreadsheets read as "a text
+/// follows".
 class CsvText {
   public:
     /// The header row.

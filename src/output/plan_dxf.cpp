@@ -52,6 +52,8 @@ void draw_outline(const ModelBody& body, const forward::ClipBox& box, DxfText& t
     double east2 = body.east + s * outline.far_end + c * outline.start;
     double north2 = body.north + c * outline.far_end - s * outline.start;
     if (forward::clip_line(east1, north1, east2, north2, box) < 0) return;
+    const double reach = std::abs(outline.across) + std::abs(east1) + std::abs(east2) + std::abs(north1);
+    if (!std::isfinite(reach + std::abs(north2))) return;
     text.pair("  0", "POLYLINE");
     draw_vertex(east1, north1, text);
     draw_vertex(east2, north2, text);

@@ -1,11 +1,11 @@
 #include <array>
 
 #include "core/failure.h"
-#include "core/numbers.h"
 #include "core/text.h"
 #include "core/told_write.h"
 #include "core/workspace.h"
 #include "output/failure_note.h"
+#include "output/table_field.h"
 #include "output/tables.h"
 
 namespace anomalis::output {
@@ -38,7 +38,7 @@ void append_channel(const Workspace& workspace, const ChannelTable& data, int st
                                                                           : workspace.gradient_row;
     for (const int stage : {stage_observed, stage_calculated}) {
         for (const int row : {workspace.raw_row, workspace.smoothed_row, workspace.residual_row, gradient})
-            line += ", " + format_number(data(station, row, stage), "0.00");
+            line += ", " + fixed_field(data(station, row, stage), "0.00");
     }
 }
 
@@ -50,12 +50,12 @@ std::string profile_table_text(const Workspace& workspace, const std::vector<std
     text += header(workspace) + "\r\n";
     const StationTable& stations = workspace.stations;
     for (int i = 1; i <= workspace.station_count; ++i) {
-        text += format_number(stations(i, column_east), "0.000");
-        text += ", " + format_number(stations(i, column_north), "0.000");
-        text += ", " + format_number(stations(i, column_sensor), "0.00");
-        text += ", " + format_number(workspace.distances[i], "0.000");
+        text += fixed_field(stations(i, column_east), "0.000");
+        text += ", " + fixed_field(stations(i, column_north), "0.000");
+        text += ", " + fixed_field(stations(i, column_sensor), "0.00");
+        text += ", " + fixed_field(workspace.distances[i], "0.000");
         if (workspace.definition.dtm_column > 0)
-            text += ", " + format_number(stations(i, column_ground), "0.000");
+            text += ", " + fixed_field(stations(i, column_ground), "0.000");
         if (workspace.has_mag()) append_channel(workspace, workspace.mag.data, i, text);
         if (workspace.has_grav()) append_channel(workspace, workspace.grav.data, i, text);
         text += "\r\n";

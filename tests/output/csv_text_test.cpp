@@ -42,6 +42,16 @@ TEST(CsvText, words_are_quoted_only_where_they_must_be) {
     EXPECT_EQ(words(""), "");
 }
 
+TEST(CsvText, no_name_is_a_formula_for_a_spreadsheet) {
+    EXPECT_EQ(words("=1+1"), "\"'=1+1\"");
+    EXPECT_EQ(words("+dyke"), "\"'+dyke\"");
+    EXPECT_EQ(words("-2"), "\"'-2\"");
+    EXPECT_EQ(words("@SUM(A1)"), "\"'@SUM(A1)\"");
+    EXPECT_EQ(words("\t=cmd|' /C calc'!A0"), "\"'=cmd|' /C calc'!A0\"");
+    EXPECT_EQ(words("\r\n -a,\"b\""), "\"'-a,\"\"b\"\"\"");
+    EXPECT_EQ(words("a=b"), "a=b");
+}
+
 TEST(CsvText, words_stay_on_one_line_without_control_characters) {
     EXPECT_EQ(words("a\r\nb\nc\td"), "a b c d");
     EXPECT_EQ(words(std::string_view("a\0b\x7F"

@@ -26,6 +26,7 @@ QObject* make_save_controller_test();
 QObject* make_sharp_test();
 QObject* make_view_controller_test();
 QObject* make_watch_controller_test();
+QObject* make_wrong_boxes_test();
 
 /// Keeps pictures of both tabs and the plan of each workspace named (split by ":") in a folder, at two sizes:
 /// for people to look at, and for the guide.

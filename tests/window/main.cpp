@@ -39,7 +39,8 @@ constexpr std::array tests{NamedTest{"actions", make_actions_test},
                            NamedTest{"save_controller", make_save_controller_test},
                            NamedTest{"sharp", make_sharp_test, true},
                            NamedTest{"view_controller", make_view_controller_test},
-                           NamedTest{"watch_controller", make_watch_controller_test}};
+                           NamedTest{"watch_controller", make_watch_controller_test},
+                           NamedTest{"wrong_boxes", make_wrong_boxes_test}};
 
 int run(const NamedTest& test, const QStringList& arguments) {
     const std::unique_ptr<QObject> object(test.make());

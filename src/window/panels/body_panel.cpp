@@ -115,7 +115,7 @@ QWidget* BodyPanel::make_marks() {
 
 void BodyPanel::wire() {
     connect(selector_, &QScrollBar::valueChanged, this, [this](int number) {
-        if (!guards_.closed()) emit body_wanted(number);
+        if (guards_.pass()) emit body_wanted(number);
     });
     connect(fix_, &QCheckBox::toggled, this, [this](bool on) { mark_clicked(edit::change_body_fixed, on); });
     connect(off_, &QCheckBox::toggled, this,
@@ -126,13 +126,14 @@ void BodyPanel::wire() {
 }
 
 void BodyPanel::mark_clicked(bool (*change)(edit::Workbench&, bool), bool on) {
-    if (guards_.closed()) return;
+    if (!guards_.pass()) return;
     if (change(workbench_, on)) news_.tell(News::parameters);
 }
 
 void BodyPanel::colour_clicked() {
+    if (!guards_.pass()) return;
     const ModelBody* body = edit::current_body(workbench_);
-    if (guards_.closed() || !body) return;
+    if (!body) return;
     const auto chosen = choose_colour_(shown_colour(body->colour));
     if (chosen && edit::change_body_colour(workbench_, stored_colour(*chosen))) news_.tell(News::parameters);
 }

@@ -30,9 +30,11 @@ QSplitter* make_splitter(const char* name) {
 
 }  // namespace
 
-ChartsPanel::ChartsPanel(edit::Workbench& workbench, ModelNews& news, QWidget* parent)
+ChartsPanel::ChartsPanel(edit::Workbench& workbench, const FormGuards& guards, ModelNews& news,
+                         QWidget* parent)
     : QWidget(parent),
       workbench_(workbench),
+      guards_(guards),
       news_(news),
       chart_dialogs_(workbench),
       resize_timer_(new QTimer(this)) {
@@ -122,8 +124,12 @@ QWidget* ChartsPanel::make_bars() {
     buttons_ = row;
     connect(zoom_list_, &QComboBox::activated, this, [this](int index) { view_->choose_zoom_factor(index); });
     connect(pan_bar_, &QScrollBar::valueChanged, this, [this](int pan) { view_->pan_to(pan); });
-    connect(plan_button_, &QPushButton::clicked, this, [this] { show_plan(!workbench_.view.show_plan); });
-    connect(reset, &QPushButton::clicked, this, [this] { view_->reset_graph_scale(); });
+    connect(plan_button_, &QPushButton::clicked, this, [this] {
+        if (guards_.pass()) show_plan(!workbench_.view.show_plan);
+    });
+    connect(reset, &QPushButton::clicked, this, [this] {
+        if (guards_.pass()) view_->reset_graph_scale();
+    });
     return bars;
 }
 

@@ -9,6 +9,7 @@
 #include "flow/model_view.h"
 #include "window/panels/chart_file_dialogs.h"
 #include "window/panels/chart_pane.h"
+#include "window/shell/form_guards.h"
 #include "window/shell/model_news.h"
 
 class QComboBox;
@@ -28,7 +29,8 @@ class ChartsPanel : public QWidget, private flow::ModelViewHost {
     Q_OBJECT
 
   public:
-    ChartsPanel(edit::Workbench& workbench, ModelNews& news, QWidget* parent = nullptr);
+    ChartsPanel(edit::Workbench& workbench, const FormGuards& guards, ModelNews& news,
+                QWidget* parent = nullptr);
     ~ChartsPanel() override;
 
     flow::ModelView& view() { return *view_; }
@@ -60,6 +62,7 @@ class ChartsPanel : public QWidget, private flow::ModelViewHost {
     void show_misfit(const MisfitPair& misfit) override;
     void show_base_level(const std::string& text) override;
     void show_window(bool free_zoom) override;
+    bool may_leave_body() override { return guards_.pass(); }
     void show_current_body() override { news_.tell(News::current_body); }
     void calculation_stopped() override { emit calculation_left(); }
 
@@ -76,6 +79,7 @@ class ChartsPanel : public QWidget, private flow::ModelViewHost {
     void restart_resize();
 
     edit::Workbench& workbench_;
+    const FormGuards& guards_;
     ModelNews& news_;
     ChartFileDialogs chart_dialogs_;
     std::array<ChartPane*, edit::model_chart_count> panes_{};

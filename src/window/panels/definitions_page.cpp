@@ -55,6 +55,12 @@ void DefinitionsPage::fill(bool with_final_line) {
     show_head();
 }
 
+EntryBox* DefinitionsPage::first_refused() const {
+    for (EntryBox* box : findChildren<EntryBox*>())
+        if (box->refused() && box->isVisibleTo(this)) return box;
+    return nullptr;
+}
+
 void DefinitionsPage::follow(WhatChanged what) {
     if (what & News::boxes) return fill(bool(what & News::step_taken));
     if (what & News::settings) processing_->update_base_frame();

@@ -15,6 +15,7 @@ namespace anomalis::window {
 
 class DataHeadView;
 class DefinitionsPanel;
+class EntryBox;
 class FieldPanel;
 class GraphOptionsPanel;
 class ProcessingPanel;
@@ -31,13 +32,18 @@ class DefinitionsPage : public QWidget {
     DefinitionsPanel& definitions() { return *definitions_; }
     ProcessingPanel& processing() { return *processing_; }
     FieldPanel& field() { return *field_; }
+    GraphOptionsPanel& graph_options() { return *graph_options_; }
 
     /// Fills the controls from the workspace, the final line's box only when it is asked for.
     void fill(bool with_final_line = false);
     void follow(WhatChanged what);
 
+    /// The first box on show that holds a text which was refused, null when none does.
+    EntryBox* first_refused() const;
+
   signals:
-    void text_refused(const QString& caption, const QString& text);
+    /// `instead` says what holds in place of the text.
+    void text_refused(const QString& caption, const QString& text, const QString& instead);
 
   private:
     /// Lays the head of the data file out for the present definition.

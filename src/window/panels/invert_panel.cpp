@@ -101,13 +101,13 @@ void InvertPanel::add_choices(QGridLayout& grid) {
     place(1, 0, limit_);
     place(1, 1, done_);
     connect(channel_, &QComboBox::activated, this, [this](int index) {
-        if (!guards_.closed()) emit channel_chosen(index);
+        if (guards_.pass()) emit channel_chosen(index);
     });
     connect(method_, &QComboBox::activated, this, [this](int index) {
-        if (!guards_.closed()) emit method_chosen(index);
+        if (guards_.pass()) emit method_chosen(index);
     });
     connect(gradient_, &QCheckBox::toggled, this, [this](bool on) {
-        if (!guards_.closed()) emit gradient_chosen(on);
+        if (guards_.pass()) emit gradient_chosen(on);
     });
 }
 

@@ -65,10 +65,7 @@ QWidget* ModelSide::make_column() {
 }
 
 void ModelSide::wire() {
-    connect(body_, &BodyPanel::body_wanted, this, [this](int number) {
-        commit();
-        emit body_wanted(number);
-    });
+    connect(body_, &BodyPanel::body_wanted, this, &ModelSide::body_wanted);
     connect(grid_, &BodyGridView::text_refused, this, &ModelSide::text_refused);
     connect(pipe_, &PipePanel::text_refused, this, &ModelSide::text_refused);
     connect(toggle_, &QPushButton::clicked, this, &ModelSide::ask_for_other_view);
@@ -113,8 +110,7 @@ void ModelSide::show_invert_view(bool invert) {
 
 void ModelSide::ask_for_other_view() {
     const Workspace& workspace = workbench_.session.workspace;
-    if (guards_.closed() || !edit::line_loaded(workspace) || workspace.body_count < 1) return;
-    commit();
+    if (!guards_.pass() || !edit::line_loaded(workspace) || workspace.body_count < 1) return;
     emit other_view_wanted();
 }
 

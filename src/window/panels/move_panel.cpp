@@ -74,7 +74,7 @@ ParameterStepper* MovePanel::make_stepper(const edit::ParameterBar& bar, bool fi
 }
 
 void MovePanel::step(const edit::ParameterBar& bar, bool fine, int direction) {
-    if (guards_.closed()) return;
+    if (!guards_.pass()) return;
     if (edit::step_parameter(workbench_, bar, fine, direction)) news_.tell(News::parameters);
 }
 

@@ -40,7 +40,7 @@ void ProcessingPanel::add_filters() {
     smooth_type_->addItems({"Triangular", "Sinc^2", "Hanning", "Hamming", "Boxcar"});
     place(0, 0, type, smooth_type_);
     connect(smooth_type_, &QComboBox::currentIndexChanged, this, [this](int index) {
-        if (this->guards().closed()) return;
+        if (!this->guards().pass()) return;
         edit::change_smooth_filter_type(this->workbench(), index);
         tell();
     });
@@ -69,7 +69,7 @@ void ProcessingPanel::add_gradient() {
     gradient_labels_[1]->setObjectName("Label_VG_1");
     connect(total_gradient_, &QCheckBox::toggled, this, [this](bool total) {
         show_gradient_captions();
-        if (this->guards().closed()) return;
+        if (!this->guards().pass()) return;
         edit::change_total_gradient(this->workbench(), total);
         tell();
     });
@@ -100,7 +100,7 @@ void ProcessingPanel::add_base_levels(int row) {
         float_checks_[i] = make_check(floats[i]);
         frame->place_bare(1, channel, float_checks_[i]);
         connect(float_checks_[i], &QCheckBox::toggled, this, [this, channel](bool on) {
-            if (this->guards().closed()) return;
+            if (!this->guards().pass()) return;
             edit::change_float_base(this->workbench(), channel, on);
             tell();
         });

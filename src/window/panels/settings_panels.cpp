@@ -19,10 +19,11 @@ CommitBox* SettingsPanel::make_box(edit::SettingsBox box, const ControlText& tex
         return change != edit::SettingsChange::refused;
     };
     const auto stored = [this, box] { return edit::settings_box_text(workbench_.session.workspace, box); };
-    auto* entry = new CommitBox(text, guards_, {accept, stored});
+    auto* entry = new CommitBox(text, guards_, {accept, stored, CommitBox::Refused::kept});
     const QString caption = tr(text.caption);
-    connect(entry, &CommitBox::text_refused, this,
-            [this, caption](const QString& typed) { emit text_refused(caption, typed); });
+    connect(entry, &CommitBox::text_refused, this, [this, caption](const QString& typed) {
+        emit text_refused(caption, typed, tr("the value stays"));
+    });
     boxes_[box] = entry;
     return entry;
 }
@@ -88,12 +89,12 @@ GraphOptionsPanel::GraphOptionsPanel(edit::Workbench& workbench, FormGuards& gua
     place_bare(3, 0, label_check_);
     place_bare(3, 1, aspect_check_);
     connect(label_check_, &QCheckBox::toggled, this, [this](bool on) {
-        if (this->guards().closed()) return;
+        if (!this->guards().pass()) return;
         edit::change_show_body_label(this->workbench(), on);
         tell();
     });
     connect(aspect_check_, &QCheckBox::toggled, this, [this](bool on) {
-        if (this->guards().closed()) return;
+        if (!this->guards().pass()) return;
         edit::change_maintain_aspect_ratio(this->workbench(), on);
         tell();
     });
@@ -105,6 +106,17 @@ void GraphOptionsPanel::fill() {
     const DisplaySettings& display = workbench().session.workspace.display;
     label_check_->setChecked(display.show_body_label == 1);
     aspect_check_->setChecked(display.maintain_aspect_ratio == 1);
+}
+
+void GraphOptionsPanel::take_usual_values() {
+    for (const auto& [setting, box] : boxes()) {
+        if (!box->refused()) continue;
+        const QString typed = box->text();
+        edit::change_settings_box(workbench(), setting, "");
+        box->refill();
+        emit text_refused(box->accessibleName(), typed, tr("%1 is taken").arg(box->text()));
+        tell();
+    }
 }
 
 }  // namespace anomalis::window

@@ -28,13 +28,15 @@ class SettingsPanel : public Panel {
     CommitBox* box(edit::SettingsBox setting) const;
 
   signals:
-    void text_refused(const QString& caption, const QString& text);
+    /// `instead` says what holds in place of the text.
+    void text_refused(const QString& caption, const QString& text, const QString& instead);
 
   protected:
     CommitBox* make_box(edit::SettingsBox box, const ControlText& text);
     void add_box(int row, int pair, edit::SettingsBox box, const ControlText& text);
     edit::Workbench& workbench() { return workbench_; }
     FormGuards& guards() { return guards_; }
+    const std::map<edit::SettingsBox, CommitBox*>& boxes() const { return boxes_; }
     /// A setting was stored.
     void tell() { news_.tell(News::settings); }
 
@@ -65,6 +67,8 @@ class GraphOptionsPanel : public SettingsPanel {
   public:
     GraphOptionsPanel(edit::Workbench& workbench, FormGuards& guards, ModelNews& news);
     void fill() override;
+    /// Before the model is drawn: a box whose text was refused takes its usual value, and it is told.
+    void take_usual_values();
 
   private:
     QCheckBox* label_check_;

@@ -93,18 +93,25 @@ QProgressBar* StatusPanels::make_progress_bar() {
     return progress_;
 }
 
-void StatusPanels::show_text(const QString& text) {
-    panel(1)->setText(text);
-    panel(1)->setToolTip(text);
+void StatusPanels::show_message(const QString& words) {
+    panel(1)->setText(words);
+    panel(1)->setToolTip(words);
 }
 
 void StatusPanels::add_text(const QString& text) {
     const QString before = panel(1)->text();
-    show_text(before.isEmpty() ? text : before + ". " + text);
+    show_message(before.isEmpty() ? text : before + ". " + text);
 }
 
-void StatusPanels::show_refused(const QString& caption, const QString& text) {
-    show_text(tr("%1: “%2” is not accepted, the value stays").arg(caption, text.left(40).simplified()));
+void StatusPanels::show_text(const QString& text) {
+    show_message(refused_.isEmpty() || text.isEmpty() ? refused_ + text : refused_ + ". " + text);
+}
+
+void StatusPanels::show_refused(const QString& caption, const QString& text, const QString& instead) {
+    const QString words =
+        tr("%1: “%2” is not accepted, %3").arg(caption, text.left(40).simplified(), instead);
+    refused_ = refused_.isEmpty() ? words : refused_ + ". " + words;
+    show_message(refused_);
 }
 
 void StatusPanels::show_pointer(const show::PointerPanels& panels) {

@@ -26,8 +26,11 @@ class StatusPanels : public QStatusBar {
     void show_pointer(const show::PointerPanels& panels);
     void show_misfit(double data_norm, double gradient_norm);
     void clear_line();
-    /// A text that was not accepted.
-    void show_refused(const QString& caption, const QString& text);
+    /// A text that was not accepted, and what holds in its place. It stands beside what the command that
+    /// took the text has to tell, so that neither is lost.
+    void show_refused(const QString& caption, const QString& text, const QString& instead);
+    /// Another command begins: what was refused before it has been read.
+    void forget_refused() { refused_.clear(); }
     /// Shows the bar of a long calculation at once, in percent; below 0 hides it.
     void show_progress(int percent);
 
@@ -35,6 +38,9 @@ class StatusPanels : public QStatusBar {
     QLabel* panel(int number) { return panels_.at(static_cast<std::size_t>(number - 1)); }
     QProgressBar* make_progress_bar();
 
+    void show_message(const QString& words);
+
+    QString refused_;
     std::array<QLabel*, 7> panels_{};
     QProgressBar* progress_;
 };

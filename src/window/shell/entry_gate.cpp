@@ -7,10 +7,4 @@ void EntryGate::settle() const {
     for (const auto& settle : editors_) settle();
 }
 
-bool EntryGate::pass() const {
-    if (guards_.closed()) return false;
-    settle();
-    return true;
-}
-
 }  // namespace anomalis::window

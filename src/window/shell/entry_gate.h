@@ -11,7 +11,12 @@ namespace anomalis::window {
 /// replaces that model goes through here first.
 class EntryGate {
   public:
-    explicit EntryGate(const FormGuards& guards) : guards_(guards) {}
+    /// Handlers that hold the guards come through here by `FormGuards::pass`.
+    explicit EntryGate(FormGuards& guards) : guards_(guards) {
+        guards.settle_entries = [this] { settle(); };
+    }
+    EntryGate(const EntryGate&) = delete;
+    EntryGate& operator=(const EntryGate&) = delete;
 
     /// How one kind of editor takes over, or refuses, what stands in it. They are asked in this order.
     void add_editor(std::function<void()> settle) { editors_.push_back(std::move(settle)); }
@@ -19,7 +24,7 @@ class EntryGate {
     /// Takes over what is being typed anywhere; nothing while a run or a filling keeps the window closed.
     void settle() const;
     /// The same before an action. False: the window is closed, nothing may be done.
-    [[nodiscard]] bool pass() const;
+    [[nodiscard]] bool pass() const { return guards_.pass(); }
 
   private:
     const FormGuards& guards_;

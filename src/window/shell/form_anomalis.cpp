@@ -56,13 +56,14 @@ Form_anomalis::Form_anomalis(Session& session, const std::vector<flow::ExampleFi
       gate_(guards_),
       tabs_(new QTabWidget(this)),
       definitions_page_(new DefinitionsPage(workbench_, guards_, news_, examples)),
-      charts_(new ChartsPanel(workbench_, news_)),
+      charts_(new ChartsPanel(workbench_, guards_, news_)),
       side_(new ModelSide(workbench_, guards_, news_)),
       model_page_(new ModelPage(charts_, side_, examples)),
       status_(new StatusPanels(this)),
       actions_(new Actions(*this, workbench_, guards_, gate_, static_cast<int>(examples.size()))),
       menus_(new Menus(*this, *actions_, workbench_)) {
     lay_out();
+    gate_.add_editor([this] { status_->forget_refused(); });
     gate_.add_editor([this] { side_->commit(); });
     gate_.add_editor([this] { commit_boxes(*definitions_page_); });
     make_controllers(examples);
@@ -121,7 +122,9 @@ void Form_anomalis::wire_panels() {
         connect(panel, &WelcomePanel::example_chosen, this,
                 [this](const QString& path) { open_example(path.toStdString()); });
     connect(definitions_page_, &DefinitionsPage::text_refused, status_, &StatusPanels::show_refused);
-    connect(side_, &ModelSide::text_refused, status_, &StatusPanels::show_refused);
+    connect(side_, &ModelSide::text_refused, this, [this](const QString& caption, const QString& text) {
+        status_->show_refused(caption, text, tr("the value stays"));
+    });
     connect(side_, &ModelSide::body_wanted, this,
             [this](int number) { charts_->view().select_body(number); });
     connect(charts_, &ChartsPanel::pointer_moved, status_, &StatusPanels::show_pointer);

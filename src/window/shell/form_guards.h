@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 #include "core/inversion_state.h"
 
 namespace anomalis::window {
@@ -13,8 +15,17 @@ struct FormGuards {
     bool events_suspended = false;  ///< controls are being filled
     bool calculating = false;       ///< long enough to serve events in between
 
+    std::function<void()> settle_entries;  ///< what the gate does before anything else
+
     bool busy() const { return inversion.running || calculating; }
     bool closed() const { return events_suspended || busy(); }
+    /// Asked by a handler before it reads or changes anything: what is half typed elsewhere is taken over
+    /// first, since a click need not move the focus. False: nothing may be done.
+    [[nodiscard]] bool pass() const {
+        if (closed()) return false;
+        if (settle_entries) settle_entries();
+        return true;
+    }
 };
 
 /// Suspends the change handlers for a scope and puts back what was.

@@ -61,7 +61,9 @@ void FormInversion::wire_strip() {
     for (int i = 0; i < 2; ++i) {
         LimitBar& bar = strip_->bar(i);
         constexpr double scale = LimitStripView::twips_a_pixel;
-        connect(&bar, &LimitBar::pressed, this, [this, i](double x) { desk_.press_bar(i, x * scale); });
+        connect(&bar, &LimitBar::pressed, this, [this, i](double x) {
+            if (gate_.pass()) desk_.press_bar(i, x * scale);
+        });
         connect(&bar, &LimitBar::moved, this, [this, i](double x) { desk_.move_bar(i, x * scale); });
         connect(&bar, &LimitBar::released, this, [this, i] { desk_.release_bar(i); });
     }

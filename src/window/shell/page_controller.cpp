@@ -8,6 +8,7 @@
 #include "window/panels/definitions_page.h"
 #include "window/panels/model_page.h"
 #include "window/panels/processing_panel.h"
+#include "window/panels/settings_panels.h"
 #include "window/shell/actions.h"
 #include "window/shell/entry_gate.h"
 
@@ -54,18 +55,29 @@ void PageController::page_changed(int index) {
     actions_.refresh();
 }
 
+QWidget* PageController::wrong_box() {
+    ProcessingPanel& processing = pages_.definitions.processing();
+    const edit::DisplayCheck check = edit::validate_model_display(workbench_, processing.display_texts());
+    if (check.status != 0) return check.box ? processing.box(*check.box) : nullptr;
+    EntryBox* refused = pages_.definitions.first_refused();
+    if (refused)
+        workbench_.session.prompts.message(tr("%1: “%2” is not accepted")
+                                               .arg(refused->accessibleName(), refused->text().left(40))
+                                               .toStdString());
+    return refused;
+}
+
 void PageController::enter_model_page() {
     flow::ModelView& view = pages_.charts.view();
     if (edit::line_loaded(workbench_.session.workspace)) {
         const MessageScope messages(workbench_.session.prompts);  // shown when the first page is back
-        ProcessingPanel& processing = pages_.definitions.processing();
-        const edit::DisplayCheck check = edit::validate_model_display(workbench_, processing.display_texts());
-        if (check.status != 0) {
+        pages_.definitions.graph_options().take_usual_values();
+        if (QWidget* wrong = wrong_box()) {
             show_definitions();
-            if (check.box) processing.box(*check.box)->setFocus();
+            wrong->setFocus();
             return;
         }
-        processing.update_base_frame();
+        pages_.definitions.processing().update_base_frame();
     }
     view.set_on_page(true);
     view.display_model();

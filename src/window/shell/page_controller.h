@@ -5,6 +5,7 @@
 #include "window/shell/model_news.h"
 
 class QTabWidget;
+class QWidget;
 
 namespace anomalis::edit {
 struct Workbench;
@@ -38,6 +39,8 @@ class PageController : public QObject {
     void follow(WhatChanged what);
 
   private:
+    /// The first box whose text keeps the model from being shown, which was told; null when all are right.
+    QWidget* wrong_box();
     void page_changed(int index);
     void turn(int step);
     /// With a box that is wrong, the first page comes back and the box gets the focus; without a line the

@@ -3,6 +3,7 @@
 #include <QComboBox>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QLineEdit>
 #include <QScrollBar>
 
 #include "core/formulas.h"
@@ -107,7 +108,7 @@ void BodyGridView::mousePressEvent(QMouseEvent* event) {
 }
 
 void BodyGridView::cell_clicked(const QModelIndex& index) {
-    if (guards_.closed() || !edit::current_body(workbench_)) return;
+    if (!guards_.pass() || !edit::current_body(workbench_)) return;
     const int row = index.row() + 1;
     if (row == edit::row_type && index.column() == edit::grid_value) {
         show_types();
@@ -127,9 +128,11 @@ void BodyGridView::show_types() {
 }
 
 void BodyGridView::choose_type(int entry) {
-    if (guards_.closed() || entry < 0 || !types_->isEnabled()) return;
+    if (entry < 0 || !types_->isEnabled()) return;
+    const int type = types_->itemData(entry).toInt();
+    if (!guards_.pass()) return;
     types_->setEnabled(false);
-    const bool changed = edit::change_body_type(workbench_, types_->itemData(entry).toInt());
+    const bool changed = edit::change_body_type(workbench_, type);
     types_->hide();
     types_->setEnabled(true);
     setFocus();
@@ -139,8 +142,9 @@ void BodyGridView::choose_type(int entry) {
 void BodyGridView::commit_editor() {
     types_->hidePopup();
     types_->hide();
-    if (state() != EditingState) return;
-    if (QWidget* editor = indexWidget(currentIndex())) {
+    // Not that of the current cell alone: the current cell can be another one by now.
+    for (auto* editor : viewport()->findChildren<QLineEdit*>("Text_edit", Qt::FindDirectChildrenOnly)) {
+        if (editor->isHidden()) continue;  // closed, and about to be deleted
         commitData(editor);
         closeEditor(editor, QAbstractItemDelegate::NoHint);
     }

@@ -4,24 +4,20 @@
 
 namespace anomalis::window {
 
-KeystrokeBox::KeystrokeBox(const ControlText& text, FormGuards& guards,
-                           std::function<bool(const std::string&)> accept)
-    : guards_(guards), accept_(std::move(accept)) {
+EntryBox::EntryBox(const ControlText& text, FormGuards& guards) : guards_(guards) {
     name_control(*this, text.name, QString::fromUtf8(text.caption), QString::fromUtf8(text.tip));
     setAlignment(Qt::AlignRight);
     setAcceptDrops(false);  // a file dropped here is opened by the window
-    connect(this, &QLineEdit::textEdited, this, [this](const QString& typed) {
-        if (!guards_.closed()) mark(!accept_(typed.toStdString()));
-    });
 }
 
-void KeystrokeBox::fill(const std::string& text) {
+void EntryBox::fill(const std::string& text) {
     const SuspendEvents suspend(guards_);
     setText(QString::fromStdString(text));
+    setModified(false);
     mark(false);
 }
 
-void KeystrokeBox::mark(bool refused) {
+void EntryBox::mark(bool refused) {
     if (refused == refused_) return;
     refused_ = refused;
     setProperty("refused", refused);
@@ -29,27 +25,30 @@ void KeystrokeBox::mark(bool refused) {
     style()->polish(this);
 }
 
+KeystrokeBox::KeystrokeBox(const ControlText& text, FormGuards& guards,
+                           std::function<bool(const std::string&)> accept)
+    : EntryBox(text, guards), accept_(std::move(accept)) {
+    connect(this, &QLineEdit::textEdited, this, [this](const QString& typed) {
+        if (!this->guards().closed()) mark(!accept_(typed.toStdString()));
+    });
+}
+
 CommitBox::CommitBox(const ControlText& text, FormGuards& guards, Store store)
-    : guards_(guards), store_(std::move(store)) {
-    name_control(*this, text.name, QString::fromUtf8(text.caption), QString::fromUtf8(text.tip));
-    setAlignment(Qt::AlignRight);
-    setAcceptDrops(false);  // a file dropped here is opened by the window
+    : EntryBox(text, guards), store_(std::move(store)) {
     connect(this, &QLineEdit::editingFinished, this, &CommitBox::commit);
 }
 
-void CommitBox::fill(const std::string& text) {
-    const SuspendEvents suspend(guards_);
-    setText(QString::fromStdString(text));
-    setModified(false);
-}
-
 void CommitBox::commit() {
-    if (!isModified() || committing_ || guards_.closed()) return;
+    if (!isModified() || committing_ || guards().closed()) return;
     // A message about the text takes the focus away, which would commit it again.
     committing_ = true;
     const QString typed = text();
     const bool accepted = store_.accept(typed.toStdString());
     refill();
+    if (!accepted && store_.refused == Refused::kept) {
+        setText(typed);
+        mark(true);
+    }
     committing_ = false;
     if (!accepted) emit text_refused(typed);
 }

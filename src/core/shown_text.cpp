@@ -1,0 +1,62 @@
+#include "core/shown_text.h"
+
+#include <charconv>
+
+#include "core/utf8.h"
+
+namespace anomalis {
+
+namespace {
+
+std::string hex(unsigned value, std::size_t least_digits) {
+    char digits[16];
+    const auto end = std::to_chars(digits, digits + sizeof digits, value, 16).ptr;
+    std::string text(digits, end);
+    for (char& c : text)
+        if (c >= 'a' && c <= 'f') c = static_cast<char>(c - 'a' + 'A');
+    if (text.size() < least_digits) text.insert(0, least_digits - text.size(), '0');
+    return text;
+}
+
+std::string escaped(char32_t code) {
+    if (code == U'\n') return "\\n";
+    if (code == U'\r') return "\\r";
+    if (code == U'\t') return "\\t";
+    return "\\u{" + hex(static_cast<unsigned>(code), 2) + "}";
+}
+
+std::string shown(std::string_view text, std::string_view kept) {
+    std::string result;
+    result.reserve(text.size());
+    while (!text.empty()) {
+        const Utf8Character found = first_character(text);
+        const std::size_t length = found.length > 0 ? found.length : 1;
+        if (found.length == 0) {
+            result += "\\x" + hex(static_cast<unsigned char>(text.front()), 2);
+        } else if (is_hidden_control(found.code) && kept.find(text.front()) == std::string_view::npos) {
+            result += escaped(found.code);
+        } else {
+            result += text.substr(0, length);
+        }
+        text.remove_prefix(length);
+    }
+    return result;
+}
+
+}  // namespace
+
+bool is_hidden_control(char32_t code) {
+    const auto within = [code](char32_t low, char32_t high) { return code >= low && code <= high; };
+    return code < 0x20 || within(0x7F, 0x9F) || code == 0x061C || within(0x200E, 0x200F) ||
+           within(0x2028, 0x202E) || within(0x2066, 0x2069) || code == 0xFEFF;
+}
+
+std::string shown_text(std::string_view text) {
+    return shown(text, "");
+}
+
+std::string shown_lines(std::string_view text) {
+    return shown(text, "\n\t");
+}
+
+}  // namespace anomalis
