@@ -7,6 +7,7 @@
 #include "core/numbers.h"
 #include "core/paths.h"
 #include "core/settings.h"
+#include "core/shown_text.h"
 #include "core/text.h"
 
 namespace anomalis::flow {
@@ -47,7 +48,7 @@ void add_to_recent_files(const std::string& path, std::string_view section, Sett
 
 std::string recent_file_caption(int number, const std::string& path) {
     std::string caption = format_number(number, "0") + ": ";
-    for (const char letter : single_line(path)) caption += letter == '&' ? "&&" : std::string(1, letter);
+    for (const char letter : shown_text(path)) caption += letter == '&' ? "&&" : std::string(1, letter);
     return caption;
 }
 

@@ -6,6 +6,7 @@
 
 #include "chart/ax_grapher.h"
 #include "core/numbers.h"
+#include "core/shown_text.h"
 #include "core/workspace.h"
 #include "edit/view_state.h"
 
@@ -61,10 +62,11 @@ void record_label(chart::AX_Grapher& chart, const ModelBody& body, const Section
     const bool in_view = right >= view.x_low && left <= view.x_high && shape.highest() >= view.y_low &&
                          shape.lowest() <= view.y_high;
     if (!in_view || !(chart.XAxisScale() > 0)) return;
+    const std::string name = shown_text(body.name);
     const std::string depth = "Burial depth: " + format_number(body.top_elevation, "0.00");
     const double height = chart.TextHeight() / chart.YAxisScale();
     const double margin = chart.TextHeight() / 2 / chart.XAxisScale();
-    const double width = std::max(chart.TextWidth(body.name), chart.TextWidth(depth)) / chart.XAxisScale();
+    const double width = std::max(chart.TextWidth(name), chart.TextWidth(depth)) / chart.XAxisScale();
     const bool on_left = shape.distance > (view.x_low + view.x_high) / 2;
     const double wanted =
         on_left ? std::max(left, view.x_low) - margin - width : std::min(right, view.x_high) + margin;
@@ -73,7 +75,7 @@ void record_label(chart::AX_Grapher& chart, const ModelBody& body, const Section
     // Both lines stay inside the window when the body's top lies outside it.
     const double lowest = view.y_low + 2.5 * height;
     const double y = std::clamp(shape.top - height, lowest, std::max(lowest, view.y_high - height * 1.25));
-    chart.DrawText(0, x, y, body.name);
+    chart.DrawText(0, x, y, name);
     chart.DrawText(0, x, y - 2 * height, depth);
 }
 

@@ -105,6 +105,8 @@ struct HalfTyped : Modelled {
 void drop(Form_anomalis& form, const std::string& path) {
     QMimeData data;
     data.setUrls({QUrl::fromLocalFile(QString::fromStdString(path))});
+    QDragEnterEvent enter({400, 300}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&form, &enter);
     QDropEvent event({400, 300}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(&form, &event);
 }
@@ -153,7 +155,7 @@ const std::array open_editors{
     OpenEditor{"a box of the pipe", 1, false, 0, "-3",
                [](Modelled& s, const QString& text) { s.type("Text_End_Thickness", text, false); },
                [](Modelled& s) { return number(s.body(1).end_thickness); }},
-    OpenEditor{"the iterations", 1, true, 0, "many",
+    OpenEditor{"the iterations", 1, true, 0, nullptr,
                [](Modelled& s, const QString& text) { s.type("Text_max_iterations", text, false); },
                [](Modelled& s) {
                    return QString::fromStdString(s.form->inversion().desk().panel().max_iterations_text);
@@ -372,6 +374,7 @@ void EntryGateTest::what_was_refused_is_told_beside_what_the_command_tells() {
     QVERIFY2(sample.status(1).contains("wide") && sample.status(1).contains("Saved as"),
              qPrintable(sample.status(1)));
     QCOMPARE(sample.body(1).width.value, 100.0F);
+    QTest::qWait(1);
     sample.trigger("menu_undo");
     QVERIFY2(!sample.status(1).contains("wide"), qPrintable(sample.status(1)));
     sample.click_cell(param_width, edit::grid_value);

@@ -1,3 +1,4 @@
+#include <QLabel>
 #include <QLineEdit>
 
 #include "window/form_tests.h"
@@ -17,6 +18,7 @@ class WrongBoxesTest : public QObject {
     void a_drawing_box_that_is_wrong_takes_its_usual_value();
     void a_box_that_is_not_on_show_keeps_nothing_closed();
     void what_is_read_anew_takes_the_mark_away();
+    void names_of_files_are_shown_letter_by_letter();
 };
 
 void WrongBoxesTest::a_wrong_box_keeps_the_second_page_closed_data() {
@@ -118,6 +120,21 @@ void WrongBoxesTest::what_is_read_anew_takes_the_mark_away() {
     sample.form->open_file(sample.folder.path("line.axm"));
     QVERIFY(!sample.find<EntryBox>("Text_mag_intensity").refused());
     QVERIFY(sample.text("Text_mag_intensity") != "strong");
+}
+
+void WrongBoxesTest::names_of_files_are_shown_letter_by_letter() {
+    Modelled sample;
+    const std::string odd = sample.folder.path("<b>x\x1B[*].axm");
+    sample.prompts.save_paths = {odd};
+    sample.trigger("menu_open_model_1");
+    QCOMPARE(sample.workspace().model_file, odd);
+    QVERIFY2(sample.form->windowTitle().contains("<b>x\\u{1B}[*][*].axm"),
+             qPrintable(sample.form->windowTitle()));
+    auto& status = sample.find<QLabel>("StatusBar_1");
+    QCOMPARE(status.textFormat(), Qt::PlainText);
+    QVERIFY(status.text().contains("\\u{1B}"));
+    QVERIFY(status.toolTip().contains("&lt;b&gt;"));
+    QVERIFY(sample.find<QAction>("menu_file_list_0").text().contains("\\u{1B}"));
 }
 
 QObject* make_wrong_boxes_test() {

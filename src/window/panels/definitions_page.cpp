@@ -10,6 +10,7 @@
 #include "window/panels/settings_panels.h"
 #include "window/panels/welcome_panel.h"
 #include "window/widgets/data_head_view.h"
+#include "window/widgets/plain_text.h"
 
 namespace anomalis::window {
 
@@ -70,8 +71,7 @@ void DefinitionsPage::follow(WhatChanged what) {
 void DefinitionsPage::show_head() {
     const DataDefinition& definition = workbench_.session.workspace.definition;
     head_->show_head(show::lay_out_data_head(definition, workbench_.head));
-    head_->setPlaceholderText(
-        tr("Nothing can be read from\n%1").arg(QString::fromStdString(definition.data_file)));
+    head_->setPlaceholderText(tr("Nothing can be read from\n%1").arg(shown(definition.data_file)));
     head_stack_->setCurrentWidget(definition.data_file.empty() ? static_cast<QWidget*>(welcome_) : head_);
 }
 

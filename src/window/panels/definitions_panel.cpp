@@ -7,6 +7,7 @@
 
 #include "core/paths.h"
 #include "flow/open_flow.h"
+#include "window/widgets/plain_text.h"
 
 namespace anomalis::window {
 
@@ -164,8 +165,8 @@ void DefinitionsPanel::fill(bool with_final_line) {
 
 void DefinitionsPanel::show_file_name() {
     const std::string& path = workbench_.session.workspace.definition.data_file;
-    file_box_->setText(QString::fromStdString(file_name(path)));
-    file_box_->setToolTip(path.empty() ? file_box_->accessibleDescription() : QString::fromStdString(path));
+    file_box_->setText(shown(file_name(path)));
+    file_box_->setToolTip(path.empty() ? file_box_->accessibleDescription() : plain_tip(shown(path)));
 }
 
 void DefinitionsPanel::show_result(const flow::LoadResult& result) {

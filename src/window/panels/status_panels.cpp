@@ -7,10 +7,12 @@
 #include <QLabel>
 #include <QPainter>
 #include <QProgressBar>
+#include <QTimer>
 
 #include "core/numbers.h"
 #include "show/pointer_panels.h"
 #include "window/shell/look.h"
+#include "window/widgets/plain_text.h"
 
 namespace anomalis::window {
 
@@ -69,6 +71,7 @@ StatusPanels::StatusPanels(QWidget* parent) : QStatusBar(parent) {
             row->addWidget(caption);
         }
         panels_[i] = i == 0 ? new ElidedLabel : new QLabel;
+        panels_[i]->setTextFormat(Qt::PlainText);
         panels_[i]->setObjectName("StatusBar_" + QString::number(i + 1));
         panels_[i]->setMinimumWidth(fontMetrics().horizontalAdvance(plans[i].widest));
         holder->setToolTip(tr(plans[i].tip));
@@ -94,8 +97,9 @@ QProgressBar* StatusPanels::make_progress_bar() {
 }
 
 void StatusPanels::show_message(const QString& words) {
-    panel(1)->setText(words);
-    panel(1)->setToolTip(words);
+    const QString text = shown(words.toStdString());
+    panel(1)->setText(text);
+    panel(1)->setToolTip(plain_tip(text));
 }
 
 void StatusPanels::add_text(const QString& text) {
@@ -112,6 +116,12 @@ void StatusPanels::show_refused(const QString& caption, const QString& text, con
         tr("%1: “%2” is not accepted, %3").arg(caption, text.left(40).simplified(), instead);
     refused_ = refused_.isEmpty() ? words : refused_ + ". " + words;
     show_message(refused_);
+    just_refused_ = true;
+    QTimer::singleShot(0, this, [this] { just_refused_ = false; });
+}
+
+void StatusPanels::forget_refused() {
+    if (!just_refused_) refused_.clear();
 }
 
 void StatusPanels::show_pointer(const show::PointerPanels& panels) {

@@ -30,7 +30,7 @@ class StatusPanels : public QStatusBar {
     /// took the text has to tell, so that neither is lost.
     void show_refused(const QString& caption, const QString& text, const QString& instead);
     /// Another command begins: what was refused before it has been read.
-    void forget_refused() { refused_.clear(); }
+    void forget_refused();
     /// Shows the bar of a long calculation at once, in percent; below 0 hides it.
     void show_progress(int percent);
 
@@ -41,6 +41,7 @@ class StatusPanels : public QStatusBar {
     void show_message(const QString& words);
 
     QString refused_;
+    bool just_refused_ = false;  ///< by the command that is still under way
     std::array<QLabel*, 7> panels_{};
     QProgressBar* progress_;
 };

@@ -9,6 +9,7 @@
 #include <QVBoxLayout>
 
 #include "window/shell/look.h"
+#include "window/widgets/plain_text.h"
 
 namespace anomalis::window {
 
@@ -77,8 +78,8 @@ WelcomePanel::WelcomePanel(const char* object_name, const std::vector<flow::Exam
         auto* row = new QHBoxLayout;
         row->setSpacing(8);
         for (const flow::ExampleFile& example : examples) {
-            auto* button = new QPushButton(QString::fromStdString(example.title));
-            button->setToolTip(tr("Open, load and show %1").arg(QString::fromStdString(example.path)));
+            auto* button = new QPushButton(shown(example.title).replace("&", "&&"));
+            button->setToolTip(plain_tip(tr("Open, load and show %1").arg(shown(example.path))));
             const QString path = QString::fromStdString(example.path);
             connect(button, &QPushButton::clicked, this, [this, path] { emit example_chosen(path); });
             row->addWidget(button);

@@ -11,6 +11,7 @@
 #include "window/shell/line_controller.h"
 #include "window/shell/new_line.h"
 #include "window/shell/page_controller.h"
+#include "window/widgets/plain_text.h"
 
 namespace anomalis::window {
 
@@ -44,8 +45,8 @@ OpenController::OpenController(QObject* parent, edit::Workbench& workbench, Acti
     });
     const auto& entries = actions.family(ActionId::example);
     for (std::size_t i = 0; i < entries.size(); ++i) {
-        entries[i]->setText(QString::fromStdString(examples[i].title));
-        entries[i]->setToolTip(tr("Open, load and show %1").arg(QString::fromStdString(examples[i].path)));
+        entries[i]->setText(shown(examples[i].title).replace("&", "&&"));
+        entries[i]->setToolTip(plain_tip(tr("Open, load and show %1").arg(shown(examples[i].path))));
     }
 }
 

@@ -8,6 +8,8 @@
 #include <QMessageBox>
 #include <QPushButton>
 
+#include "core/shown_text.h"
+
 namespace anomalis::window {
 
 namespace {
@@ -53,24 +55,26 @@ QString QtPrompts::dialog_filter(const std::string& filter) {
 }
 
 void QtPrompts::show_message(const std::string& text) {
-    QMessageBox box(QMessageBox::Information, dialog_title, qt_text(text), QMessageBox::Ok, parent());
+    QMessageBox box(QMessageBox::Information, dialog_title, qt_text(shown_lines(text)), QMessageBox::Ok,
+                    parent());
     box.setTextFormat(Qt::PlainText);
     box.exec();
 }
 
 bool QtPrompts::show_question(const std::string& text) {
-    QMessageBox box(QMessageBox::Question, dialog_title, qt_text(text), QMessageBox::Yes | QMessageBox::No,
-                    parent());
+    QMessageBox box(QMessageBox::Question, dialog_title, qt_text(shown_lines(text)),
+                    QMessageBox::Yes | QMessageBox::No, parent());
     box.setTextFormat(Qt::PlainText);
     return box.exec() == QMessageBox::Yes;
 }
 
 std::size_t QtPrompts::show_choice(const std::string& text, const std::vector<std::string>& answers) {
-    QMessageBox box(QMessageBox::Question, dialog_title, qt_text(text), QMessageBox::NoButton, parent());
+    QMessageBox box(QMessageBox::Question, dialog_title, qt_text(shown_lines(text)), QMessageBox::NoButton,
+                    parent());
     box.setTextFormat(Qt::PlainText);
     std::vector<QAbstractButton*> buttons;
     for (const std::string& answer : answers) {
-        QString caption = qt_text(answer);
+        QString caption = qt_text(shown_text(answer));
         buttons.push_back(box.addButton(caption.replace('&', "&&"), QMessageBox::ActionRole));
     }
     box.setDefaultButton(qobject_cast<QPushButton*>(buttons.front()));

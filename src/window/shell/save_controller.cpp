@@ -9,6 +9,7 @@
 #include "window/shell/actions.h"
 #include "window/shell/entry_gate.h"
 #include "window/widgets/panel.h"
+#include "window/widgets/plain_text.h"
 
 namespace anomalis::window {
 
@@ -57,8 +58,8 @@ void SaveController::show_saved(flow::SaveOutcome outcome) {
 }
 
 void SaveController::follow() {
-    const QString caption = QString::fromStdString(flow::window_caption(workbench_.session.workspace) +
-                                                   (workbench_.unsaved ? " *" : ""));
+    const QString caption =
+        window_caption(flow::window_caption(workbench_.session.workspace) + (workbench_.unsaved ? " *" : ""));
     if (caption != window_.windowTitle()) window_.setWindowTitle(caption);
     button_->setEnabled(workbench_.session.model_changed && !guards_.busy());
 }

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+
+#include <QString>
+
+// Names and paths on labels, in tips and captions: data, never instructions.
+namespace anomalis::window {
+
+/// A name, a path or a message on one line, control characters escaped.
+QString shown(const std::string& text);
+
+/// A tip that is shown letter by letter: a name such as "<b>" would be taken for markup.
+QString plain_tip(const QString& text);
+
+/// A caption of the window; "[*]" stands for a mark of its own there.
+QString window_caption(const std::string& text);
+
+}  // namespace anomalis::window
