@@ -1,7 +1,5 @@
 #include "core/shown_text.h"
 
-#include <charconv>
-
 #include "core/utf8.h"
 
 namespace anomalis {
@@ -9,12 +7,9 @@ namespace anomalis {
 namespace {
 
 std::string hex(unsigned value, std::size_t least_digits) {
-    char digits[16];
-    const auto end = std::to_chars(digits, digits + sizeof digits, value, 16).ptr;
-    std::string text(digits, end);
-    for (char& c : text)
-        if (c >= 'a' && c <= 'f') c = static_cast<char>(c - 'a' + 'A');
-    if (text.size() < least_digits) text.insert(0, least_digits - text.size(), '0');
+    std::string text;
+    for (; value > 0 || text.size() < least_digits; value /= 16)
+        text.insert(text.begin(), "0123456789ABCDEF"[value % 16]);
     return text;
 }
 

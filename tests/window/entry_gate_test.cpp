@@ -367,6 +367,7 @@ void EntryGateTest::a_text_that_is_wrong_is_refused_and_told() {
 
 void EntryGateTest::what_was_refused_is_told_beside_what_the_command_tells() {
     HalfTyped sample;
+    const CurrentFolder here(sample.folder.folder());
     sample.click_cell(param_width, edit::grid_value);
     sample.editor()->selectAll();
     QTest::keyClicks(sample.editor(), "wide");
