@@ -71,6 +71,17 @@ std::string summary(const flow::InversionReport& report) {
     return text;
 }
 
+/// A run that has nothing to fit is refused without a word.
+void tell_what_is_missing(const InvertCommandOptions& options, BatchSession& batch) {
+    const int bodies = batch.session.workspace.body_count;
+    if (bodies < 1) {
+        batch.prompts.message("The model has no bodies to invert");
+    } else if (options.body > bodies) {
+        batch.prompts.message("There is no body " + std::to_string(options.body) +
+                              " to invert: the model has " + std::to_string(bodies));
+    }
+}
+
 }  // namespace
 
 bool run_invert(const InvertCommandOptions& options, BatchSession& batch) {
@@ -78,6 +89,7 @@ bool run_invert(const InvertCommandOptions& options, BatchSession& batch) {
     {
         const MessageScope scope(batch.prompts);
         if (batch.open(options.model) == OpenState::unread) return false;
+        tell_what_is_missing(options, batch);
         report = invert(options, batch);
     }
     bool done = report.result.status >= 0;

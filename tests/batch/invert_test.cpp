@@ -108,6 +108,8 @@ TEST(Invert, a_body_that_does_not_exist_is_refused) {
     const BatchFolder files;
     const Inverted fit = invert(files, {"--body", "2"});
     EXPECT_EQ(fit.run.status, 1);
+    EXPECT_EQ(fit.run.err, "There is no body 2 to invert: the model has 1\n");
+    EXPECT_EQ(fit.report["failures"], json({"There is no body 2 to invert: the model has 1"}));
     EXPECT_EQ(fit.report["status"], -1);
     EXPECT_EQ(fit.report["label"], "Inversion failed: -1");
     EXPECT_TRUE(fit.report["initial_misfit"].is_null());

@@ -110,6 +110,9 @@ class Case:
         self.arguments.insert(1, "model.axm")
         if choice.random() < 0.5:
             self.arguments += ["--formulas", choice.choice(["classic", "exact"])]
+        self.keep_going = choice.random() < 0.1
+        if self.keep_going:
+            self.arguments.append("--keep-going")
         self.outputs = [name for name in outputs if name in self.arguments]
         self.printed = [name for name in outputs if name not in self.arguments]
         self.old = [name for name in self.outputs if choice.random() < 0.4]
@@ -148,12 +151,16 @@ class Case:
             yield "status", "took the command line for wrong: " + os.fsdecode(err)
         elif status == 1 and not err:
             yield "status", "failed without a word"
+        elif status == 0 and not self.keep_going and not only_remarks(err):
+            yield "status", "done, but with a message: " + os.fsdecode(err)
         found = {path.name: path.read_bytes() for path in folder.iterdir() if path.is_file()}
         for name, data in self.inputs.items():
             if found.pop(name, None) != data:
                 yield "input", f"{name} was changed"
-        for name in self.outputs:
-            yield from self.judge_output(name, found.pop(name, None), status)
+        written = {name: found.pop(name, None) for name in self.outputs}
+        for name, data in written.items():
+            yield from self.judge_output(name, data, status)
+        yield from self.judge_reports(written, status)
         for name in found:
             yield "output", f"{name} was left behind"
         if status == 0:
@@ -170,6 +177,19 @@ class Case:
         # A drawing keeps what was drawn before a failure.
         if status == 0 or not name.endswith(".dxf"):
             yield from whole(name, data)
+
+    def judge_reports(self, written, status):
+        """Whoever reads a table or a report alone learns what the status says; not of the other outputs."""
+        whole_ones = {name: data for name, data in written.items() if data not in (None, OLD)}
+        for name, data in whole_ones.items():
+            told = whole_files.tells_failure(name, data)
+            all_are_there = len(whole_ones) == len(written)
+            if not self.keep_going and (told and status == 0 or told is False and status != 0 and all_are_there):
+                yield "status", f"{name} and the status {status} do not agree whether all went well"
+
+
+def only_remarks(err):
+    return all(line.startswith(b"Note: ") for line in err.splitlines())
 
 
 def whole(name, data):

@@ -35,9 +35,7 @@ def check_rows(lines, columns):
 def check_profile_table(data):
     require(data.endswith(b"\n"), "no end of the last line")
     lines = data.splitlines()
-    # What is wrong with the numbers stands above the names of the columns.
-    while lines and lines[0].startswith(b"#"):
-        lines.pop(0)
+    require(lines and lines.pop(0).startswith(b"#Profile model data for "), "no title")
     require(lines and lines[0].startswith(b"East, "), "no names of columns")
     check_rows(lines, lines[0].count(b",") + 1)
 
@@ -52,8 +50,6 @@ def check_clean_table(data):
     text = data.decode("utf-8")
     require(text.endswith("\n"), "no end of the last line")
     rows = list(csv.reader(io.StringIO(text), strict=True))
-    while rows and rows[0] and rows[0][0].startswith("#"):
-        rows.pop(0)
     require(rows, "no names of columns")
     for number, row in enumerate(rows):
         require(len(row) == len(rows[0]), f"row {number} has {len(row)} of {len(rows[0])} columns")
@@ -100,6 +96,20 @@ def check_emf(data):
     signature, _version, size = struct.unpack_from("<III", data, 40)
     require(kind == 1 and signature == 0x464D4520 and size == len(data), "the header tells another size")
     require(struct.unpack_from("<I", data, size - 20)[0] == 14, "no last record")
+
+
+def tells_failure(name, data):
+    """Whether a table or report says itself that something failed on the way; None of outputs that have no place."""
+    if name in ("forward.csv", "profile.csv", "model.csv"):
+        return b" [WITH FAILURES: " in data.partition(b"\n")[0]
+    if name in ("dump.json", "report.json"):
+        try:
+            return bool(json.loads(data.decode("utf-8"))["failures"])
+        except (ValueError, LookupError):
+            return None
+    if name.startswith("clean"):
+        return data.partition(b"\n")[0].rstrip().endswith(b",failures")
+    return None
 
 
 CHECKS = {

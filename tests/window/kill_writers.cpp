@@ -68,7 +68,9 @@ class BatchWriter {
         for (std::string& word : words) argv.push_back(word.data());
         std::ostringstream out, err;
         Pictures pictures;
-        return batch::run_batch(static_cast<int>(argv.size()), argv.data(), out, err, &pictures) == 0;
+        const int status = batch::run_batch(static_cast<int>(argv.size()), argv.data(), out, err, &pictures);
+        if (status != 0) std::printf("%s", err.str().c_str());
+        return status == 0;
     }
 
   private:
@@ -125,7 +127,8 @@ std::vector<Writer> all_writers(const std::array<std::string, 2>& models) {
 /// Two states of one model over a line.
 std::array<std::string, 2> write_models(edit::LineSample& sample) {
     sample.add_body(1260, 60).susc.vary = 1;
-    sample.add_body(700, 40, pipe);
+    sample.add_body(702, 40, pipe).length.value = 200;
+    sample.workspace().definition.grav_column = 0;
     std::array<std::string, 2> models;
     for (int state = 0; state < 2; ++state) {
         sample.workspace().body(1).name = state == 0 ? "Older" : "Newer dyke";
@@ -202,7 +205,7 @@ class Killer {
                 ++newer_;
                 left.remove();
             }
-            if (!only_unmarked_folders_in(folder)) return "the folder of a killed program stays for good";
+            if (folder.entries() != 0) return "the folder of a killed program stays for good";
         }
         return "";
     }
@@ -212,13 +215,6 @@ class Killer {
     useconds_t moment_within(std::chrono::steady_clock::duration time) {
         const auto most = std::chrono::duration_cast<std::chrono::microseconds>(time).count() * 3 / 2 + 200;
         return static_cast<useconds_t>(random_() % static_cast<unsigned long>(most));
-    }
-    /// A program that was killed before its folder bore the mark leaves it empty: what bears none is never
-    /// touched.
-    static bool only_unmarked_folders_in(const TempFolder& folder) {
-        for (const auto& entry : std::filesystem::recursive_directory_iterator(folder.folder()))
-            if (!entry.is_directory() && !is_temporary_name(entry.path().filename().string())) return false;
-        return true;
     }
     static std::string stranger_in(const TempFolder& folder, const std::string& name) {
         for (const auto& entry : std::filesystem::directory_iterator(folder.folder())) {
