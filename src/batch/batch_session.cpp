@@ -3,6 +3,7 @@
 #include <ostream>
 
 #include "core/failure.h"
+#include "core/shown_text.h"
 #include "core/told_write.h"
 #include "intake/load.h"
 #include "intake/row_notes.h"
@@ -69,7 +70,8 @@ void BatchSession::tell_doubts() {
 int BatchSession::write_result(const std::string& path, const std::string& text) {
     return report_failure(prompts, "An error occurred while writing the file: ", [&] {
         if (!path.empty()) return write_file_telling(prompts, path, text);
-        if (!(out << text).flush()) throw Fault("The output could not be written");
+        if (!(out << (to_terminal ? shown_lines(text) : text)).flush())
+            throw Fault("The output could not be written");
     });
 }
 

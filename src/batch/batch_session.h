@@ -30,8 +30,8 @@ class BatchSession {
     /// The same; true only when it is ready.
     bool open_ready(const std::string& path) { return open(path) == OpenState::ready; }
 
-    /// Writes a result to a file, or to the output stream when `path` is empty. Returns 0, or -1 after a
-    /// failure, which was shown.
+    /// Writes a result to a file, or to the output stream when `path` is empty: to a terminal without control
+    /// characters, which come from texts of files. Returns 0, or -1 after a failure, which was shown.
     int write_result(const std::string& path, const std::string& text);
 
     /// What was noted as a failure so far, for the headers of tables.
@@ -45,6 +45,7 @@ class BatchSession {
     std::optional<Formulas> formulas;  ///< in place of what the file says
     bool keep_going = false;           ///< outputs are written and good for all that failed on the way
     bool force = false;                ///< files that were changed meanwhile are replaced
+    bool to_terminal = false;          ///< the output stream is one
     BatchPrompts prompts;
     Session session;
     std::ostream& out;

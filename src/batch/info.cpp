@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <utility>
 #include <vector>
 
@@ -15,6 +16,17 @@ namespace anomalis::batch {
 namespace {
 
 constexpr std::size_t label_width = 16;
+constexpr const char* no_number = "beyond all numbers";
+
+template <class Number>
+std::string value_text(Number value) {
+    return std::isfinite(value) ? shortest_text(value) : no_number;
+}
+
+template <class Number>
+std::string value_text(Number value, const char* pattern) {
+    return std::isfinite(value) ? format_number(value, pattern) : no_number;
+}
 
 std::string padded(std::string text, std::size_t width) {
     text.resize(std::max(width, text.size()), ' ');
@@ -45,9 +57,9 @@ std::string definition_text(const Workspace& w) {
     if (d.read_increment != 1) rows += ", one of every " + std::to_string(d.read_increment);
     return line("Workspace", shown_text(w.model_file)) + line("Data file", shown_text(d.data_file)) +
            line("  read", rows) + line("  columns", columns_text(d)) +
-           line("Field", shortest_text(w.field.intensity) + " nT, inclination " +
-                             shortest_text(w.field.inclination) + ", declination " +
-                             shortest_text(w.field.declination));
+           line("Field", value_text(w.field.intensity) + " nT, inclination " +
+                             value_text(w.field.inclination) + ", declination " +
+                             value_text(w.field.declination));
 }
 
 std::string filter_text(const Workspace& w) {
@@ -61,16 +73,16 @@ std::string filter_text(const Workspace& w) {
 }
 
 std::string channel_text(float low, float high, float base, const char* unit) {
-    return shortest_text(low) + " to " + shortest_text(high) + " " + unit + ", base " + shortest_text(base);
+    return value_text(low) + " to " + value_text(high) + " " + unit + ", base " + value_text(base);
 }
 
 std::string profile_text(const Workspace& w) {
     if (w.station_count == 0) return line("Stations", "none");
     const double length = w.distances[w.station_count];
     std::string text =
-        line("Stations", std::to_string(w.station_count) + " over " + format_number(length, "0.00") + " m, " +
-                             format_number(length / w.station_count, "0.000") + " m each");
-    text += line("Ground", shortest_text(w.z_min) + " to " + shortest_text(w.z_max) + " m");
+        line("Stations", std::to_string(w.station_count) + " over " + value_text(length, "0.00") + " m, " +
+                             value_text(length / w.station_count, "0.000") + " m each");
+    text += line("Ground", value_text(w.z_min) + " to " + value_text(w.z_max) + " m");
     if (w.has_mag()) text += line("Magnetics", channel_text(w.mag.min, w.mag.max, w.mag.base, "nT"));
     if (w.has_grav()) text += line("Gravity", channel_text(w.grav.min, w.grav.max, w.grav.base, "mGal"));
     text += line("Formulas", std::string(formulas_name(w.formulas)));
@@ -80,8 +92,7 @@ std::string profile_text(const Workspace& w) {
 }
 
 std::string misfit_text(const MisfitPair& misfit) {
-    return "data " + format_number(misfit[0], "0.00000") + ", gradient " +
-           format_number(misfit[1], "0.00000");
+    return "data " + value_text(misfit[0], "0.00000") + ", gradient " + value_text(misfit[1], "0.00000");
 }
 
 using Row = std::vector<std::string>;
@@ -105,7 +116,7 @@ Row body_row(int number, const ModelBody& b) {
                          : "fixed"};
     if (row[1].empty()) row[1] = "type " + std::to_string(b.type);
     for (const auto& [code, caption] : parameter_columns)
-        row.push_back(shortest_text(body_param(b, code).value));
+        row.push_back(value_text(body_param(b, code).value));
     row.push_back(shown_text(b.name));
     return row;
 }

@@ -1,15 +1,20 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "batch/batch_prompts.h"
 
 namespace anomalis::batch {
 
+/// A JSON text, valid UTF-8, with the characters that steer a terminal or turn the order of reading round as
+/// \uXXXX. Those below a blank are escaped in every JSON text; these stand in its strings alone.
+std::string without_hidden_controls(std::string_view json);
+
 /// A JSON value as text with a line end. Bytes that are no UTF-8 become the replacement character.
 template <class Json>
 std::string json_text(const Json& json, int indent) {
-    return json.dump(indent, ' ', false, Json::error_handler_t::replace) + "\n";
+    return without_hidden_controls(json.dump(indent, ' ', false, Json::error_handler_t::replace)) + "\n";
 }
 
 /// All that was told while the object was made.

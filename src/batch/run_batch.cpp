@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <iostream>
+#include <sstream>
 #include <unistd.h>
 
 #include "batch/batch_session.h"
@@ -9,6 +10,7 @@
 #include "batch/commands.h"
 #include "core/numbers.h"
 #include "core/same_file.h"
+#include "core/shown_text.h"
 #include "core/version.h"
 #include "show/page_view.h"
 
@@ -189,12 +191,15 @@ int run_batch(int argc, char** argv, std::ostream& out, std::ostream& err, Pictu
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
-        return app.exit(error, out, err) == 0 ? exit_done : exit_usage;
+        std::ostringstream words;  // a refused argument may be the name of a file
+        const bool help = app.exit(error, out, words) == 0;
+        err << shown_lines(words.str());
+        return help ? exit_done : exit_usage;
     }
     settle_streams(line);
     const std::string command = app.get_subcommands().front()->get_name();
     if (const std::string refusal = files_refusal(files_of_command(command, line)); !refusal.empty()) {
-        err << refusal << '\n';
+        err << shown_lines(refusal) << '\n';
         return exit_usage;
     }
     line.invert.show_progress = &err == &std::cerr && ::isatty(STDERR_FILENO) != 0;
@@ -202,6 +207,7 @@ int run_batch(int argc, char** argv, std::ostream& out, std::ostream& err, Pictu
     batch.formulas = line.formulas;
     batch.keep_going = line.keep_going;
     batch.force = line.force;
+    batch.to_terminal = &out == &std::cout && ::isatty(STDOUT_FILENO) != 0;
     const bool done = run_command(command, line, batch, pictures);
     return done && (batch.failures().empty() || line.keep_going) ? exit_done : exit_failed;
 }

@@ -20,7 +20,12 @@ std::string escaped(char32_t code) {
     return "\\u{" + hex(static_cast<unsigned>(code), 2) + "}";
 }
 
-std::string shown(std::string_view text, std::string_view kept) {
+/// What lays a message out stands at the start of the text.
+bool starts_with_layout(std::string_view text) {
+    return text.starts_with('\n') || text.starts_with('\t') || text.starts_with("\r\n");
+}
+
+std::string shown(std::string_view text, bool keep_layout) {
     std::string result;
     result.reserve(text.size());
     while (!text.empty()) {
@@ -28,7 +33,7 @@ std::string shown(std::string_view text, std::string_view kept) {
         const std::size_t length = found.length > 0 ? found.length : 1;
         if (found.length == 0) {
             result += "\\x" + hex(static_cast<unsigned char>(text.front()), 2);
-        } else if (is_hidden_control(found.code) && kept.find(text.front()) == std::string_view::npos) {
+        } else if (is_hidden_control(found.code) && !(keep_layout && starts_with_layout(text))) {
             result += escaped(found.code);
         } else {
             result += text.substr(0, length);
@@ -47,11 +52,11 @@ bool is_hidden_control(char32_t code) {
 }
 
 std::string shown_text(std::string_view text) {
-    return shown(text, "");
+    return shown(text, false);
 }
 
 std::string shown_lines(std::string_view text) {
-    return shown(text, "\n\t");
+    return shown(text, true);
 }
 
 }  // namespace anomalis

@@ -12,7 +12,7 @@ namespace anomalis {
 /// UTF-8 as \xHH. All else, a backslash too, stands as it is.
 std::string shown_text(std::string_view text);
 
-/// The same for a message of several lines, whose line breaks and tabs stay.
+/// The same for a text of several lines, whose line breaks (LF, CR LF) and tabs stay.
 std::string shown_lines(std::string_view text);
 
 /// Whether a character is one of those that are never shown as they are.

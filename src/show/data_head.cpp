@@ -4,6 +4,7 @@
 #include <array>
 #include <string_view>
 
+#include "core/shown_text.h"
 #include "core/text.h"
 #include "core/utf8.h"
 #include "core/workspace.h"
@@ -19,6 +20,7 @@ constexpr std::size_t longest_shown = 2000;  // characters a line
 constexpr std::size_t most_columns = 200;
 constexpr std::size_t tab_stop = 8;
 constexpr std::size_t column_gap = 2;
+constexpr char32_t control_dot = 0xB7;  // of one column, and in every font
 
 /// As the reader numbers them.
 constexpr std::array<HeadQuantity, intake::quantity_count> head_quantities{
@@ -47,9 +49,9 @@ std::vector<Field> fields_of(std::string_view line) {
     return fields;
 }
 
-/// Bytes as characters: UTF-8 where it is valid, Latin-1 otherwise, no controls. `places[i]` is where byte i
-/// went.
-std::u16string shown_text(std::string_view bytes, std::vector<std::size_t>& places) {
+/// Bytes as characters: UTF-8 where it is valid, Latin-1 otherwise; a control character, or one that turns
+/// the order of reading round, as a dot. `places[i]` is where byte i went.
+std::u16string head_text(std::string_view bytes, std::vector<std::size_t>& places) {
     constexpr char32_t byte_order_mark = 0xFEFF;
     std::u16string text;
     places.assign(bytes.size() + 1, 0);
@@ -60,8 +62,9 @@ std::u16string shown_text(std::string_view bytes, std::vector<std::size_t>& plac
         const std::size_t place = text.size();
         if (byte == '\t') {
             text.append(tab_stop - text.size() % tab_stop, u' ');
-        } else if (byte >= 0x20 && byte != 0x7F && found.code != byte_order_mark) {
-            append_utf16(text, found.length > 0 ? found.code : byte);
+        } else if (found.code != byte_order_mark) {
+            const char32_t code = found.length > 0 ? found.code : byte;
+            append_utf16(text, is_hidden_control(code) ? control_dot : code);
         }
         for (std::size_t k = 0; k < used; ++k) places[i + k] = place;
         i += used;
@@ -212,7 +215,7 @@ DataHead lay_out_data_head(const DataDefinition& definition, const intake::FileH
         Draft draft;
         draft.bytes = std::string_view(whole).substr(0, longest_shown);
         draft.fields = fields_of(draft.bytes);
-        draft.text = shown_text(draft.bytes, draft.places);
+        draft.text = head_text(draft.bytes, draft.places);
         draft.kind = sorter.sort(++number, whole);
         shown.lines.push_back({draft.text, draft.kind, {}});
         drafts.push_back(std::move(draft));

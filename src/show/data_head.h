@@ -33,7 +33,7 @@ struct HeadCell {
 };
 
 struct HeadLine {
-    std::u16string text;  ///< tabs spread out, control characters gone
+    std::u16string text;  ///< tabs spread out, control characters as dots
     HeadLineKind kind = HeadLineKind::skipped;
     std::vector<HeadCell> cells;  ///< of lines that stand in columns, one a column from column 1
 };

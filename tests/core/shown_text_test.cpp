@@ -42,6 +42,8 @@ TEST(ShownText, bytes_that_are_no_utf8_are_told_one_by_one) {
 
 TEST(ShownText, a_message_keeps_its_lines) {
     EXPECT_EQ(shown_lines("one\n\ttwo\r\x1B"), "one\n\ttwo\\r\\u{1B}");
+    EXPECT_EQ(shown_lines("a, b\r\n1, 2\r\n"), "a, b\r\n1, 2\r\n");
+    EXPECT_EQ(shown_lines("over\rwritten"), "over\\rwritten") << "it would go back to the start of the line";
 }
 
 TEST(ShownText, what_is_shown_is_shown_again_unchanged) {

@@ -4,9 +4,11 @@
 #include <functional>
 #include <gtest/gtest.h>
 #include <iostream>
+#include <limits>
 #include <sys/stat.h>
 #include <type_traits>
 
+#include "core/body_parameters.h"
 #include "core/session.h"
 #include "output/clean_tables.h"
 #include "output/dxf.h"
@@ -14,6 +16,7 @@
 #include "output/tables.h"
 #include "support/child_process.h"
 #include "support/interrupted.h"
+#include "support/shown_characters.h"
 #include "support/small_disk.h"
 #include "transform/transform.h"
 #include "workspace_file/axm.h"
@@ -103,6 +106,48 @@ TEST_P(EveryWriter, takes_any_name_that_the_system_takes) {
     EXPECT_TRUE(prompts.messages.empty());
     EXPECT_TRUE(refused(folder.path(std::string(256, 'n')), "File name too long"));
     EXPECT_EQ(folder.entries(), 8);
+}
+
+/// Stations, rows and bodies at the end of single precision, and rows that went beyond it.
+void fill_to_the_limit(Workspace& workspace) {
+    constexpr float most = std::numeric_limits<float>::max();
+    constexpr float beyond = std::numeric_limits<float>::infinity();
+    constexpr float none = std::numeric_limits<float>::quiet_NaN();
+    for (int i = 1; i <= workspace.station_count; ++i) {
+        const float side = i % 2 == 0 ? most : -most;
+        for (const int column : {column_east, column_north, column_sensor, column_ground})
+            workspace.stations(i, column) = side;
+        workspace.distances[i] = most;
+        for (int row = 1; row <= 6; ++row) {
+            for (ChannelTable* data : {&workspace.mag.data, &workspace.grav.data}) {
+                (*data)(i, row, stage_observed) = side;
+                (*data)(i, row, stage_calculated) = i == 3 ? none : i == 2 ? beyond : -beyond;
+            }
+        }
+    }
+    workspace.x_min = workspace.y_min = -most;
+    workspace.x_max = workspace.y_max = most;
+    workspace.z_min = -most, workspace.z_max = most;
+    for (int number = 1; number <= workspace.body_count; ++number) {
+        ModelBody& body = workspace.body(number);
+        for (const BodyParameter& row : body_parameters()) (body.*row.slot).value = most;
+        body.east = body.north = body.top_elevation = most;
+        body.end_width_a = body.end_width_b = most;
+    }
+}
+
+TEST_P(EveryWriter, never_writes_what_is_no_number) {
+    fill_to_the_limit(workspace);
+    const bool written = write(folder.path("a")) == 0;
+    if (!written) {
+        EXPECT_EQ(GetParam().name, "mesh_header") << "a mesh of such a size cannot be told, the rest can";
+        EXPECT_EQ(prompts.messages.size(), 1U);
+        EXPECT_EQ(folder.entries(), 0);
+        return;
+    }
+    const std::string text = folder.read("a");
+    EXPECT_FALSE(text.empty());
+    EXPECT_FALSE(has_no_number_word(text)) << text.substr(0, 3000);
 }
 
 TEST_P(EveryWriter, says_what_is_wrong_with_a_place) {

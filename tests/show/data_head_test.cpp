@@ -97,11 +97,24 @@ TEST(DataHead, one_column_may_feed_several_quantities_but_places_go_first) {
               (std::vector{HeadQuantity::sensor, HeadQuantity::dtm, HeadQuantity::mag}));
 }
 
-TEST(DataHead, tabs_are_spread_and_other_controls_are_left_out) {
+TEST(DataHead, tabs_are_spread_and_other_controls_are_dots) {
     const DataHead head = lay_out_data_head(columns(1, 2, 3), head_of({"a\tb", "1\t22\t3", "11\t2\x01\t33"}));
     EXPECT_EQ(ascii(head.lines[1].text), "1       22      3");
-    EXPECT_EQ(ascii(head.lines[2].text), "11      2       33");
+    EXPECT_EQ(head.lines[2].text, u"11      2\u00B7      33");
     EXPECT_EQ(cell(head.lines[2], 2), "33");
+}
+
+TEST(DataHead, what_is_not_seen_takes_one_column_each_so_that_columns_still_stand_under_each_other) {
+    const std::vector<std::string> odd{"\x1B",         "\x7F",         "\x9B",        "\xC2\x9B",
+                                       "\xE2\x80\xAE", "\xE2\x81\xA6", "\xE2\x80\xA8"};
+    for (const std::string& control : odd) {
+        const DataHead head = lay_out_data_head(
+            columns(1, 2, 3), head_of({"east north mag", "1000  2000  52", control + "000  2000  53"}));
+        EXPECT_EQ(head.lines[2].text, u"\u00B7000  2000  53") << control.size();
+        ASSERT_EQ(head.columns.size(), 3U);
+        EXPECT_EQ(head.lines[2].cells.at(1).begin, head.lines[1].cells.at(1).begin);
+        EXPECT_EQ(cell(head.lines[2], 2), "53");
+    }
 }
 
 TEST(DataHead, letters_of_any_encoding_are_shown) {

@@ -2,10 +2,12 @@
 #include <set>
 
 #include <QImage>
+#include <QXmlStreamReader>
 #include <QtTest>
 
 #include "edit/line_sample.h"
 #include "show/page_view.h"
+#include "support/shown_characters.h"
 #include "window/form_tests.h"
 #include "window/shell/model_picture.h"
 
@@ -20,6 +22,8 @@ class PictureTest : public QObject {
     void what_cannot_be_drawn_is_told();
     void a_failure_leaves_the_old_file();
     void every_view_is_drawn_in_every_format();
+    void a_name_is_a_text_in_an_svg_whatever_stands_in_it();
+    void values_at_the_end_of_single_precision_give_a_sound_svg();
 };
 
 namespace {
@@ -34,6 +38,24 @@ struct Line : edit::LineSample {
         return write_model_picture(session, folder.path(name), view, width, height);
     }
 };
+
+/// What a reader of XML finds in a picture.
+struct SvgTexts {
+    QStringList elements, texts;
+    QString error;
+};
+
+SvgTexts texts_of_svg(const std::string& svg) {
+    QXmlStreamReader reader(QByteArray::fromStdString(svg));
+    SvgTexts found;
+    while (!reader.atEnd()) {
+        const auto token = reader.readNext();
+        if (token == QXmlStreamReader::StartElement) found.elements << reader.name().toString();
+        if (token == QXmlStreamReader::Characters) found.texts << reader.text().toString();
+    }
+    if (reader.hasError()) found.error = reader.errorString();
+    return found;
+}
 
 }  // namespace
 
@@ -92,6 +114,44 @@ void PictureTest::every_view_is_drawn_in_every_format() {
     }
     QCOMPARE(pictures.size(), show::page_views.size());
     QVERIFY(line.prompts.messages.empty());
+}
+
+void PictureTest::a_name_is_a_text_in_an_svg_whatever_stands_in_it() {
+    Line line;
+    line.workspace().display.show_body_label = 1;
+    line.workspace().body(1).name = "\"><script>&amp;\x1B[2J\x7F\xC2\x9B\x01 \xEF\xBF\xBF \xE2\x80\xAE\xFF";
+    for (const show::PageView& view : show::page_views) {
+        QCOMPARE(line.write("a.svg", 800, 600, std::string(view.name)), 0);
+        const SvgTexts found = texts_of_svg(line.folder.read("a.svg"));
+        QVERIFY2(found.error.isEmpty(), qPrintable(found.error));
+        QVERIFY(!found.elements.contains("script"));
+        for (const QString& text : found.texts)
+            for (const QChar letter : text)
+                QVERIFY2(letter.category() != QChar::Other_Control || letter == '\n', qPrintable(text));
+        if (view.name == "section")
+            QVERIFY2(found.texts.join('\n').contains("\"><script>&amp;"), qPrintable(found.texts.join('|')));
+    }
+}
+
+void PictureTest::values_at_the_end_of_single_precision_give_a_sound_svg() {
+    Line line;
+    std::string text = "line east north sensor ground mag grav\n";
+    for (int i = 0; i < 101; ++i) {
+        const char* values = i % 3 == 0 ? "3.4e38 3.3e38" : "1 1";
+        text += "1 " + std::to_string(500000 + 25 * i) + " 7000000 180 100 " + values + "\n";
+    }
+    line.folder.write("line.dat", text);
+    line.load();
+    line.workspace().body(1).susc.value = 3.4e38F;
+    line.workspace().body(1).density.value = 3.4e38F;
+    for (const show::PageView& view : show::page_views) {
+        const int status = line.write("a.svg", 800, 600, std::string(view.name));
+        QVERIFY2(status == 0, line.prompts.messages.empty() ? "" : line.prompts.messages.back().c_str());
+        const std::string svg = line.folder.read("a.svg");
+        const SvgTexts found = texts_of_svg(svg);
+        QVERIFY2(found.error.isEmpty(), qPrintable(found.error));
+        QVERIFY2(!has_no_number_word(svg), view.name.data());
+    }
 }
 
 QObject* make_picture_test() {

@@ -1,8 +1,11 @@
+#include <QInputDialog>
 #include <QLabel>
 #include <QLineEdit>
+#include <QTimer>
 
 #include "window/form_tests.h"
 #include "window/modelled_form.h"
+#include "window/shell/qt_prompts.h"
 #include "window/widgets/entry_box.h"
 
 namespace anomalis::window {
@@ -19,6 +22,8 @@ class WrongBoxesTest : public QObject {
     void a_box_that_is_not_on_show_keeps_nothing_closed();
     void what_is_read_anew_takes_the_mark_away();
     void names_of_files_are_shown_letter_by_letter();
+    void a_wrong_number_of_iterations_is_told();
+    void a_question_shows_its_text_letter_by_letter();
 };
 
 void WrongBoxesTest::a_wrong_box_keeps_the_second_page_closed_data() {
@@ -135,6 +140,36 @@ void WrongBoxesTest::names_of_files_are_shown_letter_by_letter() {
     QVERIFY(status.text().contains("\\u{1B}"));
     QVERIFY(status.toolTip().contains("&lt;b&gt;"));
     QVERIFY(sample.find<QAction>("menu_file_list_0").text().contains("\\u{1B}"));
+}
+
+void WrongBoxesTest::a_wrong_number_of_iterations_is_told() {
+    Modelled sample;
+    sample.click("Command_toggle_invert_body");
+    sample.type("Text_max_iterations", "many");
+    QCOMPARE(sample.text("Text_max_iterations"), QString());
+    QVERIFY2(sample.status(1).contains("Iterations: “many” is not accepted, 25 is taken"),
+             qPrintable(sample.status(1)));
+    sample.type("Text_max_iterations", "12");
+    QCOMPARE(sample.text("Text_max_iterations"), QString("12"));
+}
+
+void WrongBoxesTest::a_question_shows_its_text_letter_by_letter() {
+    QtPrompts prompts;
+    QString shown_label;
+    Qt::TextFormat format = Qt::AutoText;
+    QTimer::singleShot(0, [&] {
+        auto* dialog = qobject_cast<QInputDialog*>(QApplication::activeModalWidget());
+        auto* label = dialog->findChild<QLabel*>();
+        shown_label = label->text();
+        format = label->textFormat();
+        dialog->setTextValue("<i>75");
+        dialog->accept();
+    });
+    QCOMPARE(prompts.input_box("Shift", "<b>Which\x1B?", "0"), std::optional<std::string>("<i>75"));
+    QCOMPARE(shown_label, QString("<b>Which\\u{1B}?"));
+    QCOMPARE(format, Qt::PlainText);
+    QTimer::singleShot(0, [] { qobject_cast<QDialog*>(QApplication::activeModalWidget())->reject(); });
+    QCOMPARE(prompts.input_box("Shift", "Which?", "0"), std::optional<std::string>());
 }
 
 QObject* make_wrong_boxes_test() {

@@ -8,6 +8,18 @@
 
 namespace anomalis::chart {
 
+namespace {
+
+/// Names of files are no markup.
+int show_plain(QWidget* parent, QMessageBox::Icon icon, const QString& text,
+               QMessageBox::StandardButtons buttons) {
+    QMessageBox box(icon, "Anomalis", text, buttons, parent);
+    box.setTextFormat(Qt::PlainText);
+    return box.exec();
+}
+
+}  // namespace
+
 std::optional<QString> ChartDialogs::save_path(QWidget* parent, const QString& title, const QString& filter,
                                                const QString& extension) {
     const QString path = QFileDialog::getSaveFileName(parent, title, QString(), filter);
@@ -26,11 +38,12 @@ QString ChartDialogs::with_extension(const QString& path, const QString& extensi
 }
 
 bool ChartDialogs::ask(QWidget* parent, const QString& question) {
-    return QMessageBox::question(parent, "Anomalis", question) == QMessageBox::Yes;
+    return show_plain(parent, QMessageBox::Question, question, QMessageBox::Yes | QMessageBox::No) ==
+           QMessageBox::Yes;
 }
 
 void ChartDialogs::message(QWidget* parent, const QString& text) {
-    QMessageBox::information(parent, "Anomalis", text);
+    show_plain(parent, QMessageBox::Information, text, QMessageBox::Ok);
 }
 
 bool ChartDialogs::choose_printer(QWidget* parent, QPrinter& printer) {

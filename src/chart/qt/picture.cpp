@@ -1,5 +1,6 @@
 #include "chart/qt/picture.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include <QBuffer>
@@ -49,6 +50,19 @@ std::string with_last_resort(std::string svg) {
     return svg;
 }
 
+/// Texts of charts come from files; an XML document with one of these characters in it is none.
+std::string without_forbidden(std::string svg) {
+    const auto is_forbidden = [](char letter) {
+        return static_cast<unsigned char>(letter) < 0x20 && letter != '\t' && letter != '\n' &&
+               letter != '\r';
+    };
+    std::replace_if(svg.begin(), svg.end(), is_forbidden, ' ');
+    for (const char* no_character : {"\xEF\xBF\xBE", "\xEF\xBF\xBF"})
+        for (auto at = svg.find(no_character); at != std::string::npos; at = svg.find(no_character, at))
+            svg.replace(at, 3, "\xEF\xBF\xBD");
+    return svg;
+}
+
 std::string svg_bytes(SurfaceSize size, const DrawPage& draw) {
     QByteArray bytes;
     QBuffer buffer(&bytes);
@@ -65,7 +79,7 @@ std::string svg_bytes(SurfaceSize size, const DrawPage& draw) {
     PainterDevice device(size.width, size.height, &painter);
     draw(device, OutputTarget::metafile, screen_mapping(size.height));
     painter.end();
-    return with_last_resort(bytes_of(bytes));
+    return with_last_resort(without_forbidden(bytes_of(bytes)));
 }
 
 std::string pdf_bytes(SurfaceSize size, const DrawPage& draw) {

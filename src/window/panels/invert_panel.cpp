@@ -66,6 +66,7 @@ InvertPanel::InvertPanel(const Session& session, FormGuards& guards)
     column->addWidget(make_misfits());
     column->addWidget(make_buttons());
     status_->setObjectName("Label_status");
+    status_->setTextFormat(Qt::PlainText);
     status_->setToolTip(tr("How the last run ended"));
     status_->setTextInteractionFlags(Qt::TextSelectableByMouse);
     keep_room(*status_);
@@ -123,6 +124,9 @@ CommitBox* InvertPanel::make_limit_box() {
         {"Text_max_iterations", "Iterations", "", "The most iterations of a run, 1 or more; blank for 25"},
         guards_, {accept, [this] { return limit_text_; }});
     box->setPlaceholderText("25");
+    connect(box, &CommitBox::text_refused, this, [this, box](const QString& typed) {
+        emit text_refused(box->accessibleName(), typed, tr("25 is taken"));
+    });
     return box;
 }
 

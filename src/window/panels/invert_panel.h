@@ -48,6 +48,7 @@ class InvertPanel : public QFrame {
     void method_chosen(int index);
     void gradient_chosen(bool gradient);
     void iterations_typed(const QString& text);
+    void text_refused(const QString& caption, const QString& text, const QString& instead);
 
   private:
     void add_choices(QGridLayout& grid);

@@ -66,8 +66,12 @@ QWidget* ModelSide::make_column() {
 
 void ModelSide::wire() {
     connect(body_, &BodyPanel::body_wanted, this, &ModelSide::body_wanted);
-    connect(grid_, &BodyGridView::text_refused, this, &ModelSide::text_refused);
-    connect(pipe_, &PipePanel::text_refused, this, &ModelSide::text_refused);
+    const auto value_stays = [this](const QString& caption, const QString& text) {
+        emit text_refused(caption, text, tr("the value stays"));
+    };
+    connect(grid_, &BodyGridView::text_refused, this, value_stays);
+    connect(pipe_, &PipePanel::text_refused, this, value_stays);
+    connect(invert_, &InvertPanel::text_refused, this, &ModelSide::text_refused);
     connect(toggle_, &QPushButton::clicked, this, &ModelSide::ask_for_other_view);
 }
 

@@ -44,7 +44,7 @@ class ModelSide : public QWidget {
   signals:
     /// The person chose another body, which is not yet the current one.
     void body_wanted(int number);
-    void text_refused(const QString& caption, const QString& text);
+    void text_refused(const QString& caption, const QString& text, const QString& instead);
     /// `Command_toggle_invert_body` was pressed.
     void other_view_wanted();
 

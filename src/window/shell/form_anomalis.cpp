@@ -122,9 +122,7 @@ void Form_anomalis::wire_panels() {
         connect(panel, &WelcomePanel::example_chosen, this,
                 [this](const QString& path) { open_example(path.toStdString()); });
     connect(definitions_page_, &DefinitionsPage::text_refused, status_, &StatusPanels::show_refused);
-    connect(side_, &ModelSide::text_refused, this, [this](const QString& caption, const QString& text) {
-        status_->show_refused(caption, text, tr("the value stays"));
-    });
+    connect(side_, &ModelSide::text_refused, status_, &StatusPanels::show_refused);
     connect(side_, &ModelSide::body_wanted, this,
             [this](int number) { charts_->view().select_body(number); });
     connect(charts_, &ChartsPanel::pointer_moved, status_, &StatusPanels::show_pointer);

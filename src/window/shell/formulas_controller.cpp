@@ -9,6 +9,7 @@
 #include "window/panels/status_panels.h"
 #include "window/shell/actions.h"
 #include "window/shell/entry_gate.h"
+#include "window/widgets/plain_text.h"
 
 namespace anomalis::window {
 
@@ -100,9 +101,8 @@ void FormulasController::show_difference() {
     } else {
         difference_->setText(tr("Classic formulas: %1 % off").arg(100 * share, 0, 'f', 1));
     }
-    difference_->setToolTip(found.left_out.empty()
-                                ? usual_tip()
-                                : tr("Not compared: %1").arg(QString::fromStdString(found.left_out)));
+    difference_->setToolTip(
+        found.left_out.empty() ? usual_tip() : plain_tip(tr("Not compared: %1").arg(shown(found.left_out))));
     if (notable != difference_->property("notable").toBool()) {
         difference_->setStyleSheet(notable ? warning_style : "");
         difference_->setProperty("notable", notable);

@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QFileDialog>
 #include <QInputDialog>
+#include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
 
@@ -86,11 +87,13 @@ std::size_t QtPrompts::show_choice(const std::string& text, const std::vector<st
 
 std::optional<std::string> QtPrompts::show_input_box(const std::string& title, const std::string& prompt,
                                                      const std::string& default_text) {
-    bool accepted = false;
-    const QString text = QInputDialog::getText(parent(), qt_text(title), qt_text(prompt), QLineEdit::Normal,
-                                               qt_text(default_text), &accepted);
-    if (!accepted) return {};
-    return text.toStdString();
+    QInputDialog dialog(parent());
+    dialog.setWindowTitle(qt_text(shown_text(title)));
+    dialog.setLabelText(qt_text(shown_lines(prompt)));
+    dialog.setTextValue(qt_text(default_text));
+    for (QLabel* label : dialog.findChildren<QLabel*>()) label->setTextFormat(Qt::PlainText);
+    if (dialog.exec() != QDialog::Accepted) return {};
+    return dialog.textValue().toStdString();
 }
 
 std::optional<std::string> QtPrompts::show_open_dialog(const FileRequest& request) {

@@ -16,6 +16,7 @@
 #include "flow/kept_files.h"
 #include "model/refresh_model.h"
 #include "window/shell/look.h"
+#include "window/widgets/plain_text.h"
 
 namespace anomalis::window {
 
@@ -73,8 +74,7 @@ NotePlace place_of_note(const QWidget& form) {
 
 void fill_note(QFrame& note, const edit::Workbench& workbench) {
     const Workspace& workspace = workbench.session.workspace;
-    note.findChild<QLabel*>("Label_model_name")
-        ->setText(QString::fromStdString(file_name(workspace.model_file)));
+    note.findChild<QLabel*>("Label_model_name")->setText(shown(file_name(workspace.model_file)));
     QString misfit;
     if (edit::line_loaded(workspace) && workspace.body_count > 0) {
         const auto [data, gradient] = model::refresh_model(workbench.session);
@@ -119,6 +119,7 @@ QFrame* make_misfit_frame(QWidget& form) {
     auto* column = new QVBoxLayout(frame);
     auto* name = new QLabel;
     name->setObjectName("Label_model_name");
+    name->setTextFormat(Qt::PlainText);
     name->setProperty("heading", true);
     auto* caption = new QLabel(QObject::tr("Misfit of data and gradient"));
     make_quiet(*caption);

@@ -5,6 +5,7 @@
 #include <QImage>
 #include <QPainter>
 #include <QProcess>
+#include <QXmlStreamReader>
 
 #include "chart/qt/screen_device.h"
 #include "core/failure.h"
@@ -110,6 +111,18 @@ TEST_F(Pictures, an_svg_holds_its_texts_as_text) {
          {"Residual Magnetic Field", "Distance (m)", "nT", "Burial depth: 32.00", "-300", "7000"})
         EXPECT_NE(svg.find(text), std::string::npos) << text;
     EXPECT_NE(svg.find("font-family=\"DejaVu Sans, sans-serif\""), std::string::npos);
+}
+
+TEST_F(Pictures, an_svg_is_well_formed_whatever_its_texts_are) {
+    chart_.Title("\"><script>&amp;\x1B[2J\x01 \xEF\xBF\xBE\xEF\xBF\xBF \xFF");
+    const std::string svg = chart_bytes(PictureFormat::svg, chart_);
+    QXmlStreamReader reader(QByteArray::fromStdString(svg));
+    while (!reader.atEnd()) {
+        reader.readNext();
+        EXPECT_NE(reader.name(), u"script");
+    }
+    EXPECT_FALSE(reader.hasError()) << reader.errorString().toStdString();
+    EXPECT_NE(svg.find("&quot;&gt;&lt;script&gt;&amp;amp;"), std::string::npos);
 }
 
 TEST_F(Pictures, exports_leave_the_screen_as_it_was) {
