@@ -19,6 +19,7 @@ class FormLayoutTest : public QObject {
     void tab_goes_through_the_first_page_in_reading_order();
     void nothing_is_clipped_at_the_least_size();
     void nothing_overlaps_on_the_first_page();
+    void the_plan_is_as_wide_as_the_curves_above_it();
 };
 
 namespace {
@@ -142,6 +143,22 @@ void FormLayoutTest::nothing_overlaps_on_the_first_page() {
         for (qsizetype k = i + 1; k < controls.size(); ++k)
             QVERIFY2(!place(controls[i]).intersects(place(controls[k])),
                      qPrintable(controls[i]->objectName() + " and " + controls[k]->objectName()));
+}
+
+void FormLayoutTest::the_plan_is_as_wide_as_the_curves_above_it() {
+    Opened sample;
+    sample.click("Command_load_locations");
+    sample.choose_tab(1);
+    sample.click("Command_show_plan");
+    for (const QSize size : {sample.form->minimumSizeHint(), QSize(1280, 800), QSize(1901, 1000)}) {
+        sample.form->resize(size);
+        QTest::qWait(120);
+        auto& plan = sample.find<QWidget>("vsgraph_plan");
+        auto& curves = sample.find<QWidget>("vsgraph_model_0");
+        QVERIFY(plan.isVisible() && curves.isVisible());
+        QCOMPARE(plan.mapTo(sample.form.get(), QPoint()).x(), curves.mapTo(sample.form.get(), QPoint()).x());
+        QCOMPARE(plan.width(), curves.width());
+    }
 }
 
 QObject* make_form_layout_test() {

@@ -10,6 +10,7 @@ namespace anomalis::window {
 namespace {
 
 constexpr int least_chart_height = 56;
+constexpr int gap = 2;
 
 }  // namespace
 
@@ -19,7 +20,7 @@ ChartPane::ChartPane(int index, QWidget* parent) : QWidget(parent), widget_(new 
     widget_->setMinimumHeight(least_chart_height);
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(2);
+    row->setSpacing(gap);
     row->addWidget(widget_, 1);
     auto* bars = new QVBoxLayout;
     bars->setSpacing(3);
@@ -36,6 +37,7 @@ ChartPane::ChartPane(int index, QWidget* parent) : QWidget(parent), widget_(new 
     bars->addWidget(pan);
     bars->addStretch();
     row->addLayout(bars);
+    room_beside_ = gap + bars->sizeHint().width();
 }
 
 }  // namespace anomalis::window

@@ -15,6 +15,8 @@ class ChartPane : public QWidget {
     ChartPane(int index, QWidget* parent = nullptr);
     chart::AX_Grapher& chart() { return widget_->chart(); }
     chart::GrapherWidget& widget() { return *widget_; }
+    /// What the bars take of the width, pixels.
+    int room_beside() const { return room_beside_; }
 
   signals:
     void zoom_stepped(int direction);
@@ -22,6 +24,7 @@ class ChartPane : public QWidget {
 
   private:
     chart::GrapherWidget* widget_;
+    int room_beside_ = 0;
 };
 
 }  // namespace anomalis::window

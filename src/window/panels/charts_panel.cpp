@@ -85,7 +85,10 @@ QWidget* ChartsPanel::make_charts() {
     for (ChartPane* pane : panes_) pane->widget().set_dialogs(&chart_dialogs_);
     section_or_plan_ = new QStackedWidget;
     section_or_plan_->addWidget(frame_of("Frame_section", panes_[edit::chart_section]));
-    section_or_plan_->addWidget(frame_of("Frame_plan", plan_));
+    QWidget* plan_frame = frame_of("Frame_plan", plan_);
+    // As wide as the charts above it, which have bars beside them.
+    plan_frame->layout()->setContentsMargins(0, 0, panes_[edit::chart_section]->room_beside(), 0);
+    section_or_plan_->addWidget(plan_frame);
 
     splitter_ = make_splitter("Image_splitter");
     splitter_->addWidget(frame_of("Frame_mag_profiles", mag_splitter_));
