@@ -8,6 +8,7 @@
 #include "intake/load.h"
 #include "intake/row_notes.h"
 #include "model/refresh_model.h"
+#include "model/unnamed_types.h"
 #include "model/usable_field.h"
 #include "workspace_file/axm.h"
 
@@ -26,6 +27,7 @@ OpenState BatchSession::open(const std::string& path) {
                                               workspace_file::Damaged::kept) != 0)
         return OpenState::unread;
     if (formulas) workspace.formulas = *formulas;
+    tell_types();
     const int status = load();
     if (workspace.station_count == 0) return OpenState::no_data;
     model::finish_load(session);
@@ -59,6 +61,12 @@ int BatchSession::load() {
     intake::tell_rows(rows, session.workspace.definition.data_file, faults);
     show_faults(faults, prompts);
     return status;
+}
+
+void BatchSession::tell_types() {
+    Faults faults;
+    model::note_unnamed_types(session.workspace, faults);
+    show_faults(faults, prompts);
 }
 
 void BatchSession::tell_doubts() {

@@ -54,6 +54,7 @@ class BatchSession {
   private:
     /// The load of a window is silent about rows that it cannot use.
     int load();
+    void tell_types();
     void tell_doubts();
 
     KnownFiles read_;

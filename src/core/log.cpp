@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include "core/failure.h"
+#include "core/log_place.h"
 #include "core/paths.h"
 #include "core/prompts.h"
 #include "core/safe_file.h"
@@ -26,8 +27,12 @@ std::string present_time_text() {
     return text.data();
 }
 
+std::string log_path_here() {
+    return current_folder() + "/axm_logging.dat";
+}
+
 void SessionLog::turn_on(Prompts& prompts) {
-    path_ = current_folder() + "/axm_logging.dat";
+    path_ = log_path_here();
     on_ = true;
     log_message(-1);
     prompts.remark("Logging file is: " + path_);

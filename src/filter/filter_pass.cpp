@@ -6,6 +6,7 @@
 
 #include "core/failure.h"
 #include "filter/convolution.h"
+#include "filter/filter_work.h"
 #include "filter/filters.h"
 #include "filter/wide_pass.h"
 
@@ -42,7 +43,7 @@ const double* extend_ends(std::span<const float> row, const FilterPass& pass, in
 }
 
 void add_tap_by_tap(const FilterPass& pass, std::span<const float> input, std::span<float> output,
-                    FilterScratch& scratch) {
+                    FilterScratch& scratch, Pacer& pacer) {
     const int half_width = std::max(pass.half_width, 0);
     const int stored = std::min(half_width, longest_stored_kernel);
     if (scratch.coefficients.size() <= static_cast<std::size_t>(stored)) throw Fault(FaultKind::subscript);
@@ -50,8 +51,7 @@ void add_tap_by_tap(const FilterPass& pass, std::span<const float> input, std::s
     work.near_taps = near_taps(pass, stored);
     work.stored_taps = stored;
     work.tap_step = pass.tap_step;
-    work.input = extend_ends(input, pass, work.near_taps, scratch.padded);
-    work.output = output.data();
+    const double* const row = extend_ends(input, pass, work.near_taps, scratch.padded);
     work.stations = pass.station_count;
     scratch.wide_coefficients.assign(scratch.coefficients.begin(), scratch.coefficients.end());
     work.coefficients = scratch.wide_coefficients.data();
@@ -61,14 +61,23 @@ void add_tap_by_tap(const FilterPass& pass, std::span<const float> input, std::s
     work.end_pair = work.odd ? back - front : front + back;
     work.remainder = stored < half_width ? scratch.tail_sum : 0.0;
     work.subtract = pass.subtract;
-    convolve_at(vector::widest_vector_level())(work);
+    const double units = row_units + tap_units * stored;
+    const int piece = std::max(1, static_cast<int>(piece_units / units));
+    const auto run = convolve_at(vector::widest_vector_level());
+    for (int at = 0; at < pass.station_count; at += work.stations) {
+        work.input = row + at;
+        work.output = output.data() + at;
+        work.stations = std::min(piece, pass.station_count - at);
+        run(work);
+        pacer.done(units * work.stations);
+    }
 }
 
 void add_windows(const FilterPass& pass, std::span<const float> input, std::span<float> output,
-                 FilterScratch& scratch) {
+                 FilterScratch& scratch, Pacer& pacer) {
     const int reach = near_taps(pass, pass.half_width);
     const double* const row = extend_ends(input, pass, reach, scratch.padded);
-    const std::span<const double> sums = wide_pass(pass, reach, row, scratch);
+    const std::span<const double> sums = wide_pass(pass, reach, row, scratch, pacer);
     for (std::size_t i = 0; i < output.size(); ++i)
         output[i] = static_cast<float>(pass.subtract ? row[i] - sums[i] : sums[i]);
 }
@@ -79,23 +88,25 @@ bool is_wide(const FilterPass& pass) {
            !is_added_tap_by_tap(pass.filter_code, pass.half_width, pass.station_count);
 }
 
-void run_pass(const FilterPass& pass, ChannelTable& data, FilterScratch& scratch) {
+void run_pass(const FilterPass& pass, ChannelTable& data, FilterScratch& scratch, Pacer& pacer) {
     if (pass.station_count > data.stations() || (pass.tap_step < 0 && pass.half_width > 0))
         throw Fault(FaultKind::subscript);
     const auto count = static_cast<std::size_t>(pass.station_count);
     const auto input = std::as_const(data).row(pass.input_row, pass.stage).first(count);
     const auto output = data.row(pass.output_row, pass.stage).first(count);
-    is_wide(pass) ? add_windows(pass, input, output, scratch) : add_tap_by_tap(pass, input, output, scratch);
+    is_wide(pass) ? add_windows(pass, input, output, scratch, pacer)
+                  : add_tap_by_tap(pass, input, output, scratch, pacer);
     check_finite(output);
 }
 
 }  // namespace
 
-void apply_filter(const FilterPass& pass, ChannelTable& data, FilterScratch& scratch, Faults& faults) {
+void apply_filter(const FilterPass& pass, ChannelTable& data, FilterScratch& scratch, Faults& faults,
+                  Pacer& pacer) {
     if (!is_wide(pass) || pass.filter_code < filter_smoothing)
         define_filter_coefficients(pass.filter_code, pass.half_width, longest_stored_kernel, scratch, faults);
     report_failure(faults, "An error occurred applying the filer: ", [&] {
-        if (pass.station_count > 0) run_pass(pass, data, scratch);
+        if (pass.station_count > 0) run_pass(pass, data, scratch, pacer);
     });
 }
 

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "core/failure.h"
+#include "filter/filter_work.h"
 
 namespace anomalis::filter {
 
@@ -18,7 +19,7 @@ void copy_row(const Workspace& workspace, int from, int to, int stage, ChannelTa
 }
 
 /// Steps 1 and 2 of the chain: from the raw row to the residual one, the base level still in it.
-void filter_rows(Workspace& workspace, int stage, ChannelTable& data, Faults& faults) {
+void filter_rows(Workspace& workspace, int stage, ChannelTable& data, Faults& faults, Pacer& pacer) {
     const int code =
         filter_smoothing + std::clamp(workspace.processing.smooth_filter_type, 0, last_smoothing_type);
     const FilterPass pass{.filter_code = code, .station_count = workspace.station_count, .stage = stage};
@@ -29,7 +30,7 @@ void filter_rows(Workspace& workspace, int stage, ChannelTable& data, Faults& fa
         wanted.input_row = input;
         wanted.output_row = output;
         wanted.subtract = subtract;
-        apply_filter(wanted, data, workspace.filter_scratch, faults);
+        apply_filter(wanted, data, workspace.filter_scratch, faults, pacer);
     };
     step(workspace.processing.smooth_filter_width, workspace.raw_row, workspace.smoothed_row, false);
     step(workspace.processing.residual_filter_width, workspace.smoothed_row, workspace.residual_row, true);
@@ -81,7 +82,7 @@ void total_gradient(const Workspace& workspace, int stage, ChannelTable& data) {
     }
 }
 
-void gradient_rows(Workspace& workspace, int stage, ChannelTable& data, Faults& faults) {
+void gradient_rows(Workspace& workspace, int stage, ChannelTable& data, Faults& faults, Pacer& pacer) {
     if (workspace.processing.vg_filter_width <= 0) return;
     FilterPass pass{.filter_code = filter_vertical_gradient,
                     .half_width = workspace.processing.vg_filter_width,
@@ -90,31 +91,53 @@ void gradient_rows(Workspace& workspace, int stage, ChannelTable& data, Faults& 
                     .stage = stage,
                     .input_row = workspace.smoothed_row,
                     .output_row = workspace.gradient_row};
-    apply_filter(pass, data, workspace.filter_scratch, faults);
+    apply_filter(pass, data, workspace.filter_scratch, faults, pacer);
     if (workspace.processing.display_total_gradient != 1) return;
     pass.filter_code = filter_horizontal_derivative;
     pass.half_width = 1;
     pass.output_row = workspace.horizontal_row;
-    apply_filter(pass, data, workspace.filter_scratch, faults);
+    apply_filter(pass, data, workspace.filter_scratch, faults, pacer);
     total_gradient(workspace, stage, data);
+    pacer.done(row_units * workspace.station_count);
 }
 
 }  // namespace
 
-void filter_data(Workspace& workspace, int channel, int stage, ChannelTable& data, Faults& faults) {
+void filter_data(Workspace& workspace, int channel, int stage, ChannelTable& data, Faults& faults,
+                 Pacer& pacer) {
     Channel& own = workspace.channel(channel);
     bool& filtered = stage == stage_observed ? own.observed_filtered : own.calculated_filtered;
     if (workspace.station_count <= 0 || filtered) return;
     report_failure(faults, "An error occurred while filtering the data: ", [&] {
         if (workspace.station_count > data.stations()) throw Fault(FaultKind::subscript);
-        filter_rows(workspace, stage, data, faults);
+        filter_rows(workspace, stage, data, faults, pacer);
         const float level = base_level(workspace, channel, stage, data);
         for (float& value :
              data.row(workspace.residual_row, stage).first(static_cast<std::size_t>(workspace.station_count)))
             value -= level;
-        gradient_rows(workspace, stage, data, faults);
+        pacer.done(row_units * workspace.station_count);
+        gradient_rows(workspace, stage, data, faults, pacer);
         filtered = true;
     });
+}
+
+double chain_work(const Workspace& workspace) {
+    const double stations = workspace.station_count;
+    const Processing& processing = workspace.processing;
+    const auto pass = [&](int kernel, int half_width) {
+        if (half_width <= 0) return row_units * stations;
+        const bool narrow = is_added_tap_by_tap(kernel, half_width, workspace.station_count);
+        constexpr double terms_of_wide_kernels = 12;  // in fours
+        return stations *
+               (narrow ? row_units + tap_units * half_width : terms_of_wide_kernels * window_units);
+    };
+    double work = pass(filter_triangular, processing.smooth_filter_width) +
+                  pass(filter_triangular, processing.residual_filter_width);
+    if (processing.vg_filter_width > 0) {
+        work += pass(filter_vertical_gradient, processing.vg_filter_width);
+        if (processing.display_total_gradient == 1) work += 2 * pass(filter_horizontal_derivative, 1);
+    }
+    return work;
 }
 
 void clear_rows_left_out(Workspace& workspace) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/filter_scratch.h"
+#include "core/pacer.h"
 #include "core/workspace.h"
 
 namespace anomalis {
@@ -61,12 +62,19 @@ struct FilterPass {
 /// bit. Wider kernels are summed in doubles, off by less than 1e-7 of the sum of |tap x value|, and a value
 /// that is huge or no number reaches as far as its kernel and no farther.
 /// Memory: at most 8 doubles a station. A negative tap step leaves the row (subscript fault); a sum beyond
-/// single precision is an overflow.
-void apply_filter(const FilterPass& pass, ChannelTable& data, FilterScratch& scratch, Faults& faults);
+/// single precision is an overflow. Tells `pacer` of its work in pieces of a few milliseconds; a pass that is
+/// left has changed nothing but a part of its output row.
+void apply_filter(const FilterPass& pass, ChannelTable& data, FilterScratch& scratch, Faults& faults,
+                  Pacer& pacer = no_pace());
 
 /// The whole chain of one channel (0 magnetics, 1 gravity) and stage: smoothing, residual, base level,
-/// gradients. Does nothing without stations or while the chain's mark is set; sets the mark at its end.
-void filter_data(Workspace& workspace, int channel, int stage, ChannelTable& data, Faults& faults);
+/// gradients. Does nothing without stations or while the chain's mark is set; sets the mark at its end. A
+/// chain that is left at a turn of `pacer` has written some of its rows and has no mark.
+void filter_data(Workspace& workspace, int channel, int stage, ChannelTable& data, Faults& faults,
+                 Pacer& pacer = no_pace());
+
+/// About what one chain has to do, in units of core/pacer.h.
+double chain_work(const Workspace& workspace);
 
 /// The chain leaves rows that are not chosen as they are. This makes them 0, as a load leaves them: what they
 /// held came from other settings.

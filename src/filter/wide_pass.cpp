@@ -4,6 +4,7 @@
 #include <cstddef>
 
 #include "core/angles.h"
+#include "filter/filter_work.h"
 #include "filter/wide_kernels.h"
 
 namespace anomalis::filter {
@@ -19,6 +20,9 @@ struct WidePass {
     Distance stations;
     std::span<double> sums;
     FilterScratch& scratch;
+    Pacer& pacer;
+
+    void row_done() const { pacer.done(row_units * static_cast<double>(stations)); }
 };
 
 /// Taps in a row, `stride` stations apart, the first of them `first` stations away.
@@ -47,28 +51,31 @@ void for_each_phase(const WidePass& pass, const TapRow& row, Add&& add) {
         double* const to = pass.sums.data() + start;
         for (Distance k = 0; k < count; ++k)
             to[k * row.stride] += pass.scratch.phase_sums[static_cast<std::size_t>(k)];
+        pass.pacer.done(row_units * static_cast<double>(pass.scratch.phase.size()));
     }
 }
 
 /// A triangle is a boxcar over a boxcar.
 void add_triangle(double scale, std::size_t width, std::span<const double> in, std::span<double> out,
-                  std::vector<double>& boxcar) {
+                  std::vector<double>& boxcar, Pacer& pacer) {
     boxcar.assign(out.size() + width - 1, 0.0);
-    add_window_sums({{PowerTerm{}}}, width, in, boxcar);
+    add_window_sums({{PowerTerm{}}}, width, in, boxcar, pacer);
     const PowerTerm term{.weight = scale};
-    add_window_sums({&term, 1}, width, boxcar, out);
+    add_window_sums({&term, 1}, width, boxcar, out, pacer);
 }
 
 void add_smoothing(const WidePass& work, const FilterPass& pass, int reach, double end_pair) {
     const SmoothingKernel kernel = smoothing_kernel(pass.filter_code, pass.half_width, reach);
     const double outer = kernel.taps_beyond * end_pair;
     for (std::size_t i = 0; i < work.sums.size(); ++i) work.sums[i] = kernel.centre * work.input[i] + outer;
+    work.row_done();
     const Distance step = pass.tap_step;
     const TapRow row{-reach * step, step, 2 * static_cast<std::size_t>(reach) + 1};
     for_each_phase(work, row, [&](std::span<const double> in, std::span<double> out) {
-        add_window_sums(kernel.terms.span(), row.taps, in, out);
+        add_window_sums(kernel.terms.span(), row.taps, in, out, work.pacer);
         if (kernel.triangle != 0)
-            add_triangle(kernel.triangle, static_cast<std::size_t>(reach) + 1, in, out, work.scratch.boxcar);
+            add_triangle(kernel.triangle, static_cast<std::size_t>(reach) + 1, in, out, work.scratch.boxcar,
+                         work.pacer);
     });
 }
 
@@ -101,6 +108,7 @@ void add_gradient(const WidePass& work, const FilterPass& pass, int reach, doubl
         const double *const right = work.input + j * step, *const left = work.input - j * step;
         const double own = tap(j), other = left_sign * own;
         for (std::size_t i = 0; i < work.sums.size(); ++i) work.sums[i] += own * right[i] + other * left[i];
+        work.row_done();
     }
     constexpr int first = inner_taps + 1;
     if (reach < first) return;
@@ -116,7 +124,7 @@ void add_gradient(const WidePass& work, const FilterPass& pass, int reach, doubl
         }
         for_each_phase(work, {side * first * step, side * 2 * step, taps},
                        [&](std::span<const double> in, std::span<double> out) {
-                           add_window_sums(terms.span(), taps, in, out);
+                           add_window_sums(terms.span(), taps, in, out, work.pacer);
                        });
     }
 }
@@ -124,9 +132,9 @@ void add_gradient(const WidePass& work, const FilterPass& pass, int reach, doubl
 }  // namespace
 
 std::span<const double> wide_pass(const FilterPass& pass, int reach, const double* input,
-                                  FilterScratch& scratch) {
+                                  FilterScratch& scratch, Pacer& pacer) {
     scratch.sums.resize(static_cast<std::size_t>(pass.station_count));
-    const WidePass work{input, pass.station_count, scratch.sums, scratch};
+    const WidePass work{input, pass.station_count, scratch.sums, scratch, pacer};
     const double front = input[0], back = input[pass.station_count - 1];
     if (pass.filter_code == filter_horizontal_derivative) {
         add_gradient(work, pass, reach, back - front);

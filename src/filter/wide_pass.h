@@ -11,8 +11,8 @@ namespace anomalis::filter {
 /// by reach * tap_step values on both sides. Gives the filtered values in doubles, `pass.station_count` of
 /// them, in memory of `scratch`. Codes 2 and 3 take their inner taps from `scratch.coefficients`.
 /// Off by less than 1e-8 of each tap times its value; the taps of codes 100 to 103, and those of codes 2 and
-/// 3 beyond the 64th, are not rounded to singles.
+/// 3 beyond the 64th, are not rounded to singles. Lets Stopped through.
 std::span<const double> wide_pass(const FilterPass& pass, int reach, const double* input,
-                                  FilterScratch& scratch);
+                                  FilterScratch& scratch, Pacer& pacer);
 
 }  // namespace anomalis::filter

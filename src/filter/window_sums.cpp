@@ -4,6 +4,7 @@
 #include <cassert>
 #include <cmath>
 
+#include "filter/filter_work.h"
 #include "filter/window_kernel.h"
 
 namespace anomalis::filter {
@@ -41,6 +42,8 @@ void set(FourNumbers& numbers, std::size_t place, std::complex<double> value) {
     numbers.im[place] = value.imag();
 }
 
+constexpr auto values_a_piece = static_cast<std::size_t>(piece_units / window_units);
+
 TermGroup group_of(std::span<const PowerTerm> terms, std::size_t window) {
     TermGroup group{};
     group.window = window_until_faded(terms, window);
@@ -59,7 +62,7 @@ TermGroup group_of(std::span<const PowerTerm> terms, std::size_t window) {
 }  // namespace
 
 void add_window_sums(std::span<const PowerTerm> terms, std::size_t window, std::span<const double> in,
-                     std::span<double> out) {
+                     std::span<double> out, Pacer& pacer) {
     if (window == 0 || out.empty()) return;
     assert(in.size() >= out.size() + window - 1);
     const bool real = std::all_of(terms.begin(), terms.end(), [](const PowerTerm& term) {
@@ -69,7 +72,14 @@ void add_window_sums(std::span<const PowerTerm> terms, std::size_t window, std::
     const auto add = real ? add_real_windows_at(level) : add_complex_windows_at(level);
     while (!terms.empty()) {
         const std::size_t count = terms_side_by_side(terms, window);
-        add(group_of(terms.first(count), window), in.data(), out.data(), out.size());
+        const TermGroup group = group_of(terms.first(count), window);
+        // Pieces end where a window's own blocks end, so that they change no bit.
+        const std::size_t windows = std::max<std::size_t>(1, values_a_piece / group.window);
+        for (std::size_t at = 0; at < out.size(); at += windows * group.window) {
+            const std::size_t piece = std::min(windows * group.window, out.size() - at);
+            add(group, in.data() + at, out.data() + at, piece);
+            pacer.done(window_units * static_cast<double>(std::max(piece, group.window)));
+        }
         terms = terms.subspan(count);
     }
 }

@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <span>
 
+#include "core/pacer.h"
+
 // Sums under a window that moves along a row, at a cost that does not grow with the window. Private to this
 // room.
 namespace anomalis::filter {
@@ -19,7 +21,8 @@ struct PowerTerm {
 /// out.size() + window - 1 values. Nothing is ever taken off a sum again, so rounding does not pile up along
 /// the row (relative to the largest tap below 1e-16 times the window), and what stands outside a window, be
 /// it infinite, leaves the window's sum alone to the bit. Terms of four are reckoned side by side.
+/// Tells `pacer` of its work by whole windows, of which a piece holds at least one.
 void add_window_sums(std::span<const PowerTerm> terms, std::size_t window, std::span<const double> in,
-                     std::span<double> out);
+                     std::span<double> out, Pacer& pacer = no_pace());
 
 }  // namespace anomalis::filter

@@ -3,12 +3,14 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <functional>
 #include <span>
 #include <utility>
 
 #include "core/failure.h"
 #include "filter/filters.h"
 #include "forward/driver.h"
+#include "model/paced_rows.h"
 #include "model/stale.h"
 
 namespace anomalis::model {
@@ -87,10 +89,16 @@ MisfitPair evaluate_model_misfit(Workspace& workspace, InversionState& inversion
                                  ChannelTable& grav_rows, Faults& faults, Pacer& pacer) {
     ++inversion.evaluations;
     find_stale(workspace);
-    forward::calculate_model(workspace, mag_rows, grav_rows, faults, pacer);
-    if (workspace.has_mag()) filter::filter_data(workspace, channel_mag, stage_calculated, mag_rows, faults);
-    if (workspace.has_grav())
-        filter::filter_data(workspace, channel_grav, stage_calculated, grav_rows, faults);
+    const auto fill_rows = [&](Pacer& filters) {
+        forward::calculate_model(workspace, mag_rows, grav_rows, faults, pacer);
+        if (workspace.has_mag())
+            filter::filter_data(workspace, channel_mag, stage_calculated, mag_rows, faults, filters);
+        if (workspace.has_grav())
+            filter::filter_data(workspace, channel_grav, stage_calculated, grav_rows, faults, filters);
+    };
+    // Rows of a trial are nobody's when it is left.
+    const bool on_trial = &mag_rows != &workspace.mag.data && &grav_rows != &workspace.grav.data;
+    on_trial ? fill_rows(pacer) : with_rows_kept(workspace, pacer, std::ref(fill_rows));
     const bool gravity = inversion.inversion_channel == channel_grav;
     return channel_misfit(workspace, gravity ? grav_rows : mag_rows, inversion.misfit_scale, faults);
 }

@@ -7,6 +7,7 @@
 #include "intake/profile.h"
 #include "model/burial_depth.h"
 #include "model/misfit.h"
+#include "model/paced_rows.h"
 #include "model/stale.h"
 
 namespace anomalis::model {
@@ -24,11 +25,27 @@ void refresh_elevations(Workspace& workspace, Faults& faults) {
 
 namespace {
 
+/// Responses, and the rows of both stages.
+void bring_up_to_date(Workspace& workspace, Faults& faults, Pacer& pacer) {
+    with_rows_kept(workspace, pacer, [&](Pacer& filters) {
+        forward::calculate_model(workspace, workspace.mag.data, workspace.grav.data, faults, pacer);
+        set_burial_depths(workspace);
+        // The observed stage first: a floating base lays the calculated curve on it.
+        for (const int stage : {stage_observed, stage_calculated}) {
+            if (workspace.has_mag())
+                filter::filter_data(workspace, channel_mag, stage, workspace.mag.data, faults, filters);
+            if (workspace.has_grav())
+                filter::filter_data(workspace, channel_grav, stage, workspace.grav.data, faults, filters);
+        }
+    });
+}
+
 void calculate(Session& session, Faults& faults) {
     Workspace& workspace = session.workspace;
-    WatchedCalculation watched(session.prompts, forward::work_ahead(workspace));
+    WatchedCalculation watched(session.prompts,
+                               forward::work_ahead(workspace) + filter_work_ahead(workspace));
     try {
-        forward::calculate_model(workspace, workspace.mag.data, workspace.grav.data, faults, watched);
+        bring_up_to_date(workspace, faults, watched);
     } catch (const Stopped&) {
         throw CalculationStopped();
     }
@@ -43,16 +60,6 @@ MisfitPair refresh_model(Session& session) {
     refresh_elevations(workspace, faults);
     if (workspace.station_count <= 0) return {};
     calculate(session, faults);
-    set_burial_depths(workspace);
-    const auto filter_both = [&](int stage) {
-        if (workspace.has_mag())
-            filter::filter_data(workspace, channel_mag, stage, workspace.mag.data, faults);
-        if (workspace.has_grav())
-            filter::filter_data(workspace, channel_grav, stage, workspace.grav.data, faults);
-    };
-    // The observed stage first: a floating base lays the calculated curve on it.
-    filter_both(stage_observed);
-    filter_both(stage_calculated);
     const MisfitPair misfit = calculate_misfit(workspace, session.inversion, faults);
     show_faults(faults, session.prompts);
     return misfit;

@@ -75,8 +75,13 @@ double checked(double value) {
 
 }  // namespace
 
-TransformDialog::TransformDialog(const PointTransform& record, int tab, std::string folder, Prompts& prompts)
-    : transform_(record), tab_(tab == 1 ? 1 : 0), folder_(std::move(folder)), prompts_(prompts) {
+TransformDialog::TransformDialog(const PointTransform& record, int tab, std::string folder, Prompts& prompts,
+                                 std::vector<FileUse> kept)
+    : transform_(record),
+      tab_(tab == 1 ? 1 : 0),
+      folder_(std::move(folder)),
+      prompts_(prompts),
+      kept_(std::move(kept)) {
     fill();
 }
 
@@ -208,6 +213,11 @@ bool TransformDialog::save_file() {
     request.default_name = folder_;
     const auto path = ask_save_path(prompts_, request);
     if (!path) return false;
+    const std::string refusal = overwrite_refusal({"The coordinate file", *path}, kept_);
+    if (!refusal.empty()) {
+        prompts_.message(refusal);
+        return false;
+    }
     remember_folder(*path);
     return save_transform_file(transform_, *path, prompts_) == 0;
 }

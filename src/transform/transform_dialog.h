@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "core/file_use.h"
 #include "core/point_transform.h"
 
 namespace anomalis {
@@ -42,7 +43,9 @@ inline constexpr std::size_t transform_box_count = 19;
 class TransformDialog {
   public:
     /// Edits a copy of `record`. `folder` is where the file dialogs start, "" for nowhere in particular.
-    TransformDialog(const PointTransform& record, int tab, std::string folder, Prompts& prompts);
+    /// `kept` are the files that a coordinate file must not be written over.
+    TransformDialog(const PointTransform& record, int tab, std::string folder, Prompts& prompts,
+                    std::vector<FileUse> kept = {});
 
     int tab() const { return tab_; }
     const PointTransform& transform() const { return transform_; }
@@ -80,6 +83,7 @@ class TransformDialog {
     int tab_;
     std::string folder_;
     Prompts& prompts_;
+    std::vector<FileUse> kept_;
     std::array<std::string, transform_box_count> texts_;
     std::array<std::string, transform_box_count> filled_;
     bool rebuild_ = false;  ///< the points were exchanged: rotation and scales must be formed from them again

@@ -74,6 +74,14 @@ TEST(ExitStatus, a_body_without_a_shape_is_told) {
     EXPECT_NE(run.err.find("Polygon"), std::string::npos) << run.err;
 }
 
+TEST(ExitStatus, a_type_without_a_name_is_told_with_its_body) {
+    for (const std::string type : {"7", "15", "0", "18"}) {
+        const BatchFolder files;
+        files.folder.write("model.axm", replaced(model_text(), " 2  0  1  255", " " + type + "  0  1  255"));
+        expect_failure_told(files, "Body 1 (Sheet) has type " + type + ", which no formula knows");
+    }
+}
+
 TEST(ExitStatus, a_solid_of_too_many_facets_is_told) {
     const BatchFolder files;
     std::string text = replaced(model_text(), " 2  0  1  255", " 16  0  1  255");

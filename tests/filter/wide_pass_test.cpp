@@ -55,7 +55,7 @@ class WideRow {
         std::vector<double> padded(margin, static_cast<double>(row_.front()));
         padded.insert(padded.end(), row_.begin(), row_.end());
         padded.insert(padded.end(), margin, static_cast<double>(row_.back()));
-        const auto sums = wide_pass(pass_, reach_, padded.data() + margin, scratch_);
+        const auto sums = wide_pass(pass_, reach_, padded.data() + margin, scratch_, no_pace());
         return {sums.begin(), sums.end()};
     }
 

@@ -54,4 +54,39 @@ TEST(RefreshModel, that_is_left_keeps_rows_and_misfit_and_is_a_failure_without_a
     EXPECT_NE(w.mag.data, mag);
 }
 
+TEST(RefreshModel, that_is_left_among_the_filters_keeps_all_rows_of_before) {
+    constexpr int stations = 50000;
+    inversion::LineSession line(stations);
+    Workspace& w = line.workspace();
+    w.mag.float_base = 1;
+    w.processing.display_total_gradient = 1;
+    line.add_body(thick_sheet);
+    const MisfitPair before = line.refresh();
+    const ChannelTable mag = w.mag.data;
+    const float base = w.mag.base, calc_base = w.mag.calc_base;
+
+    w.body(1).susc.value *= 2;
+    w.processing.smooth_filter_type = 1;
+    w.processing.residual_filter_width = w.processing.vg_filter_width = 30000;
+    Leaving watcher;
+    line.prompts.set_watcher(&watcher);
+    const Workspace changed = w;
+    refresh_model(line.session);
+    const int turns = watcher.turns;
+    EXPECT_GE(turns, 2) << "or there is nothing to leave";
+    const ChannelTable fresh = w.mag.data;
+    for (const int turn : {1, turns}) {
+        w = changed;
+        watcher.leave_at = turn;
+        EXPECT_THROW(refresh_model(line.session), CalculationStopped) << turn;
+        EXPECT_EQ(w.mag.data, mag) << turn;
+        EXPECT_EQ(w.mag.base, base);
+        EXPECT_EQ(w.mag.calc_base, calc_base);
+        watcher.leave_at = 0;
+        EXPECT_NE(refresh_model(line.session), before);
+        EXPECT_EQ(w.mag.data, fresh) << turn;
+    }
+    EXPECT_TRUE(line.prompts.messages.empty());
+}
+
 }  // namespace anomalis::model

@@ -274,6 +274,17 @@ TEST_F(TransformDialogTest, a_target_that_cannot_be_written_is_told) {
     EXPECT_TRUE(prompts.told("An error occurred while saving the transform file: "));
 }
 
+TEST_F(TransformDialogTest, nothing_is_saved_over_a_file_that_is_kept) {
+    const std::string data = folder.write("line.crd", "readings");
+    TransformDialog dialog({}, 0, "", prompts, {{"the data file", data}});
+    prompts.save_paths = {data};
+    prompts.yes_no = {true};
+    EXPECT_FALSE(dialog.save_file());
+    EXPECT_EQ(folder.read("line.crd"), "readings");
+    EXPECT_EQ(dialog.folder(), "");
+    EXPECT_TRUE(prompts.told("The coordinate file " + data + " would be written over the data file"));
+}
+
 TEST_F(TransformDialogTest, size_and_folder_are_kept_in_their_section) {
     Settings settings;
     EXPECT_FALSE(stored_transform_form_size(settings));

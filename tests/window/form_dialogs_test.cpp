@@ -24,6 +24,7 @@ class FormDialogsTest : public QObject {
     void a_text_that_is_wrong_keeps_the_form_open_as_typed();
     void the_other_tab_waits_for_valid_texts();
     void buttons_load_save_invert_and_reset();
+    void a_coordinate_file_is_not_written_over_the_data_file();
     void a_file_that_is_no_transform_leaves_the_old_one();
     void size_folder_and_tab_are_remembered();
     void the_report_is_shown_copied_and_searched();
@@ -168,6 +169,20 @@ void FormDialogsTest::buttons_load_save_invert_and_reset() {
     });
     QCOMPARE(sample.record().x_offset, 1000.0);
     QVERIFY(sample.prompts.messages.empty());
+}
+
+void FormDialogsTest::a_coordinate_file_is_not_written_over_the_data_file() {
+    Dialogs sample;
+    const std::string data = sample.folder.write("line.crd", "readings");
+    sample.session.workspace.definition.data_file = data;
+    sample.prompts.save_paths = {data};
+    sample.prompts.yes_no = {true};
+    sample.transform([](QDialog& dialog) {
+        press(dialog, "Command_save_transform_file");
+        press(dialog, "Command_Done");
+    });
+    QCOMPARE(sample.folder.read("line.crd"), std::string("readings"));
+    QVERIFY(sample.prompts.told("The coordinate file " + data + " would be written over the data file"));
 }
 
 void FormDialogsTest::a_file_that_is_no_transform_leaves_the_old_one() {

@@ -2,8 +2,11 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QFileDialog>
+#include <QFileInfo>
 #include <QGridLayout>
 #include <QMenu>
+#include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRegularExpression>
@@ -14,6 +17,7 @@
 #include "output/tables.h"
 #include "window/form_sample.h"
 #include "window/form_tests.h"
+#include "window/panels/chart_file_dialogs.h"
 #include "window/shell/form_inversion.h"
 #include "window/shell/screenshot.h"
 
@@ -39,6 +43,8 @@ class SaveControllerTest : public QObject {
     void pictures_go_beside_the_model_and_to_the_clipboard();
     void without_a_model_file_a_picture_is_on_the_clipboard_alone();
     void a_picture_that_fails_puts_everything_back();
+    void a_picture_of_the_window_spares_the_files_that_are_open();
+    void a_picture_of_a_chart_spares_the_files_that_are_open();
 };
 
 namespace {
@@ -48,6 +54,26 @@ struct Opened : FormSample {
     void trigger(const char* name) { find<QAction>(name).trigger(); }
     bool exists(const char* name) { return !file_exists(folder.path(name)).empty(); }
     TempFolder folder;
+};
+
+/// Types a name into the file dialog that comes next, and agrees to whatever is asked of it.
+class FileDialogAnswer {
+  public:
+    explicit FileDialogAnswer(const QString& path) {
+        QObject::connect(&timer_, &QTimer::timeout, &timer_, [path] {
+            QWidget* shown = QApplication::activeModalWidget();
+            if (auto* question = qobject_cast<QMessageBox*>(shown)) {
+                question->button(QMessageBox::Yes)->click();
+            } else if (auto* dialog = qobject_cast<QFileDialog*>(shown)) {
+                dialog->selectFile(path);
+                QMetaObject::invokeMethod(dialog, "accept");
+            }
+        });
+        timer_.start(20);
+    }
+
+  private:
+    QTimer timer_;
 };
 
 QStringList entries_of(QMenu& menu) {
@@ -320,6 +346,36 @@ void SaveControllerTest::a_picture_that_fails_puts_everything_back() {
         QVERIFY(sample.find<QWidget>(name).isVisible());
     for (const char* name : {"Frame_invert", "Frame_model_misfit"})
         QVERIFY(!sample.find<QWidget>(name).isVisible());
+}
+
+void SaveControllerTest::a_picture_of_the_window_spares_the_files_that_are_open() {
+    Opened sample;
+    const std::string path = sample.folder.write("line_model_graph.bmp", "readings");
+    sample.session.workspace.definition.data_file = path;
+    QApplication::clipboard()->setText("before");
+    sample.click("Command_Save_Screenshot_0");
+    QCOMPARE(sample.folder.read("line_model_graph.bmp"), std::string("readings"));
+    QCOMPARE(sample.prompts.messages.size(), std::size_t{1});
+    QVERIFY(sample.prompts.told("The picture " + path + " would be written over the data file"));
+    QVERIFY(!QApplication::clipboard()->image().isNull());
+}
+
+void SaveControllerTest::a_picture_of_a_chart_spares_the_files_that_are_open() {
+    Opened sample;
+    Workspace& workspace = sample.session.workspace;
+    const std::string other = sample.folder.path("other.axm");
+    ChartFileDialogs dialogs(sample.form->workbench());
+    for (const std::string& path : {workspace.definition.data_file, workspace.model_file, other}) {
+        FileDialogAnswer answer(QString::fromStdString(path));
+        const auto chosen = dialogs.save_path(nullptr, "Picture", "All files (*)",
+                                              QFileInfo(QString::fromStdString(path)).suffix());
+        QCOMPARE(chosen.has_value(), path == other);
+    }
+    QCOMPARE(sample.prompts.messages.size(), std::size_t{2});
+    QVERIFY(sample.prompts.told("The picture " + workspace.definition.data_file +
+                                " would be written over the data file"));
+    QVERIFY(sample.prompts.told("The picture " + workspace.model_file +
+                                " would be written over the open workspace"));
 }
 
 QObject* make_save_controller_test() {

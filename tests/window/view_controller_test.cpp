@@ -24,6 +24,7 @@ class ViewControllerTest : public QObject {
     void an_unfinished_text_is_taken_over_before_the_model_is_shown();
     void highlighting_goes_by_the_menu();
     void the_log_tells_its_path_and_is_written_while_it_is_on();
+    void a_log_is_not_begun_over_the_data_file_or_the_open_workspace();
     void the_working_folder_is_kept_and_gone_back_to();
     void the_values_of_a_body_become_the_defaults();
     void two_windows_over_one_settings_file_keep_each_others_values();
@@ -150,6 +151,25 @@ void ViewControllerTest::the_log_tells_its_path_and_is_written_while_it_is_on() 
     QVERIFY(!sample.session.log.on());
     QCOMPARE(sample.prompts.messages.size(), std::size_t(2));
     QVERIFY(!folder.read("axm_logging.dat").empty());
+}
+
+void ViewControllerTest::a_log_is_not_begun_over_the_data_file_or_the_open_workspace() {
+    const TempFolder folder;
+    const CurrentFolder here(folder.folder());
+    const std::string path = folder.write("axm_logging.dat", "work of a day");
+    FormSample sample;
+    Workspace& workspace = sample.session.workspace;
+    auto& logging = sample.find<QAction>("menu_do_logging");
+    for (std::string* open : {&workspace.definition.data_file, &workspace.model_file}) {
+        *open = path;
+        logging.trigger();
+        open->clear();
+        QVERIFY(!logging.isChecked());
+        QVERIFY(!sample.session.log.on());
+        QCOMPARE(folder.read("axm_logging.dat"), std::string("work of a day"));
+    }
+    QVERIFY(sample.prompts.told("The log " + path + " would be written over the data file"));
+    QVERIFY(sample.prompts.told("The log " + path + " would be written over the open workspace"));
 }
 
 void ViewControllerTest::the_working_folder_is_kept_and_gone_back_to() {

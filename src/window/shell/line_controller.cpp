@@ -6,6 +6,7 @@
 
 #include "edit/transform_change.h"
 #include "edit/workbench.h"
+#include "flow/kept_files.h"
 #include "flow/open_flow.h"
 #include "transform/qt/form_define_point_transform.h"
 #include "window/panels/definitions_page.h"
@@ -94,7 +95,8 @@ void LineController::take_data_file(const std::string& path) {
 void LineController::define_transform() {
     Session& session = workbench_.session;
     transform::TransformDialog dialog(session.workspace.transform, transform_tab_,
-                                      transform::stored_transform_folder(session.settings), session.prompts);
+                                      transform::stored_transform_folder(session.settings), session.prompts,
+                                      flow::kept_files(session.workspace));
     transform::Form_define_point_transform form(dialog, session.settings, page_.window());
     const int result = form.exec();
     transform_tab_ = dialog.tab();

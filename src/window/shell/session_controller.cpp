@@ -2,12 +2,14 @@
 
 #include <QApplication>
 
+#include "core/log_place.h"
 #include "core/paths.h"
 #include "core/session.h"
 #include "core/version.h"
 #include "diagnostics/qt/form_find_file.h"
 #include "diagnostics/qt/window_facts.h"
 #include "flow/examples.h"
+#include "flow/kept_files.h"
 #include "window/panels/status_panels.h"
 #include "window/shell/actions.h"
 #include "window/shell/form_keyboard_shortcuts.h"
@@ -28,7 +30,8 @@ SessionController::SessionController(QWidget& window, Session& session, Actions&
 void SessionController::toggle_logging() {
     if (session_.log.on()) {
         session_.log.turn_off(session_.prompts);
-    } else {
+    } else if (!flow::refused_over_open_file("The log", log_path_here(), session_.workspace,
+                                             session_.prompts)) {
         session_.log.turn_on(session_.prompts);
     }
 }
@@ -52,7 +55,7 @@ void SessionController::find_file() {
 
 void SessionController::tell_version() {
     session_.prompts.remark("Anomalis " + std::string(application_version()) +
-                             "\n\nMagnetic and gravity anomalies along a survey profile.");
+                            "\n\nMagnetic and gravity anomalies along a survey profile.");
 }
 
 }  // namespace anomalis::window
