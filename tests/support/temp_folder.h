@@ -60,7 +60,10 @@ class TempFolder {
 /// Makes a folder the current one until the end of the scope.
 class CurrentFolder {
   public:
-    explicit CurrentFolder(const std::string& folder) : before_(std::filesystem::current_path()) {
+    explicit CurrentFolder(const std::string& folder) {
+        std::error_code gone;  // the folder of a test before, which opened a file there
+        before_ = std::filesystem::current_path(gone);
+        if (gone) before_ = std::filesystem::temp_directory_path();
         std::filesystem::current_path(folder);
     }
     ~CurrentFolder() {
