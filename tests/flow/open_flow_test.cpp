@@ -1,5 +1,6 @@
 #include "flow/open_flow.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -124,7 +125,11 @@ TEST(OpenFlow, a_read_that_fails_leaves_everything_as_it_was) {
             SCOPED_TRACE(path);
             flow.prompts.messages.clear();
             EXPECT_EQ(open_model_file(flow.workbench, mode, path), OpenOutcome::failed);
-            EXPECT_EQ(flow.prompts.messages.size(), 1U);
+            // One failure; of the line that was cut also the number that is missing there is told.
+            EXPECT_EQ(std::ranges::count_if(
+                          flow.prompts.messages,
+                          [&](const std::string& told) { return !told.starts_with(path + ", line "); }),
+                      1);
             EXPECT_TRUE(remember(flow) == before);
         }
     };

@@ -89,7 +89,7 @@ TEST_F(RecentFiles, a_corrupt_settings_file_is_told_once_and_the_list_lives_on_i
 
 TEST_F(RecentFiles, a_caption_is_one_line_with_its_ampersands_doubled) {
     EXPECT_EQ(recent_file_caption(1, "/data/R&D/line.axm"), "1: /data/R&&D/line.axm");
-    EXPECT_EQ(recent_file_caption(6, "/two\nlines.axm"), "6: /two lines.axm");
+    EXPECT_EQ(recent_file_caption(6, "/two\nlines.axm"), "6: /two\\nlines.axm");
 }
 
 }  // namespace
