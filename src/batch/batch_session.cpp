@@ -31,7 +31,10 @@ OpenState BatchSession::open(const std::string& path) {
     const int status = load();
     if (workspace.station_count == 0) return OpenState::no_data;
     model::finish_load(session);
-    if (status != 0) return OpenState::no_length;
+    if (status != 0) {
+        tell_no_length();
+        return OpenState::no_length;
+    }
     // An interrupt ends the program here: nobody watches, so nothing is left.
     model::refresh_model(session);
     tell_doubts();
@@ -66,6 +69,14 @@ int BatchSession::load() {
 void BatchSession::tell_types() {
     Faults faults;
     model::note_unnamed_types(session.workspace, faults);
+    show_faults(faults, prompts);
+}
+
+void BatchSession::tell_no_length() {
+    Faults faults;
+    faults.add("The stations of " + session.workspace.definition.data_file +
+                   " lie at one place: nothing can be modelled along them",
+               1, Severity::doubt);
     show_faults(faults, prompts);
 }
 

@@ -55,6 +55,7 @@ class BatchSession {
     /// The load of a window is silent about rows that it cannot use.
     int load();
     void tell_types();
+    void tell_no_length();
     void tell_doubts();
 
     KnownFiles read_;

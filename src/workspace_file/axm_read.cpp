@@ -265,8 +265,10 @@ void read_text(int mode, Workspace& workspace, std::string_view text, const std:
     try {
         read_lines(mode, lines, path, read, settings, prompts);
     } catch (const Fault& fault) {
-        show_notes(lines.notes(), path, prompts);
-        if (damaged == Damaged::kept) take_over(mode, std::move(read), workspace);
+        if (damaged == Damaged::kept) {
+            show_notes(lines.notes(), path, prompts);
+            take_over(mode, std::move(read), workspace);
+        }
         throw Fault(std::string(fault.what()) + " (" + path + ", line " + std::to_string(lines.number()) +
                     ")");
     }

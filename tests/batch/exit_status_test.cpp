@@ -148,6 +148,16 @@ TEST(ExitStatus, a_last_row_that_was_cut_is_told) {
         files, files.folder.path("survey.dat") + ", line 42: the last row ends before its last column");
 }
 
+TEST(ExitStatus, stations_at_one_place_are_told) {
+    const BatchFolder files;
+    files.folder.write("survey.dat", "east north mag grav\n500000.0 6500000.0 56000.00 0.0000\n");
+    for (const char* command : {"forward", "dump", "info", "invert"}) {
+        const BatchRun run = batch({command, files.model});
+        EXPECT_EQ(run.status, 1) << command;
+        EXPECT_NE(run.err.find("survey.dat lie at one place"), std::string::npos) << command << run.err;
+    }
+}
+
 TEST(ExitStatus, rows_that_are_passed_over_or_short_are_remarks) {
     const BatchFolder files;
     std::string data = survey_text();

@@ -9,6 +9,7 @@
 #include "window/form_sample.h"
 #include "window/form_tests.h"
 #include "window/widgets/data_head_view.h"
+#include "window/widgets/entry_box.h"
 
 namespace anomalis::window {
 
@@ -22,7 +23,7 @@ class LineControllerTest : public QObject {
     void a_refused_definition_stays_in_its_box_and_keeps_the_line();
     void an_accepted_definition_drops_the_line();
     void undo_of_the_final_line_shows_the_value_in_force();
-    void a_refused_setting_is_put_back();
+    void a_refused_setting_stays_in_its_box_marked();
     void a_setting_is_taken_over_when_the_tab_is_left();
     void pasted_rubbish_is_refused_everywhere();
     void missing_files_are_told();
@@ -134,10 +135,13 @@ void LineControllerTest::undo_of_the_final_line_shows_the_value_in_force() {
     QCOMPARE(sample.text("Text_MAGINV_nLast"), QString("25"));
 }
 
-void LineControllerTest::a_refused_setting_is_put_back() {
+void LineControllerTest::a_refused_setting_stays_in_its_box_marked() {
     Opened sample;
+    const float before = sample.session.workspace.field.intensity;
     sample.type("Text_mag_intensity", "-7");
-    QCOMPARE(sample.text("Text_mag_intensity"), QString("56000.0"));
+    QCOMPARE(sample.text("Text_mag_intensity"), QString("-7"));
+    QVERIFY(sample.find<EntryBox>("Text_mag_intensity").refused());
+    QCOMPARE(sample.session.workspace.field.intensity, before);
     QVERIFY(sample.status(1).contains("-7"));
     sample.type("Text_MAGINV_sensor_offset", "0.05");
     QCOMPARE(sample.session.workspace.sensor_offset, 0.05F);
