@@ -72,13 +72,13 @@ struct KeptModel {
 };
 
 std::optional<KeptModel> read_kept_model(Prompts& prompts, const LeftFolder& left) {
-    KeptModel kept{{}, {}, left.kept()};
+    std::string text;
     if (report_failure(prompts, "An error occurred while reading a recovery file: ", [&] {
-            kept.text = read_whole_file(left.model_file());
+            text = read_whole_file(left.model_file());
         }) != 0)
         return {};
-    kept.origin = origin_of(kept.text);
-    return kept;
+    Origin origin = origin_of(text);
+    return KeptModel{std::move(text), std::move(origin), left.kept()};
 }
 
 enum class Answer : std::size_t { bring_back, discard, not_now };
