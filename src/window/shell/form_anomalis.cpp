@@ -2,6 +2,7 @@
 
 #include <QCloseEvent>
 #include <QMimeData>
+#include <QPushButton>
 #include <QTabWidget>
 
 #include "edit/change.h"
