@@ -20,4 +20,8 @@ void Faults::clear() {
     places_.clear();
 }
 
+std::string counted_text(const Faults::Entry& entry) {
+    return entry.count == 1 ? entry.text : entry.text + " (" + std::to_string(entry.count) + " times)";
+}
+
 }  // namespace anomalis

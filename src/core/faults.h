@@ -35,4 +35,7 @@ class Faults {
     std::unordered_map<std::string, std::size_t> places_;  ///< where in `entries_` a text stands
 };
 
+/// The text of an entry; a repeated one as "text (n times)".
+std::string counted_text(const Faults::Entry& entry);
+
 }  // namespace anomalis

@@ -11,8 +11,7 @@ void Prompts::message(const std::string& text, Severity severity) {
 
 void Prompts::flush() {
     const Faults shown = std::exchange(pending_, {});
-    for (const auto& [text, count, severity] : shown.entries())
-        show_text(count == 1 ? text : text + " (" + std::to_string(count) + " times)", severity);
+    for (const Faults::Entry& entry : shown.entries()) show_text(counted_text(entry), entry.severity);
 }
 
 bool Prompts::ask_yes_no(const std::string& text) {

@@ -1,6 +1,7 @@
 #include "flow/export_flow.h"
 
 #include <functional>
+#include <vector>
 
 #include "core/failure.h"
 #include "core/paths.h"
@@ -21,9 +22,11 @@ std::string proposed_name(const Workspace& workspace, const std::string& ending)
     return model_file.empty() ? "" : folder_name(model_file) + base_name(model_file) + ending;
 }
 
-/// Asks, calculates what is out of date, writes. `write` returns 0 or -1.
-ExportOutcome export_file(edit::Workbench& workbench, const FileRequest& request,
-                          const std::function<int(const std::string& path)>& write) {
+/// Asks, calculates what is out of date, writes. `write` returns 0 or -1; it is handed what the table must
+/// say of the numbers in it.
+ExportOutcome export_file(
+    edit::Workbench& workbench, const FileRequest& request,
+    const std::function<int(const std::string& path, const std::vector<std::string>& failures)>& write) {
     Session& session = workbench.session;
     const std::string folder = current_folder();
     ExportOutcome outcome = ExportOutcome::cancelled;
@@ -32,10 +35,13 @@ ExportOutcome export_file(edit::Workbench& workbench, const FileRequest& request
         outcome = ExportOutcome::failed;
     } else if (path) {
         const MessageScope scope(session.prompts);
+        std::vector<std::string> failures;
         const int status = report_failure(session.prompts, "Nothing was exported: ", [&] {
             if (edit::line_loaded(session.workspace)) model::refresh_model(session);
+            // What a body failed with was told when it was calculated, perhaps long ago.
+            failures = model::calculation_failures(session);
         });
-        outcome = status == 0 && write(*path) == 0 ? ExportOutcome::written : ExportOutcome::failed;
+        outcome = status == 0 && write(*path, failures) == 0 ? ExportOutcome::written : ExportOutcome::failed;
         if (outcome == ExportOutcome::written) session.prompts.remark("Output complete");
     }
     change_to_folder(folder);
@@ -50,9 +56,10 @@ ExportOutcome export_profile_data(edit::Workbench& workbench) {
     const FileRequest request{"Select the profile data file to create",
                               "Profile Data Files (*.csv)|*.csv|All files (*.*)|*.*",
                               proposed_name(session.workspace, ".csv"), "csv"};
-    return export_file(workbench, request, [&](const std::string& path) {
-        return output::write_profile_table(path, session.workspace, session.prompts);
-    });
+    return export_file(
+        workbench, request, [&](const std::string& path, const std::vector<std::string>& failures) {
+            return output::write_profile_table(path, session.workspace, session.prompts, failures);
+        });
 }
 
 ExportOutcome export_clean_profile(edit::Workbench& workbench) {
@@ -61,9 +68,10 @@ ExportOutcome export_clean_profile(edit::Workbench& workbench) {
     const FileRequest request{"Select the clean profile table to create",
                               "Tables (*.csv)|*.csv|All files (*.*)|*.*",
                               proposed_name(session.workspace, "_profile_clean.csv"), "csv"};
-    return export_file(workbench, request, [&](const std::string& path) {
-        return output::write_clean_profile_table(path, session.workspace, session.prompts);
-    });
+    return export_file(
+        workbench, request, [&](const std::string& path, const std::vector<std::string>& failures) {
+            return output::write_clean_profile_table(path, session.workspace, session.prompts, failures);
+        });
 }
 
 ExportOutcome export_clean_model(edit::Workbench& workbench) {
@@ -72,9 +80,10 @@ ExportOutcome export_clean_model(edit::Workbench& workbench) {
     const FileRequest request{"Select the clean table of bodies to create",
                               "Tables (*.csv)|*.csv|All files (*.*)|*.*",
                               proposed_name(session.workspace, "_model_clean.csv"), "csv"};
-    return export_file(workbench, request, [&](const std::string& path) {
-        return output::write_clean_model_table(path, session.workspace, session.prompts);
-    });
+    return export_file(
+        workbench, request, [&](const std::string& path, const std::vector<std::string>& failures) {
+            return output::write_clean_model_table(path, session.workspace, session.prompts, failures);
+        });
 }
 
 std::string screenshot_path(const Workspace& workspace, ScreenshotKind kind, bool plan) {

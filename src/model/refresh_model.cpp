@@ -9,6 +9,8 @@
 #include "model/misfit.h"
 #include "model/paced_rows.h"
 #include "model/stale.h"
+#include "model/unnamed_types.h"
+#include "model/usable_field.h"
 
 namespace anomalis::model {
 
@@ -51,18 +53,38 @@ void calculate(Session& session, Faults& faults) {
     }
 }
 
+/// False without stations.
+bool derive(Session& session, Faults& faults) {
+    settle_station_window(session.workspace);
+    refresh_elevations(session.workspace, faults);
+    if (session.workspace.station_count <= 0) return false;
+    calculate(session, faults);
+    return true;
+}
+
 }  // namespace
 
 MisfitPair refresh_model(Session& session) {
-    Workspace& workspace = session.workspace;
-    settle_station_window(workspace);
     Faults faults;
-    refresh_elevations(workspace, faults);
-    if (workspace.station_count <= 0) return {};
-    calculate(session, faults);
-    const MisfitPair misfit = calculate_misfit(workspace, session.inversion, faults);
+    if (!derive(session, faults)) return {};
+    const MisfitPair misfit = calculate_misfit(session.workspace, session.inversion, faults);
     show_faults(faults, session.prompts);
     return misfit;
+}
+
+std::vector<std::string> calculation_failures(const Session& session) {
+    Session anew(session.prompts, Settings{});
+    anew.workspace = session.workspace;
+    anew.workspace.known_settings.reset();
+    for (ModelBody& body : anew.workspace.bodies) body.told_edges = {};
+    Faults faults;
+    note_unnamed_types(anew.workspace, faults);
+    derive(anew, faults);
+    note_unusable_field(anew.workspace, faults);
+    std::vector<std::string> texts;
+    for (const Faults::Entry& entry : faults.entries())
+        if (entry.severity != Severity::remark) texts.push_back(counted_text(entry));
+    return texts;
 }
 
 }  // namespace anomalis::model

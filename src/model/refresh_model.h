@@ -1,10 +1,13 @@
 #pragma once
 
+#include <string>
+#include <vector>
+
 #include "core/failure.h"
 #include "core/inversion_state.h"
 #include "core/session.h"
 
-// The two moments at which the rest of the program needs the numbers of a model without a run.
+// The moments at which the rest of the program needs the numbers of a model without a run.
 namespace anomalis::model {
 
 /// Ends a successful load: the inversion speaks of magnetics where the line has them, else of gravity, and
@@ -25,5 +28,10 @@ class CalculationStopped : public Fault {
 /// the four filter chains. Returns the misfit pair of the inversion channel, zeros without stations. What
 /// failed is shown at the end. Raises CalculationStopped.
 MisfitPair refresh_model(Session& session);
+
+/// What fails when the model of the session is calculated from nothing, and what can hardly be meant: what a
+/// table of its numbers must say, whenever it was told. Takes as long as a first calculation. Changes
+/// nothing. Raises CalculationStopped.
+std::vector<std::string> calculation_failures(const Session& session);
 
 }  // namespace anomalis::model

@@ -13,6 +13,8 @@ namespace anomalis::flow {
 namespace {
 
 using ::testing::ElementsAre;
+using ::testing::EndsWith;
+using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
 TEST(ExportFlow, without_stations_nothing_is_asked) {
@@ -72,6 +74,30 @@ TEST(ExportFlow, clean_tables_are_calculated_and_written_under_names_of_their_ow
     EXPECT_EQ(sample.folder.read("m.csv"), output::clean_model_table_text(sample.workspace()));
     EXPECT_EQ(sample.prompts.save_requests[0].default_name, sample.folder.path("line_profile_clean.csv"));
     EXPECT_EQ(sample.prompts.save_requests[1].default_name, sample.folder.path("line_model_clean.csv"));
+}
+
+TEST(ExportFlow, a_table_says_what_failed_however_long_ago_it_was_told) {
+    edit::LineSample sample;
+    ModelBody& body = sample.add_body(1260, 60, pipe);
+    body.length.value = 500;
+    body.num_sectors = 10'000'000;
+    sample.workspace().formulas = Formulas::exact;
+    sample.load();
+    sample.prompts.save_paths = {sample.folder.path("p.csv"), sample.folder.path("q.csv"),
+                                 sample.folder.path("c.csv"), sample.folder.path("m.csv")};
+    EXPECT_EQ(export_profile_data(sample.workbench), ExportOutcome::written);
+    EXPECT_EQ(export_profile_data(sample.workbench), ExportOutcome::written);
+    EXPECT_EQ(export_clean_profile(sample.workbench), ExportOutcome::written);
+    EXPECT_EQ(export_clean_model(sample.workbench), ExportOutcome::written);
+    const auto first_line = [&](const char* name) {
+        const std::string text = sample.folder.read(name);
+        return text.substr(0, text.find_first_of("\r\n"));
+    };
+    EXPECT_THAT(first_line("p.csv"), HasSubstr("WITH FAILURES"));
+    EXPECT_THAT(first_line("p.csv"), HasSubstr("Body 1"));
+    EXPECT_EQ(sample.folder.read("q.csv"), sample.folder.read("p.csv")) << "nothing was calculated anew";
+    EXPECT_THAT(first_line("c.csv"), EndsWith(",failures"));
+    EXPECT_THAT(first_line("m.csv"), EndsWith(",failures"));
 }
 
 TEST(ExportFlow, a_picture_goes_beside_the_model) {
