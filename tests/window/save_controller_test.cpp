@@ -66,7 +66,8 @@ class FileDialogAnswer {
                 question->button(QMessageBox::Yes)->click();
             } else if (auto* dialog = qobject_cast<QFileDialog*>(shown)) {
                 dialog->selectFile(path);
-                QMetaObject::invokeMethod(dialog, "accept");
+                // Not within the timer, which would not tick for a question that accepting asks.
+                QMetaObject::invokeMethod(dialog, "accept", Qt::QueuedConnection);
             }
         });
         timer_.start(20);
