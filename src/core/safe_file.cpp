@@ -5,9 +5,7 @@
 #include <csignal>
 #include <cstdint>
 #include <cstdio>
-#include <cstdlib>
 #include <fcntl.h>
-#include <filesystem>
 #include <limits>
 #include <optional>
 #include <sys/file.h>
@@ -18,6 +16,7 @@
 
 #include "core/failure.h"
 #include "core/leftovers.h"
+#include "core/link_target.h"
 #include "core/paths.h"
 
 namespace anomalis {
@@ -82,22 +81,6 @@ void write_all(int descriptor, std::string_view contents, const std::string& pat
         }
         contents.remove_prefix(static_cast<std::size_t>(written));
     }
-}
-
-/// The file that a path stands for when links are followed, also a link to a file that is not there yet.
-std::string resolved(std::string path) {
-    constexpr int most_links = 40;
-    for (int links = 0; links <= most_links; ++links) {
-        const std::unique_ptr<char, void (*)(void*)> real(::realpath(path.c_str(), nullptr), std::free);
-        if (real) return real.get();
-        // An open pipe looks like a link to a place that is none.
-        if (struct stat there{}; ::stat(path.c_str(), &there) == 0) break;
-        std::error_code error;
-        const std::filesystem::path link = std::filesystem::read_symlink(path, error);
-        if (error) break;
-        path = (std::filesystem::path(path).parent_path() / link).string();
-    }
-    return path;
 }
 
 std::string folder_of(const std::string& path) {
@@ -172,7 +155,7 @@ int open_device(const std::string& target) {
 
 class SafeFile::Target {
   public:
-    Target(const std::string& path, FileRights rights) : path_(path), target_(resolved(path)) {
+    Target(const std::string& path, FileRights rights) : path_(path), target_(behind_links(path)) {
         look_at_old_file();
         if (rights == FileRights::owner_only) mode_ = S_IRUSR | S_IWUSR;
         if (is_device_) {

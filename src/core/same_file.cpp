@@ -1,30 +1,11 @@
 #include "core/same_file.h"
 
-#include <filesystem>
 #include <sys/stat.h>
-#include <system_error>
 
+#include "core/link_target.h"
 #include "core/paths.h"
 
 namespace anomalis {
-
-namespace {
-
-namespace fs = std::filesystem;
-
-/// Where a link leads, also one whose target is not there yet: a write goes through it.
-std::string behind_links(fs::path path) {
-    constexpr int most_links = 40;  // as the system follows
-    std::error_code error;
-    for (int i = 0; i < most_links && fs::is_symlink(path, error); ++i) {
-        const fs::path target = fs::read_symlink(path, error);
-        if (error) break;
-        path = path.parent_path() / target;
-    }
-    return path.string();
-}
-
-}  // namespace
 
 bool same_file(const std::string& a, const std::string& b) {
     if (a.empty() || b.empty()) return false;
