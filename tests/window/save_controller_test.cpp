@@ -5,6 +5,7 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QGridLayout>
+#include <QLineEdit>
 #include <QMenu>
 #include <QMessageBox>
 #include <QPlainTextEdit>
@@ -65,7 +66,8 @@ class FileDialogAnswer {
             if (auto* question = qobject_cast<QMessageBox*>(shown)) {
                 question->button(QMessageBox::Yes)->click();
             } else if (auto* dialog = qobject_cast<QFileDialog*>(shown)) {
-                dialog->selectFile(path);
+                // Typed, for a name that is selected is not taken while its box has the keys.
+                dialog->findChild<QLineEdit*>("fileNameEdit")->setText(path);
                 // Not within the timer, which would not tick for a question that accepting asks.
                 QMetaObject::invokeMethod(dialog, "accept", Qt::QueuedConnection);
             }
