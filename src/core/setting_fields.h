@@ -113,6 +113,18 @@ inline constexpr std::tuple setting_fields{SettingField{"formulas", [](auto& w) 
     .grav_rows = true
 }
 }
+, SettingField{"mag_regional_degree", [](auto& w) -> auto& {return w.mag.regional_degree;
+}
+, Stale{.mag_rows = true}}
+, SettingField{"grav_regional_degree", [](auto& w) -> auto& {return w.grav.regional_degree;
+}
+, Stale{.grav_rows = true}}
+, SettingField{"mag_noise", [](auto& w) -> auto& {return w.mag.noise;
+}
+}
+, SettingField{"grav_noise", [](auto& w) -> auto& {return w.grav.noise;
+}
+}
 , SettingField{"first_station", [](auto& w) -> auto& {return w.first_station;
 }
 , all_rows

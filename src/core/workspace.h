@@ -9,9 +9,11 @@
 
 #include "core/array.h"
 #include "core/filter_scratch.h"
+#include "core/fit_record.h"
 #include "core/formulas.h"
 #include "core/model_body.h"
 #include "core/point_transform.h"
+#include "core/regional.h"
 
 namespace anomalis {
 
@@ -151,10 +153,13 @@ struct Channel {
     float min = 0, max = 0;  ///< of the column
     float base = 0;          ///< unset takes the mean at the load
     float mean = 0;
-    float mean_at_load = 0;              ///< of the readings: what a base that is unset becomes
-    std::int32_t float_base = 0;         ///< 1 when the base level follows the data
-    float range_min = 0, range_max = 0;  ///< plotted
-    float calc_base = 0, calc_mean = 0;  ///< of the calculated curve
+    float mean_at_load = 0;                      ///< of the readings: what a base that is unset becomes
+    std::int32_t float_base = 0;                 ///< 1 when the base level follows the data
+    float range_min = 0, range_max = 0;          ///< plotted
+    float calc_base = 0, calc_mean = 0;          ///< of the calculated curve
+    std::int32_t regional_degree = no_regional;  ///< of the polynomial that joins observed to calculated
+    float noise = unset;  ///< standard deviation of a reading; unset lets the fit estimate it from the line
+    Regional regional;    ///< in force, as it was last found
     ChannelTable data;
     ChannelTable work;                                            ///< what a run tries
     bool observed_filtered = false, calculated_filtered = false;  ///< the rows are up to date
@@ -213,7 +218,7 @@ struct LineInputs {
 };
 
 /// The settings that derived values hang on, in the order of core/setting_fields.h.
-using SettingInputs = std::array<double, 18>;
+using SettingInputs = std::array<double, 20>;
 
 /// The one session record: what the data are, where the stations stand, what the model is.
 struct Workspace : LineGeometry {
@@ -232,6 +237,8 @@ struct Workspace : LineGeometry {
     DrawingSettings drawing;
     DisplaySettings display;
     Formulas formulas = Formulas::classic;
+
+    std::optional<FitRecord> fit;  ///< the last one, which the present model need not be that of
 
     std::int32_t body_count = 0;
     std::int32_t body_capacity = 32;

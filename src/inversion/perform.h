@@ -12,7 +12,7 @@
 // A whole run: its set-up and refusals, the list, the trial rows, the best model.
 namespace anomalis::inversion {
 
-enum class InversionMethod { sweep, least_squares };
+using anomalis::InversionMethod;
 
 /// How a run ended. Below 0 it failed; the numbers are shown and reported.
 enum RunStatus : int { run_failed = -1, run_succeeded = 0, run_limit = 1, run_no_decrease = 2 };

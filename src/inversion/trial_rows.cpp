@@ -13,6 +13,17 @@ void copy_calculated_stage(const ChannelTable& from, ChannelTable& to) {
     }
 }
 
+/// A regional follows the model, and takes the observed residual row with it.
+void copy_regional(const ChannelTable& from, ChannelTable& to, const Workspace& workspace) {
+    const auto source = from.row(workspace.residual_row, stage_observed);
+    std::copy(source.begin(), source.end(), to.row(workspace.residual_row, stage_observed).begin());
+}
+
+void copy_rows(const ChannelTable& from, ChannelTable& to, const Workspace& workspace) {
+    copy_calculated_stage(from, to);
+    copy_regional(from, to, workspace);
+}
+
 }  // namespace
 
 void start_trial_rows(Workspace& workspace) {
@@ -21,13 +32,13 @@ void start_trial_rows(Workspace& workspace) {
 }
 
 void accept_trial_rows(Workspace& workspace) {
-    copy_calculated_stage(workspace.mag.work, workspace.mag.data);
-    copy_calculated_stage(workspace.grav.work, workspace.grav.data);
+    copy_rows(workspace.mag.work, workspace.mag.data, workspace);
+    copy_rows(workspace.grav.work, workspace.grav.data, workspace);
 }
 
 void drop_trial_rows(Workspace& workspace) {
-    copy_calculated_stage(workspace.mag.data, workspace.mag.work);
-    copy_calculated_stage(workspace.grav.data, workspace.grav.work);
+    copy_rows(workspace.mag.data, workspace.mag.work, workspace);
+    copy_rows(workspace.grav.data, workspace.grav.work, workspace);
 }
 
 }  // namespace anomalis::inversion

@@ -11,6 +11,7 @@
 #include "filter/filters.h"
 #include "forward/driver.h"
 #include "model/paced_rows.h"
+#include "model/regional.h"
 #include "model/stale.h"
 
 namespace anomalis::model {
@@ -95,6 +96,7 @@ MisfitPair evaluate_model_misfit(Workspace& workspace, InversionState& inversion
             filter::filter_data(workspace, channel_mag, stage_calculated, mag_rows, faults, filters);
         if (workspace.has_grav())
             filter::filter_data(workspace, channel_grav, stage_calculated, grav_rows, faults, filters);
+        lay_regionals(workspace, mag_rows, grav_rows);
     };
     // Rows of a trial are nobody's when it is left.
     const bool on_trial = &mag_rows != &workspace.mag.data && &grav_rows != &workspace.grav.data;

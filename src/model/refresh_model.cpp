@@ -8,6 +8,7 @@
 #include "model/burial_depth.h"
 #include "model/misfit.h"
 #include "model/paced_rows.h"
+#include "model/regional.h"
 #include "model/stale.h"
 #include "model/unnamed_types.h"
 #include "model/usable_field.h"
@@ -39,6 +40,7 @@ void bring_up_to_date(Workspace& workspace, Faults& faults, Pacer& pacer) {
             if (workspace.has_grav())
                 filter::filter_data(workspace, channel_grav, stage, workspace.grav.data, faults, filters);
         }
+        lay_regionals(workspace, workspace.mag.data, workspace.grav.data);
     });
 }
 

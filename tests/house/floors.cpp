@@ -26,7 +26,7 @@ const std::set<std::pair<std::string, std::string>> neighbours{
 /// Each foreign library stays in one place, and out of its headers.
 const std::map<std::string, std::string> library_places{
     {"libEMF/", "chart/emf_device"},
-    {"Eigen/", "inversion/least_squares"},
+    {"Eigen/", "inversion/"},
     {"CLI/", "batch/"},
     {"nlohmann/", "batch/"},
 };
