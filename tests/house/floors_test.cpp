@@ -40,6 +40,7 @@ TEST(Floors, each_library_stays_in_its_place) {
     EXPECT_NE(foreign_include_error("batch/dump.cpp", "QtCore/QString"), "");
     EXPECT_NE(foreign_include_error("forward/driver.cpp", "Eigen/Dense"), "");
     EXPECT_NE(foreign_include_error("batch/dump.h", "nlohmann/json.hpp"), "");
+    EXPECT_EQ(foreign_include_error("inversion/channel_fit.h", "Eigen/Core"), "");
 }
 
 TEST(Floors, every_include_of_the_project_keeps_them) {
