@@ -31,6 +31,10 @@ StationView station_view(const Workspace& workspace) {
             static_cast<std::size_t>(workspace.station_count)};
 }
 
+StationView part_of(const StationView& stations, std::size_t from, std::size_t count) {
+    return {stations.east + from, stations.north + from, stations.sensor + from, count};
+}
+
 float* response_column(const Workspace& workspace, ModelBody& body, int column) {
     if (body.response.rows() != workspace.station_count) throw Fault(FaultKind::subscript);
     return body.response.column(column).data();
@@ -50,6 +54,12 @@ double height_over_top(const StationView& stations, const BodyFrame& frame, std:
     return stations.sensor[i] - frame.top;
 }
 
+std::string beyond_text(const Workspace& workspace, const ModelBody& body, int body_number, int column) {
+    return std::string(column == 2 ? "the gravity" : "the magnetic response") + " of body " +
+           std::to_string(body_number) + ", " + body.name +
+           ", is not a finite number: " + reason_of(workspace, body) + "; it counts as zero";
+}
+
 void require_finite_column(Workspace& workspace, int body_number, int column) {
     ModelBody& body = workspace.body(body_number);
     const std::span<float> values = body.response.column(column);
@@ -57,10 +67,7 @@ void require_finite_column(Workspace& workspace, int body_number, int column) {
     for (const float value : values) beyond |= !(std::abs(value) <= std::numeric_limits<float>::max());
     if (beyond == 0) return;
     std::fill(values.begin(), values.end(), 0.0F);
-    throw Fault(FaultKind::overflow, std::string(column == 2 ? "the gravity" : "the magnetic response") +
-                                         " of body " + std::to_string(body_number) + ", " + body.name +
-                                         ", is not a finite number: " + reason_of(workspace, body) +
-                                         "; it counts as zero");
+    throw Fault(FaultKind::overflow, beyond_text(workspace, body, body_number, column));
 }
 
 }  // namespace anomalis::forward

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "core/workspace.h"
 #include "forward/station_view.h"
 
@@ -7,6 +9,9 @@ namespace anomalis::forward {
 
 /// The stations of the workspace for a loop. Raises Fault subscript when a table has another length.
 StationView station_view(const Workspace& workspace);
+
+/// `count` stations of a view from index `from` (from 0) on, which it must hold.
+StationView part_of(const StationView& stations, std::size_t from, std::size_t count);
 
 /// One column of the body's response. Raises Fault subscript when its length is not the station count.
 float* response_column(const Workspace& workspace, ModelBody& body, int column);
@@ -22,6 +27,10 @@ double height_over_top(const StationView& stations, const BodyFrame& frame, std:
 inline double lifted(double height) {
     return height <= 0 ? lifted_height : height;
 }
+
+/// What a response that is not finite is told as: names the body, the quantity (column 1 or 2) and, where
+/// there is one, the parameter that is not finite.
+std::string beyond_text(const Workspace& workspace, const ModelBody& body, int body_number, int column);
 
 /// Sets a column that holds a value which is not finite to zero and raises Fault overflow, whose text names
 /// the body, the quantity and, where there is one, the parameter that is not finite.

@@ -67,8 +67,7 @@ void in_stretches(Task& task, double units, const Step& step) {
     const StationView& all = task.place.stations;
     for (std::size_t at = 0; at < all.count; at += stretch) {
         const std::size_t count = std::min(stretch, all.count - at);
-        step(ExactPlace{{all.east + at, all.north + at, all.sensor + at, count}, task.place.frame},
-             task.values.subspan(at, count));
+        step(ExactPlace{part_of(all, at, count), task.place.frame}, task.values.subspan(at, count));
         task.pacer.done(units * static_cast<double>(count));
     }
 }
@@ -153,10 +152,10 @@ bool fill_by_type(Task& task) {
     }
 }
 
-void fill(const Workspace& workspace, ModelBody& body, Polyhedron& polyhedron, std::span<double> values,
-          ExactNotes& notes, Channel channel, Pacer& pacer) {
+void fill(const Workspace& workspace, ModelBody& body, const StationView& stations, Polyhedron& polyhedron,
+          std::span<double> values, ExactNotes& notes, Channel channel, Pacer& pacer) {
     update_body_reference_point(workspace, body.distance.value, body.east, body.north);
-    const ExactPlace place{station_view(workspace), exact_frame(body)};
+    const ExactPlace place{stations, exact_frame(body)};
     if (values.size() != place.stations.count) throw Fault(FaultKind::subscript);
     Task task{place,   body, exact_field(workspace, body, place.frame), polyhedron, values, notes,
               channel, pacer};
@@ -197,26 +196,20 @@ Tensor3 tensor_of(const ModelBody& body) {
     }
 }
 
-/// The prefixes of the classic route, letter by letter, so that one search finds the failures of both.
-struct ChannelTexts {
-    std::string_view failure;
-    int column;
-};
-constexpr ChannelTexts magnetic_texts{"An error occured while calculating the response: ", 1};
-constexpr ChannelTexts gravity_texts{"An error occurred while calculating the gravity response: ", 2};
-
-void fill_column(Workspace& workspace, int body_number, ExactNotes& notes, Channel channel,
-                 const ChannelTexts& texts, Faults& faults, Pacer& pacer) {
+void fill_column(Workspace& workspace, int body_number, ExactNotes& notes, Channel channel, Faults& faults,
+                 Pacer& pacer) {
     ModelBody& body = workspace.body(body_number);
-    const int status = report_failure(faults, texts.failure, [&] {
+    const int column = channel == Channel::magnetic ? 1 : 2;
+    const std::string_view failure = exact_failure(channel == Channel::magnetic ? channel_mag : channel_grav);
+    const int status = report_failure(faults, failure, [&] {
         ForwardMemory& memory = forward_memory(workspace);
-        fill(workspace, body, memory.polyhedron, memory.values, notes, channel, pacer);
-        store_values(workspace, body, texts.column, memory.values);
+        fill(workspace, body, station_view(workspace), memory.polyhedron, memory.values, notes, channel,
+             pacer);
+        store_values(workspace, body, column, memory.values);
     });
-    report_failure(faults, texts.failure, [&] {
-        if (status != 0)
-            std::fill_n(response_column(workspace, body, texts.column), workspace.station_count, 0.0F);
-        require_finite_column(workspace, body_number, texts.column);
+    report_failure(faults, failure, [&] {
+        if (status != 0) std::fill_n(response_column(workspace, body, column), workspace.station_count, 0.0F);
+        require_finite_column(workspace, body_number, column);
     });
 }
 
@@ -233,24 +226,36 @@ Tensor3 body_demagnetisation(ModelBody& body) {
     return {xx, xy, xz, yy, yz, zz};
 }
 
+std::string_view exact_failure(int channel) {
+    // The prefixes of the classic route, letter by letter, so that one search finds the failures of both.
+    return channel == channel_mag ? "An error occured while calculating the response: "
+                                  : "An error occurred while calculating the gravity response: ";
+}
+
+void exact_values(const Workspace& workspace, ModelBody& body, int channel, const StationView& stations,
+                  Polyhedron& polyhedron, std::span<double> values, ExactNotes& notes, Pacer& pacer) {
+    fill(workspace, body, stations, polyhedron, values, notes,
+         channel == channel_mag ? Channel::magnetic : Channel::gravity, pacer);
+}
+
 void exact_anomaly(const Workspace& workspace, ModelBody& body, Polyhedron& polyhedron,
                    std::span<double> values, ExactNotes& notes, Pacer& pacer) {
-    fill(workspace, body, polyhedron, values, notes, Channel::magnetic, pacer);
+    exact_values(workspace, body, channel_mag, station_view(workspace), polyhedron, values, notes, pacer);
 }
 
 void exact_gravity(const Workspace& workspace, ModelBody& body, Polyhedron& polyhedron,
                    std::span<double> values, ExactNotes& notes, Pacer& pacer) {
-    fill(workspace, body, polyhedron, values, notes, Channel::gravity, pacer);
+    exact_values(workspace, body, channel_grav, station_view(workspace), polyhedron, values, notes, pacer);
 }
 
 void calculate_exact_mag_response(Workspace& workspace, int body_number, ExactNotes& notes, Faults& faults,
                                   Pacer& pacer) {
-    fill_column(workspace, body_number, notes, Channel::magnetic, magnetic_texts, faults, pacer);
+    fill_column(workspace, body_number, notes, Channel::magnetic, faults, pacer);
 }
 
 void calculate_exact_gravity_response(Workspace& workspace, int body_number, ExactNotes& notes,
                                       Faults& faults, Pacer& pacer) {
-    fill_column(workspace, body_number, notes, Channel::gravity, gravity_texts, faults, pacer);
+    fill_column(workspace, body_number, notes, Channel::gravity, faults, pacer);
 }
 
 void report_notes(const ExactNotes& notes, Faults& faults) {

@@ -1,11 +1,13 @@
 #pragma once
 
 #include <span>
+#include <string_view>
 
 #include "core/pacer.h"
 #include "core/workspace.h"
 #include "forward/exact/exact_notes.h"
 #include "forward/polyhedron/polyhedron.h"
+#include "forward/station_view.h"
 
 namespace anomalis {
 class Faults;
@@ -22,8 +24,16 @@ void exact_anomaly(const Workspace& workspace, ModelBody& body, Polyhedron& poly
 void exact_gravity(const Workspace& workspace, ModelBody& body, Polyhedron& polyhedron,
                    std::span<double> values, ExactNotes& notes, Pacer& pacer = no_pace());
 
-/// The same into the body's response table, rounded to single precision: columns 1 and 2. A failure is noted,
-/// and a response that is not finite counts as zero.
+/// The same at some of the stations. `channel` is channel_mag or channel_grav.
+void exact_values(const Workspace& workspace, ModelBody& body, int channel, const StationView& stations,
+                  Polyhedron& polyhedron, std::span<double> values, ExactNotes& notes,
+                  Pacer& pacer = no_pace());
+
+/// What the text of a failure in a channel begins with.
+std::string_view exact_failure(int channel);
+
+/// Anomaly or attraction into the body's response table, rounded to single precision: columns 1 and 2. A
+/// failure is noted, and a response that is not finite counts as zero.
 void calculate_exact_mag_response(Workspace& workspace, int body_number, ExactNotes& notes, Faults& faults,
                                   Pacer& pacer = no_pace());
 void calculate_exact_gravity_response(Workspace& workspace, int body_number, ExactNotes& notes,
