@@ -1,0 +1,19 @@
+#pragma once
+
+#include <span>
+
+namespace anomalis::inversion {
+
+/// Standard deviation of the noise of readings along a line, in their unit, from the readings alone: the
+/// spread of their normalised third to sixth differences, which bodies and regional hardly reach (von Neumann
+/// 1941; Gasser, Sroka and Jennen-Steinmetz 1986), without what lies beyond three times it (spikes, the
+/// crests of shallow bodies). At least what rounding to whole steps leaves, step / sqrt(12), where the
+/// readings are rounded so. Readings that are no numbers are left out. 0 where readings tell no noise: fewer
+/// than 10, or all on one curve as a constant channel.
+double estimate_noise(std::span<const double> readings);
+
+/// The step that all readings are multiples of from each other: 1 for whole nanoteslas. 0 when there is none,
+/// or when it is so fine that readings hardly share values.
+double reading_step(std::span<const double> readings);
+
+}  // namespace anomalis::inversion
