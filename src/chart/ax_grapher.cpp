@@ -79,6 +79,14 @@ void AX_Grapher::SetSeriesOptions(int group, int series, Colour colour, const st
     if (width > 0) options.width = width;
 }
 
+void AX_Grapher::SetSeriesLineStyle(int group, int series, LineStyle style) {
+    if (const char* wrong = state_->series.check(group, series)) {
+        tell_failure(*state_, wrong);
+        return;
+    }
+    state_->series.options(state_->series.group(group).first + series - 1).style = style;
+}
+
 void AX_Grapher::RegisterMarker(const MarkerTable& markers, int group, int series, int point) {
     const char* wrong =
         state_->series.set_points(SeriesTable::PointTable::markers, markers, group, series, point);

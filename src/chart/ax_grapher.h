@@ -168,6 +168,8 @@ class AX_Grapher {
     /// set.
     void SetSeriesOptions(int group, int series, Colour colour, const std::string& name, int marker,
                           int visible, int width);
+    /// How the line of a series is dashed; solid until it is set.
+    void SetSeriesLineStyle(int group, int series, LineStyle style);
     /// Styles or colours of single points. Series 0 or less: all of the group, else from it to the group's
     /// last; group 0 or less: all; point 0 or less: all. The chart does not redraw.
     void RegisterMarker(const MarkerTable& markers, int group, int series, int point);

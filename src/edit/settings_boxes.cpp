@@ -83,6 +83,18 @@ SettingsChange change_base(Workbench& workbench, int channel, std::string_view t
     return mark_changed(workbench, "base level");
 }
 
+SettingsChange change_noise(Workbench& workbench, float& noise, std::string_view text) {
+    const auto value = trim_blanks(text).empty() ? unset : parse_single(text);
+    if (!value || (*value != unset && !(*value > 0))) return SettingsChange::refused;
+    if (*value == noise) return SettingsChange::unchanged;
+    noise = *value;
+    return mark_changed(workbench, "noise of the readings");
+}
+
+std::string noise_text(float noise) {
+    return noise == unset ? "" : shortest_text(noise);
+}
+
 }  // namespace
 
 SettingsChange change_settings_box(Workbench& workbench, SettingsBox box, std::string_view text) {
@@ -106,6 +118,10 @@ SettingsChange change_settings_box(Workbench& workbench, SettingsBox box, std::s
             return change_base(workbench, channel_mag, text);
         case SettingsBox::grav_base:
             return change_base(workbench, channel_grav, text);
+        case SettingsBox::mag_noise:
+            return change_noise(workbench, w.mag.noise, text);
+        case SettingsBox::grav_noise:
+            return change_noise(workbench, w.grav.noise, text);
         case SettingsBox::surface_elevation:
             return change_elevation(workbench, w.surface_elevation, text, true);
         case SettingsBox::sensor_offset:
@@ -122,6 +138,17 @@ SettingsChange change_settings_box(Workbench& workbench, SettingsBox box, std::s
             return change_drawing(workbench, w.drawing.finite_body_right_clip, text, 0);
     }
     return SettingsChange::unchanged;
+}
+
+std::string_view settings_box_rule(SettingsBox box) {
+    switch (box) {
+        case SettingsBox::mag_noise:
+            return "key a number of nT above 0, or leave it blank to have it estimated";
+        case SettingsBox::grav_noise:
+            return "key a number of mGal above 0, or leave it blank to have it estimated";
+        default:
+            return "";
+    }
 }
 
 std::string settings_box_text(const Workspace& w, SettingsBox box) {
@@ -144,6 +171,10 @@ std::string settings_box_text(const Workspace& w, SettingsBox box) {
             return w.mag.base == unset ? "" : shortest_text(w.mag.base);
         case SettingsBox::grav_base:
             return w.grav.base == unset ? "" : shortest_text(w.grav.base);
+        case SettingsBox::mag_noise:
+            return noise_text(w.mag.noise);
+        case SettingsBox::grav_noise:
+            return noise_text(w.grav.noise);
         case SettingsBox::surface_elevation:
             return shortest_text(w.surface_elevation);
         case SettingsBox::sensor_offset:
@@ -181,6 +212,19 @@ SettingsChange change_float_base(Workbench& workbench, int channel, bool floats)
     if (workspace.processing.residual_filter_width > 0) return SettingsChange::refused;
     workspace.channel(channel).float_base = floats ? 1 : 0;
     return mark_changed(workbench, "base level");
+}
+
+void change_regional(Workbench& workbench, int channel, int index) {
+    std::int32_t& degree = workbench.session.workspace.channel(channel).regional_degree;
+    const std::int32_t wanted = std::clamp(no_regional + index, no_regional, most_regional_degree);
+    if (wanted == degree) return;
+    degree = wanted;
+    mark_changed(workbench, channel == channel_mag ? "magnetic regional" : "gravity regional");
+}
+
+int regional_index(const Workspace& workspace, int channel) {
+    return std::clamp(workspace.channel(channel).regional_degree, no_regional, most_regional_degree) -
+           no_regional;
 }
 
 void change_show_body_label(Workbench& workbench, bool show) {

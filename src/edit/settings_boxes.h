@@ -23,6 +23,8 @@ enum class SettingsBox {
     vg_filter_step,
     mag_base,
     grav_base,
+    mag_noise,
+    grav_noise,
     surface_elevation,
     sensor_offset,
     profile_grid_spacing,
@@ -41,9 +43,13 @@ enum class SettingsChange {
 /// Takes a text into the setting of its box.
 /// Field: intensity (nT) above 0, angles (degrees) any number. Filter half-widths and tap step (stations):
 /// whole, not negative. Base levels (nT, mGal): any number that differs by more than 0.1 or 0.01; blank or
-/// -99999 takes the mean of the data. Elevations (m): any number, the sensor offset not negative. Drawing
-/// settings (m): not negative; blank is the default, 500 for the drawn length of endless bodies and else 0.
+/// -99999 takes the mean of the data. Noise (nT, mGal): above 0; blank lets the fit estimate it. Elevations
+/// (m): any number, the sensor offset not negative. Drawing settings (m): not negative; blank is the default,
+/// 500 for the drawn length of endless bodies and else 0.
 SettingsChange change_settings_box(Workbench& workbench, SettingsBox box, std::string_view text);
+
+/// What the box takes, for a person whose text was refused; "" where its tip says enough.
+std::string_view settings_box_rule(SettingsBox box);
 
 /// The text of a box as it is filled from the workspace. An unset base level is blank.
 std::string settings_box_text(const Workspace& workspace, SettingsBox box);
@@ -55,6 +61,10 @@ void change_total_gradient(Workbench& workbench, bool total);
 /// Channel 0 magnetics, 1 gravity. Without effect, and not even stored, while a residual filter is on: a
 /// residual has no base level left.
 SettingsChange change_float_base(Workbench& workbench, int channel, bool floats);
+/// The degree by its place in the list: none, level, slope, bend, cubic. Stored under a residual filter too,
+/// which switches it off.
+void change_regional(Workbench& workbench, int channel, int index);
+int regional_index(const Workspace& workspace, int channel);
 void change_show_body_label(Workbench& workbench, bool show);
 void change_maintain_aspect_ratio(Workbench& workbench, bool maintain);
 

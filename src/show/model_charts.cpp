@@ -8,6 +8,7 @@
 #include "edit/zoom.h"
 #include "show/chart_scales.h"
 #include "show/plan_chart.h"
+#include "show/regional_curve.h"
 #include "show/section_chart.h"
 
 namespace anomalis::show {
@@ -17,9 +18,11 @@ namespace {
 /// Data files mark readings that are not there with it.
 constexpr double no_value = -99999.0;
 constexpr chart::Colour calculated_green = 65280;
+constexpr chart::Colour regional_grey = 0x808080;
 constexpr chart::Colour ground_brown = 0x1E4F7A;  // blue in the high byte
 const chart::Font number_font{"Sans Serif", 8.5, false, false};
 const chart::Font title_font{"Sans Serif", 9.0, false, false};
+const std::vector<float> no_curve;
 constexpr int numbers_below = 0;   // where the distances stand
 constexpr int no_numbers = 3;      // neither below nor above
 constexpr float right_room = 270;  // surface units: half of the last number
@@ -103,7 +106,7 @@ std::vector<chart::AX_Grapher*> ModelCharts::shown_charts() {
     return shown;
 }
 
-void ModelCharts::register_series(int index, const Workspace& workspace) {
+void ModelCharts::register_series(int index, const Workspace& workspace, const edit::ViewState& view) {
     chart::AX_Grapher& target = chart(index);
     if (index == edit::chart_section) {
         const std::array rows{chart::ChartRow{chart::x_row, workspace.distances.span()},
@@ -115,11 +118,16 @@ void ModelCharts::register_series(int index, const Workspace& workspace) {
     const auto curve = [&](Stage stage) {
         return chart::ChartRow{chart::line_series, chart_curve(workspace, index, stage)};
     };
-    const std::array rows{chart::ChartRow{chart::x_row, workspace.distances.span()}, curve(stage_observed),
-                          curve(stage_calculated)};
+    const std::vector<float> regional = view.show_regional ? regional_curve(workspace, index) : no_curve;
+    std::vector rows{chart::ChartRow{chart::x_row, workspace.distances.span()}, curve(stage_observed),
+                     curve(stage_calculated)};
+    if (!regional.empty()) rows.push_back({chart::line_series, std::span(regional)});
     target.RegisterData(rows);
     target.SetSeriesOptions(1, 1, chart::black, "Observed", 0, -1, 1);
     target.SetSeriesOptions(1, 2, calculated_green, "Calculated", 0, -1, 1);
+    if (regional.empty()) return;
+    target.SetSeriesOptions(1, 3, regional_grey, "Regional", 0, -1, 1);
+    target.SetSeriesLineStyle(1, 3, chart::LineStyle::dash);
 }
 
 void ModelCharts::scale_vertically(int index, const Workspace& workspace, const GraphRanges& ranges,
@@ -198,7 +206,7 @@ void ModelCharts::show(int index, const Workspace& workspace, const edit::ViewSt
 
 void ModelCharts::draw(const Workspace& workspace, const GraphRanges& ranges, edit::ViewState& view) {
     for (int i = 0; i < edit::model_chart_count; ++i)
-        if (is_shown(i)) register_series(i, workspace);
+        if (is_shown(i)) register_series(i, workspace, view);
     lay_out(workspace, &ranges, view);
     for (int i = 0; i < edit::model_chart_count; ++i)
         if (is_shown(i)) show(i, workspace, view);
@@ -207,7 +215,7 @@ void ModelCharts::draw(const Workspace& workspace, const GraphRanges& ranges, ed
 void ModelCharts::draw_one(int index, const Workspace& workspace, const GraphRanges& ranges,
                            edit::ViewState& view) {
     if (!is_shown(index)) return;
-    register_series(index, workspace);
+    register_series(index, workspace, view);
     scale_vertically(index, workspace, ranges, view);
     set_limits(index, workspace, view);
     chart(index).Layout();

@@ -59,7 +59,7 @@ class ModelCharts {
     int plan_body(int polygon) const { return plan_polygons_.body(polygon); }
 
   private:
-    void register_series(int index, const Workspace& workspace);
+    void register_series(int index, const Workspace& workspace, const edit::ViewState& view);
     void scale_vertically(int index, const Workspace& workspace, const GraphRanges& ranges,
                           edit::ViewState& view);
     void set_limits(int index, const Workspace& workspace, edit::ViewState& view);

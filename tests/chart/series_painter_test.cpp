@@ -35,6 +35,23 @@ TEST(SeriesPainter, a_null_breaks_the_line) {
     EXPECT_NEAR(drawn.lines[1].points[0].x, 3000.0 * 1.8243243243, 1e-6);
 }
 
+TEST(SeriesPainter, a_series_is_dashed_as_its_host_says_until_it_is_registered_anew) {
+    Rig rig;
+    rig.make_plain();
+    rig.register_series({0, 1000}, {0, 100}, line_series);
+    rig.chart.SetSeriesLineStyle(1, 1, LineStyle::dash);
+    const auto style = [&] {
+        rig.device.forget();
+        rig.chart.DisplayChart();
+        return rig.device.of_kind(Kind::polyline).at(0).pen.style;
+    };
+    EXPECT_EQ(style(), LineStyle::dash);
+    rig.register_series({0, 1000}, {0, 100}, line_series);
+    EXPECT_EQ(style(), LineStyle::solid);
+    rig.chart.SetSeriesLineStyle(9, 9, LineStyle::dash);
+    EXPECT_EQ(rig.log.failures.size(), 1U);
+}
+
 TEST(SeriesPainter, every_kind_of_null_breaks_the_line_and_x_too) {
     const double endless = std::numeric_limits<double>::infinity();
     for (const double null : {-999.0, -1e30, -1e35, endless, -endless, std::nan("")}) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "edit/change.h"
 #include "edit/line_sample.h"
 #include "model/refresh_model.h"
 #include "model/stale.h"
@@ -19,6 +20,8 @@ constexpr SettingsBox every_box[] = {SettingsBox::mag_intensity,
                                      SettingsBox::vg_filter_step,
                                      SettingsBox::mag_base,
                                      SettingsBox::grav_base,
+                                     SettingsBox::mag_noise,
+                                     SettingsBox::grav_noise,
                                      SettingsBox::surface_elevation,
                                      SettingsBox::sensor_offset,
                                      SettingsBox::profile_grid_spacing,
@@ -152,6 +155,46 @@ TEST(SettingsBoxes, under_a_residual_filter_a_base_level_is_stored_and_moves_no_
     EXPECT_TRUE(sample.workspace().mag.data == before);
     EXPECT_EQ(change_float_base(sample.workbench, channel_mag, true), SettingsChange::refused);
     EXPECT_EQ(sample.workspace().mag.float_base, 0);
+}
+
+TEST(SettingsBoxes, noise_is_above_0_or_left_to_the_fit) {
+    LineSample sample;
+    Workspace& w = sample.workspace();
+    for (const SettingsBox box : {SettingsBox::mag_noise, SettingsBox::grav_noise}) {
+        for (const char* text : {"0", "-1.8", "-99999", "1e-60", "two"})
+            EXPECT_EQ(change_settings_box(sample.workbench, box, text),
+                      std::string(text) == "-99999" ? SettingsChange::unchanged : SettingsChange::refused)
+                << text;
+        EXPECT_FALSE(settings_box_rule(box).empty());
+        EXPECT_EQ(settings_box_text(w, box), "");
+        EXPECT_EQ(change_settings_box(sample.workbench, box, "1.8"), SettingsChange::stored);
+        EXPECT_EQ(settings_box_text(w, box), "1.8");
+    }
+    EXPECT_FLOAT_EQ(w.mag.noise, 1.8F);
+    EXPECT_FLOAT_EQ(w.grav.noise, 1.8F);
+    EXPECT_EQ(change_settings_box(sample.workbench, SettingsBox::mag_noise, "  "), SettingsChange::stored);
+    EXPECT_EQ(w.mag.noise, unset);
+    undo_change(sample.workbench);
+    EXPECT_FLOAT_EQ(w.mag.noise, 1.8F);
+}
+
+TEST(SettingsBoxes, a_regional_is_chosen_by_its_place_in_the_list_and_can_be_taken_back) {
+    LineSample sample;
+    Workspace& w = sample.workspace();
+    start_history(sample.workbench);
+    EXPECT_EQ(regional_index(w, channel_mag), 0);
+    change_regional(sample.workbench, channel_mag, 2);
+    EXPECT_EQ(w.mag.regional_degree, 1);
+    EXPECT_EQ(w.grav.regional_degree, no_regional);
+    EXPECT_EQ(regional_index(w, channel_mag), 2);
+    change_regional(sample.workbench, channel_grav, 99);
+    EXPECT_EQ(w.grav.regional_degree, most_regional_degree);
+    change_regional(sample.workbench, channel_grav, -7);
+    EXPECT_EQ(w.grav.regional_degree, no_regional);
+    undo_change(sample.workbench);
+    undo_change(sample.workbench);
+    undo_change(sample.workbench);
+    EXPECT_EQ(w.mag.regional_degree, no_regional);
 }
 
 TEST(SettingsBoxes, a_blank_drawing_setting_is_its_default) {

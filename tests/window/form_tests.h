@@ -15,6 +15,7 @@ QObject* make_form_grid_test();
 QObject* make_form_inversion_test();
 QObject* make_form_layout_test();
 QObject* make_form_names_test();
+QObject* make_form_regional_test();
 QObject* make_form_start_test();
 QObject* make_formulas_controller_test();
 QObject* make_line_controller_test();

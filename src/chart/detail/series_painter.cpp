@@ -77,7 +77,8 @@ void SeriesPainter::draw_run(const SeriesOptions& options, Canvas& canvas) {
                              1.0);
         return;
     }
-    if (run_.size() > 1) canvas.polyline(run_, {options.colour, static_cast<double>(options.width)});
+    if (run_.size() > 1)
+        canvas.polyline(run_, {options.colour, static_cast<double>(options.width), options.style});
 }
 
 /// A bar spans from the previous point to this one, so there is none at the first point or after a gap. Bars

@@ -76,6 +76,7 @@ void SeriesTable::register_rows(std::span<const ChartRow> rows, const ChartPrope
     for (std::size_t i = 0; i < series_.size(); ++i) {
         options_[i].colour = i == 0 ? first_colour : default_pen_colour(static_cast<int>(i));
         options_[i].width = 1;
+        options_[i].style = LineStyle::solid;
     }
 }
 

@@ -20,6 +20,7 @@ struct SeriesOptions {
     int marker = 0;
     bool visible = true;
     int width = 1;
+    LineStyle style = LineStyle::solid;
     std::string name;
     bool operator==(const SeriesOptions&) const = default;
 };

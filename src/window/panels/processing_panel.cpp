@@ -12,7 +12,9 @@ namespace anomalis::window {
 namespace {
 
 constexpr int base_row = 4;
-constexpr int elevation_row = 5;
+constexpr int regional_row = 5;
+constexpr int noise_row = 6;
+constexpr int elevation_row = 7;
 
 }  // namespace
 
@@ -24,6 +26,8 @@ ProcessingPanel::ProcessingPanel(edit::Workbench& workbench, FormGuards& guards,
     add_filters();
     add_gradient();
     add_base_levels(base_row);
+    add_regionals(regional_row);
+    add_noise(noise_row);
     add_box(elevation_row, 0, edit::SettingsBox::surface_elevation,
             {"Text_MAGINV_topo", "Surface elevation", "m",
              "Elevation of the ground, m, where the data file has no DTM column"});
@@ -107,6 +111,41 @@ void ProcessingPanel::add_base_levels(int row) {
     }
     base_frame_ = frame;
     grid()->addWidget(frame, row, 0, 1, grid()->columnCount());
+    filtered_note_ = new QLabel(tr("Base levels and regionals are off under a residual filter"));
+    filtered_note_->setObjectName("Label_residual_filter");
+    make_quiet(*filtered_note_);
+    grid()->addWidget(filtered_note_, row, 0, 1, grid()->columnCount());
+}
+
+void ProcessingPanel::add_regionals(int row) {
+    const std::array texts{ControlText{"Combo_mag_regional", "Mag regional", "nT", ""},
+                           ControlText{"Combo_grav_regional", "Gravity regional", "mGal", ""}};
+    for (int channel = 0; channel < 2; ++channel) {
+        const auto i = static_cast<std::size_t>(channel);
+        auto* list = new QComboBox;
+        name_control(*list, texts[i].name, tr(texts[i].caption), QString());
+        list->addItems({tr("none"), tr("level"), tr("slope"), tr("bend"), tr("cubic")});
+        regionals_[i] = list;
+        place(row, channel, texts[i], list);
+        connect(list, &QComboBox::currentIndexChanged, this, [this, channel](int index) {
+            if (!this->guards().pass()) return;
+            edit::change_regional(this->workbench(), channel, index);
+            tell();
+        });
+    }
+}
+
+void ProcessingPanel::add_noise(int row) {
+    add_box(row, 0, edit::SettingsBox::mag_noise,
+            {"Text_mag_noise", "Mag noise", "nT",
+             "Standard deviation of a magnetic reading, nT (above 0), by which a fit weighs the residuals; "
+             "blank lets the fit estimate it from the line"});
+    add_box(row, 1, edit::SettingsBox::grav_noise,
+            {"Text_grav_noise", "Gravity noise", "mGal",
+             "Standard deviation of a gravity reading, mGal (above 0), by which a fit weighs the residuals; "
+             "blank lets the fit estimate it from the line"});
+    for (const edit::SettingsBox setting : {edit::SettingsBox::mag_noise, edit::SettingsBox::grav_noise})
+        box(setting)->setPlaceholderText(tr("estimated"));
 }
 
 void ProcessingPanel::fill() {
@@ -117,6 +156,9 @@ void ProcessingPanel::fill() {
     total_gradient_->setChecked(workspace.processing.display_total_gradient == 1);
     float_checks_[0]->setChecked(workspace.mag.float_base == 1);
     float_checks_[1]->setChecked(workspace.grav.float_base == 1);
+    for (int channel = 0; channel < 2; ++channel)
+        regionals_.at(static_cast<std::size_t>(channel))
+            ->setCurrentIndex(edit::regional_index(workspace, channel));
     show_gradient_captions();
     update_base_frame();
 }
@@ -128,7 +170,19 @@ void ProcessingPanel::show_base_texts(const std::optional<std::string>& mag,
 }
 
 void ProcessingPanel::update_base_frame() {
-    base_frame_->setVisible(workbench().session.workspace.processing.residual_filter_width <= 0);
+    const bool filtered = workbench().session.workspace.processing.residual_filter_width > 0;
+    base_frame_->setVisible(!filtered);
+    filtered_note_->setVisible(filtered);
+    const QString tip =
+        filtered ? tr("Off under a residual filter, which takes the long wavelengths off already")
+                 : tr("What comes from far beyond the line: a polynomial along the profile, in the unit of "
+                      "the channel, found with the bodies and taken off the observed curve. A level floats "
+                      "the base; slope, bend and cubic are degrees 1 to 3");
+    for (QComboBox* list : regionals_) {
+        list->setEnabled(!filtered);
+        list->setToolTip(tip);
+        list->setAccessibleDescription(tip);
+    }
 }
 
 edit::DisplayTexts ProcessingPanel::display_texts() const {

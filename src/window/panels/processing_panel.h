@@ -19,7 +19,8 @@ class ProcessingPanel : public SettingsPanel {
     void fill() override;
     /// Shows a base level that was found by loading or floating.
     void show_base_texts(const std::optional<std::string>& mag, const std::optional<std::string>& grav);
-    /// Base levels have no meaning while a residual filter is on: their frame is hidden.
+    /// Base levels and regionals have no meaning while a residual filter is on: the frame of the levels gives
+    /// way to a line that says so, the lists of the regionals are off.
     void update_base_frame();
     /// What the boxes show that a display of the model depends on.
     edit::DisplayTexts display_texts() const;
@@ -28,12 +29,16 @@ class ProcessingPanel : public SettingsPanel {
     void add_filters();
     void add_gradient();
     void add_base_levels(int row);
+    void add_regionals(int row);
+    void add_noise(int row);
     void show_gradient_captions();
 
     QComboBox* smooth_type_ = nullptr;
     QCheckBox* total_gradient_ = nullptr;
     std::array<QLabel*, 2> gradient_labels_{};
     QWidget* base_frame_ = nullptr;
+    QLabel* filtered_note_ = nullptr;
+    std::array<QComboBox*, 2> regionals_{};
     std::array<CommitBox*, 2> base_boxes_{};
     std::array<QCheckBox*, 2> float_checks_{};
 };

@@ -21,8 +21,10 @@ CommitBox* SettingsPanel::make_box(edit::SettingsBox box, const ControlText& tex
     const auto stored = [this, box] { return edit::settings_box_text(workbench_.session.workspace, box); };
     auto* entry = new CommitBox(text, guards_, {accept, stored, CommitBox::Refused::kept});
     const QString caption = tr(text.caption);
-    connect(entry, &CommitBox::text_refused, this, [this, caption](const QString& typed) {
-        emit text_refused(caption, typed, tr("the value stays"));
+    connect(entry, &CommitBox::text_refused, this, [this, caption, box](const QString& typed) {
+        const std::string_view rule = edit::settings_box_rule(box);
+        emit text_refused(caption, typed,
+                          rule.empty() ? tr("the value stays") : QString::fromUtf8(rule.data(), rule.size()));
     });
     boxes_[box] = entry;
     return entry;

@@ -57,6 +57,9 @@ constexpr std::array rows{
               "Go to the other page of the window", When::always, Qt::CTRL | Qt::Key_Backtab},
     ActionRow{ActionId::display_axes, "menu_display_axes", "Display &Axes", "Axes and numbers on the charts",
               When::line, no_key, Mark::axes},
+    ActionRow{ActionId::display_regional, "menu_display_regional", "Display &Regional",
+              "The regional that was taken off the observed curve, dashed about its mean", When::line, no_key,
+              Mark::regional},
     ActionRow{ActionId::show_section, "menu_view_mode_0", "&Section", "The section below the curves",
               When::line, no_key, Mark::section},
     ActionRow{ActionId::show_plan, "menu_view_mode_1", "&Plan", "The plan below the curves", When::line,
@@ -198,6 +201,8 @@ bool is_set(Mark mark, const edit::Workbench& workbench) {
             return false;
         case Mark::axes:
             return view.show_axes;
+        case Mark::regional:
+            return view.show_regional;
         case Mark::section:
             return !view.show_plan;
         case Mark::plan:

@@ -32,6 +32,7 @@ enum class ActionId {
     next_tab,
     previous_tab,
     display_axes,
+    display_regional,
     show_section,
     show_plan,
     add_body,
@@ -92,7 +93,7 @@ enum class When {
 bool holds(When when, const edit::Workbench& workbench);
 
 /// The state that a check mark stands for.
-enum class Mark { none, axes, section, plan, highlight, logging, pipe_tie, exact_formulas };
+enum class Mark { none, axes, regional, section, plan, highlight, logging, pipe_tie, exact_formulas };
 bool is_set(Mark mark, const edit::Workbench& workbench);
 
 /// How many entries a row stands for. Those of a family are told apart by a number behind the name, and get

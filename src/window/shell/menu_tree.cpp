@@ -57,6 +57,7 @@ constexpr std::array items{
 
     open("menu_view", "&View", When::line),
     entry(ActionId::display_axes),
+    entry(ActionId::display_regional),
     open("menu_view_mode", "&Show"),
     entry(ActionId::show_section),
     entry(ActionId::show_plan),

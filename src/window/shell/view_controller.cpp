@@ -12,6 +12,12 @@
 
 namespace anomalis::window {
 
+namespace {
+
+const char* const regional_key = "DisplayRegional";
+
+}  // namespace
+
 ViewController::ViewController(QObject* parent, edit::Workbench& workbench, Actions& actions,
                                const FormGuards& guards, ModelNews& news, ChartsPanel& charts,
                                BodiesController& bodies)
@@ -21,7 +27,9 @@ ViewController::ViewController(QObject* parent, edit::Workbench& workbench, Acti
       guards_(guards),
       news_(news),
       charts_(charts) {
+    workbench.view.show_regional = workbench.session.settings.get(settings_section, regional_key) != "0";
     actions.on(ActionId::display_axes, [this] { toggle_axes(); });
+    actions.on(ActionId::display_regional, [this] { toggle_regional(); });
     actions.on(ActionId::highlight, [this] { toggle_highlight(); });
     for (const ActionId id : {ActionId::show_plan, ActionId::section_to_plan})
         actions.on(id, [this] { charts_.show_plan(true); });
@@ -58,6 +66,14 @@ void ViewController::toggle_axes() {
     workbench_.view.show_axes = !workbench_.view.show_axes;
     news_.tell(News::view);
     charts_.view().display_model();
+}
+
+void ViewController::toggle_regional() {
+    workbench_.view.show_regional = !workbench_.view.show_regional;
+    workbench_.session.settings.set(settings_section, regional_key,
+                                    workbench_.view.show_regional ? "1" : "0");
+    news_.tell(News::view);
+    charts_.view().redraw();
 }
 
 void ViewController::toggle_highlight() {

@@ -30,6 +30,7 @@ class ViewController : public QObject {
     void add_chart_entries();
     void step_body(int by);
     void toggle_axes();
+    void toggle_regional();
     void toggle_highlight();
     void section_menu_opens(float x, float y);
 
