@@ -94,6 +94,7 @@ void copy_definitions(const Workspace& from, Workspace& to) {
     to.definition.data_file_date = from.definition.data_file_date;
     for_each_setting([&](const auto& row) { row.get(to) = row.get(from); });
     to.display = from.display;
+    to.fit = from.fit;
 }
 
 void settle_station_window(LineGeometry& line) {

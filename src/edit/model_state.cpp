@@ -217,6 +217,7 @@ Workspace copy_of_model(const Workspace& workspace) {
     restore_bodies(copy, {}, *state.bodies);
     restore_settings(copy, *state.settings);
     copy.definition.data_file_date = workspace.definition.data_file_date;
+    copy.fit = workspace.fit;
     copy.model_file = workspace.model_file;
     copy.model_file_date = workspace.model_file_date;
     return copy;

@@ -152,6 +152,11 @@ void read_definitions(AxmLines& lines, const std::string& path, Workspace& works
     workspace.display.valid = false;
     workspace.display.tie_pipe_depth_susc = false;  // a file that does not speak of it has no tie
     workspace.formulas = Formulas::classic;
+    for (Channel* channel : {&workspace.mag, &workspace.grav}) {
+        channel->regional_degree = no_regional;
+        channel->noise = unset;
+    }
+    workspace.fit.reset();
     set_default_extents(workspace.drawing);
     take_data_file(lines.next(), path, workspace.definition, prompts);
     read_columns(lines.items(), workspace);
@@ -225,6 +230,8 @@ void read_lines(int mode, AxmLines& lines, const std::string& path, Workspace& w
     if (mode > 0) return;
     read_display_block(lines, workspace.display);
     read_extensions(lines, workspace, prompts);
+    if (mode < 0) workspace.fit.reset();  // it speaks of bodies that were not wanted
+    drop_fit_of_another_model(lines, workspace);
 }
 
 void show_notes(const Faults& notes, const std::string& path, Prompts& prompts) {

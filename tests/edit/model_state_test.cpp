@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "edit/line_sample.h"
+#include "support/fit_records.h"
 #include "workspace_file/axm.h"
 
 namespace anomalis::edit {
@@ -58,11 +59,14 @@ TEST(ModelState, copies_a_model_without_its_line) {
     sample.add_body(1200, 60, pipe).name = "Pipe";
     sample.add_body(1300, 60).susc.max = 9000;
     sample.load();
+    sample.workspace().fit = sample_fit(sample.workspace());
     Workspace copy = copy_of_model(sample.workspace());
     EXPECT_EQ(copy.station_count, 0);
     EXPECT_EQ(copy.model_file, "somewhere.axm");
     EXPECT_EQ(workspace_file::model_parameters_text(0, copy),
               workspace_file::model_parameters_text(0, sample.workspace()));
+    ASSERT_TRUE(copy.fit);
+    expect_same(*copy.fit, *sample.workspace().fit);
 }
 
 }  // namespace anomalis::edit

@@ -4,6 +4,7 @@
 #include "edit/settings_boxes.h"
 #include "flow/history_walk.h"
 #include "model/refresh_model.h"
+#include "support/fit_records.h"
 #include "support/fresh_load.h"
 
 namespace anomalis::flow {
@@ -113,6 +114,47 @@ TEST(HistoryLaw, a_base_that_floats_is_found_again_after_a_step) {
     edit::note_change(law.workbench, {"stations of the fit", "", false});
     model::refresh_model(law.session);
     EXPECT_EQ(law.after_undo(), "");
+}
+
+TEST(HistoryLaw, a_regional_and_a_noise_are_taken_back_with_their_curves) {
+    Law law;
+    law.load();
+    Channel& mag = law.workspace().mag;
+    mag.regional_degree = 2;
+    edit::note_change(law.workbench, {"regional", "", false});
+    model::refresh_model(law.session);
+    ASSERT_EQ(mag.regional.degree, 2);
+    law.workspace().grav.noise = 0.5F;
+    edit::note_change(law.workbench, {"noise", "", false});
+    EXPECT_EQ(law.after_undo(), "");
+    EXPECT_EQ(law.workspace().grav.noise, unset);
+    EXPECT_EQ(law.after_undo(), "");
+    EXPECT_EQ(mag.regional_degree, no_regional);
+    EXPECT_EQ(mag.regional, Regional{});
+    edit::redo_change(law.workbench);
+    edit::redo_change(law.workbench);
+    model::refresh_model(law.session);
+    EXPECT_EQ(mag.regional.degree, 2);
+    EXPECT_EQ(law.workspace().grav.noise, 0.5F);
+    EXPECT_EQ(difference_from_fresh_load(law.workspace()), "");
+}
+
+TEST(HistoryLaw, a_fit_is_as_fitted_again_when_its_step_is) {
+    Law law;
+    law.load();
+    Workspace& w = law.workspace();
+    w.body(1).dip.value = 60;
+    model::refresh_model(law.session);
+    w.fit = sample_fit(w);
+    edit::note_change(law.workbench, {"inversion", "", false});
+    EXPECT_TRUE(as_fitted(w));
+    EXPECT_EQ(law.after_undo(), "");
+    EXPECT_TRUE(w.fit);
+    EXPECT_FALSE(as_fitted(w));
+    edit::redo_change(law.workbench);
+    EXPECT_TRUE(as_fitted(w));
+    model::refresh_model(law.session);
+    EXPECT_TRUE(as_fitted(w));
 }
 
 TEST(HistoryLaw, what_a_load_settles_is_no_step) {

@@ -49,7 +49,7 @@ void HistoryWalk::key_setting() {
 
 void HistoryWalk::choose_setting() {
     edit::Workbench& bench = sample_.workbench;
-    const int what = pick(5);
+    const int what = pick(7);
     did_ += "choice " + std::to_string(what);
     switch (what) {
         case 0:
@@ -67,6 +67,12 @@ void HistoryWalk::choose_setting() {
             formulas = formulas == Formulas::classic ? Formulas::exact : Formulas::classic;
             return edit::note_change(bench, {"formulas", "", false});
         }
+        case 4:
+            sample_.workspace().channel(pick(2)).regional_degree = pick(most_regional_degree + 2) - 1;
+            return edit::note_change(bench, {"regional", "", false});
+        case 5:
+            sample_.workspace().channel(pick(2)).noise = pick(2) == 0 ? unset : 2.5F;
+            return edit::note_change(bench, {"noise", "", false});
         default:
             edit::change_float_base(bench, pick(2), pick(2) == 0);
     }

@@ -15,6 +15,7 @@
 #include "flow/open_flow.h"
 #include "flow/save_flow.h"
 #include "support/child_process.h"
+#include "support/fit_records.h"
 #include "workspace_file/axm.h"
 
 namespace anomalis::flow {
@@ -106,6 +107,24 @@ TEST(Recovery, brings_back_the_model_of_a_process_that_was_killed) {
     EXPECT_TRUE(start.load().loaded);
     EXPECT_EQ(folders(sample.root()), 1U) << "what was brought back is kept under the new process alone";
     EXPECT_FALSE(file_exists(start.keeper.file()).empty());
+}
+
+TEST(Recovery, brings_back_the_last_fit_as_well) {
+    RecoverySample sample;
+    sample.load();
+    sample.edit(33);
+    sample.workspace().fit = sample_fit(sample.workspace());
+    {
+        RecoveryKeeper keeper(sample.root());
+        keeper.tick(sample.workbench);
+    }
+    RecoverySample::Start start(sample.root(), "Bring back");
+    ASSERT_TRUE(start.brought_back);
+    ASSERT_TRUE(start.workspace().fit);
+    expect_same(*start.workspace().fit, *sample.workspace().fit);
+    start.load();
+    EXPECT_EQ(model_mark(start.workspace()), model_mark(sample.workspace()));
+    EXPECT_TRUE(as_fitted(start.workspace()));
 }
 
 TEST(Recovery, is_not_offered_what_a_living_process_keeps) {

@@ -70,5 +70,57 @@ TEST(AxmExtensions, a_block_that_ends_in_its_marker_is_no_failure) {
     EXPECT_EQ(reading.workspace.formulas, Formulas::classic);
 }
 
+TEST(AxmExtensions, regional_and_noise_stand_behind_the_formulas_and_read_back) {
+    Reading reading;
+    ASSERT_EQ(reading.read_lines(whole_file()), 0);
+    const std::string plain = model_parameters_text(0, reading.workspace);
+    reading.workspace.mag.regional_degree = 2;
+    reading.workspace.grav.regional_degree = 0;
+    reading.workspace.mag.noise = 5.5F;
+    reading.workspace.grav.noise = 0.02F;
+    const std::string text = model_parameters_text(0, reading.workspace);
+    EXPECT_EQ(text, plain +
+                        "[AXM Extensions]\r\nmag_regional 2\r\nmag_noise 5.5\r\ngrav_regional 0\r\n"
+                        "grav_noise 0.02\r\n");
+    Reading again;
+    ASSERT_EQ(again.read_text(text), 0);
+    EXPECT_TRUE(again.prompts.messages.empty());
+    EXPECT_EQ(again.workspace.mag.regional_degree, 2);
+    EXPECT_EQ(again.workspace.grav.regional_degree, 0);
+    EXPECT_EQ(again.workspace.mag.noise, 5.5F);
+    EXPECT_EQ(again.workspace.grav.noise, 0.02F);
+}
+
+TEST(AxmExtensions, a_file_without_the_block_has_no_regional_and_no_noise) {
+    Reading reading;
+    for (Channel* channel : {&reading.workspace.mag, &reading.workspace.grav}) {
+        channel->regional_degree = 3;
+        channel->noise = 4;
+    }
+    ASSERT_EQ(reading.read_lines(whole_file()), 0);
+    for (const Channel* channel : {&reading.workspace.mag, &reading.workspace.grav}) {
+        EXPECT_EQ(channel->regional_degree, no_regional);
+        EXPECT_EQ(channel->noise, unset);
+    }
+}
+
+TEST(AxmExtensions, a_degree_that_is_none_is_shown_and_leaves_no_regional) {
+    for (const std::string value : {"4", "-1", "1.5", "bend", "nan", "1e99", ""}) {
+        Reading reading;
+        ASSERT_EQ(reading.read_lines(file_with({"[AXM Extensions]", "mag_regional " + value})), 0) << value;
+        EXPECT_EQ(reading.workspace.mag.regional_degree, no_regional) << value;
+        EXPECT_TRUE(reading.prompts.told("magnetic regional of a degree that is none: " + value)) << value;
+    }
+}
+
+TEST(AxmExtensions, a_noise_that_is_none_is_shown_and_is_estimated) {
+    for (const std::string value : {"0", "-5", "loud", "nan", "1e99", ""}) {
+        Reading reading;
+        ASSERT_EQ(reading.read_lines(file_with({"[AXM Extensions]", "grav_noise " + value})), 0) << value;
+        EXPECT_EQ(reading.workspace.grav.noise, unset) << value;
+        EXPECT_TRUE(reading.prompts.told("gravity readings a noise that is none: " + value)) << value;
+    }
+}
+
 }  // namespace
 }  // namespace anomalis::workspace_file
