@@ -147,15 +147,16 @@ bool run_info(const std::string& model, BatchSession& batch) {
     const Workspace& workspace = batch.session.workspace;
     std::string text = definition_text(workspace) + profile_text(workspace);
     if (state == OpenState::ready) {
-        const auto misfit = [&](const char* label, const ChannelTable& data, int channel) {
+        const auto misfit = [&](const char* label, const char* quality_label, const ChannelTable& data,
+                                int channel) {
             Faults faults;
             const MisfitPair pair =
                 model::channel_misfit(workspace, data, model::misfit_scale_of(channel), faults);
             show_faults(faults, batch.prompts);
             text += line(label, misfit_text(pair));
+            if (const auto quality = show::fit_quality(workspace, channel))
+                text += line(quality_label, show::fit_quality_text(*quality, channel));
         };
-        if (workspace.has_mag()) misfit("Magnetic misfit", workspace.mag.data, channel_mag);
-        if (workspace.has_grav()) misfit("Gravity misfit", workspace.grav.data, channel_grav);
     }
     return batch.write_result("", text + bodies_text(workspace)) == 0 && state == OpenState::ready;
 }
