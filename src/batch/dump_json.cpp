@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
+#include "batch/fit_json.h"
 #include "batch/json_text.h"
 #include "core/body_parameters.h"
+#include "core/model_mark.h"
 
 namespace anomalis::batch {
 
@@ -113,7 +115,11 @@ Json levels_json(const Workspace& w) {
             {"mag_calc_base", w.mag.calc_base},
             {"mag_calc_mean", w.mag.calc_mean},
             {"grav_calc_base", w.grav.calc_base},
-            {"grav_calc_mean", w.grav.calc_mean}};
+            {"grav_calc_mean", w.grav.calc_mean},
+            {"mag_regional_degree", w.mag.regional_degree},
+            {"grav_regional_degree", w.grav.regional_degree},
+            {"mag_noise", w.mag.noise},
+            {"grav_noise", w.grav.noise}};
 }
 
 /// Counts, the station window, filters and marks.
@@ -246,6 +252,23 @@ Json body_json(const Workspace& workspace, const ModelBody& body) {
     return json;
 }
 
+/// The regional in force with its value at each station, nT or mGal.
+Json regional_row_json(const Workspace& workspace, const Regional& regional) {
+    Json json = regional_json<Json>(regional);
+    if (json.is_null()) return json;
+    Json& values = json["values"] = Json::array();
+    for (int i = 1; i <= workspace.station_count; ++i) values.push_back(regional.at(workspace.distances[i]));
+    return json;
+}
+
+/// The record of the last fit; `as_fitted` tells whether it speaks of this model.
+Json last_fit_json(const Workspace& workspace) {
+    if (!workspace.fit) return nullptr;
+    Json json = fit_json<Json>(*workspace.fit);
+    json["as_fitted"] = as_fitted(workspace);
+    return json;
+}
+
 Json misfit_json(const std::optional<MisfitPair>& misfit) {
     return misfit ? Json(*misfit) : Json(nullptr);
 }
@@ -261,10 +284,13 @@ std::string dump_json_text(const Workspace& workspace, const DumpedMisfit& misfi
     json["distances"] = loaded ? Json(workspace.distances.span()) : Json::array();
     json["mag_data"] = channel(workspace.has_mag(), workspace.mag.data);
     json["grav_data"] = channel(workspace.has_grav(), workspace.grav.data);
+    json["mag_regional"] = regional_row_json(workspace, workspace.mag.regional);
+    json["grav_regional"] = regional_row_json(workspace, workspace.grav.regional);
     json["bodies"] = Json::array();
     for (int number = 1; number <= workspace.body_count; ++number)
         json["bodies"].push_back(body_json(workspace, workspace.body(number)));
     json["misfit"] = {{"mag", misfit_json(misfit.mag)}, {"grav", misfit_json(misfit.grav)}};
+    json["last_fit"] = last_fit_json(workspace);
     add_told(json, told);
     constexpr int compact = -1;  // a dump is for programs, and one number a line would double it
     return json_text(json, compact);

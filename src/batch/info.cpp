@@ -7,9 +7,11 @@
 #include "batch/batch_session.h"
 #include "batch/commands.h"
 #include "core/body_parameters.h"
+#include "core/model_mark.h"
 #include "core/numbers.h"
 #include "core/shown_text.h"
 #include "model/misfit.h"
+#include "show/fit_quality.h"
 
 namespace anomalis::batch {
 
@@ -72,8 +74,25 @@ std::string filter_text(const Workspace& w) {
            std::to_string(w.processing.vg_filter_step);
 }
 
-std::string channel_text(float low, float high, float base, const char* unit) {
-    return value_text(low) + " to " + value_text(high) + " " + unit + ", base " + value_text(base);
+std::string regional_text(const Workspace& w, int channel) {
+    constexpr std::array names{"level", "slope", "bend", "cubic"};
+    const std::int32_t degree = w.channel(channel).regional_degree;
+    if (degree == no_regional || !is_regional_degree(degree)) return {};
+    const bool off = w.processing.residual_filter_width > 0;
+    return std::string(", regional ") + names[static_cast<std::size_t>(degree)] +
+           (off ? " (off under the residual filter)" : "");
+}
+
+std::string channel_text(const Workspace& w, int channel) {
+    const Channel& c = w.channel(channel);
+    return value_text(c.min) + " to " + value_text(c.max) + " " + std::string(show::channel_unit(channel)) +
+           ", base " + value_text(c.base) + regional_text(w, channel);
+}
+
+std::string last_fit_text(const Workspace& w) {
+    if (!as_fitted(w)) return {};
+    return line("Last fit", w.fit->date + ", " + std::to_string(w.fit->parameters.size()) +
+                                " parameters: " + shown_text(w.fit->outcome));
 }
 
 std::string profile_text(const Workspace& w) {
@@ -83,8 +102,8 @@ std::string profile_text(const Workspace& w) {
         line("Stations", std::to_string(w.station_count) + " over " + value_text(length, "0.00") + " m, " +
                              value_text(length / w.station_count, "0.000") + " m each");
     text += line("Ground", value_text(w.z_min) + " to " + value_text(w.z_max) + " m");
-    if (w.has_mag()) text += line("Magnetics", channel_text(w.mag.min, w.mag.max, w.mag.base, "nT"));
-    if (w.has_grav()) text += line("Gravity", channel_text(w.grav.min, w.grav.max, w.grav.base, "mGal"));
+    if (w.has_mag()) text += line("Magnetics", channel_text(w, channel_mag));
+    if (w.has_grav()) text += line("Gravity", channel_text(w, channel_grav));
     text += line("Formulas", std::string(formulas_name(w.formulas)));
     return text + line("Filters", filter_text(w)) +
            line("Fit window",
@@ -147,16 +166,18 @@ bool run_info(const std::string& model, BatchSession& batch) {
     const Workspace& workspace = batch.session.workspace;
     std::string text = definition_text(workspace) + profile_text(workspace);
     if (state == OpenState::ready) {
-        const auto misfit = [&](const char* label, const char* quality_label, const ChannelTable& data,
-                                int channel) {
+        const auto misfit = [&](const char* label, const ChannelTable& data, int channel) {
             Faults faults;
             const MisfitPair pair =
                 model::channel_misfit(workspace, data, model::misfit_scale_of(channel), faults);
             show_faults(faults, batch.prompts);
             text += line(label, misfit_text(pair));
             if (const auto quality = show::fit_quality(workspace, channel))
-                text += line(quality_label, show::fit_quality_text(*quality, channel));
+                text += line("", show::fit_quality_text(*quality, channel));
         };
+        if (workspace.has_mag()) misfit("Magnetic misfit", workspace.mag.data, channel_mag);
+        if (workspace.has_grav()) misfit("Gravity misfit", workspace.grav.data, channel_grav);
+        text += last_fit_text(workspace);
     }
     return batch.write_result("", text + bodies_text(workspace)) == 0 && state == OpenState::ready;
 }

@@ -11,6 +11,7 @@
 #include "core/workspace.h"
 #include "output/body_place.h"
 #include "output/csv_text.h"
+#include "output/interval_columns.h"
 #include "output/tables.h"
 
 namespace anomalis::output {
@@ -20,12 +21,16 @@ namespace {
 struct Channel {
     std::string_view name, unit;
     const ChannelTable& data;
+    const Regional& regional;
+
+    bool has_regional() const { return regional.degree != no_regional; }
 };
 
 std::vector<Channel> channels_of(const Workspace& workspace) {
     std::vector<Channel> channels;
-    if (workspace.has_mag()) channels.push_back({"mag", "_nT", workspace.mag.data});
-    if (workspace.has_grav()) channels.push_back({"grav", "_mGal", workspace.grav.data});
+    if (workspace.has_mag()) channels.push_back({"mag", "_nT", workspace.mag.data, workspace.mag.regional});
+    if (workspace.has_grav())
+        channels.push_back({"grav", "_mGal", workspace.grav.data, workspace.grav.regional});
     return channels;
 }
 
@@ -67,6 +72,8 @@ void add_profile_header(const Workspace& workspace, const std::vector<std::strin
                 csv.name(std::string(channel.name) + std::string(stage_name) + row.name +
                          std::string(channel.unit) + row.unit_end);
         }
+        if (channel.has_regional())
+            csv.name(std::string(channel.name) + "_regional" + std::string(channel.unit));
     }
     end_header(failures, csv);
 }
@@ -75,7 +82,8 @@ void add_profile_header(const Workspace& workspace, const std::vector<std::strin
 constexpr std::array shape_columns{param_width,  param_length, param_depth_extent, param_offset,
                                    param_strike, param_dip,    param_plunge,       param_slope};
 
-void add_model_header(const std::vector<std::string>& failures, CsvText& csv) {
+void add_model_header(const std::vector<IntervalColumns>& intervals, const std::vector<std::string>& failures,
+                      CsvText& csv) {
     const auto sheet_column = [&](ParamCode code) { csv.name(body_parameter(code).column.sheet); };
     for (const char* name : {"body", "name", "type", "in_model"}) csv.name(name);
     sheet_column(param_distance);
@@ -86,6 +94,7 @@ void add_model_header(const std::vector<std::string>& failures, CsvText& csv) {
     sheet_column(param_susc);
     csv.name(body_parameter(param_susc).column.wire);
     sheet_column(param_density);
+    add_interval_names(intervals, csv);
     end_header(failures, csv);
 }
 
@@ -93,8 +102,8 @@ void add_if(bool there, float value, CsvText& csv) {
     there ? csv.number(value) : csv.nothing();
 }
 
-void add_body(const Workspace& workspace, int number, const std::vector<std::string>& failures,
-              CsvText& csv) {
+void add_body(const Workspace& workspace, int number, const std::vector<IntervalColumns>& intervals,
+              const std::vector<std::string>& failures, CsvText& csv) {
     const ModelBody& body = workspace.body(number);
     const BodyPlace place = body_place(body);
     const std::string_view type = body_type_name(body.type);
@@ -113,6 +122,7 @@ void add_body(const Workspace& workspace, int number, const std::vector<std::str
     add_if(workspace.has_mag() && !carries_current(body.type), body.susc.value, csv);
     add_if(workspace.has_mag() && carries_current(body.type), body.susc.value, csv);
     add_if(workspace.has_grav(), body.density.value, csv);
+    add_intervals(intervals, workspace, number, csv);
     end_row(failures, csv);
 }
 
@@ -128,9 +138,11 @@ std::string clean_profile_table_text(const Workspace& workspace, const std::vect
             csv.number(workspace.stations(i, column));
         csv.number(workspace.distances[i]);
         if (workspace.definition.dtm_column > 0) csv.number(workspace.stations(i, column_ground));
-        for (const Channel& channel : channels)
+        for (const Channel& channel : channels) {
             for (const auto& stage : stages)
                 for (const Row& row : rows) csv.number(channel.data(i, row.number, stage.first));
+            if (channel.has_regional()) csv.number(channel.regional.at(workspace.distances[i]));
+        }
         end_row(failures, csv);
     }
     return csv.text();
@@ -138,8 +150,10 @@ std::string clean_profile_table_text(const Workspace& workspace, const std::vect
 
 std::string clean_model_table_text(const Workspace& workspace, const std::vector<std::string>& failures) {
     CsvText csv;
-    add_model_header(failures, csv);
-    for (int number = 1; number <= workspace.body_count; ++number) add_body(workspace, number, failures, csv);
+    const std::vector<IntervalColumns> intervals = interval_columns(workspace);
+    add_model_header(intervals, failures, csv);
+    for (int number = 1; number <= workspace.body_count; ++number)
+        add_body(workspace, number, intervals, failures, csv);
     return csv.text();
 }
 

@@ -39,6 +39,33 @@ TEST(Dump, the_object_holds_the_whole_session) {
     for (const char* kind : {"messages", "failures", "remarks"}) EXPECT_EQ(dump[kind], json::array()) << kind;
 }
 
+TEST(Dump, a_regional_is_told_with_its_axis_and_its_values) {
+    const BatchFolder files;
+    const json plain = batch({"dump", files.model}).json();
+    EXPECT_EQ(plain["workspace"]["mag_regional_degree"], -1);
+    EXPECT_EQ(plain["workspace"]["mag_noise"], -99999);
+    EXPECT_TRUE(plain["mag_regional"].is_null());
+    EXPECT_TRUE(plain["last_fit"].is_null());
+    files.folder.write("slope.axm", model_text() + "[AXM Extensions]\r\nmag_regional 1\r\nmag_noise 2.5\r\n");
+    const json dump = batch({"dump", files.folder.path("slope.axm")}).json();
+    EXPECT_EQ(dump["workspace"]["mag_regional_degree"], 1);
+    EXPECT_EQ(dump["workspace"]["grav_regional_degree"], -1);
+    EXPECT_EQ(dump["workspace"]["mag_noise"], 2.5);
+    const json& regional = dump["mag_regional"];
+    EXPECT_EQ(regional["degree"], 1);
+    EXPECT_EQ(regional["centre"], 500.0);
+    EXPECT_EQ(regional["half_width"], 500.0);
+    ASSERT_EQ(regional["coefficients"].size(), 2U);
+    ASSERT_EQ(regional["values"].size(), 41U);
+    const double level = regional["coefficients"][0], slope = regional["coefficients"][1];
+    EXPECT_NE(slope, 0);
+    EXPECT_NEAR(regional["values"][0].get<double>(), level - slope, 1e-9);
+    EXPECT_NEAR(regional["values"][40].get<double>(), level + slope, 1e-9);
+    const double taken_off = plain["mag_data"]["observed"]["residual"][7].get<double>() -
+                             dump["mag_data"]["observed"]["residual"][7].get<double>();
+    EXPECT_NEAR(regional["values"][7].get<double>(), taken_off, 1e-3);
+}
+
 TEST(Dump, numbers_come_back_to_the_last_bit) {
     const BatchFolder files;
     const json dump = batch({"dump", files.model}).json();

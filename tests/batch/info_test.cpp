@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <regex>
 
 #include "batch/batch_runs.h"
 
@@ -16,6 +17,23 @@ TEST(Info, a_person_reads_what_the_workspace_holds) {
           std::string("Magnetic misfit data "), std::string("Gravity misfit  data "),
           std::string("Thick Sheet"), std::string("  Sheet\n")})
         EXPECT_NE(run.out.find(text), std::string::npos) << text << "\n" << run.out;
+}
+
+TEST(Info, the_misfit_has_a_unit_and_stands_against_the_noise) {
+    const BatchFolder files;
+    const std::string plain = batch({"info", files.model}).out;
+    EXPECT_TRUE(std::regex_search(plain, std::regex("\n {16}rms [0-9.]+ nT over 41 stations[,\n]"))) << plain;
+    EXPECT_TRUE(std::regex_search(plain, std::regex("\n {16}rms [0-9.]+ mGal over 41 stations[,\n]")))
+        << plain;
+    EXPECT_EQ(plain.find("regional"), std::string::npos);
+    files.folder.write(
+        "noisy.axm",
+        model_text() + "[AXM Extensions]\r\nmag_regional 1\r\nmag_noise 2.5\r\ngrav_noise 0.1\r\n");
+    const BatchRun run = batch({"info", files.folder.path("noisy.axm")});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_TRUE(std::regex_search(run.out, std::regex(" times the noise of 2\\.5 nT\n"))) << run.out;
+    EXPECT_TRUE(std::regex_search(run.out, std::regex(" times the noise of 0\\.10 mGal\n"))) << run.out;
+    EXPECT_NE(run.out.find(", regional slope\n"), std::string::npos) << run.out;
 }
 
 TEST(Info, the_workspace_is_told_even_when_its_data_are_gone) {

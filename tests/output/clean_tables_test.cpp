@@ -2,11 +2,21 @@
 
 #include <algorithm>
 #include <gtest/gtest.h>
+#include <sstream>
 
+#include "core/body_parameters.h"
+#include "core/model_mark.h"
 #include "output/dxf_samples.h"
 
 namespace anomalis::output {
 namespace {
+
+std::vector<std::string> split_lines(const std::string& text) {
+    std::vector<std::string> lines;
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);) lines.push_back(line);
+    return lines;
+}
 
 TEST(CleanProfileTable, has_the_columns_of_the_channels_that_are_there) {
     Workspace workspace = three_stations();
@@ -74,6 +84,46 @@ TEST(CleanModelTable, every_row_has_every_column) {
         }
         EXPECT_EQ(rows, 9U);
     }
+}
+
+TEST(CleanProfileTable, a_channel_with_a_regional_has_a_column_of_it) {
+    Workspace workspace = three_stations();
+    const std::string plain = clean_profile_table_text(workspace);
+    workspace.mag.regional_degree = 1;  // chosen, not in force
+    EXPECT_EQ(clean_profile_table_text(workspace), plain);
+    workspace.mag.regional = {1, 100, 100, {2, 0.5, 0, 0}};
+    const std::string text = clean_profile_table_text(workspace);
+    EXPECT_NE(text.find(",mag_model_vertical_gradient_nT_per_tap,mag_regional_nT\n"), std::string::npos)
+        << text;
+    EXPECT_NE(text.find(",142.0,1.5\n"), std::string::npos) << text;
+    EXPECT_TRUE(text.ends_with(",2.5\n")) << text;
+    workspace.definition.grav_column = 4;
+    workspace.grav.regional = {0, 100, 100, {0.25, 0, 0, 0}};
+    EXPECT_TRUE(clean_profile_table_text(workspace).ends_with(",0.25\n"));
+}
+
+TEST(CleanModelTable, has_the_intervals_of_a_fit_as_long_as_the_model_is_as_fitted) {
+    constexpr double open = FittedParameter::open;
+    Workspace workspace = dxf_workspace();
+    for (const std::int32_t type : {thick_sheet, pipe, wire}) add_dxf_body(workspace, type, "body");
+    const std::string plain = clean_model_table_text(workspace);
+    FitRecord& fit = workspace.fit.emplace();
+    fit.parameters = {{2, param_width, 8, open, open, 140.25, true, false},
+                      {1, param_top, 144.3F, 3, 139, 150.125, false, false},
+                      {1, param_rem_q, 1, 0.1, 0.9, 1.1, false, false},
+                      {3, param_susc, 5, 0.1, 4.5, 5.5, false, false}};
+    fit.model_mark = model_mark(workspace);
+    const std::vector<std::string> lines = split_lines(clean_model_table_text(workspace));
+    const std::vector<std::string> before = split_lines(plain);
+    ASSERT_EQ(lines.size(), 4U);
+    EXPECT_EQ(lines[0], before[0] +
+                            ",top_elevation_m_lower_90,top_elevation_m_upper_90,width_m_lower_90,"
+                            "width_m_upper_90,current_mA_lower_90,current_mA_upper_90");
+    EXPECT_EQ(lines[1], before[1] + ",139.0,150.125,,,,");
+    EXPECT_EQ(lines[2], before[2] + ",,,,140.25,,");
+    EXPECT_EQ(lines[3], before[3] + ",,,,,4.5,5.5");
+    workspace.body(1).top.value += 1;
+    EXPECT_EQ(clean_model_table_text(workspace).find("_90"), std::string::npos);
 }
 
 TEST(CleanProfileTable, failures_have_a_column_of_their_own_at_the_end) {
