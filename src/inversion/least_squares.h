@@ -1,21 +1,25 @@
 #pragma once
 
+#include <Eigen/Core>
 #include <cstddef>
 #include <span>
 #include <vector>
 
-// A bounded least-squares solver. It knows parameters and residuals only; the library that it uses stays in
-// its source file.
+#include "core/pacer.h"
+
+// A bounded least-squares solver. It knows parameters and residuals only.
 namespace anomalis::inversion {
+
+/// Limits of a parameter that has none.
+inline constexpr float no_limit = 1e32F;
 
 struct FitParameter {
     float value = 0;
-    float lower = 0;
-    float upper = 0;
-    float difference = 0;  ///< first change that a column of the Jacobian is formed with; above 0
-    float least_difference = 0;
-    float most_difference = 0;
-    float scale = 0;  ///< a standard error beyond this says that the data leave the parameter open
+    float lower = -no_limit;
+    float upper = no_limit;
+    /// A size: it is solved by the logarithm of its distance from `origin`, and never gets there.
+    bool logarithmic = false;
+    float origin = 0;
 };
 
 /// What is fitted.
@@ -23,38 +27,37 @@ class FitProblem {
   public:
     virtual ~FitProblem() = default;
     virtual std::size_t residual_count() const = 0;
-    /// Residuals at `values`, which become the state of the problem.
-    virtual void residuals(std::span<const float> values, std::span<double> out) = 0;
-    /// Residuals with parameter `index` (from 0) alone at `value`; the state stays as it was.
-    virtual void probe(std::size_t index, float value, std::span<double> out) = 0;
+    /// Residuals at `values`. Parameters that act linearly may be put at their best for the others first.
+    virtual void residuals(std::vector<float>& values, Eigen::VectorXd& out) = 0;
+    /// Derivatives of the residuals, a column a parameter.
+    virtual void columns(std::span<const float> values, Eigen::MatrixXd& out) = 0;
     /// Length of the residual vector that rounding alone can make.
     virtual double rounding() const = 0;
-    /// A better point was found: the state last evaluated.
-    virtual void accepted() = 0;
-    /// An iteration ended; false stops the fit.
-    virtual bool iteration_done(int iteration) = 0;
+    /// How far each parameter may go in one step from `values`; a logarithmic one, by which factor.
+    virtual void largest_steps(std::span<const float> values, std::span<double> out) const = 0;
+    /// An iteration ended with these values, the best so far; false stops the fit.
+    virtual bool iteration_done(int iteration, std::span<const float> values) = 0;
+    virtual Pacer& pacer() { return no_pace(); }
 };
 
 enum class FitEnd { converged, iteration_limit, no_decrease };
 
-/// Entries follow the parameters.
 struct FitOutcome {
     FitEnd end = FitEnd::converged;
     int iterations = 0;
     std::vector<float> values;
     double sum_of_squares = 0;
-    /// Standard errors; not a number for a parameter on a limit or without a determined value.
-    std::vector<double> errors;
-    /// Row by row; not a number where an error is.
-    std::vector<double> correlation;
-    std::vector<bool> undetermined;
-    std::vector<bool> at_limit;
+    std::vector<bool> at_limit;  ///< it stands on a limit, or its limits cross
 };
 
 /// Minimises the sum of squared residuals inside the limits by the method of Levenberg (1944) and Marquardt
-/// (1963): damping scaled by the columns, limits by an active set, forward differences. A parameter whose
-/// limits cross is held. Values outside their limits stay until they move.
+/// (1963): damping in units of the columns by the gain (Nielsen 1999), limits and largest steps by an active
+/// set. A parameter whose limits cross is held. Values outside their limits stay until they move. Raises
+/// Stopped.
 FitOutcome fit_least_squares(FitProblem& problem, std::span<const FitParameter> parameters,
                              int max_iterations);
+
+/// By parameter: it stands on a limit, or its limits cross.
+std::vector<bool> on_limits(std::span<const FitParameter> parameters, std::span<const float> values);
 
 }  // namespace anomalis::inversion

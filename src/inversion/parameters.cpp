@@ -6,6 +6,7 @@
 
 #include "core/body_parameters.h"
 #include "core/failure.h"
+#include "inversion/physical_limits.h"
 
 namespace anomalis::inversion {
 
@@ -13,6 +14,7 @@ namespace {
 
 /// A body this far (m) beyond the window still takes part.
 constexpr double window_margin = 10.0;
+constexpr float open_limit = 1e32F;
 
 const char* scan_failure(int mode) {
     return mode == 0 ? "An error occurred while counting the inversion model parameters: "
@@ -30,7 +32,22 @@ bool takes_part(const ModelBody& body, const Workspace& workspace) {
            place <= workspace.distances.last() + window_margin;
 }
 
-void fill_parameter(const BodyParameter& row, int body_number, int index, const FittedModel& model) {
+/// Limits that are not keyed. Those of the sweep are taken as they are: a default may lie below `unset`.
+float blank_lower(const BodyParameter& row, const ModelBody& body, const Workspace& workspace,
+                  InversionMethod method) {
+    if (method == InversionMethod::sweep) return row.fit.lower.of(body, workspace);
+    const float lower = limits_in_force(workspace, body, row.code, method).lower;
+    return lower == unset ? -open_limit : lower;
+}
+float blank_upper(const BodyParameter& row, const ModelBody& body, const Workspace& workspace,
+                  InversionMethod method) {
+    if (method == InversionMethod::sweep) return row.fit.upper.of(body, workspace);
+    const float upper = limits_in_force(workspace, body, row.code, method).upper;
+    return upper == unset ? open_limit : upper;
+}
+
+void fill_parameter(const BodyParameter& row, int body_number, int index, const FittedModel& model,
+                    InversionMethod method) {
     const Workspace& workspace = model.workspace;
     const ModelBody& body = workspace.body(body_number);
     const BodyParam& param = body.*row.slot;
@@ -41,8 +58,8 @@ void fill_parameter(const BodyParameter& row, int body_number, int index, const 
     if (index > inversion.inversion_params.count()) throw Fault(FaultKind::subscript);
     inversion.inversion_params[index] = {
         .value = param.value,
-        .lower = param.min > unset ? param.min : row.fit.lower.of(body, workspace),
-        .upper = param.max > unset ? param.max : row.fit.upper.of(body, workspace),
+        .lower = param.min > unset ? param.min : blank_lower(row, body, workspace, method),
+        .upper = param.max > unset ? param.max : blank_upper(row, body, workspace, method),
         .step = row.fit.step.of(body, workspace),
     };
     inversion.inversion_param_map[index] = {body_number, row.code};
@@ -71,7 +88,7 @@ double barrier(double room, double step) {
 }  // namespace
 
 void setup_body_parameters(int mode, int channel, int body_number, int& parameter_count,
-                           const FittedModel& model) {
+                           const FittedModel& model, InversionMethod method) {
     if (mode == 0) parameter_count = 0;
     report_failure(model.faults, scan_failure(mode), [&] {
         if (!takes_part(model.workspace.body(body_number), model.workspace)) return;
@@ -79,21 +96,22 @@ void setup_body_parameters(int mode, int channel, int body_number, int& paramete
             const BodyParameter& row = body_parameter(code);
             if (!is_fitted(row.fit.part, channel)) continue;
             if (!is_free(row, model.workspace.body(body_number), model.workspace)) continue;
-            if (mode == 1) fill_parameter(row, body_number, parameter_count + 1, model);
+            if (mode == 1) fill_parameter(row, body_number, parameter_count + 1, model, method);
             ++parameter_count;
         }
     });
 }
 
-void setup_all_body_parameters(int mode, int channel, int& parameter_count, const FittedModel& model) {
+void setup_all_body_parameters(int mode, int channel, int& parameter_count, const FittedModel& model,
+                               InversionMethod method) {
     if (mode == 0) parameter_count = 0;
     for (int body = 1; body <= model.workspace.body_count; ++body) {
         if (mode == 0) {
             int count = 0;
-            setup_body_parameters(mode, channel, body, count, model);
+            setup_body_parameters(mode, channel, body, count, model, method);
             parameter_count += count;
         } else {
-            setup_body_parameters(mode, channel, body, parameter_count, model);
+            setup_body_parameters(mode, channel, body, parameter_count, model, method);
         }
     }
 }

@@ -107,9 +107,9 @@ class Run {
 int Run::scan(int mode) {
     int count = 0;
     if (request_.entire_model) {
-        setup_all_body_parameters(mode, request_.channel, count, model_);
+        setup_all_body_parameters(mode, request_.channel, count, model_, request_.method);
     } else {
-        setup_body_parameters(mode, request_.channel, request_.current_body, count, model_);
+        setup_body_parameters(mode, request_.channel, request_.current_body, count, model_, request_.method);
     }
     return count;
 }

@@ -1,0 +1,359 @@
+#include "inversion/fit_rows.h"
+
+#include <Eigen/Dense>
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "core/body_parameters.h"
+#include "inversion/bounded_step.h"
+#include "model/regional.h"
+
+namespace anomalis::inversion {
+
+namespace {
+
+using Eigen::Index;
+using Eigen::MatrixXd;
+using Eigen::VectorXd;
+
+/// Single precision, as a part of a value.
+constexpr double single_rounding = 6e-8;
+
+template <class Vector>
+auto span_of(Vector&& v) {
+    return std::span(v.data(), static_cast<std::size_t>(v.size()));
+}
+
+Index index_of(std::size_t i) {
+    return static_cast<Index>(i);
+}
+
+/// Polynomials up to a degree, made orthonormal over the stations one after the other, twice for the digits.
+MatrixXd polynomials(const VectorXd& distance, std::int32_t degree) {
+    const Index rows = distance.size();
+    MatrixXd basis(rows, std::min<Index>(degree + 1, rows));
+    const double centre = (distance.minCoeff() + distance.maxCoeff()) / 2;
+    const double half = std::max((distance.maxCoeff() - distance.minCoeff()) / 2, 1e-9);
+    const VectorXd t = (distance.array() - centre) / half;
+    Index kept = 0;
+    for (Index k = 0; k < basis.cols(); ++k) {
+        VectorXd next = kept == 0 ? VectorXd::Ones(rows).eval() : t.cwiseProduct(basis.col(kept - 1)).eval();
+        const double before = next.norm();
+        for (int pass = 0; pass < 2; ++pass)
+            next -= basis.leftCols(kept) * (basis.leftCols(kept).transpose() * next).eval();
+        constexpr double least_part = 1e-9;  // stations that stand at fewer places than the degree asks for
+        if (!(next.norm() > least_part * before)) break;
+        basis.col(kept++) = next.normalized();
+    }
+    return basis.leftCols(kept);
+}
+
+/// Degree of the polynomials that are solved with the bodies: the regional, or the level that a floating base
+/// gives to both curves.
+std::int32_t solved_degree(const Workspace& workspace, std::int32_t channel, std::int32_t target) {
+    if (target != target_data) return no_regional;
+    if (model::regional_in_force(workspace, channel)) return workspace.channel(channel).regional_degree;
+    return workspace.channel(channel).float_base == 1 ? 0 : no_regional;
+}
+
+VectorXd observed_rows(const Workspace& workspace, std::int32_t channel, std::int32_t target) {
+    const Channel& own = workspace.channel(channel);
+    const auto first = static_cast<std::size_t>(workspace.first_station - 1);
+    const auto count = static_cast<std::size_t>(workspace.last_station - workspace.first_station) + 1;
+    const bool smoothed = target == target_data && model::regional_in_force(workspace, channel);
+    const int number = target == target_gradient ? workspace.gradient_row_in_use()
+                       : smoothed                ? workspace.smoothed_row
+                                                 : workspace.residual_row;
+    const auto row = own.data.row(number, stage_observed).subspan(first, count);
+    VectorXd rows(index_of(count));
+    const double base = smoothed ? static_cast<double>(own.base) : 0.0;
+    for (std::size_t i = 0; i < count; ++i) rows[index_of(i)] = static_cast<double>(row[i]) - base;
+    return rows;
+}
+
+VectorXd window_distances(const Workspace& workspace) {
+    const auto count =
+        index_of(static_cast<std::size_t>(workspace.last_station - workspace.first_station) + 1);
+    return Eigen::Map<const VectorXd>(workspace.distances.span().data() + workspace.first_station - 1, count);
+}
+
+bool has_part(int param_code, std::int32_t channel) {
+    const FitPart part = body_parameter(param_code).fit.part;
+    return part == FitPart::shape || (part == FitPart::magnetic) == (channel == channel_mag);
+}
+
+ModelBody without_response(const ModelBody& body) {
+    ModelBody copy = body;
+    copy.response = {};
+    return copy;
+}
+
+}  // namespace
+
+void project_off(const MatrixXd& basis, Eigen::Ref<MatrixXd> columns) {
+    if (basis.cols() == 0) return;
+    columns -= basis * (basis.transpose() * columns).eval();
+}
+
+FitRows::FitRows(Workspace& workspace, FitRequest request, Faults& faults, Pacer& pacer)
+    : workspace_(workspace), request_(std::move(request)), pacer_(pacer) {
+    bodies_.resize(static_cast<std::size_t>(workspace.body_count) + 1);
+    for (int number = 1; number <= workspace.body_count; ++number)
+        bodies_[static_cast<std::size_t>(number)] = without_response(workspace.body(number));
+    find_free_bodies();
+    for (const std::int32_t channel : request_.channels) add_channel(workspace, channel, faults);
+    calculate_fixed();
+}
+
+FitRows::FitRows(const FitRows& other, Pacer& pacer)
+    : workspace_(other.workspace_),
+      request_(other.request_),
+      channels_(other.channels_),
+      bodies_(other.bodies_),
+      free_(other.free_),
+      pacer_(pacer),
+      calculated_length_(other.calculated_length_) {}
+
+void FitRows::find_free_bodies() {
+    for (std::size_t i = 0; i < request_.places.size(); ++i) {
+        const int number = request_.places[i].body;
+        const auto found = std::ranges::find(free_, number, &FreeBody::number);
+        FreeBody& body = found != free_.end() ? *found : free_.emplace_back();
+        body.number = number;
+        body.parameters.push_back(i);
+    }
+    for (FreeBody& body : free_)
+        for (const std::int32_t channel : {channel_mag, channel_grav})
+            body.amplitude[channel] = amplitude_of(body, channel);
+}
+
+/// The anomaly is proportional to it: not the susceptibility of a body that demagnetises itself.
+std::size_t FitRows::amplitude_of(const FreeBody& body, std::int32_t channel) const {
+    const ModelBody& own = bodies_[static_cast<std::size_t>(body.number)];
+    if (channel == channel_mag && own.include_demagnetisation == 1) return none;
+    for (const std::size_t i : body.parameters)
+        if (request_.places[i].param_code == (channel == channel_mag ? param_susc : param_density)) return i;
+    return none;
+}
+
+void FitRows::add_channel(Workspace& workspace, std::int32_t channel, Faults& faults) {
+    RowChain chain(workspace, request_.target, faults);
+    const auto raw = index_of(chain.raw_count());
+    const VectorXd distance = window_distances(workspace);
+    const std::int32_t degree = solved_degree(workspace, channel, request_.target);
+    channels_.push_back({.channel = channel,
+                         .chain = std::move(chain),
+                         .distance = distance,
+                         .observed = observed_rows(workspace, channel, request_.target),
+                         .basis = polynomials(distance, degree),
+                         .raw = MatrixXd::Zero(raw, workspace.body_count),
+                         .fixed = VectorXd::Zero(raw)});
+}
+
+void FitRows::body_values(int number, FittedRows& rows, std::span<double> values) {
+    forward::BodyNotes notes{number, notes_, faults_, pacer_};
+    forward::body_values(workspace_, bodies_[static_cast<std::size_t>(number)], rows.channel,
+                         {rows.chain.first_station(), rows.chain.last_station()}, bench_, values, notes);
+}
+
+void FitRows::body_columns(const FreeBody& body, FittedRows& rows, std::span<const int> codes,
+                           std::span<double> columns) {
+    forward::BodyNotes notes{body.number, notes_, faults_, pacer_};
+    forward::body_columns(workspace_, bodies_[static_cast<std::size_t>(body.number)], rows.channel,
+                          {rows.chain.first_station(), rows.chain.last_station()}, bench_, codes,
+                          span_of(rows.raw.col(body.number - 1)), columns, notes);
+}
+
+void FitRows::calculate_fixed() {
+    for (int number = 1; number <= workspace_.body_count; ++number) {
+        if (std::ranges::find(free_, number, &FreeBody::number) != free_.end()) continue;
+        for (FittedRows& rows : channels_) {
+            VectorXd values(rows.raw.rows());
+            body_values(number, rows, span_of(values));
+            rows.fixed += values;
+        }
+    }
+}
+
+std::size_t FitRows::row_count() const {
+    std::size_t count = 0;
+    for (const FittedRows& rows : channels_) count += rows.chain.row_count();
+    return count;
+}
+
+void FitRows::set_values(FreeBody& body, std::span<const float> values) {
+    body.calculated_at.clear();
+    for (const std::size_t i : body.parameters) {
+        body_param(bodies_[static_cast<std::size_t>(body.number)], request_.places[i].param_code).value =
+            values[i];
+        body.calculated_at.push_back(values[i]);
+    }
+}
+
+/// Only bodies that moved.
+void FitRows::calculate(std::span<const float> values) {
+    for (FreeBody& body : free_) {
+        const auto same = [&, k = std::size_t{0}](std::size_t i) mutable {
+            return body.calculated_at[k++] == values[i];
+        };
+        if (!body.calculated_at.empty() && std::ranges::all_of(body.parameters, same)) continue;
+        set_values(body, values);
+        for (FittedRows& rows : channels_)
+            body_values(body.number, rows, span_of(rows.raw.col(body.number - 1)));
+    }
+}
+
+void FitRows::collect(Eigen::Ref<VectorXd> out) {
+    Index at = 0;
+    double squares = 0;
+    for (FittedRows& rows : channels_) {
+        const VectorXd raw = rows.fixed + rows.raw.rowwise().sum();
+        const auto count = index_of(rows.chain.row_count());
+        auto own = out.segment(at, count);
+        rows.chain.values(span_of(raw), {own.data(), rows.chain.row_count()});
+        squares += (own.squaredNorm() + rows.observed.squaredNorm()) / (rows.sigma * rows.sigma);
+        own = (own - rows.observed) / rows.sigma;
+        project_off(rows.basis, own);
+        at += count;
+    }
+    calculated_length_ = std::sqrt(squares);
+}
+
+double FitRows::rounding() const {
+    return single_rounding * calculated_length_;
+}
+
+void FitRows::residuals(std::span<const float> values, Eigen::Ref<VectorXd> out) {
+    calculate(values);
+    collect(out);
+    ++evaluations_;
+}
+
+void FitRows::rescale(std::span<const double> factors, std::vector<float>& values,
+                      std::span<const std::size_t> parameters) {
+    for (std::size_t k = 0; k < parameters.size(); ++k) {
+        float& value = values[parameters[k]];
+        const auto wanted = static_cast<float>(static_cast<double>(value) * factors[k]);
+        if (wanted == value || !std::isfinite(wanted) || wanted == 0) continue;
+        const InversionParamPlace place = request_.places[parameters[k]];
+        const std::int32_t channel = place.param_code == param_density ? channel_grav : channel_mag;
+        for (FittedRows& rows : channels_)
+            if (rows.channel == channel)
+                rows.raw.col(place.body - 1) *= static_cast<double>(wanted) / static_cast<double>(value);
+        value = wanted;
+        set_values(*std::ranges::find(free_, place.body, &FreeBody::number), values);
+    }
+}
+
+void FitRows::residuals_at_best_amplitudes(std::vector<float>& values, std::span<const float> lower,
+                                           std::span<const float> upper, double most_change,
+                                           Eigen::Ref<VectorXd> out) {
+    residuals(values, out);
+    if (!out.allFinite()) return;
+    const double before = out.squaredNorm();
+    const std::vector<float> kept = values;
+    Index at = 0;
+    for (FittedRows& rows : channels_) {
+        const auto count = index_of(rows.chain.row_count());
+        const VectorXd own = out.segment(at, count);
+        at += count;
+        if (!rows.chain.linear()) continue;
+        std::vector<std::size_t> parameters;
+        for (const FreeBody& body : free_) {
+            const std::size_t i = body.amplitude[rows.channel];
+            if (i != none && values[i] != 0 && lower[i] < upper[i]) parameters.push_back(i);
+        }
+        if (parameters.empty()) continue;
+        MatrixXd columns(count, index_of(parameters.size()));
+        VectorXd least(columns.cols()), most(columns.cols());
+        for (std::size_t k = 0; k < parameters.size(); ++k) {
+            const std::size_t i = parameters[k];
+            auto column = columns.col(index_of(k));
+            rows.chain.change(span_of(rows.raw.col(request_.places[i].body - 1)),
+                              {column.data(), rows.chain.row_count()});
+            // Of the change of the factor, which is 1 where it stands.
+            const double value = static_cast<double>(values[i]);
+            double low = static_cast<double>(lower[i]) / value, high = static_cast<double>(upper[i]) / value;
+            if (low > high) std::swap(low, high);
+            least[index_of(k)] = std::min(std::max(low, 1 / most_change) - 1, 0.0);
+            most[index_of(k)] = std::max(std::min(high, most_change) - 1, 0.0);
+        }
+        columns /= rows.sigma;
+        project_off(rows.basis, columns);
+        const VectorXd change = bounded_step({.normal = columns.transpose() * columns,
+                                              .gradient = columns.transpose() * own,
+                                              .least = least,
+                                              .most = most,
+                                              .damping = 1e-9});
+        std::vector<double> factors;
+        for (const double part : change) factors.push_back(1 + part);
+        rescale(factors, values, parameters);
+    }
+    if (values == kept) return;
+    collect(out);
+    if (out.squaredNorm() < before) return;
+    values = kept;
+    residuals(values, out);
+}
+
+void FitRows::columns(std::span<const float> values, Eigen::Ref<MatrixXd> out) {
+    out.setZero();
+    // A chain that is not linear is at the values of its last state.
+    const auto linear = [](const FittedRows& rows) { return rows.chain.linear(); };
+    if (!std::ranges::all_of(channels_, linear)) {
+        VectorXd state(index_of(row_count()));
+        calculate(values);
+        collect(state);
+    }
+    for (FreeBody& body : free_) {
+        set_values(body, values);
+        Index at = 0;
+        for (FittedRows& rows : channels_) {
+            std::vector<int> codes;
+            std::vector<std::size_t> parameters;
+            for (const std::size_t i : body.parameters) {
+                if (!has_part(request_.places[i].param_code, rows.channel)) continue;
+                codes.push_back(request_.places[i].param_code);
+                parameters.push_back(i);
+            }
+            MatrixXd raw(rows.raw.rows(), index_of(codes.size()));
+            body_columns(body, rows, codes, span_of(raw));
+            const auto count = index_of(rows.chain.row_count());
+            for (std::size_t k = 0; k < parameters.size(); ++k) {
+                auto column = out.col(index_of(parameters[k])).segment(at, count);
+                rows.chain.change(span_of(raw.col(index_of(k))), {column.data(), rows.chain.row_count()});
+                if (!column.allFinite()) column.setZero();
+            }
+            at += count;
+        }
+    }
+    Index at = 0;
+    for (FittedRows& rows : channels_) {
+        const auto count = index_of(rows.chain.row_count());
+        auto own = out.middleRows(at, count);
+        own /= rows.sigma;
+        project_off(rows.basis, own);
+        at += count;
+    }
+    ++evaluations_;
+}
+
+std::vector<ChannelFit> FitRows::channel_fits(const MatrixXd& columns, const VectorXd& residuals) const {
+    std::vector<ChannelFit> fits;
+    Index at = 0;
+    for (const FittedRows& rows : channels_) {
+        const auto count = index_of(rows.chain.row_count());
+        fits.push_back({.channel = rows.channel,
+                        .distance = rows.distance,
+                        .residual = -rows.sigma * residuals.segment(at, count),
+                        .columns = rows.sigma * columns.middleRows(at, count),
+                        .regional = rows.basis,
+                        .sigma = rows.sigma,
+                        .sigma_given = rows.sigma_given});
+        at += count;
+    }
+    return fits;
+}
+
+}  // namespace anomalis::inversion

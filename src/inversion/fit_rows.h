@@ -1,0 +1,117 @@
+#pragma once
+
+#include <Eigen/Core>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "core/faults.h"
+#include "core/inversion_state.h"
+#include "core/pacer.h"
+#include "core/workspace.h"
+#include "forward/body_columns.h"
+#include "inversion/channel_fit.h"
+#include "inversion/row_chain.h"
+
+// The rows of a fit in double precision: what the bodies leave of the observed rows, and how that changes
+// with the free parameters. Regional and floating base are projected off, so each is at its best whatever
+// the bodies are (variable projection, Golub and Pereyra 1973; their polynomials do not hang on the bodies,
+// so the projected columns are exact).
+namespace anomalis::inversion {
+
+/// What is fitted.
+struct FitRequest {
+    std::vector<std::int32_t> channels;
+    std::int32_t target = target_data;
+    std::vector<InversionParamPlace> places;  ///< of the parameters, in their order
+};
+
+/// The rows of one channel.
+struct FittedRows {
+    std::int32_t channel = channel_mag;
+    RowChain chain;
+    Eigen::VectorXd distance;  ///< m along the profile
+    Eigen::VectorXd observed;
+    Eigen::MatrixXd basis;  ///< orthonormal columns that are projected off
+    double sigma = 1;       ///< residuals are weighed by it
+    bool sigma_given = false;
+    Eigen::MatrixXd raw;    ///< of each body of the model, a column each
+    Eigen::VectorXd fixed;  ///< sum of the bodies that no parameter changes
+};
+
+class FitRows {
+  public:
+    /// Reads the observed rows as they stand; the model must be up to date. Raises Fault for a window that
+    /// the line does not hold.
+    FitRows(Workspace& workspace, FitRequest request, Faults& faults, Pacer& pacer);
+    /// The same fit with memory of its own, for another thread. The workspace must stay as it is.
+    FitRows(const FitRows& other, Pacer& pacer);
+
+    std::size_t row_count() const;
+    std::size_t parameter_count() const { return request_.places.size(); }
+    const FitRequest& request() const { return request_; }
+    std::vector<FittedRows>& channels() { return channels_; }
+    const std::vector<FittedRows>& channels() const { return channels_; }
+    const std::vector<ModelBody>& bodies() const { return bodies_; }
+
+    /// Calculated less observed, weighed and projected.
+    void residuals(std::span<const float> values, Eigen::Ref<Eigen::VectorXd> out);
+    /// The same with the amplitudes of the bodies (susceptibility, density) that are free and act linearly at
+    /// their best for the other parameters, inside the limits and within a factor of `most_change` of what
+    /// they were. They are written into `values`.
+    void residuals_at_best_amplitudes(std::vector<float>& values, std::span<const float> lower,
+                                      std::span<const float> upper, double most_change,
+                                      Eigen::Ref<Eigen::VectorXd> out);
+    /// Columns of the residuals by the parameters, each in its own unit.
+    void columns(std::span<const float> values, Eigen::Ref<Eigen::MatrixXd> out);
+    /// Length of the residual vector that the single precision of the observed rows can make.
+    double rounding() const;
+    /// Without weights: what there is to know of a channel at the values of the last call.
+    std::vector<ChannelFit> channel_fits(const Eigen::MatrixXd& columns,
+                                         const Eigen::VectorXd& residuals) const;
+    /// What went wrong in the bodies.
+    const Faults& faults() const { return faults_; }
+    /// Models evaluated so far.
+    long evaluations() const { return evaluations_; }
+    void count_evaluations(long more) { evaluations_ += more; }
+
+  private:
+    struct FreeBody {
+        int number = 0;
+        std::vector<std::size_t> parameters;  ///< indices
+        std::vector<float> calculated_at;     ///< their values in the raw rows; empty: not yet
+        std::size_t amplitude[2];             ///< index of the amplitude of each channel, or none
+    };
+    static constexpr std::size_t none = static_cast<std::size_t>(-1);
+
+    void add_channel(Workspace& workspace, std::int32_t channel, Faults& faults);
+    void find_free_bodies();
+    void calculate_fixed();
+    std::size_t amplitude_of(const FreeBody& body, std::int32_t channel) const;
+    void body_values(int number, FittedRows& rows, std::span<double> values);
+    void body_columns(const FreeBody& body, FittedRows& rows, std::span<const int> codes,
+                      std::span<double> columns);
+    void set_values(FreeBody& body, std::span<const float> values);
+    void calculate(std::span<const float> values);
+    void collect(Eigen::Ref<Eigen::VectorXd> out);
+    void rescale(std::span<const double> factors, std::vector<float>& values,
+                 std::span<const std::size_t> parameters);
+
+    const Workspace& workspace_;
+    FitRequest request_;
+    std::vector<FittedRows> channels_;
+    std::vector<ModelBody> bodies_;  ///< own copies without responses, from 1
+    std::vector<FreeBody> free_;
+    forward::BodyBench bench_;
+    forward::ExactNotes notes_;
+    Faults faults_;
+    Pacer& pacer_;
+    double calculated_length_ = 0;
+    long evaluations_ = 0;
+};
+
+/// Takes the part of each column that lies in the basis off.
+void project_off(const Eigen::MatrixXd& basis, Eigen::Ref<Eigen::MatrixXd> columns);
+
+}  // namespace anomalis::inversion
