@@ -7,7 +7,7 @@
 
 #include "core/body_parameters.h"
 #include "inversion/bounded_step.h"
-#include "model/regional.h"
+#include "inversion/observed_rows.h"
 
 namespace anomalis::inversion {
 
@@ -27,55 +27,6 @@ auto span_of(Vector&& v) {
 
 Index index_of(std::size_t i) {
     return static_cast<Index>(i);
-}
-
-/// Polynomials up to a degree, made orthonormal over the stations one after the other, twice for the digits.
-MatrixXd polynomials(const VectorXd& distance, std::int32_t degree) {
-    const Index rows = distance.size();
-    MatrixXd basis(rows, std::min<Index>(degree + 1, rows));
-    const double centre = (distance.minCoeff() + distance.maxCoeff()) / 2;
-    const double half = std::max((distance.maxCoeff() - distance.minCoeff()) / 2, 1e-9);
-    const VectorXd t = (distance.array() - centre) / half;
-    Index kept = 0;
-    for (Index k = 0; k < basis.cols(); ++k) {
-        VectorXd next = kept == 0 ? VectorXd::Ones(rows).eval() : t.cwiseProduct(basis.col(kept - 1)).eval();
-        const double before = next.norm();
-        for (int pass = 0; pass < 2; ++pass)
-            next -= basis.leftCols(kept) * (basis.leftCols(kept).transpose() * next).eval();
-        constexpr double least_part = 1e-9;  // stations that stand at fewer places than the degree asks for
-        if (!(next.norm() > least_part * before)) break;
-        basis.col(kept++) = next.normalized();
-    }
-    return basis.leftCols(kept);
-}
-
-/// Degree of the polynomials that are solved with the bodies: the regional, or the level that a floating base
-/// gives to both curves.
-std::int32_t solved_degree(const Workspace& workspace, std::int32_t channel, std::int32_t target) {
-    if (target != target_data) return no_regional;
-    if (model::regional_in_force(workspace, channel)) return workspace.channel(channel).regional_degree;
-    return workspace.channel(channel).float_base == 1 ? 0 : no_regional;
-}
-
-VectorXd observed_rows(const Workspace& workspace, std::int32_t channel, std::int32_t target) {
-    const Channel& own = workspace.channel(channel);
-    const auto first = static_cast<std::size_t>(workspace.first_station - 1);
-    const auto count = static_cast<std::size_t>(workspace.last_station - workspace.first_station) + 1;
-    const bool smoothed = target == target_data && model::regional_in_force(workspace, channel);
-    const int number = target == target_gradient ? workspace.gradient_row_in_use()
-                       : smoothed                ? workspace.smoothed_row
-                                                 : workspace.residual_row;
-    const auto row = own.data.row(number, stage_observed).subspan(first, count);
-    VectorXd rows(index_of(count));
-    const double base = smoothed ? static_cast<double>(own.base) : 0.0;
-    for (std::size_t i = 0; i < count; ++i) rows[index_of(i)] = static_cast<double>(row[i]) - base;
-    return rows;
-}
-
-VectorXd window_distances(const Workspace& workspace) {
-    const auto count =
-        index_of(static_cast<std::size_t>(workspace.last_station - workspace.first_station) + 1);
-    return Eigen::Map<const VectorXd>(workspace.distances.span().data() + workspace.first_station - 1, count);
 }
 
 bool has_part(int param_code, std::int32_t channel) {

@@ -165,7 +165,8 @@ FitOutcome Solver::run(int max_iterations) {
     FitOutcome outcome;
     problem_.residuals(values_, residuals_);
     sum_of_squares_ = residuals_.squaredNorm();
-    bool improved = false;
+    // The problem may have put amplitudes at their best already.
+    bool improved = !std::ranges::equal(values_, parameters_, {}, {}, &FitParameter::value);
     outcome.end = FitEnd::iteration_limit;
     while (outcome.iterations < max_iterations) {
         const Step last = perfect_fit() ? Step::none : improve();
