@@ -7,6 +7,7 @@
 #include "core/faults.h"
 #include "forward/columns/body_response.h"
 #include "forward/columns/difference_step.h"
+#include "forward/columns/plane_columns.h"
 
 namespace anomalis::forward {
 
@@ -53,6 +54,10 @@ void difference_column(const ColumnTask& task, int param_code, std::span<double>
         column[i] = (column[i] - task.memory.behind[i]) / step.width();
 }
 
+bool closed_in_plane(const Workspace& workspace, const ModelBody& body) {
+    return workspace.formulas == Formulas::exact && body.turned_off != 1 && lies_in_plane(body);
+}
+
 }  // namespace
 
 void body_values(const Workspace& workspace, ModelBody& body, int channel, const StationRange& range,
@@ -64,7 +69,14 @@ void body_columns(const Workspace& workspace, ModelBody& body, int channel, cons
                   BodyBench& memory, std::span<const int> param_codes, std::span<double> values,
                   std::span<double> columns, BodyNotes& notes) {
     const std::size_t count = range.count();
+    const StationView stations = stations_of(workspace, range, values.size());
     if (columns.size() != count * param_codes.size()) throw Fault(FaultKind::subscript);
+    if (closed_in_plane(workspace, body)) {
+        work_exactly(workspace, body, channel, values, columns, notes, [&] {
+            plane_columns(workspace, body, channel, stations, param_codes, values, columns, notes.pacer);
+        });
+        return;
+    }
     const ColumnTask task{workspace, body, channel, range, memory, notes};
     const ShapeTensor tensor = body.demagnetisation;
     const LostEdges told = body.told_edges;
@@ -77,9 +89,8 @@ void body_columns(const Workspace& workspace, ModelBody& body, int channel, cons
     if (!stands || body.turned_off == 1) std::ranges::fill(columns, 0.0);
 }
 
-bool has_derivative(const Workspace& /*workspace*/, const ModelBody& /*body*/, int /*channel*/,
-                    int /*param_code*/) {
-    return false;
+bool has_derivative(const Workspace& workspace, const ModelBody& body, int /*channel*/, int /*param_code*/) {
+    return closed_in_plane(workspace, body);
 }
 
 }  // namespace anomalis::forward

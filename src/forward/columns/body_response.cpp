@@ -19,21 +19,6 @@ int response_number(int channel) {
     return channel == channel_mag ? 1 : 2;
 }
 
-bool respond_exactly(const Workspace& workspace, ModelBody& body, int channel, const StationView& stations,
-                     BodyBench& memory, std::span<double> values, BodyNotes& notes) {
-    const auto work = [&] {
-        exact_values(workspace, body, channel, stations, memory.polyhedron, values, notes.exact, notes.pacer);
-        // What single precision cannot hold is no response for the model either.
-        for (const double value : values)
-            if (!(std::abs(value) <= std::numeric_limits<float>::max()))
-                throw Fault(FaultKind::overflow,
-                            beyond_text(workspace, body, notes.body_number, response_number(channel)));
-    };
-    if (report_failure(notes.faults, exact_failure(channel), work) == 0) return true;
-    std::fill(values.begin(), values.end(), 0.0);
-    return false;
-}
-
 /// The line of the workspace in the bench's own one.
 Workspace& classic_line(const Workspace& workspace, BodyBench& memory, int body_number) {
     if (!memory.classic) memory.classic = std::make_unique<Workspace>();
@@ -90,20 +75,33 @@ void respond_classically(const Workspace& workspace, ModelBody& body, int channe
 
 }  // namespace
 
+void require_finite_values(const Workspace& workspace, const ModelBody& body, int channel,
+                           std::span<const double> values, int body_number) {
+    for (const double value : values)
+        if (!(std::abs(value) <= std::numeric_limits<float>::max()))
+            throw Fault(FaultKind::overflow,
+                        beyond_text(workspace, body, body_number, response_number(channel)));
+}
+
+StationView stations_of(const Workspace& workspace, const StationRange& range, std::size_t values) {
+    const StationView all = station_view(workspace);
+    if (range.first < 1 || range.last > workspace.station_count || values != range.count())
+        throw Fault(FaultKind::subscript);
+    return part_of(all, static_cast<std::size_t>(range.first) - 1, values);
+}
+
 bool respond(const Workspace& workspace, ModelBody& body, int channel, const StationRange& range,
              BodyBench& memory, std::span<double> values, BodyNotes& notes) {
-    const StationView stations = station_view(workspace);
-    if (range.first < 1 || range.last > workspace.station_count || values.size() != range.count())
-        throw Fault(FaultKind::subscript);
+    const StationView stations = stations_of(workspace, range, values.size());
     if (body.turned_off == 1 || values.empty()) {
         std::fill(values.begin(), values.end(), 0.0);
         return true;
     }
-    if (workspace.formulas == Formulas::exact) {
-        const auto from = static_cast<std::size_t>(range.first) - 1;
-        return respond_exactly(workspace, body, channel, part_of(stations, from, values.size()), memory,
-                               values, notes);
-    }
+    if (workspace.formulas == Formulas::exact)
+        return work_exactly(workspace, body, channel, values, {}, notes, [&] {
+            exact_values(workspace, body, channel, stations, memory.polyhedron, values, notes.exact,
+                         notes.pacer);
+        });
     respond_classically(workspace, body, channel, range, memory, values, notes);
     return true;
 }

@@ -2,97 +2,29 @@
 
 #include <algorithm>
 #include <cmath>
-#include <complex>
 #include <vector>
 
 #include "forward/exact/plane_kernel.h"
+#include "forward/exact/plane_strip.h"
 #include "forward/gravity_constant.h"
 
 namespace anomalis::forward {
 
 namespace {
 
-using Complex = std::complex<double>;
-
-/// c of an edge along `direction` (of any length): twice its pole density, turned by field and edge.
-Complex edge_factor(const ExactField& field, Complex direction) {
-    const Complex tau = direction / std::abs(direction);
-    const Complex j(field.magnetisation.x, field.magnetisation.z);
-    const Complex f(field.direction.x, field.direction.z);
-    const double sigma = -std::imag(j * std::conj(tau));
-    return 2 * sigma * f / tau;
-}
-
-double cross(Complex a, Complex b) {
-    return std::imag(std::conj(a) * b);
-}
-
-/// Three numbers say it all: the edge from `p` to `r` and the side or the walls along `g`.
-struct Strip {
-    Complex p, r, g;
-    bool endless = false;
-
-    /// The body must lie to the left of the edge.
-    void turn() {
-        if (cross(r - p, g) < 0) std::swap(p, r);
-    }
-};
-
 void fill_strip(const ExactPlace& place, Strip strip, const ExactField& field, std::span<double> values) {
     strip.turn();
-    const Complex side = edge_factor(field, strip.g);
-    const Complex difference = edge_factor(field, strip.r - strip.p) - side;
-    const PlaneStrip plane{
-        strip.p.real(), strip.p.imag(), strip.r.real(),        strip.r.imag(),    strip.g.real(),
-        strip.g.imag(), strip.endless,  difference.real() / 2, difference.imag(), 2 * exact_pi * side.imag()};
-    strip_magnetics_at(vector::widest_vector_level())(place.stations, place.frame, plane, values.data());
-}
-
-void add_mass(const ExactPlace& place, PlaneMass mass, std::span<const Complex> corners, double density,
-              std::span<double> values) {
-    std::vector<double> x, z;
-    for (const Complex& corner : corners) {
-        x.push_back(corner.real());
-        z.push_back(corner.imag());
-    }
-    mass.x = x.data();
-    mass.z = z.data();
-    mass.edges = static_cast<int>(corners.size()) - 1;
-    mass.factor = 2 * gravity_constant * density;
-    add_plane_gravity_at(vector::widest_vector_level())(place.stations, place.frame, mass, values.data());
+    strip_magnetics_at(vector::widest_vector_level())(place.stations, place.frame, plane_strip(strip, field),
+                                                      values.data());
 }
 
 void fill_strip_gravity(const ExactPlace& place, Strip strip, double density, std::span<double> values) {
     std::fill(values.begin(), values.end(), 0.0);
     strip.turn();
-    PlaneMass mass{};
-    if (!strip.endless) {
-        const Complex corners[] = {strip.p, strip.r, strip.r + strip.g, strip.p + strip.g, strip.p};
-        return add_mass(place, mass, corners, density, values);
-    }
-    mass.walls = true;
-    mass.dx = strip.g.real();
-    mass.dz = strip.g.imag();
-    // The far end of walls that go down adds a constant; with walls that run level it adds nothing.
-    const double fall = std::abs(mass.dz);
-    if (fall > 0)
-        mass.level = cross(strip.r - strip.p, strip.g) * fall * (1 + std::log(deepest) - std::log(fall));
-    const Complex corners[] = {strip.p, strip.r};
-    add_mass(place, mass, corners, density, values);
-}
-
-Strip strip_of(const SheetShape& sheet) {
-    Strip strip{0.0, Complex(sheet.width, sheet.rise), Complex(sheet.foot(), -sheet.depth), false};
-    if (sheet.depth == 0) {
-        strip.endless = true;
-        const Complex down(sheet.cotangent, -1);
-        strip.g = down / std::abs(down);
-    }
-    return strip;
-}
-
-Strip strip_of(const StepShape& step) {
-    return {0.0, Complex(step.run, -step.depth), 1.0, true};
+    StripMass mass(strip);
+    mass.mass.factor = 2 * gravity_constant * density;
+    add_plane_gravity_at(vector::widest_vector_level())(place.stations, place.frame, mass.mass,
+                                                        values.data());
 }
 
 /// The corners of a ring, the first repeated at the end, anticlockwise.

@@ -8,4 +8,10 @@ namespace anomalis::forward {
 /// beyond the ends along the last segment. With one station or none, `east` and `north` stay.
 void update_body_reference_point(const Workspace& workspace, double distance, double& east, double& north);
 
+/// How fast that position moves with the distance there: 0 where it stays.
+struct PlanSlope {
+    double east = 0, north = 0;
+};
+PlanSlope reference_point_slope(const Workspace& workspace, double distance);
+
 }  // namespace anomalis::forward

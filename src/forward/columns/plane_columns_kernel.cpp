@@ -1,0 +1,175 @@
+#include "forward/columns/plane_columns_kernel.h"
+
+#include "forward/exact/plane_lanes.h"
+
+namespace anomalis::forward::ANOMALIS_VECTOR_LEVEL {
+
+namespace {
+
+template <class Real>
+ANOMALIS_INLINE Vector<Real> operator+(const Vector<Real>& a, const Vector<Real>& b) {
+    return {a.x + b.x, a.z + b.z};
+}
+template <class A, class B>
+ANOMALIS_INLINE Vector<A> product(const Vector<A>& a, const Vector<B>& b) {
+    return {a.x * b.x - a.z * b.z, a.x * b.z + a.z * b.x};
+}
+template <class A, class B>
+ANOMALIS_INLINE Vector<A> times(const Vector<A>& a, const B& factor) {
+    return {a.x * factor, a.z * factor};
+}
+/// 1 / w, held near 0.
+template <class Real>
+ANOMALIS_INLINE Vector<Real> inverse(const Vector<Real>& w) {
+    const Real n = at_least(dot(w, w), least_squared);
+    return {w.x / n, -w.z / n};
+}
+template <class Real>
+ANOMALIS_INLINE void put(Real* terms, int at, const Vector<Real>& value) {
+    terms[at] = value.x;
+    terms[at + 1] = value.z;
+}
+
+/// What a station brings.
+template <class Real>
+struct Station {
+    Real x, h, along;
+};
+
+template <class Real>
+ANOMALIS_INLINE void anomaly_terms(const PlaneStrip& s, const Station<Real>& at,
+                                   const StripTerms<Real>& strip, Real* terms) {
+    const auto w1 = from_station(s.px, s.pz, at.x, at.h);
+    const auto i1 = inverse(w1);
+    const auto i2 = inverse(from_station(s.rx, s.rz, at.x, at.h));
+    terms[anomaly_term::log] = strip.log;
+    terms[anomaly_term::angle] = strip.angle;
+    terms[anomaly_term::inside] = strip.inside;
+    auto shift = product(i1, i2);
+    if (s.endless) {
+        put(terms, anomaly_term::far_top, i2);
+    } else {
+        const auto w3 = from_station(s.rx + s.gx, s.rz + s.gz, at.x, at.h);
+        const auto i3 = inverse(w3);
+        const auto i4 = inverse(from_station(s.px + s.gx, s.pz + s.gz, at.x, at.h));
+        const auto lower = product(i3, i4);
+        shift = product(product(w1 + w3, shift), lower);
+        put(terms, anomaly_term::far_top, product(i2, i3));
+        put(terms, anomaly_term::lower, lower);
+    }
+    put(terms, anomaly_term::shift, shift);
+    put(terms, anomaly_term::shift_along, times(shift, at.along));
+}
+
+template <class Real>
+ANOMALIS_INLINE void mass_terms(const PlaneMass& m, const Station<Real>& at, const Vector<Real>* l,
+                                Real* terms) {
+    const Vector<double> e{m.x[1] - m.x[0], m.z[1] - m.z[0]};
+    const Vector<double> g{m.x[2] - m.x[1], m.z[2] - m.z[1]};
+    const auto w1 = from_station(m.x[0], m.z[0], at.x, at.h);
+    const auto level = l[0] + l[2];
+    const auto steep = l[1] + l[3];
+    put(terms, mass_term::level, level);
+    put(terms, mass_term::steep, steep);
+    put(terms, mass_term::level_along, times(level, at.along));
+    put(terms, mass_term::steep_along, times(steep, at.along));
+    put(terms, mass_term::far_side, l[1]);
+    put(terms, mass_term::lower, l[2]);
+    put(terms, mass_term::top_turn, product(w1, level) + product(l[2], g));
+    put(terms, mass_term::side_turn, product(w1, steep) + product(l[1], e));
+}
+
+/// The logarithm of w / d, d a unit vector.
+template <class Real>
+ANOMALIS_INLINE Vector<Real> logarithm(const Vector<Real>& w, const Vector<double>& d) {
+    return {0.5 * vector_log(at_least(dot(w, w), tiny_squared)), -vector_atan2(cross(w, d), dot(w, d))};
+}
+
+template <class Real>
+ANOMALIS_INLINE void wall_terms(const PlaneMass& m, const Station<Real>& at, const Vector<Real>& l,
+                                Real* terms) {
+    const Vector<double> d{m.dx, m.dz};
+    const auto w1 = from_station(m.x[0], m.z[0], at.x, at.h);
+    const auto w2 = from_station(m.x[1], m.z[1], at.x, at.h);
+    const auto m1 = times(logarithm(w1, d), -1.0);
+    const auto m2 = logarithm(w2, d);
+    const auto walls = m1 + m2;
+    put(terms, wall_term::top, l);
+    put(terms, wall_term::walls, walls);
+    put(terms, wall_term::top_along, times(l, at.along));
+    put(terms, wall_term::walls_along, times(walls, at.along));
+    put(terms, wall_term::top_turn, product(w1, l));
+    put(terms, wall_term::far_wall, m2);
+    put(terms, wall_term::wall_turn, product(w2, m2) + product(w1, m1));
+    terms[wall_term::one] = Real{} + 1.0;
+}
+
+template <int count, class Real>
+ANOMALIS_INLINE void store_columns(const WeightedColumns& columns, std::size_t i, const Real* terms) {
+    for (int column = 0; column < columns.columns; ++column) {
+        const double* const weights = columns.weights + column * count;
+        Real sum{};
+        for (int term = 0; term < count; ++term) sum += weights[term] * terms[term];
+        store(columns.out + static_cast<std::size_t>(column) * columns.stride + i, sum);
+    }
+}
+
+/// Calls `one` with the index of a station and the station.
+template <class One>
+ANOMALIS_INLINE void over_stations(const StationView& stations, const BodyFrame& frame, const One& one) {
+    for_stations(
+        stations.count, [&](std::size_t i, auto kind) __attribute__((always_inline)) {
+            using Real = decltype(kind);
+            const Real along = frame.sin_strike * (load<Real>(stations.east + i) - frame.east) +
+                               frame.cos_strike * (load<Real>(stations.north + i) - frame.north);
+            one(i, Station<Real>{across_strike<Real>(stations, frame, i),
+                                 load<Real>(stations.sensor + i) - frame.top, along});
+        });
+}
+
+}  // namespace
+
+void strip_anomaly_columns(const StationView& stations, const BodyFrame& frame, const PlaneStrip& strip,
+                           const WeightedColumns& columns, double* anomaly) {
+    over_stations(
+        stations, frame, [&](std::size_t i, auto at) __attribute__((always_inline)) {
+            using Real = decltype(at.x);
+            Real terms[anomaly_term::count];
+            const StripTerms<Real> made =
+                strip.endless ? half_strip_at(strip, at.x, at.h) : parallelogram_at(strip, at.x, at.h);
+            store(anomaly + i, strip_anomaly(strip, made));
+            anomaly_terms(strip, at, made, terms);
+            if (strip.endless) {
+                store_columns<anomaly_term::endless_count>(columns, i, terms);
+            } else {
+                store_columns<anomaly_term::count>(columns, i, terms);
+            }
+        });
+}
+
+void strip_gravity_columns(const StationView& stations, const BodyFrame& frame, const PlaneMass& mass,
+                           const WeightedColumns& columns, double* attraction) {
+    over_stations(
+        stations, frame, [&](std::size_t i, auto at) __attribute__((always_inline)) {
+            using Real = decltype(at.x);
+            Vector<Real> logarithms[4];
+            const Real sum = mass_sum(
+                mass, at.x, at.h, [&](int j, Real log, Real angle) __attribute__((always_inline)) {
+                    logarithms[j] = {0.5 * log, angle};
+                });
+            store(attraction + i, sum * mass.factor);
+            if (mass.walls) {
+                Real terms[wall_term::count];
+                wall_terms(mass, at, logarithms[0], terms);
+                terms[wall_term::sum] = sum;
+                store_columns<wall_term::count>(columns, i, terms);
+            } else {
+                Real terms[mass_term::count];
+                mass_terms(mass, at, logarithms, terms);
+                terms[mass_term::sum] = sum;
+                store_columns<mass_term::count>(columns, i, terms);
+            }
+        });
+}
+
+}  // namespace anomalis::forward::ANOMALIS_VECTOR_LEVEL
