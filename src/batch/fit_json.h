@@ -81,7 +81,7 @@ Json fit_json(const FitRecord& fit) {
     constexpr std::array channels{"mag", "grav", "joint"};
     Json json = {{"date", fit.date},
                  {"formulas", formulas_name(fit.formulas)},
-                 {"method", fit.method == InversionMethod::sweep ? "sweep" : "least-squares"},
+                 {"method", method_name(fit.method)},
                  {"channel", channels.at(static_cast<std::size_t>(fit.channel))},
                  {"target", fit.target == 1 ? "gradient" : "data"},
                  {"first_distance", fit.first_distance},

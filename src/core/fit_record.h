@@ -4,6 +4,7 @@
 #include <limits>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "core/formulas.h"
@@ -13,6 +14,11 @@ namespace anomalis {
 
 /// The ways of an inversion to its answer.
 enum class InversionMethod : std::int32_t { sweep, least_squares };
+
+/// "sweep" or "least-squares", as files and command lines say it.
+std::string_view method_name(InversionMethod method);
+/// The method of that name; no value for another word.
+std::optional<InversionMethod> method_of_name(std::string_view name);
 
 /// What a fit says of one parameter, in the parameter's unit.
 struct FittedParameter {

@@ -21,7 +21,6 @@ constexpr std::string_view record_entry = "fit", outcome_entry = "fit_outcome",
                            mark_entry = "fit_mark", end_entry = "fit_end";
 constexpr std::int32_t written_version = 1;
 constexpr std::string_view open_number = "open", no_date = "undated";
-constexpr std::array<std::string_view, 2> methods{"sweep", "least_squares"};
 constexpr std::array<std::string_view, 3> channels{"mag", "grav", "joint"};
 constexpr std::array<std::string_view, 2> targets{"data", "gradient"};
 
@@ -145,7 +144,9 @@ bool read_head(FitItems items, FitRecord& record) {
     const std::optional<Formulas> formulas = formulas_of_name(items.word());
     items.require(formulas.has_value());
     record.formulas = formulas.value_or(Formulas::classic);
-    record.method = static_cast<InversionMethod>(items.one_of(methods));
+    const std::optional<InversionMethod> method = method_of_name(items.word());
+    items.require(method.has_value());
+    record.method = method.value_or(InversionMethod::least_squares);
     record.channel = items.one_of(channels);
     record.target = items.one_of(targets);
     record.first_distance = items.number();
@@ -226,9 +227,8 @@ bool read_line(std::string_view line, FitRecord& record, Triangle& correlation) 
 std::vector<std::string> fit_lines(const FitRecord& record) {
     FitLine head(record_entry);
     head << written_version << (record.date.empty() ? no_date : std::string_view(record.date))
-         << formulas_name(record.formulas) << name_of(static_cast<std::int32_t>(record.method), methods)
-         << name_of(record.channel, channels) << name_of(record.target, targets) << record.first_distance
-         << record.last_distance;
+         << formulas_name(record.formulas) << method_name(record.method) << name_of(record.channel, channels)
+         << name_of(record.target, targets) << record.first_distance << record.last_distance;
     std::vector<std::string> lines{head.text(), text_line(outcome_entry, record.outcome)};
     for (const FittedParameter& parameter : record.parameters) lines.push_back(parameter_line(parameter));
     add_correlation(record, lines);
