@@ -1,7 +1,6 @@
 #pragma once
 
 #include <Eigen/Core>
-#include <cstddef>
 #include <span>
 #include <vector>
 
@@ -43,8 +42,5 @@ struct FitErrors {
 /// widens the intervals (Satterthwaite 1946). `held`: by parameter, those that do not take part. Raises
 /// Stopped.
 FitErrors find_fit_errors(std::span<const ChannelFit> channels, const std::vector<bool>& held, Pacer& pacer);
-
-/// The 95 % quantile of Student's t, from one degree of freedom on (Hill 1970, algorithm 396).
-double student_quantile(double freedom);
 
 }  // namespace anomalis::inversion

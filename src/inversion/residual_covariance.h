@@ -11,7 +11,7 @@ namespace anomalis::inversion {
 struct ResidualCovariance {
     double white = 0;       ///< standard deviation, the unit of the residuals
     double correlated = 0;  ///< standard deviation; 0 when the residuals are white
-    int smoothness = 0;     ///< 0, 1, 2: Matern 1/2 (exponential), 3/2, 5/2
+    int smoothness = 0;     ///< 0: exponential (Matern 1/2), 1: 3/2 ... 4: 9/2
     double rate = 0;        ///< 1/m: the correlation falls as exp(-rate distance) and a polynomial
     /// Of the logarithms of both variances and of the rate: how well they are known.
     Eigen::Matrix3d uncertainty = Eigen::Matrix3d::Zero();

@@ -1,0 +1,252 @@
+#include "inversion/fit_errors.h"
+
+#include <Eigen/Dense>
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "inversion/normal_matrix.h"
+#include "inversion/student.h"
+
+namespace anomalis::inversion {
+
+namespace {
+
+using Eigen::Index;
+using Eigen::MatrixXd;
+using Eigen::VectorXd;
+
+constexpr double no_number = std::numeric_limits<double>::quiet_NaN();
+/// What of a column the regional leaves, as a part of it, when it is all the regional's.
+constexpr double flat = 1e-6;
+/// An eigenvalue of the normal matrix of unit columns below this part of the largest is rounding.
+constexpr double null_eigenvalue = 1e-11;
+/// A parameter with more than this share (squared) of such directions is undetermined itself.
+constexpr double null_share = 0.01;
+/// So many independent data more than unknowns must there be.
+constexpr double least_spare = 3;
+/// Columns between two looks at the pacer.
+constexpr Index block = 64;
+
+/// One channel without its regional, in units of its sigma.
+struct WeightedColumns {
+    MatrixXd columns;  ///< rows by used parameters, each divided by the scale of the parameter
+    double sigma = 1;
+    double regional_count = 0;
+};
+
+class Errors {
+  public:
+    Errors(std::span<const ChannelFit> channels, const std::vector<bool>& held, Pacer& pacer)
+        : channels_(channels), pacer_(pacer), size_(held.size()) {
+        result_.errors.assign(size_, no_number);
+        result_.correlation.assign(size_ * size_, no_number);
+        result_.undetermined.assign(size_, false);
+        result_.quantile.assign(size_, student_quantile(1e9));
+        result_.unit_errors.assign(size_, no_number);
+        const auto count = static_cast<Index>(size_);
+        result_.following = MatrixXd::Zero(count, count);
+        weigh(held);
+        invert();
+        describe_channels();
+        propagate();
+    }
+
+    FitErrors result() && { return std::move(result_); }
+
+  private:
+    void weigh(const std::vector<bool>& held);
+    void invert();
+    MatrixXd inverse_normal(const MatrixXd& normal);
+    MatrixXd without_null_directions(const MatrixXd& normal);
+    void describe_channels();
+    bool too_few_data() const;
+    void propagate();
+    void propagate_channel(std::size_t c, MatrixXd& covariance, MatrixXd& slopes) const;
+    void fill(const MatrixXd& covariance, const MatrixXd& slopes);
+    std::size_t place(Index a) const { return static_cast<std::size_t>(used_[static_cast<std::size_t>(a)]); }
+    Index count() const { return static_cast<Index>(used_.size()); }
+
+    std::span<const ChannelFit> channels_;
+    Pacer& pacer_;
+    std::size_t size_;
+    std::vector<Index> used_;  ///< parameters, from 0
+    VectorXd scale_;           ///< of the used parameters: change that the weighted residuals feel as 1
+    std::vector<WeightedColumns> weighted_;
+    MatrixXd inverse_;  ///< of the normal matrix of the scaled parameters
+    FitErrors result_;
+};
+
+/// Takes the regional off the columns and keeps those that it leaves something of.
+void Errors::weigh(const std::vector<bool>& held) {
+    VectorXd left = VectorXd::Zero(static_cast<Index>(size_)), whole = left;
+    for (const ChannelFit& channel : channels_) {
+        WeightedColumns weighted{channel.columns, channel.sigma, 0};
+        if (channel.regional.cols() > 0) {
+            const Eigen::ColPivHouseholderQR<MatrixXd> qr(channel.regional);
+            weighted.regional_count = static_cast<double>(qr.rank());
+            const MatrixXd basis = qr.householderQ() * MatrixXd::Identity(channel.regional.rows(), qr.rank());
+            weighted.columns -= basis * (basis.transpose() * channel.columns);
+        }
+        weighted.columns /= channel.sigma;
+        left += weighted.columns.colwise().squaredNorm().transpose();
+        whole += channel.columns.colwise().squaredNorm().transpose() / (channel.sigma * channel.sigma);
+        weighted_.push_back(std::move(weighted));
+    }
+    for (std::size_t i = 0; i < size_; ++i) {
+        if (held[i]) continue;
+        const auto k = static_cast<Index>(i);
+        result_.undetermined[i] = !(left[k] > flat * flat * whole[k]) || !std::isfinite(whole[k]);
+        if (!result_.undetermined[i]) used_.push_back(k);
+    }
+    scale_ = left(used_).cwiseSqrt();
+    for (WeightedColumns& weighted : weighted_)
+        weighted.columns = (weighted.columns(Eigen::all, used_) * scale_.cwiseInverse().asDiagonal()).eval();
+}
+
+void Errors::invert() {
+    MatrixXd normal = MatrixXd::Zero(count(), count());
+    for (const WeightedColumns& weighted : weighted_) normal += normal_matrix(weighted.columns, pacer_);
+    inverse_ = inverse_normal(normal);
+    for (Index a = 0; a < count(); ++a) {
+        const double own = inverse_(a, a);
+        if (result_.undetermined[place(a)] || !(own > 0)) continue;
+        result_.unit_errors[place(a)] = std::sqrt(own) / scale_[a];
+        for (Index b = 0; b < count(); ++b)
+            result_.following(static_cast<Index>(place(b)), static_cast<Index>(place(a))) =
+                inverse_(b, a) / own * scale_[a] / scale_[b];
+    }
+}
+
+/// By Cholesky's factors, unless there is a direction that only the eigenvalues tell from rounding.
+MatrixXd Errors::inverse_normal(const MatrixXd& normal) {
+    const auto cube = std::pow(static_cast<double>(count()), 3);
+    const Eigen::LLT<MatrixXd> triangle(normal);
+    pacer_.done(cube / 6);
+    if (triangle.info() != Eigen::Success || !(triangle.rcond() > 10 * null_eigenvalue))
+        return without_null_directions(normal);
+    MatrixXd inverse = MatrixXd::Identity(count(), count());
+    for (Index from = 0; from < count(); from += block) {
+        auto columns = inverse.middleCols(from, std::min(block, count() - from));
+        triangle.solveInPlace(columns);
+        pacer_.done(static_cast<double>(count() * count() * columns.cols()) / 2);
+    }
+    return inverse;
+}
+
+MatrixXd Errors::without_null_directions(const MatrixXd& normal) {
+    const Eigen::SelfAdjointEigenSolver<MatrixXd> axes(normal);
+    pacer_.done(9 * std::pow(static_cast<double>(count()), 3) / 2);
+    const double least = null_eigenvalue * axes.eigenvalues().tail(1)[0];
+    VectorXd strength = VectorXd::Zero(count()), null_part = VectorXd::Zero(count());
+    for (Index s = 0; s < count(); ++s) {
+        if (axes.eigenvalues()[s] > least) {
+            strength[s] = 1 / axes.eigenvalues()[s];
+        } else {
+            null_part += axes.eigenvectors().col(s).cwiseAbs2();
+        }
+    }
+    for (Index a = 0; a < count(); ++a)
+        if (null_part[a] > null_share) result_.undetermined[place(a)] = true;
+    return axes.eigenvectors() * strength.asDiagonal() * axes.eigenvectors().transpose();
+}
+
+void Errors::describe_channels() {
+    for (std::size_t c = 0; c < channels_.size(); ++c) {
+        const ChannelFit& channel = channels_[c];
+        const WeightedColumns& weighted = weighted_[c];
+        ChannelErrors told;
+        const auto rows = static_cast<double>(channel.residual.size());
+        const double squares = channel.residual.squaredNorm();
+        told.rms = rows > 0 ? std::sqrt(squares / rows) : 0;
+        const double taken = (weighted.columns * inverse_).cwiseProduct(weighted.columns).sum();
+        const double freedom = rows - weighted.regional_count - taken;
+        const double noise = channel.noise > 0 ? channel.noise : channel.sigma;
+        told.chi_square = freedom >= 1 && noise > 0 ? squares / (noise * noise) / freedom : no_number;
+        MatrixXd columns(channel.residual.size(), count() + channel.regional.cols());
+        columns << weighted.columns, channel.regional;
+        told.covariance = find_residual_covariance(channel.distance, channel.residual, columns);
+        pacer_.done(rows * static_cast<double>(columns.cols() * columns.cols()));
+        result_.channels.push_back(told);
+    }
+}
+
+bool Errors::too_few_data() const {
+    double spare = -static_cast<double>(count());
+    for (std::size_t c = 0; c < channels_.size(); ++c)
+        spare += result_.channels[c].covariance.independent - weighted_[c].regional_count;
+    return spare < least_spare;
+}
+
+/// Adds what the noise of a channel does to the estimates; the slopes of their variances (rows) by the
+/// logarithms of the channel's two variances and rate.
+void Errors::propagate_channel(std::size_t c, MatrixXd& covariance, MatrixXd& slopes) const {
+    const ResidualCovariance& noise = result_.channels[c].covariance;
+    const double white = noise.white * noise.white / (weighted_[c].sigma * weighted_[c].sigma);
+    const auto at = static_cast<Index>(3 * c);
+    if (channels_.size() == 1 && noise.correlated == 0) {
+        covariance = white * inverse_;
+        slopes.col(0) = covariance.diagonal();
+        return;
+    }
+    const MatrixXd estimator = weighted_[c].columns * inverse_;
+    const auto work = static_cast<double>(estimator.size()) * static_cast<double>(count());
+    pacer_.done(work);
+    // In blocks of estimates, so that a stop is heard.
+    for (Index from = 0; from < count(); from += block) {
+        const auto some = estimator.middleCols(from, std::min(block, count() - from));
+        const double unit = 1 / (weighted_[c].sigma * weighted_[c].sigma);
+        const MatrixXd reached = unit * covariance_times(noise, channels_[c].distance, some);
+        covariance.middleCols(from, some.cols()).noalias() += estimator.transpose() * reached;
+        const VectorXd whole = some.cwiseProduct(reached).colwise().sum().transpose();
+        const VectorXd of_white = white * some.colwise().squaredNorm().transpose();
+        slopes.block(from, at, some.cols(), 1) = of_white;
+        slopes.block(from, at + 1, some.cols(), 1) = whole - of_white;
+        if (noise.correlated > 0) {
+            constexpr double h = 0.1;
+            ResidualCovariance faster = noise;
+            faster.rate *= std::exp(h);
+            const MatrixXd other = unit * covariance_times(faster, channels_[c].distance, some);
+            slopes.block(from, at + 2, some.cols(), 1) =
+                (some.cwiseProduct(other).colwise().sum().transpose() - whole) / h;
+        }
+        pacer_.done(work * static_cast<double>(some.cols()) / static_cast<double>(count()));
+    }
+}
+
+void Errors::propagate() {
+    result_.too_few_data = too_few_data();
+    if (result_.too_few_data) return;
+    MatrixXd covariance = MatrixXd::Zero(count(), count());
+    MatrixXd slopes = MatrixXd::Zero(count(), static_cast<Index>(3 * channels_.size()));
+    for (std::size_t c = 0; c < channels_.size(); ++c) propagate_channel(c, covariance, slopes);
+    fill(covariance, slopes);
+}
+
+void Errors::fill(const MatrixXd& covariance, const MatrixXd& slopes) {
+    for (Index a = 0; a < count(); ++a) {
+        const std::size_t i = place(a);
+        const double own = covariance(a, a);
+        if (result_.undetermined[i] || !(own >= 0)) continue;
+        result_.errors[i] = std::sqrt(own) / scale_[a];
+        double spread = 0;  // variance of the logarithm of the variance
+        for (std::size_t c = 0; c < channels_.size(); ++c) {
+            const Eigen::Vector3d slope = slopes.block<1, 3>(a, static_cast<Index>(3 * c)).transpose() / own;
+            spread += slope.dot(result_.channels[c].covariance.uncertainty * slope);
+        }
+        if (spread > 0) result_.quantile[i] = student_quantile(std::max(2 / spread, 1.0));
+        for (Index b = 0; b < count(); ++b) {
+            if (result_.undetermined[place(b)]) continue;
+            result_.correlation[i * size_ + place(b)] =
+                a == b ? 1 : std::clamp(covariance(a, b) / std::sqrt(own * covariance(b, b)), -1.0, 1.0);
+        }
+    }
+}
+
+}  // namespace
+
+FitErrors find_fit_errors(std::span<const ChannelFit> channels, const std::vector<bool>& held, Pacer& pacer) {
+    return Errors(channels, held, pacer).result();
+}
+
+}  // namespace anomalis::inversion

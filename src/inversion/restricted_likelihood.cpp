@@ -1,0 +1,200 @@
+#include "inversion/restricted_likelihood.h"
+
+#include <Eigen/Dense>
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <numeric>
+
+namespace anomalis::inversion {
+
+namespace {
+
+using Eigen::Index;
+using Eigen::MatrixXd;
+using Eigen::VectorXd;
+
+/// A likelihood costs as many rows. A longer line is sampled: runs of neighbours, which show what is short,
+/// with gaps between them.
+constexpr Index most_rows = 2000;
+constexpr Index run_length = 8;
+constexpr Index rows_a_column = 4;
+/// Beyond so many columns only how many they are counts: that still gives the variance, and lengths too
+/// short.
+constexpr Index most_columns = 150;
+/// Columns that depend on others to this part count once.
+constexpr double dependent = 1e-9;
+/// A covariance that changes by less stays.
+constexpr double settled = 1e-8;
+
+std::vector<Index> along_the_line(const VectorXd& distance) {
+    std::vector<Index> order(static_cast<std::size_t>(distance.size()));
+    std::iota(order.begin(), order.end(), Index{0});
+    std::ranges::stable_sort(order, {}, [&](Index i) { return distance[i]; });
+    return order;
+}
+
+std::vector<Index> sampled(const std::vector<Index>& order, Index columns) {
+    const auto count = static_cast<Index>(order.size());
+    const Index rows = std::max(most_rows, rows_a_column * columns);
+    if (count <= rows) return order;
+    const Index period = (run_length * count + rows - 1) / rows;
+    std::vector<Index> kept;
+    for (Index i = 0; i < count; ++i)
+        if (i % period < run_length) kept.push_back(order[static_cast<std::size_t>(i)]);
+    return kept;
+}
+
+/// Unit vectors at right angles that span the columns.
+MatrixXd basis_of(const MatrixXd& columns) {
+    MatrixXd unit(columns.rows(), 0);
+    for (Index k = 0; k < columns.cols(); ++k) {
+        const double norm = columns.col(k).norm();
+        if (!(norm > 0) || !std::isfinite(norm)) continue;
+        unit.conservativeResize(Eigen::NoChange, unit.cols() + 1);
+        unit.rightCols(1) = columns.col(k) / norm;
+    }
+    if (unit.cols() == 0 || unit.cols() > most_columns) return unit;
+    Eigen::ColPivHouseholderQR<MatrixXd> qr(unit);
+    qr.setThreshold(dependent);
+    return qr.householderQ() * MatrixXd::Identity(unit.rows(), std::min(qr.rank(), unit.rows()));
+}
+
+}  // namespace
+
+RestrictedLikelihood::RestrictedLikelihood(const VectorXd& distance, const VectorXd& residual,
+                                           const MatrixXd& columns) {
+    const std::vector<Index> order = sampled(along_the_line(distance), columns.cols());
+    const VectorXd place = distance(order), value = residual(order);
+    const Index rows = place.size();
+    const MatrixXd basis = basis_of(columns(order, Eigen::all));
+    const bool counted_alone = basis.cols() > most_columns;
+    width_ = counted_alone ? 1 : static_cast<std::size_t>(basis.cols()) + 1;
+    rows_ = static_cast<std::size_t>(rows);
+    freedom_ = static_cast<double>(rows - basis.cols());
+    extent_ = rows > 0 ? place[rows - 1] - place[0] : 0;
+    spacing_ = rows > 1 ? extent_ / static_cast<double>(distance.size() - 1) : 0;
+    table_.reserve(rows_ * width_);
+    for (Index i = 0; i < rows; ++i) {
+        steps_.push_back(i == 0 ? 0 : place[i] - place[i - 1]);
+        for (std::size_t k = 0; k + 1 < width_; ++k) table_.push_back(basis(i, static_cast<Index>(k)));
+        table_.push_back(value[i]);
+    }
+}
+
+RestrictedLikelihood::Parts RestrictedLikelihood::reduce(const std::vector<double>& rows,
+                                                         double determinant) const {
+    using RowMajor = Eigen::Matrix<double, Eigen::Dynamic, Eigen::Dynamic, Eigen::RowMajor>;
+    const Eigen::Map<const RowMajor> table(rows.data(), static_cast<Index>(rows_),
+                                           static_cast<Index>(width_));
+    const Index size = table.cols() - 1;
+    MatrixXd products = MatrixXd::Zero(size + 1, size + 1);
+    products.selfadjointView<Eigen::Lower>().rankUpdate(table.transpose());
+    // The last diagonal element of the triangle is the length of the residuals that the columns leave.
+    const Eigen::LLT<MatrixXd> triangle(products);
+    const VectorXd diagonal = triangle.matrixLLT().diagonal();
+    if (triangle.info() != Eigen::Success) return {determinant, 0};
+    return {determinant + 2 * diagonal.head(size).array().log().sum(), diagonal[size] * diagonal[size]};
+}
+
+RestrictedLikelihood::Parts RestrictedLikelihood::white_parts() const {
+    return reduce(table_, 0);
+}
+
+/// The covariance of the state that a Kalman filter carries along the line.
+class RestrictedLikelihood::State {
+  public:
+    State(const Matern& process, double ratio, double rate, std::size_t width)
+        : process_(process),
+          ratio_(ratio),
+          rate_(rate),
+          width_(width),
+          states_(static_cast<std::size_t>(process.states())),
+          covariance_(ratio * process.stationary()),
+          values_(states_ * width, 0.0),
+          moved_(values_.size()) {
+        find_gain();
+    }
+
+    void go_on(double step);
+    /// Turns a row into what it has new, of variance 1, and returns the logarithm of its variance before.
+    double take(const double* row, double* news);
+
+  private:
+    void find_gain();
+
+    const Matern& process_;
+    double ratio_, rate_;
+    std::size_t width_, states_;
+    double last_step_ = -1;
+    Matern::Square covariance_;  ///< as the rows before predict it
+    Matern::Square transition_, added_;
+    Eigen::VectorXd gain_;
+    double variance_ = 1;                 ///< of what a row has new
+    bool settled_ = false;                ///< at equal spacing the covariance soon stays
+    std::vector<double> values_, moved_;  ///< element by element, each of all columns
+};
+
+void RestrictedLikelihood::State::go_on(double step) {
+    // Equal spacing differs in the last digits.
+    const bool same_step = std::abs(step - last_step_) <= 1e-9 * step;
+    if (!same_step) {
+        last_step_ = step;
+        transition_ = process_.transition(rate_ * step);
+        added_ =
+            ratio_ * (process_.stationary() - transition_ * process_.stationary() * transition_.transpose());
+    }
+    settled_ = settled_ && same_step;
+    if (!settled_) {
+        const Matern::Square left = covariance_ - covariance_.col(0) * gain_.transpose();
+        const Matern::Square next = transition_ * left * transition_.transpose() + added_;
+        settled_ = same_step && (next - covariance_).norm() <= settled * next.norm();
+        covariance_ = next;
+        find_gain();
+    }
+    std::ranges::fill(moved_, 0.0);
+    for (std::size_t a = 0; a < states_; ++a)
+        for (std::size_t b = 0; b < states_; ++b) {
+            const double factor = transition_(static_cast<Index>(a), static_cast<Index>(b));
+            const double* from = values_.data() + b * width_;
+            double* to = moved_.data() + a * width_;
+            for (std::size_t k = 0; k < width_; ++k) to[k] += factor * from[k];
+        }
+    values_.swap(moved_);
+}
+
+void RestrictedLikelihood::State::find_gain() {
+    variance_ = covariance_(0, 0) + 1;
+    gain_ = covariance_.col(0) / variance_;
+}
+
+double RestrictedLikelihood::State::take(const double* row, double* news) {
+    for (std::size_t k = 0; k < width_; ++k) news[k] = row[k] - values_[k];
+    for (std::size_t a = 0; a < states_; ++a) {
+        const double gain = gain_[static_cast<Index>(a)];
+        double* to = values_.data() + a * width_;
+        for (std::size_t k = 0; k < width_; ++k) to[k] += gain * news[k];
+    }
+    const double weight = 1 / std::sqrt(variance_);
+    for (std::size_t k = 0; k < width_; ++k) news[k] *= weight;
+    return std::log(variance_);
+}
+
+RestrictedLikelihood::Parts RestrictedLikelihood::parts(const Matern& process, double ratio,
+                                                        double rate) const {
+    std::vector<double> whitened(table_.size());
+    State state(process, ratio, rate, width_);
+    double determinant = 0;
+    for (std::size_t i = 0; i < rows_; ++i) {
+        if (i > 0) state.go_on(steps_[i]);
+        determinant += state.take(table_.data() + i * width_, whitened.data() + i * width_);
+    }
+    return reduce(whitened, determinant);
+}
+
+double RestrictedLikelihood::value(const Parts& parts) const {
+    if (!(parts.squares > 0)) return -std::numeric_limits<double>::infinity();
+    return -0.5 * (freedom_ * std::log(scale(parts)) + parts.determinant);
+}
+
+}  // namespace anomalis::inversion
