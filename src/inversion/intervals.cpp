@@ -1,0 +1,166 @@
+#include "inversion/intervals.h"
+
+#include <algorithm>
+#include <cmath>
+#include <optional>
+
+namespace anomalis::inversion {
+
+namespace {
+
+using Eigen::Index;
+
+constexpr double no_number = std::numeric_limits<double>::quiet_NaN();
+/// The quadratic interval stands when the root of what its ends add to the sum of squares is as the columns
+/// say, within this factor.
+constexpr double as_predicted = 1.2;
+/// A profile is followed so many times as far as the quadratic interval reaches.
+constexpr double furthest = 30;
+/// How much further one refit may go than the one before.
+constexpr double most_growth = 3;
+/// The end of an interval is found to this part of it.
+constexpr double close_enough = 0.03;
+constexpr int refits_a_side = 8;
+
+class Intervals {
+  public:
+    Intervals(const FitErrors& errors, std::span<const IntervalParameter> parameters, Refit& refit,
+              std::size_t most_refits)
+        : errors_(errors), parameters_(parameters), refit_(refit), refits_left_(most_refits) {
+        for (const IntervalParameter& parameter : parameters) values_.push_back(parameter.value);
+        least_ = refit.sum_of_squares(values_);
+    }
+
+    Interval find(std::size_t i, const Interval& quadratic);
+
+  private:
+    /// One end of the interval of one parameter.
+    struct Side {
+        std::size_t parameter;
+        double direction;  ///< -1 or 1
+        double reach;      ///< of the quadratic interval
+        double limit;      ///< how far it may go
+        double threshold;  ///< root of what the sum of squares grows by at the end
+    };
+    Side side_of(std::size_t i, double direction) const;
+    std::vector<double> moved(const Side& side, double by) const;
+    double growth(double sum) const { return std::sqrt(std::max(sum - least_, 0.0)); }
+    bool stands(const Side& side) const;
+    std::optional<double> refitted(const Side& side, double by);
+    double end_of(const Side& side);
+
+    const FitErrors& errors_;
+    std::span<const IntervalParameter> parameters_;
+    Refit& refit_;
+    std::size_t refits_left_;
+    std::vector<double> values_;
+    double least_ = 0;
+};
+
+/// White noise of the sigmas alone would grow the sum by 1 a unit error; the threshold is that growth at the
+/// end of the interval that the errors give.
+Intervals::Side Intervals::side_of(std::size_t i, double direction) const {
+    const double reach = errors_.quantile[i] * errors_.errors[i];
+    const IntervalParameter& parameter = parameters_[i];
+    const double limit =
+        direction < 0 ? parameter.value - parameter.lower : parameter.upper - parameter.value;
+    return {i, direction, reach, std::max(limit, 0.0), reach / errors_.unit_errors[i]};
+}
+
+/// All parameters where the columns expect the others to follow.
+std::vector<double> Intervals::moved(const Side& side, double by) const {
+    std::vector<double> there = values_;
+    for (std::size_t k = 0; k < there.size(); ++k) {
+        there[k] += side.direction * by *
+                    errors_.following(static_cast<Index>(k), static_cast<Index>(side.parameter));
+        // What was set beyond a limit stays.
+        const IntervalParameter& parameter = parameters_[k];
+        there[k] = std::clamp(there[k], std::min(parameter.lower, parameter.value),
+                              std::max(parameter.upper, parameter.value));
+    }
+    there[side.parameter] = values_[side.parameter] + side.direction * by;
+    return there;
+}
+
+bool Intervals::stands(const Side& side) const {
+    if (side.reach > side.limit) return false;
+    const double seen = growth(refit_.sum_of_squares(moved(side, side.reach))) / side.threshold;
+    return seen < as_predicted && seen > 1 / as_predicted;
+}
+
+std::optional<double> Intervals::refitted(const Side& side, double by) {
+    if (refits_left_ == 0) return {};
+    --refits_left_;
+    const double value = values_[side.parameter] + side.direction * by;
+    return growth(refit_.refit(side.parameter, value, moved(side, by)));
+}
+
+/// Follows the profile outwards, then by the secant: its root is nearly straight.
+double Intervals::end_of(const Side& side) {
+    const double value = values_[side.parameter];
+    const double quadratic = value + side.direction * std::min(side.reach, side.limit);
+    const double last = std::min(side.limit, furthest * side.reach);
+    double below = 0, below_growth = 0;
+    std::optional<double> above;
+    double above_growth = 0, trial = std::min(side.reach, last);
+    for (int turn = 0; turn < refits_a_side && trial > 0; ++turn) {
+        const std::optional<double> here = refitted(side, trial);
+        if (!here) return quadratic;
+        if (std::abs(*here / side.threshold - 1) < close_enough) return value + side.direction * trial;
+        if (*here < side.threshold) {
+            if (trial >= last) return no_number;
+            below = trial;
+            below_growth = *here;
+        } else {
+            above = trial;
+            above_growth = *here;
+        }
+        if (above) {
+            const double part = (side.threshold - below_growth) / (above_growth - below_growth);
+            trial = below + std::clamp(part, 0.1, 0.9) * (*above - below);
+            if (*above - below < close_enough * *above) break;
+        } else {
+            const double wanted = 1.1 * trial * side.threshold / std::max(*here, 1e-3 * side.threshold);
+            trial = std::min(last, std::clamp(wanted, 1.1 * trial, most_growth * trial));
+        }
+    }
+    if (!above) return side.limit > 0 && below > 0 ? no_number : value;
+    return value + side.direction * trial;
+}
+
+Interval Intervals::find(std::size_t i, const Interval& quadratic) {
+    const Side down = side_of(i, -1), up = side_of(i, 1);
+    if (!(down.threshold > 0)) return quadratic;
+    if (stands(down) && stands(up)) return quadratic;
+    if (refits_left_ == 0) return quadratic;
+    return {end_of(down), end_of(up), true};
+}
+
+}  // namespace
+
+std::vector<Interval> quadratic_intervals(const FitErrors& errors,
+                                          std::span<const IntervalParameter> parameters) {
+    std::vector<Interval> intervals(parameters.size());
+    for (std::size_t i = 0; i < parameters.size(); ++i) {
+        const double reach = errors.quantile[i] * errors.errors[i];
+        if (!std::isfinite(reach)) continue;
+        const IntervalParameter& parameter = parameters[i];
+        // A value that was set beyond a limit is inside its interval all the same.
+        intervals[i].lower = std::max(parameter.value - reach, std::min(parameter.lower, parameter.value));
+        intervals[i].upper = std::min(parameter.value + reach, std::max(parameter.upper, parameter.value));
+    }
+    return intervals;
+}
+
+std::vector<Interval> find_intervals(const FitErrors& errors, std::span<const IntervalParameter> parameters,
+                                     Refit& refit, std::size_t most_refits) {
+    std::vector<Interval> intervals = quadratic_intervals(errors, parameters);
+    if (std::ranges::none_of(errors.errors, [](double error) { return std::isfinite(error); }))
+        return intervals;
+    Intervals search(errors, parameters, refit, most_refits);
+    for (std::size_t i = 0; i < parameters.size(); ++i)
+        if (std::isfinite(errors.errors[i])) intervals[i] = search.find(i, intervals[i]);
+    return intervals;
+}
+
+}  // namespace anomalis::inversion
