@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "batch/picture_writer.h"
@@ -24,9 +25,12 @@ struct InvertCommandOptions {
     std::string model;
     std::string channel;  ///< "mag", "grav", "joint"; empty: what the line has
     std::string target = "data";
-    std::string method = "sweep";
+    std::string method = "least-squares";
     int iterations = 25;
-    int body = 0;  ///< 0: the whole model
+    int body = 0;                                ///< 0: the whole model
+    std::optional<int> regional;                 ///< degree, -1 for none; no value: what the workspace says
+    std::optional<float> mag_noise, grav_noise;  ///< nT, mGal; no value: what the workspace says
+    int starts = 4;
     std::string output;
     bool in_place = false;  ///< the output may be the model itself
     std::string report;

@@ -1,4 +1,5 @@
 #include <ostream>
+#include <tuple>
 
 #include "batch/batch_session.h"
 #include "batch/commands.h"
@@ -6,6 +7,7 @@
 #include "batch/stop_request.h"
 #include "core/numbers.h"
 #include "flow/inversion_report.h"
+#include "show/fit_quality.h"
 
 namespace anomalis::batch {
 
@@ -18,10 +20,13 @@ flow::InvertOptions run_options(const InvertCommandOptions& options, const Sessi
                   : options.channel == "joint" ? channel_joint
                                                : session.inversion.inversion_channel;
     run.target = options.target == "gradient" ? target_gradient : target_data;
-    run.method = options.method == "least-squares" ? inversion::InversionMethod::least_squares
-                                                   : inversion::InversionMethod::sweep;
+    run.method = method_of_name(options.method).value_or(run.method);
     run.iterations = options.iterations;
     run.body = options.body;
+    run.starts = options.starts;
+    run.regional_degree = options.regional;
+    run.mag_noise = options.mag_noise;
+    run.grav_noise = options.grav_noise;
     return run;
 }
 
@@ -57,6 +62,15 @@ flow::InversionReport invert(const InvertCommandOptions& options, BatchSession& 
     return report;
 }
 
+std::string channels_text(const flow::InversionReport& report) {
+    std::string text;
+    for (const flow::ReportedChannel& channel : report.channels)
+        if (channel.quality)
+            text += (channel.channel == channel_mag ? "Magnetics: " : "Gravity: ") +
+                    show::fit_quality_text(*channel.quality, channel.channel) + "\n";
+    return text;
+}
+
 std::string summary(const flow::InversionReport& report) {
     const inversion::RunResult& result = report.result;
     std::string text = report.label + " after " + std::to_string(result.iterations) + " iterations, " +
@@ -64,6 +78,7 @@ std::string summary(const flow::InversionReport& report) {
     if (result.initial_misfit)
         text +=
             "Misfit " + misfit_text(*result.initial_misfit) + " -> " + misfit_text(result.misfit_pair) + "\n";
+    text += channels_text(report);
     for (const flow::ReportedParameter& p : report.parameters) {
         text += "Body " + std::to_string(p.body) + " " + p.name + ":" + number_to_text(p.start) + " ->" +
                 number_to_text(p.final) + "\n";
@@ -71,15 +86,32 @@ std::string summary(const flow::InversionReport& report) {
     return text;
 }
 
-/// A run that has nothing to fit is refused without a word.
-void tell_what_is_missing(const InvertCommandOptions& options, BatchSession& batch) {
-    const int bodies = batch.session.workspace.body_count;
-    if (bodies < 1) {
-        batch.prompts.message("The model has no bodies to invert");
-    } else if (options.body > bodies) {
-        batch.prompts.message("There is no body " + std::to_string(options.body) +
-                              " to invert: the model has " + std::to_string(bodies));
+/// Why a model cannot be fitted as it was asked for; "" when it can. A run by itself is refused without a
+/// word, or gives way to the other channel.
+std::string refusal(const InvertCommandOptions& options, const Workspace& workspace, bool& wrong_usage) {
+    const int bodies = workspace.body_count;
+    if (bodies < 1) return "The model has no bodies to invert";
+    if (options.body > bodies) {
+        wrong_usage = true;
+        return "There is no body " + std::to_string(options.body) + " to invert: the model has " +
+               std::to_string(bodies);
     }
+    const bool joint = options.channel == "joint";
+    for (const auto& [name, words, there] : {std::tuple{"mag", "magnetic", workspace.has_mag()},
+                                             std::tuple{"grav", "gravity", workspace.has_grav()}})
+        if (!there && (joint || options.channel == name))
+            return "--channel " + options.channel + " needs a " + words +
+                   " column, and the workspace names none";
+    return {};
+}
+
+/// The report of a run that was not begun.
+flow::InversionReport refused_report(const InvertCommandOptions& options) {
+    flow::InversionReport report;
+    report.result.status = inversion::run_failed;
+    report.label = inversion::status_label(inversion::run_failed);
+    report.method = method_of_name(options.method).value_or(report.method);
+    return report;
 }
 
 }  // namespace
@@ -89,8 +121,9 @@ bool run_invert(const InvertCommandOptions& options, BatchSession& batch) {
     {
         const MessageScope scope(batch.prompts);
         if (batch.open(options.model) == OpenState::unread) return false;
-        tell_what_is_missing(options, batch);
-        report = invert(options, batch);
+        const std::string why = refusal(options, batch.session.workspace, batch.wrong_usage);
+        if (!why.empty()) batch.prompts.message(why);
+        report = why.empty() ? invert(options, batch) : refused_report(options);
     }
     bool done = report.result.status >= 0;
     const std::string json = report_json_text(report, batch.prompts);

@@ -1,8 +1,11 @@
 #include "batch/report_json.h"
 
+#include <cmath>
 #include <nlohmann/json.hpp>
 
+#include "batch/fit_json.h"
 #include "batch/json_text.h"
+#include "show/fit_quality.h"
 
 namespace anomalis::batch {
 
@@ -10,8 +13,17 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
+constexpr double no_limit = 1e30;
+
 Json pair_json(const std::optional<MisfitPair>& pair) {
     return pair ? Json(*pair) : Json(nullptr);
+}
+
+/// A least-squares fit has no limit where none was keyed and physics asks for none.
+Json limit_json(const flow::InversionReport& report, float limit) {
+    const bool none = report.method == InversionMethod::least_squares &&
+                      (limit == unset || !(std::abs(static_cast<double>(limit)) < no_limit));
+    return none ? Json(nullptr) : Json(limit);
 }
 
 Json parameters_json(const flow::InversionReport& report) {
@@ -22,8 +34,8 @@ Json parameters_json(const flow::InversionReport& report) {
                               {"name", p.name},
                               {"start", p.start},
                               {"final", p.final},
-                              {"lower", p.lower},
-                              {"upper", p.upper},
+                              {"lower", limit_json(report, p.lower)},
+                              {"upper", limit_json(report, p.upper)},
                               {"step", p.step}});
     }
     return parameters;
@@ -38,15 +50,54 @@ Json names_json(const flow::InversionReport& report, const std::vector<int>& ind
     return names;
 }
 
-/// The correlation matrix, one row a parameter.
-Json correlation_json(const std::vector<double>& values, std::size_t count) {
-    Json rows = Json::array();
-    for (std::size_t row = 0; row < count; ++row) {
-        Json one = Json::array();
-        for (std::size_t column = 0; column < count; ++column) one.push_back(values.at(row * count + column));
-        rows.push_back(std::move(one));
+/// In the order of the parameters; null for a parameter that the fit tells nothing of.
+Json intervals_json(const flow::InversionReport& report) {
+    Json intervals = Json::array();
+    const std::optional<FitRecord>& record = report.result.record;
+    for (const flow::ReportedParameter& p : report.parameters) {
+        Json interval = nullptr;
+        if (record)
+            for (const FittedParameter& fitted : record->parameters)
+                if (fitted.body == p.body && fitted.param_code == p.param_code)
+                    interval = interval_json<Json>(fitted);
+        intervals.push_back(std::move(interval));
     }
-    return rows;
+    return intervals;
+}
+
+FittedChannel nothing_fitted() {
+    FittedChannel channel;
+    channel.rms = channel.noise = channel.chi_square = channel.correlation = FittedParameter::open;
+    return channel;
+}
+
+/// What a channel that was fitted has to say, each name with `before` in front.
+void add_channel(const flow::ReportedChannel& channel, const flow::InversionReport& report,
+                 const std::string& before, Json& json) {
+    const bool gradient = report.target == target_gradient;
+    const FittedChannel fitted = channel.fitted.value_or(nothing_fitted());
+    const bool measured = !channel.fitted && channel.quality;
+    json[before + "rms"] = number_or_null<Json>(measured ? channel.quality->rms : fitted.rms);
+    const double noise = measured ? channel.quality->noise.value : fitted.noise;
+    json[before + "noise"] = noise > 0 ? number_or_null<Json>(noise) : Json(nullptr);
+    json[before + "chi_square"] = number_or_null<Json>(fitted.chi_square);
+    const Regional& regional = channel.fitted ? fitted.regional : channel.regional;
+    const Json polynomial = regional_json<Json>(regional);
+    const bool none = polynomial.is_null();
+    json[before + "regional"] = none ? Json(nullptr) : polynomial["coefficients"];
+    json[before + "regional_axis"] =
+        none ? Json(nullptr)
+             : Json{{"centre", polynomial["centre"]}, {"half_width", polynomial["half_width"]}};
+    json[before + "residual_correlation_m"] = number_or_null<Json>(fitted.correlation);
+    json[before + "units"] = std::string(show::channel_unit(channel.channel)) + (gradient ? " per tap" : "");
+}
+
+/// The first channel's names stand alone; those of a joint fit's gravity begin with "grav_".
+void add_channels(const flow::InversionReport& report, Json& json) {
+    for (const flow::ReportedChannel& channel : report.channels) {
+        const bool second = &channel != &report.channels.front();
+        add_channel(channel, report, second ? "grav_" : "", json);
+    }
 }
 
 }  // namespace
@@ -63,9 +114,12 @@ std::string report_json_text(const flow::InversionReport& report, const BatchPro
     json["evaluations"] = result.evaluations;
     json["seconds"] = report.seconds;
     json["parameters"] = parameters_json(report);
+    json["method"] = method_name(report.method);
+    json["intervals"] = intervals_json(report);
+    add_channels(report, json);
     if (result.statistics) {
         json["errors"] = result.statistics->errors;
-        json["correlation"] = correlation_json(result.statistics->correlation, report.parameters.size());
+        json["correlation"] = matrix_json<Json>(result.statistics->correlation, report.parameters.size());
         json["undetermined"] = names_json(report, result.statistics->undetermined);
         json["at_limit"] = names_json(report, result.statistics->at_limit);
     }

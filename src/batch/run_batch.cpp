@@ -1,6 +1,7 @@
 #include "batch/run_batch.h"
 
 #include <CLI/CLI.hpp>
+#include <cmath>
 #include <iostream>
 #include <sstream>
 #include <unistd.h>
@@ -9,6 +10,7 @@
 #include "batch/command_files.h"
 #include "batch/commands.h"
 #include "core/numbers.h"
+#include "core/regional.h"
 #include "core/same_file.h"
 #include "core/shown_text.h"
 #include "core/version.h"
@@ -17,6 +19,8 @@
 namespace anomalis::batch {
 
 namespace {
+
+constexpr int most_iterations = 2147483647, most_starts = 10000;
 
 enum ExitStatus : int { exit_done = 0, exit_failed = 1, exit_usage = 2 };
 
@@ -58,11 +62,52 @@ class CommandAdder {
     CommandLine& line_;
 };
 
-/// A number such as 25 or 1e3; below 1 counts as 1.
-int iteration_count(const std::string& text) {
-    if (!is_numeric(text)) throw CLI::ValidationError("--iterations", "is not a number: " + text);
-    const double value = std::clamp(prefix_number(text), 1.0, 2147483647.0);
-    return std::max(round_to_even(value), 1);
+/// A whole number such as 25 or 1e3 that is not below `least`.
+int count_of(const std::string& option, const std::string& text, int least, int most) {
+    double value = 0;
+    if (!parse_number(text, value)) throw CLI::ValidationError(option, "is not a number: " + text);
+    if (value != std::floor(value) || value < least)
+        throw CLI::ValidationError(option,
+                                   "must be a whole number, at least " + std::to_string(least) + ": " + text);
+    return static_cast<int>(std::min<double>(value, most));
+}
+
+/// "none" or a degree.
+int regional_degree(const std::string& text) {
+    if (text == "none") return no_regional;
+    double value = 0;
+    const bool degree = parse_number(text, value) && value >= 0 && value <= most_regional_degree &&
+                        value == std::floor(value);
+    if (!degree)
+        throw CLI::ValidationError("--regional",
+                                   "must be none, 0 (level), 1 (slope), 2 (bend) or 3 (cubic): " + text);
+    return static_cast<int>(value);
+}
+
+float noise_of(const std::string& option, const std::string& unit, const std::string& text) {
+    const std::optional<float> value = parse_single(text);
+    if (!value || !(*value > 0))
+        throw CLI::ValidationError(option, "must be a number of " + unit + " above 0: " + text);
+    return *value;
+}
+
+void add_fit_options(CLI::App& command, InvertCommandOptions& options) {
+    command.add_option_function<std::string>(
+        "--regional", [&options](const std::string& text) { options.regional = regional_degree(text); },
+        "Polynomial that is fitted with the bodies: none, 0 (level), 1 (slope), 2 (bend) or 3 (cubic); "
+        "otherwise that of the workspace");
+    command.add_option_function<std::string>(
+        "--noise-mag",
+        [&options](const std::string& text) { options.mag_noise = noise_of("--noise-mag", "nT", text); },
+        "Standard deviation of a magnetic reading, nT; otherwise that of the workspace, or estimated");
+    command.add_option_function<std::string>(
+        "--noise-grav",
+        [&options](const std::string& text) { options.grav_noise = noise_of("--noise-grav", "mGal", text); },
+        "The same of a gravity reading, mGal");
+    command.add_option_function<std::string>(
+        "--starts",
+        [&options](const std::string& text) { options.starts = count_of("--starts", text, 0, most_starts); },
+        "Fits from other starts that may find a better answer (least-squares) [4]");
 }
 
 void add_invert(CommandAdder& add_command, InvertCommandOptions& options, bool& force) {
@@ -73,12 +118,16 @@ void add_invert(CommandAdder& add_command, InvertCommandOptions& options, bool& 
     command->add_option("--target", options.target, "data or gradient")
         ->check(CLI::IsMember({"data", "gradient"}))
         ->capture_default_str();
-    command->add_option("--method", options.method, "sweep or least-squares")
+    command->add_option("--method", options.method, "least-squares or sweep")
         ->check(CLI::IsMember({"sweep", "least-squares"}))
         ->capture_default_str();
     command->add_option_function<std::string>(
-        "--iterations", [&options](const std::string& text) { options.iterations = iteration_count(text); },
+        "--iterations",
+        [&options](const std::string& text) {
+            options.iterations = count_of("--iterations", text, 1, most_iterations);
+        },
         "Most iterations, at least 1 [25]");
+    add_fit_options(*command, options);
     command->add_option("--body", options.body, "Invert this body alone; otherwise the whole model")
         ->check(CLI::PositiveNumber);
     command->add_option("-o,--output", options.output,
@@ -209,6 +258,7 @@ int run_batch(int argc, char** argv, std::ostream& out, std::ostream& err, Pictu
     batch.force = line.force;
     batch.to_terminal = &out == &std::cout && ::isatty(STDOUT_FILENO) != 0;
     const bool done = run_command(command, line, batch, pictures);
+    if (batch.wrong_usage) return exit_usage;
     return done && (batch.failures().empty() || line.keep_going) ? exit_done : exit_failed;
 }
 

@@ -37,6 +37,33 @@ std::int32_t available_channel(std::int32_t channel, const Workspace& workspace)
     return channel;
 }
 
+bool fits(std::int32_t channel, std::int32_t one) {
+    return channel == one || channel == channel_joint;
+}
+
+void take_settings(const InvertOptions& options, std::int32_t channel, Workspace& workspace) {
+    for (const int one : {channel_mag, channel_grav})
+        if (options.regional_degree && fits(channel, one))
+            workspace.channel(one).regional_degree = *options.regional_degree;
+    if (options.mag_noise) workspace.mag.noise = *options.mag_noise;
+    if (options.grav_noise) workspace.grav.noise = *options.grav_noise;
+}
+
+std::vector<ReportedChannel> reported_channels(const Workspace& workspace, std::int32_t channel,
+                                               const InversionReport& report) {
+    std::vector<ReportedChannel> list;
+    for (const int one : {channel_mag, channel_grav}) {
+        if (!fits(channel, one)) continue;
+        ReportedChannel& reported = list.emplace_back();
+        reported.channel = one;
+        reported.regional = workspace.channel(one).regional;
+        if (const std::optional<FitRecord>& record = report.result.record)
+            reported.fitted = one == channel_mag ? record->mag : record->grav;
+        if (report.target == target_data) reported.quality = show::fit_quality(workspace, one);
+    }
+    return list;
+}
+
 std::vector<ReportedParameter> reported_parameters(const InversionState& inversion) {
     std::vector<ReportedParameter> list;
     for (int i = 1; i <= inversion.inversion_params.count(); ++i) {
@@ -64,22 +91,28 @@ InversionReport run_inversion(Session& session, const InvertOptions& options,
     session.inversion.inversion_target = options.target == target_gradient ? target_gradient : target_data;
     // Stored before the set-up, which takes its scale: a run by itself has no previous channel.
     session.inversion.inversion_channel = channel == channel_grav ? channel_grav : channel_mag;
+    take_settings(options, channel, session.workspace);
     model::refresh_model(session);
 
     const inversion::RunRequest request{.entire_model = options.body == 0,
                                         .current_body = options.body == 0 ? 1 : options.body,
                                         .channel = channel,
                                         .max_iterations = options.iterations,
-                                        .method = options.method};
+                                        .method = options.method,
+                                        .starts = options.starts};
     CallbackObserver observer(progress, session.prompts);
     InversionReport report;
+    report.method = options.method;
+    report.target = session.inversion.inversion_target;
     inversion::perform_inversion(session.workspace, session.inversion, request, observer, report.result);
     show_faults(report.result.faults, session.prompts);
     report.label = inversion::status_label(report.result.status);
     report.seconds = observer.seconds();
     if (report.result.filled) report.parameters = reported_parameters(session.inversion);
+    if (report.result.record) session.workspace.fit = report.result.record;
     reset_calculated_data(session.workspace, session.prompts);
     model::refresh_model(session);
+    if (report.result.filled) report.channels = reported_channels(session.workspace, channel, report);
     return report;
 }
 

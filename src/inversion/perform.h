@@ -18,6 +18,7 @@ using anomalis::InversionMethod;
 enum RunStatus : int { run_failed = -1, run_succeeded = 0, run_limit = 1, run_no_decrease = 2 };
 
 inline constexpr int default_iterations = 25;
+inline constexpr int default_starts = 4;
 
 struct RunRequest {
     bool entire_model = true;
@@ -25,6 +26,8 @@ struct RunRequest {
     std::int32_t channel = channel_mag;
     int max_iterations = default_iterations;
     InversionMethod method = InversionMethod::sweep;
+    /// Least squares: the fit, and others from starts around it that may find a better one.
+    int starts = default_starts;
 };
 
 /// Runs from the start of a run.
@@ -59,6 +62,7 @@ struct RunResult {
     /// A joint fit: the same of gravity.
     std::optional<MisfitPair> initial_grav_misfit, grav_misfit;
     std::optional<FitStatistics> statistics;
+    std::optional<FitRecord> record;  ///< of a least-squares fit
     Faults faults;  ///< what there is to tell of the run, the lack of free parameters among it
 };
 

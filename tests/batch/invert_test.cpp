@@ -25,7 +25,7 @@ Inverted invert(const BatchFolder& files, std::vector<std::string> more = {}) {
 
 TEST(Invert, the_report_says_what_moved_and_how_far) {
     const BatchFolder files;
-    const Inverted fit = invert(files, {"--channel", "mag", "--iterations", "4"});
+    const Inverted fit = invert(files, {"--channel", "mag", "--iterations", "4", "--method", "sweep"});
     ASSERT_EQ(fit.run.status, 0) << fit.run.err;
     const json& report = fit.report;
     EXPECT_LE(report["iterations"], 4);
@@ -96,24 +96,28 @@ TEST(Invert, both_channels_can_be_fitted_together) {
     EXPECT_LT(both("final"), both("initial"));
 }
 
-TEST(Invert, iterations_below_1_run_once_and_words_are_refused) {
+TEST(Invert, iterations_below_1_and_words_are_refused) {
     const BatchFolder files;
-    for (const std::string count : {"0", "-7", "1", "0.4"})
-        EXPECT_EQ(invert(files, {"--iterations", count}).report["iterations"], 1) << count;
-    EXPECT_EQ(batch({"invert", files.model, "--iterations", "many"}).status, 2);
+    for (const std::string count : {"0", "-7", "0.4", "1.5", "many", ""}) {
+        const BatchRun run = batch({"invert", files.model, "--iterations", count});
+        EXPECT_EQ(run.status, 2) << count;
+        EXPECT_NE(run.err.find("--iterations: "), std::string::npos) << run.err;
+    }
+    EXPECT_EQ(invert(files, {"--iterations", "1"}).report["iterations"], 1);
     EXPECT_EQ(batch({"invert", files.model, "--iterations", "1e9"}).status, 0);
 }
 
-TEST(Invert, a_body_that_does_not_exist_is_refused) {
+TEST(Invert, a_body_that_does_not_exist_is_wrong_usage) {
     const BatchFolder files;
-    const Inverted fit = invert(files, {"--body", "2"});
-    EXPECT_EQ(fit.run.status, 1);
-    EXPECT_EQ(fit.run.err, "There is no body 2 to invert: the model has 1\n");
-    EXPECT_EQ(fit.report["failures"], json({"There is no body 2 to invert: the model has 1"}));
+    const Inverted fit = invert(files, {"--body", "99"});
+    EXPECT_EQ(fit.run.status, 2);
+    EXPECT_EQ(fit.run.err, "There is no body 99 to invert: the model has 1\n");
+    EXPECT_EQ(fit.report["failures"], json({"There is no body 99 to invert: the model has 1"}));
     EXPECT_EQ(fit.report["status"], -1);
     EXPECT_EQ(fit.report["label"], "Inversion failed: -1");
     EXPECT_TRUE(fit.report["initial_misfit"].is_null());
     EXPECT_TRUE(fit.report["final_misfit"].is_null());
+    EXPECT_EQ(batch({"invert", files.model, "--body", "99", "--keep-going"}).status, 2);
 }
 
 TEST(Invert, a_refused_run_writes_its_report_but_no_workspace) {
@@ -140,6 +144,75 @@ TEST(Invert, nothing_free_is_told) {
     EXPECT_FALSE(std::filesystem::exists(fitted)) << "it would pass for a fit";
     EXPECT_EQ(invert(files, {"-o", fitted, "--keep-going"}).run.status, 0);
     EXPECT_TRUE(std::filesystem::exists(fitted));
+}
+
+TEST(Invert, a_degree_that_is_none_is_wrong_usage) {
+    const BatchFolder files;
+    for (const std::string degree : {"4", "-1", "1.5", "bend", "", "nan"}) {
+        const BatchRun run = batch({"invert", files.model, "--regional", degree});
+        EXPECT_EQ(run.status, 2) << degree;
+        EXPECT_NE(
+            run.err.find("--regional: must be none, 0 (level), 1 (slope), 2 (bend) or 3 (cubic): " + degree),
+            std::string::npos)
+            << run.err;
+    }
+}
+
+TEST(Invert, a_noise_that_is_none_is_wrong_usage) {
+    const BatchFolder files;
+    for (const auto& [option, unit] : {std::pair{"--noise-mag", "nT"}, std::pair{"--noise-grav", "mGal"}}) {
+        for (const std::string noise : {"0", "-5", "loud", "", "1e99"}) {
+            const BatchRun run = batch({"invert", files.model, option, noise});
+            EXPECT_EQ(run.status, 2) << option << noise;
+            EXPECT_NE(
+                run.err.find(std::string(option) + ": must be a number of " + unit + " above 0: " + noise),
+                std::string::npos)
+                << run.err;
+        }
+    }
+    for (const std::string starts : {"-1", "some", "2.5"})
+        EXPECT_EQ(batch({"invert", files.model, "--starts", starts}).status, 2) << starts;
+}
+
+TEST(Invert, a_channel_that_is_missing_is_named_and_nothing_is_fitted) {
+    const BatchFolder files;
+    std::string text = model_text();
+    text.replace(text.find("3  4  0  0  0  0"), 16, "3  0  0  0  0  0");
+    files.folder.write("model.axm", text);
+    for (const std::string channel : {"grav", "joint"}) {
+        const Inverted fit = invert(files, {"--channel", channel, "-o", files.folder.path("fitted.axm")});
+        EXPECT_EQ(fit.run.status, 1);
+        EXPECT_EQ(fit.run.err,
+                  "--channel " + channel + " needs a gravity column, and the workspace names none\n");
+        EXPECT_EQ(fit.report["status"], -1);
+        EXPECT_TRUE(fit.report["parameters"].empty());
+        EXPECT_FALSE(std::filesystem::exists(files.folder.path("fitted.axm")));
+    }
+    text.replace(text.find("3  0  0  0  0  0"), 16, "0  4  0  0  0  0");
+    files.folder.write("model.axm", text);
+    EXPECT_EQ(invert(files, {"--channel", "mag"}).run.err,
+              "--channel mag needs a magnetic column, and the workspace names none\n");
+    EXPECT_EQ(invert(files, {"--iterations", "2"}).report["units"], "mGal")
+        << "what there is is taken unasked";
+}
+
+TEST(Invert, the_sweep_keeps_its_way_and_tells_its_misfit_with_a_unit) {
+    const BatchFolder files;
+    const Inverted fit = invert(files, {"--method", "sweep", "--iterations", "3"});
+    ASSERT_EQ(fit.run.status, 0) << fit.run.err;
+    EXPECT_EQ(fit.report["method"], "sweep");
+    EXPECT_EQ(fit.report["units"], "nT");
+    EXPECT_NEAR(fit.report["rms"].get<double>(),
+                fit.report["final_misfit"][0].get<double>() * 40 / std::sqrt(41.0), 1e-4);
+    EXPECT_TRUE(fit.report["chi_square"].is_null());
+    EXPECT_TRUE(fit.report["regional"].is_null());
+    EXPECT_TRUE(fit.report["parameters"][0]["lower"].is_number()) << "its wide default";
+    EXPECT_EQ(fit.report["intervals"], json::array({nullptr, nullptr, nullptr}));
+    EXPECT_FALSE(fit.report.contains("errors"));
+    EXPECT_NE(fit.run.out.find("Magnetics: rms "), std::string::npos) << fit.run.out;
+    const std::string fitted = files.folder.path("fitted.axm");
+    ASSERT_EQ(invert(files, {"--method", "sweep", "--iterations", "3", "-o", fitted}).run.status, 0);
+    EXPECT_EQ(files.folder.read("fitted.axm").find("[AXM Extensions]"), std::string::npos);
 }
 
 TEST(StopRequest, an_interrupt_is_remembered_and_ends_nothing) {

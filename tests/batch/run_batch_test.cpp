@@ -22,7 +22,7 @@ TEST(RunBatch, wrong_usage_ends_with_2_and_says_why_on_the_error_stream) {
         {"invert", files.model, "--method", "guess"},
         {"invert", files.model, "--iterations", "abc"},
         {"invert", files.model, "--body", "0"},
-        {"invert", files.model, "--channel", "joint"},
+        {"invert", files.model, "--channel", "joint", "--method", "sweep"},
         {"export", files.model},
         {"render", files.model},
         {"render", files.model, "-o", "picture.gif"},

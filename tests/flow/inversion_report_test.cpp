@@ -26,7 +26,8 @@ ModelBody& prepare(LineSession& line) {
 TEST(RunInversion, the_report_holds_start_limits_step_and_final_value) {
     LineSession line;
     prepare(line);
-    const InversionReport report = run_inversion(line.session, {.iterations = 2});
+    const InversionReport report =
+        run_inversion(line.session, {.method = InversionMethod::sweep, .iterations = 2});
     EXPECT_EQ(report.label, "Iteration limit reached");
     ASSERT_EQ(report.parameters.size(), 1U);
     const ReportedParameter& p = report.parameters[0];
@@ -98,8 +99,8 @@ TEST(RunInversion, an_old_stop_request_is_forgotten_and_a_new_one_served) {
     prepare(line);
     line.session.inversion.stop_inversion = true;
     int calls = 0;
-    const InversionReport report =
-        run_inversion(line.session, {.iterations = 50}, [&](const InversionProgress&) {
+    const InversionReport report = run_inversion(
+        line.session, {.method = InversionMethod::sweep, .iterations = 50}, [&](const InversionProgress&) {
             if (++calls == 3) line.session.inversion.stop_inversion = true;
         });
     EXPECT_EQ(report.result.iterations, 4);
