@@ -8,6 +8,7 @@
 #include "forward/columns/body_response.h"
 #include "forward/columns/difference_step.h"
 #include "forward/columns/plane_columns.h"
+#include "forward/columns/solid_columns.h"
 
 namespace anomalis::forward {
 
@@ -58,6 +59,10 @@ bool closed_in_plane(const Workspace& workspace, const ModelBody& body) {
     return workspace.formulas == Formulas::exact && body.turned_off != 1 && lies_in_plane(body);
 }
 
+bool closed_in_space(const Workspace& workspace, const ModelBody& body) {
+    return workspace.formulas == Formulas::exact && body.turned_off != 1 && is_limited_sheet(body);
+}
+
 }  // namespace
 
 void body_values(const Workspace& workspace, ModelBody& body, int channel, const StationRange& range,
@@ -77,6 +82,16 @@ void body_columns(const Workspace& workspace, ModelBody& body, int channel, cons
         });
         return;
     }
+    if (closed_in_space(workspace, body)) {
+        if (!respond(workspace, body, channel, range, memory, values, notes)) {
+            std::ranges::fill(columns, 0.0);
+            return;
+        }
+        work_exactly(workspace, body, channel, values, columns, notes, [&] {
+            solid_columns(workspace, body, channel, stations, param_codes, columns, notes.pacer);
+        });
+        return;
+    }
     const ColumnTask task{workspace, body, channel, range, memory, notes};
     const ShapeTensor tensor = body.demagnetisation;
     const LostEdges told = body.told_edges;
@@ -90,7 +105,7 @@ void body_columns(const Workspace& workspace, ModelBody& body, int channel, cons
 }
 
 bool has_derivative(const Workspace& workspace, const ModelBody& body, int /*channel*/, int /*param_code*/) {
-    return closed_in_plane(workspace, body);
+    return closed_in_plane(workspace, body) || closed_in_space(workspace, body);
 }
 
 }  // namespace anomalis::forward

@@ -11,7 +11,6 @@
 #include "forward/columns/sheet_slope.h"
 #include "forward/exact/exact_response.h"
 #include "forward/exact/plane_strip.h"
-#include "forward/exact/shape_demagnetisation.h"
 #include "forward/gravity_constant.h"
 #include "forward/shape/reference_point.h"
 #include "forward/station_columns.h"
@@ -63,25 +62,12 @@ class PlaneBody {
         return slope;
     }
 
-    /// Of the demagnetising tensor, by differences of the fourth order: it costs no station.
     Tensor3 tensor_slope(int param_code) const {
         if (is_step(body_.type)) return {};
-        const SheetShape change = sheet_slope(body_, sheet_, param_code);
-        const double rate =
-            std::max({std::abs(change.cotangent) / (1 + std::abs(sheet_.cotangent)),
-                      std::abs(change.width / sheet_.width), std::abs(change.rise / sheet_.width),
-                      sheet_.depth == 0 ? 0.0 : std::abs(change.depth / sheet_.depth)});
-        if (rate == 0) return {};
-        const double step = tensor_step / rate;
-        const auto far = tensor_difference(change, 2 * step), near = tensor_difference(change, step);
-        const auto slope = [&](double Tensor3::*part) { return (8 * near.*part - far.*part) / (12 * step); };
-        return {slope(&Tensor3::xx), slope(&Tensor3::xy), slope(&Tensor3::xz),
-                slope(&Tensor3::yy), slope(&Tensor3::yz), slope(&Tensor3::zz)};
+        return sheet_tensor_slope(sheet_, sheet_slope(body_, sheet_, param_code));
     }
 
   private:
-    static constexpr double tensor_step = 1e-3;  ///< of the shape's size
-
     StripSlope shape_slope(int param_code) const {
         if (is_step(body_.type)) {
             const StepShape change = step_slope(body_, step_, param_code);
@@ -95,21 +81,6 @@ class PlaneBody {
                 Complex(change.cotangent * sheet_.depth + sheet_.cotangent * change.depth, -change.depth)};
         const double turn = change.cotangent / (1 + sheet_.cotangent * sheet_.cotangent);
         return {0.0, top, i_unit * turn * strip_.g};
-    }
-
-    SheetShape changed(const SheetShape& change, double by) const {
-        SheetShape sheet = sheet_;
-        sheet.cotangent += change.cotangent * by;
-        sheet.width += change.width * by;
-        sheet.rise += change.rise * by;
-        sheet.depth += change.depth * by;
-        return sheet;
-    }
-
-    Tensor3 tensor_difference(const SheetShape& change, double step) const {
-        const Tensor3 a = sheet_demagnetisation(changed(change, step));
-        const Tensor3 b = sheet_demagnetisation(changed(change, -step));
-        return {a.xx - b.xx, a.xy - b.xy, a.xz - b.xz, a.yy - b.yy, a.yz - b.yz, a.zz - b.zz};
     }
 
     const ModelBody& body_;

@@ -1,9 +1,11 @@
 #include "forward/columns/sheet_slope.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "core/body_parameters.h"
 #include "forward/exact/exact_axes.h"
+#include "forward/exact/shape_demagnetisation.h"
 
 namespace anomalis::forward {
 
@@ -29,7 +31,43 @@ SheetShape cut_slope(double slope_tangent, const SheetShape& sheet, double width
     return change;
 }
 
+constexpr double tensor_step = 1e-3;  ///< of the shape's size
+
+SheetShape changed(SheetShape sheet, const SheetShape& change, double by) {
+    for (double SheetShape::*number :
+         {&SheetShape::cotangent, &SheetShape::width, &SheetShape::rise, &SheetShape::depth,
+          &SheetShape::near_end, &SheetShape::far_end, &SheetShape::plunge})
+        sheet.*number += change.*number * by;
+    return sheet;
+}
+
+Tensor3 tensor_difference(const SheetShape& sheet, const SheetShape& change, double step) {
+    const Tensor3 a = sheet_demagnetisation(changed(sheet, change, step));
+    const Tensor3 b = sheet_demagnetisation(changed(sheet, change, -step));
+    return {a.xx - b.xx, a.xy - b.xy, a.xz - b.xz, a.yy - b.yy, a.yz - b.yz, a.zz - b.zz};
+}
+
+/// The largest change of a number of the shape as a part of its size.
+double change_rate(const SheetShape& sheet, const SheetShape& change) {
+    const double length = sheet.limited ? sheet.far_end - sheet.near_end : 0;
+    return std::max(
+        {std::abs(change.cotangent) / (1 + std::abs(sheet.cotangent)), std::abs(change.width / sheet.width),
+         std::abs(change.rise / sheet.width), sheet.depth == 0 ? 0.0 : std::abs(change.depth / sheet.depth),
+         length == 0 ? 0.0 : std::abs((change.far_end - change.near_end) / length), std::abs(change.plunge)});
+}
+
 }  // namespace
+
+Tensor3 sheet_tensor_slope(const SheetShape& sheet, const SheetShape& change) {
+    const double rate = change_rate(sheet, change);
+    if (rate == 0) return {};
+    const double step = tensor_step / rate;
+    const Tensor3 far = tensor_difference(sheet, change, 2 * step);
+    const Tensor3 near = tensor_difference(sheet, change, step);
+    const auto slope = [&](double Tensor3::*part) { return (8 * near.*part - far.*part) / (12 * step); };
+    return {slope(&Tensor3::xx), slope(&Tensor3::xy), slope(&Tensor3::xz),
+            slope(&Tensor3::yy), slope(&Tensor3::yz), slope(&Tensor3::zz)};
+}
 
 SheetShape sheet_slope(const ModelBody& body, const SheetShape& sheet, int param_code) {
     const double slope_tangent = std::tan(exact_radians(body.slope.value));

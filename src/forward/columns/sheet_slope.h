@@ -1,5 +1,6 @@
 #pragma once
 
+#include "forward/polyhedron/polyhedron.h"
 #include "forward/shape/exact_shape.h"
 
 namespace anomalis::forward {
@@ -9,7 +10,11 @@ namespace anomalis::forward {
 /// extents of 0, which stand for no end. The sheet must meet its far wall.
 SheetShape sheet_slope(const ModelBody& body, const SheetShape& sheet, int param_code);
 
-/// The same of the face of an edge or a step.
+/// What such a change does to the demagnetising tensor, by differences of the fourth order: it costs no
+/// station.
+Tensor3 sheet_tensor_slope(const SheetShape& sheet, const SheetShape& change);
+
+/// `sheet_slope` of the face of an edge or a step.
 StepShape step_slope(const ModelBody& body, const StepShape& step, int param_code);
 
 }  // namespace anomalis::forward
