@@ -4,6 +4,7 @@
 
 #include "core/failure.h"
 #include "edit/zoom.h"
+#include "show/fit_quality.h"
 #include "show/page_layout.h"
 
 namespace anomalis::flow {
@@ -11,12 +12,25 @@ namespace anomalis::flow {
 namespace {
 
 constexpr double page_margin = 8 * chart::units_per_screen_pixel;
+constexpr double caption_line = 16 * chart::units_per_screen_pixel;
+/// A page below this is a thumbnail.
+constexpr double least_height_of_captioned = 400 * chart::units_per_screen_pixel;
+const chart::Font caption_font{.name = "Sans Serif", .size = 9, .bold = false};
+
+std::vector<std::string> caption_of(const Workspace& workspace) {
+    std::vector<std::string> lines;
+    for (const int channel : {channel_mag, channel_grav})
+        if (const auto quality = show::fit_quality(workspace, channel))
+            lines.push_back((channel == channel_mag ? "Magnetics: " : "Gravity: ") +
+                            show::fit_quality_text(*quality, channel));
+    return lines;
+}
 
 }  // namespace
 
 ModelPage::ModelPage(Session& session, chart::SurfaceSize size, const show::PageView& view,
                      const MakeSurface& make_surface)
-    : workbench_(session) {
+    : workbench_(session), size_(size) {
     workbench_.view.highlight_on = false;
     workbench_.view.current_body = 1;
     workbench_.view.show_plan = view.plan;
@@ -32,11 +46,18 @@ ModelPage::ModelPage(Session& session, chart::SurfaceSize size, const show::Page
         charts_.at(static_cast<std::size_t>(i)).SetEvents(&view_->events(i));
     view_->charts().set_up(true);
     view_->display_model(true);
+    if (caption_height() > 0) caption_ = caption_of(session.workspace);
+}
+
+double ModelPage::caption_height() const {
+    if (size_.height < least_height_of_captioned) return 0;
+    const Workspace& workspace = workbench_.session.workspace;
+    return caption_line * ((workspace.has_mag() ? 1 : 0) + (workspace.has_grav() ? 1 : 0));
 }
 
 void ModelPage::place_charts(chart::SurfaceSize size, const MakeSurface& make_surface) {
     const double width = size.width - 2 * page_margin;
-    const double height = size.height - 2 * page_margin;
+    const double height = size.height - 2 * page_margin - caption_height();
     const edit::ViewState& view = workbench_.view;
     auto shown = show::charts_with_data(workbench_.session.workspace);
     for (std::size_t i = 0; i < shown.size(); ++i) shown[i] = shown[i] && view.wanted[i];
@@ -64,6 +85,23 @@ void ModelPage::draw(chart::DrawingDevice& device, chart::OutputTarget kind,
         mapping.device_offset_y -= whole.device_scale * places_[i].bottom;
         if (charts_[i].DrawTo(device, kind, mapping, places_[i].size) != 0)
             throw Fault("a chart of the page cannot be drawn");
+    }
+    draw_caption(device, whole);
+}
+
+/// A line that is wider than the page has smaller letters.
+void ModelPage::draw_caption(chart::DrawingDevice& device, const chart::SurfaceMapping& whole) const {
+    chart::SurfaceMapping mapping = whole;
+    mapping.device_offset_x += whole.device_scale * page_margin;
+    device.set_mapping(mapping);
+    double bottom = page_margin + caption_line * static_cast<double>(caption_.size());
+    for (const std::string& line : caption_) {
+        bottom -= caption_line;
+        chart::Font font = caption_font;
+        const double room = size_.width - 2 * page_margin;
+        const double width = device.measure(line, font).width;
+        if (width > room) font.size *= room / width;
+        device.text({0, bottom}, 0, line, font, chart::black);
     }
 }
 

@@ -3,6 +3,8 @@
 #include <array>
 #include <functional>
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "chart/ax_grapher.h"
 #include "edit/workbench.h"
@@ -12,7 +14,7 @@
 namespace anomalis::flow {
 
 /// The page of the model on paper: the charts that the window shows, one under the other, at any size and on
-/// any device.
+/// any device. How well each channel fits stands below the charts of a page that has room for it.
 class ModelPage : private ModelViewHost {
   public:
     /// Makes a surface that measures text as the final device will; what is drawn on it is not looked at.
@@ -40,6 +42,8 @@ class ModelPage : private ModelViewHost {
     void show_window(bool) override {}
     void show_current_body() override {}
     void place_charts(chart::SurfaceSize size, const MakeSurface& make_surface);
+    double caption_height() const;
+    void draw_caption(chart::DrawingDevice& device, const chart::SurfaceMapping& whole) const;
 
     edit::Workbench workbench_;
     /// The last one is the plan.
@@ -47,6 +51,8 @@ class ModelPage : private ModelViewHost {
     std::array<Place, edit::model_chart_count + 1> places_;
     std::array<std::unique_ptr<chart::DrawingDevice>, edit::model_chart_count + 1> surfaces_;
     std::unique_ptr<ModelView> view_;
+    chart::SurfaceSize size_;
+    std::vector<std::string> caption_;  ///< how well each channel fits; a line each, the top one first
 };
 
 }  // namespace anomalis::flow

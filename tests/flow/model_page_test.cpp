@@ -1,6 +1,7 @@
 #include "flow/model_page.h"
 
 #include <gtest/gtest.h>
+#include <optional>
 
 #include "core/failure.h"
 #include "edit/line_sample.h"
@@ -36,6 +37,12 @@ struct Page : edit::LineSample {
         ModelPage page(session, sheet, *show::find_page_view(view), measuring_surface);
         page.draw(paper, chart::OutputTarget::metafile, chart::screen_mapping(sheet.height));
     }
+    /// The text that begins so.
+    std::optional<chart::RecordingDevice::Entry> caption(std::string_view start) const {
+        for (const auto& entry : paper.of_kind(chart::RecordingDevice::Kind::text))
+            if (entry.text.starts_with(start)) return entry;
+        return std::nullopt;
+    }
     Sheet paper;
 };
 
@@ -49,6 +56,24 @@ TEST(ModelPage, holds_every_chart_of_the_line) {
         EXPECT_NE(page.paper.find_text(title), nullptr) << title;
     EXPECT_EQ(page.paper.find_text("Plan"), nullptr);
     EXPECT_TRUE(page.prompts.messages.empty());
+}
+
+TEST(ModelPage, how_well_each_channel_fits_stands_below_the_charts) {
+    Page page;
+    page.workspace().mag.noise = 5;
+    page.draw("section");
+    const auto mag = page.caption("Magnetics: rms ");
+    const auto grav = page.caption("Gravity: rms ");
+    ASSERT_TRUE(mag && grav);
+    EXPECT_NE(mag->text.find(" nT over 101 stations, "), std::string::npos) << mag->text;
+    EXPECT_NE(mag->text.find(" times the noise of 5.0 nT"), std::string::npos) << mag->text;
+    EXPECT_GT(mag->points.at(0).y, grav->points.at(0).y);
+    Page one;
+    one.workspace().definition.grav_column = 0;
+    one.load();
+    one.draw("curves");
+    EXPECT_TRUE(one.caption("Magnetics: rms "));
+    EXPECT_FALSE(one.caption("Gravity: rms "));
 }
 
 TEST(ModelPage, the_charts_stand_one_under_the_other_inside_the_sheet) {
