@@ -31,12 +31,12 @@ class Search {
             if (!(length_[k] > 0) || !std::isfinite(length_[k])) place(k) = Place::out;
     }
 
-    VectorXd run() {
+    BoundedAnswer run() {
         for (int round = 0; round < most_rounds; ++round) {
-            if (!solve()) return VectorXd::Zero(size_);
-            if (!settle()) return step_;
+            if (!solve()) return {VectorXd::Zero(size_), false};
+            if (!settle()) return {step_, true};
         }
-        return step_.cwiseMax(problem_.least).cwiseMin(problem_.most);
+        return {step_.cwiseMax(problem_.least).cwiseMin(problem_.most), false};
     }
 
   private:
@@ -108,7 +108,7 @@ class Search {
 
 }  // namespace
 
-VectorXd bounded_step(const BoundedStep& problem) {
+BoundedAnswer bounded_step(const BoundedStep& problem) {
     return Search(problem).run();
 }
 

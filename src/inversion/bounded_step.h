@@ -16,9 +16,14 @@ struct BoundedStep {
     double damping = 0;
 };
 
+struct BoundedAnswer {
+    Eigen::VectorXd step;
+    bool settled = false;  ///< it is the least: no bound is left to take up or to let go
+};
+
 /// The step: components that would leave their bounds go to them and the rest is solved again; those that the
 /// gradient pulls back from a bound are let go. By Cholesky's decomposition. Zeros when the matrix is not
 /// positive for the digits.
-Eigen::VectorXd bounded_step(const BoundedStep& problem);
+BoundedAnswer bounded_step(const BoundedStep& problem);
 
 }  // namespace anomalis::inversion

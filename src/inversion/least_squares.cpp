@@ -56,10 +56,11 @@ class Solver {
         return -2 * system_.gradient.dot(step) -
                step.dot(system_.normal.selfadjointView<Eigen::Lower>() * step);
     }
-    VectorXd step_damped_by(double damping) {
+    BoundedAnswer step_damped_by(double damping) {
         system_.damping = damping;
         return bounded_step(system_);
     }
+    bool promises_little();
     Step improve();
     bool perfect_fit() const { return std::sqrt(sum_of_squares_) <= perfect * problem_.rounding(); }
 
@@ -137,14 +138,24 @@ bool Solver::try_step(const VectorXd& step) {
     return true;
 }
 
+/// Even if the columns held all the way to the limits.
+bool Solver::promises_little() {
+    system_.least.swap(limit_below_);
+    system_.most.swap(limit_above_);
+    const BoundedAnswer answer = step_damped_by(least_damping);
+    system_.least.swap(limit_below_);
+    system_.most.swap(limit_above_);
+    return answer.settled && promise(answer.step) < least_promise * sum_of_squares_;
+}
+
 Solver::Step Solver::improve() {
     form_normal();
     form_bounds();
     const double before = sum_of_squares_;
-    const bool last_step = promise(step_damped_by(least_damping)) < least_promise * before;
-    if (last_step && try_step(step_damped_by(least_damping))) return Step::converged;
+    const bool last_step = promises_little();
+    if (last_step && try_step(step_damped_by(least_damping).step)) return Step::converged;
     while (damping_ < most_damping) {
-        const VectorXd step = step_damped_by(damping_);
+        const VectorXd step = step_damped_by(damping_).step;
         const double promised = promise(step);
         if (!(promised > least_trial * before)) break;
         if (try_step(step)) {

@@ -12,6 +12,7 @@
 #include "inversion/least_squares.h"
 #include "inversion/least_squares_statistics.h"
 #include "inversion/parameters.h"
+#include "inversion/restarts.h"
 #include "inversion/rows_problem.h"
 #include "inversion/trial_rows.h"
 #include "model/misfit.h"
@@ -137,6 +138,21 @@ void require_enough_rows(const FitRows& rows) {
                 std::to_string(unknowns) + " unknowns: hold parameters or widen the window");
 }
 
+/// Other starts may end better than the fit.
+void take_best_start(const FittedModel& model, const RunRequest& request, FitRows& rows,
+                     std::span<const FitParameter> parameters, FitOutcome& outcome) {
+    if (request.starts <= 1 || model.inversion.stop_inversion) return;
+    const RestartRequest restart{request.starts - 1, std::max(request.max_iterations, default_iterations),
+                                 parameters, outcome.values, model.inversion.stop_inversion};
+    Restarts others = fit_from_starts(model.workspace, rows, restart, model.pacer);
+    rows.count_evaluations(others.evaluations);
+    for (FitOutcome& end : others.ends) {
+        if (end.values.empty() || !(end.sum_of_squares < outcome.sum_of_squares)) continue;
+        end.iterations = outcome.iterations;
+        outcome = end;
+    }
+}
+
 FitStatistics statistics_of(const FittedModel& model, FitRows& rows, const FitOutcome& outcome) {
     Eigen::VectorXd residuals(static_cast<Eigen::Index>(rows.row_count()));
     FitMatter matter;
@@ -175,7 +191,9 @@ void fit_model(const FittedModel& model, const RunRequest& request, RunObserver&
     require_enough_rows(rows);
     WatchedFit fit(model, request, rows, parameters, observer, clock, result);
     try {
-        const FitOutcome outcome = fit_least_squares(fit, parameters, std::max(request.max_iterations, 1));
+        FitOutcome outcome = fit_least_squares(fit, parameters, std::max(request.max_iterations, 1));
+        fit.show(outcome.values);
+        take_best_start(model, request, rows, parameters, outcome);
         fit.show(outcome.values);
         result.status = status_of(outcome.end);
         result.statistics = statistics_of(model, rows, outcome);

@@ -1,0 +1,225 @@
+// From how far off a fit finds the answer: random starts around the best model of each example, spread so many
+// times as far as the shipped start is off. Beside it a textbook fit with difference derivatives.
+
+#include <algorithm>
+#include <benchmark/benchmark.h>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <limits>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "core/body_parameters.h"
+#include "core/session.h"
+#include "intake/load.h"
+#include "inversion/perform.h"
+#include "model/refresh_model.h"
+#include "quiet_prompts.h"
+#include "textbook_fit.h"
+#include "timing.h"
+#include "workspace_file/axm.h"
+
+namespace anomalis {
+namespace {
+
+using inversion::InversionMethod;
+using inversion::RunRequest;
+using inversion::RunResult;
+
+/// An example in memory.
+struct Example {
+    QuietPrompts prompts;
+    Session session{prompts, Settings()};
+    std::int32_t channel = channel_mag;
+
+    Example(const std::string& name, bool all_free, std::int32_t wanted) : channel(wanted) {
+        Workspace& w = session.workspace;
+        initialise_workspace(w, prompts);
+        workspace_file::read_model_parameters(0, w, std::string(ANOMALIS_EXAMPLES) + "/" + name + ".axm",
+                                              session.settings, prompts);
+        intake::load_locations(w, prompts);
+        model::finish_load(session);
+        w.formulas = Formulas::exact;
+        w.mag.noise = 1;
+        w.grav.noise = 0.02F;
+        if (w.mag.regional_degree == no_regional) w.mag.regional_degree = 1;
+        if (w.grav.regional_degree == no_regional) w.grav.regional_degree = 1;
+        for (int i = 1; i <= w.body_count; ++i) {
+            ModelBody& body = w.body(i);
+            body.susc.max = unset;
+            if (!all_free) continue;
+            for (BodyParam* param : {&body.distance, &body.top, &body.dip, &body.width, &body.susc})
+                param->vary = 1;
+            if (body.depth_extent.value > 0) body.depth_extent.vary = 1;
+        }
+        model::refresh_model(session);
+    }
+
+    void make(const std::vector<float>& truth) {
+        const std::vector<float> shipped = values();
+        put(truth);
+        Workspace& w = session.workspace;
+        std::mt19937 random(7);
+        std::normal_distribution<double> normal;
+        for (int i = 1; i <= w.station_count; ++i) {
+            const double d = w.distances[i];
+            w.mag.data(i, row_raw, stage_observed) = static_cast<float>(
+                w.mag.data(i, row_raw, stage_calculated) + 0.004 * d + normal(random));
+            w.grav.data(i, row_raw, stage_observed) = static_cast<float>(
+                w.grav.data(i, row_raw, stage_calculated) + 0.02 * normal(random));
+        }
+        invalidate_filtered_data(0, w);
+        put(shipped);
+    }
+
+    std::vector<BodyParam*> free() {
+        std::vector<BodyParam*> list;
+        for (int i = 1; i <= session.workspace.body_count; ++i)
+            for (const BodyParameter& row : body_parameters()) {
+                BodyParam& param = session.workspace.body(i).*row.slot;
+                if (param.vary == 1.0F && (row.code != param_density || channel != channel_mag))
+                    list.push_back(&param);
+            }
+        return list;
+    }
+    std::vector<float> values() {
+        std::vector<float> list;
+        for (const BodyParam* param : free()) list.push_back(param->value);
+        return list;
+    }
+    void put(const std::vector<float>& values) {
+        const std::vector<BodyParam*> list = free();
+        for (std::size_t i = 0; i < list.size(); ++i) list[i]->value = values[i];
+        reset_calculated_data(session.workspace, prompts);
+        model::refresh_model(session);
+    }
+    RunResult run(int starts, InversionMethod method = InversionMethod::least_squares) {
+        RunResult result;
+        inversion::RunObserver observer;
+        session.inversion.inversion_channel = channel == channel_grav ? channel_grav : channel_mag;
+        RunRequest request{.channel = channel, .max_iterations = 50, .method = method};
+        request.starts = starts;
+        inversion::perform_inversion(session.workspace, session.inversion, request, observer, result);
+        return result;
+    }
+};
+
+/// What is off by a factor is spread by factors.
+std::vector<float> random_start(Example& example, const std::vector<float>& best,
+                                const std::vector<float>& shipped, double spread, std::mt19937& random) {
+    std::uniform_real_distribution<double> uniform(-1, 1);
+    std::vector<float> start = best;
+    const std::vector<BodyParam*> list = example.free();
+    for (std::size_t i = 0; i < best.size(); ++i) {
+        const double u = uniform(random);
+        const double here = best[i], offset = static_cast<double>(shipped[i]) - here;
+        bool size = false, dip = false, top = false;
+        for (int b = 1; b <= example.session.workspace.body_count; ++b) {
+            const ModelBody& body = example.session.workspace.body(b);
+            size |= list[i] == &body.susc || list[i] == &body.width || list[i] == &body.depth_extent;
+            dip |= list[i] == &body.dip;
+            top |= list[i] == &body.top;
+        }
+        // A parameter that the shipped start has right is put off by a quarter.
+        double ratio = std::abs(std::log(std::abs(static_cast<double>(shipped[i]) / here)));
+        if (ratio < 0.1) ratio = 0.25;
+        start[i] = static_cast<float>(size ? here * std::exp(spread * ratio * u) : here + spread * offset * u);
+        // Below the lowest ground.
+        if (top) start[i] = std::min(start[i], example.session.workspace.dtm_min - 1);
+        if (dip) start[i] = std::clamp(start[i], 5.0F, 175.0F);
+    }
+    return start;
+}
+
+struct Case {
+    const char* name;
+    bool all_free;
+    std::int32_t channel = channel_mag;
+};
+constexpr Case cases[] = {{"dyke_swarm", false},
+                          {"dyke_swarm", true},
+                          {"fault_block", false},
+                          {"fault_block", false, channel_joint},
+                          {"buried_cable", false}};
+
+/// Percent of starts that end within 2 % of the best misfit known, and what a run takes.
+void starts(benchmark::State& state) {
+    const Case& tested = cases[state.range(0)];
+    const auto spread = static_cast<double>(state.range(1));
+    const auto restarts = static_cast<int>(state.range(2));
+    const int runs = static_cast<int>(state.range(3));
+    for (auto _ : state) {
+        Example example(tested.name, tested.all_free, tested.channel);
+        if (tested.channel == channel_joint)
+            example.make({507, 380, 62, 9000, .28F, 5210, 240, 112, 12000, .28F, 3153, 470, 62, 45000, .35F});
+        else if (std::string(tested.name) == "fault_block")
+            example.make({507, 380, 62, 9000, 5210, 240, 112, 12000, 3153, 470, 62, 45000});
+        else if (std::string(tested.name) == "buried_cable")
+            example.make({31.4F, 16.9F, 35, 6500});
+        else if (!tested.all_free)
+            example.make({820,285,72,42000,1730,270,98,60000,2510,255,64,33000,3620,290,120,38000,4350,120,80,21000});
+        else
+            example.make({820,285,72,18,42000,1730,270,98,12,60000,2510,255,64,110,600,33000,3620,290,120,25,900,38000,4350,120,80,240,450,21000});
+        const std::vector<float> shipped = example.values();
+        example.run(30);
+        const std::vector<float> best = example.values();
+        std::mt19937 random(20240917);
+        std::vector<double> misfits;
+        double evaluations = 0, textbook_evaluations = 0, seconds = 0, textbook_reached = 0;
+        std::vector<double> textbook;
+        for (int run = 0; run < runs; ++run) {
+            const std::vector<float> start = random_start(example, best, shipped, spread, random);
+            example.put(start);
+            const double begin = cpu_seconds();
+            const RunResult result = example.run(restarts);
+            seconds += cpu_seconds() - begin;
+            misfits.push_back(sum_of_squares(example.session, tested.channel));
+            evaluations += static_cast<double>(result.evaluations);
+            if (std::getenv("SHOWB") && std::sqrt(misfits.back()) > 200) {
+                std::printf("%g status %d its %d evals %ld\n start", std::sqrt(misfits.back()), result.status, result.iterations, long(result.evaluations));
+                for (const float v : start) std::printf(" %g", v);
+                std::printf("\n end  ");
+                for (const float v : example.values()) std::printf(" %g", v);
+                std::printf("\n");
+            }
+            if (restarts > 1) continue;
+            example.put(start);
+            const TextbookFit plain = textbook_fit(example.session, tested.channel);
+            textbook_evaluations += static_cast<double>(plain.evaluations);
+            textbook.push_back(plain.sum_of_squares);
+        }
+        example.put(best);
+        double least = sum_of_squares(example.session, tested.channel);
+        for (const double misfit : misfits) least = std::min(least, misfit);
+        if (std::getenv("SHOW")) {
+            std::vector<double> sorted = misfits;
+            std::ranges::sort(sorted);
+            std::printf("least %g best %g:", std::sqrt(least), std::sqrt(sum_of_squares(example.session, tested.channel)));
+            for (const double misfit : sorted) std::printf(" %.4g", std::sqrt(misfit));
+            std::printf("\n best");
+            for (const float v : best) std::printf(" %g", v);
+            std::printf("\n");
+        }
+        const auto reached = [&](double misfit) { return misfit <= least * 1.02 * 1.02; };
+        state.SetLabel(std::string(tested.name) + (tested.all_free ? " all free" : "") +
+                       (tested.channel == channel_joint ? " joint" : "") + " spread " +
+                       std::to_string(state.range(1)) + " starts " + std::to_string(restarts));
+        state.counters["reached_%"] =
+            100.0 * static_cast<double>(std::ranges::count_if(misfits, reached)) / runs;
+        state.counters["ms"] = seconds * 1e3 / runs;
+        state.counters["evals"] = evaluations / runs;
+        if (restarts > 1) continue;
+        textbook_reached = static_cast<double>(std::ranges::count_if(textbook, reached));
+        state.counters["textbook_reached_%"] = 100.0 * textbook_reached / runs;
+        state.counters["textbook_evals"] = textbook_evaluations / runs;
+    }
+}
+BENCHMARK(starts)
+    ->ArgsProduct({{0, 1, 2, 3, 4}, {1, 2, 4}, {1, 4}, {100}})
+    ->Iterations(1)
+    ->Unit(benchmark::kMillisecond);
+
+}  // namespace
+}  // namespace anomalis
