@@ -1,5 +1,5 @@
-// From how far off a fit finds the answer: random starts around the best model of each example, spread so many
-// times as far as the shipped start is off. Beside it a textbook fit with difference derivatives.
+// From how far off a fit finds the answer: random starts around the best model of each example, spread so
+// many times as far as the shipped start is off. Beside it a textbook fit with difference derivatives.
 
 #include <algorithm>
 #include <benchmark/benchmark.h>
@@ -65,10 +65,10 @@ struct Example {
         std::normal_distribution<double> normal;
         for (int i = 1; i <= w.station_count; ++i) {
             const double d = w.distances[i];
-            w.mag.data(i, row_raw, stage_observed) = static_cast<float>(
-                w.mag.data(i, row_raw, stage_calculated) + 0.004 * d + normal(random));
-            w.grav.data(i, row_raw, stage_observed) = static_cast<float>(
-                w.grav.data(i, row_raw, stage_calculated) + 0.02 * normal(random));
+            w.mag.data(i, row_raw, stage_observed) =
+                static_cast<float>(w.mag.data(i, row_raw, stage_calculated) + 0.004 * d + normal(random));
+            w.grav.data(i, row_raw, stage_observed) =
+                static_cast<float>(w.grav.data(i, row_raw, stage_calculated) + 0.02 * normal(random));
         }
         invalidate_filtered_data(0, w);
         put(shipped);
@@ -125,7 +125,8 @@ std::vector<float> random_start(Example& example, const std::vector<float>& best
         // A parameter that the shipped start has right is put off by a quarter.
         double ratio = std::abs(std::log(std::abs(static_cast<double>(shipped[i]) / here)));
         if (ratio < 0.1) ratio = 0.25;
-        start[i] = static_cast<float>(size ? here * std::exp(spread * ratio * u) : here + spread * offset * u);
+        start[i] =
+            static_cast<float>(size ? here * std::exp(spread * ratio * u) : here + spread * offset * u);
         // Below the lowest ground.
         if (top) start[i] = std::min(start[i], example.session.workspace.dtm_min - 1);
         if (dip) start[i] = std::clamp(start[i], 5.0F, 175.0F);
@@ -159,9 +160,12 @@ void starts(benchmark::State& state) {
         else if (std::string(tested.name) == "buried_cable")
             example.make({31.4F, 16.9F, 35, 6500});
         else if (!tested.all_free)
-            example.make({820,285,72,42000,1730,270,98,60000,2510,255,64,33000,3620,290,120,38000,4350,120,80,21000});
+            example.make({820, 285,   72,   42000, 1730, 270,   98,   60000, 2510, 255,
+                          64,  33000, 3620, 290,   120,  38000, 4350, 120,   80,   21000});
         else
-            example.make({820,285,72,18,42000,1730,270,98,12,60000,2510,255,64,110,600,33000,3620,290,120,25,900,38000,4350,120,80,240,450,21000});
+            example.make({820,  285,   72,   18,  42000, 1730,  270,  98,   12,  60000,
+                          2510, 255,   64,   110, 600,   33000, 3620, 290,  120, 25,
+                          900,  38000, 4350, 120, 80,    240,   450,  21000});
         const std::vector<float> shipped = example.values();
         example.run(30);
         const std::vector<float> best = example.values();
@@ -178,7 +182,8 @@ void starts(benchmark::State& state) {
             misfits.push_back(sum_of_squares(example.session, tested.channel));
             evaluations += static_cast<double>(result.evaluations);
             if (std::getenv("SHOWB") && std::sqrt(misfits.back()) > 200) {
-                std::printf("%g status %d its %d evals %ld\n start", std::sqrt(misfits.back()), result.status, result.iterations, long(result.evaluations));
+                std::printf("%g status %d its %d evals %ld\n start", std::sqrt(misfits.back()), result.status,
+                            result.iterations, long(result.evaluations));
                 for (const float v : start) std::printf(" %g", v);
                 std::printf("\n end  ");
                 for (const float v : example.values()) std::printf(" %g", v);
@@ -196,7 +201,8 @@ void starts(benchmark::State& state) {
         if (std::getenv("SHOW")) {
             std::vector<double> sorted = misfits;
             std::ranges::sort(sorted);
-            std::printf("least %g best %g:", std::sqrt(least), std::sqrt(sum_of_squares(example.session, tested.channel)));
+            std::printf("least %g best %g:", std::sqrt(least),
+                        std::sqrt(sum_of_squares(example.session, tested.channel)));
             for (const double misfit : sorted) std::printf(" %.4g", std::sqrt(misfit));
             std::printf("\n best");
             for (const float v : best) std::printf(" %g", v);

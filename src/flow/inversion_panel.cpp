@@ -72,7 +72,7 @@ void InversionPanel::end_run(const inversion::RunResult& result, int limit) {
     max_iterations_text = format_number(std::int32_t{limit}, "0");
     // Without a list of its own a run has no start values: a reject would bring back those of an older one.
     reject_changes_enabled = result.filled;
-    status_text = inversion::status_label(result.status);
+    status_text = inversion::status_label(result);
     status_visible = true;
 }
 

@@ -106,7 +106,7 @@ InversionReport run_inversion(Session& session, const InvertOptions& options,
     report.target = session.inversion.inversion_target;
     inversion::perform_inversion(session.workspace, session.inversion, request, observer, report.result);
     show_faults(report.result.faults, session.prompts);
-    report.label = inversion::status_label(report.result.status);
+    report.label = inversion::status_label(report.result);
     report.seconds = observer.seconds();
     if (report.result.filled) report.parameters = reported_parameters(session.inversion);
     if (report.result.record) session.workspace.fit = report.result.record;

@@ -249,6 +249,19 @@ void FitRows::residuals_at_best_amplitudes(std::vector<float>& values, std::span
     residuals(values, out);
 }
 
+double FitRows::sum_of_squares_without(std::int32_t body, std::span<const float> values) {
+    calculate(values);
+    VectorXd out(index_of(row_count()));
+    std::vector<VectorXd> kept;
+    for (FittedRows& rows : channels_) {
+        kept.emplace_back(rows.raw.col(body - 1));
+        rows.raw.col(body - 1).setZero();
+    }
+    collect(out);
+    for (std::size_t c = 0; c < channels_.size(); ++c) channels_[c].raw.col(body - 1) = kept[c];
+    return out.squaredNorm();
+}
+
 void FitRows::columns(std::span<const float> values, Eigen::Ref<MatrixXd> out) {
     out.setZero();
     // A chain that is not linear is at the values of its last state.
@@ -302,7 +315,8 @@ std::vector<ChannelFit> FitRows::channel_fits(const MatrixXd& columns, const Vec
                         .columns = rows.sigma * columns.middleRows(at, count),
                         .regional = rows.basis,
                         .sigma = rows.sigma,
-                        .sigma_given = rows.sigma_given});
+                        .sigma_given = rows.sigma_given,
+                        .noise = rows.noise});
         at += count;
     }
     return fits;

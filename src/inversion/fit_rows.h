@@ -36,6 +36,7 @@ struct FittedRows {
     Eigen::MatrixXd basis;  ///< orthonormal columns that are projected off
     double sigma = 1;       ///< residuals are weighed by it
     bool sigma_given = false;
+    double noise = 0;       ///< of the readings in this row, keyed or from the line; 0: not known
     Eigen::MatrixXd raw;    ///< of each body of the model, a column each
     Eigen::VectorXd fixed;  ///< sum of the bodies that no parameter changes
 };
@@ -63,6 +64,8 @@ class FitRows {
     void residuals_at_best_amplitudes(std::vector<float>& values, std::span<const float> lower,
                                       std::span<const float> upper, double most_change,
                                       Eigen::Ref<Eigen::VectorXd> out);
+    /// Of the residuals without a body, the others as they are.
+    double sum_of_squares_without(std::int32_t body, std::span<const float> values);
     /// Columns of the residuals by the parameters, each in its own unit.
     void columns(std::span<const float> values, Eigen::Ref<Eigen::MatrixXd> out);
     /// Length of the residual vector that the single precision of the observed rows can make.

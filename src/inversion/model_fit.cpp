@@ -4,13 +4,15 @@
 #include <cmath>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "core/body_parameters.h"
 #include "core/failure.h"
+#include "inversion/fit_account.h"
 #include "inversion/fit_rows.h"
+#include "inversion/fit_weights.h"
 #include "inversion/least_squares.h"
-#include "inversion/least_squares_statistics.h"
 #include "inversion/parameters.h"
 #include "inversion/restarts.h"
 #include "inversion/rows_problem.h"
@@ -20,9 +22,6 @@
 namespace anomalis::inversion {
 
 namespace {
-
-/// A standard error beyond so many steps, and beyond the value, says that the parameter is open.
-constexpr float open_steps = 10;
 
 /// The run around the rows: who watches, and what of it is in the workspace.
 class WatchedFit : public RowsProblem {
@@ -118,17 +117,6 @@ std::vector<FitParameter> fit_parameters(const FittedModel& model) {
     return parameters;
 }
 
-void weigh(const FittedModel& model, FitRows& rows) {
-    const auto target = static_cast<std::size_t>(model.inversion.inversion_target);
-    for (FittedRows& channel : rows.channels()) {
-        const float noise = model.workspace.channel(channel.channel).noise;
-        channel.sigma_given = noise > 0;
-        channel.sigma = channel.sigma_given
-                            ? static_cast<double>(noise)
-                            : static_cast<double>(model::misfit_scale_of(channel.channel)[target]);
-    }
-}
-
 void require_enough_rows(const FitRows& rows) {
     std::size_t unknowns = rows.parameter_count();
     for (const FittedRows& channel : rows.channels())
@@ -140,7 +128,8 @@ void require_enough_rows(const FitRows& rows) {
 
 /// Other starts may end better than the fit.
 void take_best_start(const FittedModel& model, const RunRequest& request, FitRows& rows,
-                     std::span<const FitParameter> parameters, FitOutcome& outcome) {
+                     std::span<const FitParameter> parameters, FitOutcome& outcome,
+                     std::vector<std::string>& /*remarks*/) {
     if (request.starts <= 1 || model.inversion.stop_inversion) return;
     const RestartRequest restart{request.starts - 1, std::max(request.max_iterations, default_iterations),
                                  parameters, outcome.values, model.inversion.stop_inversion};
@@ -153,29 +142,19 @@ void take_best_start(const FittedModel& model, const RunRequest& request, FitRow
     }
 }
 
-FitStatistics statistics_of(const FittedModel& model, FitRows& rows, const FitOutcome& outcome) {
-    Eigen::VectorXd residuals(static_cast<Eigen::Index>(rows.row_count()));
-    FitMatter matter;
-    matter.columns.resize(residuals.size(), static_cast<Eigen::Index>(rows.parameter_count()));
-    rows.residuals(outcome.values, residuals);
-    rows.columns(outcome.values, matter.columns);
-    matter.sum_of_squares = outcome.sum_of_squares;
-    matter.freedom = static_cast<double>(rows.row_count()) - static_cast<double>(rows.parameter_count());
-    for (const FittedRows& channel : rows.channels())
-        matter.freedom -= static_cast<double>(channel.basis.cols());
-    matter.rounding = rows.rounding();
-    matter.held = outcome.at_limit;
-    for (const InversionParam& param : model.inversion.inversion_params.span())
-        matter.scale.push_back(
-            static_cast<double>(std::max(std::abs(param.value), open_steps * std::abs(param.step))));
-    const FitDescription found = describe_fit(matter);
-    FitStatistics statistics{found.errors, found.correlation, {}, {}};
-    for (std::size_t i = 0; i < found.errors.size(); ++i) {
-        const int number = static_cast<int>(i) + 1;
-        if (found.undetermined[i]) statistics.undetermined.push_back(number);
-        if (outcome.at_limit[i]) statistics.at_limit.push_back(number);
+/// Each channel of a joint fit is weighed by what its residuals say, which the fit changes again.
+void fit_until_weights_stand(WatchedFit& fit, FitRows& rows, std::span<const FitParameter> parameters,
+                             FitOutcome& outcome) {
+    constexpr int most_rounds = 8, most_iterations = 20;
+    for (int round = 0; round < most_rounds && weigh_by_residuals(rows, outcome.values); ++round) {
+        std::vector<FitParameter> from(parameters.begin(), parameters.end());
+        for (std::size_t i = 0; i < from.size(); ++i) from[i].value = outcome.values[i];
+        RowsProblem problem(fit.workspace(), rows, from, fit.pacer());
+        const FitOutcome again = fit_least_squares(problem, from, most_iterations);
+        outcome.values = again.values;
+        outcome.at_limit = again.at_limit;
+        outcome.sum_of_squares = again.sum_of_squares;
     }
-    return statistics;
 }
 
 }  // namespace
@@ -187,16 +166,18 @@ void fit_model(const FittedModel& model, const RunRequest& request, RunObserver&
     start_trial_rows(model.workspace);
     const std::vector<FitParameter> parameters = fit_parameters(model);
     FitRows rows(model.workspace, fit_request(model, request), model.faults, model.pacer);
-    weigh(model, rows);
+    weigh_by_noise(model.workspace, model.inversion.inversion_target, rows);
     require_enough_rows(rows);
     WatchedFit fit(model, request, rows, parameters, observer, clock, result);
     try {
         FitOutcome outcome = fit_least_squares(fit, parameters, std::max(request.max_iterations, 1));
         fit.show(outcome.values);
-        take_best_start(model, request, rows, parameters, outcome);
+        std::vector<std::string> remarks;
+        take_best_start(model, request, rows, parameters, outcome, remarks);
+        fit_until_weights_stand(fit, rows, parameters, outcome);
         fit.show(outcome.values);
         result.status = status_of(outcome.end);
-        result.statistics = statistics_of(model, rows, outcome);
+        give_account(model, request, rows, parameters, outcome, std::move(remarks), result);
     } catch (const Stopped&) {
         fit.go_back();
         throw;

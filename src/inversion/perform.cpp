@@ -247,4 +247,10 @@ std::string status_label(int status) {
     return "Inversion succeeded";
 }
 
+std::string status_label(const RunResult& result) {
+    if (result.status != run_succeeded || result.stopped_at_limits == 0) return status_label(result.status);
+    return "Stopped at the limit of " + std::to_string(result.stopped_at_limits) +
+           (result.stopped_at_limits == 1 ? " parameter" : " parameters");
+}
+
 }  // namespace anomalis::inversion

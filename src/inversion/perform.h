@@ -62,7 +62,9 @@ struct RunResult {
     /// A joint fit: the same of gravity.
     std::optional<MisfitPair> initial_grav_misfit, grav_misfit;
     std::optional<FitStatistics> statistics;
-    std::optional<FitRecord> record;  ///< of a least-squares fit
+    int stopped_at_limits = 0;  ///< least squares: so many parameters ended on a limit
+    /// Least squares: what is kept of the fit with the workspace.
+    std::optional<FitRecord> record;
     Faults faults;  ///< what there is to tell of the run, the lack of free parameters among it
 };
 
@@ -77,7 +79,8 @@ int setup_inversion(const FittedModel& model, int current_body, RunObserver& obs
 void perform_inversion(Workspace& workspace, InversionState& inversion, const RunRequest& request,
                        RunObserver& observer, RunResult& result);
 
-/// The outcome as it is shown.
+/// The outcome as it is shown: of a status alone, and with the limits that a fit stopped at.
 std::string status_label(int status);
+std::string status_label(const RunResult& result);
 
 }  // namespace anomalis::inversion

@@ -32,6 +32,8 @@ class RowChain {
     std::size_t raw_count() const { return static_cast<std::size_t>(last_ - first_) + 1; }
     /// Rows that it gives: one a station of the window.
     std::size_t row_count() const { return window_; }
+    /// It lets the raw row through.
+    bool plain() const { return kernels_.empty() && !nothing_; }
     /// A sum of raw rows gives the sum of their rows.
     bool linear() const { return !total_; }
 

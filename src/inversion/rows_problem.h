@@ -26,6 +26,7 @@ class RowsProblem : public FitProblem {
     void largest_steps(std::span<const float> values, std::span<double> out) const override;
     bool iteration_done(int /*iteration*/, std::span<const float> /*values*/) override { return true; }
     Pacer& pacer() override { return pacer_; }
+    const Workspace& workspace() const { return workspace_; }
 
   private:
     double depth(std::size_t index, std::span<const float> values) const;

@@ -1,0 +1,68 @@
+#include "inversion/fit_weights.h"
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+#include "inversion/noise.h"
+#include "inversion/variance_components.h"
+#include "model/misfit.h"
+
+namespace anomalis::inversion {
+
+namespace {
+
+/// What white noise of standard deviation 1 becomes: the length of what an impulse in the middle becomes.
+double noise_gain(const Workspace& workspace, const RowChain& chain) {
+    if (chain.plain()) return 1;
+    RowChain own = chain;
+    std::vector<double> raw(chain.raw_count()), rows(chain.row_count());
+    // Where the raw values are all the same the gradient has no direction: a slope gives it one.
+    for (std::size_t i = 0; i < raw.size(); ++i) raw[i] = static_cast<double>(i);
+    own.values(raw, rows);
+    std::ranges::fill(raw, 0.0);
+    const int middle = (workspace.first_station + workspace.last_station) / 2;
+    raw[static_cast<std::size_t>(middle - chain.first_station())] = 1;
+    own.change(raw, rows);
+    double sum = 0;
+    for (const double value : rows) sum += value * value;
+    return std::sqrt(sum);
+}
+
+double reading_noise(const Workspace& workspace, std::int32_t channel) {
+    const auto row = workspace.channel(channel).data.row(workspace.raw_row, stage_observed);
+    const auto first = static_cast<std::size_t>(workspace.first_station - 1);
+    const auto count = static_cast<std::size_t>(workspace.last_station - workspace.first_station) + 1;
+    const auto readings = row.subspan(first, count);
+    return estimate_noise(std::vector<double>(readings.begin(), readings.end()));
+}
+
+}  // namespace
+
+void weigh_by_noise(const Workspace& workspace, std::int32_t target, FitRows& rows) {
+    for (FittedRows& channel : rows.channels()) {
+        const auto keyed = static_cast<double>(workspace.channel(channel.channel).noise);
+        channel.sigma_given = keyed > 0;
+        const double noise = channel.sigma_given ? keyed : reading_noise(workspace, channel.channel);
+        channel.noise = noise * noise_gain(workspace, channel.chain);
+        channel.sigma = channel.noise > 0 ? channel.noise
+                                          : static_cast<double>(model::misfit_scale_of(
+                                                channel.channel)[static_cast<std::size_t>(target)]);
+    }
+}
+
+bool weigh_by_residuals(FitRows& rows, std::span<const float> values) {
+    if (rows.channels().size() < 2) return false;
+    Eigen::VectorXd residuals(static_cast<Eigen::Index>(rows.row_count()));
+    Eigen::MatrixXd columns(residuals.size(), static_cast<Eigen::Index>(rows.parameter_count()));
+    rows.residuals(values, residuals);
+    rows.columns(values, columns);
+    const std::vector<ChannelFit> fits = rows.channel_fits(columns, residuals);
+    const std::vector<double> sigmas = component_sigmas(fits);
+    if (sigmas_stand(fits, sigmas)) return false;
+    for (std::size_t c = 0; c < sigmas.size(); ++c)
+        if (!rows.channels()[c].sigma_given && sigmas[c] > 0) rows.channels()[c].sigma = sigmas[c];
+    return true;
+}
+
+}  // namespace anomalis::inversion
