@@ -101,10 +101,9 @@ TextbookFit textbook_fit(const Session& session, std::int32_t channel) {
             const VectorXd step = -system.ldlt().solve(gradient);
             std::vector<float> next = values;
             for (std::size_t i = 0; i < next.size(); ++i)
-                next[i] = std::clamp(static_cast<float>(static_cast<double>(values[i]) +
-                                                        step[static_cast<Eigen::Index>(i)]),
-                                     std::min(problem.lower[i], values[i]),
-                                     std::max(problem.upper[i], values[i]));
+                next[i] = std::clamp(
+                    static_cast<float>(static_cast<double>(values[i]) + step[static_cast<Eigen::Index>(i)]),
+                    std::min(problem.lower[i], values[i]), std::max(problem.upper[i], values[i]));
             const double reached = evaluate(next, trial);
             better = reached < sum;
             if (!better) {

@@ -17,6 +17,7 @@ struct ChannelFit {
     Eigen::MatrixXd regional;  ///< rows by coefficients: the polynomials that are solved with the bodies
     double sigma = 1;          ///< the residuals were weighed by it
     bool sigma_given = false;  ///< it was keyed
+    bool coarse = false;       ///< the columns are differences of singles, good to some 1e-4
     double noise = 0;          ///< of the readings, keyed or from the line; 0: not known
 };
 

@@ -27,6 +27,8 @@ using Eigen::VectorXd;
 constexpr double same_misfit = 0.01;
 /// A standard error beyond so many steps, and beyond the value, says that the parameter is open.
 constexpr float open_steps = 10;
+/// Residuals so few times what rounding makes have no likelihood to follow.
+constexpr double few_roundings = 10;
 
 std::string now() {
     const std::time_t time = std::time(nullptr);
@@ -110,7 +112,8 @@ void Account::find_all_intervals() {
         if (p.upper < no_limit) place.upper = p.upper;
     }
     RowsRefit refit(model_.workspace, rows_, parameters_, model_.pacer);
-    const std::size_t refits = affordable_refits(parameters_.size());
+    const bool exact = std::sqrt(outcome_.sum_of_squares) <= few_roundings * rounding_;
+    const std::size_t refits = exact ? 0 : affordable_refits(parameters_.size());
     intervals_ =
         refits > 0 ? find_intervals(errors_, places, refit, refits) : quadratic_intervals(errors_, places);
 }
@@ -131,7 +134,8 @@ FitStatistics Account::statistics() const {
 std::vector<std::string> Account::remarks() const {
     std::vector<std::string> names;
     for (const InversionParamPlace& place : rows_.request().places)
-        names.push_back("Body " + std::to_string(place.body) + " " + std::string(param_name(place.param_code)));
+        names.push_back("Body " + std::to_string(place.body) + " " +
+                        std::string(param_name(place.param_code)));
     return fit_remarks(errors_, fits_, names);
 }
 

@@ -20,7 +20,9 @@ constexpr double no_number = std::numeric_limits<double>::quiet_NaN();
 /// What of a column the regional leaves, as a part of it, when it is all the regional's.
 constexpr double flat = 1e-6;
 /// An eigenvalue of the normal matrix of unit columns below this part of the largest is rounding.
-constexpr double null_eigenvalue = 1e-11;
+constexpr double fine_null_eigenvalue = 1e-11;
+/// The same of columns that are coarse.
+constexpr double coarse_null_eigenvalue = 1e-6;
 /// A parameter with more than this share (squared) of such directions is undetermined itself.
 constexpr double null_share = 0.01;
 /// So many independent data more than unknowns must there be.
@@ -64,6 +66,10 @@ class Errors {
     void propagate();
     void propagate_channel(std::size_t c, MatrixXd& covariance, MatrixXd& slopes) const;
     void fill(const MatrixXd& covariance, const MatrixXd& slopes);
+    double null_eigenvalue() const {
+        return std::ranges::any_of(channels_, &ChannelFit::coarse) ? coarse_null_eigenvalue
+                                                                   : fine_null_eigenvalue;
+    }
     std::size_t place(Index a) const { return static_cast<std::size_t>(used_[static_cast<std::size_t>(a)]); }
     Index count() const { return static_cast<Index>(used_.size()); }
 
@@ -123,7 +129,7 @@ MatrixXd Errors::inverse_normal(const MatrixXd& normal) {
     const auto cube = std::pow(static_cast<double>(count()), 3);
     const Eigen::LLT<MatrixXd> triangle(normal);
     pacer_.done(cube / 6);
-    if (triangle.info() != Eigen::Success || !(triangle.rcond() > 10 * null_eigenvalue))
+    if (triangle.info() != Eigen::Success || !(triangle.rcond() > 10 * null_eigenvalue()))
         return without_null_directions(normal);
     MatrixXd inverse = MatrixXd::Identity(count(), count());
     for (Index from = 0; from < count(); from += block) {
@@ -137,7 +143,7 @@ MatrixXd Errors::inverse_normal(const MatrixXd& normal) {
 MatrixXd Errors::without_null_directions(const MatrixXd& normal) {
     const Eigen::SelfAdjointEigenSolver<MatrixXd> axes(normal);
     pacer_.done(9 * std::pow(static_cast<double>(count()), 3) / 2);
-    const double least = null_eigenvalue * axes.eigenvalues().tail(1)[0];
+    const double least = null_eigenvalue() * axes.eigenvalues().tail(1)[0];
     VectorXd strength = VectorXd::Zero(count()), null_part = VectorXd::Zero(count());
     for (Index s = 0; s < count(); ++s) {
         if (axes.eigenvalues()[s] > least) {

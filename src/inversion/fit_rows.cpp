@@ -316,6 +316,7 @@ std::vector<ChannelFit> FitRows::channel_fits(const MatrixXd& columns, const Vec
                         .regional = rows.basis,
                         .sigma = rows.sigma,
                         .sigma_given = rows.sigma_given,
+                        .coarse = workspace_.formulas == Formulas::classic,
                         .noise = rows.noise});
         at += count;
     }

@@ -126,11 +126,24 @@ void require_enough_rows(const FitRows& rows) {
                 std::to_string(unknowns) + " unknowns: hold parameters or widen the window");
 }
 
+/// The residuals are hardly more than the noise that they are weighed by, or than rounding: no other model
+/// fits better.
+bool fits_to_the_noise(const FitRows& rows, const FitOutcome& outcome) {
+    constexpr double most_chi_square = 1.5, few_roundings = 10;
+    if (std::sqrt(outcome.sum_of_squares) <= few_roundings * rows.rounding()) return true;
+    double freedom = static_cast<double>(rows.row_count()) - static_cast<double>(rows.parameter_count());
+    for (const FittedRows& channel : rows.channels()) {
+        if (!(channel.noise > 0)) return false;
+        freedom -= static_cast<double>(channel.basis.cols());
+    }
+    return outcome.sum_of_squares <= most_chi_square * freedom;
+}
+
 /// Other starts may end better than the fit.
 void take_best_start(const FittedModel& model, const RunRequest& request, FitRows& rows,
                      std::span<const FitParameter> parameters, FitOutcome& outcome,
                      std::vector<std::string>& /*remarks*/) {
-    if (request.starts <= 1 || model.inversion.stop_inversion) return;
+    if (request.starts <= 1 || model.inversion.stop_inversion || fits_to_the_noise(rows, outcome)) return;
     const RestartRequest restart{request.starts - 1, std::max(request.max_iterations, default_iterations),
                                  parameters, outcome.values, model.inversion.stop_inversion};
     Restarts others = fit_from_starts(model.workspace, rows, restart, model.pacer);

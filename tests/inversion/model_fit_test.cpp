@@ -207,7 +207,7 @@ TEST(ModelFit, standard_errors_follow_the_noise) {
     }
     // Depth and susceptibility trade against each other.
     EXPECT_LT(statistics.correlation[1 * 3 + 2], -0.5);
-    EXPECT_EQ(statistics.correlation[1 * 3 + 2], statistics.correlation[2 * 3 + 1]);
+    EXPECT_DOUBLE_EQ(statistics.correlation[1 * 3 + 2], statistics.correlation[2 * 3 + 1]);
 }
 
 TEST(ModelFit, a_joint_fit_reports_both_channels) {

@@ -323,7 +323,7 @@ LeftRun run_and_leave(InversionMethod method, int leave_at) {
     ModelBody& body = line.add_body(pipe, 500, -80);
     body.dip.value = 0;
     body.length.value = 300;
-    body.num_sectors = 4000;
+    body.num_sectors = 2500;
     line.workspace().definition.grav_column = 0;
     line.take_model_as_data();
     body.susc.value += 30000;
@@ -346,7 +346,7 @@ LeftRun run_and_leave(InversionMethod method, int leave_at) {
 TEST(PerformAndLeave, in_the_middle_of_an_evaluation_the_last_accepted_values_stay) {
     for (const InversionMethod method : {InversionMethod::sweep, InversionMethod::least_squares}) {
         const LeftRun whole = run_and_leave(method, 0);
-        ASSERT_GT(whole.turns, 4);
+        ASSERT_GE(whole.turns, 4);
         // How many turns a run has is not the same each time: threads are waited for.
         for (const int at : {1, 3, whole.turns / 2, whole.turns * 3 / 4}) {
             const LeftRun left = run_and_leave(method, at);
