@@ -97,6 +97,12 @@ struct Columns {
     }
 };
 
+/// A step for such a slope: a turn moves what lies far away.
+inline float difference_of(int param_code) {
+    if (param_code == param_susc) return 512;
+    return param_code == param_strike || param_code == param_dip ? 1.0F / 128 : 1.0F / 32;
+}
+
 /// The slope of the values of body 1 by a parameter: differences with their error of the second order taken
 /// out.
 inline std::vector<double> slope_of_values(Line& line, int channel, int param_code) {
@@ -118,16 +124,16 @@ inline std::vector<double> slope_of_values(Line& line, int channel, int param_co
         const double width = static_cast<double>(middle + by) - static_cast<double>(middle - by);
         return times(minus(values_at(middle + by), values_at(middle - by)), 1 / width);
     };
-    const float step = param_code == param_susc ? 512 : 1.0F / 64;
+    const float step = difference_of(param_code);
     return times(minus(times(slope(step), 4), slope(2 * step)), 1.0 / 3);
 }
 
-/// What the rounding of the terms that a value is the sum of leaves of a difference over a 64th: poles times
+/// What the rounding of the terms that a value is the sum of leaves: poles times
 /// logarithms and angles, or those times a density and a kilometre. And what the rounding of a corner's place
 /// leaves, a kilometre away, by which a sheet is wider or not.
-inline double rounding_of_slopes(const Workspace& workspace, int channel,
+inline double rounding_of_values(const Workspace& workspace, int channel,
                                  const std::vector<double>& by_width) {
-    constexpr double of_a_term = 64 * 1e-15, logarithm = 10, kilometre = 1000, of_a_place = 64 * 5e-13;
+    constexpr double of_a_term = 1e-15, logarithm = 10, kilometre = 1000, of_a_place = 5e-13;
     const double of_corners = of_a_place * peak_of(by_width);
     const ModelBody& body = workspace.body(1);
     if (channel == channel_grav)
@@ -141,14 +147,15 @@ inline double rounding_of_slopes(const Workspace& workspace, int channel,
 inline void expect_slopes_of_values(Line& line, int channel, double tolerance, const std::string& what) {
     const std::vector<int> codes = all_codes();
     const Columns found(line, channel, codes);
-    const double rounding = rounding_of_slopes(line.workspace, channel, found.column_of(codes, param_width));
+    const double rounding = rounding_of_values(line.workspace, channel, found.column_of(codes, param_width));
     for (std::size_t k = 0; k < codes.size(); ++k) {
         // 0 stands for no end, and has no neighbours.
         const float value = body_param(line.body(), codes[k]).value;
         if (value == 0 && (codes[k] == param_length || codes[k] == param_depth_extent)) continue;
         const std::vector<double> expected = slope_of_values(line, channel, codes[k]);
         const std::vector<double> column(found.column(k).begin(), found.column(k).end());
-        EXPECT_LE(largest_difference(column, expected), tolerance * peak_of(expected) + rounding)
+        EXPECT_LE(largest_difference(column, expected),
+                  tolerance * peak_of(expected) + rounding / difference_of(codes[k]))
             << what << ", " << param_name(codes[k]) << ", channel " << channel;
     }
 }
