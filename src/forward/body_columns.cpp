@@ -8,6 +8,7 @@
 #include "forward/columns/body_response.h"
 #include "forward/columns/difference_step.h"
 #include "forward/columns/plane_columns.h"
+#include "forward/columns/point_columns.h"
 #include "forward/columns/solid_columns.h"
 
 namespace anomalis::forward {
@@ -55,12 +56,63 @@ void difference_column(const ColumnTask& task, int param_code, std::span<double>
         column[i] = (column[i] - task.memory.behind[i]) / step.width();
 }
 
-bool closed_in_plane(const Workspace& workspace, const ModelBody& body) {
-    return workspace.formulas == Formulas::exact && body.turned_off != 1 && lies_in_plane(body);
+/// How the columns of a body are found.
+enum class Way {
+    plane,       ///< closed, with the values
+    solid,       ///< closed, beside the values
+    point,       ///< closed, beside the values
+    differences  ///< but for amplitudes
+};
+
+Way way_of(const Workspace& workspace, const ModelBody& body) {
+    if (workspace.formulas != Formulas::exact || body.turned_off == 1) return Way::differences;
+    if (lies_in_plane(body)) return Way::plane;
+    if (is_limited_sheet(body)) return Way::solid;
+    return is_point_body(body) ? Way::point : Way::differences;
 }
 
-bool closed_in_space(const Workspace& workspace, const ModelBody& body) {
-    return workspace.formulas == Formulas::exact && body.turned_off != 1 && is_limited_sheet(body);
+bool has_part(int channel, int param_code) {
+    const Stale& stale = body_parameter(param_code).stale;
+    return channel == channel_mag ? stale.mag : stale.grav;
+}
+
+/// The values are proportional to the parameter: a susceptibility or a density that is not 0.
+bool is_amplitude(const ModelBody& body, int channel, int param_code) {
+    if (channel == channel_grav) return param_code == param_density && body.density.value != 0;
+    return param_code == param_susc && body.susc.value != 0 && body.include_demagnetisation == 0 &&
+           !carries_current(body.type);
+}
+
+/// One column by differences, or zeros. Those of amplitudes are left to their values.
+void fill_column(const ColumnTask& task, int param_code, std::span<double> column) {
+    if (is_amplitude(task.body, task.channel, param_code)) return;
+    if (has_part(task.channel, param_code)) return difference_column(task, param_code, column);
+    std::ranges::fill(column, 0.0);
+}
+
+/// All columns that have no closed form, the values last: so all that is derived in the body is of the
+/// values that it holds.
+void difference_columns(const ColumnTask& task, std::span<const int> param_codes, std::span<double> values,
+                        std::span<double> columns) {
+    const std::size_t count = values.size();
+    const ShapeTensor tensor = task.body.demagnetisation;
+    const LostEdges told = task.body.told_edges;
+    const auto column = [&](std::size_t k) { return columns.subspan(k * count, count); };
+    for (std::size_t k = 0; k < param_codes.size() && task.body.turned_off != 1; ++k)
+        fill_column(task, param_codes[k], column(k));
+    task.body.demagnetisation = tensor;
+    task.body.told_edges = told;
+    const bool stands =
+        respond(task.workspace, task.body, task.channel, task.range, task.memory, values, task.notes);
+    if (!stands || task.body.turned_off == 1) {
+        std::ranges::fill(columns, 0.0);
+        return;
+    }
+    for (std::size_t k = 0; k < param_codes.size(); ++k) {
+        if (!is_amplitude(task.body, task.channel, param_codes[k])) continue;
+        const double amplitude = body_param(task.body, param_codes[k]).value;
+        std::ranges::transform(values, column(k).begin(), [&](double value) { return value / amplitude; });
+    }
 }
 
 }  // namespace
@@ -76,36 +128,29 @@ void body_columns(const Workspace& workspace, ModelBody& body, int channel, cons
     const std::size_t count = range.count();
     const StationView stations = stations_of(workspace, range, values.size());
     if (columns.size() != count * param_codes.size()) throw Fault(FaultKind::subscript);
-    if (closed_in_plane(workspace, body)) {
-        work_exactly(workspace, body, channel, values, columns, notes, [&] {
+    const Way way = way_of(workspace, body);
+    if (way == Way::differences) {
+        const ColumnTask task{workspace, body, channel, range, memory, notes};
+        return difference_columns(task, param_codes, values, columns);
+    }
+    if (way != Way::plane && !respond(workspace, body, channel, range, memory, values, notes)) {
+        std::ranges::fill(columns, 0.0);
+        return;
+    }
+    work_exactly(workspace, body, channel, values, columns, notes, [&] {
+        if (way == Way::plane) {
             plane_columns(workspace, body, channel, stations, param_codes, values, columns, notes.pacer);
-        });
-        return;
-    }
-    if (closed_in_space(workspace, body)) {
-        if (!respond(workspace, body, channel, range, memory, values, notes)) {
-            std::ranges::fill(columns, 0.0);
-            return;
-        }
-        work_exactly(workspace, body, channel, values, columns, notes, [&] {
+        } else if (way == Way::solid) {
             solid_columns(workspace, body, channel, stations, param_codes, columns, notes.pacer);
-        });
-        return;
-    }
-    const ColumnTask task{workspace, body, channel, range, memory, notes};
-    const ShapeTensor tensor = body.demagnetisation;
-    const LostEdges told = body.told_edges;
-    for (std::size_t k = 0; k < param_codes.size() && body.turned_off != 1; ++k)
-        difference_column(task, param_codes[k], columns.subspan(k * count, count));
-    body.demagnetisation = tensor;
-    body.told_edges = told;
-    // Last, so that all that is derived in the body is of the values that it holds.
-    const bool stands = respond(workspace, body, channel, range, memory, values, notes);
-    if (!stands || body.turned_off == 1) std::ranges::fill(columns, 0.0);
+        } else {
+            point_columns(workspace, body, channel, stations, param_codes, columns);
+        }
+    });
 }
 
-bool has_derivative(const Workspace& workspace, const ModelBody& body, int /*channel*/, int /*param_code*/) {
-    return closed_in_plane(workspace, body) || closed_in_space(workspace, body);
+bool has_derivative(const Workspace& workspace, const ModelBody& body, int channel, int param_code) {
+    return way_of(workspace, body) != Way::differences || body.turned_off == 1 ||
+           !has_part(channel, param_code) || is_amplitude(body, channel, param_code);
 }
 
 }  // namespace anomalis::forward

@@ -53,15 +53,15 @@ void body_values(const Workspace& workspace, ModelBody& body, int channel, const
 
 /// The same, and for each of the parameter codes the derivative of the values per unit of that parameter (m,
 /// degrees, micro SI, mA, g/cc or none): `columns` holds them one after the other, each one value a station.
-/// What has no closed form is differenced: central with the exact formulas, with wider steps for the rounding
-/// of the classic ones. Never NaN: a body that counts as zero has columns of zeros, and so have a length and
-/// a depth extent of 0, which stand for no end. Raises as `body_values`.
+/// With the exact formulas sheets, edges, steps, spheres and wires have closed forms, whose columns share
+/// their logarithms and angles; other bodies, and the classic formulas, are differenced but for their
+/// susceptibility and density. Never NaN: a body that is off or fails has columns of zeros, and so have a
+/// length and a depth extent of 0, which stand for no end. Raises as `body_values`.
 void body_columns(const Workspace& workspace, ModelBody& body, int channel, const StationRange& range,
                   BodyBench& memory, std::span<const int> param_codes, std::span<double> values,
                   std::span<double> columns, BodyNotes& notes);
 
-/// Whether `body_columns` has a closed form for the parameter, at the cost of a part of a calculation, or
-/// differences two more calculations.
+/// Whether a column needs no calculation of a changed body; else `body_columns` makes two of them.
 bool has_derivative(const Workspace& workspace, const ModelBody& body, int channel, int param_code);
 
 }  // namespace anomalis::forward

@@ -248,5 +248,61 @@ TEST(BodyColumns, no_end_has_no_slope) {
     EXPECT_EQ(peak_of(asker.columns(channel_mag, codes)), 0);
 }
 
+TEST(BodyColumns, all_but_pipes_have_them_in_closed_form_with_the_exact_formulas) {
+    for (const BodySample& sample : body_samples) {
+        ExactLine line(3);
+        const ModelBody& body = add_sample(line, sample);
+        EXPECT_EQ(has_derivative(line.workspace, body, channel_mag, param_distance), sample.type != pipe)
+            << sample.name;
+        EXPECT_TRUE(has_derivative(line.workspace, body, channel_mag, param_susc)) << sample.name;
+        EXPECT_TRUE(has_derivative(line.workspace, body, channel_grav, param_density)) << sample.name;
+    }
+    Line classic(3);
+    const ModelBody& body = add_sample(classic, body_samples[1]);
+    EXPECT_FALSE(has_derivative(classic.workspace, body, channel_mag, param_distance));
+    EXPECT_TRUE(has_derivative(classic.workspace, body, channel_mag, param_susc));
+}
+
+/// What a calculation tells a pacer of its work.
+class CountingPacer : public Pacer {
+  public:
+    void done(double units) override { units_ += units; }
+    double units() const { return units_; }
+
+  private:
+    double units_ = 0;
+};
+
+TEST(BodyColumns, of_an_amplitude_cost_no_calculation_but_that_of_the_values) {
+    ExactLine line(200);
+    add_sample(line, body_samples[7]);  // a pipe
+    const auto work_of = [&](std::span<const int> codes) {
+        CountingPacer pacer;
+        Asker asker(line);
+        BodyNotes notes{1, asker.exact, asker.faults, pacer};
+        std::vector<double> values(200), columns(200 * codes.size());
+        body_columns(line.workspace, asker.copy, channel_mag, asker.range, asker.bench, codes, values,
+                     columns, notes);
+        return pacer.units();
+    };
+    const int amplitude[] = {param_susc}, other_channel[] = {param_density}, shape[] = {param_width};
+    EXPECT_EQ(work_of(amplitude), work_of({}));
+    EXPECT_EQ(work_of(other_channel), work_of({}));
+    EXPECT_GT(work_of(shape), 2.5 * work_of({}));
+}
+
+TEST(BodyColumns, an_amplitude_of_zero_has_a_slope) {
+    for (const Formulas formulas : {Formulas::exact, Formulas::classic}) {
+        ExactLine line(41);
+        line.workspace.formulas = formulas;
+        ModelBody& body = add_sample(line, body_samples[7]);
+        body.susc.value = body.density.value = 0;
+        const int susc[] = {param_susc}, density[] = {param_density};
+        Asker asker(line);
+        EXPECT_GT(peak_of(asker.columns(channel_mag, susc)), 0);
+        EXPECT_GT(peak_of(asker.columns(channel_grav, density)), 0);
+    }
+}
+
 }  // namespace
 }  // namespace anomalis::forward

@@ -10,9 +10,6 @@ namespace anomalis::forward {
 
 namespace {
 
-/// Field in nT at 1 m from a current of 1 mA.
-constexpr double field_of_unit_current = 0.2;
-
 /// A station from the reference point, in the axes of the body.
 Point3 station_at(const ExactPlace& place, std::size_t i) {
     const BodyFrame& f = place.frame;

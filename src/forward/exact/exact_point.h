@@ -7,6 +7,9 @@
 // The sphere, which is a point from outside, and straight wires.
 namespace anomalis::forward {
 
+/// Field in nT at 1 m from a current of 1 mA.
+inline constexpr double field_of_unit_current = 0.2;
+
 void fill_sphere_anomaly(const ExactPlace& place, double radius, const ExactField& field,
                          std::span<double> values);
 void fill_sphere_gravity(const ExactPlace& place, double radius, double density, std::span<double> values);
