@@ -9,6 +9,8 @@
 #include "core/text.h"
 #include "edit/body_form.h"
 #include "edit/change.h"
+#include "edit/fit_in_force.h"
+#include "edit/interval_text.h"
 #include "edit/workbench.h"
 #include "forward/shape/reference_point.h"
 
@@ -43,21 +45,15 @@ std::string value_text(const ModelBody& body, int row) {
     }
 }
 
-const ParameterError* error_of(const Workbench& workbench, int row) {
-    const auto& errors = workbench.fit_errors;
-    const auto found = std::find_if(errors.begin(), errors.end(), [&](const ParameterError& error) {
-        return error.body == workbench.view.current_body && error.param_code == row;
-    });
-    return found == errors.end() ? nullptr : &*found;
+const FittedParameter* fitted(const Workbench& workbench, int row) {
+    return fitted_parameter(workbench, workbench.view.current_body, row);
 }
 
-/// Two significant digits; of an error that tells no more than its size the power of ten.
-std::string error_text(double error) {
-    constexpr double longest = 99999;
-    if (!std::isfinite(error)) return "±?";
-    if (error > longest) return "±1e" + format_number(std::round(std::log10(error)), "0");
-    if (error >= 10) return "±" + format_number(error, "0");
-    return "±" + format_number(error, error >= 1 ? "0.0" : error >= 0.1 ? "0.00" : "0.000");
+std::string interval_tip(const FittedParameter& parameter, std::string_view unit) {
+    const std::string words = interval_words(parameter);
+    const bool has_numbers = std::isfinite(parameter.lower) || std::isfinite(parameter.upper);
+    return "\n90 % interval of the last fit: " + words +
+           (has_numbers && !unit.empty() ? " " + std::string(unit) : "");
 }
 
 void tell(Workbench& workbench, int row, std::string_view what) {
@@ -117,8 +113,8 @@ std::string grid_unit(const Workbench& workbench, int row) {
 std::string grid_error(const Workbench& workbench, int row) {
     const ModelBody* body = current_body(workbench);
     if (!body || !is_parameter(*body, row)) return {};
-    const ParameterError* error = error_of(workbench, row);
-    return error ? error_text(error->error) : std::string();
+    const FittedParameter* parameter = fitted(workbench, row);
+    return parameter ? interval_mark(*parameter) : std::string();
 }
 
 std::string grid_tip(const Workbench& workbench, int row, int column) {
@@ -134,10 +130,8 @@ std::string grid_tip(const Workbench& workbench, int row, int column) {
     if (parameter && column == grid_max)
         return "Upper limit of the inversion, in the unit of the value; blank takes the usual one";
     std::string tip = body_row_tip(body->type, row);
-    if (const ParameterError* error = parameter ? error_of(workbench, row) : nullptr)
-        tip += std::isfinite(error->error)
-                   ? "\nStandard error of the last fit: " + error_text(error->error).substr(2)
-                   : "\nThe last fit could not determine it from the data, or ended on its limit";
+    if (const FittedParameter* fit = parameter ? fitted(workbench, row) : nullptr)
+        tip += interval_tip(*fit, body_row(body->type, row).unit);
     return tip;
 }
 

@@ -14,18 +14,11 @@ struct Workbench;
 inline constexpr int grid_column_count = 5;
 enum GridColumn : int { grid_property = 0, grid_value, grid_vary, grid_min, grid_max };
 
-/// A standard error of the last fit, in the parameter's unit.
-struct ParameterError {
-    int body = 0;
-    int param_code = 0;
-    double error = 0;  ///< not a number where the data do not determine the parameter
-};
-
 /// "" in every cell without a current body, and in the cells of a row that its type has not.
 std::string grid_text(const Workbench& workbench, int row, int column);
 /// "m", "°", ... behind the value; "" for a row that is not used.
 std::string grid_unit(const Workbench& workbench, int row);
-/// "±0.31", "±?" for a parameter that the data left open, "" without a fit.
+/// The 90 % interval of the fit in force: "±0.31", "<140", "±?" (see edit/interval_text.h); "" without a fit.
 std::string grid_error(const Workbench& workbench, int row);
 std::string grid_tip(const Workbench& workbench, int row, int column);
 

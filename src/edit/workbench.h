@@ -1,12 +1,12 @@
 #pragma once
 
 #include <array>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "core/file_stamp.h"
 #include "core/session.h"
-#include "edit/body_grid.h"
 #include "edit/history.h"
 #include "edit/view_state.h"
 #include "intake/definition.h"
@@ -23,8 +23,10 @@ struct Workbench {
     intake::FileHead head;  ///< the first lines of the data file
     /// Which base levels (magnetics, gravity) came from the mean of the data and not from a person or a file.
     std::array<bool, 2> base_from_mean{};
-    /// Of the last least-squares fit; every change of the model empties them.
-    std::vector<ParameterError> fit_errors;
+    /// Whether the model is as the last fit left it, once somebody has looked; every change forgets it.
+    mutable std::optional<bool> fit_stands;
+    /// Of the next run; which limits hold a parameter hangs on it.
+    InversionMethod method = InversionMethod::least_squares;
     std::vector<std::string> recent_files;  ///< full paths, the newest first
     KnownFiles known_files;                 ///< workspaces and data as they were last read or written
     bool unsaved = false;                   ///< the model differs from the file last written or read

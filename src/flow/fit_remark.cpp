@@ -1,5 +1,7 @@
 #include "flow/fit_remark.h"
 
+#include <algorithm>
+
 #include "core/body_parameters.h"
 #include "core/numbers.h"
 
@@ -7,36 +9,42 @@ namespace anomalis::flow {
 
 namespace {
 
-/// "words distance of body 1, top of body 2", or "" for an empty list.
-std::string named(const std::string& words, const std::vector<int>& numbers,
-                  const Array1<InversionParamPlace>& map) {
+/// "distance of body 1, top of body 2", or "".
+std::string named(const FitRecord& fit, bool FittedParameter::*mark) {
     std::string text;
-    for (const int number : numbers) {
-        if (number < 1 || number > map.count()) continue;
-        text += (text.empty() ? "" : ", ") + std::string(param_name(map[number].param_code)) + " of body " +
-                format_number(map[number].body, "0");
+    for (const FittedParameter& parameter : fit.parameters) {
+        if (!(parameter.*mark)) continue;
+        text += (text.empty() ? "" : ", ") + std::string(param_name(parameter.param_code)) + " of body " +
+                format_number(parameter.body, "0");
     }
-    return text.empty() ? text : words + text;
+    return text;
+}
+
+std::string sentence(std::string text) {
+    if (!text.empty() && text.back() != '.') text += '.';
+    return text;
 }
 
 }  // namespace
 
-std::vector<edit::ParameterError> fit_errors(const inversion::RunResult& result,
-                                             const InversionState& inversion) {
-    std::vector<edit::ParameterError> list;
-    const auto places = inversion.inversion_param_map.span();
-    if (!result.statistics || result.statistics->errors.size() != places.size()) return list;
-    for (std::size_t i = 0; i < places.size(); ++i)
-        list.push_back({places[i].body, places[i].param_code, result.statistics->errors[i]});
-    return list;
+std::string fit_label(const FitRecord& fit) {
+    const std::string held = named(fit, &FittedParameter::at_limit);
+    return held.empty() ? fit.outcome : fit.outcome + ": " + held;
 }
 
-std::string fit_remark(const inversion::RunResult& result, const InversionState& inversion) {
-    if (!result.statistics) return {};
-    const auto& map = inversion.inversion_param_map;
-    const std::string open = named("The data leave open: ", result.statistics->undetermined, map);
-    const std::string held = named("Held by a limit: ", result.statistics->at_limit, map);
-    return open + (open.empty() || held.empty() ? "" : ". ") + held;
+std::string fit_remark(const FitRecord& fit) {
+    std::string text;
+    const auto add = [&](const std::string& words) { text += (text.empty() ? "" : " ") + sentence(words); };
+    const std::string open = named(fit, &FittedParameter::undetermined);
+    if (!open.empty()) add("The data leave open: " + open);
+    for (const std::string& remark : fit.remarks) add(remark);
+    return text;
+}
+
+std::string changed_since(const FitRecord& fit) {
+    std::string date = fit.date;
+    std::ranges::replace(date, 'T', ' ');
+    return "The model has changed since the fit of " + date;
 }
 
 }  // namespace anomalis::flow

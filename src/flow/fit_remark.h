@@ -1,19 +1,19 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
-#include "edit/body_grid.h"
-#include "inversion/perform.h"
+#include "core/fit_record.h"
 
 // What a least-squares fit says beside its values.
 namespace anomalis::flow {
 
-/// The standard errors of a fit by body and parameter; none when it was no such fit.
-std::vector<edit::ParameterError> fit_errors(const inversion::RunResult& result,
-                                             const InversionState& inversion);
+/// How it ended: as it was told, with the names of the parameters that stopped at a limit.
+std::string fit_label(const FitRecord& fit);
 
-/// Which parameters the data leave open and which a limit holds; "" when there is nothing to say.
-std::string fit_remark(const inversion::RunResult& result, const InversionState& inversion);
+/// Its remarks, and which parameters the data leave open, a sentence each; "" when there is nothing to say.
+std::string fit_remark(const FitRecord& fit);
+
+/// That the model is another one by now, with the date of the fit.
+std::string changed_since(const FitRecord& fit);
 
 }  // namespace anomalis::flow

@@ -5,12 +5,16 @@
 #include "core/numbers.h"
 #include "core/pacer.h"
 #include "edit/change.h"
+#include "edit/fit_in_force.h"
+#include "edit/interval_text.h"
 #include "edit/workbench.h"
 #include "flow/fit_remark.h"
 #include "flow/kept_files.h"
+#include "flow/new_line_choice.h"
 #include "forward/body_price.h"
 #include "inversion/parameters.h"
 #include "model/misfit.h"
+#include "show/fit_quality.h"
 #include "workspace_file/axm.h"
 
 namespace anomalis::flow {
@@ -18,7 +22,9 @@ namespace anomalis::flow {
 InversionDesk::InversionDesk(edit::Workbench& workbench, InversionDeskObserver& observer)
     : workbench_(workbench),
       observer_(observer),
-      bars_(workbench.session.workspace, workbench.session.prompts) {}
+      bars_(workbench.session.workspace, workbench.session.prompts) {
+    panel_.method = workbench.method = last_method(workbench.session.settings);
+}
 
 bool InversionDesk::running() const {
     return workbench_.session.inversion.running;
@@ -119,7 +125,8 @@ void InversionDesk::combo_invert(int index) {
 
 void InversionDesk::choose_method(inversion::InversionMethod method) {
     if (running()) return;
-    panel_.method = method;
+    panel_.method = workbench_.method = method;
+    remember_method(method, workbench_.session.settings);
     combo_invert(panel_.channel_index);
 }
 
@@ -136,12 +143,48 @@ void InversionDesk::show_initial_misfit(const MisfitPair& misfit) {
 
 void InversionDesk::show_current_misfit(const MisfitPair& misfit) {
     panel_.show_current_misfit(misfit);
+    show_quality();
     observer_.panel_changed();
+}
+
+/// An estimate reads the whole line, and does not change with the bodies.
+const show::ChannelNoise& InversionDesk::noise_of(int channel) {
+    KnownNoise& known = noise_.at(static_cast<std::size_t>(channel));
+    const bool fitted = edit::fit_in_force(workbench_) != nullptr;
+    if (!known.noise || known.fitted != fitted)
+        known = {show::channel_noise(workbench_.session.workspace, channel), fitted};
+    return *known.noise;
+}
+
+std::string InversionDesk::noise_estimate(int channel) {
+    const Workspace& workspace = workbench_.session.workspace;
+    const bool column = channel == channel_mag ? workspace.has_mag() : workspace.has_grav();
+    if (!column || !edit::line_loaded(workspace)) return {};
+    const double noise = noise_of(channel).value;
+    return noise > 0 ? edit::text_of_worth(noise, noise / 10) : std::string();
+}
+
+void InversionDesk::show_quality() {
+    const Workspace& workspace = workbench_.session.workspace;
+    for (const int channel : {channel_mag, channel_grav}) {
+        const auto i = static_cast<std::size_t>(channel);
+        panel_.quality.at(i) = {};
+        if (!edit::line_loaded(workspace)) continue;
+        const auto quality = show::fit_quality(workspace, channel, noise_of(channel));
+        if (quality) panel_.quality.at(i) = quality_lines(*quality, channel);
+    }
+}
+
+/// The end of a fit and its remarks are told as long as the model is as fitted.
+void InversionDesk::show_fit() {
+    panel_.remark_text = fit_remark();
 }
 
 void InversionDesk::line_changed() {
     if (running()) return;
     seen_revision_ = workbench_.list_revision;
+    forget_noise();
+    show_fit();
     show_move_view();
     reset_inversion_display();
     combo_invert(panel_.channel_index);
@@ -149,6 +192,7 @@ void InversionDesk::line_changed() {
 }
 
 void InversionDesk::follow_model() {
+    show_fit();
     if (seen_revision_ == workbench_.list_revision) return;
     seen_revision_ = workbench_.list_revision;
     reset_inversion_display();
@@ -157,9 +201,8 @@ void InversionDesk::follow_model() {
 }
 
 std::string InversionDesk::fit_remark() const {
-    // A change of the model since then leaves nothing of what the fit said.
-    return workbench_.fit_errors.empty() ? std::string()
-                                         : flow::fit_remark(result_, workbench_.session.inversion);
+    const FitRecord* fit = edit::fit_in_force(workbench_);
+    return fit ? flow::fit_remark(*fit) : std::string();
 }
 
 // The limit bars.
@@ -190,6 +233,7 @@ void InversionDesk::release_bar(int index) {
     const Workspace& workspace = session.workspace;
     const bool other_window =
         workspace.first_station != pressed_first_ || workspace.last_station != pressed_last_;
+    if (other_window) forget_noise();
     if (other_window) edit::note_change(workbench_, {"stations of the fit", "", false});
     observer_.model_changed();
     observer_.bars_changed();

@@ -1,9 +1,12 @@
 #pragma once
 
+#include <array>
+#include <optional>
 #include <string>
 
 #include "flow/inversion_panel.h"
 #include "flow/limit_bars.h"
+#include "show/fit_quality.h"
 
 namespace anomalis::edit {
 struct Workbench;
@@ -61,6 +64,7 @@ class InversionDesk : private inversion::RunObserver {
     void choose_method(inversion::InversionMethod method);
     /// Check_inversion_mode: 1 fits the gradient row.
     void check_inversion_mode(int target);
+    void type_starts(const std::string& text) { panel_.starts_text = text; }
     void type_max_iterations(const std::string& text) { panel_.max_iterations_text = text; }
 
     /// A load, an opened file or a dropped line: the bars that move the body show, nothing is remembered.
@@ -69,6 +73,11 @@ class InversionDesk : private inversion::RunObserver {
     void follow_model();
     /// Boxes 1 and 3 after each display of the model.
     void show_current_misfit(const MisfitPair& misfit) override;
+    /// The noise of a channel that has a line; kept until `forget_noise` or another fit.
+    const show::ChannelNoise& noise_of(int channel);
+    /// What stands in for a noise that is not keyed, without its unit; "" where the readings tell none.
+    std::string noise_estimate(int channel);
+    void forget_noise() { noise_ = {}; }
     /// Empties the boxes, forgets the best misfit, disables both undo paths.
     void reset_inversion_display();
 
@@ -79,7 +88,7 @@ class InversionDesk : private inversion::RunObserver {
 
     /// True when the window may close now; a run is stopped first, and `close_wanted` follows it.
     bool may_close();
-    /// What the last fit says about the parameters that it could not determine; "" when there is nothing.
+    /// What the fit in force says beside its values; "" when there is nothing.
     std::string fit_remark() const;
 
   private:
@@ -93,6 +102,8 @@ class InversionDesk : private inversion::RunObserver {
     void begin_run(int index);
     void run(int index, int body, int limit);
     void end_run(int index, int body, int limit);
+    void show_fit();
+    void show_quality();
     int current_body() const;
     void show_move_view();
     void draw_charts();
@@ -104,6 +115,11 @@ class InversionDesk : private inversion::RunObserver {
     InversionPanel panel_;
     LimitBars bars_;
     inversion::RunResult result_;
+    struct KnownNoise {
+        std::optional<show::ChannelNoise> noise;
+        bool fitted = false;  ///< a fit was in force then
+    };
+    std::array<KnownNoise, 2> noise_;
     bool close_requested_ = false;
     int seen_revision_ = 0;
     int pressed_first_ = 0, pressed_last_ = 0;  ///< station window when a bar was pressed

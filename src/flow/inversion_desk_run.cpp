@@ -45,7 +45,8 @@ void InversionDesk::run(int index, int body, int limit) {
                                         .current_body = body,
                                         .channel = panel_.channel_index,
                                         .max_iterations = limit,
-                                        .method = panel_.method};
+                                        .method = panel_.method,
+                                        .starts = panel_.starts()};
     result_ = {};
     inversion::perform_inversion(session.workspace, session.inversion, request, *this, result_);
     show_faults(result_.faults, session.prompts);
@@ -65,8 +66,12 @@ void InversionDesk::end_run(int index, int body, int limit) {
                           {index == 1 ? "inversion of the model"
                                       : "inversion of body " + format_number(std::int32_t{body}, "0"),
                            "", false});
-        workbench_.fit_errors = fit_errors(result_, session.inversion);
     }
+    if (result_.record) {
+        session.workspace.fit = result_.record;
+        workbench_.fit_stands.reset();
+    }
+    show_fit();
     observer_.model_changed();
     if (close_requested_) observer_.close_wanted();
 }

@@ -4,6 +4,7 @@
 
 #include "core/numbers.h"
 #include "core/text.h"
+#include "flow/fit_remark.h"
 
 namespace anomalis::flow {
 
@@ -15,6 +16,19 @@ std::string misfit_text(float misfit) {
 
 }  // namespace
 
+QualityLines quality_lines(const show::FitQuality& quality, int channel) {
+    constexpr int rms_digits = 4, noise_digits = 2;
+    const std::string_view unit = show::channel_unit(channel);
+    std::string line = std::string(channel == channel_mag ? "Mag" : "Gravity") + " rms " +
+                       show::quantity_text(quality.rms, rms_digits, unit) + ", " +
+                       format_number(std::int32_t{quality.stations}, "0") +
+                       (quality.stations == 1 ? " station" : " stations");
+    if (quality.noise.value > 0)
+        line += ", noise " + show::quantity_text(quality.noise.value, noise_digits, unit);
+    return {line, std::string(channel == channel_mag ? "Magnetics: " : "Gravity: ") +
+                      show::fit_quality_text(quality, channel)};
+}
+
 const char* InversionPanel::toggle_caption() const {
     return invert_frame ? "Move This Body" : "Perform Inversion";
 }
@@ -24,6 +38,11 @@ int InversionPanel::iteration_limit() const {
     if (trim_blanks(text).empty() || !is_numeric(text)) return inversion::default_iterations;
     constexpr double most = 2147483647;
     return std::max(round_to_even(std::clamp(prefix_number(text), 1.0, most)), 1);
+}
+
+int InversionPanel::starts() const {
+    if (trim_blanks(starts_text).empty() || !is_numeric(starts_text)) return inversion::default_starts;
+    return std::max(round_to_even(std::clamp(prefix_number(starts_text), 1.0, double{most_starts})), 1);
 }
 
 int InversionPanel::corrected_channel(int index, const Workspace& workspace) const {
@@ -61,6 +80,7 @@ void InversionPanel::show_view(bool invert) {
 
 void InversionPanel::begin_run() {
     status_visible = false;
+    remark_text.clear();
     reject_changes_enabled = false;
     stop_frame = true;
     num_iterations_text = "0";
@@ -70,9 +90,10 @@ void InversionPanel::begin_run() {
 void InversionPanel::end_run(const inversion::RunResult& result, int limit) {
     stop_frame = false;
     max_iterations_text = format_number(std::int32_t{limit}, "0");
+    if (!trim_blanks(starts_text).empty()) starts_text = format_number(std::int32_t{starts()}, "0");
     // Without a list of its own a run has no start values: a reject would bring back those of an older one.
     reject_changes_enabled = result.filled;
-    status_text = inversion::status_label(result);
+    status_text = result.record ? fit_label(*result.record) : inversion::status_label(result);
     status_visible = true;
 }
 

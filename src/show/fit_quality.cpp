@@ -66,6 +66,12 @@ ChannelNoise channel_noise(const Workspace& workspace, int channel) {
 }
 
 std::optional<FitQuality> fit_quality(const Workspace& workspace, int channel) {
+    auto quality = fit_quality(workspace, channel, {});
+    if (quality) quality->noise = channel_noise(workspace, channel);
+    return quality;
+}
+
+std::optional<FitQuality> fit_quality(const Workspace& workspace, int channel, const ChannelNoise& noise) {
     const Window window = window_of(workspace);
     const ChannelTable& rows = workspace.channel(channel).data;
     if (!has_channel(workspace, channel) || window.count == 0 || rows.stations() < workspace.station_count)
@@ -74,8 +80,7 @@ std::optional<FitQuality> fit_quality(const Workspace& workspace, int channel) {
         return rows.row(workspace.residual_row, stage).subspan(window.first, window.count);
     };
     return FitQuality{static_cast<int>(window.count),
-                      root_mean_square(row(stage_observed), row(stage_calculated)),
-                      channel_noise(workspace, channel)};
+                      root_mean_square(row(stage_observed), row(stage_calculated)), noise};
 }
 
 std::string quantity_text(double value, int digits, std::string_view unit) {

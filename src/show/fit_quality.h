@@ -38,6 +38,8 @@ struct FitQuality {
 
 /// Of the rows as they stand; no value without the column or without stations.
 std::optional<FitQuality> fit_quality(const Workspace& workspace, int channel);
+/// The same against a noise that is known already.
+std::optional<FitQuality> fit_quality(const Workspace& workspace, int channel, const ChannelNoise& noise);
 
 /// "rms 13.09 nT over 412 stations, 2.6 times the noise of 5.0 nT"; without a noise the first half.
 std::string fit_quality_text(const FitQuality& quality, int channel);

@@ -4,6 +4,8 @@
 #include <limits>
 
 #include "core/body_parameters.h"
+#include "core/model_mark.h"
+#include "core/numbers.h"
 #include "edit/body_sample.h"
 #include "edit/change.h"
 
@@ -220,23 +222,30 @@ TEST(BodyGrid, the_editor_starts_with_all_digits) {
               GridChange::unchanged);
 }
 
-TEST(BodyGrid, errors_of_a_fit_stand_beside_the_values_until_the_next_change) {
+TEST(BodyGrid, intervals_of_a_fit_stand_beside_the_values_while_the_model_is_as_fitted) {
     BodySample sample;
-    sample.workbench.fit_errors = {{2, param_dip, 0.314},
-                                   {2, param_top, 12.4},
-                                   {2, param_width, std::numeric_limits<double>::quiet_NaN()},
-                                   {1, param_susc, 5}};
+    Workspace& w = sample.workspace();
+    const float dip = sample.body(2).dip.value;
+    const double at = static_cast<double>(dip);
+    FitRecord fit;
+    fit.parameters = {
+        {.body = 2, .param_code = param_dip, .value = dip, .lower = at - 0.31, .upper = at + 0.31},
+        {.body = 2, .param_code = param_width, .upper = 140},
+        {.body = 2, .param_code = param_top, .undetermined = true},
+        {.body = 1, .param_code = param_susc, .lower = 1, .upper = 3}};
+    fit.model_mark = model_mark(w);
+    w.fit = fit;
     EXPECT_EQ(grid_error(sample.workbench, param_dip), "±0.31");
-    EXPECT_EQ(grid_error(sample.workbench, param_top), "±12");
-    EXPECT_EQ(grid_error(sample.workbench, param_width), "±?");
-    sample.workbench.fit_errors[0].error = 1.2e9;
-    EXPECT_EQ(grid_error(sample.workbench, param_dip), "±1e9");
-    sample.workbench.fit_errors[0].error = 0.314;
+    EXPECT_EQ(grid_error(sample.workbench, param_width), "<140");
+    EXPECT_EQ(grid_error(sample.workbench, param_top), "±?");
     EXPECT_EQ(grid_error(sample.workbench, param_susc), "");
-    EXPECT_NE(grid_tip(sample.workbench, param_dip, grid_value).find("Standard error of the last fit: 0.31"),
+    EXPECT_NE(grid_tip(sample.workbench, param_width, grid_value)
+                  .find("90 % interval of the last fit: below 140 m"),
               std::string::npos);
     key(sample, param_dip, "70");
     EXPECT_EQ(grid_error(sample.workbench, param_dip), "");
+    key(sample, param_dip, shortest_text(dip));
+    EXPECT_EQ(grid_error(sample.workbench, param_dip), "±0.31") << "the model is as fitted again";
 }
 
 TEST(BodyGrid, values_are_keyed_without_a_line_too) {

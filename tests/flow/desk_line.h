@@ -21,6 +21,7 @@ class DeskLine : public ::testing::Test, private InversionDeskObserver {
     DeskLine() {
         change_to_folder(folder.path(""));
         workbench.view.current_body = 1;
+        desk.choose_method(inversion::InversionMethod::sweep);
         edit::start_history(workbench);
     }
     ~DeskLine() override { change_to_folder(folder_before); }

@@ -7,6 +7,7 @@
 #include "core/body_parameters.h"
 #include "core/paths.h"
 #include "edit/change.h"
+#include "edit/fit_in_force.h"
 #include "edit/line_sample.h"
 #include "model/refresh_model.h"
 #include "support/stale_body.h"
@@ -19,6 +20,7 @@ namespace {
 struct DeskSample : edit::LineSample, InversionDeskObserver {
     DeskSample() : desk(workbench, *this) {
         load();
+        desk.choose_method(inversion::InversionMethod::sweep);
         Workspace& w = workspace();
         for (const double distance : {700.0, 1700.0}) {
             ModelBody& body = add_body(distance, 40);
@@ -88,18 +90,21 @@ TEST(InversionDesk, keeps_the_model_before_a_run_and_shows_its_controls) {
     EXPECT_EQ(sample.workbench.history.undo_name(), "inversion of body 1");
 }
 
-TEST(InversionDesk, hands_the_errors_of_a_least_squares_fit_to_the_grid) {
+TEST(InversionDesk, keeps_the_record_of_a_least_squares_fit_until_the_model_changes) {
     DeskSample sample;
     sample.desk.choose_method(inversion::InversionMethod::least_squares);
     sample.desk.command_invert(1);
-    ASSERT_EQ(sample.workbench.fit_errors.size(), 2U);
-    EXPECT_EQ(sample.workbench.fit_errors[0].body, 1);
-    EXPECT_EQ(sample.workbench.fit_errors[0].param_code, param_distance);
-    EXPECT_TRUE(std::isfinite(sample.workbench.fit_errors[0].error));
+    const FitRecord* fit = edit::fit_in_force(sample.workbench);
+    ASSERT_NE(fit, nullptr);
+    ASSERT_EQ(fit->parameters.size(), 2U);
+    EXPECT_EQ(fit->parameters[0].body, 1);
+    EXPECT_EQ(fit->parameters[0].param_code, param_distance);
+    EXPECT_EQ(sample.desk.panel().status_text, fit->outcome);
     EXPECT_NEAR(sample.distance(1), 700, 0.1);
-    sample.desk.choose_method(inversion::InversionMethod::sweep);
-    sample.desk.command_invert(1);
-    EXPECT_TRUE(sample.workbench.fit_errors.empty());
+    edit::undo_change(sample.workbench);
+    EXPECT_EQ(edit::fit_in_force(sample.workbench), nullptr);
+    edit::redo_change(sample.workbench);
+    EXPECT_NE(edit::fit_in_force(sample.workbench), nullptr) << "the model is as fitted again";
 }
 
 TEST(InversionDesk, says_which_parameters_a_limit_holds) {
@@ -108,10 +113,7 @@ TEST(InversionDesk, says_which_parameters_a_limit_holds) {
     sample.desk.choose_method(inversion::InversionMethod::least_squares);
     sample.desk.command_invert(0);
     EXPECT_EQ(sample.distance(1), 730);
-    EXPECT_EQ(sample.desk.fit_remark(), "Held by a limit: distance of body 1");
-    sample.move_body(1, 735);
-    edit::note_change(sample.workbench, {"distance", "", false});
-    EXPECT_EQ(sample.desk.fit_remark(), "");
+    EXPECT_EQ(sample.desk.panel().status_text, "Stopped at the limit of 1 parameter: distance of body 1");
 }
 
 TEST(InversionDesk, a_failed_setup_is_no_step) {

@@ -16,6 +16,7 @@ class FormulasControllerTest : public QObject {
     void a_body_whose_exact_curve_is_too_dear_is_not_compared();
     void the_choice_can_be_taken_back();
     void a_file_brings_its_own_choice();
+    void a_fresh_installation_begins_exact_and_then_with_the_last_choice();
 };
 
 namespace {
@@ -25,6 +26,11 @@ struct Opened {
     QPushButton& button() { return sample.find<QPushButton>("Command_exact_formulas"); }
     QAction& entry() { return sample.find<QAction>("menu_exact_formulas"); }
     Workspace& workspace() { return sample.session.workspace; }
+    void is_quietly_exact() {
+        QCOMPARE(button().text(), QString("Exact formulas"));
+        QVERIFY(button().isVisible() && !button().isEnabled());
+        QVERIFY(button().styleSheet().isEmpty());
+    }
 
     TempFolder folder;
     FormSample sample;
@@ -35,31 +41,31 @@ struct Opened {
 void FormulasControllerTest::the_status_bar_tells_how_far_the_classic_curve_is_off() {
     Opened opened;
     QVERIFY(!opened.entry().isChecked());
-    QTRY_VERIFY(opened.button().isVisible());
-    QVERIFY(opened.button().text().contains("%"));
+    QTRY_VERIFY(opened.button().text().contains("%"));
+    QVERIFY(opened.button().isVisible() && opened.button().isEnabled());
     QVERIFY(opened.button().property("notable").toBool());
     QVERIFY(!opened.button().styleSheet().isEmpty());
 }
 
 void FormulasControllerTest::a_click_changes_over_and_the_menu_follows() {
     Opened opened;
-    QTRY_VERIFY(opened.button().isVisible());
+    QTRY_VERIFY(opened.button().text().contains("%"));
     const float classic = opened.workspace().mag.data(50, row_raw, stage_calculated);
     opened.sample.click("Command_exact_formulas");
     QCOMPARE(opened.workspace().formulas, Formulas::exact);
     QVERIFY(opened.entry().isChecked());
-    QVERIFY(!opened.button().isVisible());
+    opened.is_quietly_exact();
     QVERIFY(opened.workspace().mag.data(50, row_raw, stage_calculated) != classic);
     QVERIFY(opened.sample.form->workbench().unsaved);
     opened.entry().trigger();
     QCOMPARE(opened.workspace().formulas, Formulas::classic);
-    QTRY_VERIFY(opened.button().isVisible());
+    QTRY_VERIFY(opened.button().text().contains("%"));
     QCOMPARE(opened.workspace().mag.data(50, row_raw, stage_calculated), classic);
 }
 
 void FormulasControllerTest::steps_that_follow_each_other_are_compared_once() {
     Opened opened;
-    QTRY_VERIFY(opened.button().isVisible());
+    QTRY_VERIFY(opened.button().text().contains("%"));
     const QString before = opened.button().text();
     const auto& rest = opened.sample.find<QTimer>("Timer_formulas");
     for (int step = 0; step < 5; ++step) {
@@ -101,7 +107,7 @@ void FormulasControllerTest::the_choice_can_be_taken_back() {
     opened.sample.find<QAction>("menu_undo").trigger();
     QCOMPARE(opened.workspace().formulas, Formulas::classic);
     QVERIFY(!opened.entry().isChecked());
-    QTRY_VERIFY(opened.button().isVisible());
+    QTRY_VERIFY(opened.button().text().contains("%"));
 }
 
 void FormulasControllerTest::a_file_brings_its_own_choice() {
@@ -112,7 +118,36 @@ void FormulasControllerTest::a_file_brings_its_own_choice() {
     opened.entry().trigger();
     opened.sample.form->open_example(path);
     QVERIFY(opened.entry().isChecked());
-    QVERIFY(!opened.button().isVisible());
+    opened.is_quietly_exact();
+}
+
+void FormulasControllerTest::a_fresh_installation_begins_exact_and_then_with_the_last_choice() {
+    const TempFolder kept;
+    const std::string settings = kept.path("settings.ini");
+    {
+        FormSample fresh({}, settings);
+        QCOMPARE(fresh.session.workspace.formulas, Formulas::exact);
+        QCOMPARE(fresh.find<QPushButton>("Command_exact_formulas").text(), QString("Exact formulas"));
+        QVERIFY(fresh.find<QPushButton>("Command_exact_formulas").isVisible());
+        QVERIFY(!fresh.form->workbench().unsaved);
+        // A workspace file says its own, which is no choice for new lines.
+        fresh.form->open_example(write_workspace(kept));
+        QCOMPARE(fresh.session.workspace.formulas, Formulas::classic);
+    }
+    {
+        FormSample next({}, settings);
+        QCOMPARE(next.session.workspace.formulas, Formulas::exact);
+        next.session.workspace.definition = edit::LineSample().workspace().definition;
+        next.session.workspace.definition.data_file = kept.write("new.dat", edit::east_line_text(51));
+        next.form->load_locations();
+        QVERIFY(next.session.workspace.station_count > 0);
+        QCOMPARE(next.session.workspace.formulas, Formulas::exact);
+        next.find<QAction>("menu_exact_formulas").trigger();
+        QCOMPARE(next.session.workspace.formulas, Formulas::classic);
+    }
+    FormSample last({}, settings);
+    QCOMPARE(last.session.workspace.formulas, Formulas::classic);
+    QCOMPARE(last.find<QPushButton>("Command_exact_formulas").text(), QString("Classic formulas"));
 }
 
 QObject* make_formulas_controller_test() {

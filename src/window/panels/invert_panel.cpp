@@ -3,6 +3,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGridLayout>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QProgressBar>
@@ -44,6 +45,11 @@ void set_entry_enabled(QComboBox& list, int index, bool enabled) {
         entries->item(index)->setEnabled(enabled);
 }
 
+void show_line(QLabel& label, const std::string& text, bool visible) {
+    label.setText(QString::fromStdString(text));
+    label.setVisible(visible);
+}
+
 void set_text(QLineEdit& box, const std::string& text) {
     const QString words = QString::fromStdString(text);
     if (box.text() != words) box.setText(words);
@@ -52,7 +58,7 @@ void set_text(QLineEdit& box, const std::string& text) {
 }  // namespace
 
 InvertPanel::InvertPanel(const Session& session, FormGuards& guards)
-    : session_(session), guards_(guards), status_(new QLabel) {
+    : session_(session), guards_(guards), status_(new QLabel), remark_(new QLabel) {
     setObjectName("Frame_invert");
     setProperty("card", true);
     auto* column = new QVBoxLayout(this);
@@ -63,19 +69,63 @@ InvertPanel::InvertPanel(const Session& session, FormGuards& guards)
     grid->setVerticalSpacing(gap);
     add_choices(*grid);
     column->addLayout(grid);
+    column->addLayout(make_counts());
     column->addWidget(make_misfits());
+    column->addWidget(make_quality());
     column->addWidget(make_buttons());
-    status_->setObjectName("Label_status");
-    status_->setTextFormat(Qt::PlainText);
-    status_->setToolTip(tr("How the last run ended"));
-    status_->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    keep_room(*status_);
-    status_->hide();
     // Never both at once: a run hides the end of the one before.
     auto* ending = new QGridLayout;
-    ending->addWidget(status_, 0, 0);
-    ending->addWidget(make_stop_frame(), 0, 0);
+    ending->addWidget(make_ending(), 0, 0, Qt::AlignTop);
+    ending->addWidget(make_stop_frame(), 0, 0, Qt::AlignTop);
     column->addLayout(ending);
+}
+
+/// How the last run ended, and what its fit says of itself; as many lines as it takes.
+QWidget* InvertPanel::make_ending() {
+    struct EndLabel {
+        QLabel* label;
+        const char* name;
+        QString tip;
+    };
+    auto* holder = new QWidget;
+    auto* column = new QVBoxLayout(holder);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(2);
+    for (const EndLabel& each :
+         {EndLabel{status_, "Label_status", tr("How the last run ended")},
+          EndLabel{remark_, "Label_fit_remark",
+                   tr("What the last fit says beside its values, as long as the model is as fitted")}}) {
+        each.label->setObjectName(each.name);
+        each.label->setTextFormat(Qt::PlainText);
+        each.label->setToolTip(each.tip);
+        each.label->setWordWrap(true);
+        each.label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+        each.label->hide();
+        column->addWidget(each.label);
+    }
+    make_quiet(*remark_);
+    return holder;
+}
+
+/// One line a channel: how far the curves are from each other in its own unit.
+QWidget* InvertPanel::make_quality() {
+    auto* holder = new QWidget;
+    auto* column = new QVBoxLayout(holder);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(2);
+    for (std::size_t i = 0; i < rms_.size(); ++i) {
+        rms_[i] = new QLabel;
+        rms_[i]->setObjectName("Label_rms_" + QString::number(i));
+        rms_[i]->setTextFormat(Qt::PlainText);
+        rms_[i]->setWordWrap(true);
+        rms_[i]->setTextInteractionFlags(Qt::TextSelectableByMouse);
+        rms_[i]->setToolTip(
+            tr("Root mean square of observed less regional less calculated over the stations "
+               "of the fit, and the noise of a reading, keyed or estimated"));
+        make_quiet(*rms_[i]);
+        column->addWidget(rms_[i]);
+    }
+    return holder;
 }
 
 void InvertPanel::add_choices(QGridLayout& grid) {
@@ -87,8 +137,6 @@ void InvertPanel::add_choices(QGridLayout& grid) {
         make_list("Combo_inversion_method", tr("Method"), {tr("Sweep"), tr("Least squares")},
                   tr("Sweep changes one parameter after the other. Least squares changes them together, "
                      "and tells how well the data determine each"));
-    limit_ = make_limit_box();
-    done_ = make_result_box({"Text_num_iterations", "Done", "", "Iterations of the last run"});
     gradient_ = make_check({"Check_inversion_mode", "Invert Vertical Grad", "",
                             "Fit the gradient of the data in place of the data"});
     const auto place = [&](int row, int pair, QWidget* control) {
@@ -99,8 +147,6 @@ void InvertPanel::add_choices(QGridLayout& grid) {
     };
     place(0, 0, channel_);
     place(0, 1, method_);
-    place(1, 0, limit_);
-    place(1, 1, done_);
     connect(channel_, &QComboBox::activated, this, [this](int index) {
         if (guards_.pass()) emit channel_chosen(index);
     });
@@ -110,6 +156,45 @@ void InvertPanel::add_choices(QGridLayout& grid) {
     connect(gradient_, &QCheckBox::toggled, this, [this](bool on) {
         if (guards_.pass()) emit gradient_chosen(on);
     });
+}
+
+QHBoxLayout* InvertPanel::make_counts() {
+    limit_ = make_limit_box();
+    starts_ = make_starts_box();
+    done_ = make_result_box({"Text_num_iterations", "Done", "", "Iterations of the last run"});
+    auto* row = new QHBoxLayout;
+    row->setSpacing(8);
+    for (QLineEdit* box : std::initializer_list<QLineEdit*>{limit_, starts_, done_}) {
+        box->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+        row->addWidget(make_caption(box->accessibleName(), box));
+        row->addWidget(box, 1);
+    }
+    return row;
+}
+
+/// The same for the number of starts.
+CommitBox* InvertPanel::make_starts_box() {
+    const auto accept = [this](const std::string& text) {
+        double value = 0;
+        const bool usable = trim_blanks(text).empty() || (parse_number(text, value) && value >= 1 &&
+                                                          value <= flow::InversionPanel::most_starts);
+        starts_text_ = usable ? text : "";
+        emit starts_typed(QString::fromStdString(starts_text_));
+        return usable;
+    };
+    auto* box = new CommitBox(
+        {"Text_starts", "Starts", "",
+         "From how many places a least-squares run starts, 1 to 1000: the model as it stands, and others "
+         "about what was found, so that the best of them is kept; blank for 4"},
+        guards_, {accept, [this] { return starts_text_; }});
+    box->setPlaceholderText(QString::number(inversion::default_starts));
+    connect(box, &CommitBox::text_refused, this, [this, box](const QString& typed) {
+        emit text_refused(box->accessibleName(), typed,
+                          tr("%1 is taken; key a number from 1 to %2")
+                              .arg(inversion::default_starts)
+                              .arg(flow::InversionPanel::most_starts));
+    });
+    return box;
 }
 
 /// A text that is no number leaves the box blank: the usual number of iterations.
@@ -240,9 +325,16 @@ void InvertPanel::show_panel(const flow::InversionPanel& panel) {
         limit_text_ = panel.max_iterations_text;
         limit_->refill();
     }
+    if (starts_text_ != panel.starts_text) {
+        starts_text_ = panel.starts_text;
+        starts_->refill();
+    }
+    starts_->setEnabled(panel.method == inversion::InversionMethod::least_squares && !guards_.busy());
     set_text(*done_, panel.num_iterations_text);
-    status_->setText(QString::fromStdString(panel.status_text));
-    status_->setVisible(panel.status_visible);
+    show_line(*status_, panel.status_text, panel.status_visible);
+    show_line(*remark_, panel.remark_text, !panel.remark_text.empty() && !panel.stop_frame);
+    for (std::size_t i = 0; i < rms_.size(); ++i)
+        show_line(*rms_[i], panel.quality[i].line, !panel.quality[i].line.empty());
     stop_frame_->setVisible(panel.stop_frame);
     restore_->setEnabled(panel.restore_best_enabled && !guards_.busy());
     reject_->setEnabled(panel.reject_changes_enabled && !guards_.busy());

@@ -10,6 +10,7 @@
 class QCheckBox;
 class QComboBox;
 class QGridLayout;
+class QHBoxLayout;
 class QLabel;
 class QLineEdit;
 class QProgressBar;
@@ -48,11 +49,16 @@ class InvertPanel : public QFrame {
     void method_chosen(int index);
     void gradient_chosen(bool gradient);
     void iterations_typed(const QString& text);
+    void starts_typed(const QString& text);
     void text_refused(const QString& caption, const QString& text, const QString& instead);
 
   private:
     void add_choices(QGridLayout& grid);
     CommitBox* make_limit_box();
+    CommitBox* make_starts_box();
+    QHBoxLayout* make_counts();
+    QWidget* make_quality();
+    QWidget* make_ending();
     QWidget* make_misfits();
     QWidget* make_buttons();
     QWidget* make_stop_frame();
@@ -70,7 +76,10 @@ class InvertPanel : public QFrame {
     QPushButton* restore_ = nullptr;
     QPushButton* reject_ = nullptr;
     QLabel* status_;
-    std::string limit_text_;
+    std::string limit_text_, starts_text_;
+    CommitBox* starts_;
+    std::array<QLabel*, 2> rms_{};
+    QLabel* remark_;
     QFrame* stop_frame_ = nullptr;
     QProgressBar* progress_ = nullptr;
     QLabel* progress_words_ = nullptr;

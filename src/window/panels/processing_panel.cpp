@@ -169,6 +169,15 @@ void ProcessingPanel::show_base_texts(const std::optional<std::string>& mag,
     if (grav) base_boxes_[1]->fill(*grav);
 }
 
+void ProcessingPanel::show_noise_estimates(const std::array<std::string, 2>& texts) {
+    constexpr std::array settings{edit::SettingsBox::mag_noise, edit::SettingsBox::grav_noise};
+    for (std::size_t i = 0; i < settings.size(); ++i)
+        box(settings.at(i))
+            ->setPlaceholderText(texts.at(i).empty()
+                                     ? tr("estimated")
+                                     : tr("estimated %1").arg(QString::fromStdString(texts.at(i))));
+}
+
 void ProcessingPanel::update_base_frame() {
     const bool filtered = workbench().session.workspace.processing.residual_filter_width > 0;
     base_frame_->setVisible(!filtered);

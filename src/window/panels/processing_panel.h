@@ -22,6 +22,8 @@ class ProcessingPanel : public SettingsPanel {
     /// Base levels and regionals have no meaning while a residual filter is on: the frame of the levels gives
     /// way to a line that says so, the lists of the regionals are off.
     void update_base_frame();
+    /// Shows what a fit would take for a noise that is not keyed, "" where the readings tell none.
+    void show_noise_estimates(const std::array<std::string, 2>& texts);
     /// What the boxes show that a display of the model depends on.
     edit::DisplayTexts display_texts() const;
 

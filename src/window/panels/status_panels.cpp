@@ -137,6 +137,13 @@ void StatusPanels::show_misfit(double data_norm, double gradient_norm) {
                       QString::fromStdString(format_number(gradient_norm, "0.00")));
 }
 
+void StatusPanels::explain_misfit(const std::array<std::string, 2>& words) {
+    QString tip = tr(plans.back().tip);
+    for (const std::string& line : words)
+        if (!line.empty()) tip += "\n" + QString::fromStdString(line);
+    panel(7)->parentWidget()->setToolTip(tip);
+}
+
 void StatusPanels::show_progress(int percent) {
     progress_->setVisible(percent >= 0);
     progress_->setValue(std::max(percent, 0));

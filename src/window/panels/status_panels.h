@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <string>
 
 #include <QStatusBar>
 
@@ -25,6 +26,8 @@ class StatusPanels : public QStatusBar {
     void add_text(const QString& text);
     void show_pointer(const show::PointerPanels& panels);
     void show_misfit(double data_norm, double gradient_norm);
+    /// The misfit in the units of the channels, for its tip; blank texts are left out.
+    void explain_misfit(const std::array<std::string, 2>& words);
     void clear_line();
     /// A text that was not accepted, and what holds in its place. It stands beside what the command that
     /// took the text has to tell, so that neither is lost.

@@ -139,6 +139,10 @@ constexpr std::array rows{
               "Go back to the best model of the runs so far", When::best_model},
     ActionRow{ActionId::reject_changes, "menu_reject_changes", "Re&ject Changes",
               "Put back the values that the last run started with", When::bodies},
+    ActionRow{
+        ActionId::fit_results, "menu_fit_results", "&Fit Results",
+        "What the last fit found: values with 90 % intervals, correlations, and what is left of the data",
+        When::line, Qt::CTRL | Qt::Key_R},
     ActionRow{ActionId::section_to_plan, "menu_section_show_plan", "Show Plan",
               "Show the plan in place of the section", When::line},
     ActionRow{ActionId::plan_to_section, "menu_plan_show_section", "Show Section",

@@ -69,6 +69,7 @@ enum class ActionId {
     stop_inversion,
     restore_best,
     reject_changes,
+    fit_results,
     section_to_plan,
     plan_to_section,
     next_body,

@@ -6,6 +6,7 @@
 #include <QTabWidget>
 
 #include "edit/change.h"
+#include "flow/new_line_choice.h"
 #include "flow/recent_files.h"
 #include "window/panels/charts_panel.h"
 #include "window/panels/definitions_page.h"
@@ -20,6 +21,7 @@
 #include "window/shell/bodies_controller.h"
 #include "window/shell/calculation_watch.h"
 #include "window/shell/export_controller.h"
+#include "window/shell/fit_controller.h"
 #include "window/shell/form_inversion.h"
 #include "window/shell/formulas_controller.h"
 #include "window/shell/history_controller.h"
@@ -116,6 +118,7 @@ void Form_anomalis::make_controllers(const std::vector<flow::ExampleFile>& examp
     watch_ = new WatchController(*this, workbench_, guards_, *recovery_, *status_);
     inversion_ = new FormInversion({*this, *tabs_, *charts_, *side_, *status_}, workbench_, *actions_, gate_,
                                    news_, *recovery_);
+    fit_ = new FitController(*this, workbench_, *actions_);
 }
 
 void Form_anomalis::wire_panels() {
@@ -142,6 +145,8 @@ void Form_anomalis::follow(WhatChanged what) {
     side_->follow(what);
     charts_->follow(what);
     inversion_->follow(what);
+    if (what & (News::line | News::form_reset | News::settings | News::boxes | News::calculated))
+        definitions_page_->processing().show_noise_estimates(inversion_->noise_estimates());
     pages_->follow(what);
     if (what & News::line) {
         menus_->refresh();
@@ -150,6 +155,7 @@ void Form_anomalis::follow(WhatChanged what) {
     }
     if (what & News::calculated) status_->show_misfit(charts_->misfit()[0], charts_->misfit()[1]);
     formulas_->follow(what);
+    fit_->follow(what);
     open_->follow(what);
     save_->follow();
     if (what & News::file) watch_->follow();
@@ -159,6 +165,7 @@ void Form_anomalis::follow(WhatChanged what) {
 
 void Form_anomalis::start() {
     const StartSettings settings = session_.start();
+    session_.workspace.formulas = flow::formulas_of_new_line(session_.settings);
     if (settings.display_axes) workbench_.view.show_axes = *settings.display_axes;
     definitions_page_->fill(true);
     session_.model_changed = false;

@@ -19,6 +19,7 @@ class Actions;
 class CalculationWatch;
 class ChartsPanel;
 class DefinitionsPage;
+class FitController;
 class FormInversion;
 class FormulasController;
 class LineController;
@@ -95,6 +96,7 @@ class Form_anomalis : public QMainWindow {
     RecoveryController* recovery_ = nullptr;
     WatchController* watch_ = nullptr;
     FormInversion* inversion_ = nullptr;
+    FitController* fit_ = nullptr;
 };
 
 }  // namespace anomalis::window

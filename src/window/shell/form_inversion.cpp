@@ -94,17 +94,18 @@ void FormInversion::wire_panel() {
     connect(&panel_, &InvertPanel::method_chosen, this, [this](int index) {
         desk_.choose_method(index == 1 ? inversion::InversionMethod::least_squares
                                        : inversion::InversionMethod::sweep);
+        parts_.side.display_body_parameters();  // other limits hold
     });
     connect(&panel_, &InvertPanel::gradient_chosen, this,
             [this](bool on) { desk_.check_inversion_mode(on ? target_gradient : target_data); });
+    connect(&panel_, &InvertPanel::starts_typed, this,
+            [this](const QString& text) { desk_.type_starts(text.toStdString()); });
     connect(&panel_, &InvertPanel::iterations_typed, this,
             [this](const QString& text) { desk_.type_max_iterations(text.toStdString()); });
 }
 
 void FormInversion::invert(int index) {
     desk_.command_invert(index);
-    const std::string remark = desk_.fit_remark();
-    if (!remark.empty()) parts_.status.show_text(QString::fromStdString(remark));
 }
 
 void FormInversion::stop() {
@@ -181,12 +182,16 @@ void FormInversion::close_wanted() {
 
 void FormInversion::follow(WhatChanged what) {
     if (what & (News::line | News::form_reset)) desk_.line_changed();
+    if (what & News::settings) desk_.forget_noise();
     if (what & (News::parameters | News::bodies | News::settings)) {
         desk_.follow_model();
         panel_changed();
         place_bars();
     }
-    if ((what & News::calculated) && !desk_.running()) desk_.show_current_misfit(parts_.charts.misfit());
+    if ((what & News::calculated) && !desk_.running()) {
+        desk_.show_current_misfit(parts_.charts.misfit());
+        parts_.status.explain_misfit({desk_.panel().quality[0].full, desk_.panel().quality[1].full});
+    }
 }
 
 /// The bars follow the window on the line as the section shows it, also after a zoom by mouse.

@@ -42,6 +42,10 @@ class FormInversion : public QObject, private flow::InversionDeskObserver {
     ~FormInversion() override;
 
     const flow::InversionDesk& desk() const { return desk_; }
+    /// What stands in for the noise of magnetics and gravity that is not keyed.
+    std::array<std::string, 2> noise_estimates() {
+        return {desk_.noise_estimate(channel_mag), desk_.noise_estimate(channel_grav)};
+    }
     /// False while a run goes on: it is stopped, and the window closes after it.
     bool may_close() { return desk_.may_close(); }
     void follow(WhatChanged what);

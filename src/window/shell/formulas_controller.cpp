@@ -5,6 +5,7 @@
 
 #include "edit/change.h"
 #include "edit/workbench.h"
+#include "flow/new_line_choice.h"
 #include "forward/formula_difference.h"
 #include "window/panels/status_panels.h"
 #include "window/shell/actions.h"
@@ -43,12 +44,14 @@ FormulasController::FormulasController(QObject* parent, edit::Workbench& workben
     difference_->setObjectName("Command_exact_formulas");
     difference_->setFlat(true);
     difference_->setFocusPolicy(Qt::TabFocus);
-    difference_->setToolTip(usual_tip());
+    constexpr int frame = 16;  // pixels
+    difference_->setMinimumWidth(
+        difference_->fontMetrics().horizontalAdvance(tr("Classic formulas: %1 % off").arg("100.0")) + frame);
     connect(difference_, &QPushButton::clicked, this, [this, &gate] {
         if (gate.pass()) choose(true);
     });
     status.addPermanentWidget(difference_);
-    difference_->hide();
+    show_kind();
     rest_->setObjectName("Timer_formulas");
     rest_->setSingleShot(true);
     rest_->setInterval(rest);
@@ -60,6 +63,7 @@ void FormulasController::choose(bool exact) {
     Workspace& workspace = workbench_.session.workspace;
     if (workspace.formulas == wanted) return;
     workspace.formulas = wanted;
+    flow::remember_formulas(workspace, workbench_.session.settings);
     edit::note_change(workbench_, {exact ? "exact formulas" : "classic formulas", "", false});
     news_.tell(News::settings);
 }
@@ -76,12 +80,30 @@ void FormulasController::follow(WhatChanged what) {
     constexpr WhatChanged stale = News::parameters | News::bodies | News::settings | News::line;
     if (!can_be_compared()) {
         rest_->stop();
-        difference_->hide();
+        show_kind();
     } else if (what & (News::calculated | News::current_body)) {
         rest_->start();
     } else if (what & stale) {
         rest_->stop();
     }
+}
+
+/// Without a distance: the exact formulas stand back, the classic ones wait for a body.
+void FormulasController::show_kind() {
+    const bool exact = workbench_.session.workspace.formulas == Formulas::exact;
+    difference_->setText(exact ? tr("Exact formulas") : tr("Classic formulas"));
+    difference_->setToolTip(exact
+                                ? tr("The field is that of the bodies as section and plan draw them. Model, "
+                                     "Exact formulas goes back to the classic ones")
+                                : usual_tip());
+    difference_->setEnabled(!exact);
+    show_notable(false);
+}
+
+void FormulasController::show_notable(bool notable) {
+    if (notable == difference_->property("notable").toBool()) return;
+    difference_->setStyleSheet(notable ? warning_style : "");
+    difference_->setProperty("notable", notable);
 }
 
 /// In the middle of a run the bodies hold what is being tried.
@@ -103,11 +125,8 @@ void FormulasController::show_difference() {
     }
     difference_->setToolTip(
         found.left_out.empty() ? usual_tip() : plain_tip(tr("Not compared: %1").arg(shown(found.left_out))));
-    if (notable != difference_->property("notable").toBool()) {
-        difference_->setStyleSheet(notable ? warning_style : "");
-        difference_->setProperty("notable", notable);
-    }
-    difference_->show();
+    difference_->setEnabled(true);
+    show_notable(notable);
 }
 
 }  // namespace anomalis::window

@@ -18,8 +18,9 @@ class EntryGate;
 struct FormGuards;
 class StatusPanels;
 
-/// The choice of the formulas: its menu entry, and in the status bar how far the classic curve of the current
-/// body is from the exact one, with a click to change over. The distance is found when the model has rested.
+/// The choice of the formulas: its menu entry, and in the status bar always which ones are in force; of the
+/// classic ones how far the curve of the current body is from the exact one, with a click to change over. The
+/// distance is found when the model has rested.
 class FormulasController : public QObject {
     Q_OBJECT
 
@@ -32,7 +33,9 @@ class FormulasController : public QObject {
   private:
     void choose(bool exact);
     bool can_be_compared() const;
+    void show_kind();
     void show_difference();
+    void show_notable(bool notable);
 
     edit::Workbench& workbench_;
     const FormGuards& guards_;

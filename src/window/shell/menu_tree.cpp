@@ -117,6 +117,7 @@ constexpr std::array items{
     entry(ActionId::stop_inversion),
     entry(ActionId::restore_best),
     entry(ActionId::reject_changes),
+    entry(ActionId::fit_results),
     close,
 
     open("menu_help", "&Help"),

@@ -80,6 +80,14 @@ void BodyCells::paint(QPainter* painter, const QStyleOptionViewItem& option, con
                          Qt::AlignLeft, error);
         room.setRight(room.right() - margin);
     }
+    const QString limit = index.data(BodyGridModel::limit_role).toString();
+    if (!limit.isEmpty()) {
+        painter->setPen(quiet_text(option.palette));
+        painter->drawText(room, static_cast<int>(Qt::AlignRight | Qt::AlignVCenter),
+                          painter->fontMetrics().elidedText(limit, Qt::ElideRight, room.width()));
+        painter->restore();
+        return;
+    }
     const bool caption = index.column() == edit::grid_property;
     painter->setPen(option.state.testFlag(QStyle::State_Enabled) ? option.palette.color(QPalette::Text)
                                                                  : quiet_text(option.palette));

@@ -39,8 +39,12 @@ QVariant BodyGridModel::data(const QModelIndex& index, int role) const {
             return shown(edit::grid_text(workbench_, row, index.column()));
         case Qt::EditRole:
             return shown(edit::grid_edit_text(workbench_, row, index.column()));
-        case Qt::ToolTipRole:
-            return shown(edit::grid_tip(workbench_, row, index.column()));
+        case Qt::ToolTipRole: {
+            const std::string limit = limit_of(index).tip;
+            return shown(limit.empty() ? edit::grid_tip(workbench_, row, index.column()) : limit);
+        }
+        case limit_role:
+            return shown(limit_of(index).text);
         case Qt::CheckStateRole: {
             if (index.column() != edit::grid_vary) return {};
             const edit::VaryMark mark = edit::grid_vary_mark(workbench_, row);
@@ -113,9 +117,14 @@ bool BodyGridModel::enter(const QModelIndex& index, const QString& text) {
     return change == edit::GridChange::stored;
 }
 
+flow::ShownLimit BodyGridModel::limit_of(const QModelIndex& index) const {
+    return flow::shown_limit(workbench_, grid_row(index), index.column(), workbench_.method);
+}
+
 BodyGridModel::Cell BodyGridModel::cell(const QModelIndex& index) const {
     return {flags(index),
-            {data(index), data(index, Qt::CheckStateRole), data(index, unit_role), data(index, error_role)}};
+            {data(index), data(index, Qt::CheckStateRole), data(index, unit_role), data(index, error_role),
+             data(index, limit_role)}};
 }
 
 void BodyGridModel::refresh() {

@@ -6,6 +6,7 @@
 #include <QVariant>
 
 #include "edit/body_grid.h"
+#include "flow/shown_limits.h"
 #include "window/shell/form_guards.h"
 #include "window/shell/model_news.h"
 
@@ -21,7 +22,7 @@ class BodyGridModel : public QAbstractTableModel {
     Q_OBJECT
 
   public:
-    enum Role { unit_role = Qt::UserRole, error_role };
+    enum Role { unit_role = Qt::UserRole, error_role, limit_role };
 
     BodyGridModel(edit::Workbench& workbench, FormGuards& guards, ModelNews& news, QObject* parent = nullptr);
 
@@ -45,10 +46,11 @@ class BodyGridModel : public QAbstractTableModel {
     /// What a cell shows.
     struct Cell {
         Qt::ItemFlags flags;
-        std::array<QVariant, 4> shown;  ///< text, mark, unit, error
+        std::array<QVariant, 5> shown;  ///< text, mark, unit, error, limit
         bool operator==(const Cell&) const = default;
     };
     Cell cell(const QModelIndex& index) const;
+    flow::ShownLimit limit_of(const QModelIndex& index) const;
     bool enter(const QModelIndex& index, const QString& text);
 
     edit::Workbench& workbench_;

@@ -1,0 +1,28 @@
+#include "flow/shown_limits.h"
+
+#include "core/numbers.h"
+#include "edit/body_form.h"
+#include "edit/body_grid.h"
+#include "edit/workbench.h"
+#include "inversion/physical_limits.h"
+
+namespace anomalis::flow {
+
+ShownLimit shown_limit(const edit::Workbench& workbench, int row, int column, InversionMethod method) {
+    if (column != edit::grid_min && column != edit::grid_max) return {};
+    if (edit::grid_vary_mark(workbench, row) != edit::VaryMark::free) return {};
+    if (!edit::grid_text(workbench, row, column).empty()) return {};
+    const ModelBody& body = *edit::current_body(workbench);
+    const inversion::ParameterLimits limits =
+        inversion::limits_in_force(workbench.session.workspace, body, row, method);
+    const float limit = column == edit::grid_min ? limits.lower : limits.upper;
+    if (!(limit > unset)) return {};
+    const bool sweep = method == InversionMethod::sweep;
+    const std::string which = column == edit::grid_min ? "Lower" : "Upper";
+    return {edit::parameter_text(body.type, row, limit),
+            which + " limit in force, which nobody keyed: " +
+                (sweep ? "default of the sweep" : "physical bound") +
+                ". A number keyed here takes its place"};
+}
+
+}  // namespace anomalis::flow
