@@ -10,6 +10,7 @@
 #include "forward/columns/plane_columns.h"
 #include "forward/columns/point_columns.h"
 #include "forward/columns/solid_columns.h"
+#include "forward/shape/reference_point.h"
 
 namespace anomalis::forward {
 
@@ -126,14 +127,21 @@ void body_columns(const Workspace& workspace, ModelBody& body, int channel, cons
                   BodyBench& memory, std::span<const int> param_codes, std::span<double> values,
                   std::span<double> columns, BodyNotes& notes) {
     const std::size_t count = range.count();
-    const StationView stations = stations_of(workspace, range, values.size());
+    const StationView stations = stations_of(workspace, range, values.empty() ? count : values.size());
     if (columns.size() != count * param_codes.size()) throw Fault(FaultKind::subscript);
     const Way way = way_of(workspace, body);
+    const bool beside = way == Way::solid || way == Way::point;
+    if (values.empty() && !beside) {
+        memory.unasked.resize(count);
+        values = memory.unasked;
+    }
     if (way == Way::differences) {
         const ColumnTask task{workspace, body, channel, range, memory, notes};
         return difference_columns(task, param_codes, values, columns);
     }
-    if (way != Way::plane && !respond(workspace, body, channel, range, memory, values, notes)) {
+    if (beside && values.empty()) {
+        update_body_reference_point(workspace, body.distance.value, body.east, body.north);
+    } else if (beside && !respond(workspace, body, channel, range, memory, values, notes)) {
         std::ranges::fill(columns, 0.0);
         return;
     }

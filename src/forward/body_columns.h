@@ -29,6 +29,7 @@ struct StationRange {
 struct BodyBench {
     Polyhedron polyhedron;
     std::vector<double> behind;          ///< responses of a changed body, one a station
+    std::vector<double> unasked;         ///< values that nobody wants
     std::unique_ptr<Workspace> classic;  ///< the line with one body, as the classic formulas want it
     ResponseTable response;              ///< of that body
 };

@@ -240,6 +240,21 @@ TEST(BodyColumns, are_the_slopes_of_the_values) {
         }
 }
 
+TEST(BodyColumns, are_the_same_where_the_values_are_not_asked_for) {
+    for (const Formulas formulas : {Formulas::exact, Formulas::classic})
+        for (const BodySample& sample : body_samples) {
+            ExactLine line(30);
+            line.workspace.formulas = formulas;
+            add_settled(line, sample, 200);
+            const std::vector<int> codes = all_codes();
+            Asker asker(line), other(line);
+            std::vector<double> columns(asker.range.count() * codes.size());
+            body_columns(line.workspace, asker.copy, channel_mag, asker.range, asker.bench, codes, {},
+                         columns, asker.notes);
+            EXPECT_EQ(columns, other.columns(channel_mag, codes)) << sample.name;
+        }
+}
+
 TEST(BodyColumns, no_end_has_no_slope) {
     ExactLine line(41);
     add_sample(line, body_samples[0]);

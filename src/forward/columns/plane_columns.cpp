@@ -1,14 +1,15 @@
 #include "forward/columns/plane_columns.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <optional>
-#include <vector>
 
 #include "core/body_parameters.h"
 #include "forward/columns/field_slope.h"
 #include "forward/columns/plane_columns_kernel.h"
 #include "forward/columns/sheet_slope.h"
+#include "forward/columns/term_weights.h"
 #include "forward/exact/exact_response.h"
 #include "forward/exact/plane_strip.h"
 #include "forward/gravity_constant.h"
@@ -21,6 +22,8 @@ namespace {
 
 constexpr double radian = exact_pi / 180;  ///< a degree
 constexpr Complex i_unit(0, 1);
+constexpr std::size_t most_terms = mass_term::count;
+static_assert(most_terms >= std::size_t{wall_term::count} && most_terms >= std::size_t{anomaly_term::count});
 
 /// How a strip changes per unit of a parameter: its corner P, E = R - P and G; `turn` is how fast strike
 /// turns the axes, which moves a station by its place along strike.
@@ -263,10 +266,13 @@ void in_stretches(const StationView& stations, std::size_t column_count, std::sp
 }
 
 template <class Maker>
-std::vector<double> weights_of(const Maker& maker, std::span<const int> param_codes, int terms) {
-    std::vector<double> weights(param_codes.size() * static_cast<std::size_t>(terms));
-    for (std::size_t k = 0; k < param_codes.size(); ++k)
-        maker.fill(param_codes[k], Weights(weights.data() + k * static_cast<std::size_t>(terms)));
+TermWeights weights_of(const Maker& maker, std::span<const int> param_codes) {
+    TermWeights weights;
+    for (const int code : param_codes) {
+        std::array<double, most_terms> column{};
+        maker.fill(code, Weights(column.data()));
+        weights.add_column(column);
+    }
     return weights;
 }
 
@@ -284,34 +290,28 @@ void plane_columns(const Workspace& workspace, ModelBody& body, int channel, con
                    Pacer& pacer) {
     update_body_reference_point(workspace, body.distance.value, body.east, body.north);
     const PlaneBody plane(workspace, body);
-    const bool endless = plane.strip().endless;
     const auto level = vector::widest_vector_level();
-    const int column_count = static_cast<int>(param_codes.size());
     if (channel == channel_mag) {
         std::optional<Tensor3> tensor;
         if (body.include_demagnetisation == 1) tensor = body_demagnetisation(body);
         const BodyField field(workspace, body, plane.frame(), tensor ? &*tensor : nullptr);
-        const std::vector<double> weights =
-            weights_of(AnomalyWeights(plane, field), param_codes,
-                       endless ? anomaly_term::endless_count : anomaly_term::count);
+        const TermWeights weights = weights_of(AnomalyWeights(plane, field), param_codes);
         const PlaneStrip strip = plane_strip(plane.strip(), field.field());
         return in_stretches(stations, param_codes.size(), values, columns, pacer,
                             [&](const StationView& part, double* value, double* column) {
-                                strip_anomaly_columns_at(level)(
-                                    part, plane.frame(), strip,
-                                    {weights.data(), column_count, column, stations.count}, value);
+                                strip_anomaly_columns_at(level)(part, plane.frame(), strip,
+                                                                weights.columns(column, stations.count),
+                                                                value);
                             });
     }
     const double density = body.density.value;
-    const std::vector<double> weights =
-        weights_of(MassWeights(plane, density), param_codes, endless ? +wall_term::count : +mass_term::count);
+    const TermWeights weights = weights_of(MassWeights(plane, density), param_codes);
     StripMass mass(plane.strip());
     mass.mass.factor = 2 * gravity_constant * density;
     in_stretches(stations, param_codes.size(), values, columns, pacer,
                  [&](const StationView& part, double* value, double* column) {
                      strip_gravity_columns_at(level)(part, plane.frame(), mass.mass,
-                                                     {weights.data(), column_count, column, stations.count},
-                                                     value);
+                                                     weights.columns(column, stations.count), value);
                  });
 }
 

@@ -1,5 +1,6 @@
 #include "forward/columns/plane_columns_kernel.h"
 
+#include "forward/columns/weighted_lanes.h"
 #include "forward/exact/plane_lanes.h"
 
 namespace anomalis::forward::ANOMALIS_VECTOR_LEVEL {
@@ -21,8 +22,8 @@ ANOMALIS_INLINE Vector<A> times(const Vector<A>& a, const B& factor) {
 /// 1 / w, held near 0.
 template <class Real>
 ANOMALIS_INLINE Vector<Real> inverse(const Vector<Real>& w) {
-    const Real n = at_least(dot(w, w), least_squared);
-    return {w.x / n, -w.z / n};
+    const Real by = 1.0 / at_least(dot(w, w), least_squared);
+    return {w.x * by, -w.z * by};
 }
 template <class Real>
 ANOMALIS_INLINE void put(Real* terms, int at, const Vector<Real>& value) {
@@ -104,16 +105,6 @@ ANOMALIS_INLINE void wall_terms(const PlaneMass& m, const Station<Real>& at, con
     terms[wall_term::one] = Real{} + 1.0;
 }
 
-template <int count, class Real>
-ANOMALIS_INLINE void store_columns(const WeightedColumns& columns, std::size_t i, const Real* terms) {
-    for (int column = 0; column < columns.columns; ++column) {
-        const double* const weights = columns.weights + column * count;
-        Real sum{};
-        for (int term = 0; term < count; ++term) sum += weights[term] * terms[term];
-        store(columns.out + static_cast<std::size_t>(column) * columns.stride + i, sum);
-    }
-}
-
 /// Calls `one` with the index of a station and the station.
 template <class One>
 ANOMALIS_INLINE void over_stations(const StationView& stations, const BodyFrame& frame, const One& one) {
@@ -139,11 +130,7 @@ void strip_anomaly_columns(const StationView& stations, const BodyFrame& frame, 
                 strip.endless ? half_strip_at(strip, at.x, at.h) : parallelogram_at(strip, at.x, at.h);
             store(anomaly + i, strip_anomaly(strip, made));
             anomaly_terms(strip, at, made, terms);
-            if (strip.endless) {
-                store_columns<anomaly_term::endless_count>(columns, i, terms);
-            } else {
-                store_columns<anomaly_term::count>(columns, i, terms);
-            }
+            store_columns(columns, i, terms);
         });
 }
 
@@ -162,12 +149,12 @@ void strip_gravity_columns(const StationView& stations, const BodyFrame& frame, 
                 Real terms[wall_term::count];
                 wall_terms(mass, at, logarithms[0], terms);
                 terms[wall_term::sum] = sum;
-                store_columns<wall_term::count>(columns, i, terms);
+                store_columns(columns, i, terms);
             } else {
                 Real terms[mass_term::count];
                 mass_terms(mass, at, logarithms, terms);
                 terms[mass_term::sum] = sum;
-                store_columns<mass_term::count>(columns, i, terms);
+                store_columns(columns, i, terms);
             }
         });
 }

@@ -1,7 +1,6 @@
 #pragma once
 
-#include <cstddef>
-
+#include "forward/columns/weighted_columns.h"
 #include "forward/exact/plane_kernel.h"
 
 // Columns of bodies in the plane across strike: at each station a few functions share their logarithms,
@@ -60,14 +59,6 @@ enum : int {
     count
 };
 }  // namespace wall_term
-
-/// `columns` sums of the terms; `weights` are columns by terms.
-struct WeightedColumns {
-    const double* weights;
-    int columns;
-    double* out;  ///< one column after the other
-    std::size_t stride;
-};
 
 ANOMALIS_VECTOR_KERNEL(void, strip_anomaly_columns,
                        (const StationView& stations, const BodyFrame& frame, const PlaneStrip& strip,

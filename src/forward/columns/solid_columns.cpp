@@ -4,12 +4,12 @@
 #include <array>
 #include <cmath>
 #include <optional>
-#include <vector>
 
 #include "core/body_parameters.h"
 #include "forward/columns/field_slope.h"
 #include "forward/columns/sheet_slope.h"
 #include "forward/columns/solid_shape.h"
+#include "forward/columns/term_weights.h"
 #include "forward/exact/exact_response.h"
 #include "forward/gravity_constant.h"
 #include "forward/polyhedron/vector3.h"
@@ -212,15 +212,16 @@ void solid_columns(const Workspace& workspace, ModelBody& body, int channel, con
                    std::span<const int> param_codes, std::span<double> columns, Pacer& pacer) {
     const LimitedSheet sheet(workspace, body, channel);
     const SolidTerms at = solid_terms(sheet.section());
-    const auto terms = static_cast<std::size_t>(at.count);
-    std::vector<double> weights(param_codes.size() * terms);
-    for (std::size_t k = 0; k < param_codes.size(); ++k)
-        sheet.fill(param_codes[k], at, weights.data() + k * terms);
+    TermWeights weights;
+    for (const int code : param_codes) {
+        std::array<double, most_solid_terms> column{};
+        sheet.fill(code, at, column.data());
+        weights.add_column(std::span(column).first(static_cast<std::size_t>(at.count)));
+    }
     const auto kernel = solid_columns_at(vector::widest_vector_level());
     for (std::size_t from = 0; from < stations.count; from += stretch) {
         const StationView part = part_of(stations, from, std::min(stretch, stations.count - from));
-        kernel(part, sheet.frame(), sheet.section(), at,
-               {weights.data(), static_cast<int>(param_codes.size()), columns.data() + from, stations.count});
+        kernel(part, sheet.frame(), sheet.section(), weights.columns(columns.data() + from, stations.count));
         pacer.done(static_cast<double>(part.count) *
                    (units_a_station + units_a_term * static_cast<double>(weights.size())));
     }

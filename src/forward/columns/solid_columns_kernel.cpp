@@ -1,5 +1,7 @@
 #include "forward/columns/solid_columns_kernel.h"
 
+#include "forward/columns/weighted_lanes.h"
+#include "forward/exact/plane_kernel.h"
 #include "forward/station_lanes.h"
 
 namespace anomalis::forward::ANOMALIS_VECTOR_LEVEL {
@@ -110,22 +112,24 @@ ANOMALIS_INLINE void add_edge(const SolidSection& solid, int number, const Corne
     const Real first = dot(a.r, edge.along), last = dot(b.r, edge.along);
     const Vector<Real> across = cross(edge.along, a.r);
     const Real squared = dot(across, across);
-    // s - l, with all its digits beside a long edge.
-    const Real near = first < 0.0 ? squared / (a.distance - first) : a.distance + first;
-    const Real far = last > 0.0 ? squared / (b.distance + last) : b.distance - last;
-    const Real short_of = larger(near + far, 2 * least_squared / l);
+    // s - l, with all its digits beside a long edge: each end's distance less its place along the edge.
+    const Real p = a.distance + vector_abs(first), q = b.distance + vector_abs(last);
+    const Real near = first < 0.0 ? squared : p * p;
+    const Real far = last > 0.0 ? squared : q * q;
+    const Real short_of = larger((near * q + far * p) / (p * q), 2 * least_squared / l);
     sums.integral[number] = vector_log_quotient(short_of + 2 * l, short_of, Real{} + 2 * l);
     const Real weight = weight_at(solid, edge.weight, a.r);
     const Real jump = sums.face_weight[edge.left] - sums.face_weight[edge.right];
     // The integral of 1 / R: by the places of its two ends.
     const Real product = short_of * (short_of + 2 * l);
-    const Real part = weight * 2.0 / product;
+    const Real both = 1.0 / (product * s);
+    const Real part = weight * (2.0 * s * both);
     const Vector<Real> straight = times(edge.along, part * s);
-    // The solid angles: integrals of 1 / R^3 and of its moment along the edge.
+    // The solid angles: integrals of 1 / R^3 and of its moment along the edge, a metre of it.
     const Real inverse = a.inverse * b.inverse;
-    const Real plain = 2 * l * s * inverse / product;
-    const Real moment = l * (first + last) / s * inverse;
-    const Vector<Real> aside = times(across, jump / l);
+    const Real plain = 2.0 * s * s * both * inverse;
+    const Real moment = (first + last) * product * both * inverse;
+    const Vector<Real> aside = times(across, jump);
     sums.corner[edge.from] = sums.corner[edge.from] - straight - times(a.r, part * l * a.inverse) -
                              times(aside, last * plain - moment);
     sums.corner[edge.to] = sums.corner[edge.to] + straight - times(b.r, part * l * b.inverse) -
@@ -215,17 +219,10 @@ ANOMALIS_INLINE void solid_terms_at(const SolidSection& solid, const Vector<Real
     *to = station.y * all.x - station.x * all.y;
 }
 
-ANOMALIS_INLINE void store(double* to, double value) {
-    *to = value;
-}
-ANOMALIS_INLINE void store(double* to, Lanes value) {
-    store_lanes(to, value);
-}
-
 }  // namespace
 
 void solid_columns(const StationView& stations, const BodyFrame& frame, const SolidSection& solid,
-                   const SolidTerms& at, const WeightedColumns& columns) {
+                   const WeightedColumns& columns) {
     for_stations(
         stations.count, [&](std::size_t i, auto kind) __attribute__((always_inline)) {
             using Real = decltype(kind);
@@ -236,12 +233,7 @@ void solid_columns(const StationView& stations, const BodyFrame& frame, const So
                                        load<Real>(stations.sensor + i) - frame.top};
             Real terms[most_solid_terms];
             solid_terms_at(solid, station, terms);
-            for (int column = 0; column < columns.columns; ++column) {
-                const double* const weights = columns.weights + column * at.count;
-                Real sum{};
-                for (int term = 0; term < at.count; ++term) sum += weights[term] * terms[term];
-                store(columns.out + static_cast<std::size_t>(column) * columns.stride + i, sum);
-            }
+            store_columns(columns, i, terms);
         });
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "forward/columns/plane_columns_kernel.h"
+#include "forward/columns/weighted_columns.h"
 #include "forward/station_view.h"
 #include "vector/vector_levels.h"
 
@@ -48,6 +48,6 @@ struct SolidTerms {
 };
 ANOMALIS_VECTOR_KERNEL(void, solid_columns,
                        (const StationView& stations, const BodyFrame& frame, const SolidSection& solid,
-                        const SolidTerms& at, const WeightedColumns& columns))
+                        const WeightedColumns& columns))
 
 }  // namespace anomalis::forward
