@@ -117,6 +117,7 @@ std::string report_json_text(const flow::InversionReport& report, const BatchPro
     json["method"] = method_name(report.method);
     json["intervals"] = intervals_json(report);
     add_channels(report, json);
+    json["fit_remarks"] = result.record ? Json(result.record->remarks) : Json::array();
     if (result.statistics) {
         json["errors"] = result.statistics->errors;
         json["correlation"] = matrix_json<Json>(result.statistics->correlation, report.parameters.size());

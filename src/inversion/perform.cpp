@@ -230,13 +230,15 @@ void perform_inversion(Workspace& workspace, InversionState& inversion, const Ru
     ObserverPacer pacer(observer);
     const FittedModel model{workspace, inversion, result.faults, pacer};
     Run run(model, request, observer, result);
-    report_failure(result.faults, "An error occurred performing the inversion: ", [&] {
+    const int fault = report_failure(result.faults, "An error occurred performing the inversion: ", [&] {
         try {
             run.perform();
         } catch (const Stopped&) {
             run.leave();
         }
     });
+    // A sweep that faults ends with what it has reached; a fit that does has found nothing.
+    if (fault != 0 && request.method == InversionMethod::least_squares) result.status = run_failed;
     result.evaluations = inversion.evaluations - evaluations_before;
 }
 
