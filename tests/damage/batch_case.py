@@ -37,6 +37,12 @@ def command_invert(random):
         arguments += ["--target", "gradient"]
     if random.random() < 0.3:
         arguments += ["--body", random.choice(["1", "2", "7"])]
+    if random.random() < 0.3:
+        arguments += ["--regional", random.choice(["none", "0", "1", "2", "3"])]
+    if random.random() < 0.2:
+        arguments += ["--noise-mag", random.choice(["1e-30", "5", "1e30"]), "--noise-grav", "0.02"]
+    if random.random() < 0.3:
+        arguments += ["--starts", random.choice(["0", "1", "9"])]
     return arguments, ["fitted.axm", "report.json"]
 
 
@@ -147,7 +153,7 @@ class Case:
             yield "time-out", "used more than the time allowed"
         elif status < 0 or status > 2:
             yield "signal", f"status {status}: " + os.fsdecode(err[-2000:])
-        elif status == 2:
+        elif status == 2 and b"There is no body" not in err:
             yield "status", "took the command line for wrong: " + os.fsdecode(err)
         elif status == 1 and not err:
             yield "status", "failed without a word"
