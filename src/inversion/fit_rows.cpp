@@ -227,7 +227,9 @@ void FitRows::residuals_at_best_amplitudes(std::vector<float>& values, std::span
             const double value = static_cast<double>(values[i]);
             double low = static_cast<double>(lower[i]) / value, high = static_cast<double>(upper[i]) / value;
             if (low > high) std::swap(low, high);
-            least[index_of(k)] = std::min(std::max(low, 1 / most_change) - 1, 0.0);
+            // What may have either sign may change it.
+            const bool either = lower[i] < 0 && upper[i] > 0;
+            least[index_of(k)] = std::min(std::max(low, either ? -most_change : 1 / most_change) - 1, 0.0);
             most[index_of(k)] = std::max(std::min(high, most_change) - 1, 0.0);
         }
         columns /= rows.sigma;
@@ -247,6 +249,20 @@ void FitRows::residuals_at_best_amplitudes(std::vector<float>& values, std::span
     if (out.squaredNorm() < before) return;
     values = kept;
     residuals(values, out);
+}
+
+VectorXd FitRows::share_of(std::int32_t body) {
+    VectorXd share(index_of(row_count()));
+    Index at = 0;
+    for (FittedRows& rows : channels_) {
+        const auto count = index_of(rows.chain.row_count());
+        auto own = share.segment(at, count);
+        rows.chain.change(span_of(rows.raw.col(body - 1)), {own.data(), rows.chain.row_count()});
+        own /= rows.sigma;
+        project_off(rows.basis, own);
+        at += count;
+    }
+    return share;
 }
 
 double FitRows::sum_of_squares_without(std::int32_t body, std::span<const float> values) {

@@ -64,6 +64,8 @@ class FitRows {
     void residuals_at_best_amplitudes(std::vector<float>& values, std::span<const float> lower,
                                       std::span<const float> upper, double most_change,
                                       Eigen::Ref<Eigen::VectorXd> out);
+    /// What a body adds to the residuals where they were last found.
+    Eigen::VectorXd share_of(std::int32_t body);
     /// Of the residuals without a body, the others as they are.
     double sum_of_squares_without(std::int32_t body, std::span<const float> values);
     /// Columns of the residuals by the parameters, each in its own unit.

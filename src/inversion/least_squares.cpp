@@ -49,9 +49,13 @@ class Solver {
     const FitParameter& parameter(Index k) const { return parameters_[static_cast<std::size_t>(k)]; }
     float value(Index k) const { return values_[static_cast<std::size_t>(k)]; }
     double room(Index k, float limit) const;
+    double away(Index k, const std::vector<float>& values) const;
+    double hold_of(const std::vector<float>& values) const;
     void form_bounds();
     void form_normal();
     bool try_step(const VectorXd& step);
+    /// What is made least in an iteration.
+    double cost() const { return sum_of_squares_ + hold_of(values_); }
     double promise(const VectorXd& step) const {
         return -2 * system_.gradient.dot(step) -
                step.dot(system_.normal.selfadjointView<Eigen::Lower>() * step);
@@ -73,6 +77,7 @@ class Solver {
     MatrixXd columns_;
     VectorXd limit_below_, limit_above_;  ///< of a step
     BoundedStep system_;
+    double one_residual_ = 0;  ///< mean square, for the weak holds of an iteration
     double damping_ = first_damping;
     double growth_ = 2;
     int idle_ = 0;
@@ -85,6 +90,23 @@ double Solver::room(Index k, float limit) const {
     const double ratio = (static_cast<double>(limit) - static_cast<double>(p.origin)) /
                          (static_cast<double>(value(k)) - static_cast<double>(p.origin));
     return ratio > 0 ? std::log(ratio) : -std::numeric_limits<double>::infinity();
+}
+
+/// How many of its holds a parameter is from its start.
+double Solver::away(Index k, const std::vector<float>& values) const {
+    const FitParameter& p = parameter(k);
+    const auto here = static_cast<double>(values[static_cast<std::size_t>(k)]);
+    const auto began = static_cast<double>(p.value), origin = static_cast<double>(p.origin);
+    if (!(p.hold > 0)) return 0;
+    if (!p.logarithmic) return (here - began) / p.hold;
+    const double ratio = (here - origin) / (began - origin);
+    return ratio > 0 ? std::log(ratio) / p.hold : 0.0;
+}
+
+double Solver::hold_of(const std::vector<float>& values) const {
+    double sum = 0;
+    for (Index k = 0; k < count_; ++k) sum += std::pow(away(k, values), 2);
+    return one_residual_ * sum;
 }
 
 void Solver::form_bounds() {
@@ -116,6 +138,13 @@ void Solver::form_normal() {
     }
     system_.normal = normal_matrix(columns_, problem_.pacer());
     system_.gradient = columns_.transpose() * residuals_;
+    one_residual_ = sum_of_squares_ / static_cast<double>(std::max<Index>(residuals_.size(), 1));
+    for (Index k = 0; k < count_; ++k) {
+        const double hold = parameter(k).hold;
+        if (!(hold > 0)) continue;
+        system_.normal(k, k) += one_residual_ / (hold * hold);
+        system_.gradient[k] += one_residual_ * away(k, values_) / hold;
+    }
 }
 
 bool Solver::try_step(const VectorXd& step) {
@@ -131,7 +160,7 @@ bool Solver::try_step(const VectorXd& step) {
     if (trial == values_) return false;
     problem_.residuals(trial, trial_residuals_);
     const double sum = trial_residuals_.squaredNorm();
-    if (!(sum < sum_of_squares_)) return false;
+    if (!(sum + hold_of(trial) < cost())) return false;
     values_ = trial;
     residuals_.swap(trial_residuals_);
     sum_of_squares_ = sum;
@@ -145,13 +174,13 @@ bool Solver::promises_little() {
     const BoundedAnswer answer = step_damped_by(least_damping);
     system_.least.swap(limit_below_);
     system_.most.swap(limit_above_);
-    return answer.settled && promise(answer.step) < least_promise * sum_of_squares_;
+    return answer.settled && promise(answer.step) < least_promise * cost();
 }
 
 Solver::Step Solver::improve() {
     form_normal();
     form_bounds();
-    const double before = sum_of_squares_;
+    const double before = cost();
     const bool last_step = promises_little();
     if (last_step && try_step(step_damped_by(least_damping).step)) return Step::converged;
     while (damping_ < most_damping) {
@@ -159,7 +188,7 @@ Solver::Step Solver::improve() {
         const double promised = promise(step);
         if (!(promised > least_trial * before)) break;
         if (try_step(step)) {
-            const double gain = before - sum_of_squares_;
+            const double gain = before - cost();
             const double cube = std::pow(2 * std::min(gain / promised, 1.0) - 1, 3);
             damping_ = std::max(damping_ * std::max(1.0 / 3, 1 - cube), least_damping);
             growth_ = 2;

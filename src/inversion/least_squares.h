@@ -20,6 +20,10 @@ struct FitParameter {
     /// A size: it is solved by the logarithm of its distance from `origin`, and never gets there.
     bool logarithmic = false;
     float origin = 0;
+    /// A weak hold: so far from its start (of a logarithmic one, the logarithm of the ratio) the parameter
+    /// costs what one residual of the present size does, so that what the residuals hardly feel does not run
+    /// away. 0 for none.
+    double hold = 0;
 };
 
 /// What is fitted.
@@ -52,8 +56,9 @@ struct FitOutcome {
 
 /// Minimises the sum of squared residuals inside the limits by the method of Levenberg (1944) and Marquardt
 /// (1963): damping in units of the columns by the gain (Nielsen 1999), limits and largest steps by an active
-/// set. A parameter whose limits cross is held. Values outside their limits stay until they move. Raises
-/// Stopped.
+/// set. Weak holds are a prior (Jackson 1979) that counts less as the fit gets better; what the residuals
+/// determine hardly feels it. A parameter whose limits cross is held. Values outside their limits stay until
+/// they move. Raises Stopped.
 FitOutcome fit_least_squares(FitProblem& problem, std::span<const FitParameter> parameters,
                              int max_iterations);
 

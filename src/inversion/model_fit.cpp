@@ -144,8 +144,12 @@ void take_best_start(const FittedModel& model, const RunRequest& request, FitRow
                      std::span<const FitParameter> parameters, FitOutcome& outcome,
                      std::vector<std::string>& /*remarks*/) {
     if (request.starts <= 1 || model.inversion.stop_inversion || fits_to_the_noise(rows, outcome)) return;
-    const RestartRequest restart{request.starts - 1, std::max(request.max_iterations, default_iterations),
-                                 parameters, outcome.values, model.inversion.stop_inversion};
+    const RestartRequest restart{request.starts - 1,
+                                 std::max(request.max_iterations, default_iterations),
+                                 parameters,
+                                 outcome.values,
+                                 outcome.sum_of_squares,
+                                 model.inversion.stop_inversion};
     Restarts others = fit_from_starts(model.workspace, rows, restart, model.pacer);
     rows.count_evaluations(others.evaluations);
     for (FitOutcome& end : others.ends) {

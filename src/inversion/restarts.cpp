@@ -3,27 +3,24 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
-#include <cmath>
 #include <condition_variable>
 #include <cstdint>
 #include <exception>
-#include <limits>
 #include <mutex>
-#include <random>
+#include <span>
 #include <thread>
 
-#include "core/body_parameters.h"
-#include "inversion/line_place.h"
+#include "inversion/chance_start.h"
 #include "inversion/rows_problem.h"
 
 namespace anomalis::inversion {
 
 namespace {
 
-/// Spreads of a start: of place and depth in depths and factors, of angles in degrees.
-constexpr double place_spread = 1.0;
-constexpr double size_spread = 1.0;  // of the logarithm
-constexpr double angle_spread = 50;
+/// Starts that begin together, from the same best end. A number of its own, so that the cores do not count.
+constexpr int starts_a_wave = 4;
+/// Models that are looked at for a start.
+constexpr int candidates = 16;
 
 /// Leaves the work when it is asked to.
 class SharedPacer : public Pacer {
@@ -37,16 +34,6 @@ class SharedPacer : public Pacer {
         if (leave_) throw Stopped();
     }
     const std::atomic<bool>& leave_;
-};
-
-/// From -1 to 1, the same on every system.
-class Spread {
-  public:
-    explicit Spread(int number) : random_(static_cast<std::uint32_t>(number) * 2654435761U + 12345U) {}
-    double next() { return static_cast<double>(random_()) / 2147483648.0 - 1; }
-
-  private:
-    std::mt19937 random_;
 };
 
 /// The threads of one search.
@@ -64,8 +51,27 @@ class Search {
     Search& operator=(const Search&) = delete;
 
     Restarts run(Pacer& pacer) {
+        best_.assign(request_.fitted.begin(), request_.fitted.end());
+        least_ = request_.sum_of_squares;
+        for (int first = 0; first < request_.count && !leave_; first += starts_a_wave) {
+            last_ = std::min(first + starts_a_wave, request_.count);
+            run_wave(first, pacer);
+            for (int i = first; i < last_; ++i) {
+                const FitOutcome& end = found_.ends[static_cast<std::size_t>(i)];
+                if (end.values.empty() || !(end.sum_of_squares < least_)) continue;
+                best_ = end.values;
+                least_ = end.sum_of_squares;
+            }
+        }
+        found_.evaluations = evaluations_;
+        return std::move(found_);
+    }
+
+  private:
+    void run_wave(int first, Pacer& pacer) {
         const auto cores = static_cast<int>(std::max(std::thread::hardware_concurrency(), 1U));
-        for (int i = 0; i < std::min(cores, request_.count); ++i) {
+        next_ = first;
+        for (int i = 0; i < std::min(cores, last_ - first); ++i) {
             ++running_;
             threads_.emplace_back([this] { work(); });
         }
@@ -73,11 +79,8 @@ class Search {
         for (std::thread& thread : threads_) thread.join();
         threads_.clear();
         if (failure_) std::rethrow_exception(failure_);
-        found_.evaluations = evaluations_;
-        return std::move(found_);
     }
 
-  private:
     void wait(Pacer& pacer) {
         std::unique_lock lock(mutex_);
         while (!ended_.wait_for(lock, std::chrono::milliseconds(20), [this] { return running_ == 0; })) {
@@ -92,8 +95,8 @@ class Search {
         try {
             SharedPacer pacer(leave_);
             FitRows own(rows_, pacer);
-            for (int number = next_++; number < request_.count; number = next_++)
-                found_.ends[static_cast<std::size_t>(number)] = fit(own, pacer, number + 1);
+            for (int number = next_++; number < last_; number = next_++)
+                found_.ends[static_cast<std::size_t>(number)] = fit(own, pacer, number);
             evaluations_ += own.evaluations();
         } catch (const Stopped&) {  // what is ready is given back
         } catch (...) {
@@ -107,15 +110,44 @@ class Search {
 
     FitOutcome fit(FitRows& own, Pacer& pacer, int number) const {
         std::vector<FitParameter> parameters(request_.parameters.begin(), request_.parameters.end());
-        const std::vector<float> start = perturbed_start(workspace_, rows_, request_, number);
+        const std::vector<float> start = start_of(own, number);
         for (std::size_t i = 0; i < parameters.size(); ++i) parameters[i].value = start[i];
         RowsProblem problem(workspace_, own, parameters, pacer);
         return fit_least_squares(problem, parameters, request_.max_iterations);
     }
 
+    /// In turn the worst body, the two worst, all of them round where the fit began, the second worst.
+    std::vector<float> start_of(FitRows& own, int number) const {
+        const std::vector<std::int32_t> bodies = worst_fitted_bodies(own, best_);
+        const auto seed = static_cast<std::uint32_t>(number) + 1;
+        const auto some = [&](std::size_t from, std::size_t count) {
+            const std::size_t first = std::min(from, bodies.size() - 1);
+            return std::span(bodies).subspan(first, std::min(count, bodies.size() - first));
+        };
+        const auto start = [&](std::span<const float> values, std::span<const std::int32_t> moved) {
+            return chance_start(workspace_, own, request_.parameters, values, moved, candidates, seed);
+        };
+        switch (number % 4) {
+            case 0:
+                return start(best_, some(0, 1));
+            case 1:
+                return start(best_, some(0, 2));
+            case 2: {
+                std::vector<float> began;
+                for (const FitParameter& p : request_.parameters) began.push_back(p.value);
+                return start(began, bodies);
+            }
+            default:
+                return start(best_, some(1, 1));
+        }
+    }
+
     const Workspace& workspace_;
     const FitRows& rows_;
     const RestartRequest& request_;
+    std::vector<float> best_;  ///< end so far, which the starts of a wave go on from
+    double least_ = 0;
+    int last_ = 0;  ///< start of the wave, and one
     Restarts found_;
     std::vector<std::thread> threads_;
     std::mutex mutex_;
@@ -127,55 +159,7 @@ class Search {
     std::exception_ptr failure_;
 };
 
-double depth_of(const Workspace& workspace, const FitRows& rows, std::span<const float> values,
-                std::int32_t number) {
-    const ModelBody& body = rows.bodies()[static_cast<std::size_t>(number)];
-    double top = body.top.value, distance = body.distance.value;
-    const auto& places = rows.request().places;
-    for (std::size_t i = 0; i < places.size(); ++i) {
-        if (places[i].body != number) continue;
-        if (places[i].param_code == param_top) top = values[i];
-        if (places[i].param_code == param_distance) distance = values[i];
-    }
-    return std::max(std::abs(elevation_at(workspace, distance, column_sensor) - top), 0.1);
-}
-
 }  // namespace
-
-std::vector<float> perturbed_start(const Workspace& workspace, const FitRows& rows,
-                                   const RestartRequest& request, int number) {
-    Spread spread(number);
-    // In turn around the end and around the beginning.
-    std::vector<float> base(request.fitted.begin(), request.fitted.end());
-    if (number % 2 == 0) std::ranges::transform(request.parameters, base.begin(), &FitParameter::value);
-    std::vector<float> start = base;
-    for (std::size_t i = 0; i < start.size(); ++i) {
-        const FitParameter& p = request.parameters[i];
-        const InversionParamPlace place = rows.request().places[i];
-        const double u = spread.next(), here = base[i], origin = p.origin;
-        if (p.lower >= p.upper) continue;
-        double there = here;
-        switch (place.param_code) {
-            case param_distance:
-            case param_offset:
-                there += place_spread * u * depth_of(workspace, rows, base, place.body);
-                break;
-            case param_strike:
-            case param_dip:
-            case param_plunge:
-            case param_slope:
-            case param_rem_d:
-            case param_rem_i:
-                there += angle_spread * u;
-                break;
-            default:
-                if (p.logarithmic) there = origin + (here - origin) * std::exp(size_spread * u);
-        }
-        start[i] =
-            std::clamp(static_cast<float>(there), std::min(p.lower, p.value), std::max(p.upper, p.value));
-    }
-    return start;
-}
 
 Restarts fit_from_starts(const Workspace& workspace, const FitRows& rows, const RestartRequest& request,
                          Pacer& pacer) {

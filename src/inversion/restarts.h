@@ -14,6 +14,7 @@ struct RestartRequest {
     int max_iterations = 0;
     std::span<const FitParameter> parameters;  ///< as the fit began
     std::span<const float> fitted;             ///< where it ended
+    double sum_of_squares = 0;                 ///< there
     const bool& stop;                          ///< set while it goes on: what is ready is given back
 };
 
@@ -22,10 +23,8 @@ struct Restarts {
     long evaluations = 0;
 };
 
-/// Values around those of a fit: the same for the same number and length.
-std::vector<float> perturbed_start(const Workspace& workspace, const FitRows& rows,
-                                   const RestartRequest& request, int number);
-
+/// Each start moves the bodies round which the fit is worst, or all of them, to the best of some places by
+/// chance; it is the same for the same number. Later ones go on from the best end of the earlier ones.
 /// Raises Stopped when the pacer has the work left.
 Restarts fit_from_starts(const Workspace& workspace, const FitRows& rows, const RestartRequest& request,
                          Pacer& pacer);

@@ -17,6 +17,9 @@ constexpr double depth_factor = 2.5;
 constexpr double first_amplitude_factor = 100;
 constexpr double amplitude_factor = 3;
 constexpr double least_depth = 0.1;  // m
+/// Weak holds: of a place so many depths, of the logarithm of a size or a depth, of an angle degrees. An
+/// amplitude has none.
+constexpr double place_hold = 3, size_hold = 1.5, angle_hold = 60;
 
 double sensor_over(const Workspace& workspace, double distance) {
     return elevation_at(workspace, distance, column_sensor);
@@ -31,18 +34,36 @@ double angle_step(int param_code) {
 FitParameter fit_parameter(const Workspace& workspace, const ModelBody& body, int param_code,
                            const InversionParam& param) {
     FitParameter fit{.value = param.value, .lower = param.lower, .upper = param.upper};
+    const double sensor = sensor_over(workspace, static_cast<double>(body.distance.value));
+    const double depth = std::max(std::abs(sensor - static_cast<double>(body.top.value)), least_depth);
     switch (param_code) {
+        case param_distance:
+        case param_offset:
+            fit.hold = place_hold * depth;
+            return fit;
         case param_top: {
-            const double sensor = sensor_over(workspace, static_cast<double>(body.distance.value));
             fit.origin = static_cast<float>(sensor);
+            fit.hold = size_hold;
             fit.logarithmic = sensor - static_cast<double>(param.value) > least_depth;
+            if (!fit.logarithmic) fit.hold *= depth;
             return fit;
         }
         case param_width:
         case param_depth_extent:
         case param_length:
+            fit.logarithmic = param.value > 0 && param.lower >= 0;
+            fit.hold = fit.logarithmic ? size_hold : 0;
+            return fit;
         case param_susc:
             fit.logarithmic = param.value > 0 && param.lower >= 0;
+            return fit;
+        case param_strike:
+        case param_dip:
+        case param_plunge:
+        case param_slope:
+        case param_rem_d:
+        case param_rem_i:
+            fit.hold = angle_hold;
             return fit;
         default:
             return fit;
