@@ -228,7 +228,7 @@ void FitRows::residuals_at_best_amplitudes(std::vector<float>& values, std::span
             double low = static_cast<double>(lower[i]) / value, high = static_cast<double>(upper[i]) / value;
             if (low > high) std::swap(low, high);
             // What may have either sign may change it.
-            const bool either = lower[i] < 0 && upper[i] > 0;
+            const bool either = lower[i] < 0 && upper[i] > 0 && most_change > 10;
             least[index_of(k)] = std::min(std::max(low, either ? -most_change : 1 / most_change) - 1, 0.0);
             most[index_of(k)] = std::max(std::min(high, most_change) - 1, 0.0);
         }

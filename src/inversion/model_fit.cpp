@@ -48,6 +48,7 @@ class WatchedFit : public RowsProblem {
     }
     bool iteration_done(int iteration, std::span<const float> values) override {
         show(values);
+        tell_evaluations();
         result_.iterations = iteration;
         observer_.progress({iteration, request_.max_iterations, result_.misfit_pair, clock_.seconds()});
         observer_.show_current_misfit(result_.misfit_pair);
@@ -55,6 +56,11 @@ class WatchedFit : public RowsProblem {
         return !model_.inversion.stop_inversion;
     }
 
+    /// The inversion takes over how many models were evaluated.
+    void tell_evaluations() {
+        const long before = std::exchange(told_evaluations_, rows_evaluated());
+        model_.inversion.evaluations += told_evaluations_ - before;
+    }
     /// The workspace takes the values over, with its rows and its misfit.
     void show(std::span<const float> values) {
         if (std::ranges::equal(values, shown_)) return;
@@ -83,6 +89,7 @@ class WatchedFit : public RowsProblem {
     const RunClock& clock_;
     RunResult& result_;
     std::vector<float> shown_;
+    long told_evaluations_ = 0;
 };
 
 int status_of(FitEnd end) {
@@ -129,7 +136,7 @@ void require_enough_rows(const FitRows& rows) {
 /// The residuals are hardly more than the noise that they are weighed by, or than rounding: no other model
 /// fits better.
 bool fits_to_the_noise(const FitRows& rows, const FitOutcome& outcome) {
-    constexpr double most_chi_square = 1.5, few_roundings = 10;
+    constexpr double most_chi_square = 1.2, few_roundings = 10;
     if (std::sqrt(outcome.sum_of_squares) <= few_roundings * rows.rounding()) return true;
     double freedom = static_cast<double>(rows.row_count()) - static_cast<double>(rows.parameter_count());
     for (const FittedRows& channel : rows.channels()) {
@@ -199,7 +206,7 @@ void fit_model(const FittedModel& model, const RunRequest& request, RunObserver&
         fit.go_back();
         throw;
     }
-    model.inversion.evaluations += rows.evaluations();
+    fit.tell_evaluations();
     if (joint) result.grav_misfit = gravity_misfit(model);
 }
 

@@ -19,8 +19,8 @@ namespace {
 
 /// Starts that begin together, from the same best end. A number of its own, so that the cores do not count.
 constexpr int starts_a_wave = 4;
-/// Models that are looked at for a start.
-constexpr int candidates = 16;
+/// Models that are looked at for a start, for each body that it moves.
+constexpr int candidates = 48;
 
 /// Leaves the work when it is asked to.
 class SharedPacer : public Pacer {
@@ -125,7 +125,8 @@ class Search {
             return std::span(bodies).subspan(first, std::min(count, bodies.size() - first));
         };
         const auto start = [&](std::span<const float> values, std::span<const std::int32_t> moved) {
-            return chance_start(workspace_, own, request_.parameters, values, moved, candidates, seed);
+            return chance_start(workspace_, own, request_.parameters, values, moved,
+                                candidates * static_cast<int>(moved.size()), seed);
         };
         switch (number % 4) {
             case 0:

@@ -26,6 +26,7 @@ class RowsProblem : public FitProblem {
     void largest_steps(std::span<const float> values, std::span<double> out) const override;
     bool iteration_done(int /*iteration*/, std::span<const float> /*values*/) override { return true; }
     Pacer& pacer() override { return pacer_; }
+    long rows_evaluated() const { return rows_.evaluations(); }
     const Workspace& workspace() const { return workspace_; }
 
   private:
