@@ -27,6 +27,8 @@ class InversionDeskObserver {
     /// A run begins, and the model must be kept where a crash does not reach it; or it has ended. The panel
     /// changed too.
     virtual void run_changed() = 0;
+    /// A run is at something else (`InversionPanel::stage`).
+    virtual void stage_changed() {}
     /// The model was changed and noted: its numbers, its charts and the caption follow.
     virtual void model_changed() = 0;
     /// The curves of chart 0 to 4, or the plan (`edit::model_chart_count`), as the rows stand, without
@@ -95,6 +97,7 @@ class InversionDesk : private inversion::RunObserver {
     void evaluated() override;
     bool working(double units) override;
     void show_initial_misfit(const MisfitPair& misfit) override;
+    void stage(inversion::RunStage stage) override;
     void progress(const inversion::InversionProgress& state) override;
     void display_iteration() override;
     void best_model(bool available) override;

@@ -102,6 +102,12 @@ bool InversionDesk::working(double) {
     return workbench_.session.inversion.leave_inversion;
 }
 
+void InversionDesk::stage(inversion::RunStage stage) {
+    panel_.stage = stage;
+    observer_.stage_changed();
+    workbench_.session.prompts.yield();
+}
+
 void InversionDesk::progress(const inversion::InversionProgress& state) {
     panel_.num_iterations_text = format_number(std::int32_t{state.iteration}, "0");
     observer_.panel_changed();

@@ -17,9 +17,9 @@ std::string misfit_text(float misfit) {
 }  // namespace
 
 QualityLines quality_lines(const show::FitQuality& quality, int channel) {
-    constexpr int rms_digits = 4, noise_digits = 2;
+    constexpr int rms_digits = 3, noise_digits = 2;
     const std::string_view unit = show::channel_unit(channel);
-    std::string line = std::string(channel == channel_mag ? "Mag" : "Gravity") + " rms " +
+    std::string line = std::string(channel == channel_mag ? "Mag" : "Grav") + " rms " +
                        show::quantity_text(quality.rms, rms_digits, unit) + ", " +
                        format_number(std::int32_t{quality.stations}, "0") +
                        (quality.stations == 1 ? " station" : " stations");
@@ -83,6 +83,7 @@ void InversionPanel::begin_run() {
     remark_text.clear();
     reject_changes_enabled = false;
     stop_frame = true;
+    stage = inversion::RunStage::fit;
     num_iterations_text = "0";
     misfit.fill("");
 }

@@ -10,7 +10,7 @@ namespace anomalis::flow {
 
 /// How near the curves of a channel are to each other, in its own unit; "" without the channel.
 struct QualityLines {
-    std::string line;  ///< "Mag rms 13.09 nT, 804 stations, noise 1.8 nT"
+    std::string line;  ///< "Mag rms 13.1 nT, 804 stations, noise 1.8 nT"
     std::string full;  ///< the same as a sentence
 };
 QualityLines quality_lines(const show::FitQuality& quality, int channel);
@@ -21,6 +21,7 @@ struct InversionPanel {
     bool invert_frame = false;          ///< Frame_invert; Frame_move_body shows when it does not
     bool stop_frame = false;            ///< Frame_stop_inversion
     std::array<std::string, 4> misfit;  ///< Text_MAGINV_misfit
+    inversion::RunStage stage = inversion::RunStage::fit;  ///< of the run that goes on
     std::string num_iterations_text;
     std::string max_iterations_text;  ///< as it was typed
     bool status_visible = false;      ///< Label_status

@@ -8,6 +8,19 @@
 
 namespace anomalis::flow {
 
+namespace {
+
+/// As the grid writes the value, without an empty decimal that the narrow cell has no room for.
+std::string limit_text(const ModelBody& body, int row, float limit) {
+    std::string text = edit::parameter_text(body.type, row, limit);
+    if (text.find('.') == std::string::npos) return text;
+    while (text.back() == '0') text.pop_back();
+    if (text.back() == '.') text.pop_back();
+    return text;
+}
+
+}  // namespace
+
 ShownLimit shown_limit(const edit::Workbench& workbench, int row, int column, InversionMethod method) {
     if (column != edit::grid_min && column != edit::grid_max) return {};
     if (edit::grid_vary_mark(workbench, row) != edit::VaryMark::free) return {};
@@ -19,10 +32,9 @@ ShownLimit shown_limit(const edit::Workbench& workbench, int row, int column, In
     if (!(limit > unset)) return {};
     const bool sweep = method == InversionMethod::sweep;
     const std::string which = column == edit::grid_min ? "Lower" : "Upper";
-    return {edit::parameter_text(body.type, row, limit),
-            which + " limit in force, which nobody keyed: " +
-                (sweep ? "default of the sweep" : "physical bound") +
-                ". A number keyed here takes its place"};
+    return {limit_text(body, row, limit), which + " limit in force, which nobody keyed: " +
+                                              (sweep ? "default of the sweep" : "physical bound") +
+                                              ". A number keyed here takes its place"};
 }
 
 }  // namespace anomalis::flow

@@ -197,10 +197,13 @@ void fit_model(const FittedModel& model, const RunRequest& request, RunObserver&
         FitOutcome outcome = fit_least_squares(fit, parameters, std::max(request.max_iterations, 1));
         fit.show(outcome.values);
         std::vector<std::string> remarks;
+        observer.stage(RunStage::starts);
         take_best_start(model, request, rows, parameters, outcome, remarks);
+        observer.stage(RunStage::weights);
         fit_until_weights_stand(fit, rows, parameters, outcome);
         fit.show(outcome.values);
         result.status = status_of(outcome.end);
+        observer.stage(RunStage::errors);
         give_account(model, request, rows, parameters, outcome, std::move(remarks), result);
     } catch (const Stopped&) {
         fit.go_back();

@@ -12,6 +12,10 @@ struct InversionProgress {
     double seconds = 0;  ///< since the run began
 };
 
+/// What a least-squares run is at: the fit from the model as it stands, the fits from places about it, the
+/// weights of the channels, and how well the data determine the parameters.
+enum class RunStage { fit, starts, weights, errors };
+
 /// Who watches a run. A window shows, a batch tool prints, tests record.
 class RunObserver {
   public:
@@ -23,6 +27,8 @@ class RunObserver {
     virtual bool working(double /*units*/) { return false; }
     virtual void show_initial_misfit(const MisfitPair&) {}
     virtual void show_current_misfit(const MisfitPair&) {}
+    /// Another part of a run begins. It starts with the fit.
+    virtual void stage(RunStage) {}
     /// An iteration has ended.
     virtual void progress(const InversionProgress&) {}
     /// The charts, or the plan view, between two iterations.

@@ -72,7 +72,7 @@ FitChannelRow row_of(const FittedChannel& fitted, const std::string& name, const
     return {name,
             format_number(fitted.stations, "0"),
             short_number(fitted.rms) + " " + unit,
-            short_number(fitted.noise) + " " + unit + (fitted.noise_given ? " (keyed)" : " (estimated)"),
+            short_number(fitted.noise) + " " + unit + (fitted.noise_given ? " (keyed)" : " (est.)"),
             short_number(fitted.chi_square),
             fitted.correlation > 0 ? format_number(fitted.correlation, "0") + " m" : "none",
             regional_words(fitted.regional)};

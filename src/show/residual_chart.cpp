@@ -14,6 +14,7 @@ namespace anomalis::show {
 namespace {
 
 constexpr double band = 2;                         // standard deviations
+constexpr float right_room = 270;                  // surface units: half of the last number
 constexpr chart::Colour residual_blue = 0xB06619;  // blue in the high byte
 constexpr chart::Colour band_grey = 0x808080;
 const chart::Font number_font{"Sans Serif", 8.5, false, false};
@@ -34,6 +35,10 @@ void set_up_residual_chart(chart::AX_Grapher& chart) {
     chart.ForeColor(chart::black);
     chart.FONT(number_font);
     chart.TitleFont(title_font);
+    chart.AxisLabellingLocation(0);
+    chart.XAxisLabellingPosition(0);
+    chart.YAxisLabellingPosition(0);
+    chart.XAxisRightMargin(right_room);
     chart.XAxisLabel("Distance (m)");
     chart.DisplayBorder(true);
     chart.BorderStyle(0);

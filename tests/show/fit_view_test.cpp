@@ -58,7 +58,7 @@ TEST(FitView, numbers_bear_units_and_the_digits_of_their_interval) {
     const FitView view = fit_view(sample_fit(), sample.workspace());
     ASSERT_EQ(view.channels.size(), 1U);
     EXPECT_EQ(view.channels[0].rms, "13.1 nT");
-    EXPECT_EQ(view.channels[0].noise, "1.80 nT (estimated)");
+    EXPECT_EQ(view.channels[0].noise, "1.80 nT (est.)");
     EXPECT_EQ(view.channels[0].correlation, "120 m");
     EXPECT_EQ(view.channels[0].regional, "slope");
     ASSERT_EQ(view.parameters.size(), 4U);

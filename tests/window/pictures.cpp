@@ -76,6 +76,9 @@ void keep_pictures(const QString& folder, const QString& workspaces) {
             sample.find<QPushButton>("Command_toggle_invert_body").click();
             sample.find<QPushButton>("Command_invert_1").click();
             keep(sample, folder, name + "_inversion" + suffix);
+            sample.find<QAction>("menu_fit_results").trigger();
+            QTest::qWait(settle);
+            sample.form->findChild<QDialog*>("Form_fit")->grab().save(folder + "/" + name + "_fit.png");
         }
     }
 }

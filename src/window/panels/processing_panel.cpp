@@ -11,10 +11,10 @@ namespace anomalis::window {
 
 namespace {
 
-constexpr int base_row = 4;
-constexpr int regional_row = 5;
-constexpr int noise_row = 6;
-constexpr int elevation_row = 7;
+constexpr int base_row = 3;
+constexpr int regional_row = 4;
+constexpr int noise_row = 5;
+constexpr int elevation_row = 6;
 
 }  // namespace
 
@@ -175,7 +175,7 @@ void ProcessingPanel::show_noise_estimates(const std::array<std::string, 2>& tex
         box(settings.at(i))
             ->setPlaceholderText(texts.at(i).empty()
                                      ? tr("estimated")
-                                     : tr("estimated %1").arg(QString::fromStdString(texts.at(i))));
+                                     : tr("est. %1").arg(QString::fromStdString(texts.at(i))));
 }
 
 void ProcessingPanel::update_base_frame() {

@@ -114,7 +114,9 @@ QWidget* Form_fit::make_numbers() {
                               "by, chi-square (near 1 when what is left is noise) and the distance over "
                               "which what is left is correlated"),
                            {tr("Channel"), tr("Stations"), tr("RMS"), tr("Noise"), tr("Chi-square"),
-                            tr("Correlated over"), tr("Regional")});
+                            tr("Correlated"), tr("Regional")});
+    channels_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    channels_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     parameters_ = make_table("Table_fit_parameters",
                              tr("The parameters that were free, with the interval that holds the truth in 9 "
                                 "of 10 cases"),

@@ -154,13 +154,27 @@ void FormInversion::end_service() {
     progress_timer_->stop();
 }
 
+QString FormInversion::progress_words(int done, int limit) const {
+    const auto evaluations = workbench_.session.inversion.evaluations - evaluations_before_;
+    switch (desk_.panel().stage) {
+        case inversion::RunStage::fit:
+            break;
+        case inversion::RunStage::starts:
+            return tr("From %1 other starts").arg(desk_.panel().starts() - 1);
+        case inversion::RunStage::weights:
+            return tr("Weights of the channels");
+        case inversion::RunStage::errors:
+            return tr("Errors and intervals");
+    }
+    return tr("Iteration %1 of %2, %3 models tried").arg(done + 1).arg(limit).arg(evaluations);
+}
+
+/// What follows the iterations has no measure of its own: the bar is full.
 void FormInversion::show_progress() {
-    const Session& session = workbench_.session;
-    const auto evaluations = session.inversion.evaluations - evaluations_before_;
     const int done = QString::fromStdString(desk_.panel().num_iterations_text).toInt();
     const int limit = desk_.panel().iteration_limit();
-    panel_.show_progress(done, limit,
-                         tr("Iteration %1 of %2, %3 models tried").arg(done + 1).arg(limit).arg(evaluations));
+    const bool fitting = desk_.panel().stage == inversion::RunStage::fit;
+    panel_.show_progress(fitting ? done : limit, limit, progress_words(done, limit));
 }
 
 void FormInversion::model_changed() {

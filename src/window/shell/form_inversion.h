@@ -54,6 +54,7 @@ class FormInversion : public QObject, private flow::InversionDeskObserver {
     void panel_changed() override;
     void bars_changed() override { place_bars(); }
     void run_changed() override;
+    void stage_changed() override { show_progress(); }
     void model_changed() override;
     void draw_chart(int index) override;
     void close_wanted() override;
@@ -67,6 +68,7 @@ class FormInversion : public QObject, private flow::InversionDeskObserver {
     void end_service();
     void answer_key(QKeyCombination key);
     void show_progress();
+    QString progress_words(int done, int limit) const;
     void place_bars();
 
     InversionParts parts_;
