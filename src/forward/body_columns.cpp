@@ -114,6 +114,7 @@ void difference_columns(const ColumnTask& task, std::span<const int> param_codes
         const double amplitude = body_param(task.body, param_codes[k]).value;
         std::ranges::transform(values, column(k).begin(), [&](double value) { return value / amplitude; });
     }
+    zero_what_is_no_number(columns);
 }
 
 }  // namespace

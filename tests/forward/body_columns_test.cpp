@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 #include <limits>
+#include <random>
 #include <thread>
 
 #include "core/body_parameters.h"
@@ -252,6 +253,41 @@ TEST(BodyColumns, are_the_same_where_the_values_are_not_asked_for) {
             body_columns(line.workspace, asker.copy, channel_mag, asker.range, asker.bench, codes, {},
                          columns, asker.notes);
             EXPECT_EQ(columns, other.columns(channel_mag, codes)) << sample.name;
+        }
+}
+
+TEST(BodyColumns, are_numbers_for_any_numbers) {
+    constexpr float odd[] = {0,
+                             1e-30F,
+                             -1e-3F,
+                             1,
+                             45,
+                             90,
+                             -90,
+                             180,
+                             1e-3F,
+                             360,
+                             1e6F,
+                             -1e6F,
+                             1e30F,
+                             -1e30F,
+                             std::numeric_limits<float>::infinity(),
+                             std::numeric_limits<float>::quiet_NaN()};
+    std::mt19937 dice(50);
+    const std::vector<int> codes = all_codes();
+    for (const Formulas formulas : {Formulas::exact, Formulas::classic})
+        for (int turn = 0; turn < 300; ++turn) {
+            ExactLine line(7);
+            line.workspace.formulas = formulas;
+            ModelBody& body = add_sample(line, body_samples[dice() % body_samples.size()], 30);
+            if (dice() % 10 == 0) body.type = wire;
+            if (dice() % 10 == 0) body.type = polygon;
+            body.include_demagnetisation = dice() % 8 == 0 ? 1 : 0;
+            for (int changes = 0; changes < 3; ++changes)
+                body_param(body, codes[dice() % codes.size()]).value = odd[dice() % std::size(odd)];
+            Asker asker(line);
+            for (const int channel : {channel_mag, channel_grav})
+                for (const double slope : asker.columns(channel, codes)) ASSERT_TRUE(std::isfinite(slope));
         }
 }
 

@@ -21,6 +21,12 @@ bool respond(const Workspace& workspace, ModelBody& body, int channel, const Sta
 void require_finite_values(const Workspace& workspace, const ModelBody& body, int channel,
                            std::span<const double> values, int body_number);
 
+/// A slope that is not finite counts as 0.
+inline void zero_what_is_no_number(std::span<double> columns) {
+    for (double& slope : columns)
+        if (!std::isfinite(slope)) slope = 0;
+}
+
 /// Does `work`, which fills the values and columns of a body by the exact formulas; after a failure, or where
 /// a value is not finite, this is noted and they are zeros. A column's value that is not finite counts as 0.
 template <class Work>
@@ -34,8 +40,7 @@ bool work_exactly(const Workspace& workspace, const ModelBody& body, int channel
         std::ranges::fill(values, 0.0);
         std::ranges::fill(columns, 0.0);
     }
-    for (double& slope : columns)
-        if (!std::isfinite(slope)) slope = 0;
+    zero_what_is_no_number(columns);
     return status == 0;
 }
 

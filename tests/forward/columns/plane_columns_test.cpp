@@ -65,6 +65,19 @@ TEST(PlaneColumns, hold_just_over_a_corner_and_within_the_body) {
     }
 }
 
+TEST(PlaneColumns, hold_for_bodies_that_are_turned_over) {
+    Dice dice(25);
+    for (const BodyType type : plane_types)
+        for (const auto& [width, depth] : {std::pair{-60.0F, 120.0F}, {60.0F, -40.0F}, {-60.0F, -40.0F}}) {
+            PlaceLine line(close_stations(dice), dice.between(0, 360), dice);
+            ModelBody& body = add_random(line, type, dice);
+            body.top.value = -80;
+            body.width.value = width;
+            body.depth_extent.value = depth;
+            expect_those_of_the_reference(line, std::string(body_type_name(type)));
+        }
+}
+
 TEST(PlaneColumns, are_numbers_on_corners_and_faces) {
     for (const BodyType type : plane_types)
         for (const float depth : {0.0F, 40.0F})

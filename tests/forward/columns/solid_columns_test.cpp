@@ -50,6 +50,20 @@ TEST(SolidColumns, hold_over_the_body_and_within_it) {
         }
 }
 
+TEST(SolidColumns, hold_for_bodies_that_are_turned_over) {
+    Dice dice(35);
+    for (const auto& [width, depth] :
+         {std::pair{-60.0F, 120.0F}, {60.0F, -40.0F}, {-60.0F, -40.0F}, {-60.0F, 0.0F}}) {
+        PlaceLine line(close_stations(dice), dice.between(0, 360), dice);
+        ModelBody& body = add_limited(line, thick_sheet, dice);
+        body.top.value = -90;
+        body.width.value = width;
+        body.depth_extent.value = depth;
+        for (const int channel : {channel_mag, channel_grav})
+            expect_slopes_of_values(line, channel, 1e-8, "turned");
+    }
+}
+
 TEST(SolidColumns, keep_their_digits_far_from_the_body) {
     Dice dice(32);
     for (const float depth : {0.0F, 150.0F}) {
