@@ -108,12 +108,13 @@ void FitRows::body_values(int number, FittedRows& rows, std::span<double> values
                          {rows.chain.first_station(), rows.chain.last_station()}, bench_, values, notes);
 }
 
-void FitRows::body_columns(const FreeBody& body, FittedRows& rows, std::span<const int> codes,
+void FitRows::body_columns(const FreeBody& body, FittedRows& rows, std::span<const int> codes, bool known,
                            std::span<double> columns) {
     forward::BodyNotes notes{body.number, notes_, faults_, pacer_};
     forward::body_columns(workspace_, bodies_[static_cast<std::size_t>(body.number)], rows.channel,
                           {rows.chain.first_station(), rows.chain.last_station()}, bench_, codes,
-                          span_of(rows.raw.col(body.number - 1)), columns, notes);
+                          known ? std::span<double>() : span_of(rows.raw.col(body.number - 1)), columns,
+                          notes);
 }
 
 void FitRows::calculate_fixed() {
@@ -142,13 +143,18 @@ void FitRows::set_values(FreeBody& body, std::span<const float> values) {
     }
 }
 
+/// Its raw rows are those of the values.
+bool FitRows::calculated(const FreeBody& body, std::span<const float> values) const {
+    const auto same = [&, k = std::size_t{0}](std::size_t i) mutable {
+        return body.calculated_at[k++] == values[i];
+    };
+    return !body.calculated_at.empty() && std::ranges::all_of(body.parameters, same);
+}
+
 /// Only bodies that moved.
 void FitRows::calculate(std::span<const float> values) {
     for (FreeBody& body : free_) {
-        const auto same = [&, k = std::size_t{0}](std::size_t i) mutable {
-            return body.calculated_at[k++] == values[i];
-        };
-        if (!body.calculated_at.empty() && std::ranges::all_of(body.parameters, same)) continue;
+        if (calculated(body, values)) continue;
         set_values(body, values);
         for (FittedRows& rows : channels_)
             body_values(body.number, rows, span_of(rows.raw.col(body.number - 1)));
@@ -288,6 +294,7 @@ void FitRows::columns(std::span<const float> values, Eigen::Ref<MatrixXd> out) {
         collect(state);
     }
     for (FreeBody& body : free_) {
+        const bool known = calculated(body, values);
         set_values(body, values);
         Index at = 0;
         for (FittedRows& rows : channels_) {
@@ -299,7 +306,7 @@ void FitRows::columns(std::span<const float> values, Eigen::Ref<MatrixXd> out) {
                 parameters.push_back(i);
             }
             MatrixXd raw(rows.raw.rows(), index_of(codes.size()));
-            body_columns(body, rows, codes, span_of(raw));
+            body_columns(body, rows, codes, known, span_of(raw));
             const auto count = index_of(rows.chain.row_count());
             for (std::size_t k = 0; k < parameters.size(); ++k) {
                 auto column = out.col(index_of(parameters[k])).segment(at, count);

@@ -95,8 +95,10 @@ class FitRows {
     void calculate_fixed();
     std::size_t amplitude_of(const FreeBody& body, std::int32_t channel) const;
     void body_values(int number, FittedRows& rows, std::span<double> values);
-    void body_columns(const FreeBody& body, FittedRows& rows, std::span<const int> codes,
+    /// `known`: the raw rows hold the values already.
+    void body_columns(const FreeBody& body, FittedRows& rows, std::span<const int> codes, bool known,
                       std::span<double> columns);
+    bool calculated(const FreeBody& body, std::span<const float> values) const;
     void set_values(FreeBody& body, std::span<const float> values);
     void calculate(std::span<const float> values);
     void collect(Eigen::Ref<Eigen::VectorXd> out);
