@@ -2,15 +2,15 @@
 
 #include <algorithm>
 
+#include "core/model_mark.h"
 #include "edit/workbench.h"
-#include "model/fit_match.h"
 
 namespace anomalis::edit {
 
 const FitRecord* fit_in_force(const Workbench& workbench) {
     const Workspace& workspace = workbench.session.workspace;
     if (!workspace.fit) return nullptr;
-    if (!workbench.fit_stands) workbench.fit_stands = model::as_fitted(workspace);
+    if (!workbench.fit_stands) workbench.fit_stands = as_fitted(workspace);
     return *workbench.fit_stands ? &*workspace.fit : nullptr;
 }
 

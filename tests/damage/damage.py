@@ -7,6 +7,8 @@ Every workspace below the folders is damaged, alone or with its data, in ways th
 command that follows from it too. No run may be ended by a signal, take longer or more memory than it is allowed,
 change what it reads, leave half a file behind, end with status 0 after a failure, or fail without a word. Inputs that
 break this are kept with their command. Exit status 0 when none does.
+
+fitted.axm, with the record of a fit, is what `invert --channel joint --regional 1` wrote over a survey of its own.
 """
 import argparse
 import collections
