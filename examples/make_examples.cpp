@@ -105,7 +105,7 @@ Values observe(const Survey& survey, const std::string& data_path, Prompts& prom
     forward::calculate_model(truth, truth.mag.data, truth.grav.data, faults);
     show_faults(faults, prompts);
 
-    Noise noise(1967);
+    Noise noise(survey.seed);
     Values values;
     for (int i = 1; i <= truth.station_count; ++i) {
         const double d = truth.distances[i];

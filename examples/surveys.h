@@ -44,6 +44,7 @@ struct Survey {
     std::vector<std::string> comments;
     std::vector<Reading> readings;
     int coordinate_digits = 1;
+    unsigned seed = 1967;                  ///< of the noise
     double mag_noise = 0, grav_noise = 0;  ///< nT, mGal
     std::function<double(double distance)> mag_regional = [](double) { return 0.0; };
     std::function<double(double distance)> grav_regional = [](double) { return 0.0; };
