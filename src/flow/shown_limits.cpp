@@ -1,5 +1,7 @@
 #include "flow/shown_limits.h"
 
+#include <cmath>
+
 #include "core/numbers.h"
 #include "edit/body_form.h"
 #include "edit/body_grid.h"
@@ -13,6 +15,9 @@ namespace {
 /// As the grid writes the value, without an empty decimal that the narrow cell has no room for.
 std::string limit_text(const ModelBody& body, int row, float limit) {
     std::string text = edit::parameter_text(body.type, row, limit);
+    constexpr double felt = 0.01;
+    const double shown = prefix_number(text), exact = static_cast<double>(limit);
+    if (std::abs(shown - exact) > felt * std::abs(exact)) return shortest_text(limit);
     if (text.find('.') == std::string::npos) return text;
     while (text.back() == '0') text.pop_back();
     if (text.back() == '.') text.pop_back();

@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <filesystem>
+#include <functional>
 #include <gtest/gtest.h>
 
 #include "core/body_parameters.h"
@@ -55,11 +56,17 @@ struct DeskSample : edit::LineSample, InversionDeskObserver {
         ++model_shows;
         desk.show_current_misfit(model::refresh_model(session));
     }
+    void stage_changed() override {
+        stages.push_back(desk.panel().stage);
+        if (on_stage) on_stage(stages.back());
+    }
     void draw_chart(int index) override { ++(index == edit::model_chart_count ? plan_draws : chart_draws); }
     void close_wanted() override { closed = true; }
 
     InversionDesk desk;
     std::vector<bool> runs;
+    std::vector<inversion::RunStage> stages;
+    std::function<void(inversion::RunStage)> on_stage;
     int model_shows = 0, chart_draws = 0, plan_draws = 0, bar_changes = 0;
     float kept = 0;
     bool closed = false;
@@ -114,6 +121,32 @@ TEST(InversionDesk, says_which_parameters_a_limit_holds) {
     sample.desk.command_invert(0);
     EXPECT_EQ(sample.distance(1), 730);
     EXPECT_EQ(sample.desk.panel().status_text, "Stopped at the limit of 1 parameter: distance of body 1");
+}
+
+TEST(InversionDesk, a_least_squares_run_says_what_it_is_at_after_its_iterations) {
+    DeskSample sample;
+    sample.desk.command_invert(1);
+    EXPECT_TRUE(sample.stages.empty()) << "the sweep has iterations alone";
+    sample.move_body(1, 740);
+    sample.desk.choose_method(inversion::InversionMethod::least_squares);
+    sample.desk.command_invert(1);
+    using inversion::RunStage;
+    EXPECT_EQ(sample.stages, (std::vector{RunStage::starts, RunStage::weights, RunStage::errors}));
+}
+
+TEST(InversionDesk, a_stop_is_served_in_every_part_of_a_run) {
+    for (const auto where :
+         {inversion::RunStage::starts, inversion::RunStage::weights, inversion::RunStage::errors}) {
+        DeskSample sample;
+        sample.desk.choose_method(inversion::InversionMethod::least_squares);
+        sample.on_stage = [&](inversion::RunStage stage) {
+            if (stage == where) sample.desk.command_stop_inversion();
+        };
+        sample.desk.command_invert(1);
+        EXPECT_FALSE(sample.desk.running());
+        EXPECT_NEAR(sample.distance(1), 700, 0.1) << "what was found stays";
+        EXPECT_FALSE(sample.session.inversion.stop_inversion);
+    }
 }
 
 TEST(InversionDesk, a_failed_setup_is_no_step) {

@@ -21,7 +21,7 @@ namespace {
 
 constexpr int margin = 12, gap = 8;  // pixels
 constexpr QSize designed_size{1000, 700};
-constexpr int chart_height = 170;
+constexpr int chart_height = 150;
 constexpr int name_width = 190, value_width = 90;
 
 QString text(const std::string& words) {
