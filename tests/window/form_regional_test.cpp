@@ -17,6 +17,7 @@ class FormRegionalTest : public QObject {
     void a_regional_is_chosen_by_key_and_taken_back();
     void a_residual_filter_switches_regionals_off_and_says_so();
     void the_dashed_curve_can_be_switched_off_and_stays_off();
+    void the_rows_of_the_processing_stand_evenly();
     void noise_is_a_number_above_0_or_estimated();
 };
 
@@ -99,6 +100,20 @@ void FormRegionalTest::noise_is_a_number_above_0_or_estimated() {
     sample.trigger("menu_undo");
     QCOMPARE(box.text(), QString());
     QCOMPARE(sample.workspace().mag.noise, unset);
+}
+
+void FormRegionalTest::the_rows_of_the_processing_stand_evenly() {
+    Modelled sample;
+    sample.choose_tab(0);
+    QTest::qWait(20);
+    const auto top = [&](const char* name) {
+        auto& box = sample.find<QWidget>(name);
+        return box.mapTo(sample.form.get(), QPoint(0, 0)).y();
+    };
+    const int step = top("Text_MAGINV_topo") - top("Text_mag_noise");
+    QCOMPARE(top("Text_MAGINV_basemag") - top("Text_VG_filter_width"), step);
+    QCOMPARE(top("Text_mag_noise") - top("Combo_mag_regional"), step);
+    QVERIFY(top("Combo_mag_regional") - top("Text_MAGINV_basemag") >= 2 * step - 4);
 }
 
 QObject* make_form_regional_test() {

@@ -38,6 +38,7 @@ class InvertPanelTest : public QObject {
     void the_last_method_is_there_at_the_next_start();
     void misfits_are_told_in_the_unit_of_each_channel();
     void a_run_fills_the_results_of_the_fit();
+    void a_run_says_what_it_is_at_and_serves_its_stop_there();
     void limits_that_nobody_keyed_stand_in_grey();
 };
 
@@ -127,6 +128,28 @@ void InvertPanelTest::a_run_fills_the_results_of_the_fit() {
     sample.trigger("menu_undo");
     QVERIFY(!edit::fit_in_force(sample.form->workbench()));
     QVERIFY(!table->isVisible());
+}
+
+void InvertPanelTest::a_run_says_what_it_is_at_and_serves_its_stop_there() {
+    Inverting sample;
+    QStringList seen;
+    bool stopped = false;
+    sample.prompts.on_yield = [&] {
+        QCoreApplication::processEvents();
+        if (!sample.form->inversion().desk().running()) return;
+        const QString words = sample.find<QLabel>("Label_inversion_progress").text();
+        if (!seen.contains(words)) seen << words;
+        if (stopped || words != "From 3 other starts") return;
+        stopped = true;
+        QVERIFY(sample.find<QWidget>("Command_stop_inversion").isEnabled());
+        QTest::keyClick(sample.form.get(), Qt::Key_Escape);
+    };
+    sample.click("Command_invert_1");
+    QVERIFY2(stopped, qPrintable(seen.join("; ")));
+    QVERIFY2(seen.contains("Errors and intervals"), qPrintable(seen.join("; ")));
+    QVERIFY(!sample.form->inversion().desk().running());
+    QVERIFY(!sample.find<QWidget>("Frame_stop_inversion").isVisible());
+    QVERIFY(sample.find<QLabel>("Label_status").isVisible());
 }
 
 QObject* make_invert_panel_test() {

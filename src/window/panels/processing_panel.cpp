@@ -110,11 +110,15 @@ void ProcessingPanel::add_base_levels(int row) {
         });
     }
     base_frame_ = frame;
-    grid()->addWidget(frame, row, 0, 1, grid()->columnCount());
     filtered_note_ = new QLabel(tr("Base levels and regionals are off under a residual filter"));
     filtered_note_->setObjectName("Label_residual_filter");
     make_quiet(*filtered_note_);
-    grid()->addWidget(filtered_note_, row, 0, 1, grid()->columnCount());
+    auto* holder = new QWidget;
+    auto* either = new QGridLayout(holder);
+    either->setContentsMargins(0, 0, 0, 0);
+    either->addWidget(frame, 0, 0);
+    either->addWidget(filtered_note_, 0, 0, Qt::AlignTop);
+    grid()->addWidget(holder, row, 0, 1, grid()->columnCount());
 }
 
 void ProcessingPanel::add_regionals(int row) {
