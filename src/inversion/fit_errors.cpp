@@ -20,13 +20,17 @@ constexpr double no_number = std::numeric_limits<double>::quiet_NaN();
 /// What of a column the regional leaves, as a part of it, when it is all the regional's.
 constexpr double flat = 1e-6;
 /// An eigenvalue of the normal matrix of unit columns below this part of the largest is rounding.
-constexpr double fine_null_eigenvalue = 1e-11;
+constexpr double fine_null_eigenvalue = 1e-13;
 /// The same of columns that are coarse.
 constexpr double coarse_null_eigenvalue = 1e-6;
 /// A parameter with more than this share (squared) of such directions is undetermined itself.
 constexpr double null_share = 0.01;
 /// So many independent data more than unknowns must there be.
 constexpr double least_spare = 3;
+/// Of more parameters nobody follows profiles.
+constexpr Index most_profiled = 60;
+/// Beside the largest eigenvalue of the normal matrix of unit columns.
+constexpr double weak_direction = 1e-3;
 /// Columns between two looks at the pacer.
 constexpr Index block = 64;
 
@@ -46,6 +50,7 @@ class Errors {
         result_.undetermined.assign(size_, false);
         result_.quantile.assign(size_, student_quantile(1e9));
         result_.unit_errors.assign(size_, no_number);
+        result_.growth.assign(size_, no_number);
         const auto count = static_cast<Index>(size_);
         result_.following = MatrixXd::Zero(count, count);
         weigh(held);
@@ -66,6 +71,9 @@ class Errors {
     void propagate();
     void propagate_channel(std::size_t c, MatrixXd& covariance, MatrixXd& slopes) const;
     void fill(const MatrixXd& covariance, const MatrixXd& slopes);
+    MatrixXd strong_inverse() const;
+    void find_following();
+    VectorXd strong_growth() const;
     double null_eigenvalue() const {
         return std::ranges::any_of(channels_, &ChannelFit::coarse) ? coarse_null_eigenvalue
                                                                    : fine_null_eigenvalue;
@@ -79,7 +87,7 @@ class Errors {
     std::vector<Index> used_;  ///< parameters, from 0
     VectorXd scale_;           ///< of the used parameters: change that the weighted residuals feel as 1
     std::vector<WeightedColumns> weighted_;
-    MatrixXd inverse_;  ///< of the normal matrix of the scaled parameters
+    MatrixXd normal_, inverse_;  ///< of the scaled parameters
     FitErrors result_;
 };
 
@@ -111,17 +119,15 @@ void Errors::weigh(const std::vector<bool>& held) {
 }
 
 void Errors::invert() {
-    MatrixXd normal = MatrixXd::Zero(count(), count());
-    for (const WeightedColumns& weighted : weighted_) normal += normal_matrix(weighted.columns, pacer_);
-    inverse_ = inverse_normal(normal);
+    normal_ = MatrixXd::Zero(count(), count());
+    for (const WeightedColumns& weighted : weighted_) normal_ += normal_matrix(weighted.columns, pacer_);
+    inverse_ = inverse_normal(normal_);
     for (Index a = 0; a < count(); ++a) {
         const double own = inverse_(a, a);
         if (result_.undetermined[place(a)] || !(own > 0)) continue;
         result_.unit_errors[place(a)] = std::sqrt(own) / scale_[a];
-        for (Index b = 0; b < count(); ++b)
-            result_.following(static_cast<Index>(place(b)), static_cast<Index>(place(a))) =
-                inverse_(b, a) / own * scale_[a] / scale_[b];
     }
+    find_following();
 }
 
 /// By Cholesky's factors, unless there is a direction that only the eigenvalues tell from rounding.
@@ -229,7 +235,53 @@ void Errors::propagate() {
     fill(covariance, slopes);
 }
 
+/// The inverse of the normal matrix on its strong directions; empty when there is no weak one.
+MatrixXd Errors::strong_inverse() const {
+    if (count() > most_profiled) return {};
+    const Eigen::SelfAdjointEigenSolver<MatrixXd> axes(normal_);
+    const double least = weak_direction * axes.eigenvalues().tail(1)[0];
+    if (axes.eigenvalues()[0] > least) return {};
+    const VectorXd strength =
+        (axes.eigenvalues().array() > least).select(axes.eigenvalues().cwiseInverse(), 0);
+    return axes.eigenvectors() * strength.asDiagonal() * axes.eigenvectors().transpose();
+}
+
+/// A weak direction (width against susceptibility of a thin body) holds where the fit stands and not far from
+/// it, so nothing is expected to follow along it.
+void Errors::find_following() {
+    const MatrixXd strong = strong_inverse();
+    const MatrixXd& inverse = strong.size() > 0 ? strong : inverse_;
+    for (Index a = 0; a < count(); ++a) {
+        if (!(inverse(a, a) > 0)) continue;
+        for (Index b = 0; b < count(); ++b)
+            result_.following(static_cast<Index>(place(b)), static_cast<Index>(place(a))) =
+                inverse(b, a) / inverse(a, a) * scale_[a] / scale_[b];
+    }
+}
+
+/// The error over the unit error of each parameter as the strong directions alone have it. Where a weak
+/// direction rules a parameter, its noise may be far below what the parameter meets further away. Empty when
+/// there is no weak direction, or the noise is all white.
+VectorXd Errors::strong_growth() const {
+    const bool white = channels_.size() == 1 && result_.channels[0].covariance.correlated == 0;
+    if (white) return {};
+    const MatrixXd inverse = strong_inverse();
+    if (inverse.size() == 0) return {};
+    VectorXd variance = VectorXd::Zero(count());
+    for (std::size_t c = 0; c < channels_.size(); ++c) {
+        const MatrixXd estimator = weighted_[c].columns * inverse / weighted_[c].sigma;
+        variance += estimator
+                        .cwiseProduct(covariance_times(result_.channels[c].covariance, channels_[c].distance,
+                                                       estimator))
+                        .colwise()
+                        .sum()
+                        .transpose();
+    }
+    return (variance.array() / inverse.diagonal().array().max(1e-300)).sqrt();
+}
+
 void Errors::fill(const MatrixXd& covariance, const MatrixXd& slopes) {
+    const VectorXd strong = strong_growth();
     for (Index a = 0; a < count(); ++a) {
         const std::size_t i = place(a);
         const double own = covariance(a, a);
@@ -241,6 +293,9 @@ void Errors::fill(const MatrixXd& covariance, const MatrixXd& slopes) {
             spread += slope.dot(result_.channels[c].covariance.uncertainty * slope);
         }
         if (spread > 0) result_.quantile[i] = student_quantile(std::max(2 / spread, 1.0));
+        result_.growth[i] = result_.errors[i] / result_.unit_errors[i];
+        if (strong.size() > 0) result_.growth[i] = std::max(result_.growth[i], strong[a]);
+        result_.growth[i] *= result_.quantile[i];
         for (Index b = 0; b < count(); ++b) {
             if (result_.undetermined[place(b)]) continue;
             result_.correlation[i * size_ + place(b)] =

@@ -30,6 +30,8 @@ struct FitErrors {
     /// Standard errors if the residuals were white noise of the channels' sigmas: the weighted sum of
     /// squares, refitted with the parameter off by one of them, grows by 1.
     std::vector<double> unit_errors;
+    /// Root of what the refitted sum of squares grows by at the end of a 90 % interval.
+    std::vector<double> growth;
     /// How the parameters (rows) follow one (column) that is moved and held: change a unit of it.
     Eigen::MatrixXd following;
     std::vector<ChannelErrors> channels;  ///< as they were given

@@ -14,13 +14,18 @@ constexpr double no_number = std::numeric_limits<double>::quiet_NaN();
 /// The quadratic interval stands when the root of what its ends add to the sum of squares is as the columns
 /// say, within this factor.
 constexpr double as_predicted = 1.2;
-/// A profile is followed so many times as far as the quadratic interval reaches.
+/// A profile is followed so many times as far as the quadratic interval reaches, and a size from a hundredth
+/// to a hundred times what it is.
 constexpr double furthest = 30;
-/// How much further one refit may go than the one before.
+constexpr double furthest_factor = 4.6;  // logarithm
+/// The first refit of a size goes no further, and how much further one refit may go than the one before.
+constexpr double first_factor = 1.5;  // logarithm
 constexpr double most_growth = 3;
 /// The end of an interval is found to this part of it.
 constexpr double close_enough = 0.03;
 constexpr int refits_a_side = 8;
+/// How much of the way to its limit a parameter may follow.
+constexpr double kept_way = 0.8;
 
 class Intervals {
   public:
@@ -34,13 +39,19 @@ class Intervals {
     Interval find(std::size_t i, const Interval& quadratic);
 
   private:
-    /// One end of the interval of one parameter.
+    /// One end of the interval of one parameter. Ways are in the axis on which a profile is nearly straight:
+    /// the logarithm of the distance from the limit for what is bounded on one side (sizes, depths).
     struct Side {
         std::size_t parameter;
-        double direction;  ///< -1 or 1
-        double reach;      ///< of the quadratic interval
-        double limit;      ///< how far it may go
-        double threshold;  ///< root of what the sum of squares grows by at the end
+        double direction;            ///< -1 or 1
+        double reach;                ///< of the quadratic interval, in the unit of the parameter
+        double limit;                ///< how far it may go, the same
+        double threshold;            ///< root of what the sum of squares grows by at the end
+        double size = 0;             ///< distance from the limit that the axis is the logarithm of; 0: none
+        bool towards = false;        ///< that limit
+        double first = 0, last = 0;  ///< ways
+
+        double by(double way) const;
     };
     Side side_of(std::size_t i, double direction) const;
     std::vector<double> moved(const Side& side, double by) const;
@@ -57,26 +68,46 @@ class Intervals {
     double least_ = 0;
 };
 
-/// White noise of the sigmas alone would grow the sum by 1 a unit error; the threshold is that growth at the
-/// end of the interval that the errors give.
 Intervals::Side Intervals::side_of(std::size_t i, double direction) const {
     const double reach = errors_.quantile[i] * errors_.errors[i];
     const IntervalParameter& parameter = parameters_[i];
-    const double limit =
-        direction < 0 ? parameter.value - parameter.lower : parameter.upper - parameter.value;
-    return {i, direction, reach, std::max(limit, 0.0), reach / errors_.unit_errors[i]};
+    const double below = std::max(parameter.value - parameter.lower, 0.0);
+    const double above = std::max(parameter.upper - parameter.value, 0.0);
+    Side side{.parameter = i,
+              .direction = direction,
+              .reach = reach,
+              .limit = direction < 0 ? below : above,
+              .threshold = errors_.growth[i]};
+    const bool from_below = std::isfinite(below);
+    const double size = from_below ? below : above;
+    if (std::isfinite(size) && size > 0) {
+        side.size = size;
+        side.towards = from_below == (direction < 0);
+        side.first = std::min(reach / size, first_factor);
+        side.last = std::min(furthest * reach / size, furthest_factor);
+    } else {
+        side.first = reach;
+        side.last = furthest * reach;
+    }
+    return side;
 }
 
-/// All parameters where the columns expect the others to follow.
+/// What a way is in the unit of the parameter, up to the limit.
+double Intervals::Side::by(double way) const {
+    if (size == 0) return std::min(way, limit);
+    return std::min(size * (towards ? -std::expm1(-way) : std::expm1(way)), limit);
+}
+
+/// All parameters where the columns expect the others to follow; at a limit a size would be stuck, so they
+/// keep a part of their way to it.
 std::vector<double> Intervals::moved(const Side& side, double by) const {
     std::vector<double> there = values_;
     for (std::size_t k = 0; k < there.size(); ++k) {
-        there[k] += side.direction * by *
-                    errors_.following(static_cast<Index>(k), static_cast<Index>(side.parameter));
-        // What was set beyond a limit stays.
-        const IntervalParameter& parameter = parameters_[k];
-        there[k] = std::clamp(there[k], std::min(parameter.lower, parameter.value),
-                              std::max(parameter.upper, parameter.value));
+        const double way = side.direction * by *
+                           errors_.following(static_cast<Index>(k), static_cast<Index>(side.parameter));
+        const double down = kept_way * std::min(parameters_[k].lower - values_[k], 0.0);
+        const double up = kept_way * std::max(parameters_[k].upper - values_[k], 0.0);
+        there[k] += std::clamp(way, down, up);
     }
     there[side.parameter] = values_[side.parameter] + side.direction * by;
     return there;
@@ -98,17 +129,17 @@ std::optional<double> Intervals::refitted(const Side& side, double by) {
 /// Follows the profile outwards, then by the secant: its root is nearly straight.
 double Intervals::end_of(const Side& side) {
     const double value = values_[side.parameter];
-    const double quadratic = value + side.direction * std::min(side.reach, side.limit);
-    const double last = std::min(side.limit, furthest * side.reach);
-    double below = 0, below_growth = 0;
+    const auto place = [&](double way) { return value + side.direction * side.by(way); };
+    if (!(side.limit > 0)) return no_number;
+    double below = 0, below_growth = 0, trial = side.first;
     std::optional<double> above;
-    double above_growth = 0, trial = std::min(side.reach, last);
-    for (int turn = 0; turn < refits_a_side && trial > 0; ++turn) {
-        const std::optional<double> here = refitted(side, trial);
-        if (!here) return quadratic;
-        if (std::abs(*here / side.threshold - 1) < close_enough) return value + side.direction * trial;
+    double above_growth = 0;
+    for (int turn = 0; turn < refits_a_side; ++turn) {
+        const std::optional<double> here = refitted(side, side.by(trial));
+        if (!here) return value + side.direction * std::min(side.reach, side.limit);
+        if (std::abs(*here / side.threshold - 1) < close_enough) return place(trial);
         if (*here < side.threshold) {
-            if (trial >= last) return no_number;
+            if (trial >= side.last || side.by(trial) >= side.limit) return no_number;
             below = trial;
             below_growth = *here;
         } else {
@@ -121,11 +152,10 @@ double Intervals::end_of(const Side& side) {
             if (*above - below < close_enough * *above) break;
         } else {
             const double wanted = 1.1 * trial * side.threshold / std::max(*here, 1e-3 * side.threshold);
-            trial = std::min(last, std::clamp(wanted, 1.1 * trial, most_growth * trial));
+            trial = std::min(side.last, std::clamp(wanted, 1.1 * trial, most_growth * trial));
         }
     }
-    if (!above) return side.limit > 0 && below > 0 ? no_number : value;
-    return value + side.direction * trial;
+    return above ? place(trial) : no_number;
 }
 
 Interval Intervals::find(std::size_t i, const Interval& quadratic) {

@@ -38,9 +38,10 @@ struct Interval {
 /// The 90 % intervals of the parameters: quadratic, the value +- quantile standard errors, where the sum of
 /// squares at both of its ends is as the columns say; else from the profile of the likelihood (Venzon and
 /// Moolgavkar 1988), with a threshold that gives the quadratic interval wherever the columns are true. A side
-/// is open when the profile does not reach the threshold within 30 times the quadratic interval or before a
-/// physical limit. A parameter that is held has no interval. At most `most_refits` refits; what is left then
-/// keeps its quadratic interval, cut at the physical limits.
+/// is open when the profile does not reach the threshold within 30 times the quadratic interval, within a
+/// factor of 100 of a size (what has a limit on one side), or before a physical limit. A parameter that is
+/// held has no interval. At most `most_refits` refits; what is left then keeps its quadratic interval, cut at
+/// the physical limits.
 std::vector<Interval> find_intervals(const FitErrors& errors, std::span<const IntervalParameter> parameters,
                                      Refit& refit, std::size_t most_refits);
 

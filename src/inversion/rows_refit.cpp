@@ -6,7 +6,7 @@ namespace anomalis::inversion {
 
 namespace {
 
-constexpr int most_steps = 6;
+constexpr int most_steps = 30;
 
 }  // namespace
 

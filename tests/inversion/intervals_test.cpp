@@ -48,7 +48,7 @@ FitErrors plain_errors() {
     FitErrors errors;
     errors.errors = {1, 1};
     errors.unit_errors = {1, 1};
-    errors.quantile = {1.645, 1.645};
+    errors.quantile = errors.growth = {1.645, 1.645};
     errors.correlation = {1, 0, 0, 1};
     errors.undetermined = {false, false};
     errors.following = Eigen::MatrixXd::Identity(2, 2);
@@ -76,6 +76,7 @@ TEST(Intervals, where_the_columns_are_true_they_are_quadratic_and_cost_no_refit)
 TEST(Intervals, the_threshold_follows_the_errors) {
     FitErrors errors = plain_errors();
     errors.errors = {3, 3};
+    errors.growth = {3 * 1.645, 3 * 1.645};
     FormulaRefit refit([](double a, double b) { return square(a) + square(b); });
     const std::vector<IntervalParameter> parameters{{.value = 0}, {.value = 0}};
     const auto intervals = find_intervals(errors, parameters, refit, 100);
