@@ -1,7 +1,7 @@
 // How often the intervals of a fit hold the truth. Prints tables in Markdown; docs/coverage.md is made of
 // them by docs/coverage.sh. The lines are drawn from seeds, so every run prints the same tables.
 //
-//   coverage [LINES]      lines of each kind, 200
+//   coverage [LINES [KIND]]      lines of each kind (200), and a part of the titles that are wanted
 
 #include <Eigen/Core>
 #include <array>
@@ -41,8 +41,8 @@ struct Coverage {
             const bool inside =
                 (no_lower || one.fitted.lower <= one.truth) && (no_upper || one.truth <= one.fitted.upper);
             count.inside += inside && !(no_lower && no_upper);
-            count.two_errors +=
-                std::abs(static_cast<double>(one.fitted.value) - one.truth) <= 2 * one.fitted.error;
+            count.two_errors += !(no_lower && no_upper) && std::abs(static_cast<double>(one.fitted.value) -
+                                                                    one.truth) <= 2 * one.fitted.error;
         }
     }
 };
@@ -52,9 +52,10 @@ double percent(int part, int whole) {
 }
 
 void print_row(const char* name, const Count& count) {
-    std::printf("| %s | %d | %.1f | %.1f | %.1f | %.1f |\n", name, count.parameters,
-                percent(count.inside, count.parameters), percent(count.two_errors, count.parameters),
-                percent(count.one_sided, count.parameters), percent(count.open, count.parameters));
+    const int intervals = count.parameters - count.open;
+    std::printf("| %s | %d | %.1f | %.1f | %.1f | %.1f |\n", name, intervals,
+                percent(count.inside, intervals), percent(count.two_errors, intervals),
+                percent(count.one_sided, intervals), percent(count.open, count.parameters));
 }
 
 void print(const std::string& title, const Coverage& coverage) {

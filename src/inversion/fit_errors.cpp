@@ -237,7 +237,7 @@ void Errors::propagate() {
 
 /// The inverse of the normal matrix on its strong directions; empty when there is no weak one.
 MatrixXd Errors::strong_inverse() const {
-    if (count() > most_profiled) return {};
+    if (count() == 0 || count() > most_profiled) return {};
     const Eigen::SelfAdjointEigenSolver<MatrixXd> axes(normal_);
     const double least = weak_direction * axes.eigenvalues().tail(1)[0];
     if (axes.eigenvalues()[0] > least) return {};

@@ -166,6 +166,24 @@ TEST(FitErrors, two_columns_that_differ_little_are_determined_with_large_errors)
     EXPECT_GT(errors.errors[2], 1e3);
 }
 
+/// The third column is nearly the first one: what they share is known, how they share it is not.
+TEST(FitErrors, nothing_is_expected_to_follow_along_a_direction_that_is_hardly_known) {
+    const VectorXd distance = equal_spacing(200, 10);
+    LinearFit made =
+        fit(correlated_noise(distance, NoiseKind::exponential, 5, 100, 3) + white_noise(200, 0.5, 4));
+    const FitErrors plain = errors_of(made);
+    made.channel.columns.conservativeResize(Eigen::NoChange, 3);
+    made.channel.columns.col(2) =
+        made.channel.columns.col(0) + 1e-4 * made.channel.columns.col(1).cwiseAbs2();
+    const FitErrors errors = find_fit_errors({&made.channel, 1}, {false, false, false}, no_pace());
+    ASSERT_GT(errors.channels[0].covariance.correlated, 0);
+    EXPECT_NEAR(errors.following(0, 2), 1, 0.1);
+    EXPECT_NEAR(errors.following(1, 0), plain.following(1, 0) / 2, 0.1);
+    for (std::size_t i = 0; i < 3; ++i)
+        EXPECT_GE(errors.growth[i], errors.quantile[i] * errors.errors[i] / errors.unit_errors[i] - 1e-9);
+    EXPECT_NEAR(plain.growth[0], plain.quantile[0] * plain.errors[0] / plain.unit_errors[0], 1e-9);
+}
+
 TEST(FitErrors, a_held_parameter_has_no_error_and_does_not_widen_the_others) {
     const LinearFit made = fit(white_noise(50, 1, 1));
     const FitErrors both = errors_of(made);

@@ -116,6 +116,43 @@ TEST(Intervals, a_profile_that_never_rises_is_open_without_a_limit_too) {
     EXPECT_LE(refit.refits, 16);
 }
 
+/// A size whose errors are far beyond it, as the susceptibility of a body that is all but thin.
+TEST(Intervals, a_size_is_followed_by_factors_down_to_a_hundredth) {
+    FormulaRefit refit([](double a, double b) { return (a > 0 ? square(std::log10(a)) : 1e9) + square(b); });
+    FitErrors errors = plain_errors();
+    errors.errors[0] = 1e4;
+    const std::vector<IntervalParameter> parameters{{.value = 1, .lower = 0}, {.value = 0}};
+    const auto intervals = find_intervals(errors, parameters, refit, 100);
+    EXPECT_NEAR(std::log10(intervals[0].lower), -1.645, 0.05);
+    EXPECT_NEAR(std::log10(intervals[0].upper), 1.645, 0.05);
+    FormulaRefit wider(
+        [](double a, double b) { return (a > 0 ? square(0.5 * std::log10(a)) : 1e9) + square(b); });
+    const auto open = find_intervals(errors, parameters, wider, 100);
+    EXPECT_TRUE(std::isnan(open[0].lower));
+    EXPECT_TRUE(std::isnan(open[0].upper));
+}
+
+/// A refit begins where no size stands on its limit.
+TEST(Intervals, what_follows_stays_off_its_limit) {
+    class Watched : public FormulaRefit {
+      public:
+        using FormulaRefit::FormulaRefit;
+        double refit(std::size_t parameter, double value, std::span<const double> start) override {
+            if (parameter == 0) least_start = std::min(least_start, start[1]);
+            return FormulaRefit::refit(parameter, value, start);
+        }
+        double least_start = 1;
+    };
+    Watched refit([](double a, double b) { return std::pow(a, 4) + square(b - 1); });
+    FitErrors errors = plain_errors();
+    errors.following(1, 0) = 50;
+    const std::vector<IntervalParameter> parameters{{.value = 0}, {.value = 1, .lower = 0}};
+    find_intervals(errors, parameters, refit, 100);
+    EXPECT_GT(refit.refits, 0);
+    EXPECT_GT(refit.least_start, 0.1);
+    EXPECT_LT(refit.least_start, 0.5);
+}
+
 TEST(Intervals, refits_are_bounded) {
     FormulaRefit refit([](double a, double b) { return std::pow(a, 4) + std::pow(b, 4); });
     const std::vector<IntervalParameter> parameters{{.value = 0}, {.value = 0}};
