@@ -35,13 +35,17 @@ std::string capitalised(std::string text) {
     return text;
 }
 
-std::string name_of(const FittedParameter& p) {
-    return std::string(param_name(p.param_code));
-}
-
 std::int32_t type_of(const FittedParameter& p, const Workspace& workspace) {
     return p.body >= 1 && p.body <= workspace.body_count ? workspace.body(p.body).type
                                                          : static_cast<std::int32_t>(thick_sheet);
+}
+
+/// As the grid calls it for a body of this type ("current" of a wire), in the middle of a sentence.
+std::string name_of(const FittedParameter& p, const Workspace& workspace) {
+    std::string name(edit::body_row(type_of(p, workspace), p.param_code).caption);
+    if (name.empty() || name == "N/A") return std::string(param_name(p.param_code));
+    if (name[0] >= 'A' && name[0] <= 'Z') name[0] = static_cast<char>(name[0] - 'A' + 'a');
+    return name;
 }
 
 std::string channel_words(std::int32_t channel) {
@@ -82,18 +86,21 @@ FitParameterRow row_of(const FittedParameter& p, const Workspace& workspace) {
     const std::int32_t type = type_of(p, workspace);
     const bool closed = std::isfinite(p.lower) && std::isfinite(p.upper);
     const double value = static_cast<double>(p.value);
-    return {capitalised(name_of(p)) + " of " + body_text(p.body),
+    return {capitalised(name_of(p, workspace)) + " of " + body_text(p.body),
             closed ? edit::text_of_worth(value, (p.upper - p.lower) / 2)
                    : edit::parameter_text(type, p.param_code, p.value),
             edit::interval_words(p), std::string(edit::body_row(type, p.param_code).unit)};
 }
 
-std::string pair_words(const FittedParameter& a, const FittedParameter& b) {
-    if (a.body == b.body) return name_of(a) + " and " + name_of(b) + " of " + body_text(a.body);
-    return name_of(a) + " of " + body_text(a.body) + " and " + name_of(b) + " of " + body_text(b.body);
+std::string pair_words(const FittedParameter& a, const FittedParameter& b, const Workspace& workspace) {
+    if (a.body == b.body)
+        return name_of(a, workspace) + " and " + name_of(b, workspace) + " of " + body_text(a.body);
+    return name_of(a, workspace) + " of " + body_text(a.body) + " and " + name_of(b, workspace) + " of " +
+           body_text(b.body);
 }
 
-std::vector<std::string> strongest_of(const FitRecord& fit, const CorrelationTable& table) {
+std::vector<std::string> strongest_of(const FitRecord& fit, const CorrelationTable& table,
+                                      const Workspace& workspace) {
     struct Pair {
         std::size_t a, b;
         double coefficient;
@@ -108,16 +115,16 @@ std::vector<std::string> strongest_of(const FitRecord& fit, const CorrelationTab
     });
     std::vector<std::string> words;
     for (auto pair = pairs.begin(); pair != kept; ++pair)
-        words.push_back(pair_words(fit.parameters[pair->a], fit.parameters[pair->b]) + ": " +
+        words.push_back(pair_words(fit.parameters[pair->a], fit.parameters[pair->b], workspace) + ": " +
                         format_number(pair->coefficient, "0.00"));
     return words;
 }
 
-CorrelationTable correlation_of(const FitRecord& fit) {
+CorrelationTable correlation_of(const FitRecord& fit, const Workspace& workspace) {
     CorrelationTable table;
     if (fit.correlation.size() != fit.parameters.size() * fit.parameters.size()) return table;
     for (const FittedParameter& p : fit.parameters)
-        table.names.push_back(name_of(p) + " " + format_number(p.body, "0"));
+        table.names.push_back(name_of(p, workspace) + " " + format_number(p.body, "0"));
     table.coefficient = fit.correlation;
     return table;
 }
@@ -134,8 +141,8 @@ FitView fit_view(const FitRecord& fit, const Workspace& workspace) {
     if (fit.mag) view.channels.push_back(row_of(*fit.mag, "Magnetics", residual_unit(fit, channel_mag)));
     if (fit.grav) view.channels.push_back(row_of(*fit.grav, "Gravity", residual_unit(fit, channel_grav)));
     for (const FittedParameter& p : fit.parameters) view.parameters.push_back(row_of(p, workspace));
-    view.correlation = correlation_of(fit);
-    view.strongest = strongest_of(fit, view.correlation);
+    view.correlation = correlation_of(fit, workspace);
+    view.strongest = strongest_of(fit, view.correlation, workspace);
     view.remarks = fit.remarks;
     return view;
 }

@@ -70,6 +70,18 @@ TEST(FitView, numbers_bear_units_and_the_digits_of_their_interval) {
     EXPECT_EQ(view.parameters[3].interval, "not determined");
 }
 
+TEST(FitView, parameters_are_called_as_the_grid_calls_those_of_their_body) {
+    ChartSample sample;
+    sample.add_body(1250, 60, wire);
+    FitRecord fit = sample_fit();
+    fit.parameters = {{.body = 1, .param_code = param_susc, .value = 6538, .lower = 6502, .upper = 6574}};
+    fit.correlation = {1};
+    const FitView view = fit_view(fit, sample.workspace());
+    EXPECT_EQ(view.parameters[0].name, "Current of body 1");
+    EXPECT_EQ(view.parameters[0].unit, "mA");
+    EXPECT_EQ(view.correlation.names[0], "current 1");
+}
+
 TEST(FitView, the_pairs_that_hang_together_most_come_first) {
     ChartSample sample;
     const FitView view = fit_view(sample_fit(), sample.workspace());
