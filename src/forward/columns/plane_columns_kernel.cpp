@@ -105,57 +105,41 @@ ANOMALIS_INLINE void wall_terms(const PlaneMass& m, const Station<Real>& at, con
     terms[wall_term::one] = Real{} + 1.0;
 }
 
-/// Calls `one` with the index of a station and the station.
-template <class One>
-ANOMALIS_INLINE void over_stations(const StationView& stations, const BodyFrame& frame, const One& one) {
-    for_stations(
-        stations.count, [&](std::size_t i, auto kind) __attribute__((always_inline)) {
-            using Real = decltype(kind);
-            const Real along = frame.sin_strike * (load<Real>(stations.east + i) - frame.east) +
-                               frame.cos_strike * (load<Real>(stations.north + i) - frame.north);
-            one(i, Station<Real>{across_strike<Real>(stations, frame, i),
-                                 load<Real>(stations.sensor + i) - frame.top, along});
-        });
-}
-
 }  // namespace
 
 void strip_anomaly_columns(const StationView& stations, const BodyFrame& frame, const PlaneStrip& strip,
                            const WeightedColumns& columns, double* anomaly) {
-    over_stations(
-        stations, frame, [&](std::size_t i, auto at) __attribute__((always_inline)) {
-            using Real = decltype(at.x);
-            Real terms[anomaly_term::count];
-            const StripTerms<Real> made =
-                strip.endless ? half_strip_at(strip, at.x, at.h) : parallelogram_at(strip, at.x, at.h);
-            store(anomaly + i, strip_anomaly(strip, made));
-            anomaly_terms(strip, at, made, terms);
-            store_columns(columns, i, terms);
+    over_stretches(
+        stations, frame, [&](const Stretch& part, const BodyStation& at) __attribute__((always_inline)) {
+            Lanes terms[anomaly_term::count];
+            const StripTerms<Lanes> made =
+                strip.endless ? half_strip_at(strip, at.x, at.z) : parallelogram_at(strip, at.x, at.z);
+            store_part(anomaly, part, strip_anomaly(strip, made));
+            anomaly_terms(strip, Station<Lanes>{at.x, at.z, at.y}, made, terms);
+            store_columns(columns, part, terms);
         });
 }
 
 void strip_gravity_columns(const StationView& stations, const BodyFrame& frame, const PlaneMass& mass,
                            const WeightedColumns& columns, double* attraction) {
-    over_stations(
-        stations, frame, [&](std::size_t i, auto at) __attribute__((always_inline)) {
-            using Real = decltype(at.x);
-            Vector<Real> logarithms[4];
-            const Real sum = mass_sum(
-                mass, at.x, at.h, [&](int j, Real log, Real angle) __attribute__((always_inline)) {
+    over_stretches(
+        stations, frame, [&](const Stretch& part, const BodyStation& body) __attribute__((always_inline)) {
+            const Station<Lanes> at{body.x, body.z, body.y};
+            Vector<Lanes> logarithms[4];
+            const Lanes sum = mass_sum(
+                mass, at.x, at.h, [&](int j, Lanes log, Lanes angle) __attribute__((always_inline)) {
                     logarithms[j] = {0.5 * log, angle};
                 });
-            store(attraction + i, sum * mass.factor);
+            store_part(attraction, part, sum * mass.factor);
+            Lanes terms[mass_term::count];
             if (mass.walls) {
-                Real terms[wall_term::count];
                 wall_terms(mass, at, logarithms[0], terms);
                 terms[wall_term::sum] = sum;
-                store_columns(columns, i, terms);
             } else {
-                Real terms[mass_term::count];
                 mass_terms(mass, at, logarithms, terms);
                 terms[mass_term::sum] = sum;
-                store_columns(columns, i, terms);
             }
+            store_columns(columns, part, terms);
         });
 }
 

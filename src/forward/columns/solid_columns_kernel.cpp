@@ -223,17 +223,11 @@ ANOMALIS_INLINE void solid_terms_at(const SolidSection& solid, const Vector<Real
 
 void solid_columns(const StationView& stations, const BodyFrame& frame, const SolidSection& solid,
                    const WeightedColumns& columns) {
-    for_stations(
-        stations.count, [&](std::size_t i, auto kind) __attribute__((always_inline)) {
-            using Real = decltype(kind);
-            const Real east = load<Real>(stations.east + i) - frame.east;
-            const Real north = load<Real>(stations.north + i) - frame.north;
-            const Vector<Real> station{frame.cos_strike * east - frame.sin_strike * north,
-                                       frame.sin_strike * east + frame.cos_strike * north,
-                                       load<Real>(stations.sensor + i) - frame.top};
-            Real terms[most_solid_terms];
-            solid_terms_at(solid, station, terms);
-            store_columns(columns, i, terms);
+    over_stretches(
+        stations, frame, [&](const Stretch& part, const BodyStation& at) __attribute__((always_inline)) {
+            Lanes terms[most_solid_terms];
+            solid_terms_at(solid, Vector<Lanes>{at.x, at.y, at.z}, terms);
+            store_columns(columns, part, terms);
         });
 }
 

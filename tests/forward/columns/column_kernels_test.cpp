@@ -1,0 +1,117 @@
+#include <algorithm>
+#include <cmath>
+#include <functional>
+#include <gtest/gtest.h>
+#include <vector>
+
+#include "column_line.h"
+#include "forward/columns/plane_columns_kernel.h"
+#include "forward/columns/solid_columns_kernel.h"
+#include "forward/columns/solid_shape.h"
+#include "forward/columns/term_weights.h"
+#include "forward/exact/plane_strip.h"
+#include "forward/station_columns.h"
+
+namespace anomalis::forward {
+namespace {
+
+using vector::VectorLevel;
+
+constexpr int most = most_solid_terms;
+
+/// A column for every term.
+TermWeights each_term(int terms) {
+    TermWeights weights;
+    for (int term = 0; term < terms; ++term) {
+        std::vector<double> column(static_cast<std::size_t>(terms));
+        column[static_cast<std::size_t>(term)] = 1;
+        weights.add_column(column);
+    }
+    return weights;
+}
+
+/// Runs a kernel at every level that the processor has: the same bits, and none of them without a number.
+void expect_one_answer(const std::function<void(VectorLevel, double*, double*)>& kernel,
+                       std::size_t stations) {
+    std::vector<double> first, values(stations), columns(stations * most);
+    for (const VectorLevel level : {VectorLevel::baseline, VectorLevel::avx2, VectorLevel::avx512}) {
+        if (level > vector::widest_vector_level()) continue;
+        kernel(level, values.data(), columns.data());
+        std::vector<double> all = values;
+        all.insert(all.end(), columns.begin(), columns.end());
+        if (first.empty()) first = all;
+        EXPECT_EQ(all, first) << vector::vector_level_name(level);
+        EXPECT_TRUE(std::ranges::all_of(all, [](double v) { return std::isfinite(v); }));
+    }
+    EXPECT_GT(peak_of(first), 0);
+}
+
+SheetShape some_sheet(double depth) {
+    SheetShape sheet;
+    sheet.cotangent = 0.4;
+    sheet.width = 60;
+    sheet.rise = 7;
+    sheet.depth = depth;
+    sheet.limited = true;
+    sheet.near_end = -90;
+    sheet.far_end = 140;
+    sheet.plunge = 0.1;
+    return sheet;
+}
+
+const ExactField some_field{{0.3, 0.5, -std::sqrt(1 - 0.34)}, 50000, {40, 10, -90}};
+
+struct Stations {
+    ExactLine line{53, 13, 70, 40};
+    StationView view = station_view(line.workspace);
+    BodyFrame frame{std::cos(0.6), std::sin(0.6), 350310, 6500120, 5, 1};
+};
+
+TEST(ColumnKernels, of_the_plane_give_the_same_bits_at_every_level) {
+    const Stations at;
+    for (const double depth : {0.0, 120.0}) {
+        Strip strip = strip_of(some_sheet(depth));
+        strip.turn();
+        const PlaneStrip poles = plane_strip(strip, some_field);
+        StripMass mass(strip);
+        mass.mass.factor = 0.01;
+        const TermWeights anomaly =
+            each_term(depth == 0 ? +anomaly_term::endless_count : +anomaly_term::count);
+        const TermWeights gravity = each_term(depth == 0 ? +wall_term::count : +mass_term::count);
+        const auto poles_at = [&](VectorLevel level, double* values, double* columns) {
+            strip_anomaly_columns_at(level)(at.view, at.frame, poles, anomaly.columns(columns, at.view.count),
+                                            values);
+        };
+        const auto mass_at = [&](VectorLevel level, double* values, double* columns) {
+            strip_gravity_columns_at(level)(at.view, at.frame, mass.mass,
+                                            gravity.columns(columns, at.view.count), values);
+        };
+        expect_one_answer(poles_at, at.view.count);
+        expect_one_answer(mass_at, at.view.count);
+    }
+}
+
+TEST(ColumnKernels, of_solids_give_the_same_bits_at_every_level) {
+    const Stations at;
+    for (const double depth : {0.0, 120.0})
+        for (const bool gravity : {false, true}) {
+            SolidSection section = section_of(corners_of(some_sheet(depth)));
+            if (gravity) {
+                set_gravity_weights(0.02, section);
+            } else {
+                set_anomaly_weights(some_field, section);
+            }
+            const int each = gravity ? 4 : 1;
+            const TermWeights weights =
+                each_term(each * (section.edges + section.faces) + 3 * section.corners + 4);
+            expect_one_answer(
+                [&](VectorLevel level, double*, double* columns) {
+                    solid_columns_at(level)(at.view, at.frame, section,
+                                            weights.columns(columns, at.view.count));
+                },
+                at.view.count);
+        }
+}
+
+}  // namespace
+}  // namespace anomalis::forward
