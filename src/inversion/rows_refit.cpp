@@ -6,7 +6,7 @@ namespace anomalis::inversion {
 
 namespace {
 
-constexpr int most_steps = 30;
+constexpr int most_steps = 10;
 
 }  // namespace
 
