@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <benchmark/benchmark.h>
+#include <chrono>
 #include <cmath>
 #include <limits>
 #include <random>
@@ -12,7 +13,9 @@
 #include "core/body_parameters.h"
 #include "core/session.h"
 #include "intake/load.h"
+#include "intake/profile.h"
 #include "inversion/perform.h"
+#include "level_line.h"
 #include "model/refresh_model.h"
 #include "quiet_prompts.h"
 #include "textbook_fit.h"
@@ -119,6 +122,56 @@ std::vector<float> random_start(Example& example, const std::vector<float>& best
     return start;
 }
 
+double wall_seconds() {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+}
+
+/// Dykes along a line of 2000 stations; the data are theirs with noise, and each is then put off.
+void make_line(Session& session, int bodies) {
+    session.workspace = level_line(2000);
+    Workspace& w = session.workspace;
+    w.definition.z_column = 4;
+    w.first_station = 1;
+    w.last_station = 2000;
+    w.first_distance = w.distances[1];
+    w.last_distance = w.distances[2000];
+    w.mag.base = 0;
+    w.formulas = Formulas::exact;
+    w.mag.regional_degree = 1;
+    intake::setup_graphics_arrays(w, session.prompts);
+    for (int i = 0; i < bodies; ++i) {
+        ModelBody& body = add_body(w, thick_sheet, (i + 0.5) * 2000 / bodies);
+        body.vary = 1;
+        body.length.value = 0;
+        body.width.value = 4;
+        body.depth_extent.value = 40;
+        body.top.value = 140;
+        for (const BodyParameter& row : body_parameters()) (body.*row.slot).vary = 0;
+        for (BodyParam* param :
+             {&body.distance, &body.top, &body.dip, &body.width, &body.depth_extent, &body.susc})
+            param->vary = 1;
+    }
+    model::finish_load(session);
+    model::refresh_model(session);
+    std::mt19937 random(3);
+    for (int i = 1; i <= 2000; ++i)
+        w.mag.data(i, row_raw, stage_observed) =
+            w.mag.data(i, row_raw, stage_calculated) +
+            static_cast<float>(static_cast<double>(random()) / 4294967296.0 - 0.5);
+    for (int i = 1; i <= bodies; ++i) {
+        ModelBody& body = w.body(i);
+        body.distance.value += i % 2 == 0 ? 2.0F : -1.5F;
+        body.top.value -= 3;
+        body.dip.value += 8;
+        body.width.value *= 1.3F;
+        body.depth_extent.value *= 0.8F;
+        body.susc.value *= 0.8F;
+    }
+    invalidate_filtered_data(0, w);
+    reset_calculated_data(w, session.prompts);
+    model::refresh_model(session);
+}
+
 struct Case {
     const char* name;
     bool all_free;
@@ -197,6 +250,45 @@ BENCHMARK(starts)
     ->ArgsProduct({{0, 1, 2, 3, 4}, {1, 2, 4}, {1, 4}, {100}})
     ->Iterations(1)
     ->Unit(benchmark::kMillisecond);
+
+/// Many bodies with six free parameters each at 2000 stations: the whole run, what comes after the last
+/// iteration, and the longest time between two looks at who waits.
+void many_bodies(benchmark::State& state) {
+    struct Watch : inversion::RunObserver {
+        double last = wall_seconds(), longest = 0, fitted = 0;
+        void look() {
+            const double now = wall_seconds();
+            longest = std::max(longest, now - last);
+            last = now;
+        }
+        void evaluated() override { look(); }
+        bool working(double) override {
+            look();
+            return false;
+        }
+        void progress(const inversion::InversionProgress&) override {
+            look();
+            fitted = last;
+        }
+    };
+    for (auto _ : state) {
+        QuietPrompts prompts;
+        Session session(prompts, Settings());
+        make_line(session, static_cast<int>(state.range(0)));
+        Watch watch;
+        const double begin = watch.last;
+        RunResult result;
+        RunRequest request{.max_iterations = 25, .method = InversionMethod::least_squares};
+        inversion::perform_inversion(session.workspace, session.inversion, request, watch, result);
+        watch.look();
+        state.counters["fit_s"] = watch.fitted - begin;
+        state.counters["end_s"] = watch.last - watch.fitted;
+        state.counters["longest_s"] = watch.longest;
+        state.counters["iterations"] = result.iterations;
+        state.counters["misfit"] = result.misfit_pair[0];
+    }
+}
+BENCHMARK(many_bodies)->Arg(40)->Arg(80)->Arg(160)->Iterations(1)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace anomalis

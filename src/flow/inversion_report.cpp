@@ -94,12 +94,13 @@ InversionReport run_inversion(Session& session, const InvertOptions& options,
     take_settings(options, channel, session.workspace);
     model::refresh_model(session);
 
-    const inversion::RunRequest request{.entire_model = options.body == 0,
-                                        .current_body = options.body == 0 ? 1 : options.body,
-                                        .channel = channel,
-                                        .max_iterations = options.iterations,
-                                        .method = options.method,
-                                        .starts = options.starts};
+    const inversion::RunRequest request{
+        .entire_model = options.body == 0,
+        .current_body = options.body == 0 ? 1 : options.body,
+        .channel = options.channel == channel_joint ? options.channel : channel,
+        .max_iterations = options.iterations,
+        .method = options.method,
+        .starts = options.starts};
     CallbackObserver observer(progress, session.prompts);
     InversionReport report;
     report.method = options.method;

@@ -16,13 +16,17 @@ using Eigen::VectorXd;
 /// Rounds of the active set; what is still outside then is cut.
 constexpr int most_rounds = 12;
 
+/// Of Cholesky's decomposition, in cubes of the number of parameters.
+constexpr double units_a_product = 0.1;
+
 enum class Place { inside, low, high, out };
 
 /// In units of the columns, so that the matrix has a unit diagonal.
 class Search {
   public:
-    explicit Search(const BoundedStep& problem)
+    Search(const BoundedStep& problem, Pacer& pacer)
         : problem_(problem),
+          pacer_(pacer),
           size_(problem.gradient.size()),
           length_(problem.normal.diagonal().cwiseMax(0.0).cwiseSqrt()),
           step_(VectorXd::Zero(size_)),
@@ -65,6 +69,8 @@ class Search {
             right[b] = target[j] / length_[j];
         }
         const Eigen::LLT<Eigen::Ref<MatrixXd>> factors(system);
+        const auto size = static_cast<double>(count);
+        pacer_.done(units_a_product * size * size * size);
         if (factors.info() != Eigen::Success) return false;
         const VectorXd found = factors.solve(right);
         for (Index b = 0; b < count; ++b) {
@@ -101,6 +107,7 @@ class Search {
     }
 
     const BoundedStep& problem_;
+    Pacer& pacer_;
     Index size_;
     VectorXd length_, step_;
     std::vector<Place> places_;
@@ -108,8 +115,8 @@ class Search {
 
 }  // namespace
 
-BoundedAnswer bounded_step(const BoundedStep& problem) {
-    return Search(problem).run();
+BoundedAnswer bounded_step(const BoundedStep& problem, Pacer& pacer) {
+    return Search(problem, pacer).run();
 }
 
 }  // namespace anomalis::inversion

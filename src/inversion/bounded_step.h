@@ -23,7 +23,7 @@ struct BoundedAnswer {
 
 /// The step: components that would leave their bounds go to them and the rest is solved again; those that the
 /// gradient pulls back from a bound are let go. By Cholesky's decomposition. Zeros when the matrix is not
-/// positive for the digits.
-BoundedAnswer bounded_step(const BoundedStep& problem);
+/// positive for the digits. Raises Stopped.
+BoundedAnswer bounded_step(const BoundedStep& problem, Pacer& pacer);
 
 }  // namespace anomalis::inversion

@@ -113,7 +113,8 @@ void Account::find_all_intervals() {
     }
     RowsRefit refit(model_.workspace, rows_, parameters_, model_.pacer);
     const bool exact = std::sqrt(outcome_.sum_of_squares) <= few_roundings * rounding_;
-    const std::size_t refits = exact ? 0 : affordable_refits(parameters_.size());
+    const bool at_its_best = outcome_.end != FitEnd::iteration_limit;
+    const std::size_t refits = exact || !at_its_best ? 0 : affordable_refits(parameters_.size());
     intervals_ =
         refits > 0 ? find_intervals(errors_, places, refit, refits) : quadratic_intervals(errors_, places);
 }

@@ -244,7 +244,8 @@ void FitRows::residuals_at_best_amplitudes(std::vector<float>& values, std::span
                                               .gradient = columns.transpose() * own,
                                               .least = least,
                                               .most = most,
-                                              .damping = 1e-9})
+                                              .damping = 1e-9},
+                                             pacer_)
                                     .step;
         std::vector<double> factors;
         for (const double part : change) factors.push_back(1 + part);

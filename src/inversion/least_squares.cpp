@@ -62,7 +62,7 @@ class Solver {
     }
     BoundedAnswer step_damped_by(double damping) {
         system_.damping = damping;
-        return bounded_step(system_);
+        return bounded_step(system_, problem_.pacer());
     }
     bool promises_little();
     Step improve();

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <span>
 #include <string>
 #include <utility>
@@ -9,6 +10,7 @@
 
 #include "core/body_parameters.h"
 #include "core/failure.h"
+#include "core/numbers.h"
 #include "inversion/fit_account.h"
 #include "inversion/fit_rows.h"
 #include "inversion/fit_weights.h"
@@ -124,6 +126,17 @@ std::vector<FitParameter> fit_parameters(const FittedModel& model) {
     return parameters;
 }
 
+/// Readings that are one and the same tell of no body.
+std::vector<std::string> remarks_on_readings(const FitRows& rows) {
+    std::vector<std::string> remarks;
+    for (const FittedRows& channel : rows.channels()) {
+        if (channel.observed.maxCoeff() > channel.observed.minCoeff()) continue;
+        remarks.push_back("The " + std::string(channel.channel == channel_mag ? "magnetic" : "gravity") +
+                          " readings are the same at every station of the window: they tell of no body");
+    }
+    return remarks;
+}
+
 void require_enough_rows(const FitRows& rows) {
     std::size_t unknowns = rows.parameter_count();
     for (const FittedRows& channel : rows.channels())
@@ -146,11 +159,47 @@ bool fits_to_the_noise(const FitRows& rows, const FitOutcome& outcome) {
     return outcome.sum_of_squares <= most_chi_square * freedom;
 }
 
+/// "Of 4 starts 3 ended at this misfit, the others at an rms of 12.3 nT".
+std::string remark_on_starts(const FitRows& rows, std::vector<double> sums) {
+    constexpr double same = 1.02;
+    std::ranges::sort(sums);
+    const double least = std::max(sums.front(), std::numeric_limits<double>::min());
+    std::vector<std::string> others;
+    std::size_t here = 0;
+    double last = least;
+    for (const double sum : sums) {
+        if (std::sqrt(sum / least) <= same) {
+            ++here;
+            continue;
+        }
+        if (std::sqrt(sum / last) <= same) continue;
+        last = sum;
+        const FittedRows& channel = rows.channels().front();
+        const double rms = channel.sigma * std::sqrt(sum / static_cast<double>(rows.row_count()));
+        others.push_back(rows.channels().size() > 1 ? format_number(std::sqrt(sum / least), "0.0")
+                                                    : format_number(rms, "0.###"));
+    }
+    std::string text =
+        "Of " + std::to_string(sums.size()) + " starts " + std::to_string(here) + " ended at this misfit";
+    if (others.empty()) return text;
+    constexpr std::size_t most_named = 3;
+    others.resize(std::min(others.size(), most_named));
+    std::string named;
+    for (const std::string& one : others) named += (named.empty() ? "" : ", ") + one;
+    if (rows.channels().size() > 1) return text + ", others at " + named + " times it";
+    return text + ", others at an rms of " + named +
+           (rows.channels().front().channel == channel_mag ? " nT" : " mGal");
+}
+
 /// Other starts may end better than the fit.
 void take_best_start(const FittedModel& model, const RunRequest& request, FitRows& rows,
                      std::span<const FitParameter> parameters, FitOutcome& outcome,
-                     std::vector<std::string>& /*remarks*/) {
-    if (request.starts <= 1 || model.inversion.stop_inversion || fits_to_the_noise(rows, outcome)) return;
+                     std::vector<std::string>& remarks) {
+    const bool cut_short =
+        outcome.end == FitEnd::iteration_limit && request.max_iterations < default_iterations;
+    if (request.starts <= 1 || cut_short || model.inversion.stop_inversion ||
+        fits_to_the_noise(rows, outcome))
+        return;
     const RestartRequest restart{request.starts - 1,
                                  std::max(request.max_iterations, default_iterations),
                                  parameters,
@@ -159,6 +208,10 @@ void take_best_start(const FittedModel& model, const RunRequest& request, FitRow
                                  model.inversion.stop_inversion};
     Restarts others = fit_from_starts(model.workspace, rows, restart, model.pacer);
     rows.count_evaluations(others.evaluations);
+    std::vector<double> sums{outcome.sum_of_squares};
+    for (const FitOutcome& end : others.ends)
+        if (!end.values.empty()) sums.push_back(end.sum_of_squares);
+    remarks.push_back(remark_on_starts(rows, std::move(sums)));
     for (FitOutcome& end : others.ends) {
         if (end.values.empty() || !(end.sum_of_squares < outcome.sum_of_squares)) continue;
         end.iterations = outcome.iterations;
@@ -191,12 +244,14 @@ void fit_model(const FittedModel& model, const RunRequest& request, RunObserver&
     const std::vector<FitParameter> parameters = fit_parameters(model);
     FitRows rows(model.workspace, fit_request(model, request), model.faults, model.pacer);
     weigh_by_noise(model.workspace, model.inversion.inversion_target, rows);
+    result.status = run_failed;
+    std::vector<std::string> remarks = remarks_on_readings(rows);
     require_enough_rows(rows);
+    result.status = run_succeeded;
     WatchedFit fit(model, request, rows, parameters, observer, clock, result);
     try {
         FitOutcome outcome = fit_least_squares(fit, parameters, std::max(request.max_iterations, 1));
         fit.show(outcome.values);
-        std::vector<std::string> remarks;
         observer.stage(RunStage::starts);
         take_best_start(model, request, rows, parameters, outcome, remarks);
         observer.stage(RunStage::weights);

@@ -61,6 +61,7 @@ class Run {
         // previous one, test `Perform, the_first_run_after_a_change_of_channel_keeps_the_old_scale`.
         result_.status = setup_inversion(model_, request_.current_body, observer_);
         if (result_.status < 0) return;
+        use_channels_that_are_there();
         if (request_.channel == channel_joint && request_.method == InversionMethod::sweep) {
             result_.status = run_failed;
             throw Fault("The sweep inverts one channel; both at once need the least-squares method");
@@ -83,6 +84,7 @@ class Run {
     }
 
   private:
+    void use_channels_that_are_there();
     std::size_t target() const { return static_cast<std::size_t>(inversion_.inversion_target); }
     int scan(int mode);
     bool fill_parameters();
@@ -98,11 +100,21 @@ class Run {
     const FittedModel& model_;
     Workspace& workspace_;
     InversionState& inversion_;
-    const RunRequest& request_;
+    RunRequest request_;
     RunObserver& observer_;
     RunResult& result_;
     RunClock clock_;
 };
+
+/// A joint fit of a line with one channel is a fit of that channel.
+void Run::use_channels_that_are_there() {
+    if (request_.channel != channel_joint || (workspace_.has_mag() && workspace_.has_grav())) return;
+    const bool gravity = workspace_.has_grav();
+    request_.channel = gravity ? channel_grav : channel_mag;
+    model_.faults.add(gravity ? "The line has no magnetics: gravity alone is fitted"
+                              : "The line has no gravity: magnetics alone are fitted",
+                      1, Severity::remark);
+}
 
 int Run::scan(int mode) {
     int count = 0;

@@ -323,7 +323,7 @@ LeftRun run_and_leave(InversionMethod method, int leave_at) {
     ModelBody& body = line.add_body(pipe, 500, -80);
     body.dip.value = 0;
     body.length.value = 300;
-    body.num_sectors = 2500;
+    body.num_sectors = 5000;
     line.workspace().definition.grav_column = 0;
     line.take_model_as_data();
     body.susc.value += 30000;
