@@ -200,6 +200,11 @@ void take_best_start(const FittedModel& model, const RunRequest& request, FitRow
     if (request.starts <= 1 || cut_short || model.inversion.stop_inversion ||
         fits_to_the_noise(rows, outcome))
         return;
+    constexpr std::size_t most_parameters = 200;
+    if (parameters.size() > most_parameters) {
+        remarks.push_back("Other starts are left out: there are more than 200 parameters");
+        return;
+    }
     const RestartRequest restart{request.starts - 1,
                                  std::max(request.max_iterations, default_iterations),
                                  parameters,

@@ -20,7 +20,7 @@ namespace {
 /// Starts that begin together, from the same best end. A number of its own, so that the cores do not count.
 constexpr int starts_a_wave = 4;
 /// Models that are looked at for a start, for each body that it moves.
-constexpr int candidates = 48;
+constexpr int candidates = 48, most_candidates = 240;
 
 /// Leaves the work when it is asked to.
 class SharedPacer : public Pacer {
@@ -126,7 +126,7 @@ class Search {
         };
         const auto start = [&](std::span<const float> values, std::span<const std::int32_t> moved) {
             return chance_start(workspace_, own, request_.parameters, values, moved,
-                                candidates * static_cast<int>(moved.size()), seed);
+                                std::min(candidates * static_cast<int>(moved.size()), most_candidates), seed);
         };
         switch (number % 4) {
             case 0:
