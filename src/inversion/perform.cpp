@@ -36,7 +36,7 @@ void size_parameter_arrays(InversionState& inversion, int count) {
 /// The observer's turns.
 class ObserverPacer : public TurnPacer {
   public:
-    explicit ObserverPacer(RunObserver& observer) : observer_(observer) {}
+    explicit ObserverPacer(RunObserver& observer) : TurnPacer(observer.turn_units()), observer_(observer) {}
 
   protected:
     bool turn(double units) override { return observer_.working(units); }

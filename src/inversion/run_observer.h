@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/inversion_state.h"
+#include "core/pacer.h"
 
 namespace anomalis::inversion {
 
@@ -25,6 +26,8 @@ class RunObserver {
     /// A model is being evaluated and has done `units` more (see core/pacer.h): who waits can be served.
     /// True: the run ends here and now, with what it accepted so far.
     virtual bool working(double /*units*/) { return false; }
+    /// Units of work between two calls of `working`, read at the start of a run.
+    virtual double turn_units() const { return TurnPacer::usual_turn; }
     virtual void show_initial_misfit(const MisfitPair&) {}
     virtual void show_current_misfit(const MisfitPair&) {}
     /// Another part of a run begins. It starts with the fit.

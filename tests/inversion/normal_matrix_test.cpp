@@ -84,18 +84,28 @@ class LeavingPacer : public Pacer {
   public:
     explicit LeavingPacer(int n) : left_(n) {}
     void done(double) override {
-        if (--left_ <= 0) throw Stopped{};
+        if (++words_; words_ >= left_) throw Stopped{};
     }
+    int words() const { return words_; }
 
   private:
-    int left_;
+    int left_, words_ = 0;
 };
 
 TEST(NormalMatrix, can_be_left_between_its_blocks) {
     const MatrixXd matrix = numbers(300, 200);
-    for (const int threads : {1, 2}) {
-        LeavingPacer pacer(3);
+    LeavingPacer pacer(3);
+    EXPECT_THROW(normal_matrix(matrix, pacer, 1), Stopped);
+    EXPECT_EQ(pacer.words(), 3) << "not a block more";
+}
+
+/// Helpers may have taken every block before the caller comes to one: it asks all the same.
+TEST(NormalMatrix, asks_whoever_waits_whatever_the_helpers_took) {
+    const MatrixXd matrix = numbers(300, 200);
+    for (const int threads : {2, 3}) {
+        LeavingPacer pacer(1);
         EXPECT_THROW(normal_matrix(matrix, pacer, threads), Stopped);
+        EXPECT_EQ(pacer.words(), 1);
     }
 }
 

@@ -95,8 +95,12 @@ void for_each_block(std::size_t blocks, int workers, Pacer& pacer,
     }
     std::atomic<std::size_t> next{0};
     const Helpers::Run run = [&](BlockWorker& worker) {
-        for (std::size_t block = next++; block < blocks && worker.goes_on(0); block = next++)
+        // Asked before a block is taken: who waits is heard even where the others took them all.
+        while (worker.goes_on(0)) {
+            const std::size_t block = next++;
+            if (block >= blocks) return;
             work(worker, block);
+        }
     };
     Helpers helpers(workers - 1, run);
     BlockWorker caller(0, &pacer, workers, helpers.left());
