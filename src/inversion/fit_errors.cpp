@@ -25,7 +25,8 @@ constexpr double fine_null_eigenvalue = 1e-13;
 constexpr double coarse_null_eigenvalue = 1e-6;
 /// A parameter with more than this share (squared) of such directions is undetermined itself.
 constexpr double null_share = 0.01;
-/// So many independent data more than unknowns must there be.
+/// So many rows more than unknowns must there be, and so many independent data in all. How little a handful
+/// of those says of the noise is in the intervals already.
 constexpr double least_spare = 3;
 /// Of more parameters nobody follows profiles.
 constexpr Index most_profiled = 60;
@@ -184,10 +185,12 @@ void Errors::describe_channels() {
 }
 
 bool Errors::too_few_data() const {
-    double spare = -static_cast<double>(count());
-    for (std::size_t c = 0; c < channels_.size(); ++c)
-        spare += result_.channels[c].covariance.independent - weighted_[c].regional_count;
-    return spare < least_spare;
+    double spare = -static_cast<double>(count()), independent = 0;
+    for (std::size_t c = 0; c < channels_.size(); ++c) {
+        spare += static_cast<double>(channels_[c].residual.size()) - weighted_[c].regional_count;
+        independent += result_.channels[c].covariance.independent;
+    }
+    return spare < least_spare || independent < least_spare;
 }
 
 /// Adds what the noise of a channel does to the estimates; the slopes of their variances (rows) by the

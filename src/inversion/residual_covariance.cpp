@@ -37,6 +37,10 @@ constexpr int most_turns = 60;
 constexpr double same_likelihood = 0.01;
 /// What is known of the logarithms of variances and rate before: a factor of 4 or so.
 constexpr double prior_deviation = 1.5;
+/// The correlated variance is hardly more than so many times what the residuals show: a smooth process would
+/// else hide any amount of itself in what was fitted.
+constexpr double most_hidden = 3;
+constexpr double hidden_deviation = 0.15;  ///< of the logarithm beyond
 
 /// A correlated part: the logarithms of its variance in units of the white one and of its length in m.
 using Point = Vector2d;
@@ -56,7 +60,17 @@ class Search {
     RestrictedLikelihood::Parts parts(const Point& point) const {
         return likelihood_.parts(process_, std::exp(point[0]), rate(point));
     }
-    double value(const Point& point) const { return likelihood_.value(parts(point)); }
+    /// How far the correlated variance is beyond what may hide, in deviations.
+    double beyond(const Point& point, const RestrictedLikelihood::Parts& all) const {
+        const double shown = likelihood_.scale(all) * std::exp(point[0]) / likelihood_.mean_square();
+        return std::max(std::log(shown / most_hidden), 0.0) / hidden_deviation;
+    }
+    /// The logarithm of the likelihood, less what speaks against noise that the residuals do not show.
+    double value(const Point& point) const {
+        const RestrictedLikelihood::Parts all = parts(point);
+        const double hidden = beyond(point, all);
+        return likelihood_.value(all) - 0.5 * hidden * hidden;
+    }
 
     /// The best of a few points that lie far apart.
     Point best_start() const {
@@ -153,6 +167,7 @@ Matrix3d uncertainty_at(const Search& search, const RestrictedLikelihood& likeli
     information = (back.transpose() * information * back).eval();
     const double known = 1 / (prior_deviation * prior_deviation);
     information.diagonal().array() += known;
+    if (search.beyond(point, at[1][1]) > 0) information(1, 1) += 1 / (hidden_deviation * hidden_deviation);
     const Eigen::SelfAdjointEigenSolver<Matrix3d> axes(information);
     const Vector3d spread = axes.eigenvalues().cwiseMax(known).cwiseInverse();
     return axes.eigenvectors() * spread.asDiagonal() * axes.eigenvectors().transpose();
@@ -168,8 +183,13 @@ Found most_likely(const RestrictedLikelihood& likelihood, double white_value) {
     Found found;
     for (int smoothness = 0; smoothness <= most_smoothness; ++smoothness) {
         const Search search(likelihood, smoothness);
-        const Point start = smoothness == 0 ? search.best_start() : found.point;
-        if (smoothness == 0 && 2 * (search.value(start) - white_value) < hopeless_gain) break;
+        Point start = found.point;
+        // The roughest process says little of where a smooth one stands.
+        if (smoothness <= 1) {
+            start = search.best_start();
+            if (smoothness == 0 && 2 * (search.value(start) - white_value) < hopeless_gain) break;
+            if (smoothness == 1 && search.value(found.point) > search.value(start)) start = found.point;
+        }
         const Point point = search.climb(start);
         const double value = search.value(point);
         if (value <= found.value) break;

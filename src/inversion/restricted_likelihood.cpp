@@ -72,6 +72,7 @@ RestrictedLikelihood::RestrictedLikelihood(const VectorXd& distance, const Vecto
     width_ = counted_alone ? 1 : static_cast<std::size_t>(basis.cols()) + 1;
     rows_ = static_cast<std::size_t>(rows);
     freedom_ = static_cast<double>(rows - basis.cols());
+    mean_square_ = value.squaredNorm() / std::max(freedom_, 1.0);
     extent_ = rows > 0 ? place[rows - 1] - place[0] : 0;
     spacing_ = rows > 1 ? extent_ / static_cast<double>(distance.size() - 1) : 0;
     table_.reserve(rows_ * width_);

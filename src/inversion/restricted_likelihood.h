@@ -29,6 +29,8 @@ class RestrictedLikelihood {
     /// The variance of the white noise there.
     double scale(const Parts& parts) const { return parts.squares / freedom_; }
 
+    /// Mean square of the residuals, a degree of freedom.
+    double mean_square() const { return mean_square_; }
     double freedom() const { return freedom_; }  ///< rows less columns
     double spacing() const { return spacing_; }  ///< mean distance between stations, m
     double extent() const { return extent_; }    ///< m
@@ -40,7 +42,7 @@ class RestrictedLikelihood {
     std::size_t rows_ = 0, width_ = 1;  ///< of the table: basis of the columns, then the residual
     std::vector<double> table_;         ///< row by row, along the line
     std::vector<double> steps_;         ///< m to the row before
-    double freedom_ = 0, spacing_ = 1, extent_ = 0;
+    double mean_square_ = 0, freedom_ = 0, spacing_ = 1, extent_ = 0;
 };
 
 }  // namespace anomalis::inversion
