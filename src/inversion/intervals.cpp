@@ -52,6 +52,8 @@ class Intervals {
         double first = 0, last = 0;  ///< ways
 
         double by(double way) const;
+        /// The quadratic one on that axis; not a number where it reaches further than a profile would go.
+        double unfollowed_end(double value) const;
     };
     Side side_of(std::size_t i, double direction) const;
     std::vector<double> moved(const Side& side, double by) const;
@@ -98,6 +100,12 @@ double Intervals::Side::by(double way) const {
     return std::min(size * (towards ? -std::expm1(-way) : std::expm1(way)), limit);
 }
 
+double Intervals::Side::unfollowed_end(double value) const {
+    const double way = size == 0 ? reach : reach / size;
+    if ((size > 0 && way > furthest_factor) || by(way) >= limit) return no_number;
+    return value + direction * by(way);
+}
+
 /// All parameters where the columns expect the others to follow; at a limit a size would be stuck, so they
 /// keep a part of their way to it.
 std::vector<double> Intervals::moved(const Side& side, double by) const {
@@ -136,7 +144,7 @@ double Intervals::end_of(const Side& side) {
     double above_growth = 0;
     for (int turn = 0; turn < refits_a_side; ++turn) {
         const std::optional<double> here = refitted(side, side.by(trial));
-        if (!here) return value + side.direction * std::min(side.reach, side.limit);
+        if (!here) return side.unfollowed_end(value);
         if (std::abs(*here / side.threshold - 1) < close_enough) return place(trial);
         if (*here < side.threshold) {
             if (trial >= side.last || side.by(trial) >= side.limit) return no_number;
@@ -162,8 +170,8 @@ Interval Intervals::find(std::size_t i, const Interval& quadratic) {
     const Side down = side_of(i, -1), up = side_of(i, 1);
     if (!(down.threshold > 0)) return quadratic;
     if (stands(down) && stands(up)) return quadratic;
-    if (refits_left_ == 0) return quadratic;
-    return {end_of(down), end_of(up), true};
+    const bool followed = refits_left_ > 0;
+    return {end_of(down), end_of(up), followed};
 }
 
 }  // namespace

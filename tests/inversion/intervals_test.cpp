@@ -162,6 +162,20 @@ TEST(Intervals, refits_are_bounded) {
     EXPECT_FALSE(intervals[1].profiled);
 }
 
+/// A size that is not known to a factor of a hundred is open, and does not end on its limit.
+TEST(Intervals, without_a_refit_left_a_size_keeps_the_logarithm_of_its_axis) {
+    FormulaRefit refit([](double a, double b) { return std::pow(a, 4) + std::pow(b, 4); });
+    FitErrors errors = plain_errors();
+    const auto end_of_size = [&](double size) {
+        const std::vector<IntervalParameter> parameters{{.value = size, .lower = 0}, {.value = 0}};
+        return find_intervals(errors, parameters, refit, 0)[0];
+    };
+    EXPECT_NEAR(end_of_size(1).lower, std::exp(-1.645), 1e-3);
+    EXPECT_NEAR(end_of_size(1).upper, std::exp(1.645), 1e-2);
+    EXPECT_TRUE(std::isnan(end_of_size(0.1).lower));
+    EXPECT_TRUE(std::isnan(end_of_size(0.1).upper));
+}
+
 TEST(Intervals, what_is_held_or_open_has_none) {
     FitErrors errors = plain_errors();
     errors.errors[1] = std::nan("");
