@@ -38,10 +38,12 @@ std::string now() {
     return text.data();
 }
 
-/// Profiles take fits: as many as are felt no more than the fit itself.
+/// Profiles take fits: as many as are felt no more than the fit itself. Few parameters are cheap to fit
+/// again, and where a size is all but open each side of each of them takes some ten.
 std::size_t affordable_refits(std::size_t parameters) {
-    constexpr std::size_t most = 40, few = 60;
-    return parameters <= few ? most : 0;
+    constexpr std::size_t least = 40, most = 160, work = 960, few = 60;
+    if (parameters == 0 || parameters > few) return 0;
+    return std::clamp(work / parameters, least, most);
 }
 
 class Account {

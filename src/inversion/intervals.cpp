@@ -24,6 +24,8 @@ constexpr double most_growth = 3;
 /// The end of an interval is found to this part of it.
 constexpr double close_enough = 0.03;
 constexpr int refits_a_side = 8;
+/// Ends of a bracket whose growth is so many times off the threshold tell nothing of the place in between.
+constexpr double most_overshoot = 3;
 /// How much of the way to its limit a parameter may follow.
 constexpr double kept_way = 0.8;
 
@@ -134,7 +136,9 @@ std::optional<double> Intervals::refitted(const Side& side, double by) {
     return growth(refit_.refit(side.parameter, value, moved(side, by)));
 }
 
-/// Follows the profile outwards, then by the secant: its root is nearly straight.
+/// Follows the profile outwards, then by the secant where its root is nearly straight and by halves
+/// elsewhere: the width of a thin body adds by its square and more, so that the secant would hardly leave the
+/// inner end.
 double Intervals::end_of(const Side& side) {
     const double value = values_[side.parameter];
     const auto place = [&](double way) { return value + side.direction * side.by(way); };
@@ -156,7 +160,9 @@ double Intervals::end_of(const Side& side) {
         }
         if (above) {
             const double part = (side.threshold - below_growth) / (above_growth - below_growth);
-            trial = below + std::clamp(part, 0.1, 0.9) * (*above - below);
+            const bool straight = above_growth < most_overshoot * side.threshold &&
+                                  (below == 0 || below_growth > side.threshold / most_overshoot);
+            trial = below + (straight ? std::clamp(part, 0.1, 0.9) : 0.5) * (*above - below);
             if (*above - below < close_enough * *above) break;
         } else {
             const double wanted = 1.1 * trial * side.threshold / std::max(*here, 1e-3 * side.threshold);

@@ -22,6 +22,8 @@ double RowsRefit::refit(std::size_t parameter, double value, std::span<const dou
     std::vector<FitParameter> parameters(parameters_.begin(), parameters_.end());
     for (std::size_t i = 0; i < parameters.size(); ++i) {
         FitParameter& p = parameters[i];
+        // The profile is of the data alone.
+        p.hold = 0;
         if (p.lower <= p.upper) p.value = std::clamp(static_cast<float>(start[i]), p.lower, p.upper);
     }
     FitParameter& held = parameters[parameter];

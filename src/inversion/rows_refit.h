@@ -8,7 +8,8 @@
 namespace anomalis::inversion {
 
 /// Fits the rows again with one parameter held, for the profile of its likelihood: a few damped steps from
-/// where the others are expected. The state of the rows is that of the last call afterwards.
+/// where the others are expected, without weak holds. The state of the rows is that of the last call
+/// afterwards.
 class RowsRefit : public Refit {
   public:
     RowsRefit(const Workspace& workspace, FitRows& rows, std::span<const FitParameter> parameters,

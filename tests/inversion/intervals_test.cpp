@@ -116,6 +116,17 @@ TEST(Intervals, a_profile_that_never_rises_is_open_without_a_limit_too) {
     EXPECT_LE(refit.refits, 16);
 }
 
+/// The width of a thin body adds by a high power, and the first refit goes far beyond the end.
+TEST(Intervals, a_steep_profile_is_followed_to_its_end) {
+    FormulaRefit refit([](double a, double b) { return std::pow(a / 2, 8) + square(b); });
+    FitErrors errors = plain_errors();
+    errors.errors[0] = 100;
+    const std::vector<IntervalParameter> parameters{{.value = 1, .lower = 0}, {.value = 0}};
+    const auto intervals = find_intervals(errors, parameters, refit, 100);
+    EXPECT_TRUE(std::isnan(intervals[0].lower));
+    EXPECT_NEAR(intervals[0].upper, 2 * std::pow(1.645, 0.25), 0.05);
+}
+
 /// A size whose errors are far beyond it, as the susceptibility of a body that is all but thin.
 TEST(Intervals, a_size_is_followed_by_factors_down_to_a_hundredth) {
     FormulaRefit refit([](double a, double b) { return (a > 0 ? square(std::log10(a)) : 1e9) + square(b); });
