@@ -251,6 +251,43 @@ BENCHMARK(starts)
     ->Iterations(1)
     ->Unit(benchmark::kMillisecond);
 
+/// A whole fit with its regional, errors and intervals, and the same with the starts of the default, beside a
+/// textbook fit of the same rows that calculates one body a column and tells no errors. Due: at most 1.5
+/// times the textbook fit.
+void whole_fit(benchmark::State& state) {
+    const Case& tested = cases[state.range(0)];
+    constexpr int runs = 20;
+    for (auto _ : state) {
+        Example example(tested.name, tested.all_free, tested.channel);
+        const std::vector<float> shipped = example.values();
+        std::mt19937 random(20240917);
+        double whole = 0, with_starts = 0, textbook = 0, intervals = 0;
+        for (int run = 0; run < runs; ++run) {
+            const std::vector<float> start = random_start(example, truth_of(tested), shipped, 1, random);
+            const auto take = [&](double& seconds, const auto& fit) {
+                example.put(start);
+                const double begin = cpu_seconds();
+                fit();
+                seconds += cpu_seconds() - begin;
+            };
+            take(textbook, [&] { textbook_fit(example.session, tested.channel); });
+            take(with_starts, [&] { example.run(inversion::default_starts); });
+            take(whole, [&] {
+                const RunResult result = example.run(1);
+                for (const FittedParameter& one : result.record->parameters)
+                    intervals += std::isfinite(one.lower) || std::isfinite(one.upper);
+            });
+        }
+        state.SetLabel(std::string(tested.name) + ", " + std::to_string(shipped.size()) + " parameters");
+        state.counters["textbook_ms"] = textbook * 1e3 / runs;
+        state.counters["whole_ms"] = whole * 1e3 / runs;
+        state.counters["ratio"] = whole / textbook;
+        state.counters["ratio_with_starts"] = with_starts / textbook;
+        state.counters["intervals"] = intervals / runs;
+    }
+}
+BENCHMARK(whole_fit)->Arg(0)->Arg(1)->Iterations(1)->Unit(benchmark::kMillisecond);
+
 /// Many bodies with six free parameters each at 2000 stations: the whole run, what comes after the last
 /// iteration, and the longest time between two looks at who waits.
 void many_bodies(benchmark::State& state) {
