@@ -137,8 +137,7 @@ FitStatistics Account::statistics() const {
 std::vector<std::string> Account::remarks() const {
     std::vector<std::string> names;
     for (const InversionParamPlace& place : rows_.request().places)
-        names.push_back("Body " + std::to_string(place.body) + " " +
-                        std::string(param_name(place.param_code)));
+        names.push_back(std::string(param_name(place.param_code)) + " of body " + std::to_string(place.body));
     return fit_remarks(errors_, fits_, names);
 }
 

@@ -71,8 +71,8 @@ void tell_pairs(const FitErrors& errors, std::span<const std::string> names,
     std::ranges::stable_sort(pairs, std::ranges::greater{},
                              [](const Pair& pair) { return std::abs(pair.correlation); });
     for (std::size_t k = 0; k < std::min(pairs.size(), most_pairs); ++k)
-        remarks.push_back(names[pairs[k].first] + " and " + names[pairs[k].second] +
-                          " are hardly told apart: correlation " +
+        remarks.push_back("The data hardly tell " + names[pairs[k].first] + " from " +
+                          names[pairs[k].second] + ": correlation " +
                           format_number(pairs[k].correlation, "0.000") + ".");
     if (pairs.size() > most_pairs)
         remarks.push_back(format_number(static_cast<std::int32_t>(pairs.size() - most_pairs), "0") +

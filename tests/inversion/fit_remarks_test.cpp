@@ -13,7 +13,7 @@ using testing::IsEmpty;
 struct Fit {
     FitErrors errors;
     std::vector<ChannelFit> channels{ChannelFit{}};
-    std::vector<std::string> names{"Body 1 top", "Body 1 width"};
+    std::vector<std::string> names{"top of body 1", "width of body 1"};
 
     Fit() {
         errors.errors = {1, 1};
@@ -78,7 +78,7 @@ TEST(FitRemarks, pairs_that_are_hardly_told_apart_are_named) {
     Fit fit;
     fit.errors.correlation = {1, -0.981, -0.981, 1};
     EXPECT_THAT(fit.remarks(),
-                ElementsAre("Body 1 top and Body 1 width are hardly told apart: correlation -0.981."));
+                ElementsAre("The data hardly tell top of body 1 from width of body 1: correlation -0.981."));
 }
 
 TEST(FitRemarks, of_many_pairs_the_strongest_are_named_and_the_others_counted) {
@@ -90,7 +90,7 @@ TEST(FitRemarks, of_many_pairs_the_strongest_are_named_and_the_others_counted) {
     fit.errors.correlation[1 * size + 2] = -0.999;
     const auto remarks = fit.remarks();
     ASSERT_EQ(remarks.size(), 6U);
-    EXPECT_EQ(remarks[0], "b and c are hardly told apart: correlation -0.999.");
+    EXPECT_EQ(remarks[0], "The data hardly tell b from c: correlation -0.999.");
     EXPECT_EQ(remarks[5], "1 more pairs of parameters are correlated above 0.95.");
 }
 
