@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <benchmark/benchmark.h>
+#include <chrono>
+#include <cmath>
 #include <memory>
 #include <string>
 #include <vector>
@@ -13,6 +15,7 @@
 #include "forward/classic/mag_response.h"
 #include "intake/load.h"
 #include "intake/profile.h"
+#include "inversion/perform.h"
 #include "level_line.h"
 #include "model/misfit.h"
 #include "model/refresh_model.h"
@@ -125,6 +128,72 @@ BENCHMARK(a_run)
     ->Args({10, 1000})
     ->Args({10, 4000})
     ->Args({10, 8000})
+    ->Iterations(1)
+    ->Unit(benchmark::kMillisecond);
+
+/// When a run tells what, by the time that a person waits.
+struct TimingObserver : inversion::RunObserver {
+    using Clock = std::chrono::steady_clock;
+
+    bool working(double) override {
+        heard();
+        return false;
+    }
+    void evaluated() override { heard(); }
+    void progress(const inversion::InversionProgress&) override { last_iteration = Clock::now(); }
+    void stage(inversion::RunStage stage) override { in_statistics |= stage == inversion::RunStage::errors; }
+    void heard() {
+        const Clock::time_point now = Clock::now();
+        double& longest = in_statistics ? longest_in_statistics : longest_in_fit;
+        longest = std::max(longest, std::chrono::duration<double>(now - last).count());
+        last = now;
+    }
+
+    Clock::time_point last = Clock::now(), last_iteration = last;
+    double longest_in_fit = 0, longest_in_statistics = 0;
+    bool in_statistics = false;
+};
+
+/// 160 bodies with six free parameters each: how long the end is after the last iteration, as a part of the
+/// whole, and how soon a stop would be answered.
+void many_parameters(benchmark::State& state, Formulas formulas, float noise) {
+    for (auto _ : state) {
+        state.PauseTiming();
+        Line line(2000, 160);
+        Workspace& w = line.session.workspace;
+        w.formulas = formulas;
+        for (int i = 1; i <= 160; ++i) {
+            ModelBody& body = w.body(i);
+            body.strike.vary = body.width.vary = 1;
+            body.mag_response_valid = false;
+        }
+        auto observed = w.mag.data.row(row_raw, stage_observed);
+        for (std::size_t i = 0; i < observed.size(); ++i)
+            observed[i] += noise * std::sin(static_cast<float>(i * i % 1013));
+        invalidate_filtered_data(0, w);
+        model::refresh_model(line.session);
+        state.ResumeTiming();
+        TimingObserver observer;
+        inversion::RunResult result;
+        const auto start = TimingObserver::Clock::now();
+        inversion::perform_inversion(w, line.session.inversion,
+                                     {.max_iterations = 25, .method = InversionMethod::least_squares},
+                                     observer, result);
+        observer.heard();
+        const auto end = TimingObserver::Clock::now();
+        const auto part = std::chrono::duration<double>(end - observer.last_iteration).count();
+        state.counters["iterations"] = result.iterations;
+        state.counters["parameters"] = line.session.inversion.inversion_params.count();
+        state.counters["end_ms"] = part * 1e3;
+        state.counters["end_to_whole"] = part / std::chrono::duration<double>(end - start).count();
+        state.counters["answer_in_fit_ms"] = observer.longest_in_fit * 1e3;
+        state.counters["answer_in_statistics_ms"] = observer.longest_in_statistics * 1e3;
+    }
+}
+BENCHMARK_CAPTURE(many_parameters, classic, Formulas::classic, 5.0F)
+    ->Iterations(1)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(many_parameters, exact, Formulas::exact, 5.0F)
     ->Iterations(1)
     ->Unit(benchmark::kMillisecond);
 

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <limits>
 
+#include "inversion/dense_steps.h"
 #include "inversion/normal_matrix.h"
 #include "inversion/student.h"
 
@@ -32,14 +33,13 @@ constexpr double least_spare = 3;
 constexpr Index most_profiled = 60;
 /// Beside the largest eigenvalue of the normal matrix of unit columns.
 constexpr double weak_direction = 1e-3;
-/// Columns between two looks at the pacer.
-constexpr Index block = 64;
 
 /// One channel without its regional, in units of its sigma.
 struct WeightedColumns {
     MatrixXd columns;  ///< rows by used parameters, each divided by the scale of the parameter
     double sigma = 1;
     double regional_count = 0;
+    MatrixXd normal;  ///< its lower half
 };
 
 class Errors {
@@ -96,7 +96,7 @@ class Errors {
 void Errors::weigh(const std::vector<bool>& held) {
     VectorXd left = VectorXd::Zero(static_cast<Index>(size_)), whole = left;
     for (const ChannelFit& channel : channels_) {
-        WeightedColumns weighted{channel.columns, channel.sigma, 0};
+        WeightedColumns weighted{channel.columns, channel.sigma, 0, {}};
         if (channel.regional.cols() > 0) {
             const Eigen::ColPivHouseholderQR<MatrixXd> qr(channel.regional);
             weighted.regional_count = static_cast<double>(qr.rank());
@@ -121,7 +121,10 @@ void Errors::weigh(const std::vector<bool>& held) {
 
 void Errors::invert() {
     normal_ = MatrixXd::Zero(count(), count());
-    for (const WeightedColumns& weighted : weighted_) normal_ += normal_matrix(weighted.columns, pacer_);
+    for (WeightedColumns& weighted : weighted_) {
+        weighted.normal = normal_matrix(weighted.columns, pacer_);
+        normal_ += weighted.normal;
+    }
     inverse_ = inverse_normal(normal_);
     for (Index a = 0; a < count(); ++a) {
         const double own = inverse_(a, a);
@@ -138,18 +141,11 @@ MatrixXd Errors::inverse_normal(const MatrixXd& normal) {
     pacer_.done(cube / 6);
     if (triangle.info() != Eigen::Success || !(triangle.rcond() > 10 * null_eigenvalue()))
         return without_null_directions(normal);
-    MatrixXd inverse = MatrixXd::Identity(count(), count());
-    for (Index from = 0; from < count(); from += block) {
-        auto columns = inverse.middleCols(from, std::min(block, count() - from));
-        triangle.solveInPlace(columns);
-        pacer_.done(static_cast<double>(count() * count() * columns.cols()) / 2);
-    }
-    return inverse;
+    return inverse_by(triangle, pacer_);
 }
 
 MatrixXd Errors::without_null_directions(const MatrixXd& normal) {
-    const Eigen::SelfAdjointEigenSolver<MatrixXd> axes(normal);
-    pacer_.done(9 * std::pow(static_cast<double>(count()), 3) / 2);
+    const SymmetricAxes axes = axes_of(normal, pacer_);
     const double least = null_eigenvalue() * axes.eigenvalues().tail(1)[0];
     VectorXd strength = VectorXd::Zero(count()), null_part = VectorXd::Zero(count());
     for (Index s = 0; s < count(); ++s) {
@@ -161,7 +157,8 @@ MatrixXd Errors::without_null_directions(const MatrixXd& normal) {
     }
     for (Index a = 0; a < count(); ++a)
         if (null_part[a] > null_share) result_.undetermined[place(a)] = true;
-    return axes.eigenvectors() * strength.asDiagonal() * axes.eigenvectors().transpose();
+    const MatrixXd weighted = axes.eigenvectors() * strength.asDiagonal();
+    return product_of(weighted, axes.eigenvectors().transpose(), pacer_);
 }
 
 void Errors::describe_channels() {
@@ -172,14 +169,14 @@ void Errors::describe_channels() {
         const auto rows = static_cast<double>(channel.residual.size());
         const double squares = channel.residual.squaredNorm();
         told.rms = rows > 0 ? std::sqrt(squares / rows) : 0;
-        const double taken = (weighted.columns * inverse_).cwiseProduct(weighted.columns).sum();
+        const double taken = 2 * weighted.normal.cwiseProduct(inverse_).sum() -
+                             weighted.normal.diagonal().dot(inverse_.diagonal());
         const double freedom = rows - weighted.regional_count - taken;
         const double noise = channel.noise > 0 ? channel.noise : channel.sigma;
         told.chi_square = freedom >= 1 && noise > 0 ? squares / (noise * noise) / freedom : no_number;
         MatrixXd columns(channel.residual.size(), count() + channel.regional.cols());
         columns << weighted.columns, channel.regional;
-        told.covariance = find_residual_covariance(channel.distance, channel.residual, columns);
-        pacer_.done(rows * static_cast<double>(columns.cols() * columns.cols()));
+        told.covariance = find_residual_covariance(channel.distance, channel.residual, columns, pacer_);
         result_.channels.push_back(told);
     }
 }
@@ -193,8 +190,8 @@ bool Errors::too_few_data() const {
     return spare < least_spare || independent < least_spare;
 }
 
-/// Adds what the noise of a channel does to the estimates; the slopes of their variances (rows) by the
-/// logarithms of the channel's two variances and rate.
+/// Adds what the noise of a channel does to the estimates, to the lower half; the slopes of their variances
+/// (rows) by the logarithms of the channel's two variances and rate.
 void Errors::propagate_channel(std::size_t c, MatrixXd& covariance, MatrixXd& slopes) const {
     const ResidualCovariance& noise = result_.channels[c].covariance;
     const double white = noise.white * noise.white / (weighted_[c].sigma * weighted_[c].sigma);
@@ -204,15 +201,14 @@ void Errors::propagate_channel(std::size_t c, MatrixXd& covariance, MatrixXd& sl
         slopes.col(0) = covariance.diagonal();
         return;
     }
-    const MatrixXd estimator = weighted_[c].columns * inverse_;
-    const auto work = static_cast<double>(estimator.size()) * static_cast<double>(count());
-    pacer_.done(work);
-    // In blocks of estimates, so that a stop is heard.
-    for (Index from = 0; from < count(); from += block) {
-        const auto some = estimator.middleCols(from, std::min(block, count() - from));
-        const double unit = 1 / (weighted_[c].sigma * weighted_[c].sigma);
+    const MatrixXd estimator = product_of(weighted_[c].columns, inverse_, pacer_);
+    const double unit = 1 / (weighted_[c].sigma * weighted_[c].sigma);
+    const auto some_estimates = [&](Index from, Index columns) {
+        const auto some = estimator.middleCols(from, columns);
         const MatrixXd reached = unit * covariance_times(noise, channels_[c].distance, some);
-        covariance.middleCols(from, some.cols()).noalias() += estimator.transpose() * reached;
+        const Index below = count() - from;
+        covariance.block(from, from, below, columns).noalias() +=
+            estimator.rightCols(below).transpose() * reached;
         const VectorXd whole = some.cwiseProduct(reached).colwise().sum().transpose();
         const VectorXd of_white = white * some.colwise().squaredNorm().transpose();
         slopes.block(from, at, some.cols(), 1) = of_white;
@@ -225,8 +221,11 @@ void Errors::propagate_channel(std::size_t c, MatrixXd& covariance, MatrixXd& sl
             slopes.block(from, at + 2, some.cols(), 1) =
                 (some.cwiseProduct(other).colwise().sum().transpose() - whole) / h;
         }
-        pacer_.done(work * static_cast<double>(some.cols()) / static_cast<double>(count()));
-    }
+    };
+    constexpr double units_a_value = 0.2, others = 200;
+    const double units =
+        units_a_value * static_cast<double>(estimator.rows()) * (static_cast<double>(count()) + others);
+    for_column_blocks(count(), units, pacer_, some_estimates);
 }
 
 void Errors::propagate() {
@@ -235,7 +234,7 @@ void Errors::propagate() {
     MatrixXd covariance = MatrixXd::Zero(count(), count());
     MatrixXd slopes = MatrixXd::Zero(count(), static_cast<Index>(3 * channels_.size()));
     for (std::size_t c = 0; c < channels_.size(); ++c) propagate_channel(c, covariance, slopes);
-    fill(covariance, slopes);
+    fill(covariance.selfadjointView<Eigen::Lower>(), slopes);
 }
 
 /// The inverse of the normal matrix on its strong directions; empty when there is no weak one.

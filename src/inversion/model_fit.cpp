@@ -254,6 +254,7 @@ void fit_model(const FittedModel& model, const RunRequest& request, RunObserver&
     require_enough_rows(rows);
     result.status = run_succeeded;
     WatchedFit fit(model, request, rows, parameters, observer, clock, result);
+    bool fitted = false;
     try {
         FitOutcome outcome = fit_least_squares(fit, parameters, std::max(request.max_iterations, 1));
         fit.show(outcome.values);
@@ -264,9 +265,13 @@ void fit_model(const FittedModel& model, const RunRequest& request, RunObserver&
         fit.show(outcome.values);
         result.status = status_of(outcome.end);
         observer.stage(RunStage::errors);
+        fitted = true;
         give_account(model, request, rows, parameters, outcome, std::move(remarks), result);
     } catch (const Stopped&) {
         fit.go_back();
+        if (fitted)
+            model.faults.add("Stopped before the errors were found: the values stand, without errors", 1,
+                             Severity::remark);
         throw;
     }
     fit.tell_evaluations();

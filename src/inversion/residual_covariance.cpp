@@ -47,8 +47,8 @@ using Point = Vector2d;
 
 class Search {
   public:
-    Search(const RestrictedLikelihood& likelihood, int smoothness)
-        : likelihood_(likelihood), process_(smoothness) {
+    Search(const RestrictedLikelihood& likelihood, int smoothness, Pacer& pacer)
+        : likelihood_(likelihood), process_(smoothness), pacer_(pacer) {
         const double shortest = least_length * likelihood.spacing();
         low_ = {std::log(least_ratio), std::log(shortest)};
         high_ = {std::log(most_ratio), std::log(std::max(most_length * likelihood.extent(), shortest))};
@@ -58,6 +58,7 @@ class Search {
     double rate(const Point& point) const { return process_.integral() / std::exp(point[1]); }
     Point inside(const Point& point) const { return point.cwiseMax(low_).cwiseMin(high_); }
     RestrictedLikelihood::Parts parts(const Point& point) const {
+        pacer_.done(likelihood_.units());
         return likelihood_.parts(process_, std::exp(point[0]), rate(point));
     }
     /// How far the correlated variance is beyond what may hide, in deviations.
@@ -94,6 +95,7 @@ class Search {
   private:
     const RestrictedLikelihood& likelihood_;
     Matern process_;
+    Pacer& pacer_;
     Point low_, high_;
 };
 
@@ -179,10 +181,10 @@ struct Found {
     double value = -std::numeric_limits<double>::infinity();
 };
 
-Found most_likely(const RestrictedLikelihood& likelihood, double white_value) {
+Found most_likely(const RestrictedLikelihood& likelihood, double white_value, Pacer& pacer) {
     Found found;
     for (int smoothness = 0; smoothness <= most_smoothness; ++smoothness) {
-        const Search search(likelihood, smoothness);
+        const Search search(likelihood, smoothness, pacer);
         Point start = found.point;
         // The roughest process says little of where a smooth one stands.
         if (smoothness <= 1) {
@@ -222,7 +224,7 @@ double ResidualCovariance::length() const {
 }
 
 ResidualCovariance find_residual_covariance(const VectorXd& distance, const VectorXd& residual,
-                                            const MatrixXd& columns) {
+                                            const MatrixXd& columns, Pacer& pacer) {
     ResidualCovariance covariance;
     const RestrictedLikelihood likelihood(distance, residual, columns);
     if (likelihood.freedom() < 1) return covariance;
@@ -232,9 +234,9 @@ ResidualCovariance find_residual_covariance(const VectorXd& distance, const Vect
     covariance.uncertainty(0, 0) = 2 / likelihood.freedom();
     Found found;
     if (likelihood.freedom() >= least_freedom && std::isfinite(white_value) && likelihood.spacing() > 0)
-        found = most_likely(likelihood, white_value);
+        found = most_likely(likelihood, white_value, pacer);
     if (2 * (found.value - white_value) > least_gain) {
-        const Search search(likelihood, found.smoothness);
+        const Search search(likelihood, found.smoothness, pacer);
         const double scale = likelihood.scale(search.parts(found.point));
         covariance.white = std::sqrt(scale);
         covariance.correlated = std::sqrt(scale * std::exp(found.point[0]));

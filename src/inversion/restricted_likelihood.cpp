@@ -45,16 +45,20 @@ std::vector<Index> sampled(const std::vector<Index>& order, Index columns) {
     return kept;
 }
 
-/// Unit vectors at right angles that span the columns.
-MatrixXd basis_of(const MatrixXd& columns) {
-    MatrixXd unit(columns.rows(), 0);
+/// Columns that hold something.
+std::vector<Index> filled(const MatrixXd& columns) {
+    std::vector<Index> some;
     for (Index k = 0; k < columns.cols(); ++k) {
         const double norm = columns.col(k).norm();
-        if (!(norm > 0) || !std::isfinite(norm)) continue;
-        unit.conservativeResize(Eigen::NoChange, unit.cols() + 1);
-        unit.rightCols(1) = columns.col(k) / norm;
+        if (norm > 0 && std::isfinite(norm)) some.push_back(k);
     }
-    if (unit.cols() == 0 || unit.cols() > most_columns) return unit;
+    return some;
+}
+
+/// Unit vectors at right angles that span the columns, of which each holds something.
+MatrixXd basis_of(const MatrixXd& columns) {
+    if (columns.cols() == 0) return columns;
+    const MatrixXd unit = columns.colwise().normalized();
     Eigen::ColPivHouseholderQR<MatrixXd> qr(unit);
     qr.setThreshold(dependent);
     return qr.householderQ() * MatrixXd::Identity(unit.rows(), std::min(qr.rank(), unit.rows()));
@@ -67,11 +71,13 @@ RestrictedLikelihood::RestrictedLikelihood(const VectorXd& distance, const Vecto
     const std::vector<Index> order = sampled(along_the_line(distance), columns.cols());
     const VectorXd place = distance(order), value = residual(order);
     const Index rows = place.size();
-    const MatrixXd basis = basis_of(columns(order, Eigen::all));
-    const bool counted_alone = basis.cols() > most_columns;
-    width_ = counted_alone ? 1 : static_cast<std::size_t>(basis.cols()) + 1;
+    const MatrixXd known = columns(order, Eigen::all);
+    const std::vector<Index> some = filled(known);
+    const auto many = static_cast<Index>(some.size());
+    const MatrixXd basis = many > most_columns ? MatrixXd(rows, 0) : basis_of(known(Eigen::all, some));
+    width_ = static_cast<std::size_t>(basis.cols()) + 1;
     rows_ = static_cast<std::size_t>(rows);
-    freedom_ = static_cast<double>(rows - basis.cols());
+    freedom_ = static_cast<double>(rows - (many > most_columns ? many : basis.cols()));
     mean_square_ = value.squaredNorm() / std::max(freedom_, 1.0);
     extent_ = rows > 0 ? place[rows - 1] - place[0] : 0;
     spacing_ = rows > 1 ? extent_ / static_cast<double>(distance.size() - 1) : 0;
@@ -191,6 +197,12 @@ RestrictedLikelihood::Parts RestrictedLikelihood::parts(const Matern& process, d
         determinant += state.take(table_.data() + i * width_, whitened.data() + i * width_);
     }
     return reduce(whitened, determinant);
+}
+
+double RestrictedLikelihood::units() const {
+    constexpr double units_a_product = 0.1, units_a_value = 10;
+    const auto width = static_cast<double>(width_);
+    return static_cast<double>(rows_) * width * (units_a_product * width + units_a_value);
 }
 
 double RestrictedLikelihood::value(const Parts& parts) const {

@@ -31,6 +31,8 @@ class RestrictedLikelihood {
 
     /// Mean square of the residuals, a degree of freedom.
     double mean_square() const { return mean_square_; }
+    /// Of core/pacer.h, of the parts.
+    double units() const;
     double freedom() const { return freedom_; }  ///< rows less columns
     double spacing() const { return spacing_; }  ///< mean distance between stations, m
     double extent() const { return extent_; }    ///< m

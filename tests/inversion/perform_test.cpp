@@ -1,39 +1,19 @@
 #include "inversion/perform.h"
 
-#include <algorithm>
-#include <functional>
 #include <gtest/gtest.h>
 #include <limits>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "core/body_parameters.h"
 #include "inversion/line_session.h"
 #include "inversion/parameters.h"
+#include "inversion/recording_observer.h"
 
 namespace anomalis::inversion {
 
 namespace {
-
-class RecordingObserver : public RunObserver {
-  public:
-    void show_initial_misfit(const MisfitPair& misfit) override { initial.push_back(misfit); }
-    void show_current_misfit(const MisfitPair& misfit) override { current.push_back(misfit); }
-    void display_iteration() override { ++displays; }
-    void progress(const InversionProgress& state) override {
-        states.push_back(state);
-        iterations.push_back(state.iteration);
-        if (on_progress) on_progress(state);
-    }
-    void best_model(bool available) override { best.push_back(available); }
-    bool working(double) override { return ++turns == leave_at; }
-
-    std::vector<MisfitPair> initial, current;
-    std::vector<int> iterations;
-    std::vector<InversionProgress> states;
-    std::vector<bool> best;
-    int displays = 0;
-    int turns = 0, leave_at = 0;
-    std::function<void(const InversionProgress&)> on_progress;
-};
 
 class Perform : public ::testing::Test {
   protected:
@@ -309,69 +289,6 @@ TEST_F(Perform, the_rows_hold_the_accepted_model_afterwards) {
     const std::vector<float> shown(row.begin(), row.end());
     line.refresh();
     for (std::size_t i = 0; i < shown.size(); ++i) EXPECT_NEAR(shown[i], row[i], 1e-3F);
-}
-
-/// Bodies and list as a run leaves them, and what it did.
-struct LeftRun {
-    RunResult result;
-    std::vector<float> values, list;
-    int turns = 0, evaluations = 0;
-};
-
-/// Evaluations below the worth of a second thread, of several turns each: what a turn is in the middle of is
-/// the same each time.
-struct FineObserver : RecordingObserver {
-    double turn_units() const override { return 2e4; }
-    void evaluated() override { ++evaluations; }
-    int evaluations = 0;
-};
-
-/// Leaves a run over a pipe at one of its turns; 0: never.
-LeftRun run_and_leave(InversionMethod method, int leave_at) {
-    LineSession line(51, 20);
-    ModelBody& body = line.add_body(pipe, 500, -80);
-    body.dip.value = 0;
-    body.length.value = 300;
-    body.num_sectors = 100;
-    line.workspace().definition.grav_column = 0;
-    line.take_model_as_data();
-    body.susc.value += 30000;
-    body.susc.max = 1e6F;
-    body.top.value -= 20;
-    body.susc.vary = body.top.vary = 1;
-    line.refresh();
-    FineObserver observer;
-    observer.leave_at = leave_at;
-    LeftRun left;
-    perform_inversion(line.workspace(), line.session.inversion,
-                      {.max_iterations = 2, .method = method, .starts = 1}, observer, left.result);
-    left.turns = observer.turns;
-    left.evaluations = observer.evaluations;
-    left.values = {body.top.value, body.susc.value};
-    for (const InversionParam& param : line.session.inversion.inversion_params.span())
-        left.list.push_back(param.value);
-    return left;
-}
-
-TEST(PerformAndLeave, in_the_middle_of_an_evaluation_the_last_accepted_values_stay) {
-    for (const InversionMethod method : {InversionMethod::sweep, InversionMethod::least_squares}) {
-        const LeftRun whole = run_and_leave(method, 0);
-        ASSERT_GT(whole.turns, 3 * whole.evaluations) << "turns are in the middle of evaluations";
-        bool accepted = false;
-        for (int at = 1; at <= whole.turns; at += std::max(1, whole.turns / 16)) {
-            const LeftRun left = run_and_leave(method, at);
-            EXPECT_EQ(left.turns, at) << "not a turn more";
-            EXPECT_EQ(left.result.status, run_limit) << "as a stop reads";
-            EXPECT_TRUE(left.result.faults.empty());
-            ASSERT_TRUE(left.result.filled);
-            EXPECT_EQ(left.values, left.list) << "bodies and list agree at turn " << at;
-            if (!left.result.initial_misfit) continue;
-            // Never a probe: the misfit of what stays is the one that the run reports.
-            EXPECT_LE(left.result.misfit_pair[0], (*left.result.initial_misfit)[0]);
-            accepted |= left.result.misfit_pair[0] < (*left.result.initial_misfit)[0];
-        }
-        EXPECT_TRUE(accepted) << "some turns are past an accepted step";
-    }
 }
 
 }  // namespace anomalis::inversion
