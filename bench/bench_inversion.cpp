@@ -259,7 +259,10 @@ void example(benchmark::State& state, const char* name, inversion::InversionMeth
         model::refresh_model(session);
         flow::InvertOptions options;
         options.method = method;
+        const double begin = cpu_seconds();
         const flow::InversionReport report = flow::run_inversion(session, options);
+        state.counters["run_ms"] = (cpu_seconds() - begin) * 1e3;
+        state.counters["parameters"] = static_cast<double>(report.parameters.size());
         state.counters["first_misfit"] = report.result.initial_misfit.value_or(MisfitPair{})[0];
         state.counters["last_misfit"] = report.result.misfit_pair[0];
         state.counters["evaluations"] = static_cast<double>(report.result.evaluations);
