@@ -19,15 +19,12 @@ class CallbackObserver : public inversion::RunObserver {
         return false;
     }
     void progress(const inversion::InversionProgress& state) override {
-        last_ = state;
         if (callback_) callback_(state);
     }
-    double seconds() const { return last_.seconds; }
 
   private:
     const ProgressCallback& callback_;
     Prompts& prompts_;
-    inversion::InversionProgress last_;
 };
 
 /// A channel without a column gives way to the other one; both at once need both.
@@ -102,13 +99,14 @@ InversionReport run_inversion(Session& session, const InvertOptions& options,
         .method = options.method,
         .starts = options.starts};
     CallbackObserver observer(progress, session.prompts);
+    const inversion::RunClock clock;
     InversionReport report;
     report.method = options.method;
     report.target = session.inversion.inversion_target;
     inversion::perform_inversion(session.workspace, session.inversion, request, observer, report.result);
     show_faults(report.result.faults, session.prompts);
     report.label = inversion::status_label(report.result);
-    report.seconds = observer.seconds();
+    report.seconds = clock.seconds();
     if (report.result.filled) report.parameters = reported_parameters(session.inversion);
     if (report.result.record) session.workspace.fit = report.result.record;
     reset_calculated_data(session.workspace, session.prompts);

@@ -46,7 +46,7 @@ struct InversionReport {
     std::vector<ReportedChannel> channels;  ///< magnetics first; empty after a refusal
     InversionMethod method = InversionMethod::least_squares;
     std::int32_t target = target_data;
-    double seconds = 0;
+    double seconds = 0;  ///< of the whole run, with other starts and errors
 };
 
 /// Called after each iteration. A stop is asked for by `session.inversion.stop_inversion`, here or in the
