@@ -105,7 +105,13 @@ std::vector<Writer> all_writers(const std::array<std::string, 2>& models) {
     const auto report = [](const std::string& text) {
         return text.starts_with("{") && text.ends_with("}\n");
     };
-    return {{"fitted.axm", batch("invert --iterations 1 -o"), {}},
+    // A fit bears its date, so each run writes another file.
+    const auto fitted = [](const std::string& text) {
+        const auto last = text.rfind("\nfit_end ");
+        return text.find("[AXM Extensions]") < last && last != std::string::npos && text.ends_with('\n') &&
+               text.find('\n', last + 1) == text.size() - 1;
+    };
+    return {{"fitted.axm", batch("invert --iterations 1 -o"), fitted},
             {"report.json", batch("invert --iterations 1 --report"), report},
             {"forward.csv", batch("forward -o"), {}},
             {"dump.json", batch("dump -o"), {}},
