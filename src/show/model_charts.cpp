@@ -6,6 +6,7 @@
 #include "core/workspace.h"
 #include "edit/settings_boxes.h"
 #include "edit/zoom.h"
+#include "show/chart_look.h"
 #include "show/chart_scales.h"
 #include "show/plan_chart.h"
 #include "show/regional_curve.h"
@@ -20,8 +21,6 @@ constexpr double no_value = -99999.0;
 constexpr chart::Colour calculated_green = 65280;
 constexpr chart::Colour regional_grey = 0x808080;
 constexpr chart::Colour ground_brown = 0x1E4F7A;  // blue in the high byte
-const chart::Font number_font{"Sans Serif", 8.5, false, false};
-const chart::Font title_font{"Sans Serif", 9.0, false, false};
 const std::vector<float> no_curve;
 constexpr int numbers_below = 0;   // where the distances stand
 constexpr int no_numbers = 3;      // neither below nor above
@@ -39,18 +38,8 @@ constexpr std::array<ChartTexts, edit::model_chart_count> chart_texts{{{"Residua
                                                                        {"Model Section", "Elevation (m)"}}};
 
 void set_up_common(chart::AX_Grapher& chart) {
-    chart.BackColor(chart::white);
-    chart.ForeColor(chart::black);
-    chart.FONT(number_font);
-    chart.TitleFont(title_font);
-    chart.AxisLabellingLocation(0);
-    chart.XAxisLabellingPosition(0);
-    chart.YAxisLabellingPosition(0);
-    chart.DisplayBorder(true);
-    chart.BorderStyle(0);
-    chart.ZoomEnabled(true);
+    take_chart_look(chart);
     chart.DataNull(no_value);
-    chart.Crosshair(true);
 }
 
 double plot_aspect(const chart::AX_Grapher& chart) {

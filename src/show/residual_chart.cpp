@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "chart/ax_grapher.h"
+#include "show/chart_look.h"
 #include "show/chart_scales.h"
 #include "show/fit_view.h"
 
@@ -17,8 +18,6 @@ constexpr double band = 2;                         // standard deviations
 constexpr float right_room = 270;                  // surface units: half of the last number
 constexpr chart::Colour residual_blue = 0xB06619;  // blue in the high byte
 constexpr chart::Colour band_grey = 0x808080;
-const chart::Font number_font{"Sans Serif", 8.5, false, false};
-const chart::Font title_font{"Sans Serif", 9.0, false, false};
 
 /// The same room above 0 and below it, so that a residual to one side is seen.
 double reach(const ResidualCurve& curve) {
@@ -31,19 +30,9 @@ double reach(const ResidualCurve& curve) {
 }  // namespace
 
 void set_up_residual_chart(chart::AX_Grapher& chart) {
-    chart.BackColor(chart::white);
-    chart.ForeColor(chart::black);
-    chart.FONT(number_font);
-    chart.TitleFont(title_font);
-    chart.AxisLabellingLocation(0);
-    chart.XAxisLabellingPosition(0);
-    chart.YAxisLabellingPosition(0);
+    take_chart_look(chart);
     chart.XAxisRightMargin(right_room);
     chart.XAxisLabel("Distance (m)");
-    chart.DisplayBorder(true);
-    chart.BorderStyle(0);
-    chart.ZoomEnabled(true);
-    chart.Crosshair(true);
 }
 
 void draw_residuals(chart::AX_Grapher& chart, const ResidualCurve& curve, const std::string& title,
