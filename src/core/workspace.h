@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "core/array.h"
+#include "core/ensemble.h"
 #include "core/filter_scratch.h"
 #include "core/fit_record.h"
 #include "core/formulas.h"
@@ -239,6 +240,8 @@ struct Workspace : LineGeometry {
     Formulas formulas = Formulas::classic;
 
     std::optional<FitRecord> fit;  ///< the last one, which the present model need not be that of
+    /// Models that explain the line as well, about the model that bears its mark; not kept in files.
+    std::shared_ptr<const Ensemble> ensemble;
 
     std::int32_t body_count = 0;
     std::int32_t body_capacity = 32;
