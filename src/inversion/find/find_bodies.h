@@ -34,6 +34,8 @@ struct FoundModel {
     double criterion =
         0;             ///< information criterion, the lower the better; comparable between models of one line
     std::string kind;  ///< what sets it apart: "3 thick sheets", "2 sheets, regional of degree 3"
+    /// Of the regionals that it is fitted with; whoever takes the model takes them over.
+    std::int32_t mag_degree = no_regional, grav_degree = no_regional;
     FitRecord record;  ///< intervals, regionals, noise
 };
 
