@@ -65,6 +65,16 @@ void AX_Grapher::RegisterData(const ChartTable& table) {
     RegisterData(rows);
 }
 
+void AX_Grapher::RegisterBands(std::span<const ChartBand> bands) {
+    if (state_->busy_refresh) return;
+    try {
+        state_->bands.register_bands(bands, state_->properties);
+    } catch (const std::exception& failure) {
+        state_->bands.clear();
+        tell_failure(*state_, failure.what());
+    }
+}
+
 void AX_Grapher::SetSeriesOptions(int group, int series, Colour colour, const std::string& name, int marker,
                                   int visible, int width) {
     if (const char* wrong = state_->series.check(group, series)) {
@@ -136,6 +146,7 @@ void AX_Grapher::Clear() {
     state.selected.reset();
     state.gesture = Gesture{};
     state.series.clear();
+    state.bands.clear();
     state.overlay.clear();
     show_background(state);
 }
@@ -143,6 +154,7 @@ void AX_Grapher::Clear() {
 void AX_Grapher::ClearAll() {
     state_->base_kept = false;
     state_->series.clear();
+    state_->bands.clear();
     state_->overlay.clear();
 }
 

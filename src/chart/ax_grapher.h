@@ -164,6 +164,9 @@ class AX_Grapher {
     /// equal to DataNull are nulls; the tail of a short row is nulls. Ignored while a redraw runs.
     void RegisterData(std::span<const ChartRow> rows);
     void RegisterData(const ChartTable& table);
+    /// Fills the room between two curves, behind axes and series, from the next display on, in place of the
+    /// bands before; none takes them away. They take no part in ranges and selection.
+    void RegisterBands(std::span<const ChartBand> bands);
     /// Name "", colour below 0, visible below 0 and width 0 or less leave what is there; marker is always
     /// set.
     void SetSeriesOptions(int group, int series, Colour colour, const std::string& name, int marker,

@@ -46,6 +46,12 @@ struct ChartRow {
     Cells cells;
 };
 
+/// The room between two curves, filled. A place is left open where one of the three is missing.
+struct ChartBand {
+    Cells x, low, high;
+    std::int32_t fill = 0;  ///< a Colour
+};
+
 /// A table with its kinds in column 0; the first empty cell ends a row.
 using ChartTable = std::vector<std::vector<std::optional<double>>>;
 

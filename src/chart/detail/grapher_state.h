@@ -4,6 +4,7 @@
 #include <string>
 
 #include "chart/ax_grapher.h"
+#include "chart/detail/bands.h"
 #include "chart/detail/canvas.h"
 #include "chart/detail/chart_properties.h"
 #include "chart/detail/failure_notes.h"
@@ -41,6 +42,7 @@ struct GrapherState {
     PropertyBag* bag = nullptr;
 
     SeriesTable series;
+    BandTable bands;
     AxisRange x;
     AxisRange y;
     ChartLayout layout;
@@ -48,6 +50,7 @@ struct GrapherState {
     FailureNotes notes;
     Canvas canvas{notes};
     SeriesPainter painter;
+    BandPainter band_painter;
     LowerPicture lower;
 
     Gesture gesture;

@@ -7,7 +7,7 @@ namespace anomalis::chart {
 bool LowerPicture::is_of(const GrapherState& state) const {
     const int lowest = state.series.lowest();
     return lowest > 0 && surface_ == state.surface && revision_ == state.series.series(lowest).revision &&
-           layout_ == state.layout && x_ == state.x && y_ == state.y &&
+           bands_ == state.bands.revision() && layout_ == state.layout && x_ == state.x && y_ == state.y &&
            options_ == state.series.options(lowest) && properties_ == state.properties &&
            face_ == resolved_colour(state, button_face) && text_ == resolved_colour(state, button_text);
 }
@@ -17,6 +17,7 @@ void LowerPicture::keep(const GrapherState& state) {
     surface_ = nullptr;
     if (lowest < 1 || !state.notes.empty()) return;
     revision_ = state.series.series(lowest).revision;
+    bands_ = state.bands.revision();
     layout_ = state.layout;
     x_ = state.x;
     y_ = state.y;

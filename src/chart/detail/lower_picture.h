@@ -12,8 +12,8 @@ namespace anomalis::chart {
 
 struct GrapherState;
 
-/// What the device's kept lower picture (background, axes, title and the series below the others) was drawn
-/// from.
+/// What the device's kept lower picture (background, bands, axes, title and the series below the others) was
+/// drawn from.
 class LowerPicture {
   public:
     /// True when the picture would be drawn again as it is.
@@ -30,7 +30,8 @@ class LowerPicture {
     AxisRange y_;
     SeriesOptions options_;
     std::uint64_t revision_ = 0;
-    Colour face_ = black;  ///< the desktop's colours
+    std::uint64_t bands_ = 0;  ///< their revision
+    Colour face_ = black;      ///< the desktop's colours
     Colour text_ = black;
 };
 

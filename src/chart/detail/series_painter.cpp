@@ -12,11 +12,6 @@ namespace {
 // The last station may miss the frame by rounding; its marker belongs to the picture.
 constexpr double marker_tolerance = 0.5;
 
-Projection projection_of(const PlotFrame& frame) {
-    return {frame.x.view.low, frame.y.view.low, frame.layout.x_scale, frame.layout.y_scale,
-            frame.layout.plot};
-}
-
 bool missing(const SeriesGroup& group, const SeriesData& data, std::size_t i) {
     return is_null(data.y[i]) || is_null(group.x[i]);
 }
@@ -32,6 +27,11 @@ Rect intersection(const Rect& a, const Rect& b) {
 }
 
 }  // namespace
+
+Projection projection_of(const PlotFrame& frame) {
+    return {frame.x.view.low, frame.y.view.low, frame.layout.x_scale, frame.layout.y_scale,
+            frame.layout.plot};
+}
 
 void SeriesPainter::plot_lowest(const SeriesTable& table, const PlotFrame& frame, Canvas& canvas) {
     if (!table.empty()) plot_series(table, table.group_count(), table.lowest(), frame, canvas);

@@ -20,6 +20,8 @@ struct PlotFrame {
     const AxisRange& y;
 };
 
+Projection projection_of(const PlotFrame& frame);
+
 /// Plots registered series as lines, markers and bars with gaps at nulls. Its working storage is kept, so a
 /// redraw allocates nothing once the longest series has been drawn.
 class SeriesPainter {
