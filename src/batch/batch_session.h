@@ -46,6 +46,7 @@ class BatchSession {
     bool keep_going = false;           ///< outputs are written and good for all that failed on the way
     bool force = false;                ///< files that were changed meanwhile are replaced
     bool to_terminal = false;          ///< the output stream is one
+    bool show_progress = false;        ///< so is that of the messages
     bool wrong_usage = false;          ///< what was asked for cannot be had of this model
     BatchPrompts prompts;
     Session session;

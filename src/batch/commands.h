@@ -1,9 +1,8 @@
 #pragma once
 
-#include <cstdint>
-#include <optional>
 #include <string>
 
+#include "batch/option_values.h"
 #include "batch/picture_writer.h"
 
 // One procedure a command. Each returns true when it did its work; what it could not do it has shown.
@@ -27,14 +26,13 @@ struct InvertCommandOptions {
     std::string target = "data";
     std::string method = "least-squares";
     int iterations = 25;
-    int body = 0;                                ///< 0: the whole model
-    std::optional<int> regional;                 ///< degree, -1 for none; no value: what the workspace says
-    std::optional<float> mag_noise, grav_noise;  ///< nT, mGal; no value: what the workspace says
+    int body = 0;  ///< 0: the whole model
+    FitChoice fit;
     int starts = 4;
     std::string output;
     bool in_place = false;  ///< the output may be the model itself
     std::string report;
-    bool show_progress = false;
+    bool force = false;  ///< the model is replaced even if another program has changed it meanwhile
 };
 
 struct ExportOptions {

@@ -27,9 +27,9 @@ flow::InvertOptions run_options(const InvertCommandOptions& options, const Sessi
     run.iterations = options.iterations;
     run.body = options.body;
     run.starts = options.starts;
-    run.regional_degree = options.regional;
-    run.mag_noise = options.mag_noise;
-    run.grav_noise = options.grav_noise;
+    run.regional_degree = options.fit.regional;
+    run.mag_noise = options.fit.mag_noise;
+    run.grav_noise = options.fit.grav_noise;
     return run;
 }
 
@@ -57,11 +57,11 @@ flow::InversionReport invert(const InvertCommandOptions& options, BatchSession& 
     };
     flow::InversionReport report = flow::run_inversion(session, run_options(options, session),
                                                        [&](const inversion::InversionProgress& state) {
-                                                           if (options.show_progress)
+                                                           if (batch.show_progress)
                                                                show_progress(state, batch.err);
                                                        });
     batch.prompts.on_yield = nullptr;
-    if (options.show_progress && report.result.iterations > 0) batch.err << '\n';
+    if (batch.show_progress && report.result.iterations > 0) batch.err << '\n';
     return report;
 }
 
@@ -139,6 +139,7 @@ flow::InversionReport refused_report(const InvertCommandOptions& options) {
 }  // namespace
 
 bool run_invert(const InvertCommandOptions& options, BatchSession& batch) {
+    batch.force = options.force;
     flow::InversionReport report;
     {
         const MessageScope scope(batch.prompts);

@@ -1,0 +1,113 @@
+#include "batch/command_line.h"
+
+#include <CLI/CLI.hpp>
+#include <ostream>
+#include <sstream>
+
+#include "core/shown_text.h"
+#include "core/version.h"
+
+namespace anomalis::batch {
+
+namespace {
+
+/// "--output" of "-o,--output".
+std::string long_name(const std::string& names) {
+    return names.substr(names.rfind(',') + 1);
+}
+
+/// The options of one command, as the library knows them.
+class ReadOptions : public OptionList {
+  public:
+    explicit ReadOptions(CLI::App& command) : command_(command), place_(&command) {
+        command.parse_complete_callback([this] {
+            for (const auto& [option, check] : checks_)
+                if (const std::string why = check(); !why.empty()) throw CLI::ValidationError(option, why);
+        });
+    }
+
+    void file(const std::string& name, std::string& value, const std::string& purpose) override {
+        command_.add_option(name, value, purpose)->required();
+    }
+    void files(const std::string& name, std::vector<std::string>& values,
+               const std::string& purpose) override {
+        command_.add_option(name, values, purpose)->required();
+    }
+    void text(const std::string& names, std::string& value, const std::string& purpose) override {
+        place_->add_option(names, value, purpose);
+    }
+    void taken(const std::string& names, const Take& take, const std::string& purpose, Need need) override {
+        place_
+            ->add_option_function<std::string>(
+                names,
+                [take, names](const std::string& text) {
+                    if (const std::string why = take(text); !why.empty())
+                        throw CLI::ValidationError(long_name(names), why);
+                },
+                purpose)
+            ->required(need == Need::must);
+    }
+    void choice(const std::string& names, std::string& value, const std::vector<std::string>& choices,
+                const std::string& purpose) override {
+        place_->add_option(names, value, purpose)->check(CLI::IsMember(choices))->capture_default_str();
+    }
+    void flag(const std::string& names, bool& value, const std::string& purpose) override {
+        place_->add_flag(names, value, purpose);
+    }
+    void any_of(const std::string& name) override {
+        CLI::Option_group* group = command_.add_option_group(name, "At least one is needed");
+        group->require_option(1, 0);
+        place_ = group;
+    }
+    void at_end(const std::string& option, const std::function<std::string()>& check) override {
+        checks_.emplace_back(option, check);
+    }
+
+  private:
+    CLI::App& command_;
+    CLI::App* place_;  ///< of the options that come next: the command, or a group
+    std::vector<std::pair<std::string, std::function<std::string()>>> checks_;
+};
+
+/// What all commands have in common.
+void add_common_options(OptionList& options, CommandLine& line) {
+    options.taken(
+        "--formulas",
+        [&line](const std::string& choice) -> std::string {
+            line.formulas = formulas_of_name(choice);
+            return line.formulas ? "" : "must be classic or exact: " + choice;
+        },
+        "classic or exact, in place of what the workspace file says");
+    options.flag("--keep-going", line.keep_going,
+                 "Count as done what was written although something failed on the way; tables and reports "
+                 "say what");
+}
+
+}  // namespace
+
+CommandLine read_command_line(int argc, char** argv, const Commands& commands, std::ostream& out,
+                              std::ostream& err) {
+    CLI::App app("Magnetic and gravity anomalies along a survey profile, without a window", "anomalis-batch");
+    app.set_version_flag("--version", "anomalis-batch " + std::string(application_version()));
+    app.require_subcommand(1);
+    CommandLine line;
+    std::vector<std::unique_ptr<ReadOptions>> options;
+    for (const std::unique_ptr<Command>& command : commands) {
+        CLI::App* sub = app.add_subcommand(command->name(), command->purpose());
+        options.push_back(std::make_unique<ReadOptions>(*sub));
+        add_common_options(*options.back(), line);
+        command->declare(*options.back());
+        sub->callback([&line, chosen = command.get()] { line.command = chosen; });
+    }
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        std::ostringstream words;  // a refused argument may be the name of a file
+        line.wrong = app.exit(error, out, words) != 0;
+        line.command = nullptr;
+        err << shown_lines(words.str());
+    }
+    return line;
+}
+
+}  // namespace anomalis::batch

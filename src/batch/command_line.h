@@ -1,0 +1,24 @@
+#pragma once
+
+#include <iosfwd>
+#include <optional>
+
+#include "batch/command.h"
+#include "core/formulas.h"
+
+namespace anomalis::batch {
+
+/// What a command line asks for.
+struct CommandLine {
+    const Command* command = nullptr;  ///< one of those offered; null when there is nothing to do
+    bool wrong = false;                ///< it was refused, and why was written; else help was asked for
+    std::optional<Formulas> formulas;
+    bool keep_going = false;
+};
+
+/// Reads a command line into the options of the command that it names. Help and version go to `out`, a
+/// refusal to `err`.
+CommandLine read_command_line(int argc, char** argv, const Commands& commands, std::ostream& out,
+                              std::ostream& err);
+
+}  // namespace anomalis::batch

@@ -1,0 +1,46 @@
+#include "batch/command.h"
+#include "batch/commands.h"
+
+namespace anomalis::batch {
+
+namespace {
+
+class ExportCommand : public Command {
+  public:
+    std::string name() const override { return "export"; }
+    std::string purpose() const override { return "Write tables and drawings for other programs"; }
+    void declare(OptionList& options) override {
+        options.file("MODEL", options_.model, model_file_purpose);
+        options.any_of("outputs");
+        options.text("--profile-table", options_.profile_table, "One line a station");
+        options.text("--model-table", options_.model_table, "One line a body");
+        options.text("--mesh", options_.mesh, "Header of a rectilinear mesh around the line");
+        options.text("--clean-profile", options_.clean_profile,
+                     "One row a station for data-frame libraries: one header row, units in the names");
+        options.text("--clean-model", options_.clean_model, "The same, one row a body");
+        options.text("--dxf-3d", options_.body_dxf, "The bodies as 3D faces, for CAD");
+        options.text("--dxf-plan", options_.plan_dxf, "Profile line and outlines of the bodies, for CAD");
+    }
+    CommandFiles files() const override {
+        return {.model = options_.model,
+                .writes = {{"--profile-table", options_.profile_table},
+                           {"--model-table", options_.model_table},
+                           {"--mesh", options_.mesh},
+                           {"--clean-profile", options_.clean_profile},
+                           {"--clean-model", options_.clean_model},
+                           {"--dxf-3d", options_.body_dxf},
+                           {"--dxf-plan", options_.plan_dxf}}};
+    }
+    bool run(BatchSession& batch) const override { return run_export(options_, batch); }
+
+  private:
+    ExportOptions options_;
+};
+
+}  // namespace
+
+std::unique_ptr<Command> export_command() {
+    return std::make_unique<ExportCommand>();
+}
+
+}  // namespace anomalis::batch

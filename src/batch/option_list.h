@@ -1,0 +1,42 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+// What a command says of its options. The library that reads command lines is dear to compile: it is known to
+// command_line.cpp alone, and commands describe themselves through this.
+namespace anomalis::batch {
+
+class OptionList {
+  public:
+    /// Takes the text of an option. Returns why it cannot be taken, or "".
+    using Take = std::function<std::string(const std::string& text)>;
+    enum class Need { may, must };
+
+    virtual ~OptionList() = default;
+
+    /// A file that stands without a name, in the order of the calls. It must be there.
+    virtual void file(const std::string& name, std::string& value, const std::string& purpose) = 0;
+    /// The last of them: one or more.
+    virtual void files(const std::string& name, std::vector<std::string>& values,
+                       const std::string& purpose) = 0;
+
+    /// Names such as "-o,--output".
+    virtual void text(const std::string& names, std::string& value, const std::string& purpose) = 0;
+    virtual void taken(const std::string& names, const Take& take, const std::string& purpose,
+                       Need need = Need::may) = 0;
+    /// One of `choices`; what `value` holds before is shown as the usual one.
+    virtual void choice(const std::string& names, std::string& value, const std::vector<std::string>& choices,
+                        const std::string& purpose) = 0;
+    virtual void flag(const std::string& names, bool& value, const std::string& purpose) = 0;
+
+    /// Of the options that follow at least one is needed.
+    virtual void any_of(const std::string& name) = 0;
+
+    /// Looks at all options together when they are read. `check` returns "" or why they do not go together;
+    /// `option` is the one that is named then.
+    virtual void at_end(const std::string& option, const std::function<std::string()>& check) = 0;
+};
+
+}  // namespace anomalis::batch

@@ -1,0 +1,86 @@
+#include "batch/option_values.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "core/numbers.h"
+#include "core/regional.h"
+
+namespace anomalis::batch {
+
+namespace {
+
+template <class Count>
+OptionList::Take count_taker(Count& value, int least, int most) {
+    return [&value, least, most](const std::string& text) -> std::string {
+        double number = 0;
+        if (!parse_number(text, number)) return "is not a number: " + text;
+        if (number != std::floor(number) || number < least)
+            return "must be a whole number, at least " + std::to_string(least) + ": " + text;
+        value = static_cast<int>(std::min<double>(number, most));
+        return {};
+    };
+}
+
+}  // namespace
+
+OptionList::Take take_count(int& value, int least, int most) {
+    return count_taker(value, least, most);
+}
+
+OptionList::Take take_count(std::optional<int>& value, int least, int most) {
+    return count_taker(value, least, most);
+}
+
+OptionList::Take take_regional(std::optional<std::int32_t>& degree) {
+    return [&degree](const std::string& text) -> std::string {
+        double value = no_regional;
+        const bool known = text == "none" || (parse_number(text, value) && value >= 0 &&
+                                              value <= most_regional_degree && value == std::floor(value));
+        if (!known) return "must be none, 0 (level), 1 (slope), 2 (bend) or 3 (cubic): " + text;
+        degree = static_cast<std::int32_t>(value);
+        return {};
+    };
+}
+
+OptionList::Take take_noise(std::optional<float>& noise, const std::string& unit) {
+    return [&noise, unit](const std::string& text) -> std::string {
+        const std::optional<float> value = parse_single(text);
+        if (!value || !(*value > 0)) return "must be a number of " + unit + " above 0: " + text;
+        noise = value;
+        return {};
+    };
+}
+
+OptionList::Take take_stream(std::string& path) {
+    return [&path](const std::string& text) -> std::string {
+        path = text == "-" ? "" : text;
+        return {};
+    };
+}
+
+OptionList::Take take_window(std::optional<DistanceWindow>& window) {
+    return [&window](const std::string& text) -> std::string {
+        const std::size_t colon = text.find(':');
+        DistanceWindow read;
+        const bool two = colon != std::string::npos && parse_number(text.substr(0, colon), read.first) &&
+                         parse_number(text.substr(colon + 1), read.last);
+        if (!two || !(read.first < read.last))
+            return "must be FROM:TO in m along the profile, FROM below TO: " + text;
+        window = read;
+        return {};
+    };
+}
+
+void add_fit_choice(OptionList& options, FitChoice& choice) {
+    options.taken("--regional", take_regional(choice.regional),
+                  "Polynomial that is fitted with the bodies: none, 0 (level), 1 (slope), 2 (bend) or 3 "
+                  "(cubic); otherwise that of the workspace");
+    options.taken("--noise-mag", take_noise(choice.mag_noise, "nT"),
+                  "Standard deviation of a magnetic reading, nT; otherwise that of the workspace, or "
+                  "estimated");
+    options.taken("--noise-grav", take_noise(choice.grav_noise, "mGal"),
+                  "The same of a gravity reading, mGal");
+}
+
+}  // namespace anomalis::batch

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "batch/option_list.h"
+
+// Values that options of several commands have in common.
+namespace anomalis::batch {
+
+/// A whole number such as 25 or 1e3, at least `least`; above `most` it is `most`.
+OptionList::Take take_count(int& value, int least, int most);
+/// The same, for an option that need not be there.
+OptionList::Take take_count(std::optional<int>& value, int least, int most);
+/// "none" (`no_regional`) or a degree.
+OptionList::Take take_regional(std::optional<std::int32_t>& degree);
+/// Above 0, in `unit`.
+OptionList::Take take_noise(std::optional<float>& noise, const std::string& unit);
+
+/// A file to write; a single "-", the way pipelines name the standard output, is "".
+OptionList::Take take_stream(std::string& path);
+inline constexpr const char* stream_purpose = "Write it here; - is the standard output";
+
+/// A part of the line, m along the profile.
+struct DistanceWindow {
+    double first = 0, last = 0;
+};
+/// "A:B", A below B.
+OptionList::Take take_window(std::optional<DistanceWindow>& window);
+
+/// The options by which a fit is told regional and noises.
+struct FitChoice {
+    std::optional<std::int32_t> regional;        ///< of what is fitted; no value: what the workspace says
+    std::optional<float> mag_noise, grav_noise;  ///< nT, mGal; no value: what the workspace says
+};
+void add_fit_choice(OptionList& options, FitChoice& choice);
+
+}  // namespace anomalis::batch

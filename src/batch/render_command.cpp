@@ -1,0 +1,65 @@
+#include "batch/command.h"
+#include "batch/commands.h"
+#include "show/page_view.h"
+
+namespace anomalis::batch {
+
+namespace {
+
+std::vector<std::string> view_names() {
+    std::vector<std::string> names;
+    for (const show::PageView& view : show::page_views) names.emplace_back(view.name);
+    return names;
+}
+
+std::string ending_refusal(const std::string& path) {
+    for (const char* ending : {".png", ".svg", ".pdf", ".emf"})
+        if (path.size() > 4 && path.ends_with(ending)) return {};
+    return "the ending must be .png, .svg, .pdf or .emf";
+}
+
+class RenderCommand : public Command {
+  public:
+    explicit RenderCommand(PictureWriter* pictures) : pictures_(pictures) {}
+    std::string name() const override { return "render"; }
+    std::string purpose() const override { return "Draw what the window shows"; }
+    void declare(OptionList& options) override;
+    CommandFiles files() const override {
+        return {.model = options_.model, .writes = {{"--output", options_.picture.path}}};
+    }
+    bool run(BatchSession& batch) const override { return run_render(options_, batch, pictures_); }
+
+  private:
+    RenderOptions options_;
+    PictureWriter* pictures_;
+};
+
+void RenderCommand::declare(OptionList& options) {
+    PictureRequest& picture = options_.picture;
+    options.file("MODEL", options_.model, model_file_purpose);
+    options.taken(
+        "-o,--output",
+        [&picture](const std::string& path) {
+            picture.path = path;
+            return ending_refusal(path);
+        },
+        "Picture: .png, .svg, .pdf or .emf", OptionList::Need::must);
+    options.choice("--view", picture.view, view_names(),
+                   "section: the curves over the section; plan: the curves over the plan; curves: without "
+                   "either; or one chart alone");
+    options.taken(
+        "--size",
+        [&picture](const std::string& text) -> std::string {
+            if (parse_picture_size(text, picture)) return {};
+            return "must be WIDTHxHEIGHT in pixels, 16 to 16384: " + text;
+        },
+        "Pixels, such as 1600x1000 [1600x1000]");
+}
+
+}  // namespace
+
+std::unique_ptr<Command> render_command(PictureWriter* pictures) {
+    return std::make_unique<RenderCommand>(pictures);
+}
+
+}  // namespace anomalis::batch
