@@ -6,6 +6,8 @@
 #include <limits>
 #include <numeric>
 
+#include "inversion/row_news.h"
+
 namespace anomalis::inversion {
 
 namespace {
@@ -24,8 +26,6 @@ constexpr Index rows_a_column = 4;
 constexpr Index most_columns = 150;
 /// Columns that depend on others to this part count once.
 constexpr double dependent = 1e-9;
-/// A covariance that changes by less stays.
-constexpr double settled = 1e-8;
 
 std::vector<Index> along_the_line(const VectorXd& distance) {
     std::vector<Index> order(static_cast<std::size_t>(distance.size()));
@@ -108,89 +108,10 @@ RestrictedLikelihood::Parts RestrictedLikelihood::white_parts() const {
     return reduce(table_, 0);
 }
 
-/// The covariance of the state that a Kalman filter carries along the line.
-class RestrictedLikelihood::State {
-  public:
-    State(const Matern& process, double ratio, double rate, std::size_t width)
-        : process_(process),
-          ratio_(ratio),
-          rate_(rate),
-          width_(width),
-          states_(static_cast<std::size_t>(process.states())),
-          covariance_(ratio * process.stationary()),
-          values_(states_ * width, 0.0),
-          moved_(values_.size()) {
-        find_gain();
-    }
-
-    void go_on(double step);
-    /// Turns a row into what it has new, of variance 1, and returns the logarithm of its variance before.
-    double take(const double* row, double* news);
-
-  private:
-    void find_gain();
-
-    const Matern& process_;
-    double ratio_, rate_;
-    std::size_t width_, states_;
-    double last_step_ = -1;
-    Matern::Square covariance_;  ///< as the rows before predict it
-    Matern::Square transition_, added_;
-    Eigen::VectorXd gain_;
-    double variance_ = 1;                 ///< of what a row has new
-    bool settled_ = false;                ///< at equal spacing the covariance soon stays
-    std::vector<double> values_, moved_;  ///< element by element, each of all columns
-};
-
-void RestrictedLikelihood::State::go_on(double step) {
-    // Equal spacing differs in the last digits.
-    const bool same_step = std::abs(step - last_step_) <= 1e-9 * step;
-    if (!same_step) {
-        last_step_ = step;
-        transition_ = process_.transition(rate_ * step);
-        added_ =
-            ratio_ * (process_.stationary() - transition_ * process_.stationary() * transition_.transpose());
-    }
-    settled_ = settled_ && same_step;
-    if (!settled_) {
-        const Matern::Square left = covariance_ - covariance_.col(0) * gain_.transpose();
-        const Matern::Square next = transition_ * left * transition_.transpose() + added_;
-        settled_ = same_step && (next - covariance_).norm() <= settled * next.norm();
-        covariance_ = next;
-        find_gain();
-    }
-    std::ranges::fill(moved_, 0.0);
-    for (std::size_t a = 0; a < states_; ++a)
-        for (std::size_t b = 0; b < states_; ++b) {
-            const double factor = transition_(static_cast<Index>(a), static_cast<Index>(b));
-            const double* from = values_.data() + b * width_;
-            double* to = moved_.data() + a * width_;
-            for (std::size_t k = 0; k < width_; ++k) to[k] += factor * from[k];
-        }
-    values_.swap(moved_);
-}
-
-void RestrictedLikelihood::State::find_gain() {
-    variance_ = covariance_(0, 0) + 1;
-    gain_ = covariance_.col(0) / variance_;
-}
-
-double RestrictedLikelihood::State::take(const double* row, double* news) {
-    for (std::size_t k = 0; k < width_; ++k) news[k] = row[k] - values_[k];
-    for (std::size_t a = 0; a < states_; ++a) {
-        const double gain = gain_[static_cast<Index>(a)];
-        double* to = values_.data() + a * width_;
-        for (std::size_t k = 0; k < width_; ++k) to[k] += gain * news[k];
-    }
-    const double weight = 1 / std::sqrt(variance_);
-    for (std::size_t k = 0; k < width_; ++k) news[k] *= weight;
-    return std::log(variance_);
-}
-
 RestrictedLikelihood::Parts RestrictedLikelihood::parts(const Matern& process, double ratio,
                                                         double rate) const {
     std::vector<double> whitened(table_.size());
-    State state(process, ratio, rate, width_);
+    RowNews state(process, ratio, rate, width_);
     double determinant = 0;
     for (std::size_t i = 0; i < rows_; ++i) {
         if (i > 0) state.go_on(steps_[i]);

@@ -38,7 +38,6 @@ class RestrictedLikelihood {
     double extent() const { return extent_; }    ///< m
 
   private:
-    class State;
     Parts reduce(const std::vector<double>& rows, double determinant) const;
 
     std::size_t rows_ = 0, width_ = 1;  ///< of the table: basis of the columns, then the residual
