@@ -105,13 +105,15 @@ std::string model_mark(const Workspace& workspace) {
     return mark;
 }
 
-bool as_fitted(const Workspace& workspace) {
-    if (!workspace.fit) return false;
-    const std::string_view mark = workspace.fit->model_mark;
+bool bears_mark(const Workspace& workspace, std::string_view mark) {
     const std::size_t end = mark.find(separator);
     if (mark.substr(0, end) != mark_of_model(workspace)) return false;
     if (workspace.station_count <= 0 || end == std::string_view::npos) return true;
     return mark.substr(end + 1) == mark_of_line(workspace);
+}
+
+bool as_fitted(const Workspace& workspace) {
+    return workspace.fit && bears_mark(workspace, workspace.fit->model_mark);
 }
 
 }  // namespace anomalis

@@ -18,7 +18,7 @@ void bodies_listed_anew(Workbench& workbench) {
 
 HistoryStep settle(Workbench& workbench, const History::Move& move) {
     if (!move.moved) return {};
-    workbench.fit_stands.reset();
+    workbench.forget_marks();
     Session& session = workbench.session;
     const StateDifference& difference = move.difference;
     const bool list = difference.list || move.another_file;
@@ -42,7 +42,7 @@ HistoryStep settle(Workbench& workbench, const History::Move& move) {
 
 void note_change(Workbench& workbench, const ModelChange& change) {
     workbench.session.model_changed = true;
-    workbench.fit_stands.reset();
+    workbench.forget_marks();
     model::drop_line_read_otherwise(workbench.session.workspace);
     workbench.history.note(workbench, change);
     workbench.unsaved = workbench.history.unsaved();
@@ -50,7 +50,7 @@ void note_change(Workbench& workbench, const ModelChange& change) {
 }
 
 void note_saved(Workbench& workbench) {
-    workbench.fit_stands.reset();
+    workbench.forget_marks();
     workbench.history.note_saved(workbench);
     workbench.unsaved = false;
 }
@@ -58,17 +58,17 @@ void note_saved(Workbench& workbench) {
 void note_unsaved(Workbench& workbench) {
     workbench.history.forget_saved();
     workbench.unsaved = true;
-    workbench.fit_stands.reset();
+    workbench.forget_marks();
 }
 
 void start_history(Workbench& workbench) {
-    workbench.fit_stands.reset();
+    workbench.forget_marks();
     workbench.history.start(workbench);
     workbench.unsaved = false;
 }
 
 void settle_history(Workbench& workbench) {
-    workbench.fit_stands.reset();
+    workbench.forget_marks();
     workbench.history.absorb(workbench);
 }
 

@@ -37,6 +37,7 @@ struct ViewState {
     bool highlight_on = true;        ///< the selected body is drawn in magenta
     bool show_axes = true;           ///< axes and numbers on the charts
     bool show_regional = true;       ///< the dashed curve of a regional on the charts of the data
+    bool show_ensemble = true;       ///< ghosts and fan of the ensemble in force
     PaneFractions pane_fractions{};  ///< as the person or the file has put the splitters
     PaneFractions pane_places{};     ///< as the splitters stand now
     bool show_plan = false;          ///< the plan stands in place of the section

@@ -25,6 +25,13 @@ struct Workbench {
     std::array<bool, 2> base_from_mean{};
     /// Whether the model is as the last fit left it, once somebody has looked; every change forgets it.
     mutable std::optional<bool> fit_stands;
+    /// The same of the ensemble.
+    mutable std::optional<bool> ensemble_stands;
+    /// Model or fit are other ones: whether one is of the other is looked at anew.
+    void forget_marks() const {
+        fit_stands.reset();
+        ensemble_stands.reset();
+    }
     /// Of the next run; which limits hold a parameter hangs on it.
     InversionMethod method = InversionMethod::least_squares;
     std::vector<std::string> recent_files;  ///< full paths, the newest first

@@ -6,10 +6,12 @@
 #include "core/failure.h"
 #include "core/paths.h"
 #include "core/save_question.h"
+#include "edit/ensemble_in_force.h"
 #include "edit/workbench.h"
 #include "flow/kept_files.h"
 #include "model/refresh_model.h"
 #include "output/clean_tables.h"
+#include "output/ensemble_table.h"
 #include "output/tables.h"
 
 namespace anomalis::flow {
@@ -84,6 +86,18 @@ ExportOutcome export_clean_model(edit::Workbench& workbench) {
         workbench, request, [&](const std::string& path, const std::vector<std::string>& failures) {
             return output::write_clean_model_table(path, session.workspace, session.prompts, failures);
         });
+}
+
+ExportOutcome export_ensemble(edit::Workbench& workbench) {
+    Session& session = workbench.session;
+    const auto ensemble = edit::ensemble_in_force(workbench);
+    if (!ensemble) return ExportOutcome::nothing;
+    const FileRequest request{"Select the table of models to create",
+                              "Tables (*.csv)|*.csv|All files (*.*)|*.*",
+                              proposed_name(session.workspace, "_uncertainty.csv"), "csv"};
+    return export_file(workbench, request, [&](const std::string& path, const std::vector<std::string>&) {
+        return output::write_ensemble_table(path, session.workspace, *ensemble, session.prompts);
+    });
 }
 
 std::string screenshot_path(const Workspace& workspace, ScreenshotKind kind, bool plan) {

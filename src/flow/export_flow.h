@@ -27,6 +27,9 @@ ExportOutcome export_profile_data(edit::Workbench& workbench);
 ExportOutcome export_clean_profile(edit::Workbench& workbench);
 ExportOutcome export_clean_model(edit::Workbench& workbench);
 
+/// The models of the ensemble in force, one row each; without one there is nothing.
+ExportOutcome export_ensemble(edit::Workbench& workbench);
+
 enum class ScreenshotKind : int { charts = 0, form = 1 };
 
 /// Where a picture of the window goes: beside the model file; "" without one. While the plan is on show both

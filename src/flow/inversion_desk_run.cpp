@@ -69,7 +69,7 @@ void InversionDesk::end_run(int index, int body, int limit) {
     }
     if (result_.record) {
         session.workspace.fit = result_.record;
-        workbench_.fit_stands.reset();
+        workbench_.forget_marks();
     }
     show_fit();
     observer_.model_changed();

@@ -3,6 +3,7 @@
 #include "chart/ax_grapher.h"
 #include "core/failure.h"
 #include "core/numbers.h"
+#include "edit/ensemble_in_force.h"
 #include "edit/workbench.h"
 #include "edit/zoom.h"
 #include "model/refresh_model.h"
@@ -95,11 +96,17 @@ std::array<bool, edit::model_chart_count> ModelView::shown_charts() const {
     return shown;
 }
 
+/// Ghosts and fan go as soon as the model is another one.
+show::ModelCharts& ModelView::charts_to_draw() {
+    charts_.set_ensemble(workbench_.view.show_ensemble ? edit::ensemble_in_force(workbench_) : nullptr);
+    return charts_;
+}
+
 void ModelView::redraw() {
     Session& session = workbench_.session;
     if (!edit::line_loaded(session.workspace) || !ranges_) return;
     report_failure(session.prompts, "An error occurred while displaying the model graphs: ", [&] {
-        charts_.draw(session.workspace, *ranges_, workbench_.view);
+        charts_to_draw().draw(session.workspace, *ranges_, workbench_.view);
     });
     if (workbench_.view.show_plan) display_plan_view();
 }
@@ -117,7 +124,7 @@ void ModelView::display_maginv_model(int chart) {
     Session& session = workbench_.session;
     if (!edit::line_loaded(session.workspace) || !ranges_) return;
     report_failure(session.prompts, "An error occurred while displaying the model graphs: ", [&] {
-        charts_.draw_one(chart, session.workspace, *ranges_, workbench_.view);
+        charts_to_draw().draw_one(chart, session.workspace, *ranges_, workbench_.view);
     });
 }
 
@@ -126,7 +133,7 @@ void ModelView::display_plan_view() {
     if (!edit::line_loaded(session.workspace)) return;
     report_failure(session.prompts, "An error occurred while displaying the plan view: ", [&] {
         Faults faults;
-        charts_.draw_plan(session.workspace, workbench_.view, faults);
+        charts_to_draw().draw_plan(session.workspace, workbench_.view, faults);
         show_faults(faults, session.prompts);
     });
 }
@@ -140,7 +147,7 @@ void ModelView::update_graph_display() {
     Session& session = workbench_.session;
     if (!edit::line_loaded(session.workspace)) return;
     report_failure(session.prompts, "An error occurred while updating the graphics display: ", [&] {
-        charts_.apply_windows(session.workspace, workbench_.view);
+        charts_to_draw().apply_windows(session.workspace, workbench_.view);
     });
 }
 
@@ -228,7 +235,7 @@ void ModelView::chart_moved(int chart, bool outside, double x, double y) {
 
 void ModelView::chart_view_changed(int chart) {
     if (chart == plan_chart || !edit::line_loaded(workbench_.session.workspace)) return;
-    charts_.follow_view(chart, workbench_.session.workspace, workbench_.view);
+    charts_to_draw().follow_view(chart, workbench_.session.workspace, workbench_.view);
     host_.show_window(charts_.chart(chart).CurrentZoom().zoom_x != 1);
 }
 

@@ -92,6 +92,7 @@ class ModelView {
     void chart_view_changed(int chart);
     void polygon_clicked(int chart, int polygon);
     MisfitPair calculate();
+    show::ModelCharts& charts_to_draw();
     void show_calculated(const MisfitPair& misfit);
     void show_base_levels();
     std::array<bool, edit::model_chart_count> shown_charts() const;

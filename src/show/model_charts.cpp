@@ -8,6 +8,7 @@
 #include "edit/zoom.h"
 #include "show/chart_look.h"
 #include "show/chart_scales.h"
+#include "show/ensemble_shapes.h"
 #include "show/plan_chart.h"
 #include "show/regional_curve.h"
 #include "show/section_chart.h"
@@ -112,6 +113,8 @@ void ModelCharts::register_series(int index, const Workspace& workspace, const e
                      curve(stage_calculated)};
     if (!regional.empty()) rows.push_back({chart::line_series, std::span(regional)});
     target.RegisterData(rows);
+    target.RegisterBands(ensemble_ ? fan_bands(workspace, *ensemble_, index)
+                                   : std::vector<chart::ChartBand>());
     target.SetSeriesOptions(1, 1, chart::black, "Observed", 0, -1, 1);
     target.SetSeriesOptions(1, 2, calculated_green, "Calculated", 0, -1, 1);
     if (regional.empty()) return;
@@ -189,8 +192,15 @@ void ModelCharts::lay_out(const Workspace& workspace, const GraphRanges* ranges,
 void ModelCharts::show(int index, const Workspace& workspace, const edit::ViewState& view) {
     chart::AX_Grapher& target = chart(index);
     target.ClearSavedGraphics();
-    if (index == edit::chart_section) record_section(target, workspace, view, section_polygons_);
+    if (index == edit::chart_section) record_section_overlay(workspace, view);
     target.DisplayChart();
+}
+
+void ModelCharts::record_section_overlay(const Workspace& workspace, const edit::ViewState& view) {
+    chart::AX_Grapher& section = chart(edit::chart_section);
+    section.ClearSavedGraphics();
+    if (ensemble_) record_section_ghosts(section, workspace, view, *ensemble_);
+    record_section(section, workspace, view, section_polygons_);
 }
 
 void ModelCharts::draw(const Workspace& workspace, const GraphRanges& ranges, edit::ViewState& view) {
@@ -222,6 +232,7 @@ void ModelCharts::draw_plan(const Workspace& workspace, const edit::ViewState& v
     plan().ClearSavedGraphics();
     set_up_plan(plan(), workspace);
     plan().DisplayChart();
+    if (ensemble_) record_plan_ghosts(plan(), workspace, *ensemble_);
     record_plan(plan(), workspace, view, plan_polygons_, faults);
     plan().RefreshGraph(1);
 }
@@ -237,10 +248,8 @@ void ModelCharts::follow_view(int leader, const Workspace& workspace, const edit
 }
 
 void ModelCharts::refresh_section(const Workspace& workspace, const edit::ViewState& view) {
-    chart::AX_Grapher& section = chart(edit::chart_section);
-    section.ClearSavedGraphics();
-    record_section(section, workspace, view, section_polygons_);
-    section.RefreshGraph(1);
+    record_section_overlay(workspace, view);
+    chart(edit::chart_section).RefreshGraph(1);
 }
 
 void ModelCharts::clear() {

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <functional>
+#include <memory>
 #include <vector>
 
 #include "edit/view_state.h"
@@ -13,6 +14,7 @@ class AX_Grapher;
 }  // namespace anomalis::chart
 namespace anomalis {
 class Faults;
+struct Ensemble;
 struct Workspace;
 }  // namespace anomalis
 
@@ -37,6 +39,9 @@ class ModelCharts {
     /// Which charts have room on the page; only these are drawn.
     void set_shown(const std::array<bool, edit::model_chart_count>& shown) { shown_ = shown; }
     bool is_shown(int index) const { return shown_.at(static_cast<std::size_t>(index)); }
+
+    /// Whose ghosts and fan go with the next drawings; null for none.
+    void set_ensemble(std::shared_ptr<const Ensemble> ensemble) { ensemble_ = std::move(ensemble); }
 
     /// Series, limits and overlay of the charts shown, through the windows of `view`; a chart that scales
     /// itself gets its vertical window here. The plots of all charts come to stand under each other.
@@ -67,11 +72,13 @@ class ModelCharts {
     void align();
     void lay_out(const Workspace& workspace, const GraphRanges* ranges, edit::ViewState& view);
     void show(int index, const Workspace& workspace, const edit::ViewState& view);
+    void record_section_overlay(const Workspace& workspace, const edit::ViewState& view);
     std::vector<chart::AX_Grapher*> shown_charts();
 
     std::array<chart::AX_Grapher*, edit::model_chart_count> charts_;
     chart::AX_Grapher* plan_;
     std::array<bool, edit::model_chart_count> shown_{true, true, true, true, true};
+    std::shared_ptr<const Ensemble> ensemble_;
     PolygonTable section_polygons_;
     PolygonTable plan_polygons_;
 };

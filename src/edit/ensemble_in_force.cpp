@@ -1,0 +1,70 @@
+#include "edit/ensemble_in_force.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "core/model_mark.h"
+#include "edit/body_form.h"
+#include "edit/body_rows.h"
+#include "edit/interval_text.h"
+#include "edit/workbench.h"
+
+namespace anomalis::edit {
+
+namespace {
+
+bool in_force(const Workbench& workbench) {
+    const Workspace& workspace = workbench.session.workspace;
+    if (!workspace.ensemble || workbench.session.inversion.running) return false;
+    if (!workbench.ensemble_stands)
+        workbench.ensemble_stands = bears_mark(workspace, workspace.ensemble->model_mark);
+    return *workbench.ensemble_stands;
+}
+
+const EnsembleParameter* of_row(const Workbench& workbench, int row) {
+    const ModelBody* body = current_body(workbench);
+    if (!body || row < row_first_parameter || row > body_row_count || !body_row(body->type, row).used)
+        return nullptr;
+    return ensemble_parameter(workbench, workbench.view.current_body, row);
+}
+
+}  // namespace
+
+std::shared_ptr<const Ensemble> ensemble_in_force(const Workbench& workbench) {
+    return in_force(workbench) ? workbench.session.workspace.ensemble : nullptr;
+}
+
+const EnsembleParameter* ensemble_parameter(const Workbench& workbench, int body, int param_code) {
+    if (!in_force(workbench)) return nullptr;
+    const auto& parameters = workbench.session.workspace.ensemble->parameters;
+    const auto found = std::ranges::find_if(
+        parameters, [&](const EnsembleParameter& p) { return p.body == body && p.param_code == param_code; });
+    return found == parameters.end() ? nullptr : &*found;
+}
+
+ValueBand value_band(const EnsembleParameter& parameter) {
+    ValueBand band{.open_below = !std::isfinite(parameter.lower),
+                   .open_above = !std::isfinite(parameter.upper)};
+    const double room = parameter.upper - parameter.lower;
+    if (!band.open_below && !band.open_above && room > 0)
+        band.place = (static_cast<double>(parameter.value) - parameter.lower) / room;
+    return band;
+}
+
+std::optional<ValueBand> grid_band(const Workbench& workbench, int row) {
+    const EnsembleParameter* parameter = of_row(workbench, row);
+    return parameter ? std::optional(value_band(*parameter)) : std::nullopt;
+}
+
+std::string grid_band_tip(const Workbench& workbench, int row) {
+    const EnsembleParameter* parameter = of_row(workbench, row);
+    if (!parameter) return {};
+    const FittedParameter band{
+        .value = parameter->value, .lower = parameter->lower, .upper = parameter->upper};
+    const std::string_view unit = body_row(current_body(workbench)->type, row).unit;
+    const bool numbers = std::isfinite(band.lower) || std::isfinite(band.upper);
+    return "90 % of the models: " + interval_words(band) +
+           (numbers && !unit.empty() ? " " + std::string(unit) : "");
+}
+
+}  // namespace anomalis::edit
