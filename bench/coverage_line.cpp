@@ -9,6 +9,7 @@
 #include "flow/inversion_report.h"
 #include "forward/driver.h"
 #include "intake/profile.h"
+#include "inversion/ensemble/find_ensemble.h"
 #include "level_line.h"
 #include "model/refresh_model.h"
 
@@ -63,6 +64,21 @@ std::vector<LineKind> line_kinds() {
     return kinds;
 }
 
+std::vector<LineKind> ensemble_kinds() {
+    std::vector<LineKind> kinds;
+    for (const auto& [which, name] : {std::pair{Bodies::thin_dyke, std::string("one thin dyke")},
+                                      std::pair{Bodies::two_dykes, std::string("two thick dykes")}}) {
+        kinds.push_back({"White noise, " + name, which});
+        kinds.push_back({"White noise and a regional of degree 2, " + name, which, Disturbance::white, 2, 2});
+        kinds.push_back({"Exponential geology and a level, " + name, which, Disturbance::exponential, 0, 0});
+        LineKind strike{"White noise and a level, strikes unknown within 25 degrees, " + name, which,
+                        Disturbance::white, 0, 0};
+        strike.strike_within = 25;
+        kinds.push_back(strike);
+    }
+    return kinds;
+}
+
 CoverageLine::CoverageLine(const LineKind& kind) : kind_(kind) {
     session_.workspace = level_line(stations);
     Workspace& w = session_.workspace;
@@ -84,12 +100,30 @@ CoverageLine::CoverageLine(const LineKind& kind) : kind_(kind) {
     intake::setup_graphics_arrays(w, prompts_);
     add_bodies();
     model::finish_load(session_);
-    model::refresh_model(session_);
     for (int i = 1; i <= w.body_count; ++i) truth_.push_back(w.body(i));
+    calculate_truth();
+}
+
+/// What the bodies give where they stand is what the line has of them.
+void CoverageLine::calculate_truth() {
+    Workspace& w = session_.workspace;
+    model::refresh_model(session_);
     const auto mag = w.mag.data.row(row_raw, stage_calculated);
     const auto grav = w.grav.data.row(row_raw, stage_calculated);
     mag_.assign(mag.begin(), mag.end());
     grav_.assign(grav.begin(), grav.end());
+}
+
+/// The true bodies do not strike as the model has it.
+void CoverageLine::turn_strikes(unsigned seed) {
+    inversion::NormalNumbers number(seed + 4 * second_stream);
+    Workspace& w = session_.workspace;
+    for (int i = 1; i <= w.body_count; ++i) {
+        w.body(i) = truth_[static_cast<std::size_t>(i - 1)];
+        w.body(i).strike.value += static_cast<float>(kind_.strike_within * (2 * number.uniform() - 1));
+    }
+    reset_calculated_data(w, prompts_);
+    calculate_truth();
 }
 
 void CoverageLine::add_bodies() {
@@ -149,13 +183,24 @@ void CoverageLine::go_off(unsigned seed) {
     }
 }
 
-TruthAndFit CoverageLine::fit(unsigned seed) {
+const Workspace& CoverageLine::prepare(unsigned seed) {
     Workspace& w = session_.workspace;
+    if (kind_.strike_within > 0) turn_strikes(seed);
     go_off(seed);
     add_noise(seed);
     reset_calculated_data(w, prompts_);
     invalidate_filtered_data(0, w);
     model::refresh_model(session_);
+    return w;
+}
+
+FittedAgainstTruth CoverageLine::against_truth(const FittedParameter& fitted) const {
+    const ModelBody& truth = truth_[static_cast<std::size_t>(fitted.body - 1)];
+    return {fitted, static_cast<double>(body_param(truth, fitted.param_code).value)};
+}
+
+TruthAndFit CoverageLine::fit(unsigned seed) {
+    prepare(seed);
     flow::InvertOptions options;
     options.channel = kind_.both_channels ? channel_joint : channel_mag;
     options.method = InversionMethod::least_squares;
@@ -164,11 +209,29 @@ TruthAndFit CoverageLine::fit(unsigned seed) {
     TruthAndFit told;
     told.fitted = report.result.status == inversion::run_succeeded && report.result.record.has_value();
     if (!report.result.record) return told;
-    for (const FittedParameter& fitted : report.result.record->parameters) {
-        const ModelBody& truth = truth_[static_cast<std::size_t>(fitted.body - 1)];
-        for (const BodyParameter& row : body_parameters())
-            if (row.code == fitted.param_code)
-                told.parameters.push_back({fitted, static_cast<double>((truth.*row.slot).value)});
+    for (const FittedParameter& fitted : report.result.record->parameters)
+        told.parameters.push_back(against_truth(fitted));
+    return told;
+}
+
+TruthAndFit CoverageLine::ensemble(unsigned seed, int samples) {
+    inversion::EnsembleObserver nobody;
+    inversion::EnsembleRequest request;
+    request.channel = kind_.both_channels ? channel_joint : channel_mag;
+    request.samples = samples;
+    request.seed = seed;
+    request.strike_within = kind_.strike_within;
+    const inversion::EnsembleResult result = inversion::find_ensemble(prepare(seed), request, nobody);
+    TruthAndFit told;
+    told.fitted = result.ensemble.has_value();
+    if (!told.fitted) return told;
+    for (const EnsembleParameter& band : result.ensemble->parameters) {
+        if (band.param_code == param_strike) continue;
+        told.parameters.push_back(against_truth({.body = band.body,
+                                                 .param_code = band.param_code,
+                                                 .value = band.value,
+                                                 .lower = band.lower,
+                                                 .upper = band.upper}));
     }
     return told;
 }

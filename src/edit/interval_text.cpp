@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "core/numbers.h"
+#include "core/worth_text.h"
 
 namespace anomalis::edit {
 
@@ -24,14 +25,6 @@ std::string size_text(double size) {
 }
 
 }  // namespace
-
-std::string text_of_worth(double value, double worth) {
-    static const char* const patterns[] = {"0", "0.0", "0.00", "0.000", "0.0000", "0.00000"};
-    constexpr int most = 5;
-    const int decimals =
-        worth > 0 && std::isfinite(worth) ? 1 - static_cast<int>(std::floor(std::log10(worth))) : 1;
-    return format_number(value, patterns[std::clamp(decimals, 0, most)]);
-}
 
 std::string interval_mark(const FittedParameter& p) {
     const bool below = std::isfinite(p.upper), above = std::isfinite(p.lower);

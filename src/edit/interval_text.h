@@ -7,9 +7,6 @@
 // What a fit says of a parameter, in digits that its interval is worth.
 namespace anomalis::edit {
 
-/// A number with two digits of what it is uncertain by: 257.4 of 12 is "257", of 0.31 "257.40".
-std::string text_of_worth(double value, double worth);
-
 /// Behind a value: "±10", "-4 +12" when the sides differ by more than a fifth, "<140", ">35", "±?" for one
 /// that the data leave open, "at limit".
 std::string interval_mark(const FittedParameter& parameter);

@@ -4,9 +4,9 @@
 
 #include "core/numbers.h"
 #include "core/pacer.h"
+#include "core/worth_text.h"
 #include "edit/change.h"
 #include "edit/fit_in_force.h"
-#include "edit/interval_text.h"
 #include "edit/workbench.h"
 #include "flow/fit_remark.h"
 #include "flow/kept_files.h"
@@ -161,7 +161,7 @@ std::string InversionDesk::noise_estimate(int channel) {
     const bool column = channel == channel_mag ? workspace.has_mag() : workspace.has_grav();
     if (!column || !edit::line_loaded(workspace)) return {};
     const double noise = noise_of(channel).value;
-    return noise > 0 ? edit::text_of_worth(noise, noise / 10) : std::string();
+    return noise > 0 ? text_of_worth(noise, noise / 10) : std::string();
 }
 
 void InversionDesk::show_quality() {

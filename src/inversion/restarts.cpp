@@ -2,15 +2,13 @@
 
 #include <algorithm>
 #include <atomic>
-#include <chrono>
-#include <condition_variable>
 #include <cstdint>
-#include <exception>
-#include <mutex>
+#include <optional>
 #include <span>
-#include <thread>
+#include <vector>
 
 #include "inversion/chance_start.h"
+#include "inversion/core_shares.h"
 #include "inversion/rows_problem.h"
 
 namespace anomalis::inversion {
@@ -22,41 +20,22 @@ constexpr int starts_a_wave = 4;
 /// Models that are looked at for a start, for each body that it moves.
 constexpr int candidates = 48, most_candidates = 240;
 
-/// Leaves the work when it is asked to.
-class SharedPacer : public Pacer {
-  public:
-    explicit SharedPacer(const std::atomic<bool>& leave) : leave_(leave) {}
-    void done(double) override { look(); }
-    void waiting() override { look(); }
-
-  private:
-    void look() const {
-        if (leave_) throw Stopped();
-    }
-    const std::atomic<bool>& leave_;
-};
-
-/// The threads of one search.
+/// One search.
 class Search {
   public:
     Search(const Workspace& workspace, const FitRows& rows, const RestartRequest& request)
         : workspace_(workspace), rows_(rows), request_(request) {
         found_.ends.resize(static_cast<std::size_t>(request.count));
     }
-    ~Search() {
-        leave_ = true;
-        for (std::thread& thread : threads_) thread.join();
-    }
-    Search(const Search&) = delete;
-    Search& operator=(const Search&) = delete;
 
     Restarts run(Pacer& pacer) {
         best_.assign(request_.fitted.begin(), request_.fitted.end());
         least_ = request_.sum_of_squares;
-        for (int first = 0; first < request_.count && !leave_; first += starts_a_wave) {
-            last_ = std::min(first + starts_a_wave, request_.count);
-            run_wave(first, pacer);
-            for (int i = first; i < last_; ++i) {
+        bool goes_on = true;
+        for (int first = 0; first < request_.count && goes_on; first += starts_a_wave) {
+            const int last = std::min(first + starts_a_wave, request_.count);
+            goes_on = run_wave(first, last, pacer);
+            for (int i = first; i < last; ++i) {
                 const FitOutcome& end = found_.ends[static_cast<std::size_t>(i)];
                 if (end.values.empty() || !(end.sum_of_squares < least_)) continue;
                 best_ = end.values;
@@ -68,44 +47,15 @@ class Search {
     }
 
   private:
-    void run_wave(int first, Pacer& pacer) {
-        const auto cores = static_cast<int>(std::max(std::thread::hardware_concurrency(), 1U));
-        next_ = first;
-        for (int i = 0; i < std::min(cores, last_ - first); ++i) {
-            ++running_;
-            threads_.emplace_back([this] { work(); });
-        }
-        wait(pacer);
-        for (std::thread& thread : threads_) thread.join();
-        threads_.clear();
-        if (failure_) std::rethrow_exception(failure_);
-    }
-
-    void wait(Pacer& pacer) {
-        std::unique_lock lock(mutex_);
-        while (!ended_.wait_for(lock, std::chrono::milliseconds(20), [this] { return running_ == 0; })) {
-            lock.unlock();
-            pacer.waiting();
-            if (request_.stop) leave_ = true;
-            lock.lock();
-        }
-    }
-
-    void work() {
-        try {
-            SharedPacer pacer(leave_);
-            FitRows own(rows_, pacer);
-            for (int number = next_++; number < last_; number = next_++)
-                found_.ends[static_cast<std::size_t>(number)] = fit(own, pacer, number);
+    bool run_wave(int first, int last, Pacer& pacer) {
+        const auto core = [this](CoreShare& share) {
+            FitRows own(rows_, share.pacer());
+            while (const std::optional<int> number = share.next())
+                found_.ends[static_cast<std::size_t>(*number)] = fit(own, share.pacer(), *number);
             evaluations_ += own.evaluations();
-        } catch (const Stopped&) {  // what is ready is given back
-        } catch (...) {
-            const std::lock_guard lock(mutex_);
-            failure_ = std::current_exception();
-        }
-        const std::lock_guard lock(mutex_);
-        --running_;
-        ended_.notify_all();
+        };
+        return share_among_cores(
+            {.first = first, .last = last, .core = core, .leave = [this] { return request_.stop; }}, pacer);
     }
 
     FitOutcome fit(FitRows& own, Pacer& pacer, int number) const {
@@ -148,16 +98,8 @@ class Search {
     const RestartRequest& request_;
     std::vector<float> best_;  ///< end so far, which the starts of a wave go on from
     double least_ = 0;
-    int last_ = 0;  ///< start of the wave, and one
     Restarts found_;
-    std::vector<std::thread> threads_;
-    std::mutex mutex_;
-    std::condition_variable ended_;
-    int running_ = 0;
-    std::atomic<int> next_ = 0;
     std::atomic<long> evaluations_ = 0;
-    std::atomic<bool> leave_ = false;
-    std::exception_ptr failure_;
 };
 
 }  // namespace

@@ -11,6 +11,7 @@
 #include "core/inversion_state.h"
 #include "core/numbers.h"
 #include "core/workspace.h"
+#include "core/worth_text.h"
 #include "edit/body_rows.h"
 #include "edit/interval_text.h"
 #include "show/fit_quality.h"
@@ -23,7 +24,7 @@ constexpr std::size_t most_pairs = 5;
 constexpr double notable = 0.8;  // pairs that are coupled less are not named
 
 std::string short_number(double value) {
-    return edit::text_of_worth(value, std::abs(value) / 10);
+    return text_of_worth(value, std::abs(value) / 10);
 }
 
 std::string body_text(std::int32_t body) {
@@ -87,7 +88,7 @@ FitParameterRow row_of(const FittedParameter& p, const Workspace& workspace) {
     const bool closed = std::isfinite(p.lower) && std::isfinite(p.upper);
     const double value = static_cast<double>(p.value);
     return {capitalised(name_of(p, workspace)) + " of " + body_text(p.body),
-            closed ? edit::text_of_worth(value, (p.upper - p.lower) / 2)
+            closed ? text_of_worth(value, (p.upper - p.lower) / 2)
                    : edit::parameter_text(type, p.param_code, p.value),
             edit::interval_words(p), std::string(edit::body_row(type, p.param_code).unit)};
 }

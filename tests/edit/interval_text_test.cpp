@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "core/worth_text.h"
+
 namespace anomalis::edit {
 
 namespace {

@@ -20,7 +20,8 @@ struct EnsembleRequest {
     std::uint32_t seed = 1;
     bool vary_regional = true;  ///< regionals of other degrees that explain the data as well take part
     bool vary_bodies = false;   ///< so do models with a body less
-    double strike_within = 0;   ///< degrees: the strike is not known better than that to each side
+    double strike_within = 0;   ///< degrees: the strike is not known better than that to each side; up to 90
+    int cores = 0;              ///< 0: all there are; the answer does not hang on it
 };
 
 struct EnsembleResult {

@@ -1,0 +1,187 @@
+#include "inversion/ensemble/sample_refits.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cmath>
+
+#include "inversion/core_shares.h"
+#include "inversion/ensemble/noise_draw.h"
+#include "inversion/rows_problem.h"
+
+namespace anomalis::inversion {
+
+namespace {
+
+using Eigen::Index;
+using Eigen::VectorXd;
+
+constexpr int most_steps = 15;
+/// Starts spread by as much as the fit knows a parameter, at most by this part of its weak hold: what the
+/// data leave open then ends where it began, and all of its range is seen.
+constexpr double most_of_hold = 0.5;
+constexpr double most_deviations = 2;
+/// The noise itself is what the true model leaves: a fit that leaves more has not found the best one. With
+/// another strike it need not leave as little.
+constexpr double same_misfit = 1.001, strike_misfit = 1.05;
+
+/// One sample, with rows of its own: what was calculated before leaves no trace.
+class Sample {
+  public:
+    Sample(std::span<const ModelVariant> variants, const RefitRequest& request, int number, Pacer& pacer)
+        : request_(request),
+          chance_(request.seed, static_cast<std::uint32_t>(number)),
+          pacer_(pacer),
+          keeps_curves_(number < request.curves),
+          chosen_(choose(variants)),
+          variant_(variants[chosen_]),
+          rows_(*variant_.rows, pacer) {}
+
+    SampleRefit draw() {
+        const double noise = put_noise();
+        std::vector<FitParameter> near = variant_.parameters;
+        draw_strikes(near);
+        FitOutcome best = fit(spread(near));
+        const double most = noise * (request_.strike_within > 0 ? strike_misfit : same_misfit);
+        const double rounding = 10 * rows_.rounding();
+        if (!(best.sum_of_squares <= std::max(most, rounding * rounding))) {
+            FitOutcome other = fit(near);
+            if (other.sum_of_squares < best.sum_of_squares) best = std::move(other);
+        }
+        return describe(std::move(best.values));
+    }
+
+  private:
+    std::size_t choose(std::span<const ModelVariant> variants);
+    double put_noise();
+    void draw_strikes(std::vector<FitParameter>& parameters);
+    std::vector<FitParameter> spread(std::vector<FitParameter> parameters);
+    FitOutcome fit(const std::vector<FitParameter>& parameters);
+    SampleRefit describe(std::vector<float> values);
+    std::vector<float> curve(const FittedRows& channel, const VectorXd& calculated) const;
+
+    const RefitRequest& request_;
+    ChanceNumbers chance_;
+    Pacer& pacer_;
+    bool keeps_curves_;
+    std::size_t chosen_;
+    const ModelVariant& variant_;
+    FitRows rows_;
+};
+
+std::size_t Sample::choose(std::span<const ModelVariant> variants) {
+    double sum = 0;
+    for (const ModelVariant& variant : variants) sum += variant.weight;
+    double left = chance_.uniform() * sum;
+    for (std::size_t i = 0; i + 1 < variants.size(); ++i) {
+        left -= variants[i].weight;
+        if (left < 0) return i;
+    }
+    return variants.size() - 1;
+}
+
+/// The observed rows become those of the fit with other noise. What that noise costs.
+double Sample::put_noise() {
+    double sum = 0;
+    for (std::size_t c = 0; c < variant_.centre.size(); ++c) {
+        FittedRows& channel = rows_.channels()[c];
+        Eigen::MatrixXd noise = draw_noise(variant_.errors.channels[c].covariance, channel.distance, chance_);
+        channel.observed = variant_.centre[c] + noise;
+        project_off(channel.basis, noise);
+        sum += noise.squaredNorm() / (channel.sigma * channel.sigma);
+    }
+    return sum;
+}
+
+void Sample::draw_strikes(std::vector<FitParameter>& parameters) {
+    for (std::size_t i = 0; i < parameters.size(); ++i) {
+        if (!variant_.drawn[i]) continue;
+        FitParameter& strike = parameters[i];
+        const double by = request_.strike_within * (2 * chance_.uniform() - 1);
+        strike.value = strike.lower = strike.upper =
+            static_cast<float>(static_cast<double>(strike.value) + by);
+    }
+}
+
+std::vector<FitParameter> Sample::spread(std::vector<FitParameter> parameters) {
+    for (std::size_t i = 0; i < parameters.size(); ++i) {
+        FitParameter& p = parameters[i];
+        const double by = std::clamp(chance_.normal(), -most_deviations, most_deviations);
+        if (p.lower >= p.upper || variant_.drawn[i]) continue;
+        const double size = static_cast<double>(p.value) - static_cast<double>(p.origin);
+        const double scale = p.logarithmic ? std::abs(size) : 1;
+        const double error = variant_.errors.errors[i] / scale, most = most_of_hold * p.hold;
+        // Amplitudes follow the rest.
+        const double deviation = std::isfinite(error) && most > 0 ? std::min(error, most) : most;
+        const double there = p.logarithmic ? static_cast<double>(p.origin) + size * std::exp(deviation * by)
+                                           : static_cast<double>(p.value) + deviation * by;
+        const auto [low, high] = std::minmax(p.lower, p.upper);
+        p.value = std::clamp(static_cast<float>(there), low, high);
+    }
+    return parameters;
+}
+
+FitOutcome Sample::fit(const std::vector<FitParameter>& parameters) {
+    RowsProblem problem(*variant_.workspace, rows_, parameters, pacer_);
+    return fit_least_squares(problem, parameters, most_steps);
+}
+
+SampleRefit Sample::describe(std::vector<float> values) {
+    SampleRefit told{.variant = chosen_, .values = std::move(values), .rms = {}, .curves = {}};
+    for (std::size_t c = 0; c < variant_.centre.size(); ++c)
+        rows_.channels()[c].observed = variant_.rows->channels()[c].observed;
+    VectorXd residuals(static_cast<Index>(rows_.row_count()));
+    rows_.residuals(told.values, residuals);
+    Index at = 0;
+    for (const FittedRows& channel : rows_.channels()) {
+        const Index count = channel.observed.size();
+        told.rms.push_back(channel.sigma * residuals.segment(at, count).norm() /
+                           std::sqrt(static_cast<double>(count)));
+        at += count;
+    }
+    if (!keeps_curves_) return told;
+    for (FittedRows& channel : rows_.channels()) {
+        channel.observed.setZero();
+        channel.basis.resize(channel.basis.rows(), 0);
+    }
+    rows_.residuals(told.values, residuals);
+    at = 0;
+    for (const FittedRows& channel : rows_.channels()) {
+        const Index count = channel.observed.size();
+        told.curves.push_back(curve(channel, channel.sigma * residuals.segment(at, count)));
+        at += count;
+    }
+    return told;
+}
+
+std::vector<float> Sample::curve(const FittedRows& channel, const VectorXd& calculated) const {
+    VectorXd values = calculated;
+    if (rows_.request().target == target_gradient) {
+        const VectorXd raw = channel.fixed + channel.raw.rowwise().sum();
+        values =
+            raw.segment(variant_.workspace->first_station - channel.chain.first_station(), calculated.size());
+    }
+    std::vector<float> singles(static_cast<std::size_t>(values.size()));
+    std::ranges::transform(values, singles.begin(), [](double v) { return static_cast<float>(v); });
+    return singles;
+}
+
+}  // namespace
+
+std::vector<std::optional<SampleRefit>> refit_samples(std::span<const ModelVariant> variants,
+                                                      const RefitRequest& request, Pacer& pacer) {
+    std::vector<std::optional<SampleRefit>> samples(static_cast<std::size_t>(std::max(request.samples, 0)));
+    std::atomic<int> done = 0;
+    const auto core = [&](CoreShare& share) {
+        while (const std::optional<int> number = share.next()) {
+            samples[static_cast<std::size_t>(*number)] =
+                Sample(variants, request, *number, share.pacer()).draw();
+            ++done;
+        }
+    };
+    const auto leave = [&] { return request.leave && request.leave(done); };
+    share_among_cores(
+        {.first = 0, .last = request.samples, .cores = request.cores, .core = core, .leave = leave}, pacer);
+    return samples;
+}
+
+}  // namespace anomalis::inversion
