@@ -9,8 +9,8 @@
 #include "core/ensemble.h"
 #include "core/numbers.h"
 #include "core/workspace.h"
+#include "core/worth_text.h"
 #include "edit/body_rows.h"
-#include "edit/interval_text.h"
 #include "show/chart_look.h"
 #include "show/chart_scales.h"
 
@@ -92,8 +92,8 @@ std::string product_words(const CrossProduct& product, const CrossAxis& strength
     const double low = spread.low * scale, high = spread.high * scale, worth = (high - low) / 2;
     const double digits = worth > 0 ? worth : std::abs(low) / 100;
     return width_words(product.power) + (magnetic ? " x susceptibility" : " x density contrast") +
-           " of body " + std::to_string(body) + ": " + edit::text_of_worth(low, digits) + " to " +
-           edit::text_of_worth(high, digits) + " " + metres(product.power) + (magnetic ? " SI" : " g/cc") +
+           " of body " + std::to_string(body) + ": " + text_of_worth(low, digits) + " to " +
+           text_of_worth(high, digits) + " " + metres(product.power) + (magnetic ? " SI" : " g/cc") +
            " (90 %)" + (product.determined ? ", which the data determine better than either" : "");
 }
 
