@@ -3,6 +3,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "inversion/ensemble/find_ensemble.h"
 
@@ -46,9 +47,11 @@ class UncertaintyDesk : private inversion::EnsembleObserver {
     using Find = std::function<inversion::EnsembleResult(const Workspace&, const inversion::EnsembleRequest&,
                                                          inversion::EnsembleObserver&)>;
 
-    /// Workbench and observer outlive the desk. Another way to find an ensemble is for tests.
+    /// Workbench and observer outlive the desk.
     UncertaintyDesk(edit::Workbench& workbench, UncertaintyDeskObserver& observer,
                     Find find = inversion::find_ensemble);
+    /// Another way to find an ensemble.
+    void set_find(Find find) { find_ = std::move(find); }
 
     /// Why there can be no run of the model as it stands, in a sentence; "" when there can be one.
     std::string refusal() const;

@@ -1,10 +1,15 @@
 #include "flow/model_page.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
+#include <memory>
 #include <optional>
+#include <utility>
 
 #include "core/failure.h"
 #include "edit/line_sample.h"
+#include "show/ensemble_shapes.h"
+#include "support/ensemble_sample.h"
 #include "support/recording_device.h"
 
 namespace anomalis::flow {
@@ -56,6 +61,29 @@ TEST(ModelPage, holds_every_chart_of_the_line) {
         EXPECT_NE(page.paper.find_text(title), nullptr) << title;
     EXPECT_EQ(page.paper.find_text("Plan"), nullptr);
     EXPECT_TRUE(page.prompts.messages.empty());
+}
+
+TEST(ModelPage, has_the_ghosts_and_the_fan_of_an_ensemble_in_force) {
+    Page page;
+    const auto drawn = [&] {
+        page.paper.forget();
+        page.draw("section");
+        return std::pair(std::ranges::count_if(page.paper.entries,
+                                               [](const auto& entry) {
+                                                   return entry.kind ==
+                                                              chart::RecordingDevice::Kind::polyline &&
+                                                          entry.pen.colour == show::ghost_grey;
+                                               }),
+                         std::ranges::count_if(page.paper.entries, [](const auto& entry) {
+                             return entry.kind == chart::RecordingDevice::Kind::polygon_fill &&
+                                    entry.pen.colour == show::fan_green;
+                         }));
+    };
+    EXPECT_EQ(drawn(), (std::pair<long, long>(0, 0)));
+    page.workspace().ensemble = std::make_shared<const Ensemble>(ensemble_about(page.workspace()));
+    const auto [ghosts, fans] = drawn();
+    EXPECT_GE(ghosts, 30 * 3) << "the lower ends of endless bodies lie on the frame";
+    EXPECT_EQ(fans, 1);
 }
 
 TEST(ModelPage, how_well_each_channel_fits_stands_below_the_charts) {

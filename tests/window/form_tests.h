@@ -27,6 +27,7 @@ QObject* make_model_news_test();
 QObject* make_picture_test();
 QObject* make_save_controller_test();
 QObject* make_sharp_test();
+QObject* make_uncertainty_test();
 QObject* make_view_controller_test();
 QObject* make_watch_controller_test();
 QObject* make_wrong_boxes_test();

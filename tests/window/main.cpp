@@ -41,6 +41,7 @@ constexpr std::array tests{NamedTest{"actions", make_actions_test},
                            NamedTest{"picture", make_picture_test},
                            NamedTest{"save_controller", make_save_controller_test},
                            NamedTest{"sharp", make_sharp_test, true},
+                           NamedTest{"uncertainty", make_uncertainty_test},
                            NamedTest{"view_controller", make_view_controller_test},
                            NamedTest{"watch_controller", make_watch_controller_test},
                            NamedTest{"wrong_boxes", make_wrong_boxes_test}};

@@ -44,6 +44,23 @@ void keep_forms(const QString& folder) {
                   [&] { sample.find<QAction>((std::string("menu_") + form).c_str()).trigger(); });
 }
 
+/// The model with ghosts and fan in section and plan, and the pages of its uncertainty.
+void keep_uncertainty(FormSample& sample, const QString& folder, const QString& name, const QString& suffix) {
+    sample.find<QPushButton>("Command_toggle_invert_body").click();
+    sample.find<QAction>("menu_uncertainty").trigger();
+    QTest::qWait(settle);
+    auto* run = sample.form->findChild<QDialog*>("Form_uncertainty");
+    if (!run || !run->isVisible()) return;
+    run->grab().save(folder + "/" + name + "_uncertainty_run.png");
+    run->findChild<QPushButton*>("Command_start_uncertainty")->click();
+    run->reject();
+    keep(sample, folder, name + "_ghosts" + suffix);
+    if (auto* page = sample.form->findChild<QDialog*>("Form_ensemble"))
+        page->grab().save(folder + "/" + name + "_uncertainty" + suffix + ".png");
+    sample.find<QPushButton>("Command_show_plan").click();
+    keep(sample, folder, name + "_plan_ghosts" + suffix);
+}
+
 }  // namespace
 
 void keep_pictures(const QString& folder, const QString& workspaces) {
@@ -79,6 +96,7 @@ void keep_pictures(const QString& folder, const QString& workspaces) {
             sample.find<QAction>("menu_fit_results").trigger();
             QTest::qWait(settle);
             sample.form->findChild<QDialog*>("Form_fit")->grab().save(folder + "/" + name + "_fit.png");
+            keep_uncertainty(sample, folder, name, suffix);
         }
     }
 }

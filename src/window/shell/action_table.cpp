@@ -60,6 +60,11 @@ constexpr std::array rows{
     ActionRow{ActionId::display_regional, "menu_display_regional", "Display &Regional",
               "The regional that was taken off the observed curve, dashed about its mean", When::line, no_key,
               Mark::regional},
+    ActionRow{
+        ActionId::display_uncertainty, "menu_display_uncertainty", "Display &Uncertainty",
+        "Other models that explain the line as well: faint outlines behind the bodies, and the room that "
+        "the calculated curve keeps to in 90 % of them",
+        When::line, no_key, Mark::ensemble},
     ActionRow{ActionId::show_section, "menu_view_mode_0", "&Section", "The section below the curves",
               When::line, no_key, Mark::section},
     ActionRow{ActionId::show_plan, "menu_view_mode_1", "&Plan", "The plan below the curves", When::line,
@@ -143,6 +148,9 @@ constexpr std::array rows{
         ActionId::fit_results, "menu_fit_results", "&Fit Results",
         "What the last fit found: values with 90 % intervals, correlations, and what is left of the data",
         When::line, Qt::CTRL | Qt::Key_R},
+    ActionRow{ActionId::uncertainty, "menu_uncertainty", "&Uncertainty...",
+              "How far the data let each value move: other models that explain the line as well",
+              When::bodies, Qt::CTRL | Qt::Key_U},
     ActionRow{ActionId::section_to_plan, "menu_section_show_plan", "Show Plan",
               "Show the plan in place of the section", When::line},
     ActionRow{ActionId::plan_to_section, "menu_plan_show_section", "Show Section",
@@ -207,6 +215,8 @@ bool is_set(Mark mark, const edit::Workbench& workbench) {
             return view.show_axes;
         case Mark::regional:
             return view.show_regional;
+        case Mark::ensemble:
+            return view.show_ensemble;
         case Mark::section:
             return !view.show_plan;
         case Mark::plan:

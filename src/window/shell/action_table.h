@@ -33,6 +33,7 @@ enum class ActionId {
     previous_tab,
     display_axes,
     display_regional,
+    display_uncertainty,
     show_section,
     show_plan,
     add_body,
@@ -70,6 +71,7 @@ enum class ActionId {
     restore_best,
     reject_changes,
     fit_results,
+    uncertainty,
     section_to_plan,
     plan_to_section,
     next_body,
@@ -94,7 +96,18 @@ enum class When {
 bool holds(When when, const edit::Workbench& workbench);
 
 /// The state that a check mark stands for.
-enum class Mark { none, axes, regional, section, plan, highlight, logging, pipe_tie, exact_formulas };
+enum class Mark {
+    none,
+    axes,
+    regional,
+    ensemble,
+    section,
+    plan,
+    highlight,
+    logging,
+    pipe_tie,
+    exact_formulas
+};
 bool is_set(Mark mark, const edit::Workbench& workbench);
 
 /// How many entries a row stands for. Those of a family are told apart by a number behind the name, and get

@@ -33,6 +33,7 @@
 #include "window/shell/recovery_controller.h"
 #include "window/shell/save_controller.h"
 #include "window/shell/session_controller.h"
+#include "window/shell/uncertainty_controller.h"
 #include "window/shell/view_controller.h"
 #include "window/shell/watch_controller.h"
 #include "window/widgets/entry_box.h"
@@ -119,6 +120,8 @@ void Form_anomalis::make_controllers(const std::vector<flow::ExampleFile>& examp
     inversion_ = new FormInversion({*this, *tabs_, *charts_, *side_, *status_}, workbench_, *actions_, gate_,
                                    news_, *recovery_);
     fit_ = new FitController(*this, workbench_, *actions_);
+    uncertainty_ = new UncertaintyController(*this, workbench_, *actions_, news_, *charts_, *recovery_,
+                                             [this] { return inversion_->desk().panel().channel_index; });
 }
 
 void Form_anomalis::wire_panels() {
@@ -156,6 +159,7 @@ void Form_anomalis::follow(WhatChanged what) {
     if (what & News::calculated) status_->show_misfit(charts_->misfit()[0], charts_->misfit()[1]);
     formulas_->follow(what);
     fit_->follow(what);
+    uncertainty_->follow(what);
     open_->follow(what);
     save_->follow();
     if (what & News::file) watch_->follow();
@@ -200,7 +204,8 @@ void Form_anomalis::load_locations() {
 }
 
 void Form_anomalis::closeEvent(QCloseEvent* event) {
-    if (!inversion_->may_close() || !calculation_->may_close()) return event->ignore();
+    if (!uncertainty_->may_close() || !inversion_->may_close() || !calculation_->may_close())
+        return event->ignore();
     gate_.settle();
     recovery_->finish();
     const auto [intensity, inclination, declination] = definitions_page_->field().texts();

@@ -31,6 +31,7 @@ class PageController;
 class RecoveryController;
 class SaveController;
 class StatusPanels;
+class UncertaintyController;
 class WatchController;
 
 /// The main window: two tabs, menus and status bar, and the controllers that join them to the flows. It
@@ -57,6 +58,7 @@ class Form_anomalis : public QMainWindow {
     ChartsPanel& charts() { return *charts_; }
     ModelSide& side() { return *side_; }
     FormInversion& inversion() { return *inversion_; }
+    UncertaintyController& uncertainty() { return *uncertainty_; }
     RecoveryController& recovery() { return *recovery_; }
     CalculationWatch& calculation() { return *calculation_; }
 
@@ -97,6 +99,7 @@ class Form_anomalis : public QMainWindow {
     WatchController* watch_ = nullptr;
     FormInversion* inversion_ = nullptr;
     FitController* fit_ = nullptr;
+    UncertaintyController* uncertainty_ = nullptr;
 };
 
 }  // namespace anomalis::window

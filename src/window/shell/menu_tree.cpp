@@ -58,6 +58,7 @@ constexpr std::array items{
     open("menu_view", "&View", When::line),
     entry(ActionId::display_axes),
     entry(ActionId::display_regional),
+    entry(ActionId::display_uncertainty),
     open("menu_view_mode", "&Show"),
     entry(ActionId::show_section),
     entry(ActionId::show_plan),
@@ -118,6 +119,7 @@ constexpr std::array items{
     entry(ActionId::restore_best),
     entry(ActionId::reject_changes),
     entry(ActionId::fit_results),
+    entry(ActionId::uncertainty),
     close,
 
     open("menu_help", "&Help"),

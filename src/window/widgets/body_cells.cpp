@@ -1,5 +1,7 @@
 #include "window/widgets/body_cells.h"
 
+#include <algorithm>
+
 #include <QApplication>
 #include <QLineEdit>
 #include <QPainter>
@@ -17,6 +19,8 @@ constexpr int margin = 4;  // pixels
 constexpr int unit_width = 30;
 constexpr int mark_size = 13;
 constexpr double selected_tint = 0.14;
+constexpr int band_width = 40, least_band_width = 22, band_overhang = 4;
+constexpr double band_height = 4, band_tint = 0.38;
 
 QColor mixed(const QColor& ground, const QColor& tint, double part) {
     const auto mix = [&](int a, int b) { return static_cast<int>(a + (b - a) * part); };
@@ -57,6 +61,32 @@ void paint_behind(QPainter& painter, QRect& room, int width, Qt::Alignment side,
     room.setRight(room.right() - width);
 }
 
+/// Where the value stands in its 90 % band: a bar from end to end with a mark; an arrow in place of an end
+/// that the data leave open.
+void paint_band(QPainter& painter, const QRect& room, const QVariantList& band, const QPalette& palette) {
+    const double place = band[0].toDouble();
+    const bool open_below = band[1].toBool(), open_above = band[2].toBool();
+    const double middle = room.center().y() + 0.5;
+    const double from = room.left() + band_overhang, to = room.right() + 1 - band_overhang;
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QColor accent = palette.color(QPalette::Highlight);
+    const QColor bar = mixed(palette.color(QPalette::Base), accent, band_tint);
+    painter.fillRect(QRectF(from, middle - band_height / 2, to - from, band_height), bar);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(bar);
+    const auto arrow = [&](double end, double tip) {
+        painter.drawPolygon(
+            QPolygonF{{end, middle - band_height * 1.25}, {tip, middle}, {end, middle + band_height * 1.25}});
+    };
+    if (open_below) arrow(from, from - band_overhang);
+    if (open_above) arrow(to, to + band_overhang);
+    // A value that stands beside its band is seen to.
+    const double at = std::clamp(from + place * (to - from), from - band_overhang, to + band_overhang);
+    painter.fillRect(QRectF(at - 1, middle - band_height, 2, 2 * band_height), accent);
+    painter.restore();
+}
+
 }  // namespace
 
 void BodyCells::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const {
@@ -79,6 +109,12 @@ void BodyCells::paint(QPainter* painter, const QStyleOptionViewItem& option, con
             paint_behind(*painter, room, painter->fontMetrics().horizontalAdvance(error) + margin,
                          Qt::AlignLeft, error);
         room.setRight(room.right() - margin);
+        const QVariantList band = index.data(BodyGridModel::band_role).toList();
+        const int free =
+            room.width() - painter->fontMetrics().horizontalAdvance(index.data().toString()) - 2 * margin;
+        if (!band.isEmpty() && free >= least_band_width)
+            paint_band(*painter, {room.left(), room.top(), std::min(free, band_width), room.height()}, band,
+                       option.palette);
     }
     const QString limit = index.data(BodyGridModel::limit_role).toString();
     if (!limit.isEmpty()) {

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "edit/body_grid.h"
+#include "edit/ensemble_in_force.h"
 #include "edit/workbench.h"
 
 namespace anomalis::window {
@@ -41,7 +42,7 @@ QVariant BodyGridModel::data(const QModelIndex& index, int role) const {
             return shown(edit::grid_edit_text(workbench_, row, index.column()));
         case Qt::ToolTipRole: {
             const std::string limit = limit_of(index).tip;
-            return shown(limit.empty() ? edit::grid_tip(workbench_, row, index.column()) : limit);
+            return shown(limit.empty() ? tip_of(row, index.column()) : limit);
         }
         case limit_role:
             return shown(limit_of(index).text);
@@ -55,12 +56,27 @@ QVariant BodyGridModel::data(const QModelIndex& index, int role) const {
             return index.column() == edit::grid_value ? shown(edit::grid_unit(workbench_, row)) : QString();
         case error_role:
             return index.column() == edit::grid_value ? shown(edit::grid_error(workbench_, row)) : QString();
+        case band_role:
+            return index.column() == edit::grid_value ? band_of(row) : QVariant();
         case Qt::TextAlignmentRole:
             return static_cast<int>(Qt::AlignVCenter |
                                     (index.column() == edit::grid_property ? Qt::AlignLeft : Qt::AlignRight));
         default:
             return {};
     }
+}
+
+std::string BodyGridModel::tip_of(int row, int column) const {
+    const std::string tip = edit::grid_tip(workbench_, row, column);
+    const std::string band = column == edit::grid_value || column == edit::grid_property
+                                 ? edit::grid_band_tip(workbench_, row)
+                                 : std::string();
+    return band.empty() ? tip : tip + "\n" + band;
+}
+
+QVariant BodyGridModel::band_of(int row) const {
+    const auto band = edit::grid_band(workbench_, row);
+    return band ? QVariantList{band->place, band->open_below, band->open_above} : QVariant();
 }
 
 QVariant BodyGridModel::headerData(int section, Qt::Orientation orientation, int role) const {
@@ -124,7 +140,7 @@ flow::ShownLimit BodyGridModel::limit_of(const QModelIndex& index) const {
 BodyGridModel::Cell BodyGridModel::cell(const QModelIndex& index) const {
     return {flags(index),
             {data(index), data(index, Qt::CheckStateRole), data(index, unit_role), data(index, error_role),
-             data(index, limit_role)}};
+             data(index, limit_role), data(index, band_role)}};
 }
 
 void BodyGridModel::refresh() {

@@ -22,7 +22,9 @@ class BodyGridModel : public QAbstractTableModel {
     Q_OBJECT
 
   public:
-    enum Role { unit_role = Qt::UserRole, error_role, limit_role };
+    /// `band_role` holds a list of three where an ensemble knows the value: its place in the 90 % band from 0
+    /// to 1, and whether the band is open below and above.
+    enum Role { unit_role = Qt::UserRole, error_role, limit_role, band_role };
 
     BodyGridModel(edit::Workbench& workbench, FormGuards& guards, ModelNews& news, QObject* parent = nullptr);
 
@@ -46,11 +48,13 @@ class BodyGridModel : public QAbstractTableModel {
     /// What a cell shows.
     struct Cell {
         Qt::ItemFlags flags;
-        std::array<QVariant, 5> shown;  ///< text, mark, unit, error, limit
+        std::array<QVariant, 6> shown;  ///< text, mark, unit, error, limit, band
         bool operator==(const Cell&) const = default;
     };
     Cell cell(const QModelIndex& index) const;
     flow::ShownLimit limit_of(const QModelIndex& index) const;
+    std::string tip_of(int row, int column) const;
+    QVariant band_of(int row) const;
     bool enter(const QModelIndex& index, const QString& text);
 
     edit::Workbench& workbench_;
