@@ -2,13 +2,16 @@
 
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 #include "core/angles.h"
 #include "core/body_defaults.h"
 #include "core/failure.h"
 #include "core/numbers.h"
 #include "edit/body_form.h"
+#include "edit/body_palette.h"
 #include "edit/change.h"
+#include "edit/new_body_size.h"
 #include "edit/workbench.h"
 #include "forward/shape/reference_point.h"
 #include "model/refresh_model.h"
@@ -120,18 +123,51 @@ const char* step_name(AddMode mode) {
     }
 }
 
-}  // namespace
-
-bool MAGINV_add_body(Workbench& workbench, AddMode mode, double distance, double east, double north,
-                     double top, int current) {
+bool add_unnoted(Workbench& workbench, AddMode mode, double distance, double east, double north, double top,
+                 int current) {
     bool added = false;
     report_failure(workbench.session.prompts, "An error occurred while adding the new body: ", [&] {
         if (!line_loaded(workbench.session.workspace)) return;
         added = mode == AddMode::add ? append_new(workbench, distance, east, north, top)
                                      : insert_copy(workbench, mode, current);
     });
-    if (added) note_change(workbench, {step_name(mode), "", true});
     return added;
+}
+
+void bring_elevations_up_to_date(Workbench& workbench) {
+    Faults faults;
+    model::refresh_elevations(workbench.session.workspace, faults);
+    show_faults(faults, workbench.session.prompts);
+}
+
+/// The new body in a colour of its own and, unless it is a copy, suited to the line.
+void suit(Workbench& workbench, AddMode mode) {
+    Workspace& workspace = workbench.session.workspace;
+    ModelBody& body = workspace.body(workbench.view.current_body);
+    std::vector<std::int32_t> others;
+    for (int number = 1; number <= workspace.body_count; ++number)
+        if (number != workbench.view.current_body) others.push_back(workspace.body(number).colour);
+    body.colour = next_body_colour(others);
+    if (mode == AddMode::add) suit_new_body(workspace, workbench.view, workbench.session.settings, body);
+}
+
+/// As a person adds a body: the plain procedure, then what suits the line, as one step of the history.
+bool add_suited(Workbench& workbench, AddMode mode, double distance, double east, double north, double top) {
+    const bool added = add_unnoted(workbench, mode, distance, east, north, top, workbench.view.current_body);
+    if (!added) return false;
+    report_failure(workbench.session.prompts,
+                   "An error occurred while adding the new body: ", [&] { suit(workbench, mode); });
+    note_change(workbench, {step_name(mode), "", true});
+    return true;
+}
+
+}  // namespace
+
+bool MAGINV_add_body(Workbench& workbench, AddMode mode, double distance, double east, double north,
+                     double top, int current) {
+    if (!add_unnoted(workbench, mode, distance, east, north, top, current)) return false;
+    note_change(workbench, {step_name(mode), "", true});
+    return true;
 }
 
 int middle_station(int station_count) {
@@ -141,23 +177,22 @@ int middle_station(int station_count) {
 bool add_body_from_menu(Workbench& workbench, AddMode mode) {
     Workspace& workspace = workbench.session.workspace;
     if (!line_loaded(workspace)) return false;
-    Faults faults;
-    model::refresh_elevations(workspace, faults);
-    show_faults(faults, workbench.session.prompts);
+    bring_elevations_up_to_date(workbench);
     // The ground is the middle station's even where the view shows another part of the line:
     // test `AddBodies, a_new_body_stands_in_the_view_on_the_ground_of_the_middle_station`.
     const int station = middle_station(workspace.station_count);
     const auto& stations = workspace.stations;
-    return MAGINV_add_body(workbench, mode, static_cast<double>(workbench.view.window_centre),
-                           stations(station, column_east), stations(station, column_north),
-                           stations(station, column_ground), workbench.view.current_body);
+    return add_suited(workbench, mode, static_cast<double>(workbench.view.window_centre),
+                      stations(station, column_east), stations(station, column_north),
+                      stations(station, column_ground));
 }
 
 bool add_body_at(Workbench& workbench, double distance, double elevation) {
     const Workspace& workspace = workbench.session.workspace;
     if (!line_loaded(workspace)) return false;
-    return MAGINV_add_body(workbench, AddMode::add, distance, workspace.stations(1, column_east),
-                           workspace.stations(1, column_north), elevation, workbench.view.current_body);
+    bring_elevations_up_to_date(workbench);
+    return add_suited(workbench, AddMode::add, distance, workspace.stations(1, column_east),
+                      workspace.stations(1, column_north), elevation);
 }
 
 }  // namespace anomalis::edit

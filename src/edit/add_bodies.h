@@ -18,10 +18,11 @@ bool MAGINV_add_body(Workbench& workbench, AddMode mode, double distance, double
                      double top, int current);
 
 /// The menu's way: the new body stands in the middle of the view with its top on the ground at the middle
-/// station. Nothing happens without a line.
+/// station, in the next colour of the palette and suited to the line (edit/new_body_size.h). Nothing happens
+/// without a line.
 bool add_body_from_menu(Workbench& workbench, AddMode mode);
 
-/// A new body with its top at a point of the section (m along the profile, m of elevation).
+/// The same with its top at a point of the section (m along the profile, m of elevation).
 bool add_body_at(Workbench& workbench, double distance, double elevation);
 
 /// Half the stations, ties to even, at least 1.

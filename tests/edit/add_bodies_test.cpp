@@ -1,10 +1,15 @@
 #include "edit/add_bodies.h"
 
+#include <algorithm>
 #include <cmath>
 #include <gtest/gtest.h>
+#include <set>
+#include <span>
 
 #include "edit/body_list.h"
 #include "edit/body_sample.h"
+#include "edit/change.h"
+#include "model/refresh_model.h"
 
 namespace anomalis::edit {
 
@@ -18,6 +23,17 @@ std::vector<std::string> names(BodySample& sample) {
 
 bool from_menu(BodySample& sample, AddMode mode) {
     return add_body_from_menu(sample.workbench, mode);
+}
+
+/// The procedure alone, without what suits the line.
+bool plainly(BodySample& sample, AddMode mode) {
+    Workbench& workbench = sample.workbench;
+    return MAGINV_add_body(workbench, mode, 300, 0, 0, 100, workbench.view.current_body);
+}
+
+double range_of(std::span<const float> row) {
+    const auto [low, high] = std::ranges::minmax(row);
+    return static_cast<double>(high) - static_cast<double>(low);
 }
 
 }  // namespace
@@ -35,7 +51,6 @@ TEST(AddBodies, a_new_body_stands_in_the_view_on_the_ground_of_the_middle_statio
     EXPECT_EQ(body.top.value, static_cast<float>(sample.workspace().stations(50, column_ground)));
     EXPECT_EQ(body.strike.value, 0);
     EXPECT_EQ(body.name, "Body 4");
-    EXPECT_EQ(body.colour, 0xFF0000);
     EXPECT_EQ(body.response.rows(), LineSample::stations);
     EXPECT_EQ(sample.cleared(4), Cleared(true, true));
     EXPECT_TRUE(sample.changed());
@@ -65,11 +80,104 @@ TEST(AddBodies, settings_choose_type_and_sizes_but_not_the_colour) {
     sample.session.settings.set(settings_section, "Type", "17");
     sample.session.settings.set(settings_section, "Thick", "12.5");
     sample.session.settings.set(settings_section, "Colour", "255");
-    EXPECT_TRUE(from_menu(sample, AddMode::add));
+    EXPECT_TRUE(plainly(sample, AddMode::add));
     EXPECT_EQ(sample.body(4).type, wire);
     EXPECT_EQ(sample.body(4).dip.value, 90);
     EXPECT_EQ(sample.body(4).width.value, 12.5F);
     EXPECT_EQ(sample.body(4).colour, 0xFF0000);
+}
+
+TEST(AddBodies, the_procedure_alone_gives_the_usual_sizes_and_the_usual_colour) {
+    BodySample sample;
+    EXPECT_TRUE(plainly(sample, AddMode::add));
+    const ModelBody& body = sample.body(4);
+    EXPECT_EQ(body.width.value, 100);
+    EXPECT_EQ(body.depth_extent.value, 250);
+    EXPECT_EQ(body.length.value, 250);
+    EXPECT_EQ(body.susc.value, default_susceptibility);
+    EXPECT_EQ(body.density.value, default_density);
+    EXPECT_EQ(body.colour, 0xFF0000);
+    EXPECT_TRUE(plainly(sample, AddMode::copy));
+    EXPECT_EQ(sample.body(5).colour, 0xFF0000);
+}
+
+TEST(AddBodies, a_new_body_is_as_large_as_the_view_and_the_stations_ask_for) {
+    for (const auto& [span, width] : {std::pair{2500.0F, 100.0F}, {600.0F, 50.0F}, {100.0F, 50.0F}}) {
+        BodySample sample;
+        sample.workbench.view.window_centre = 1250;
+        sample.workbench.view.window_span = span;
+        EXPECT_TRUE(from_menu(sample, AddMode::add));
+        const ModelBody& body = sample.body(4);
+        EXPECT_EQ(body.width.value, width) << span << ": a thirtieth of it, two spacings of 25 m at least";
+        EXPECT_GT(body.depth_extent.value, body.width.value);
+        EXPECT_EQ(body.length.value, body.depth_extent.value);
+    }
+}
+
+TEST(AddBodies, the_anomaly_of_a_new_body_can_be_seen_against_the_data) {
+    for (const Formulas formulas : {Formulas::classic, Formulas::exact}) {
+        BodySample sample(false);
+        sample.workspace().formulas = formulas;
+        sample.workbench.view.window_centre = 1250;
+        sample.workbench.view.window_span = 2500;
+        model::refresh_model(sample.session);
+        EXPECT_TRUE(from_menu(sample, AddMode::add));
+        model::refresh_model(sample.session);
+        const Workspace& w = sample.workspace();
+        for (const Channel* channel : {&w.mag, &w.grav}) {
+            const double observed = range_of(channel->data.row(row_raw, stage_observed));
+            const double calculated = range_of(channel->data.row(row_raw, stage_calculated));
+            EXPECT_GT(calculated, observed / 6);
+            EXPECT_LT(calculated, observed);
+        }
+    }
+}
+
+TEST(AddBodies, what_the_settings_keep_of_new_bodies_is_not_suited_to_the_line) {
+    BodySample sample;
+    const std::vector<std::pair<const char*, const char*>> kept{
+        {"Thick", "12.5"}, {"Depth", "77"}, {"StrikeLength", "33"}, {"Susc", "1234"}, {"Density", "0.25"}};
+    for (const auto& [key, value] : kept) sample.session.settings.set(settings_section, key, value);
+    EXPECT_TRUE(from_menu(sample, AddMode::add));
+    const ModelBody& body = sample.body(4);
+    EXPECT_EQ(body.width.value, 12.5F);
+    EXPECT_EQ(body.depth_extent.value, 77);
+    EXPECT_EQ(body.length.value, 33);
+    EXPECT_EQ(body.susc.value, 1234);
+    EXPECT_EQ(body.density.value, 0.25F);
+}
+
+TEST(AddBodies, a_flat_line_leaves_the_usual_strength) {
+    BodySample sample;
+    for (Channel* channel : {&sample.workspace().mag, &sample.workspace().grav})
+        for (float& value : channel->data.row(row_raw, stage_observed)) value = 5;
+    invalidate_filtered_data(0, sample.workspace());
+    model::refresh_model(sample.session);
+    EXPECT_TRUE(from_menu(sample, AddMode::add));
+    EXPECT_EQ(sample.body(4).susc.value, default_susceptibility);
+    EXPECT_EQ(sample.body(4).density.value, default_density);
+}
+
+TEST(AddBodies, new_bodies_and_copies_bear_colours_that_are_told_apart) {
+    BodySample sample(false);
+    for (int i = 0; i < 3; ++i) EXPECT_TRUE(from_menu(sample, AddMode::add));
+    EXPECT_TRUE(from_menu(sample, AddMode::copy));
+    EXPECT_TRUE(from_menu(sample, AddMode::split));
+    std::set<std::int32_t> colours;
+    for (int i = 1; i <= 5; ++i) colours.insert(sample.body(i).colour);
+    EXPECT_EQ(colours.size(), 5U);
+}
+
+TEST(AddBodies, adding_is_one_step_of_the_history) {
+    BodySample sample;
+    start_history(sample.workbench);
+    EXPECT_TRUE(from_menu(sample, AddMode::add));
+    const float width = sample.body(4).width.value;
+    EXPECT_TRUE(undo_change(sample.workbench).moved);
+    EXPECT_EQ(sample.workspace().body_count, 3);
+    EXPECT_FALSE(undo_change(sample.workbench).moved);
+    EXPECT_TRUE(redo_change(sample.workbench).moved);
+    EXPECT_EQ(sample.body(4).width.value, width);
 }
 
 TEST(AddBodies, a_place_used_before_passes_nothing_on) {
@@ -119,7 +227,6 @@ TEST(AddBodies, a_copy_stands_behind_the_current_body_and_beside_it) {
     EXPECT_DOUBLE_EQ(copy.east, 501425);
     EXPECT_EQ(copy.susc.value, 1234);
     EXPECT_EQ(copy.top.value, 40);
-    EXPECT_EQ(copy.colour, 0xFF0000);
     EXPECT_EQ(sample.body(4).distance.value, 1900);
     EXPECT_EQ(sample.cleared(2), Cleared(false, false)) << "the original is what it was";
     EXPECT_EQ(sample.cleared(3), Cleared(true, true));
