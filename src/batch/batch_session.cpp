@@ -19,6 +19,12 @@ BatchSession::BatchSession(std::ostream& the_out, std::ostream& the_err)
     initialise_workspace(session.workspace, prompts);
 }
 
+void BatchSession::start_anew() {
+    session.workspace = Workspace();
+    session.inversion = InversionState();
+    initialise_workspace(session.workspace, prompts);
+}
+
 OpenState BatchSession::open(const std::string& path) {
     const MessageScope scope(prompts);
     Workspace& workspace = session.workspace;

@@ -25,6 +25,9 @@ class BatchSession {
   public:
     BatchSession(std::ostream& out, std::ostream& err);
 
+    /// An empty workspace, as at the start; what was told and which files were read is kept.
+    void start_anew();
+
     /// Reads a workspace file, loads its data and calculates its model, as far as it can.
     OpenState open(const std::string& path);
     /// The same; true only when it is ready.

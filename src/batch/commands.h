@@ -1,6 +1,8 @@
 #pragma once
 
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "batch/option_values.h"
 #include "batch/picture_writer.h"
@@ -35,6 +37,32 @@ struct InvertCommandOptions {
     bool force = false;  ///< the model is replaced even if another program has changed it meanwhile
 };
 
+struct FindCommandOptions {
+    std::string model;
+    std::string channel;  ///< "mag", "grav", "joint"; empty: what the line has
+    std::optional<int> most, bodies;
+    bool thin = true, thick = true;
+    FitChoice fit;
+    std::optional<float> noise;  ///< nT or mGal, of the channel that is looked at
+    std::optional<flow::DistanceWindow> window;
+    bool free_present = false;
+    int alternatives = 3;
+    std::string output;
+    std::string report;
+};
+
+struct FollowCommandOptions {
+    std::string first;
+    std::vector<std::string> next;
+    std::string channel;  ///< "mag", "grav", "joint"; empty: that of the fit of the first line
+    FitChoice fit;
+    int iterations = 25, starts = 4;
+    std::string output;  ///< a file, or a folder for several lines
+    std::string report;
+};
+/// The workspace that is written for each of the next lines; empty without an output.
+std::vector<std::string> follow_outputs(const FollowCommandOptions& options);
+
 struct ExportOptions {
     std::string model;
     std::string profile_table;
@@ -58,6 +86,8 @@ bool run_info(const std::string& model, BatchSession& batch);
 bool run_dump(const DumpOptions& options, BatchSession& batch);
 bool run_forward(const ForwardOptions& options, BatchSession& batch);
 bool run_invert(const InvertCommandOptions& options, BatchSession& batch);
+bool run_find(const FindCommandOptions& options, BatchSession& batch);
+bool run_follow(const FollowCommandOptions& options, BatchSession& batch);
 bool run_export(const ExportOptions& options, BatchSession& batch);
 bool run_render(const RenderOptions& options, BatchSession& batch, PictureWriter* pictures);
 

@@ -1,9 +1,9 @@
 #include <algorithm>
 #include <cmath>
 #include <ostream>
-#include <tuple>
 
 #include "batch/batch_session.h"
+#include "batch/channel_choice.h"
 #include "batch/commands.h"
 #include "batch/report_json.h"
 #include "batch/stop_request.h"
@@ -18,10 +18,7 @@ namespace {
 
 flow::InvertOptions run_options(const InvertCommandOptions& options, const Session& session) {
     flow::InvertOptions run;
-    run.channel = options.channel == "mag"     ? channel_mag
-                  : options.channel == "grav"  ? channel_grav
-                  : options.channel == "joint" ? channel_joint
-                                               : session.inversion.inversion_channel;
+    run.channel = chosen_channel(options.channel, session);
     run.target = options.target == "gradient" ? target_gradient : target_data;
     run.method = method_of_name(options.method).value_or(run.method);
     run.iterations = options.iterations;
@@ -110,21 +107,15 @@ std::string summary(const flow::InversionReport& report, const Workspace& worksp
 
 /// Why a model cannot be fitted as it was asked for; "" when it can. A run by itself is refused without a
 /// word, or gives way to the other channel.
-std::string refusal(const InvertCommandOptions& options, const Workspace& workspace, bool& wrong_usage) {
-    const int bodies = workspace.body_count;
+std::string refusal(const InvertCommandOptions& options, const Session& session, bool& wrong_usage) {
+    const int bodies = session.workspace.body_count;
     if (bodies < 1) return "The model has no bodies to invert";
     if (options.body > bodies) {
         wrong_usage = true;
         return "There is no body " + std::to_string(options.body) + " to invert: the model has " +
                std::to_string(bodies);
     }
-    const bool joint = options.channel == "joint";
-    for (const auto& [name, words, there] : {std::tuple{"mag", "magnetic", workspace.has_mag()},
-                                             std::tuple{"grav", "gravity", workspace.has_grav()}})
-        if (!there && (joint || options.channel == name))
-            return "--channel " + options.channel + " needs a " + words +
-                   " column, and the workspace names none";
-    return {};
+    return channel_refusal(options.channel, session);
 }
 
 /// The report of a run that was not begun.
@@ -144,7 +135,7 @@ bool run_invert(const InvertCommandOptions& options, BatchSession& batch) {
     {
         const MessageScope scope(batch.prompts);
         if (batch.open(options.model) == OpenState::unread) return false;
-        const std::string why = refusal(options, batch.session.workspace, batch.wrong_usage);
+        const std::string why = refusal(options, batch.session, batch.wrong_usage);
         if (!why.empty()) batch.prompts.message(why);
         report = why.empty() ? invert(options, batch) : refused_report(options);
     }

@@ -59,14 +59,14 @@ OptionList::Take take_stream(std::string& path) {
     };
 }
 
-OptionList::Take take_window(std::optional<DistanceWindow>& window) {
+OptionList::Take take_window(std::optional<flow::DistanceWindow>& window) {
     return [&window](const std::string& text) -> std::string {
         const std::size_t colon = text.find(':');
-        DistanceWindow read;
+        flow::DistanceWindow read;
         const bool two = colon != std::string::npos && parse_number(text.substr(0, colon), read.first) &&
                          parse_number(text.substr(colon + 1), read.last);
         if (!two || !(read.first < read.last))
-            return "must be FROM:TO in m along the profile, FROM below TO: " + text;
+            return "must be A:B in m along the profile, A below B: " + text;
         window = read;
         return {};
     };

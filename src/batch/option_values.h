@@ -5,6 +5,7 @@
 #include <string>
 
 #include "batch/option_list.h"
+#include "flow/fit_window.h"
 
 // Values that options of several commands have in common.
 namespace anomalis::batch {
@@ -22,12 +23,8 @@ OptionList::Take take_noise(std::optional<float>& noise, const std::string& unit
 OptionList::Take take_stream(std::string& path);
 inline constexpr const char* stream_purpose = "Write it here; - is the standard output";
 
-/// A part of the line, m along the profile.
-struct DistanceWindow {
-    double first = 0, last = 0;
-};
-/// "A:B", A below B.
-OptionList::Take take_window(std::optional<DistanceWindow>& window);
+/// "A:B", m along the profile, A below B.
+OptionList::Take take_window(std::optional<flow::DistanceWindow>& window);
 
 /// The options by which a fit is told regional and noises.
 struct FitChoice {

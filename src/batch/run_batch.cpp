@@ -19,6 +19,8 @@ Commands all_commands(PictureWriter* pictures) {
     commands.push_back(dump_command());
     commands.push_back(forward_command());
     commands.push_back(invert_command());
+    commands.push_back(find_command());
+    commands.push_back(follow_command());
     commands.push_back(export_command());
     commands.push_back(render_command(pictures));
     return commands;

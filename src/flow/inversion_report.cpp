@@ -3,6 +3,7 @@
 #include <string>
 
 #include "core/body_parameters.h"
+#include "flow/available_channel.h"
 #include "model/refresh_model.h"
 
 namespace anomalis::flow {
@@ -27,20 +28,9 @@ class CallbackObserver : public inversion::RunObserver {
     Prompts& prompts_;
 };
 
-/// A channel without a column gives way to the other one; both at once need both.
-std::int32_t available_channel(std::int32_t channel, const Workspace& workspace) {
-    if (channel != channel_grav && !workspace.has_mag()) return channel_grav;
-    if (channel != channel_mag && !workspace.has_grav()) return channel_mag;
-    return channel;
-}
-
-bool fits(std::int32_t channel, std::int32_t one) {
-    return channel == one || channel == channel_joint;
-}
-
 void take_settings(const InvertOptions& options, std::int32_t channel, Workspace& workspace) {
     for (const int one : {channel_mag, channel_grav})
-        if (options.regional_degree && fits(channel, one))
+        if (options.regional_degree && is_fitted(channel, one))
             workspace.channel(one).regional_degree = *options.regional_degree;
     if (options.mag_noise) workspace.mag.noise = *options.mag_noise;
     if (options.grav_noise) workspace.grav.noise = *options.grav_noise;
@@ -50,7 +40,7 @@ std::vector<ReportedChannel> reported_channels(const Workspace& workspace, std::
                                                const InversionReport& report) {
     std::vector<ReportedChannel> list;
     for (const int one : {channel_mag, channel_grav}) {
-        if (!fits(channel, one)) continue;
+        if (!is_fitted(channel, one)) continue;
         ReportedChannel& reported = list.emplace_back();
         reported.channel = one;
         reported.regional = workspace.channel(one).regional;
