@@ -6,11 +6,14 @@
 #include <cstdio>
 #include <cstring>
 #include <iostream>
+#include <memory>
 #include <sys/resource.h>
 
 #include <QTimer>
 
 #include "core/body_parameters.h"
+#include "core/ensemble.h"
+#include "core/model_mark.h"
 #include "filter/filters.h"
 #include "forward/classic/gravity_response.h"
 #include "forward/classic/mag_response.h"
@@ -80,6 +83,60 @@ void a_step_of_a_bar(benchmark::State& state) {
         static_cast<double>(window.prompts.count()) + static_cast<double>(faults.entries().size());
 }
 BENCHMARK(a_step_of_a_bar)->Iterations(60)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+/// Depth, dip, width and susceptibility of all bodies in 300 models, and a fan over the whole line.
+std::shared_ptr<const Ensemble> ensemble_of(const Workspace& w) {
+    constexpr int models = 300;
+    Ensemble ensemble;
+    for (int number = 1; number <= w.body_count; ++number)
+        for (const ParamCode code : {param_top, param_dip, param_width, param_susc})
+            ensemble.parameters.push_back(
+                {.body = number, .param_code = code, .value = body_param(w.body(number), code).value});
+    ensemble.samples.resize(models);
+    for (int i = 0; i < models; ++i)
+        for (const EnsembleParameter& p : ensemble.parameters)
+            ensemble.samples[static_cast<std::size_t>(i)].values.push_back(
+                p.value * (1 + 0.2F * static_cast<float>(i) / models));
+    for (const std::int32_t channel : {channel_mag, channel_grav}) {
+        const auto curve = w.channel(channel).data.row(w.residual_row, stage_calculated);
+        EnsembleFan& fan = ensemble.fans.emplace_back();
+        fan.channel = channel;
+        fan.first_station = 1;
+        for (const float value : curve.first(static_cast<std::size_t>(w.station_count))) {
+            fan.lower.push_back(value - 1);
+            fan.upper.push_back(value + 1);
+        }
+    }
+    ensemble.model_mark = model_mark(w);
+    return std::make_shared<const Ensemble>(std::move(ensemble));
+}
+
+/// Ghosts and fan while they are in force, and a step of a bar that has taken them away.
+void a_redraw_with_ghosts(benchmark::State& state) {
+    const WorkFolder folder;
+    ShownWindow window(write_line(folder, stations, sheets));
+    window.form->workbench().view.current_body = moved;
+    BestTime plain, ghosts, step;
+    const auto redraw = [&] {
+        window.view().redraw();
+        ShownWindow::settle();
+    };
+    for (int i = 0; i < 5; ++i) plain.take(redraw);
+    Workspace& w = window.session.workspace;
+    int turn = 0;
+    for (auto _ : state) {
+        w.ensemble = ensemble_of(w);
+        window.form->workbench().forget_marks();
+        state.SetIterationTime(ghosts.take(redraw));
+        window.scroll(param_dip, ++turn % 2 == 0 ? 1 : -1);
+        step.take([&] { window.scroll(param_dip, ++turn % 2 == 0 ? 1 : -1); });
+    }
+    state.counters["plain_ms"] = plain.seconds() * 1e3;
+    state.counters["ghosts_ms"] = ghosts.seconds() * 1e3;
+    state.counters["step_ms"] = step.seconds() * 1e3;
+    state.counters["messages"] = static_cast<double>(window.prompts.count());
+}
+BENCHMARK(a_redraw_with_ghosts)->Iterations(20)->UseManualTime()->Unit(benchmark::kMillisecond);
 
 /// Processor seconds of the children that have ended.
 double children_seconds() {

@@ -11,6 +11,7 @@
 #include "core/workspace.h"
 #include "core/worth_text.h"
 #include "edit/body_rows.h"
+#include "model/burial_depth.h"
 #include "show/chart_look.h"
 #include "show/chart_scales.h"
 
@@ -149,6 +150,25 @@ Curve product_curve(const CrossProduct& product, const AxisScale& widths) {
     return curve;
 }
 
+/// The elevation of a top as its depth below the ground over it, in each model.
+void count_from_ground(const Workspace& workspace, const Ensemble& ensemble, int body,
+                       const std::vector<const EnsembleSample*>& models, CrossAxis& axis) {
+    const auto distance = std::ranges::find_if(ensemble.parameters, [&](const EnsembleParameter& p) {
+        return p.body == body && p.param_code == param_distance;
+    });
+    const auto below = [&](float place, double top) {
+        return model::ground_elevation(workspace, static_cast<double>(place)) - top;
+    };
+    const float own = workspace.body(body).distance.value;
+    const bool moves = distance != ensemble.parameters.end();
+    const auto at = static_cast<std::size_t>(distance - ensemble.parameters.begin());
+    for (std::size_t i = 0; i < models.size(); ++i)
+        axis.values[i] = below(moves ? models[i]->values[at] : own, axis.values[i]);
+    axis.fitted = below(moves ? distance->value : own, axis.fitted);
+    axis.name =
+        is_named(workspace.body(body).type) && is_round(workspace.body(body).type) ? "Depth" : "Depth to top";
+}
+
 }  // namespace
 
 CrossPlots cross_plots(const Workspace& workspace, const Ensemble& ensemble, int body) {
@@ -156,6 +176,9 @@ CrossPlots cross_plots(const Workspace& workspace, const Ensemble& ensemble, int
     if (body < 1 || body > workspace.body_count) return plots;
     const std::int32_t type = workspace.body(body).type;
     const std::vector<Column> columns = columns_of(ensemble, body);
+    std::vector<const EnsembleSample*> models;
+    for (const EnsembleSample& sample : ensemble.samples)
+        if (has_all(sample, columns)) models.push_back(&sample);
     for (const Column& column : columns) {
         const edit::BodyRow row = edit::body_row(type, column.param_code);
         CrossAxis axis{column.param_code,
@@ -163,9 +186,9 @@ CrossPlots cross_plots(const Workspace& workspace, const Ensemble& ensemble, int
                        std::string(row.unit),
                        static_cast<double>(ensemble.parameters[column.place].value),
                        {}};
-        for (const EnsembleSample& sample : ensemble.samples)
-            if (has_all(sample, columns))
-                axis.values.push_back(static_cast<double>(sample.values[column.place]));
+        for (const EnsembleSample* sample : models)
+            axis.values.push_back(static_cast<double>(sample->values[column.place]));
+        if (column.param_code == param_top) count_from_ground(workspace, ensemble, body, models, axis);
         plots.axes.push_back(std::move(axis));
     }
     if (plots.axes.size() < 2 || plots.axes.front().values.empty()) return {};

@@ -1,6 +1,9 @@
 #include "flow/uncertainty_desk.h"
 
+#include <cmath>
+#include <functional>
 #include <gtest/gtest.h>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -96,6 +99,52 @@ TEST_F(UncertaintyRun, the_fit_and_the_ensemble_are_one_step) {
     EXPECT_EQ(edit::ensemble_in_force(workbench), nullptr);
     edit::redo_change(workbench);
     EXPECT_NE(edit::ensemble_in_force(workbench), nullptr);
+}
+
+/// Watches nothing but the numbers.
+struct Refreshing : UncertaintyDeskObserver {
+    explicit Refreshing(inversion::LineSession& the_line) : line(the_line) {}
+    void run_changed() override {}
+    void progress_changed() override {}
+    void model_changed() override { line.refresh(); }
+    inversion::LineSession& line;
+};
+
+TEST(UncertaintyOfALine, the_engine_leaves_its_fit_and_an_ensemble_in_force) {
+    for (const bool floating : {false, true}) {
+        inversion::LineSession line(41, 25);
+        Workspace& w = line.session.workspace;
+        ModelBody& body = line.add_body(thick_sheet);
+        body.susc.value = 20000;
+        line.take_model_as_data();
+        for (int i = 1; i <= w.station_count; ++i)
+            w.mag.data(i, row_raw, stage_observed) += 2 * std::sin(static_cast<float>(7 * i * i % 97));
+        w.mag.float_base = floating ? 1 : 0;
+        w.mag.noise = 1.4F;
+        body.top.value -= 12;
+        body.top.vary = body.susc.vary = 1;
+        line.refresh();
+        edit::Workbench workbench{line.session};
+        workbench.view.current_body = 1;
+        edit::start_history(workbench);
+        Refreshing observer(line);
+        UncertaintyDesk desk(workbench, observer);
+        desk.start({.samples = 20}, channel_mag);
+        ASSERT_TRUE(desk.found()) << desk.outcome();
+        EXPECT_NEAR(body.top.value, -50, 5);
+        EXPECT_TRUE(as_fitted(w)) << floating;
+        ASSERT_NE(edit::ensemble_in_force(workbench), nullptr) << floating;
+        EXPECT_EQ(w.ensemble->samples.size(), 20U);
+        EXPECT_NE(edit::ensemble_parameter(workbench, 1, param_top), nullptr);
+        EXPECT_EQ(workbench.history.steps(), 1U);
+        const std::shared_ptr<const Ensemble> first = w.ensemble;
+        edit::undo_change(workbench);
+        line.refresh();
+        EXPECT_EQ(edit::ensemble_in_force(workbench), nullptr);
+        edit::redo_change(workbench);
+        line.refresh();
+        EXPECT_EQ(edit::ensemble_in_force(workbench), first) << floating;
+    }
 }
 
 TEST_F(UncertaintyRun, a_model_that_is_as_fitted_does_not_move) {

@@ -40,7 +40,9 @@ TEST(CrossPlots, have_depth_width_and_susceptibility_of_one_body) {
     const Sheet sheet;
     const CrossPlots plots = cross_plots(sheet.workspace, sheet.ensemble, 2);
     ASSERT_EQ(plots.axes.size(), 3U);
-    EXPECT_EQ(plots.axes[0].name, "Top");
+    EXPECT_EQ(plots.axes[0].name, "Depth to top");
+    EXPECT_EQ(plots.axes[0].fitted, -60) << "above the ground at 0";
+    EXPECT_EQ(plots.axes[0].values.back(), -70);
     EXPECT_EQ(plots.axes[1].name, "Width");
     EXPECT_EQ(plots.axes[1].unit, "m");
     EXPECT_EQ(plots.axes[2].param_code, param_susc);

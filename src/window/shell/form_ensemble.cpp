@@ -23,7 +23,6 @@ namespace {
 constexpr int margin = 12, gap = 8;  // pixels
 constexpr QSize designed_size{1160, 700};
 constexpr int words_width = 330, body_width = 240;
-constexpr int plots_a_row = 3;
 
 QLabel* make_label(const char* name) {
     auto* label = new QLabel;
@@ -75,6 +74,9 @@ QWidget* Form_ensemble::make_words() {
     name_control(*words_, "List_ensemble_words", tr("What the models say"),
                  tr("What 90 % of the models keep to, a line a parameter"));
     words_->setWordWrap(true);
+    words_->setSelectionMode(QAbstractItemView::NoSelection);
+    words_->setFocusPolicy(Qt::TabFocus);
+    words_->setSpacing(2);
     words_->setAlternatingRowColors(true);
     words_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     auto* holder = new QWidget;
@@ -97,8 +99,8 @@ QWidget* Form_ensemble::make_plots() {
     head->addWidget(make_caption(tr("Body"), bodies_));
     head->addWidget(bodies_);
     head->addStretch();
-    auto* grid = new QGridLayout;
-    grid->setSpacing(gap);
+    grid_ = new QGridLayout;
+    grid_->setSpacing(gap);
     for (int i = 0; i < most_plots; ++i) {
         auto* plot = new chart::GrapherWidget;
         plot->setObjectName("vsgraph_cross_" + QString::number(i));
@@ -106,13 +108,12 @@ QWidget* Form_ensemble::make_plots() {
             tr("A dot a model, the square the fitted one; along the orange curve width times "
                "susceptibility stays what it is"));
         show::set_up_cross_plot(plot->chart());
-        grid->addWidget(plot, i / plots_a_row, i % plots_a_row);
         plots_.at(static_cast<std::size_t>(i)) = plot;
     }
     auto* holder = new QWidget;
     QVBoxLayout* column = make_column(holder);
     column->addLayout(head);
-    column->addLayout(grid, 1);
+    column->addLayout(grid_, 1);
     column->addWidget(product_);
     return holder;
 }
@@ -169,14 +170,23 @@ void Form_ensemble::fill_bodies(const Ensemble& ensemble, const Workspace& works
     bodies_->setEnabled(bodies_->count() > 0);
 }
 
+/// As square as they can be.
+void Form_ensemble::place_plots(int count) {
+    const int columns = count <= 1 ? 1 : count <= 4 ? 2 : 3;
+    for (int i = 0; i < most_plots; ++i) {
+        chart::GrapherWidget* plot = plots_.at(static_cast<std::size_t>(i));
+        grid_->removeWidget(plot);
+        grid_->addWidget(plot, i / columns, i % columns);
+        plot->setVisible(i < count);
+    }
+}
+
 void Form_ensemble::show_plots(const Ensemble& ensemble, const Workspace& workspace) {
     const show::CrossPlots plots = show::cross_plots(workspace, ensemble, bodies_->currentData().toInt());
     const auto pairs = show::cross_pairs(plots);
-    for (std::size_t i = 0; i < plots_.size(); ++i) {
-        plots_[i]->setVisible(i < pairs.size());
-        if (i < pairs.size())
-            show::draw_cross_plot(plots_[i]->chart(), plots, pairs[i].first, pairs[i].second);
-    }
+    place_plots(static_cast<int>(pairs.size()));
+    for (std::size_t i = 0; i < pairs.size(); ++i)
+        show::draw_cross_plot(plots_.at(i)->chart(), plots, pairs[i].first, pairs[i].second);
     product_->setText(pairs.empty()   ? tr("A plot needs two of depth, dip, width and susceptibility free")
                       : plots.product ? QString::fromStdString(plots.product->words)
                                       : QString());

@@ -13,6 +13,7 @@ class GrapherWidget;
 }  // namespace anomalis::chart
 
 class QComboBox;
+class QGridLayout;
 class QLabel;
 class QListWidget;
 class QPushButton;
@@ -45,6 +46,7 @@ class Form_ensemble : public QDialog {
     QWidget* make_plots();
     QWidget* make_buttons();
     void fill_bodies(const Ensemble& ensemble, const Workspace& workspace, int body);
+    void place_plots(int count);
     void show_plots(const Ensemble& ensemble, const Workspace& workspace);
 
     QLabel* state_;
@@ -53,6 +55,7 @@ class Form_ensemble : public QDialog {
     QListWidget* words_ = nullptr;
     QComboBox* bodies_ = nullptr;
     QLabel* product_ = nullptr;
+    QGridLayout* grid_ = nullptr;
     std::array<chart::GrapherWidget*, most_plots> plots_{};
     QPushButton* copy_ = nullptr;
     QPushButton* save_ = nullptr;

@@ -19,8 +19,9 @@ constexpr int margin = 4;  // pixels
 constexpr int unit_width = 30;
 constexpr int mark_size = 13;
 constexpr double selected_tint = 0.14;
-constexpr int band_width = 40, least_band_width = 22, band_overhang = 4;
-constexpr double band_height = 4, band_tint = 0.38;
+constexpr int band_margin = 10;
+constexpr double band_lift = 2, band_height = 2, band_tint = 0.38;  // the lift above the line below the row
+constexpr double arrow_length = 6, arrow_half = 2.5, mark_half = 2.5;
 
 QColor mixed(const QColor& ground, const QColor& tint, double part) {
     const auto mix = [&](int a, int b) { return static_cast<int>(a + (b - a) * part); };
@@ -61,13 +62,13 @@ void paint_behind(QPainter& painter, QRect& room, int width, Qt::Alignment side,
     room.setRight(room.right() - width);
 }
 
-/// Where the value stands in its 90 % band: a bar from end to end with a mark; an arrow in place of an end
-/// that the data leave open.
-void paint_band(QPainter& painter, const QRect& room, const QVariantList& band, const QPalette& palette) {
+/// Where the value stands in its 90 % band: a line below it from end to end with a mark, an arrow in place of
+/// an end that the data leave open. Beside the value there is no room: the interval of the fit stands there.
+void paint_band(QPainter& painter, const QRect& cell, const QVariantList& band, const QPalette& palette) {
     const double place = band[0].toDouble();
     const bool open_below = band[1].toBool(), open_above = band[2].toBool();
-    const double middle = room.center().y() + 0.5;
-    const double from = room.left() + band_overhang, to = room.right() + 1 - band_overhang;
+    const double middle = cell.bottom() - band_lift;
+    const double from = cell.left() + band_margin, to = cell.right() + 1 - band_margin;
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     const QColor accent = palette.color(QPalette::Highlight);
@@ -76,14 +77,13 @@ void paint_band(QPainter& painter, const QRect& room, const QVariantList& band, 
     painter.setPen(Qt::NoPen);
     painter.setBrush(bar);
     const auto arrow = [&](double end, double tip) {
-        painter.drawPolygon(
-            QPolygonF{{end, middle - band_height * 1.25}, {tip, middle}, {end, middle + band_height * 1.25}});
+        painter.drawPolygon(QPolygonF{{end, middle - arrow_half}, {tip, middle}, {end, middle + arrow_half}});
     };
-    if (open_below) arrow(from, from - band_overhang);
-    if (open_above) arrow(to, to + band_overhang);
+    if (open_below) arrow(from, from - arrow_length);
+    if (open_above) arrow(to, to + arrow_length);
     // A value that stands beside its band is seen to.
-    const double at = std::clamp(from + place * (to - from), from - band_overhang, to + band_overhang);
-    painter.fillRect(QRectF(at - 1, middle - band_height, 2, 2 * band_height), accent);
+    const double at = std::clamp(from + place * (to - from), from - arrow_length, to + arrow_length);
+    painter.fillRect(QRectF(at - 1, middle - mark_half, 2, 2 * mark_half), accent);
     painter.restore();
 }
 
@@ -100,6 +100,8 @@ void BodyCells::paint(QPainter* painter, const QStyleOptionViewItem& option, con
         return;
     }
     if (index.column() == edit::grid_value) {
+        const QVariantList band = index.data(BodyGridModel::band_role).toList();
+        if (!band.isEmpty()) paint_band(*painter, option.rect, band, option.palette);
         const QString error = index.data(BodyGridModel::error_role).toString();
         painter->setPen(quiet_text(option.palette));
         const bool type = index.row() + 1 == edit::row_type && !index.data().toString().isEmpty();
@@ -109,12 +111,6 @@ void BodyCells::paint(QPainter* painter, const QStyleOptionViewItem& option, con
             paint_behind(*painter, room, painter->fontMetrics().horizontalAdvance(error) + margin,
                          Qt::AlignLeft, error);
         room.setRight(room.right() - margin);
-        const QVariantList band = index.data(BodyGridModel::band_role).toList();
-        const int free =
-            room.width() - painter->fontMetrics().horizontalAdvance(index.data().toString()) - 2 * margin;
-        if (!band.isEmpty() && free >= least_band_width)
-            paint_band(*painter, {room.left(), room.top(), std::min(free, band_width), room.height()}, band,
-                       option.palette);
     }
     const QString limit = index.data(BodyGridModel::limit_role).toString();
     if (!limit.isEmpty()) {

@@ -5,7 +5,7 @@
 namespace anomalis::window {
 
 /// Draws the cells of the parameter grid: the unit stands quietly behind the value, a standard error of the
-/// last fit between them, a bar of the 90 % band before it where an ensemble knows one, the mark in the
+/// last fit between them, below them the 90 % band where an ensemble knows one, the mark in the
 /// middle of its cell. Edits texts in `Text_edit`.
 class BodyCells : public QStyledItemDelegate {
     Q_OBJECT
