@@ -37,6 +37,7 @@ std::unique_ptr<Command> forward_command();
 std::unique_ptr<Command> invert_command();
 std::unique_ptr<Command> find_command();
 std::unique_ptr<Command> follow_command();
+std::unique_ptr<Command> uncertainty_command();
 std::unique_ptr<Command> export_command();
 /// `pictures` may be null: it then fails with a message.
 std::unique_ptr<Command> render_command(PictureWriter* pictures);

@@ -63,6 +63,19 @@ struct FollowCommandOptions {
 /// The workspace that is written for each of the next lines; empty without an output.
 std::vector<std::string> follow_outputs(const FollowCommandOptions& options);
 
+struct UncertaintyCommandOptions {
+    std::string model;
+    int samples = 300, seed = 1;
+    std::string channel;  ///< "mag", "grav", "joint"; empty: what the line has
+    std::string target = "data";
+    FitChoice fit;
+    std::optional<flow::DistanceWindow> window;
+    double strike_within = 0;  ///< degrees to each side
+    bool vary_bodies = false, same_regional = false;
+    std::string report, table;
+    std::string output;
+};
+
 struct ExportOptions {
     std::string model;
     std::string profile_table;
@@ -88,6 +101,7 @@ bool run_forward(const ForwardOptions& options, BatchSession& batch);
 bool run_invert(const InvertCommandOptions& options, BatchSession& batch);
 bool run_find(const FindCommandOptions& options, BatchSession& batch);
 bool run_follow(const FollowCommandOptions& options, BatchSession& batch);
+bool run_uncertainty(const UncertaintyCommandOptions& options, BatchSession& batch);
 bool run_export(const ExportOptions& options, BatchSession& batch);
 bool run_render(const RenderOptions& options, BatchSession& batch, PictureWriter* pictures);
 

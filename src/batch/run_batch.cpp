@@ -21,6 +21,7 @@ Commands all_commands(PictureWriter* pictures) {
     commands.push_back(invert_command());
     commands.push_back(find_command());
     commands.push_back(follow_command());
+    commands.push_back(uncertainty_command());
     commands.push_back(export_command());
     commands.push_back(render_command(pictures));
     return commands;

@@ -300,6 +300,14 @@ TEST(NoiseDraw, has_the_size_and_the_correlation_that_were_found) {
     EXPECT_NEAR(product, 4 * 2 * std::exp(-1.0), 0.6);
 }
 
+TEST(Quantile, of_nine_values_the_first_stands_for_a_tenth) {
+    std::vector<double> values{9, 1, 8, 2, 7, 3, 6, 4, 5};
+    EXPECT_DOUBLE_EQ(quantile(values, 0.1), 1);
+    EXPECT_DOUBLE_EQ(quantile(values, 0.15), 1.5);
+    EXPECT_DOUBLE_EQ(quantile(values, 0.9), 9);
+    EXPECT_DOUBLE_EQ(quantile(values, 0.01), 1);
+}
+
 TEST(Quantile, is_straight_between_two_values) {
     std::vector<double> values{40, 10, 30, 20};
     EXPECT_DOUBLE_EQ(quantile(values, 0), 10);

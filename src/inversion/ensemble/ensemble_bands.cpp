@@ -22,19 +22,27 @@ bool on_limit(double value, float limit) {
     return std::abs(limit) < no_limit && std::abs(value - there) <= near * std::max(std::abs(there), 1e-3);
 }
 
-void open_sides(const FitParameter& parameter, const FittedParameter& fitted, EnsembleParameter& band) {
+void open_where_told(const FitParameter& parameter, const FittedParameter& fitted, EnsembleParameter& band) {
     band.profile_lower = fitted.lower;
     band.profile_upper = fitted.upper;
-    const bool told = std::isfinite(fitted.error) || fitted.undetermined;
-    if ((told && std::isnan(fitted.lower)) || on_limit(band.lower, parameter.lower)) band.lower = open;
-    if ((told && std::isnan(fitted.upper)) || on_limit(band.upper, parameter.upper)) band.upper = open;
+    const OpenSides told = open_sides(fitted);
+    if (told.below || on_limit(band.lower, parameter.lower)) band.lower = open;
+    if (told.above || on_limit(band.upper, parameter.upper)) band.upper = open;
 }
 
 }  // namespace
 
+OpenSides open_sides(const FittedParameter& fitted) {
+    const bool told = std::isfinite(fitted.error) || fitted.undetermined;
+    OpenSides open{told && std::isnan(fitted.lower), told && std::isnan(fitted.upper)};
+    if (open.below != open.above) open.bound = open.below ? fitted.upper : fitted.lower;
+    return open;
+}
+
 double quantile(std::span<double> values, double part) {
     if (values.empty()) return open;
-    const double place = part * static_cast<double>(values.size() - 1);
+    const auto count = static_cast<double>(values.size());
+    const double place = std::clamp(part * (count + 1) - 1, 0.0, count - 1);
     const auto below = static_cast<std::size_t>(place);
     const auto at = values.begin() + static_cast<std::ptrdiff_t>(below);
     std::ranges::nth_element(values, at);
@@ -60,7 +68,7 @@ std::vector<EnsembleParameter> parameter_bands(const ModelVariant& first, const 
         band.median = quantile(values, 0.5);
         band.upper = quantile(values, 1 - outside);
         const FittedParameter* fitted = fitted_of(record, place);
-        if (fitted && !first.drawn[i]) open_sides(first.parameters[i], *fitted, band);
+        if (fitted && !first.drawn[i]) open_where_told(first.parameters[i], *fitted, band);
     }
     return bands;
 }

@@ -12,9 +12,13 @@
 // What the models of an ensemble have in common.
 namespace anomalis::inversion {
 
-/// The value that a part of them lies below, straight between two of them (Hyndman and Fan 1996, type 7).
-/// Not a number for no values. The values may be put in another order.
+/// The value that a part of a population lies below that these are drawn from, straight between two of them
+/// (Hyndman and Fan 1996, type 6): between the quantiles for p and q another value falls with probability
+/// q - p, however few there are. Not a number for no values. The values may be put in another order.
 double quantile(std::span<double> values, double part);
+
+/// Where the fit found no bound. A parameter that a limit holds has none that is open.
+OpenSides open_sides(const FittedParameter& fitted);
 
 /// The bands of the parameters of the first variant: 5 to 95 % of the samples. A side is open where the
 /// profile of the fit is, and where the models stand on a limit.

@@ -150,6 +150,8 @@ FittedRun Run::fitted() const {
         fit.request.places.push_back(place);
         fit.parameters.push_back(fit_parameter(*workspace_, workspace_->body(place.body), place.param_code,
                                                inversion_.inversion_params[i]));
+        const FittedParameter& told = result_.record->parameters[static_cast<std::size_t>(i - 1)];
+        fit.open.push_back(open_sides(told));
     }
     return fit;
 }

@@ -72,6 +72,7 @@ void Variants::add_first() {
     first.parameters = fit_.parameters;
     FitRequest request = fit_.request;
     first.drawn.assign(request.places.size(), false);
+    first.open = fit_.open;
     if (request_.draw_strikes) {
         for (std::size_t i = 0; i < request.places.size(); ++i)
             first.drawn[i] = request.places[i].param_code == param_strike;
@@ -84,6 +85,7 @@ void Variants::add_first() {
             request.places.push_back(place);
             first.parameters.push_back({.value = body.strike.value});
             first.drawn.push_back(true);
+            first.open.push_back({});
         }
     }
     for (std::size_t i = 0; i < first.parameters.size(); ++i) {
@@ -178,6 +180,7 @@ void Variants::add_degree(std::size_t channel, std::int32_t degree) {
     other.parameters = first.parameters;
     other.place = first.place;
     other.drawn = first.drawn;
+    other.open = first.open;
     other.degrees = first.degrees;
     other.degrees[channel] = degree;
     other.rows = std::make_unique<FitRows>(*first.rows, pacer_);
@@ -201,6 +204,7 @@ void Variants::add_without(std::int32_t body) {
         request.places.push_back(place);
         other.parameters.push_back(first.parameters[i]);
         other.drawn.push_back(first.drawn[i]);
+        other.open.push_back(first.open[i]);
         other.place.push_back(i);
     }
     other.rows = std::make_unique<FitRows>(*other.workspace, std::move(request), faults_, pacer_);

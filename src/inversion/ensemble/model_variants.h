@@ -3,6 +3,7 @@
 #include <memory>
 #include <vector>
 
+#include "core/fit_record.h"
 #include "inversion/fit_errors.h"
 #include "inversion/fit_rows.h"
 #include "inversion/least_squares.h"
@@ -11,14 +12,22 @@
 // with a body less that explain the line as well.
 namespace anomalis::inversion {
 
+/// Sides on which the data bound a parameter nowhere, and where they do on the other one (not a number: nor
+/// there).
+struct OpenSides {
+    bool below = false, above = false;
+    double bound = FittedParameter::open;
+};
+
 struct ModelVariant {
     std::shared_ptr<Workspace> workspace;  ///< that the rows look at
     std::unique_ptr<FitRows> rows;         ///< where the fit of this variant stands
     std::vector<FitParameter> parameters;  ///< their values are those of this fit
     std::vector<std::size_t> place;        ///< of each among the parameters of the first variant
     std::vector<bool> drawn;               ///< a strike that is drawn and held
-    std::vector<std::int32_t> degrees;     ///< of the regional of each channel
-    std::int32_t missing_body = 0;         ///< 0: none
+    std::vector<OpenSides> open;
+    std::vector<std::int32_t> degrees;  ///< of the regional of each channel
+    std::int32_t missing_body = 0;      ///< 0: none
     FitErrors errors;
     std::vector<Eigen::VectorXd> centre;  ///< by channel: what this fit says of the observed rows
     std::vector<double> squares;          ///< by channel, of the weighed residuals
@@ -31,6 +40,7 @@ struct FittedRun {
     std::shared_ptr<Workspace> workspace;  ///< with the fitted values, brought up to date
     FitRequest request;
     std::vector<FitParameter> parameters;  ///< their values are the fitted ones
+    std::vector<OpenSides> open;           ///< by parameter
 };
 
 struct VariantRequest {

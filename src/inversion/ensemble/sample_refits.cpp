@@ -20,6 +20,9 @@ constexpr int most_steps = 15;
 /// data leave open then ends where it began, and all of its range is seen.
 constexpr double most_of_hold = 0.5;
 constexpr double most_deviations = 2;
+/// Towards an open side a size is tried up to such a factor from where its fit ended, and it stays where the
+/// misfit grows by less than a fit feels at such a part of its standard error.
+constexpr double open_factor = 10, unfelt = 0.3;
 /// The noise itself is what the true model leaves: a fit that leaves more has not found the best one. With
 /// another strike it need not leave as little.
 constexpr double same_misfit = 1.001, strike_misfit = 1.05;
@@ -47,6 +50,7 @@ class Sample {
             FitOutcome other = fit(near);
             if (other.sum_of_squares < best.sum_of_squares) best = std::move(other);
         }
+        try_open_sides(near, best);
         return describe(std::move(best.values));
     }
 
@@ -54,6 +58,9 @@ class Sample {
     std::size_t choose(std::span<const ModelVariant> variants);
     double put_noise();
     void draw_strikes(std::vector<FitParameter>& parameters);
+    bool is_open_size(std::size_t i) const;
+    double start_off(std::size_t i);
+    void try_open_sides(const std::vector<FitParameter>& near, FitOutcome& best);
     std::vector<FitParameter> spread(std::vector<FitParameter> parameters);
     FitOutcome fit(const std::vector<FitParameter>& parameters);
     SampleRefit describe(std::vector<float> values);
@@ -102,20 +109,58 @@ void Sample::draw_strikes(std::vector<FitParameter>& parameters) {
     }
 }
 
+bool Sample::is_open_size(std::size_t i) const {
+    const FitParameter& p = variant_.parameters[i];
+    return p.logarithmic && p.hold > 0 && p.lower < p.upper &&
+           variant_.open[i].below != variant_.open[i].above;
+}
+
+/// On the axis of the solver: of a size, in its logarithm. Amplitudes follow the rest. What is open to one
+/// side begins near its bound on the other: where the data feel it, the fit finds its way from there.
+double Sample::start_off(std::size_t i) {
+    const FitParameter& p = variant_.parameters[i];
+    const double by = std::clamp(chance_.normal(), -most_deviations, most_deviations);
+    const double size = static_cast<double>(p.value) - static_cast<double>(p.origin);
+    if (is_open_size(i)) {
+        const double ratio = (variant_.open[i].bound - static_cast<double>(p.origin)) / size;
+        if (ratio > 0) return std::log(ratio) * (0.5 + 0.5 * chance_.uniform());
+    }
+    const double error = variant_.errors.errors[i] / (p.logarithmic ? std::abs(size) : 1);
+    const double most = most_of_hold * p.hold;
+    return by * (std::isfinite(error) ? std::min(error, most) : most);
+}
+
+/// A size that the noise of this sample leaves open may be anywhere towards that side.
+void Sample::try_open_sides(const std::vector<FitParameter>& near, FitOutcome& best) {
+    std::vector<FitParameter> moved = near;
+    double most = best.sum_of_squares;
+    bool any = false;
+    for (std::size_t i = 0; i < moved.size(); ++i) {
+        FitParameter& p = moved[i];
+        if (!variant_.drawn[i]) p.value = best.values[i];
+        if (!is_open_size(i)) continue;
+        any = true;
+        const double way = std::log(open_factor) * chance_.uniform();
+        const double size = static_cast<double>(p.value) - static_cast<double>(p.origin);
+        const double there = size * std::exp(variant_.open[i].below == (size > 0) ? -way : way);
+        p.value = std::clamp(static_cast<float>(static_cast<double>(p.origin) + there), p.lower, p.upper);
+        const double felt = unfelt * variant_.errors.growth[i] / variant_.errors.quantile[i];
+        if (std::isfinite(felt)) most += felt * felt;
+    }
+    if (!any) return;
+    FitOutcome other = fit(moved);
+    if (other.sum_of_squares <= most) best = std::move(other);
+}
+
 std::vector<FitParameter> Sample::spread(std::vector<FitParameter> parameters) {
     for (std::size_t i = 0; i < parameters.size(); ++i) {
         FitParameter& p = parameters[i];
-        const double by = std::clamp(chance_.normal(), -most_deviations, most_deviations);
+        const double off = start_off(i);
         if (p.lower >= p.upper || variant_.drawn[i]) continue;
         const double size = static_cast<double>(p.value) - static_cast<double>(p.origin);
-        const double scale = p.logarithmic ? std::abs(size) : 1;
-        const double error = variant_.errors.errors[i] / scale, most = most_of_hold * p.hold;
-        // Amplitudes follow the rest.
-        const double deviation = std::isfinite(error) && most > 0 ? std::min(error, most) : most;
-        const double there = p.logarithmic ? static_cast<double>(p.origin) + size * std::exp(deviation * by)
-                                           : static_cast<double>(p.value) + deviation * by;
-        const auto [low, high] = std::minmax(p.lower, p.upper);
-        p.value = std::clamp(static_cast<float>(there), low, high);
+        const double there = p.logarithmic ? static_cast<double>(p.origin) + size * std::exp(off)
+                                           : static_cast<double>(p.value) + off;
+        p.value = std::clamp(static_cast<float>(there), p.lower, p.upper);
     }
     return parameters;
 }
