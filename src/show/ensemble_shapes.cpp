@@ -9,7 +9,6 @@
 #include "core/body_parameters.h"
 #include "core/ensemble.h"
 #include "core/faults.h"
-#include "core/inversion_state.h"
 #include "core/workspace.h"
 #include "edit/view_state.h"
 #include "forward/shape/plan_outline.h"
@@ -97,11 +96,8 @@ void record_plan_ghosts(chart::AX_Grapher& chart, const Workspace& workspace, co
 }
 
 std::vector<chart::ChartBand> fan_bands(const Workspace& workspace, const Ensemble& ensemble, int chart) {
-    const std::int32_t channel =
-        chart == edit::chart_mag || chart == edit::chart_mag_gradient ? channel_mag : channel_grav;
-    const bool gradient = chart == edit::chart_mag_gradient || chart == edit::chart_grav_gradient;
-    const bool of_gradients = workspace.fit && workspace.fit->target == target_gradient;
-    if (chart == edit::chart_section || gradient != of_gradients) return {};
+    if (chart != edit::chart_mag && chart != edit::chart_grav) return {};
+    const std::int32_t channel = chart == edit::chart_mag ? channel_mag : channel_grav;
     std::vector<chart::ChartBand> bands;
     for (const EnsembleFan& fan : ensemble.fans) {
         if (fan.channel != channel || fan.first_station < 1) continue;

@@ -35,8 +35,8 @@ void record_section_ghosts(chart::AX_Grapher& chart, const Workspace& workspace,
                            const Ensemble& ensemble);
 void record_plan_ghosts(chart::AX_Grapher& chart, const Workspace& workspace, const Ensemble& ensemble);
 
-/// The fan of a profile chart over the stations of the fit; none for a chart that has no fan: that of a fit
-/// of gradients belongs to the gradients. Its cells are those of the workspace and of the ensemble.
+/// The fan of a profile chart over the stations of the fit; none for a chart that has no fan. Its cells are
+/// those of the workspace and of the ensemble.
 std::vector<chart::ChartBand> fan_bands(const Workspace& workspace, const Ensemble& ensemble, int chart);
 
 }  // namespace anomalis::show

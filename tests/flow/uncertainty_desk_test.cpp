@@ -137,6 +137,12 @@ TEST(UncertaintyOfALine, the_engine_leaves_its_fit_and_an_ensemble_in_force) {
         EXPECT_EQ(w.ensemble->samples.size(), 20U);
         EXPECT_NE(edit::ensemble_parameter(workbench, 1, param_top), nullptr);
         EXPECT_EQ(workbench.history.steps(), 1U);
+        ASSERT_EQ(w.ensemble->fans.size(), 1U);
+        const EnsembleFan& fan = w.ensemble->fans[0];
+        const auto curve = w.mag.data.row(w.residual_row, stage_calculated);
+        ASSERT_EQ(fan.lower.size(), 41U);
+        for (std::size_t i = 0; i < 41; ++i)
+            EXPECT_NEAR((fan.lower[i] + fan.upper[i]) / 2, curve[i], 4) << "about the curve on show, " << i;
         const std::shared_ptr<const Ensemble> first = w.ensemble;
         edit::undo_change(workbench);
         line.refresh();

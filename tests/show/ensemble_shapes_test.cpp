@@ -104,15 +104,6 @@ TEST(EnsembleShapes, the_fan_fills_its_stations_behind_the_curves_of_its_channel
     EXPECT_NEAR(std::ranges::min(fan, {}, &chart::Point::x).x, first, 1e-6) << "station 11";
 }
 
-TEST(EnsembleShapes, the_fan_of_a_fit_of_gradients_belongs_to_the_gradients) {
-    Explained sample;
-    sample.workspace().fit.emplace().target = target_gradient;
-    sample.draw();
-    EXPECT_EQ(sample.fans(edit::chart_mag), 0);
-    EXPECT_EQ(sample.fans(edit::chart_mag_gradient), 1);
-    EXPECT_EQ(sample.fans(edit::chart_grav_gradient), 0);
-}
-
 TEST(EnsembleShapes, all_of_it_goes_with_a_change_and_comes_back_with_its_undo) {
     Explained sample;
     sample.workspace().body(1).dip.value += 5;

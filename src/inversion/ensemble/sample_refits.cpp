@@ -205,6 +205,8 @@ std::vector<float> Sample::curve(const FittedRows& channel, const VectorXd& calc
         values =
             raw.segment(variant_.workspace->first_station - channel.chain.first_station(), calculated.size());
     }
+    // A base that floats lays the mean of the window on 0.
+    if (variant_.workspace->channel(channel.channel).float_base == 1) values.array() -= values.mean();
     std::vector<float> singles(static_cast<std::size_t>(values.size()));
     std::ranges::transform(values, singles.begin(), [](double v) { return static_cast<float>(v); });
     return singles;

@@ -22,7 +22,7 @@ namespace {
 
 constexpr int margin = 12, gap = 8;  // pixels
 constexpr QSize designed_size{1160, 700};
-constexpr int words_width = 330, body_width = 240;
+constexpr int words_width = 370, body_width = 240;
 
 QLabel* make_label(const char* name) {
     auto* label = new QLabel;
