@@ -18,6 +18,8 @@ const std::vector<Arguments>& all_outputs() {
                                                 {"forward", "-o"},
                                                 {"invert", "-o"},
                                                 {"invert", "--report"},
+                                                {"find", "-o"},
+                                                {"find", "--report"},
                                                 {"export", "--mesh"},
                                                 {"export", "--profile-table"},
                                                 {"export", "--dxf-3d"},

@@ -43,13 +43,20 @@ TEST(RunBatch, wrong_usage_ends_with_2_and_says_why_on_the_error_stream) {
 }
 
 TEST(RunBatch, help_is_there_for_every_command) {
-    for (const std::string command : {"info", "dump", "forward", "invert", "export", "render"}) {
+    for (const std::string command : {"info", "dump", "forward", "invert", "find", "export", "render"}) {
         const BatchRun run = batch({command, "--help"});
         EXPECT_EQ(run.status, 0);
         EXPECT_NE(run.out.find("MODEL"), std::string::npos) << command;
         EXPECT_EQ(run.err, "");
         EXPECT_NE(batch({"--help"}).out.find(command), std::string::npos);
     }
+}
+
+TEST(RunBatch, the_lines_of_follow_are_named_in_its_help) {
+    const BatchRun run = batch({"follow", "--help"});
+    EXPECT_EQ(run.status, 0);
+    for (const char* name : {"FIRST", "NEXT", "--output", "--report"})
+        EXPECT_NE(run.out.find(name), std::string::npos) << name;
 }
 
 TEST(RunBatch, the_version_is_told) {
@@ -66,6 +73,8 @@ TEST(RunBatch, a_missing_workspace_file_fails_in_every_command) {
                                                {"dump", model},
                                                {"forward", model},
                                                {"invert", model},
+                                               {"find", model},
+                                               {"follow", model, model + "2"},
                                                {"export", model, "--mesh", folder.path("m.msh")}}) {
         const BatchRun run = batch(arguments);
         EXPECT_EQ(run.status, 1) << arguments[0];
