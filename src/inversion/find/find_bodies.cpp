@@ -51,15 +51,17 @@ class Search {
                              .thin = request_.thin,
                              .thick = request_.thick};
         observer_.stage(FindStage::noise);
-        ModelGrowth grown(line, growth, pacer_);
-        observer_.stage(FindStage::search);
-        std::vector<JudgedModel> path = grown.grow([&](const JudgedModel& judged) {
+        const ModelTrials trials(line, growth, pacer_);
+        ModelGrowth grown(line, trials, pacer_);
+        const auto watcher = [&](const JudgedModel& judged) {
             best_ = found_model(line, judged);
             observer_.grew(*best_);
-        });
+        };
+        observer_.stage(FindStage::search);
+        const std::vector<JudgedModel> path = grown.grow(watcher);
         observer_.stage(FindStage::refine);
-        JudgedModel best = *std::ranges::min_element(path, {}, &JudgedModel::criterion);
-        best = grown.without_idle(std::move(best));
+        const JudgedModel best =
+            grown.refine(*std::ranges::min_element(path, {}, &JudgedModel::criterion), watcher);
         best_ = best.found > 0 ? std::optional(found_model(line, best)) : std::nullopt;
         if (best_) result_.models.push_back(*best_);
     }

@@ -22,7 +22,7 @@ using Eigen::VectorXd;
 constexpr float most_susceptibility = 2e6F, least_susceptibility = 1;
 constexpr float most_contrast = 5;
 /// Found bodies stand so many depths beyond the window at most, and so much of the window deep.
-constexpr double beyond_window = 1, deepest = 0.5;
+constexpr double beyond_window = 0.5, deepest = 0.25;
 
 /// Least squares of whitened rows: bodies and regional against the noise of the line.
 class WhitenedProblem : public RowsProblem {
