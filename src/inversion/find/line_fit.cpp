@@ -22,7 +22,7 @@ using Eigen::VectorXd;
 constexpr float most_susceptibility = 2e6F, least_susceptibility = 1;
 constexpr float most_contrast = 5;
 /// Found bodies stand so many depths beyond the window at most, and so much of the window deep.
-constexpr double beyond_window = 0.5, deepest = 0.25;
+constexpr double beyond_window = 0, deepest = 0.2;
 
 /// Least squares of whitened rows: bodies and regional against the noise of the line.
 class WhitenedProblem : public RowsProblem {
@@ -205,6 +205,7 @@ TriedModel LineFit::fit(std::vector<ModelBody> bodies, const std::vector<bool>& 
     tried.residual.resize(whitened.size());
     rows.residuals(values, tried.residual);
     tried.residual = -tried.residual;
+    tried.calculated.resize(whitened.size());
     Index at = 0;
     for (std::size_t c = 0; c < bases.size(); ++c) {
         // The regional that is the best for this noise.
@@ -212,6 +213,7 @@ TriedModel LineFit::fit(std::vector<ModelBody> bodies, const std::vector<bool>& 
         const Whitening whitening(noise[c], rows.channels()[c].distance);
         MatrixXd basis = bases[c];
         VectorXd left = tried.residual.segment(at, count);
+        tried.calculated.segment(at, count) = rows.channels()[c].observed - left;
         if (basis.cols() > 0) {
             whitening.whiten(basis);
             whitening.whiten(left);

@@ -16,7 +16,7 @@
 namespace anomalis::inversion {
 
 /// The noise of each channel of a fit, in its unit.
-using LineNoise = std::vector<ResidualCovariance>;
+using LineNoise = std::vector<RowNoise>;
 
 /// Limits that keep a found sheet one.
 inline constexpr double least_found_dip = 20, most_found_dip = 160;
@@ -29,6 +29,7 @@ struct TriedModel {
     std::int32_t degree = no_regional;
     Eigen::VectorXd residual =
         {};              ///< observed less calculated less regional, the rows of all channels, no weights
+    Eigen::VectorXd calculated = {};  ///< by the bodies alone, the same rows
     double squares = 0;  ///< of the residuals, whitened
     bool empty() const { return residual.size() == 0; }
 };

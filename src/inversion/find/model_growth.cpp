@@ -74,7 +74,9 @@ TriedModel ModelGrowth::with_new_body(const TriedModel& model) {
 std::vector<JudgedModel> ModelGrowth::grow(const Watcher& watcher) {
     std::vector<JudgedModel> path;
     const TrialBench bench{lines_.front(), pacer_};
-    const LineNoise unit(trials_.rows().size(), {.white = 1});
+    RowNoise one;
+    one.covariance.white = 1;
+    const LineNoise unit(trials_.rows().size(), one);
     TriedModel model = bench.line.as_it_is(trials_.request().present, unit, pacer_);
     path.push_back(trials_.judge(bench, model, 0));
     std::size_t best = 0;

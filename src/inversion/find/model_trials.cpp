@@ -19,7 +19,32 @@ constexpr int alone_iterations = 12, joint_iterations = 25, polish_iterations = 
 /// Noise is at least this part of the range of the readings: no model of geology is truer.
 constexpr double least_noise_part = 1e-4;
 
+/// Nobody knows the strike: sheets square to the line are off by this part of an anomaly.
+const double model_error = getenv("EPS") ? atof(getenv("EPS")) : 0.01;
+const double price = getenv("PRICE") ? atof(getenv("PRICE")) : 1;
+
 constexpr double degrees_per_radian = 180 / std::numbers::pi;
+
+/// A standard deviation that few large values do not reach.
+double usual_size(const VectorXd& values) {
+    std::vector<double> sizes(values.begin(), values.end());
+    for (double& size : sizes) size = std::abs(size);
+    const auto middle = sizes.begin() + static_cast<std::ptrdiff_t>(sizes.size() / 2);
+    std::nth_element(sizes.begin(), middle, sizes.end());
+    return 1.4826 * *middle;
+}
+
+/// What is known of rows on an anomaly against those beside it.
+VectorXd weights(const VectorXd& calculated, double noise) {
+    const Index count = calculated.size(), half = std::max<Index>(2, count / 50);
+    VectorXd weight(count);
+    for (Index i = 0; i < count; ++i) {
+        const Index from = std::max<Index>(0, i - half), behind = std::min(count, i + half + 1);
+        const double size = calculated.segment(from, behind - from).cwiseAbs().mean();
+        weight[i] = 1 / std::hypot(1.0, model_error * size / noise);
+    }
+    return weight;
+}
 
 }  // namespace
 
@@ -28,8 +53,9 @@ ModelTrials::ModelTrials(LineFit& line, const GrowthRequest& request, Pacer& pac
       rows_(line.rows(pacer)),
       bank_(line.workspace(), line.channels().front(), request.thick, pacer) {
     for (const LineFit::ChannelRows& rows : rows_)
-        floor_.push_back(std::max(0.7 * rows.noise,
-                                  least_noise_part * (rows.observed.maxCoeff() - rows.observed.minCoeff())));
+        floor_.push_back(
+            std::max({1e-9, 0.7 * rows.noise,
+                      least_noise_part * (rows.observed.maxCoeff() - rows.observed.minCoeff())}));
 }
 
 std::vector<bool> ModelTrials::free_of(const std::vector<ModelBody>& bodies) const {
@@ -62,12 +88,8 @@ LineNoise ModelTrials::white_noise(const TriedModel& model) const {
     Index at = 0;
     for (std::size_t c = 0; c < rows_.size(); ++c) {
         const Index count = rows_[c].distance.size();
-        ResidualCovariance one;
-        one.white =
-            std::max(std::sqrt(model.residual.segment(at, count).squaredNorm() / static_cast<double>(count)),
-                     std::max(floor_[c], 1e-12));
-        one.independent = static_cast<double>(count);
-        noise.push_back(one);
+        const double rms = model.residual.segment(at, count).norm() / std::sqrt(static_cast<double>(count));
+        noise.emplace_back().covariance.white = std::max(rms, floor_[c]);
         at += count;
     }
     return noise;
@@ -78,10 +100,12 @@ LineNoise ModelTrials::noise_of(const TriedModel& model, Pacer& pacer) const {
     Index at = 0;
     for (std::size_t c = 0; c < rows_.size(); ++c) {
         const Index count = rows_[c].distance.size();
-        ResidualCovariance one = find_residual_covariance(
-            rows_[c].distance, model.residual.segment(at, count), rows_[c].basis, pacer);
-        one.white = std::max(one.white, std::max(floor_[c], 1e-12));
-        noise.push_back(one);
+        RowNoise& own = noise.emplace_back();
+        const VectorXd residual = model.residual.segment(at, count);
+        own.weight = weights(model.calculated.segment(at, count), std::max(usual_size(residual), floor_[c]));
+        own.covariance = find_residual_covariance(
+            rows_[c].distance, residual.cwiseProduct(own.weight), rows_[c].basis, pacer);
+        own.covariance.white = std::max(own.covariance.white, floor_[c]);
         at += count;
     }
     return noise;
@@ -100,14 +124,14 @@ JudgedModel ModelTrials::judge(const TrialBench& bench, TriedModel model, int fo
         minus_two_log += Whitening(judged.noise[c], rows_[c].distance).log_determinant();
         independent += static_cast<double>(rows_[c].distance.size());
         // Correlated noise has two numbers more.
-        if (judged.noise[c].correlated > 0)
+        if (judged.noise[c].covariance.correlated > 0)
             minus_two_log += 2 * std::log(static_cast<double>(rows_[c].distance.size()));
     }
     std::size_t parameters = 0;
     for (std::size_t i = 0; i < free.size(); ++i)
         if (free[i]) parameters += bench.line.free_parameters(model.bodies[i]).size();
     for (const LineFit::ChannelRows& rows : rows_) parameters += static_cast<std::size_t>(rows.basis.cols());
-    judged.criterion = minus_two_log + static_cast<double>(parameters) * std::log(std::max(independent, 3.0));
+    judged.criterion = minus_two_log + price * static_cast<double>(parameters) * std::log(std::max(independent, 3.0));
     judged.model = std::move(model);
     return judged;
 }

@@ -13,8 +13,8 @@ using Eigen::Index;
 using Eigen::MatrixXd;
 using Eigen::VectorXd;
 
-Whitening::Whitening(const ResidualCovariance& covariance, const VectorXd& distance)
-    : covariance_(covariance), distance_(distance) {
+Whitening::Whitening(const RowNoise& noise, const VectorXd& distance)
+    : noise_(noise), distance_(distance) {
     VectorXd nothing = VectorXd::Zero(distance.size());
     log_determinant_ = run(nothing);
 }
@@ -24,16 +24,21 @@ void Whitening::whiten(Eigen::Ref<MatrixXd> columns) const {
 }
 
 double Whitening::run(Eigen::Ref<MatrixXd> columns) const {
-    const double white = covariance_.white;
+    const ResidualCovariance& covariance = noise_.covariance;
+    const double white = covariance.white;
     double determinant = 2 * std::log(white) * static_cast<double>(distance_.size());
-    if (covariance_.correlated == 0) {
+    if (noise_.weight.size() > 0) {
+        columns.array().colwise() *= noise_.weight.array();
+        determinant -= 2 * noise_.weight.array().log().sum();
+    }
+    if (covariance.correlated == 0) {
         columns /= white;
         return determinant;
     }
-    const Matern process(covariance_.smoothness);
+    const Matern process(covariance.smoothness);
     const auto width = static_cast<std::size_t>(columns.cols());
-    const double ratio = covariance_.correlated * covariance_.correlated / (white * white);
-    RowNews filter(process, ratio, covariance_.rate, width);
+    const double ratio = covariance.correlated * covariance.correlated / (white * white);
+    RowNews filter(process, ratio, covariance.rate, width);
     std::vector<double> row(width), news(width);
     for (Index i = 0; i < distance_.size(); ++i) {
         if (i > 0) filter.go_on(std::max(distance_[i] - distance_[i - 1], 0.0));

@@ -8,10 +8,17 @@
 // (Aitken 1936) are plain ones of such rows.
 namespace anomalis::inversion {
 
+/// What the rows of a channel are off by, whatever the model.
+struct RowNoise {
+    ResidualCovariance covariance = {};  ///< where no anomaly is
+    /// By row, 1 or less: the noise is so much larger where the anomaly is. Empty: it is the same everywhere.
+    Eigen::VectorXd weight = {};
+};
+
 class Whitening {
   public:
     /// Distances along the line, m, in ascending order.
-    Whitening(const ResidualCovariance& covariance, const Eigen::VectorXd& distance);
+    Whitening(const RowNoise& noise, const Eigen::VectorXd& distance);
 
     /// Turns each column into what its rows have new after those before, in standard deviations.
     void whiten(Eigen::Ref<Eigen::MatrixXd> columns) const;
@@ -21,7 +28,7 @@ class Whitening {
   private:
     double run(Eigen::Ref<Eigen::MatrixXd> columns) const;
 
-    ResidualCovariance covariance_;
+    RowNoise noise_;
     Eigen::VectorXd distance_;
     double log_determinant_ = 0;
 };
