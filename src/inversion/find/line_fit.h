@@ -28,9 +28,9 @@ struct TriedModel {
     std::vector<ModelBody> bodies;  ///< without responses, body 1 first
     std::int32_t degree = no_regional;
     Eigen::VectorXd residual =
-        {};              ///< observed less calculated less regional, the rows of all channels, no weights
+        {};  ///< observed less calculated less regional, the rows of all channels, no weights
     Eigen::VectorXd calculated = {};  ///< by the bodies alone, the same rows
-    double squares = 0;  ///< of the residuals, whitened
+    double squares = 0;               ///< of the residuals, whitened
     bool empty() const { return residual.size() == 0; }
 };
 

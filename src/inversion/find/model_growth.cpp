@@ -16,12 +16,30 @@ constexpr std::size_t joint_fits = 3;
 /// So many bodies may be added without any gain before the search is given up.
 constexpr int most_idle = 3, least_tried = 5;
 constexpr int most_rounds = 12;
+/// A sheet whose width is more of its depth shows it.
+constexpr double most_thin = 0.3;
 
 const JudgedModel* best_of(const std::vector<JudgedModel>& models) {
     const JudgedModel* best = nullptr;
     for (const JudgedModel& one : models)
         if (!one.empty() && (!best || one.criterion < best->criterion)) best = &one;
     return best;
+}
+
+/// A thick sheet becomes a thin one or the other way round; or one that goes on downwards ends there.
+void change_kind(const LineFit& line, ModelBody& body, bool type) {
+    const auto depth = static_cast<float>(line.depth(body));
+    constexpr float thin_part = 0.1F, thick_part = 0.5F, extent = 5;
+    if (!type) {
+        body.depth_extent.value = body.depth_extent.value > 0 ? 0 : extent * depth;
+        return;
+    }
+    const bool thick = body.type == thick_sheet;
+    body.type = thick ? thin_sheet : thick_sheet;
+    const float before = body.width.value;
+    body.width.value = (thick ? thin_part : thick_part) * depth;
+    body.susc.value *= before / body.width.value;
+    body.density.value *= before / body.width.value;
 }
 
 }  // namespace
@@ -48,6 +66,8 @@ std::vector<JudgedModel> ModelGrowth::judge_all(const std::vector<Trial>& trials
         }
     };
     if (!trials.empty()) share_among_cores(work, pacer_);
+    for (const JudgedModel& one : judged)
+        if (one.criterion != 0) on_trial_(one);
     return judged;
 }
 
@@ -85,6 +105,7 @@ std::vector<JudgedModel> ModelGrowth::grow(const Watcher& watcher) {
         if (grown.empty()) break;
         model = std::move(grown);
         path.push_back(trials_.judge(bench, model, number));
+        on_trial_(path.back());
         const auto idle = static_cast<int>(path.size() - 1 - best);
         if (path.back().criterion < path[best].criterion) {
             best = path.size() - 1;
@@ -98,6 +119,7 @@ std::vector<JudgedModel> ModelGrowth::grow(const Watcher& watcher) {
 
 std::vector<ModelGrowth::Trial> ModelGrowth::fewer(const JudgedModel& judged) const {
     std::vector<Trial> trials;
+    if (trials_.request().exactly) return trials;
     for (int k = 0; k < judged.found; ++k)
         trials.push_back([this, &judged, k](const TrialBench& bench) {
             TriedModel less = judged.model;
@@ -110,7 +132,7 @@ std::vector<ModelGrowth::Trial> ModelGrowth::fewer(const JudgedModel& judged) co
 
 std::vector<ModelGrowth::Trial> ModelGrowth::more(const JudgedModel& judged) {
     std::vector<Trial> trials;
-    if (judged.found >= trials_.request().most) return trials;
+    if (trials_.request().exactly || judged.found >= trials_.request().most) return trials;
     for (const Source& source : trials_.sources(judged.model, sources_a_search, pacer_))
         trials.push_back([this, &judged, source](const TrialBench& bench) {
             TriedModel grown = trials_.with_source(bench, judged.model, source, judged.noise);
@@ -142,17 +164,37 @@ std::vector<ModelGrowth::Trial> ModelGrowth::moved(const JudgedModel& judged) {
 }
 
 std::vector<ModelGrowth::Trial> ModelGrowth::other_kinds(const JudgedModel& judged) const {
+    enum class Change { depth_end, type };
     std::vector<Trial> trials;
     for (int k = 0; k < judged.found; ++k)
-        trials.push_back([this, &judged, k](const TrialBench& bench) {
-            TriedModel other = judged.model;
-            ModelBody& body = *(other.bodies.end() - 1 - k);
-            const bool limited = body.depth_extent.value > 0;
-            body.depth_extent.value = limited ? 0 : static_cast<float>(5 * bench.line.depth(body));
-            other = trials_.refitted(bench, other, judged.noise);
-            return trials_.judge(bench, std::move(other), judged.found);
-        });
+        for (const Change change : {Change::depth_end, Change::type}) {
+            const GrowthRequest& wanted = trials_.request();
+            if (change == Change::type && !(wanted.thin && wanted.thick)) continue;
+            const ModelBody& body = *(judged.model.bodies.end() - 1 - k);
+            if (change == Change::type && body.type == thick_sheet &&
+                static_cast<double>(body.width.value) > most_thin * lines_.front().depth(body))
+                continue;
+            trials.push_back([this, &judged, k, change](const TrialBench& bench) {
+                TriedModel other = judged.model;
+                change_kind(bench.line, *(other.bodies.end() - 1 - k), change == Change::type);
+                other = trials_.refitted(bench, other, judged.noise);
+                return trials_.judge(bench, std::move(other), judged.found);
+            });
+        }
     return trials;
+}
+
+std::vector<JudgedModel> ModelGrowth::with_degrees(const JudgedModel& judged,
+                                                   std::span<const std::int32_t> degrees) {
+    std::vector<JudgedModel> models;
+    for (const std::int32_t degree : degrees) {
+        for (LineFit& line : lines_) line.set_degree(degree);
+        const ModelTrials own(lines_.front(), trials_, pacer_);
+        const TrialBench bench{lines_.front(), pacer_};
+        models.push_back(own.judge(bench, own.refitted(bench, judged.model, judged.noise), judged.found));
+        on_trial_(models.back());
+    }
+    return models;
 }
 
 JudgedModel ModelGrowth::refine(JudgedModel judged, const Watcher& watcher) {

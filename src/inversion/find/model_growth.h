@@ -1,6 +1,9 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
+#include <span>
+#include <utility>
 #include <vector>
 
 #include "core/pacer.h"
@@ -20,6 +23,10 @@ class ModelGrowth {
     std::vector<JudgedModel> grow(const Watcher& watcher);
     /// The model with bodies left out, added, put elsewhere or made of another kind, as long as that pays.
     JudgedModel refine(JudgedModel judged, const Watcher& watcher);
+    /// Each trial is seen, whatever comes of it.
+    void on_trial(Watcher watcher) { on_trial_ = std::move(watcher); }
+    /// The model with each of these degrees of its regional.
+    std::vector<JudgedModel> with_degrees(const JudgedModel& judged, std::span<const std::int32_t> degrees);
 
   private:
     using Trial = std::function<JudgedModel(const TrialBench&)>;
@@ -33,6 +40,7 @@ class ModelGrowth {
 
     const ModelTrials& trials_;
     Pacer& pacer_;
+    Watcher on_trial_ = [](const JudgedModel&) {};
     std::vector<LineFit> lines_;  ///< one a core
 };
 

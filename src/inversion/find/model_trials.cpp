@@ -5,6 +5,7 @@
 #include <numbers>
 #include <utility>
 
+#include "core/body_defaults.h"
 #include "core/body_parameters.h"
 #include "inversion/line_place.h"
 
@@ -20,8 +21,13 @@ constexpr int alone_iterations = 12, joint_iterations = 25, polish_iterations = 
 constexpr double least_noise_part = 1e-4;
 
 /// Nobody knows the strike: sheets square to the line are off by this part of an anomaly.
-const double model_error = getenv("EPS") ? atof(getenv("EPS")) : 0.01;
-const double price = getenv("PRICE") ? atof(getenv("PRICE")) : 1;
+constexpr double model_error = 0.01;
+/// Places are many, and one of them always looks like a body: a parameter costs so much more than one that
+/// was chosen before the line was seen.
+constexpr double price = 1.2;
+
+/// Of a reading that counts for nothing.
+constexpr double least_weight = 1e-4;
 
 constexpr double degrees_per_radian = 180 / std::numbers::pi;
 
@@ -46,17 +52,41 @@ VectorXd weights(const VectorXd& calculated, double noise) {
     return weight;
 }
 
+/// 0 at a reading that stands out of its neighbours while these agree with theirs: at a sheet too, the
+/// anomaly reaches the next station. 1 elsewhere.
+VectorXd one_beside_lone_readings(const VectorXd& observed, double noise) {
+    constexpr double out_of_noise = 15, agreement = 0.1;
+    VectorXd share = VectorXd::Ones(observed.size());
+    for (Index i = 2; i + 2 < observed.size(); ++i) {
+        const double out = std::abs(observed[i] - (observed[i - 1] + observed[i + 1]) / 2);
+        const double beside = std::max({std::abs(observed[i - 1] - observed[i + 1]),
+                                        std::abs(observed[i - 2] - observed[i - 1]),
+                                        std::abs(observed[i + 2] - observed[i + 1])});
+        if (out > out_of_noise * noise && beside < agreement * out) share[i] = 0;
+    }
+    return share;
+}
+
 }  // namespace
 
 ModelTrials::ModelTrials(LineFit& line, const GrowthRequest& request, Pacer& pacer)
     : request_(request),
       rows_(line.rows(pacer)),
-      bank_(line.workspace(), line.channels().front(), request.thick, pacer) {
-    for (const LineFit::ChannelRows& rows : rows_)
+      bank_(std::make_shared<SourceBank>(line.workspace(), line.channels().front(), request.thick, pacer)) {
+    for (const LineFit::ChannelRows& rows : rows_) {
         floor_.push_back(
             std::max({1e-9, 0.7 * rows.noise,
                       least_noise_part * (rows.observed.maxCoeff() - rows.observed.minCoeff())}));
+        alone_.push_back(one_beside_lone_readings(rows.observed, floor_.back()));
+    }
 }
+
+ModelTrials::ModelTrials(LineFit& line, const ModelTrials& other, Pacer& pacer)
+    : request_(other.request_),
+      rows_(line.rows(pacer)),
+      floor_(other.floor_),
+      alone_(other.alone_),
+      bank_(other.bank_) {}
 
 std::vector<bool> ModelTrials::free_of(const std::vector<ModelBody>& bodies) const {
     std::vector<bool> free(bodies.size(), true);
@@ -79,7 +109,9 @@ ModelBody ModelTrials::body_of(const LineFit& line, const Source& source) const 
     body.strike.value = static_cast<float>(
         std::round((static_cast<double>(workspace.azimuth) * degrees_per_radian + 90) * unit) / unit + 0.0);
     body.susc.value = 10000;
-    body.density.value = line.magnetic() && line.channels().size() == 1 ? 2.67F : 0.1F;
+    body.density.value = line.magnetic() && line.channels().size() == 1
+                             ? default_density
+                             : 0.1F * static_cast<float>(source.sign);
     return body;
 }
 
@@ -88,8 +120,10 @@ LineNoise ModelTrials::white_noise(const TriedModel& model) const {
     Index at = 0;
     for (std::size_t c = 0; c < rows_.size(); ++c) {
         const Index count = rows_[c].distance.size();
-        const double rms = model.residual.segment(at, count).norm() / std::sqrt(static_cast<double>(count));
+        const VectorXd residual = model.residual.segment(at, count).cwiseProduct(alone_[c]);
+        const double rms = residual.norm() / std::sqrt(static_cast<double>(count));
         noise.emplace_back().covariance.white = std::max(rms, floor_[c]);
+        if (alone_[c].minCoeff() < 1) noise.back().weight = alone_[c].cwiseMax(least_weight);
         at += count;
     }
     return noise;
@@ -102,9 +136,10 @@ LineNoise ModelTrials::noise_of(const TriedModel& model, Pacer& pacer) const {
         const Index count = rows_[c].distance.size();
         RowNoise& own = noise.emplace_back();
         const VectorXd residual = model.residual.segment(at, count);
-        own.weight = weights(model.calculated.segment(at, count), std::max(usual_size(residual), floor_[c]));
-        own.covariance = find_residual_covariance(
-            rows_[c].distance, residual.cwiseProduct(own.weight), rows_[c].basis, pacer);
+        own.weight = weights(model.calculated.segment(at, count), std::max(usual_size(residual), floor_[c]))
+                         .cwiseProduct(alone_[c].cwiseMax(least_weight));
+        own.covariance = find_residual_covariance(rows_[c].distance, residual.cwiseProduct(own.weight),
+                                                  rows_[c].basis, pacer);
         own.covariance.white = std::max(own.covariance.white, floor_[c]);
         at += count;
     }
@@ -131,13 +166,23 @@ JudgedModel ModelTrials::judge(const TrialBench& bench, TriedModel model, int fo
     for (std::size_t i = 0; i < free.size(); ++i)
         if (free[i]) parameters += bench.line.free_parameters(model.bodies[i]).size();
     for (const LineFit::ChannelRows& rows : rows_) parameters += static_cast<std::size_t>(rows.basis.cols());
-    judged.criterion = minus_two_log + price * static_cast<double>(parameters) * std::log(std::max(independent, 3.0));
+    judged.criterion =
+        minus_two_log + price * static_cast<double>(parameters) * std::log(std::max(independent, 3.0));
     judged.model = std::move(model);
     return judged;
 }
 
+std::vector<double> ModelTrials::lone_readings() const {
+    std::vector<double> places;
+    for (std::size_t c = 0; c < rows_.size(); ++c)
+        for (Index i = 0; i < alone_[c].size(); ++i)
+            if (alone_[c][i] == 0) places.push_back(rows_[c].distance[i]);
+    return places;
+}
+
 std::vector<Source> ModelTrials::sources(const TriedModel& model, std::size_t count, Pacer& pacer) const {
-    return bank_.best(model.residual.head(rows_.front().distance.size()), count, pacer);
+    return bank_->best(model.residual.head(rows_.front().distance.size()).cwiseProduct(alone_.front()), count,
+                       pacer);
 }
 
 TriedModel ModelTrials::with_source(const TrialBench& bench, const TriedModel& model, const Source& source,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <vector>
 
 #include "core/pacer.h"
@@ -37,6 +38,8 @@ struct TrialBench {
 class ModelTrials {
   public:
     ModelTrials(LineFit& line, const GrowthRequest& request, Pacer& pacer);
+    /// The same on a line whose regional has another degree.
+    ModelTrials(LineFit& line, const ModelTrials& other, Pacer& pacer);
 
     const GrowthRequest& request() const { return request_; }
     /// The bodies that are fitted, new ones and those of the present ones that may move.
@@ -55,6 +58,10 @@ class ModelTrials {
     LineNoise white_noise(const TriedModel& model) const;
 
     const std::vector<LineFit::ChannelRows>& rows() const { return rows_; }
+    /// No sheet across the line gives an anomaly.
+    bool blind() const { return bank_->empty(); }
+    /// Readings that stand alone, and are no anomaly, as m along the profile.
+    std::vector<double> lone_readings() const;
 
   private:
     ModelBody body_of(const LineFit& line, const Source& source) const;
@@ -62,8 +69,9 @@ class ModelTrials {
 
     GrowthRequest request_;
     std::vector<LineFit::ChannelRows> rows_;
-    std::vector<double> floor_;  ///< of the noise of each channel
-    SourceBank bank_;
+    std::vector<double> floor_;           ///< of the noise of each channel
+    std::vector<Eigen::VectorXd> alone_;  ///< of each channel, 0 at readings that stand alone
+    std::shared_ptr<const SourceBank> bank_;
 };
 
 }  // namespace anomalis::inversion

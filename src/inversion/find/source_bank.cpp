@@ -40,6 +40,7 @@ Vector2d parts_of(double dip) {
 }  // namespace
 
 SourceBank::SourceBank(const Workspace& workspace, std::int32_t channel, bool thick, Pacer& pacer) {
+    magnetic_ = channel == channel_mag;
     const VectorXd distance = window_distances(workspace);
     const double length = distance.maxCoeff() - distance.minCoeff();
     if (distance.size() < 5 || !(length > 0)) return;
@@ -95,6 +96,9 @@ void SourceBank::add_level(const Workspace& workspace, std::int32_t channel, dou
     body.strike.value = workspace.azimuth / static_cast<float>(radians) + 90;
     body.susc.value = 10000;
     body.density.value = 1;
+    // Rounding gives an anomaly where the field runs along the strike.
+    const double inducing = static_cast<double>(workspace.field.intensity) * 1e-2;  // nT
+    const double least = channel == channel_mag ? std::max(1e-5 * inducing, 1e-12) : 0;
     forward::BodyBench bench;
     forward::ExactNotes exact;
     Faults faults;
@@ -123,7 +127,7 @@ void SourceBank::add_level(const Workspace& workspace, std::int32_t channel, dou
                     {static_cast<std::int32_t>(from) + 1, static_cast<std::int32_t>(from + count)}, bench,
                     {columns.col(k).data(), static_cast<std::size_t>(count)}, notes);
             }
-            if (!columns.allFinite() || !(columns.norm() > 0)) continue;
+            if (!columns.allFinite() || !(columns.cwiseAbs().maxCoeff() > least)) continue;
             columns -= straight * (straight.transpose() * columns).eval();
             // Gram and Schmidt: columns = basis * triangle.
             Matrix2d triangle = Matrix2d::Zero();
@@ -164,6 +168,11 @@ std::vector<Source> SourceBank::best(const VectorXd& residual, std::size_t count
         const Vector2d parts = candidate.triangle.triangularView<Eigen::Upper>().solve(shares);
         double dip = lower_dip + std::atan2(parts[1], parts[0]) / radians;
         double gain = shares.squaredNorm();
+        int sign = 1;
+        if (!magnetic_ && (dip < least_dip || dip > most_dip)) {
+            sign = -1;
+            dip += dip < least_dip ? 180 : -180;
+        }
         if (dip < least_dip || dip > most_dip) {
             // The better one of the two ends, as far as it helps.
             gain = 0;
@@ -177,7 +186,7 @@ std::vector<Source> SourceBank::best(const VectorXd& residual, std::size_t count
             }
             if (gain == 0) continue;
         }
-        all.push_back({candidate.distance, levels_[candidate.level].depth, candidate.width, dip,
+        all.push_back({candidate.distance, levels_[candidate.level].depth, candidate.width, dip, sign,
                        gain * weight[candidate.level]});
     }
     pacer.done(units);

@@ -16,6 +16,7 @@ namespace anomalis::inversion {
 struct Source {
     double distance = 0, depth = 0, width = 0;  ///< m; the depth below the sensor
     double dip = 90;                            ///< degrees
+    int sign = 1;                               ///< of a density contrast
     double gain = 0;  ///< by how much it lessens the sum of squares, with a straight regional about it
 };
 
@@ -25,6 +26,8 @@ class SourceBank {
     /// for deep ones, as far from a sheet as its anomaly reaches. So the whole grows with the stations.
     SourceBank(const Workspace& workspace, std::int32_t channel, bool thick, Pacer& pacer);
 
+    /// No sheet gives an anomaly here.
+    bool empty() const { return candidates_.empty(); }
     /// The sheets that explain most of such residuals (of the whole window, in standard deviations), best
     /// first and none like another, at most `count`.
     std::vector<Source> best(const Eigen::VectorXd& residual, std::size_t count, Pacer& pacer) const;
@@ -49,6 +52,7 @@ class SourceBank {
 
     void add_level(const Workspace& workspace, std::int32_t channel, double depth, bool thick, Pacer& pacer);
 
+    bool magnetic_ = true;
     std::vector<Level> levels_;
     std::vector<Candidate> candidates_;
 };

@@ -13,8 +13,7 @@ using Eigen::Index;
 using Eigen::MatrixXd;
 using Eigen::VectorXd;
 
-Whitening::Whitening(const RowNoise& noise, const VectorXd& distance)
-    : noise_(noise), distance_(distance) {
+Whitening::Whitening(const RowNoise& noise, const VectorXd& distance) : noise_(noise), distance_(distance) {
     VectorXd nothing = VectorXd::Zero(distance.size());
     log_determinant_ = run(nothing);
 }
