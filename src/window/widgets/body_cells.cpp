@@ -20,8 +20,8 @@ constexpr int unit_width = 30;
 constexpr int mark_size = 13;
 constexpr double selected_tint = 0.14;
 constexpr int band_margin = 10;
-constexpr double band_lift = 2, band_height = 2, band_tint = 0.38;  // the lift above the line below the row
-constexpr double arrow_length = 6, arrow_half = 2.5, mark_half = 2.5;
+constexpr double band_height = 2, band_tint = 0.38;
+constexpr double arrow_length = 6, arrow_half = 2, mark_half = 2, mark_height = 4;
 
 QColor mixed(const QColor& ground, const QColor& tint, double part) {
     const auto mix = [&](int a, int b) { return static_cast<int>(a + (b - a) * part); };
@@ -67,13 +67,14 @@ void paint_behind(QPainter& painter, QRect& room, int width, Qt::Alignment side,
 void paint_band(QPainter& painter, const QRect& cell, const QVariantList& band, const QPalette& palette) {
     const double place = band[0].toDouble();
     const bool open_below = band[1].toBool(), open_above = band[2].toBool();
-    const double middle = cell.bottom() - band_lift;
+    // On the line under the row, clear of the digits.
+    const double below = cell.bottom() + 1, middle = below - arrow_half;
     const double from = cell.left() + band_margin, to = cell.right() + 1 - band_margin;
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     const QColor accent = palette.color(QPalette::Highlight);
     const QColor bar = mixed(palette.color(QPalette::Base), accent, band_tint);
-    painter.fillRect(QRectF(from, middle - band_height / 2, to - from, band_height), bar);
+    painter.fillRect(QRectF(from, below - band_height, to - from, band_height), bar);
     painter.setPen(Qt::NoPen);
     painter.setBrush(bar);
     const auto arrow = [&](double end, double tip) {
@@ -83,7 +84,7 @@ void paint_band(QPainter& painter, const QRect& cell, const QVariantList& band, 
     if (open_above) arrow(to, to + arrow_length);
     // A value that stands beside its band is seen to.
     const double at = std::clamp(from + place * (to - from), from - arrow_length, to + arrow_length);
-    painter.fillRect(QRectF(at - 1, middle - mark_half, 2, 2 * mark_half), accent);
+    painter.fillRect(QRectF(at - mark_half, below - mark_height, 2 * mark_half, mark_height), accent);
     painter.restore();
 }
 
