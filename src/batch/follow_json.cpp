@@ -74,9 +74,9 @@ Json strike_json(const flow::FollowedStrike& strike) {
     Json json = {{"body", strike.first_number}, {"before_deg", strike.before}};
     json["strike_deg"] = strike.fit ? Json(strike.fit->strike) : Json(nullptr);
     json["error_deg"] = strike.fit ? Json(strike.fit->error) : Json(nullptr);
-    json["interval_deg"] = strike.fit ? Json{strike.fit->strike - to_90_percent * strike.fit->error,
-                                             strike.fit->strike + to_90_percent * strike.fit->error}
-                                      : Json(nullptr);
+    json["interval_deg"] = strike.taken() ? Json{strike.fit->strike - to_90_percent * strike.fit->error,
+                                                 strike.fit->strike + to_90_percent * strike.fit->error}
+                                          : Json(nullptr);
     json["lines"] = strike.fit ? strike.fit->lines : 0;
     json["birge_ratio"] = strike.fit ? Json(strike.fit->birge_ratio) : Json(nullptr);
     json["taken"] = strike.taken();

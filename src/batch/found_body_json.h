@@ -1,10 +1,8 @@
 #pragma once
 
-#include <array>
 #include <cstdint>
+#include <optional>
 #include <string>
-#include <string_view>
-#include <utility>
 
 #include "batch/fit_json.h"
 #include "core/body_parameters.h"
@@ -53,14 +51,14 @@ Json depth_interval_json(double elevation, const FittedParameter& top) {
 
 /// The 90 % intervals of the parameters of a body that were fitted, by their names.
 template <class Json>
-Json body_intervals_json(const FitRecord& record, int number, double sensor, double ground) {
+Json body_intervals_json(const FitRecord& record, int number, double sensor, std::optional<double> ground) {
     Json json = Json::object();
     for (const FittedParameter& parameter : record.parameters) {
         if (parameter.body != number) continue;
         json[reported_name(parameter.param_code)] = interval_json<Json>(parameter);
         if (parameter.param_code != param_top) continue;
         json["depth_below_sensor"] = depth_interval_json<Json>(sensor, parameter);
-        json["depth_below_ground"] = depth_interval_json<Json>(ground, parameter);
+        if (ground) json["depth_below_ground"] = depth_interval_json<Json>(*ground, parameter);
     }
     return json;
 }
@@ -71,11 +69,16 @@ Json found_body_json(const ModelBody& body, int number, const FitRecord& record,
                      const Workspace& workspace) {
     const auto distance = static_cast<double>(body.distance.value), top = static_cast<double>(body.top.value);
     const double sensor = inversion::elevation_at(workspace, distance, column_sensor);
-    const double ground = model::ground_elevation(workspace, distance);
-    Json json = {
-        {"body", number},        {"type", body_type_name(body.type)},  {"distance", body.distance.value},
-        {"top", body.top.value}, {"depth_below_sensor", sensor - top}, {"depth_below_ground", ground - top},
-        {"dip", body.dip.value}, {"width", body.width.value}};
+    std::optional<double> ground;
+    if (model::ground_is_known(workspace)) ground = model::ground_elevation(workspace, distance);
+    Json json = {{"body", number},
+                 {"type", body_type_name(body.type)},
+                 {"distance", body.distance.value},
+                 {"top", body.top.value},
+                 {"depth_below_sensor", sensor - top},
+                 {"depth_below_ground", ground ? Json(*ground - top) : Json(nullptr)},
+                 {"dip", body.dip.value},
+                 {"width", body.width.value}};
     json["susceptibility"] = channel == channel_grav ? Json(nullptr) : Json(body.susc.value);
     if (channel != channel_mag) json["density_contrast"] = body.density.value;
     json["strike_deg"] = body.strike.value;

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <vector>
 
 #include "core/body_parameters.h"
 #include "core/numbers.h"
@@ -50,9 +49,10 @@ std::string found_body_text(const ModelBody& body, int number, const FitRecord& 
     const auto of = [&](ParamCode code) { return value_text(body, number, record, code); };
     std::string text = std::string(body_type_name(body.type)) + " at " + of(param_distance) + ": " +
                        metres(inversion::elevation_at(workspace, distance, column_sensor) - top) +
-                       " below the sensor, " + metres(model::ground_elevation(workspace, distance) - top) +
-                       " below ground, top " + of(param_top) + ", dip " + of(param_dip) + ", width " +
-                       of(param_width);
+                       " below the sensor";
+    if (model::ground_is_known(workspace))
+        text += ", " + metres(model::ground_elevation(workspace, distance) - top) + " below ground";
+    text += ", top " + of(param_top) + ", dip " + of(param_dip) + ", width " + of(param_width);
     if (channel != channel_grav) text += ", susceptibility " + of(param_susc);
     if (channel != channel_mag) text += ", density contrast " + of(param_density);
     return text;

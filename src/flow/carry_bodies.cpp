@@ -8,6 +8,7 @@
 #include "core/numbers.h"
 #include "core/workspace.h"
 #include "forward/shape/reference_point.h"
+#include "inversion/line_place.h"
 #include "model/burial_depth.h"
 
 namespace anomalis::flow {
@@ -127,24 +128,32 @@ class Carrier {
         ModelBody& here = carried.body;
         const auto before = static_cast<double>(body.distance.value);
         shift(here.distance, crossing.distance - before);
-        shift(here.top,
-              model::ground_elevation(next_, crossing.distance) - model::ground_elevation(first_, before));
+        shift(here.top, level(next_, crossing.distance) - level(first_, before));
         if (ends_along_strike(body)) here.offset.value -= to_single(crossing.along);
         forward::update_body_reference_point(next_, crossing.distance, here.east, here.north);
+    }
+
+    /// What depths are carried below, m of elevation: the ground, or what a sensor keeps above it.
+    double level(const Workspace& line, double distance) const {
+        return ground_known_ ? model::ground_elevation(line, distance)
+                             : inversion::elevation_at(line, distance, column_sensor);
     }
 
     const Workspace& first_;
     const Workspace& next_;
     CarriedModel& model_;
+    const bool ground_known_ = model::ground_is_known(first_) && model::ground_is_known(next_);
 };
 
 void note_ground(const Workspace& first, const Workspace& next, CarriedModel& model) {
-    const bool here = next.definition.dtm_column > 0, there = first.definition.dtm_column > 0;
-    if (here == there) return;
-    model.remarks.push_back((here ? first : next).model_file +
-                            " names no column of the ground: its surface elevation of " +
-                            format_number((here ? first : next).surface_elevation, "0.0") +
-                            " m stands for it where depths are carried");
+    for (const Workspace* line : {&first, &next}) {
+        if (model::ground_is_known(*line)) continue;
+        model.remarks.push_back(
+            line->model_file +
+            " names no column of the ground: bodies are carried to the same depth below the "
+            "sensor");
+        return;
+    }
 }
 
 }  // namespace

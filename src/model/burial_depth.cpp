@@ -18,6 +18,10 @@ double ground_elevation(const Workspace& workspace, double distance) {
     return low + (workspace.stations(i + 1, column_ground) - low) * t;
 }
 
+bool ground_is_known(const Workspace& workspace) {
+    return workspace.definition.dtm_column > 0 || workspace.definition.z_column <= 0;
+}
+
 void set_burial_depths(Workspace& workspace) {
     for (int number = 1; number <= workspace.body_count; ++number) {
         ModelBody& body = workspace.body(number);

@@ -12,6 +12,10 @@ namespace anomalis::model {
 /// the ends; the constant surface elevation without a ground column.
 double ground_elevation(const Workspace& workspace, double distance);
 
+/// The ground is known from a column of its own, or as the level that the sensor is carried over; a column of
+/// the sensor alone does not tell it.
+bool ground_is_known(const Workspace& workspace);
+
 /// Sets `top_elevation` of every body: the ground at its place less its top (m), of a pipe also less half its
 /// width, since its top is its axis. The elevations of the stations must be up to date.
 void set_burial_depths(Workspace& workspace);

@@ -130,13 +130,15 @@ TEST(CarryBodies, bodies_that_are_off_stay_behind) {
     EXPECT_EQ(model.bodies[1].first_number, 3);
 }
 
-TEST(CarryBodies, a_line_without_ground_is_told) {
+TEST(CarryBodies, where_a_line_does_not_know_its_ground_the_depth_below_the_sensor_is_carried) {
     TwoLines lines;
+    lines.load_next(TwoLines::apart, 300);
     lines.next.workspace().definition.dtm_column = 0;
     lines.next.load();
     const CarriedModel model = lines.carry();
     ASSERT_EQ(model.remarks.size(), 1U);
-    EXPECT_NE(model.remarks[0].find("names no column of the ground"), std::string::npos);
+    EXPECT_NE(model.remarks[0].find("next.axm names no column of the ground"), std::string::npos);
+    EXPECT_NEAR(model.bodies.at(0).body.top.value, 60, 1e-3) << "both sensors fly at one height there";
 }
 
 }  // namespace anomalis::flow

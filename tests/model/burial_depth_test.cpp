@@ -33,6 +33,16 @@ float ground_under(float distance) {
     return w.body(1).top_elevation + 7;
 }
 
+TEST(BurialDepth, a_sensor_column_alone_does_not_tell_the_ground) {
+    Workspace w = hill(5);
+    EXPECT_TRUE(ground_is_known(w));
+    w.definition.dtm_column = 0;
+    w.definition.z_column = 4;
+    EXPECT_FALSE(ground_is_known(w));
+    w.definition.z_column = 0;
+    EXPECT_TRUE(ground_is_known(w)) << "the sensor is carried over the surface elevation";
+}
+
 TEST(BurialDepth, ground_is_interpolated_between_the_neighbours) {
     EXPECT_FLOAT_EQ(ground_under(0), 100);
     EXPECT_FLOAT_EQ(ground_under(5), 105);
