@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "core/body_parameters.h"
 #include "core/model_mark.h"
 #include "edit/body_form.h"
 #include "edit/body_rows.h"
@@ -13,11 +14,24 @@ namespace anomalis::edit {
 
 namespace {
 
+/// A value that was moved is seen without the mark of the whole model, which a step of a bar need not wait
+/// for. The mark alone tells that nothing was moved.
+bool value_was_moved(const Workspace& workspace, const Ensemble& ensemble) {
+    constexpr double file_digits = 1e-4;
+    return std::ranges::any_of(ensemble.parameters, [&](const EnsembleParameter& p) {
+        if (p.body < 1 || p.body > workspace.body_count) return true;
+        const auto now = static_cast<double>(body_param(workspace.body(p.body), p.param_code).value);
+        const auto then = static_cast<double>(p.value);
+        return std::abs(now - then) > file_digits * std::max(1.0, std::abs(then));
+    });
+}
+
 bool in_force(const Workbench& workbench) {
     const Workspace& workspace = workbench.session.workspace;
     if (!workspace.ensemble || workbench.session.inversion.running) return false;
     if (!workbench.ensemble_stands)
-        workbench.ensemble_stands = bears_mark(workspace, workspace.ensemble->model_mark);
+        workbench.ensemble_stands = !value_was_moved(workspace, *workspace.ensemble) &&
+                                    bears_mark(workspace, workspace.ensemble->model_mark);
     return *workbench.ensemble_stands;
 }
 
