@@ -188,7 +188,8 @@ CrossPlots cross_plots(const Workspace& workspace, const Ensemble& ensemble, int
                        {}};
         for (const EnsembleSample* sample : models)
             axis.values.push_back(static_cast<double>(sample->values[column.place]));
-        if (column.param_code == param_top) count_from_ground(workspace, ensemble, body, models, axis);
+        if (column.param_code == param_top && model::ground_is_known(workspace))
+            count_from_ground(workspace, ensemble, body, models, axis);
         plots.axes.push_back(std::move(axis));
     }
     if (plots.axes.size() < 2 || plots.axes.front().values.empty()) return {};

@@ -21,7 +21,8 @@ namespace anomalis::show {
 /// A parameter over the models that have the body.
 struct CrossAxis {
     int param_code = 0;
-    std::string name;  ///< as the grid calls it: "Width"; a top counts from the ground: "Depth to top"
+    std::string
+        name;  ///< as the grid calls it: "Width"; a top counts from a ground that is known: "Depth to top"
     std::string unit;
     double fitted = 0;           ///< of the model that the ensemble is about
     std::vector<double> values;  ///< by model, the same models of all axes

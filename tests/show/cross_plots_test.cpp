@@ -52,6 +52,15 @@ TEST(CrossPlots, have_depth_width_and_susceptibility_of_one_body) {
     EXPECT_EQ(plotted_bodies(sheet.workspace, sheet.ensemble), std::vector<int>{2});
 }
 
+TEST(CrossPlots, a_top_under_a_ground_that_nobody_knows_stays_an_elevation) {
+    Sheet sheet;
+    sheet.workspace.definition.z_column = 4;
+    sheet.workspace.definition.dtm_column = 0;
+    const CrossPlots plots = cross_plots(sheet.workspace, sheet.ensemble, 2);
+    EXPECT_EQ(plots.axes.at(0).name, "Top");
+    EXPECT_EQ(plots.axes.at(0).fitted, 60);
+}
+
 TEST(CrossPlots, one_free_parameter_makes_none) {
     const Sheet sheet;
     EXPECT_TRUE(cross_plots(sheet.workspace, sheet.ensemble, 1).axes.empty());
