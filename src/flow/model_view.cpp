@@ -56,6 +56,7 @@ void ModelView::display_model(bool forced) {
     Session& session = workbench_.session;
     Workspace& workspace = session.workspace;
     if (calculating_ || !edit::line_loaded(workspace) || !(workbench_.view.on_page || forced)) return;
+    preview_ = nullptr;
     const MessageScope scope(session.prompts);
     report_failure(session.prompts, "An error occurred while displaying the current model: ", [&] {
         try {
@@ -88,6 +89,40 @@ void ModelView::show_calculated(const MisfitPair& misfit) {
     host_.show_misfit(misfit);
 }
 
+const Workspace& ModelView::shown_model() const {
+    return preview_ ? *preview_ : workbench_.session.workspace;
+}
+
+/// Ghosts and fan go as soon as the model is another one.
+template <class Draw>
+void ModelView::draw_shown(const Draw& draw) {
+    struct CurrentBody {
+        int& number;
+        const int kept;
+        ~CurrentBody() { number = kept; }
+    } const current{workbench_.view.current_body, workbench_.view.current_body};
+    if (preview_) current.number = 0;
+    const bool ensemble = workbench_.view.show_ensemble && !preview_;
+    charts_.set_ensemble(ensemble ? edit::ensemble_in_force(workbench_) : nullptr);
+    draw(shown_model());
+}
+
+void ModelView::show_preview(const Workspace& model) {
+    if (calculating_ || !edit::line_loaded(workbench_.session.workspace)) return;
+    preview_ = &model;
+    ranges_ = show::graph_ranges(model);
+    charts_.set_shown(shown_charts());
+    redraw();
+}
+
+void ModelView::end_preview() {
+    if (!preview_) return;
+    preview_ = nullptr;
+    if (!edit::line_loaded(workbench_.session.workspace)) return;
+    ranges_ = show::graph_ranges(workbench_.session.workspace);
+    redraw();
+}
+
 /// The plan takes the section's place.
 std::array<bool, edit::model_chart_count> ModelView::shown_charts() const {
     auto shown = show::charts_with_data(workbench_.session.workspace);
@@ -96,17 +131,11 @@ std::array<bool, edit::model_chart_count> ModelView::shown_charts() const {
     return shown;
 }
 
-/// Ghosts and fan go as soon as the model is another one.
-show::ModelCharts& ModelView::charts_to_draw() {
-    charts_.set_ensemble(workbench_.view.show_ensemble ? edit::ensemble_in_force(workbench_) : nullptr);
-    return charts_;
-}
-
 void ModelView::redraw() {
     Session& session = workbench_.session;
     if (!edit::line_loaded(session.workspace) || !ranges_) return;
     report_failure(session.prompts, "An error occurred while displaying the model graphs: ", [&] {
-        charts_to_draw().draw(session.workspace, *ranges_, workbench_.view);
+        draw_shown([&](const Workspace& model) { charts_.draw(model, *ranges_, workbench_.view); });
     });
     if (workbench_.view.show_plan) display_plan_view();
 }
@@ -124,7 +153,8 @@ void ModelView::display_maginv_model(int chart) {
     Session& session = workbench_.session;
     if (!edit::line_loaded(session.workspace) || !ranges_) return;
     report_failure(session.prompts, "An error occurred while displaying the model graphs: ", [&] {
-        charts_to_draw().draw_one(chart, session.workspace, *ranges_, workbench_.view);
+        draw_shown(
+            [&](const Workspace& model) { charts_.draw_one(chart, model, *ranges_, workbench_.view); });
     });
 }
 
@@ -133,7 +163,7 @@ void ModelView::display_plan_view() {
     if (!edit::line_loaded(session.workspace)) return;
     report_failure(session.prompts, "An error occurred while displaying the plan view: ", [&] {
         Faults faults;
-        charts_to_draw().draw_plan(session.workspace, workbench_.view, faults);
+        draw_shown([&](const Workspace& model) { charts_.draw_plan(model, workbench_.view, faults); });
         show_faults(faults, session.prompts);
     });
 }
@@ -147,7 +177,7 @@ void ModelView::update_graph_display() {
     Session& session = workbench_.session;
     if (!edit::line_loaded(session.workspace)) return;
     report_failure(session.prompts, "An error occurred while updating the graphics display: ", [&] {
-        charts_to_draw().apply_windows(session.workspace, workbench_.view);
+        draw_shown([&](const Workspace& model) { charts_.apply_windows(model, workbench_.view); });
     });
 }
 
@@ -221,6 +251,7 @@ void ModelView::show_axes() {
 }
 
 void ModelView::clear_charts() {
+    preview_ = nullptr;
     ranges_.reset();
     charts_.clear();
 }
@@ -228,18 +259,19 @@ void ModelView::clear_charts() {
 void ModelView::chart_moved(int chart, bool outside, double x, double y) {
     const chart::Point user{x, y};
     const chart::Point* place = outside ? nullptr : &user;
-    host_.show_pointer(chart == plan_chart ? show::plan_pointer(place)
-                                           : show::profile_pointer(workbench_.session.workspace, chart,
-                                                                   charts_.chart(chart), place));
+    host_.show_pointer(chart == plan_chart
+                           ? show::plan_pointer(place)
+                           : show::profile_pointer(shown_model(), chart, charts_.chart(chart), place));
 }
 
 void ModelView::chart_view_changed(int chart) {
     if (chart == plan_chart || !edit::line_loaded(workbench_.session.workspace)) return;
-    charts_to_draw().follow_view(chart, workbench_.session.workspace, workbench_.view);
+    draw_shown([&](const Workspace& model) { charts_.follow_view(chart, model, workbench_.view); });
     host_.show_window(charts_.chart(chart).CurrentZoom().zoom_x != 1);
 }
 
 void ModelView::polygon_clicked(int chart, int polygon) {
+    if (preview_) return;
     if (chart == edit::chart_section) select_body(charts_.section_body(polygon));
     if (chart == plan_chart) select_body(charts_.plan_body(polygon));
 }

@@ -73,6 +73,14 @@ class ModelView {
     /// All responses are calculated anew.
     void force_recalc();
 
+    /// Draws another model of the same line in place of the open one, which stays as it is: charts, zoom and
+    /// pan show `model`, without a current body and without bodies that can be clicked. Its numbers are up to
+    /// date; it outlives its time on show, which ends with `end_preview` or with the next `display_model`.
+    void show_preview(const Workspace& model);
+    /// The open model as its rows stand.
+    void end_preview();
+    bool previewing() const { return preview_ != nullptr; }
+
     void choose_zoom_factor(int list_index);
     void pan_to(int pan);
     /// One step of a chart's own bars; a direction above 0 zooms in, or pans down.
@@ -91,8 +99,13 @@ class ModelView {
     void chart_moved(int chart, bool outside, double x, double y);
     void chart_view_changed(int chart);
     void polygon_clicked(int chart, int polygon);
+    /// What the charts show: the open model, or the one in its place.
+    const Workspace& shown_model() const;
+    /// Draws with the ensemble in force, or without it and without a current body while another model is on
+    /// show.
+    template <class Draw>
+    void draw_shown(const Draw& draw);
     MisfitPair calculate();
-    show::ModelCharts& charts_to_draw();
     void show_calculated(const MisfitPair& misfit);
     void show_base_levels();
     std::array<bool, edit::model_chart_count> shown_charts() const;
@@ -103,6 +116,7 @@ class ModelView {
     ModelViewHost& host_;
     std::optional<show::GraphRanges> ranges_;  ///< none until the model was displayed
     std::array<std::unique_ptr<ChartLink>, edit::model_chart_count + 1> links_;
+    const Workspace* preview_ = nullptr;
     bool calculating_ = false;  ///< what is served meanwhile must not begin another calculation
 };
 

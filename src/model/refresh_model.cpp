@@ -74,6 +74,12 @@ MisfitPair refresh_model(Session& session) {
     return misfit;
 }
 
+void refresh_numbers(Workspace& workspace, Faults& faults, Pacer& pacer) {
+    settle_station_window(workspace);
+    refresh_elevations(workspace, faults);
+    if (workspace.station_count > 0) bring_up_to_date(workspace, faults, pacer);
+}
+
 std::vector<std::string> calculation_failures(const Session& session) {
     Session anew(session.prompts, Settings{});
     anew.workspace = session.workspace;

@@ -8,6 +8,10 @@
 #include "core/session.h"
 
 // The moments at which the rest of the program needs the numbers of a model without a run.
+namespace anomalis {
+class Pacer;
+}  // namespace anomalis
+
 namespace anomalis::model {
 
 /// Ends a successful load: the inversion speaks of magnetics where the line has them, else of gravity, and
@@ -28,6 +32,9 @@ class CalculationStopped : public Fault {
 /// the four filter chains. Returns the misfit pair of the inversion channel, zeros without stations. What
 /// failed is shown at the end. Raises CalculationStopped.
 MisfitPair refresh_model(Session& session);
+
+/// The same for a workspace that is no session's, without the misfit; what failed is noted. Raises Stopped.
+void refresh_numbers(Workspace& workspace, Faults& faults, Pacer& pacer);
 
 /// What fails when the model of the session is calculated from nothing, and what can hardly be meant: what a
 /// table of its numbers must say, whenever it was told. Takes as long as a first calculation. Changes

@@ -2,10 +2,25 @@
 
 #include <gtest/gtest.h>
 
+#include "core/pacer.h"
+#include "model/refresh_model.h"
 #include "show/chart_sample.h"
 #include "support/stale_body.h"
 
 namespace anomalis::flow {
+
+namespace {
+
+/// The bodies that the section has drawn, corner by corner.
+std::vector<chart::Point> section_corners(show::ChartSample& sample) {
+    std::vector<chart::Point> corners;
+    for (const auto& entry :
+         sample.device(edit::chart_section).of_kind(chart::RecordingDevice::Kind::polygon_outline))
+        corners.insert(corners.end(), entry.points.begin(), entry.points.end());
+    return corners;
+}
+
+}  // namespace
 
 TEST(ModelView, nothing_is_drawn_off_the_page_or_without_a_line) {
     show::ChartSample sample;
@@ -67,6 +82,52 @@ TEST(ModelView, a_change_of_the_model_keeps_the_zoom) {
     EXPECT_EQ(sample.chart(edit::chart_mag).ViewLimits(), zoomed);
     EXPECT_EQ(sample.chart(edit::chart_grav).ViewLimits().x_low, self_scaled.x_low);
     EXPECT_GT(sample.chart(edit::chart_grav).ViewLimits().y_high, self_scaled.y_high);
+}
+
+TEST(ModelView, another_model_is_shown_in_place_of_the_open_one) {
+    show::ChartSample sample;
+    sample.add_body(1260, 60);
+    sample.forget();
+    sample.view->display_model();
+    const auto open_section = section_corners(sample);
+    ASSERT_FALSE(open_section.empty());
+    Workspace other = sample.workspace();
+    other.body(1).distance.value = 400;
+    other.body(1).susc.value *= 4;
+    Faults faults;
+    model::refresh_numbers(other, faults, no_pace());
+    const float before = sample.workspace().mag.data(50, row_raw, stage_calculated);
+    sample.forget();
+    sample.view->show_preview(other);
+    EXPECT_TRUE(sample.view->previewing());
+    EXPECT_NE(section_corners(sample), open_section);
+    EXPECT_EQ(sample.workspace().mag.data(50, row_raw, stage_calculated), before);
+    EXPECT_EQ(sample.workbench.view.current_body, 1);
+    sample.view->choose_zoom_factor(3);
+    EXPECT_TRUE(sample.view->previewing()) << "it can be looked at from near";
+    sample.click(edit::chart_section, {430, 40});
+    EXPECT_EQ(sample.selections, 0) << "its bodies are none of the open model";
+    sample.view->choose_zoom_factor(0);
+    sample.forget();
+    sample.view->end_preview();
+    EXPECT_FALSE(sample.view->previewing());
+    EXPECT_EQ(section_corners(sample), open_section);
+}
+
+TEST(ModelView, the_open_model_takes_the_charts_back_when_it_is_displayed) {
+    show::ChartSample sample;
+    sample.add_body(1260, 60);
+    sample.view->display_model();
+    const Workspace other = sample.workspace();
+    sample.view->show_preview(other);
+    sample.view->display_model();
+    EXPECT_FALSE(sample.view->previewing());
+    sample.view->show_preview(other);
+    sample.view->clear_charts();
+    EXPECT_FALSE(sample.view->previewing());
+    drop_stations(sample.workspace());
+    sample.view->show_preview(other);
+    EXPECT_FALSE(sample.view->previewing()) << "without a line there is nothing to show";
 }
 
 TEST(ModelView, reset_undoes_every_zoom_and_pan) {

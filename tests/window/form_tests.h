@@ -8,6 +8,7 @@ QObject* make_actions_test();
 QObject* make_bodies_controller_test();
 QObject* make_calculation_watch_test();
 QObject* make_entry_gate_test();
+QObject* make_find_test();
 QObject* make_first_work_test();
 QObject* make_form_charts_test();
 QObject* make_form_dialogs_test();
@@ -32,7 +33,8 @@ QObject* make_view_controller_test();
 QObject* make_watch_controller_test();
 QObject* make_wrong_boxes_test();
 
-/// Keeps pictures of both tabs and the plan of each workspace named (split by ":") in a folder, at two sizes:
+/// Keeps pictures of both tabs, the plan and a search for bodies of each workspace named (split by ":") in a
+/// folder, at two sizes, and of a data file those of a search alone:
 /// for people to look at, and for the guide.
 void keep_pictures(const QString& folder, const QString& workspaces);
 

@@ -61,6 +61,36 @@ void keep_uncertainty(FormSample& sample, const QString& folder, const QString& 
     keep(sample, folder, name + "_plan_ghosts" + suffix);
 }
 
+/// A search for bodies: as it begins, the models that it proposes, and the best of them taken.
+void keep_search(const QString& folder, const QString& path, QSize size) {
+    const QString start = folder + "/" + QFileInfo(path).completeBaseName();
+    const QString end = "_" + QString::number(size.width()) + ".png";
+    FormSample sample;
+    sample.prompts.on_yield = [] { QCoreApplication::processEvents(); };
+    sample.form->resize(size);
+    if (path.endsWith(".axm")) {
+        sample.form->open_example(path.toStdString());
+    } else {
+        sample.form->open_file(path.toStdString());
+        sample.form->load_locations();
+        QTest::qWait(settle);
+        sample.form->grab().save(start + "_loaded" + end);
+        sample.choose_tab(1);
+        QTest::qWait(settle);
+        sample.form->grab().save(start + "_empty" + end);
+    }
+    sample.find<QAction>("menu_find_bodies").trigger();
+    QTest::qWait(settle);
+    sample.form->grab().save(start + "_find" + end);
+    sample.find<QPushButton>("Command_find").click();
+    QTest::qWait(settle);
+    sample.form->grab().save(start + "_found" + end);
+    if (!sample.find<QPushButton>("Command_find_take").isEnabled()) return;
+    sample.find<QPushButton>("Command_find_take").click();
+    QTest::qWait(settle);
+    sample.form->grab().save(start + "_taken" + end);
+}
+
 }  // namespace
 
 void keep_pictures(const QString& folder, const QString& workspaces) {
@@ -68,7 +98,8 @@ void keep_pictures(const QString& folder, const QString& workspaces) {
     const QStringList paths = workspaces.split(':', Qt::SkipEmptyParts);
     std::vector<flow::ExampleFile> examples;
     for (const QString& path : paths)
-        examples.push_back({path.toStdString(), QFileInfo(path).completeBaseName().toStdString()});
+        if (path.endsWith(".axm"))
+            examples.push_back({path.toStdString(), QFileInfo(path).completeBaseName().toStdString()});
     for (const QSize size : {QSize(1280, 800), QSize(1920, 1080)}) {
         const QString suffix = "_" + QString::number(size.width());
         FormSample start(examples);
@@ -77,6 +108,8 @@ void keep_pictures(const QString& folder, const QString& workspaces) {
         start.choose_tab(1);
         keep(start, folder, "start_model" + suffix);
         for (const QString& path : paths) {
+            keep_search(folder, path, size);
+            if (!path.endsWith(".axm")) continue;
             const QString name = QFileInfo(path).completeBaseName();
             FormSample sample;
             sample.form->resize(size);

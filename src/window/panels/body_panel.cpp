@@ -13,6 +13,7 @@
 #include "edit/body_form.h"
 #include "edit/workbench.h"
 #include "window/widgets/entry_box.h"
+#include "window/shell/look.h"
 #include "window/widgets/panel.h"
 #include "window/widgets/stepper_bar.h"
 
@@ -23,10 +24,6 @@ namespace {
 constexpr int patch_size = 14;  // pixels
 constexpr int heading_width = 104;
 constexpr int byte_mask = 0xFF;
-
-QColor shown_colour(std::int32_t colour) {
-    return {colour & byte_mask, colour >> 8 & byte_mask, colour >> 16 & byte_mask};
-}
 
 std::int32_t stored_colour(const QColor& colour) {
     return colour.blue() << 16 | colour.green() << 8 | colour.red();

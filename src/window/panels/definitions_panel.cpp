@@ -4,6 +4,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
+#include <QStyle>
 
 #include "core/paths.h"
 #include "flow/open_flow.h"
@@ -80,6 +81,7 @@ const std::array box_places{
 
 constexpr int number_row = 7;
 constexpr int length_row = 8;
+constexpr int find_row = 9;
 
 }  // namespace
 
@@ -97,6 +99,12 @@ DefinitionsPanel::DefinitionsPanel(edit::Workbench& workbench, FormGuards& guard
     connect(load_button_, &QPushButton::clicked, this, &DefinitionsPanel::load_wanted);
     grid()->addWidget(load_button_, number_row, 5, 1, 2);
     add_results();
+    find_button_ = make_button({"Command_find_first", "Find bodies", "",
+                                "Look for bodies that explain the line, with what is usual, and show them "
+                                "(Ctrl+F on the page of the model asks first)"});
+    find_button_->hide();
+    connect(find_button_, &QPushButton::clicked, this, &DefinitionsPanel::find_wanted);
+    grid()->addWidget(find_button_, find_row, 5, 1, 2);
 }
 
 void DefinitionsPanel::add_file_row() {
@@ -173,6 +181,18 @@ void DefinitionsPanel::show_result(const flow::LoadResult& result) {
     number_box_->setText(QString::fromStdString(result.number_of_locations));
     length_box_->setText(QString::fromStdString(result.line_length));
     spacing_box_->setText(QString::fromStdString(result.line_spacing));
+}
+
+/// The button that matters is the one of the next step.
+void DefinitionsPanel::offer_find(bool offer) {
+    find_button_->setVisible(offer);
+    for (QPushButton* button : {load_button_, find_button_}) {
+        const bool chief = (button == find_button_) == offer;
+        if (button->property("chief").toBool() == chief) continue;
+        button->setProperty("chief", chief);
+        button->style()->unpolish(button);
+        button->style()->polish(button);
+    }
 }
 
 void DefinitionsPanel::blank_results() {

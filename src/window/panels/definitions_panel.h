@@ -29,7 +29,11 @@ class DefinitionsPanel : public Panel {
     void show_result(const flow::LoadResult& result);
     void blank_results();
 
+    /// What a line without a model calls for next.
+    void offer_find(bool offer);
+
   signals:
+    void find_wanted();
     void data_file_wanted();
     void load_wanted();
 
@@ -47,6 +51,7 @@ class DefinitionsPanel : public Panel {
     ModelNews& news_;
     QLineEdit* file_box_ = nullptr;
     QPushButton* load_button_ = nullptr;
+    QPushButton* find_button_ = nullptr;
     std::array<KeystrokeBox*, edit::all_definition_boxes.size()> boxes_{};
     QLineEdit* number_box_ = nullptr;
     QLineEdit* length_box_ = nullptr;

@@ -31,15 +31,6 @@ void keep_room(QWidget& widget) {
     widget.setSizePolicy(policy);
 }
 
-QComboBox* make_list(const char* name, const QString& caption, const QStringList& entries,
-                     const QString& tip) {
-    auto* list = new QComboBox;
-    name_control(*list, name, caption, tip);
-    list->addItems(entries);
-    list->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
-    return list;
-}
-
 void set_entry_enabled(QComboBox& list, int index, bool enabled) {
     if (auto* entries = qobject_cast<QStandardItemModel*>(list.model()))
         entries->item(index)->setEnabled(enabled);
@@ -129,14 +120,15 @@ QWidget* InvertPanel::make_quality() {
 }
 
 void InvertPanel::add_choices(QGridLayout& grid) {
-    channel_ =
-        make_list("Combo_invert", tr("Channel"), {tr("Magnetics"), tr("Gravity"), tr("Both at once")},
-                  tr("The data that the model is fitted to. Both at once needs both channels and least "
-                     "squares"));
+    channel_ = make_list(
+        {"Combo_invert", "Channel", "",
+         "The data that the model is fitted to. Both at once needs both channels and least squares"},
+        {tr("Magnetics"), tr("Gravity"), tr("Both at once")});
     method_ =
-        make_list("Combo_inversion_method", tr("Method"), {tr("Sweep"), tr("Least squares")},
-                  tr("Sweep changes one parameter after the other. Least squares changes them together, "
-                     "and tells how well the data determine each"));
+        make_list({"Combo_inversion_method", "Method", "",
+                   "Sweep changes one parameter after the other. Least squares changes them together, and "
+                   "tells how well the data determine each"},
+                  {tr("Sweep"), tr("Least squares")});
     gradient_ = make_check({"Check_inversion_mode", "Invert Vertical Grad", "",
                             "Fit the gradient of the data in place of the data"});
     const auto place = [&](int row, int pair, QWidget* control) {

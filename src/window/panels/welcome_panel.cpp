@@ -27,9 +27,10 @@ constexpr std::array steps{
          "Pick a data file, or open a workspace from the File menu. Say which column holds what; the head of "
          "the file shows them."},
     Step{"Load locations", "The stations are laid on the profile, and their number and length are shown."},
-    Step{"Add a body",
-         "The tab “Current Model” shows observed curves in black and calculated ones in green. Bodies, Add a "
-         "new body, puts one under the line; its bars move it."}};
+    Step{"Find bodies, or add one",
+         "The tab “Current Model” shows observed curves in black and calculated ones in green. Model, Find "
+         "bodies, proposes what lies under the line; Bodies, Add a new body, puts one there, and bars move "
+         "it."}};
 
 QLabel* wrapped(const QString& text) {
     auto* label = new QLabel(text);

@@ -134,6 +134,10 @@ constexpr std::array rows{
               "Calculate the field of the bodies as section and plan draw them; without the mark with "
               "the classic formulas",
               When::line, no_key, Mark::exact_formulas},
+    ActionRow{ActionId::find_bodies, "menu_find_bodies", "&Find bodies...",
+              "Propose bodies that explain the line, starting from nothing or beside those that are there; "
+              "the model stays as it is until one proposal is taken",
+              When::line, Qt::CTRL | Qt::Key_F},
     ActionRow{ActionId::invert_current, "menu_invert_0", "Invert &Current Body",
               "Fit the free parameters of the current body", When::body},
     ActionRow{ActionId::invert_all, "menu_invert_1", "&Invert Entire Model",

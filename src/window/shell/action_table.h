@@ -65,6 +65,7 @@ enum class ActionId {
     use_flip,
     tie_pipes,
     exact_formulas,
+    find_bodies,
     invert_current,
     invert_all,
     stop_inversion,

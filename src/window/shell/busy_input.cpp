@@ -5,6 +5,7 @@
 #include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QAbstractSlider>
+#include <QAbstractSpinBox>
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
@@ -48,6 +49,7 @@ bool is_input(QEvent::Type type) {
 bool takes_input(const QWidget& widget) {
     return qobject_cast<const QAbstractButton*>(&widget) || qobject_cast<const QAbstractSlider*>(&widget) ||
            qobject_cast<const QComboBox*>(&widget) || qobject_cast<const QLineEdit*>(&widget) ||
+           qobject_cast<const QAbstractSpinBox*>(&widget) ||
            qobject_cast<const QAbstractItemView*>(&widget) || qobject_cast<const QTabBar*>(&widget);
 }
 
@@ -78,7 +80,7 @@ void BusyInput::follow(bool running) {
 void BusyInput::switch_off() {
     focus_ = QApplication::focusWidget();
     for (QWidget* widget : window_.findChildren<QWidget*>()) {
-        if (widget == &stop_button_ || !takes_input(*widget) || widget->testAttribute(Qt::WA_ForceDisabled))
+        if (is_served(widget) || !takes_input(*widget) || widget->testAttribute(Qt::WA_ForceDisabled))
             continue;
         const auto* box = qobject_cast<const QLineEdit*>(widget);
         if (!widget->isEnabled() || (box && box->isReadOnly())) continue;
@@ -102,10 +104,14 @@ void BusyInput::switch_on() {
     if (focus_) focus_->setFocus();
 }
 
+bool BusyInput::is_served(const QObject* watched) const {
+    return watched == &stop_button_ || (second_button_ && watched == second_button_);
+}
+
 /// A message box that a fault has opened must be answered. Events of the window itself find their widget
 /// later, and come here again.
 bool BusyInput::lets_through(const QObject* watched) const {
-    return QApplication::activeModalWidget() || watched->isWindowType() || watched == &stop_button_ ||
+    return QApplication::activeModalWidget() || watched->isWindowType() || is_served(watched) ||
            watched == &stop_action_;
 }
 

@@ -12,7 +12,7 @@ class QWidget;
 
 namespace anomalis::window {
 
-/// While a run serves the window at its yields: only one button, the key Esc and a request to close get
+/// While a run serves the window at its yields: only its own buttons, the key Esc and a request to close get
 /// through. Everything else is switched off, and what was held down is let go.
 class BusyInput : public QObject {
     Q_OBJECT
@@ -22,6 +22,8 @@ class BusyInput : public QObject {
     BusyInput(QMainWindow& window, QWidget& stop_button, QAction& stop_action, std::function<void()> stop,
               std::function<void(QKeyCombination)> turned_away);
 
+    /// A second button that gets through.
+    void serve(QWidget& button) { second_button_ = &button; }
     /// A run begins, or has ended.
     void follow(bool running);
 
@@ -31,10 +33,12 @@ class BusyInput : public QObject {
   private:
     void switch_off();
     void switch_on();
+    bool is_served(const QObject* watched) const;
     bool lets_through(const QObject* watched) const;
 
     QMainWindow& window_;
     QWidget& stop_button_;
+    QWidget* second_button_ = nullptr;
     QAction& stop_action_;
     std::function<void()> stop_;
     std::function<void(QKeyCombination)> turned_away_;

@@ -21,6 +21,7 @@
 #include "window/shell/bodies_controller.h"
 #include "window/shell/calculation_watch.h"
 #include "window/shell/export_controller.h"
+#include "window/shell/find_controller.h"
 #include "window/shell/fit_controller.h"
 #include "window/shell/form_inversion.h"
 #include "window/shell/formulas_controller.h"
@@ -122,6 +123,8 @@ void Form_anomalis::make_controllers(const std::vector<flow::ExampleFile>& examp
     fit_ = new FitController(*this, workbench_, *actions_);
     uncertainty_ = new UncertaintyController(*this, workbench_, *actions_, news_, *charts_, *recovery_,
                                              [this] { return inversion_->desk().panel().channel_index; });
+    find_ = new FindController({*this, definitions_page_->definitions(), *model_page_, *charts_, *status_},
+                               workbench_, *actions_, gate_, guards_, news_, *pages_);
 }
 
 void Form_anomalis::wire_panels() {
@@ -160,6 +163,7 @@ void Form_anomalis::follow(WhatChanged what) {
     formulas_->follow(what);
     fit_->follow(what);
     uncertainty_->follow(what);
+    find_->follow(what);
     open_->follow(what);
     save_->follow();
     if (what & News::file) watch_->follow();
@@ -204,7 +208,8 @@ void Form_anomalis::load_locations() {
 }
 
 void Form_anomalis::closeEvent(QCloseEvent* event) {
-    if (!uncertainty_->may_close() || !inversion_->may_close() || !calculation_->may_close())
+    if (!find_->may_close() || !uncertainty_->may_close() || !inversion_->may_close() ||
+        !calculation_->may_close())
         return event->ignore();
     gate_.settle();
     recovery_->finish();

@@ -19,6 +19,7 @@ class Actions;
 class CalculationWatch;
 class ChartsPanel;
 class DefinitionsPage;
+class FindController;
 class FitController;
 class FormInversion;
 class FormulasController;
@@ -59,6 +60,7 @@ class Form_anomalis : public QMainWindow {
     ModelSide& side() { return *side_; }
     FormInversion& inversion() { return *inversion_; }
     UncertaintyController& uncertainty() { return *uncertainty_; }
+    FindController& find() { return *find_; }
     RecoveryController& recovery() { return *recovery_; }
     CalculationWatch& calculation() { return *calculation_; }
 
@@ -100,6 +102,7 @@ class Form_anomalis : public QMainWindow {
     FormInversion* inversion_ = nullptr;
     FitController* fit_ = nullptr;
     UncertaintyController* uncertainty_ = nullptr;
+    FindController* find_ = nullptr;
 };
 
 }  // namespace anomalis::window

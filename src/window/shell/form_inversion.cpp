@@ -1,6 +1,5 @@
 #include "window/shell/form_inversion.h"
 
-#include <QApplication>
 #include <QMainWindow>
 #include <QPushButton>
 #include <QSignalBlocker>
@@ -16,8 +15,8 @@
 #include "window/shell/actions.h"
 #include "window/shell/busy_input.h"
 #include "window/shell/entry_gate.h"
-#include "window/shell/qt_prompts.h"
 #include "window/shell/recovery_controller.h"
+#include "window/shell/served_run.h"
 #include "window/widgets/limit_strip.h"
 
 namespace anomalis::window {
@@ -121,37 +120,24 @@ void FormInversion::panel_changed() {
 }
 
 void FormInversion::run_changed() {
-    // Keys and clicks are let in at the yields of a run; all but a stop are turned away.
-    if (auto* prompts = dynamic_cast<QtPrompts*>(&workbench_.session.prompts))
-        prompts->serve_input(desk_.running());
-    if (desk_.running()) {
-        serve_run();
+    const bool running = desk_.running();
+    if (running) {
+        recovery_.keep_now();
+        evaluations_before_ = workbench_.session.inversion.evaluations;
+        show_progress();
+        progress_timer_->start();
     } else {
-        end_service();
+        progress_timer_->stop();
     }
+    serve_run(running, workbench_.session.prompts, *busy_);
     // What was switched off is on again: the states of the panel's own controls follow.
     panel_changed();
-}
-
-void FormInversion::serve_run() {
-    recovery_.keep_now();
-    evaluations_before_ = workbench_.session.inversion.evaluations;
-    show_progress();
-    progress_timer_->start();
-    QApplication::setOverrideCursor(Qt::WaitCursor);
-    busy_->follow(true);
 }
 
 /// A save would write values that are only being tried.
 void FormInversion::answer_key(QKeyCombination key) {
     if (key == action_row(ActionId::save).key || key == action_row(ActionId::save_as).key)
         parts_.status.show_text(tr("Not saved: a run goes on. Stop it with Esc, then save"));
-}
-
-void FormInversion::end_service() {
-    busy_->follow(false);
-    QApplication::restoreOverrideCursor();
-    progress_timer_->stop();
 }
 
 QString FormInversion::progress_words(int done, int limit) const {

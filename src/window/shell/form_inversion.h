@@ -64,8 +64,6 @@ class FormInversion : public QObject, private flow::InversionDeskObserver {
     void wire_panel();
     void invert(int index);
     void stop();
-    void serve_run();
-    void end_service();
     void answer_key(QKeyCombination key);
     void show_progress();
     QString progress_words(int done, int limit) const;

@@ -114,6 +114,11 @@ void apply_look(QApplication& application) {
     application.setStyleSheet(style_rules);
 }
 
+QColor shown_colour(std::int32_t colour) {
+    constexpr int byte_mask = 0xFF;
+    return {colour & byte_mask, colour >> 8 & byte_mask, colour >> 16 & byte_mask};
+}
+
 QColor quiet_text(const QPalette& palette) {
     return palette.color(QPalette::PlaceholderText);
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+
 #include <QColor>
 #include <QPalette>
 
@@ -16,6 +18,9 @@ QPalette look_palette(bool dark);
 
 /// True when the palette has light text on a dark ground.
 bool is_dark(const QPalette& palette);
+
+/// A colour as workspaces and charts keep it: blue, green, red bytes, high to low.
+QColor shown_colour(std::int32_t colour);
 
 /// Text that stands back (units, captions) with at least 4.5 : 1 contrast on the window's ground.
 QColor quiet_text(const QPalette& palette);

@@ -113,6 +113,7 @@ constexpr std::array items{
     entry(ActionId::tie_pipes),
     entry(ActionId::exact_formulas),
     separator(),
+    entry(ActionId::find_bodies),
     entry(ActionId::invert_current),
     entry(ActionId::invert_all),
     entry(ActionId::stop_inversion),

@@ -1,6 +1,7 @@
 #include "window/widgets/panel.h"
 
 #include <QCheckBox>
+#include <QComboBox>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -105,6 +106,14 @@ QPushButton* make_button(const ControlText& text) {
     auto* button = new QPushButton(QString::fromUtf8(text.caption));
     name_control(*button, text.name, button->text(), QString::fromUtf8(text.tip));
     return button;
+}
+
+QComboBox* make_list(const ControlText& text, const QStringList& entries) {
+    auto* list = new QComboBox;
+    name_control(*list, text.name, QString::fromUtf8(text.caption), QString::fromUtf8(text.tip));
+    list->addItems(entries);
+    list->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    return list;
 }
 
 QLineEdit* make_result_box(const ControlText& text) {

@@ -2,8 +2,10 @@
 
 #include <QFrame>
 #include <QString>
+#include <QStringList>
 
 class QCheckBox;
+class QComboBox;
 class QGridLayout;
 class QLabel;
 class QLineEdit;
@@ -48,6 +50,8 @@ void name_control(QWidget& control, const char* name, const QString& caption, co
 QLabel* make_caption(const QString& caption, QWidget* control);
 QCheckBox* make_check(const ControlText& text);
 QPushButton* make_button(const ControlText& text);
+/// A list whose width is that of its place, not of its entries.
+QComboBox* make_list(const ControlText& text, const QStringList& entries);
 /// A box that only shows.
 QLineEdit* make_result_box(const ControlText& text);
 

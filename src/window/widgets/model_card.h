@@ -1,0 +1,49 @@
+#pragma once
+
+#include <vector>
+
+#include <QListWidget>
+
+#include "show/section_thumbnail.h"
+
+namespace anomalis::window {
+
+/// A model that is proposed: its section at a glance and what there is to say of it.
+struct ModelCard {
+    show::SectionThumbnail section;
+    QString kind;     ///< what sets it apart
+    QString numbers;  ///< how well it explains the line
+};
+
+/// Cards under each other. One is the current one; click, Up and Down make another that, Enter and a double
+/// click choose it.
+class ModelCards : public QListWidget {
+    Q_OBJECT
+
+  public:
+    static constexpr int picture_height = 62;  // pixels
+
+    explicit ModelCards(QWidget* parent = nullptr);
+
+    /// Height over width of the section on a card, in the column that the cards stand in.
+    static constexpr double picture_aspect = picture_height / 358.0;
+    void show_cards(std::vector<ModelCard> cards);
+    /// Makes a card the current one, -1 none; nothing is told.
+    void show_current(int index);
+    const ModelCard& card(int index) const { return cards_.at(static_cast<std::size_t>(index)); }
+
+    QSize sizeHint() const override;
+
+  signals:
+    void card_shown(int index);
+    void card_chosen(int index);
+
+  protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+
+  private:
+    std::vector<ModelCard> cards_;
+};
+
+}  // namespace anomalis::window
