@@ -85,7 +85,6 @@ std::string summary(const flow::FindReport& report, const Workspace& workspace) 
     std::size_t rank = 0;
     for (const inversion::FoundModel& model : result.models)
         text += model_text(model, ++rank, report, workspace);
-    for (const std::string& remark : result.remarks) text += remark + "\n";
     return text;
 }
 

@@ -1,8 +1,5 @@
 #include "flow/find_report.h"
 
-#include <cmath>
-
-#include "core/angles.h"
 #include "core/numbers.h"
 #include "flow/available_channel.h"
 #include "flow/take_found.h"
@@ -39,27 +36,12 @@ void take_settings(const FindOptions& options, std::int32_t channel, Workspace& 
     if (options.grav_noise) workspace.grav.noise = *options.grav_noise;
 }
 
-/// Part of the field that lies in the section: only that magnetises a long body across the line, and only
-/// along it is its anomaly measured.
-double part_in_section(const Workspace& workspace) {
-    const double inclination = static_cast<double>(workspace.field.inclination) * radians_per_degree;
-    const double off_line = static_cast<double>(workspace.field.declination) * radians_per_degree -
-                            static_cast<double>(workspace.azimuth);
-    return std::hypot(std::sin(inclination), std::cos(inclination) * std::cos(off_line));
-}
-
 }  // namespace
 
 std::string find_refusal(const Workspace& workspace, std::int32_t channel) {
     if (channel == channel_grav || workspace.field.intensity > 0) return {};
     return "The field intensity is " + shortest_text(workspace.field.intensity) +
            " nT: it magnetises nothing, and no body can be found by magnetics. Key the field of the survey";
-}
-
-std::string find_caution(const Workspace& workspace, std::int32_t channel) {
-    constexpr double least_part = 0.1;  // the anomaly goes with its square
-    if (channel == channel_grav || part_in_section(workspace) >= least_part) return {};
-    return "The field lies along the strike of bodies across this line: they have hardly a magnetic anomaly";
 }
 
 FindReport run_find(Session& session, const FindOptions& options, const GrowthCallback& grew,
@@ -71,8 +53,6 @@ FindReport run_find(Session& session, const FindOptions& options, const GrowthCa
     if (options.window) report.refusal = choose_fit_window(workspace, *options.window);
     if (report.refusal.empty()) report.refusal = find_refusal(workspace, report.channel);
     if (!report.refusal.empty()) return report;
-    if (const std::string caution = find_caution(workspace, report.channel); !caution.empty())
-        session.prompts.remark(caution);
     take_settings(options, report.channel, workspace);
     model::refresh_model(session);
     const int shown = report.channel == channel_grav ? channel_grav : channel_mag;
@@ -83,6 +63,7 @@ FindReport run_find(Session& session, const FindOptions& options, const GrowthCa
     CallbackObserver observer(grew, stop, session.prompts);
     report.result = inversion::find_bodies(workspace, request, observer);
     show_faults(report.result.faults, session.prompts);
+    for (const std::string& remark : report.result.remarks) session.prompts.remark(remark);
     if (report.result.models.empty()) return report;
     take_found(workspace, report.result.models.front());
     model::refresh_model(session);

@@ -23,9 +23,6 @@ struct FindOptions {
 /// Why the line cannot show a body on a channel (`ChannelCode`): no field that magnetises it. "" when it can.
 std::string find_refusal(const Workspace& workspace, std::int32_t channel);
 
-/// What makes bodies hard to see there: a field along the strike of bodies across the line. "" for nothing.
-std::string find_caution(const Workspace& workspace, std::int32_t channel);
-
 struct FindReport {
     std::string refusal;                 ///< why nothing was looked for; "" when it was
     std::int32_t channel = channel_mag;  ///< that was looked at

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <filesystem>
 #include <functional>
 #include <string>
@@ -109,7 +110,7 @@ inline std::string sheet_line(double north = 6500000) {
                      north);
 }
 
-/// A run of `find` with exact formulas and its report.
+/// A run of `find` with exact formulas for one proposal, unless `more` asks for others, and its report.
 struct Found {
     BatchRun run;
     nlohmann::json report;
@@ -120,6 +121,8 @@ struct Found {
 inline Found find(const FindFolder& files, std::vector<std::string> more = {}) {
     const std::string report = files.folder.path("report.json");
     std::vector<std::string> arguments{"find", files.model, "--formulas", "exact", "--report", report};
+    if (std::ranges::find(more, "--alternatives") == more.end())
+        arguments.insert(arguments.end(), {"--alternatives", "1"});
     arguments.insert(arguments.end(), more.begin(), more.end());
     Found found{batch(arguments), {}};
     if (std::filesystem::exists(report))
