@@ -167,6 +167,28 @@ TEST(Ensemble, an_unknown_strike_widens_the_bands_and_is_part_of_each_model) {
     EXPECT_FALSE(said(unknown.ensemble->words, "Strike of body", ""));
 }
 
+TEST(Ensemble, a_strike_that_the_line_tells_is_found_and_every_model_still_explains_it) {
+    LineSession line(121);
+    Workspace& workspace = line.workspace();
+    workspace.formulas = Formulas::exact;
+    ModelBody& body = line.add_body(thick_sheet, 600);
+    body.length.value = 60;  // a short body beside the line tells how it strikes
+    body.offset.value = 40;
+    body.strike.value = 30;
+    body.distance.vary = body.top.vary = body.susc.vary = 1;
+    line.take_model_as_data();
+    const Eigen::VectorXd noise = white_noise(121, 0.05, 7);
+    for (int i = 1; i <= 121; ++i)
+        workspace.mag.data(i, row_raw, stage_observed) += static_cast<float>(noise[i - 1]);
+    line.refresh();
+    const EnsembleResult result = ensemble_of(workspace, {.samples = 20, .strike_within = 40});
+    ASSERT_TRUE(result.ensemble);
+    EXPECT_LT(length(of(*result.ensemble, 1, param_strike)), 30);
+    EXPECT_TRUE(said(result.ensemble->words, "Strike of body 1: ", "° (90 %)"));
+    for (const EnsembleSample& sample : result.ensemble->samples)
+        EXPECT_LT(sample.mag_rms, 1.15 * result.record->mag->rms);
+}
+
 TEST(Ensemble, regionals_that_explain_as_well_take_part) {
     CoverageLine line(two_dykes(0, 0));
     const Workspace& workspace = line.prepare(1);

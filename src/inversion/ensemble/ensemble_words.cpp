@@ -70,6 +70,7 @@ class Words {
   private:
     std::optional<std::size_t> index_of(std::int32_t body, int param_code) const;
     Band band_of(const std::vector<double>& values) const;
+    bool is_found(const EnsembleParameter& strike) const;
     std::string parameter_words(std::size_t i) const;
     Band burial(std::size_t top) const;
     void add_products();
@@ -109,6 +110,12 @@ Band Words::burial(std::size_t top) const {
     if (std::isnan(parameter.upper)) band.lower = open;
     if (std::isnan(parameter.lower)) band.upper = open;
     return band;
+}
+
+/// The data tell more of a strike than was known before.
+bool Words::is_found(const EnsembleParameter& strike) const {
+    constexpr double much_less = 0.7, of_even_chance = 0.9;
+    return strike.upper - strike.lower < much_less * of_even_chance * 2 * ensemble_.strike_within;
 }
 
 std::string Words::parameter_words(std::size_t i) const {
@@ -175,7 +182,7 @@ void Words::add_variants() {
 std::vector<std::string> Words::all() {
     const auto& drawn = variants_.front().drawn;
     for (std::size_t i = 0; i < ensemble_.parameters.size(); ++i)
-        if (!drawn[i]) words_.push_back(parameter_words(i));
+        if (!drawn[i] || is_found(ensemble_.parameters[i])) words_.push_back(parameter_words(i));
     add_products();
     add_variants();
     return std::move(words_);

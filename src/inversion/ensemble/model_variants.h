@@ -24,7 +24,7 @@ struct ModelVariant {
     std::unique_ptr<FitRows> rows;         ///< where the fit of this variant stands
     std::vector<FitParameter> parameters;  ///< their values are those of this fit
     std::vector<std::size_t> place;        ///< of each among the parameters of the first variant
-    std::vector<bool> drawn;               ///< a strike that is drawn and held
+    std::vector<bool> drawn;               ///< a strike that is drawn; the fit itself holds it
     std::vector<OpenSides> open;
     std::vector<std::int32_t> degrees;  ///< of the regional of each channel
     std::int32_t missing_body = 0;      ///< 0: none

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cmath>
+#include <numbers>
 
 #include "inversion/core_shares.h"
 #include "inversion/ensemble/noise_draw.h"
@@ -23,9 +24,8 @@ constexpr double most_deviations = 2;
 /// Towards an open side a size is tried up to such a factor from where its fit ended, and it stays where the
 /// misfit grows by less than a fit feels at such a part of its standard error.
 constexpr double open_factor = 10, unfelt = 0.3;
-/// The noise itself is what the true model leaves: a fit that leaves more has not found the best one. With
-/// another strike it need not leave as little.
-constexpr double same_misfit = 1.001, strike_misfit = 1.05;
+/// The noise itself is what the true model leaves: a fit that leaves more has not found the best one.
+constexpr double same_misfit = 1.001;
 
 /// One sample, with rows of its own: what was calculated before leaves no trace.
 class Sample {
@@ -44,9 +44,11 @@ class Sample {
         std::vector<FitParameter> near = variant_.parameters;
         draw_strikes(near);
         FitOutcome best = fit(spread(near));
-        const double most = noise * (request_.strike_within > 0 ? strike_misfit : same_misfit);
+        const double most = noise * same_misfit;
         const double rounding = 10 * rows_.rounding();
         if (!(best.sum_of_squares <= std::max(most, rounding * rounding))) {
+            // The true model itself is inside what this one may be.
+            for (std::size_t i = 0; i < near.size(); ++i) near[i].value = variant_.parameters[i].value;
             FitOutcome other = fit(near);
             if (other.sum_of_squares < best.sum_of_squares) best = std::move(other);
         }
@@ -58,6 +60,7 @@ class Sample {
     std::size_t choose(std::span<const ModelVariant> variants);
     double put_noise();
     void draw_strikes(std::vector<FitParameter>& parameters);
+    double alike_residuals() const;
     bool is_open_size(std::size_t i) const;
     double start_off(std::size_t i);
     void try_open_sides(const std::vector<FitParameter>& near, FitOutcome& best);
@@ -99,14 +102,32 @@ double Sample::put_noise() {
     return sum;
 }
 
+/// What is known of a strike before, as a fit with a drawn prior takes it (Kitanidis 1995): it begins where
+/// chance puts it, is held there as weakly as it is known, and goes where the data want it inside its range.
 void Sample::draw_strikes(std::vector<FitParameter>& parameters) {
     for (std::size_t i = 0; i < parameters.size(); ++i) {
         if (!variant_.drawn[i]) continue;
         FitParameter& strike = parameters[i];
-        const double by = request_.strike_within * (2 * chance_.uniform() - 1);
-        strike.value = strike.lower = strike.upper =
-            static_cast<float>(static_cast<double>(strike.value) + by);
+        const auto middle = static_cast<double>(strike.value);
+        strike.value = static_cast<float>(middle + request_.strike_within * (2 * chance_.uniform() - 1));
+        strike.lower = static_cast<float>(middle - request_.strike_within);
+        strike.upper = static_cast<float>(middle + request_.strike_within);
+        strike.hold = request_.strike_within / std::numbers::sqrt3 / alike_residuals();
     }
+}
+
+/// The weak holds count each residual for itself. By so much more is an error than residuals that are
+/// alike along the line let it look.
+double Sample::alike_residuals() const {
+    double squares = 0;
+    int count = 0;
+    for (std::size_t i = 0; i < variant_.parameters.size(); ++i) {
+        const double ratio = variant_.errors.errors[i] / variant_.errors.unit_errors[i];
+        if (!std::isfinite(ratio)) continue;
+        squares += ratio * ratio;
+        ++count;
+    }
+    return count > 0 ? std::max(std::sqrt(squares / count), 1.0) : 1;
 }
 
 bool Sample::is_open_size(std::size_t i) const {
@@ -137,7 +158,7 @@ void Sample::try_open_sides(const std::vector<FitParameter>& near, FitOutcome& b
     bool any = false;
     for (std::size_t i = 0; i < moved.size(); ++i) {
         FitParameter& p = moved[i];
-        if (!variant_.drawn[i]) p.value = best.values[i];
+        p.value = best.values[i];
         if (!is_open_size(i)) continue;
         any = true;
         const double way = std::log(open_factor) * chance_.uniform();
