@@ -15,7 +15,7 @@ constexpr std::size_t sources_a_search = 10;
 constexpr std::size_t joint_fits = 3;
 /// So many bodies may be added without any gain before the search is given up.
 constexpr int most_idle = 3, least_tried = 5;
-constexpr int most_rounds = 12;
+constexpr int most_rounds = 18;
 /// A sheet whose width is more of its depth shows it.
 constexpr double most_thin = 0.3;
 
@@ -130,6 +130,24 @@ std::vector<ModelGrowth::Trial> ModelGrowth::fewer(const JudgedModel& judged) co
     return trials;
 }
 
+/// Two neighbours give way to the one body that explains most of what they leave.
+std::vector<ModelGrowth::Trial> ModelGrowth::merged(const JudgedModel& judged) const {
+    std::vector<Trial> trials;
+    if (trials_.request().exactly || judged.found < 2) return trials;
+    JudgedModel sorted = judged;
+    auto& bodies = sorted.model.bodies;
+    std::sort(bodies.end() - judged.found, bodies.end(),
+              [](const ModelBody& a, const ModelBody& b) { return a.distance.value < b.distance.value; });
+    for (int k = 0; k + 1 < judged.found; ++k)
+        trials.push_back([this, sorted, k](const TrialBench& bench) {
+            TriedModel less = sorted.model;
+            const auto last = less.bodies.end() - k;
+            less.bodies.erase(last - 2, last);
+            return with_best_source(bench, less, sorted.noise, sorted.found - 1);
+        });
+    return trials;
+}
+
 std::vector<ModelGrowth::Trial> ModelGrowth::more(const JudgedModel& judged) {
     std::vector<Trial> trials;
     if (trials_.request().exactly || judged.found >= trials_.request().most) return trials;
@@ -142,23 +160,43 @@ std::vector<ModelGrowth::Trial> ModelGrowth::more(const JudgedModel& judged) {
     return trials;
 }
 
+JudgedModel ModelGrowth::with_best_source(const TrialBench& bench, TriedModel less, const LineNoise& noise,
+                                          int found) const {
+    less = bench.line.as_it_is(std::move(less.bodies), noise, bench.pacer);
+    TriedModel best;
+    constexpr std::size_t places = 4;
+    for (const Source& source : trials_.sources(less, places, bench.pacer)) {
+        TriedModel other = trials_.with_source(bench, less, source, noise);
+        if (best.empty() || other.squares < best.squares) best = std::move(other);
+    }
+    if (best.empty()) return {};
+    return trials_.judge(bench, trials_.refitted(bench, best, noise), found);
+}
+
 /// Each body in turn is looked for anew.
-std::vector<ModelGrowth::Trial> ModelGrowth::moved(const JudgedModel& judged) {
+std::vector<ModelGrowth::Trial> ModelGrowth::moved(const JudgedModel& judged) const {
     std::vector<Trial> trials;
     for (int k = 0; k < judged.found; ++k)
         trials.push_back([this, &judged, k](const TrialBench& bench) {
             TriedModel less = judged.model;
             less.bodies.erase(less.bodies.end() - 1 - k);
-            less = bench.line.as_it_is(std::move(less.bodies), judged.noise, bench.pacer);
-            JudgedModel best;
-            constexpr std::size_t places = 4;
-            for (const Source& source : trials_.sources(less, places, bench.pacer)) {
-                TriedModel other = trials_.with_source(bench, less, source, judged.noise);
-                if (best.empty() || other.squares < best.model.squares) best.model = std::move(other);
-            }
-            if (best.empty()) return best;
-            TriedModel other = trials_.refitted(bench, best.model, judged.noise);
-            return trials_.judge(bench, std::move(other), judged.found);
+            return with_best_source(bench, std::move(less), judged.noise, judged.found);
+        });
+    return trials;
+}
+
+/// One body less, and the others end downwards: what a body that ends leaves far away looks like another one.
+std::vector<ModelGrowth::Trial> ModelGrowth::fewer_that_end(const JudgedModel& judged) const {
+    std::vector<Trial> trials;
+    if (trials_.request().exactly || judged.found < 2) return trials;
+    for (int k = 0; k < judged.found; ++k)
+        trials.push_back([this, &judged, k](const TrialBench& bench) {
+            TriedModel less = judged.model;
+            less.bodies.erase(less.bodies.end() - 1 - k);
+            for (auto body = less.bodies.end() - (judged.found - 1); body != less.bodies.end(); ++body)
+                if (body->depth_extent.value == 0) change_kind(bench.line, *body, false);
+            less = trials_.refitted(bench, less, judged.noise);
+            return trials_.judge(bench, std::move(less), judged.found - 1);
         });
     return trials;
 }
@@ -200,11 +238,14 @@ std::vector<JudgedModel> ModelGrowth::with_degrees(const JudgedModel& judged,
 JudgedModel ModelGrowth::refine(JudgedModel judged, const Watcher& watcher) {
     // A way that did not help is left until another one did.
     int idle = 0;
-    for (int round = 0, way = 0; round < most_rounds && idle < 4; ++round, way = (way + 1) % 4) {
+    constexpr int ways = 6;
+    for (int round = 0, way = 0; round < most_rounds && idle < ways; ++round, way = (way + 1) % ways) {
         const std::vector<JudgedModel> ends = judge_all(way == 0   ? fewer(judged)
                                                         : way == 1 ? more(judged)
-                                                        : way == 2 ? moved(judged)
-                                                                   : other_kinds(judged));
+                                                        : way == 2 ? other_kinds(judged)
+                                                        : way == 3 ? merged(judged)
+                                                        : way == 4 ? moved(judged)
+                                                                   : fewer_that_end(judged));
         const JudgedModel* best = best_of(ends);
         if (!best || best->criterion >= judged.criterion - 0.1) {
             ++idle;

@@ -35,7 +35,11 @@ class ModelGrowth {
     TriedModel with_new_body(const TriedModel& model);
     std::vector<Trial> fewer(const JudgedModel& judged) const;
     std::vector<Trial> more(const JudgedModel& judged);
-    std::vector<Trial> moved(const JudgedModel& judged);
+    std::vector<Trial> moved(const JudgedModel& judged) const;
+    std::vector<Trial> merged(const JudgedModel& judged) const;
+    std::vector<Trial> fewer_that_end(const JudgedModel& judged) const;
+    JudgedModel with_best_source(const TrialBench& bench, TriedModel less, const LineNoise& noise,
+                                 int found) const;
     std::vector<Trial> other_kinds(const JudgedModel& judged) const;
 
     const ModelTrials& trials_;

@@ -24,7 +24,11 @@ constexpr double least_noise_part = 1e-4;
 constexpr double model_error = 0.01;
 /// Places are many, and one of them always looks like a body: a parameter costs so much more than one that
 /// was chosen before the line was seen.
-constexpr double price = 1.2;
+constexpr double price = 1.1;
+
+/// Correlated noise costs as a body does: where a few bodies explain a line it is not to be taken for
+/// geology.
+constexpr double correlation_price = 6;
 
 /// Of a reading that counts for nothing.
 constexpr double least_weight = 1e-4;
@@ -158,9 +162,8 @@ JudgedModel ModelTrials::judge(const TrialBench& bench, TriedModel model, int fo
     for (std::size_t c = 0; c < rows_.size(); ++c) {
         minus_two_log += Whitening(judged.noise[c], rows_[c].distance).log_determinant();
         independent += static_cast<double>(rows_[c].distance.size());
-        // Correlated noise has two numbers more.
         if (judged.noise[c].covariance.correlated > 0)
-            minus_two_log += 2 * std::log(static_cast<double>(rows_[c].distance.size()));
+            minus_two_log += correlation_price * std::log(static_cast<double>(rows_[c].distance.size()));
     }
     std::size_t parameters = 0;
     for (std::size_t i = 0; i < free.size(); ++i)
