@@ -14,6 +14,7 @@
 #include "chart/grapher_events.h"
 #include "chart/property_bag.h"
 #include "chart/surface_mapping.h"
+#include "chart/top_marks.h"
 
 namespace anomalis::chart {
 
@@ -153,7 +154,8 @@ class AX_Grapher {
     void DataNull(double value);
     int MarkerSize() const;
     void MarkerSize(int value);  ///< radius in surface units
-    int MouseMode() const;       ///< 0 none, 1 pan, 2 magnifier, 4 drag zoom (-4 while it runs), 8 box
+    int MouseMode() const;       ///< 0 none, 1 pan, 2 magnifier, 4 drag zoom (-4 while it runs), 8 box,
+                                 ///< 16 held by the host
     double XAxisScale() const;   ///< surface units a transformed unit
     double YAxisScale() const;
     bool HasPlotDefined() const;
@@ -265,6 +267,17 @@ class AX_Grapher {
     bool Crosshair() const;
     void Crosshair(bool value);  ///< lines and a read-out that follow the pointer; off at first
 
+    /// What the host shows above the picture, on screen alone.
+    const TopMarks& ShownTopMarks() const;
+    void ShowTopMarks(TopMarks marks);
+    /// The pointer over this chart, for the widget to show.
+    PointerShape Pointer() const;
+    void Pointer(PointerShape shape);
+    /// The retained polygon that a press would select, 0 for none: data points come before polygons.
+    int PolygonUnder(float x, float y) const;
+    /// The host lets go of a press that it holds; it is not told.
+    void LetGo();
+
     // -- Input, told by the widget. X and Y are surface units from the left and top edge.
 
     void HandleMouseDown(int button, int shift, float x, float y);
@@ -272,6 +285,8 @@ class AX_Grapher {
     void HandleMouseUp(int button, int shift, float x, float y);
     void HandleMouseLeave();
     void HandleDoubleClick(int button);
+    /// Offers a press to the host. True: it holds the press.
+    bool HandleHold(int button, int shift, float x, float y);
     /// `delta` in eighths of a degree, forward positive; forward zooms in. Whole steps of 120 count.
     void HandleWheel(int keys, int delta, float x, float y);
     /// Pinch: a factor above 1 zooms in about the position.

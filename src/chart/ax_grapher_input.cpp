@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <utility>
 
 #include "chart/ax_grapher.h"
 #include "chart/detail/display.h"
@@ -71,6 +72,12 @@ void raise_move(GrapherState& state, int buttons, int shift, float x, float y, P
     state.events->MouseMove(buttons, shift, x, y, world.outside ? 1 : 0, told.x, told.y, delta_x, delta_y);
 }
 
+/// A release that was lost lets go where the pointer was last.
+void carry_hold(GrapherState& state, int buttons, int shift, float x, float y) {
+    if ((buttons & state.gesture.held_button) == 0) return end_hold(state, false);
+    state.events->HeldMoved(shift, x, y);
+}
+
 /// True when the key was the chart's.
 bool obey_key(GrapherState& state, int key) {
     const double right = state.layout.plot.width() * key_pan_share;
@@ -121,6 +128,8 @@ void AX_Grapher::HandleMouseDown(int button, int shift, float x, float y) {
     GrapherState& state = *state_;
     if (deaf(state) || !std::isfinite(x) || !std::isfinite(y)) return;
     const Busy busy(state.busy_event);
+    if (is_held(state)) return end_hold(state, true);
+    if (hold(state, button, shift, x, y)) return;
     handle(state, [&] { press(state, button, shift, surface_point(state, x, y)); });
     if (state.events != nullptr) state.events->MouseDown(button, shift, x, y);
 }
@@ -131,7 +140,11 @@ void AX_Grapher::HandleMouseMove(int buttons, int shift, float x, float y) {
     const Busy busy(state.busy_event);
     const Point at = surface_point(state, x, y);
     state.pointer = at;
-    handle(state, [&] { move(state, buttons, at); });
+    if (is_held(state)) {
+        carry_hold(state, buttons, shift, x, y);
+    } else {
+        handle(state, [&] { move(state, buttons, at); });
+    }
     if (state.crosshair || state.gesture.mode == GestureMode::box ||
         state.gesture.mode == GestureMode::magnifier)
         show_top_layer(state);
@@ -145,6 +158,10 @@ void AX_Grapher::HandleMouseUp(int button, int shift, float x, float y) {
     const bool clicked = button == right_button && state.gesture.right_click;
     {
         const Busy busy(state.busy_event);
+        if (is_held(state)) {
+            if (button == state.gesture.held_button) end_hold(state, false);
+            return;
+        }
         state.gesture.right_click = false;
         handle(state, [&] { release(state); });
         if (had_box) show_top_layer(state);
@@ -159,12 +176,47 @@ void AX_Grapher::HandleMouseUp(int button, int shift, float x, float y) {
 void AX_Grapher::HandleMouseLeave() {
     state_->pointer.reset();
     if (state_->crosshair) show_top_layer(*state_);
+    if (deaf(*state_) || state_->events == nullptr) return;
+    const Busy busy(state_->busy_event);
+    state_->events->PointerLeft();
+}
+
+bool AX_Grapher::HandleHold(int button, int shift, float x, float y) {
+    GrapherState& state = *state_;
+    if (deaf(state) || !std::isfinite(x) || !std::isfinite(y)) return false;
+    const Busy busy(state.busy_event);
+    end_hold(state, false);
+    return hold(state, button, shift, x, y);
+}
+
+void AX_Grapher::LetGo() {
+    if (is_held(*state_)) state_->gesture.mode = GestureMode::none;
+}
+
+int AX_Grapher::PolygonUnder(float x, float y) const {
+    return std::isfinite(x) && std::isfinite(y) ? polygon_under(*state_, surface_point(*state_, x, y)) : 0;
+}
+
+const TopMarks& AX_Grapher::ShownTopMarks() const {
+    return state_->top_marks;
+}
+void AX_Grapher::ShowTopMarks(TopMarks marks) {
+    if (marks == state_->top_marks) return;
+    state_->top_marks = std::move(marks);
+    show_top_layer(*state_);
+}
+PointerShape AX_Grapher::Pointer() const {
+    return state_->pointer_shape;
+}
+void AX_Grapher::Pointer(PointerShape shape) {
+    state_->pointer_shape = shape;
 }
 
 void AX_Grapher::HandleDoubleClick(int button) {
     GrapherState& state = *state_;
     if (deaf(state) || !state.displayed || button != left_button) return;
     const Busy busy(state.busy_event);
+    end_hold(state, false);
     handle(state, [&] {
         cancel_gesture(state);
         clear_zoom(state);
@@ -204,6 +256,7 @@ void AX_Grapher::HandlePinch(double factor, float x, float y) {
     const Busy busy(state.busy_event);
     const WorldPosition world = world_at(state, surface_point(state, x, y));
     if (world.outside || !state.properties.zoom_enabled) return;
+    end_hold(state, true);
     handle(state, [&] {
         // On a touch screen the first finger has begun a drag, which the second one ends.
         cancel_gesture(state);
@@ -214,7 +267,7 @@ void AX_Grapher::HandlePinch(double factor, float x, float y) {
 
 void AX_Grapher::PanBy(double dx, double dy) {
     GrapherState& state = *state_;
-    if (deaf(state) || !state.displayed || !state.layout.valid || !state.zoomed()) return;
+    if (deaf(state) || !state.displayed || !state.layout.valid || !state.zoomed() || is_held(state)) return;
     if (!std::isfinite(dx) || !std::isfinite(dy)) return;
     const Busy busy(state.busy_event);
     handle(state, [&] {
@@ -230,6 +283,7 @@ void AX_Grapher::HandleKeyDown(int key_code, int shift) {
     {
         const Busy busy(state.busy_event);
         if (state.events != nullptr) state.events->KeyDown(key, shift);
+        if (key == escape_key) end_hold(state, true);
         if (state.displayed && state.layout.valid)
             handle(state, [&] {
                 if (key == escape_key) {

@@ -4,7 +4,13 @@
 
 namespace anomalis::chart {
 
-/// What a chart tells its host. Buttons: 1 left, 2 right, 4 middle. Shift: 1 Shift, 2 Control, 4 Alt.
+/// Marks of the argument `Shift`.
+inline constexpr int shift_mark = 1;
+inline constexpr int control_mark = 2;
+inline constexpr int finger_mark = 8;
+
+/// What a chart tells its host. Buttons: 1 left, 2 right, 4 middle. Shift: 1 Shift, 2 Control, 4 Alt, 8 for a
+/// press or move of a finger.
 /// X and Y are surface units from the left and top edge of the control. Every guard but the one against
 /// nested events is free while a handler runs, so a handler may register data and redraw.
 class GrapherEvents {
@@ -32,6 +38,18 @@ class GrapherEvents {
     /// A retained polygon was hit; `Index` counts polygons from 1 in recording order. Comes before MouseDown.
     virtual void GraphicSelected(int /*Button*/, int /*Index*/, double /*WorldX*/, double /*WorldY*/) {}
     virtual void ChartReset() {}
+
+    // -- A press that the host keeps.
+
+    /// Asked of every press, the second one of a double click included, before the chart does anything with
+    /// it. A host that returns true holds it: nothing is selected, no gesture begins, and what the pointer
+    /// does is told below until it ends.
+    virtual bool HoldPress(int /*Button*/, int /*Shift*/, float /*X*/, float /*Y*/) { return false; }
+    virtual void HeldMoved(int /*Shift*/, float /*X*/, float /*Y*/) {}
+    /// The button was let go, or the press is given up: by Esc, or by another button.
+    virtual void HeldEnded(bool /*GivenUp*/) {}
+    /// The pointer has left the control.
+    virtual void PointerLeft() {}
 
     // -- Of the view and of the drawing as a whole.
 

@@ -40,6 +40,7 @@ struct ViewState {
     bool show_ensemble = true;       ///< ghosts and fan of the ensemble in force
     PaneFractions pane_fractions{};  ///< as the person or the file has put the splitters
     PaneFractions pane_places{};     ///< as the splitters stand now
+    bool body_held = false;          ///< a hand drags the current body: the section's window stays
     bool show_plan = false;          ///< the plan stands in place of the section
     bool on_page = false;            ///< the page of the charts is on show
     /// Charts that are left out although the line has their data are false.

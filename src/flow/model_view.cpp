@@ -21,8 +21,19 @@ class ModelView::ChartLink : public chart::GrapherEvents {
   public:
     ChartLink(ModelView& view, int chart) : view_(view), chart_(chart) {}
 
-    void MouseMove(int, int, float, float, int outside, double x, double y, double, double) override {
-        view_.chart_moved(chart_, outside != 0, x, y);
+    void MouseMove(int buttons, int, float x, float y, int outside, double world_x, double world_y, double,
+                   double) override {
+        view_.chart_moved(chart_, outside != 0, world_x, world_y);
+        if (buttons == 0) view_.hand_.hover(chart_, x, y);
+    }
+    bool HoldPress(int button, int marks, float x, float y) override {
+        return view_.hand_.press(chart_, button, marks, x, y);
+    }
+    void HeldMoved(int marks, float x, float y) override { view_.hand_.drag(marks, x, y); }
+    void HeldEnded(bool given_up) override { view_.hand_.end(given_up); }
+    void PointerLeft() override { view_.hand_.leave(chart_); }
+    void KeyDown(int& code, int marks) override {
+        if (view_.hand_.key(chart_, code, marks)) code = 0;
     }
     void GraphicSelected(int, int index, double, double) override { view_.polygon_clicked(chart_, index); }
     void ViewChanged() override { view_.chart_view_changed(chart_); }
@@ -37,7 +48,7 @@ class ModelView::ChartLink : public chart::GrapherEvents {
 ModelView::ModelView(edit::Workbench& workbench,
                      const std::array<chart::AX_Grapher*, edit::model_chart_count>& charts,
                      chart::AX_Grapher& plan, ModelViewHost& host)
-    : workbench_(workbench), charts_(charts, plan), host_(host) {
+    : workbench_(workbench), charts_(charts, plan), host_(host), hand_(workbench, charts_, host) {
     for (int i = 0; i <= edit::model_chart_count; ++i)
         links_.at(static_cast<std::size_t>(i)) = std::make_unique<ChartLink>(*this, i);
 }
@@ -110,6 +121,7 @@ void ModelView::draw_shown(const Draw& draw) {
 void ModelView::show_preview(const Workspace& model) {
     if (calculating_ || !edit::line_loaded(workbench_.session.workspace)) return;
     preview_ = &model;
+    hand_.hide(true);
     ranges_ = show::graph_ranges(model);
     charts_.set_shown(shown_charts());
     redraw();
@@ -118,6 +130,7 @@ void ModelView::show_preview(const Workspace& model) {
 void ModelView::end_preview() {
     if (!preview_) return;
     preview_ = nullptr;
+    hand_.hide(false);
     if (!edit::line_loaded(workbench_.session.workspace)) return;
     ranges_ = show::graph_ranges(workbench_.session.workspace);
     redraw();
@@ -138,6 +151,7 @@ void ModelView::redraw() {
         draw_shown([&](const Workspace& model) { charts_.draw(model, *ranges_, workbench_.view); });
     });
     if (workbench_.view.show_plan) display_plan_view();
+    hand_.show();
 }
 
 /// The gravity branch asks for the floating flag of the magnetics too, and writes into the same box: on
@@ -156,6 +170,7 @@ void ModelView::display_maginv_model(int chart) {
         draw_shown(
             [&](const Workspace& model) { charts_.draw_one(chart, model, *ranges_, workbench_.view); });
     });
+    hand_.show();
 }
 
 void ModelView::display_plan_view() {
@@ -166,6 +181,7 @@ void ModelView::display_plan_view() {
         draw_shown([&](const Workspace& model) { charts_.draw_plan(model, workbench_.view, faults); });
         show_faults(faults, session.prompts);
     });
+    hand_.show();
 }
 
 void ModelView::redraw_bodies() {
@@ -179,6 +195,7 @@ void ModelView::update_graph_display() {
     report_failure(session.prompts, "An error occurred while updating the graphics display: ", [&] {
         draw_shown([&](const Workspace& model) { charts_.apply_windows(model, workbench_.view); });
     });
+    hand_.show();
 }
 
 void ModelView::update_section_or_plan_view(bool show_plan) {
@@ -254,6 +271,7 @@ void ModelView::clear_charts() {
     preview_ = nullptr;
     ranges_.reset();
     charts_.clear();
+    hand_.forget();
 }
 
 void ModelView::chart_moved(int chart, bool outside, double x, double y) {
@@ -265,8 +283,10 @@ void ModelView::chart_moved(int chart, bool outside, double x, double y) {
 }
 
 void ModelView::chart_view_changed(int chart) {
-    if (chart == plan_chart || !edit::line_loaded(workbench_.session.workspace)) return;
+    if (!edit::line_loaded(workbench_.session.workspace)) return;
+    if (chart == plan_chart) return hand_.show();
     draw_shown([&](const Workspace& model) { charts_.follow_view(chart, model, workbench_.view); });
+    hand_.show();
     host_.show_window(charts_.chart(chart).CurrentZoom().zoom_x != 1);
 }
 

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "core/inversion_state.h"
+#include "flow/body_hand.h"
 #include "show/model_charts.h"
 #include "show/pointer_panels.h"
 
@@ -36,6 +37,12 @@ class ModelViewHost {
     virtual bool may_leave_body() { return true; }
     /// Another body was chosen; the charts show it already.
     virtual void show_current_body() = 0;
+    /// A hand is about to change the current body. False: it must not.
+    virtual bool may_change_body() { return true; }
+    /// The hand has moved the current body: whoever shows it follows, and the model is displayed.
+    virtual void body_changed() {}
+    /// The current body is to be taken away.
+    virtual void delete_body_wanted() {}
     /// The person had the calculation left: the curves are those of before.
     virtual void calculation_stopped() {}
 };
@@ -52,6 +59,8 @@ class ModelView {
     ModelView& operator=(const ModelView&) = delete;
 
     show::ModelCharts& charts() { return charts_; }
+    /// Handles and keys of the current body.
+    BodyHand& hand() { return hand_; }
     /// What a chart tells goes through these; the plan's number is `model_chart_count`.
     chart::GrapherEvents& events(int chart);
 
@@ -114,6 +123,7 @@ class ModelView {
     edit::Workbench& workbench_;
     show::ModelCharts charts_;
     ModelViewHost& host_;
+    BodyHand hand_;
     std::optional<show::GraphRanges> ranges_;  ///< none until the model was displayed
     std::array<std::unique_ptr<ChartLink>, edit::model_chart_count + 1> links_;
     const Workspace* preview_ = nullptr;

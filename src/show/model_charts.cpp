@@ -124,6 +124,8 @@ void ModelCharts::register_series(int index, const Workspace& workspace, const e
 
 void ModelCharts::scale_vertically(int index, const Workspace& workspace, const GraphRanges& ranges,
                                    edit::ViewState& view) {
+    // A window that followed a body in the hand would move it away from the pointer.
+    if (index == edit::chart_section && view.body_held) return;
     edit::ChartWindow& window = view.charts.at(static_cast<std::size_t>(index));
     const auto i = static_cast<std::size_t>(index);
     take_window(window, index == edit::chart_section

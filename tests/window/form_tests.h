@@ -6,6 +6,7 @@ namespace anomalis::window {
 
 QObject* make_actions_test();
 QObject* make_bodies_controller_test();
+QObject* make_body_hand_test();
 QObject* make_calculation_watch_test();
 QObject* make_entry_gate_test();
 QObject* make_find_test();
@@ -14,6 +15,7 @@ QObject* make_form_charts_test();
 QObject* make_form_dialogs_test();
 QObject* make_form_fit_test();
 QObject* make_form_grid_test();
+QObject* make_form_handles_test();
 QObject* make_form_inversion_test();
 QObject* make_form_layout_test();
 QObject* make_form_names_test();

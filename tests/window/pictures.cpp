@@ -9,6 +9,7 @@
 
 #include "window/form_sample.h"
 #include "window/form_tests.h"
+#include "window/panels/charts_panel.h"
 #include "window/shell/screenshot.h"
 
 namespace anomalis::window {
@@ -32,6 +33,24 @@ void keep_form(const QString& path, int tab, const std::function<void()>& open) 
         form->reject();
     });
     open();
+}
+
+/// A body in the hand, in the section or the plan: one of its handles dragged a little, with its note.
+void keep_hand(FormSample& sample, chart::GrapherWidget& widget, std::size_t mark, const QString& folder,
+               const QString& name) {
+    const auto& marks = widget.chart().ShownTopMarks().marks;
+    if (mark >= marks.size()) return;
+    const chart::Point user = widget.chart().UserToSurface(marks[mark].at.user);
+    const chart::Point at{user.x + marks[mark].at.shift.x, user.y + marks[mark].at.shift.y};
+    const QPoint pixel(static_cast<int>(at.x / chart::units_per_screen_pixel),
+                       static_cast<int>(widget.height() - at.y / chart::units_per_screen_pixel));
+    const QPoint there = pixel + QPoint(24, 16);
+    QTest::mousePress(&widget, Qt::LeftButton, {}, pixel);
+    QMouseEvent moved(QEvent::MouseMove, there, widget.mapToGlobal(there), Qt::NoButton, Qt::LeftButton, {});
+    QApplication::sendEvent(&widget, &moved);
+    keep(sample, folder, name);
+    QTest::keyClick(&widget, Qt::Key_Escape);
+    QTest::mouseRelease(&widget, Qt::LeftButton, {}, there);
 }
 
 void keep_forms(const QString& folder) {
@@ -117,8 +136,12 @@ void keep_pictures(const QString& folder, const QString& workspaces) {
             keep(sample, folder, name + "_model" + suffix);
             take_screenshot(*sample.form, sample.form->workbench(), flow::ScreenshotKind::form)
                 .save(folder + "/" + name + "_screenshot" + suffix + ".png");
+            ChartsPanel& charts = sample.form->charts();
+            charts.view().select_body(3);
+            keep_hand(sample, charts.chart_widget(edit::chart_section), 0, folder, name + "_hand" + suffix);
             sample.find<QPushButton>("Command_show_plan").click();
             keep(sample, folder, name + "_plan" + suffix);
+            keep_hand(sample, charts.plan_widget(), 3, folder, name + "_plan_hand" + suffix);
             sample.choose_tab(0);
             keep(sample, folder, name + "_data" + suffix);
             sample.choose_tab(1);

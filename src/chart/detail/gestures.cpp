@@ -11,7 +11,6 @@ namespace anomalis::chart {
 
 namespace {
 
-constexpr int shift_key = 1;
 /// A drag zooms one step for each whole 5 pixels, however many events they come in.
 constexpr double drag_step = 75.0;
 /// More than lie between the whole chart and the deepest zoom.
@@ -107,13 +106,38 @@ void move_drag_zoom(GrapherState& state, Point at) {
 
 }  // namespace
 
+bool hold(GrapherState& state, int button, int shift, float x, float y) {
+    if (!state.displayed || !state.layout.valid || state.events == nullptr) return false;
+    if (!state.events->HoldPress(button, shift, x, y)) return false;
+    cancel_gesture(state);
+    state.gesture.mode = GestureMode::held;
+    state.gesture.held_button = button;
+    return true;
+}
+
+bool is_held(const GrapherState& state) {
+    return state.gesture.mode == GestureMode::held;
+}
+
+void end_hold(GrapherState& state, bool given_up) {
+    if (!is_held(state)) return;
+    state.gesture.mode = GestureMode::none;
+    if (state.events != nullptr) state.events->HeldEnded(given_up);
+}
+
+int polygon_under(const GrapherState& state, Point at) {
+    if (!state.displayed || !state.layout.valid || world_at(state, at).outside) return 0;
+    if (hit_point(state.series, state.frame(), at)) return 0;
+    return hit_polygon(state.overlay, state.frame(), at);
+}
+
 void press(GrapherState& state, int button, int shift, Point at) {
     if (!state.displayed) return;
     cancel_gesture(state);
     Gesture& gesture = state.gesture;
     gesture.right_click = button == right_button;
     gesture.right_press = at;
-    const bool boxing = (shift & shift_key) != 0;
+    const bool boxing = (shift & shift_mark) != 0;
     if (button == left_button && !boxing && select_at(state, button, at)) return;
     if (!state.properties.zoom_enabled || (button != left_button && !state.zoomed())) return;
 

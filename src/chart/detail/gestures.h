@@ -17,6 +17,13 @@ void move(GrapherState& state, int buttons, Point at);
 void release(GrapherState& state);
 /// Ends the running gesture as if it had not been: a magnifier gives its view back.
 void cancel_gesture(GrapherState& state);
+/// Offers a press to the host; true when it holds it from here on. X and Y as the host takes them.
+bool hold(GrapherState& state, int button, int shift, float x, float y);
+bool is_held(const GrapherState& state);
+/// Ends a press that the host holds, and tells it.
+void end_hold(GrapherState& state, bool given_up);
+/// The polygon that a press at a place would select, 0 for none.
+int polygon_under(const GrapherState& state, Point at);
 /// Draws the selection, box, magnifier and crosshair on the open canvas.
 void paint_top_layer(GrapherState& state, Canvas& canvas);
 

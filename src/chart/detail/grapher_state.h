@@ -14,11 +14,20 @@
 #include "chart/detail/series_painter.h"
 #include "chart/detail/series_table.h"
 #include "chart/detail/view_state.h"
+#include "chart/top_marks.h"
 
 namespace anomalis::chart {
 
 /// The gestures of the mouse; the numbers are what MouseMode tells.
-enum class GestureMode : int { none = 0, pan = 1, magnifier = 2, drag_zoom = 4, box = 8, drag_zooming = -4 };
+enum class GestureMode : int {
+    none = 0,
+    pan = 1,
+    magnifier = 2,
+    drag_zoom = 4,
+    box = 8,
+    held = 16,  ///< by the host
+    drag_zooming = -4
+};
 
 struct Gesture {
     GestureMode mode = GestureMode::none;
@@ -30,7 +39,8 @@ struct Gesture {
     std::optional<Point> corner;  ///< the second corner of a box
     ZoomValues zoom;              ///< at the start of a magnifier
     bool overlay_suspended = false;
-    Point right_press;  ///< a right button released near it opens the menu
+    int held_button = 0;  ///< of a press that the host holds
+    Point right_press;    ///< a right button released near it opens the menu
     bool right_click = false;
 };
 
@@ -61,6 +71,8 @@ struct GrapherState {
     bool lock_y = false;
     bool crosshair = false;
     bool equal_scales = false;
+    TopMarks top_marks;
+    PointerShape pointer_shape = PointerShape::usual;
     std::optional<Point> pointer;  ///< surface units, y up
     int wheel_sum = 0;             ///< eighths of a degree that do not make a step yet
 

@@ -4,6 +4,7 @@
 
 #include "chart/detail/gestures.h"
 #include "chart/detail/tick_text.h"
+#include "chart/detail/top_marks.h"
 #include "chart/detail/zoom.h"
 #include "core/numbers.h"
 
@@ -54,7 +55,7 @@ std::string read_out(double value, const AxisTransform& scale, double units_per_
 }
 
 void paint_crosshair(const GrapherState& state, Canvas& canvas) {
-    if (!state.crosshair || !state.pointer) return;
+    if (!state.crosshair || !state.pointer || state.gesture.mode == GestureMode::held) return;
     const WorldPosition world = world_at(state, *state.pointer);
     if (world.outside) return;
     const Point at = *state.pointer;
@@ -84,6 +85,7 @@ void paint_top_layer(GrapherState& state, Canvas& canvas) {
     if (!state.displayed || !state.layout.valid) return;
     canvas.set_window(state.layout.plot);
     paint_highlight(state, canvas);
+    paint_top_marks(state, canvas);
     paint_box(state, canvas);
     paint_crosshair(state, canvas);
 }

@@ -47,6 +47,18 @@ class EventRelay : public GrapherEvents {
     void GraphicSelected(int button, int index, double world_x, double world_y) override {
         tell([&](auto& h) { h.GraphicSelected(button, index, world_x, world_y); });
     }
+    bool HoldPress(int button, int shift, float x, float y) override {
+        return host_ && host_->HoldPress(button, shift, x, y);
+    }
+    void HeldMoved(int shift, float x, float y) override {
+        tell([&](auto& h) { h.HeldMoved(shift, x, y); });
+    }
+    void HeldEnded(bool given_up) override {
+        tell([&](auto& h) { h.HeldEnded(given_up); });
+    }
+    void PointerLeft() override {
+        tell([](auto& h) { h.PointerLeft(); });
+    }
     void ChartReset() override {
         tell([](auto& h) { h.ChartReset(); });
     }

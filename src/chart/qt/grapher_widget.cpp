@@ -13,6 +13,7 @@
 #include "chart/qt/chart_dialogs.h"
 #include "chart/qt/chart_menu.h"
 #include "chart/qt/event_relay.h"
+#include "chart/qt/pointer_cursor.h"
 #include "chart/qt/screen_device.h"
 
 namespace anomalis::chart {
@@ -47,6 +48,12 @@ int shift_mask(Qt::KeyboardModifiers modifiers) {
            (modifiers.testFlag(Qt::ControlModifier) ? 2 : 0) | (modifiers.testFlag(Qt::AltModifier) ? 4 : 0);
 }
 
+/// What was held down, and whether a finger did it: Qt hands on what a touch screen tells as a mouse.
+int marks_of(const QMouseEvent& event) {
+    return shift_mask(event.modifiers()) |
+           (event.pointerType() == QPointingDevice::PointerType::Finger ? finger_mark : 0);
+}
+
 float units(double pixels) {
     return static_cast<float>(pixels * units_per_screen_pixel);
 }
@@ -75,6 +82,8 @@ int key_number(const QKeyEvent& event) {
             return 27;
         case Qt::Key_Menu:
             return 93;
+        case Qt::Key_Delete:
+            return 46;
         default:
             return 0;
     }
@@ -221,6 +230,14 @@ void GrapherWidget::deliver_move() {
     if (!pending_move_) return;
     const PendingMove move = *std::exchange(pending_move_, std::nullopt);
     chart_.HandleMouseMove(move.buttons, move.shift, units(move.position.x()), units(move.position.y()));
+    show_pointer();
+}
+
+void GrapherWidget::show_pointer() {
+    const PointerShape shape = chart_.Pointer();
+    if (std::exchange(pointer_, shape) == shape) return;
+    if (shape == PointerShape::usual) return unsetCursor();
+    setCursor(pointer_cursor(shape));
 }
 
 void GrapherWidget::deliver_wheel() {
@@ -234,32 +251,36 @@ void GrapherWidget::deliver_wheel() {
 void GrapherWidget::mousePressEvent(QMouseEvent* event) {
     deliver();
     const QPointF at = on_surface(event->position());
-    chart_.HandleMouseDown(button_number(event->button()), shift_mask(event->modifiers()), units(at.x()),
-                           units(at.y()));
+    chart_.HandleMouseDown(button_number(event->button()), marks_of(*event), units(at.x()), units(at.y()));
+    show_pointer();
 }
 
 void GrapherWidget::mouseMoveEvent(QMouseEvent* event) {
     deliver_wheel();
-    pending_move_ = {button_mask(event->buttons()), shift_mask(event->modifiers()),
-                     on_surface(event->position())};
+    pending_move_ = {button_mask(event->buttons()), marks_of(*event), on_surface(event->position())};
     post_delivery();
 }
 
 void GrapherWidget::mouseReleaseEvent(QMouseEvent* event) {
     deliver();
     const QPointF at = on_surface(event->position());
-    chart_.HandleMouseUp(button_number(event->button()), shift_mask(event->modifiers()), units(at.x()),
-                         units(at.y()));
+    chart_.HandleMouseUp(button_number(event->button()), marks_of(*event), units(at.x()), units(at.y()));
+    show_pointer();
 }
 
 void GrapherWidget::mouseDoubleClickEvent(QMouseEvent* event) {
     deliver();
-    chart_.HandleDoubleClick(button_number(event->button()));
+    const QPointF at = on_surface(event->position());
+    const int button = button_number(event->button());
+    if (!chart_.HandleHold(button, marks_of(*event), units(at.x()), units(at.y())))
+        chart_.HandleDoubleClick(button);
+    show_pointer();
 }
 
 void GrapherWidget::leaveEvent(QEvent*) {
     deliver();
     chart_.HandleMouseLeave();
+    show_pointer();
 }
 
 void GrapherWidget::wheelEvent(QWheelEvent* event) {
@@ -282,6 +303,7 @@ void GrapherWidget::keyPressEvent(QKeyEvent* event) {
     const int key = key_number(*event);
     if (key == 0) return QWidget::keyPressEvent(event);
     chart_.HandleKeyDown(key, shift_mask(event->modifiers()));
+    show_pointer();
 }
 
 void GrapherWidget::keyReleaseEvent(QKeyEvent* event) {

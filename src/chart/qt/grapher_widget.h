@@ -74,6 +74,7 @@ class GrapherWidget : public QWidget {
     QPointF on_surface(QPointF position) const;
     void fit_surface();
     void post_delivery();
+    void show_pointer();
     /// Hands over what has been gathered, in the order in which it came.
     void deliver();
     void deliver_move();
@@ -91,6 +92,7 @@ class GrapherWidget : public QWidget {
     std::optional<PendingMove> pending_move_;
     std::optional<PendingWheel> pending_wheel_;
     bool delivery_posted_ = false;
+    PointerShape pointer_ = PointerShape::usual;  ///< as the widget shows it
     std::pair<double, QPointF> last_pinch_{1.0, QPointF()};
 };
 

@@ -25,41 +25,37 @@ unsigned outcode(double east, double north, const ClipBox& box) {
     return code;
 }
 
-struct AlongStrike {
-    double near_end = 0, far_end = 0;
-};
-
-AlongStrike limited_ends(const Workspace& workspace, const ModelBody& body) {
+/// Both ends by length and offset, shortened where the drawing cuts limited bodies.
+void limit_ends(const Workspace& workspace, const ModelBody& body, Footprint& print) {
     const double half = static_cast<double>(body.length.value) / 2;
     const double left = workspace.drawing.finite_body_left_clip;
     const double right = workspace.drawing.finite_body_right_clip;
-    AlongStrike ends{body.offset.value - half, half + body.offset.value};
-    if (left > 0) ends.near_end = std::max(ends.near_end, -left);
-    if (right > 0) ends.far_end = std::min(ends.far_end, right);
-    return ends;
+    print.limited = true;
+    print.near_end = body.offset.value - half;
+    print.far_end = half + body.offset.value;
+    const double near_end = left > 0 ? std::max(print.near_end, -left) : print.near_end;
+    const double far_end = right > 0 ? std::min(print.far_end, right) : print.far_end;
+    print.clipped = near_end != print.near_end || far_end != print.far_end;
+    print.near_end = near_end;
+    print.far_end = far_end;
 }
 
-AlongStrike unlimited_ends(const Workspace& workspace) {
+void set_ends(const Workspace& workspace, const ModelBody& body, bool limited, Footprint& print) {
+    if (limited) return limit_ends(workspace, body, print);
     const double length = workspace.drawing.infinite_body_length;
     const double half = length > 0 ? length / 2 : unlimited_half_length;
-    return {-half, half};
+    print.near_end = -half;
+    print.far_end = half;
 }
-
-AlongStrike ends_of(const Workspace& workspace, const ModelBody& body) {
-    const bool limited = is_round(body.type) || (body.type == thick_sheet && body.length.value > 0);
-    return limited ? limited_ends(workspace, body) : unlimited_ends(workspace);
-}
-
-/// What a body covers on the ground: along strike between two ends, across it from `start` on.
-struct Footprint {
-    AlongStrike ends;
-    double start = 0, across = 0;
-};
 
 Footprint classic_footprint(const Workspace& workspace, const ModelBody& body) {
     const bool centred = is_round(body.type);
     const double width = body.width.value;
-    return {ends_of(workspace, body), centred ? -width : 0.0, centred ? 2.0 * width : width};
+    Footprint print;
+    print.start = centred ? -width : 0.0;
+    print.across = centred ? 2.0 * width : width;
+    set_ends(workspace, body, centred || (body.type == thick_sheet && body.length.value > 0), print);
+    return print;
 }
 
 /// The body that the exact formulas calculate: thin sheets have their length and their horizontal width,
@@ -67,7 +63,9 @@ Footprint classic_footprint(const Workspace& workspace, const ModelBody& body) {
 Footprint exact_footprint(const Workspace& workspace, const ModelBody& body) {
     const double width = body.width.value;
     const bool limited = (is_sheet(body.type) || body.type == pipe) && body.length.value > 0;
-    Footprint print{limited ? limited_ends(workspace, body) : unlimited_ends(workspace), 0, width};
+    Footprint print;
+    print.across = width;
+    set_ends(workspace, body, limited, print);
     if (is_sheet(body.type)) {
         const SheetShape sheet = sheet_shape(body);
         if (sheet.meets) print.across = sheet.width;
@@ -75,9 +73,9 @@ Footprint exact_footprint(const Workspace& workspace, const ModelBody& body) {
     if (!is_round(body.type)) return print;
     print.start = -width / 2;
     if (body.type == pipe && limited) {
-        const double fall = pipe_shape(body).cos_fall;
-        print.ends.near_end *= fall;
-        print.ends.far_end *= fall;
+        print.fall = pipe_shape(body).cos_fall;
+        print.near_end *= print.fall;
+        print.far_end *= print.fall;
     }
     return print;
 }
@@ -86,10 +84,9 @@ int outline_of(const Workspace& workspace, const ClipBox& box, const ModelBody& 
     const double strike = body.strike.value * radians_per_degree;
     const double ss = std::sin(strike);
     const double cs = std::cos(strike);
-    const bool exact = workspace.formulas == Formulas::exact;
-    const auto [ends, start, across] =
-        exact ? exact_footprint(workspace, body) : classic_footprint(workspace, body);
-    const auto [near_end, far_end] = ends;
+    const Footprint print = plan_footprint(workspace, body);
+    const double near_end = print.near_end, far_end = print.far_end;
+    const double start = print.start, across = print.across;
     double east1 = body.east + ss * near_end + cs * start;
     double north1 = body.north + cs * near_end - ss * start;
     double east2 = body.east + ss * far_end + cs * start;
@@ -102,6 +99,11 @@ int outline_of(const Workspace& workspace, const ClipBox& box, const ModelBody& 
 }
 
 }  // namespace
+
+Footprint plan_footprint(const Workspace& workspace, const ModelBody& body) {
+    return workspace.formulas == Formulas::exact ? exact_footprint(workspace, body)
+                                                 : classic_footprint(workspace, body);
+}
 
 int clip_line(double& east1, double& north1, double& east2, double& north2, const ClipBox& box) {
     if (!std::isfinite(east1 + north1) || !std::isfinite(east2 + north2)) return -1;

@@ -22,6 +22,17 @@ struct PlanOutline {
     std::array<double, 5> north{};
 };
 
+/// What a body covers on the ground: along strike between two ends (m from its reference point), across it
+/// from `start` on.
+struct Footprint {
+    double near_end = 0, far_end = 0;
+    double start = 0, across = 0;
+    bool limited = false;  ///< the ends follow length and offset
+    bool clipped = false;  ///< an end is cut short for the drawing
+    double fall = 1;       ///< metres on the ground a metre along the body
+};
+Footprint plan_footprint(const Workspace& workspace, const ModelBody& body);
+
 /// Cuts a segment to the box in place (Cohen and Sutherland). Returns 0, or -1 when it lies outside or
 /// has no finite end.
 int clip_line(double& east1, double& north1, double& east2, double& north2, const ClipBox& box);

@@ -48,6 +48,8 @@ class ChartsPanel : public QWidget, private flow::ModelViewHost {
 
   signals:
     void pointer_moved(const anomalis::show::PointerPanels& panels);
+    /// The current body is to be taken away, by a key on section or plan.
+    void delete_wanted();
     /// A calculation was left: the charts show the curves of before.
     void calculation_left();
     void base_level_found(const QString& text);
@@ -63,6 +65,9 @@ class ChartsPanel : public QWidget, private flow::ModelViewHost {
     void show_base_level(const std::string& text) override;
     void show_window(bool free_zoom) override;
     bool may_leave_body() override { return guards_.pass(); }
+    bool may_change_body() override { return guards_.pass(); }
+    void body_changed() override { news_.tell(News::parameters); }
+    void delete_body_wanted() override { emit delete_wanted(); }
     void show_current_body() override { news_.tell(News::current_body); }
     void calculation_stopped() override { emit calculation_left(); }
 

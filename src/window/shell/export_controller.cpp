@@ -16,9 +16,25 @@
 
 namespace anomalis::window {
 
+namespace {
+
+/// A picture shows the model, not the marks to take hold of it.
+class WithoutHandles {
+  public:
+    explicit WithoutHandles(flow::BodyHand& hand) : hand_(hand) { hand_.hide(true); }
+    ~WithoutHandles() { hand_.hide(false); }
+    WithoutHandles(const WithoutHandles&) = delete;
+    WithoutHandles& operator=(const WithoutHandles&) = delete;
+
+  private:
+    flow::BodyHand& hand_;
+};
+
+}  // namespace
+
 ExportController::ExportController(QWidget& window, edit::Workbench& workbench, Actions& actions,
                                    const EntryGate& gate, ChartsPanel& charts, StatusPanels& status)
-    : QObject(&window), window_(window), workbench_(workbench), status_(status) {
+    : QObject(&window), window_(window), workbench_(workbench), charts_(charts), status_(status) {
     actions.on(ActionId::export_solids, [this] { flow::export_body_dxf(workbench_.session); });
     actions.on(ActionId::export_plan, [this] { flow::export_plan_dxf(workbench_.session); });
     actions.on(ActionId::export_profile, [this] { export_table(flow::export_profile_data); });
@@ -45,6 +61,7 @@ void ExportController::export_table(flow::ExportOutcome (*export_flow)(edit::Wor
 
 void ExportController::screenshot(flow::ScreenshotKind kind) {
     report_failure(workbench_.session.prompts, "An error occurred while saving the screenshot: ", [&] {
+        const WithoutHandles plain(charts_.view().hand());
         const std::string path = save_screenshot(window_, workbench_, kind);
         status_.show_text(path.empty() ? tr("The picture is on the clipboard")
                                        : tr("The picture is on the clipboard and in %1")

@@ -27,6 +27,7 @@ class ExportController : public QObject {
 
     QWidget& window_;
     edit::Workbench& workbench_;
+    ChartsPanel& charts_;
     StatusPanels& status_;
 };
 

@@ -69,6 +69,7 @@ Form_anomalis::Form_anomalis(Session& session, const std::vector<flow::ExampleFi
       menus_(new Menus(*this, *actions_, workbench_)) {
     lay_out();
     gate_.add_editor([this] { status_->forget_refused(); });
+    gate_.add_editor([this] { charts_->view().hand().finish(); });
     gate_.add_editor([this] { side_->commit(); });
     gate_.add_editor([this] { commit_boxes(*definitions_page_); });
     make_controllers(examples);

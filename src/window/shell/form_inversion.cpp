@@ -130,6 +130,7 @@ void FormInversion::run_changed() {
         progress_timer_->stop();
     }
     serve_run(running, workbench_.session.prompts, *busy_);
+    parts_.charts.view().hand().show();
     // What was switched off is on again: the states of the panel's own controls follow.
     panel_changed();
 }

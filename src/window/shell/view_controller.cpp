@@ -41,6 +41,8 @@ ViewController::ViewController(QObject* parent, edit::Workbench& workbench, Acti
     actions.on(ActionId::add_body_here, [this, &bodies] {
         if (menu_place_) bodies.add_body_here(menu_place_->x, menu_place_->y);
     });
+    connect(&charts_, &ChartsPanel::delete_wanted, this,
+            [this] { actions_.action(ActionId::delete_current).trigger(); });
     add_chart_entries();
 }
 

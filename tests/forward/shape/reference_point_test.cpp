@@ -53,6 +53,22 @@ TEST(ReferencePoint, between_stations_of_one_distance_is_the_first_of_them) {
     EXPECT_DOUBLE_EQ(place_at(line.workspace, 5).east, 350020);
 }
 
+TEST(ReferencePoint, the_nearest_distance_finds_its_own_place_again) {
+    Line line(6, 10, 90);
+    line.workspace.stations(3, column_north) += 7;
+    line.workspace.stations(6, column_north) -= 4;
+    for (const double distance : {-35.0, 0.0, 4.0, 20.0, 23.0, 41.5, 50.0, 80.0}) {
+        const Place place = place_at(line.workspace, distance);
+        const auto found = nearest_distance(line.workspace, place.east, place.north);
+        ASSERT_TRUE(found.has_value());
+        EXPECT_NEAR(*found, distance, 1e-6);
+    }
+    const Line straight(6, 10, 90);
+    EXPECT_NEAR(*nearest_distance(straight.workspace, 350015, 6500300), 15, 1e-9) << "beside the line";
+    line.workspace.station_count = 1;
+    EXPECT_FALSE(nearest_distance(line.workspace, 350000, 6500000).has_value());
+}
+
 TEST(ReferencePoint, needs_two_stations) {
     for (const int count : {0, 1}) {
         Line line(2);

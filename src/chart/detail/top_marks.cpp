@@ -1,0 +1,85 @@
+#include "chart/detail/top_marks.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <numbers>
+
+namespace anomalis::chart {
+
+namespace {
+
+constexpr std::size_t circle_corners = 24;
+
+Point on_surface(const GrapherState& state, const TopPlace& place) {
+    const ChartProperties& p = state.properties;
+    const Point at = state.layout.to_surface(
+        state.x, state.y, {p.x.scale.forward(place.user.x), p.y.scale.forward(place.user.y)});
+    return {at.x + place.shift.x, at.y + place.shift.y};
+}
+
+void paint_mark(Canvas& canvas, const TopMark& mark, Point at) {
+    const double r = mark.radius;
+    if (mark.shape == MarkShape::square)
+        return canvas.rectangle({at.x - r, at.x + r, at.y - r, at.y + r}, mark.pen, mark.fill, mark.width);
+    if (mark.shape == MarkShape::diamond) {
+        const std::array<Point, 4> corners{Point{at.x - r, at.y}, Point{at.x, at.y + r},
+                                           Point{at.x + r, at.y}, Point{at.x, at.y - r}};
+        return canvas.polygon(corners, mark.pen, mark.fill, mark.width);
+    }
+    std::array<Point, circle_corners> corners;
+    for (std::size_t i = 0; i < circle_corners; ++i) {
+        const double angle = 2 * std::numbers::pi * static_cast<double>(i) / circle_corners;
+        corners.at(i) = {at.x + r * std::cos(angle), at.y + r * std::sin(angle)};
+    }
+    canvas.polygon(corners, mark.pen, mark.fill, mark.width);
+}
+
+/// The low end of a box of a size beside `at`: after it, before it where that leaves the plot.
+double beside(double at, double gap, double size, double low, double high) {
+    const double wanted = at + gap + size <= high ? at + gap : at - gap - size;
+    return std::clamp(wanted, low, std::max(low, high - size));
+}
+
+void paint_note(const GrapherState& state, Canvas& canvas, const TopNote& note) {
+    const Rect& plot = state.layout.plot;
+    const Point at = on_surface(state, note.at);
+    double width = 0, line = 0;
+    for (const std::string& words : note.lines) {
+        const TextExtent extent = canvas.measure(words, FontRole::chart);
+        width = std::max(width, extent.width);
+        line = std::max(line, extent.height());
+    }
+    const double edge = state.layout.text_height / 2;
+    const double across = width + 2 * edge;
+    const double up = line * static_cast<double>(note.lines.size()) + edge;
+    const double left = beside(at.x, note.gap, across, plot.x_low, plot.x_high);
+    const double bottom = beside(at.y, note.gap, up, plot.y_low, plot.y_high);
+    canvas.rectangle({left, left + across, bottom, bottom + up}, note.pen, note.ground, 1);
+    double y = bottom + up - edge / 2;
+    for (const std::string& words : note.lines) {
+        y -= line;
+        canvas.placed_text({left + edge, y}, 0, words, FontRole::chart, note.ink);
+    }
+}
+
+}  // namespace
+
+void paint_top_marks(const GrapherState& state, Canvas& canvas) {
+    const TopMarks& top = state.top_marks;
+    const Rect& plot = state.layout.plot;
+    canvas.set_window(plot);
+    for (const TopLine& line : top.lines)
+        canvas.line(on_surface(state, line.from), on_surface(state, line.to), line.pen);
+    for (const TopMark& mark : top.marks) {
+        const Point at = on_surface(state, mark.at);
+        if (!plot.contains(at, 0.5)) continue;
+        const double room = mark.radius + mark.width * units_per_screen_pixel;
+        canvas.set_window({plot.x_low - room, plot.x_high + room, plot.y_low - room, plot.y_high + room});
+        paint_mark(canvas, mark, at);
+    }
+    canvas.set_window(plot);
+    if (top.note && !top.note->lines.empty()) paint_note(state, canvas, *top.note);
+}
+
+}  // namespace anomalis::chart
