@@ -4,10 +4,10 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
-#include <QStyle>
 
 #include "core/paths.h"
 #include "flow/open_flow.h"
+#include "window/widgets/chief_button.h"
 #include "window/widgets/plain_text.h"
 
 namespace anomalis::window {
@@ -186,13 +186,8 @@ void DefinitionsPanel::show_result(const flow::LoadResult& result) {
 /// The button that matters is the one of the next step.
 void DefinitionsPanel::offer_find(bool offer) {
     find_button_->setVisible(offer);
-    for (QPushButton* button : {load_button_, find_button_}) {
-        const bool chief = (button == find_button_) == offer;
-        if (button->property("chief").toBool() == chief) continue;
-        button->setProperty("chief", chief);
-        button->style()->unpolish(button);
-        button->style()->polish(button);
-    }
+    set_chief(*load_button_, !offer);
+    set_chief(*find_button_, offer);
 }
 
 void DefinitionsPanel::blank_results() {

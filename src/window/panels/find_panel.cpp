@@ -15,6 +15,7 @@
 #include "edit/workbench.h"
 #include "flow/find_desk.h"
 #include "window/shell/look.h"
+#include "window/widgets/chief_button.h"
 #include "window/widgets/model_card.h"
 #include "window/widgets/panel.h"
 
@@ -194,6 +195,8 @@ void FindPanel::show_state(const flow::FindDesk& desk, const Workspace& workspac
     show_cards(desk, state.corrected_channel(workspace));
     cards_->show_current(state.previewed);
     find_->setEnabled(desk.can_find());
+    set_chief(*find_, state.models.empty());
+    set_chief(*take_, !state.models.empty());
     take_->setEnabled(state.previewed >= 0 && !state.searching);
 }
 
