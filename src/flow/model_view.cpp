@@ -1,5 +1,7 @@
 #include "flow/model_view.h"
 
+#include <utility>
+
 #include "chart/ax_grapher.h"
 #include "core/failure.h"
 #include "core/numbers.h"
@@ -67,7 +69,7 @@ void ModelView::display_model(bool forced) {
     Session& session = workbench_.session;
     Workspace& workspace = session.workspace;
     if (calculating_ || !edit::line_loaded(workspace) || !(workbench_.view.on_page || forced)) return;
-    preview_ = nullptr;
+    if (std::exchange(preview_, nullptr)) hand_.hide(false);
     const MessageScope scope(session.prompts);
     report_failure(session.prompts, "An error occurred while displaying the current model: ", [&] {
         try {
