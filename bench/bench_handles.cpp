@@ -20,6 +20,7 @@ namespace {
 constexpr int stations = 8193;
 constexpr int sheets = 50;
 constexpr int moved = 25;
+constexpr int escape_key = 27;
 
 /// One handle of the current body under a pressed button.
 class Hand {
@@ -41,7 +42,12 @@ class Hand {
         }
         throw std::runtime_error("no such handle");
     }
-    ~Hand() { send(QEvent::MouseButtonRelease, Qt::LeftButton, at_); }
+    /// The body goes back to where it was, so that every turn is the same.
+    ~Hand() {
+        widget_.chart().HandleKeyDown(escape_key, 0);
+        send(QEvent::MouseButtonRelease, Qt::LeftButton, at_);
+        ShownWindow::settle();
+    }
     Hand(const Hand&) = delete;
     Hand& operator=(const Hand&) = delete;
 
