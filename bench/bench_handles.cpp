@@ -102,10 +102,6 @@ BENCHMARK_CAPTURE(a_step_of_a_handle, place, show::HandleKind::place, param_dist
     ->Iterations(40)
     ->UseManualTime()
     ->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(a_step_of_a_handle, strike_in_plan, show::HandleKind::strike, param_strike, true)
-    ->Iterations(40)
-    ->UseManualTime()
-    ->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace anomalis
