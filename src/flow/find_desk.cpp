@@ -12,6 +12,33 @@
 
 namespace anomalis::flow {
 
+namespace {
+
+/// What the anomaly of a body spans, nT or mGal.
+double strength_of(const ModelBody& body, int station_count, std::int32_t channel) {
+    const int column = channel == channel_grav ? 2 : 1;
+    float low = 0, high = 0;
+    for (int i = 1; i <= station_count; ++i) {
+        low = std::min(low, body.response(i, column));
+        high = std::max(high, body.response(i, column));
+    }
+    return static_cast<double>(high) - static_cast<double>(low);
+}
+
+/// Number of the strongest body of those that were found; the first one where none was.
+int strongest_of(const Workspace& model, int found, std::int32_t channel) {
+    int strongest = std::max(model.body_count - found + 1, 1);
+    double most = 0;
+    for (int number = strongest; number <= model.body_count; ++number) {
+        const double strength = strength_of(model.body(number), model.station_count, channel);
+        if (strength > most) strongest = number;
+        most = std::max(most, strength);
+    }
+    return strongest;
+}
+
+}  // namespace
+
 FindDesk::FindDesk(edit::Workbench& workbench, FindDeskObserver& observer, Finder finder)
     : workbench_(workbench), observer_(observer), finder_(std::move(finder)) {}
 
@@ -193,12 +220,13 @@ void FindDesk::put_back() {
 void FindDesk::take(int index) {
     if (running() || index < 0 || index >= static_cast<int>(state_.models.size())) return;
     const inversion::FoundModel model = std::move(state_.models[static_cast<std::size_t>(index)]);
-    forget();
     Workspace& workspace = workbench_.session.workspace;
+    const int strongest = strongest_of(this->model(index), model.found, state_.corrected_channel(workspace));
+    forget();
     const bool first_bodies = workspace.body_count == 0;
     take_found(workspace, model);
     edit::note_change(workbench_, {"finding bodies", "", true});
-    workbench_.view.current_body = std::max(workspace.body_count - model.found + 1, 1);
+    workbench_.view.current_body = strongest;
     observer_.model_taken(model.found, first_bodies);
 }
 

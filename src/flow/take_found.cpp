@@ -25,7 +25,7 @@ void take_values(const ModelBody& from, const Workspace& workspace, ModelBody& t
     place(workspace, to);
 }
 
-void append(const ModelBody& found, Workspace& workspace) {
+void append(const ModelBody& found, std::int32_t channel, Workspace& workspace) {
     const std::int32_t colour = edit::next_body_colour(workspace);
     reserve_next_body(workspace);
     ModelBody& body = workspace.body(workspace.body_count + 1);
@@ -33,6 +33,8 @@ void append(const ModelBody& found, Workspace& workspace) {
     body = ModelBody();
     body.response.assign(workspace.station_count);
     take_values(found, workspace, body);
+    // Magnetics tell nothing of a density: what they find leaves the curve of the gravity as it was.
+    if (channel == channel_mag && workspace.has_grav()) body.density.value = 0;
     body.colour = colour;
     ++workspace.body_count;
     if (body.name.empty()) body.name = "Body " + format_number(workspace.body_count, "0");
@@ -52,7 +54,7 @@ void take_found(Workspace& workspace, const inversion::FoundModel& model) {
         take_values(model.bodies[static_cast<std::size_t>(number - 1)], workspace, workspace.body(number));
     workspace.body_count = present;
     for (auto body = model.bodies.begin() + present; body != model.bodies.end(); ++body)
-        append(*body, workspace);
+        append(*body, model.record.channel, workspace);
     take_regionals(model, workspace);
     workspace.fit = model.record;
     // Names and colours are no part of it; found anew all the same, so that the record is of what stands

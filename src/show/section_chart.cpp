@@ -9,6 +9,7 @@
 #include "core/shown_text.h"
 #include "core/workspace.h"
 #include "edit/view_state.h"
+#include "show/handles/handle.h"
 
 namespace anomalis::show {
 
@@ -16,9 +17,10 @@ namespace {
 
 constexpr chart::Colour sensor_blue = 16711680;
 constexpr int most_sensors = 128;
-constexpr int sensor_size = 10;     // surface units
-constexpr int reference_size = 15;  // surface units
-constexpr int grid_style = 3;       // dash and dot
+constexpr int sensor_size = 10;                  // surface units
+constexpr int reference_size = 15;               // surface units
+constexpr int grid_style = 3;                    // dash and dot
+constexpr double label_gap = 30 * handle_pixel;  // beside the body: its handles stand there
 constexpr double least_grid_step = 2 * chart::units_per_screen_pixel;
 
 /// Calls `draw` for every multiple of `spacing` between two limits; a grid finer than two pixels is not
@@ -66,10 +68,11 @@ void record_label(chart::AX_Grapher& chart, const ModelBody& body, const Section
     const std::string depth = "Burial depth: " + format_number(body.top_elevation, "0.00");
     const double height = chart.TextHeight() / chart.YAxisScale();
     const double margin = chart.TextHeight() / 2 / chart.XAxisScale();
+    const double gap = label_gap / chart.XAxisScale();
     const double width = std::max(chart.TextWidth(name), chart.TextWidth(depth)) / chart.XAxisScale();
     const bool on_left = shape.distance > (view.x_low + view.x_high) / 2;
     const double wanted =
-        on_left ? std::max(left, view.x_low) - margin - width : std::min(right, view.x_high) + margin;
+        on_left ? std::max(left, view.x_low) - gap - width : std::min(right, view.x_high) + gap;
     const double x =
         std::clamp(wanted, view.x_low + margin, std::max(view.x_low + margin, view.x_high - margin - width));
     // Both lines stay inside the window when the body's top lies outside it.
@@ -119,7 +122,8 @@ void record_section(chart::AX_Grapher& chart, const Workspace& workspace, const 
             record_body_outline(chart, number, shape.xs, shape.ys, shape.outline,
                                 body_fill(body, number, view), shape.width, polygons);
         chart.DrawMarker(shape.distance, shape.top, reference_marker, marker_colour(body, highlighted), 1);
-        if (number == view.current_body && workspace.display.show_body_label == 1)
+        // In a hand the body has a note of its own.
+        if (number == view.current_body && workspace.display.show_body_label == 1 && !view.body_held)
             record_label(chart, body, shape);
     }
 }

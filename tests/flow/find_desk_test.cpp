@@ -128,7 +128,8 @@ TEST(FindDesk, taking_one_is_one_step_with_bodies_regional_and_fit) {
     EXPECT_TRUE(sample.desk.state().models.empty());
     const Workspace& w = sample.workspace();
     EXPECT_EQ(w.body_count, 3);
-    EXPECT_EQ(sample.workbench.view.current_body, 2) << "the first of the new ones";
+    EXPECT_EQ(sample.workbench.view.current_body, 2 + ScriptedFinder::strongest)
+        << "the strongest of the new ones";
     EXPECT_EQ(w.body(2).distance.value, ScriptedFinder::first_distance);
     EXPECT_EQ(w.mag.regional_degree, 1);
     ASSERT_NE(edit::fit_in_force(sample.workbench), nullptr);
@@ -155,7 +156,7 @@ TEST(FindDesk, the_first_bodies_of_a_line_are_told_as_such) {
     sample.desk.take(0);
     EXPECT_EQ(sample.taken, 3);
     EXPECT_TRUE(sample.first);
-    EXPECT_EQ(sample.workbench.view.current_body, 1);
+    EXPECT_EQ(sample.workbench.view.current_body, 1 + ScriptedFinder::strongest);
 }
 
 TEST(FindDesk, a_stop_keeps_what_was_found) {

@@ -95,6 +95,19 @@ TEST(TakeFound, the_regional_of_a_channel_that_was_not_looked_at_stays) {
     EXPECT_EQ(line.workspace().grav.regional_degree, 3);
 }
 
+TEST(TakeFound, what_magnetics_find_leaves_the_curve_of_the_gravity) {
+    FoundOnLine line;
+    ASSERT_TRUE(line.workspace().has_grav());
+    for (ModelBody& body : line.found.bodies) body.density.value = 2.67F;
+    take_found(line.workspace(), line.found);
+    EXPECT_FLOAT_EQ(line.body(3).density.value, 2.67F) << "one that was there";
+    EXPECT_EQ(line.body(4).density.value, 0);
+    EXPECT_EQ(line.body(5).density.value, 0);
+    line.found.record.channel = channel_joint;
+    take_found(line.workspace(), line.found);
+    EXPECT_FLOAT_EQ(line.body(4).density.value, 2.67F);
+}
+
 TEST(TakeFound, models_can_be_flipped_through_and_one_step_takes_it_back) {
     FoundOnLine line;
     inversion::FoundModel other = line.found;

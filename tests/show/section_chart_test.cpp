@@ -5,6 +5,8 @@
 
 #include "model/burial_depth.h"
 #include "show/chart_sample.h"
+#include "show/handles/handle_marks.h"
+#include "show/handles/section_handles.h"
 #include "support/stale_body.h"
 
 namespace anomalis::show {
@@ -113,6 +115,9 @@ TEST(SectionChart, the_label_tells_the_burial_depth_of_the_record) {
     EXPECT_NEAR(body.top_elevation, depth, 1e-4);
     ASSERT_NE(sample.picture().find_text("Dyke"), nullptr);
     EXPECT_NE(sample.picture().find_text("Burial depth: 40.40"), nullptr);
+    sample.workbench.view.body_held = true;
+    sample.draw();
+    EXPECT_EQ(sample.picture().find_text("Dyke"), nullptr) << "the note of the hand stands there";
 }
 
 TEST(SectionChart, the_label_stands_on_the_side_that_has_room) {
@@ -130,6 +135,37 @@ TEST(SectionChart, the_label_stands_on_the_side_that_has_room) {
     body.distance.value = 9000;
     sample.draw();
     EXPECT_EQ(sample.picture().find_text("Dyke"), nullptr) << "out of view";
+}
+
+TEST(SectionChart, the_label_keeps_clear_of_the_handles) {
+    constexpr double reach = 6 * handle_pixel;
+    Section sample;
+    sample.workspace().display.show_body_label = 1;
+    ModelBody& body = sample.add_body(400, 60);
+    body.name = "Dyke";
+    for (const double distance : {400, 2000})
+        for (const std::int32_t type : {thin_sheet, thick_sheet, pipe, wire})
+            for (const double dip : {40, 90, 140}) {
+                body.type = type;
+                body.distance.value = static_cast<float>(distance);
+                body.dip.value = static_cast<float>(dip);
+                body.width.value = 8;
+                body.depth_extent.value = 150;
+                invalidate_body(body);
+                sample.draw();
+                chart::AX_Grapher& chart = sample.chart(edit::chart_section);
+                const auto handles = section_handles(
+                    sample.workspace(), body,
+                    {chart.ViewLimits(), chart.XAxisScale(), chart.YAxisScale(), chart.YAxisMin(), 2500});
+                ASSERT_FALSE(handles.empty());
+                const chart::Point text = sample.picture().find_text("Dyke")->points[0];
+                const double end = text.x + chart.TextWidth("Burial depth: 40.40");
+                for (const Handle& handle : handles) {
+                    const double x = handle_place(chart, handle).x;
+                    EXPECT_TRUE(x + reach < text.x || x - reach > end)
+                        << "type " << type << ", dip " << dip << " at " << distance << " m";
+                }
+            }
 }
 
 TEST(SectionChart, grid_lines_stand_at_multiples_inside_the_window) {

@@ -12,6 +12,7 @@ namespace anomalis {
 /// A search by script: it proposes three models, grows a body at a time and hears a stop between them.
 struct ScriptedFinder {
     static constexpr int alternatives = 3;
+    static constexpr int strongest = 1;                          // of the sheets, counted from 0
     static constexpr float first_distance = 600, spacing = 400;  // m
 
     inversion::FindRequest request;  ///< of the last search
@@ -29,7 +30,7 @@ struct ScriptedFinder {
         body.strike.value = 0;
         body.dip.value = 75;
         body.width.value = 60;
-        body.susc.value = 9000;
+        body.susc.value = number == strongest ? 18000 : 9000;
         body.density.value = 0.3F;
         return body;
     }

@@ -15,6 +15,7 @@
 #include "window/form_tests.h"
 #include "window/panels/charts_panel.h"
 #include "window/shell/find_controller.h"
+#include "window/widgets/model_card.h"
 #include "workspace_file/axm.h"
 
 namespace anomalis::window {
@@ -80,6 +81,7 @@ class FindTest : public QObject {
     void escape_keeps_what_was_found();
     void a_request_to_close_leaves_the_search_first();
     void nothing_found_is_said();
+    void a_long_heading_of_a_card_takes_two_lines();
     void without_a_line_nothing_can_be_found();
     void a_new_line_offers_it_as_the_next_step();
 };
@@ -133,7 +135,7 @@ void FindTest::keys_find_flip_and_take_in_one_step() {
     QCOMPARE(sample.form->workbench().history.steps(), std::size_t{1});
     QVERIFY(!sample.previewing());
     QVERIFY(sample.visible("Grid_body"));
-    QCOMPARE(sample.form->workbench().view.current_body, 3);
+    QCOMPARE(sample.form->workbench().view.current_body, 3 + ScriptedFinder::strongest);
     QVERIFY(edit::fit_in_force(sample.form->workbench()));
     QVERIFY(sample.form->windowTitle().endsWith(" *"));
     sample.key(Qt::Key_Z, Qt::ControlModifier);
@@ -306,6 +308,20 @@ void FindTest::nothing_found_is_said() {
     QVERIFY(!sample.visible("List_found"));
     QVERIFY(!sample.find<QWidget>("Command_find_take").isEnabled());
     QCOMPARE(sample.state(), sample.before);
+}
+
+void FindTest::a_long_heading_of_a_card_takes_two_lines() {
+    ModelCards cards;
+    cards.resize(360, 400);
+    cards.show_cards({{{}, "2 thin sheets", "rms 3.33 nT"}});
+    QCOMPARE(cards.heading_lines(), 1);
+    const int low = cards.sizeHintForRow(0);
+    cards.show_cards(
+        {{{}, "3 thick sheets and 3 thin sheets, 2 of them limited in depth, regional of degree 2", "rms"},
+         {{}, "2 thin sheets", "rms"}});
+    QCOMPARE(cards.heading_lines(), 2);
+    QVERIFY(cards.sizeHintForRow(0) > low);
+    QCOMPARE(cards.sizeHintForRow(1), cards.sizeHintForRow(0));
 }
 
 void FindTest::without_a_line_nothing_can_be_found() {

@@ -1,3 +1,4 @@
+#include <QApplication>
 #include <QClipboard>
 #include <QComboBox>
 
@@ -5,6 +6,7 @@
 #include "edit/body_form.h"
 #include "window/form_tests.h"
 #include "window/modelled_form.h"
+#include "window/widgets/body_cells.h"
 
 namespace anomalis::window {
 
@@ -20,6 +22,7 @@ class FormGridTest : public QObject {
     void a_click_on_a_mark_changes_it();
     void limits_are_keyed_and_crossed_ones_refused();
     void the_type_is_chosen_over_its_cell();
+    void an_interval_never_hides_its_value();
 };
 
 void FormGridTest::the_grid_has_18_rows_and_5_columns() {
@@ -177,6 +180,15 @@ void FormGridTest::the_type_is_chosen_over_its_cell() {
     sample.click_cell(param_dip, edit::grid_property);
     QVERIFY2(!types.isVisible(), "a click elsewhere puts it away");
     QCOMPARE(sample.body(1).type, static_cast<std::int32_t>(sphere));
+}
+
+void FormGridTest::an_interval_never_hides_its_value() {
+    const QFontMetrics metrics(QApplication::font());
+    const QString wide = "-270142 +60115490";
+    const int room = metrics.horizontalAdvance("270142.5" + wide);
+    QCOMPARE(fitting_error(metrics, "±597", "44919.6", room), QString("±597"));
+    QCOMPARE(fitting_error(metrics, wide, "270142.5", room), QString("±…"));
+    QCOMPARE(fitting_error(metrics, wide, "2", room), wide);
 }
 
 QObject* make_form_grid_test() {

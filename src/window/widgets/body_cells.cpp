@@ -90,6 +90,11 @@ void paint_band(QPainter& painter, const QRect& cell, const QVariantList& band, 
 
 }  // namespace
 
+QString fitting_error(const QFontMetrics& metrics, const QString& error, const QString& value, int room) {
+    const int needed = metrics.horizontalAdvance(value) + metrics.horizontalAdvance(error) + 2 * margin;
+    return needed <= room ? error : QStringLiteral("±…");
+}
+
 void BodyCells::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const {
     painter->save();
     painter->setFont(option.font);
@@ -108,9 +113,11 @@ void BodyCells::paint(QPainter* painter, const QStyleOptionViewItem& option, con
         const bool type = index.row() + 1 == edit::row_type && !index.data().toString().isEmpty();
         paint_behind(*painter, room, unit_width, Qt::AlignLeft,
                      type ? QStringLiteral("▾") : index.data(BodyGridModel::unit_role).toString());
-        if (!error.isEmpty())
-            paint_behind(*painter, room, painter->fontMetrics().horizontalAdvance(error) + margin,
-                         Qt::AlignLeft, error);
+        if (!error.isEmpty()) {
+            const QFontMetrics& metrics = painter->fontMetrics();
+            const QString shown = fitting_error(metrics, error, index.data().toString(), room.width());
+            paint_behind(*painter, room, metrics.horizontalAdvance(shown) + margin, Qt::AlignLeft, shown);
+        }
         room.setRight(room.right() - margin);
     }
     const QString limit = index.data(BodyGridModel::limit_role).toString();

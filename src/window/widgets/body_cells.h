@@ -1,8 +1,14 @@
 #pragma once
 
+#include <QFontMetrics>
+#include <QString>
 #include <QStyledItemDelegate>
 
 namespace anomalis::window {
+
+/// The error that stands behind a value in `room` pixels. The value goes first: an interval that leaves it no
+/// room stands as a sign that there is one, and the tip tells it.
+QString fitting_error(const QFontMetrics& metrics, const QString& error, const QString& value, int room);
 
 /// Draws the cells of the parameter grid: the unit stands quietly behind the value, a standard error of the
 /// last fit between them, below them the 90 % band where an ensemble knows one, the mark in the

@@ -7,6 +7,7 @@
 #include <QPainter>
 #include <QPainterPath>
 #include <QSignalBlocker>
+#include <QStyle>
 #include <QStyledItemDelegate>
 
 #include "window/shell/look.h"
@@ -34,6 +35,30 @@ QPolygonF polygon_on(const QRectF& picture, const std::vector<show::ThumbnailPoi
     return polygon;
 }
 
+QFont heading_font(QFont font) {
+    font.setWeight(QFont::DemiBold);
+    return font;
+}
+
+/// A heading on as many lines as it takes, two at most.
+QStringList wrapped(const QString& text, const QFont& font, double width) {
+    const QFontMetricsF metrics(font);
+    if (metrics.horizontalAdvance(text) <= width) return {text};
+    QString first, rest = text;
+    while (true) {
+        const QString next = first + rest.section(' ', 0, 0, QString::SectionIncludeTrailingSep);
+        if (metrics.horizontalAdvance(next.trimmed()) > width || next.size() == text.size()) break;
+        rest.remove(0, next.size() - first.size());
+        first = next;
+    }
+    // Better after a comma than in the middle of a phrase.
+    const qsizetype phrase = first.lastIndexOf(", ") + 2;
+    if (phrase >= 2 && metrics.horizontalAdvance(text.mid(phrase)) <= width)
+        return {text.left(phrase).trimmed(), text.mid(phrase)};
+    if (first.isEmpty()) return {metrics.elidedText(text, Qt::ElideRight, width)};
+    return {first.trimmed(), metrics.elidedText(rest, Qt::ElideRight, width)};
+}
+
 /// The ground is the chart's paper, below the line as above it; bodies have their own colours.
 void paint_section(QPainter& painter, const QRectF& picture, const show::SectionThumbnail& section,
                    const QPalette& palette) {
@@ -59,7 +84,7 @@ class CardDelegate : public QStyledItemDelegate {
     explicit CardDelegate(ModelCards& cards) : QStyledItemDelegate(&cards), cards_(cards) {}
 
     QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex&) const override {
-        const int lines = 2 * option.fontMetrics.height() + text_gap;
+        const int lines = (cards_.heading_lines() + 1) * option.fontMetrics.height() + text_gap;
         return {0, ModelCards::picture_height + lines + 4 * gap};
     }
 
@@ -88,18 +113,21 @@ class CardDelegate : public QStyledItemDelegate {
 
     static void paint_words(QPainter& painter, const QRectF& room, const QStyleOptionViewItem& option,
                             const ModelCard& card) {
-        QFont heading = option.font;
-        heading.setWeight(QFont::DemiBold);
         const double line = option.fontMetrics.height();
         const auto words = [&](const QFont& font, const QColor& colour, double below, const QString& text) {
             painter.setFont(font);
             painter.setPen(colour);
             painter.drawText(QRectF(room.left(), room.top() + below, room.width(), line),
-                             Qt::AlignLeft | Qt::AlignVCenter,
-                             QFontMetricsF(font).elidedText(text, Qt::ElideRight, room.width()));
+                             Qt::AlignLeft | Qt::AlignVCenter, text);
         };
-        words(heading, option.palette.color(QPalette::Text), 0, card.kind);
-        words(option.font, quiet_text(option.palette), line + text_gap, card.numbers);
+        const QFont bold = heading_font(option.font);
+        double below = 0;
+        for (const QString& text : wrapped(card.kind, bold, room.width())) {
+            words(bold, option.palette.color(QPalette::Text), below, text);
+            below += line;
+        }
+        words(option.font, quiet_text(option.palette), below + text_gap,
+              QFontMetricsF(option.font).elidedText(card.numbers, Qt::ElideRight, room.width()));
     }
 
     ModelCards& cards_;
@@ -136,6 +164,15 @@ void ModelCards::show_cards(std::vector<ModelCard> cards) {
         item->setToolTip(item->text());
     }
     updateGeometry();
+}
+
+int ModelCards::heading_lines() const {
+    // Before the cards are laid out their width is not known, and a scroll bar may take some of it.
+    const double room = picture_width - style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+    const QFont bold = heading_font(font());
+    const bool two = std::ranges::any_of(
+        cards_, [&](const ModelCard& card) { return wrapped(card.kind, bold, room).size() > 1; });
+    return two ? 2 : 1;
 }
 
 void ModelCards::show_current(int index) {

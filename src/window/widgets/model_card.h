@@ -25,11 +25,15 @@ class ModelCards : public QListWidget {
 
     explicit ModelCards(QWidget* parent = nullptr);
 
-    /// Height over width of the section on a card, in the column that the cards stand in.
-    static constexpr double picture_aspect = picture_height / 358.0;
+    /// In the column that the cards stand in, pixels.
+    static constexpr double picture_width = 358;
+    /// Height over width of the section on a card.
+    static constexpr double picture_aspect = picture_height / picture_width;
     void show_cards(std::vector<ModelCard> cards);
     /// Makes a card the current one, -1 none; nothing is told.
     void show_current(int index);
+    /// Lines of the longest heading, 1 or 2: all cards are of one size.
+    int heading_lines() const;
     const ModelCard& card(int index) const { return cards_.at(static_cast<std::size_t>(index)); }
 
     QSize sizeHint() const override;
