@@ -22,7 +22,7 @@ struct ViewState;
 namespace anomalis::show {
 
 inline constexpr int most_ghosts = 30;  ///< of a body
-inline constexpr chart::Colour ghost_grey = chart::colour_of(188, 184, 200);
+inline constexpr chart::Colour ghost_grey = chart::colour_of(206, 203, 216);
 inline constexpr chart::Colour fan_green = chart::colour_of(205, 240, 205);
 
 /// A body as up to `most_ghosts` of the models have it, spread evenly over them, without responses; none for

@@ -80,7 +80,8 @@ void keep_uncertainty(FormSample& sample, const QString& folder, const QString& 
     keep(sample, folder, name + "_plan_ghosts" + suffix);
 }
 
-/// A search for bodies: as it begins, the models that it proposes, and the best of them taken.
+/// A search for bodies: as it begins, the models that it proposes, the best of them taken, and how sure
+/// it is.
 void keep_search(const QString& folder, const QString& path, QSize size) {
     const QString start = folder + "/" + QFileInfo(path).completeBaseName();
     const QString end = "_" + QString::number(size.width()) + ".png";
@@ -108,6 +109,7 @@ void keep_search(const QString& folder, const QString& path, QSize size) {
     sample.find<QPushButton>("Command_find_take").click();
     QTest::qWait(settle);
     sample.form->grab().save(start + "_taken" + end);
+    keep_uncertainty(sample, folder, QFileInfo(path).completeBaseName() + "_taken", end.chopped(4));
 }
 
 }  // namespace

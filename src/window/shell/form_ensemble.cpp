@@ -154,7 +154,8 @@ void Form_ensemble::show_ensemble(const Ensemble& ensemble, const Workspace& wor
     for (QPushButton* button : {copy_, save_}) button->setEnabled(true);
     summary_->setText(summary_of(ensemble));
     words_->clear();
-    for (const std::string& words : ensemble.words) words_->addItem(QString::fromStdString(words));
+    for (const std::string& words : ensemble.words)
+        words_->addItem(QString::fromStdString(words).replace(" %)", QStringLiteral("\u00A0%)")));
     fill_bodies(ensemble, workspace, body);
     show_plots(ensemble, workspace);
 }
