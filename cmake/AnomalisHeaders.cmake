@@ -1,5 +1,5 @@
 # Headers that most files of a kind include, compiled once for all rooms of that kind. Each file still includes what it
-# uses: the preset with the sanitizers builds without them (CMAKE_DISABLE_PRECOMPILE_HEADERS).
+# uses: the build with clang does without them (CMAKE_DISABLE_PRECOMPILE_HEADERS).
 set(anomalis_standard_headers <algorithm> <array> <cmath> <cstdint> <functional> <limits> <memory>
   <optional> <span> <string> <string_view> <utility> <vector>)
 set(anomalis_window_headers <QAction> <QApplication> <QBoxLayout> <QComboBox> <QGridLayout> <QKeyEvent> <QLabel>

@@ -32,6 +32,7 @@ target_compile_options(anomalis_test_flags INTERFACE -O0)
 target_link_libraries(anomalis_test_flags INTERFACE anomalis_flags)
 
 anomalis_headers(room HEADERS ${anomalis_standard_headers} DEPENDS anomalis_flags)
+anomalis_headers(eigen HEADERS ${anomalis_standard_headers} <Eigen/Core> DEPENDS anomalis_flags Eigen3::Eigen)
 if(ANOMALIS_WINDOW)
   anomalis_headers(window HEADERS ${anomalis_standard_headers} ${anomalis_window_headers}
     DEPENDS anomalis_flags Qt6::Widgets)
@@ -45,13 +46,16 @@ if(ANOMALIS_TESTS)
   endif()
 endif()
 
-# anomalis_room(NAME SOURCES ... [DEPENDS targets that a user of the room sees too] [PRIVATE ...])
+# anomalis_room(NAME SOURCES ... [DEPENDS targets that a user of the room sees too] [PRIVATE ...] [HEADERS set])
 function(anomalis_room name)
-  cmake_parse_arguments(ROOM "" "" "SOURCES;DEPENDS;PRIVATE" ${ARGN})
+  cmake_parse_arguments(ROOM "" "HEADERS" "SOURCES;DEPENDS;PRIVATE" ${ARGN})
   add_library(anomalis_${name} STATIC ${ROOM_SOURCES})
   target_link_libraries(anomalis_${name}
     PUBLIC anomalis_usage ${ROOM_DEPENDS} PRIVATE $<BUILD_INTERFACE:anomalis_flags> ${ROOM_PRIVATE})
-  anomalis_use_headers(anomalis_${name} room)
+  if(NOT ROOM_HEADERS)
+    set(ROOM_HEADERS room)
+  endif()
+  anomalis_use_headers(anomalis_${name} ${ROOM_HEADERS})
 endfunction()
 
 # anomalis_qt_room(NAME ...): the same for a room of the window system.

@@ -40,6 +40,10 @@ void for_column_blocks(Index count, double units, Pacer& pacer,
     });
 }
 
+Eigen::LLT<MatrixXd> triangle_of(MatrixXd symmetric) {
+    return Eigen::LLT<MatrixXd>(std::move(symmetric));
+}
+
 MatrixXd inverse_by(const Eigen::LLT<MatrixXd>& triangle, Pacer& pacer) {
     const Index count = triangle.cols();
     const auto size = static_cast<double>(count);

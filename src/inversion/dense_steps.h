@@ -18,6 +18,9 @@ using SymmetricAxes = Eigen::SelfAdjointEigenSolver<Eigen::MatrixXd>;
 void for_column_blocks(Eigen::Index count, double units, Pacer& pacer,
                        const std::function<void(Eigen::Index first, Eigen::Index columns)>& work);
 
+/// The Cholesky factor of a symmetric matrix, of which the lower half counts.
+Eigen::LLT<Eigen::MatrixXd> triangle_of(Eigen::MatrixXd symmetric);
+
 /// The inverse of a matrix by its Cholesky factor L, as L^-T L^-1. Raises Stopped.
 Eigen::MatrixXd inverse_by(const Eigen::LLT<Eigen::MatrixXd>& triangle, Pacer& pacer);
 

@@ -1,12 +1,13 @@
 #include "inversion/fit_errors.h"
 
-#include <Eigen/Dense>
+#include <Eigen/Core>
 #include <algorithm>
 #include <cmath>
 #include <limits>
 
 #include "inversion/dense_steps.h"
 #include "inversion/normal_matrix.h"
+#include "inversion/orthonormal_basis.h"
 #include "inversion/student.h"
 
 namespace anomalis::inversion {
@@ -98,9 +99,8 @@ void Errors::weigh(const std::vector<bool>& held) {
     for (const ChannelFit& channel : channels_) {
         WeightedColumns weighted{channel.columns, channel.sigma, 0, {}};
         if (channel.regional.cols() > 0) {
-            const Eigen::ColPivHouseholderQR<MatrixXd> qr(channel.regional);
-            weighted.regional_count = static_cast<double>(qr.rank());
-            const MatrixXd basis = qr.householderQ() * MatrixXd::Identity(channel.regional.rows(), qr.rank());
+            const MatrixXd basis = orthonormal_basis(channel.regional);
+            weighted.regional_count = static_cast<double>(basis.cols());
             weighted.columns -= basis * (basis.transpose() * channel.columns);
         }
         weighted.columns /= channel.sigma;
@@ -137,7 +137,7 @@ void Errors::invert() {
 /// By Cholesky's factors, unless there is a direction that only the eigenvalues tell from rounding.
 MatrixXd Errors::inverse_normal(const MatrixXd& normal) {
     const auto cube = std::pow(static_cast<double>(count()), 3);
-    const Eigen::LLT<MatrixXd> triangle(normal);
+    const Eigen::LLT<MatrixXd> triangle = triangle_of(normal);
     pacer_.done(cube / 6);
     if (triangle.info() != Eigen::Success || !(triangle.rcond() > 10 * null_eigenvalue()))
         return without_null_directions(normal);
@@ -240,7 +240,7 @@ void Errors::propagate() {
 /// The inverse of the normal matrix on its strong directions; empty when there is no weak one.
 MatrixXd Errors::strong_inverse() const {
     if (count() == 0 || count() > most_profiled) return {};
-    const Eigen::SelfAdjointEigenSolver<MatrixXd> axes(normal_);
+    const SymmetricAxes axes = axes_of(normal_, pacer_);
     const double least = weak_direction * axes.eigenvalues().tail(1)[0];
     if (axes.eigenvalues()[0] > least) return {};
     const VectorXd strength =

@@ -1,6 +1,6 @@
 #include "inversion/fit_rows.h"
 
-#include <Eigen/Dense>
+#include <Eigen/Core>
 #include <algorithm>
 #include <cmath>
 #include <utility>

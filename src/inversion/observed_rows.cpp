@@ -1,6 +1,5 @@
 #include "inversion/observed_rows.h"
 
-#include <Eigen/Dense>
 #include <algorithm>
 
 #include "core/inversion_state.h"

@@ -1,11 +1,13 @@
 #include "inversion/restricted_likelihood.h"
 
-#include <Eigen/Dense>
+#include <Eigen/Core>
 #include <algorithm>
 #include <cmath>
 #include <limits>
 #include <numeric>
 
+#include "inversion/dense_steps.h"
+#include "inversion/orthonormal_basis.h"
 #include "inversion/row_news.h"
 
 namespace anomalis::inversion {
@@ -55,15 +57,6 @@ std::vector<Index> filled(const MatrixXd& columns) {
     return some;
 }
 
-/// Unit vectors at right angles that span the columns, of which each holds something.
-MatrixXd basis_of(const MatrixXd& columns) {
-    if (columns.cols() == 0) return columns;
-    const MatrixXd unit = columns.colwise().normalized();
-    Eigen::ColPivHouseholderQR<MatrixXd> qr(unit);
-    qr.setThreshold(dependent);
-    return qr.householderQ() * MatrixXd::Identity(unit.rows(), std::min(qr.rank(), unit.rows()));
-}
-
 }  // namespace
 
 RestrictedLikelihood::RestrictedLikelihood(const VectorXd& distance, const VectorXd& residual,
@@ -74,7 +67,9 @@ RestrictedLikelihood::RestrictedLikelihood(const VectorXd& distance, const Vecto
     const MatrixXd known = columns(order, Eigen::all);
     const std::vector<Index> some = filled(known);
     const auto many = static_cast<Index>(some.size());
-    const MatrixXd basis = many > most_columns ? MatrixXd(rows, 0) : basis_of(known(Eigen::all, some));
+    const MatrixXd basis = many > most_columns
+                               ? MatrixXd(rows, 0)
+                               : orthonormal_basis_of_units(known(Eigen::all, some), dependent);
     width_ = static_cast<std::size_t>(basis.cols()) + 1;
     rows_ = static_cast<std::size_t>(rows);
     freedom_ = static_cast<double>(rows - (many > most_columns ? many : basis.cols()));
@@ -98,7 +93,7 @@ RestrictedLikelihood::Parts RestrictedLikelihood::reduce(const std::vector<doubl
     MatrixXd products = MatrixXd::Zero(size + 1, size + 1);
     products.selfadjointView<Eigen::Lower>().rankUpdate(table.transpose());
     // The last diagonal element of the triangle is the length of the residuals that the columns leave.
-    const Eigen::LLT<MatrixXd> triangle(products);
+    const Eigen::LLT<MatrixXd> triangle = triangle_of(products);
     const VectorXd diagonal = triangle.matrixLLT().diagonal();
     if (triangle.info() != Eigen::Success) return {determinant, 0};
     return {determinant + 2 * diagonal.head(size).array().log().sum(), diagonal[size] * diagonal[size]};

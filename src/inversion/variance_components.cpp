@@ -1,9 +1,9 @@
 #include "inversion/variance_components.h"
 
-#include <Eigen/Dense>
 #include <algorithm>
 #include <cmath>
 
+#include "inversion/orthonormal_basis.h"
 #include "inversion/residual_covariance.h"
 
 namespace anomalis::inversion {
@@ -15,21 +15,12 @@ using Eigen::MatrixXd;
 
 constexpr double same_weight = 1.02;
 
-/// Unit vectors at right angles that span the columns.
-MatrixXd span_of_columns(const MatrixXd& columns) {
-    MatrixXd unit = columns;
-    for (Index k = 0; k < unit.cols(); ++k)
-        if (const double norm = unit.col(k).norm(); norm > 0) unit.col(k) /= norm;
-    const Eigen::ColPivHouseholderQR<MatrixXd> qr(unit);
-    return qr.householderQ() * MatrixXd::Identity(unit.rows(), std::min(qr.rank(), unit.rows()));
-}
-
 double component_sigma(const ChannelFit& channel) {
     MatrixXd columns(channel.residual.size(), channel.columns.cols() + channel.regional.cols());
     columns << channel.columns, channel.regional;
     const ResidualCovariance noise = find_residual_covariance(channel.distance, channel.residual, columns);
     if (noise.correlated == 0) return noise.white;
-    const MatrixXd seen_by = span_of_columns(channel.columns);
+    const MatrixXd seen_by = orthonormal_basis_of_units(channel.columns);
     if (seen_by.cols() == 0) return noise.white;
     const double variance = seen_by.cwiseProduct(covariance_times(noise, channel.distance, seen_by)).sum() /
                             static_cast<double>(seen_by.cols());
