@@ -3,6 +3,7 @@
 #include <Eigen/Dense>
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 #include <utility>
 
 #include "core/body_parameters.h"
@@ -74,6 +75,11 @@ class WhitenedProblem : public RowsProblem {
 
 }  // namespace
 
+double square_strike(const Workspace& workspace) {
+    constexpr double degrees_per_radian = 180 / std::numbers::pi, unit = 1e4;
+    return std::round((static_cast<double>(workspace.azimuth) * degrees_per_radian + 90) * unit) / unit + 0.0;
+}
+
 LineFit::LineFit(const Workspace& workspace, std::span<const std::int32_t> channels)
     : workspace_(workspace), channels_(channels.begin(), channels.end()) {
     workspace_.ensemble.reset();
@@ -102,7 +108,7 @@ double LineFit::depth(const ModelBody& body) const {
 }
 
 std::vector<int> LineFit::free_parameters(const ModelBody& body) const {
-    std::vector<int> codes{param_distance, param_dip, param_top};
+    std::vector<int> codes{param_distance, param_strike, param_dip, param_top};
     if (body.type == thick_sheet) codes.push_back(param_width);
     if (body.depth_extent.value > 0) codes.push_back(param_depth_extent);
     if (body.length.value > 0) codes.push_back(param_length);
@@ -124,6 +130,9 @@ FitParameter LineFit::limits(const ModelBody& body, int param_code) const {
     switch (param_code) {
         case param_distance:
             between(first - beyond_window * depth_now, last + beyond_window * depth_now);
+            break;
+        case param_strike:
+            between(square_strike(workspace_) - most_oblique, square_strike(workspace_) + most_oblique);
             break;
         case param_dip:
             between(least_found_dip, most_found_dip);
@@ -154,7 +163,9 @@ FitParameter LineFit::limits(const ModelBody& body, int param_code) const {
             break;
     }
     param.value = std::clamp(param.value, param.lower, param.upper);
-    return fit_parameter(workspace_, body, param_code, param);
+    FitParameter fit = fit_parameter(workspace_, body, param_code, param);
+    if (param_code == param_strike) fit.hold = usual_obliqueness;
+    return fit;
 }
 
 std::vector<LineFit::ChannelRows> LineFit::rows(Pacer& pacer) {

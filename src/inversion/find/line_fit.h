@@ -22,6 +22,11 @@ using LineNoise = std::vector<RowNoise>;
 inline constexpr double least_found_dip = 20, most_found_dip = 160;
 inline constexpr double most_found_width = 3;  ///< depths
 inline constexpr double least_found_width = 0.05;
+/// Degrees that a strike is off the one square to the line: usually, and at most.
+inline constexpr double usual_obliqueness = 12, most_oblique = 30;
+
+/// The strike square to the line, degrees: rounded, so that an east line gives 0.
+double square_strike(const Workspace& workspace);
 
 /// A model as it was fitted.
 struct TriedModel {

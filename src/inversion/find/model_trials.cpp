@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 #include <utility>
 
 #include "core/body_defaults.h"
@@ -32,8 +31,6 @@ constexpr double correlation_price = 6;
 
 /// Of a reading that counts for nothing.
 constexpr double least_weight = 1e-4;
-
-constexpr double degrees_per_radian = 180 / std::numbers::pi;
 
 /// A standard deviation that few large values do not reach.
 double usual_size(const VectorXd& values) {
@@ -108,10 +105,7 @@ ModelBody ModelTrials::body_of(const LineFit& line, const Source& source) const 
         static_cast<float>(elevation_at(workspace, source.distance, column_sensor) - source.depth);
     body.dip.value = static_cast<float>(source.dip);
     body.width.value = static_cast<float>(request_.thick ? source.width : 0.1 * source.depth);
-    // As a new body stands across the line: rounded, so that an east line gives 0.
-    constexpr double unit = 1e4;
-    body.strike.value = static_cast<float>(
-        std::round((static_cast<double>(workspace.azimuth) * degrees_per_radian + 90) * unit) / unit + 0.0);
+    body.strike.value = static_cast<float>(square_strike(workspace));
     body.susc.value = 10000;
     body.density.value = line.magnetic() && line.channels().size() == 1
                              ? default_density
@@ -166,8 +160,13 @@ JudgedModel ModelTrials::judge(const TrialBench& bench, TriedModel model, int fo
             minus_two_log += correlation_price * std::log(static_cast<double>(rows_[c].distance.size()));
     }
     std::size_t parameters = 0;
-    for (std::size_t i = 0; i < free.size(); ++i)
-        if (free[i]) parameters += bench.line.free_parameters(model.bodies[i]).size();
+    for (std::size_t i = 0; i < free.size(); ++i) {
+        if (!free[i]) continue;
+        // What is known of a strike beforehand counts in place of a parameter.
+        parameters += bench.line.free_parameters(model.bodies[i]).size() - 1;
+        const double off = (static_cast<double>(model.bodies[i].strike.value) - square_strike(bench.line.workspace())) / usual_obliqueness;
+        minus_two_log += off * off;
+    }
     for (const LineFit::ChannelRows& rows : rows_) parameters += static_cast<std::size_t>(rows.basis.cols());
     judged.criterion =
         minus_two_log + price * static_cast<double>(parameters) * std::log(std::max(independent, 3.0));
