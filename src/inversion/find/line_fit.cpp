@@ -19,8 +19,9 @@ using Eigen::Index;
 using Eigen::MatrixXd;
 using Eigen::VectorXd;
 
-/// The most that a rock is taken to have, micro SI, and how dense it can be against its surroundings, g/cc.
-constexpr float most_susceptibility = 2e6F, least_susceptibility = 1;
+/// The most that a rock is taken to have, micro SI (a quarter SI is some 7 % of magnetite), and how dense it
+/// can be against its surroundings, g/cc.
+constexpr float most_susceptibility = 2.5e5F, least_susceptibility = 1;
 constexpr float most_contrast = 5;
 /// Found bodies stand so many depths beyond the window at most, and so much of the window deep.
 constexpr double beyond_window = 0, deepest = 0.2;
@@ -72,6 +73,20 @@ class WhitenedProblem : public RowsProblem {
     std::vector<Whitening> whitenings_;
     std::vector<MatrixXd> bases_;  ///< of the regionals, whitened, orthonormal
 };
+
+/// What the anomalies of the free bodies are, each for itself, against what they are together; squares.
+double cancelling_of(FitRows& rows, const std::vector<bool>& free) {
+    VectorXd together = VectorXd::Zero(static_cast<Index>(rows.row_count()));
+    double apart = 0;
+    for (std::size_t i = 0; i < free.size(); ++i) {
+        if (!free[i]) continue;
+        const VectorXd own = rows.share_of(static_cast<std::int32_t>(i) + 1);
+        const VectorXd anomaly = own.array() - own.mean();
+        apart += anomaly.squaredNorm();
+        together += anomaly;
+    }
+    return apart > 0 ? apart / std::max(together.squaredNorm(), 1e-12 * apart) : 1;
+}
 
 }  // namespace
 
@@ -209,7 +224,9 @@ TriedModel LineFit::fit(std::vector<ModelBody> bodies, const std::vector<bool>& 
         body_param(bodies[static_cast<std::size_t>(request.places[i].body) - 1], request.places[i].param_code)
             .value = values[i];
 
+    const double cancelling = cancelling_of(rows, free);
     TriedModel tried{.bodies = std::move(bodies), .degree = degree()};
+    tried.cancelling = cancelling;
     VectorXd whitened(static_cast<Index>(rows.row_count()));
     problem.residuals(values, whitened);
     tried.squares = whitened.squaredNorm();

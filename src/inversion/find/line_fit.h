@@ -36,6 +36,7 @@ struct TriedModel {
         {};  ///< observed less calculated less regional, the rows of all channels, no weights
     Eigen::VectorXd calculated = {};  ///< by the bodies alone, the same rows
     double squares = 0;               ///< of the residuals, whitened
+    double cancelling = 1;  ///< anomalies of the bodies apart over those together: large where they cancel
     bool empty() const { return residual.size() == 0; }
 };
 

@@ -23,11 +23,17 @@ constexpr double least_noise_part = 1e-4;
 constexpr double model_error = 0.01;
 /// Places are many, and one of them always looks like a body: a parameter costs so much more than one that
 /// was chosen before the line was seen.
-constexpr double price = 1.1;
+constexpr double price = 1.0;
 
 /// Correlated noise costs as a body does: where a few bodies explain a line it is not to be taken for
 /// geology.
 constexpr double correlation_price = 6;
+
+/// A model is there to explain the line: what it leaves to other geology is at most this part of the range.
+constexpr double most_correlated_part = 0.08;
+
+/// Bodies that cancel each other explain nothing: what they cost in the criterion.
+constexpr double usual_cancelling = 1.5, cancelling_price = 50;
 
 /// Of a reading that counts for nothing.
 constexpr double least_weight = 1e-4;
@@ -78,6 +84,8 @@ ModelTrials::ModelTrials(LineFit& line, const GrowthRequest& request, Pacer& pac
         floor_.push_back(
             std::max({1e-9, 0.7 * rows.noise,
                       least_noise_part * (rows.observed.maxCoeff() - rows.observed.minCoeff())}));
+        const VectorXd anomaly = rows.observed - rows.basis * (rows.basis.transpose() * rows.observed);
+        most_correlated_.push_back(most_correlated_part * (anomaly.maxCoeff() - anomaly.minCoeff()));
         alone_.push_back(one_beside_lone_readings(rows.observed, floor_.back()));
     }
 }
@@ -86,6 +94,7 @@ ModelTrials::ModelTrials(LineFit& line, const ModelTrials& other, Pacer& pacer)
     : request_(other.request_),
       rows_(line.rows(pacer)),
       floor_(other.floor_),
+      most_correlated_(other.most_correlated_),
       alone_(other.alone_),
       bank_(other.bank_) {}
 
@@ -139,6 +148,7 @@ LineNoise ModelTrials::noise_of(const TriedModel& model, Pacer& pacer) const {
         own.covariance = find_residual_covariance(rows_[c].distance, residual.cwiseProduct(own.weight),
                                                   rows_[c].basis, pacer);
         own.covariance.white = std::max(own.covariance.white, floor_[c]);
+        own.covariance.correlated = std::min(own.covariance.correlated, most_correlated_[c]);
         at += count;
     }
     return noise;
@@ -151,8 +161,10 @@ JudgedModel ModelTrials::judge(const TrialBench& bench, TriedModel model, int fo
         model = bench.line.fit(std::move(model.bodies), free, judged.noise, polish_iterations, bench.pacer);
         judged.noise = noise_of(model, bench.pacer);
     }
+    const double cancelling = model.cancelling;
     model = bench.line.as_it_is(std::move(model.bodies), judged.noise, bench.pacer);
-    double minus_two_log = model.squares, independent = 0;
+    double minus_two_log = model.squares + cancelling_price * std::max(cancelling - usual_cancelling, 0.0);
+    double independent = 0;
     for (std::size_t c = 0; c < rows_.size(); ++c) {
         minus_two_log += Whitening(judged.noise[c], rows_[c].distance).log_determinant();
         independent += static_cast<double>(rows_[c].distance.size());
@@ -164,7 +176,9 @@ JudgedModel ModelTrials::judge(const TrialBench& bench, TriedModel model, int fo
         if (!free[i]) continue;
         // What is known of a strike beforehand counts in place of a parameter.
         parameters += bench.line.free_parameters(model.bodies[i]).size() - 1;
-        const double off = (static_cast<double>(model.bodies[i].strike.value) - square_strike(bench.line.workspace())) / usual_obliqueness;
+        const double off =
+            (static_cast<double>(model.bodies[i].strike.value) - square_strike(bench.line.workspace())) /
+            usual_obliqueness;
         minus_two_log += off * off;
     }
     for (const LineFit::ChannelRows& rows : rows_) parameters += static_cast<std::size_t>(rows.basis.cols());

@@ -69,8 +69,9 @@ class ModelTrials {
 
     GrowthRequest request_;
     std::vector<LineFit::ChannelRows> rows_;
-    std::vector<double> floor_;           ///< of the noise of each channel
-    std::vector<Eigen::VectorXd> alone_;  ///< of each channel, 0 at readings that stand alone
+    std::vector<double> floor_;            ///< of the noise of each channel
+    std::vector<double> most_correlated_;  ///< of each channel, its unit
+    std::vector<Eigen::VectorXd> alone_;   ///< of each channel, 0 at readings that stand alone
     std::shared_ptr<const SourceBank> bank_;
 };
 
