@@ -19,9 +19,10 @@ using Eigen::Index;
 using Eigen::MatrixXd;
 using Eigen::VectorXd;
 
-/// The most that a rock is taken to have, micro SI (a quarter SI is some 7 % of magnetite), and how dense it
-/// can be against its surroundings, g/cc.
-constexpr float most_susceptibility = 2.5e5F, least_susceptibility = 1;
+/// The most that a rock is taken to have, micro SI (basic dykes hardly exceed it, Clark and Emerson 1991:
+/// of a thin one the line knows width times susceptibility alone), and how dense it can be against its
+/// surroundings, g/cc.
+constexpr float most_susceptibility = 1.5e5F, least_susceptibility = 1;
 constexpr float most_contrast = 5;
 /// Found bodies stand so many depths beyond the window at most, and so much of the window deep.
 constexpr double beyond_window = 0, deepest = 0.2;
