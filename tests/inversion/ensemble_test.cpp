@@ -140,12 +140,18 @@ TEST(Ensemble, more_noise_makes_wider_bands) {
         EXPECT_GT(length(of(*b.ensemble, 1, code)), 1.3 * length(of(*a.ensemble, 1, code)));
 }
 
-TEST(Ensemble, words_say_depths_below_ground_and_what_is_open_alone) {
+TEST(Ensemble, words_say_depths_and_what_is_open_alone) {
     CoverageLine line(dyke_in(Disturbance::white));
-    const EnsembleResult result = ensemble_of(line.prepare(1), {.samples = 20});
+    Workspace workspace = line.prepare(1);
+    const EnsembleResult result = ensemble_of(workspace, {.samples = 20});
     ASSERT_TRUE(result.ensemble);
     const std::vector<std::string>& words = result.ensemble->words;
-    EXPECT_TRUE(said(words, "Top of body 1: ", " m below ground (90 %)"));
+    // A column of the sensor alone does not tell the ground.
+    EXPECT_TRUE(said(words, "Top of body 1: ", " m below the sensor (90 %)"));
+    workspace.definition.dtm_column = 4;
+    const EnsembleResult known = ensemble_of(workspace, {.samples = 20});
+    ASSERT_TRUE(known.ensemble);
+    EXPECT_TRUE(said(known.ensemble->words, "Top of body 1: ", " m below ground (90 %)"));
     EXPECT_TRUE(said(words, "Width of body 1: below ", " m (90 %)"));
     EXPECT_TRUE(said(words, "Dip of body 1: ", "° (90 %)"));
     EXPECT_TRUE(said(words, "Susceptibility of body 1: ", " µSI (90 %)"));

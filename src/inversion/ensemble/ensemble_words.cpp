@@ -8,6 +8,7 @@
 #include "core/worth_text.h"
 #include "inversion/ensemble/ensemble_bands.h"
 #include "inversion/line_place.h"
+#include "model/burial_depth.h"
 
 namespace anomalis::inversion {
 
@@ -94,17 +95,18 @@ Band Words::band_of(const std::vector<double>& values) const {
     return {quantile(own, 0.05), quantile(own, 0.95)};
 }
 
-/// Depths of the top below the ground over it, in each model.
+/// Depths of the top below the ground over it, in each model; where no ground is known, below the sensor.
 Band Words::burial(std::size_t top) const {
     const EnsembleParameter& parameter = ensemble_.parameters[top];
     const std::optional<std::size_t> distance = index_of(parameter.body, param_distance);
+    const StationColumn column = model::ground_is_known(workspace_) ? column_ground : column_sensor;
     std::vector<double> depths;
     for (const EnsembleSample& sample : ensemble_.samples) {
         const auto there = static_cast<double>(sample.values[top]);
         if (std::isnan(there)) continue;
         const auto place = static_cast<double>(distance ? sample.values[*distance]
                                                         : workspace_.body(parameter.body).distance.value);
-        depths.push_back(elevation_at(workspace_, place, column_ground) - there);
+        depths.push_back(elevation_at(workspace_, place, column) - there);
     }
     Band band = band_of(depths);
     if (std::isnan(parameter.upper)) band.lower = open;
@@ -122,7 +124,9 @@ std::string Words::parameter_words(std::size_t i) const {
     const EnsembleParameter& parameter = ensemble_.parameters[i];
     const std::int32_t type = workspace_.body(parameter.body).type;
     const std::string name = name_of(type, parameter.param_code) + of_body(parameter.body);
-    if (parameter.param_code == param_top) return sentence(name, burial(i), "m", " below ground");
+    if (parameter.param_code == param_top)
+        return sentence(name, burial(i), "m",
+                        model::ground_is_known(workspace_) ? " below ground" : " below the sensor");
     return sentence(name, {parameter.lower, parameter.upper},
                     body_parameter(parameter.param_code).grid.unit.of(type));
 }

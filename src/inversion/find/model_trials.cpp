@@ -23,7 +23,7 @@ constexpr double least_noise_part = 1e-4;
 constexpr double model_error = 0.01;
 /// Places are many, and one of them always looks like a body: a parameter costs so much more than one that
 /// was chosen before the line was seen.
-constexpr double price = 1.0;
+constexpr double price = 1.1;
 
 /// Correlated noise costs as a body does: where a few bodies explain a line it is not to be taken for
 /// geology.
