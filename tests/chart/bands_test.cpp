@@ -129,7 +129,8 @@ TEST(Bands, take_no_part_in_ranges_and_selection) {
     rig.chart.YAxisMin(-99999);
     rig.chart.YAxisMax(-99999);
     rig.register_series({0, 7400}, {0, 1}, line_series);
-    const ChartBand far{rig.xs, Values(5, -1e6), Values(5, 1e6), pale};
+    const Values lowest(5, -1e6), highest(5, 1e6);
+    const ChartBand far{rig.xs, lowest, highest, pale};
     rig.chart.DisplayChart();
     const Rect before = rig.chart.ViewLimits();
     rig.chart.RegisterBands({&far, 1});
