@@ -24,8 +24,8 @@ using Eigen::VectorXd;
 /// surroundings, g/cc.
 constexpr float most_susceptibility = 1.5e5F, least_susceptibility = 1;
 constexpr float most_contrast = 5;
-/// Found bodies stand so many depths beyond the window at most, and so much of the window deep.
-constexpr double beyond_window = 0, deepest = 0.2;
+/// Found bodies stand inside the window, and so much of it deep at most.
+constexpr double deepest = 0.2;
 
 /// Least squares of whitened rows: bodies and regional against the noise of the line.
 class WhitenedProblem : public RowsProblem {
@@ -145,7 +145,7 @@ FitParameter LineFit::limits(const ModelBody& body, int param_code) const {
     };
     switch (param_code) {
         case param_distance:
-            between(first - beyond_window * depth_now, last + beyond_window * depth_now);
+            between(first, last);
             break;
         case param_strike:
             between(square_strike(workspace_) - most_oblique, square_strike(workspace_) + most_oblique);
