@@ -14,6 +14,9 @@ build libemf-dev          enhanced metafiles
 build libeigen3-dev       the least-squares solver
 build libcli11-dev        the command line of anomalis-batch
 build nlohmann-json3-dev  JSON output
+build libproj-dev         coordinate systems
+build libsqlite3-dev      GeoPackage files
+build zlib1g-dev          packed survey files
 build fonts-dejavu-core   the font of the charts on a machine without a desktop
 test  libgtest-dev        the tests
 test  libgmock-dev        the tests

@@ -12,6 +12,7 @@
 #include "core/filter_scratch.h"
 #include "core/fit_record.h"
 #include "core/formulas.h"
+#include "core/line_source.h"
 #include "core/model_body.h"
 #include "core/point_transform.h"
 #include "core/regional.h"
@@ -228,6 +229,8 @@ struct Workspace : LineGeometry {
     DataDefinition definition;
     float station_spacing = 0;      ///< m; 0 keeps the stations of the file
     float min_station_spacing = 0;  ///< m; closer stations are merged
+    float gap_distance = 0;         ///< m; stations farther apart bound a gap; 0 knows of none
+    LineSource source;
     PointTransform transform;
     float surface_elevation = 0;  ///< m
     float sensor_offset = 10;     ///< m

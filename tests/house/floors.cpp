@@ -9,10 +9,11 @@ namespace anomalis::house {
 namespace {
 
 const std::map<std::string, int> floors{
-    {"core", 0},   {"vector", 0},       {"transform", 1},      {"intake", 1},   {"forward", 1},
-    {"filter", 1}, {"model", 2},        {"workspace_file", 2}, {"edit", 3},     {"inversion", 3},
-    {"show", 4},   {"output", 4},       {"diagnostics", 4},    {"flow", 5},     {"batch", 6},
-    {"window", 6}, {"transform/qt", 5}, {"diagnostics/qt", 5}, {"chart/qt", 5}, {"app", 7},
+    {"core", 0},      {"vector", 0}, {"transform", 1},    {"intake", 1},         {"forward", 1},
+    {"filter", 1},    {"field", 1},  {"model", 2},        {"workspace_file", 2}, {"edit", 3},
+    {"inversion", 3}, {"show", 4},   {"output", 4},       {"diagnostics", 4},    {"flow", 5},
+    {"batch", 6},     {"window", 6}, {"transform/qt", 5}, {"diagnostics/qt", 5}, {"chart/qt", 5},
+    {"app", 7},
 };
 
 const std::set<std::string> chart_may_include{"core/numbers.h", "core/text.h", "core/failure.h",
@@ -24,11 +25,10 @@ const std::set<std::pair<std::string, std::string>> neighbours{
 };
 
 /// Each foreign library stays in one place, and out of its headers.
-const std::map<std::string, std::string> library_places{
-    {"libEMF/", "chart/emf_device"},
-    {"Eigen/", "inversion/"},
-    {"CLI/", "batch/"},
-    {"nlohmann/", "batch/"},
+const std::multimap<std::string, std::string> library_places{
+    {"libEMF/", "chart/emf_device"}, {"Eigen/", "inversion/"},           {"CLI/", "batch/"},
+    {"nlohmann/", "batch/"},         {"nlohmann/", "output/geojson"},    {"proj.h", "intake/coordinates/"},
+    {"zlib.h", "intake/formats/"},   {"sqlite3.h", "output/geopackage"},
 };
 
 bool starts_with(const std::string& text, const std::string& start) {
@@ -68,14 +68,18 @@ std::string own_include_error(const std::string& from, const std::string& includ
 
 std::string foreign_include_error(const std::string& from, const std::string& included) {
     if (starts_with(included, "Q")) return may_use_qt(room_of(from)) ? "" : "no window system here";
+    std::string places;
     for (const auto& [library, place] : library_places) {
         if (!starts_with(included, library)) continue;
-        if (!starts_with(from, place)) return "this library is used in " + place + " alone";
+        if (!starts_with(from, place)) {
+            places += (places.empty() ? "" : " and ") + place;
+            continue;
+        }
         // The matrices of a fit go between the files of its room; its folder alone finds the library.
         const bool in_room = place.ends_with('/') && library == "Eigen/";
         return from.ends_with(".h") && !in_room ? "a header must not show types of this library" : "";
     }
-    return "";
+    return places.empty() ? "" : "this library is used in " + places + " alone";
 }
 
 std::optional<Include> parse_include(const std::string& line) {
