@@ -42,9 +42,16 @@ bool of_line(std::string_view setting) {
     return setting == "first_station" || setting == "last_station";
 }
 
+/// A line without gaps bears the mark that it had before there were any.
+bool says_nothing(std::string_view setting, const Workspace& workspace) {
+    return setting == "gap_distance" && !(workspace.gap_distance > 0);
+}
+
 void add_settings(const Workspace& workspace, FileDigits& digits) {
     for_each_setting([&](const auto& row) {
-        if (row.stale.any() && row.counts(workspace) && !of_line(row.name)) digits.add(row.get(workspace));
+        if (row.stale.any() && row.counts(workspace) && !of_line(row.name) &&
+            !says_nothing(row.name, workspace))
+            digits.add(row.get(workspace));
     });
     // What the readings do not show.
     const DataDefinition& definition = workspace.definition;

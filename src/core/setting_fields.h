@@ -93,6 +93,10 @@ inline constexpr std::tuple setting_fields{SettingField{"formulas", [](auto& w) 
 }
 , all_rows
 }
+, SettingField{"gap_distance", [](auto& w) -> auto& {return w.gap_distance;
+}
+, all_rows
+}
 , SettingField{"mag_base", [](auto& w) -> auto& {return w.mag.base;
 }
 , Stale{.mag_rows = true}, mag_base_counts
@@ -115,10 +119,16 @@ inline constexpr std::tuple setting_fields{SettingField{"formulas", [](auto& w) 
 }
 , SettingField{"mag_regional_degree", [](auto& w) -> auto& {return w.mag.regional_degree;
 }
-, Stale{.mag_rows = true}}
+, Stale {
+    .mag_rows = true
+}
+}
 , SettingField{"grav_regional_degree", [](auto& w) -> auto& {return w.grav.regional_degree;
 }
-, Stale{.grav_rows = true}}
+, Stale {
+    .grav_rows = true
+}
+}
 , SettingField{"mag_noise", [](auto& w) -> auto& {return w.mag.noise;
 }
 }

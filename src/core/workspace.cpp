@@ -76,6 +76,8 @@ void invalidate_filtered_data(int mode, Workspace& workspace) {
 LineInputs line_inputs(const Workspace& workspace) {
     LineInputs inputs{workspace.definition, workspace.station_spacing, workspace.min_station_spacing,
                       workspace.transform};
+    if (workspace.station_spacing > 0 || workspace.min_station_spacing > 0)
+        inputs.gap_distance = workspace.gap_distance;
     inputs.definition.data_file_date = 0;
     return inputs;
 }

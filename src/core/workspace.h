@@ -12,6 +12,7 @@
 #include "core/filter_scratch.h"
 #include "core/fit_record.h"
 #include "core/formulas.h"
+#include "core/gaps.h"
 #include "core/line_source.h"
 #include "core/model_body.h"
 #include "core/point_transform.h"
@@ -166,6 +167,7 @@ struct Channel {
     ChannelTable work;                                            ///< what a run tries
     bool observed_filtered = false, calculated_filtered = false;  ///< the rows are up to date
     std::vector<std::uint64_t> summed;  ///< the calculations that the calculated raw row is the sum of
+    ChannelGaps gaps;                   ///< that the filtered rows stay within
 };
 
 /// The range of a magnetic column starts empty, and its base level is the mean until somebody says otherwise.
@@ -216,11 +218,12 @@ struct LineInputs {
     float station_spacing = 0;
     float min_station_spacing = 0;
     PointTransform transform;
+    float gap_distance = 0;  ///< where stations are merged or resampled, which stop at a gap
     bool operator==(const LineInputs&) const = default;
 };
 
 /// The settings that derived values hang on, in the order of core/setting_fields.h.
-using SettingInputs = std::array<double, 20>;
+using SettingInputs = std::array<double, 21>;
 
 /// The one session record: what the data are, where the stations stand, what the model is.
 struct Workspace : LineGeometry {
