@@ -88,6 +88,10 @@ void settle_body(ModelBody& body) {
         if (row.held_by_wires) (body.*row.slot).vary = 0;
 }
 
+void settle_bodies(Workspace& workspace) {
+    for (int number = 1; number <= workspace.body_count; ++number) settle_body(workspace.body(number));
+}
+
 bool change_body_type(Workbench& workbench, std::int32_t type) {
     ModelBody* body = current_body(workbench);
     if (!body || workbench.session.workspace.station_count <= 0 || type == body->type) return false;

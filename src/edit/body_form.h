@@ -7,6 +7,7 @@
 
 namespace anomalis {
 struct ModelBody;
+struct Workspace;
 }  // namespace anomalis
 
 // The current body beside its parameters: type, name, marks, colour, the shape of a pipe.
@@ -24,6 +25,8 @@ std::string of_current_body(const Workbench& workbench, std::string_view what);
 /// Puts a body in order that a file or the settings brought: a type without a name becomes a thin sheet; a
 /// wire's diameter and length cannot vary. That is no step of the person's.
 void settle_body(ModelBody& body);
+/// All bodies of a workspace.
+void settle_bodies(Workspace& workspace);
 
 /// Gives the current body another type. A sheet that becomes a pipe or a wire loses 90 degrees of dip; a pipe
 /// or a wire gains 90 whatever it becomes. False without stations, without a body and for its present type.

@@ -1,6 +1,7 @@
 #include "edit/change.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "core/workspace.h"
 #include "edit/workbench.h"
@@ -29,13 +30,14 @@ HistoryStep settle(Workbench& workbench, const History::Move& move) {
     session.model_changed = true;
     workbench.unsaved = workbench.history.unsaved();
     const bool line = line_loaded(session.workspace);
-    if (!line) reset_view(session.workspace, workbench.view, session.prompts);
+    if (!line || move.whole) reset_view(session.workspace, workbench.view, session.prompts);
     return {.moved = true,
             .what = move.what,
             .another_file = move.another_file,
             .settings = difference.settings || move.another_file,
             .line_lost = !line,
-            .line_wanted = move.line_wanted};
+            .line_wanted = move.line_wanted,
+            .line_back = move.whole && line};
 }
 
 }  // namespace
@@ -47,6 +49,15 @@ void note_change(Workbench& workbench, const ModelChange& change) {
     workbench.history.note(workbench, change);
     workbench.unsaved = workbench.history.unsaved();
     if (change.body_list) bodies_listed_anew(workbench);
+}
+
+void note_other_model(Workbench& workbench, const std::string& what, std::shared_ptr<Workspace> former,
+                      const std::string& title) {
+    workbench.session.model_changed = true;
+    workbench.forget_marks();
+    workbench.history.note_other_model(workbench, what, std::move(former), title);
+    workbench.unsaved = workbench.history.unsaved();
+    bodies_listed_anew(workbench);
 }
 
 void note_saved(Workbench& workbench) {

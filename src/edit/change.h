@@ -1,6 +1,11 @@
 #pragma once
 
+#include <memory>
 #include <string>
+
+namespace anomalis {
+struct Workspace;
+}  // namespace anomalis
 
 namespace anomalis::edit {
 
@@ -18,6 +23,12 @@ struct ModelChange {
 /// unsaved if anything differs; the change can be taken back. After a change of the list of bodies the
 /// inversion forgets its parameters, which would mean other bodies now.
 void note_change(Workbench& workbench, const ModelChange& change);
+
+/// After another model took the place of the one that `settle_history` was told of last, with a file of its
+/// own or with none, where it goes by `title`: one step, which brings the former one back with its name, its
+/// line and whether it was saved. `former` is it; null lets its line be loaded again. The new one is unsaved.
+void note_other_model(Workbench& workbench, const std::string& what, std::shared_ptr<Workspace> former,
+                      const std::string& title);
 
 /// After every successful write of everything, and every full read: the model is what its file holds.
 void note_saved(Workbench& workbench);
@@ -39,6 +50,7 @@ struct HistoryStep {
     bool settings = false;      ///< the boxes must be filled anew
     bool line_lost = false;     ///< the data are to be read in another way: the stations are gone
     bool line_wanted = false;   ///< there was a line: it must be loaded again
+    bool line_back = false;     ///< the other model came with its line: nothing is to be loaded
 };
 
 /// Takes the last change back, or makes it again. The body that it touched becomes the current one.

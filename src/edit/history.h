@@ -6,7 +6,12 @@
 #include <memory>
 #include <string>
 
+#include "edit/line_reports.h"
 #include "edit/model_state.h"
+
+namespace anomalis {
+struct Workspace;
+}  // namespace anomalis
 
 namespace anomalis::edit {
 
@@ -30,6 +35,11 @@ class History {
     void start(const Workbench& workbench);
     /// The model was changed: a step, unless nothing differs or the gesture of the last step goes on.
     void note(const Workbench& workbench, const ModelChange& change);
+    /// Another model stands in place of the one that was absorbed last: a step that brings that one back.
+    /// `former` is it with its line; null where that is too long to be kept, and is loaded again. `title` is
+    /// what an untitled model goes by.
+    void note_other_model(const Workbench& workbench, const std::string& what,
+                          std::shared_ptr<Workspace> former, const std::string& title);
     /// What a load or a calculation settles by itself belongs to the step before.
     void absorb(const Workbench& workbench);
     /// The model is what its file holds.
@@ -37,6 +47,10 @@ class History {
     /// No file holds the model as it stands.
     void forget_saved();
 
+    /// Whether `note_other_model` would keep the line of a workspace.
+    static bool keeps_line(const Workspace& workspace);
+    /// What a model without a file goes by: "copy of dyke_swarm.axm"; "" for none.
+    std::string title() const { return current_.document ? current_.document->title : ""; }
     bool unsaved() const { return current_.document && !current_.saved; }
     bool can_undo() const { return !undo_.empty(); }
     bool can_redo() const { return !redo_.empty(); }
@@ -51,6 +65,7 @@ class History {
         StateDifference difference;
         bool line_wanted = false;  ///< this state had a line, which must be loaded again
         bool another_file = false;
+        bool whole = false;  ///< the other model came back with its line and all that was calculated
     };
     /// One step back or forward: workspace and base levels change, nothing is calculated.
     Move undo(Workbench& workbench) { return move(workbench, undo_, redo_); }
@@ -61,6 +76,9 @@ class History {
     struct Document {
         std::string file;
         double date = 0;
+        std::string title = {};                ///< while it has no file
+        std::shared_ptr<Workspace> left = {};  ///< as it stood when another model took its place; or null
+        LineReports reports = {};              ///< of that time
     };
     struct Snapshot {
         ModelState model;
@@ -74,7 +92,10 @@ class History {
         std::string what;
     };
     using Steps = std::deque<Step>;
+    /// Former models that keep their lines; the others load them again.
+    static constexpr std::size_t kept_lines = 4;
 
+    void keep_left(Document& document, std::shared_ptr<Workspace> workspace);
     void refresh(const Workbench& workbench, const ModelState& model);
     Move move(Workbench& workbench, Steps& from, Steps& to);
 

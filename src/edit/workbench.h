@@ -8,6 +8,7 @@
 #include "core/file_stamp.h"
 #include "core/session.h"
 #include "edit/history.h"
+#include "edit/line_reports.h"
 #include "edit/view_state.h"
 #include "intake/definition.h"
 
@@ -21,6 +22,7 @@ struct Workbench {
     Session& session;
     ViewState view;
     intake::FileHead head;  ///< the first lines of the data file
+    LineReports reports;
     /// Which base levels (magnetics, gravity) came from the mean of the data and not from a person or a file.
     std::array<bool, 2> base_from_mean{};
     /// Whether the model is as the last fit left it, once somebody has looked; every change forgets it.

@@ -1,5 +1,8 @@
 #include "flow/open_flow.h"
 
+#include <memory>
+#include <utility>
+
 #include "core/failure.h"
 #include "core/leftovers.h"
 #include "core/numbers.h"
@@ -9,6 +12,7 @@
 #include "edit/workbench.h"
 #include "edit/zoom.h"
 #include "flow/recent_files.h"
+#include "flow/take_line.h"
 #include "intake/load.h"
 #include "inversion/parameters.h"
 #include "model/refresh_model.h"
@@ -26,14 +30,10 @@ const FileRequest data_request{"Select the observed  data file",
                                "All files (*.*)|*.*",
                                "", ""};
 
-void settle_bodies(Workspace& workspace) {
-    for (int number = 1; number <= workspace.body_count; ++number) edit::settle_body(workspace.body(number));
-}
-
 /// What every read leaves behind.
 void forget_line(edit::Workbench& workbench) {
     Session& session = workbench.session;
-    settle_bodies(session.workspace);
+    edit::settle_bodies(session.workspace);
     drop_stations(session.workspace);
     workbench.view.current_body = 1;
     edit::reset_view(session.workspace, workbench.view, session.prompts);
@@ -55,28 +55,29 @@ void take_settings_of_file(edit::Workbench& workbench) {
 }
 
 /// A read changes the model like an edit does. After a full one it is what the file holds.
-void note_read(edit::Workbench& workbench, ReadMode mode, const std::string& path) {
+void note_read(edit::Workbench& workbench, ReadMode mode, const std::string& path,
+               std::shared_ptr<Workspace> former) {
     Session& session = workbench.session;
-    edit::note_change(workbench, {"read " + file_name(path), "", true});
+    const std::string step = "read " + file_name(path);
+    if (former) {
+        edit::note_other_model(workbench, step, std::move(former), "");
+    } else {
+        edit::note_change(workbench, {step, "", true});
+    }
     if (mode != ReadMode::everything) return;
+    workbench.reports = {};
     session.model_changed = false;
     edit::note_saved(workbench);
     add_to_recent_files(path, recent_files_section, session.settings, workbench.recent_files,
                         session.prompts);
 }
 
-LoadResult load_result(const Workspace& workspace) {
-    LoadResult result;
-    result.loaded = edit::line_loaded(workspace);
-    const int n = workspace.station_count;
-    if (n <= 0) return result;
-    const double length = workspace.distances.last();
-    result.number_of_locations = format_number(workspace.station_count, "0");
-    result.line_length = format_number(length, "0.00");
-    result.line_spacing = format_number(length / n, "0.000");
-    if (workspace.has_mag()) result.mag_base = format_number(workspace.mag.base, "0.00");
-    if (workspace.has_grav()) result.grav_base = format_number(workspace.grav.base, "0.00");
-    return result;
+/// The present model, to be brought back whole; none where its own file is read again, or its line is long.
+std::shared_ptr<Workspace> kept_model(edit::Workbench& workbench, const std::string& path) {
+    const Workspace& workspace = workbench.session.workspace;
+    if (workspace.model_file == path || !edit::History::keeps_line(workspace)) return nullptr;
+    edit::settle_history(workbench);
+    return std::make_shared<Workspace>(workspace);
 }
 
 }  // namespace
@@ -103,14 +104,33 @@ OpenOutcome open_model_file(edit::Workbench& workbench, ReadMode mode, const std
     const MessageScope scope(session.prompts);
     remove_leftovers(folder_name(whole_path(path)));
     const FileStamp stamp = stamp_file(path);
+    auto former = mode == ReadMode::everything ? kept_model(workbench, path) : nullptr;
     if (workspace_file::read_model_parameters(static_cast<int>(mode), session.workspace, path,
                                               session.settings, session.prompts) != 0)
         return OpenOutcome::failed;
     if (mode == ReadMode::everything) take_settings_of_file(workbench);
     forget_line(workbench);
     refresh_data_head(workbench);
-    note_read(workbench, mode, path);
+    note_read(workbench, mode, path, std::move(former));
     if (mode == ReadMode::everything) workbench.known_files.note(path, stamp);
+    return OpenOutcome::opened;
+}
+
+OpenOutcome open_copy(edit::Workbench& workbench, const std::string& path) {
+    Session& session = workbench.session;
+    if (file_exists(path).empty()) {
+        session.prompts.message("That file does not exist");
+        return OpenOutcome::missing;
+    }
+    const MessageScope scope(session.prompts);
+    Workspace copy = workspace_of_new_line(workbench);
+    copy.source = {};
+    if (workspace_file::read_model_parameters(static_cast<int>(ReadMode::everything), copy, path,
+                                              session.settings, session.prompts) != 0)
+        return OpenOutcome::failed;
+    const std::string name = "copy of " + file_name(path);
+    start_untitled(workbench, std::move(copy), {.step = name, .title = name});
+    take_settings_of_file(workbench);
     return OpenOutcome::opened;
 }
 
@@ -174,6 +194,20 @@ void refresh_data_head(edit::Workbench& workbench) {
     intake::show_data_file_head(workbench.session.workspace, workbench.head, workbench.session.prompts);
 }
 
+LoadResult line_on_show(const Workspace& workspace) {
+    LoadResult result;
+    result.loaded = edit::line_loaded(workspace);
+    const int n = workspace.station_count;
+    if (n <= 0) return result;
+    const double length = workspace.distances.last();
+    result.number_of_locations = format_number(workspace.station_count, "0");
+    result.line_length = format_number(length, "0.00");
+    result.line_spacing = format_number(length / n, "0.000");
+    if (workspace.has_mag()) result.mag_base = format_number(workspace.mag.base, "0.00");
+    if (workspace.has_grav()) result.grav_base = format_number(workspace.grav.base, "0.00");
+    return result;
+}
+
 LoadResult load_line(edit::Workbench& workbench) {
     Session& session = workbench.session;
     Workspace& workspace = session.workspace;
@@ -186,11 +220,14 @@ LoadResult load_line(edit::Workbench& workbench) {
     workbench.known_files.note(workspace.definition.data_file, stamp);
     edit::reset_view(workspace, workbench.view, session.prompts);
     edit::settle_history(workbench);
-    return load_result(workspace);
+    return line_on_show(workspace);
 }
 
-std::string window_caption(const Workspace& workspace) {
-    return workspace.model_file.empty() ? "Anomalis" : "Anomalis: " + file_name(workspace.model_file);
+std::string window_caption(const edit::Workbench& workbench) {
+    const std::string& file = workbench.session.workspace.model_file;
+    const std::string title = workbench.history.title();
+    if (!file.empty()) return "Anomalis: " + file_name(file);
+    return title.empty() ? "Anomalis" : "Anomalis: untitled, " + title;
 }
 
 }  // namespace anomalis::flow

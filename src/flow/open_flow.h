@@ -35,6 +35,10 @@ OpenOutcome open_model_file(edit::Workbench& workbench, ReadMode mode, const std
 /// in the list.
 OpenOutcome open_recent_file(edit::Workbench& workbench, int index);
 
+/// Opens a workspace file, such as an example, as an untitled copy: the file is read and never written. Its
+/// data file stays where it is.
+OpenOutcome open_copy(edit::Workbench& workbench, const std::string& path);
+
 /// Takes a whole model from the text of a workspace file that is no longer, or not yet, what `model_file`
 /// holds: it goes by that name, and is unsaved.
 OpenOutcome bring_back_model(edit::Workbench& workbench, const std::string& text,
@@ -44,8 +48,8 @@ OpenOutcome bring_back_model(edit::Workbench& workbench, const std::string& text
 /// folder the current one. Returns false after a cancel: nothing has changed.
 bool choose_data_file(edit::Workbench& workbench);
 
-/// Makes a file the observed data file: its head is read, the stations are dropped, and base levels that were
-/// the mean of the file before are taken anew.
+/// Makes a file the observed data file of the present model: its head is read, the stations are dropped, and
+/// base levels that were the mean of the file before are taken anew.
 void set_data_file(edit::Workbench& workbench, const std::string& path);
 
 /// Reads the head of the data file; a missing file leaves it empty.
@@ -61,7 +65,10 @@ struct LoadResult {
 /// Loads the observed data, chooses the inversion channel and shows the whole line again.
 LoadResult load_line(edit::Workbench& workbench);
 
-/// The window's caption.
-std::string window_caption(const Workspace& workspace);
+/// The same of the line that stands, without a load: after a step that brought it back.
+LoadResult line_on_show(const Workspace& workspace);
+
+/// The window's caption: the file of the model, or what an untitled one goes by.
+std::string window_caption(const edit::Workbench& workbench);
 
 }  // namespace anomalis::flow

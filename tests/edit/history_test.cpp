@@ -261,7 +261,8 @@ TEST(History, brings_back_the_unsaved_model_that_another_file_was_read_over) {
     EXPECT_FALSE(sample.workbench.unsaved);
     const HistoryStep step = undo_change(sample.workbench);
     EXPECT_TRUE(step.another_file);
-    EXPECT_TRUE(step.line_wanted);
+    EXPECT_TRUE(step.line_back);
+    EXPECT_FALSE(step.line_wanted);
     EXPECT_TRUE(sample.workbench.unsaved);
     EXPECT_EQ(sample.workspace().model_file, "first.axm");
     EXPECT_EQ(sample.text(), before);

@@ -381,9 +381,9 @@ TEST(OpenFlow, a_load_that_stops_leaves_everything_blank) {
 
 TEST(OpenFlow, the_caption_names_the_file) {
     Flow flow;
-    EXPECT_EQ(window_caption(flow.workspace()), "Anomalis");
+    EXPECT_EQ(window_caption(flow.workbench), "Anomalis");
     open_model_file(flow.workbench, ReadMode::everything, flow.model_path);
-    EXPECT_EQ(window_caption(flow.workspace()), "Anomalis: line.axm");
+    EXPECT_EQ(window_caption(flow.workbench), "Anomalis: line.axm");
 }
 
 }  // namespace anomalis::flow

@@ -59,6 +59,7 @@ void HistoryController::tell(const edit::HistoryStep& step) {
     if (step.another_file || step.line_lost) flow::refresh_data_head(workbench_);
     if (step.settings) news_.tell(News::boxes | News::step_taken);
     if (step.line_lost) line_.line_dropped({});
+    if (step.line_back) line_.show_line();
     if (step.line_wanted) line_.load();
     news_.tell(News::bodies | News::current_body | News::settings | News::file);
 }

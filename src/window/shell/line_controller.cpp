@@ -67,14 +67,22 @@ void LineController::load() {
     status_.show_progress(0);
     page_.definitions().blank_results();
     const flow::LoadResult result = flow::load_line(workbench_);
-    page_.definitions().show_result(result);
-    page_.processing().show_base_texts(result.mag_base, result.grav_base);
-    begin_anew(workbench_, news_, News::line);
+    show(result);
     status_.show_progress(-1);
     if (result.loaded)
         status_.show_text(tr("%1 stations over %2 m loaded")
                               .arg(QString::fromStdString(result.number_of_locations),
                                    QString::fromStdString(result.line_length)));
+}
+
+void LineController::show_line() {
+    show(flow::line_on_show(workbench_.session.workspace));
+}
+
+void LineController::show(const flow::LoadResult& result) {
+    page_.definitions().show_result(result);
+    page_.processing().show_base_texts(result.mag_base, result.grav_base);
+    begin_anew(workbench_, news_, News::line);
 }
 
 void LineController::line_dropped(WhatChanged also) {

@@ -10,6 +10,10 @@ namespace anomalis::edit {
 struct Workbench;
 }  // namespace anomalis::edit
 
+namespace anomalis::flow {
+struct LoadResult;
+}  // namespace anomalis::flow
+
 namespace anomalis::window {
 
 class DefinitionsPage;
@@ -28,12 +32,15 @@ class LineController : public QObject {
 
     /// Reads the data; nothing is asked at the gate.
     void load();
+    /// Shows the line that stands: after a step that brought another model back with its line.
+    void show_line();
     /// Makes a file the observed data file.
     void take_data_file(const std::string& path);
     /// The stations are gone: no box tells of them.
     void line_dropped(WhatChanged also);
 
   private:
+    void show(const flow::LoadResult& result);
     void choose_data();
     void define_transform();
 

@@ -59,7 +59,7 @@ void SaveController::show_saved(flow::SaveOutcome outcome) {
 
 void SaveController::follow() {
     const QString caption =
-        window_caption(flow::window_caption(workbench_.session.workspace) + (workbench_.unsaved ? " *" : ""));
+        window_caption(flow::window_caption(workbench_) + (workbench_.unsaved ? " *" : ""));
     if (caption != window_.windowTitle()) window_.setWindowTitle(caption);
     button_->setEnabled(workbench_.session.model_changed && !guards_.busy());
 }
