@@ -89,11 +89,13 @@ bool is_wide(const FilterPass& pass) {
 }
 
 void run_pass(const FilterPass& pass, ChannelTable& data, FilterScratch& scratch, Pacer& pacer) {
-    if (pass.station_count > data.stations() || (pass.tap_step < 0 && pass.half_width > 0))
+    if (pass.first_station < 1 || pass.station_count > data.stations() - (pass.first_station - 1) ||
+        (pass.tap_step < 0 && pass.half_width > 0))
         throw Fault(FaultKind::subscript);
     const auto count = static_cast<std::size_t>(pass.station_count);
-    const auto input = std::as_const(data).row(pass.input_row, pass.stage).first(count);
-    const auto output = data.row(pass.output_row, pass.stage).first(count);
+    const auto first = static_cast<std::size_t>(pass.first_station - 1);
+    const auto input = std::as_const(data).row(pass.input_row, pass.stage).subspan(first, count);
+    const auto output = data.row(pass.output_row, pass.stage).subspan(first, count);
     is_wide(pass) ? add_windows(pass, input, output, scratch, pacer)
                   : add_tap_by_tap(pass, input, output, scratch, pacer);
     check_finite(output);

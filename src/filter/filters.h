@@ -49,14 +49,16 @@ struct FilterPass {
     int filter_code = 0;
     int half_width = 0;  ///< taps on each side
     int tap_step = 1;    ///< stations from tap to tap
-    int station_count = 0;
+    int first_station = 1;
+    int station_count = 0;  ///< from there on
     int stage = stage_observed;
     int input_row = row_raw;
     int output_row = row_smoothed;
     bool subtract = false;  ///< the output is input less filtered input
 };
 
-/// Convolves a row of `data` into another one; beyond the ends the row goes on with its end values.
+/// Convolves stations of a row of `data` into another one; beyond the first and the last of them the row goes
+/// on with their values.
 /// Where taps are added one by one (`is_added_tap_by_tap`), it is in their order to a sum that is stored in a
 /// single after each of them, each sum being formed in doubles: the result is that of the plain loop to the
 /// bit. Wider kernels are summed in doubles, off by less than 1e-7 of the sum of |tap x value|, and a value
@@ -70,6 +72,9 @@ void apply_filter(const FilterPass& pass, ChannelTable& data, FilterScratch& scr
 /// The whole chain of one channel (0 magnetics, 1 gravity) and stage: smoothing, residual, base level,
 /// gradients. Does nothing without stations or while the chain's mark is set; sets the mark at its end. A
 /// chain that is left at a turn of `pacer` has written some of its rows and has no mark.
+/// On a line with gaps (core/gaps.h, found in the observed raw row) each stretch of readings is filtered as
+/// if it were a line of its own, and of both stages alike: calculated values at stations without a reading
+/// take no part, and all rows but the raw one are missing there. Means are over readings.
 void filter_data(Workspace& workspace, int channel, int stage, ChannelTable& data, Faults& faults,
                  Pacer& pacer = no_pace());
 

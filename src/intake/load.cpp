@@ -14,16 +14,18 @@ namespace {
 constexpr int pass_count = 0;
 constexpr int pass_fill = 1;
 
-/// The message about a quantity whose range never left the mark of a value that was not read; null when all
-/// were. Only the low end is tested: a first record that lacks a column is enough.
+/// The message about a quantity whose range never left the mark of a value that was not read, or is empty
+/// since all readings are missing; null when all were read. Only the low end is tested for the mark: a first
+/// record that lacks a column is enough.
 const char* missing_quantity(const Workspace& w) {
     const DataDefinition& d = w.definition;
+    const auto none = [](float low, float high) { return low < missing_limit || low > high; };
     // A place needs both coordinates, and one text tells of either.
     if (w.x_min < missing_limit || w.y_min < missing_limit) return "No valid x coordinate values were read";
-    if (d.z_column > 0 && w.z_min < missing_limit) return "No valid z coordinate values were read";
-    if (d.dtm_column > 0 && w.dtm_min < missing_limit) return "No valid DTM values were read";
-    if (d.mag_column > 0 && w.mag.min < missing_limit) return "No valid mag values were read";
-    if (d.grav_column > 0 && w.grav.min < missing_limit) return "No valid gravity values were read";
+    if (d.z_column > 0 && none(w.z_min, w.z_max)) return "No valid z coordinate values were read";
+    if (d.dtm_column > 0 && none(w.dtm_min, w.dtm_max)) return "No valid DTM values were read";
+    if (d.mag_column > 0 && none(w.mag.min, w.mag.max)) return "No valid mag values were read";
+    if (d.grav_column > 0 && none(w.grav.min, w.grav.max)) return "No valid gravity values were read";
     return nullptr;
 }
 

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "core/failure.h"
+#include "core/gaps.h"
 #include "core/prompts.h"
 #include "core/workspace.h"
 #include "intake/record_reader.h"
@@ -24,24 +25,42 @@ void extend_range(Real& low, Real& high, Real value) {
     high = std::max(high, value);
 }
 
+/// A missing reading is in no range. One that no row had so far is, and so marks its range.
+bool is_missing(const RecordReader& record, Quantity quantity) {
+    return record.was_read(quantity) && !is_reading(record.values()[quantity]);
+}
+
+void start_readings(float& low, float& high, const RecordReader& record, Quantity quantity) {
+    if (is_missing(record, quantity)) {
+        low = empty_low;
+        high = empty_high;
+    } else {
+        start_range(low, high, record.single(quantity));
+    }
+}
+
+void extend_readings(float& low, float& high, const RecordReader& record, Quantity quantity) {
+    if (!is_missing(record, quantity)) extend_range(low, high, record.single(quantity));
+}
+
 /// The first record sets every range, also those of quantities without a column.
 void start_ranges(Workspace& w, const RecordReader& record) {
     start_range(w.x_min, w.x_max, record.values()[quantity_x]);
     start_range(w.y_min, w.y_max, record.values()[quantity_y]);
-    start_range(w.z_min, w.z_max, record.single(quantity_z));
-    start_range(w.dtm_min, w.dtm_max, record.single(quantity_dtm));
-    start_range(w.mag.min, w.mag.max, record.single(quantity_mag));
-    start_range(w.grav.min, w.grav.max, record.single(quantity_grav));
+    start_readings(w.z_min, w.z_max, record, quantity_z);
+    start_readings(w.dtm_min, w.dtm_max, record, quantity_dtm);
+    start_readings(w.mag.min, w.mag.max, record, quantity_mag);
+    start_readings(w.grav.min, w.grav.max, record, quantity_grav);
 }
 
 void extend_ranges(Workspace& w, const RecordReader& record) {
     const DataDefinition& d = w.definition;
     extend_range(w.x_min, w.x_max, record.values()[quantity_x]);
     extend_range(w.y_min, w.y_max, record.values()[quantity_y]);
-    if (d.z_column > 0) extend_range(w.z_min, w.z_max, record.single(quantity_z));
-    if (d.dtm_column > 0) extend_range(w.dtm_min, w.dtm_max, record.single(quantity_dtm));
-    if (d.mag_column > 0) extend_range(w.mag.min, w.mag.max, record.single(quantity_mag));
-    if (d.grav_column > 0) extend_range(w.grav.min, w.grav.max, record.single(quantity_grav));
+    if (d.z_column > 0) extend_readings(w.z_min, w.z_max, record, quantity_z);
+    if (d.dtm_column > 0) extend_readings(w.dtm_min, w.dtm_max, record, quantity_dtm);
+    if (d.mag_column > 0) extend_readings(w.mag.min, w.mag.max, record, quantity_mag);
+    if (d.grav_column > 0) extend_readings(w.grav.min, w.grav.max, record, quantity_grav);
 }
 
 void store_record(Workspace& w, int row, const RecordReader& record) {
@@ -50,8 +69,8 @@ void store_record(Workspace& w, int row, const RecordReader& record) {
     w.stations(row, column_north) = record.values()[quantity_y];
     w.stations(row, column_sensor) = record.values()[quantity_z];
     w.stations(row, column_ground) = record.values()[quantity_dtm];
-    w.mag.data(row, row_raw, stage_observed) = record.single(quantity_mag);
-    w.grav.data(row, row_raw, stage_observed) = record.single(quantity_grav);
+    w.mag.data(row, row_raw, stage_observed) = record.reading(quantity_mag);
+    w.grav.data(row, row_raw, stage_observed) = record.reading(quantity_grav);
 }
 
 void count_records(int mode, Workspace& w, RowNotes* notes) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "core/gaps.h"
 #include "core/numbers.h"
 #include "core/workspace.h"
 #include "intake/profile_line.h"
@@ -11,6 +12,21 @@ namespace anomalis::intake {
 
 namespace {
 
+/// Of the values that are there; none: missing.
+class MeanValue {
+  public:
+    void add(double value) {
+        if (!is_reading(value)) return;
+        sum_ += value;
+        ++count_;
+    }
+    double value() const { return count_ > 0 ? sum_ / count_ : -1e32; }
+
+  private:
+    double sum_ = 0;
+    int count_ = 0;
+};
+
 /// Sums over neighbouring stations.
 class StationGroup {
   public:
@@ -18,25 +34,36 @@ class StationGroup {
         ++count_;
         east_ += w.stations(station, column_east);
         north_ += w.stations(station, column_north);
-        sensor_ += w.stations(station, column_sensor);
-        ground_ += w.stations(station, column_ground);
-        mag_ += w.mag.data(station, row_raw, stage_observed);
-        grav_ += w.grav.data(station, row_raw, stage_observed);
+        sensor_.add(w.stations(station, column_sensor));
+        ground_.add(w.stations(station, column_ground));
+        mag_.add(w.mag.data(station, row_raw, stage_observed));
+        grav_.add(w.grav.data(station, row_raw, stage_observed));
     }
     double distance(const Workspace& w) const { return distance_along(w, east_ / count_, north_ / count_); }
     void store(Workspace& w, int row) const {
         w.stations(row, column_east) = east_ / count_;
         w.stations(row, column_north) = north_ / count_;
-        w.stations(row, column_sensor) = sensor_ / count_;
-        w.stations(row, column_ground) = ground_ / count_;
-        w.mag.data(row, row_raw, stage_observed) = to_single(mag_ / count_);
-        w.grav.data(row, row_raw, stage_observed) = to_single(grav_ / count_);
+        w.stations(row, column_sensor) = sensor_.value();
+        w.stations(row, column_ground) = ground_.value();
+        w.mag.data(row, row_raw, stage_observed) = to_single(mag_.value());
+        w.grav.data(row, row_raw, stage_observed) = to_single(grav_.value());
     }
 
   private:
     int count_ = 0;
-    double east_ = 0, north_ = 0, sensor_ = 0, ground_ = 0, mag_ = 0, grav_ = 0;
+    double east_ = 0, north_ = 0;
+    MeanValue sensor_, ground_, mag_, grav_;
 };
+
+/// Stations that are merged to a coarser spacing are not merged over a gap.
+bool begins_behind_gap(const Workspace& w, int station) {
+    const double widest = w.min_station_spacing > 0 ? gap_rule_as_read(w).distance : 0;
+    if (!(widest > 0)) return false;
+    const auto at = [&w](int i) {
+        return distance_along(w, w.stations(i, column_east), w.stations(i, column_north));
+    };
+    return at(station) - at(station - 1) > widest;
+}
 
 StationTable rounded_rows(const StationTable& stations, int kept) {
     StationTable rounded;
@@ -66,7 +93,7 @@ int merge_close_stations(Workspace& w) {
     int kept = 1;
     StationGroup group;
     for (int i = 2; i <= count; ++i) {
-        if (i == count) group = {};
+        if (i == count || begins_behind_gap(w, i)) group = {};
         group.add(w, i);
         const double distance = group.distance(w);
         const bool advances = distance > last_distance && distance - last_distance > spacing;

@@ -1,14 +1,15 @@
 #include "intake/profile.h"
 
 #include <algorithm>
-#include <numeric>
 #include <utility>
 
 #include "core/failure.h"
+#include "core/gaps.h"
 #include "core/numbers.h"
 #include "core/prompts.h"
 #include "core/workspace.h"
 #include "intake/merge.h"
+#include "intake/missing_heights.h"
 #include "intake/profile_line.h"
 #include "intake/resample.h"
 
@@ -48,12 +49,17 @@ bool merge_stations(Workspace& w) {
 }
 
 void find_mean(Channel& channel) {
-    const auto row = std::as_const(channel.data).row(row_raw, stage_observed);
-    channel.mean = channel.mean_at_load =
-        to_single(std::accumulate(row.begin(), row.end(), 0.0) / static_cast<double>(row.size()));
+    double sum = 0, count = 0;
+    for (const float value : std::as_const(channel.data).row(row_raw, stage_observed)) {
+        if (!is_reading(value)) continue;
+        sum += static_cast<double>(value);
+        ++count;
+    }
+    channel.mean = channel.mean_at_load = to_single(count > 0 ? sum / count : 0);
 }
 
 void finish_profile(Workspace& w) {
+    fill_missing_heights(w);
     if (w.has_mag()) find_mean(w.mag);
     if (w.has_grav()) find_mean(w.grav);
     settle_base_levels(w);

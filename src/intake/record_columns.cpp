@@ -33,17 +33,19 @@ RecordColumns::RecordColumns(const DataDefinition& d) {
 
 RowReading RecordColumns::read(std::string_view line, RecordValues& values) const {
     std::int32_t column = 1;
+    std::uint8_t taken = 0;
     for (std::size_t i = 0; i < wanted_count_; ++i) {
         for (; column < wanted_[i].column && !line.empty(); ++column) next_token(line);
-        if (line.empty()) return {RowReading::too_short};
+        if (line.empty()) return {RowReading::too_short, {}, taken};
         double value = 0;
         std::string_view at = line;
-        if (!next_number(line, value)) return {RowReading::no_number, next_token(at)};
+        if (!next_number(line, value)) return {RowReading::no_number, next_token(at), taken};
         ++column;
         for (unsigned bits = wanted_[i].quantities; bits != 0; bits &= bits - 1)
             values[static_cast<std::size_t>(std::countr_zero(bits))] = value;
+        taken |= wanted_[i].quantities;
     }
-    return {};
+    return {RowReading::whole, {}, taken};
 }
 
 }  // namespace anomalis::intake

@@ -34,6 +34,7 @@ struct RowReading {
     enum Fit { whole, too_short, no_number };
     Fit fit = whole;
     std::string_view token = {};  ///< what stood where a number is wanted
+    std::uint8_t taken = 0;       ///< the quantities that got a value, a bit each
 };
 
 /// The columns of a definition that are read.

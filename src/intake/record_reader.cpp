@@ -4,6 +4,7 @@
 #include <string>
 
 #include "core/failure.h"
+#include "core/gaps.h"
 #include "core/workspace.h"
 #include "transform/transform.h"
 
@@ -27,12 +28,14 @@ bool RecordReader::next() {
         std::string_view line;
         if (lines_.ended() || !find_record(line)) return false;
         const RowReading row = columns_.read(line, values_);
+        read_ |= row.taken;
         if (row.fit != RowReading::no_number) {
             notes_.take(reader_.line_number(), row.fit == RowReading::too_short);
             break;
         }
         notes_.drop(reader_.line_number(), row.token);
     }
+    note_missing_heights();
     if (transform_.active) transform_point();
     lines_.accept_record();
     return true;
@@ -48,6 +51,12 @@ bool RecordReader::find_record(std::string_view& line) {
     return true;
 }
 
+void RecordReader::note_missing_heights() {
+    const auto missing = [this](Quantity q) { return was_read(q) && !is_reading(values_[q]); };
+    if (missing(quantity_z)) ++notes_.missing_sensor_heights;
+    if (missing(quantity_dtm)) ++notes_.missing_ground_heights;
+}
+
 /// In place: a later row that lacks a coordinate sees the transformed one.
 void RecordReader::transform_point() {
     transform::apply_transform(transform_, 1, values_[quantity_x], values_[quantity_y], values_[quantity_z]);
@@ -60,6 +69,11 @@ float RecordReader::single(Quantity quantity) const {
     const auto value = static_cast<float>(values_[quantity]);
     if (std::isinf(value)) raise_overflow();
     return value;
+}
+
+float RecordReader::reading(Quantity quantity) const {
+    const float value = single(quantity);
+    return is_reading(static_cast<double>(value)) ? value : static_cast<float>(never_read);
 }
 
 void RecordReader::raise_overflow() const {

@@ -21,14 +21,19 @@ class RecordReader {
     /// Raises FileFault, and Fault overflow when a transformed coordinate does not fit.
     bool next();
     const RecordValues& values() const { return values_; }
+    /// Whether some row so far had this column.
+    bool was_read(Quantity quantity) const { return (read_ >> quantity & 1U) != 0; }
     /// What was met on the way.
     const RowNotes& notes() const { return notes_; }
 
     /// A value of this record as a single; raises Fault overflow with file and line when it does not fit.
     float single(Quantity quantity) const;
+    /// The same of a reading; -1E32 of one that is missing, however it is marked.
+    float reading(Quantity quantity) const;
 
   private:
     bool find_record(std::string_view& line);
+    void note_missing_heights();
     void transform_point();
     [[noreturn]] void raise_overflow() const;
 
@@ -39,6 +44,7 @@ class RecordReader {
     RecordColumns columns_;
     RowNotes notes_;
     RecordValues values_{};  ///< -1E32 where none was read yet
+    std::uint8_t read_ = 0;  ///< the quantities that were, a bit each
 };
 
 }  // namespace anomalis::intake

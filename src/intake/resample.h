@@ -10,7 +10,8 @@ namespace anomalis::intake {
 inline constexpr int most_intervals = 8192;
 
 /// Replaces the stations by points every `station_spacing` metres along the profile: each quantity that the
-/// file has is taken from the cubic spline over the old distances, the others are 0.
+/// file has is taken from the cubic spline over the old distances, the others are 0. No spline goes over a
+/// gap (core/gaps.h): readings are missing in it, places and heights go straight from one side to the other.
 /// Raises Fault division_by_zero when two stations stand at one distance; the old stations then stay.
 void resample_profile(Workspace& workspace);
 

@@ -47,6 +47,13 @@ void tell_short(const RowNotes& notes, const std::string& path, Faults& faults) 
                    1, Severity::remark);
 }
 
+void tell_heights(long missing, const char* which, const std::string& path, Faults& faults) {
+    if (missing > 0)
+        faults.add(path + ": the " + which + " is missing in " + std::to_string(missing) +
+                       (missing == 1 ? " row" : " rows") + " and is interpolated along the line there",
+                   1, Severity::remark);
+}
+
 }  // namespace
 
 void RowNotes::drop(long line, std::string_view token) {
@@ -69,6 +76,8 @@ void tell_rows(const RowNotes& notes, const std::string& path, Faults& faults) {
     tell_dropped(notes, path, faults);
     if (notes.records == 0) return;
     tell_short(notes, path, faults);
+    tell_heights(notes.missing_sensor_heights, "sensor height", path, faults);
+    tell_heights(notes.missing_ground_heights, "ground elevation", path, faults);
     if (notes.to_the_end && !notes.last_is_short && ends_within_a_line(path))
         faults.add(at(path, notes.last_line) +
                        "the last row has no line end; if the file was cut its last value may be wrong",

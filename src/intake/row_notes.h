@@ -21,7 +21,8 @@ struct RowNotes {
     long first_short_line = 0;
     long last_line = 0;  ///< of the last record
     bool last_is_short = false;
-    bool to_the_end = false;  ///< the file was read as far as it goes
+    long missing_sensor_heights = 0, missing_ground_heights = 0;  ///< rows that mark theirs as missing
+    bool to_the_end = false;                                      ///< the file was read as far as it goes
 
     void drop(long line, std::string_view token);
     void take(long line, bool is_short);
