@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "core/file_stamp.h"
 #include "core/pacer.h"
 #include "intake/formats/survey_format.h"
 
@@ -37,7 +38,7 @@ struct SurveyLineInfo {
     std::vector<LinePiece>
         pieces;  ///< where it folds back or bends by more than 20 degrees, or jumps; one for a straight line
     std::vector<MapPoint> track;  ///< thinned so that all lines together stay below some 200 000 points
-    long first_file_line = 0;     ///< of the file, from 1
+    long first_file_line = 0, last_file_line = 0;  ///< of its rows, lines of the file from 1
 };
 
 /// What was found in one pass over a survey file.
@@ -51,16 +52,24 @@ struct SurveyIndex {
     std::vector<long> nulls;            ///< of each column of the layout; 0 where it has no role
     std::vector<SurveyLineInfo> lines;  ///< in the order of the file
     bool in_degrees = false;            ///< the file's own coordinates are longitude and latitude
+    std::string from_system;            ///< of these; "" where nobody knows
+    /// The file names no lines: those listed are its stretches between jumps and reversals.
+    bool split_by_place = false;
+    FileStamp stamp;  ///< of the file as it was read
 };
 
 /// How coordinates are brought to m.
 struct CoordinateChoice {
     std::string from;  ///< system of the file; "": what the layout says, WGS 84 for degrees
-    std::string to;    ///< "": as the file has them; for degrees the UTM zone at the middle of the survey
+    /// "": as the file has them; for degrees, and for a system that is not in metres, the UTM zone at the
+    /// middle of the survey. Where nobody knows the system of metres in the file, they are taken to be in
+    /// this one.
+    std::string to;
 };
 
-/// Reads the file once, in bounded memory. `pacer` hears of the work, bytes as units. Raises FileFault, Fault
-/// (no coordinates, no channel, no rows, a file that changes meanwhile), Stopped.
+/// Reads the file once, in bounded memory; once more where its middle lies in another zone than its
+/// beginning, or where lines are told by their places. `pacer` hears of the work, bytes as units. Raises
+/// FileFault, Fault (no coordinates, no rows, a file that changes meanwhile), Stopped.
 SurveyIndex index_survey(const SurveyLayout& layout, const CoordinateChoice& coordinates,
                          Pacer& pacer = no_pace());
 
@@ -72,10 +81,13 @@ struct SurveyLine {
     std::vector<long> file_line;
     std::optional<double> year;
     std::string coordinate_system;
+    /// The file tells only how high the sensor is above ground, and `height` is that.
+    bool height_is_clearance = false;
 };
 
 /// Reads one line of an indexed file, or a piece of it. A clearance becomes a height over the terrain, or a
-/// terrain below the height. Raises as `index_survey`.
+/// terrain below the height. Raises as `index_survey`, and
+/// Fault where the file is not what it was.
 SurveyLine read_survey_line(const SurveyIndex& index, std::size_t line, std::optional<std::size_t> piece = {},
                             Pacer& pacer = no_pace());
 
