@@ -17,8 +17,9 @@ constexpr std::size_t shape_points = 512;
 
 /// Parts of the way so far, or of a stretch.
 constexpr double fold_part = 0.05, tiny_part = 0.03, bend_part = 0.03;
-/// A jump is so many typical steps: when it leaves the line, when no direction is known yet, in any case.
-constexpr double leaving_steps = 10, first_steps = 50, any_steps = 500;
+/// A jump is so many typical steps: when it leaves the line, when no direction is known yet. One along the
+/// line is a gap, however wide.
+constexpr double leaving_steps = 10, first_steps = 50;
 /// Standard deviations of the scatter that a reversal, a jump, a bend must exceed.
 constexpr double fold_scatter = 5, jump_scatter = 6, bend_scatter = 3;
 
@@ -110,8 +111,7 @@ void Unfolding::end(std::size_t last) {
 bool Unfolding::jumps_to(std::size_t i) const {
     const double step = distance(track_[i - 1], track_[i]);
     if (step <= leaving_steps * step_ || step <= jump_scatter * scatter_) return false;
-    if (step > any_steps * step_) return true;
-    const bool directed = now_.reach > leaving_steps * step_;
+    const bool directed = now_.reach > std::max(4 * step_, fold_scatter * scatter_);
     if (!directed) return step > first_steps * step_;
     return angle(offset(track_[now_.first], track_[i - 1]), offset(track_[i - 1], track_[i])) > most_bend;
 }

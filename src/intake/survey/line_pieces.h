@@ -10,9 +10,9 @@
 namespace anomalis::intake {
 
 /// The stretches of a track between jumps and reversals, as numbers of its points from 0, first to last, all
-/// of them. A jump is a step of many spacings that leaves the line, or of so many that the parts have nothing
-/// to do with each other. A reversal takes the track back by more than 5 % of its way, by more than its
-/// scatter. Stretches below 3 % of the longest one belong to the one before.
+/// of them. A jump is a step of many spacings that leaves the line; one along it is a gap. A reversal takes
+/// the track back by more than 5 % of its way, by more than its scatter. Stretches below 3 % of the longest
+/// one belong to the one before.
 std::vector<LinePiece> unfolded_stretches(std::span<const MapPoint> track);
 
 /// The same, cut further where the track bends by more than 20 degrees (after Douglas and Peucker 1973, with
