@@ -2,7 +2,7 @@
 # window as the package Anomalis: find_package(Anomalis) gives Anomalis::core, Anomalis::forward and so on.
 include(CMakePackageConfigHelpers)
 
-set(packaged_rooms core vector chart transform intake forward filter model workspace_file inversion edit output
+set(packaged_rooms core vector chart transform field intake forward filter model workspace_file inversion edit output
   diagnostics show flow)
 set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/Anomalis)
 

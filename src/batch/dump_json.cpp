@@ -61,6 +61,16 @@ Json display_json(const DisplaySettings& d) {
             {"tie_factor", d.tie_factor}};
 }
 
+Json source_json(const LineSource& s) {
+    return {{"file", s.file},
+            {"line", s.line},
+            {"coordinate_system", s.coordinate_system},
+            {"date", s.date},
+            {"field_origin", s.field_origin},
+            {"field_missing", s.field_missing},
+            {"igrf_change", s.igrf_change}};
+}
+
 /// Settings and profile geometry.
 Json settings_json(const Workspace& w) {
     return {{"model_file", w.model_file},
@@ -68,6 +78,8 @@ Json settings_json(const Workspace& w) {
             {"definition", definition_json(w.definition)},
             {"station_spacing", w.station_spacing},
             {"min_station_spacing", w.min_station_spacing},
+            {"gap_distance", w.gap_distance},
+            {"source", source_json(w.source)},
             {"field_intensity", w.field.intensity},
             {"field_inclination", w.field.inclination},
             {"field_declination", w.field.declination},

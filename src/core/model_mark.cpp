@@ -49,9 +49,10 @@ bool says_nothing(std::string_view setting, const Workspace& workspace) {
 
 void add_settings(const Workspace& workspace, FileDigits& digits) {
     for_each_setting([&](const auto& row) {
-        if (row.stale.any() && row.counts(workspace) && !of_line(row.name) &&
-            !says_nothing(row.name, workspace))
-            digits.add(row.get(workspace));
+        if constexpr (is_number_setting<decltype(row)>)
+            if (row.stale.any() && row.counts(workspace) && !of_line(row.name) &&
+                !says_nothing(row.name, workspace))
+                digits.add(row.get(workspace));
     });
     // What the readings do not show.
     const DataDefinition& definition = workspace.definition;

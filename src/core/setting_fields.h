@@ -3,6 +3,7 @@
 #include <string_view>
 #include <tuple>
 #include <type_traits>
+#include <utility>
 
 #include "core/stale.h"
 #include "core/workspace.h"
@@ -31,6 +32,11 @@ struct SettingField {
 template <class Get, class... Rest>
 SettingField(std::string_view, Get, Rest...) -> SettingField<Get>;
 
+/// A number that derived values may hang on; where the line came from is none.
+template <class Row>
+inline constexpr bool is_number_setting =
+    !std::is_class_v<std::remove_cvref_t<decltype(std::declval<Row>().get(std::declval<Workspace&>()))>>;
+
 inline constexpr Stale all_responses{.mag = true, .grav = true};
 inline constexpr Stale all_rows{.mag_rows = true, .grav_rows = true};
 /// Elevations move the sensor over the bodies, and the ground over their tops.
@@ -42,6 +48,9 @@ inline constexpr Stale all_of_elevations{
 inline constexpr std::tuple setting_fields{SettingField{"formulas", [](auto& w) -> auto& {return w.formulas;
 }  // namespace anomalis
 , all_responses
+}
+, SettingField{"source", [](auto& w) -> auto& {return w.source;
+}
 }
 , SettingField{"field_intensity", [](auto& w) -> auto& {return w.field.intensity;
 }

@@ -1,5 +1,6 @@
 #include "core/workspace.h"
 
+#include <string>
 #include <utility>
 
 #include "core/prompts.h"
@@ -35,6 +36,12 @@ void keep_fields_without_default(Workspace& old, Workspace& fresh) {
         (fresh.*channel).data = std::move((old.*channel).data);
         (fresh.*channel).work = std::move((old.*channel).work);
     }
+}
+
+/// Place and date only count where they are used.
+std::string igrf_change_text(const LineSource& source) {
+    if (source.igrf_change == igrf_kept) return {};
+    return std::to_string(source.igrf_change) + " " + source.coordinate_system + " " + source.date;
 }
 
 }  // namespace
@@ -78,6 +85,7 @@ LineInputs line_inputs(const Workspace& workspace) {
                       workspace.transform};
     if (workspace.station_spacing > 0 || workspace.min_station_spacing > 0)
         inputs.gap_distance = workspace.gap_distance;
+    inputs.igrf_change = igrf_change_text(workspace.source);
     inputs.definition.data_file_date = 0;
     return inputs;
 }
@@ -89,6 +97,12 @@ void set_line_inputs(Workspace& workspace, const LineInputs& inputs) {
     workspace.station_spacing = inputs.station_spacing;
     workspace.min_station_spacing = inputs.min_station_spacing;
     workspace.transform = inputs.transform;
+}
+
+void forget_field(Workspace& workspace) {
+    workspace.field = {.intensity = 0, .inclination = 0, .declination = 0};
+    workspace.source.field_origin.clear();
+    workspace.source.field_missing = true;
 }
 
 void copy_definitions(const Workspace& from, Workspace& to) {

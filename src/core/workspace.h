@@ -218,7 +218,8 @@ struct LineInputs {
     float station_spacing = 0;
     float min_station_spacing = 0;
     PointTransform transform;
-    float gap_distance = 0;  ///< where stations are merged or resampled, which stop at a gap
+    float gap_distance = 0;        ///< where stations are merged or resampled, which stop at a gap
+    std::string igrf_change = {};  ///< with what it hangs on; "" where the readings stay as they are
     bool operator==(const LineInputs&) const = default;
 };
 
@@ -293,8 +294,12 @@ void invalidate_filtered_data(int mode, Workspace& workspace);
 
 /// How the definition would have the stations read now.
 LineInputs line_inputs(const Workspace& workspace);
-/// Takes them over; the stations are those of before until somebody looks.
+/// Takes them over, but the change of the readings, which the source of the line tells; the stations are
+/// those of before until somebody looks.
 void set_line_inputs(Workspace& workspace, const LineInputs& inputs);
+
+/// The field of a line that nobody gave one yet.
+void forget_field(Workspace& workspace);
 
 /// All that a file holds of a workspace but its bodies and its name goes from one to the other.
 void copy_definitions(const Workspace& from, Workspace& to);

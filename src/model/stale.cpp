@@ -62,11 +62,13 @@ Stale compare_body(ModelBody& body) {
 Stale compare_settings(Workspace& workspace) {
     Comparison comparison(workspace.known_settings);
     for_each_setting([&](const auto& row) {
-        if (!row.stale.any()) return;
-        if (row.counts(workspace)) {
-            comparison.look_at(static_cast<double>(row.get(workspace)), row.stale);
-        } else {
-            comparison.pass();
+        if constexpr (is_number_setting<decltype(row)>) {
+            if (!row.stale.any()) return;
+            if (row.counts(workspace)) {
+                comparison.look_at(static_cast<double>(row.get(workspace)), row.stale);
+            } else {
+                comparison.pass();
+            }
         }
     });
     return comparison.stale();

@@ -14,6 +14,7 @@
 #include "core/workspace.h"
 #include "workspace_file/axm_text.h"
 #include "workspace_file/fit_lines.h"
+#include "workspace_file/source_lines.h"
 
 namespace anomalis::workspace_file {
 
@@ -87,6 +88,8 @@ std::vector<std::string> entries_of(const Workspace& workspace) {
             add(entries.regional, std::to_string(channel.regional_degree));
         if (channel.noise != unset) add(entries.noise, shortest_text(channel.noise));
     }
+    const std::vector<std::string> source = source_lines(workspace);
+    lines.insert(lines.end(), source.begin(), source.end());
     if (!as_fitted(workspace)) return lines;
     const std::vector<std::string> fit = fit_lines(*workspace.fit);
     lines.insert(lines.end(), fit.begin(), fit.end());
@@ -135,6 +138,7 @@ void read_extensions(AxmLines& lines, Workspace& workspace, Prompts& prompts) {
         const std::string_view value = trim_blanks(rest);
         if (equal_ignoring_case(name, formulas_entry)) read_formulas(value, workspace, prompts);
         read_channel_entry(name, value, workspace, prompts);
+        read_source_entry(name, value, workspace, prompts);
         if (!is_fit_entry(name)) continue;
         if (fit.lines.empty()) fit.first_line = lines.number();
         fit.lines.push_back(line);

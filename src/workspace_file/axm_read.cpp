@@ -157,6 +157,8 @@ void read_definitions(AxmLines& lines, const std::string& path, Workspace& works
         channel->noise = unset;
     }
     workspace.fit.reset();
+    workspace.source = {};
+    workspace.gap_distance = 0;
     set_default_extents(workspace.drawing);
     take_data_file(lines.next(), path, workspace.definition, prompts);
     read_columns(lines.items(), workspace);

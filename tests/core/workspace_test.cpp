@@ -309,6 +309,28 @@ TEST(ChannelTable, a_row_is_contiguous_over_the_stations) {
     EXPECT_THROW(table(5, row_raw, stage_observed), Fault);
 }
 
+TEST(LineInputs, place_and_date_count_only_while_the_readings_hang_on_them) {
+    Workspace w;
+    const LineInputs before = line_inputs(w);
+    w.source.coordinate_system = "EPSG:32754";
+    w.source.date = "1990";
+    EXPECT_EQ(line_inputs(w), before);
+    w.source.igrf_change = igrf_removed;
+    const LineInputs removed = line_inputs(w);
+    EXPECT_NE(removed, before);
+    w.source.date = "1991";
+    EXPECT_NE(line_inputs(w), removed);
+}
+
+TEST(ForgetField, leaves_no_field_of_another_survey) {
+    Workspace w;
+    w.source.field_origin = "IGRF-14 somewhere else";
+    forget_field(w);
+    EXPECT_EQ(w.field.intensity, 0);
+    EXPECT_EQ(w.source.field_origin, "");
+    EXPECT_TRUE(w.source.field_missing);
+}
+
 TEST(CopyDefinitions, takes_all_that_a_file_holds_but_bodies_and_name) {
     Workspace from, to;
     from.model_file = "from.axm";
@@ -322,12 +344,19 @@ TEST(CopyDefinitions, takes_all_that_a_file_holds_but_bodies_and_name) {
     from.last_distance = 5;
     from.display.splitter_fraction[2] = 6;
     from.formulas = Formulas::exact;
+    from.gap_distance = 300;
+    from.source.file = "survey.csv";
+    from.source.date = "1990";
+    from.source.field_missing = true;
+    from.source.igrf_change = igrf_removed;
     from.body_count = 7;
     from.station_count = 8;
     copy_definitions(from, to);
     EXPECT_EQ(to.definition, from.definition);
     EXPECT_EQ(line_inputs(to), line_inputs(from));
     EXPECT_EQ(to.field, from.field);
+    EXPECT_EQ(to.gap_distance, 300);
+    EXPECT_EQ(to.source, from.source);
     EXPECT_EQ(to.mag.base, 4);
     EXPECT_EQ(to.last_distance, 5);
     EXPECT_EQ(to.display, from.display);

@@ -69,4 +69,20 @@ TEST(ModelState, copies_a_model_without_its_line) {
     expect_same(*copy.fit, *sample.workspace().fit);
 }
 
+TEST(ModelState, a_step_brings_source_and_gaps_back) {
+    LineSample sample;
+    Workspace& w = sample.workspace();
+    const ModelState before = capture_state(w);
+    w.source.date = "1990";
+    w.gap_distance = 200;
+    const ModelState after = capture_state(w, before);
+    EXPECT_NE(after.settings, before.settings);
+    restore_state(w, after, before);
+    EXPECT_EQ(w.source, LineSource{});
+    EXPECT_EQ(w.gap_distance, 0);
+    restore_state(w, before, after);
+    EXPECT_EQ(w.source.date, "1990");
+    EXPECT_EQ(w.gap_distance, 200);
+}
+
 }  // namespace anomalis::edit

@@ -19,9 +19,11 @@ const std::map<std::string, int> floors{
 const std::set<std::string> chart_may_include{"core/numbers.h", "core/text.h", "core/failure.h",
                                               "core/safe_file.h", "core/utf8.h"};
 
-/// Neighbours on one floor that know each other: a load applies the transform.
+/// Neighbours on one floor that know each other: a load applies the transform, and takes the earth's field
+/// out of readings.
 const std::set<std::pair<std::string, std::string>> neighbours{
     {"intake", "transform"},
+    {"intake", "field"},
 };
 
 /// Each foreign library stays in one place, and out of its headers.

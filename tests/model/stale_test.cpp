@@ -99,6 +99,9 @@ void change(bool& value) {
 void change(Formulas& value) {
     value = value == Formulas::exact ? Formulas::classic : Formulas::exact;
 }
+void change(LineSource& value) {
+    value.line += "x";
+}
 void change(std::string& value) {
     value += "x";
 }

@@ -122,5 +122,78 @@ TEST(AxmExtensions, a_noise_that_is_none_is_shown_and_is_estimated) {
     }
 }
 
+TEST(AxmExtensions, source_and_gaps_read_back) {
+    Reading reading;
+    ASSERT_EQ(reading.read_lines(whole_file()), 0);
+    const std::string plain = model_parameters_text(0, reading.workspace);
+    Workspace& w = reading.workspace;
+    w.gap_distance = 312.5F;
+    w.source = {.file = "the survey.csv",
+                .line = "5690",
+                .coordinate_system = "EPSG:32754",
+                .date = "1990-07-01",
+                .field_origin = "IGRF-14 at the middle of the line, 1990-07-01",
+                .field_missing = false,
+                .igrf_change = igrf_removed};
+    const std::string text = model_parameters_text(0, w);
+    EXPECT_EQ(text, plain +
+                        "[AXM Extensions]\r\ngap_distance 312.5\r\nsource_file the survey.csv\r\n"
+                        "source_line 5690\r\ncoordinate_system EPSG:32754\r\nsurvey_date 1990-07-01\r\n"
+                        "field_origin IGRF-14 at the middle of the line, 1990-07-01\r\nigrf removed\r\n");
+    Reading again;
+    ASSERT_EQ(again.read_text(text), 0);
+    EXPECT_TRUE(again.prompts.messages.empty());
+    EXPECT_EQ(again.workspace.source, w.source);
+    EXPECT_EQ(again.workspace.gap_distance, 312.5F);
+    ASSERT_EQ(again.read_lines(whole_file()), 0);
+    EXPECT_EQ(again.workspace.source, LineSource{});
+    EXPECT_EQ(again.workspace.gap_distance, 0);
+}
+
+TEST(AxmExtensions, a_field_that_is_not_set_stays_so) {
+    Reading reading;
+    ASSERT_EQ(reading.read_lines(whole_file()), 0);
+    forget_field(reading.workspace);
+    Reading again;
+    ASSERT_EQ(again.read_text(model_parameters_text(0, reading.workspace)), 0);
+    EXPECT_TRUE(again.workspace.source.field_missing);
+    EXPECT_EQ(again.workspace.field.intensity, 0);
+    EXPECT_TRUE(again.prompts.messages.empty());
+}
+
+TEST(AxmExtensions, a_field_that_is_there_is_used_whatever_the_entry_says) {
+    for (const std::string value : {"not_set", "lost"}) {
+        Reading reading;
+        ASSERT_EQ(reading.read_lines(file_with({"[AXM Extensions]", "field " + value})), 0);
+        EXPECT_FALSE(reading.workspace.source.field_missing) << value;
+        EXPECT_FALSE(reading.prompts.messages.empty()) << value;
+    }
+}
+
+TEST(AxmExtensions, a_line_break_in_a_name_shifts_no_line) {
+    Reading reading;
+    ASSERT_EQ(reading.read_lines(whole_file()), 0);
+    reading.workspace.source.file = "a\nigrf added";
+    reading.workspace.source.line = "7";
+    Reading again;
+    ASSERT_EQ(again.read_text(model_parameters_text(0, reading.workspace)), 0);
+    EXPECT_EQ(again.workspace.source.file, "a igrf added");
+    EXPECT_EQ(again.workspace.source.line, "7");
+    EXPECT_EQ(again.workspace.source.igrf_change, igrf_kept);
+}
+
+TEST(AxmExtensions, a_gap_or_a_change_by_igrf_that_is_none_is_shown) {
+    for (const std::string value : {"-5", "wide", "nan", ""}) {
+        Reading reading;
+        ASSERT_EQ(reading.read_lines(file_with({"[AXM Extensions]", "gap_distance " + value})), 0) << value;
+        EXPECT_EQ(reading.workspace.gap_distance, 0) << value;
+        EXPECT_TRUE(reading.prompts.told("a distance that is none: " + value)) << value;
+    }
+    Reading reading;
+    ASSERT_EQ(reading.read_lines(file_with({"[AXM Extensions]", "igrf doubled"})), 0);
+    EXPECT_EQ(reading.workspace.source.igrf_change, igrf_kept);
+    EXPECT_TRUE(reading.prompts.told("doubled"));
+}
+
 }  // namespace
 }  // namespace anomalis::workspace_file

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <span>
 #include <string>
+#include <vector>
 
 // Coordinate systems by name or number, and coordinates from one to another.
 namespace anomalis::intake {
@@ -18,8 +20,13 @@ struct CoordinateSystem {
 };
 
 /// Finds a system by number ("EPSG:32754", "32754"), by name or by any text that PROJ takes. Raises Fault,
-/// with the nearest names where there are some.
+/// with the nearest names where there are some. Of a system with heights it is the
+/// part without.
 CoordinateSystem find_coordinate_system(const std::string& text);
+
+/// Systems whose names have most words of a text in common with it, best first; for a person who looks for
+/// one.
+std::vector<CoordinateSystem> coordinate_systems_like(const std::string& text, std::size_t most);
 
 /// WGS 84 longitude and latitude.
 inline constexpr const char* wgs84 = "EPSG:4326";
