@@ -1,13 +1,14 @@
 // Every axis, series style and marker of the charts on one page: written to files, or live in a window where
 // they can be zoomed, panned, clicked and printed.
 
-#include <CLI/CLI.hpp>
+#include <algorithm>
 #include <iostream>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include <QApplication>
+#include <QCommandLineParser>
 #include <QGridLayout>
 #include <QWidget>
 
@@ -28,31 +29,28 @@ struct Page {
     std::vector<std::string> files;
 };
 
-Page page_from(const std::vector<std::string>& words) {
+Page page_from(const QStringList& words) {
+    QCommandLineParser parser;
+    parser.setApplicationDescription(
+        "Everything that the charts can show. Without a file the charts open in a window.");
+    parser.addHelpOption();
+    parser.addPositionalArgument("FILE", "Pictures to write: .png, .svg, .pdf or .emf", "[FILE...]");
+    parser.addOption({"size", "Pixels, such as 1500x1800", "WIDTHxHEIGHT", "1500x1800"});
+    parser.addOption({"scale", "Pixels of a PNG a pixel of the page, 0.25 to 8", "NUMBER", "1"});
+    parser.process(words);
     Page page;
-    std::string size;
-    CLI::App app("Everything that the charts can show. Without a file the charts open in a window.",
-                 "chart_gallery");
-    app.add_option("FILE", page.files, "Pictures to write: .png, .svg, .pdf or .emf");
-    app.add_option("--size", size, "Pixels, such as 1500x1800 [1500x1800]");
-    app.add_option("--scale", page.scale, "Pixels of a PNG a pixel of the page, 0.25 to 8 [1]")
-        ->check(CLI::Range(0.25, 8.0));
-    std::vector<std::string> reversed(words.rbegin(), words.rend());
-    try {
-        app.parse(reversed);
-        char between = 0;
-        std::istringstream parts(size);
-        const bool whole = (parts >> page.width >> between >> page.height) && parts.peek() == EOF;
-        const bool sound = between == 'x' && std::min(page.width, page.height) >= 300 &&
-                           std::max(page.width, page.height) <= 16384;
-        if (!size.empty() && !(whole && sound))
-            throw CLI::ValidationError("--size", "must be WIDTHxHEIGHT in pixels, 300 to 16384: " + size);
-        for (const std::string& file : page.files) chart::picture_format(file);
-    } catch (const CLI::ParseError& error) {
-        std::exit(app.exit(error) == 0 ? 0 : 2);
-    } catch (const std::exception& error) {
-        std::cerr << error.what() << '\n';
-        std::exit(2);
+    const QStringList size = parser.value("size").split('x');
+    bool wide = false, high = false, scaled = false;
+    page.width = size.value(0).toInt(&wide);
+    page.height = size.value(1).toInt(&high);
+    page.scale = parser.value("scale").toDouble(&scaled);
+    if (size.size() != 2 || !wide || !high || std::min(page.width, page.height) < 300 ||
+        std::max(page.width, page.height) > 16384)
+        throw Fault("--size must be WIDTHxHEIGHT in pixels, 300 to 16384");
+    if (!scaled || page.scale < 0.25 || page.scale > 8) throw Fault("--scale must be 0.25 to 8");
+    for (const QString& file : parser.positionalArguments()) {
+        page.files.push_back(file.toStdString());
+        chart::picture_format(page.files.back());
     }
     return page;
 }
@@ -102,8 +100,13 @@ int show_live(const Page& page) {
 }  // namespace anomalis
 
 int main(int argc, char** argv) {
-    const anomalis::Page page = anomalis::page_from({argv + 1, argv + argc});
-    if (!page.files.empty()) qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (argc > 1) qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
-    return page.files.empty() ? anomalis::show_live(page) : anomalis::write_all(page);
+    try {
+        const anomalis::Page page = anomalis::page_from(QApplication::arguments());
+        return page.files.empty() ? anomalis::show_live(page) : anomalis::write_all(page);
+    } catch (const std::exception& error) {
+        std::cerr << error.what() << '\n';
+        return 2;
+    }
 }
