@@ -57,6 +57,12 @@ struct SurveySample {
     bool whole = false;              ///< these are all
 };
 
+/// The first rows as they stand, cell by cell, for a preview.
+struct SurveyPreview {
+    std::vector<std::vector<std::string>> rows;  ///< one cell a column of the layout
+    std::vector<long> file_line;
+};
+
 class SurveyFormat {
   public:
     virtual ~SurveyFormat() = default;
@@ -67,6 +73,8 @@ class SurveyFormat {
     /// `wanted`: indices of columns whose values the blocks get, in this order.
     virtual std::unique_ptr<RowReader> open(const SurveyLayout& layout,
                                             std::span<const std::size_t> wanted) const = 0;
+    /// At most so many rows from the first one on.
+    virtual SurveyPreview preview(const SurveyLayout& layout, std::size_t most) const = 0;
 };
 
 /// All formats, the most particular first.
@@ -80,11 +88,7 @@ SurveyLayout recognise_survey(const std::string& path);
 /// Opens the rows by the layout's own format.
 std::unique_ptr<RowReader> open_rows(const SurveyLayout& layout, std::span<const std::size_t> wanted);
 
-/// The first rows as they stand, cell by cell, for a preview.
-struct SurveyPreview {
-    std::vector<std::vector<std::string>> rows;  ///< one cell a column of the layout
-    std::vector<long> file_line;
-};
+/// The first rows by the layout's own format, also where a value is missing or no number.
 SurveyPreview preview_rows(const SurveyLayout& layout, std::size_t most);
 
 /// Further candidates where several columns could have a role: "Bouguer" and "free air", raw and corrected

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+#include "intake/formats/survey_format.h"
+
+namespace anomalis::intake {
+
+/// The layout of a table that nothing describes but itself, with rows "Line 5690" between its rows or
+/// without. Nothing where the lines are no table. `format`: its name in the layout.
+std::optional<SurveyLayout> recognise_free_table(const SurveySample& sample, bool line_headers,
+                                                 std::string_view format);
+
+}  // namespace anomalis::intake

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "intake/formats/byte_source.h"
+
+namespace anomalis::intake {
+
+/// The lines of a text, which may end at CR, LF or CR LF, each as it likes.
+class LineStream {
+  public:
+    /// A longer line is none of a table.
+    static constexpr std::size_t longest_line = 1 << 20;
+
+    LineStream(const std::string& path, Encoding encoding);
+
+    /// The next line without its end, false when there is none. A view until the next call. Raises FileFault,
+    /// and Fault for a line that is too long.
+    bool next(std::string_view& line);
+    /// Number of the line that was given last, from 1.
+    long line_number() const { return line_number_; }
+    /// Whether an end stood behind the line that was given last: the last line of a file may have none.
+    bool line_ended() const { return line_ended_; }
+    double bytes_read() const { return bytes_->bytes_read(); }
+
+  private:
+    bool fill();
+    const char* find_end();
+
+    std::string path_;
+    std::unique_ptr<ByteSource> bytes_;
+    std::vector<char> buffer_;
+    const char* at_ = nullptr;
+    const char* filled_ = nullptr;
+    const char* next_feed_ = nullptr;    ///< first LF from `at_` on; `filled_` for none
+    const char* next_return_ = nullptr;  ///< the same for CR
+    bool at_end_ = false;
+    bool skip_feed_ = false;  ///< the last line ended at a CR: an LF that follows belongs to it
+    bool line_ended_ = true;
+    long line_number_ = 0;
+};
+
+}  // namespace anomalis::intake

@@ -1,0 +1,298 @@
+#include "intake/formats/table_reader.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <limits>
+
+#include "core/decimal_scan.h"
+#include "intake/formats/field_value.h"
+#include "intake/formats/line_names.h"
+#include "intake/formats/line_stream.h"
+#include "intake/formats/row_fields.h"
+#include "intake/formats/row_losses.h"
+
+namespace anomalis::intake {
+
+namespace {
+
+constexpr double no_value = std::numeric_limits<double>::quiet_NaN();
+constexpr std::size_t block_rows = 8192;
+constexpr std::size_t none = std::numeric_limits<std::size_t>::max();
+const std::string only_line = "1";
+
+bool is_coordinate(Role role) {
+    return role == Role::easting || role == Role::northing || role == Role::longitude ||
+           role == Role::latitude;
+}
+
+/// What is done with the fields of one column.
+struct ColumnUse {
+    const SurveyColumn* column = nullptr;
+    std::size_t index = none;  ///< of the column
+    std::size_t out = none;    ///< place among the wanted
+    bool line = false;
+    bool plain = false;      ///< a number and nothing else
+    bool must_read = false;  ///< a word there makes the row useless
+    double factor = 1;
+};
+
+class TableReader : public RowReader {
+  public:
+    TableReader(const SurveyLayout& layout, std::span<const std::size_t> wanted,
+                std::unique_ptr<RowSorter> sorter)
+        : layout_(layout),
+          sorter_(std::move(sorter)),
+          wanted_(wanted.begin(), wanted.end()),
+          lines_(layout.path, layout.encoding),
+          names_(layout.encoding) {
+        ends_field_[byte_of(layout_.separator)] = true;
+        if (layout_.separator == ' ') ends_field_[byte_of('\t')] = true;
+        plan();
+    }
+
+    bool next(RowBlock& block) override;
+    std::span<const std::string> line_names() const override { return names_.list(); }
+    bool is_tie(std::int32_t line) const override { return names_.is_tie(line); }
+    std::span<const RowLoss> losses() const override { return losses_.list(); }
+    double bytes_read() const override { return lines_.bytes_read(); }
+
+  private:
+    static std::size_t byte_of(char c) { return static_cast<unsigned char>(c); }
+
+    void plan();
+    bool take(std::string_view line);
+    bool take_separated(std::string_view line);
+    bool take_fixed(std::string_view line);
+    bool take_field(const ColumnUse& use, std::string_view field);
+    bool take_number(const ColumnUse& use, double value);
+    std::optional<double> value_of(const ColumnUse& use, std::string_view field) const;
+    bool is_cut(std::string_view line);
+    bool lose(LossKind kind, const ColumnUse* use, std::string_view text = {});
+
+    SurveyLayout layout_;
+    std::unique_ptr<RowSorter> sorter_;
+    std::vector<std::size_t> wanted_;
+    LineStream lines_;
+    LineNames names_;
+    RowLosses losses_;
+    std::vector<ColumnUse> uses_;      ///< in the order of the columns
+    std::vector<std::size_t> use_of_;  ///< for each column up to the last used one, its place in `uses_`
+    std::array<bool, 256> ends_field_{};
+    bool line_column_ = false;
+    std::int32_t header_line_ = -1;
+    std::size_t shortest_row_ = none;  ///< bytes
+    std::vector<std::string_view> fields_;
+
+    RowBlock* block_ = nullptr;
+    std::size_t row_ = 0;
+    std::int32_t row_line_ = 0;
+};
+
+void TableReader::plan() {
+    const auto line_column = layout_.column_of(Role::line);
+    line_column_ = line_column.has_value();
+    for (std::size_t i = 0; i < layout_.columns.size(); ++i) {
+        const auto found = std::find(wanted_.begin(), wanted_.end(), i);
+        if (found == wanted_.end() && line_column != i) continue;
+        const SurveyColumn& column = layout_.columns[i];
+        ColumnUse use{&column, i};
+        if (found != wanted_.end()) use.out = static_cast<std::size_t>(found - wanted_.begin());
+        use.line = line_column == i;
+        use.plain =
+            !column.text && !use.line && column.role != Role::date && column.unit != Unit::degree_minute;
+        use.must_read = !column.text && column.role != Role::none && column.role != Role::date &&
+                        column.role != Role::fiducial && !use.line;
+        use.factor = unit_factor(column.unit);
+        use_of_.resize(i + 1, none);
+        use_of_[i] = uses_.size();
+        uses_.push_back(use);
+    }
+}
+
+bool TableReader::lose(LossKind kind, const ColumnUse* use, std::string_view text) {
+    losses_.add(kind, use == nullptr ? "" : use->column->name, text, layout_.encoding, lines_.line_number());
+    return false;
+}
+
+std::optional<double> TableReader::value_of(const ColumnUse& use, std::string_view field) const {
+    const SurveyColumn& column = *use.column;
+    double value = 0;
+    if (column.role == Role::date) return read_date(field).value_or(no_value);
+    if (column.unit == Unit::degree_minute) {
+        if (read_number(field, layout_.decimal_comma, value) && is_null_value(value, column.nulls))
+            return no_value;
+        if (read_degree_minutes(field, layout_.decimal_comma, value)) return value;
+    } else if (read_number(field, layout_.decimal_comma, value)) {
+        return is_null_value(value, column.nulls) ? no_value : value * use.factor;
+    } else if (column.unit == Unit::degree && read_degrees(field, layout_.decimal_comma, value)) {
+        return value;
+    }
+    return {};
+}
+
+/// Keeps a number that stands in the unit of the file.
+inline bool TableReader::take_number(const ColumnUse& use, double value) {
+    block_->values[use.out][row_] = is_null_value(value, use.column->nulls) ? no_value : value * use.factor;
+    return true;
+}
+
+/// A field that is no plain number, as far as a quick look can tell.
+bool TableReader::take_field(const ColumnUse& use, std::string_view field) {
+    const bool null = is_null_text(field);
+    if (use.line) {
+        if (null) return lose(LossKind::no_line, &use);
+        row_line_ = names_.index_of(field);
+    }
+    if (use.out == none) return true;
+    double& value = block_->values[use.out][row_];
+    value = no_value;
+    if (null) return true;
+    if (const auto found = value_of(use, field)) {
+        value = *found;
+    } else if (use.must_read) {
+        return lose(LossKind::no_number, &use, field);
+    }
+    return true;
+}
+
+bool TableReader::take_separated(std::string_view line) {
+    const bool blanks = layout_.separator == ' ';
+    const char* at = line.data();
+    const char* const end = at + line.size();
+    bool more = true;
+    for (const std::size_t place : use_of_) {
+        while (at != end && (*at == ' ' || (blanks && *at == '\t'))) ++at;
+        if (!more || (blanks && at == end)) {
+            const auto missing = std::find_if(uses_.begin(), uses_.end(), [&](const ColumnUse& use) {
+                return use.index >= static_cast<std::size_t>(&place - use_of_.data());
+            });
+            return lose(LossKind::missing_field, &*missing);
+        }
+        const char* const begin = at;
+        if (place != none && uses_[place].plain) {
+            double value = 0;
+            const char* const stop = scan_decimal(at, end, value);
+            if (stop != nullptr && (stop == end || ends_field_[byte_of(*stop)])) {
+                take_number(uses_[place], value);
+                more = stop != end;
+                at = more ? stop + 1 : stop;
+                continue;
+            }
+        }
+        if (at != end && *at == '"') at += quoted_length({at, static_cast<std::size_t>(end - at)});
+        while (at != end && !ends_field_[byte_of(*at)]) ++at;
+        const std::string_view field = without_quotes({begin, static_cast<std::size_t>(at - begin)});
+        if (place != none && !take_field(uses_[place], field)) return false;
+        more = at != end;
+        if (more) ++at;
+    }
+    return true;
+}
+
+bool TableReader::take_fixed(std::string_view line) {
+    for (const ColumnUse& use : uses_) {
+        const std::string_view field = fixed_field(line, *use.column);
+        if (field.empty() && is_coordinate(use.column->role) && use.column->offset >= line.size())
+            return lose(LossKind::missing_field, &use);
+        double value = 0;
+        if (use.plain &&
+            scan_decimal(field.data(), field.data() + field.size(), value) == field.data() + field.size() &&
+            !field.empty()) {
+            take_number(use, value);
+        } else if (!take_field(use, field)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+/// The last line of a file that ends without a line end may be half a row.
+bool TableReader::is_cut(std::string_view line) {
+    if (lines_.line_ended()) return false;
+    if (layout_.fixed_width) return shortest_row_ != none && line.size() < shortest_row_;
+    split_row(line, layout_, fields_);
+    return fields_.size() < layout_.columns.size();
+}
+
+bool TableReader::take(std::string_view line) {
+    switch (sorter_->use_of(line)) {
+        case RowUse::passed_over:
+            return false;
+        case RowUse::line_header: {
+            const LineHeader header = line_header(line);
+            header_line_ = names_.index_of_header(header.name, header.tie);
+            return false;
+        }
+        case RowUse::unknown:
+            return lose(LossKind::record_type, nullptr, first_word(line));
+        case RowUse::row:
+            break;
+    }
+    if (is_cut(line)) return lose(LossKind::cut_at_end, nullptr);
+    if (layout_.line_headers && !line_column_) {
+        if (header_line_ < 0) return lose(LossKind::no_line, nullptr);
+        row_line_ = header_line_;
+    } else if (!line_column_) {
+        row_line_ = names_.index_of(only_line);
+    }
+    if (!(layout_.fixed_width ? take_fixed(line) : take_separated(line))) return false;
+    if (layout_.fixed_width) shortest_row_ = std::min(shortest_row_, line.size());
+    return true;
+}
+
+bool TableReader::next(RowBlock& block) {
+    block_ = &block;
+    block.values.resize(wanted_.size());
+    for (auto& column : block.values) column.resize(block_rows);
+    block.line.resize(block_rows);
+    block.file_line.resize(block_rows);
+    row_ = 0;
+    std::string_view line;
+    while (row_ < block_rows && lines_.next(line)) {
+        if (lines_.line_number() < layout_.first_row || !take(line)) continue;
+        block.line[row_] = row_line_;
+        block.file_line[row_] = lines_.line_number();
+        ++row_;
+    }
+    block.rows = row_;
+    for (auto& column : block.values) column.resize(row_);
+    block.line.resize(row_);
+    block.file_line.resize(row_);
+    // A column that is wanted twice was read once.
+    for (std::size_t i = 0; i < wanted_.size(); ++i) {
+        const auto first = std::find(wanted_.begin(), wanted_.end(), wanted_[i]) - wanted_.begin();
+        if (static_cast<std::size_t>(first) != i)
+            block.values[i] = block.values[static_cast<std::size_t>(first)];
+    }
+    return row_ > 0;
+}
+
+class TableSorter : public RowSorter {
+  public:
+    explicit TableSorter(bool line_headers) : line_headers_(line_headers) {}
+
+    RowUse use_of(std::string_view line) const override {
+        const auto first = line.find_first_not_of(" \t");
+        if (first == std::string_view::npos || is_table_comment(line)) return RowUse::passed_over;
+        const bool letter = (line[first] | 0x20) >= 'a' && (line[first] | 0x20) <= 'z';
+        if (line_headers_ && letter && !line_header(line).name.empty()) return RowUse::line_header;
+        return RowUse::row;
+    }
+
+  private:
+    bool line_headers_;
+};
+
+}  // namespace
+
+std::unique_ptr<RowReader> open_table(const SurveyLayout& layout, std::span<const std::size_t> wanted,
+                                      std::unique_ptr<RowSorter> sorter) {
+    return std::make_unique<TableReader>(layout, wanted, std::move(sorter));
+}
+
+std::unique_ptr<RowSorter> table_sorter(const SurveyLayout& layout) {
+    return std::make_unique<TableSorter>(layout.line_headers);
+}
+
+}  // namespace anomalis::intake
