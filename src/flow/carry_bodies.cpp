@@ -149,7 +149,7 @@ void note_ground(const Workspace& first, const Workspace& next, CarriedModel& mo
     for (const Workspace* line : {&first, &next}) {
         if (model::ground_is_known(*line)) continue;
         model.remarks.push_back(
-            line->model_file +
+            (line->model_file.empty() ? "The line" : line->model_file) +
             " names no column of the ground: bodies are carried to the same depth below the "
             "sensor");
         return;
@@ -165,6 +165,16 @@ CarriedModel carry_bodies(const Workspace& first, const Workspace& next) {
         if (!first.body(number).turned_off) carrier.carry(number);
     if (!model.bodies.empty()) note_ground(first, next, model);
     return model;
+}
+
+void put_bodies(const std::vector<CarriedBody>& carried, Workspace& next) {
+    next.body_count = 0;
+    for (const CarriedBody& one : carried) {
+        reserve_next_body(next);
+        ModelBody& body = next.body(++next.body_count);
+        body = one.body;
+        body.response.assign(next.station_count);
+    }
 }
 
 }  // namespace anomalis::flow

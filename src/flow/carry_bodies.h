@@ -32,4 +32,7 @@ struct CarriedModel {
 /// map. The workspaces stay as they are.
 CarriedModel carry_bodies(const Workspace& first, const Workspace& next);
 
+/// They take the place of the bodies of a line, which has its stations.
+void put_bodies(const std::vector<CarriedBody>& carried, Workspace& next);
+
 }  // namespace anomalis::flow

@@ -75,16 +75,6 @@ void add_all(const std::vector<std::string>& texts, Severity severity, Faults& f
     for (const std::string& text : texts) faults.add(text, 1, severity);
 }
 
-void put_bodies(const std::vector<CarriedBody>& carried, Workspace& next) {
-    next.body_count = 0;
-    for (const CarriedBody& one : carried) {
-        reserve_next_body(next);
-        ModelBody& body = next.body(++next.body_count);
-        body = one.body;
-        body.response.assign(next.station_count);
-    }
-}
-
 InvertOptions fit_options(const FollowOptions& options) {
     return {.channel = options.channel,
             .iterations = options.iterations,

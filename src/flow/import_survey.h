@@ -105,11 +105,15 @@ std::optional<std::size_t> find_line(const intake::SurveyIndex& index, const std
 /// Names of the index that are most like one that is not there, best first.
 std::vector<std::string> near_line_names(const intake::SurveyIndex& index, const std::string& name,
                                          std::size_t most = 5);
+/// Why a line cannot be imported: one station, no reading, ...; "" when it can.
+std::string import_refusal(const intake::SurveyIndex& index, std::size_t line);
 /// The next line that can be imported, `step` 1 on or -1 back; nothing at the end.
 std::optional<std::size_t> neighbour_line(const intake::SurveyIndex& index, std::size_t line, int step);
 
-/// Imports a line of the survey that the present one is of, and has it go on as that one: filters, regionals,
-/// noises, spacings, gradient, formulas and drawing. Place, field and base levels are its own.
+/// A line goes on as its neighbour: filters, regionals, noises, spacings, gradient, formulas, drawing, the
+/// sensor's height above ground, and a field that somebody keyed. Place and base levels are its own.
+void keep_processing(const Workspace& from, Workspace& to);
+/// Imports a line of the survey that the present one is of, and has it go on as that one.
 ImportedLine next_line(const intake::SurveyIndex& index, std::size_t line, const ImportChoices& choices,
                        const std::string& folder, const Workspace& present, Pacer& pacer = no_pace());
 /// The bodies of the former line, once the stations of the next one are loaded: along their strikes, to the

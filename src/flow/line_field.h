@@ -1,0 +1,28 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "flow/import_survey.h"
+
+// The earth's field of an imported line. Private to this room.
+namespace anomalis::flow {
+
+/// When a line was measured.
+struct SurveyDate {
+    std::string text;  ///< as it was given, or the decimal year of the file; "" where nobody knows
+    double year = 0;
+};
+/// Raises Fault for a text that is no date.
+SurveyDate date_of_line(const intake::SurveyLine& line, const ImportChoices& choices);
+
+/// Sets field, date and their origin of the workspace. A date that somebody gave and that the model does not
+/// reach raises Fault; what else keeps the field from being known is noted.
+void set_field(const intake::SurveyLine& line, const SurveyDate& date, const ImportChoices& choices,
+               ImportedLine& imported);
+
+/// Takes the main field out of the magnetic readings, or puts it in, station by station. Returns what was
+/// done, for the comments of the table; "" for nothing. Raises Fault where place or date are not known.
+std::string change_main_field(const SurveyDate& date, MainFieldChange change, intake::SurveyLine& line);
+
+}  // namespace anomalis::flow
