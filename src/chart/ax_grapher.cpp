@@ -75,6 +75,16 @@ void AX_Grapher::RegisterBands(std::span<const ChartBand> bands) {
     }
 }
 
+void AX_Grapher::RegisterTracks(std::span<const ChartTrack> tracks) {
+    if (state_->busy_refresh) return;
+    try {
+        state_->tracks.register_tracks(tracks, state_->properties);
+    } catch (const std::exception& failure) {
+        state_->tracks.clear();
+        tell_failure(*state_, failure.what());
+    }
+}
+
 void AX_Grapher::SetSeriesOptions(int group, int series, Colour colour, const std::string& name, int marker,
                                   int visible, int width) {
     if (const char* wrong = state_->series.check(group, series)) {
@@ -147,6 +157,7 @@ void AX_Grapher::Clear() {
     state.gesture = Gesture{};
     state.series.clear();
     state.bands.clear();
+    state.tracks.clear();
     state.overlay.clear();
     show_background(state);
 }
@@ -155,6 +166,7 @@ void AX_Grapher::ClearAll() {
     state_->base_kept = false;
     state_->series.clear();
     state_->bands.clear();
+    state_->tracks.clear();
     state_->overlay.clear();
 }
 

@@ -169,6 +169,10 @@ class AX_Grapher {
     /// Fills the room between two curves, behind axes and series, from the next display on, in place of the
     /// bands before; none takes them away. They take no part in ranges and selection.
     void RegisterBands(std::span<const ChartBand> bands);
+    /// Draws lines in the colours of their points, behind axes and series and over the bands, from the next
+    /// display on, in place of those before. They take no part in ranges and selection; hundreds of thousands
+    /// of points are meant.
+    void RegisterTracks(std::span<const ChartTrack> tracks);
     /// Name "", colour below 0, visible below 0 and width 0 or less leave what is there; marker is always
     /// set.
     void SetSeriesOptions(int group, int series, Colour colour, const std::string& name, int marker,

@@ -52,6 +52,14 @@ struct ChartBand {
     std::int32_t fill = 0;  ///< a Colour
 };
 
+/// A line across the plot in the colours of its points: the track of a survey. A place is left open where X
+/// or Y is missing.
+struct ChartTrack {
+    Cells x, y;
+    std::span<const std::int32_t> colours;  ///< a Colour a point: of the piece that begins there
+    int width = 1;                          ///< screen pixels
+};
+
 /// A table with its kinds in column 0; the first empty cell ends a row.
 using ChartTable = std::vector<std::vector<std::optional<double>>>;
 

@@ -5,6 +5,13 @@
 
 namespace anomalis::chart {
 
+void DrawingDevice::strokes(std::span<const MarkerShape::Stroke> pieces, const Pen& pen) {
+    for (const MarkerShape::Stroke& piece : pieces) {
+        const std::array<Point, 2> line{piece.from, piece.to};
+        polyline(line, pen);
+    }
+}
+
 void DrawingDevice::markers(const MarkerShape& shape, std::span<const Point> anchors) {
     std::vector<Point> moved(shape.outline.size());
     for (const Point& anchor : anchors) {

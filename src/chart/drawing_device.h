@@ -51,6 +51,9 @@ class DrawingDevice {
 
     /// An open line through 2 or more points.
     virtual void polyline(std::span<const Point> points, const Pen& pen) = 0;
+    /// Many short lines of one pen that stand by themselves. The default draws one after the other; a raster
+    /// may draw them all at once and unsmoothed.
+    virtual void strokes(std::span<const MarkerShape::Stroke> pieces, const Pen& pen);
     /// A closed outline (the last point joins the first), unfilled.
     virtual void polygon_outline(std::span<const Point> points, const Pen& pen) = 0;
     /// A filled polygon without an outline, by the even-odd rule.

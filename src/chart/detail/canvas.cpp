@@ -146,6 +146,10 @@ void Canvas::flush_piece(const Pen& pen) {
     piece_.clear();
 }
 
+void Canvas::strokes(std::span<const MarkerShape::Stroke> pieces, const Pen& pen) {
+    if (!pieces.empty()) guarded("Line error: ", [&] { device_->strokes(pieces, resolved(pen)); });
+}
+
 void Canvas::polygon(std::span<const Point> points, Colour pen, Colour fill, double width) {
     if (capturing()) {
         GraphicItem& item = captured(ItemKind::polygon);

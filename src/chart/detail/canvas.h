@@ -41,6 +41,8 @@ class Canvas {
 
     void line(Point a, Point b, const Pen& pen);
     void polyline(std::span<const Point> points, const Pen& pen);
+    /// Many short pieces of one pen, each inside the window; for rasters.
+    void strokes(std::span<const MarkerShape::Stroke> pieces, const Pen& pen);
     void polygon(std::span<const Point> points, Colour pen, Colour fill, double width);
     void rectangle(const Rect& rect, Colour pen, Colour fill, double width);
     /// Markers of one style whose anchors have been tested to be inside.

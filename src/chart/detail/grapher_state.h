@@ -13,6 +13,7 @@
 #include "chart/detail/lower_picture.h"
 #include "chart/detail/series_painter.h"
 #include "chart/detail/series_table.h"
+#include "chart/detail/tracks.h"
 #include "chart/detail/view_state.h"
 #include "chart/top_marks.h"
 
@@ -53,6 +54,7 @@ struct GrapherState {
 
     SeriesTable series;
     BandTable bands;
+    TrackTable tracks;
     AxisRange x;
     AxisRange y;
     ChartLayout layout;
@@ -61,6 +63,7 @@ struct GrapherState {
     Canvas canvas{notes};
     SeriesPainter painter;
     BandPainter band_painter;
+    TrackPainter track_painter;
     LowerPicture lower;
 
     Gesture gesture;

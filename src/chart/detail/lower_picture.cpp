@@ -7,7 +7,8 @@ namespace anomalis::chart {
 bool LowerPicture::is_of(const GrapherState& state) const {
     const int lowest = state.series.lowest();
     return lowest > 0 && surface_ == state.surface && revision_ == state.series.series(lowest).revision &&
-           bands_ == state.bands.revision() && layout_ == state.layout && x_ == state.x && y_ == state.y &&
+           bands_ == state.bands.revision() && tracks_ == state.tracks.revision() &&
+           layout_ == state.layout && x_ == state.x && y_ == state.y &&
            options_ == state.series.options(lowest) && properties_ == state.properties &&
            face_ == resolved_colour(state, button_face) && text_ == resolved_colour(state, button_text);
 }
@@ -18,6 +19,7 @@ void LowerPicture::keep(const GrapherState& state) {
     if (lowest < 1 || !state.notes.empty()) return;
     revision_ = state.series.series(lowest).revision;
     bands_ = state.bands.revision();
+    tracks_ = state.tracks.revision();
     layout_ = state.layout;
     x_ = state.x;
     y_ = state.y;

@@ -30,8 +30,9 @@ class LowerPicture {
     AxisRange y_;
     SeriesOptions options_;
     std::uint64_t revision_ = 0;
-    std::uint64_t bands_ = 0;  ///< their revision
-    Colour face_ = black;      ///< the desktop's colours
+    std::uint64_t bands_ = 0;   ///< their revision
+    std::uint64_t tracks_ = 0;  ///< likewise
+    Colour face_ = black;       ///< the desktop's colours
     Colour text_ = black;
 };
 

@@ -29,6 +29,7 @@ class ScreenDevice : public PainterDevice {
     bool is_raster() const override { return true; }
     double pixel_size() const override { return units_per_screen_pixel / ratio_; }
     void polyline(std::span<const Point> points, const Pen& pen) override;
+    void strokes(std::span<const MarkerShape::Stroke> pieces, const Pen& pen) override;
     void polygon_outline(std::span<const Point> points, const Pen& pen) override;
     void polygon_fill(std::span<const Point> points, Colour colour) override;
     void text(Point anchor, double angle, std::string_view text, const Font& font, Colour colour) override;

@@ -1,10 +1,16 @@
 #pragma once
 
+#include <cstddef>
+#include <optional>
 #include <string>
 
 namespace anomalis {
+class Prompts;
 class Session;
 }  // namespace anomalis
+namespace anomalis::intake {
+struct SurveyIndex;
+}  // namespace anomalis::intake
 
 namespace anomalis::window {
 
@@ -13,5 +19,9 @@ namespace anomalis::window {
 /// Returns 0, or -1 after a failure, which was shown; an old file then stays.
 int write_model_picture(Session& session, const std::string& path, const std::string& view, int width,
                         int height);
+
+/// Draws the map of a survey into a file likewise, with one line on top or none.
+int write_survey_map(Prompts& prompts, const intake::SurveyIndex& index, std::optional<std::size_t> line,
+                     const std::string& path, int width, int height);
 
 }  // namespace anomalis::window
