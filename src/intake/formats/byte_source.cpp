@@ -69,6 +69,7 @@ class PackedFile : public ByteSource {
     PackedFile& operator=(const PackedFile&) = delete;
 
     std::size_t read(char* into, std::size_t most) override {
+        if (most == 0) return 0;
         stream_.next_out = reinterpret_cast<Bytef*>(into);
         stream_.avail_out = static_cast<uInt>(std::min<std::size_t>(most, 1U << 30));
         const uInt room = stream_.avail_out;

@@ -43,7 +43,9 @@ void take_hemisphere(std::string_view& text, double& sign) {
     };
     if (!text.empty() && take(text.front())) text.remove_prefix(1);
     text = trim_field(text);
-    if (!text.empty() && !taken && take(text.back())) text.remove_suffix(1);
+    // In 140d49m59.8s the last letter means seconds.
+    const bool seconds = text.ends_with('s') && text.find_first_of("dm") != std::string_view::npos;
+    if (!text.empty() && !taken && !seconds && take(text.back())) text.remove_suffix(1);
     text = trim_field(text);
 }
 

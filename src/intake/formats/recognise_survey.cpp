@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <limits>
 
 #include "core/failure.h"
@@ -130,13 +131,20 @@ void find_extremes(SurveyLayout& layout, ValueSample& sample) {
     }
 }
 
+/// A usual dummy within the range of all other readings is a reading itself.
 void add_usual_nulls(SurveyLayout& layout, const ValueSample& sample) {
+    const std::vector<double> usual(usual_nulls.begin(), usual_nulls.end());
     for (std::size_t c = 0; c < layout.columns.size(); ++c) {
         SurveyColumn& column = layout.columns[c];
         if (!may_miss(column.role) || column.text) continue;
-        // A usual dummy within the range of the readings is a reading.
-        for (const double null : usual_nulls)
-            if (null < sample.columns[c].least || null > sample.columns[c].greatest) add_null(column, null);
+        double least = std::numeric_limits<double>::infinity(), greatest = -least;
+        for (const double value : sample.columns[c].values) {
+            if (std::isnan(value) || is_null_value(value, usual)) continue;
+            least = std::min(least, value);
+            greatest = std::max(greatest, value);
+        }
+        for (const double null : usual)
+            if (null < least || null > greatest) add_null(column, null);
     }
 }
 
