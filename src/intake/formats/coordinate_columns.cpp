@@ -44,8 +44,8 @@ bool may_be_projected(const ColumnValues& a, const ColumnValues& b) {
     const auto large = [](const ColumnValues& one) {
         return std::abs(one.middle) >= 1e4 && std::abs(one.middle) <= 2e7 && one.spread() < 2e6;
     };
-    return large(a) && large(b) && std::max(a.typical_step, b.typical_step) > 0 &&
-           a.changes + b.changes > 0 && a.spread() > 0 && b.spread() > 0;
+    // A line along an axis of the grid has one coordinate.
+    return large(a) && large(b) && (a.spread() > 0 || b.spread() > 0);
 }
 
 /// Local coordinates in metres: they change from row to row and never jump far within a line.

@@ -61,6 +61,10 @@ class TableReader : public RowReader {
     static std::size_t byte_of(char c) { return static_cast<unsigned char>(c); }
 
     void plan();
+    /// Names may stand between the header of the first line and its rows.
+    bool heads_line(std::string_view line) const {
+        return layout_.line_headers && sorter_->use_of(line) == RowUse::line_header;
+    }
     bool take(std::string_view line);
     bool take_separated(std::string_view line);
     bool take_fixed(std::string_view line);
@@ -161,12 +165,13 @@ bool TableReader::take_separated(std::string_view line) {
     const char* at = line.data();
     const char* const end = at + line.size();
     bool more = true;
-    for (const std::size_t place : use_of_) {
+    for (std::size_t index = 0; index < use_of_.size(); ++index) {
+        const std::size_t place = use_of_[index];
         while (at != end && (*at == ' ' || (blanks && *at == '\t'))) ++at;
         if (!more || (blanks && at == end)) {
-            const auto missing = std::find_if(uses_.begin(), uses_.end(), [&](const ColumnUse& use) {
-                return use.index >= static_cast<std::size_t>(&place - use_of_.data());
-            });
+            // The first field that is wanted from here on; the last of the plan is.
+            const auto missing = std::find_if(uses_.begin(), uses_.end(),
+                                              [index](const ColumnUse& use) { return use.index >= index; });
             return lose(LossKind::missing_field, &*missing);
         }
         const char* const begin = at;
@@ -250,7 +255,8 @@ bool TableReader::next(RowBlock& block) {
     row_ = 0;
     std::string_view line;
     while (row_ < block_rows && lines_.next(line)) {
-        if (lines_.line_number() < layout_.first_row || !take(line)) continue;
+        if (lines_.line_number() < layout_.first_row && !heads_line(line)) continue;
+        if (!take(line)) continue;
         block.line[row_] = row_line_;
         block.file_line[row_] = lines_.line_number();
         ++row_;
