@@ -129,12 +129,13 @@ std::size_t LineReader::find_carriage_return() {
 /// then.
 void LineReader::end_at_carriage_return() {
     ++begin_;
-    skip_line_feed_ = true;
+    skip_line_feed_ = line_ended_ = true;
 }
 
 std::string_view LineReader::read_line() {
     if (at_end()) return {};
     ++line_number_;
+    line_ended_ = false;
     const std::size_t length = find_carriage_return();
     if (length != std::string_view::npos) {
         const std::string_view line(buffer_.data() + begin_, length);
@@ -158,6 +159,7 @@ std::string_view LineReader::read_line() {
 std::string_view LineReader::read_lf_line() {
     if (at_end()) return {};
     ++line_number_;
+    line_ended_ = true;
     // Nearly every line stands in the buffer, is short and has nothing to drop: it is given as it stands.
     std::size_t run = printable_run(buffer_.data() + begin_, std::min(end_ - begin_, longest_lf_line));
     if (begin_ + run == end_ && fill())
@@ -168,6 +170,7 @@ std::string_view LineReader::read_lf_line() {
         return line;
     }
     line_.clear();
+    line_ended_ = false;
     while (begin_ < end_ || fill()) {
         const std::size_t piece = std::min({piece_size, end_ - begin_, longest_lf_line - line_.size()});
         begin_ += append_printable({buffer_.data() + begin_, piece}, line_);
@@ -178,6 +181,7 @@ std::string_view LineReader::read_lf_line() {
         }
         if (buffer_[begin_] == '\n') {
             ++begin_;
+            line_ended_ = true;
             break;
         }
         if (line_.size() == longest_lf_line) break;

@@ -35,6 +35,8 @@ class LineReader {
     /// The next line by the style given.
     std::string_view next(int style) { return style == 0 ? read_line() : read_lf_line(); }
 
+    /// Whether the line that was read last had an end; the last one of a file may have none.
+    bool line_ended() const { return line_ended_; }
     /// The number of lines read so far.
     long line_number() const { return line_number_; }
     const std::string& path() const { return path_; }
@@ -50,6 +52,7 @@ class LineReader {
     std::size_t begin_ = 0;
     std::size_t end_ = 0;
     bool skip_line_feed_ = false;  ///< the last line ended at a CR: an LF that follows belongs to it
+    bool line_ended_ = false;
     std::string line_;
     long line_number_ = 0;
 };

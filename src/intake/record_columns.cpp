@@ -31,12 +31,25 @@ RecordColumns::RecordColumns(const DataDefinition& d) {
         if (column > 0) wanted_[wanted_count_++] = {column, quantities_of_column(d, column)};
 }
 
+namespace {
+
+bool ends_with_separator(std::string_view row) {
+    const auto last = row.find_last_not_of(" \t");
+    return last != std::string_view::npos && (row[last] == ',' || row[last] == ';');
+}
+
+}  // namespace
+
 RowReading RecordColumns::read(std::string_view line, RecordValues& values) const {
+    const std::string_view row = line;
     std::int32_t column = 1;
     std::uint8_t taken = 0;
     for (std::size_t i = 0; i < wanted_count_; ++i) {
         for (; column < wanted_[i].column && !line.empty(); ++column) next_token(line);
-        if (line.empty()) return {RowReading::too_short, {}, taken};
+        if (line.empty()) {
+            const bool empty_field = column == wanted_[i].column && ends_with_separator(row);
+            return {empty_field ? RowReading::no_number : RowReading::too_short, {}, taken};
+        }
         double value = 0;
         std::string_view at = line;
         if (!next_number(line, value)) return {RowReading::no_number, next_token(at), taken};

@@ -43,7 +43,8 @@ class RecordColumns {
     explicit RecordColumns(const DataDefinition& definition);
 
     /// Takes the values of a record. Columns that it lacks leave theirs as they are. When a wanted token is
-    /// no number, what was taken before it stays.
+    /// no number, what was taken before it stays. A row that ends with a comma or a semicolon has an empty
+    /// field behind it, which is no number.
     RowReading read(std::string_view line, RecordValues& values) const;
 
   private:

@@ -29,11 +29,16 @@ bool RecordReader::next() {
         if (lines_.ended() || !find_record(line)) return false;
         const RowReading row = columns_.read(line, values_);
         read_ |= row.taken;
-        if (row.fit != RowReading::no_number) {
+        const bool cut = row.fit == RowReading::too_short && !reader_.line_ended() && reader_.at_end();
+        if (row.fit != RowReading::no_number && !cut) {
             notes_.take(reader_.line_number(), row.fit == RowReading::too_short);
             break;
         }
-        notes_.drop(reader_.line_number(), row.token);
+        if (cut) {
+            notes_.cut_line = reader_.line_number();
+        } else {
+            notes_.drop(reader_.line_number(), row.token);
+        }
     }
     note_missing_heights();
     if (transform_.active) transform_point();

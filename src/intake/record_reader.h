@@ -11,7 +11,8 @@
 namespace anomalis::intake {
 
 /// Reads the records of an observed data file one after the other. The values stay from record to record: a
-/// short row keeps the earlier row's values for the columns that it lacks.
+/// short row keeps the earlier row's values for the columns that it lacks, but for one without a line end at
+/// the end of the file, which was cut and is no record.
 class RecordReader {
   public:
     /// Opens the file and skips the lines before the first data line. Raises FileFault.

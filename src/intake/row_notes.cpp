@@ -33,6 +33,14 @@ void tell_dropped(const RowNotes& notes, const std::string& path, Faults& faults
                1, notes.records == 0 ? Severity::doubt : Severity::remark);
 }
 
+void tell_cut(const RowNotes& notes, const std::string& path, Faults& faults) {
+    if (notes.cut_line > 0)
+        faults.add(at(path, notes.cut_line) +
+                       "the last row was passed over, it has no line end and too few columns; the file may "
+                       "have been cut",
+                   1, Severity::doubt);
+}
+
 void tell_short(const RowNotes& notes, const std::string& path, Faults& faults) {
     if (notes.last_is_short)
         faults.add(at(path, notes.last_line) +
@@ -74,11 +82,12 @@ void tell_rows(const RowNotes& notes, const std::string& path, Faults& faults) {
     if (!notes.counted) return;
     if (notes.records == 0) faults.add("No stations were found in " + path, 1, Severity::doubt);
     tell_dropped(notes, path, faults);
+    tell_cut(notes, path, faults);
     if (notes.records == 0) return;
     tell_short(notes, path, faults);
     tell_heights(notes.missing_sensor_heights, "sensor height", path, faults);
     tell_heights(notes.missing_ground_heights, "ground elevation", path, faults);
-    if (notes.to_the_end && !notes.last_is_short && ends_within_a_line(path))
+    if (notes.to_the_end && !notes.last_is_short && notes.cut_line == 0 && ends_within_a_line(path))
         faults.add(at(path, notes.last_line) +
                        "the last row has no line end; if the file was cut its last value may be wrong",
                    1, Severity::remark);

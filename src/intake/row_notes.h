@@ -19,6 +19,7 @@ struct RowNotes {
     std::string unreadable;  ///< what stood there
     long short_rows = 0;     ///< that kept values of the row before
     long first_short_line = 0;
+    long cut_line = 0;   ///< a row that the end of the file cuts, and that was passed over; 0 for none
     long last_line = 0;  ///< of the last record
     bool last_is_short = false;
     long missing_sensor_heights = 0, missing_ground_heights = 0;  ///< rows that mark theirs as missing

@@ -145,7 +145,8 @@ TEST(ExitStatus, a_last_row_that_was_cut_is_told) {
     // "501000.0 6500": the line then runs north, and no body lies across it.
     files.folder.write("survey.dat", whole.substr(0, last_row + 13));
     expect_failure_told(
-        files, files.folder.path("survey.dat") + ", line 42: the last row ends before its last column");
+        files, files.folder.path("survey.dat") +
+                   ", line 42: the last row was passed over, it has no line end and too few columns");
 }
 
 TEST(ExitStatus, stations_at_one_place_are_told) {

@@ -115,6 +115,7 @@ TEST(Records, a_short_row_keeps_the_earlier_values) {
     EXPECT_THAT(records_of("1 2 3\n4 5\n6\n"),
                 ElementsAre(record(1, 2, 3), record(4, 5, 3), record(6, 5, 3)));
     EXPECT_THAT(records_of("4 5\n1 2 3\n"), ElementsAre(record(4, 5, -1e32), record(1, 2, 3)));
+    EXPECT_THAT(records_of("1,2,3\n4,5\n"), ElementsAre(record(1, 2, 3), record(4, 5, 3)));
 }
 
 TEST(Records, a_dropped_record_leaves_what_it_had_taken) {
@@ -124,6 +125,27 @@ TEST(Records, a_dropped_record_leaves_what_it_had_taken) {
 
 TEST(Records, an_empty_field_is_no_number) {
     EXPECT_THAT(records_of("1,,3\n4,5,6\n"), ElementsAre(record(4, 5, 6)));
+    for (const char* empty_end : {"7,8,", "7;8;", "7,8, ", "7,8,\t", "7 8 ,", "\"7\",\"8\","})
+        EXPECT_THAT(records_of(std::string("1,2,3\n") + empty_end + "\n4,5,6\n"),
+                    ElementsAre(record(1, 2, 3), record(4, 5, 6)))
+            << empty_end;
+}
+
+TEST(Records, a_comma_behind_the_last_wanted_column_is_no_empty_field_of_it) {
+    EXPECT_THAT(records_of("1,2,3,\n4,5,6\n"), ElementsAre(record(1, 2, 3), record(4, 5, 6)));
+    // Column 3 is empty and nobody wants it; column 5 the row does not have.
+    EXPECT_THAT(records_of("1,2,9,9,3\n4,5,\n", [](Workspace& w) { w.definition.mag_column = 5; }),
+                ElementsAre(record(1, 2, 3), record(4, 5, 3)));
+}
+
+TEST(Records, a_row_that_the_end_of_the_file_cuts_is_none) {
+    for (const char* line_end : {"\n", "\r\n", "\r"}) {
+        const std::string text = std::string("1 2 3") + line_end + "4 5 6" + line_end + "7 8";
+        EXPECT_THAT(records_of(text), ElementsAre(record(1, 2, 3), record(4, 5, 6)));
+        EXPECT_THAT(records_of(text + line_end),
+                    ElementsAre(record(1, 2, 3), record(4, 5, 6), record(7, 8, 6)));
+        EXPECT_THAT(records_of(text + " 9"), ElementsAre(record(1, 2, 3), record(4, 5, 6), record(7, 8, 9)));
+    }
 }
 
 TEST(Records, columns_may_be_shared) {

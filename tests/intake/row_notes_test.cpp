@@ -64,10 +64,33 @@ TEST(RowNotes, a_last_row_that_is_short_is_doubted_and_one_before_it_remarked) {
     ASSERT_EQ(middle.faults.entries().size(), 1U);
     EXPECT_THAT(middle.text(0), HasSubstr("line 3: the row ends before its last column"));
     EXPECT_EQ(middle.severity(0), Severity::remark);
-    const Notes last("head\n1 2 3\n4 5 6\n7 8");
+    const Notes last("head\n1 2 3\n4 5 6\n7 8\n");
     ASSERT_EQ(last.faults.entries().size(), 1U);
     EXPECT_THAT(last.text(0), HasSubstr("line 4: the last row ends before its last column"));
     EXPECT_EQ(last.severity(0), Severity::doubt);
+}
+
+TEST(RowNotes, a_last_row_that_the_end_of_the_file_cuts_is_passed_over_and_doubted) {
+    for (const char* end : {"7 8", "7,8", "7", "7 8 "}) {
+        const Notes read(std::string("head\n1 2 3\n4 5 6\n") + end);
+        ASSERT_EQ(read.faults.entries().size(), 1U) << end;
+        EXPECT_THAT(read.text(0), HasSubstr("line 4: the last row was passed over, it has no line end"));
+        EXPECT_EQ(read.severity(0), Severity::doubt);
+        EXPECT_EQ(read.notes.records, 2);
+        EXPECT_EQ(read.notes.cut_line, 4);
+    }
+    const Notes alone("head\n1 2");
+    ASSERT_EQ(alone.faults.entries().size(), 2U);
+    EXPECT_THAT(alone.text(0), HasSubstr("No stations were found"));
+}
+
+TEST(RowNotes, an_empty_field_at_the_end_is_passed_over_like_one_in_the_middle) {
+    const Notes read("head\n1,2,3\n4,5,\n6,,7\n8,9,10\n");
+    EXPECT_EQ(read.notes.records, 2);
+    EXPECT_EQ(read.notes.dropped, 2);
+    EXPECT_EQ(read.notes.short_rows, 0);
+    ASSERT_EQ(read.faults.entries().size(), 1U);
+    EXPECT_THAT(read.text(0), HasSubstr("line 3: the row was passed over, nothing stands where a number"));
 }
 
 TEST(RowNotes, a_last_row_without_an_end_is_remarked) {
