@@ -14,6 +14,8 @@
 #include "flow/recent_files.h"
 #include "flow/take_line.h"
 #include "intake/load.h"
+#include "intake/load_report.h"
+#include "intake/row_notes.h"
 #include "inversion/parameters.h"
 #include "model/refresh_model.h"
 #include "show/page_layout.h"
@@ -78,6 +80,15 @@ std::shared_ptr<Workspace> kept_model(edit::Workbench& workbench, const std::str
     if (workspace.model_file == path || !edit::History::keeps_line(workspace)) return nullptr;
     edit::settle_history(workbench);
     return std::make_shared<Workspace>(workspace);
+}
+
+/// Of a table that an import left, the import tells too.
+void take_report(edit::Workbench& workbench, const intake::RowNotes& rows) {
+    const Workspace& workspace = workbench.session.workspace;
+    intake::LoadReport report = intake::report_of_load(workspace, rows);
+    const auto& imported = workbench.reports.imported;
+    if (imported) report = intake::with_import(std::move(report), *imported);
+    workbench.reports.load = std::make_shared<const intake::LoadReport>(std::move(report));
 }
 
 }  // namespace
@@ -181,6 +192,7 @@ void set_data_file(edit::Workbench& workbench, const std::string& path) {
     Workspace& workspace = session.workspace;
     workspace.definition.data_file = path;
     workspace.definition.data_file_as_named.clear();
+    workbench.reports = {};
     drop_stations(workspace);
     if (workbench.base_from_mean[channel_mag]) workspace.mag.base = unset;
     if (workbench.base_from_mean[channel_grav]) workspace.grav.base = unset;
@@ -214,9 +226,11 @@ LoadResult load_line(edit::Workbench& workbench) {
     const MessageScope scope(session.prompts);
     const FileStamp stamp = stamp_file(workspace.definition.data_file, StampDepth::times);
     const auto unset_bases = edit::unset_base_levels(workspace);
-    const int status = intake::load_locations(workspace, session.prompts);
+    intake::RowNotes rows;
+    const int status = intake::load_locations(workspace, session.prompts, &rows);
     if (status >= 0) edit::note_base_levels(workbench, unset_bases);
     if (status == 0) model::finish_load(session);
+    take_report(workbench, rows);
     workbench.known_files.note(workspace.definition.data_file, stamp);
     edit::reset_view(workspace, workbench.view, session.prompts);
     edit::settle_history(workbench);

@@ -37,7 +37,7 @@ Workspace workspace_of_new_line(const edit::Workbench& workbench) {
     Workspace fresh;
     fresh.bodies.resize(static_cast<std::size_t>(fresh.body_capacity) + 1);
     fresh.formulas = formulas_of_new_line(session.settings);
-    fresh.source.field_missing = true;
+    forget_field(fresh);
     fresh.display = session.workspace.display;
     return fresh;
 }

@@ -31,6 +31,10 @@ std::string_view first_objection(const DataDefinition& d) {
 
 }  // namespace
 
+std::string definition_objection(const Workspace& workspace) {
+    return std::string(first_objection(workspace.definition));
+}
+
 int check_data_definitions(Workspace& workspace, Prompts& prompts) {
     int status = 1;
     const int failure =

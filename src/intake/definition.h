@@ -15,6 +15,9 @@ namespace anomalis::intake {
 /// is then brought up to date), 1 when one fails, -1 after an error.
 int check_data_definitions(Workspace& workspace, Prompts& prompts);
 
+/// What keeps the data from being read; "" when nothing does.
+std::string definition_objection(const Workspace& workspace);
+
 /// The first lines of a data file, for counting columns by eye.
 struct FileHead {
     static constexpr int longest = 64;

@@ -1,11 +1,14 @@
 #include "intake/load.h"
 
+#include <string>
+
 #include "core/paths.h"
 #include "core/prompts.h"
 #include "core/workspace.h"
 #include "intake/definition.h"
 #include "intake/location_file.h"
 #include "intake/profile.h"
+#include "intake/row_notes.h"
 
 namespace anomalis::intake {
 
@@ -14,19 +17,31 @@ namespace {
 constexpr int pass_count = 0;
 constexpr int pass_fill = 1;
 
-/// The message about a quantity whose range never left the mark of a value that was not read, or is empty
-/// since all readings are missing; null when all were read. Only the low end is tested for the mark: a first
-/// record that lacks a column is enough.
-const char* missing_quantity(const Workspace& w) {
+/// A quantity of which nothing was read.
+struct MissingQuantity {
+    const char* message = nullptr;  ///< null when all were read
+    const char* name = "";
+    std::int32_t column = 0;
+};
+
+/// The first whose range never left the mark of a value that was not read, or is empty since all readings are
+/// missing. Only the low end is tested for the mark: a first record that lacks a column is enough.
+MissingQuantity missing_quantity(const Workspace& w) {
     const DataDefinition& d = w.definition;
     const auto none = [](float low, float high) { return low < missing_limit || low > high; };
     // A place needs both coordinates, and one text tells of either.
-    if (w.x_min < missing_limit || w.y_min < missing_limit) return "No valid x coordinate values were read";
-    if (d.z_column > 0 && none(w.z_min, w.z_max)) return "No valid z coordinate values were read";
-    if (d.dtm_column > 0 && none(w.dtm_min, w.dtm_max)) return "No valid DTM values were read";
-    if (d.mag_column > 0 && none(w.mag.min, w.mag.max)) return "No valid mag values were read";
-    if (d.grav_column > 0 && none(w.grav.min, w.grav.max)) return "No valid gravity values were read";
-    return nullptr;
+    constexpr const char* of_place = "No valid x coordinate values were read";
+    if (w.x_min < missing_limit) return {of_place, "X", d.x_column};
+    if (w.y_min < missing_limit) return {of_place, "Y", d.y_column};
+    if (d.z_column > 0 && none(w.z_min, w.z_max))
+        return {"No valid z coordinate values were read", "sensor height", d.z_column};
+    if (d.dtm_column > 0 && none(w.dtm_min, w.dtm_max))
+        return {"No valid DTM values were read", "ground", d.dtm_column};
+    if (d.mag_column > 0 && none(w.mag.min, w.mag.max))
+        return {"No valid mag values were read", "magnetics", d.mag_column};
+    if (d.grav_column > 0 && none(w.grav.min, w.grav.max))
+        return {"No valid gravity values were read", "gravity", d.grav_column};
+    return {};
 }
 
 /// Up to the filled stations in file order. False when there are none to go on with.
@@ -35,11 +50,16 @@ bool read_stations(Workspace& w, Prompts& prompts, RowNotes* notes) {
     if (check_data_definitions(w, prompts) != 0) return false;
     w.read_from = line_inputs(w);
     if (read_location_file(pass_count, w, prompts, notes) != 0 || w.station_count == 0) return false;
-    if (const char* text = missing_quantity(w)) {
-        prompts.message(text);
+    if (const MissingQuantity missing = missing_quantity(w); missing.message) {
+        if (notes)
+            notes->nothing_of =
+                std::string(missing.name) + " (column " + std::to_string(missing.column) + ")";
+        prompts.message(missing.message);
         return false;
     }
-    return read_location_file(pass_fill, w, prompts) == 0;
+    if (read_location_file(pass_fill, w, prompts) != 0) return false;
+    if (notes) notes->facts = facts_of_rows(w);
+    return true;
 }
 
 }  // namespace

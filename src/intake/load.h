@@ -13,7 +13,7 @@ struct RowNotes;
 /// station window and the elevations. Messages are shown once each.
 /// Returns 0; -1 when it stopped before the stations were filled: `station_count` is then 0; 1 when the
 /// stations are there but the line has no length, so that all distances are 0 and nothing can be modelled.
-/// `notes`, where given, gets what the reader passed over in silence.
+/// `notes`, where given, gets what the reader passed over in silence and what the rows are like.
 int load_locations(Workspace& workspace, Prompts& prompts, RowNotes* notes = nullptr);
 
 }  // namespace anomalis::intake

@@ -46,8 +46,13 @@ struct LoadReport {
     std::optional<double> least_clearance_m, greatest_clearance_m;  ///< sensor over ground
     long duplicates = 0;  ///< readings at a place that was there just before
     bool looks_like_degrees = false;
+    long stretches = 1;             ///< between jumps and turns back; above 1 these are several lines
+    double stretches_length_m = 0;  ///< of all of them
+    bool bends = false;             ///< one of them by more than 20 degrees
     std::optional<RepeatedReading> repeated;
     std::string coordinate_system, field_origin;
+    std::vector<std::string> warnings;  ///< what can hardly be meant, and what to do
+    std::string problem;                ///< why there are no stations, and what to do; "" when there are
 };
 
 /// One line of the report as it is shown.
@@ -56,10 +61,16 @@ struct ReportItem {
     Severity severity = Severity::remark;
 };
 std::vector<ReportItem> report_items(const LoadReport& report);
-/// For the status line: "804 stations, 7.3 km, spacing 9.1 m; 3 rows dropped".
+/// For the status line: "804 stations, 7.3 km, spacing 9.1 m; 3 rows dropped". What can hardly be meant
+/// stands first.
 std::string report_summary(const LoadReport& report);
+/// Whether something in it can hardly be meant.
+bool has_doubts(const LoadReport& report);
 
-/// Of a workspace that was just loaded the usual way; `notes` are those of its reader.
+/// Of a workspace that was just loaded the usual way, or could not be; `notes` are those of its reader.
 LoadReport report_of_load(const Workspace& workspace, const RowNotes& notes);
+
+/// The report of a load of the table that an import left, with what the import met in its survey file.
+LoadReport with_import(LoadReport load, const LoadReport& imported);
 
 }  // namespace anomalis::intake

@@ -48,11 +48,11 @@ RowReading RecordColumns::read(std::string_view line, RecordValues& values) cons
         for (; column < wanted_[i].column && !line.empty(); ++column) next_token(line);
         if (line.empty()) {
             const bool empty_field = column == wanted_[i].column && ends_with_separator(row);
-            return {empty_field ? RowReading::no_number : RowReading::too_short, {}, taken};
+            return {empty_field ? RowReading::no_number : RowReading::too_short, {}, taken, column};
         }
         double value = 0;
         std::string_view at = line;
-        if (!next_number(line, value)) return {RowReading::no_number, next_token(at), taken};
+        if (!next_number(line, value)) return {RowReading::no_number, next_token(at), taken, column};
         ++column;
         for (unsigned bits = wanted_[i].quantities; bits != 0; bits &= bits - 1)
             values[static_cast<std::size_t>(std::countr_zero(bits))] = value;

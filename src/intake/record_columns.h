@@ -35,6 +35,7 @@ struct RowReading {
     Fit fit = whole;
     std::string_view token = {};  ///< what stood where a number is wanted
     std::uint8_t taken = 0;       ///< the quantities that got a value, a bit each
+    std::int32_t column = 0;      ///< of that token, from 1
 };
 
 /// The columns of a definition that are read.

@@ -13,6 +13,7 @@ namespace anomalis::intake {
 namespace {
 
 constexpr double never_read = -1e32;
+constexpr std::size_t longest_shown = 300;
 
 }  // namespace
 
@@ -20,7 +21,8 @@ RecordReader::RecordReader(const DataDefinition& definition, const PointTransfor
     : transform_(transform), reader_(definition.data_file), lines_(definition), columns_(definition) {
     values_.fill(never_read);
     style_ = reader_.detect_line_style();
-    for (std::int32_t i = 1; i < definition.first_data_line && !reader_.at_end(); ++i) reader_.next(style_);
+    for (std::int32_t i = 1; i < definition.first_data_line && !reader_.at_end(); ++i)
+        notes_.see_head(reader_.next(style_));
 }
 
 bool RecordReader::next() {
@@ -31,13 +33,14 @@ bool RecordReader::next() {
         read_ |= row.taken;
         const bool cut = row.fit == RowReading::too_short && !reader_.line_ended() && reader_.at_end();
         if (row.fit != RowReading::no_number && !cut) {
+            if (notes_.records == 0) notes_.first_record = line.substr(0, longest_shown);
             notes_.take(reader_.line_number(), row.fit == RowReading::too_short);
             break;
         }
         if (cut) {
             notes_.cut_line = reader_.line_number();
         } else {
-            notes_.drop(reader_.line_number(), row.token);
+            notes_.drop(reader_.line_number(), row.token, row.column);
         }
     }
     note_missing_heights();

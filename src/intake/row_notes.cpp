@@ -64,11 +64,23 @@ void tell_heights(long missing, const char* which, const std::string& path, Faul
 
 }  // namespace
 
-void RowNotes::drop(long line, std::string_view token) {
-    constexpr std::size_t longest_token = 40;
-    if (++dropped > 1) return;
-    first_dropped_line = line;
-    unreadable = single_line(token.substr(0, longest_token));
+void RowNotes::see_head(std::string_view line) {
+    metres_per_s2_in_head = metres_per_s2_in_head || line.find("m/s") != std::string_view::npos;
+}
+
+void RowNotes::drop(long line, std::string_view token, std::int32_t column) {
+    constexpr std::size_t longest_token = 40, most_kinds = 6;
+    token = token.substr(0, longest_token);
+    if (++dropped == 1) {
+        first_dropped_line = line;
+        unreadable = single_line(token);
+    }
+    for (DroppedRows& kind : kinds) {
+        if (kind.column != column || kind.token != token) continue;
+        ++kind.count;
+        return;
+    }
+    if (kinds.size() < most_kinds) kinds.push_back({std::string(token), column, 1, line});
 }
 
 void RowNotes::take(long line, bool is_short) {

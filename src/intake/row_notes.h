@@ -1,13 +1,25 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
+
+#include "intake/row_facts.h"
 
 namespace anomalis {
 class Faults;
 }  // namespace anomalis
 
 namespace anomalis::intake {
+
+/// Rows that were passed over for one reason.
+struct DroppedRows {
+    std::string token;        ///< what stands where a number is wanted; "" for nothing
+    std::int32_t column = 0;  ///< from 1
+    long count = 0;
+    long first_line = 0;
+};
 
 /// What the reader met in a data file and passes over in silence, as a table with gaps wants it. Lines are
 /// numbered from 1 with the lines before the first record.
@@ -16,8 +28,9 @@ struct RowNotes {
     long records = 0;
     long dropped = 0;  ///< rows with something that is no number where one is wanted
     long first_dropped_line = 0;
-    std::string unreadable;  ///< what stood there
-    long short_rows = 0;     ///< that kept values of the row before
+    std::string unreadable;          ///< what stood there
+    std::vector<DroppedRows> kinds;  ///< of the dropped rows, at most a few
+    long short_rows = 0;             ///< that kept values of the row before
     long first_short_line = 0;
     long cut_line = 0;   ///< a row that the end of the file cuts, and that was passed over; 0 for none
     long last_line = 0;  ///< of the last record
@@ -25,7 +38,14 @@ struct RowNotes {
     long missing_sensor_heights = 0, missing_ground_heights = 0;  ///< rows that mark theirs as missing
     bool to_the_end = false;                                      ///< the file was read as far as it goes
 
-    void drop(long line, std::string_view token);
+    bool metres_per_s2_in_head = false;  ///< a line before the first record speaks of "um/s2"
+    std::string first_record;            ///< its text, cut when it is long
+    /// Of what not one value was read, though a column is given for it: "gravity (column 5)"; "" for none.
+    std::string nothing_of;
+    RowFacts facts;  ///< of the rows that were read; found by a load
+
+    void see_head(std::string_view line);
+    void drop(long line, std::string_view token, std::int32_t column);
     void take(long line, bool is_short);
 };
 

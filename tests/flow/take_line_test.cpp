@@ -177,4 +177,23 @@ TEST(TakeLine, an_example_is_opened_as_a_copy_that_never_writes_it) {
     EXPECT_EQ(open_copy(sample.workbench, sample.folder.path("gone.axm")), OpenOutcome::missing);
 }
 
+TEST(TakeLine, what_the_import_met_is_told_by_the_load_of_its_table) {
+    TakeLine sample;
+    intake::LoadReport met;
+    met.line = "5690";
+    met.lines_in_file = 12;
+    met.dropped = {{"a field is missing", "tmi", 3, 17}};
+    Workspace fresh = workspace_of_new_line(sample.workbench);
+    fresh.definition = sample.workspace().definition;
+    start_untitled(sample.workbench, std::move(fresh), {"import of line 5690", "line 5690", met});
+    EXPECT_EQ(sample.workbench.history.undo_name(), "import of line 5690");
+    const LoadResult result = load_line(sample.workbench);
+    ASSERT_TRUE(sample.workbench.reports.load);
+    EXPECT_EQ(sample.workbench.reports.load->line, "5690");
+    EXPECT_EQ(sample.workbench.reports.load->lines_in_file, 12);
+    ASSERT_EQ(sample.workbench.reports.load->dropped.size(), 1U);
+    EXPECT_EQ(sample.workbench.reports.load->stations, sample.workspace().station_count);
+    EXPECT_TRUE(result.loaded);
+}
+
 }  // namespace anomalis::flow

@@ -116,8 +116,11 @@ TEST(BadDataFile, that_ends_in_the_middle_of_a_line) {
     EXPECT_EQ(cut_number.workspace.station_count, 3);
     Survey cut_row("0 0 1\n10 0 2\n20");
     EXPECT_EQ(load_locations(cut_row.workspace, cut_row.prompts), 0);
-    EXPECT_EQ(cut_row.workspace.station_count, 3);
-    EXPECT_EQ(cut_row.workspace.mag.data(3, row_raw, stage_observed),
+    EXPECT_EQ(cut_row.workspace.station_count, 2);
+    Survey short_row("0 0 1\n10 0 2\n20\n");
+    EXPECT_EQ(load_locations(short_row.workspace, short_row.prompts), 0);
+    EXPECT_EQ(short_row.workspace.station_count, 3);
+    EXPECT_EQ(short_row.workspace.mag.data(3, row_raw, stage_observed),
               2);  // a short row keeps the earlier value
     Survey cut_sign("0 0 1\n10 0 2\n20 0 -");
     EXPECT_EQ(load_locations(cut_sign.workspace, cut_sign.prompts), 0);
