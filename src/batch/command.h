@@ -39,6 +39,9 @@ std::unique_ptr<Command> find_command();
 std::unique_ptr<Command> follow_command();
 std::unique_ptr<Command> uncertainty_command();
 std::unique_ptr<Command> export_command();
+std::unique_ptr<Command> lines_command();
+std::unique_ptr<Command> import_command();
+std::unique_ptr<Command> new_command();
 /// `pictures` may be null: it then fails with a message.
 std::unique_ptr<Command> render_command(PictureWriter* pictures);
 

@@ -13,6 +13,7 @@ std::string files_refusal(const CommandFiles& files) {
         kept.push_back({"a workspace", other});
         kept.push_back({"a data file", workspace_file::data_file_of(other)});
     }
+    for (const std::string& data : files.data) kept.push_back({"the data file", data});
     for (const FileUse& output : files.writes) {
         const bool first = &output == &files.writes.front();
         const std::string of_model = first && files.in_place ? "" : overwrite_refusal(output, model);

@@ -14,6 +14,7 @@ struct CommandFiles {
     bool in_place = false;                 ///< the first of them may be the model itself
     std::string way_out = {};              ///< said to whoever names the model there without that
     std::vector<std::string> others = {};  ///< further workspaces that are read, with their data files
+    std::vector<std::string> data = {};    ///< files that are read and are no workspaces
 };
 
 /// Why a command must not start: an output is an input or another output. "" when it may.

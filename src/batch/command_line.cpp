@@ -47,6 +47,18 @@ class ReadOptions : public OptionList {
                 purpose)
             ->required(need == Need::must);
     }
+    void several(const std::string& names, const Take& take, const std::string& purpose) override {
+        place_
+            ->add_option_function<std::vector<std::string>>(
+                names,
+                [take, names](const std::vector<std::string>& texts) {
+                    for (const std::string& text : texts)
+                        if (const std::string why = take(text); !why.empty())
+                            throw CLI::ValidationError(long_name(names), why);
+                },
+                purpose)
+            ->allow_extra_args(false);  // what follows the text may be the file
+    }
     void choice(const std::string& names, std::string& value, const std::vector<std::string>& choices,
                 const std::string& purpose) override {
         place_->add_option(names, value, purpose)->check(CLI::IsMember(choices))->capture_default_str();

@@ -6,6 +6,7 @@
 
 #include "batch/option_values.h"
 #include "batch/picture_writer.h"
+#include "batch/survey_options.h"
 
 // One procedure a command. Each returns true when it did its work; what it could not do it has shown.
 namespace anomalis::batch {
@@ -92,6 +93,29 @@ struct RenderOptions {
     PictureRequest picture;
 };
 
+struct LinesOptions {
+    SurveyOptions survey;
+    bool json = false;
+};
+
+struct ImportOptions {
+    SurveyOptions survey;
+    std::string line;  ///< empty: the only one
+    int piece = 0;     ///< from 1; 0: the whole line
+    bool all = false;
+    flow::ImportChoices choices;
+    std::string folder;
+    bool force = false;
+    bool json = false;
+};
+
+struct NewOptions {
+    SurveyOptions survey;
+    flow::ImportChoices choices;
+    std::string output;
+    bool force = false;
+};
+
 /// Takes "WIDTHxHEIGHT", each 16 to 16384; false when the text is none.
 bool parse_picture_size(const std::string& text, PictureRequest& picture);
 
@@ -103,6 +127,9 @@ bool run_find(const FindCommandOptions& options, BatchSession& batch);
 bool run_follow(const FollowCommandOptions& options, BatchSession& batch);
 bool run_uncertainty(const UncertaintyCommandOptions& options, BatchSession& batch);
 bool run_export(const ExportOptions& options, BatchSession& batch);
+bool run_lines(const LinesOptions& options, BatchSession& batch);
+bool run_import(const ImportOptions& options, BatchSession& batch);
+bool run_new(const NewOptions& options, BatchSession& batch);
 bool run_render(const RenderOptions& options, BatchSession& batch, PictureWriter* pictures);
 
 }  // namespace anomalis::batch

@@ -26,6 +26,8 @@ class OptionList {
     virtual void text(const std::string& names, std::string& value, const std::string& purpose) = 0;
     virtual void taken(const std::string& names, const Take& take, const std::string& purpose,
                        Need need = Need::may) = 0;
+    /// An option that may be given any number of times, each time with one text.
+    virtual void several(const std::string& names, const Take& take, const std::string& purpose) = 0;
     /// One of `choices`; what `value` holds before is shown as the usual one.
     virtual void choice(const std::string& names, std::string& value, const std::vector<std::string>& choices,
                         const std::string& purpose) = 0;

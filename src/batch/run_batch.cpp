@@ -23,6 +23,9 @@ Commands all_commands(PictureWriter* pictures) {
     commands.push_back(follow_command());
     commands.push_back(uncertainty_command());
     commands.push_back(export_command());
+    commands.push_back(lines_command());
+    commands.push_back(import_command());
+    commands.push_back(new_command());
     commands.push_back(render_command(pictures));
     return commands;
 }

@@ -37,7 +37,9 @@ class ImportingAll : public intake::LineTaker {
         all_.lines.push_back({.line = line,
                               .table_path = imported.table_path,
                               .workspace_path = imported.workspace_path,
-                              .report = imported.report});
+                              .report = imported.report,
+                              .source = imported.workspace.source,
+                              .field = imported.workspace.field});
     }
 
   private:

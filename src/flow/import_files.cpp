@@ -104,7 +104,7 @@ bool may_replace(const StagedFiles& files, ReplaceExisting replace, Prompts& pro
     const std::string what = list_of(paths) + (paths.size() == 1 ? " is" : " are") + " in " +
                              native_path(folder_name(paths.front())) + " already, with other contents";
     if (replace == ReplaceExisting::ask) return prompts.ask_yes_no(what + ". Replace?");
-    prompts.message(what + ": nothing was written");
+    prompts.message(what + ": nothing was written. --force replaces what is there");
     return false;
 }
 

@@ -16,6 +16,7 @@
 #include "flow/survey_table.h"
 #include "intake/coordinates/coordinate_system.h"
 #include "workspace_file/axm.h"
+#include "workspace_file/data_file_place.h"
 
 namespace anomalis::flow {
 
@@ -72,7 +73,7 @@ float gap_distance_of(const SurveyLine& line) {
     return to_single(std::ceil(distance / step - 1e-9) * step);
 }
 
-std::vector<TableColumn> table_columns(const SurveyLine& line, bool main_field_changed) {
+std::vector<TableColumn> table_columns(const SurveyLine& line) {
     std::vector<TableColumn> columns{{.name = "east_m", .values = line.east},
                                      {.name = "north_m", .values = line.north}};
     const auto add = [&](const TableColumn& column) {
@@ -80,7 +81,7 @@ std::vector<TableColumn> table_columns(const SurveyLine& line, bool main_field_c
     };
     add({.name = line.height_is_clearance ? "clearance_m" : "sensor_m", .values = line.height});
     add({.name = "ground_m", .values = line.ground});
-    add({.name = "mag_nT", .values = line.mag, .most_decimals = main_field_changed ? 3 : 6});
+    add({.name = "mag_nT", .values = line.mag, .most_decimals = 6});
     add({.name = "grav_mGal", .values = line.grav, .decimals = 5, .most_decimals = 8});
     add({.name = "longitude_deg", .values = line.longitude, .decimals = 8, .most_decimals = 8});
     add({.name = "latitude_deg", .values = line.latitude, .decimals = 8, .most_decimals = 8});
@@ -116,6 +117,7 @@ std::vector<std::string> table_comments(const SurveyIndex& index, const Imported
     std::vector<std::string> comments{"Source file: " + source.file, "Line: " + source.line,
                                       "Coordinate system: " + system_text(source.coordinate_system),
                                       "Date: " + (source.date.empty() ? "not known" : source.date)};
+    if (!source.line.empty()) comments.insert(comments.begin() + 1, "Line: " + source.line);
     if (index.in_degrees)
         comments.push_back("Projected from longitude and latitude (" + system_text(index.from_system) + ")");
     if (!main_field_text.empty()) comments.push_back(main_field_text);
@@ -202,11 +204,11 @@ ImportedLine make_import(const SurveyIndex& index, std::size_t number, std::opti
     settle_heights(line, choices, imported);
     const SurveyDate date = date_of_line(line, choices);
     set_field(line, date, choices, imported);
-    const std::string main_field_text = change_main_field(date, choices.main_field, line);
     imported.report.field_origin = imported.workspace.source.field_origin;
     note_pieces(index.lines[number], imported);
-    const std::vector<TableColumn> columns = table_columns(line, !main_field_text.empty());
+    const std::vector<TableColumn> columns = table_columns(line);
     define_columns(columns, line, imported.workspace.definition);
+    const std::string main_field_text = change_main_field(choices, imported);
     imported.table = survey_table_text(columns, table_comments(index, imported, main_field_text));
     return imported;
 }
@@ -222,15 +224,17 @@ ImportedLine import_line(const SurveyIndex& index, std::size_t line, std::option
 
 std::string workspace_text(const ImportedLine& line) {
     Workspace beside = line.workspace;
-    beside.definition.data_file = file_name(line.table_path);
+    beside.definition.data_file =
+        line.table.empty() ? workspace_file::data_file_name_for(beside.definition, line.workspace_path)
+                           : file_name(line.table_path);
     return workspace_file::model_parameters_text(0, beside);
 }
 
 bool write_imported(const ImportedLine& line, LeftBehind what, ReplaceExisting replace, Prompts& prompts) {
     bool written = false;
     report_failure(prompts, "The imported line could not be written: ", [&] {
-        StagedFiles files(folder_name(line.table_path));
-        files.add(line.table_path, line.table);
+        StagedFiles files(folder_name(line.workspace_path));
+        if (!line.table.empty()) files.add(line.table_path, line.table);
         if (what == LeftBehind::table_and_workspace) files.add(line.workspace_path, workspace_text(line));
         if (!may_replace(files, replace, prompts)) return;
         files.deliver();
@@ -268,6 +272,8 @@ void keep_processing(const Workspace& from, Workspace& to) {
         to.channel(code).noise = from.channel(code).noise;
         to.channel(code).float_base = from.channel(code).float_base;
     }
+    if (!to.source.date.empty() && !to.source.coordinate_system.empty())
+        to.source.igrf_change = from.source.igrf_change;
     // Neighbouring lines lie in one field: one that somebody keyed holds for them too.
     const bool keyed = !from.source.field_missing && from.source.field_origin.empty();
     if (keyed || (to.source.field_missing && !from.source.field_missing)) {

@@ -26,7 +26,8 @@ enum class FieldChoice {
     none         ///< not set: somebody gives it later
 };
 
-/// What becomes of the main field in the magnetic channel.
+/// What becomes of the main field in the magnetic channel: the table keeps the readings as they are, and the
+/// workspace takes it out or puts it in at each load.
 enum class MainFieldChange { none, removed, added };
 
 /// What is said of an import beside roles, units, nulls (the layout) and coordinates (the index).
@@ -48,7 +49,7 @@ struct ImportedLine {
     std::optional<std::size_t> piece;  ///< of the line; no value: all of it
     std::string title;                 ///< "line 5690 of osborne_12_lines.csv"
     std::string table_path;            ///< "FOLDER/NAME_LINE.csv"
-    std::string table;                 ///< its text
+    std::string table;                 ///< its text; "" where the survey file itself is the data file
     std::string workspace_path;        ///< "FOLDER/NAME_LINE.axm"
     Workspace workspace;               ///< without stations; its data file is the table
     intake::LoadReport report;         ///< of the survey file: rows, losses, nulls, line of how many
@@ -72,7 +73,7 @@ ImportedLine import_line(const intake::SurveyIndex& index, std::size_t line, std
 /// What happens where a file of that name with other contents is there.
 enum class ReplaceExisting {
     ask,     ///< one question for all of them
-    refuse,  ///< told; nothing is written
+    refuse,  ///< told, with the option that agrees; nothing is written
     agreed
 };
 /// What is left behind: a window keeps the workspace untitled until it is saved.
@@ -89,6 +90,8 @@ struct ImportedAll {
         std::size_t line = 0;
         std::string table_path, workspace_path;
         intake::LoadReport report;
+        LineSource source;
+        EarthField field;
     };
     std::vector<Written> lines;
 };
@@ -97,6 +100,12 @@ struct ImportedAll {
 ImportedAll import_all_lines(const intake::SurveyIndex& index, const ImportChoices& choices,
                              const std::string& folder, ReplaceExisting replace, Prompts& prompts,
                              Pacer& pacer = no_pace());
+
+/// A workspace at `workspace_path` for a file of one line. A table that the usual way of loading reads as the
+/// index did is its data file itself, and `table` is empty then; otherwise its table goes beside the
+/// workspace. Raises as `import_line`, and Fault for a file of several lines.
+ImportedLine new_workspace(const intake::SurveyIndex& index, const ImportChoices& choices,
+                           const std::string& workspace_path, Pacer& pacer = no_pace());
 
 // From line to line of one survey.
 

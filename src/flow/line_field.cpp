@@ -66,7 +66,7 @@ void set_field(const intake::SurveyLine& line, const SurveyDate& date, const Imp
         workspace.field = choices.field;
         return;
     }
-    workspace.source.field_missing = true;
+    forget_field(workspace);
     if (choices.field_choice == FieldChoice::none) return;
     if (const std::string missing = missing_for_field(line, date); !missing.empty()) {
         if (!line.mag.empty())
@@ -88,15 +88,20 @@ void set_field(const intake::SurveyLine& line, const SurveyDate& date, const Imp
     workspace.source.field_origin = model_text(date);
 }
 
-std::string change_main_field(const SurveyDate& date, MainFieldChange change, intake::SurveyLine& line) {
-    if (change == MainFieldChange::none || line.mag.empty()) return "";
-    const std::string what = change == MainFieldChange::removed ? "removed from" : "added to";
-    if (const std::string missing = missing_for_field(line, date); !missing.empty())
-        throw Fault("The main field cannot be " + what + " the magnetics: " + missing);
-    const double sign = change == MainFieldChange::removed ? -1 : 1;
-    for (std::size_t i = 0; i < line.mag.size(); ++i)
-        if (!std::isnan(line.mag[i])) line.mag[i] += sign * field_at(line, i, date.year).total_nT;
-    return std::string(field::model_name) + " of " + date.text + " was " + what + " mag_nT at each station";
+std::string change_main_field(const ImportChoices& choices, ImportedLine& imported) {
+    LineSource& source = imported.workspace.source;
+    if (choices.main_field == MainFieldChange::none || !imported.workspace.has_mag()) return "";
+    const bool removed = choices.main_field == MainFieldChange::removed;
+    const std::string what = removed ? "removed from" : "added to";
+    const std::string missing = source.date.empty()                ? "date"
+                                : source.coordinate_system.empty() ? "coordinate system"
+                                                                   : "";
+    if (!missing.empty())
+        throw Fault("The main field cannot be " + what + " the magnetics of " + imported.title + ": the " +
+                    missing + " of the survey is not known");
+    source.igrf_change = removed ? igrf_removed : igrf_added;
+    return "mag_nT is as in the source file; the workspace has " + std::string(field::model_name) + " " +
+           what + " it";
 }
 
 }  // namespace anomalis::flow

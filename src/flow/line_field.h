@@ -21,8 +21,9 @@ SurveyDate date_of_line(const intake::SurveyLine& line, const ImportChoices& cho
 void set_field(const intake::SurveyLine& line, const SurveyDate& date, const ImportChoices& choices,
                ImportedLine& imported);
 
-/// Takes the main field out of the magnetic readings, or puts it in, station by station. Returns what was
-/// done, for the comments of the table; "" for nothing. Raises Fault where place or date are not known.
-std::string change_main_field(const SurveyDate& date, MainFieldChange change, intake::SurveyLine& line);
+/// Has the workspace take the main field out of its magnetic readings, or put it in, whenever they are loaded.
+/// Returns what there is to say of it in the table; "" for nothing. Raises Fault where system or date are not
+/// known.
+std::string change_main_field(const ImportChoices& choices, ImportedLine& imported);
 
 }  // namespace anomalis::flow

@@ -90,8 +90,7 @@ void settle_heights(SurveyLine& line, const ImportChoices& choices, ImportedLine
     } else if (!line.height.empty() && line.mag.empty()) {
         line.ground = std::exchange(line.height, {});
         offset(0);
-        remark("The file tells one elevation: gravity is taken to be read on the ground, " +
-               metres(workspace.sensor_offset) + " above it");
+        remark("The file tells one elevation: gravity is taken to be read on the ground");
     } else if (!line.height.empty()) {
         offset(workspace.sensor_offset);
         remark("The file tells no ground: it is taken to lie " + metres(workspace.sensor_offset) +
@@ -99,7 +98,7 @@ void settle_heights(SurveyLine& line, const ImportChoices& choices, ImportedLine
     } else if (!line.ground.empty()) {
         offset(line.mag.empty() ? 0 : pole);
         remark("The file tells the ground alone: the sensor is taken to be " +
-               metres(workspace.sensor_offset) + " above it");
+               (workspace.sensor_offset == 0 ? "on it" : metres(workspace.sensor_offset) + " above it"));
     } else {
         offset(workspace.sensor_offset);
         remark("The file tells no heights: the ground is taken to be flat, at elevation 0, the sensor " +

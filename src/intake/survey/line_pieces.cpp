@@ -57,8 +57,9 @@ std::size_t sampling_of(std::size_t points) {
     return points / sampled_points + 1;
 }
 
-/// Standard deviation of a place about the line through its neighbours, m: from the median, which bends and
-/// jumps leave alone. The distance from the middle of two others is the square root of 3/2 times as wide.
+/// Standard deviation of a place across the line through its neighbours, m: from the median, which bends and
+/// jumps leave alone. The distance from the middle of two others is the square root of 3/2 times as wide. Places
+/// that scatter along the line as well have less.
 double scatter(std::span<const MapPoint> track) {
     std::vector<float> off;
     for (std::size_t i = 1; i + 1 < track.size(); i += sampling_of(track.size())) {
@@ -66,7 +67,7 @@ double scatter(std::span<const MapPoint> track) {
         const MapPoint middle{(a.east + b.east) / 2, (a.north + b.north) / 2, 0};
         off.push_back(static_cast<float>(distance(middle, track[i])));
     }
-    constexpr double of_median = 1 / 1.1774;  // Rayleigh
+    constexpr double of_median = 1 / 0.6745;  // of the normal distribution
     return median(off) * of_median / std::sqrt(1.5);
 }
 

@@ -41,7 +41,7 @@ long SurveyTracks::station_of(std::size_t line, std::size_t number) const {
 }
 
 std::vector<MapPoint> thinned_track(std::span<const MapPoint> track, std::size_t most) {
-    const std::size_t every = most < 2 ? track.size() : (track.size() + most - 2) / (most - 1);
+    const std::size_t every = most < 2 ? track.size() : (track.size() + most - 3) / (most - 1);
     std::vector<MapPoint> points;
     for (std::size_t i = 0; i < track.size(); i += std::max<std::size_t>(every, 1))
         points.push_back(track[i]);

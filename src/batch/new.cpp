@@ -1,0 +1,28 @@
+#include "batch/batch_session.h"
+#include "batch/commands.h"
+#include "core/failure.h"
+#include "core/shown_text.h"
+#include "flow/new_line_choice.h"
+
+namespace anomalis::batch {
+
+bool run_new(const NewOptions& options, BatchSession& batch) {
+    bool written = false;
+    std::string text;
+    report_failure(batch.prompts, "The workspace cannot be made: ", [&] {
+        const intake::SurveyIndex index = survey_index(options.survey);
+        tell_survey(index, batch);
+        flow::ImportChoices choices = options.choices;
+        choices.formulas = batch.formulas.value_or(flow::formulas_of_new_line(batch.session.settings));
+        const flow::ImportedLine line = flow::new_workspace(index, choices, options.output);
+        show_faults(line.notes, batch.prompts);
+        written = flow::write_imported(
+            line, flow::LeftBehind::table_and_workspace,
+            options.force ? flow::ReplaceExisting::agreed : flow::ReplaceExisting::refuse, batch.prompts);
+        text = shown_text(line.workspace_path) + ": " + std::to_string(line.report.stations) +
+               " stations of " + shown_text(line.workspace.definition.data_file) + "\n";
+    });
+    return written && batch.write_result("", text) == 0;
+}
+
+}  // namespace anomalis::batch
