@@ -21,9 +21,9 @@ SurveyDate date_of_line(const intake::SurveyLine& line, const ImportChoices& cho
 void set_field(const intake::SurveyLine& line, const SurveyDate& date, const ImportChoices& choices,
                ImportedLine& imported);
 
-/// Has the workspace take the main field out of its magnetic readings, or put it in, whenever they are loaded.
-/// Returns what there is to say of it in the table; "" for nothing. Raises Fault where system or date are not
-/// known.
+/// Has the workspace take the main field out of its magnetic readings, or put it in, whenever they are
+/// loaded. Returns what there is to say of it in the table; "" for nothing. Raises Fault where system or date
+/// are not known.
 std::string change_main_field(const ImportChoices& choices, ImportedLine& imported);
 
 }  // namespace anomalis::flow

@@ -58,8 +58,8 @@ std::size_t sampling_of(std::size_t points) {
 }
 
 /// Standard deviation of a place across the line through its neighbours, m: from the median, which bends and
-/// jumps leave alone. The distance from the middle of two others is the square root of 3/2 times as wide. Places
-/// that scatter along the line as well have less.
+/// jumps leave alone. The distance from the middle of two others is the square root of 3/2 times as wide.
+/// Places that scatter along the line as well have less.
 double scatter(std::span<const MapPoint> track) {
     std::vector<float> off;
     for (std::size_t i = 1; i + 1 < track.size(); i += sampling_of(track.size())) {
