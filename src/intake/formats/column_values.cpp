@@ -51,8 +51,9 @@ void count_texts(const SurveyLayout& layout, ValueSample& sample) {
 }  // namespace
 
 void measure(ColumnValues& column, const std::vector<double>& nulls) {
+    const NullValues none(nulls);
     for (double& value : column.values)
-        if (is_null_value(value, nulls)) value = std::numeric_limits<double>::quiet_NaN();
+        if (none.hold(value)) value = std::numeric_limits<double>::quiet_NaN();
     std::vector<double> numbers, steps;
     column.changes = 0;
     column.whole = true;

@@ -27,11 +27,6 @@ bool is_of_nines(double null) {
     return false;
 }
 
-bool stands_for(double value, double null) {
-    if (std::abs(value - null) <= 1e-7 * std::abs(null)) return true;
-    return is_of_nines(null) && std::trunc(value) == null;
-}
-
 /// Takes a letter of a hemisphere off one end.
 void take_hemisphere(std::string_view& text, double& sign) {
     bool taken = false;
@@ -156,9 +151,32 @@ bool read_degrees(std::string_view text, bool decimal_comma, double& degrees) {
     return true;
 }
 
-bool is_null_value(double value, const std::vector<double>& nulls) {
+NullValues::NullValues(const std::vector<double>& nulls)
+    : below_(-beyond_any_reading), above_(beyond_any_reading) {
+    constexpr double digits_of_files = 1e-7;  // of single precision, in which nulls are often written
+    for (const double null : nulls) {
+        if (!(std::abs(null) < beyond_any_reading)) continue;
+        const double around = digits_of_files * std::abs(null);
+        Range range{null - around, null + around};
+        if (is_of_nines(null)) {
+            const double last = std::nextafter(null + (null < 0 ? -1 : 1), null);
+            range = {std::min(range.least, last), std::max(range.greatest, last)};
+        }
+        ranges_.push_back(range);
+        if (range.greatest < 0) below_ = std::max(below_, range.greatest);
+        if (range.greatest >= 0) above_ = std::min(above_, range.least);
+    }
+}
+
+bool NullValues::look_up(double value) const {
     if (!(std::abs(value) < beyond_any_reading)) return true;
-    return std::any_of(nulls.begin(), nulls.end(), [value](double null) { return stands_for(value, null); });
+    return std::any_of(ranges_.begin(), ranges_.end(), [value](const Range& range) {
+        return value >= range.least && value <= range.greatest;
+    });
+}
+
+bool is_null_value(double value, const std::vector<double>& nulls) {
+    return NullValues(nulls).hold(value);
 }
 
 }  // namespace anomalis::intake

@@ -35,8 +35,28 @@ bool is_degree_minutes(std::string_view text);
 /// be), "1-Jul-1990", 19900701, 900701, 01071990, a decimal year, or any of these with a time behind it.
 std::optional<double> read_date(std::string_view text);
 
-/// Whether a value stands for none, as one of `nulls`. A null of nines alone, such as -99999, holds for its
-/// decimals as well: -99999.99. What is beyond 1e30 is none in any case.
+/// The values that stand for none in a column. A null of nines alone, such as -99999, holds for its decimals
+/// as well: -99999.99. What is beyond 1e30 is none in any case.
+class NullValues {
+  public:
+    explicit NullValues(const std::vector<double>& nulls);
+
+    bool hold(double value) const {
+        // Nearly every reading lies between the nulls on either side of zero.
+        return !(value > below_ && value < above_) && look_up(value);
+    }
+
+  private:
+    struct Range {
+        double least, greatest;
+    };
+    bool look_up(double value) const;
+
+    std::vector<Range> ranges_;
+    double below_, above_;  ///< no null in between
+};
+
+/// The same for one value.
 bool is_null_value(double value, const std::vector<double>& nulls);
 
 }  // namespace anomalis::intake

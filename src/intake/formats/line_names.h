@@ -17,9 +17,10 @@ class LineNames {
     explicit LineNames(Encoding encoding) : encoding_(encoding) {}
 
     /// The index of the line that a field names. Whole numbers count by their value: "690.0" is "690".
-    std::int32_t index_of(std::string_view field) {
-        return !names_.empty() && field == last_field_ ? last_ : look_up(field, false);
-    }
+    std::int32_t index_of(std::string_view field) { return is_last(field) ? last_ : look_up(field, false); }
+    /// Whether it is spelled as the field before, whose line is `last`.
+    bool is_last(std::string_view field) const { return !names_.empty() && field == last_field_; }
+    std::int32_t last() const { return last_; }
     /// The same for a header, which says whether the line is a tie.
     std::int32_t index_of_header(std::string_view name, bool tie) { return look_up(name, tie); }
     std::span<const std::string> list() const { return names_; }

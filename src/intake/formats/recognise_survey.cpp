@@ -134,12 +134,13 @@ void find_extremes(SurveyLayout& layout, ValueSample& sample) {
 /// A usual dummy within the range of all other readings is a reading itself.
 void add_usual_nulls(SurveyLayout& layout, const ValueSample& sample) {
     const std::vector<double> usual(usual_nulls.begin(), usual_nulls.end());
+    const NullValues dummies(usual);
     for (std::size_t c = 0; c < layout.columns.size(); ++c) {
         SurveyColumn& column = layout.columns[c];
         if (!may_miss(column.role) || column.text) continue;
         double least = std::numeric_limits<double>::infinity(), greatest = -least;
         for (const double value : sample.columns[c].values) {
-            if (std::isnan(value) || is_null_value(value, usual)) continue;
+            if (dummies.hold(value)) continue;
             least = std::min(least, value);
             greatest = std::max(greatest, value);
         }

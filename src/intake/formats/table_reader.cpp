@@ -35,6 +35,10 @@ struct ColumnUse {
     bool plain = false;      ///< a number and nothing else
     bool must_read = false;  ///< a word there makes the row useless
     double factor = 1;
+    NullValues nulls{{}};
+    double* values = nullptr;  ///< of the block
+
+    double* target(std::size_t row) const { return values + row; }
 };
 
 class TableReader : public RowReader {
@@ -88,9 +92,9 @@ class TableReader : public RowReader {
     std::size_t shortest_row_ = none;  ///< bytes
     std::vector<std::string_view> fields_;
 
-    RowBlock* block_ = nullptr;
     std::size_t row_ = 0;
     std::int32_t row_line_ = 0;
+    double line_value_ = no_value;  ///< of the field that named the last line
 };
 
 void TableReader::plan() {
@@ -108,6 +112,7 @@ void TableReader::plan() {
         use.must_read = !column.text && column.role != Role::none && column.role != Role::date &&
                         column.role != Role::fiducial && !use.line;
         use.factor = unit_factor(column.unit);
+        use.nulls = NullValues(column.nulls);
         use_of_.resize(i + 1, none);
         use_of_[i] = uses_.size();
         uses_.push_back(use);
@@ -124,11 +129,10 @@ std::optional<double> TableReader::value_of(const ColumnUse& use, std::string_vi
     double value = 0;
     if (column.role == Role::date) return read_date(field).value_or(no_value);
     if (column.unit == Unit::degree_minute) {
-        if (read_number(field, layout_.decimal_comma, value) && is_null_value(value, column.nulls))
-            return no_value;
+        if (read_number(field, layout_.decimal_comma, value) && use.nulls.hold(value)) return no_value;
         if (read_degree_minutes(field, layout_.decimal_comma, value)) return value;
     } else if (read_number(field, layout_.decimal_comma, value)) {
-        return is_null_value(value, column.nulls) ? no_value : value * use.factor;
+        return use.nulls.hold(value) ? no_value : value * use.factor;
     } else if (column.unit == Unit::degree && read_degrees(field, layout_.decimal_comma, value)) {
         return value;
     }
@@ -137,23 +141,31 @@ std::optional<double> TableReader::value_of(const ColumnUse& use, std::string_vi
 
 /// Keeps a number that stands in the unit of the file.
 inline bool TableReader::take_number(const ColumnUse& use, double value) {
-    block_->values[use.out][row_] = is_null_value(value, use.column->nulls) ? no_value : value * use.factor;
+    *use.target(row_) = use.nulls.hold(value) ? no_value : value * use.factor;
     return true;
 }
 
 /// A field that is no plain number, as far as a quick look can tell.
 bool TableReader::take_field(const ColumnUse& use, std::string_view field) {
+    if (use.line && names_.is_last(field)) {
+        row_line_ = names_.last();
+        if (use.out != none) *use.target(row_) = line_value_;
+        return true;
+    }
     const bool null = is_null_text(field);
     if (use.line) {
         if (null) return lose(LossKind::no_line, &use);
         row_line_ = names_.index_of(field);
     }
     if (use.out == none) return true;
-    double& value = block_->values[use.out][row_];
+    double& value = *use.target(row_);
     value = no_value;
     if (null) return true;
     if (const auto found = value_of(use, field)) {
         value = *found;
+        if (use.line) line_value_ = value;
+    } else if (use.line) {
+        line_value_ = no_value;
     } else if (use.must_read) {
         return lose(LossKind::no_number, &use, field);
     }
@@ -247,9 +259,10 @@ bool TableReader::take(std::string_view line) {
 }
 
 bool TableReader::next(RowBlock& block) {
-    block_ = &block;
     block.values.resize(wanted_.size());
     for (auto& column : block.values) column.resize(block_rows);
+    for (ColumnUse& use : uses_)
+        if (use.out != none) use.values = block.values[use.out].data();
     block.line.resize(block_rows);
     block.file_line.resize(block_rows);
     row_ = 0;
