@@ -27,7 +27,7 @@ struct ValueSample {
     std::vector<ColumnValues> columns;  ///< one a column of the layout
 };
 
-/// Reads the first rows of the file, and a few from places all over it.
+/// Reads the first rows of the file, some ten thousand.
 ValueSample sample_values(const SurveyLayout& layout);
 
 /// Finds the statistics of `values` again, without the nulls of the column.
