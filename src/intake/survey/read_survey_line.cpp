@@ -1,5 +1,7 @@
 #include <algorithm>
 #include <map>
+#include <span>
+#include <string>
 #include <utility>
 
 #include "core/failure.h"
@@ -31,8 +33,8 @@ class LineOfRow {
 /// Hands on blocks of rows and tells of the work.
 class PacedRows {
   public:
-    PacedRows(const SurveyIndex& index, const LineGathering& gathering, Pacer& pacer)
-        : reader_(open_rows(index.layout, gathering.columns())), pacer_(pacer) {}
+    PacedRows(const SurveyLayout& layout, const LineGathering& gathering, Pacer& pacer)
+        : reader_(open_rows(layout, gathering.columns())), pacer_(pacer) {}
 
     bool next(RowBlock& block) {
         const bool more = reader_->next(block);
@@ -40,6 +42,7 @@ class PacedRows {
         told_ = reader_->bytes_read();
         return more;
     }
+    std::span<const std::string> line_names() const { return reader_->line_names(); }
 
   private:
     std::unique_ptr<RowReader> reader_;
@@ -106,13 +109,19 @@ SurveyLine read_survey_line(const SurveyIndex& index, std::size_t line, std::opt
     refuse_changed_survey(index.layout.path, index.stamp);
     LineGathering gathering(index);
     const LineOfRow line_of(index);
-    PacedRows rows(index, gathering, pacer);
+    // Rows before the line are not looked at; so lines count from it here, and are known by their names.
+    SurveyLayout from_line = index.layout;
+    from_line.first_row = std::max(from_line.first_row, info.first_file_line);
+    PacedRows rows(from_line, gathering, pacer);
     GatheredLine gathered;
     RowBlock block;
     long read_to = 0;
     while (read_to < info.last_file_line && rows.next(block)) {
         for (std::size_t row = 0; row < block.rows; ++row)
-            if (line_of(block, row) == line) gathering.take(block, row, gathered);
+            if (index.split_by_place
+                    ? line_of(block, row) == line
+                    : rows.line_names()[static_cast<std::size_t>(block.line[row])] == info.name)
+                gathering.take(block, row, gathered);
         if (block.rows > 0) read_to = block.file_line[block.rows - 1];
     }
     SurveyLine read = gathering.finish(line, std::move(gathered));
@@ -122,7 +131,7 @@ SurveyLine read_survey_line(const SurveyIndex& index, std::size_t line, std::opt
 void read_survey_lines(const SurveyIndex& index, LineTaker& taker, Pacer& pacer) {
     refuse_changed_survey(index.layout.path, index.stamp);
     ReadingAll reading(index, taker);
-    PacedRows rows(index, reading.gathering(), pacer);
+    PacedRows rows(index.layout, reading.gathering(), pacer);
     RowBlock block;
     while (rows.next(block)) reading.take(block);
     refuse_changed_survey(index.layout.path, index.stamp);
