@@ -114,7 +114,7 @@ std::string system_text(const std::string& code) {
 std::vector<std::string> table_comments(const SurveyIndex& index, const ImportedLine& imported,
                                         const std::string& main_field_text) {
     const LineSource& source = imported.workspace.source;
-    std::vector<std::string> comments{"Source file: " + source.file, "Line: " + source.line,
+    std::vector<std::string> comments{"Source file: " + source.file,
                                       "Coordinate system: " + system_text(source.coordinate_system),
                                       "Date: " + (source.date.empty() ? "not known" : source.date)};
     if (!source.line.empty()) comments.insert(comments.begin() + 1, "Line: " + source.line);
