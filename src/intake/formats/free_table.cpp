@@ -14,6 +14,8 @@ namespace {
 
 /// Of the lines that are no comments, the least share that must be rows: titles stand before short tables.
 constexpr double fewest_rows = 0.3;
+/// Comments may fill the head of a file; of the rows so many tell their shape.
+constexpr std::size_t lines_for_shape = 600;
 
 bool is_table_line(std::string_view line, bool line_headers) {
     if (trim_field(line).empty() || is_table_comment(line)) return false;
@@ -62,7 +64,7 @@ void drop_empty_end(std::span<const NumberedLine> rows, TableShape& shape, Surve
 std::optional<SurveyLayout> recognise_free_table(const SurveySample& sample, bool line_headers,
                                                  std::string_view format) {
     std::vector<NumberedLine> lines;
-    for (std::size_t i = 0; i < sample.lines.size(); ++i)
+    for (std::size_t i = 0; i < sample.lines.size() && lines.size() < lines_for_shape; ++i)
         if (is_table_line(sample.lines[i], line_headers))
             lines.push_back({sample.lines[i], static_cast<long>(i) + 1});
     auto shape = find_table_shape(lines);

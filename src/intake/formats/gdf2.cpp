@@ -1,9 +1,6 @@
-#include <algorithm>
-#include <map>
+#include <utility>
 
-#include "core/failure.h"
-#include "core/text.h"
-#include "intake/formats/field_value.h"
+#include "intake/formats/column_heads.h"
 #include "intake/formats/formats.h"
 #include "intake/formats/gdf2_definition.h"
 #include "intake/formats/gdf2_rows.h"
@@ -44,7 +41,9 @@ class Gdf2 : public SurveyFormat {
         layout.format = name();
         layout.encoding = sample.encoding;
         layout.packed = sample.packed;
-        return fit_gdf2_rows(definition, sample, layout) ? std::optional(layout) : std::nullopt;
+        if (!fit_gdf2_rows(definition, sample, layout)) return {};
+        tell_names_apart(layout);
+        return layout;
     }
 
     std::unique_ptr<RowReader> open(const SurveyLayout& layout,

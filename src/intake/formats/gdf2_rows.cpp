@@ -17,6 +17,7 @@ namespace {
 constexpr std::size_t type_bytes = 4;
 /// Of the rows, for a way to read them to be right.
 constexpr double most_rows = 0.9;
+constexpr std::size_t rows_for_fitting = 600;
 
 bool is_word(std::string_view text) {
     return !text.empty() && std::all_of(text.begin(), text.end(),
@@ -207,6 +208,7 @@ SampledRows rows_of(const Gdf2Definition& definition, const SurveySample& sample
             found.stranger_line = static_cast<long>(i) + 1;
         }
         if (use != RowUse::row) continue;
+        if (found.rows.size() == rows_for_fitting) break;
         if (found.rows.empty()) found.first_line = static_cast<long>(i) + 1;
         found.rows.push_back(line);
     }

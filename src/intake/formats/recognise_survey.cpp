@@ -19,7 +19,7 @@ namespace anomalis::intake {
 
 namespace {
 
-constexpr std::size_t head_lines = 1000, metadata_lines = 200;
+constexpr std::size_t head_lines = 5000, metadata_lines = 200;
 
 /// The dummies of the trade, which may stand anywhere beyond the rows that were looked at.
 constexpr std::array<double, 5> usual_nulls{-9999, -99999, -999999, -9999999, -1e32};

@@ -154,7 +154,9 @@ bool TableReader::take_field(const ColumnUse& use, std::string_view field) {
     }
     const bool null = is_null_text(field);
     if (use.line) {
-        if (null) return lose(LossKind::no_line, &use);
+        double number = 0;
+        if (null || (read_number(field, layout_.decimal_comma, number) && use.nulls.hold(number)))
+            return lose(LossKind::no_line, &use);
         row_line_ = names_.index_of(field);
     }
     if (use.out == none) return true;

@@ -171,6 +171,15 @@ TEST(Gdf2, a_definition_without_data_and_data_without_a_definition) {
     EXPECT_EQ(read_all(bare).rows(), 4U);
 }
 
+TEST(Gdf2, fields_of_one_name_or_of_none_are_told_apart) {
+    const Gdf2Pair pair("10 450000.0 7550000.0 5.0 6.0\n10 450010.0 7550000.0 6.0 7.0\n",
+                        "DEFN 1 ST=RECD,RT=;LINE:I2;EAST:F9.1;NORTH:F10.1;MAG:F4.1;MAG:F4.1;:F1.0\n");
+    const Gdf2Pair unnamed("10 450000.0 7550000.0 5.0\n10 450010.0 7550000.0 6.0\n",
+                           "DEFN 1 ST=RECD,RT=;:I2;EAST:F9.1;NORTH:F10.1;MAG:F4.1\n");
+    EXPECT_EQ(unnamed.recognise().columns[0].name, "Column 1");
+    EXPECT_EQ(pair.recognise().columns[4].name, "MAG (2)");
+}
+
 TEST(Gdf2, a_system_beside_the_data) {
     const Gdf2Pair pair(rows);
     pair.folder.write(

@@ -248,6 +248,24 @@ TEST(TextTable, a_file_without_lines_is_one_line) {
     EXPECT_THAT(read.line_names, ElementsAre("1"));
 }
 
+TEST(TextTable, a_row_whose_line_is_a_null_belongs_to_none) {
+    SurveyOf survey(head +
+                    "10,450000,7550000,340,5\n10,450010,7550000,340,6\n*,450020,7550000,340,7\n"
+                    "-99999,450030,7550000,340,7\n10,450040,7550000,340,7\n");
+    survey.column("line").nulls = {-99999};
+    const ReadSurvey read = survey.read();
+    EXPECT_THAT(read.line, ElementsAre("10", "10", "10"));
+    ASSERT_EQ(read.losses.size(), 1U);
+    EXPECT_EQ(read.losses[0].why, "it names no line");
+    EXPECT_EQ(read.losses[0].count, 2);
+}
+
+TEST(TextTable, thousands_of_comments_may_stand_before_the_rows) {
+    std::string text;
+    for (int i = 0; i < 3000; ++i) text += "# of the journey\n";
+    expect_three_rows(SurveyOf(text + three_rows).read());
+}
+
 TEST(TextTable, preview_shows_cells_as_they_stand) {
     const SurveyOf survey(head +
                           "10,450000,7550000,*,\"52000\"\n10,here,7550000,,52010\n20,450010,7550000,3,5\n");
