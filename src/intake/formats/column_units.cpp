@@ -129,22 +129,42 @@ Unit gravity_by_size(SurveyLayout& layout, const ValueSample& sample, std::size_
     return Unit::milligal;
 }
 
+bool beyond_degrees(const SurveyLayout& layout, const ValueSample& sample, Role role) {
+    const auto column = layout.column_of(role);
+    if (!column || sample.columns[*column].numbers == 0) return false;
+    const ColumnValues& values = sample.columns[*column];
+    return std::max(std::abs(values.least), std::abs(values.greatest)) > (role == Role::longitude ? 360 : 90);
+}
+
+/// 14049.98 is 140 degrees 49.98 minutes: no minutes reach 60.
+bool may_be_degree_minutes(const ColumnValues& values, double most_degrees) {
+    return std::all_of(values.values.begin(), values.values.end(), [most_degrees](double value) {
+        return std::isnan(value) ||
+               (std::fmod(std::abs(value), 100) < 60 && std::abs(value) < 100 * most_degrees);
+    });
+}
+
+Unit degrees_by_size(SurveyLayout& layout, const ValueSample& sample, std::size_t column) {
+    const bool is_longitude = layout.columns[column].role == Role::longitude;
+    if (!beyond_degrees(layout, sample, layout.columns[column].role)) return Unit::degree;
+    const std::string name = "\"" + layout.columns[column].name + "\"";
+    const bool both =
+        beyond_degrees(layout, sample, Role::longitude) && beyond_degrees(layout, sample, Role::latitude);
+    if (both && may_be_degree_minutes(sample.columns[column], is_longitude ? 360 : 90)) {
+        layout.remarks.push_back(name + " is taken as degrees and minutes (DDMM.mmm) by its values.");
+        return Unit::degree_minute;
+    }
+    layout.remarks.push_back(name + " holds values beyond " + (is_longitude ? "360" : "90") +
+                             " degrees, which are no " + (is_longitude ? "longitudes" : "latitudes") +
+                             ": choose another column, or its role.");
+    return Unit::degree;
+}
+
 Unit unit_by_role(SurveyLayout& layout, const ValueSample& sample, std::size_t column) {
     switch (layout.columns[column].role) {
         case Role::longitude:
-        case Role::latitude: {
-            const ColumnValues& values = sample.columns[column];
-            const double most = std::max(std::abs(values.least), std::abs(values.greatest));
-            const double limit = layout.columns[column].role == Role::longitude ? 360 : 90;
-            // 14049.98 is 140 degrees 49.98 minutes.
-            constexpr double degrees_to_ddmm = 100;
-            if (values.numbers > 0 && most > limit && most < degrees_to_ddmm * limit) {
-                layout.remarks.push_back("\"" + layout.columns[column].name +
-                                         "\" is taken as degrees and minutes (DDMM.mmm) by its values.");
-                return Unit::degree_minute;
-            }
-            return Unit::degree;
-        }
+        case Role::latitude:
+            return degrees_by_size(layout, sample, column);
         case Role::mag:
             return Unit::nanotesla;
         case Role::grav:

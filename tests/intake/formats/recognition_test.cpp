@@ -148,6 +148,20 @@ TEST(Recognition, degrees_and_minutes_apart_and_together) {
     EXPECT_THAT(together.read()[Role::longitude][0], DoubleNear(140 + 49.5 / 60, 1e-9));
 }
 
+TEST(Recognition, degrees_beyond_any_place_are_told_and_those_counted_to_360_are_longitudes) {
+    const auto file = [](double longitude, double latitude) {
+        return table("lon,lat,tmi", 20, [=](int i) {
+            return num(longitude + 0.001 * i, 4) + "," + num(latitude, 4) + "," + num(5 + i % 7);
+        });
+    };
+    const SurveyOf beyond(file(400.5, -22.1)), far(file(200.5, 195.1)), east(file(220.5, -22.1));
+    EXPECT_TRUE(beyond.has_remark("\"lon\" holds values beyond 360 degrees, which are no longitudes"));
+    EXPECT_TRUE(far.has_remark("\"lat\" holds values beyond 90 degrees, which are no latitudes"));
+    EXPECT_EQ(beyond.layout.columns[0].unit, Unit::degree);
+    EXPECT_EQ(east.role("lon"), "longitude");
+    EXPECT_TRUE(east.layout.remarks.empty());
+}
+
 TEST(Recognition, a_line_that_differs_in_every_row_numbers_stations) {
     const SurveyOf survey(table("line,east,north,mag", 20, [](int i) {
         return std::to_string(100 + i) + "," + num(450000 + 7 * i) + ",7550000," + num(5 + i % 7);

@@ -52,6 +52,22 @@ TEST(SurveyBytes, packed_files_are_read_as_plain_ones_whatever_their_name) {
     EXPECT_EQ(unnamed.read().rows(), 5000U);
 }
 
+TEST(SurveyBytes, each_of_a_pair_may_be_packed_and_its_endings_be_capitals) {
+    const TempFolder folder;
+    folder.write("a.DFN.gz", packed("DEFN 1 ST=RECD,RT=;LINE:I3;EAST:F9.1;NORTH:F10.1;MAG:F5.1\n"));
+    const std::string rows =
+        folder.write("a.Dat.GZ", packed(" 10 450000.0 7550000.0  5.0\n 10 450010.0 7550000.0  6.0\n"));
+    folder.write("b.dfn", "DEFN 1 ST=RECD,RT=;OTHER:I3\n");
+    folder.write("a.des", "COMM by hand\n");
+    for (const char* name : {"a.DFN.gz", "a.Dat.GZ", "a.des"}) {
+        const SurveyLayout layout = recognise_survey(folder.path(name));
+        EXPECT_EQ(layout.format, "ASEG-GDF2") << name;
+        EXPECT_EQ(layout.path, rows);
+        EXPECT_TRUE(layout.packed);
+        EXPECT_THAT(read_all(layout)[Role::mag], ElementsAre(5, 6));
+    }
+}
+
 TEST(SurveyBytes, several_packed_parts_in_one_file_are_one_text) {
     const SurveyOf joined(packed(table(100)) + packed("10,460000,7550000,5\n") + std::string(512, '\0'),
                           "a.csv.gz");
