@@ -32,6 +32,7 @@ OpenState BatchSession::open(const std::string& path) {
     if (workspace_file::read_model_parameters(0, workspace, path, session.settings, prompts,
                                               workspace_file::Damaged::kept) != 0)
         return OpenState::unread;
+    if (path == standard_input) workspace.model_file = "-";
     if (formulas) workspace.formulas = *formulas;
     tell_types();
     const int status = load();
@@ -60,12 +61,16 @@ int BatchSession::write_workspace(const std::string& path) {
             "). --force replaces it");
         return -1;
     }
+    // One for a pipe names its data file as it is found from the current folder.
+    if (path == standard_output)
+        return write_result(path, workspace_file::model_parameters_text(0, session.workspace));
     return workspace_file::write_model_parameters(0, path, session.workspace, prompts);
 }
 
 int BatchSession::load() {
     intake::RowNotes rows;
     const int status = intake::load_locations(session.workspace, prompts, &rows);
+    report = intake::report_of_load(session.workspace, rows);
     Faults faults;
     intake::tell_rows(rows, session.workspace.definition.data_file, faults);
     show_faults(faults, prompts);
@@ -95,7 +100,9 @@ void BatchSession::tell_doubts() {
 int BatchSession::write_result(const std::string& path, const std::string& text) {
     return report_failure(prompts, "An error occurred while writing the file: ", [&] {
         if (!path.empty()) return write_file_telling(prompts, path, text);
-        if (!(out << (to_terminal ? shown_lines(text) : text)).flush())
+        std::ostream& stream = standard_output.empty() ? out : err;
+        const bool clean = to_terminal || !standard_output.empty();
+        if (!(stream << (clean ? shown_lines(text) : text)).flush())
             throw Fault("The output could not be written");
     });
 }

@@ -8,6 +8,7 @@
 #include "batch/batch_prompts.h"
 #include "core/file_stamp.h"
 #include "core/session.h"
+#include "intake/load_report.h"
 
 namespace anomalis::batch {
 
@@ -34,7 +35,8 @@ class BatchSession {
     bool open_ready(const std::string& path) { return open(path) == OpenState::ready; }
 
     /// Writes a result to a file, or to the output stream when `path` is empty: to a terminal without control
-    /// characters, which come from texts of files. Returns 0, or -1 after a failure, which was shown.
+    /// characters, which come from texts of files. Where "-" names an output, that has the stream for itself,
+    /// and a result without a file goes where messages go. Returns 0, or -1 after a failure, which was shown.
     int write_result(const std::string& path, const std::string& text);
 
     /// What was noted as a failure so far, for the headers of tables.
@@ -48,9 +50,12 @@ class BatchSession {
     std::optional<Formulas> formulas;  ///< in place of what the file says
     bool keep_going = false;           ///< outputs are written and good for all that failed on the way
     bool force = false;                ///< files that were changed meanwhile are replaced
+    std::string standard_input;        ///< the file that holds what came in by a pipe
+    std::string standard_output;       ///< the file that is given out in the end: results go elsewhere
     bool to_terminal = false;          ///< the output stream is one
     bool show_progress = false;        ///< so is that of the messages
     bool wrong_usage = false;          ///< what was asked for cannot be had of this model
+    intake::LoadReport report;         ///< of the last load
     BatchPrompts prompts;
     Session session;
     std::ostream& out;

@@ -28,10 +28,22 @@ class ReadOptions : public OptionList {
 
     void file(const std::string& name, std::string& value, const std::string& purpose) override {
         command_.add_option(name, value, purpose)->required();
+        may_be_input_.push_back([&value](StreamChoice& chosen) {
+            if (value == "-") chosen.inputs.push_back(&value);
+        });
     }
     void files(const std::string& name, std::vector<std::string>& values,
                const std::string& purpose) override {
         command_.add_option(name, values, purpose)->required();
+        may_be_input_.push_back([&values](StreamChoice& chosen) {
+            for (std::string& value : values)
+                if (value == "-") chosen.inputs.push_back(&value);
+        });
+    }
+    void output(const std::string& names, std::string& path, const std::string& purpose, Need need,
+                const std::string& ending) override {
+        place_->add_option(names, path, purpose)->required(need == Need::must);
+        outputs_.push_back({&path, ending});
     }
     void text(const std::string& names, std::string& value, const std::string& purpose) override {
         place_->add_option(names, value, purpose);
@@ -75,10 +87,21 @@ class ReadOptions : public OptionList {
         checks_.emplace_back(option, check);
     }
 
+    /// Those that are "-".
+    StreamChoice streams() const {
+        StreamChoice chosen;
+        for (const auto& look : may_be_input_) look(chosen);
+        for (const StreamChoice::Output& output : outputs_)
+            if (*output.path == "-") chosen.outputs.push_back(output);
+        return chosen;
+    }
+
   private:
     CLI::App& command_;
     CLI::App* place_;  ///< of the options that come next: the command, or a group
     std::vector<std::pair<std::string, std::function<std::string()>>> checks_;
+    std::vector<std::function<void(StreamChoice&)>> may_be_input_;
+    std::vector<StreamChoice::Output> outputs_;
 };
 
 /// What all commands have in common.
@@ -109,7 +132,10 @@ CommandLine read_command_line(int argc, char** argv, const Commands& commands, s
         options.push_back(std::make_unique<ReadOptions>(*sub));
         add_common_options(*options.back(), line);
         command->declare(*options.back());
-        sub->callback([&line, chosen = command.get()] { line.command = chosen; });
+        sub->callback([&line, chosen = command.get(), read = options.back().get()] {
+            line.command = chosen;
+            line.streams = read->streams();
+        });
     }
     try {
         app.parse(argc, argv);

@@ -2,11 +2,23 @@
 
 #include <iosfwd>
 #include <optional>
+#include <string>
+#include <vector>
 
 #include "batch/command.h"
 #include "core/formulas.h"
 
 namespace anomalis::batch {
+
+/// Options of a command that a "-" can stand for.
+struct StreamChoice {
+    struct Output {
+        std::string* path = nullptr;
+        std::string ending;
+    };
+    std::vector<std::string*> inputs;
+    std::vector<Output> outputs;
+};
 
 /// What a command line asks for.
 struct CommandLine {
@@ -14,6 +26,7 @@ struct CommandLine {
     bool wrong = false;                ///< it was refused, and why was written; else help was asked for
     std::optional<Formulas> formulas;
     bool keep_going = false;
+    StreamChoice streams;  ///< those that are "-"
 };
 
 /// Reads a command line into the options of the command that it names. Help and version go to `out`, a

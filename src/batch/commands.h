@@ -13,6 +13,11 @@ namespace anomalis::batch {
 
 class BatchSession;
 
+struct InfoOptions {
+    std::string model;
+    bool json = false;
+};
+
 struct DumpOptions {
     std::string model;
     std::string output;  ///< empty: the output stream
@@ -119,7 +124,7 @@ struct NewOptions {
 /// Takes "WIDTHxHEIGHT", each 16 to 16384; false when the text is none.
 bool parse_picture_size(const std::string& text, PictureRequest& picture);
 
-bool run_info(const std::string& model, BatchSession& batch);
+bool run_info(const InfoOptions& options, BatchSession& batch);
 bool run_dump(const DumpOptions& options, BatchSession& batch);
 bool run_forward(const ForwardOptions& options, BatchSession& batch);
 bool run_invert(const InvertCommandOptions& options, BatchSession& batch);

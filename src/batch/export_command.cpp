@@ -12,14 +12,14 @@ class ExportCommand : public Command {
     void declare(OptionList& options) override {
         options.file("MODEL", options_.model, model_file_purpose);
         options.any_of("outputs");
-        options.text("--profile-table", options_.profile_table, "One line a station");
-        options.text("--model-table", options_.model_table, "One line a body");
-        options.text("--mesh", options_.mesh, "Header of a rectilinear mesh around the line");
-        options.text("--clean-profile", options_.clean_profile,
-                     "One row a station for data-frame libraries: one header row, units in the names");
-        options.text("--clean-model", options_.clean_model, "The same, one row a body");
-        options.text("--dxf-3d", options_.body_dxf, "The bodies as 3D faces, for CAD");
-        options.text("--dxf-plan", options_.plan_dxf, "Profile line and outlines of the bodies, for CAD");
+        options.output("--profile-table", options_.profile_table, "One line a station");
+        options.output("--model-table", options_.model_table, "One line a body");
+        options.output("--mesh", options_.mesh, "Header of a rectilinear mesh around the line");
+        options.output("--clean-profile", options_.clean_profile,
+                       "One row a station for data-frame libraries: one header row, units in the names");
+        options.output("--clean-model", options_.clean_model, "The same, one row a body");
+        options.output("--dxf-3d", options_.body_dxf, "The bodies as 3D faces, for CAD");
+        options.output("--dxf-plan", options_.plan_dxf, "Profile line and outlines of the bodies, for CAD");
     }
     CommandFiles files() const override {
         return {.model = options_.model,

@@ -41,9 +41,9 @@ void FindCommand::declare(OptionList& options) {
     options.file("MODEL", options_.model, model_file_purpose);
     declare_search(options);
     declare_data(options);
-    options.text("-o,--output", options_.output,
-                 "Write the workspace with the best model here; not after a failure, unless --keep-going");
-    options.text("--report", options_.report, "Write a JSON report of all proposals here");
+    options.output("-o,--output", options_.output,
+                   "Write the workspace with the best model here; not after a failure, unless --keep-going");
+    options.output("--report", options_.report, "Write a JSON report of all proposals here");
     declare_checks(options);
 }
 

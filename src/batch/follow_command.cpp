@@ -36,10 +36,10 @@ void FollowCommand::declare(OptionList& options) {
                   "Most iterations of a fit, at least 1 [25]");
     options.taken("--starts", take_count(options_.starts, 0, most_starts),
                   "Fits from other starts that may find a better answer [4]");
-    options.text("-o,--output", options_.output,
-                 "Write the fitted workspace here; for several lines a folder that is there, which gets a "
-                 "file of the name of each. Not after a failure, unless --keep-going");
-    options.text("--report", options_.report, "Write a JSON report here");
+    options.output("-o,--output", options_.output,
+                   "Write the fitted workspace here; for several lines a folder that is there, which gets a "
+                   "file of the name of each. Not after a failure, unless --keep-going");
+    options.output("--report", options_.report, "Write a JSON report here");
     options.at_end("--output", [this]() -> std::string {
         const bool folder_needed = options_.next.size() > 1 && !options_.output.empty();
         std::error_code ignored;

@@ -34,7 +34,7 @@ void ImportCommand::declare(OptionList& options) {
         "-o,--output",
         [this](const std::string& text) {
             options_.folder = text;
-            return text.empty() ? "must be a folder" : "";
+            return text.empty() || text == "-" ? "must be a folder" : "";
         },
         "Folder for tables and workspaces; made when it is not there", OptionList::Need::must);
     options.flag("--force", options_.force, "Replace files that are there with other contents");

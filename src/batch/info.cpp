@@ -6,6 +6,7 @@
 
 #include "batch/batch_session.h"
 #include "batch/commands.h"
+#include "batch/info_json.h"
 #include "core/body_parameters.h"
 #include "core/model_mark.h"
 #include "core/numbers.h"
@@ -114,6 +115,16 @@ std::string misfit_text(const MisfitPair& misfit) {
     return "data " + value_text(misfit[0], "0.00000") + ", gradient " + value_text(misfit[1], "0.00000");
 }
 
+/// What the load has to say beside the numbers above.
+std::string load_text(const intake::LoadReport& report) {
+    constexpr std::size_t width = 22;
+    std::string text = line("Load", intake::report_summary(report));
+    for (const intake::ReportItem& item : intake::report_items(report))
+        if (item.label != "Data file" && item.label != "Stations")
+            text += padded("  " + item.label, width) + item.text + "\n";
+    return text;
+}
+
 using Row = std::vector<std::string>;
 
 /// What the list of the bodies shows of each.
@@ -160,11 +171,13 @@ std::string bodies_text(const Workspace& w) {
 
 }  // namespace
 
-bool run_info(const std::string& model, BatchSession& batch) {
-    const OpenState state = batch.open(model);
+bool run_info(const InfoOptions& options, BatchSession& batch) {
+    const OpenState state = batch.open(options.model);
     if (state == OpenState::unread) return false;
+    const bool ready = state == OpenState::ready;
+    if (options.json) return batch.write_result("", info_json_text(batch, ready)) == 0 && ready;
     const Workspace& workspace = batch.session.workspace;
-    std::string text = definition_text(workspace) + profile_text(workspace);
+    std::string text = definition_text(workspace) + profile_text(workspace) + load_text(batch.report);
     if (state == OpenState::ready) {
         const auto misfit = [&](const char* label, const ChannelTable& data, int channel) {
             Faults faults;

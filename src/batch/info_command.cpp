@@ -9,12 +9,15 @@ class InfoCommand : public Command {
   public:
     std::string name() const override { return "info"; }
     std::string purpose() const override { return "Tell what the workspace holds"; }
-    void declare(OptionList& options) override { options.file("MODEL", model_, model_file_purpose); }
-    CommandFiles files() const override { return {.model = model_, .writes = {}}; }
-    bool run(BatchSession& batch) const override { return run_info(model_, batch); }
+    void declare(OptionList& options) override {
+        options.file("MODEL", options_.model, model_file_purpose);
+        options.flag("--json", options_.json, "As one JSON object, units in the names");
+    }
+    CommandFiles files() const override { return {.model = options_.model, .writes = {}}; }
+    bool run(BatchSession& batch) const override { return run_info(options_, batch); }
 
   private:
-    std::string model_;
+    InfoOptions options_;
 };
 
 }  // namespace

@@ -48,11 +48,11 @@ void InvertCommand::declare(OptionList& options) {
 }
 
 void InvertCommand::declare_outputs(OptionList& options) {
-    options.text("-o,--output", options_.output,
-                 "Write the fitted workspace here; not after a failure, unless --keep-going");
+    options.output("-o,--output", options_.output,
+                   "Write the fitted workspace here; not after a failure, unless --keep-going");
     options.flag("--force", options_.force, "Replace MODEL even if another program has changed it meanwhile");
     options.flag("--in-place", options_.in_place, "Write the fitted workspace over MODEL itself");
-    options.text("--report", options_.report, "Write a JSON report here");
+    options.output("--report", options_.report, "Write a JSON report here");
     options.at_end("--in-place", [this]() -> std::string {
         if (options_.in_place && options_.output.empty()) options_.output = options_.model;
         const bool elsewhere = options_.in_place && !same_file(options_.output, options_.model);

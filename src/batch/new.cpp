@@ -16,6 +16,11 @@ bool run_new(const NewOptions& options, BatchSession& batch) {
         choices.formulas = batch.formulas.value_or(flow::formulas_of_new_line(batch.session.settings));
         const flow::ImportedLine line = flow::new_workspace(index, choices, options.output);
         show_faults(line.notes, batch.prompts);
+        if (line.table.empty() && options.survey.file == batch.standard_input)
+            throw Fault(
+                "A workspace reads its data again from their file: name the table instead of -, or use "
+                "import, "
+                "which leaves a table of its own");
         written = flow::write_imported(
             line, flow::LeftBehind::table_and_workspace,
             options.force ? flow::ReplaceExisting::agreed : flow::ReplaceExisting::refuse, batch.prompts);

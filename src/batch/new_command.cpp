@@ -26,7 +26,7 @@ void NewCommand::declare(OptionList& options) {
         "-o,--output",
         [this](const std::string& text) {
             options_.output = text;
-            return text.empty() ? "must be a file" : "";
+            return text.empty() || text == "-" ? "must be a file: its data are found from where it lies" : "";
         },
         "The workspace file (.axm). A table that needs no change is its data file; otherwise a table is made "
         "beside it",

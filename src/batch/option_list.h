@@ -16,12 +16,17 @@ class OptionList {
 
     virtual ~OptionList() = default;
 
-    /// A file that stands without a name, in the order of the calls. It must be there.
+    /// A file that stands without a name, in the order of the calls. It must be there; "-" is the standard
+    /// input.
     virtual void file(const std::string& name, std::string& value, const std::string& purpose) = 0;
     /// The last of them: one or more.
     virtual void files(const std::string& name, std::vector<std::string>& values,
                        const std::string& purpose) = 0;
 
+    /// A file to write. "-" is the standard output, which then holds nothing else; `ending` is that of what
+    /// only files can tell by their names, such as pictures.
+    virtual void output(const std::string& names, std::string& path, const std::string& purpose,
+                        Need need = Need::may, const std::string& ending = "") = 0;
     /// Names such as "-o,--output".
     virtual void text(const std::string& names, std::string& value, const std::string& purpose) = 0;
     virtual void taken(const std::string& names, const Take& take, const std::string& purpose,

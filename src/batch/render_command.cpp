@@ -37,13 +37,10 @@ class RenderCommand : public Command {
 void RenderCommand::declare(OptionList& options) {
     PictureRequest& picture = options_.picture;
     options.file("MODEL", options_.model, model_file_purpose);
-    options.taken(
-        "-o,--output",
-        [&picture](const std::string& path) {
-            picture.path = path;
-            return ending_refusal(path);
-        },
-        "Picture: .png, .svg, .pdf or .emf", OptionList::Need::must);
+    options.output("-o,--output", picture.path, "Picture: .png, .svg, .pdf or .emf; - writes a .png",
+                   OptionList::Need::must, ".png");
+    options.at_end("--output",
+                   [&picture] { return picture.path == "-" ? "" : ending_refusal(picture.path); });
     options.choice("--view", picture.view, view_names(),
                    "section: the curves over the section; plan: the curves over the plan; curves: without "
                    "either; or one chart alone");

@@ -54,11 +54,11 @@ void UncertaintyCommand::declare(OptionList& options) {
     options.flag("--same-regional", options_.same_regional,
                  "Every model has a regional of the same degree; otherwise others that explain the data as "
                  "well take part");
-    options.text("--report", options_.report,
-                 "Write a JSON report here: values, bands, profile intervals, words, models, fan");
-    options.text("--table", options_.table, "Write the models here as a CSV table, one row a model");
-    options.text("-o,--output", options_.output,
-                 "Write the fitted workspace here; not after a failure, unless --keep-going");
+    options.output("--report", options_.report,
+                   "Write a JSON report here: values, bands, profile intervals, words, models, fan");
+    options.output("--table", options_.table, "Write the models here as a CSV table, one row a model");
+    options.output("-o,--output", options_.output,
+                   "Write the fitted workspace here; not after a failure, unless --keep-going");
 }
 
 }  // namespace

@@ -127,9 +127,11 @@ TEST(Sources, numbers_and_text_meet_in_one_place) {
 }
 
 TEST(Sources, files_are_written_in_one_place) {
-    const Ban writing{{"stream", "fopen", "O_"},
-                      std::regex(R"(\b(ofstream|fstream|fopen|O_WRONLY|O_RDWR|O_CREAT)\b[^>]*$)"),
-                      std::regex("^src/(core/safe_file|chart/emf_device)")};
+    const Ban writing{
+        {"stream", "fopen", "O_"},
+        std::regex(R"(\b(ofstream|fstream|fopen|O_WRONLY|O_RDWR|O_CREAT)\b[^>]*$)"),
+        // What came in by a pipe is put to a file of the own folder, which goes with the command.
+        std::regex("^src/(core/safe_file|chart/emf_device|batch/standard_streams)")};
     EXPECT_EQ(offenders({"src"}, writing), "");
 }
 
