@@ -123,7 +123,9 @@ std::vector<double> repeated_extremes(const ColumnValues& column) {
         const double greatest = low ? sorted.back() : *(last_other - 1);
         const double distance = low ? least - extreme : extreme - greatest;
         const double spread = greatest - least;
-        const bool far = distance > (dummy ? 2 : 5) * spread && distance > 0 && (spread > 0 || dummy);
+        // Zero is the sea, or no anomaly; only far from a total field is it no reading.
+        const double spreads = dummy ? 2 : extreme == 0 ? 50 : 5;
+        const bool far = distance > spreads * spread && distance > 0 && (spread > 0 || dummy);
         if (!far || times < (dummy ? 1 : 3)) continue;
         found.push_back(extreme);
         if (low) {

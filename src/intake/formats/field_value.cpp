@@ -90,6 +90,8 @@ std::string_view trim_field(std::string_view text) {
 }
 
 bool is_null_text(std::string_view text) {
+    if (!text.empty() && is_decimal_digit(text.front()) && text.find('#') == std::string_view::npos)
+        return false;
     if (text.find_first_not_of('*') == std::string_view::npos) return true;
     if (text.find_first_not_of('-') == std::string_view::npos) return true;
     constexpr std::array<std::string_view, 16> words{

@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "core/failure.h"
+#include "core/numbers.h"
 #include "intake/formats/column_roles.h"
 #include "intake/formats/column_units.h"
 #include "intake/formats/column_values.h"
@@ -122,13 +123,31 @@ bool may_miss(Role role) {
     return role != Role::none && role != Role::line && role != Role::fiducial && role != Role::date;
 }
 
+struct FoundNull {
+    std::size_t column = 0;
+    double value = 0;
+};
+
 /// Repeated extremes of every column, before roles are chosen: a column of nothing else is no channel.
-void find_extremes(SurveyLayout& layout, ValueSample& sample) {
+std::vector<FoundNull> find_extremes(SurveyLayout& layout, ValueSample& sample) {
+    std::vector<FoundNull> found;
     for (std::size_t c = 0; c < layout.columns.size(); ++c) {
-        const std::vector<double> found = repeated_extremes(sample.columns[c]);
-        for (const double null : found) add_null(layout.columns[c], null);
-        if (!found.empty()) measure(sample.columns[c], layout.columns[c].nulls);
+        const std::vector<double> extremes = repeated_extremes(sample.columns[c]);
+        for (const double null : extremes) {
+            add_null(layout.columns[c], null);
+            found.push_back({c, null});
+        }
+        if (!extremes.empty()) measure(sample.columns[c], layout.columns[c].nulls);
     }
+    return found;
+}
+
+void tell_of_extremes(SurveyLayout& layout, const std::vector<FoundNull>& found) {
+    for (const FoundNull& null : found)
+        if (may_miss(layout.columns[null.column].role))
+            layout.remarks.push_back("\"" + layout.columns[null.column].name +
+                                     "\": " + shortest_text(null.value) +
+                                     " lies far outside of all other values and is taken for none.");
 }
 
 /// A usual dummy within the range of all other readings is a reading itself.
@@ -187,8 +206,9 @@ SurveyLayout recognise_survey(const std::string& path) {
     find_numbers_in_text(layout);
     find_degree_minutes(layout);
     ValueSample values = sample_values(layout);
-    find_extremes(layout, values);
+    const std::vector<FoundNull> extremes = find_extremes(layout, values);
     choose_roles(layout, values);
+    tell_of_extremes(layout, extremes);
     check_date(layout);
     choose_units(layout, values);
     add_usual_nulls(layout, values);

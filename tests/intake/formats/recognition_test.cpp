@@ -265,6 +265,17 @@ TEST(Recognition, extremes_that_repeat_are_nulls) {
     EXPECT_TRUE(std::isnan(read[Role::terrain][5]));
 }
 
+TEST(Recognition, a_sea_below_a_plateau_is_ground_but_a_total_field_of_zero_is_none) {
+    const SurveyOf survey(table("east,north,dtm,tmi", 60, [](int i) {
+        return num(450000 + 7 * i) + ",7550000," + (i < 20 ? "0" : num(300 + i % 30)) + "," +
+               (i % 9 == 4 ? "0" : num(52000 + i % 30));
+    }));
+    const ReadSurvey read = survey.read();
+    EXPECT_EQ(read[Role::terrain][5], 0);
+    EXPECT_TRUE(std::isnan(read[Role::mag][4]));
+    EXPECT_TRUE(survey.has_remark("\"tmi\": 0 lies far outside of all other values"));
+}
+
 TEST(Recognition, strong_anomalies_and_flat_fields_are_readings) {
     SurveyOf survey(table("east,north,mag", 100, [](int i) {
         return num(450000 + 7 * i) + ",7550000," + (i == 50 ? "9000" : i % 10 == 5 ? "12" : "10");

@@ -44,12 +44,12 @@ std::vector<std::string> lines_of(const std::string& path, Encoding encoding = E
 }
 
 TEST(SurveyBytes, packed_files_are_read_as_plain_ones_whatever_their_name) {
-    const SurveyOf plain(table(5000)), zipped(packed(table(5000)), "survey.csv.gz"),
-        unnamed(packed(table(5000)), "a.csv");
+    const SurveyOf plain(table(3000)), zipped(packed(table(3000)), "survey.csv.gz"),
+        unnamed(packed(table(3000)), "a.csv");
     EXPECT_TRUE(zipped.layout.packed);
     EXPECT_TRUE(unnamed.layout.packed);
     EXPECT_EQ(zipped.read()[Role::mag], plain.read()[Role::mag]);
-    EXPECT_EQ(unnamed.read().rows(), 5000U);
+    EXPECT_EQ(unnamed.read().rows(), 3000U);
 }
 
 TEST(SurveyBytes, each_of_a_pair_may_be_packed_and_its_endings_be_capitals) {
@@ -76,7 +76,7 @@ TEST(SurveyBytes, several_packed_parts_in_one_file_are_one_text) {
 
 TEST(SurveyBytes, a_packed_file_that_ends_in_the_middle_or_is_broken_is_told) {
     const TempFolder folder;
-    const std::string whole = packed(table(50000));
+    const std::string whole = packed(table(20000));
     const std::string cut = folder.write("cut.csv.gz", std::string_view(whole).substr(0, whole.size() / 2));
     std::string damaged = whole;
     for (std::size_t i = damaged.size() / 2; i < damaged.size() / 2 + 200; ++i) damaged[i] = '\x55';
@@ -95,7 +95,7 @@ TEST(SurveyBytes, a_packed_file_that_ends_in_the_middle_or_is_broken_is_told) {
 }
 
 TEST(SurveyBytes, what_is_appended_while_a_file_is_read_is_not_read) {
-    const SurveyOf survey(table(30000));
+    const SurveyOf survey(table(15000));
     const std::vector<std::size_t> wanted{3};
     const auto reader = open_rows(survey.layout, wanted);
     RowBlock block;
@@ -103,12 +103,12 @@ TEST(SurveyBytes, what_is_appended_while_a_file_is_read_is_not_read) {
     std::size_t rows = block.rows;
     std::ofstream(survey.layout.path, std::ios::app) << "10,1,2,3\n10,4,5,6\n";
     while (reader->next(block)) rows += block.rows;
-    EXPECT_EQ(rows, 30000U);
-    EXPECT_EQ(survey.read().rows(), 30002U) << "the next reading finds them";
+    EXPECT_EQ(rows, 15000U);
+    EXPECT_EQ(survey.read().rows(), 15002U) << "the next reading finds them";
 }
 
 TEST(SurveyBytes, a_file_that_becomes_shorter_is_told) {
-    const SurveyOf survey(table(60000));
+    const SurveyOf survey(table(24000));
     const std::vector<std::size_t> wanted{3};
     const auto reader = open_rows(survey.layout, wanted);
     RowBlock block;
@@ -129,7 +129,7 @@ TEST(SurveyBytes, lines_over_the_ends_of_buffers_are_whole) {
     for (const std::string end : {"\n", "\r\n", "\r"}) {
         std::string text;
         std::vector<std::string> expected;
-        for (int i = 0; i < 40000; ++i) {
+        for (int i = 0; i < 25000; ++i) {
             expected.push_back(std::string(static_cast<std::size_t>(i % 23), 'a') + std::to_string(i));
             text += expected.back() + end;
         }

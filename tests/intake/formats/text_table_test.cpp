@@ -186,12 +186,12 @@ TEST(TextTable, nulls_in_all_spellings_are_no_readings_of_that_channel_alone) {
 
 TEST(TextTable, a_dummy_beyond_the_rows_that_were_looked_at_is_none_either) {
     std::string text = "east,north,mag\n";
-    for (int i = 0; i < 20000; ++i)
+    for (int i = 0; i < 12000; ++i)
         text += std::to_string(450000 + i) + ",7550000," + std::to_string(i % 100) + "\n";
-    text += "470001,7550000,-99999\n470002,7550000,5\n";
+    text += "462001,7550000,-99999\n462002,7550000,5\n";
     const ReadSurvey read = SurveyOf(text).read();
-    ASSERT_EQ(read.rows(), 20002U);
-    EXPECT_THAT(read[Role::mag][20000], IsNan());
+    ASSERT_EQ(read.rows(), 12002U);
+    EXPECT_THAT(read[Role::mag][12000], IsNan());
 }
 
 TEST(TextTable, the_nulls_of_a_column_can_be_changed) {
@@ -276,14 +276,14 @@ TEST(TextTable, preview_shows_cells_as_they_stand) {
 }
 
 TEST(TextTable, a_hundred_thousand_lines_and_one_that_comes_again) {
+    SurveyOf survey(
+        "line,east,north,mag\n1,450000,7550000,5\n1,450010,7550000,5.5\n1,450020,7550000,6\n1,450030,7550000,"
+        "7\n");
     std::string text = "line,east,north,mag\n";
     constexpr int lines = 100'000;
-    for (int i = 0; i < lines; ++i) {
-        const std::string row = std::to_string(i) + ",450000," + std::to_string(7000000 + i) + ",5\n";
-        text += row + row;
-    }
+    for (int i = 0; i < lines; ++i) text += std::to_string(i) + ",450000,7550000,5\n";
     text += "0,450000,7550000,6\n";
-    const SurveyOf survey(text);
+    survey.layout.path = survey.folder.write("many.csv", text);
     const std::vector<std::size_t> wanted{3};
     const auto reader = open_rows(survey.layout, wanted);
     RowBlock block;
@@ -293,7 +293,7 @@ TEST(TextTable, a_hundred_thousand_lines_and_one_that_comes_again) {
         rows += block.rows;
         last = block.line.back();
     }
-    EXPECT_EQ(rows, 2U * lines + 1);
+    EXPECT_EQ(rows, lines + 1U);
     EXPECT_EQ(reader->line_names().size(), static_cast<std::size_t>(lines));
     EXPECT_EQ(last, 0);
 }
