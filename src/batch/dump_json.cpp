@@ -231,9 +231,15 @@ Json channel_json(const Workspace& workspace, const ChannelTable& data) {
                                                 {"horizontal", workspace.horizontal_row},
                                                 {"total_gradient", workspace.total_gradient_row}};
     Json json = Json::object();
+    const auto values = [&](int row, int stage) {
+        Json all = data.row(row, stage);
+        for (Json& value : all)
+            if (value.get<double>() <= missing_limit) value = nullptr;
+        return all;
+    };
     for (const auto& [stage_name, stage] :
          {std::pair{"observed", stage_observed}, {"calculated", stage_calculated}}) {
-        for (const auto& [row_name, row] : rows) json[stage_name][row_name] = data.row(row, stage);
+        for (const auto& [row_name, row] : rows) json[stage_name][row_name] = values(row, stage);
     }
     return json;
 }

@@ -91,12 +91,18 @@ Json fan_json(const Workspace& workspace, const Ensemble& ensemble) {
         Json distances = Json::array();
         for (std::size_t i = 0; i < fan.lower.size(); ++i)
             distances.push_back(workspace.distances[fan.first_station + static_cast<std::int32_t>(i)]);
+        const auto values = [](const std::vector<float>& side) {
+            Json all = side;
+            for (Json& value : all)
+                if (value.get<double>() <= missing_limit) value = nullptr;
+            return all;
+        };
         fans.push_back({{"channel", channel_name(fan.channel)},
                         {"units", show::channel_unit(fan.channel)},
                         {"first_station", fan.first_station},
                         {"distance", std::move(distances)},
-                        {"lower", fan.lower},
-                        {"upper", fan.upper}});
+                        {"lower", values(fan.lower)},
+                        {"upper", values(fan.upper)}});
     }
     return fans;
 }

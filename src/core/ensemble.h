@@ -32,8 +32,9 @@ struct EnsembleSample {
 /// Where the calculated curve runs in 90 % of the models, at the stations of the fit.
 struct EnsembleFan {
     std::int32_t channel = 0;
-    std::int32_t first_station = 0;   ///< counted from 1; the others follow
-    std::vector<float> lower, upper;  ///< nT or mGal, as the charts show the calculated curve
+    std::int32_t first_station = 0;  ///< counted from 1; the others follow
+    /// nT or mGal, as the charts show the calculated curve; missing (-1E32) where no reading is.
+    std::vector<float> lower, upper;
 };
 
 /// Models that explain the data within their noise, about the model that was fitted. Shown as long as the

@@ -7,6 +7,7 @@
 
 #include "core/body_parameters.h"
 #include "core/faults.h"
+#include "core/gaps.h"
 #include "core/numbers.h"
 #include "core/settings.h"
 #include "core/workspace.h"
@@ -59,9 +60,13 @@ Shown shown(const Workspace& workspace, const ViewState& view) {
 
 template <class Value>
 double range_of(std::span<const Value> values) {
-    if (values.empty()) return 0;
-    const auto [low, high] = std::ranges::minmax(values);
-    return static_cast<double>(high) - static_cast<double>(low);
+    double low = empty_low, high = empty_high;
+    for (const Value value : values) {
+        if (!is_reading(static_cast<double>(value))) continue;
+        low = std::min(low, static_cast<double>(value));
+        high = std::max(high, static_cast<double>(value));
+    }
+    return low <= high ? high - low : 0;
 }
 
 /// Range of the observed curve in view, as the charts show it; 0 where there is none.

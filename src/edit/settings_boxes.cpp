@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numeric>
 #include <optional>
 
+#include "core/gaps.h"
 #include "core/numbers.h"
 #include "core/text.h"
 #include "edit/change.h"
@@ -61,8 +61,13 @@ SettingsChange change_drawing(Workbench& workbench, float& field, std::string_vi
 }
 
 float observed_mean(const ChannelTable& data) {
-    const auto row = data.row(row_raw, stage_observed);
-    return static_cast<float>(std::accumulate(row.begin(), row.end(), 0.0) / static_cast<double>(row.size()));
+    double sum = 0, count = 0;
+    for (const float value : data.row(row_raw, stage_observed)) {
+        if (!is_reading(static_cast<double>(value))) continue;
+        sum += static_cast<double>(value);
+        ++count;
+    }
+    return static_cast<float>(sum / count);
 }
 
 SettingsChange change_base(Workbench& workbench, int channel, std::string_view text) {

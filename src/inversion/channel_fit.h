@@ -12,6 +12,7 @@ namespace anomalis::inversion {
 struct ChannelFit {
     std::int32_t channel = channel_mag;
     Eigen::VectorXd distance;  ///< m along the profile
+    double spacing = 0;        ///< m from row to row beside the gaps of the line; 0: it has none
     Eigen::VectorXd residual;  ///< observed less regional less calculated
     Eigen::MatrixXd columns;   ///< rows by parameters: calculated by parameter, its own unit
     Eigen::MatrixXd regional;  ///< rows by coefficients: the polynomials that are solved with the bodies

@@ -176,7 +176,8 @@ void Errors::describe_channels() {
         told.chi_square = freedom >= 1 && noise > 0 ? squares / (noise * noise) / freedom : no_number;
         MatrixXd columns(channel.residual.size(), count() + channel.regional.cols());
         columns << weighted.columns, channel.regional;
-        told.covariance = find_residual_covariance(channel.distance, channel.residual, columns, pacer_);
+        told.covariance =
+            find_residual_covariance(channel.distance, channel.residual, columns, pacer_, channel.spacing);
         result_.channels.push_back(told);
     }
 }

@@ -89,14 +89,17 @@ std::size_t FitRows::amplitude_of(const FreeBody& body, std::int32_t channel) co
 }
 
 void FitRows::add_channel(Workspace& workspace, std::int32_t channel, Faults& faults) {
-    RowChain chain(workspace, request_.target, faults);
+    RowChain chain(workspace, channel, request_.target, faults);
     const auto raw = index_of(chain.raw_count());
-    const VectorXd distance = window_distances(workspace);
+    const VectorXd distance = station_distances(workspace, chain.stations());
+    const VectorXd observed = observed_rows(workspace, channel, request_.target, chain.stations());
+    const double spacing = chain.whole() ? 0 : spacing_in_stretches(distance, chain.starts());
     const std::int32_t degree = solved_degree(workspace, channel, request_.target);
     channels_.push_back({.channel = channel,
                          .chain = std::move(chain),
                          .distance = distance,
-                         .observed = observed_rows(workspace, channel, request_.target),
+                         .spacing = spacing,
+                         .observed = observed,
                          .basis = polynomials(distance, degree),
                          .raw = MatrixXd::Zero(raw, workspace.body_count),
                          .fixed = VectorXd::Zero(raw)});
@@ -335,6 +338,7 @@ std::vector<ChannelFit> FitRows::channel_fits(const MatrixXd& columns, const Vec
         const auto count = index_of(rows.chain.row_count());
         fits.push_back({.channel = rows.channel,
                         .distance = rows.distance,
+                        .spacing = rows.spacing,
                         .residual = -rows.sigma * residuals.segment(at, count),
                         .columns = rows.sigma * columns.middleRows(at, count),
                         .regional = rows.basis,

@@ -32,6 +32,7 @@ struct FittedRows {
     std::int32_t channel = channel_mag;
     RowChain chain;
     Eigen::VectorXd distance;  ///< m along the profile
+    double spacing = 0;        ///< m from row to row beside the gaps of the line; 0: it has none
     Eigen::VectorXd observed;
     Eigen::MatrixXd basis;  ///< orthonormal columns that are projected off
     double sigma = 1;       ///< residuals are weighed by it

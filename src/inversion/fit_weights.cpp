@@ -12,6 +12,15 @@ namespace anomalis::inversion {
 
 namespace {
 
+std::size_t middle_of_longest_stretch(const RowChain& chain) {
+    std::vector<std::size_t> starts = chain.starts();
+    starts.push_back(chain.row_count());
+    std::size_t longest = 0;
+    for (std::size_t k = 1; k + 1 < starts.size(); ++k)
+        if (starts[k + 1] - starts[k] > starts[longest + 1] - starts[longest]) longest = k;
+    return (starts[longest] + starts[longest + 1] - 1) / 2;
+}
+
 /// What white noise of standard deviation 1 becomes: the length of what an impulse in the middle becomes.
 double noise_gain(const Workspace& workspace, const RowChain& chain) {
     if (chain.plain()) return 1;
@@ -22,19 +31,12 @@ double noise_gain(const Workspace& workspace, const RowChain& chain) {
     own.values(raw, rows);
     std::ranges::fill(raw, 0.0);
     const int middle = (workspace.first_station + workspace.last_station) / 2;
-    raw[static_cast<std::size_t>(middle - chain.first_station())] = 1;
+    raw[chain.whole() ? static_cast<std::size_t>(middle - chain.first_station())
+                      : chain.raw_place(middle_of_longest_stretch(chain))] = 1;
     own.change(raw, rows);
     double sum = 0;
     for (const double value : rows) sum += value * value;
     return std::sqrt(sum);
-}
-
-double reading_noise(const Workspace& workspace, std::int32_t channel) {
-    const auto row = workspace.channel(channel).data.row(workspace.raw_row, stage_observed);
-    const auto first = static_cast<std::size_t>(workspace.first_station - 1);
-    const auto count = static_cast<std::size_t>(workspace.last_station - workspace.first_station) + 1;
-    const auto readings = row.subspan(first, count);
-    return estimate_noise(std::vector<double>(readings.begin(), readings.end()));
 }
 
 }  // namespace
@@ -43,7 +45,10 @@ void weigh_by_noise(const Workspace& workspace, std::int32_t target, FitRows& ro
     for (FittedRows& channel : rows.channels()) {
         const auto keyed = static_cast<double>(workspace.channel(channel.channel).noise);
         channel.sigma_given = keyed > 0;
-        const double noise = channel.sigma_given ? keyed : reading_noise(workspace, channel.channel);
+        const double noise = channel.sigma_given
+                                 ? keyed
+                                 : noise_of_readings(workspace, channel.channel, workspace.first_station,
+                                                     workspace.last_station);
         channel.noise = noise * noise_gain(workspace, channel.chain);
         channel.sigma = channel.noise > 0 ? channel.noise
                                           : static_cast<double>(model::misfit_scale_of(

@@ -3,8 +3,13 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <iterator>
 #include <limits>
+#include <utility>
 #include <vector>
+
+#include "core/gaps.h"
+#include "core/workspace.h"
 
 namespace anomalis::inversion {
 
@@ -27,8 +32,9 @@ std::vector<double> finite(std::span<const double> readings) {
     return values;
 }
 
-/// Divided so that white noise keeps its standard deviation.
+/// Divided so that white noise keeps its standard deviation; none of fewer values than it takes.
 std::vector<double> differences(std::vector<double> values, int order) {
+    if (values.size() <= static_cast<std::size_t>(order)) return {};
     double squares = 1;  // sum of the squared binomials: the middle binomial of 2 n
     for (int k = 1; k <= order; ++k) {
         for (std::size_t i = 0; i + 1 < values.size(); ++i) values[i] = values[i + 1] - values[i];
@@ -96,13 +102,39 @@ double reading_step(std::span<const double> readings) {
 }
 
 double estimate_noise(std::span<const double> readings) {
-    const std::vector<double> values = finite(readings);
-    if (values.size() < least_readings) return 0;
-    const double least = reading_step(values) / std::sqrt(12.0);
+    const std::vector<double> whole(readings.begin(), readings.end());
+    return estimate_stretches_noise(std::span(&whole, 1));
+}
+
+double estimate_stretches_noise(std::span<const std::vector<double>> stretches) {
+    std::vector<double> all;
+    std::vector<std::vector<double>> values;
+    for (const std::vector<double>& stretch : stretches) {
+        values.push_back(finite(stretch));
+        all.insert(all.end(), values.back().begin(), values.back().end());
+    }
+    if (all.size() < least_readings) return 0;
+    const double least = reading_step(all) / std::sqrt(12.0);
     double noise = std::numeric_limits<double>::infinity();
-    for (int order = first_order; order <= last_order; ++order)
-        noise = std::min(noise, clipped_deviation(differences(values, order), least));
-    return noise;
+    for (int order = first_order; order <= last_order; ++order) {
+        std::vector<double> sizes;
+        for (const std::vector<double>& stretch : values)
+            std::ranges::copy(differences(stretch, order), std::back_inserter(sizes));
+        if (!sizes.empty()) noise = std::min(noise, clipped_deviation(std::move(sizes), least));
+    }
+    return std::isfinite(noise) ? noise : 0;
+}
+
+double noise_of_readings(const Workspace& workspace, int channel, int first, int last) {
+    std::vector<std::vector<double>> stretches;
+    for (const Stretch& stretch : channel_stretches(workspace, channel)) {
+        std::vector<double>& readings = stretches.emplace_back();
+        for (const int station : reading_stations(workspace, channel, std::max(stretch.first, first),
+                                                  std::min(stretch.last, last)))
+            readings.push_back(static_cast<double>(
+                workspace.channel(channel).data(station, workspace.raw_row, stage_observed)));
+    }
+    return estimate_stretches_noise(stretches);
 }
 
 }  // namespace anomalis::inversion

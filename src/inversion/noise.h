@@ -1,6 +1,11 @@
 #pragma once
 
 #include <span>
+#include <vector>
+
+namespace anomalis {
+struct Workspace;
+}  // namespace anomalis
 
 namespace anomalis::inversion {
 
@@ -11,6 +16,13 @@ namespace anomalis::inversion {
 /// readings are rounded so. Readings that are no numbers are left out. 0 where readings tell no noise: fewer
 /// than 10, or all on one curve as a constant channel.
 double estimate_noise(std::span<const double> readings);
+
+/// The same of a line with gaps: no difference is taken over one. A stretch that is too short for a
+/// difference tells nothing.
+double estimate_stretches_noise(std::span<const std::vector<double>> stretches);
+
+/// Of the readings of a channel at the stations `first` to `last`, stretch by stretch (core/gaps.h).
+double noise_of_readings(const Workspace& workspace, int channel, int first, int last);
 
 /// The step that all readings are multiples of from each other: 1 for whole nanoteslas. 0 when there is none,
 /// or when it is so fine that readings hardly share values.

@@ -37,25 +37,37 @@ std::int32_t solved_degree(const Workspace& workspace, std::int32_t channel, std
     return workspace.channel(channel).float_base == 1 ? 0 : no_regional;
 }
 
-VectorXd observed_rows(const Workspace& workspace, std::int32_t channel, std::int32_t target) {
+VectorXd observed_rows(const Workspace& workspace, std::int32_t channel, std::int32_t target,
+                       std::span<const std::int32_t> stations) {
     const Channel& own = workspace.channel(channel);
-    const auto first = static_cast<std::size_t>(workspace.first_station - 1);
-    const auto count = static_cast<std::size_t>(workspace.last_station - workspace.first_station) + 1;
     const bool smoothed = target == target_data && model::regional_in_force(workspace, channel);
     const int number = target == target_gradient ? workspace.gradient_row_in_use()
                        : smoothed                ? workspace.smoothed_row
                                                  : workspace.residual_row;
-    const auto row = own.data.row(number, stage_observed).subspan(first, count);
-    VectorXd rows(static_cast<Index>(count));
+    const auto row = own.data.row(number, stage_observed);
+    VectorXd rows(static_cast<Index>(stations.size()));
     const double base = smoothed ? static_cast<double>(own.base) : 0.0;
-    for (std::size_t i = 0; i < count; ++i) rows[static_cast<Index>(i)] = static_cast<double>(row[i]) - base;
+    Index i = 0;
+    for (const std::int32_t station : stations)
+        rows[i++] = static_cast<double>(row[static_cast<std::size_t>(station - 1)]) - base;
     return rows;
 }
 
-VectorXd window_distances(const Workspace& workspace) {
-    const auto count =
-        static_cast<Index>(static_cast<std::size_t>(workspace.last_station - workspace.first_station) + 1);
-    return Eigen::Map<const VectorXd>(workspace.distances.span().data() + workspace.first_station - 1, count);
+VectorXd station_distances(const Workspace& workspace, std::span<const std::int32_t> stations) {
+    VectorXd distance(static_cast<Index>(stations.size()));
+    Index i = 0;
+    for (const std::int32_t station : stations) distance[i++] = workspace.distances[station];
+    return distance;
+}
+
+double spacing_in_stretches(const VectorXd& distance, std::span<const std::size_t> starts) {
+    double sum = 0, count = 0;
+    for (std::size_t i = 1; i < static_cast<std::size_t>(distance.size()); ++i) {
+        if (std::ranges::binary_search(starts, i)) continue;
+        sum += distance[static_cast<Index>(i)] - distance[static_cast<Index>(i) - 1];
+        ++count;
+    }
+    return count > 0 ? sum / count : 0;
 }
 
 }  // namespace anomalis::inversion

@@ -217,6 +217,34 @@ double independent_data(const ResidualCovariance& covariance, const VectorXd& di
     return count * count / sum;
 }
 
+/// The same of a line with gaps, by the pairs themselves: those of some stations stand for all.
+double independent_beside_gaps(const ResidualCovariance& covariance, const VectorXd& distance) {
+    const Index count = distance.size();
+    if (covariance.correlated == 0 || count < 2) return static_cast<double>(count);
+    const Matern process(covariance.smoothness);
+    std::vector<double> places(distance.begin(), distance.end());
+    std::ranges::sort(places);
+    const double correlated = covariance.correlated * covariance.correlated;
+    const double share = correlated / (correlated + covariance.white * covariance.white);
+    constexpr std::size_t most_stations = 500;
+    const std::size_t stride = places.size() / most_stations + 1;
+    double sum = 0, stations = 0;
+    for (std::size_t i = 0; i < places.size(); i += stride, ++stations) {
+        sum += 1;
+        const auto add = [&](std::size_t j) {
+            const double here =
+                share * process.correlation(covariance.rate * std::abs(places[j] - places[i]));
+            sum += here * here;
+            return here * here >= 1e-6;
+        };
+        for (std::size_t j = i; j-- > 0 && add(j);) {
+        }
+        for (std::size_t j = i + 1; j < places.size() && add(j); ++j) {
+        }
+    }
+    return static_cast<double>(count) * stations / sum;
+}
+
 }  // namespace
 
 double ResidualCovariance::length() const {
@@ -224,9 +252,9 @@ double ResidualCovariance::length() const {
 }
 
 ResidualCovariance find_residual_covariance(const VectorXd& distance, const VectorXd& residual,
-                                            const MatrixXd& columns, Pacer& pacer) {
+                                            const MatrixXd& columns, Pacer& pacer, double spacing) {
     ResidualCovariance covariance;
-    const RestrictedLikelihood likelihood(distance, residual, columns);
+    const RestrictedLikelihood likelihood(distance, residual, columns, spacing);
     if (likelihood.freedom() < 1) return covariance;
     const RestrictedLikelihood::Parts white = likelihood.white_parts();
     const double white_value = likelihood.value(white);
@@ -244,7 +272,8 @@ ResidualCovariance find_residual_covariance(const VectorXd& distance, const Vect
         covariance.rate = search.rate(found.point);
         covariance.uncertainty = uncertainty_at(search, likelihood, found.point);
     }
-    covariance.independent = independent_data(covariance, distance);
+    covariance.independent =
+        spacing > 0 ? independent_beside_gaps(covariance, distance) : independent_data(covariance, distance);
     return covariance;
 }
 

@@ -27,10 +27,11 @@ struct ResidualCovariance {
 /// Found by restricted maximum likelihood (Patterson and Thompson 1971), which knows what the fitted columns
 /// took out of the residuals; each likelihood by a Kalman filter along the line (Harvey 1989). Noise counts
 /// as correlated when that is far more likely than chance makes of white noise. `columns`: rows by what was
-/// fitted, the regional too. Stations in any order and at any spacing. Raises
-/// Stopped.
+/// fitted, the regional too. Stations in any order and at any spacing; of a line
+/// with gaps `spacing` is the one beside them, 0 of any other. Raises Stopped.
 ResidualCovariance find_residual_covariance(const Eigen::VectorXd& distance, const Eigen::VectorXd& residual,
-                                            const Eigen::MatrixXd& columns, Pacer& pacer = no_pace());
+                                            const Eigen::MatrixXd& columns, Pacer& pacer = no_pace(),
+                                            double spacing = 0);
 
 /// The covariance matrix times the columns of `right`, in time that grows with the number of rows alone.
 Eigen::MatrixXd covariance_times(const ResidualCovariance& covariance, const Eigen::VectorXd& distance,

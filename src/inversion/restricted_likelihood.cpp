@@ -60,7 +60,7 @@ std::vector<Index> filled(const MatrixXd& columns) {
 }  // namespace
 
 RestrictedLikelihood::RestrictedLikelihood(const VectorXd& distance, const VectorXd& residual,
-                                           const MatrixXd& columns) {
+                                           const MatrixXd& columns, double spacing) {
     const std::vector<Index> order = sampled(along_the_line(distance), columns.cols());
     const VectorXd place = distance(order), value = residual(order);
     const Index rows = place.size();
@@ -76,6 +76,7 @@ RestrictedLikelihood::RestrictedLikelihood(const VectorXd& distance, const Vecto
     mean_square_ = value.squaredNorm() / std::max(freedom_, 1.0);
     extent_ = rows > 0 ? place[rows - 1] - place[0] : 0;
     spacing_ = rows > 1 ? extent_ / static_cast<double>(distance.size() - 1) : 0;
+    if (rows > 1 && spacing > 0) spacing_ = spacing;
     table_.reserve(rows_ * width_);
     for (Index i = 0; i < rows; ++i) {
         steps_.push_back(i == 0 ? 0 : place[i] - place[i - 1]);

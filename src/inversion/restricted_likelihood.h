@@ -11,8 +11,9 @@ namespace anomalis::inversion {
 /// Matern process; private to the covariance of residuals. A long line is sampled.
 class RestrictedLikelihood {
   public:
+    /// `spacing`: of the stations beside the gaps of a line; 0: it has none.
     RestrictedLikelihood(const Eigen::VectorXd& distance, const Eigen::VectorXd& residual,
-                         const Eigen::MatrixXd& columns);
+                         const Eigen::MatrixXd& columns, double spacing = 0);
 
     /// What a likelihood is made of: of the covariance in units of the white noise's variance, the logarithm
     /// of its determinant (with that of the columns) and the weighted sum of squares.
@@ -34,7 +35,7 @@ class RestrictedLikelihood {
     /// Of core/pacer.h, of the parts.
     double units() const;
     double freedom() const { return freedom_; }  ///< rows less columns
-    double spacing() const { return spacing_; }  ///< mean distance between stations, m
+    double spacing() const { return spacing_; }  ///< between stations, m: the mean, or beside gaps
     double extent() const { return extent_; }    ///< m
 
   private:

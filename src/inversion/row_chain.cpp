@@ -2,8 +2,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <string>
+#include <utility>
 
 #include "core/failure.h"
+#include "core/gaps.h"
 #include "filter/filters.h"
 
 namespace anomalis::inversion {
@@ -25,9 +28,40 @@ RowKernel kernel_of(int code, int half_width, int step, bool subtract, FilterScr
     return kernel;
 }
 
+std::string no_readings(const Workspace& workspace, std::int32_t channel) {
+    return "There is no " + std::string(channel == channel_mag ? "magnetic" : "gravity") +
+           " reading at the stations " + std::to_string(workspace.first_station) + " to " +
+           std::to_string(workspace.last_station) + " of the window: widen it";
+}
+
+/// One stretch of a row on its own.
+void filter_part(const RowKernel& kernel, std::span<const double> row, std::span<double> sums) {
+    const auto count = static_cast<std::ptrdiff_t>(row.size());
+    const auto most = static_cast<std::ptrdiff_t>(kernel.taps.size()) - 1;
+    const std::ptrdiff_t near =
+        kernel.step == 0 ? most : std::min(most, std::max(count - 2, std::ptrdiff_t{0}) / kernel.step);
+    const double front = row.front(), back = row.back();
+    double outer = kernel.beyond;
+    for (std::ptrdiff_t k = near + 1; k <= most; ++k) outer += kernel.taps[static_cast<std::size_t>(k)];
+    outer *= kernel.odd ? back - front : front + back;
+    const auto at = [&](std::ptrdiff_t i) {
+        return row[static_cast<std::size_t>(std::clamp(i, std::ptrdiff_t{0}, count - 1))];
+    };
+    for (std::ptrdiff_t i = 0; i < count; ++i) {
+        double sum = kernel.taps[0] * at(i) + outer;
+        for (std::ptrdiff_t k = 1; k <= near; ++k) {
+            const double tap = kernel.taps[static_cast<std::size_t>(k)];
+            if (tap == 0) continue;
+            const double left = at(i - k * kernel.step), right = at(i + k * kernel.step);
+            sum += tap * (kernel.odd ? right - left : left + right);
+        }
+        sums[static_cast<std::size_t>(i)] = kernel.subtract ? at(i) - sum : sum;
+    }
+}
+
 }  // namespace
 
-RowChain::RowChain(Workspace& workspace, std::int32_t target, Faults& faults) {
+RowChain::RowChain(Workspace& workspace, std::int32_t channel, std::int32_t target, Faults& faults) {
     if (workspace.first_station < 1 || workspace.last_station > workspace.station_count ||
         workspace.first_station > workspace.last_station)
         throw Fault(FaultKind::subscript);
@@ -50,33 +84,49 @@ RowChain::RowChain(Workspace& workspace, std::int32_t target, Faults& faults) {
     const bool window_alone = kernels_.empty();
     first_ = window_alone ? workspace.first_station : 1;
     last_ = window_alone ? workspace.last_station : workspace.station_count;
-    skipped_ = static_cast<std::size_t>(workspace.first_station - first_);
-    window_ = static_cast<std::size_t>(workspace.last_station - workspace.first_station) + 1;
+    find_parts(channel_gaps(workspace, channel), workspace.channel(channel), workspace.raw_row);
+    const auto from = std::ranges::lower_bound(stations_, workspace.first_station);
+    const auto behind = std::ranges::upper_bound(stations_, workspace.last_station);
+    skipped_ = static_cast<std::size_t>(from - stations_.begin());
+    window_ = static_cast<std::size_t>(behind - from);
+    if (window_ == 0) throw Fault(no_readings(workspace, channel));
+}
+
+/// The stretches, as far as raw values are wanted.
+void RowChain::find_parts(const ChannelGaps& gaps, const Channel& channel, std::int32_t raw_row) {
+    whole_ = gaps.none;
+    const std::vector<Stretch> line{{first_, last_}};
+    for (const Stretch& stretch : whole_ ? line : gaps.stretches) {
+        const std::size_t begin = stations_.size();
+        for (int i = std::max(stretch.first, first_); i <= std::min(stretch.last, last_); ++i)
+            if (whole_ || is_reading(static_cast<double>(channel.data(i, raw_row, stage_observed))))
+                stations_.push_back(i);
+        if (stations_.size() > begin) parts_.push_back({begin, stations_.size() - begin});
+    }
+}
+
+std::vector<std::size_t> RowChain::starts() const {
+    std::vector<std::size_t> rows;
+    for (const Part& part : parts_)
+        if (part.first + part.count > skipped_ && part.first < skipped_ + window_)
+            rows.push_back(std::max(part.first, skipped_) - skipped_);
+    return rows;
+}
+
+std::vector<double> RowChain::gathered(std::span<const double> raw) const {
+    if (whole_) return {raw.begin(), raw.end()};
+    std::vector<double> row;
+    row.reserve(stations_.size());
+    for (const std::int32_t station : stations_)
+        row.push_back(raw[static_cast<std::size_t>(station - first_)]);
+    return row;
 }
 
 void RowChain::filter(const RowKernel& kernel, std::vector<double>& row) const {
-    const auto count = static_cast<std::ptrdiff_t>(row.size());
-    const auto most = static_cast<std::ptrdiff_t>(kernel.taps.size()) - 1;
-    const std::ptrdiff_t near =
-        kernel.step == 0 ? most : std::min(most, std::max(count - 2, std::ptrdiff_t{0}) / kernel.step);
-    const double front = row.front(), back = row.back();
-    double outer = kernel.beyond;
-    for (std::ptrdiff_t k = near + 1; k <= most; ++k) outer += kernel.taps[static_cast<std::size_t>(k)];
-    outer *= kernel.odd ? back - front : front + back;
     std::vector<double> sums(row.size());
-    const auto at = [&](std::ptrdiff_t i) {
-        return row[static_cast<std::size_t>(std::clamp(i, std::ptrdiff_t{0}, count - 1))];
-    };
-    for (std::ptrdiff_t i = 0; i < count; ++i) {
-        double sum = kernel.taps[0] * at(i) + outer;
-        for (std::ptrdiff_t k = 1; k <= near; ++k) {
-            const double tap = kernel.taps[static_cast<std::size_t>(k)];
-            if (tap == 0) continue;
-            const double left = at(i - k * kernel.step), right = at(i + k * kernel.step);
-            sum += tap * (kernel.odd ? right - left : left + right);
-        }
-        sums[static_cast<std::size_t>(i)] = kernel.subtract ? at(i) - sum : sum;
-    }
+    for (const Part& part : parts_)
+        filter_part(kernel, std::span(row).subspan(part.first, part.count),
+                    std::span(sums).subspan(part.first, part.count));
     row = std::move(sums);
 }
 
@@ -89,7 +139,7 @@ void RowChain::values(std::span<const double> raw, std::span<double> rows) {
         std::ranges::fill(rows, 0.0);
         return;
     }
-    row_.assign(raw.begin(), raw.end());
+    row_ = gathered(raw);
     const std::size_t plain = kernels_.size() - (total_ ? 2 : 0);
     for (std::size_t k = 0; k < plain; ++k) filter(kernels_[k], row_);
     if (!total_) return take_window(row_, rows);
@@ -103,7 +153,7 @@ void RowChain::values(std::span<const double> raw, std::span<double> rows) {
 /// The length of the gradient by the chain rule; where it is 0 it has no slope.
 void RowChain::change(std::span<const double> raw, std::span<double> rows) {
     if (linear()) return values(raw, rows);
-    row_.assign(raw.begin(), raw.end());
+    row_ = gathered(raw);
     const std::size_t plain = kernels_.size() - 2;
     for (std::size_t k = 0; k < plain; ++k) filter(kernels_[k], row_);
     other_ = row_;

@@ -18,7 +18,8 @@ constexpr double same_weight = 1.02;
 double component_sigma(const ChannelFit& channel) {
     MatrixXd columns(channel.residual.size(), channel.columns.cols() + channel.regional.cols());
     columns << channel.columns, channel.regional;
-    const ResidualCovariance noise = find_residual_covariance(channel.distance, channel.residual, columns);
+    const ResidualCovariance noise =
+        find_residual_covariance(channel.distance, channel.residual, columns, no_pace(), channel.spacing);
     if (noise.correlated == 0) return noise.white;
     const MatrixXd seen_by = orthonormal_basis_of_units(channel.columns);
     if (seen_by.cols() == 0) return noise.white;

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "core/failure.h"
+#include "core/gaps.h"
 #include "filter/filters.h"
 #include "forward/driver.h"
 #include "model/paced_rows.h"
@@ -38,6 +39,26 @@ double sum_of_squared_differences(std::span<const float> calculated, std::span<c
     return sum;
 }
 
+std::size_t count_readings(std::span<const float> observed) {
+    std::size_t count = 0;
+    for (const float value : observed) count += value > static_cast<float>(missing_limit) ? 1 : 0;
+    return count;
+}
+
+/// Of the stations with a reading, as if the line had no others.
+double norm_of_readings(std::span<const float> calculated, std::span<const float> observed,
+                        std::size_t readings) {
+    if (readings < 2) throw Fault(FaultKind::division_by_zero);
+    double sum = 0;
+    for (std::size_t i = 0; i < observed.size(); ++i) {
+        const auto value = static_cast<double>(observed[i]);
+        if (!is_reading(value)) continue;
+        const double r = static_cast<double>(calculated[i]) - value;
+        sum += r * r;
+    }
+    return std::sqrt(sum) / static_cast<double>(readings - 1);
+}
+
 double residual_norm(int first, int last, int row, const ChannelTable& data) {
     if (last == first) throw Fault(FaultKind::division_by_zero);
     double sum = 0;
@@ -45,8 +66,11 @@ double residual_norm(int first, int last, int row, const ChannelTable& data) {
         if (first < 1 || last > data.stations()) throw Fault(FaultKind::subscript);
         const auto from = static_cast<std::size_t>(first - 1);
         const auto count = static_cast<std::size_t>(last - first) + 1;
-        sum = sum_of_squared_differences(data.row(row, stage_calculated).subspan(from, count),
-                                         data.row(row, stage_observed).subspan(from, count));
+        const auto calculated = data.row(row, stage_calculated).subspan(from, count);
+        const auto observed = data.row(row, stage_observed).subspan(from, count);
+        const std::size_t readings = count_readings(observed);
+        if (readings < count) return norm_of_readings(calculated, observed, readings);
+        sum = sum_of_squared_differences(calculated, observed);
     }
     return std::sqrt(sum) / (static_cast<double>(last) - first);
 }

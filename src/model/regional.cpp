@@ -2,8 +2,12 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 #include <span>
 #include <utility>
+#include <vector>
+
+#include "core/gaps.h"
 
 namespace anomalis::model {
 
@@ -26,6 +30,20 @@ struct Window {
     double left_over(std::size_t i) const {
         return static_cast<double>(smoothed[i]) - base - static_cast<double>(calculated[i]);
     }
+};
+
+/// Those of a window that have a reading.
+struct WindowReadings {
+    explicit WindowReadings(const Window& window) {
+        for (std::size_t i = 0; i < window.distance.size(); ++i) {
+            if (!is_reading(static_cast<double>(window.smoothed[i]))) continue;
+            distance.push_back(window.distance[i]);
+            smoothed.push_back(window.smoothed[i]);
+            calculated.push_back(window.calculated[i]);
+        }
+    }
+    std::vector<double> distance;
+    std::vector<float> smoothed, calculated;
 };
 
 Window window_of(const Workspace& workspace, const Channel& channel, const ChannelTable& rows) {
@@ -97,8 +115,15 @@ void lay_regional(Workspace& workspace, int code, ChannelTable& rows) {
     const std::int32_t stations = workspace.last_station - workspace.first_station + 1;
     const bool inside = workspace.first_station >= 1 && workspace.last_station <= workspace.station_count;
     if (stations < 1 || !inside || rows.stations() < workspace.station_count) return;
-    channel.regional =
-        nearest(window_of(workspace, channel, rows), std::min(channel.regional_degree, stations - 1));
+    Window window = window_of(workspace, channel, rows);
+    std::optional<WindowReadings> readings;
+    if (!channel.gaps.none) {
+        readings.emplace(window);
+        if (readings->distance.empty()) return;
+        window = {readings->distance, readings->smoothed, readings->calculated, window.base};
+    }
+    channel.regional = nearest(
+        window, std::min(channel.regional_degree, static_cast<std::int32_t>(window.distance.size()) - 1));
     take_off(workspace, channel, rows);
 }
 

@@ -1,12 +1,14 @@
 #include "output/clean_tables.h"
 
 #include <array>
+#include <cmath>
 #include <string_view>
 #include <utility>
 #include <vector>
 
 #include "core/body_parameters.h"
 #include "core/failure.h"
+#include "core/gaps.h"
 #include "core/told_write.h"
 #include "core/workspace.h"
 #include "output/body_place.h"
@@ -140,7 +142,11 @@ std::string clean_profile_table_text(const Workspace& workspace, const std::vect
         if (workspace.definition.dtm_column > 0) csv.number(workspace.stations(i, column_ground));
         for (const Channel& channel : channels) {
             for (const auto& stage : stages)
-                for (const Row& row : rows) csv.number(channel.data(i, row.number, stage.first));
+                for (const Row& row : rows) {
+                    // A missing value leaves its field empty.
+                    const float value = channel.data(i, row.number, stage.first);
+                    add_if(is_reading(static_cast<double>(value)) || std::isnan(value), value, csv);
+                }
             if (channel.has_regional()) csv.number(channel.regional.at(workspace.distances[i]));
         }
         end_row(failures, csv);

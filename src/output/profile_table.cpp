@@ -1,6 +1,8 @@
 #include <array>
+#include <cmath>
 
 #include "core/failure.h"
+#include "core/gaps.h"
 #include "core/text.h"
 #include "core/told_write.h"
 #include "core/workspace.h"
@@ -33,12 +35,17 @@ std::string header(const Workspace& workspace) {
     return line;
 }
 
+/// A missing value is the usual mark of one, not its 33 digits.
+std::string reading_field(float value) {
+    return is_reading(static_cast<double>(value)) || std::isnan(value) ? fixed_field(value, "0.00") : "-1e32";
+}
+
 void append_channel(const Workspace& workspace, const ChannelTable& data, int station, std::string& line) {
     const int gradient = workspace.processing.display_total_gradient == 1 ? workspace.total_gradient_row
                                                                           : workspace.gradient_row;
     for (const int stage : {stage_observed, stage_calculated}) {
         for (const int row : {workspace.raw_row, workspace.smoothed_row, workspace.residual_row, gradient})
-            line += ", " + fixed_field(data(station, row, stage), "0.00");
+            line += ", " + reading_field(data(station, row, stage));
     }
 }
 

@@ -13,6 +13,7 @@
 #include "edit/view_state.h"
 #include "forward/shape/plan_outline.h"
 #include "forward/shape/reference_point.h"
+#include "show/broken_line.h"
 #include "show/section_chart.h"
 #include "show/section_shapes.h"
 
@@ -95,20 +96,31 @@ void record_plan_ghosts(chart::AX_Grapher& chart, const Workspace& workspace, co
         }
 }
 
-std::vector<chart::ChartBand> fan_bands(const Workspace& workspace, const Ensemble& ensemble, int chart) {
+FanBands fan_bands(const Workspace& workspace, const Ensemble& ensemble, int chart) {
     if (chart != edit::chart_mag && chart != edit::chart_grav) return {};
     const std::int32_t channel = chart == edit::chart_mag ? channel_mag : channel_grav;
-    std::vector<chart::ChartBand> bands;
+    FanBands drawn;
     for (const EnsembleFan& fan : ensemble.fans) {
         if (fan.channel != channel || fan.first_station < 1) continue;
         const auto from = static_cast<std::size_t>(fan.first_station - 1);
         const auto stations = workspace.distances.span();
         const std::size_t count = std::min(fan.lower.size(), fan.upper.size());
         if (from + count > stations.size() || count == 0) continue;
-        bands.push_back({stations.subspan(from, count), std::span(fan.lower).first(count),
-                         std::span(fan.upper).first(count), fan_green});
+        const auto last = fan.first_station + static_cast<std::int32_t>(count) - 1;
+        const BrokenLine line = BrokenLine::of_channel(workspace, channel, fan.first_station, last);
+        if (line.whole()) {
+            drawn.bands.push_back({stations.subspan(from, count), std::span(fan.lower).first(count),
+                                   std::span(fan.upper).first(count), fan_green});
+            continue;
+        }
+        drawn.distances.assign(line.distances().begin(), line.distances().end());
+        drawn.lower = line.curve(std::span<const float>(fan.lower), fan.first_station);
+        drawn.upper = line.curve(std::span<const float>(fan.upper), fan.first_station);
+        drawn.bands.push_back({std::span<const double>(drawn.distances), std::span<const float>(drawn.lower),
+                               std::span<const float>(drawn.upper), fan_green});
+        break;  // a channel has one fan
     }
-    return bands;
+    return drawn;
 }
 
 }  // namespace anomalis::show

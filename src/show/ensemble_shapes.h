@@ -35,8 +35,14 @@ void record_section_ghosts(chart::AX_Grapher& chart, const Workspace& workspace,
                            const Ensemble& ensemble);
 void record_plan_ghosts(chart::AX_Grapher& chart, const Workspace& workspace, const Ensemble& ensemble);
 
-/// The fan of a profile chart over the stations of the fit; none for a chart that has no fan. Its cells are
-/// those of the workspace and of the ensemble.
-std::vector<chart::ChartBand> fan_bands(const Workspace& workspace, const Ensemble& ensemble, int chart);
+/// Bands, whose cells are those of the workspace and of the ensemble, or of a line with gaps its own.
+struct FanBands {
+    std::vector<chart::ChartBand> bands = {};
+    std::vector<double> distances = {};
+    std::vector<float> lower = {}, upper = {};
+};
+
+/// The fan of a profile chart over the stations of the fit, open at gaps; none for a chart that has no fan.
+FanBands fan_bands(const Workspace& workspace, const Ensemble& ensemble, int chart);
 
 }  // namespace anomalis::show

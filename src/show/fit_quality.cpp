@@ -31,21 +31,27 @@ bool has_channel(const Workspace& workspace, int channel) {
     return channel == channel_mag ? workspace.has_mag() : workspace.has_grav();
 }
 
-double root_mean_square(std::span<const float> observed, std::span<const float> calculated) {
-    double sum = 0;
+struct Residuals {
+    double sum = 0;  ///< of squares
+    int stations = 0;
+};
+
+Residuals residuals_of(std::span<const float> observed, std::span<const float> calculated) {
+    Residuals all;
     for (std::size_t i = 0; i < observed.size(); ++i) {
+        if (static_cast<double>(observed[i]) <= missing_limit) continue;
         const double residual = static_cast<double>(observed[i]) - static_cast<double>(calculated[i]);
-        sum += residual * residual;
+        all.sum += residual * residual;
+        ++all.stations;
     }
-    return std::sqrt(sum / static_cast<double>(observed.size()));
+    return all;
 }
 
 double estimated_noise(const Workspace& workspace, int channel) {
     const Window window = window_of(workspace);
     const auto readings = workspace.channel(channel).data.row(workspace.raw_row, stage_observed);
     if (readings.size() < window.first + window.count) return 0;
-    const auto fitted = readings.subspan(window.first, window.count);
-    return inversion::estimate_noise(std::vector<double>(fitted.begin(), fitted.end()));
+    return inversion::noise_of_readings(workspace, channel, workspace.first_station, workspace.last_station);
 }
 
 }  // namespace
@@ -79,8 +85,9 @@ std::optional<FitQuality> fit_quality(const Workspace& workspace, int channel, c
     const auto row = [&](int stage) {
         return rows.row(workspace.residual_row, stage).subspan(window.first, window.count);
     };
-    return FitQuality{static_cast<int>(window.count),
-                      root_mean_square(row(stage_observed), row(stage_calculated)), noise};
+    const Residuals residuals = residuals_of(row(stage_observed), row(stage_calculated));
+    if (residuals.stations == 0) return std::nullopt;
+    return FitQuality{residuals.stations, std::sqrt(residuals.sum / residuals.stations), noise};
 }
 
 std::string quantity_text(double value, int digits, std::string_view unit) {

@@ -14,6 +14,7 @@
 #include "core/worth_text.h"
 #include "edit/body_rows.h"
 #include "edit/interval_text.h"
+#include "show/broken_line.h"
 #include "show/fit_quality.h"
 
 namespace anomalis::show {
@@ -159,11 +160,17 @@ ResidualCurve residual_curve(const FitRecord& fit, const Workspace& workspace, s
     const auto observed = rows.row(row, stage_observed), calculated = rows.row(row, stage_calculated);
     ResidualCurve curve;
     curve.noise = fitted->noise;
+    std::vector<double> residual;
     for (int station = first; station <= last; ++station) {
         const auto i = static_cast<std::size_t>(station - 1);
-        curve.distance.push_back(workspace.distances[station]);
-        curve.residual.push_back(static_cast<double>(observed[i]) - static_cast<double>(calculated[i]));
+        residual.push_back(static_cast<double>(observed[i]) - static_cast<double>(calculated[i]));
     }
+    const auto distances =
+        workspace.distances.span().subspan(static_cast<std::size_t>(first - 1), residual.size());
+    const BrokenLine line = BrokenLine::of_channel(workspace, channel, first, last);
+    const auto places = line.whole() ? distances : line.distances();
+    curve.distance.assign(places.begin(), places.end());
+    curve.residual = line.whole() ? residual : line.curve(std::span<const double>(residual), first);
     return curve;
 }
 

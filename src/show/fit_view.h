@@ -51,8 +51,9 @@ FitView fit_view(const FitRecord& fit, const Workspace& workspace);
 /// without a line, or for a channel that the fit did not use.
 struct ResidualCurve {
     std::vector<double> distance;  ///< m along the profile
-    std::vector<double> residual;  ///< nT or mGal (a gradient row: the same a station)
-    double noise = 0;              ///< standard deviation that it was weighed by
+    /// nT or mGal (a gradient row: the same a station); missing (-1E32) where a gap lifts the pen.
+    std::vector<double> residual;
+    double noise = 0;  ///< standard deviation that it was weighed by
 };
 ResidualCurve residual_curve(const FitRecord& fit, const Workspace& workspace, std::int32_t channel);
 

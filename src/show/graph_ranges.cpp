@@ -39,11 +39,14 @@ void widen(std::span<const float> curve, double& low, double& high) {
 
 }  // namespace
 
+int channel_of_chart(int chart) {
+    return chart == edit::chart_mag || chart == edit::chart_mag_gradient ? channel_mag : channel_grav;
+}
+
 std::span<const float> chart_curve(const Workspace& workspace, int chart, Stage stage) {
     if (stage == stage_calculated && workspace.body_count <= 0) return {};
-    const bool magnetic = chart == edit::chart_mag || chart == edit::chart_mag_gradient;
     const bool gradient = chart == edit::chart_mag_gradient || chart == edit::chart_grav_gradient;
-    const ChannelTable& data = workspace.channel(magnetic ? channel_mag : channel_grav).data;
+    const ChannelTable& data = workspace.channel(channel_of_chart(chart)).data;
     return data.row(gradient ? workspace.gradient_row_in_use() : workspace.residual_row, stage);
 }
 

@@ -14,6 +14,9 @@ struct GraphRanges {
     std::array<double, edit::profile_chart_count> high{};
 };
 
+/// The channel (0 magnetics, 1 gravity) whose curves a profile chart shows.
+int channel_of_chart(int chart);
+
 /// One curve of a profile chart, a value a station: of charts 0 and 2 the residual row, of 1 and 3 the
 /// vertical or the total gradient. The calculated curve has no values while there is no body.
 std::span<const float> chart_curve(const Workspace& workspace, int chart, Stage stage);

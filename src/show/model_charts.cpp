@@ -6,6 +6,7 @@
 #include "core/workspace.h"
 #include "edit/settings_boxes.h"
 #include "edit/zoom.h"
+#include "show/broken_line.h"
 #include "show/chart_look.h"
 #include "show/chart_scales.h"
 #include "show/ensemble_shapes.h"
@@ -99,22 +100,35 @@ std::vector<chart::AX_Grapher*> ModelCharts::shown_charts() {
 void ModelCharts::register_series(int index, const Workspace& workspace, const edit::ViewState& view) {
     chart::AX_Grapher& target = chart(index);
     if (index == edit::chart_section) {
-        const std::array rows{chart::ChartRow{chart::x_row, workspace.distances.span()},
-                              chart::ChartRow{chart::line_series, workspace.stations.column(column_ground)}};
+        const BrokenLine line = BrokenLine::of_stations(workspace);
+        const auto ground = workspace.stations.column(column_ground);
+        const std::vector<double> drawn = line.whole() ? std::vector<double>() : line.curve(ground);
+        const std::array rows{
+            chart::ChartRow{chart::x_row, line.whole() ? workspace.distances.span() : line.distances()},
+            chart::ChartRow{chart::line_series, line.whole() ? chart::Cells(ground) : chart::Cells(drawn)}};
         target.RegisterData(rows);
         target.SetSeriesOptions(1, 1, ground_brown, "Ground", 0, -1, 1);
         return;
     }
+    const BrokenLine line =
+        BrokenLine::of_channel(workspace, channel_of_chart(index), 1, workspace.station_count);
+    std::array<std::vector<float>, 2> drawn;
     const auto curve = [&](Stage stage) {
-        return chart::ChartRow{chart::line_series, chart_curve(workspace, index, stage)};
+        const std::span<const float> row = chart_curve(workspace, index, stage);
+        if (line.whole()) return chart::ChartRow{chart::line_series, row};
+        std::vector<float>& broken = drawn.at(stage == stage_observed ? 0 : 1);
+        broken = line.curve(row);
+        return chart::ChartRow{chart::line_series, std::span<const float>(broken)};
     };
-    const std::vector<float> regional = view.show_regional ? regional_curve(workspace, index) : no_curve;
-    std::vector rows{chart::ChartRow{chart::x_row, workspace.distances.span()}, curve(stage_observed),
-                     curve(stage_calculated)};
-    if (!regional.empty()) rows.push_back({chart::line_series, std::span(regional)});
+    std::vector<float> regional = view.show_regional ? regional_curve(workspace, index) : no_curve;
+    if (!line.whole()) regional = line.curve(std::span<const float>(regional));
+    std::vector rows{
+        chart::ChartRow{chart::x_row, line.whole() ? workspace.distances.span() : line.distances()},
+        curve(stage_observed), curve(stage_calculated)};
+    if (!regional.empty()) rows.push_back({chart::line_series, std::span<const float>(regional)});
     target.RegisterData(rows);
-    target.RegisterBands(ensemble_ ? fan_bands(workspace, *ensemble_, index)
-                                   : std::vector<chart::ChartBand>());
+    const FanBands fan = ensemble_ ? fan_bands(workspace, *ensemble_, index) : FanBands();
+    target.RegisterBands(fan.bands);
     target.SetSeriesOptions(1, 1, chart::black, "Observed", 0, -1, 1);
     target.SetSeriesOptions(1, 2, calculated_green, "Calculated", 0, -1, 1);
     if (regional.empty()) return;

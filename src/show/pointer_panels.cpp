@@ -1,10 +1,12 @@
 #include "show/pointer_panels.h"
 
 #include "chart/ax_grapher.h"
+#include "core/gaps.h"
 #include "core/numbers.h"
 #include "core/search.h"
 #include "core/workspace.h"
 #include "edit/view_state.h"
+#include "show/graph_ranges.h"
 
 namespace anomalis::show {
 
@@ -23,6 +25,13 @@ std::string chart_name(int chart, const chart::AX_Grapher& grapher) {
         default:
             return "Model (Vertical stretch " + format_number(vertical_stretch(grapher), "0.00") + ")";
     }
+}
+
+bool lacks_reading(const Workspace& workspace, int channel, int station) {
+    const ChannelTable& data = workspace.channel(channel).data;
+    const bool column = channel == channel_mag ? workspace.has_mag() : workspace.has_grav();
+    return column && station <= data.stations() &&
+           !is_reading(static_cast<double>(data(station, workspace.raw_row, stage_observed)));
 }
 
 }  // namespace
@@ -54,6 +63,8 @@ PointerPanels profile_pointer(const Workspace& workspace, int chart, const chart
     nearest = nearest < 1 ? 1 : nearest > n ? n : nearest;
     panels.east = format_number(workspace.stations(nearest, column_east), "0.00");
     panels.north = format_number(workspace.stations(nearest, column_north), "0.00");
+    if (chart < edit::profile_chart_count && lacks_reading(workspace, channel_of_chart(chart), nearest))
+        panels.chart += " (no reading)";
     return panels;
 }
 

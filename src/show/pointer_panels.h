@@ -15,7 +15,8 @@ struct Workspace;
 namespace anomalis::show {
 
 /// What the status bar tells of the pointer: the chart under it, the place in the chart, the place on the
-/// map. The four numbers are blank while the pointer is outside the plot.
+/// map. The four numbers are blank while the pointer is outside the plot. Over a station without a reading of
+/// the chart's channel the name of the chart says so.
 struct PointerPanels {
     std::string chart, x, y, east, north;
 };

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "chart/ax_grapher.h"
+#include "core/workspace.h"
 #include "show/chart_look.h"
 #include "show/chart_scales.h"
 #include "show/fit_view.h"
@@ -23,7 +24,7 @@ constexpr chart::Colour band_grey = 0x808080;
 double reach(const ResidualCurve& curve) {
     double most = band * curve.noise;
     for (const double value : curve.residual)
-        if (std::isfinite(value)) most = std::max(most, std::abs(value));
+        if (std::isfinite(value) && value > missing_limit) most = std::max(most, std::abs(value));
     return most;
 }
 

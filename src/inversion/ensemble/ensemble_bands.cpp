@@ -74,19 +74,23 @@ std::vector<EnsembleParameter> parameter_bands(const ModelVariant& first, const 
 }
 
 EnsembleFan fan_of(std::span<const SampleRefit* const> samples, std::size_t channel_index,
-                   std::int32_t channel, std::int32_t first_station) {
-    EnsembleFan fan{.channel = channel, .first_station = first_station, .lower = {}, .upper = {}};
+                   std::int32_t channel, std::span<const std::int32_t> stations) {
+    EnsembleFan fan{.channel = channel, .first_station = stations.front(), .lower = {}, .upper = {}};
     std::vector<const std::vector<float>*> curves;
     for (const SampleRefit* sample : samples)
         if (channel_index < sample->curves.size()) curves.push_back(&sample->curves[channel_index]);
     if (curves.empty()) return fan;
+    const auto count = static_cast<std::size_t>(stations.back() - stations.front()) + 1;
+    fan.lower.assign(count, empty_high);
+    fan.upper.assign(count, empty_high);
     std::vector<double> values(curves.size());
-    for (std::size_t station = 0; station < curves.front()->size(); ++station) {
-        std::ranges::transform(curves, values.begin(), [station](const std::vector<float>* curve) {
-            return static_cast<double>((*curve)[station]);
+    for (std::size_t row = 0; row < curves.front()->size(); ++row) {
+        std::ranges::transform(curves, values.begin(), [row](const std::vector<float>* curve) {
+            return static_cast<double>((*curve)[row]);
         });
-        fan.lower.push_back(static_cast<float>(quantile(values, outside)));
-        fan.upper.push_back(static_cast<float>(quantile(values, 1 - outside)));
+        const auto place = static_cast<std::size_t>(stations[row] - stations.front());
+        fan.lower[place] = static_cast<float>(quantile(values, outside));
+        fan.upper[place] = static_cast<float>(quantile(values, 1 - outside));
     }
     return fan;
 }

@@ -27,6 +27,6 @@ std::vector<EnsembleParameter> parameter_bands(const ModelVariant& first, const 
 
 /// 5 to 95 % of the curves at each station; empty without curves.
 EnsembleFan fan_of(std::span<const SampleRefit* const> samples, std::size_t channel_index,
-                   std::int32_t channel, std::int32_t first_station);
+                   std::int32_t channel, std::span<const std::int32_t> stations);
 
 }  // namespace anomalis::inversion

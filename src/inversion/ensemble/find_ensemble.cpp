@@ -198,7 +198,7 @@ void Run::draw(std::span<const ModelVariant> variants) {
     ensemble.parameters = parameter_bands(first, *result_.record, ensemble.samples);
     for (std::size_t c = 0; c < first.rows->channels().size(); ++c)
         ensemble.fans.push_back(
-            fan_of(done, c, first.rows->channels()[c].channel, workspace_->first_station));
+            fan_of(done, c, first.rows->channels()[c].channel, first.rows->channels()[c].chain.stations()));
     ensemble.seed = request_.seed;
     ensemble.strike_within = request_.strike_within;
     ensemble.model_mark = result_.record->model_mark;

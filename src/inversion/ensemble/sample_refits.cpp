@@ -223,8 +223,8 @@ std::vector<float> Sample::curve(const FittedRows& channel, const VectorXd& calc
     VectorXd values = calculated;
     if (rows_.request().target == target_gradient) {
         const VectorXd raw = channel.fixed + channel.raw.rowwise().sum();
-        values =
-            raw.segment(variant_.workspace->first_station - channel.chain.first_station(), calculated.size());
+        for (Index i = 0; i < values.size(); ++i)
+            values[i] = raw[static_cast<Index>(channel.chain.raw_place(static_cast<std::size_t>(i)))];
     }
     // A base that floats lays the mean of the window on 0.
     if (variant_.workspace->channel(channel.channel).float_base == 1) values.array() -= values.mean();

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "core/failure.h"
+#include "core/gaps.h"
 #include "core/numbers.h"
 #include "inversion/find/found_account.h"
 #include "inversion/find/line_fit.h"
@@ -117,7 +118,10 @@ class Search {
 
 void Search::use_channels_that_are_there() {
     const auto there = [&](std::int32_t channel) {
-        return channel == channel_mag ? workspace_.has_mag() : workspace_.has_grav();
+        const bool column = channel == channel_mag ? workspace_.has_mag() : workspace_.has_grav();
+        return column &&
+               !reading_stations(workspace_, channel, workspace_.first_station, workspace_.last_station)
+                    .empty();
     };
     for (const std::int32_t channel : {channel_mag, channel_grav})
         if ((request_.channel == channel || request_.channel == channel_joint) && there(channel))
@@ -141,7 +145,13 @@ bool Search::find_degree() const {
 }
 
 GrowthRequest Search::growth_request() const {
-    const int stations = workspace_.last_station - workspace_.first_station + 1;
+    // Of the channel that is read at most stations.
+    std::size_t readings = 0;
+    for (const std::int32_t channel : channels_)
+        readings = std::max(
+            readings,
+            reading_stations(workspace_, channel, workspace_.first_station, workspace_.last_station).size());
+    const auto stations = static_cast<int>(readings);
     const int most = std::max((stations - rows_of_regional) / rows_a_body, 0);
     return {.present = present_bodies(workspace_),
             .free_present = request_.free_present,

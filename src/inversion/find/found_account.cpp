@@ -5,6 +5,7 @@
 #include <string>
 
 #include "core/body_parameters.h"
+#include "core/gaps.h"
 #include "inversion/fit_account.h"
 #include "inversion/fit_weights.h"
 #include "inversion/parameters.h"
@@ -53,11 +54,13 @@ FoundModel found_model(const LineFit& line, const JudgedModel& judged) {
         // A thin sheet was found without it, but the line knows its depth no better than its width lets it.
         body.width.vary = 1;
     }
-    const auto count = judged.model.residual.size() / static_cast<Eigen::Index>(line.channels().size());
+    const Workspace& workspace = line.workspace();
+    const auto count = static_cast<Eigen::Index>(
+        reading_stations(workspace, line.channels().front(), workspace.first_station, workspace.last_station)
+            .size());
     model.rms = std::sqrt(judged.model.residual.head(count).squaredNorm() /
                           static_cast<double>(std::max<Eigen::Index>(count, 1)));
     model.criterion = judged.criterion;
-    const Workspace& workspace = line.workspace();
     model.mag_degree = workspace.mag.regional_degree;
     model.grav_degree = workspace.grav.regional_degree;
     for (const std::int32_t channel : line.channels())

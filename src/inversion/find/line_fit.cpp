@@ -190,8 +190,16 @@ std::vector<LineFit::ChannelRows> LineFit::rows(Pacer& pacer) {
     FitRows fit(workspace_, request, faults_, pacer);
     weigh_by_noise(workspace_, target_data, fit);
     std::vector<ChannelRows> all;
-    for (const FittedRows& rows : fit.channels())
-        all.push_back({rows.distance, rows.observed, rows.basis, rows.noise});
+    for (const FittedRows& rows : fit.channels()) {
+        const auto stations = rows.chain.stations();
+        all.push_back({.distance = rows.distance,
+                       .observed = rows.observed,
+                       .stations = {stations.begin(), stations.end()},
+                       .starts = rows.chain.starts(),
+                       .spacing = rows.spacing,
+                       .basis = rows.basis,
+                       .noise = rows.noise});
+    }
     return all;
 }
 

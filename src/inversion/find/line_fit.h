@@ -1,6 +1,7 @@
 #pragma once
 
 #include <Eigen/Core>
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <vector>
@@ -8,6 +9,7 @@
 #include "core/faults.h"
 #include "core/pacer.h"
 #include "core/workspace.h"
+#include "inversion/find/source_bank.h"
 #include "inversion/find/whitened_rows.h"
 #include "inversion/fit_rows.h"
 #include "inversion/least_squares.h"
@@ -67,8 +69,12 @@ class LineFit {
     /// Rows of each channel of a model: distances, polynomials.
     struct ChannelRows {
         Eigen::VectorXd distance, observed;
+        std::vector<std::int32_t> stations;
+        std::vector<std::size_t> starts;  ///< where stretches of the line begin
+        double spacing = 0;               ///< m beside its gaps; 0: it has none
         Eigen::MatrixXd basis;
         double noise = 0;  ///< of the readings; 0: not known
+        RowPlaces place() const { return {stations, starts, spacing}; }
     };
     std::vector<ChannelRows> rows(Pacer& pacer);
 

@@ -59,12 +59,21 @@ VectorXd weights(const VectorXd& calculated, double noise) {
     return weight;
 }
 
+/// A stretch begins behind one of the four neighbours before and behind it.
+bool is_near_a_gap(const LineFit::ChannelRows& rows, Index i) {
+    const auto row = static_cast<std::size_t>(i);
+    const auto behind = std::ranges::upper_bound(rows.starts, row - 2);
+    return behind != rows.starts.end() && *behind <= row + 2;
+}
+
 /// 0 at a reading that stands out of its neighbours while these agree with theirs: at a sheet too, the
 /// anomaly reaches the next station. 1 elsewhere.
-VectorXd one_beside_lone_readings(const VectorXd& observed, double noise) {
+VectorXd one_beside_lone_readings(const LineFit::ChannelRows& rows, double noise) {
     constexpr double out_of_noise = 15, agreement = 0.1;
+    const VectorXd& observed = rows.observed;
     VectorXd share = VectorXd::Ones(observed.size());
     for (Index i = 2; i + 2 < observed.size(); ++i) {
+        if (rows.starts.size() > 1 && is_near_a_gap(rows, i)) continue;
         const double out = std::abs(observed[i] - (observed[i - 1] + observed[i + 1]) / 2);
         const double beside = std::max({std::abs(observed[i - 1] - observed[i + 1]),
                                         std::abs(observed[i - 2] - observed[i - 1]),
@@ -79,14 +88,15 @@ VectorXd one_beside_lone_readings(const VectorXd& observed, double noise) {
 ModelTrials::ModelTrials(LineFit& line, const GrowthRequest& request, Pacer& pacer)
     : request_(request),
       rows_(line.rows(pacer)),
-      bank_(std::make_shared<SourceBank>(line.workspace(), line.channels().front(), request.thick, pacer)) {
+      bank_(std::make_shared<SourceBank>(line.workspace(), line.channels().front(), rows_.front().place(),
+                                         request.thick, pacer)) {
     for (const LineFit::ChannelRows& rows : rows_) {
         floor_.push_back(
             std::max({1e-9, 0.7 * rows.noise,
                       least_noise_part * (rows.observed.maxCoeff() - rows.observed.minCoeff())}));
         const VectorXd anomaly = rows.observed - rows.basis * (rows.basis.transpose() * rows.observed);
         most_correlated_.push_back(most_correlated_part * (anomaly.maxCoeff() - anomaly.minCoeff()));
-        alone_.push_back(one_beside_lone_readings(rows.observed, floor_.back()));
+        alone_.push_back(one_beside_lone_readings(rows, floor_.back()));
     }
 }
 
@@ -146,7 +156,7 @@ LineNoise ModelTrials::noise_of(const TriedModel& model, Pacer& pacer) const {
         own.weight = weights(model.calculated.segment(at, count), std::max(usual_size(residual), floor_[c]))
                          .cwiseProduct(alone_[c].cwiseMax(least_weight));
         own.covariance = find_residual_covariance(rows_[c].distance, residual.cwiseProduct(own.weight),
-                                                  rows_[c].basis, pacer);
+                                                  rows_[c].basis, pacer, rows_[c].spacing);
         own.covariance.white = std::max(own.covariance.white, floor_[c]);
         own.covariance.correlated = std::min(own.covariance.correlated, most_correlated_[c]);
         at += count;

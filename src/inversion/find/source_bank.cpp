@@ -37,30 +37,44 @@ Vector2d parts_of(double dip) {
     return {std::cos((dip - lower_dip) * radians), std::sin((dip - lower_dip) * radians)};
 }
 
+double spacing_of(const VectorXd& distance, const RowPlaces& rows) {
+    if (rows.spacing > 0) return rows.spacing;
+    const Index stations = distance.size();
+    return (distance[stations - 1] - distance[0]) / static_cast<double>(stations - 1);
+}
+
+/// No reading is nearer than the depth.
+bool is_far_in_a_gap(const VectorXd& distance, double place, double depth) {
+    const auto behind = std::ranges::lower_bound(distance, place);
+    const bool near_behind = behind != distance.end() && *behind - place <= depth;
+    return !near_behind && (behind == distance.begin() || place - *(behind - 1) > depth);
+}
+
 }  // namespace
 
-SourceBank::SourceBank(const Workspace& workspace, std::int32_t channel, bool thick, Pacer& pacer) {
+SourceBank::SourceBank(const Workspace& workspace, std::int32_t channel, const RowPlaces& rows, bool thick,
+                       Pacer& pacer) {
     magnetic_ = channel == channel_mag;
-    const VectorXd distance = window_distances(workspace);
+    const VectorXd distance = station_distances(workspace, rows.stations);
     const double length = distance.maxCoeff() - distance.minCoeff();
     if (distance.size() < 5 || !(length > 0)) return;
-    const double spacing = length / static_cast<double>(distance.size() - 1);
+    const double spacing = spacing_of(distance, rows);
     double clearance = length;
-    for (int i = workspace.first_station; i <= workspace.last_station; ++i)
+    for (const std::int32_t i : rows.stations)
         clearance =
             std::min(clearance, workspace.stations(i, column_sensor) - workspace.stations(i, column_ground));
     const double deepest = most_depth * length;
     for (double depth = std::max(least_depth * spacing, 1.1 * clearance); depth <= deepest;
          depth *= depth_factor)
-        add_level(workspace, channel, depth, thick, pacer);
+        add_level(workspace, channel, rows, depth, thick, pacer);
 }
 
-void SourceBank::add_level(const Workspace& workspace, std::int32_t channel, double depth, bool thick,
-                           Pacer& pacer) {
-    const VectorXd distance = window_distances(workspace);
+void SourceBank::add_level(const Workspace& workspace, std::int32_t channel, const RowPlaces& rows,
+                           double depth, bool thick, Pacer& pacer) {
+    const VectorXd distance = station_distances(workspace, rows.stations);
     const Index stations = distance.size();
     const double start = distance[0], end = distance[stations - 1];
-    const double spacing = (end - start) / static_cast<double>(stations - 1);
+    const double spacing = spacing_of(distance, rows);
     Level level{.depth = depth,
                 .step = std::max<Index>(1, static_cast<Index>(group_length * depth / spacing))};
 
@@ -69,9 +83,12 @@ void SourceBank::add_level(const Workspace& workspace, std::int32_t channel, dou
     static_cast<LineGeometry&>(line) = workspace;
     line.field = workspace.field;
     line.formulas = Formulas::exact;
-    for (Index i = 0; i < stations; i += level.step) {
-        level.first.push_back(i);
-        level.second.push_back(std::min(i + level.step, stations));
+    for (std::size_t k = 0; k < rows.starts.size(); ++k) {
+        const Index behind = k + 1 < rows.starts.size() ? static_cast<Index>(rows.starts[k + 1]) : stations;
+        for (Index i = static_cast<Index>(rows.starts[k]); i < behind; i += level.step) {
+            level.first.push_back(i);
+            level.second.push_back(std::min(i + level.step, behind));
+        }
     }
     const auto groups = static_cast<Index>(level.first.size());
     line.station_count = static_cast<std::int32_t>(groups);
@@ -84,7 +101,7 @@ void SourceBank::add_level(const Workspace& workspace, std::int32_t channel, dou
         for (int column = column_line; column <= column_ground; ++column) {
             double sum = 0;
             for (int i = first; i < behind; ++i)
-                sum += workspace.stations(workspace.first_station + i, column);
+                sum += workspace.stations(rows.stations[static_cast<std::size_t>(i)], column);
             line.stations(static_cast<int>(g) + 1, column) = sum / count;
         }
         line.distances[static_cast<int>(g) + 1] = distance.segment(first, behind - first).mean();
@@ -106,6 +123,7 @@ void SourceBank::add_level(const Workspace& workspace, std::int32_t channel, dou
     const std::vector<double> widths =
         thick ? std::vector<double>{0.15, 1.0, 2.0} : std::vector<double>{0.15};
     for (double place = start - 0.5 * depth; place <= end + 0.5 * depth; place += place_step * depth) {
+        if (rows.spacing > 0 && is_far_in_a_gap(distance, place, depth)) continue;
         const double sensor = elevation_at(workspace, place, column_sensor);
         if (sensor - depth > elevation_at(workspace, place, column_ground)) continue;
         const auto lower = std::ranges::lower_bound(level.distance, place - reach * depth);

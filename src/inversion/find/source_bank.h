@@ -3,6 +3,7 @@
 #include <Eigen/Core>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <vector>
 
 #include "core/pacer.h"
@@ -20,11 +21,20 @@ struct Source {
     double gain = 0;  ///< by how much it lessens the sum of squares, with a straight regional about it
 };
 
+/// Where the rows of a channel stand.
+struct RowPlaces {
+    std::span<const std::int32_t> stations;
+    std::span<const std::size_t> starts;  ///< rows at which stretches of the line begin (core/gaps.h)
+    double spacing = 0;                   ///< m beside its gaps; 0: it has none
+};
+
 class SourceBank {
   public:
-    /// Calculates all of them at the stations of the window: at every station for shallow sheets, at fewer
-    /// for deep ones, as far from a sheet as its anomaly reaches. So the whole grows with the stations.
-    SourceBank(const Workspace& workspace, std::int32_t channel, bool thick, Pacer& pacer);
+    /// Calculates all of them at the stations of the rows: at every station for shallow sheets, at fewer
+    /// for deep ones, as far from a sheet as its anomaly reaches. So the whole grows with the stations. Where
+    /// the line has a gap no sheet is looked for farther from its ends than it is deep.
+    SourceBank(const Workspace& workspace, std::int32_t channel, const RowPlaces& rows, bool thick,
+               Pacer& pacer);
 
     /// No sheet gives an anomaly here.
     bool empty() const { return candidates_.empty(); }
@@ -50,7 +60,8 @@ class SourceBank {
         Eigen::Matrix2d triangle;  ///< from coefficients of the two dips to those of the basis
     };
 
-    void add_level(const Workspace& workspace, std::int32_t channel, double depth, bool thick, Pacer& pacer);
+    void add_level(const Workspace& workspace, std::int32_t channel, const RowPlaces& rows, double depth,
+                   bool thick, Pacer& pacer);
 
     bool magnetic_ = true;
     std::vector<Level> levels_;
