@@ -113,13 +113,14 @@ std::vector<std::size_t> RowChain::starts() const {
     return rows;
 }
 
-std::vector<double> RowChain::gathered(std::span<const double> raw) const {
-    if (whole_) return {raw.begin(), raw.end()};
-    std::vector<double> row;
-    row.reserve(stations_.size());
+void RowChain::gather(std::span<const double> raw) {
+    if (whole_) {
+        row_.assign(raw.begin(), raw.end());
+        return;
+    }
+    row_.clear();
     for (const std::int32_t station : stations_)
-        row.push_back(raw[static_cast<std::size_t>(station - first_)]);
-    return row;
+        row_.push_back(raw[static_cast<std::size_t>(station - first_)]);
 }
 
 void RowChain::filter(const RowKernel& kernel, std::vector<double>& row) const {
@@ -139,7 +140,7 @@ void RowChain::values(std::span<const double> raw, std::span<double> rows) {
         std::ranges::fill(rows, 0.0);
         return;
     }
-    row_ = gathered(raw);
+    gather(raw);
     const std::size_t plain = kernels_.size() - (total_ ? 2 : 0);
     for (std::size_t k = 0; k < plain; ++k) filter(kernels_[k], row_);
     if (!total_) return take_window(row_, rows);
@@ -153,7 +154,7 @@ void RowChain::values(std::span<const double> raw, std::span<double> rows) {
 /// The length of the gradient by the chain rule; where it is 0 it has no slope.
 void RowChain::change(std::span<const double> raw, std::span<double> rows) {
     if (linear()) return values(raw, rows);
-    row_ = gathered(raw);
+    gather(raw);
     const std::size_t plain = kernels_.size() - 2;
     for (std::size_t k = 0; k < plain; ++k) filter(kernels_[k], row_);
     other_ = row_;

@@ -60,7 +60,7 @@ class RowChain {
         std::size_t first = 0, count = 0;  ///< of `stations_`
     };
     void find_parts(const ChannelGaps& gaps, const Channel& channel, std::int32_t raw_row);
-    std::vector<double> gathered(std::span<const double> raw) const;
+    void gather(std::span<const double> raw);
     void filter(const RowKernel& kernel, std::vector<double>& row) const;
     void take_window(const std::vector<double>& row, std::span<double> rows) const;
 

@@ -11,7 +11,8 @@ namespace anomalis::model {
 
 /// Square root of the sum of squared differences (calculated less observed) over the stations `first` to
 /// `last` of a row, divided by the number of intervals. Deliberately not a root mean square: the root is
-/// taken before the division. A fault (one station, a window beyond the row) is noted and gives 0.
+/// taken before the division. Stations without a reading are as if they were not there. A fault (one station,
+/// a window beyond the row) is noted and gives 0.
 double calculate_residual_norm(int first, int last, int row, const ChannelTable& data, Faults& faults);
 
 /// The fixed divisors of a channel's norms: magnetics 1 and 10, gravity 10 and 100.

@@ -7,6 +7,29 @@ namespace {
 
 using nlohmann::json;
 
+TEST(Dump, what_is_missing_is_null) {
+    const BatchFolder files;
+    std::string text = survey_text();
+    for (int i = 10; i < 15; ++i) {
+        const std::size_t row = text.find("\n" + format_number(500000.0 + 25 * i, "0.0") + " ");
+        const std::size_t mag = text.find(" 56", row);
+        text.replace(mag, text.find(' ', mag + 1) - mag, " -1e32");
+    }
+    files.folder.write("survey.dat", text);
+    const BatchRun run = batch({"dump", files.model});
+    ASSERT_EQ(run.status, 0) << run.err;
+    const json dump = run.json();
+    const json& mag = dump["mag_data"];
+    for (const char* row : {"raw", "smoothed", "residual", "gradient"}) {
+        EXPECT_TRUE(mag["observed"][row][12].is_null()) << row;
+        EXPECT_TRUE(mag["observed"][row][15].is_number()) << row;
+    }
+    EXPECT_TRUE(mag["calculated"]["residual"][12].is_null());
+    EXPECT_TRUE(mag["calculated"]["raw"][12].is_number());
+    EXPECT_TRUE(dump["grav_data"]["observed"]["raw"][12].is_number());
+    EXPECT_LT(dump["misfit"]["mag"][0], 1e4);
+}
+
 TEST(Dump, the_object_holds_the_whole_session) {
     const BatchFolder files;
     const BatchRun run = batch({"dump", files.model});

@@ -30,6 +30,24 @@ TEST(ResidualNorm, the_root_is_taken_before_the_division_by_the_intervals) {
     EXPECT_TRUE(faults.empty());
 }
 
+TEST(ResidualNorm, a_station_without_a_reading_is_as_if_it_were_not_there) {
+    Faults faults;
+    ChannelTable data;
+    data.assign(4);
+    const ChannelTable three = three_residuals();
+    for (const int to : {1, 2, 4}) {
+        const int from = to == 4 ? 3 : to;
+        for (const Stage stage : {stage_observed, stage_calculated})
+            data(to, row_residual, stage) = three(from, row_residual, stage);
+    }
+    data(3, row_residual, stage_observed) = -1e32F;
+    data(3, row_residual, stage_calculated) = 1000;
+    EXPECT_DOUBLE_EQ(calculate_residual_norm(1, 4, row_residual, data, faults), 2.5);
+    EXPECT_TRUE(faults.empty());
+    EXPECT_EQ(calculate_residual_norm(3, 4, row_residual, data, faults), 0);
+    EXPECT_FALSE(faults.empty()) << "one reading has no interval";
+}
+
 TEST(ResidualNorm, it_falls_with_the_root_of_the_length) {
     Faults faults;
     ChannelTable data;

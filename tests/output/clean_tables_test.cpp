@@ -37,6 +37,14 @@ TEST(CleanProfileTable, has_the_columns_of_the_channels_that_are_there) {
     EXPECT_NE(grav.find(",grav_observed_total_gradient_mGal_per_tap,"), std::string::npos);
 }
 
+TEST(CleanProfileTable, a_missing_value_leaves_its_field_empty) {
+    Workspace workspace = three_stations();
+    workspace.mag.data(2, row_raw, stage_observed) = workspace.mag.data(2, row_residual, stage_calculated) =
+        -1e32F;
+    const std::string text = clean_profile_table_text(workspace, {});
+    EXPECT_NE(text.find(",100.0,,221.0,231.0,241.0,212.0,222.0,,242.0\n"), std::string::npos) << text;
+}
+
 TEST(CleanProfileTable, without_stations_it_is_its_header) {
     Workspace workspace = three_stations();
     workspace.station_count = 0;

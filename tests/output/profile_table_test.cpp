@@ -55,6 +55,17 @@ TEST(ProfileTable, gravity_alone_with_a_terrain_column) {
               "-3.25, -4.25");
 }
 
+TEST(ProfileTable, a_missing_value_is_the_usual_mark_of_one) {
+    Workspace workspace = three_stations();
+    for (const int row : {row_smoothed, row_residual, row_gradient})
+        for (const Stage stage : {stage_observed, stage_calculated})
+            workspace.mag.data(2, row, stage) = -1e32F;
+    workspace.mag.data(2, row_raw, stage_observed) = -1e32F;
+    EXPECT_EQ(
+        lines_of(profile_table_text(workspace))[3],
+        "412445.679, 7123456.250, 82.13, 100.000, -1e32, -1e32, -1e32, -1e32, 212.00, -1e32, -1e32, -1e32");
+}
+
 TEST(ProfileTable, every_line_ends_with_cr_lf) {
     const std::string text = profile_table_text(three_stations());
     EXPECT_TRUE(text.ends_with("\r\n"));
