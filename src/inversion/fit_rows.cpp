@@ -7,7 +7,6 @@
 
 #include "core/body_parameters.h"
 #include "inversion/bounded_step.h"
-#include "inversion/observed_rows.h"
 
 namespace anomalis::inversion {
 
@@ -41,11 +40,6 @@ ModelBody without_response(const ModelBody& body) {
 }
 
 }  // namespace
-
-void project_off(const MatrixXd& basis, Eigen::Ref<MatrixXd> columns) {
-    if (basis.cols() == 0) return;
-    columns -= basis * (basis.transpose() * columns).eval();
-}
 
 FitRows::FitRows(Workspace& workspace, FitRequest request, Faults& faults, Pacer& pacer)
     : workspace_(workspace), request_(std::move(request)), pacer_(pacer) {

@@ -12,6 +12,7 @@
 #include "core/workspace.h"
 #include "forward/body_columns.h"
 #include "inversion/channel_fit.h"
+#include "inversion/observed_rows.h"
 #include "inversion/row_chain.h"
 
 // The rows of a fit in double precision: what the bodies leave of the observed rows, and how that changes
@@ -118,8 +119,5 @@ class FitRows {
     double calculated_length_ = 0;
     long evaluations_ = 0;
 };
-
-/// Takes the part of each column that lies in the basis off.
-void project_off(const Eigen::MatrixXd& basis, Eigen::Ref<Eigen::MatrixXd> columns);
 
 }  // namespace anomalis::inversion

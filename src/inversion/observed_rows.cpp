@@ -31,6 +31,11 @@ MatrixXd polynomials(const VectorXd& distance, std::int32_t degree) {
     return basis.leftCols(kept);
 }
 
+void project_off(const MatrixXd& basis, Eigen::Ref<MatrixXd> columns) {
+    if (basis.cols() == 0) return;
+    columns -= basis * (basis.transpose() * columns).eval();
+}
+
 std::int32_t solved_degree(const Workspace& workspace, std::int32_t channel, std::int32_t target) {
     if (target != target_data) return no_regional;
     if (model::regional_in_force(workspace, channel)) return workspace.channel(channel).regional_degree;

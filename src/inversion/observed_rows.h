@@ -25,6 +25,9 @@ double spacing_in_stretches(const Eigen::VectorXd& distance, std::span<const std
 /// stations stand at fewer places.
 Eigen::MatrixXd polynomials(const Eigen::VectorXd& distance, std::int32_t degree);
 
+/// Takes the part of each column that lies in the basis off.
+void project_off(const Eigen::MatrixXd& basis, Eigen::Ref<Eigen::MatrixXd> columns);
+
 /// Degree of the polynomial that is solved with the bodies: the regional, or the level that a floating base
 /// gives to both curves. A gradient has none.
 std::int32_t solved_degree(const Workspace& workspace, std::int32_t channel, std::int32_t target);
