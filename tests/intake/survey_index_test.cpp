@@ -114,6 +114,46 @@ TEST(SurveyIndex, changes_metres_from_one_system_to_another) {
     EXPECT_EQ(index.coordinate_system, "EPSG:28355");
 }
 
+TEST(SurveyIndex, knows_the_zone_in_which_eastings_agree_with_longitudes) {
+    std::vector<double> east, north;
+    for (int i = 0; i < 20; ++i) {
+        east.push_back(140.8 + 0.0001 * i);
+        north.push_back(-22.1);
+    }
+    CoordinateChange(wgs84, "EPSG:32754").forward(east, north);
+    for (const double off : {0.0, 150.0}) {
+        std::string text = "line,easting,northing,longitude,latitude,tmi\n";
+        for (std::size_t i = 0; i < east.size(); ++i)
+            text += "100," + format_number(east[i] + off, "0.0") + "," + format_number(north[i], "0.0") +
+                    "," + format_number(140.8 + 0.0001 * static_cast<double>(i), "0.00000") + ",-22.10000," +
+                    std::to_string(50 + i % 7) + "\n";
+        const SurveyFile file(text);
+        const SurveyIndex index = file.index();
+        EXPECT_EQ(index.coordinate_system, off == 0 ? "EPSG:32754" : "");
+        EXPECT_FALSE(index.in_degrees);
+        const SurveyLine line = read_survey_line(index, 0);
+        EXPECT_NEAR(line.east[0], east[0] + off, 0.06);
+        ASSERT_EQ(line.longitude.size(), 20U) << "the longitudes of the file tell the place all the same";
+        EXPECT_NEAR(line.longitude[3], 140.8003, 1e-5);
+    }
+}
+
+TEST(SurveyIndex, reads_a_line_below_its_own_header) {
+    const SurveyFile file(
+        "/ exported\nX Y MAG\nLine 5690\n482000 7553000 100\n482010 7553000 *\n482020 7553000 102\nTie 9010\n"
+        "482005 7552990 200\n482005 7553000 201\n482005 7553010 202\nLine 5700\n482000 7553200 300\n"
+        "482010 7553200 301\n482020 7553200 302\n",
+        "survey.xyz");
+    const SurveyIndex index = file.index();
+    ASSERT_EQ(index.lines.size(), 3U);
+    EXPECT_TRUE(index.lines[1].tie);
+    for (const std::size_t line : {0U, 1U, 2U}) {
+        const SurveyLine read = read_survey_line(index, line);
+        ASSERT_EQ(read.mag.size(), 3U) << line;
+        EXPECT_EQ(read.mag[2], 102 + 100 * static_cast<double>(line));
+    }
+}
+
 TEST(SurveyIndex, refuses_systems_that_no_line_can_be_modelled_in) {
     const SurveyFile file(survey_in_degrees(140.8, -22.1));
     EXPECT_NE(file.fault({.from = "", .to = "EPSG:99999"}).find("EPSG:99999"), std::string::npos);

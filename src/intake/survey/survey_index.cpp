@@ -54,6 +54,7 @@ class IndexPass {
     std::size_t place_of(std::size_t column) const;
     void take(RowBlock& block);
     void count_nulls(const RowBlock& block);
+    void find_system(const RowBlock& block);
     void take_run(const RowBlock& block, std::size_t first, std::size_t last, std::size_t line);
     std::size_t line_of_row(const RowBlock& block, std::size_t row) const;
     SurveyLineInfo& line_info(std::size_t line);
@@ -126,8 +127,26 @@ void IndexPass::name_lines(const RowReader& reader) {
     }
 }
 
+/// Where nobody says the system of eastings and northings, longitudes and latitudes beside them may tell it.
+void IndexPass::find_system(const RowBlock& block) {
+    const auto longitude = index_.layout.column_of(Role::longitude);
+    const auto latitude = index_.layout.column_of(Role::latitude);
+    if (index_.rows > 0 || way_.degrees || !places_.system().empty() || !longitude || !latitude) return;
+    const auto values = [&](std::size_t place) {
+        return std::span<const double>(block.values[place].data(), block.rows);
+    };
+    const std::string zone = agreeing_zone(values(first_), values(second_), values(place_of(*longitude)),
+                                           values(place_of(*latitude)));
+    if (zone.empty()) return;
+    places_.take_system(zone);
+    index_.from_system = zone;
+    index_.layout.remarks.push_back("Eastings and longitudes agree in " + find_coordinate_system(zone).name +
+                                    ": that is taken as the coordinate system.");
+}
+
 void IndexPass::take(RowBlock& block) {
     count_nulls(block);
+    find_system(block);
     places_.change({block.values[first_].data(), block.rows}, {block.values[second_].data(), block.rows},
                    {block.file_line.data(), block.rows});
     for (std::size_t first = 0; first < block.rows;) {

@@ -116,6 +116,27 @@ PlaceWay place_way(const SurveyIndex& index) {
     return way;
 }
 
+std::string agreeing_zone(std::span<const double> east, std::span<const double> north,
+                          std::span<const double> longitude, std::span<const double> latitude) {
+    constexpr std::size_t enough = 100;
+    constexpr double agreed = 5;  // m: longitudes are rounded, and other datums are farther off
+    std::vector<double> easts, norths, projected_east, projected_north;
+    for (std::size_t i = 0; i < east.size() && easts.size() < enough; ++i) {
+        if (std::isnan(east[i] + north[i] + longitude[i] + latitude[i])) continue;
+        if (std::abs(longitude[i]) > 180 || std::abs(latitude[i]) > 80) return "";
+        easts.push_back(east[i]);
+        norths.push_back(north[i]);
+        projected_east.push_back(longitude[i]);
+        projected_north.push_back(latitude[i]);
+    }
+    if (easts.empty()) return "";
+    const std::string zone = utm_zone_of(projected_east[0], projected_north[0]);
+    CoordinateChange(wgs84, zone).forward(projected_east, projected_north);
+    for (std::size_t i = 0; i < easts.size(); ++i)
+        if (!(std::hypot(easts[i] - projected_east[i], norths[i] - projected_north[i]) <= agreed)) return "";
+    return zone;
+}
+
 PlaceChange::PlaceChange(PlaceWay way) : way_(std::move(way)) {
     if (way_.changes() && !way_.zone_open) change_.emplace(way_.from, way_.to);
     missing_.why = "the place is missing";

@@ -30,6 +30,11 @@ PlaceWay place_way(const SurveyLayout& layout, const CoordinateChoice& coordinat
 /// The way that the places of an index went.
 PlaceWay place_way(const SurveyIndex& index);
 
+/// The UTM zone of WGS 84 in which eastings and northings agree with the longitudes and latitudes beside
+/// them, to some m; "" for none. NaN stands for no value.
+std::string agreeing_zone(std::span<const double> east, std::span<const double> north,
+                          std::span<const double> longitude, std::span<const double> latitude);
+
 /// Brings the places of a survey to m, block by block.
 class PlaceChange {
   public:
@@ -41,6 +46,8 @@ class PlaceChange {
     /// The zone at the middle of what was met, where it was open; "" when the one that was used is the same.
     std::string other_zone() const;
     const std::string& system() const { return way_.to; }
+    /// The system of metres that stay as they are became known.
+    void take_system(const std::string& code) { way_.from = way_.to = code; }
     /// Rows without a place, places outside of the globe, and those that the system cannot hold.
     std::vector<RowLoss> losses() const;
 
