@@ -168,6 +168,17 @@ void add_usual_nulls(SurveyLayout& layout, const ValueSample& sample) {
     }
 }
 
+/// A line that runs due east has one northing, however far it lies from the others: that is a place.
+void keep_places(SurveyLayout& layout, const ValueSample& sample) {
+    for (const Role role : {Role::easting, Role::northing, Role::longitude, Role::latitude}) {
+        const auto column = layout.column_of(role);
+        if (!column) continue;
+        for (const double extreme : repeated_extremes(sample.columns[*column]))
+            if (extreme != 0 && !looks_like_dummy(extreme))
+                std::erase(layout.columns[*column].nulls, extreme);
+    }
+}
+
 /// A date must be one in the rows that were looked at.
 void check_date(SurveyLayout& layout) {
     const auto date = layout.column_of(Role::date);
@@ -212,6 +223,7 @@ SurveyLayout recognise_survey(const std::string& path) {
     check_date(layout);
     choose_units(layout, values);
     add_usual_nulls(layout, values);
+    keep_places(layout, values);
     return layout;
 }
 
