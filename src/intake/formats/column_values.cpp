@@ -21,16 +21,6 @@ double middle_of(std::vector<double>& values) {
     return *half;
 }
 
-/// What a person writes who has no value: -99, -999.9, 9999, 1e10.
-bool looks_like_dummy(double value) {
-    const double size = std::abs(value);
-    if (size >= 1e9) return true;
-    // Nines alone, whatever stands behind the point.
-    const double whole = std::trunc(size);
-    const double least = value < 0 ? 99 : 9999;  // a line may well be number 99
-    return whole >= least && std::fmod(std::log10(whole + 1), 1.0) == 0;
-}
-
 void count_texts(const SurveyLayout& layout, ValueSample& sample) {
     const SurveyPreview preview = preview_rows(layout, sampled_texts);
     for (std::size_t c = 0; c < layout.columns.size(); ++c) {
@@ -98,6 +88,15 @@ ValueSample sample_values(const SurveyLayout& layout) {
                     [](const SurveyColumn& c) { return c.text; }))
         count_texts(plain, sample);
     return sample;
+}
+
+bool looks_like_dummy(double value) {
+    const double size = std::abs(value);
+    if (size >= 1e9) return true;
+    // Nines alone, whatever stands behind the point.
+    const double whole = std::trunc(size);
+    const double least = value < 0 ? 99 : 9999;  // a line may well be number 99
+    return whole >= least && std::fmod(std::log10(whole + 1), 1.0) == 0;
 }
 
 std::vector<double> repeated_extremes(const ColumnValues& column) {

@@ -33,6 +33,9 @@ ValueSample sample_values(const SurveyLayout& layout);
 /// Finds the statistics of `values` again, without the nulls of the column.
 void measure(ColumnValues& column, const std::vector<double>& nulls);
 
+/// What a person writes who has no value: -99, -999.9, 9999, 1e10.
+bool looks_like_dummy(double value);
+
 /// Values that a file uses for none: far outside of all others, and there several times.
 std::vector<double> repeated_extremes(const ColumnValues& column);
 

@@ -142,6 +142,20 @@ std::vector<FoundNull> find_extremes(SurveyLayout& layout, ValueSample& sample) 
     return found;
 }
 
+bool is_place(Role role) {
+    return role == Role::easting || role == Role::northing || role == Role::longitude ||
+           role == Role::latitude;
+}
+
+/// A line that runs due east has one northing, however far it lies from the others: that is a place.
+void keep_places(SurveyLayout& layout, std::vector<FoundNull>& found) {
+    std::erase_if(found, [&layout](const FoundNull& null) {
+        SurveyColumn& column = layout.columns[null.column];
+        if (!is_place(column.role) || null.value == 0 || looks_like_dummy(null.value)) return false;
+        return std::erase(column.nulls, null.value) > 0;
+    });
+}
+
 void tell_of_extremes(SurveyLayout& layout, const std::vector<FoundNull>& found) {
     for (const FoundNull& null : found)
         if (may_miss(layout.columns[null.column].role))
@@ -165,17 +179,6 @@ void add_usual_nulls(SurveyLayout& layout, const ValueSample& sample) {
         }
         for (const double null : usual)
             if (null < least || null > greatest) add_null(column, null);
-    }
-}
-
-/// A line that runs due east has one northing, however far it lies from the others: that is a place.
-void keep_places(SurveyLayout& layout, const ValueSample& sample) {
-    for (const Role role : {Role::easting, Role::northing, Role::longitude, Role::latitude}) {
-        const auto column = layout.column_of(role);
-        if (!column) continue;
-        for (const double extreme : repeated_extremes(sample.columns[*column]))
-            if (extreme != 0 && !looks_like_dummy(extreme))
-                std::erase(layout.columns[*column].nulls, extreme);
     }
 }
 
@@ -217,13 +220,13 @@ SurveyLayout recognise_survey(const std::string& path) {
     find_numbers_in_text(layout);
     find_degree_minutes(layout);
     ValueSample values = sample_values(layout);
-    const std::vector<FoundNull> extremes = find_extremes(layout, values);
+    std::vector<FoundNull> extremes = find_extremes(layout, values);
     choose_roles(layout, values);
+    keep_places(layout, extremes);
     tell_of_extremes(layout, extremes);
     check_date(layout);
     choose_units(layout, values);
     add_usual_nulls(layout, values);
-    keep_places(layout, values);
     return layout;
 }
 
