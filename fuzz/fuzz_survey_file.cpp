@@ -1,13 +1,16 @@
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <numeric>
+#include <string>
 #include <string_view>
 #include <vector>
 
 #include "core/failure.h"
 #include "fuzz_support.h"
 #include "intake/formats/survey_format.h"
+#include "intake/survey/survey_index.h"
 #include "support/temp_folder.h"
 
 namespace {
@@ -69,6 +72,25 @@ void require_rows(const SurveyLayout& layout) {
         require(loss.count > 0 && loss.first_line > 0 && !loss.why.empty());
 }
 
+/// What the index says of a line is what reading the line gives.
+void require_lines(const SurveyLayout& layout) {
+    const SurveyIndex index = index_survey(layout, {});
+    require(!index.lines.empty() && index.nulls.size() == layout.columns.size());
+    const std::size_t looked_at = std::min<std::size_t>(index.lines.size(), 3);
+    for (std::size_t i = 0; i < looked_at; ++i) {
+        const SurveyLineInfo& info = index.lines[i];
+        if (info.stations == 0) continue;
+        const SurveyLine line = read_survey_line(index, i);
+        const auto stations = static_cast<std::size_t>(info.stations);
+        require(line.east.size() == stations && line.north.size() == stations);
+        require(line.file_line.size() == stations);
+        for (const auto* column : {&line.height, &line.ground, &line.mag, &line.grav, &line.fiducial})
+            require(column->empty() || column->size() == stations);
+        for (const LinePiece piece : info.pieces)
+            require(piece.first >= 0 && piece.first <= piece.last && piece.last < info.stations);
+    }
+}
+
 }  // namespace
 
 /// Any file is either refused with a text or recognised; what was recognised reads in order.
@@ -81,6 +103,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         const SurveyLayout layout = recognise_survey(path);
         require_consistent(layout);
         require_rows(layout);
+        require_lines(layout);
     } catch (const Fault& fault) {
         require(*fault.what() != '\0');
     }

@@ -72,6 +72,7 @@ class TableReader : public RowReader {
     bool take(std::string_view line);
     bool take_separated(std::string_view line);
     bool take_fixed(std::string_view line);
+    bool take_missing(std::size_t index);
     bool take_field(const ColumnUse& use, std::string_view field);
     bool take_number(const ColumnUse& use, double value);
     std::optional<double> value_of(const ColumnUse& use, std::string_view field) const;
@@ -89,12 +90,13 @@ class TableReader : public RowReader {
     std::array<bool, 256> ends_field_{};
     bool line_column_ = false;
     std::int32_t header_line_ = -1;
-    std::size_t shortest_row_ = none;  ///< bytes
+    std::size_t length_before_ = 0;  ///< bytes of the line before
     std::vector<std::string_view> fields_;
 
     std::size_t row_ = 0;
     std::int32_t row_line_ = 0;
     double line_value_ = no_value;  ///< of the field that named the last line
+    std::vector<double> unwanted_ = std::vector<double>(block_rows);
 };
 
 void TableReader::plan() {
@@ -102,8 +104,9 @@ void TableReader::plan() {
     line_column_ = line_column.has_value();
     for (std::size_t i = 0; i < layout_.columns.size(); ++i) {
         const auto found = std::find(wanted_.begin(), wanted_.end(), i);
-        if (found == wanted_.end() && line_column != i) continue;
         const SurveyColumn& column = layout_.columns[i];
+        // Whether a row is of use must not depend on who reads it: every role is looked at.
+        if (found == wanted_.end() && column.role == Role::none) continue;
         ColumnUse use{&column, i};
         if (found != wanted_.end()) use.out = static_cast<std::size_t>(found - wanted_.begin());
         use.line = line_column == i;
@@ -149,7 +152,7 @@ inline bool TableReader::take_number(const ColumnUse& use, double value) {
 bool TableReader::take_field(const ColumnUse& use, std::string_view field) {
     if (use.line && names_.is_last(field)) {
         row_line_ = names_.last();
-        if (use.out != none) *use.target(row_) = line_value_;
+        *use.target(row_) = line_value_;
         return true;
     }
     const bool null = is_null_text(field);
@@ -159,7 +162,6 @@ bool TableReader::take_field(const ColumnUse& use, std::string_view field) {
             return lose(LossKind::no_line, &use);
         row_line_ = names_.index_of(field);
     }
-    if (use.out == none) return true;
     double& value = *use.target(row_);
     value = no_value;
     if (null) return true;
@@ -183,10 +185,7 @@ bool TableReader::take_separated(std::string_view line) {
         const std::size_t place = use_of_[index];
         while (at != end && (*at == ' ' || (blanks && *at == '\t'))) ++at;
         if (!more || (blanks && at == end)) {
-            // The first field that is wanted from here on; the last of the plan is.
-            const auto missing = std::find_if(uses_.begin(), uses_.end(),
-                                              [index](const ColumnUse& use) { return use.index >= index; });
-            return lose(LossKind::missing_field, &*missing);
+            return take_missing(index);
         }
         const char* const begin = at;
         if (place != none && uses_[place].plain) {
@@ -205,6 +204,16 @@ bool TableReader::take_separated(std::string_view line) {
         if (place != none && !take_field(uses_[place], field)) return false;
         more = at != end;
         if (more) ++at;
+    }
+    return true;
+}
+
+/// The row ends before the column `index`. Only what has a role is missed.
+bool TableReader::take_missing(std::size_t index) {
+    for (const ColumnUse& use : uses_) {
+        if (use.index < index) continue;
+        if (use.column->role != Role::none) return lose(LossKind::missing_field, &use);
+        *use.target(row_) = no_value;
     }
     return true;
 }
@@ -229,7 +238,16 @@ bool TableReader::take_fixed(std::string_view line) {
 /// The last line of a file that ends without a line end may be half a row.
 bool TableReader::is_cut(std::string_view line) {
     if (lines_.line_ended()) return false;
-    if (layout_.fixed_width) return shortest_row_ != none && line.size() < shortest_row_;
+    if (layout_.fixed_width) {
+        // One that ends behind a field may have had blanks there, unless its place is missing.
+        const bool behind_field =
+            std::any_of(layout_.columns.begin(), layout_.columns.end(),
+                        [&](const auto& column) { return column.offset + column.width == line.size(); });
+        const bool placed = std::none_of(
+            layout_.columns.begin(), layout_.columns.end(),
+            [&](const auto& column) { return is_coordinate(column.role) && column.offset >= line.size(); });
+        return line.size() < length_before_ && !(behind_field && placed);
+    }
     split_row(line, layout_, fields_);
     return fields_.size() < layout_.columns.size();
 }
@@ -256,7 +274,6 @@ bool TableReader::take(std::string_view line) {
         row_line_ = names_.index_of(only_line);
     }
     if (!(layout_.fixed_width ? take_fixed(line) : take_separated(line))) return false;
-    if (layout_.fixed_width) shortest_row_ = std::min(shortest_row_, line.size());
     return true;
 }
 
@@ -264,14 +281,19 @@ bool TableReader::next(RowBlock& block) {
     block.values.resize(wanted_.size());
     for (auto& column : block.values) column.resize(block_rows);
     for (ColumnUse& use : uses_)
-        if (use.out != none) use.values = block.values[use.out].data();
+        use.values = use.out == none ? unwanted_.data() : block.values[use.out].data();
     block.line.resize(block_rows);
     block.file_line.resize(block_rows);
     row_ = 0;
     std::string_view line;
     while (row_ < block_rows && lines_.next(line)) {
-        if (lines_.line_number() < layout_.first_row && !heads_line(line)) continue;
-        if (!take(line)) continue;
+        if (lines_.line_number() < layout_.first_row && !heads_line(line)) {
+            length_before_ = line.size();
+            continue;
+        }
+        const bool taken = take(line);
+        length_before_ = line.size();
+        if (!taken) continue;
         block.line[row_] = row_line_;
         block.file_line[row_] = lines_.line_number();
         ++row_;
