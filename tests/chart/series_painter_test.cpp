@@ -72,12 +72,12 @@ TEST(SeriesPainter, a_series_of_nulls_draws_nothing) {
     }
 }
 
-TEST(SeriesPainter, an_isolated_point_of_a_line_is_a_dot) {
+TEST(SeriesPainter, an_isolated_point_of_a_line_is_a_dot_wider_than_the_pen) {
     Rig rig;
     const Drawn drawn = draw(rig, {0, 1000, 2000}, {-999, 0, -999}, line_series);
     ASSERT_EQ(drawn.fills.size(), 1U);
     EXPECT_TRUE(drawn.lines.empty());
-    EXPECT_NEAR(drawn.fills[0].points[1].x - drawn.fills[0].points[0].x, 15.0, 1e-9);
+    EXPECT_NEAR(drawn.fills[0].points[1].x - drawn.fills[0].points[0].x, 45.0, 1e-9);
 }
 
 TEST(SeriesPainter, the_code_and_the_chart_type_tell_the_style) {

@@ -69,8 +69,8 @@ void SeriesPainter::plot_lines(const SeriesGroup& group, const SeriesData& data,
 
 void SeriesPainter::draw_run(const SeriesOptions& options, Canvas& canvas) {
     if (run_.size() == 1) {
-        // A point between two gaps would vanish: it is a dot of the pen's width.
-        const double half = std::max(options.width, 1) * units_per_screen_pixel / 2.0;
+        // A point between two gaps would vanish: it is a dot that is seen, three times as wide as the pen.
+        const double half = 1.5 * std::max(options.width, 1) * units_per_screen_pixel;
         const Point p = run_.front();
         if (canvas.window().contains(p, marker_tolerance))
             canvas.rectangle({p.x - half, p.x + half, p.y - half, p.y + half}, no_colour, options.colour,
