@@ -8,8 +8,10 @@
 #include "core/numbers.h"
 #include "core/paths.h"
 #include "core/shown_text.h"
-#include "core/told_write.h"
 #include "flow/new_line_choice.h"
+#include "intake/load.h"
+#include "intake/row_notes.h"
+#include "workspace_file/axm.h"
 
 namespace anomalis::batch {
 
@@ -75,6 +77,20 @@ std::string line_text(const WrittenLine& line) {
     return text + " -> " + shown_text(line.workspace) + "\n";
 }
 
+/// Each line loaded as any other workspace is, with what the import met before.
+void report_loads(std::vector<WrittenLine>& lines, BatchSession& batch) {
+    for (WrittenLine& line : lines) {
+        Workspace workspace;
+        initialise_workspace(workspace, batch.prompts);
+        intake::RowNotes rows;
+        if (workspace_file::read_model_parameters(0, workspace, line.workspace, batch.session.settings,
+                                                  batch.prompts) != 0)
+            continue;
+        intake::load_locations(workspace, batch.prompts, &rows);
+        line.report = with_import(intake::report_of_load(workspace, rows), line.report);
+    }
+}
+
 std::vector<WrittenLine> import_one(const ImportOptions& options, const flow::ImportChoices& choices,
                                     const intake::SurveyIndex& index, BatchSession& batch) {
     const auto piece = options.piece > 0 ? std::optional(static_cast<std::size_t>(options.piece) - 1)
@@ -119,6 +135,7 @@ bool run_import(const ImportOptions& options, BatchSession& batch) {
     if (!index) return false;
     std::string text;
     if (options.json) {
+        report_loads(written, batch);
         text = import_json_text(*index, written, batch.prompts);
     } else {
         for (const WrittenLine& line : written) text += line_text(line);

@@ -3,6 +3,7 @@
 #include <nlohmann/json.hpp>
 
 #include "batch/json_text.h"
+#include "batch/load_report_json.h"
 
 namespace anomalis::batch {
 
@@ -12,16 +13,6 @@ using Json = nlohmann::ordered_json;
 
 Json text_or_null(const std::string& text) {
     return text.empty() ? Json(nullptr) : Json(text);
-}
-
-Json losses_json(const std::vector<intake::RowLoss>& losses) {
-    Json all = Json::array();
-    for (const intake::RowLoss& loss : losses)
-        all.push_back({{"why", loss.why},
-                       {"column", text_or_null(loss.column)},
-                       {"rows", loss.count},
-                       {"first_line", loss.first_line}});
-    return all;
 }
 
 Json columns_json(const intake::SurveyIndex& index) {
@@ -46,17 +37,13 @@ Json field_json(const WrittenLine& line) {
 }
 
 Json line_json(const WrittenLine& line) {
-    Json nulls = Json::object();
-    for (const intake::ChannelNulls& channel : line.report.nulls) nulls[channel.channel] = channel.count;
     return {{"line", text_or_null(line.report.line)},
             {"table", line.table},
             {"workspace", line.workspace},
             {"stations", line.report.stations},
-            {"length_m", line.report.length_m},
-            {"typical_spacing_m", line.report.typical_spacing_m},
-            {"nulls", std::move(nulls)},
             {"date", text_or_null(line.source.date)},
-            {"field", field_json(line)}};
+            {"field", field_json(line)},
+            {"load", load_report_json<Json>(line.report)}};
 }
 
 }  // namespace
@@ -68,8 +55,9 @@ std::string import_json_text(const intake::SurveyIndex& index, const std::vector
               {"coordinate_system", text_or_null(index.coordinate_system)},
               {"lines_in_file", index.lines.size()},
               {"rows", index.rows},
-              {"dropped", losses_json(index.losses)},
+              {"rows_dropped", Json::array()},
               {"columns", columns_json(index)}};
+    for (const intake::RowLoss& loss : index.losses) json["rows_dropped"].push_back(dropped_json<Json>(loss));
     json["lines"] = Json::array();
     for (const WrittenLine& line : lines) json["lines"].push_back(line_json(line));
     add_told(json, told);

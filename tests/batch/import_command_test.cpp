@@ -95,6 +95,9 @@ TEST(ImportCommand, takes_all_lines_and_tells_them_as_json) {
     const auto json = run.json();
     ASSERT_EQ(json["lines"].size(), 3U);
     EXPECT_EQ(json["rows"], 120);
+    EXPECT_EQ(json["lines"][2]["load"]["lines_in_file"], 3);
+    EXPECT_NEAR(json["lines"][2]["load"]["typical_spacing_m"], 10, 1e-9);
+    EXPECT_EQ(json["lines"][2]["load"]["sensor_over_ground_m"], (std::vector<double>{62, 64}));
     EXPECT_EQ(json["lines"][2]["line"], "120");
     EXPECT_EQ(json["lines"][2]["field"]["total_nT"], 52000);
     EXPECT_TRUE(json["lines"][2]["field"]["origin"].is_null());
