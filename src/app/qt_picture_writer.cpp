@@ -21,16 +21,26 @@ class QtPictureWriter : public batch::PictureWriter {
     QtPictureWriter(int& argc, char** argv) : argc_(argc), argv_(argv) {}
 
     int write(Session& session, const batch::PictureRequest& request) override {
-        if (!application_) {
-            qputenv("QT_QPA_PLATFORM", "offscreen");
-            qInstallMessageHandler(keep_quiet);
-            application_ = std::make_unique<QGuiApplication>(argc_, argv_);
-        }
+        start();
         return window::write_model_picture(session, request.path, request.view, request.width,
                                            request.height);
     }
 
+    int write_map(Prompts& prompts, const intake::SurveyIndex& index,
+                  const batch::MapRequest& request) override {
+        start();
+        return window::write_survey_map(prompts, index, request.line, request.path, request.width,
+                                        request.height);
+    }
+
   private:
+    void start() {
+        if (application_) return;
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        qInstallMessageHandler(keep_quiet);
+        application_ = std::make_unique<QGuiApplication>(argc_, argv_);
+    }
+
     int& argc_;
     char** argv_;
     std::unique_ptr<QGuiApplication> application_;

@@ -121,8 +121,17 @@ struct NewOptions {
     bool force = false;
 };
 
+struct MapOptions {
+    SurveyOptions survey;
+    std::string line;  ///< "" for none
+    MapRequest picture;
+};
+
 /// Takes "WIDTHxHEIGHT", each 16 to 16384; false when the text is none.
-bool parse_picture_size(const std::string& text, PictureRequest& picture);
+bool parse_picture_size(const std::string& text, int& width, int& height);
+/// Why this is no name of a picture, or "".
+std::string picture_ending_refusal(const std::string& path);
+inline constexpr const char* picture_size_refusal = "must be WIDTHxHEIGHT in pixels, 16 to 16384: ";
 
 bool run_info(const InfoOptions& options, BatchSession& batch);
 bool run_dump(const DumpOptions& options, BatchSession& batch);
@@ -135,6 +144,7 @@ bool run_export(const ExportOptions& options, BatchSession& batch);
 bool run_lines(const LinesOptions& options, BatchSession& batch);
 bool run_import(const ImportOptions& options, BatchSession& batch);
 bool run_new(const NewOptions& options, BatchSession& batch);
+bool run_map(const MapOptions& options, BatchSession& batch, PictureWriter* pictures);
 bool run_render(const RenderOptions& options, BatchSession& batch, PictureWriter* pictures);
 
 }  // namespace anomalis::batch

@@ -1,10 +1,16 @@
 #pragma once
 
+#include <cstddef>
+#include <optional>
 #include <string>
 
 namespace anomalis {
 class Session;
+class Prompts;
 }  // namespace anomalis
+namespace anomalis::intake {
+struct SurveyIndex;
+}  // namespace anomalis::intake
 
 namespace anomalis::batch {
 
@@ -16,12 +22,22 @@ struct PictureRequest {
     int height = 1000;
 };
 
+/// What `map` is asked for.
+struct MapRequest {
+    std::string path;  ///< the ending chooses the format: png, svg, pdf, emf
+    int width = 1600;  ///< pixels
+    int height = 1000;
+    std::optional<std::size_t> line;  ///< that is drawn on top
+};
+
 /// Draws what the window shows. The batch tool itself knows no window system; its main program hands it one.
 class PictureWriter {
   public:
     virtual ~PictureWriter() = default;
     /// Draws a loaded and calculated session. Returns 0, or -1 after a failure, which was shown.
     virtual int write(Session& session, const PictureRequest& request) = 0;
+    /// Draws the map of a survey. Returns 0, or -1 after a failure, which was shown.
+    virtual int write_map(Prompts& prompts, const intake::SurveyIndex& index, const MapRequest& request) = 0;
 };
 
 }  // namespace anomalis::batch

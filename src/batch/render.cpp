@@ -6,7 +6,7 @@
 
 namespace anomalis::batch {
 
-bool parse_picture_size(const std::string& text, PictureRequest& picture) {
+bool parse_picture_size(const std::string& text, int& wide, int& high) {
     constexpr int smallest = 16;
     constexpr int largest = 16384;
     const char* const end = text.data() + text.size();
@@ -17,9 +17,15 @@ bool parse_picture_size(const std::string& text, PictureRequest& picture) {
     const auto second = std::from_chars(first.ptr + 1, end, height);
     if (second.ec != std::errc() || second.ptr != end) return false;
     if (std::min(width, height) < smallest || std::max(width, height) > largest) return false;
-    picture.width = width;
-    picture.height = height;
+    wide = width;
+    high = height;
     return true;
+}
+
+std::string picture_ending_refusal(const std::string& path) {
+    for (const char* ending : {".png", ".svg", ".pdf", ".emf"})
+        if (path.size() > 4 && path.ends_with(ending)) return {};
+    return "the ending must be .png, .svg, .pdf or .emf";
 }
 
 bool run_render(const RenderOptions& options, BatchSession& batch, PictureWriter* pictures) {

@@ -12,12 +12,6 @@ std::vector<std::string> view_names() {
     return names;
 }
 
-std::string ending_refusal(const std::string& path) {
-    for (const char* ending : {".png", ".svg", ".pdf", ".emf"})
-        if (path.size() > 4 && path.ends_with(ending)) return {};
-    return "the ending must be .png, .svg, .pdf or .emf";
-}
-
 class RenderCommand : public Command {
   public:
     explicit RenderCommand(PictureWriter* pictures) : pictures_(pictures) {}
@@ -40,15 +34,15 @@ void RenderCommand::declare(OptionList& options) {
     options.output("-o,--output", picture.path, "Picture: .png, .svg, .pdf or .emf; - writes a .png",
                    OptionList::Need::must, ".png");
     options.at_end("--output",
-                   [&picture] { return picture.path == "-" ? "" : ending_refusal(picture.path); });
+                   [&picture] { return picture.path == "-" ? "" : picture_ending_refusal(picture.path); });
     options.choice("--view", picture.view, view_names(),
                    "section: the curves over the section; plan: the curves over the plan; curves: without "
                    "either; or one chart alone");
     options.taken(
         "--size",
         [&picture](const std::string& text) -> std::string {
-            if (parse_picture_size(text, picture)) return {};
-            return "must be WIDTHxHEIGHT in pixels, 16 to 16384: " + text;
+            if (parse_picture_size(text, picture.width, picture.height)) return {};
+            return picture_size_refusal + text;
         },
         "Pixels, such as 1600x1000 [1600x1000]");
 }

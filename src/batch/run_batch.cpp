@@ -29,6 +29,7 @@ Commands all_commands(PictureWriter* pictures) {
     commands.push_back(import_command());
     commands.push_back(new_command());
     commands.push_back(render_command(pictures));
+    commands.push_back(map_command(pictures));
     return commands;
 }
 

@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <limits>
 
 #include "chart/ax_grapher.h"
 #include "chart/tick_rule.h"
-#include "edit/colour_ramp.h"
 #include "intake/survey/survey_index.h"
 #include "show/chart_look.h"
 
@@ -16,22 +16,18 @@ namespace {
 
 using chart::units_per_screen_pixel;
 
-constexpr int shades = 64;                         // of the ramp that are told apart
-constexpr chart::Colour no_value_grey = 0xB4B4B4;  // a place without a reading
-constexpr chart::Colour chosen_red = 0x2827D6;     // no colour of the ramp
-constexpr int chosen_width = 3;                    // screen pixels
-constexpr int casing_width = 6;                    // the white about the chosen line
+constexpr chart::Colour chosen_red = 0x2827D6;  // no colour of the ramp
+constexpr int chosen_width = 3;                 // screen pixels
+constexpr int casing_width = 6;                 // the white about the chosen line
 constexpr double name_gap = 4 * units_per_screen_pixel;
 constexpr double hit_reach = 12 * units_per_screen_pixel;
 constexpr std::size_t most_names = 400;
 constexpr double bar_numbers = 1.0;  // the ramp's own axis runs from 0 to 1 and has no numbers
 
-std::vector<double> values_of(const intake::SurveyIndex& index) {
-    std::vector<double> values;
-    for (const intake::SurveyLineInfo& line : index.lines)
-        for (const intake::MapPoint& point : line.track)
-            if (std::isfinite(point.value)) values.push_back(static_cast<double>(point.value));
-    return values;
+void open_to(double& low, double& high, double span) {
+    const double more = (span - (high - low)) / 2;
+    low -= more;
+    high += more;
 }
 
 double part_of(std::vector<double>& values, double part) {
@@ -39,25 +35,6 @@ double part_of(std::vector<double>& values, double part) {
                     static_cast<std::ptrdiff_t>(std::lround(part * static_cast<double>(values.size() - 1)));
     std::nth_element(values.begin(), at, values.end());
     return *at;
-}
-
-std::string unit_of(const intake::SurveyIndex& index) {
-    const bool magnetic = std::ranges::any_of(
-        index.lines, [](const intake::SurveyLineInfo& line) { return line.mag_nT.has_value(); });
-    return magnetic ? "nT" : "mGal";
-}
-
-chart::Colour colour_of(float value, const MapColours& colours) {
-    if (!std::isfinite(value)) return no_value_grey;
-    const double part = (static_cast<double>(value) - colours.low) / (colours.high - colours.low);
-    const double shade = std::floor(std::clamp(part, 0.0, 1.0) * (shades - 1) + 0.5);
-    return edit::ramp_colour(shade / (shades - 1));
-}
-
-void open_to(double& low, double& high, double span) {
-    const double more = (span - (high - low)) / 2;
-    low -= more;
-    high += more;
 }
 
 bool overlap(const chart::Rect& a, const chart::Rect& b) {
@@ -79,20 +56,32 @@ chart::Rect survey_extent(const intake::SurveyIndex& index) {
             extent.y_high = std::max(extent.y_high, static_cast<double>(point.north));
         }
     if (!(extent.x_low <= extent.x_high)) extent = {0, 0, 0, 0};
-    const double margin = std::max({extent.width(), extent.height(), 1.0}) / 25;
+    const double margin = std::max({extent.width(), extent.height(), 1.0}) / 10;
     open_to(extent.x_low, extent.x_high, extent.width() + 2 * margin);
     open_to(extent.y_low, extent.y_high, extent.height() + 2 * margin);
     return {extent.x_low + index.origin_east, extent.x_high + index.origin_east,
             extent.y_low + index.origin_north, extent.y_high + index.origin_north};
 }
 
+/// From the place before, m.
+double step(const intake::SurveyLineInfo& line, std::size_t point) {
+    const intake::MapPoint &a = line.track[point - 1], &b = line.track[point];
+    return static_cast<double>(std::hypot(b.east - a.east, b.north - a.north));
+}
+
+/// A track stays open over more than some typical steps: nobody measured there.
+double longest_step(const intake::SurveyLineInfo& line) {
+    constexpr double typical_steps = 10;
+    std::vector<double> steps;
+    for (std::size_t p = 1; p < line.track.size(); ++p) steps.push_back(step(line, p));
+    return steps.empty() ? 0 : typical_steps * part_of(steps, 0.5);
+}
+
 /// Of all tracks together, m.
 double track_length(const intake::SurveyIndex& index) {
     double length = 0;
     for (const intake::SurveyLineInfo& line : index.lines)
-        for (std::size_t i = 1; i < line.track.size(); ++i)
-            length += static_cast<double>(std::hypot(line.track[i].east - line.track[i - 1].east,
-                                                     line.track[i].north - line.track[i - 1].north));
+        for (std::size_t i = 1; i < line.track.size(); ++i) length += step(line, i);
     return length;
 }
 
@@ -109,24 +98,6 @@ std::array<std::size_t, 2> points_of(const intake::SurveyLineInfo& line, std::op
 }
 
 }  // namespace
-
-MapColours map_colours(const intake::SurveyIndex& index) {
-    constexpr double low_part = 0.02, high_part = 0.98;
-    MapColours colours;
-    std::vector<double> values = values_of(index);
-    if (values.empty()) return colours;
-    colours.unit = unit_of(index);
-    const auto [least, greatest] = std::ranges::minmax(values);
-    colours.low = part_of(values, low_part);
-    colours.high = part_of(values, high_part);
-    if (!(colours.high > colours.low)) {
-        colours.low = least;
-        colours.high = greatest;
-    }
-    if (!(colours.high > colours.low)) open_to(colours.low, colours.high, 1.0);
-    colours.cut = least < colours.low || greatest > colours.high;
-    return colours;
-}
 
 void set_up_survey_map(chart::AX_Grapher& map, chart::AX_Grapher& bar) {
     constexpr float side_room = 12 * units_per_screen_pixel;
@@ -155,6 +126,7 @@ void SurveyMap::show(const intake::SurveyIndex* index, std::optional<std::size_t
     bar_.Clear();
     if (!index_) return;
     colours_ = map_colours(*index_);
+    map_.Title(colours_.unit.empty() ? "Survey" : colours_.unit == "nT" ? "Magnetics" : "Gravity");
     set_limits();
     register_tracks();
     record_overlay();
@@ -210,6 +182,11 @@ void SurveyMap::register_tracks() {
     struct Columns {
         std::vector<double> east, north;
         std::vector<chart::Colour> colours;
+        void leave_open() {
+            east.push_back(std::numeric_limits<double>::quiet_NaN());
+            north.push_back(std::numeric_limits<double>::quiet_NaN());
+            colours.push_back(no_value_grey);
+        }
     };
     const int wide = line_width();
     std::vector<Columns> columns(index_->lines.size());
@@ -220,11 +197,13 @@ void SurveyMap::register_tracks() {
             const intake::SurveyLineInfo& line = index_->lines[i];
             if (line.tie != tie) continue;
             Columns& own = columns[i];
+            const double jump = longest_step(line);
             for (std::size_t p = 0; p < line.track.size(); ++p) {
                 const chart::Point at = user(i, p);
+                if (p > 0 && step(line, p) > jump) own.leave_open();
                 own.east.push_back(at.x);
                 own.north.push_back(at.y);
-                own.colours.push_back(colour_of(line.track[p].value, colours_));
+                own.colours.push_back(map_colour(line.track[p].value, colours_));
             }
             tracks.push_back({own.east, own.north, own.colours, tie ? 1 : wide});
         }
@@ -234,18 +213,19 @@ void SurveyMap::register_tracks() {
 void SurveyMap::draw_bar() {
     if (colours_.unit.empty()) return;
     bar_.Title(colours_.unit);
+    bar_.XAxisLabel(" ");  // its room, so that both plots end at one height
     bar_.XAxisMin(0.1 * bar_numbers);
     bar_.XAxisMax(0.9 * bar_numbers);
     bar_.XTickInterval(10 * bar_numbers);
     bar_.YAxisMin(colours_.low);
     bar_.YAxisMax(colours_.high);
     bar_.YTickInterval(chart::tick_interval(colours_.low, colours_.high));
-    for (int i = 0; i < shades; ++i) {
+    for (int i = 0; i < ramp_shades; ++i) {
         const auto at = [&](int step) {
-            return std::lerp(colours_.low, colours_.high, static_cast<double>(step) / shades);
+            return std::lerp(colours_.low, colours_.high, static_cast<double>(step) / ramp_shades);
         };
-        bar_.DrawRectangle(0, at(i), bar_numbers, at(i + 1), chart::no_colour,
-                           edit::ramp_colour(static_cast<double>(i) / (shades - 1)), 1);
+        // Each reaches to the end below those that follow: between two edges the ground would show.
+        bar_.DrawRectangle(0, at(i), bar_numbers, colours_.high, chart::no_colour, ramp_shade(i), 1);
     }
     bar_.DisplayChart();
 }

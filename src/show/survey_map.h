@@ -2,10 +2,10 @@
 
 #include <cstddef>
 #include <optional>
-#include <string>
 #include <vector>
 
 #include "chart/drawing_types.h"
+#include "show/map_colours.h"
 
 namespace anomalis::chart {
 class AX_Grapher;
@@ -15,17 +15,6 @@ struct SurveyIndex;
 }  // namespace anomalis::intake
 
 namespace anomalis::show {
-
-/// The values that the colours of a map run over.
-struct MapColours {
-    double low = 0, high = 1;
-    std::string unit;  ///< "nT", "mGal"; "" where no place has a value
-    bool cut = false;  ///< there are values beyond the ends
-};
-
-/// From the second to the ninety-eighth part in a hundred of all values, lest a few spikes take the whole
-/// ramp; the ends themselves where these are one value.
-MapColours map_colours(const intake::SurveyIndex& index);
 
 /// All lines of a survey on a map, coloured by the field, and the ramp beside it. A metre is as long to the
 /// east as to the north. The tracks are drawn once for a view: choosing a line paints the kept picture and

@@ -17,6 +17,8 @@ class RecordingWriter : public PictureWriter {
         return answer;
     }
 
+    int write_map(Prompts&, const intake::SurveyIndex&, const MapRequest&) override { return -1; }
+
     int answer = 0;
     int pictures = 0;
     int stations = 0;

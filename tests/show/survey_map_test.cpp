@@ -134,6 +134,18 @@ TEST(SurveyMap, ties_are_thinner_than_lines) {
     EXPECT_FALSE(sample.colours(1).contains(edit::ramp_colour(1)));
 }
 
+TEST(SurveyMap, a_track_stays_open_where_nobody_measured) {
+    MapSample sample;
+    auto index = survey(1);
+    for (auto& point : index.lines[0].track) point.value = 1;
+    for (std::size_t p = 50; p <= 100; ++p) index.lines[0].track[p].east += 5000;
+    sample.survey_map.show(&index);
+    for (const auto& entry : sample.map_device.of_kind(Kind::polyline))
+        if (entry.pen.width == 3) {
+            EXPECT_LT(entry.points.back().x - entry.points.front().x, 1000 * sample.map.XAxisScale());
+        }
+}
+
 TEST(SurveyMap, choosing_a_line_draws_it_on_top_and_the_tracks_not_again) {
     MapSample sample;
     const auto index = survey(3);

@@ -22,6 +22,7 @@ QObject* make_form_names_test();
 QObject* make_form_regional_test();
 QObject* make_form_start_test();
 QObject* make_formulas_controller_test();
+QObject* make_import_test();
 QObject* make_invert_panel_test();
 QObject* make_line_controller_test();
 QObject* make_look_test();
@@ -36,8 +37,7 @@ QObject* make_watch_controller_test();
 QObject* make_wrong_boxes_test();
 
 /// Keeps pictures of both tabs, the plan and a search for bodies of each workspace named (split by ":") in a
-/// folder, at two sizes, and of a data file those of a search alone:
-/// for people to look at, and for the guide.
+/// folder, at two sizes, and of a survey file its import: for people to look at, and for the guide.
 void keep_pictures(const QString& folder, const QString& workspaces);
 
 }  // namespace anomalis::window

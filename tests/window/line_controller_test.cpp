@@ -255,7 +255,8 @@ void LineControllerTest::a_residual_filter_hides_the_base_levels() {
 
 void LineControllerTest::a_file_without_records_says_nothing() {
     Opened sample;
-    sample.form->open_file(sample.folder.write("empty.dat", "header\n   \n\n"));
+    sample.prompts.open_paths.push_back(sample.folder.write("empty.dat", "header\n   \n\n"));
+    sample.click("Command_select_data_location_file");
     sample.load();
     QVERIFY(sample.prompts.messages.empty());
     QCOMPARE(sample.text("Text_number_locations"), QString());

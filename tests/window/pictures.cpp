@@ -1,14 +1,19 @@
+#include <algorithm>
 #include <functional>
 
 #include <QApplication>
 #include <QDialog>
 #include <QFileInfo>
+#include <QHeaderView>
+#include <QMenu>
 #include <QPushButton>
 #include <QTabWidget>
+#include <QTableWidget>
 #include <QTimer>
 
 #include "window/form_sample.h"
 #include "window/form_tests.h"
+#include "window/import/import_controller.h"
 #include "window/panels/charts_panel.h"
 #include "window/shell/screenshot.h"
 
@@ -88,17 +93,7 @@ void keep_search(const QString& folder, const QString& path, QSize size) {
     FormSample sample;
     sample.prompts.on_yield = [] { QCoreApplication::processEvents(); };
     sample.form->resize(size);
-    if (path.endsWith(".axm")) {
-        sample.form->open_example(path.toStdString());
-    } else {
-        sample.form->open_file(path.toStdString());
-        sample.form->load_locations();
-        QTest::qWait(settle);
-        sample.form->grab().save(start + "_loaded" + end);
-        sample.choose_tab(1);
-        QTest::qWait(settle);
-        sample.form->grab().save(start + "_empty" + end);
-    }
+    sample.form->open_example(path.toStdString());
     sample.find<QAction>("menu_find_bodies").trigger();
     QTest::qWait(settle);
     sample.form->grab().save(start + "_find" + end);
@@ -110,6 +105,42 @@ void keep_search(const QString& folder, const QString& path, QSize size) {
     QTest::qWait(settle);
     sample.form->grab().save(start + "_taken" + end);
     keep_uncertainty(sample, folder, QFileInfo(path).completeBaseName() + "_taken", end.chopped(4));
+}
+
+/// A survey file on the page of the import, a role chosen there, the line that becomes a model, its map.
+void keep_import(const QString& folder, const QString& path, QSize size) {
+    const QString start = folder + "/" + QFileInfo(path).completeBaseName();
+    const QString end = "_" + QString::number(size.width()) + ".png";
+    const TempFolder left;
+    FormSample sample;
+    sample.prompts.on_yield = [] { QCoreApplication::processEvents(); };
+    sample.form->resize(size);
+    sample.form->open_file(path.toStdString());
+    flow::ImportDesk& desk = sample.form->import().desk();
+    auto* page = sample.form->findChild<QDialog*>("Form_import");
+    if (size.width() > 1280) page->resize(1560, 900);
+    desk.finish_reading();
+    desk.choose_date("1990-07-01");
+    desk.choose_folder(left.path(""));
+    QTest::qWait(settle);
+    page->grab().save(start + "_import" + end);
+    auto* head = page->findChild<QTableWidget*>("Table_import_preview")->horizontalHeader();
+    const int column = std::min(4, head->count() - 1);
+    QTest::mouseClick(head->viewport(), Qt::LeftButton, {},
+                      QPoint(head->sectionViewportPosition(column) + 10, head->height() / 2));
+    QTest::qWait(settle);
+    if (auto* menu = page->findChild<QMenu*>("Menu_import_column")) {
+        menu->grab().save(start + "_import_role" + end);
+        menu->close();
+    }
+    if (!desk.index() || !desk.line()) return;
+    for (std::size_t i = 0; i < desk.index()->lines.size(); ++i)
+        if (desk.index()->lines[i].name == "5690") desk.choose_line(i);
+    QTest::qWait(settle);
+    page->findChild<QWidget*>("vsgraph_survey")->parentWidget()->grab().save(start + "_map" + end);
+    page->findChild<QPushButton*>("Command_import")->click();
+    QTest::qWait(settle);
+    sample.form->grab().save(start + "_imported" + end);
 }
 
 }  // namespace
@@ -129,8 +160,11 @@ void keep_pictures(const QString& folder, const QString& workspaces) {
         start.choose_tab(1);
         keep(start, folder, "start_model" + suffix);
         for (const QString& path : paths) {
+            if (!path.endsWith(".axm")) {
+                keep_import(folder, path, size);
+                continue;
+            }
             keep_search(folder, path, size);
-            if (!path.endsWith(".axm")) continue;
             const QString name = QFileInfo(path).completeBaseName();
             FormSample sample;
             sample.form->resize(size);

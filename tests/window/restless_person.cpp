@@ -14,6 +14,7 @@
 
 #include "chart/qt/grapher_widget.h"
 #include "window/form_sample.h"
+#include "window/import/import_controller.h"
 #include "window/shell/actions.h"
 #include "window/widgets/limit_strip.h"
 #include "window/widgets/stepper_bar.h"
@@ -288,6 +289,11 @@ void RestlessPerson::open_a_file() {
         prompts.files.at(static_cast<std::size_t>(below(static_cast<int>(prompts.files.size()))));
     note("  " + path);
     form_->open_file(path);
+    if (auto* page = form_->findChild<QDialog*>("Form_import"); page && page->isVisible()) {
+        form_->import().desk().finish_reading();
+        if (below(2) == 0) page->accept();
+        page->reject();
+    }
     if (below(2) == 0) form_->load_locations();
 }
 

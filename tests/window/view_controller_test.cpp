@@ -325,7 +325,8 @@ void ViewControllerTest::a_data_file_that_vanishes_before_the_load_is_told() {
     FormSample sample;
     const TempFolder folder;
     const std::string data = folder.write("line.dat", edit::east_line_text(20));
-    sample.form->open_file(data);
+    sample.prompts.open_paths.push_back(data);
+    sample.click("Command_select_data_location_file");
     QVERIFY(!sample.find<QPlainTextEdit>("Text_data_file").toPlainText().isEmpty());
     QVERIFY(std::filesystem::remove(data));
     sample.click("Command_load_locations");

@@ -67,7 +67,7 @@ std::optional<SurveyLayout> recognise_free_table(const SurveySample& sample, boo
     for (std::size_t i = 0; i < sample.lines.size() && lines.size() < lines_for_shape; ++i)
         if (is_table_line(sample.lines[i], line_headers))
             lines.push_back({sample.lines[i], static_cast<long>(i) + 1});
-    auto shape = find_table_shape(lines);
+    auto shape = find_table_shape(lines, sample.read_as);
     if (!shape || shape->share < fewest_rows) return {};
     std::vector<std::string_view> fields;
     const auto first = std::find_if(lines.begin(), lines.end(), [&](const NumberedLine& line) {

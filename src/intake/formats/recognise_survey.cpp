@@ -31,13 +31,14 @@ const SurveyFormat& format_named(const std::string& name) {
     throw Fault("No format of survey files is called \"" + name + "\".");
 }
 
-SurveySample sample_of(const SurveyFiles& files, const std::string& path) {
+SurveySample sample_of(const SurveyFiles& files, const std::string& path, const ReadAs& read_as) {
     if (files.rows.empty())
         throw Fault(
             path +
             " defines the columns of a .dat file, but there is none of this name beside it. Put the .dat "
             "file into the same folder.");
-    SurveySample sample = read_head(files.rows, head_lines);
+    SurveySample sample = read_head(files.rows, head_lines, read_as.encoding);
+    sample.read_as = read_as;
     sample.definition_path = files.definition;
     return sample;
 }
@@ -56,6 +57,7 @@ SurveySample sample_of(const SurveyFiles& files, const std::string& path) {
 /// The first format that knows the file.
 SurveyLayout recognise_format(const SurveySample& sample) {
     for (const SurveyFormat* format : survey_formats()) {
+        if (!sample.read_as.format.empty() && format->name() != sample.read_as.format) continue;
         auto layout = format->recognise(sample);
         if (!layout) continue;
         if (!sample.definition_path.empty() && layout->definition_path.empty())
@@ -63,6 +65,10 @@ SurveyLayout recognise_format(const SurveySample& sample) {
                                       " defines; they are read as a table of their own.");
         return *layout;
     }
+    if (!(sample.read_as == ReadAs()))
+        throw Fault(sample.path +
+                    " cannot be read in this way: its rows have no equal number of fields then. Let format, "
+                    "separator, decimal sign and encoding be found, or choose others.");
     no_table(sample);
 }
 
@@ -209,9 +215,9 @@ std::unique_ptr<RowReader> open_rows(const SurveyLayout& layout, std::span<const
     return format_named(layout.format).open(layout, wanted);
 }
 
-SurveyLayout recognise_survey(const std::string& path) {
+SurveyLayout recognise_survey(const std::string& path, const ReadAs& read_as) {
     const SurveyFiles files = survey_files(path);
-    const SurveySample sample = sample_of(files, path);
+    const SurveySample sample = sample_of(files, path, read_as);
     SurveyLayout layout = recognise_format(sample);
     if (layout.coordinate_system.empty()) layout.coordinate_system = system_beside(files);
     if (files.definition.empty() && files.rows.ends_with(".dat") && layout.names_row == 0)

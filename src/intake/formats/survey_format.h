@@ -47,6 +47,16 @@ class RowReader {
     virtual double bytes_read() const = 0;
 };
 
+/// What a person says of a file against what is recognised; what is left open is recognised.
+struct ReadAs {
+    std::string format;             ///< a name of `survey_formats`
+    std::optional<char> separator;  ///< ' ', '\t', ',' or ';'
+    std::optional<bool> decimal_comma;
+    std::optional<Encoding> encoding;
+
+    bool operator==(const ReadAs&) const = default;
+};
+
 /// The head of a file as text, for recognition: UTF-8, unpacked.
 struct SurveySample {
     std::string path;
@@ -55,6 +65,7 @@ struct SurveySample {
     bool packed = false;
     std::vector<std::string> lines;  ///< up to a few hundred
     bool whole = false;              ///< these are all
+    ReadAs read_as;
 };
 
 /// The first rows as they stand, cell by cell, for a preview.
@@ -83,7 +94,7 @@ std::span<const SurveyFormat* const> survey_formats();
 /// Recognises a file: its format, then roles, units and nulls by names and by values. Raises FileFault, or
 /// Fault with what is wrong, where, and what to do. `path` may be the .dfn or the .dat of a pair, and either
 /// may be packed.
-SurveyLayout recognise_survey(const std::string& path);
+SurveyLayout recognise_survey(const std::string& path, const ReadAs& read_as = {});
 
 /// Opens the rows by the layout's own format.
 std::unique_ptr<RowReader> open_rows(const SurveyLayout& layout, std::span<const std::size_t> wanted);

@@ -80,15 +80,19 @@ bool is_table_row(std::span<const std::string_view> fields, bool decimal_comma) 
     return numbers >= 2 && 2 * count_values(fields, decimal_comma) >= fields.size();
 }
 
-std::optional<TableShape> find_table_shape(std::span<const NumberedLine> lines) {
+std::optional<TableShape> find_table_shape(std::span<const NumberedLine> lines, const ReadAs& read_as) {
     if (lines.empty()) return {};
     Fit best;
     for (const Candidate& candidate : candidates) {
+        if (read_as.separator.value_or(candidate.separator) != candidate.separator ||
+            read_as.decimal_comma.value_or(candidate.decimal_comma) != candidate.decimal_comma)
+            continue;
         Fit fit = try_candidate(lines, candidate);
         if (fit.worth > best.worth + 1e-9) best = std::move(fit);
     }
     const bool ragged = best.worth == 0 || (best.shape.separator == ' ' && best.shape.share < nearly_all);
-    if (ragged && lines.size() >= 3) {
+    const bool said = read_as.separator || read_as.decimal_comma;
+    if (ragged && !said && lines.size() >= 3) {
         const auto fixed = find_fixed_columns(lines);
         if (fixed && fixed->share > best.shape.share) return fixed;
     }

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "intake/formats/survey_layout.h"
+#include "intake/formats/survey_format.h"
 
 // What the lines of a table look like, found from its first few hundred.
 namespace anomalis::intake {
@@ -33,7 +33,8 @@ bool is_table_row(std::span<const std::string_view> fields, bool decimal_comma);
 
 /// The separator and decimal sign under which most lines are rows with one number of fields; columns at fixed
 /// places where blanks stand for missing values or numbers touch. Nothing where the lines are no table.
-std::optional<TableShape> find_table_shape(std::span<const NumberedLine> lines);
+/// `read_as` may say them.
+std::optional<TableShape> find_table_shape(std::span<const NumberedLine> lines, const ReadAs& read_as = {});
 
 /// Columns at fixed places, each ending where the numbers of nearly all rows end.
 std::optional<TableShape> find_fixed_columns(std::span<const NumberedLine> lines);

@@ -32,13 +32,13 @@ bool is_binary(const std::string& head) {
 
 }  // namespace
 
-SurveySample read_head(const std::string& path, std::size_t most_lines) {
+SurveySample read_head(const std::string& path, std::size_t most_lines, std::optional<Encoding> encoding) {
     SurveySample sample;
     sample.path = path;
     sample.packed = is_packed(path);
     const std::string head = first_bytes(path);
     if (head.empty()) throw Fault(path + " is empty.");
-    sample.encoding = encoding_of(head);
+    sample.encoding = encoding.value_or(encoding_of(head));
     const bool wide = sample.encoding == Encoding::utf16_little || sample.encoding == Encoding::utf16_big;
     if (!wide && is_binary(head))
         throw Fault(

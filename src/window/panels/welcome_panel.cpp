@@ -9,6 +9,7 @@
 #include <QVBoxLayout>
 
 #include "window/shell/look.h"
+#include "window/widgets/chief_button.h"
 #include "window/widgets/plain_text.h"
 
 namespace anomalis::window {
@@ -24,8 +25,8 @@ struct Step {
 
 constexpr std::array steps{
     Step{"Choose the data",
-         "Pick a data file, or open a workspace from the File menu. Say which column holds what; the head of "
-         "the file shows them."},
+         "Import survey... reads files of many lines: columns, units and coordinates are recognised, and a "
+         "line is chosen on the map. Or choose a data file and say which of its columns holds what."},
     Step{"Load locations", "The stations are laid on the profile, and their number and length are shown."},
     Step{"Find bodies, or add one",
          "The tab “Current Model” shows observed curves in black and calculated ones in green. Model, Find "
@@ -72,6 +73,12 @@ WelcomePanel::WelcomePanel(const char* object_name, const std::vector<flow::Exam
     for (std::size_t i = 0; i < steps.size(); ++i) add_step(*grid, static_cast<int>(i), steps[i]);
     column->addLayout(grid);
 
+    auto* import = new QPushButton(tr("Import survey..."));
+    import->setObjectName(QString(object_name) + "_import");
+    import->setToolTip(tr("Read a survey file and choose a line of it"));
+    set_chief(*import, true);
+    connect(import, &QPushButton::clicked, this, &WelcomePanel::import_wanted);
+    column->addWidget(import, 0, Qt::AlignLeft);
     if (!examples.empty()) {
         auto* caption = new QLabel(tr("Or start with an example"));
         make_quiet(*caption);

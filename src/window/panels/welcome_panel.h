@@ -18,6 +18,7 @@ class WelcomePanel : public QWidget {
 
   signals:
     void example_chosen(const QString& path);
+    void import_wanted();
 };
 
 }  // namespace anomalis::window

@@ -15,6 +15,18 @@ constexpr std::array rows{
     ActionRow{ActionId::read_all, "menu_open_model_0", "&Read Data Format and Model Definitions",
               "Open a workspace file: how the data are read, the settings and the bodies", When::always,
               Qt::CTRL | Qt::Key_O},
+    ActionRow{
+        ActionId::import_survey, "menu_import_survey", "&Import survey...",
+        "Read a survey file of many lines: formats, columns, units and coordinates are recognised and can "
+        "be corrected; the chosen line becomes a new workspace",
+        When::always, Qt::CTRL | Qt::SHIFT | Qt::Key_I},
+    ActionRow{
+        ActionId::next_line, "menu_next_line", "&Next line of the survey",
+        "Import the next line of the survey that this one is of; filters, regional and spacings go along, "
+        "and the bodies where the import says so",
+        When::line, Qt::CTRL | Qt::Key_PageDown},
+    ActionRow{ActionId::previous_line, "menu_previous_line", "Pre&vious line of the survey",
+              "Import the line before this one in the same way", When::line, Qt::CTRL | Qt::Key_PageUp},
     ActionRow{ActionId::save_as, "menu_open_model_1", "&Save Data Format and Model Definitions",
               "Write everything into a workspace file of a name to be chosen, and the tables beside it",
               When::always, Qt::CTRL | Qt::SHIFT | Qt::Key_S},
@@ -69,6 +81,8 @@ constexpr std::array rows{
               When::line, no_key, Mark::section},
     ActionRow{ActionId::show_plan, "menu_view_mode_1", "&Plan", "The plan below the curves", When::line,
               no_key, Mark::plan},
+    ActionRow{ActionId::survey_map, "menu_survey_map", "Survey &map...",
+              "All lines of the survey that was imported last, on the page of the import"},
     ActionRow{ActionId::add_body, "menu_add_body_0", "&Add a new body",
               "A thick sheet across the line, in the middle of the view, its top on the ground", When::line,
               Qt::CTRL | Qt::Key_B},

@@ -13,6 +13,9 @@ namespace anomalis::window {
 
 enum class ActionId {
     read_all,
+    import_survey,
+    next_line,
+    previous_line,
     save_as,
     save,
     read_bodies,
@@ -36,6 +39,7 @@ enum class ActionId {
     display_uncertainty,
     show_section,
     show_plan,
+    survey_map,
     add_body,
     copy_body,
     split_body,

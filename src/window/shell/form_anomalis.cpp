@@ -8,6 +8,7 @@
 #include "edit/change.h"
 #include "flow/new_line_choice.h"
 #include "flow/recent_files.h"
+#include "window/import/import_controller.h"
 #include "window/panels/charts_panel.h"
 #include "window/panels/definitions_page.h"
 #include "window/panels/invert_panel.h"
@@ -126,12 +127,17 @@ void Form_anomalis::make_controllers(const std::vector<flow::ExampleFile>& examp
                                              [this] { return inversion_->desk().panel().channel_index; });
     find_ = new FindController({*this, definitions_page_->definitions(), *model_page_, *charts_, *status_},
                                workbench_, *actions_, gate_, guards_, news_, *pages_);
+    import_ = new ImportController(*this, workbench_, *actions_, gate_, *open_, *status_);
+    open_->set_import([this](const std::string& path) { import_->import_file(path); });
 }
 
 void Form_anomalis::wire_panels() {
-    for (WelcomePanel* panel : findChildren<WelcomePanel*>())
+    for (WelcomePanel* panel : findChildren<WelcomePanel*>()) {
         connect(panel, &WelcomePanel::example_chosen, this,
                 [this](const QString& path) { open_example(path.toStdString()); });
+        connect(panel, &WelcomePanel::import_wanted, &actions_->action(ActionId::import_survey),
+                &QAction::trigger);
+    }
     connect(definitions_page_, &DefinitionsPage::text_refused, status_, &StatusPanels::show_refused);
     connect(side_, &ModelSide::text_refused, status_, &StatusPanels::show_refused);
     connect(side_, &ModelSide::body_wanted, this,

@@ -23,6 +23,7 @@ class FindController;
 class FitController;
 class FormInversion;
 class FormulasController;
+class ImportController;
 class LineController;
 class Menus;
 class ModelPage;
@@ -45,7 +46,7 @@ class Form_anomalis : public QMainWindow {
     Form_anomalis(Session& session, const std::vector<flow::ExampleFile>& examples);
     ~Form_anomalis() override;
 
-    /// Reads a workspace file and shows it; a file of another kind becomes the observed data file.
+    /// Reads a workspace file and shows it; a file of another kind goes to the import.
     void open_file(const std::string& path);
     /// Reads a workspace, loads its data and shows the model.
     void open_example(const std::string& path);
@@ -62,6 +63,7 @@ class Form_anomalis : public QMainWindow {
     UncertaintyController& uncertainty() { return *uncertainty_; }
     FindController& find() { return *find_; }
     RecoveryController& recovery() { return *recovery_; }
+    ImportController& import() { return *import_; }
     CalculationWatch& calculation() { return *calculation_; }
 
   protected:
@@ -103,6 +105,7 @@ class Form_anomalis : public QMainWindow {
     FitController* fit_ = nullptr;
     UncertaintyController* uncertainty_ = nullptr;
     FindController* find_ = nullptr;
+    ImportController* import_ = nullptr;
 };
 
 }  // namespace anomalis::window

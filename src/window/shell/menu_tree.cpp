@@ -23,6 +23,9 @@ constexpr MenuItem close{};
 constexpr std::array items{
     open("menu_file", "&File"),
     entry(ActionId::read_all),
+    entry(ActionId::import_survey),
+    entry(ActionId::next_line),
+    entry(ActionId::previous_line),
     entry(ActionId::save_as),
     separator("menu_open_model_2"),
     entry(ActionId::read_bodies),
@@ -63,6 +66,7 @@ constexpr std::array items{
     entry(ActionId::show_section),
     entry(ActionId::show_plan),
     close,
+    entry(ActionId::survey_map),
     close,
 
     open("menu_bodies", "&Bodies", When::line),

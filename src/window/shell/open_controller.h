@@ -1,6 +1,8 @@
 #pragma once
 
+#include <functional>
 #include <string>
+#include <utility>
 
 #include <QObject>
 
@@ -29,12 +31,15 @@ class OpenController : public QObject {
                    ModelNews& news, LineController& line, PageController& pages, StatusPanels& status,
                    const std::vector<flow::ExampleFile>& examples);
 
-    /// Reads a workspace file and shows it; a file of another kind becomes the observed data file.
+    /// Reads a workspace file and shows it; a file of another kind goes to the import.
     void open_file(const std::string& path);
+    void set_import(std::function<void(const std::string& path)> import) { import_ = std::move(import); }
     /// Reads a workspace, loads its data and shows the model.
     void open_example(const std::string& path);
     /// A model that a crash left is back: it is shown like an opened one, and its line is loaded.
     void show_recovered();
+    /// A line of a survey was imported: likewise.
+    void show_imported() { show_recovered(); }
     void follow(WhatChanged what);
 
   private:
@@ -52,6 +57,7 @@ class OpenController : public QObject {
     LineController& line_;
     PageController& pages_;
     StatusPanels& status_;
+    std::function<void(const std::string&)> import_;
 };
 
 }  // namespace anomalis::window
