@@ -153,11 +153,17 @@ bool is_place(Role role) {
            role == Role::latitude;
 }
 
+/// What tells a line, a fiducial or a day is no reading: ties are numbered far from the lines.
+bool is_label(Role role) {
+    return role == Role::line || role == Role::fiducial || role == Role::date;
+}
+
 /// A line that runs due east has one northing, however far it lies from the others: that is a place.
-void keep_places(SurveyLayout& layout, std::vector<FoundNull>& found) {
+void keep_places_and_labels(SurveyLayout& layout, std::vector<FoundNull>& found) {
     std::erase_if(found, [&layout](const FoundNull& null) {
         SurveyColumn& column = layout.columns[null.column];
-        if (!is_place(column.role) || null.value == 0 || looks_like_dummy(null.value)) return false;
+        if (!is_place(column.role) && !is_label(column.role)) return false;
+        if (null.value == 0 || looks_like_dummy(null.value)) return false;
         return std::erase(column.nulls, null.value) > 0;
     });
 }
@@ -228,7 +234,7 @@ SurveyLayout recognise_survey(const std::string& path, const ReadAs& read_as) {
     ValueSample values = sample_values(layout);
     std::vector<FoundNull> extremes = find_extremes(layout, values);
     choose_roles(layout, values);
-    keep_places(layout, extremes);
+    keep_places_and_labels(layout, extremes);
     tell_of_extremes(layout, extremes);
     check_date(layout);
     choose_units(layout, values);
