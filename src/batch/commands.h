@@ -7,6 +7,7 @@
 #include "batch/option_values.h"
 #include "batch/picture_writer.h"
 #include "batch/survey_options.h"
+#include "field/main_field.h"
 
 // One procedure a command. Each returns true when it did its work; what it could not do it has shown.
 namespace anomalis::batch {
@@ -82,6 +83,13 @@ struct UncertaintyCommandOptions {
     std::string output;
 };
 
+struct FieldCommandOptions {
+    field::Place place;
+    double year = 0;
+    bool json = false;
+    std::string output;  ///< empty: the output stream
+};
+
 struct ExportOptions {
     std::string model;
     std::string profile_table;
@@ -91,6 +99,9 @@ struct ExportOptions {
     std::string clean_model;
     std::string body_dxf;
     std::string plan_dxf;
+    std::string geojson;
+    std::string geopackage;
+    bool wgs84 = false;  ///< the GeoPackage too
 };
 
 struct RenderOptions {
@@ -140,6 +151,7 @@ bool run_invert(const InvertCommandOptions& options, BatchSession& batch);
 bool run_find(const FindCommandOptions& options, BatchSession& batch);
 bool run_follow(const FollowCommandOptions& options, BatchSession& batch);
 bool run_uncertainty(const UncertaintyCommandOptions& options, BatchSession& batch);
+bool run_field(const FieldCommandOptions& options, BatchSession& batch);
 bool run_export(const ExportOptions& options, BatchSession& batch);
 bool run_lines(const LinesOptions& options, BatchSession& batch);
 bool run_import(const ImportOptions& options, BatchSession& batch);

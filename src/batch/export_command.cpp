@@ -11,6 +11,7 @@ class ExportCommand : public Command {
     std::string purpose() const override { return "Write tables and drawings for other programs"; }
     void declare(OptionList& options) override {
         options.file("MODEL", options_.model, model_file_purpose);
+        options.flag("--wgs84", options_.wgs84, "The GeoPackage in WGS 84 longitude and latitude too");
         options.any_of("outputs");
         options.output("--profile-table", options_.profile_table, "One line a station");
         options.output("--model-table", options_.model_table, "One line a body");
@@ -20,6 +21,10 @@ class ExportCommand : public Command {
         options.output("--clean-model", options_.clean_model, "The same, one row a body");
         options.output("--dxf-3d", options_.body_dxf, "The bodies as 3D faces, for CAD");
         options.output("--dxf-plan", options_.plan_dxf, "Profile line and outlines of the bodies, for CAD");
+        options.output("--geojson", options_.geojson,
+                       "Stations, outlines and tops of the bodies in WGS 84, for maps (GeoJSON)");
+        options.output("--geopackage", options_.geopackage,
+                       "The same in the coordinate system of the line (GeoPackage)");
     }
     CommandFiles files() const override {
         return {.model = options_.model,
@@ -29,7 +34,9 @@ class ExportCommand : public Command {
                            {"--clean-profile", options_.clean_profile},
                            {"--clean-model", options_.clean_model},
                            {"--dxf-3d", options_.body_dxf},
-                           {"--dxf-plan", options_.plan_dxf}}};
+                           {"--dxf-plan", options_.plan_dxf},
+                           {"--geojson", options_.geojson},
+                           {"--geopackage", options_.geopackage}}};
     }
     bool run(BatchSession& batch) const override { return run_export(options_, batch); }
 

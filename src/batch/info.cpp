@@ -53,16 +53,38 @@ std::string columns_text(const DataDefinition& d) {
     return text.empty() ? "none" : text;
 }
 
+std::string field_text(const Workspace& w) {
+    if (w.source.field_missing) return "not set";
+    return value_text(w.field.intensity) + " nT, inclination " + value_text(w.field.inclination) +
+           ", declination " + value_text(w.field.declination);
+}
+
+/// Where the line came from, as far as the workspace knows.
+std::string source_text(const Workspace& w) {
+    const LineSource& source = w.source;
+    std::string text;
+    const auto add = [&](const char* label, const std::string& value) {
+        if (!value.empty()) text += line(label, shown_text(value));
+    };
+    add("  origin", source.field_origin);
+    if (source.igrf_change != igrf_kept)
+        add("  IGRF",
+            source.igrf_change == igrf_removed ? "removed from the readings" : "added to the readings");
+    add("Coordinates", source.coordinate_system);
+    add("Survey", source.file.empty() || source.line.empty() ? source.file + source.line
+                                                             : source.file + ", line " + source.line);
+    add("  date", source.date);
+    return text;
+}
+
 std::string definition_text(const Workspace& w) {
     const DataDefinition& d = w.definition;
     std::string rows = "from line " + std::to_string(d.first_data_line);
     if (d.last_data_line > 0) rows += " to " + std::to_string(d.last_data_line);
     if (d.read_increment != 1) rows += ", one of every " + std::to_string(d.read_increment);
     return line("Workspace", shown_text(w.model_file)) + line("Data file", shown_text(d.data_file)) +
-           line("  read", rows) + line("  columns", columns_text(d)) +
-           line("Field", value_text(w.field.intensity) + " nT, inclination " +
-                             value_text(w.field.inclination) + ", declination " +
-                             value_text(w.field.declination));
+           line("  read", rows) + line("  columns", columns_text(d)) + line("Field", field_text(w)) +
+           source_text(w);
 }
 
 std::string filter_text(const Workspace& w) {

@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <cmath>
 
+#include "core/failure.h"
 #include "core/numbers.h"
 #include "core/regional.h"
+#include "core/text.h"
 
 namespace anomalis::batch {
 
@@ -69,6 +71,29 @@ OptionList::Take take_window(std::optional<flow::DistanceWindow>& window) {
             return "must be A:B in m along the profile, A below B: " + text;
         window = read;
         return {};
+    };
+}
+
+OptionList::Take take_place(field::Place& place) {
+    return [&place](const std::string& text) -> std::string {
+        field::Place read;
+        std::string_view rest = text;
+        bool whole = next_number(rest, read.latitude) && next_number(rest, read.longitude);
+        if (whole && !rest.empty()) whole = next_number(rest, read.height_m) && rest.empty();
+        if (!whole) return "must be LAT,LON,HEIGHT_M in degrees and m, such as -22.1,140.5,350: " + text;
+        place = read;
+        return {};
+    };
+}
+
+OptionList::Take take_date(double& year) {
+    return [&year](const std::string& text) -> std::string {
+        try {
+            year = field::year_of_date(text);
+            return {};
+        } catch (const Fault& fault) {
+            return fault.what();
+        }
     };
 }
 

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "batch/option_list.h"
+#include "field/main_field.h"
 #include "flow/fit_window.h"
 
 // Values that options of several commands have in common.
@@ -25,6 +26,12 @@ inline constexpr const char* stream_purpose = "Write it here; - is the standard 
 
 /// "A:B", m along the profile, A below B.
 OptionList::Take take_window(std::optional<flow::DistanceWindow>& window);
+
+/// "LAT,LON" or "LAT,LON,HEIGHT_M": three numbers, whatever they are.
+OptionList::Take take_place(field::Place& place);
+
+/// "1990-07-01" or a decimal year.
+OptionList::Take take_date(double& year);
 
 /// The options by which a fit is told regional and noises.
 struct FitChoice {

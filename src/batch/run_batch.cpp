@@ -24,6 +24,7 @@ Commands all_commands(PictureWriter* pictures) {
     commands.push_back(find_command());
     commands.push_back(follow_command());
     commands.push_back(uncertainty_command());
+    commands.push_back(field_command());
     commands.push_back(export_command());
     commands.push_back(lines_command());
     commands.push_back(import_command());

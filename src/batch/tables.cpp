@@ -4,6 +4,7 @@
 #include "batch/commands.h"
 #include "output/clean_tables.h"
 #include "output/dxf.h"
+#include "output/gis_files.h"
 
 namespace anomalis::batch {
 
@@ -33,6 +34,13 @@ bool run_export(const ExportOptions& options, BatchSession& batch) {
     write(options.mesh, ready, &output::write_mesh_header);
     write(options.clean_profile, ready, &output::write_clean_profile_table, failures);
     write(options.clean_model, listed, &output::write_clean_model_table, failures);
+    write(options.geojson, listed, &output::write_geojson, failures);
+    const auto write_package = [&](const std::string& path, const auto& model, auto& prompts,
+                                   const auto& told) {
+        const auto system = options.wgs84 ? output::GisSystem::geographic : output::GisSystem::of_line;
+        return output::write_geopackage(path, model, system, prompts, told);
+    };
+    write(options.geopackage, listed, write_package, failures);
     return done;
 }
 

@@ -22,12 +22,21 @@ SettingsChange mark_changed(Workbench& workbench, const char* what) {
     return SettingsChange::stored;
 }
 
-SettingsChange change_field(Workbench& workbench, float& field, std::string_view text, bool above_zero) {
+/// A keyed field has no other origin. One that nobody gave yet is there with its intensity.
+SettingsChange change_field(Workbench& workbench, float& field, std::string_view text) {
     const auto value = parse_single(text);
-    if (!value || (above_zero && !(*value > 0))) return SettingsChange::refused;
+    Workspace& workspace = workbench.session.workspace;
+    const bool intensity = &field == &workspace.field.intensity;
+    if (!value || (intensity && !(*value > 0))) return SettingsChange::refused;
     if (*value == field) return SettingsChange::unchanged;
     field = *value;
+    workspace.source.field_origin.clear();
+    if (intensity) workspace.source.field_missing = false;
     return mark_changed(workbench, "magnetic field");
+}
+
+std::string field_text(const Workspace& workspace, float value) {
+    return workspace.source.field_missing && value == 0 ? field_not_set : format_number(value, "0.0");
 }
 
 SettingsChange change_filter(Workbench& workbench, std::int32_t& field, std::string_view text) {
@@ -106,11 +115,11 @@ SettingsChange change_settings_box(Workbench& workbench, SettingsBox box, std::s
     Workspace& w = workbench.session.workspace;
     switch (box) {
         case SettingsBox::mag_intensity:
-            return change_field(workbench, w.field.intensity, text, true);
+            return change_field(workbench, w.field.intensity, text);
         case SettingsBox::mag_inclination:
-            return change_field(workbench, w.field.inclination, text, false);
+            return change_field(workbench, w.field.inclination, text);
         case SettingsBox::mag_declination:
-            return change_field(workbench, w.field.declination, text, false);
+            return change_field(workbench, w.field.declination, text);
         case SettingsBox::smooth_filter_width:
             return change_filter(workbench, w.processing.smooth_filter_width, text);
         case SettingsBox::residual_filter_width:
@@ -156,14 +165,25 @@ std::string_view settings_box_rule(SettingsBox box) {
     }
 }
 
+std::string field_remark(const Workspace& workspace) {
+    const LineSource& source = workspace.source;
+    std::string remark = source.field_origin;
+    if (source.field_missing)
+        remark = "Not set: magnetics are not modelled. Give place and date, or key all three";
+    if (source.igrf_change == igrf_kept) return remark;
+    const char* readings = source.igrf_change == igrf_removed ? "IGRF is removed from the readings"
+                                                              : "IGRF is added to the readings";
+    return remark.empty() ? readings : remark + ". " + readings;
+}
+
 std::string settings_box_text(const Workspace& w, SettingsBox box) {
     switch (box) {
         case SettingsBox::mag_intensity:
-            return format_number(w.field.intensity, "0.0");
+            return field_text(w, w.field.intensity);
         case SettingsBox::mag_inclination:
-            return format_number(w.field.inclination, "0.0");
+            return field_text(w, w.field.inclination);
         case SettingsBox::mag_declination:
-            return format_number(w.field.declination, "0.0");
+            return field_text(w, w.field.declination);
         case SettingsBox::smooth_filter_width:
             return format_number(w.processing.smooth_filter_width, "0");
         case SettingsBox::residual_filter_width:

@@ -41,15 +41,20 @@ enum class SettingsChange {
 };
 
 /// Takes a text into the setting of its box.
-/// Field: intensity (nT) above 0, angles (degrees) any number. Filter half-widths and tap step (stations):
-/// whole, not negative. Base levels (nT, mGal): any number that differs by more than 0.1 or 0.01; blank or
-/// -99999 takes the mean of the data. Noise (nT, mGal): above 0; blank lets the fit estimate it. Elevations
-/// (m): any number, the sensor offset not negative. Drawing settings (m): not negative; blank is the default,
-/// 500 for the drawn length of endless bodies and else 0.
+/// Field: intensity (nT) above 0, angles (degrees) any number; a keyed field has no other origin. Filter
+/// half-widths and tap step (stations): whole, not negative. Base levels (nT, mGal): any number that differs
+/// by more than 0.1 or 0.01; blank or -99999 takes the mean of the data. Noise (nT, mGal): above 0; blank
+/// lets the fit estimate it. Elevations (m): any number, the sensor offset not negative. Drawing settings
+/// (m): not negative; blank is the default, 500 for the drawn length of endless bodies and else 0.
 SettingsChange change_settings_box(Workbench& workbench, SettingsBox box, std::string_view text);
 
 /// What the box takes, for a person whose text was refused; "" where its tip says enough.
 std::string_view settings_box_rule(SettingsBox box);
+
+/// In the boxes of a field that nobody gave yet.
+inline constexpr const char* field_not_set = "not set";
+/// Where the field came from, and what was done with it in the readings; "" for a keyed one.
+std::string field_remark(const Workspace& workspace);
 
 /// The text of a box as it is filled from the workspace. An unset base level is blank.
 std::string settings_box_text(const Workspace& workspace, SettingsBox box);

@@ -88,8 +88,20 @@ struct Vector {
     double north = 0, east = 0, down = 0;
 };
 
+/// Cosines and sines of the multiples of a longitude in radians.
+struct Multiples {
+    std::array<double, most_degree + 1> cosines{1}, sines{};
+    explicit Multiples(double longitude) {
+        const double cosine = std::cos(longitude), sine = std::sin(longitude);
+        for (std::size_t m = 1; m < cosines.size(); ++m) {
+            cosines[m] = cosines[m - 1] * cosine - sines[m - 1] * sine;
+            sines[m] = sines[m - 1] * cosine + cosines[m - 1] * sine;
+        }
+    }
+};
+
 /// The negative gradient of the potential, in geocentric directions (Alken et al. 2021, eq. 1).
-Vector synthesise(const Geocentric& place, double longitude, const Coefficients& coefficients) {
+Vector synthesise(const Geocentric& place, const Multiples& around, const Coefficients& coefficients) {
     const Legendre legendre(place.cosine, place.sine);
     const double ratio = reference_radius / place.radius;
     Vector field;
@@ -97,7 +109,8 @@ Vector synthesise(const Geocentric& place, double longitude, const Coefficients&
     for (int n = 1; n <= most_degree; ++n) {
         scale *= ratio;
         for (int m = 0; m <= n; ++m) {
-            const double cosine = std::cos(m * longitude), sine = std::sin(m * longitude);
+            const double cosine = around.cosines[static_cast<std::size_t>(m)];
+            const double sine = around.sines[static_cast<std::size_t>(m)];
             const double g = coefficients.g(n, m), h = coefficients.h(n, m);
             const double along = scale * (g * cosine + h * sine);
             field.north += along * legendre.slope(n, m);
@@ -110,11 +123,14 @@ Vector synthesise(const Geocentric& place, double longitude, const Coefficients&
 
 }  // namespace
 
-MainField main_field(const Place& place, double year) {
+MainFieldModel::MainFieldModel(double year)
+    : coefficients_(std::make_unique<const Coefficients>(coefficients_at(year))) {}
+MainFieldModel::~MainFieldModel() = default;
+
+MainField MainFieldModel::at(const Place& place) const {
     require_place(place);
-    const Coefficients coefficients = coefficients_at(year);
     const Geocentric centred = geocentric(place);
-    const Vector vector = synthesise(centred, place.longitude * degree, coefficients);
+    const Vector vector = synthesise(centred, Multiples(place.longitude * degree), *coefficients_);
     const double cosine = std::cos(centred.tilt), sine = std::sin(centred.tilt);
     MainField field;
     field.north_nT = vector.north * cosine + vector.down * sine;
@@ -125,6 +141,10 @@ MainField main_field(const Place& place, double year) {
     field.inclination_deg = std::atan2(field.down_nT, horizontal) / degree;
     field.declination_deg = std::atan2(field.east_nT, field.north_nT) / degree;
     return field;
+}
+
+MainField main_field(const Place& place, double year) {
+    return MainFieldModel(year).at(place);
 }
 
 }  // namespace anomalis::field

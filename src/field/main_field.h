@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <string_view>
 
 // The main field of the earth from the International Geomagnetic Reference Field, 14th generation (IAGA
@@ -20,8 +21,24 @@ struct MainField {
 inline constexpr double first_year = 1900, last_year = 2030;
 inline constexpr std::string_view model_name = "IGRF-14";
 
-/// Degree 13, linear between epochs. Raises Fault for a year outside of 1900 to 2030, a latitude beyond 90
-/// degrees, a longitude outside of -180 to 360, a height outside of -10 to 600 km.
+class Coefficients;
+
+/// The model at one time, for many places. Degree 13, linear between epochs.
+class MainFieldModel {
+  public:
+    /// Raises Fault for a year outside of 1900 to 2030.
+    explicit MainFieldModel(double year);
+    ~MainFieldModel();
+
+    /// Raises Fault for a latitude beyond 90 degrees, a longitude outside of -180 to 360, a height outside of
+    /// -10 to 600 km.
+    MainField at(const Place& place) const;
+
+  private:
+    std::unique_ptr<const Coefficients> coefficients_;
+};
+
+/// The same for one place.
 MainField main_field(const Place& place, double year);
 
 /// "1990-07-01", "1990" or "1990.5" as a decimal year. Raises Fault with what is wrong.

@@ -50,6 +50,23 @@ ExportOutcome export_file(
     return outcome;
 }
 
+using MapWriter = std::function<int(const std::string& path, const Workspace& workspace, Prompts& prompts,
+                                    const std::vector<std::string>& failures)>;
+
+ExportOutcome export_map(edit::Workbench& workbench, const FileRequest& request, const MapWriter& write) {
+    Session& session = workbench.session;
+    const Workspace& workspace = session.workspace;
+    if (workspace.station_count <= 0 && workspace.body_count <= 0) return ExportOutcome::nothing;
+    // Better said before a name is asked for.
+    const int known = report_failure(
+        session.prompts, "Nothing was exported: ", [&] { output::require_coordinate_system(workspace); });
+    if (known != 0) return ExportOutcome::failed;
+    return export_file(workbench, request,
+                       [&](const std::string& path, const std::vector<std::string>& failures) {
+                           return write(path, workspace, session.prompts, failures);
+                       });
+}
+
 }  // namespace
 
 ExportOutcome export_profile_data(edit::Workbench& workbench) {
@@ -86,6 +103,24 @@ ExportOutcome export_clean_model(edit::Workbench& workbench) {
         workbench, request, [&](const std::string& path, const std::vector<std::string>& failures) {
             return output::write_clean_model_table(path, session.workspace, session.prompts, failures);
         });
+}
+
+ExportOutcome export_geojson(edit::Workbench& workbench) {
+    return export_map(
+        workbench,
+        {"Select the GeoJSON file to create", "GeoJSON (*.geojson)|*.geojson|All files (*.*)|*.*",
+         proposed_name(workbench.session.workspace, ".geojson"), "geojson"},
+        output::write_geojson);
+}
+
+ExportOutcome export_geopackage(edit::Workbench& workbench, output::GisSystem system) {
+    return export_map(workbench,
+                      {"Select the GeoPackage to create", "GeoPackages (*.gpkg)|*.gpkg|All files (*.*)|*.*",
+                       proposed_name(workbench.session.workspace, ".gpkg"), "gpkg"},
+                      [system](const std::string& path, const Workspace& workspace, Prompts& prompts,
+                               const std::vector<std::string>& failures) {
+                          return output::write_geopackage(path, workspace, system, prompts, failures);
+                      });
 }
 
 ExportOutcome export_ensemble(edit::Workbench& workbench) {

@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "output/gis_files.h"
+
 namespace anomalis::edit {
 struct Workbench;
 }  // namespace anomalis::edit
@@ -26,6 +28,11 @@ ExportOutcome export_profile_data(edit::Workbench& workbench);
 /// stations, or bodies, there is nothing.
 ExportOutcome export_clean_profile(edit::Workbench& workbench);
 ExportOutcome export_clean_model(edit::Workbench& workbench);
+
+/// Stations and bodies for a map: GeoJSON in WGS 84, GeoPackage in the system of the line or in WGS 84. A
+/// line whose system nobody knows is told what to do about it, before any question.
+ExportOutcome export_geojson(edit::Workbench& workbench);
+ExportOutcome export_geopackage(edit::Workbench& workbench, output::GisSystem system);
 
 /// The models of the ensemble in force, one row each; without one there is nothing.
 ExportOutcome export_ensemble(edit::Workbench& workbench);

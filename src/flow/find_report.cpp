@@ -4,6 +4,7 @@
 #include "flow/available_channel.h"
 #include "flow/take_found.h"
 #include "model/refresh_model.h"
+#include "model/usable_field.h"
 #include "show/fit_quality.h"
 
 namespace anomalis::flow {
@@ -39,6 +40,7 @@ void take_settings(const FindOptions& options, std::int32_t channel, Workspace& 
 }  // namespace
 
 std::string find_refusal(const Workspace& workspace, std::int32_t channel) {
+    if (std::string missing = model::missing_field(workspace, channel); !missing.empty()) return missing;
     if (channel == channel_grav || workspace.field.intensity > 0) return {};
     return "The field intensity is " + shortest_text(workspace.field.intensity) +
            " nT: it magnetises nothing, and no body can be found by magnetics. Key the field of the survey";

@@ -5,6 +5,7 @@
 #include "edit/workbench.h"
 #include "flow/fit_remark.h"
 #include "flow/inversion_desk.h"
+#include "model/usable_field.h"
 
 namespace anomalis::flow {
 
@@ -18,6 +19,10 @@ void InversionDesk::command_invert(int index) {
     }
     if (edit::line_loaded(workspace) && !panel_.invert_frame) command_toggle_invert_body();
     panel_.channel_index = panel_.corrected_channel(panel_.channel_index, workspace);
+    if (const std::string missing = model::missing_field(workspace, panel_.channel_index); !missing.empty()) {
+        workbench_.session.prompts.message(missing);
+        return observer_.panel_changed();
+    }
     const int limit = panel_.iteration_limit();
     const int body = current_body();
     begin_run(index);

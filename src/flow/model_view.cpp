@@ -279,9 +279,9 @@ void ModelView::clear_charts() {
 void ModelView::chart_moved(int chart, bool outside, double x, double y) {
     const chart::Point user{x, y};
     const chart::Point* place = outside ? nullptr : &user;
-    host_.show_pointer(chart == plan_chart
-                           ? show::plan_pointer(place)
-                           : show::profile_pointer(shown_model(), chart, charts_.chart(chart), place));
+    host_.show_pointer(chart == plan_chart ? show::plan_pointer(shown_model(), place, places_)
+                                           : show::profile_pointer(shown_model(), chart, charts_.chart(chart),
+                                                                   place, places_));
 }
 
 void ModelView::chart_view_changed(int chart) {

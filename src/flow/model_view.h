@@ -126,6 +126,7 @@ class ModelView {
     BodyHand hand_;
     std::optional<show::GraphRanges> ranges_;  ///< none until the model was displayed
     std::array<std::unique_ptr<ChartLink>, edit::model_chart_count + 1> links_;
+    show::GeographicPlaces places_;
     const Workspace* preview_ = nullptr;
     bool calculating_ = false;  ///< what is served meanwhile must not begin another calculation
 };

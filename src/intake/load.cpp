@@ -6,6 +6,7 @@
 #include "core/prompts.h"
 #include "core/workspace.h"
 #include "intake/definition.h"
+#include "intake/igrf_readings.h"
 #include "intake/location_file.h"
 #include "intake/profile.h"
 #include "intake/row_notes.h"
@@ -44,6 +45,14 @@ MissingQuantity missing_quantity(const Workspace& w) {
     return {};
 }
 
+/// Readings that lack what was asked for would be off by the whole field, so there are none then.
+bool take_igrf(Workspace& w, Prompts& prompts) {
+    const char* prefix = w.source.igrf_change == igrf_removed
+                             ? "IGRF could not be removed from the magnetic readings: "
+                             : "IGRF could not be added to the magnetic readings: ";
+    return report_failure(prompts, prefix, [&] { change_igrf(w); }) == 0;
+}
+
 /// Up to the filled stations in file order. False when there are none to go on with.
 bool read_stations(Workspace& w, Prompts& prompts, RowNotes* notes) {
     reset_calculated_data(w, prompts);
@@ -59,7 +68,7 @@ bool read_stations(Workspace& w, Prompts& prompts, RowNotes* notes) {
     }
     if (read_location_file(pass_fill, w, prompts) != 0) return false;
     if (notes) notes->facts = facts_of_rows(w);
-    return true;
+    return take_igrf(w, prompts);
 }
 
 }  // namespace

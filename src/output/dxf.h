@@ -7,7 +7,8 @@ class Prompts;
 struct Workspace;
 }  // namespace anomalis
 
-// Drawings for CAD: plain DXF text with a header of extents and a list of entities, lines ended by CR LF.
+// Drawings for CAD, with the coordinate system in a comment where it is known: plain DXF text with a header
+// of extents and a list of entities, lines ended by CR LF.
 namespace anomalis::output {
 
 /// Writes the bodies as 3D faces, one layer a body: sheets as boxes of six faces, pipes and wires as the

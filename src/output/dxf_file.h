@@ -26,6 +26,8 @@ int write_drawing(const std::string& path, const Workspace& workspace, std::stri
         SafeFile file(path);
         DxfText text(file);
         try {
+            if (const std::string remark = coordinate_remark(workspace); !remark.empty())
+                text.comment(remark);
             text.head(square_extents(workspace));
             std::forward<Fill>(fill)(text);
             text.tail();

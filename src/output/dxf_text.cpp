@@ -1,7 +1,10 @@
 #include "output/dxf_text.h"
 
+#include "core/failure.h"
 #include "core/numbers.h"
+#include "core/text.h"
 #include "core/workspace.h"
+#include "intake/coordinates/coordinate_system.h"
 
 namespace anomalis::output {
 
@@ -18,6 +21,18 @@ SquareExtents square_extents(const Workspace& w) {
         north_low -= d, north_high += d;
     }
     return {to_single(east_low), to_single(east_high), to_single(north_low), to_single(north_high)};
+}
+
+std::string coordinate_remark(const Workspace& workspace) {
+    const std::string& system = workspace.source.coordinate_system;
+    if (system.empty()) return {};
+    const std::string remark = "Coordinates in " + system;
+    try {
+        const std::string name = intake::find_coordinate_system(system).name;
+        return name == system ? remark : remark + " (" + name + ")";
+    } catch (const Fault&) {
+        return remark;  // a name that means something to its owner
+    }
 }
 
 void DxfText::pair(std::string_view code, float value) {
@@ -38,6 +53,10 @@ void DxfText::write_out_if_large() {
 void DxfText::write_out() {
     file_.write(text_);
     text_.clear();
+}
+
+void DxfText::comment(std::string_view words) {
+    pair("999", single_line(words));
 }
 
 void DxfText::head(const SquareExtents& extents) {

@@ -19,6 +19,9 @@ struct SquareExtents {
 };
 SquareExtents square_extents(const Workspace& workspace);
 
+/// What a drawing says of the system of its coordinates; "" where nobody knows it.
+std::string coordinate_remark(const Workspace& workspace);
+
 /// Lines of a drawing on their way to a file. A code line is printed as given, its value on the next line.
 class DxfText {
   public:
@@ -32,6 +35,8 @@ class DxfText {
     void write_out_if_large();
     void write_out();
 
+    /// A line that readers pass over.
+    void comment(std::string_view words);
     void head(const SquareExtents& extents);
     void tail();
 

@@ -1,6 +1,9 @@
 #include "show/pointer_panels.h"
 
+#include <cmath>
+
 #include "chart/ax_grapher.h"
+#include "core/failure.h"
 #include "core/gaps.h"
 #include "core/numbers.h"
 #include "core/search.h"
@@ -36,6 +39,26 @@ bool lacks_reading(const Workspace& workspace, int channel, int station) {
 
 }  // namespace
 
+std::string GeographicPlaces::text(const std::string& coordinate_system, double east, double north) {
+    if (coordinate_system.empty()) return {};
+    if (system_ != coordinate_system) {
+        system_ = coordinate_system;
+        ++ways_found_;
+        change_.reset();
+        try {
+            change_.emplace(coordinate_system, intake::wgs84);
+        } catch (const Fault&) {
+            // A system that means something to its owner alone: there is nothing to show.
+        }
+    }
+    if (!change_) return {};
+    change_->forward({&east, 1}, {&north, 1});
+    if (std::isnan(east)) return {};
+    constexpr const char* digits = "0.00000";  // a metre
+    return format_number(std::abs(east), digits) + (east < 0 ? " W, " : " E, ") +
+           format_number(std::abs(north), digits) + (north < 0 ? " S" : " N");
+}
+
 std::optional<chart::Point> place_under(const chart::AX_Grapher& grapher, float x, float y) {
     const chart::DrawingDevice* surface = grapher.Surface();
     if (!surface || !grapher.HasPlotDefined()) return {};
@@ -50,7 +73,7 @@ double vertical_stretch(const chart::AX_Grapher& section) {
 }
 
 PointerPanels profile_pointer(const Workspace& workspace, int chart, const chart::AX_Grapher& grapher,
-                              const chart::Point* user) {
+                              const chart::Point* user, GeographicPlaces& places) {
     PointerPanels panels;
     panels.chart = chart_name(chart, grapher);
     if (!user || workspace.station_count <= 0) return panels;
@@ -65,10 +88,13 @@ PointerPanels profile_pointer(const Workspace& workspace, int chart, const chart
     panels.north = format_number(workspace.stations(nearest, column_north), "0.00");
     if (chart < edit::profile_chart_count && lacks_reading(workspace, channel_of_chart(chart), nearest))
         panels.chart += " (no reading)";
+    panels.geographic =
+        places.text(workspace.source.coordinate_system, workspace.stations(nearest, column_east),
+                    workspace.stations(nearest, column_north));
     return panels;
 }
 
-PointerPanels plan_pointer(const chart::Point* user) {
+PointerPanels plan_pointer(const Workspace& workspace, const chart::Point* user, GeographicPlaces& places) {
     PointerPanels panels;
     panels.chart = "Plan View";
     if (!user) return panels;
@@ -76,6 +102,7 @@ PointerPanels plan_pointer(const chart::Point* user) {
     panels.y = format_number(user->y, "0.0");
     panels.east = format_number(user->x, "0.00");
     panels.north = format_number(user->y, "0.00");
+    panels.geographic = places.text(workspace.source.coordinate_system, user->x, user->y);
     return panels;
 }
 

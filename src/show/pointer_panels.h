@@ -4,6 +4,7 @@
 #include <string>
 
 #include "chart/drawing_types.h"
+#include "intake/coordinates/coordinate_system.h"
 
 namespace anomalis::chart {
 class AX_Grapher;
@@ -19,13 +20,31 @@ namespace anomalis::show {
 /// the chart's channel the name of the chart says so.
 struct PointerPanels {
     std::string chart, x, y, east, north;
+    std::string geographic =
+        {};  ///< "140.54431 E, 22.10490 S"; blank too where no coordinate system is known
 };
 
-/// Over one of the five charts of the line. `user` is the place in the chart; null outside its plot.
+/// Longitude and latitude of places on the map. The way there is found once, not at every move of the
+/// pointer.
+class GeographicPlaces {
+  public:
+    /// Of a place in a coordinate system; "" for a system that is not known and a place that has none.
+    std::string text(const std::string& coordinate_system, double east, double north);
+    /// How often a way was looked for.
+    int ways_found() const { return ways_found_; }
+
+  private:
+    std::optional<std::string> system_;
+    std::optional<intake::CoordinateChange> change_;  ///< none where there is no way
+    int ways_found_ = 0;
+};
+
+/// Over one of the five charts of the line. `user` is the place in the chart; null outside its plot. The
+/// place on the map is that of the nearest station.
 PointerPanels profile_pointer(const Workspace& workspace, int chart, const chart::AX_Grapher& grapher,
-                              const chart::Point* user);
+                              const chart::Point* user, GeographicPlaces& places);
 /// Over the plan.
-PointerPanels plan_pointer(const chart::Point* user);
+PointerPanels plan_pointer(const Workspace& workspace, const chart::Point* user, GeographicPlaces& places);
 
 /// The place under a pointer at `x`, `y` (surface units from the chart's left and top edge); none outside the
 /// plot.

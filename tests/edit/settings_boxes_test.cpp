@@ -231,4 +231,38 @@ TEST(SettingsBoxes, captions_tell_which_gradient_is_in_use) {
     EXPECT_EQ(gradient_captions(false).width_label, "VG Filter Half-Width");
 }
 
+TEST(SettingsBoxes, a_field_that_nobody_gave_says_so_until_its_strength_is_keyed) {
+    LineSample sample;
+    Workspace& w = sample.workspace();
+    forget_field(w);
+    for (const SettingsBox box :
+         {SettingsBox::mag_intensity, SettingsBox::mag_inclination, SettingsBox::mag_declination})
+        EXPECT_EQ(settings_box_text(w, box), "not set");
+    EXPECT_TRUE(field_remark(w).starts_with("Not set: magnetics are not modelled"));
+    change_settings_box(sample.workbench, SettingsBox::mag_inclination, "-53");
+    EXPECT_TRUE(w.source.field_missing);
+    EXPECT_EQ(settings_box_text(w, SettingsBox::mag_inclination), "-53.0");
+    change_settings_box(sample.workbench, SettingsBox::mag_intensity, "52000");
+    EXPECT_FALSE(w.source.field_missing);
+    EXPECT_EQ(settings_box_text(w, SettingsBox::mag_declination), "0.0");
+    EXPECT_EQ(field_remark(w), "");
+}
+
+TEST(SettingsBoxes, a_keyed_field_has_no_other_origin) {
+    LineSample sample;
+    Workspace& w = sample.workspace();
+    w.source.field_origin = "IGRF-14 at the middle of the line, 1990-07-01";
+    start_history(sample.workbench);
+    EXPECT_EQ(field_remark(w), w.source.field_origin);
+    change_settings_box(sample.workbench, SettingsBox::mag_intensity,
+                        settings_box_text(w, SettingsBox::mag_intensity));
+    EXPECT_NE(w.source.field_origin, "") << "nothing was keyed";
+    change_settings_box(sample.workbench, SettingsBox::mag_declination, "7.25");
+    EXPECT_EQ(w.source.field_origin, "");
+    w.source.igrf_change = igrf_removed;
+    EXPECT_EQ(field_remark(w), "IGRF is removed from the readings");
+    undo_change(sample.workbench);
+    EXPECT_EQ(w.source.field_origin, "IGRF-14 at the middle of the line, 1990-07-01");
+}
+
 }  // namespace anomalis::edit

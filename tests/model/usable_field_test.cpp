@@ -29,5 +29,18 @@ TEST(UsableField, a_field_that_magnetises_nothing_is_doubted_where_bodies_need_o
     EXPECT_EQ(doubts(0, thick_sheet, 0), 0U) << "gravity asks no field";
 }
 
+TEST(UsableField, a_field_that_nobody_gave_is_told_with_what_to_do) {
+    Workspace workspace;
+    workspace.definition.mag_column = 3;
+    workspace.bodies.resize(2);
+    workspace.bodies[1].type = thick_sheet;
+    workspace.body_count = 1;
+    forget_field(workspace);
+    Faults faults;
+    note_unusable_field(workspace, faults);
+    ASSERT_EQ(faults.entries().size(), 1U);
+    EXPECT_TRUE(faults.entries()[0].text.starts_with("The earth's field of this line is not set"));
+}
+
 }  // namespace
 }  // namespace anomalis::model

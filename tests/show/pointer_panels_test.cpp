@@ -37,25 +37,30 @@ TEST(PointerPanels, the_section_tells_its_stretch) {
 
 TEST(PointerPanels, the_plan_tells_map_positions_twice) {
     const chart::Point place{500123.456, 7000001.06};
-    const PointerPanels panels = plan_pointer(&place);
+    const Workspace workspace;
+    GeographicPlaces places;
+    const PointerPanels panels = plan_pointer(workspace, &place, places);
     EXPECT_EQ(panels.chart, "Plan View");
     EXPECT_EQ(panels.x, "500123.5");
     EXPECT_EQ(panels.y, "7000001.1");
     EXPECT_EQ(panels.east, "500123.46");
     EXPECT_EQ(panels.north, "7000001.06");
-    EXPECT_EQ(plan_pointer(nullptr).x, "");
+    EXPECT_EQ(plan_pointer(workspace, nullptr, places).x, "");
 }
 
 TEST(PointerPanels, a_place_beyond_the_line_belongs_to_its_end) {
     ChartSample sample;
     sample.view->display_model();
+    GeographicPlaces places;
     const chart::Point beyond{1e6, 0};
     EXPECT_EQ(
-        profile_pointer(sample.workspace(), edit::chart_mag, sample.chart(edit::chart_mag), &beyond).east,
+        profile_pointer(sample.workspace(), edit::chart_mag, sample.chart(edit::chart_mag), &beyond, places)
+            .east,
         "502500.00");
     const chart::Point before{-1e6, 0};
     EXPECT_EQ(
-        profile_pointer(sample.workspace(), edit::chart_mag, sample.chart(edit::chart_mag), &before).east,
+        profile_pointer(sample.workspace(), edit::chart_mag, sample.chart(edit::chart_mag), &before, places)
+            .east,
         "500000.00");
 }
 
@@ -73,6 +78,31 @@ TEST(PointerPanels, the_place_under_the_pointer_is_found_inside_the_plot_alone) 
     EXPECT_NEAR(place->x, wanted.x, 0.1);
     EXPECT_NEAR(place->y, wanted.y, 0.1);
     EXPECT_FALSE(place_under(section, 5, 5));
+}
+
+TEST(PointerPanels, a_known_system_gives_longitude_and_latitude) {
+    ChartSample sample;
+    Workspace& w = sample.workspace();
+    GeographicPlaces places;
+    const chart::Point place{500000, 7566000};
+    EXPECT_EQ(plan_pointer(w, &place, places).geographic, "") << "nobody said the system";
+    w.source.coordinate_system = "EPSG:32754";
+    EXPECT_TRUE(plan_pointer(w, &place, places).geographic.starts_with("141.00000 E, 22.0"));
+    EXPECT_EQ(plan_pointer(w, nullptr, places).geographic, "");
+    const chart::Point on_line{0, 0};
+    // The first station is at 500000 E, 7000000 N.
+    EXPECT_TRUE(profile_pointer(w, edit::chart_mag, sample.chart(edit::chart_mag), &on_line, places)
+                    .geographic.starts_with("141.00000 E, 27.1"));
+}
+
+TEST(PointerPanels, the_way_to_the_globe_is_found_once_a_system) {
+    GeographicPlaces places;
+    for (int i = 0; i < 100; ++i) places.text("EPSG:32754", 500000 + i, 7566000);
+    EXPECT_EQ(places.ways_found(), 1);
+    EXPECT_EQ(places.text("EPSG:32755", 500000, 7566000).substr(0, 11), "147.00000 E");
+    for (int i = 0; i < 3; ++i) EXPECT_EQ(places.text("no such grid", 500000, 7566000), "");
+    EXPECT_EQ(places.ways_found(), 3);
+    EXPECT_EQ(places.text("EPSG:4326", 500000, 7566000), "") << "these are no degrees";
 }
 
 }  // namespace anomalis::show

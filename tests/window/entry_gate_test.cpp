@@ -258,6 +258,7 @@ void EntryGateTest::every_other_way_takes_it_over_too_data() {
                             "Command_load_locations",
                             "Command_select_data_location_file",
                             "Command_define_observed_transform",
+                            "Command_field_from_place",
                             "Command_Save_Screenshot_0",
                             "Command_Save_Screenshot_1",
                             "Command_invert_0",

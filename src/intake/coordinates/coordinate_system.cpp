@@ -58,6 +58,14 @@ CoordinateSystem find_coordinate_system(const std::string& text) {
     return system;
 }
 
+std::string coordinate_system_wkt(const std::string& text) {
+    const ProjContext context = proj_context();
+    const ProjObject object = proj_system(context.get(), text);
+    const char* wkt = proj_as_wkt(context.get(), object.get(), PJ_WKT1_GDAL, nullptr);
+    if (!wkt) throw Fault("The coordinate system " + system_name(object.get()) + " cannot be written down");
+    return wkt;
+}
+
 std::vector<CoordinateSystem> coordinate_systems_like(const std::string& text, std::size_t most) {
     const NameSearch search = search_names(text, all_system_names(), most);
     std::vector<CoordinateSystem> systems;

@@ -24,6 +24,9 @@ struct CoordinateSystem {
 /// part without.
 CoordinateSystem find_coordinate_system(const std::string& text);
 
+/// The definition of a system in the well-known text that other programs read (OGC 01-009). Raises Fault.
+std::string coordinate_system_wkt(const std::string& text);
+
 /// Systems whose names have most words of a text in common with it, best first; for a person who looks for
 /// one.
 std::vector<CoordinateSystem> coordinate_systems_like(const std::string& text, std::size_t most);

@@ -64,7 +64,10 @@ EntryBox* DefinitionsPage::first_refused() const {
 
 void DefinitionsPage::follow(WhatChanged what) {
     if (what & News::boxes) return fill(bool(what & News::step_taken));
-    if (what & News::settings) processing_->update_base_frame();
+    if (what & News::settings) {
+        processing_->update_base_frame();
+        field_->show_source();
+    }
     if (what & News::definition) show_head();
 }
 

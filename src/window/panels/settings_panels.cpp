@@ -2,6 +2,11 @@
 
 #include <QCheckBox>
 #include <QGridLayout>
+#include <QLabel>
+#include <QPushButton>
+
+#include "window/shell/look.h"
+#include "window/widgets/plain_text.h"
 
 namespace anomalis::window {
 
@@ -57,6 +62,31 @@ FieldPanel::FieldPanel(edit::Workbench& workbench, FormGuards& guards, ModelNews
     place(0, 0, intensity, field_boxes_[0]);
     place(1, 0, inclination, field_boxes_[1]);
     place(1, 1, declination, field_boxes_[2]);
+    QPushButton* from_place =
+        make_button({"Command_field_from_place", "From place and date...", "",
+                     "Find the field by IGRF-14 for the place and the day of the survey"});
+    place_bare(0, 1, from_place);
+    connect(from_place, &QPushButton::clicked, this, &FieldPanel::place_and_date_wanted);
+    remark_ = new QLabel;
+    remark_->setObjectName("Label_field_origin");
+    remark_->setTextFormat(Qt::PlainText);
+    remark_->setWordWrap(true);
+    make_quiet(*remark_);
+    grid()->addWidget(remark_, 2, 0, 1, grid()->columnCount());
+    remark_->hide();
+}
+
+void FieldPanel::fill() {
+    SettingsPanel::fill();
+    show_source();
+}
+
+void FieldPanel::show_source() {
+    for (CommitBox* box : field_boxes_)
+        if (!box->isModified() && !box->refused()) box->refill();
+    const QString remark = shown(edit::field_remark(workbench().session.workspace));
+    remark_->setText(remark);
+    remark_->setVisible(!remark.isEmpty());
 }
 
 std::array<std::string, 3> FieldPanel::texts() const {

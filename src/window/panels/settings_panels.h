@@ -11,6 +11,7 @@
 
 class QCheckBox;
 class QComboBox;
+class QLabel;
 
 namespace anomalis::window {
 
@@ -55,9 +56,16 @@ class FieldPanel : public SettingsPanel {
     FieldPanel(edit::Workbench& workbench, FormGuards& guards, ModelNews& news);
     /// The three texts as their boxes show them: intensity, inclination, declination.
     std::array<std::string, 3> texts() const;
+    void fill() override;
+    /// Boxes that nobody is typing in, and what is said of the field beneath them.
+    void show_source();
+
+  signals:
+    void place_and_date_wanted();
 
   private:
     std::array<CommitBox*, 3> field_boxes_{};
+    QLabel* remark_;
 };
 
 /// Drawing: grids, the drawn length of endless bodies, label and aspect ratio.

@@ -26,6 +26,8 @@ struct PanelPlan {
     const char* tip;
 };
 
+constexpr std::size_t north_panel = 5;  // of the plans
+
 constexpr std::array<PanelPlan, 7> plans{
     {{"", "", "What happened last"},
      {"", "Model (Vertical stretch 00.00)", "The chart under the pointer"},
@@ -82,7 +84,22 @@ StatusPanels::StatusPanels(QWidget* parent) : QStatusBar(parent) {
         } else {
             addPermanentWidget(holder);
         }
+        if (i == north_panel) add_geographic();
     }
+}
+
+void StatusPanels::add_geographic() {
+    auto* holder = new QWidget;
+    auto* row = new QHBoxLayout(holder);
+    row->setContentsMargins(0, 2, 4, 2);
+    geographic_ = new QLabel;
+    geographic_->setTextFormat(Qt::PlainText);
+    geographic_->setObjectName("StatusBar_geographic");
+    geographic_->setMinimumWidth(fontMetrics().horizontalAdvance("000.00000 W, 00.00000 S"));
+    holder->setToolTip(tr("Longitude and latitude of the same place, WGS 84 degrees"));
+    row->addWidget(geographic_);
+    addPermanentWidget(holder);
+    holder->hide();
 }
 
 /// It stands in the room of the message.
@@ -130,6 +147,13 @@ void StatusPanels::show_pointer(const show::PointerPanels& panels) {
     panel(4)->setText(QString::fromStdString(panels.y));
     panel(5)->setText(QString::fromStdString(panels.east));
     panel(6)->setText(QString::fromStdString(panels.north));
+    show_geographic(QString::fromStdString(panels.geographic));
+}
+
+/// It takes no room where no coordinate system is known; where one is it keeps its place.
+void StatusPanels::show_geographic(const QString& place) {
+    geographic_->setText(place);
+    if (!place.isEmpty()) geographic_->parentWidget()->show();
 }
 
 void StatusPanels::show_misfit(double data_norm, double gradient_norm) {
@@ -155,6 +179,8 @@ void StatusPanels::show_progress(int percent) {
 
 void StatusPanels::clear_line() {
     for (int number = 2; number <= 7; ++number) panel(number)->clear();
+    geographic_->clear();
+    geographic_->parentWidget()->hide();
 }
 
 }  // namespace anomalis::window

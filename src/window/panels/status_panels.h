@@ -40,12 +40,15 @@ class StatusPanels : public QStatusBar {
   private:
     QLabel* panel(int number) { return panels_.at(static_cast<std::size_t>(number - 1)); }
     QProgressBar* make_progress_bar();
+    void add_geographic();
+    void show_geographic(const QString& place);
 
     void show_message(const QString& words);
 
     QString refused_;
     bool just_refused_ = false;  ///< by the command that is still under way
     std::array<QLabel*, 7> panels_{};
+    QLabel* geographic_ = nullptr;  ///< of the place under the pointer
     QProgressBar* progress_;
 };
 

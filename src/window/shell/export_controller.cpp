@@ -40,6 +40,17 @@ ExportController::ExportController(QWidget& window, edit::Workbench& workbench, 
     actions.on(ActionId::export_profile, [this] { export_table(flow::export_profile_data); });
     actions.on(ActionId::export_clean_profile, [this] { export_table(flow::export_clean_profile); });
     actions.on(ActionId::export_clean_bodies, [this] { export_table(flow::export_clean_model); });
+    actions.on(ActionId::export_geojson, [this] { export_table(flow::export_geojson); });
+    actions.on(ActionId::export_geopackage, [this] {
+        export_table([](edit::Workbench& bench) {
+            return flow::export_geopackage(bench, output::GisSystem::of_line);
+        });
+    });
+    actions.on(ActionId::export_geopackage_wgs84, [this] {
+        export_table([](edit::Workbench& bench) {
+            return flow::export_geopackage(bench, output::GisSystem::geographic);
+        });
+    });
     const auto add = [&](const ControlText& text, flow::ScreenshotKind kind) {
         connect(charts.add_button(text), &QPushButton::clicked, this, [this, &gate, kind] {
             if (gate.pass()) screenshot(kind);

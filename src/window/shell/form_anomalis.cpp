@@ -22,6 +22,7 @@
 #include "window/shell/bodies_controller.h"
 #include "window/shell/calculation_watch.h"
 #include "window/shell/export_controller.h"
+#include "window/shell/field_controller.h"
 #include "window/shell/find_controller.h"
 #include "window/shell/fit_controller.h"
 #include "window/shell/form_inversion.h"
@@ -109,6 +110,7 @@ void Form_anomalis::make_controllers(const std::vector<flow::ExampleFile>& examp
     line_ = new LineController(workbench_, gate_, news_, *definitions_page_, *pages_, *status_);
     open_ =
         new OpenController(this, workbench_, *actions_, gate_, news_, *line_, *pages_, *status_, examples);
+    field_ = new FieldController(workbench_, *actions_, gate_, news_, *definitions_page_, *line_, *status_);
     new ExportController(*this, workbench_, *actions_, gate_, *charts_, *status_);
     save_ = new SaveController(*this, workbench_, *actions_, gate_, guards_, news_, *charts_, *status_,
                                [this] { return window_layout(); });
@@ -168,6 +170,7 @@ void Form_anomalis::follow(WhatChanged what) {
     }
     if (what & News::calculated) status_->show_misfit(charts_->misfit()[0], charts_->misfit()[1]);
     formulas_->follow(what);
+    field_->follow(what);
     fit_->follow(what);
     uncertainty_->follow(what);
     find_->follow(what);

@@ -20,6 +20,7 @@ class CalculationWatch;
 class ChartsPanel;
 class DefinitionsPage;
 class FindController;
+class FieldController;
 class FitController;
 class FormInversion;
 class FormulasController;
@@ -99,6 +100,7 @@ class Form_anomalis : public QMainWindow {
     OpenController* open_ = nullptr;
     SaveController* save_ = nullptr;
     FormulasController* formulas_ = nullptr;
+    FieldController* field_ = nullptr;
     RecoveryController* recovery_ = nullptr;
     WatchController* watch_ = nullptr;
     FormInversion* inversion_ = nullptr;

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "output/gis_layers.h"
+
+// Private to this room.
+namespace anomalis::output {
+
+/// Where points lie.
+struct GisEnvelope {
+    double x_low = 0, x_high = 0, y_low = 0, y_high = 0;
+};
+GisEnvelope envelope_of(const std::vector<GisPoint>& points);
+
+/// A geometry as GeoPackage keeps it (OGC 12-128r18, 2.1.3): its header, with the envelope of a polygon, then
+/// well-known binary, all with the low byte first.
+std::string geopackage_geometry(const std::vector<GisPoint>& points, bool polygon, std::int32_t system);
+
+}  // namespace anomalis::output
