@@ -190,6 +190,11 @@ bool choose_data_file(edit::Workbench& workbench) {
 void set_data_file(edit::Workbench& workbench, const std::string& path) {
     Session& session = workbench.session;
     Workspace& workspace = session.workspace;
+    if (path != workspace.definition.data_file) {
+        // Place and day of the survey may well be those of its other lines.
+        workspace.source.file.clear();
+        workspace.source.line.clear();
+    }
     workspace.definition.data_file = path;
     workspace.definition.data_file_as_named.clear();
     workbench.reports = {};

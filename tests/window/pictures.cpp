@@ -63,7 +63,7 @@ void keep_forms(const QString& folder) {
     for (const int tab : {0, 1})
         keep_form(folder + "/transform_" + QString::number(tab) + ".png", tab,
                   [&] { sample.find<QPushButton>("Command_define_observed_transform").click(); });
-    for (const char* form : {"find_file", "keyboard_shortcuts"})
+    for (const char* form : {"find_file", "keyboard_shortcuts", "field_from_place"})
         keep_form(folder + "/" + form + ".png", 0,
                   [&] { sample.find<QAction>((std::string("menu_") + form).c_str()).trigger(); });
 }
