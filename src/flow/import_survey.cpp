@@ -118,8 +118,7 @@ std::vector<std::string> table_comments(const SurveyIndex& index, const Imported
                                       "Coordinate system: " + system_text(source.coordinate_system),
                                       "Date: " + (source.date.empty() ? "not known" : source.date)};
     if (!source.line.empty()) comments.insert(comments.begin() + 1, "Line: " + source.line);
-    if (index.in_degrees)
-        comments.push_back("Projected from longitude and latitude (" + system_text(index.from_system) + ")");
+    if (index.in_degrees) comments.push_back("Projected from: longitude and latitude");
     if (!main_field_text.empty()) comments.push_back(main_field_text);
     comments.push_back("No reading: -1e32");
     return comments;

@@ -100,8 +100,8 @@ std::string change_main_field(const ImportChoices& choices, ImportedLine& import
         throw Fault("The main field cannot be " + what + " the magnetics of " + imported.title + ": the " +
                     missing + " of the survey is not known");
     source.igrf_change = removed ? igrf_removed : igrf_added;
-    return "mag_nT is as in the source file; the workspace has " + std::string(field::model_name) + " " +
-           what + " it";
+    return "Main field: mag_nT is as in the source file; the workspace has " +
+           std::string(field::model_name) + " " + what + " it";
 }
 
 }  // namespace anomalis::flow

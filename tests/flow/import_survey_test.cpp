@@ -50,6 +50,20 @@ TEST(ImportSurvey, the_first_tab_reads_what_is_left_behind) {
     EXPECT_EQ(read.grav.data(21, row_raw, stage_observed), 1);
 }
 
+TEST(ImportSurvey, the_table_is_a_survey_file_itself) {
+    Importing survey(survey_in_degrees(140.8, -22.1), "EPSG:32754");
+    survey.choices.date = "1990-07-01";
+    const ImportedLine line = survey.line(0);
+    const Importing again(line.table, "", "again.csv");
+    const intake::SurveyLayout& layout = again.index.layout;
+    EXPECT_EQ(layout.names_row, 1);
+    EXPECT_EQ(layout.columns[2].name, "mag_nT");
+    EXPECT_EQ(layout.columns[2].role, Role::mag);
+    EXPECT_EQ(again.index.coordinate_system, "EPSG:32754");
+    EXPECT_FALSE(again.index.in_degrees);
+    EXPECT_EQ(again.index.rows, 30);
+}
+
 TEST(ImportSurvey, sets_the_field_of_place_and_date) {
     Importing survey(survey_in_degrees(140.6, -22.1));
     survey.choices.date = "1990-07-01";

@@ -62,6 +62,11 @@ bool split_names(std::string_view line, const TableShape& shape, std::vector<std
     return fits();
 }
 
+/// "! Date: 1990-07-01" names no columns, however many words it has.
+bool is_remark(std::string_view line) {
+    return is_table_comment(line) && comment_text(line).find(": ") != std::string_view::npos;
+}
+
 bool are_units(std::span<const std::string_view> fields) {
     std::size_t units = 0;
     for (const std::string_view field : fields) {
@@ -113,7 +118,7 @@ void name_columns(std::span<const NumberedLine> before_rows, const TableShape& s
     constexpr int nearest = 6;  // text between names and rows: rules, units
     int seen = 0;
     for (auto line = before_rows.rbegin(); line != before_rows.rend() && seen < nearest; ++line) {
-        if (trim_field(line->text).empty()) continue;
+        if (trim_field(line->text).empty() || is_remark(line->text)) continue;
         ++seen;
         if (units.empty()) {
             split_by_shape(is_table_comment(line->text) ? comment_text(line->text) : line->text, shape,
