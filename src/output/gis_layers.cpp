@@ -77,10 +77,11 @@ std::vector<GisValue> body_values(const Workspace& w, int number) {
         values.emplace_back(static_cast<double>(body_param(body, code).value));
     if (w.has_mag()) {
         // A wire keeps its current where other bodies keep the susceptibility.
-        const GisValue value = static_cast<double>(body.susc.value);
         const bool current = carries_current(body.type);
-        values.push_back(current ? GisValue() : value);
-        values.push_back(current ? value : GisValue());
+        for (const bool there : {!current, current}) {
+            values.emplace_back();
+            if (there) values.back() = static_cast<double>(body.susc.value);
+        }
     }
     if (w.has_grav()) values.emplace_back(static_cast<double>(body.density.value));
     return values;
