@@ -45,7 +45,8 @@ bool within(const chart::Rect& inner, const chart::Rect& outer) {
     return outer.contains({inner.x_low, inner.y_low}) && outer.contains({inner.x_high, inner.y_high});
 }
 
-chart::Rect survey_extent(const intake::SurveyIndex& index) {
+/// Of all places, m from the origin of the index.
+chart::Rect track_box(const intake::SurveyIndex& index) {
     constexpr double far = 1e300;
     chart::Rect extent{far, -far, far, -far};
     for (const intake::SurveyLineInfo& line : index.lines)
@@ -55,7 +56,11 @@ chart::Rect survey_extent(const intake::SurveyIndex& index) {
             extent.y_low = std::min(extent.y_low, static_cast<double>(point.north));
             extent.y_high = std::max(extent.y_high, static_cast<double>(point.north));
         }
-    if (!(extent.x_low <= extent.x_high)) extent = {0, 0, 0, 0};
+    return extent.x_low <= extent.x_high ? extent : chart::Rect{0, 0, 0, 0};
+}
+
+chart::Rect survey_extent(const intake::SurveyIndex& index) {
+    chart::Rect extent = track_box(index);
     const double margin = std::max({extent.width(), extent.height(), 1.0}) / 10;
     open_to(extent.x_low, extent.x_high, extent.width() + 2 * margin);
     open_to(extent.y_low, extent.y_high, extent.height() + 2 * margin);
@@ -172,9 +177,10 @@ void SurveyMap::set_limits() {
 int SurveyMap::line_width() const {
     const double pixels_a_metre = map_.XAxisScale() / units_per_screen_pixel;
     const double length = track_length(*index_) * pixels_a_metre;
-    const chart::Rect extent = survey_extent(*index_);
+    const chart::Rect extent = track_box(*index_);
     const double area = extent.width() * extent.height() * pixels_a_metre * pixels_a_metre;
-    const double spacing = length > 0 ? area / length : 100;
+    constexpr std::size_t few_lines = 3;
+    const double spacing = length > 0 && index_->lines.size() > few_lines ? area / length : 100;
     return spacing > 9 ? 3 : spacing > 5 ? 2 : 1;
 }
 
