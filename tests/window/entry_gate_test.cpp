@@ -52,7 +52,7 @@ struct HalfTyped : Modelled {
         other = write_workspace(other_folder, 51);
         form->open_file(other);
         path = folder.path("line.axm");
-        form->open_example(path);
+        form->open_file(path);
         prompts.messages.clear();
         prompts.open_paths = {other};
         prompts.save_paths = {folder.path("written"), folder.path("written_too")};

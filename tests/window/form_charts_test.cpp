@@ -38,7 +38,7 @@ namespace {
 struct Shown : FormSample {
     Shown() {
         form->resize(1280, 800);
-        form->open_example(write_workspace(folder));
+        form->open_file(write_workspace(folder));
         settle();
     }
     void settle() { QTest::qWait(120); }

@@ -82,7 +82,7 @@ void choose_tab(QDialog& dialog, int tab) {
 
 void FormDialogsTest::a_transform_that_changed_drops_the_stations() {
     Dialogs sample;
-    sample.form->open_example(write_workspace(sample.folder));
+    sample.form->open_file(write_workspace(sample.folder));
     sample.choose_tab(0);
     sample.transform([](QDialog& dialog) {
         QCOMPARE(dialog.objectName(), QString("Form_define_point_transform"));
@@ -103,7 +103,7 @@ void FormDialogsTest::a_transform_that_changed_drops_the_stations() {
 
 void FormDialogsTest::done_without_an_edit_and_cancel_change_nothing() {
     Dialogs sample;
-    sample.form->open_example(write_workspace(sample.folder));
+    sample.form->open_file(write_workspace(sample.folder));
     sample.transform([](QDialog& dialog) {
         choose_tab(dialog, 1);
         press(dialog, "Command_Done");

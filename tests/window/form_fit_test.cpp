@@ -117,7 +117,7 @@ void FormFitTest::it_is_there_after_reopening() {
     const std::string path = sample.folder.path("fitted.axm");
     QCOMPARE(workspace_file::write_model_parameters(0, path, sample.workspace(), sample.prompts), 0);
     FormSample again;
-    again.form->open_example(path);
+    again.form->open_file(path);
     again.find<QAction>("menu_fit_results").trigger();
     auto* results = again.form->findChild<Form_fit*>();
     QVERIFY(results->findChild<QTableWidget*>("Table_fit_parameters")->isVisible());

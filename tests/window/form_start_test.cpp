@@ -65,8 +65,7 @@ void FormStartTest::menus_of_a_line_are_hidden_without_one() {
     QVERIFY(menu_shown(sample, "menu_file"));
     const TempFolder folder;
     sample.form->open_file(write_workspace(folder));
-    QVERIFY(!menu_shown(sample, "menu_view"));
-    sample.click("Command_load_locations");
+    sample.choose_tab(0);
     QVERIFY(menu_shown(sample, "menu_view"));
     QVERIFY(menu_shown(sample, "menu_model"));
     sample.type("Text_MAGINV_nhead", "3");

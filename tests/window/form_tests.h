@@ -26,6 +26,7 @@ QObject* make_formulas_controller_test();
 QObject* make_import_test();
 QObject* make_invert_panel_test();
 QObject* make_line_controller_test();
+QObject* make_opening_test();
 QObject* make_look_test();
 QObject* make_model_keys_test();
 QObject* make_model_news_test();

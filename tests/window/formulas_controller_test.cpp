@@ -22,7 +22,7 @@ class FormulasControllerTest : public QObject {
 namespace {
 
 struct Opened {
-    Opened() { sample.form->open_example(write_workspace(folder)); }
+    Opened() { sample.form->open_file(write_workspace(folder)); }
     QPushButton& button() { return sample.find<QPushButton>("Command_exact_formulas"); }
     QAction& entry() { return sample.find<QAction>("menu_exact_formulas"); }
     Workspace& workspace() { return sample.session.workspace; }
@@ -116,7 +116,7 @@ void FormulasControllerTest::a_file_brings_its_own_choice() {
     const std::string path = opened.folder.path("exact.axm");
     QCOMPARE(workspace_file::write_model_parameters(0, path, opened.workspace(), opened.sample.prompts), 0);
     opened.entry().trigger();
-    opened.sample.form->open_example(path);
+    opened.sample.form->open_file(path);
     QVERIFY(opened.entry().isChecked());
     opened.is_quietly_exact();
 }
@@ -131,7 +131,7 @@ void FormulasControllerTest::a_fresh_installation_begins_exact_and_then_with_the
         QVERIFY(fresh.find<QPushButton>("Command_exact_formulas").isVisible());
         QVERIFY(!fresh.form->workbench().unsaved);
         // A workspace file says its own, which is no choice for new lines.
-        fresh.form->open_example(write_workspace(kept));
+        fresh.form->open_file(write_workspace(kept));
         QCOMPARE(fresh.session.workspace.formulas, Formulas::classic);
     }
     {

@@ -17,7 +17,7 @@ class LineControllerTest : public QObject {
     Q_OBJECT
 
   private slots:
-    void a_workspace_opens_without_its_data();
+    void a_workspace_opens_with_its_data_on_the_model();
     void the_load_shows_number_length_and_spacing_and_stays_on_the_first_tab();
     void the_head_names_and_tints_the_columns_in_use();
     void a_refused_definition_stays_in_its_box_and_keeps_the_line();
@@ -31,7 +31,7 @@ class LineControllerTest : public QObject {
     void the_bodies_alone_leave_the_definitions();
     void a_data_file_is_chosen_by_click_key_and_button();
     void a_residual_filter_hides_the_base_levels();
-    void a_file_without_records_says_nothing();
+    void a_file_without_records_says_so_in_the_status_bar();
 };
 
 namespace {
@@ -40,6 +40,7 @@ struct Opened : FormSample {
     Opened() : path(write_workspace(folder)) {
         prompts.open_paths.push_back(path);
         find<QAction>("menu_open_model_0").trigger();
+        choose_tab(0);
     }
     void load() { click("Command_load_locations"); }
     int stations() const { return session.workspace.station_count; }
@@ -50,17 +51,20 @@ struct Opened : FormSample {
 
 }  // namespace
 
-void LineControllerTest::a_workspace_opens_without_its_data() {
-    Opened sample;
+void LineControllerTest::a_workspace_opens_with_its_data_on_the_model() {
+    FormSample sample;
+    const TempFolder folder;
+    sample.prompts.open_paths.push_back(write_workspace(folder));
+    sample.find<QAction>("menu_open_model_0").trigger();
     QCOMPARE(sample.prompts.open_requests.at(0).title, std::string("Select the profile model file"));
     QCOMPARE(sample.form->windowTitle(), QString("Anomalis: line.axm"));
     QCOMPARE(sample.text("Text_data_locations"), QString("line.dat"));
     QCOMPARE(sample.text("Text_MAGINV_magpos"), QString("6"));
-    QCOMPARE(sample.stations(), 0);
-    QCOMPARE(sample.tab(), 0);
+    QCOMPARE(sample.session.workspace.station_count, edit::LineSample::stations);
+    QCOMPARE(sample.tab(), 1);
     QVERIFY(!sample.session.model_changed);
-    sample.choose_tab(1);
-    QVERIFY(sample.find<QWidget>("Frame_hint").isVisible());
+    QVERIFY(!sample.find<QWidget>("Frame_hint").isVisible());
+    QVERIFY2(sample.status(1).endsWith("101 stations, 2.5 km, spacing 25 m"), qPrintable(sample.status(1)));
 }
 
 void LineControllerTest::the_load_shows_number_length_and_spacing_and_stays_on_the_first_tab() {
@@ -253,12 +257,13 @@ void LineControllerTest::a_residual_filter_hides_the_base_levels() {
     QVERIFY(sample.find<QWidget>("Frame_base_levels").isVisible());
 }
 
-void LineControllerTest::a_file_without_records_says_nothing() {
+void LineControllerTest::a_file_without_records_says_so_in_the_status_bar() {
     Opened sample;
     sample.prompts.open_paths.push_back(sample.folder.write("empty.dat", "header\n   \n\n"));
     sample.click("Command_select_data_location_file");
     sample.load();
     QVERIFY(sample.prompts.messages.empty());
+    QVERIFY2(sample.status(1).startsWith("Nothing was loaded: "), qPrintable(sample.status(1)));
     QCOMPARE(sample.text("Text_number_locations"), QString());
     QCOMPARE(sample.stations(), 0);
 }

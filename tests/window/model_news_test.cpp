@@ -96,7 +96,7 @@ void ModelNewsTest::a_begin_goes_back_to_the_section_and_the_bars() {
     sample.click("Command_toggle_invert_body");
     QVERIFY(sample.form->workbench().view.show_plan);
     if (begin == "load") sample.form->load_locations();
-    if (begin == "open") sample.form->open_example(sample.folder.path("line.axm"));
+    if (begin == "open") sample.form->open_file(sample.folder.path("line.axm"));
     if (begin == "delete all") sample.trigger("menu_delete_body_0");
     if (begin == "first add") sample.trigger("menu_add_body_0");
     QVERIFY(!sample.form->workbench().view.show_plan);

@@ -92,7 +92,7 @@ RestlessPerson::~RestlessPerson() = default;
 
 void RestlessPerson::start_anew() {
     form_->resize(usual_size);
-    form_->open_example(folder_.path("line.axm"));
+    form_->open_file(folder_.path("line.axm"));
     settle();
 }
 

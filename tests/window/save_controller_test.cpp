@@ -51,7 +51,7 @@ class SaveControllerTest : public QObject {
 namespace {
 
 struct Opened : FormSample {
-    Opened() { form->open_example(write_workspace(folder)); }
+    Opened() { form->open_file(write_workspace(folder)); }
     void trigger(const char* name) { find<QAction>(name).trigger(); }
     bool exists(const char* name) { return !file_exists(folder.path(name)).empty(); }
     TempFolder folder;
@@ -195,7 +195,7 @@ void SaveControllerTest::a_repaired_body_is_no_step_that_keys_must_pass() {
     text.replace(heading, 2, " 9");
     const std::string nameless = sample.folder.write("nameless.axm", text);
     sample.type("Text_MAGINV_topo", "12");
-    sample.form->open_example(nameless);
+    sample.form->open_file(nameless);
     sample.choose_tab(1);
     QTest::qWait(30);
     QCOMPARE(sample.session.workspace.body(1).type, std::int32_t{thin_sheet});
@@ -243,7 +243,7 @@ void SaveControllerTest::recent_files_come_back_at_the_next_start_and_open() {
     next.choose_tab(1);
     entry.trigger();
     QCOMPARE(next.form->windowTitle(), QString("Anomalis: line.axm"));
-    QCOMPARE(next.tab(), 0);
+    QCOMPARE(next.tab(), 1);
     QCOMPARE(current_folder(), folder.folder());
 }
 

@@ -35,7 +35,7 @@ int mixed_blocks(const QImage& picture) {
 struct Shown : FormSample {
     Shown() {
         form->resize(1280, 800);
-        form->open_example(write_workspace(folder));
+        form->open_file(write_workspace(folder));
         QTest::qWait(150);
     }
     TempFolder folder;

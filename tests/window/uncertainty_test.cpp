@@ -215,7 +215,7 @@ void UncertaintyTest::ghosts_and_fan_are_shown_or_not_and_that_is_kept() {
     const std::string settings = folder.path("settings.ini");
     {
         FormSample sample({}, settings);
-        sample.form->open_example(write_workspace(folder));
+        sample.form->open_file(write_workspace(folder));
         auto& entry = sample.find<QAction>("menu_display_uncertainty");
         QVERIFY(entry.isChecked() && sample.form->workbench().view.show_ensemble);
         entry.trigger();

@@ -44,7 +44,7 @@ namespace {
 struct Shown : FormSample {
     Shown() : path(write_workspace(folder)) {
         form->resize(1280, 800);
-        form->open_example(path);
+        form->open_file(path);
         settle();
     }
     void settle() { QTest::qWait(120); }

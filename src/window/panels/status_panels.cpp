@@ -29,7 +29,7 @@ struct PanelPlan {
 constexpr std::size_t north_panel = 5;  // of the plans
 
 constexpr std::array<PanelPlan, 7> plans{
-    {{"", "", "What happened last"},
+    {{"", "", "What happened last; a click shows the report of the load"},
      {"", "Model (Vertical stretch 00.00)", "The chart under the pointer"},
      {"X", "0000000.00", "Distance along the profile under the pointer, m"},
      {"Y", "-000000.00", "Value under the pointer, in the chart's unit"},
@@ -52,6 +52,11 @@ class ElidedLabel : public QLabel {
 };
 
 }  // namespace
+
+bool StatusPanels::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::MouseButtonRelease && watched == panel(1)) emit message_clicked();
+    return QStatusBar::eventFilter(watched, event);
+}
 
 StatusPanels::StatusPanels(QWidget* parent) : QStatusBar(parent) {
     setObjectName("StatusBar");
@@ -79,6 +84,7 @@ StatusPanels::StatusPanels(QWidget* parent) : QStatusBar(parent) {
         holder->setToolTip(tr(plans[i].tip));
         row->addWidget(panels_[i], i == 0 ? 1 : 0);
         if (i == 0) {
+            panels_[i]->installEventFilter(this);
             row->addWidget(make_progress_bar());
             addWidget(holder, 1);
         } else {

@@ -37,6 +37,13 @@ class StatusPanels : public QStatusBar {
     /// Shows the bar of a long calculation at once, in percent; below 0 hides it.
     void show_progress(int percent);
 
+  signals:
+    /// The message was clicked: who has more to tell shows it.
+    void message_clicked();
+
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
   private:
     QLabel* panel(int number) { return panels_.at(static_cast<std::size_t>(number - 1)); }
     QProgressBar* make_progress_bar();

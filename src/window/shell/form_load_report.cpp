@@ -10,7 +10,7 @@
 #include <QVBoxLayout>
 
 #include "intake/load_report.h"
-#include "window/widgets/panel.h"
+#include "window/shell/look.h"
 #include "window/widgets/plain_text.h"
 
 namespace anomalis::window {

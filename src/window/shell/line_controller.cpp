@@ -8,12 +8,14 @@
 #include "edit/workbench.h"
 #include "flow/kept_files.h"
 #include "flow/open_flow.h"
+#include "intake/load_report.h"
 #include "transform/qt/form_define_point_transform.h"
 #include "window/panels/definitions_page.h"
 #include "window/panels/definitions_panel.h"
 #include "window/panels/processing_panel.h"
 #include "window/panels/status_panels.h"
 #include "window/shell/entry_gate.h"
+#include "window/shell/form_load_report.h"
 #include "window/shell/new_line.h"
 #include "window/shell/page_controller.h"
 
@@ -55,6 +57,7 @@ LineController::LineController(edit::Workbench& workbench, const EntryGate& gate
         make_button({"Command_define_observed_transform", "Define transform...", "",
                      "Turn, stretch and shift the coordinates of the data file, and change "
                      "their elevations, before anything else is done with them"});
+    connect(&status_, &StatusPanels::message_clicked, this, &LineController::show_report);
     definitions.grid()->addWidget(transform, transform_row, transform_column, Qt::AlignLeft);
     connect(transform, &QPushButton::clicked, this, [this] {
         if (gate_.pass()) define_transform();
@@ -69,10 +72,8 @@ void LineController::load() {
     const flow::LoadResult result = flow::load_line(workbench_);
     show(result);
     status_.show_progress(-1);
-    if (result.loaded)
-        status_.show_text(tr("%1 stations over %2 m loaded")
-                              .arg(QString::fromStdString(result.number_of_locations),
-                                   QString::fromStdString(result.line_length)));
+    if (workbench_.reports.load)
+        status_.show_text(QString::fromStdString(intake::report_summary(*workbench_.reports.load)));
 }
 
 void LineController::show_line() {
@@ -94,10 +95,10 @@ void LineController::choose_data() {
     if (flow::choose_data_file(workbench_)) line_dropped(News::boxes);
 }
 
-void LineController::take_data_file(const std::string& path) {
-    flow::set_data_file(workbench_, path);
-    pages_.show_definitions();
-    line_dropped(News::boxes);
+void LineController::show_report() {
+    if (!workbench_.reports.load) return;
+    if (!report_) report_ = new FormLoadReport(page_.window());
+    report_->show_report(*workbench_.reports.load);
 }
 
 void LineController::define_transform() {

@@ -18,6 +18,7 @@ namespace anomalis::window {
 
 class DefinitionsPage;
 class EntryGate;
+class FormLoadReport;
 class PageController;
 class StatusPanels;
 
@@ -34,8 +35,8 @@ class LineController : public QObject {
     void load();
     /// Shows the line that stands: after a step that brought another model back with its line.
     void show_line();
-    /// Makes a file the observed data file.
-    void take_data_file(const std::string& path);
+    /// All that the last load has to tell, beside the window.
+    void show_report();
     /// The stations are gone: no box tells of them.
     void line_dropped(WhatChanged also);
 
@@ -50,6 +51,7 @@ class LineController : public QObject {
     DefinitionsPage& page_;
     PageController& pages_;
     StatusPanels& status_;
+    FormLoadReport* report_ = nullptr;
     int transform_tab_ = 0;  ///< survives between openings of its form
 };
 

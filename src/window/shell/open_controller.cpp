@@ -51,25 +51,23 @@ OpenController::OpenController(QObject* parent, edit::Workbench& workbench, Acti
 }
 
 void OpenController::open_with_dialog(flow::ReadMode mode) {
-    show_opened(flow::open_model(workbench_, mode), mode);
+    show_and_load(flow::open_model(workbench_, mode), mode);
 }
 
 void OpenController::open_file(const std::string& path) {
     if (!gate_.pass()) return;
     if (!is_workspace_file(path)) return import_(path);
-    show_opened(flow::open_model_file(workbench_, flow::ReadMode::everything, path),
-                flow::ReadMode::everything);
+    show_and_load(flow::open_model_file(workbench_, flow::ReadMode::everything, path),
+                  flow::ReadMode::everything);
 }
 
 void OpenController::open_recent(int index) {
-    show_opened(flow::open_recent_file(workbench_, index), flow::ReadMode::everything);
+    show_and_load(flow::open_recent_file(workbench_, index), flow::ReadMode::everything);
 }
 
 void OpenController::open_example(const std::string& path) {
     if (!gate_.pass()) return;
-    const flow::OpenOutcome outcome = flow::open_model_file(workbench_, flow::ReadMode::everything, path);
-    show_opened(outcome, flow::ReadMode::everything);
-    if (outcome == flow::OpenOutcome::opened) load_and_show();
+    show_and_load(flow::open_copy(workbench_, path), flow::ReadMode::everything);
 }
 
 void OpenController::show_recovered() {
@@ -77,7 +75,17 @@ void OpenController::show_recovered() {
     load_and_show();
 }
 
+void OpenController::show_and_load(flow::OpenOutcome outcome, flow::ReadMode mode) {
+    show_opened(outcome, mode);
+    // The bodies alone stand over the line that is defined already, and are looked at in it.
+    if (outcome == flow::OpenOutcome::opened && mode == flow::ReadMode::everything) load_and_show();
+}
+
+/// A workspace that names no data file has nothing to load.
 void OpenController::load_and_show() {
+    if (workbench_.session.workspace.definition.data_file.empty())
+        return status_.show_text(tr("%n bodies read; choose a data file and load it to see them", nullptr,
+                                    workbench_.session.workspace.body_count));
     line_.load();
     if (edit::line_loaded(workbench_.session.workspace)) pages_.show_model();
 }

@@ -31,10 +31,10 @@ class OpenController : public QObject {
                    ModelNews& news, LineController& line, PageController& pages, StatusPanels& status,
                    const std::vector<flow::ExampleFile>& examples);
 
-    /// Reads a workspace file and shows it; a file of another kind goes to the import.
+    /// Reads a workspace file, loads its data and shows the model; a file of another kind goes to the import.
     void open_file(const std::string& path);
     void set_import(std::function<void(const std::string& path)> import) { import_ = std::move(import); }
-    /// Reads a workspace, loads its data and shows the model.
+    /// The same with a copy that has no file yet.
     void open_example(const std::string& path);
     /// A model that a crash left is back: it is shown like an opened one, and its line is loaded.
     void show_recovered();
@@ -47,6 +47,7 @@ class OpenController : public QObject {
     void open_recent(int index);
     /// Shows what a read left.
     void show_opened(flow::OpenOutcome outcome, flow::ReadMode mode);
+    void show_and_load(flow::OpenOutcome outcome, flow::ReadMode mode);
     void load_and_show();
     void list_recent_files();
 

@@ -37,7 +37,10 @@ void SaveController::save_as() {
     show_saved(flow::save_model(flow::SaveMode::with_dialog, workbench_, layout_()));
 }
 
+/// A copy of an example, or a new line, goes by a title until somebody names its file.
 void SaveController::save_by_button() {
+    if (workbench_.session.workspace.model_file.empty() && !workbench_.history.title().empty())
+        return save_as();
     show_saved(flow::save_by_button(workbench_, layout_()));
 }
 
