@@ -109,7 +109,8 @@ void History::note_saved(const Workbench& workbench) {
     if (!current_.document) start(workbench);
     absorb(workbench);
     const Workspace& workspace = workbench.session.workspace;
-    *current_.document = {workspace.model_file, workspace.model_file_date};
+    const std::string title = workspace.model_file.empty() ? current_.document->title : "";
+    *current_.document = {workspace.model_file, workspace.model_file_date, title};
     for (Steps* steps : {&undo_, &redo_})
         for (Step& step : *steps)
             if (step.other.document == current_.document || step.other.document->file == workspace.model_file)

@@ -142,6 +142,9 @@ OpenOutcome open_copy(edit::Workbench& workbench, const std::string& path) {
     const std::string name = "copy of " + file_name(path);
     start_untitled(workbench, std::move(copy), {.step = name, .title = name});
     take_settings_of_file(workbench);
+    // Nothing is lost with a copy that nobody worked on.
+    session.model_changed = false;
+    edit::note_saved(workbench);
     return OpenOutcome::opened;
 }
 

@@ -39,7 +39,7 @@ void OpeningTest::an_example_is_an_untitled_copy_whose_file_is_never_written() {
     const std::string shipped = contents(path);
     sample.form->open_example(path);
     QCOMPARE(sample.tab(), 1);
-    QCOMPARE(sample.form->windowTitle(), QString("Anomalis: untitled, copy of line.axm *"));
+    QCOMPARE(sample.form->windowTitle(), QString("Anomalis: untitled, copy of line.axm"));
     sample.session.workspace.body(1).dip.value += 5;
     edit::note_change(sample.form->workbench(), {"dip", "", false});
     sample.form->news().tell(News::parameters);
