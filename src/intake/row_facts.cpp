@@ -23,9 +23,11 @@ constexpr std::size_t track_points = 20'000;
 constexpr std::size_t looked_at = 200'000;
 /// A survey with stations closer than this is none; in degrees it is 10 km.
 constexpr double least_step_of_metres = 0.1;
-/// So many rows of one value, and so many times what is usual in the channel, are no chance.
+/// So many rows of one value are no chance where they are so many times the usual run of the channel, and its
+/// long ones: readings in whole nT have many over quiet ground, an instrument hangs a few times.
 constexpr long least_stuck_rows = 10;
-constexpr double stuck_runs = 5;
+constexpr double stuck_runs = 5, stuck_long_runs = 2.5;
+constexpr std::size_t hangs = 5;
 
 /// The rows as they stand in the arrays of stations.
 struct Rows {
@@ -131,24 +133,43 @@ void look_for_dummies(std::string_view channel, std::span<const Real> row, RowFa
     }
 }
 
-void look_for_stuck_values(std::string_view channel, std::span<const float> row, const Rows& rows,
-                           RowFacts& facts) {
-    long runs = 0, now = 0, longest = 0;
-    std::size_t end = 0;
+/// Rows of one value.
+struct Run {
+    std::size_t first = 0;
+    long rows = 0;
+};
+
+std::vector<Run> runs_of(std::span<const float> row) {
+    std::vector<Run> runs;
     for (std::size_t i = 0; i < row.size(); ++i) {
         const bool goes_on = i > 0 && row[i] == row[i - 1] && is_reading(static_cast<double>(row[i]));
-        now = goes_on ? now + 1 : 1;
-        if (!goes_on) ++runs;
-        if (now <= longest) continue;
-        longest = now;
-        end = i;
+        if (!goes_on) runs.push_back({i});
+        ++runs.back().rows;
     }
-    const auto count = static_cast<double>(row.size());
-    const bool all = longest == static_cast<long>(row.size());
-    if (longest < least_stuck_rows) return;
-    if (!all && static_cast<double>(longest) < stuck_runs * count / static_cast<double>(runs)) return;
-    const std::size_t first = end + 1 - static_cast<std::size_t>(longest);
-    facts.stuck.push_back({channel, as_written(row[end]), longest, rows.place(first), rows.place(end)});
+    return runs;
+}
+
+/// `runs` has the longest first.
+bool is_stuck(const std::vector<Run>& runs, std::size_t rows) {
+    const auto longest = static_cast<double>(runs.front().rows);
+    if (runs.front().rows < least_stuck_rows) return false;
+    if (runs.size() == 1) return true;
+    if (longest < stuck_runs * static_cast<double>(rows) / static_cast<double>(runs.size())) return false;
+    return runs.size() < hangs || longest > stuck_long_runs * static_cast<double>(runs[hangs - 1].rows);
+}
+
+void look_for_stuck_values(std::string_view channel, std::span<const float> row, const Rows& rows,
+                           RowFacts& facts) {
+    std::vector<Run> runs = runs_of(row);
+    if (runs.empty()) return;
+    const auto longer = [](const Run& a, const Run& b) { return a.rows > b.rows; };
+    std::ranges::partial_sort(runs, runs.begin() + static_cast<std::ptrdiff_t>(std::min(hangs, runs.size())),
+                              longer);
+    if (!is_stuck(runs, row.size())) return;
+    const Run longest = runs.front();
+    const std::size_t last = longest.first + static_cast<std::size_t>(longest.rows) - 1;
+    facts.stuck.push_back(
+        {channel, as_written(row[last]), longest.rows, rows.place(longest.first), rows.place(last)});
 }
 
 long missing_of(std::span<const float> row) {

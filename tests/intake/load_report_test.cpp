@@ -262,6 +262,11 @@ TEST(LoadReport, a_reading_that_stays_is_told_with_its_place) {
     std::vector<Row> coarse = straight(200, 25);
     for (std::size_t i = 0; i < coarse.size(); ++i) coarse[i].mag = std::floor(static_cast<double>(i) / 12);
     EXPECT_FALSE(Loaded(coarse).report.repeated) << "a channel of few digits";
+    std::vector<Row> quiet = straight(600, 25);
+    for (const auto& [from, count] :
+         {std::pair{50UL, 57UL}, {150UL, 45UL}, {250UL, 31UL}, {350UL, 30UL}, {450UL, 28UL}})
+        for (std::size_t i = from; i < from + count; ++i) quiet[i].mag = quiet[from].mag;
+    EXPECT_FALSE(Loaded(quiet).report.repeated) << "whole nT over quiet ground";
 }
 
 TEST(LoadReport, a_sensor_below_the_ground_is_told) {

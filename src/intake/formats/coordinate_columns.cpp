@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cmath>
 #include <optional>
-#include <regex>
 #include <string>
+#include <string_view>
 
 namespace anomalis::intake {
 
@@ -122,13 +122,21 @@ void find_coordinates(SurveyLayout& layout, const ValueSample& sample) {
                  "\" are taken as coordinates by their values: see whether that is right.");
 }
 
+/// The number behind the last "zone " of a name, as it stands there; empty for none.
+std::string_view zone_in(std::string_view name) {
+    constexpr std::string_view word = "zone ";
+    const std::size_t at = name.rfind(word);
+    if (at == std::string_view::npos) return {};
+    name.remove_prefix(at + word.size());
+    return name.substr(0, std::min({name.find_first_not_of("0123456789"), name.size(), std::size_t{2}}));
+}
+
 void check_zone(SurveyLayout& layout, const ValueSample& sample) {
-    static const std::regex zone_words(R"((zone )([0-9]{1,2}))");
-    std::smatch found;
+    const std::string before = layout.coordinate_system;
+    const std::string_view stated = zone_in(before);
     const auto east = layout.column_of(Role::easting), longitude = layout.column_of(Role::longitude),
                latitude = layout.column_of(Role::latitude);
-    if (!east || !longitude || !latitude || !std::regex_search(layout.coordinate_system, found, zone_words))
-        return;
+    if (!east || !longitude || !latitude || stated.empty()) return;
     const ColumnValues &x = sample.columns[*east], &lon = sample.columns[*longitude],
                        &lat = sample.columns[*latitude];
     if (x.values.empty() || lon.values.empty() || lat.values.empty() || !within(lon, 360) || !within(lat, 90))
@@ -143,11 +151,9 @@ void check_zone(SurveyLayout& layout, const ValueSample& sample) {
         const double meridian = lon.values[row] - arc;
         const long zone = std::lround((meridian + 180 + half_zone) / 6);
         const bool sure = std::abs(6.0 * static_cast<double>(zone) - 180 - half_zone - meridian) < 0.3;
-        const std::string stated = found[2];
         if (!sure || zone < 1 || zone > 60 || std::to_string(zone) == stated) return;
-        const std::string before = layout.coordinate_system;
-        layout.coordinate_system =
-            found.prefix().str() + found[1].str() + std::to_string(zone) + found.suffix().str();
+        layout.coordinate_system.replace(static_cast<std::size_t>(stated.data() - before.data()),
+                                         stated.size(), std::to_string(zone));
         layout.remarks.push_back("The file names the system \"" + before +
                                  "\", but its longitudes and eastings agree in zone " + std::to_string(zone) +
                                  ": that is taken.");

@@ -2,7 +2,8 @@
 
 #include <algorithm>
 #include <array>
-#include <regex>
+#include <string>
+#include <string_view>
 
 #include "core/text.h"
 #include "intake/formats/field_value.h"
@@ -26,14 +27,60 @@ std::string name_of_record(std::string_view record) {
     return name;
 }
 
+constexpr std::string_view digits = "0123456789";
+
+/// Behind "EPSG": "EPSG:28355", "EPSG::28355", "EPSG\",\"28355\"". "" for none.
+std::string code_number(std::string_view text) {
+    constexpr std::string_view around = " \t\"";
+    constexpr std::size_t most_marks = 2, fewest = 4, most = 6;
+    const auto skip = [&text](std::string_view characters, std::size_t at_most = std::string_view::npos) {
+        const std::size_t run = std::min({text.find_first_not_of(characters), text.size(), at_most});
+        text.remove_prefix(run);
+        return run;
+    };
+    skip(around);
+    if (skip(":,", most_marks) == 0) return "";
+    skip(around);
+    const std::string_view number =
+        text.substr(0, std::min({text.find_first_not_of(digits), text.size(), most}));
+    return number.size() >= fewest ? std::string(number) : "";
+}
+
 /// The code that a text gives, the outermost of a projection's being the last.
-std::string code_in(const std::string& text) {
-    static const std::regex code(R"re(EPSG\s*"?\s*[:,]{1,2}\s*"?\s*([0-9]{4,6}))re",
-                                 std::regex::icase | std::regex::optimize);
+std::string code_in(std::string_view text) {
+    constexpr std::string_view authority = "EPSG";
     std::string found;
-    for (auto at = std::sregex_iterator(text.begin(), text.end(), code); at != std::sregex_iterator(); ++at)
-        found = "EPSG:" + (*at)[1].str();
+    for (std::size_t at = 0; at + authority.size() < text.size(); ++at) {
+        if (!equal_ignoring_case(text.substr(at, authority.size()), authority)) continue;
+        const std::string number = code_number(text.substr(at + authority.size()));
+        if (!number.empty()) found = "EPSG:" + number;
+    }
     return found;
+}
+
+constexpr std::string_view letters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
+
+/// A name such as "GDA94 / MGA zone 55" or "WGS 84 / UTM zone 54S" about the bar at `bar`. "" for none.
+std::string name_about(std::string_view text, std::size_t bar) {
+    constexpr std::string_view capitals = letters.substr(0, 26), zone = "zone ";
+    const std::string datum_characters = std::string(letters) + std::string(digits) + "() ";
+    const std::size_t before = text.substr(0, bar).find_last_not_of(datum_characters);
+    const std::size_t first = text.find_first_of(capitals, before == std::string_view::npos ? 0 : before + 1);
+    if (first >= bar) return "";
+    const std::size_t after = bar + 3;
+    const std::size_t at = text.find(zone, after);
+    if (at == std::string_view::npos) return "";
+    if (text.substr(after, at - after).find_first_not_of(std::string(letters) + " ") !=
+        std::string_view::npos)
+        return "";
+    constexpr std::size_t most_digits = 2;
+    std::size_t end = at + zone.size();
+    const std::size_t begin = end;
+    while (end < text.size() && end < begin + most_digits && digits.find(text[end]) != std::string_view::npos)
+        ++end;
+    if (end == begin) return "";
+    if (end < text.size() && (text[end] == 'N' || text[end] == 'S')) ++end;
+    return std::string(text.substr(first, end - first));
 }
 
 bool is_projection_text(std::string_view text) {
@@ -60,14 +107,12 @@ std::string system_of_metadata(std::span<const std::string> lines) {
 }
 
 std::string system_in_comments(std::span<const std::string> lines) {
-    static const std::regex name(R"re([A-Z][A-Za-z0-9() ]* / [A-Za-z ]*zone [0-9]{1,2}[NS]?)re",
-                                 std::regex::optimize);
+    constexpr std::size_t longest_comment = 500;
     for (const std::string& line : lines) {
-        constexpr std::size_t longest_comment = 500;
-        const std::string text = line.substr(0, longest_comment);
+        const std::string_view text = std::string_view(line).substr(0, longest_comment);
         if (const std::string code = code_in(text); !code.empty()) return code;
-        std::smatch found;
-        if (std::regex_search(text, found, name)) return found.str();
+        for (auto bar = text.find(" / "); bar != std::string_view::npos; bar = text.find(" / ", bar + 1))
+            if (const std::string name = name_about(text, bar); !name.empty()) return name;
     }
     return "";
 }
