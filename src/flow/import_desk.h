@@ -96,11 +96,14 @@ class ImportDesk {
     void choose_all_lines(bool all);
     bool keep_bodies() const { return keep_bodies_; }
     void choose_keep_bodies(bool keep) { keep_bodies_ = keep; }
+    /// The line takes the place of the data of the open model, which keeps its bodies and its file.
+    bool into_open_model() const { return into_open_model_; }
+    void choose_into_open_model(bool into) { into_open_model_ = into; }
     /// Why nothing can be imported as things stand, or "".
     std::string refusal() const;
-    /// Imports the chosen line: table and untitled workspace, its data loaded, one step of the history. With
-    /// all lines the folder gets tables and workspaces of all, and the chosen one is opened. True when a line
-    /// is open; why not was told.
+    /// Imports the chosen line: table and untitled workspace (or the open one with these data), its data
+    /// loaded, one step of the history. With all lines the folder gets tables and workspaces of all, and the
+    /// chosen one is opened. True when a line is open; why not was told.
     bool import();
     /// The neighbour of the line that was imported last, `step` 1 or -1, keeping filters, regionals and so on
     /// and, where they are to be kept, the bodies. True when it is open; why not was told.
@@ -117,7 +120,8 @@ class ImportDesk {
     void read_lines();
     void take(SurveyOutcome outcome);
     void choose_first_line();
-    bool open_imported(ImportedLine imported, bool bring);
+    enum class Place { fresh, fresh_with_bodies, under_open_model };
+    bool open_imported(ImportedLine imported, Place place);
     bool import_all();
 
     edit::Workbench& workbench_;
@@ -135,7 +139,7 @@ class ImportDesk {
     std::string line_name_;  ///< chosen by a person; kept when the lines are read anew
     ImportChoices choices_;
     std::string system_text_;
-    bool all_lines_ = false, keep_bodies_ = true;
+    bool all_lines_ = false, keep_bodies_ = true, into_open_model_ = false;
     std::optional<ImportedLine> imported_;
 };
 

@@ -190,6 +190,13 @@ bool choose_data_file(edit::Workbench& workbench) {
     return true;
 }
 
+void forget_mean_bases(edit::Workbench& workbench) {
+    Workspace& workspace = workbench.session.workspace;
+    if (workbench.base_from_mean[channel_mag]) workspace.mag.base = unset;
+    if (workbench.base_from_mean[channel_grav]) workspace.grav.base = unset;
+    workbench.base_from_mean = {};
+}
+
 void set_data_file(edit::Workbench& workbench, const std::string& path) {
     Session& session = workbench.session;
     Workspace& workspace = session.workspace;
@@ -202,9 +209,7 @@ void set_data_file(edit::Workbench& workbench, const std::string& path) {
     workspace.definition.data_file_as_named.clear();
     workbench.reports = {};
     drop_stations(workspace);
-    if (workbench.base_from_mean[channel_mag]) workspace.mag.base = unset;
-    if (workbench.base_from_mean[channel_grav]) workspace.grav.base = unset;
-    workbench.base_from_mean = {};
+    forget_mean_bases(workbench);
     edit::note_change(workbench, {"data file", "", false});
     refresh_data_head(workbench);
 }

@@ -52,6 +52,9 @@ bool choose_data_file(edit::Workbench& workbench);
 /// base levels that were the mean of the file before are taken anew.
 void set_data_file(edit::Workbench& workbench, const std::string& path);
 
+/// Base levels that were the mean of the data before are taken anew at the next load.
+void forget_mean_bases(edit::Workbench& workbench);
+
 /// Reads the head of the data file; a missing file leaves it empty.
 void refresh_data_head(edit::Workbench& workbench);
 

@@ -12,4 +12,9 @@ namespace anomalis::flow {
 /// before come along. One step of the history brings the old model back. Its data are to be loaded then.
 void take_imported(edit::Workbench& workbench, const ImportedLine& imported, bool bodies);
 
+/// Puts an imported line, whose table is written, under the model that is open: its bodies, processing and
+/// file stay, and so does its field where the import found none. One step of the history. Its data are to be
+/// loaded then.
+void take_data_of(edit::Workbench& workbench, const ImportedLine& imported);
+
 }  // namespace anomalis::flow

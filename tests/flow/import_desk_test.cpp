@@ -237,6 +237,28 @@ TEST(ImportDesk, an_import_opens_the_line_untitled_and_one_step_brings_the_forme
     EXPECT_FALSE(sample.desk.line_is_open());
 }
 
+TEST(ImportDesk, a_line_may_replace_the_data_of_the_open_model) {
+    Desk sample;
+    sample.load();
+    sample.add_body(1260, 60);
+    sample.workspace().model_file = "mine.axm";
+    edit::start_history(sample.workbench);
+    sample.open_and_import();
+    sample.desk.choose_line(2);
+    sample.desk.choose_into_open_model(true);
+    ASSERT_TRUE(sample.desk.import());
+    EXPECT_EQ(sample.workspace().model_file, "mine.axm");
+    EXPECT_EQ(sample.workspace().source.line, "5710");
+    EXPECT_EQ(sample.workspace().station_count, 41);
+    EXPECT_EQ(sample.workspace().body_count, 1);
+    EXPECT_TRUE(sample.desk.line_is_open());
+
+    EXPECT_TRUE(edit::undo_change(sample.workbench).moved);
+    EXPECT_EQ(sample.workspace().definition.data_file, sample.data_path);
+    EXPECT_EQ(sample.workspace().body_count, 1);
+    EXPECT_EQ(sample.workspace().source.line, "");
+}
+
 TEST(ImportDesk, the_next_line_keeps_the_processing_and_by_choice_the_bodies) {
     for (const bool keep : {true, false}) {
         Desk sample;

@@ -106,9 +106,13 @@ QWidget* Form_import::make_bottom() {
     all_ =
         make_check({"Check_import_all", "All lines", "",
                     "Leave a table and a workspace of every line in the folder; the chosen one is opened"});
-    bodies_ = make_check({"Check_import_bodies", "Bodies go along to the next line", "",
+    bodies_ = make_check({"Check_import_bodies", "Bodies go to the next line", "",
                           "Ctrl+PgDown and Ctrl+PgUp take the bodies along their strikes to the next and "
                           "the previous line of the survey; without the mark those begin without bodies"});
+    into_ =
+        make_check({"Check_import_into", "Into the open model", "",
+                    "The line replaces the data of the model that is open: its bodies, processing and file "
+                    "stay. Without the mark a new untitled model begins"});
     folder_ = new QLineEdit;
     name_control(*folder_, "Text_import_folder", tr("Left in"),
                  tr("The folder that gets the table NAME_LINE.csv, which any program can read"));
@@ -140,6 +144,8 @@ QWidget* Form_import::make_bottom() {
     row->setSpacing(gap);
     row->addWidget(all_);
     row->addSpacing(gap);
+    row->addWidget(into_);
+    row->addSpacing(gap);
     row->addWidget(bodies_);
     row->addSpacing(gap);
     row->addWidget(make_caption(tr("Left in"), folder_));
@@ -160,6 +166,7 @@ void Form_import::wire() {
     connect(stop_, &QPushButton::clicked, this, [this] { desk_.stop_reading(); });
     connect(all_, &QCheckBox::clicked, this, [this](bool on) { desk_.choose_all_lines(on); });
     connect(bodies_, &QCheckBox::clicked, this, [this](bool on) { desk_.choose_keep_bodies(on); });
+    connect(into_, &QCheckBox::clicked, this, [this](bool on) { desk_.choose_into_open_model(on); });
     connect(lines_, &LineList::line_chosen, this,
             [this](std::size_t line, std::optional<std::size_t> piece) { desk_.choose_line(line, piece); });
     connect(lines_, &LineList::line_wanted, this, &Form_import::accept);
@@ -220,6 +227,7 @@ void Form_import::show_choice() {
     card_->show_choice();
     all_->setChecked(desk_.all_lines());
     bodies_->setChecked(desk_.keep_bodies());
+    into_->setChecked(desk_.into_open_model());
     folder_->setText(shown(desk_.folder()));
     show_report();
 }

@@ -66,6 +66,7 @@ class Form_import : public QDialog {
     QLabel* report_ = nullptr;
     QCheckBox* all_ = nullptr;
     QCheckBox* bodies_ = nullptr;
+    QCheckBox* into_ = nullptr;
     QLineEdit* folder_ = nullptr;
     QProgressBar* bar_ = nullptr;
     QPushButton* folder_button_ = nullptr;

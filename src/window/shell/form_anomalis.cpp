@@ -107,7 +107,7 @@ void Form_anomalis::lay_out() {
 void Form_anomalis::make_controllers(const std::vector<flow::ExampleFile>& examples) {
     pages_ = new PageController({*tabs_, *definitions_page_, *model_page_, *charts_}, workbench_, *actions_,
                                 gate_);
-    line_ = new LineController(workbench_, gate_, news_, *definitions_page_, *pages_, *status_);
+    line_ = new LineController(workbench_, gate_, news_, *definitions_page_, *status_);
     open_ =
         new OpenController(this, workbench_, *actions_, gate_, news_, *line_, *pages_, *status_, examples);
     field_ = new FieldController(workbench_, *actions_, gate_, news_, *definitions_page_, *line_, *status_);

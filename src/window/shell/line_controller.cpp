@@ -17,7 +17,6 @@
 #include "window/shell/entry_gate.h"
 #include "window/shell/form_load_report.h"
 #include "window/shell/new_line.h"
-#include "window/shell/page_controller.h"
 
 namespace anomalis::window {
 
@@ -38,14 +37,8 @@ class WaitCursor {
 }  // namespace
 
 LineController::LineController(edit::Workbench& workbench, const EntryGate& gate, ModelNews& news,
-                               DefinitionsPage& page, PageController& pages, StatusPanels& status)
-    : QObject(&page),
-      workbench_(workbench),
-      gate_(gate),
-      news_(news),
-      page_(page),
-      pages_(pages),
-      status_(status) {
+                               DefinitionsPage& page, StatusPanels& status)
+    : QObject(&page), workbench_(workbench), gate_(gate), news_(news), page_(page), status_(status) {
     DefinitionsPanel& definitions = page_.definitions();
     connect(&definitions, &DefinitionsPanel::data_file_wanted, this, [this] {
         if (gate_.pass()) choose_data();

@@ -19,7 +19,6 @@ namespace anomalis::window {
 class DefinitionsPage;
 class EntryGate;
 class FormLoadReport;
-class PageController;
 class StatusPanels;
 
 /// The observed data: which file they come from, how they are turned, their load, and what is left when they
@@ -29,7 +28,7 @@ class LineController : public QObject {
 
   public:
     LineController(edit::Workbench& workbench, const EntryGate& gate, ModelNews& news, DefinitionsPage& page,
-                   PageController& pages, StatusPanels& status);
+                   StatusPanels& status);
 
     /// Reads the data; nothing is asked at the gate.
     void load();
@@ -49,7 +48,6 @@ class LineController : public QObject {
     const EntryGate& gate_;
     ModelNews& news_;
     DefinitionsPage& page_;
-    PageController& pages_;
     StatusPanels& status_;
     FormLoadReport* report_ = nullptr;
     int transform_tab_ = 0;  ///< survives between openings of its form
