@@ -138,12 +138,6 @@ struct MapOptions {
     MapRequest picture;
 };
 
-/// Takes "WIDTHxHEIGHT", each 16 to 16384; false when the text is none.
-bool parse_picture_size(const std::string& text, int& width, int& height);
-/// Why this is no name of a picture, or "".
-std::string picture_ending_refusal(const std::string& path);
-inline constexpr const char* picture_size_refusal = "must be WIDTHxHEIGHT in pixels, 16 to 16384: ";
-
 bool run_info(const InfoOptions& options, BatchSession& batch);
 bool run_dump(const DumpOptions& options, BatchSession& batch);
 bool run_forward(const ForwardOptions& options, BatchSession& batch);

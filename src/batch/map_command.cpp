@@ -1,5 +1,6 @@
 #include "batch/command.h"
 #include "batch/commands.h"
+#include "batch/picture_options.h"
 
 namespace anomalis::batch {
 
@@ -24,18 +25,7 @@ class MapCommand : public Command {
 void MapCommand::declare(OptionList& options) {
     MapRequest& picture = options_.picture;
     add_survey_options(options, options_.survey);
-    options.output("-o,--output", picture.path, "Picture: .png, .svg, .pdf or .emf; - writes a .png",
-                   OptionList::Need::must, ".png");
-    options.at_end("--output", [&picture] {
-        return picture.path == "-" ? std::string() : picture_ending_refusal(picture.path);
-    });
-    options.taken(
-        "--size",
-        [&picture](const std::string& text) -> std::string {
-            if (parse_picture_size(text, picture.width, picture.height)) return {};
-            return picture_size_refusal + text;
-        },
-        "Pixels, such as 1600x1000 [1600x1000]");
+    add_picture_options(options, picture.path, picture.width, picture.height);
     options.text("--line", options_.line, "Line that is drawn on top");
 }
 

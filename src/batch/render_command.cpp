@@ -1,5 +1,6 @@
 #include "batch/command.h"
 #include "batch/commands.h"
+#include "batch/picture_options.h"
 #include "show/page_view.h"
 
 namespace anomalis::batch {
@@ -31,20 +32,10 @@ class RenderCommand : public Command {
 void RenderCommand::declare(OptionList& options) {
     PictureRequest& picture = options_.picture;
     options.file("MODEL", options_.model, model_file_purpose);
-    options.output("-o,--output", picture.path, "Picture: .png, .svg, .pdf or .emf; - writes a .png",
-                   OptionList::Need::must, ".png");
-    options.at_end("--output",
-                   [&picture] { return picture.path == "-" ? "" : picture_ending_refusal(picture.path); });
+    add_picture_options(options, picture.path, picture.width, picture.height);
     options.choice("--view", picture.view, view_names(),
                    "section: the curves over the section; plan: the curves over the plan; curves: without "
                    "either; or one chart alone");
-    options.taken(
-        "--size",
-        [&picture](const std::string& text) -> std::string {
-            if (parse_picture_size(text, picture.width, picture.height)) return {};
-            return picture_size_refusal + text;
-        },
-        "Pixels, such as 1600x1000 [1600x1000]");
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include "intake/formats/field_value.h"
 #include "intake/formats/row_fields.h"
 #include "intake/formats/system_text.h"
+#include "intake/formats/table_reader.h"
 #include "intake/formats/table_shape.h"
 
 namespace anomalis::intake {
@@ -102,6 +103,15 @@ std::optional<SurveyLayout> recognise_free_table(const SurveySample& sample, boo
         if (is_table_comment(line.text)) comments.emplace_back(line.text);
     layout.coordinate_system = system_in_comments(comments);
     return layout;
+}
+
+std::unique_ptr<RowReader> FreeTableFormat::open(const SurveyLayout& layout,
+                                                 std::span<const std::size_t> wanted) const {
+    return open_table(layout, wanted, table_sorter(layout));
+}
+
+SurveyPreview FreeTableFormat::preview(const SurveyLayout& layout, std::size_t most) const {
+    return preview_table(layout, most, *table_sorter(layout));
 }
 
 }  // namespace anomalis::intake

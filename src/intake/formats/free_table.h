@@ -1,6 +1,9 @@
 #pragma once
 
+#include <cstddef>
+#include <memory>
 #include <optional>
+#include <span>
 #include <string_view>
 
 #include "intake/formats/survey_format.h"
@@ -11,5 +14,13 @@ namespace anomalis::intake {
 /// without. Nothing where the lines are no table. `format`: its name in the layout.
 std::optional<SurveyLayout> recognise_free_table(const SurveySample& sample, bool line_headers,
                                                  std::string_view format);
+
+/// What formats of such tables have in common.
+class FreeTableFormat : public SurveyFormat {
+  public:
+    std::unique_ptr<RowReader> open(const SurveyLayout& layout,
+                                    std::span<const std::size_t> wanted) const override;
+    SurveyPreview preview(const SurveyLayout& layout, std::size_t most) const override;
+};
 
 }  // namespace anomalis::intake

@@ -3,7 +3,6 @@
 #include "intake/formats/formats.h"
 #include "intake/formats/free_table.h"
 #include "intake/formats/row_fields.h"
-#include "intake/formats/table_reader.h"
 
 namespace anomalis::intake {
 
@@ -11,7 +10,7 @@ namespace {
 
 /// XYZ as databases of airborne surveys export it: rows of numbers under rows "Line 5690" and "Tie 9010", "*"
 /// where there is no value, comments behind "/".
-class XyzLines : public SurveyFormat {
+class XyzLines : public FreeTableFormat {
   public:
     std::string_view name() const override { return "XYZ lines"; }
     std::optional<SurveyLayout> recognise(const SurveySample& sample) const override {
@@ -20,13 +19,6 @@ class XyzLines : public SurveyFormat {
                         [](const std::string& line) { return !line_header(line).name.empty(); });
         if (!headed) return {};
         return recognise_free_table(sample, true, name());
-    }
-    std::unique_ptr<RowReader> open(const SurveyLayout& layout,
-                                    std::span<const std::size_t> wanted) const override {
-        return open_table(layout, wanted, table_sorter(layout));
-    }
-    SurveyPreview preview(const SurveyLayout& layout, std::size_t most) const override {
-        return preview_table(layout, most, *table_sorter(layout));
     }
 };
 

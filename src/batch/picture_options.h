@@ -1,0 +1,12 @@
+#pragma once
+
+#include <string>
+
+#include "batch/option_list.h"
+
+namespace anomalis::batch {
+
+/// Where a picture goes ("-o", needed; its ending chooses the format) and how many pixels it has ("--size").
+void add_picture_options(OptionList& options, std::string& path, int& width, int& height);
+
+}  // namespace anomalis::batch
