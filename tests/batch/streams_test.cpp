@@ -130,8 +130,14 @@ TEST(Streams, what_cannot_be_had_together_is_refused) {
 /// Writes the name of what it should draw.
 class NamingWriter : public PictureWriter {
   public:
-    int write(Session&, const PictureRequest& request) override {
-        std::ofstream(request.path) << "picture" << fs::path(request.path).extension().string();
+    int write(Session&, const PictureRequest& request) override { return write_name(request.path); }
+    int write_map(Prompts&, const intake::SurveyIndex&, const MapRequest& request) override {
+        return write_name(request.path);
+    }
+
+  private:
+    static int write_name(const std::string& path) {
+        std::ofstream(path) << "picture" << fs::path(path).extension().string();
         return 0;
     }
 };

@@ -39,6 +39,8 @@ class Pictures : public batch::PictureWriter {
         return window::write_model_picture(session, request.path, request.view, request.width,
                                            request.height);
     }
+    /// None of the writers draws a map.
+    int write_map(Prompts&, const intake::SurveyIndex&, const batch::MapRequest&) override { return -1; }
 };
 
 /// One of the places where the programs write, in a folder of its own.
