@@ -22,15 +22,13 @@ class NewCommand : public Command {
 void NewCommand::declare(OptionList& options) {
     add_survey_options(options, options_.survey);
     add_import_choices(options, options_.choices);
-    options.taken(
-        "-o,--output",
-        [this](const std::string& text) {
-            options_.output = text;
-            return text.empty() || text == "-" ? "must be a file: its data are found from where it lies" : "";
-        },
-        "The workspace file (.axm). A table that needs no change is its data file; otherwise a table is made "
-        "beside it",
-        OptionList::Need::must);
+    options.output(
+        "-o,--output", options_.output,
+        "The workspace file (.axm). A table that needs no change is its data file; otherwise a table is "
+        "made beside it. - is the standard output, for a table that needs no change",
+        OptionList::Need::must, "");
+    options.at_end("--output",
+                   [this] { return std::string(options_.output.empty() ? "must be a file" : ""); });
     options.flag("--force", options_.force, "Replace files that are there with other contents");
 }
 

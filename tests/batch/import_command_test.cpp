@@ -187,6 +187,25 @@ TEST(NewCommand, makes_a_workspace_for_a_plain_table) {
     EXPECT_EQ(folder.read("line.csv"), survey_table(shape));
 }
 
+TEST(NewCommand, writes_a_workspace_alone_to_the_standard_output) {
+    const TempFolder folder;
+    SurveyShape shape{.lines = 1};
+    shape.line_column = false;
+    const std::string table = folder.write("line.csv", survey_table(shape));
+    const BatchRun run = batch({"new", table, "-o", "-"});
+    EXPECT_EQ(run.status, 0) << run.err;
+    EXPECT_EQ(folder.entries(), 1);
+    const std::string model = folder.write("line.axm", run.out);
+    EXPECT_NE(batch({"info", model}).out.find("40 over 390.00 m"), std::string::npos) << run.out;
+
+    const std::string line =
+        folder.write("feet.csv", "east_ft,north_ft,mag_nT\n1000,0,51000\n1100,0,51010\n1200,0,51020\n");
+    const BatchRun two = batch({"new", line, "-o", "-"});
+    EXPECT_EQ(two.status, 1);
+    EXPECT_EQ(two.out, "");
+    EXPECT_NE(two.err.find("two files go into no stream"), std::string::npos) << two.err;
+}
+
 TEST(NewCommand, refuses_what_is_no_table_of_one_line) {
     const SurveyFolder files;
     const BatchRun several = batch({"new", files.survey, "-o", files.folder.path("a.axm")});

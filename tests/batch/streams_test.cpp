@@ -112,8 +112,9 @@ TEST(Streams, a_survey_comes_in_by_a_pipe) {
     ASSERT_EQ(run.json()["lines"].size(), 2U) << run.out;
     EXPECT_EQ(run.json()["lines"][1]["stations"], 30);
     const BatchRun named = piped(survey, {"new", "-", "-o", "-"});
-    EXPECT_EQ(named.status, 2);
-    EXPECT_NE(named.err.find("must be a file"), std::string::npos) << named.err;
+    EXPECT_EQ(named.status, 1);
+    EXPECT_NE(named.err.find("has 2 lines"), std::string::npos) << named.err;
+    EXPECT_EQ(named.out, "");
 }
 
 TEST(Streams, what_cannot_be_had_together_is_refused) {
