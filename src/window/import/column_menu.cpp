@@ -1,5 +1,7 @@
 #include "window/import/column_menu.h"
 
+#include <algorithm>
+
 #include <QActionGroup>
 #include <QApplication>
 #include <QHBoxLayout>
@@ -18,7 +20,7 @@ namespace anomalis::window {
 
 namespace {
 
-constexpr int null_width = 190;  // pixels
+constexpr int least_null_width = 190, most_null_width = 420, box_frame = 16;  // pixels
 
 QString words(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
@@ -77,7 +79,9 @@ void ColumnMenu::add_nulls() {
     name_control(*box, "Text_import_nulls", tr("Nulls"),
                  tr("Values of this column that stand for none, split by blanks, in the unit of the file"));
     box->setText(QString::fromStdString(flow::nulls_text(desk_.layout()->columns[column_].nulls)));
-    box->setMinimumWidth(null_width);
+    // The usual nulls are seen whole; a longer list scrolls.
+    box->setMinimumWidth(std::clamp(box->fontMetrics().horizontalAdvance(box->text()) + box_frame,
+                                    least_null_width, most_null_width));
     box->setCursorPosition(0);
     box->setPlaceholderText(tr("-99999 -1e32"));
     auto* holder = new QWidget;
