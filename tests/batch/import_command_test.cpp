@@ -110,7 +110,8 @@ TEST(ImportCommand, takes_roles_units_and_nulls_as_they_are_told) {
     const BatchRun run = files.import({"--line", "100", "--json", "--role", "grav=tmi", "--role",
                                        "none=bouguer", "--unit", "tmi=um/s2", "--null", "dtm=240"});
     EXPECT_EQ(run.status, 0) << run.err;
-    for (const auto& column : run.json()["columns"]) {
+    const auto report = run.json();
+    for (const auto& column : report["columns"]) {
         EXPECT_NE(column["name"], "bouguer");
         if (column["name"] != "tmi") continue;
         EXPECT_EQ(column["role"], "grav");

@@ -5,7 +5,7 @@
 #include <QAction>
 #include <QLineEdit>
 #include <QTabWidget>
-#include <QtTest>
+#include <QTest>
 
 #include "edit/line_sample.h"
 #include "support/temp_folder.h"

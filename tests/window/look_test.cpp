@@ -4,7 +4,7 @@
 
 #include <QCheckBox>
 #include <QLineEdit>
-#include <QtTest>
+#include <QTest>
 
 #include "window/form_tests.h"
 

@@ -2,7 +2,7 @@
 #include <memory>
 
 #include <QApplication>
-#include <QtTest>
+#include <QTest>
 
 #include "window/form_tests.h"
 #include "window/shell/look.h"

@@ -3,7 +3,7 @@
 
 #include <QImage>
 #include <QXmlStreamReader>
-#include <QtTest>
+#include <QTest>
 
 #include "edit/line_sample.h"
 #include "show/page_view.h"

@@ -10,7 +10,7 @@
 #include <QScrollBar>
 #include <QTabWidget>
 #include <QTableView>
-#include <QtTest>
+#include <QTest>
 
 #include "chart/qt/grapher_widget.h"
 #include "window/form_sample.h"

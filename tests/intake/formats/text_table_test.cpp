@@ -304,7 +304,7 @@ TEST(TextTable, what_is_no_table_is_refused_with_the_line) {
                 HasSubstr("line 1 begins \"Dear Sir"));
     EXPECT_THAT(fault_of(folder.write("b.txt", "")), HasSubstr("is empty"));
     EXPECT_THAT(fault_of(folder.write("c.txt", "# nothing\n\n")), HasSubstr("only blank lines and comments"));
-    EXPECT_THAT(fault_of(folder.write("d.png", std::string("\x89PNG\r\n\x1a\n\0\0\0\rIHDR\1\2\3\4\5\6", 24))),
+    EXPECT_THAT(fault_of(folder.write("d.png", std::string("\x89PNG\r\n\x1a\n\0\0\0\rIHDR\1\2\3\4\5\6", 22))),
                 HasSubstr("is no text"));
     EXPECT_THAT(fault_of(folder.path("none.csv")), HasSubstr("No such file"));
     EXPECT_THAT(fault_of(folder.folder()), HasSubstr("directory"));
