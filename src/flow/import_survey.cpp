@@ -160,6 +160,7 @@ void fill_workspace(const SurveyIndex& index, const SurveyLine& line, const Impo
     workspace.bodies.resize(static_cast<std::size_t>(workspace.body_capacity) + 1);
     workspace.formulas = choices.formulas;
     workspace.grav.base = unset;
+    workspace.display.show_axes = 1;  // as a window begins with
     workspace.gap_distance = gap_distance_of(line);
     const bool named =
         index.lines.size() > 1 || index.layout.column_of(intake::Role::line) || index.layout.line_headers;

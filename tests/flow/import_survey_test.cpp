@@ -40,6 +40,7 @@ TEST(ImportSurvey, the_first_tab_reads_what_is_left_behind) {
     EXPECT_NEAR(read.field.intensity, line.workspace.field.intensity, 0.01);
     EXPECT_NEAR(read.field.inclination, line.workspace.field.inclination, 1e-5);
     EXPECT_EQ(read.gap_distance, 30);
+    EXPECT_EQ(read.display.show_axes, 1);
     ASSERT_EQ(intake::load_locations(read, survey.prompts), 0);
     EXPECT_TRUE(survey.prompts.messages.empty());
     ASSERT_EQ(read.station_count, 40);
