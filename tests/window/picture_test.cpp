@@ -2,8 +2,8 @@
 #include <set>
 
 #include <QImage>
-#include <QXmlStreamReader>
 #include <QTest>
+#include <QXmlStreamReader>
 
 #include "edit/line_sample.h"
 #include "show/page_view.h"
