@@ -9,9 +9,9 @@
 
 #include "core/body_defaults.h"
 #include "core/numbers.h"
-#include "core/prompts.h"
 #include "core/safe_file.h"
 #include "core/settings.h"
+#include "core/unattended_prompts.h"
 #include "core/workspace.h"
 #include "forward/driver.h"
 #include "intake/load.h"
@@ -24,16 +24,9 @@ using namespace anomalis;
 using namespace anomalis::examples;
 
 /// Messages go to the terminal; nothing is ever asked.
-class Terminal : public Prompts {
+class Terminal : public UnattendedPrompts {
   protected:
     void show_message(const std::string& text) override { std::cerr << text << '\n'; }
-    bool show_question(const std::string&) override { return false; }
-    std::optional<std::string> show_input_box(const std::string&, const std::string&,
-                                              const std::string&) override {
-        return {};
-    }
-    std::optional<std::string> show_open_dialog(const FileRequest&) override { return {}; }
-    std::optional<std::string> show_save_dialog(const FileRequest&) override { return {}; }
 };
 
 struct Values {

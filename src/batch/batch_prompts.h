@@ -5,13 +5,12 @@
 #include <string>
 #include <vector>
 
-#include "core/prompts.h"
+#include "core/unattended_prompts.h"
 
 namespace anomalis::batch {
 
-/// Nobody is at the keyboard: messages go to a stream and are kept, each kind by itself, every dialog is
-/// cancelled, every question is answered with No, or with the answer that changes nothing.
-class BatchPrompts : public Prompts {
+/// Nobody is at the keyboard: messages go to a stream and are kept, each kind by itself.
+class BatchPrompts : public UnattendedPrompts {
   public:
     explicit BatchPrompts(std::ostream& err) : err_(err) {}
 
@@ -29,13 +28,6 @@ class BatchPrompts : public Prompts {
   protected:
     void show_message(const std::string& text) override { show_text(text, Severity::failure); }
     void show_text(const std::string& text, Severity severity) override;
-    bool show_question(const std::string&) override { return false; }
-    std::optional<std::string> show_input_box(const std::string&, const std::string&,
-                                              const std::string&) override {
-        return {};
-    }
-    std::optional<std::string> show_open_dialog(const FileRequest&) override { return {}; }
-    std::optional<std::string> show_save_dialog(const FileRequest&) override { return {}; }
 
   private:
     std::ostream& err_;

@@ -3,8 +3,8 @@
 
 #include "core/failure.h"
 #include "core/paths.h"
-#include "core/prompts.h"
 #include "core/same_file.h"
+#include "core/unattended_prompts.h"
 #include "flow/import_lines.h"
 #include "intake/load.h"
 #include "intake/row_notes.h"
@@ -16,16 +16,9 @@ namespace {
 using intake::Role;
 
 /// Nobody listens while it is tried whether a table can be read.
-class SilentPrompts : public Prompts {
+class SilentPrompts : public UnattendedPrompts {
   protected:
     void show_message(const std::string&) override {}
-    bool show_question(const std::string&) override { return false; }
-    std::optional<std::string> show_input_box(const std::string&, const std::string&,
-                                              const std::string&) override {
-        return {};
-    }
-    std::optional<std::string> show_open_dialog(const FileRequest&) override { return {}; }
-    std::optional<std::string> show_save_dialog(const FileRequest&) override { return {}; }
 };
 
 /// The definition that has the usual way read the survey file itself; nothing where it cannot: degrees, other
