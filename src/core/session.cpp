@@ -56,6 +56,7 @@ StartSettings Session::start() {
     reset_calculated_data(workspace, prompts);
     prepare_inversion(inversion);
     model_changed = false;
+    preferences = read_preferences(settings);
 
     StartSettings read;
     restore_directory();

@@ -7,6 +7,7 @@
 
 #include "core/inversion_state.h"
 #include "core/log.h"
+#include "core/preferences.h"
 #include "core/prompts.h"
 #include "core/settings.h"
 #include "core/workspace.h"
@@ -76,6 +77,7 @@ class Session {
 
     Workspace workspace;
     Settings settings;
+    Preferences preferences;  ///< as the settings had them at the start
     SessionLog log;
     InversionState inversion;
     SystemInfo system;
