@@ -1,6 +1,7 @@
 #include "chart/ax_grapher.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "chart/detail/display.h"
 #include "chart/detail/gestures.h"
@@ -99,6 +100,14 @@ void AX_Grapher::SetSeriesOptions(int group, int series, Colour colour, const st
     if (width > 0) options.width = width;
 }
 
+void AX_Grapher::SetSeriesCasing(int group, int series, bool cased) {
+    if (const char* wrong = state_->series.check(group, series)) {
+        tell_failure(*state_, wrong);
+        return;
+    }
+    state_->series.options(state_->series.group(group).first + series - 1).cased = cased;
+}
+
 void AX_Grapher::SetSeriesLineStyle(int group, int series, LineStyle style) {
     if (const char* wrong = state_->series.check(group, series)) {
         tell_failure(*state_, wrong);
@@ -147,6 +156,18 @@ void AX_Grapher::Resize() {
     resize(*state_);
 }
 
+void AX_Grapher::PictureLegend(bool value) {
+    state_->picture_legend = value;
+}
+void AX_Grapher::ShowColourKey(std::optional<ColourKey> key) {
+    state_->colour_key = std::move(key);
+}
+void AX_Grapher::WearPalette(const std::optional<ScreenPalette>& palette) {
+    if (palette == state_->palette) return;
+    state_->palette = palette;
+    resize(*state_);
+}
+
 void AX_Grapher::Clear() {
     GrapherState& state = *state_;
     clear_zoom(state);
@@ -174,7 +195,7 @@ void AX_Grapher::DrawTopLayer(DrawingDevice& target) {
     if (!state_->layout.valid || state_->busy_refresh) return;
     target.set_mapping(screen_mapping(state_->layout.height));
     Canvas canvas(state_->notes);
-    canvas.open(target, state_->fonts());
+    canvas.open(target, state_->fonts(), state_->palette);
     paint_top_layer(*state_, canvas);
 }
 

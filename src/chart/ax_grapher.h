@@ -9,10 +9,14 @@
 #include <vector>
 
 #include "chart/chart_table.h"
+#include "chart/chart_values.h"
+#include "chart/colour_key.h"
 #include "chart/drawing_device.h"
 #include "chart/drawing_types.h"
 #include "chart/grapher_events.h"
+#include "chart/linked_crosshair.h"
 #include "chart/property_bag.h"
+#include "chart/screen_palette.h"
 #include "chart/surface_mapping.h"
 #include "chart/top_marks.h"
 
@@ -22,36 +26,6 @@ struct GrapherState;
 
 /// The bytes of a captured chart: a versioned little-endian form with a length and a checksum.
 using GraphicBytes = std::vector<std::uint8_t>;
-
-/// Where an output goes: 0 and 1 a screen picture, 3 a vector file, 4 a printer.
-enum class OutputTarget : int { screen = 0, screen_copy = 1, metafile = 3, printer = 4 };
-
-/// Zoom factors (1 = the whole chart) and centres as fractions of the full range.
-struct ZoomValues {
-    double zoom_x = 1.0;
-    double centre_x = 0.5;
-    double zoom_y = 1.0;
-    double centre_y = 0.5;
-    bool operator==(const ZoomValues&) const = default;
-};
-
-/// Surface units.
-struct SurfaceSize {
-    double width = 0.0;
-    double height = 0.0;
-};
-
-struct SelectedPoint {
-    int group = 0;
-    int series = 0;  ///< counted within the group
-    int point = 0;
-};
-
-/// The width at the left and right of a plot that numbers and titles take, without the margins the host adds.
-struct NaturalMargins {
-    double left = 0.0;
-    double right = 0.0;
-};
 
 /// A chart of series with axes, retained drawings, zoom and selection. It knows no window system: it draws on
 /// the DrawingDevice it is given, is told of the mouse and the keyboard by its host's widget, and tells its
@@ -97,7 +71,7 @@ class AX_Grapher {
     int ChartType() const;
     void ChartType(int value);  ///< 0 markers, 1 lines, 2 bars; stored unchecked
     bool DisplayLegend() const;
-    void DisplayLegend(bool value);  ///< stored only
+    void DisplayLegend(bool value);  ///< the named series, in the corner that it covers least
     bool DisplayAxes() const;
     void DisplayAxes(bool value);
     bool DisplayBorder() const;
@@ -177,6 +151,8 @@ class AX_Grapher {
     /// set.
     void SetSeriesOptions(int group, int series, Colour colour, const std::string& name, int marker,
                           int visible, int width);
+    /// A cased line has a darker edge where its colour is seen badly on the ground; off until it is set.
+    void SetSeriesCasing(int group, int series, bool cased);
     /// How the line of a series is dashed; solid until it is set.
     void SetSeriesLineStyle(int group, int series, LineStyle style);
     /// Styles or colours of single points. Series 0 or less: all of the group, else from it to the group's
@@ -270,6 +246,15 @@ class AX_Grapher {
     void EqualScales(bool value);
     bool Crosshair() const;
     void Crosshair(bool value);  ///< lines and a read-out that follow the pointer; off at first
+    /// What linked charts tell of the place under a pointer, while there is one. Shown with the crosshair.
+    void LinkCrosshair(std::optional<LinkedCrosshair> linked);
+    /// Behind what is read off by crosshair and measuring box; "" at first.
+    void ReadOutUnits(const std::string& x, const std::string& y);
+    void PictureLegend(bool value);  ///< DrawTo draws it whatever the screen shows; off at first
+    /// A scale of colours in a corner, from the next display on.
+    void ShowColourKey(std::optional<ColourKey> key);
+    /// The colours of the screen alone; none: as they are. Redraws what is there.
+    void WearPalette(const std::optional<ScreenPalette>& palette);
 
     /// What the host shows above the picture, on screen alone.
     const TopMarks& ShownTopMarks() const;

@@ -69,6 +69,15 @@ void AX_Grapher::EqualScales(bool value) {
     state_->equal_scales = value;
 }
 
+void AX_Grapher::LinkCrosshair(std::optional<LinkedCrosshair> linked) {
+    if (linked == state_->linked) return;
+    state_->linked = std::move(linked);
+    if (state_->crosshair && state_->surface != nullptr) state_->surface->present();
+}
+void AX_Grapher::ReadOutUnits(const std::string& x, const std::string& y) {
+    state_->x_unit = x;
+    state_->y_unit = y;
+}
 bool AX_Grapher::Crosshair() const {
     return state_->crosshair;
 }

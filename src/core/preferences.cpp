@@ -1,11 +1,12 @@
 #include "core/preferences.h"
 
 #include <array>
-#include <charconv>
+#include <cmath>
 #include <optional>
 #include <string>
 #include <string_view>
 
+#include "core/numbers.h"
 #include "core/settings.h"
 
 namespace anomalis {
@@ -47,11 +48,10 @@ constexpr std::array rows{
 };
 
 std::optional<int> whole_number(const std::string& text) {
-    int value = 0;
-    const char* end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, value);
-    if (error != std::errc{} || stop != end) return {};
-    return value;
+    constexpr double most = 1e9;
+    double value = 0;
+    if (!parse_number(text, value) || value != std::trunc(value) || std::abs(value) > most) return {};
+    return static_cast<int>(value);
 }
 
 std::optional<int> stored(const Settings& settings, const Row& row) {

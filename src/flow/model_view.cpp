@@ -33,7 +33,10 @@ class ModelView::ChartLink : public chart::GrapherEvents {
     }
     void HeldMoved(int marks, float x, float y) override { view_.hand_.drag(marks, x, y); }
     void HeldEnded(bool given_up) override { view_.hand_.end(given_up); }
-    void PointerLeft() override { view_.hand_.leave(chart_); }
+    void PointerLeft() override {
+        view_.charts_.hide_crosshair();
+        view_.hand_.leave(chart_);
+    }
     void KeyDown(int& code, int marks) override {
         if (view_.hand_.key(chart_, code, marks)) code = 0;
     }
@@ -116,6 +119,7 @@ void ModelView::draw_shown(const Draw& draw) {
     } const current{workbench_.view.current_body, workbench_.view.current_body};
     if (preview_) current.number = 0;
     const bool ensemble = workbench_.view.show_ensemble && !preview_;
+    charts_.take_preferences(workbench_.session.preferences);
     charts_.set_ensemble(ensemble ? edit::ensemble_in_force(workbench_) : nullptr);
     draw(shown_model());
 }
@@ -279,6 +283,10 @@ void ModelView::clear_charts() {
 void ModelView::chart_moved(int chart, bool outside, double x, double y) {
     const chart::Point user{x, y};
     const chart::Point* place = outside ? nullptr : &user;
+    if (place && chart != plan_chart && edit::line_loaded(shown_model()))
+        charts_.show_crosshair(chart, shown_model(), user);
+    else
+        charts_.hide_crosshair();
     host_.show_pointer(chart == plan_chart ? show::plan_pointer(shown_model(), place, places_)
                                            : show::profile_pointer(shown_model(), chart, charts_.chart(chart),
                                                                    place, places_));

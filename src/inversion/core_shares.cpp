@@ -9,6 +9,8 @@
 #include <thread>
 #include <vector>
 
+#include "core/threads.h"
+
 namespace anomalis::inversion {
 
 namespace {
@@ -38,8 +40,7 @@ class Cores {
     Cores& operator=(const Cores&) = delete;
 
     bool run(Pacer& pacer) {
-        const int there = static_cast<int>(std::max(std::thread::hardware_concurrency(), 1U));
-        const int cores = std::min(work_.cores > 0 ? work_.cores : there, work_.last - work_.first);
+        const int cores = std::min(work_.cores > 0 ? work_.cores : thread_count(), work_.last - work_.first);
         for (int i = 0; i < cores; ++i) {
             ++running_;
             threads_.emplace_back([this] { work(); });

@@ -9,6 +9,7 @@
 #include "show/broken_line.h"
 #include "show/chart_look.h"
 #include "show/chart_scales.h"
+#include "show/crosshair_lines.h"
 #include "show/ensemble_shapes.h"
 #include "show/plan_chart.h"
 #include "show/regional_curve.h"
@@ -20,7 +21,6 @@ namespace {
 
 /// Data files mark readings that are not there with it.
 constexpr double no_value = -99999.0;
-constexpr chart::Colour calculated_green = 65280;
 constexpr chart::Colour regional_grey = 0x808080;
 constexpr chart::Colour ground_brown = 0x1E4F7A;  // blue in the high byte
 const std::vector<float> no_curve;
@@ -70,12 +70,16 @@ void ModelCharts::set_up(bool display_axes) {
         set_up_common(chart(i));
         chart(i).Title(texts.title);
         chart(i).YAxisLabel(texts.y_label);
+        const bool curves = i != edit::chart_section;
+        chart(i).PictureLegend(curves);
+        chart(i).ReadOutUnits("m", curves ? texts.y_label : "m");
     }
     set_up_common(plan());
     plan().XAxisRightMargin(right_room);
     plan().Title("Plan");
     plan().XAxisLabel("East (m)");
     plan().YAxisLabel("North (m)");
+    plan().ReadOutUnits("m", "m");
     set_gradient_titles(false);
     set_display_axes(display_axes);
 }
@@ -84,6 +88,12 @@ void ModelCharts::set_gradient_titles(bool total) {
     const edit::GradientCaptions captions = edit::gradient_captions(total);
     chart(edit::chart_mag_gradient).Title(std::string(captions.mag_title));
     chart(edit::chart_grav_gradient).Title(std::string(captions.grav_title));
+}
+
+void ModelCharts::take_preferences(const Preferences& preferences) {
+    observed_ = preferences.observed;
+    calculated_ = preferences.calculated;
+    for (int i = 0; i < edit::profile_chart_count; ++i) chart(i).DisplayLegend(preferences.legend);
 }
 
 void ModelCharts::set_display_axes(bool on) {
@@ -129,8 +139,9 @@ void ModelCharts::register_series(int index, const Workspace& workspace, const e
     target.RegisterData(rows);
     const FanBands fan = ensemble_ ? fan_bands(workspace, *ensemble_, index) : FanBands();
     target.RegisterBands(fan.bands);
-    target.SetSeriesOptions(1, 1, chart::black, "Observed", 0, -1, 1);
-    target.SetSeriesOptions(1, 2, calculated_green, "Calculated", 0, -1, 1);
+    target.SetSeriesOptions(1, 1, observed_.colour, "Observed", 0, -1, observed_.width);
+    target.SetSeriesOptions(1, 2, calculated_.colour, "Calculated", 0, -1, calculated_.width);
+    for (const int series : {1, 2}) target.SetSeriesCasing(1, series, true);
     if (regional.empty()) return;
     target.SetSeriesOptions(1, 3, regional_grey, "Regional", 0, -1, 1);
     target.SetSeriesLineStyle(1, 3, chart::LineStyle::dash);
@@ -261,6 +272,17 @@ void ModelCharts::follow_view(int leader, const Workspace& workspace, const edit
         chart(i).SetZoomValues(led.zoom_x, led.centre_x, own.zoom_y, own.centre_y);
     }
     if (is_shown(edit::chart_section)) refresh_section(workspace, view);
+}
+
+void ModelCharts::show_crosshair(int leader, const Workspace& workspace, chart::Point at) {
+    for (int i = 0; i < edit::model_chart_count; ++i)
+        if (is_shown(i))
+            chart(i).LinkCrosshair(chart::LinkedCrosshair{
+                at.x, crosshair_lines(workspace, i, chart(i), at.x, i == leader ? &at : nullptr)});
+}
+
+void ModelCharts::hide_crosshair() {
+    for (chart::AX_Grapher* chart : charts_) chart->LinkCrosshair({});
 }
 
 void ModelCharts::refresh_section(const Workspace& workspace, const edit::ViewState& view) {

@@ -5,6 +5,8 @@
 #include <memory>
 #include <vector>
 
+#include "chart/drawing_types.h"
+#include "core/preferences.h"
 #include "edit/view_state.h"
 #include "show/graph_ranges.h"
 #include "show/polygon_table.h"
@@ -33,6 +35,8 @@ class ModelCharts {
     /// Fonts, colours, titles and axis labels; once, before the first drawing.
     void set_up(bool display_axes);
     void set_gradient_titles(bool total);
+    /// Colours and widths of the curves, the legend on screen; from the next drawing on.
+    void take_preferences(const Preferences& preferences);
     /// Axes of the five charts on or off; the plan keeps its own.
     void set_display_axes(bool on);
 
@@ -54,6 +58,9 @@ class ModelCharts {
 
     /// The view of one chart was changed by hand: the others follow along the distance.
     void follow_view(int leader, const Workspace& workspace, const edit::ViewState& view);
+    /// The crosshair of the charts shown while the pointer is over `leader` at a place in user units.
+    void show_crosshair(int leader, const Workspace& workspace, chart::Point at);
+    void hide_crosshair();
     /// Records the section's overlay anew for its present view.
     void refresh_section(const Workspace& workspace, const edit::ViewState& view);
 
@@ -79,6 +86,8 @@ class ModelCharts {
     chart::AX_Grapher* plan_;
     std::array<bool, edit::model_chart_count> shown_{true, true, true, true, true};
     std::shared_ptr<const Ensemble> ensemble_;
+    CurveLook observed_ = Preferences().observed;
+    CurveLook calculated_ = Preferences().calculated;
     PolygonTable section_polygons_;
     PolygonTable plan_polygons_;
 };

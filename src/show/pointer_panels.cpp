@@ -6,9 +6,9 @@
 #include "core/failure.h"
 #include "core/gaps.h"
 #include "core/numbers.h"
-#include "core/search.h"
 #include "core/workspace.h"
 #include "edit/view_state.h"
+#include "show/crosshair_lines.h"
 #include "show/graph_ranges.h"
 
 namespace anomalis::show {
@@ -79,11 +79,7 @@ PointerPanels profile_pointer(const Workspace& workspace, int chart, const chart
     if (!user || workspace.station_count <= 0) return panels;
     panels.x = format_number(user->x, "0.00");
     panels.y = format_number(user->y, "0.00");
-    const int n = workspace.station_count;
-    int nearest = search_sorted(workspace.distances.span(), user->x);
-    if (nearest > 1 && user->x - workspace.distances[nearest - 1] < workspace.distances[nearest] - user->x)
-        --nearest;
-    nearest = nearest < 1 ? 1 : nearest > n ? n : nearest;
+    const int nearest = nearest_station(workspace, user->x);
     panels.east = format_number(workspace.stations(nearest, column_east), "0.00");
     panels.north = format_number(workspace.stations(nearest, column_north), "0.00");
     if (chart < edit::profile_chart_count && lacks_reading(workspace, channel_of_chart(chart), nearest))

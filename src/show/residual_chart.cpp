@@ -34,6 +34,7 @@ void set_up_residual_chart(chart::AX_Grapher& chart) {
     take_chart_look(chart);
     chart.XAxisRightMargin(right_room);
     chart.XAxisLabel("Distance (m)");
+    chart.PictureLegend(true);
 }
 
 void draw_residuals(chart::AX_Grapher& chart, const ResidualCurve& curve, const std::string& title,
@@ -42,6 +43,7 @@ void draw_residuals(chart::AX_Grapher& chart, const ResidualCurve& curve, const 
     if (curve.distance.empty()) return;
     chart.Title(title);
     chart.YAxisLabel(unit);
+    chart.ReadOutUnits("m", unit);
     const std::vector<double> above(curve.distance.size(), band * curve.noise);
     const std::vector<double> below(curve.distance.size(), -band * curve.noise);
     const std::array rows{

@@ -289,5 +289,58 @@ TEST(ChartInput, the_read_out_has_as_many_digits_as_a_pixel_can_tell) {
     EXPECT_EQ(top.texts(), (std::vector<std::string>{"3.700, 0.000001550"}));
 }
 
+std::vector<std::string> top_texts(Input& rig) {
+    RecordingDevice top(13500.0, 4500.0);
+    rig.chart.DrawTopLayer(top);
+    return top.texts();
+}
+
+TEST(ChartInput, a_linked_crosshair_stands_at_its_distance_and_tells_what_it_was_given) {
+    Input rig;
+    rig.chart.Crosshair(true);
+    rig.device.forget();
+    rig.chart.LinkCrosshair(LinkedCrosshair{3700.0, {"Observed 12.5 nT", "Calculated 11.9 nT"}});
+    EXPECT_EQ(rig.device.of_kind(Kind::present).size(), 1U);
+    EXPECT_TRUE(rig.device.of_kind(Kind::clear).empty()) << "nothing is drawn anew";
+    RecordingDevice top(13500.0, 4500.0);
+    rig.chart.DrawTopLayer(top);
+    ASSERT_EQ(top.of_kind(Kind::polyline).size(), 1U);
+    EXPECT_EQ(top.of_kind(Kind::polyline)[0].points, (std::vector<Point>{{7425.0, 0.0}, {7425.0, 4500.0}}));
+    EXPECT_EQ(top.texts(), (std::vector<std::string>{"Observed 12.5 nT", "Calculated 11.9 nT"}));
+    // Under the pointer the lines stand in place of the chart's own read-out.
+    rig.move(0, 7425.0, 2250.0);
+    EXPECT_EQ(top_texts(rig), (std::vector<std::string>{"Observed 12.5 nT", "Calculated 11.9 nT"}));
+    rig.chart.HandleMouseLeave();
+    rig.chart.LinkCrosshair(LinkedCrosshair{9000.0, {"out of view"}});
+    EXPECT_TRUE(top_texts(rig).empty());
+    rig.chart.LinkCrosshair(LinkedCrosshair{3700.0, {"in view"}});
+    rig.chart.Crosshair(false);
+    EXPECT_TRUE(top_texts(rig).empty());
+    rig.chart.Crosshair(true);
+    rig.chart.LinkCrosshair({});
+    EXPECT_TRUE(top_texts(rig).empty());
+}
+
+TEST(ChartInput, the_measuring_box_tells_its_sides_and_slope_with_units) {
+    Input rig;
+    rig.chart.Crosshair(true);
+    rig.chart.ReadOutUnits("m", "nT");
+    rig.move(0, 1350.0 + 6075.0, 2250.0);
+    EXPECT_EQ(top_texts(rig), (std::vector<std::string>{"3700 m, 200 nT"}));
+    rig.press(1, 1350.0 + 6075.0, 2250.0, 1);
+    EXPECT_EQ(top_texts(rig).size(), 1U) << "no box yet: the crosshair";
+    rig.move(1, 1350.0 + 6075.0 - 1215.0, 2250.0 + 450.0, 1);
+    EXPECT_EQ(top_texts(rig), (std::vector<std::string>{"dx -740 m", "dy 100 nT", "slope -0.135 nT/m"}));
+    rig.chart.ReadOutUnits("m", "nT per station");
+    EXPECT_EQ(top_texts(rig)[2], "slope -0.135 nT per station per m");
+    rig.chart.ReadOutUnits("m", "m");
+    EXPECT_EQ(top_texts(rig)[2], "slope -0.135 (7.7 degrees)");
+    // Straight up there is no slope.
+    rig.move(1, 1350.0 + 6075.0, 2250.0 + 450.0, 1);
+    EXPECT_EQ(top_texts(rig), (std::vector<std::string>{"dx 0 m", "dy 100 m"}));
+    rig.release(1, 1350.0 + 6075.0, 2250.0 + 450.0, 1);
+    EXPECT_EQ(top_texts(rig).size(), 1U);
+}
+
 }  // namespace
 }  // namespace anomalis::chart

@@ -244,7 +244,7 @@ TEST(Gestures, a_box_tells_its_size_and_zooms_nothing) {
     EXPECT_EQ(rig.chart.MouseMode(), 8);
     EXPECT_TRUE(rig.top(Kind::polygon_outline).empty());
     rig.move(1, 3648.6486486, 1350.0, 1);
-    EXPECT_EQ(rig.top(Kind::polygon_outline).size(), 1U);
+    EXPECT_EQ(rig.top(Kind::polygon_outline).size(), 2U);  // the box, and what tells of it
     EXPECT_NEAR(rig.log.last_move.dx, 1000.0, 1e-3);
     EXPECT_NEAR(rig.log.last_move.dy, 100.0, 1e-3);
     rig.release(1, 3648.6486486, 1350.0, 1);

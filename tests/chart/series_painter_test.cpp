@@ -236,19 +236,6 @@ TEST(SeriesPainter, a_hidden_series_is_still_drawn) {
     EXPECT_EQ(draw(rig, {0, 1000}, {0, 100}, line_series).lines.size(), 1U);
 }
 
-TEST(SeriesPainter, the_legend_property_draws_nothing) {
-    Rig rig;
-    const std::size_t without = [&] {
-        draw(rig, {0, 1000}, {0, 100}, line_series);
-        return rig.device.entries.size();
-    }();
-    rig.chart.SetSeriesOptions(1, 1, -1, "Observed", 0, 1, 1);
-    rig.chart.DisplayLegend(true);
-    rig.device.forget();
-    rig.chart.DisplayChart();
-    EXPECT_EQ(rig.device.entries.size(), without);
-}
-
 Values ramp(std::size_t count, double last) {
     Values values(count);
     for (std::size_t i = 0; i < count; ++i)

@@ -1,11 +1,15 @@
 #include "core/settings.h"
 
+#include <array>
+#include <filesystem>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <vector>
 
+#include "core/preferences.h"
+#include "core/threads.h"
 #include "support/child_process.h"
 #include "support/scripted_prompts.h"
 #include "support/temp_folder.h"
@@ -279,6 +283,104 @@ TEST(SettingsFile, any_rubbish_is_told_once_and_left_as_it_is) {
 TEST(DefaultSettingsPath, stands_in_the_users_configuration_folder) {
     const EnvironmentVariable config("XDG_CONFIG_HOME", "/etc/ann");
     EXPECT_EQ(default_settings_path(), "/etc/ann/brightfold/anomalis.conf");
+}
+
+constexpr std::array preference_keys{
+    "ObservedColour", "ObservedWidth", "CalculatedColour",   "CalculatedWidth", "DarkCharts",
+    "Legend",         "Grid",          "SusceptibilityUnit", "AutosaveSeconds", "Threads"};
+
+TEST(Preferences, are_the_usual_ones_where_nothing_was_kept) {
+    EXPECT_EQ(read_preferences(Settings()), Preferences());
+}
+
+TEST(Preferences, come_back_as_they_were_kept) {
+    const TempFolder folder;
+    ScriptedPrompts prompts;
+    Preferences liked;
+    liked.observed = {0xC04020, 3};
+    liked.calculated = {0, 6};
+    liked.dark_charts = false;
+    liked.legend = true;
+    liked.grid = true;
+    liked.susceptibility_unit = SusceptibilityUnit::cgs;
+    liked.autosave_seconds = 300;
+    liked.threads = 2;
+    Settings settings(folder.path("a.conf"), prompts);
+    EXPECT_EQ(keep_preferences(liked, settings), 0);
+    EXPECT_EQ(read_preferences(Settings(folder.path("a.conf"), prompts)), liked);
+    EXPECT_EQ(keep_preferences(Preferences(), settings), 0);
+    EXPECT_EQ(read_preferences(Settings(folder.path("a.conf"), prompts)), Preferences());
+}
+
+TEST(Preferences, that_were_never_changed_are_not_written) {
+    const TempFolder folder;
+    ScriptedPrompts prompts;
+    Settings settings(folder.path("a.conf"), prompts);
+    EXPECT_EQ(keep_preferences(Preferences(), settings), 0);
+    EXPECT_FALSE(std::filesystem::exists(folder.path("a.conf")));
+}
+
+TEST(Preferences, of_no_sense_are_the_usual_ones_and_the_rest_of_the_file_stays) {
+    for (const char* nonsense :
+         {"",     " ",       "black", "-1",       "1e99", "-1e99", "nan", "inf",  "99999999999999999999",
+          "2.5",  "0x10",    "1,5",   "\xFF\xFE", "\t",   "--3",   "1 2", "%s%n", "NULL",
+          "true", "16777216"}) {
+        const TempFolder folder;
+        ScriptedPrompts prompts;
+        Settings settings(folder.path("a.conf"), prompts);
+        save(settings, newer, "Dip", "45");
+        for (const char* key : preference_keys) save(settings, newer, key, nonsense);
+        const Settings later(folder.path("a.conf"), prompts);
+        EXPECT_EQ(read_preferences(later), Preferences()) << nonsense;
+        EXPECT_EQ(read(later, newer, "Dip"), "45");
+        // One that makes sense beside others that make none.
+        save(settings, newer, "ObservedWidth", "4");
+        Preferences wanted;
+        wanted.observed.width = 4;
+        EXPECT_EQ(read_preferences(settings), wanted) << nonsense;
+        wanted.threads = 3;
+        EXPECT_EQ(keep_preferences(wanted, settings), 0);
+        EXPECT_EQ(read_preferences(Settings(folder.path("a.conf"), prompts)), wanted);
+        EXPECT_EQ(read(Settings(folder.path("a.conf"), prompts), newer, "Dip"), "45");
+        EXPECT_TRUE(prompts.messages.empty());
+    }
+}
+
+TEST(Preferences, out_of_their_ranges_are_the_usual_ones) {
+    for (const auto& [key, value] : {std::pair{"ObservedWidth", "0"},
+                                     {"CalculatedWidth", "7"},
+                                     {"DarkCharts", "2"},
+                                     {"SusceptibilityUnit", "3"},
+                                     {"AutosaveSeconds", "9"},
+                                     {"AutosaveSeconds", "3601"},
+                                     {"Threads", "257"}}) {
+        Settings settings;
+        save(settings, newer, key, value);
+        EXPECT_EQ(read_preferences(settings), Preferences()) << key << value;
+    }
+}
+
+TEST(Preferences, that_cannot_be_written_are_told_of_by_the_status) {
+    const TempFolder folder;
+    ScriptedPrompts prompts;
+    Settings settings(folder.write("a.conf", "rubbish\n"), prompts);
+    Preferences liked;
+    liked.threads = 5;
+    EXPECT_EQ(keep_preferences(liked, settings), -1);
+    EXPECT_EQ(folder.read("a.conf"), "rubbish\n");
+}
+
+TEST(Threads, are_as_many_as_the_machine_has_or_as_was_chosen) {
+    const int all = thread_count();
+    EXPECT_GE(all, 1);
+    limit_threads(3);
+    EXPECT_EQ(thread_count(), 3);
+    limit_threads(-7);
+    EXPECT_EQ(thread_count(), all);
+    limit_threads(1);
+    EXPECT_EQ(thread_count(), 1);
+    limit_threads(0);
+    EXPECT_EQ(thread_count(), all);
 }
 
 }  // namespace

@@ -62,18 +62,26 @@ void Canvas::guarded(const char* prefix, Work&& work) {
     }
 }
 
-void Canvas::open(DrawingDevice& device, Fonts fonts) {
+void Canvas::open(DrawingDevice& device, Fonts fonts, const std::optional<ScreenPalette>& palette) {
     device_ = &device;
     fonts_ = fonts;
+    palette_ = palette;
     window_ = unbounded;
 }
 
-Colour Canvas::resolved(Colour colour) const {
-    return colour < no_colour ? device_->system_colour(colour & 0xFF) : colour;
+Colour Canvas::shown(Colour colour) const {
+    if (colour < no_colour) return device_->system_colour(colour & 0xFF);
+    return palette_ ? shown_ink(*palette_, colour) : colour;
+}
+
+/// What has no outline of its own (a bar, a dot, a band) is shown as its pen would be.
+Colour Canvas::filled(Colour fill, Colour pen) const {
+    if (!palette_ || fill < 0 || pen == fill || pen == no_colour) return shown(fill);
+    return shown_fill(*palette_, fill);
 }
 
 Pen Canvas::resolved(const Pen& pen) const {
-    return {resolved(pen.colour), drawn_width(pen.width), pen.style};
+    return {shown(pen.colour), drawn_width(pen.width), pen.style};
 }
 
 GraphicItem& Canvas::captured(ItemKind kind) {
@@ -170,7 +178,7 @@ void Canvas::draw_polygon(std::span<const Point> points, Colour pen, Colour fill
     guarded("Polygon error: ", [&] {
         if (fill == no_colour) return;
         clip_polygon(window_, points, cut_, scratch_);
-        if (!cut_.empty()) device_->polygon_fill(cut_, resolved(fill));
+        if (!cut_.empty()) device_->polygon_fill(cut_, filled(fill, pen));
     });
     guarded("Polyline error: ", [&] {
         if (pen == no_colour) return;
@@ -221,7 +229,7 @@ void Canvas::markers(int style, double radius, Colour colour, double width, std:
         return;
     }
     if (!std::all_of(anchors.begin(), anchors.end(), in_reach)) return;
-    const MarkerGeometry geometry(style, radius, resolved(colour), width);
+    const MarkerGeometry geometry(style, radius, shown(colour), width);
     if (!geometry.empty()) guarded("Line error: ", [&] { device_->markers(geometry.shape(), anchors); });
 }
 
@@ -259,7 +267,7 @@ void Canvas::placed_text(Point anchor, double angle, std::string_view words, Fon
     }
     if (!in_reach(anchor) || !std::isfinite(angle)) return;
     guarded(angle == 0.0 ? "Font error: " : "Fone error: ",
-            [&] { device_->text(anchor, angle, readable(words), font(role), resolved(colour)); });
+            [&] { device_->text(anchor, angle, readable(words), font(role), shown(colour)); });
 }
 
 std::string Canvas::clean_text(std::string_view words) {

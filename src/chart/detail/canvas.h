@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -8,6 +9,7 @@
 #include "chart/detail/graphic_item.h"
 #include "chart/detail/point_thinner.h"
 #include "chart/drawing_device.h"
+#include "chart/screen_palette.h"
 
 namespace anomalis::chart {
 
@@ -25,8 +27,12 @@ class Canvas {
         const Font* title = nullptr;
     };
 
-    /// Everything goes to `device` from here on; the window is unbounded.
-    void open(DrawingDevice& device, Fonts fonts);
+    /// Everything goes to `device` from here on, in the colours of a palette if there is one; the window is
+    /// unbounded.
+    void open(DrawingDevice& device, Fonts fonts, const std::optional<ScreenPalette>& palette = std::nullopt);
+    /// The colour in which lines and texts of `colour` are seen.
+    Colour shown(Colour colour) const;
+    bool wears_palette() const { return palette_.has_value(); }
     /// While not null, items go here and the device only measures texts.
     void capture_into(std::vector<GraphicItem>* items) { captured_ = items; }
     bool capturing() const { return captured_ != nullptr; }
@@ -61,7 +67,7 @@ class Canvas {
     template <class Work>
     void guarded(const char* prefix, Work&& work);
     const Font& font(FontRole role) const { return role == FontRole::title ? *fonts_.title : *fonts_.chart; }
-    Colour resolved(Colour colour) const;
+    Colour filled(Colour fill, Colour pen) const;
     Pen resolved(const Pen& pen) const;
     void draw_pieces(std::span<const Point> points, bool closed, const Pen& pen);
     void flush_piece(const Pen& pen);
@@ -71,6 +77,7 @@ class Canvas {
     FailureNotes& notes_;
     DrawingDevice* device_ = nullptr;
     Fonts fonts_;
+    std::optional<ScreenPalette> palette_;
     std::vector<GraphicItem>* captured_ = nullptr;
     bool every_point_ = false;
     Rect window_;

@@ -6,6 +6,7 @@
 
 #include "chart/detail/axis_painter.h"
 #include "chart/detail/equal_scales.h"
+#include "chart/detail/legend.h"
 
 namespace anomalis::chart {
 
@@ -119,11 +120,15 @@ void draw_upper(GrapherState& state) {
     state.displayed = true;
 }
 
+void open_on_screen(GrapherState& state) {
+    state.canvas.open(*state.surface, state.fonts(), state.palette);
+}
+
 void open_base(GrapherState& state) {
     DrawingDevice& surface = *state.surface;
     surface.select_layer(DrawingDevice::Layer::base);
-    surface.clear(resolved_colour(state, state.properties.back_colour), state.properties.back_style);
-    state.canvas.open(surface, state.fonts());
+    open_on_screen(state);
+    surface.clear(state.canvas.shown(state.properties.back_colour), state.properties.back_style);
 }
 
 /// The chart with its lower part taken from the last picture where that is as it was: while a body is moved
@@ -131,7 +136,7 @@ void open_base(GrapherState& state) {
 void draw_chart_on_base(GrapherState& state) {
     DrawingDevice& surface = *state.surface;
     if (state.lower.is_of(state) && surface.take_lower()) {
-        state.canvas.open(surface, state.fonts());
+        open_on_screen(state);
         state.canvas.set_window(state.layout.plot);
     } else {
         open_base(state);
@@ -157,8 +162,11 @@ void show_surface(GrapherState& state, int status) {
     DrawingDevice& surface = *state.surface;
     surface.copy_base_to_surface();
     surface.select_layer(DrawingDevice::Layer::surface);
-    state.canvas.open(surface, state.fonts());
-    if (status == 0) replay_overlay(state);
+    open_on_screen(state);
+    if (status == 0) {
+        replay_overlay(state);
+        if (state.displayed) paint_legend(state, LegendPlace::of_screen);
+    }
     surface.present();
 }
 
@@ -281,7 +289,7 @@ void draw_graphics(GrapherState& state) {
         return;
     on_surface(state, [&] {
         state.surface->select_layer(DrawingDevice::Layer::surface);
-        state.canvas.open(*state.surface, state.fonts());
+        open_on_screen(state);
         replay_overlay(state);
         state.surface->present();
         return 0;

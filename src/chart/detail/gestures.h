@@ -24,7 +24,7 @@ bool is_held(const GrapherState& state);
 void end_hold(GrapherState& state, bool given_up);
 /// The polygon that a press at a place would select, 0 for none.
 int polygon_under(const GrapherState& state, Point at);
-/// Draws the selection, box, magnifier and crosshair on the open canvas.
+/// Draws the selection, magnifier, measuring box and crosshair on the open canvas.
 void paint_top_layer(GrapherState& state, Canvas& canvas);
 
 }  // namespace anomalis::chart

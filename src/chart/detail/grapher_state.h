@@ -4,6 +4,7 @@
 #include <string>
 
 #include "chart/ax_grapher.h"
+#include "chart/colour_key.h"
 #include "chart/detail/bands.h"
 #include "chart/detail/canvas.h"
 #include "chart/detail/chart_properties.h"
@@ -15,6 +16,8 @@
 #include "chart/detail/series_table.h"
 #include "chart/detail/tracks.h"
 #include "chart/detail/view_state.h"
+#include "chart/linked_crosshair.h"
+#include "chart/screen_palette.h"
 #include "chart/top_marks.h"
 
 namespace anomalis::chart {
@@ -73,7 +76,14 @@ struct GrapherState {
     bool lock_x = false;
     bool lock_y = false;
     bool crosshair = false;
+    std::optional<LinkedCrosshair> linked;
+    std::string x_unit;  ///< of what is read off; "" for none
+    std::string y_unit;
     bool equal_scales = false;
+    bool picture_legend = false;
+    std::optional<ColourKey> colour_key;
+    int legend_corner = 0;  ///< where the one on screen stands
+    std::optional<ScreenPalette> palette;
     TopMarks top_marks;
     PointerShape pointer_shape = PointerShape::usual;
     std::optional<Point> pointer;  ///< surface units, y up

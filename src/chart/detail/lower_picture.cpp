@@ -10,7 +10,8 @@ bool LowerPicture::is_of(const GrapherState& state) const {
            bands_ == state.bands.revision() && tracks_ == state.tracks.revision() &&
            layout_ == state.layout && x_ == state.x && y_ == state.y &&
            options_ == state.series.options(lowest) && properties_ == state.properties &&
-           face_ == resolved_colour(state, button_face) && text_ == resolved_colour(state, button_text);
+           palette_ == state.palette && face_ == resolved_colour(state, button_face) &&
+           text_ == resolved_colour(state, button_text);
 }
 
 void LowerPicture::keep(const GrapherState& state) {
@@ -25,6 +26,7 @@ void LowerPicture::keep(const GrapherState& state) {
     y_ = state.y;
     options_ = state.series.options(lowest);
     properties_ = state.properties;
+    palette_ = state.palette;
     face_ = resolved_colour(state, button_face);
     text_ = resolved_colour(state, button_text);
     state.surface->keep_lower();

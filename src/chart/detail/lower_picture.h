@@ -1,12 +1,14 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 
 #include "chart/detail/chart_properties.h"
 #include "chart/detail/layout.h"
 #include "chart/detail/series_table.h"
 #include "chart/detail/view_state.h"
 #include "chart/drawing_device.h"
+#include "chart/screen_palette.h"
 
 namespace anomalis::chart {
 
@@ -32,7 +34,8 @@ class LowerPicture {
     std::uint64_t revision_ = 0;
     std::uint64_t bands_ = 0;   ///< their revision
     std::uint64_t tracks_ = 0;  ///< likewise
-    Colour face_ = black;       ///< the desktop's colours
+    std::optional<ScreenPalette> palette_;
+    Colour face_ = black;  ///< the desktop's colours
     Colour text_ = black;
 };
 

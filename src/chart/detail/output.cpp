@@ -3,6 +3,7 @@
 #include <exception>
 
 #include "chart/detail/display.h"
+#include "chart/detail/legend.h"
 
 namespace anomalis::chart {
 
@@ -40,7 +41,10 @@ int start_of_output(GrapherState& state, DrawingDevice& target, SurfaceSize size
     if (update_layout(state, target, size.width, size.height, take_limits) != 0) return -1;
     state.canvas.open(target, state.fonts());
     const int status = draw_chart(state);
-    if (status == 0) replay_overlay(state);
+    if (status == 0) {
+        replay_overlay(state);
+        paint_legend(state, LegendPlace::of_picture);
+    }
     return status;
 }
 

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "chart/detail/clip.h"
+#include "chart/detail/series_line.h"
 
 namespace anomalis::chart {
 
@@ -63,11 +64,11 @@ void SeriesPainter::plot_lines(const SeriesGroup& group, const SeriesData& data,
     for (std::size_t i = 0; i < data.y.size(); ++i) {
         if (missing(group, data, i)) continue;
         i = collect_run(points, i, project, column, run_);
-        draw_run(options, canvas);
+        draw_run(options, frame.properties.back_colour, canvas);
     }
 }
 
-void SeriesPainter::draw_run(const SeriesOptions& options, Canvas& canvas) {
+void SeriesPainter::draw_run(const SeriesOptions& options, Colour ground, Canvas& canvas) {
     if (run_.size() == 1) {
         // A point between two gaps would vanish: it is a dot that is seen, three times as wide as the pen.
         const double half = 1.5 * std::max(options.width, 1) * units_per_screen_pixel;
@@ -77,8 +78,7 @@ void SeriesPainter::draw_run(const SeriesOptions& options, Canvas& canvas) {
                              1.0);
         return;
     }
-    if (run_.size() > 1)
-        canvas.polyline(run_, {options.colour, static_cast<double>(options.width), options.style});
+    if (run_.size() > 1) draw_series_line(canvas, run_, options, ground);
 }
 
 /// A bar spans from the previous point to this one, so there is none at the first point or after a gap. Bars

@@ -35,7 +35,7 @@ class SeriesPainter {
     void plot_series(const SeriesTable& table, int group, int series, const PlotFrame& frame, Canvas& canvas);
     void plot_lines(const SeriesGroup& group, const SeriesData& data, const SeriesOptions& options,
                     const PlotFrame& frame, Canvas& canvas);
-    void draw_run(const SeriesOptions& options, Canvas& canvas);
+    void draw_run(const SeriesOptions& options, Colour ground, Canvas& canvas);
     void plot_bars(const SeriesGroup& group, const SeriesData& data, const SeriesOptions& options,
                    const PlotFrame& frame, Canvas& canvas);
     void plot_markers(const SeriesGroup& group, const SeriesData& data, const SeriesOptions& options,

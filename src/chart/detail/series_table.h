@@ -21,6 +21,7 @@ struct SeriesOptions {
     bool visible = true;
     int width = 1;
     LineStyle style = LineStyle::solid;
+    bool cased = false;  ///< a darker edge where the colour is seen badly on the ground
     std::string name;
     bool operator==(const SeriesOptions&) const = default;
 };

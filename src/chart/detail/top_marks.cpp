@@ -41,9 +41,10 @@ double beside(double at, double gap, double size, double low, double high) {
     return std::clamp(wanted, low, std::max(low, high - size));
 }
 
-void paint_note(const GrapherState& state, Canvas& canvas, const TopNote& note) {
+}  // namespace
+
+void paint_note(const GrapherState& state, Canvas& canvas, Point at, const TopNote& note) {
     const Rect& plot = state.layout.plot;
-    const Point at = on_surface(state, note.at);
     double width = 0, line = 0;
     for (const std::string& words : note.lines) {
         const TextExtent extent = canvas.measure(words, FontRole::chart);
@@ -63,8 +64,6 @@ void paint_note(const GrapherState& state, Canvas& canvas, const TopNote& note) 
     }
 }
 
-}  // namespace
-
 void paint_top_marks(const GrapherState& state, Canvas& canvas) {
     const TopMarks& top = state.top_marks;
     const Rect& plot = state.layout.plot;
@@ -79,7 +78,8 @@ void paint_top_marks(const GrapherState& state, Canvas& canvas) {
         paint_mark(canvas, mark, at);
     }
     canvas.set_window(plot);
-    if (top.note && !top.note->lines.empty()) paint_note(state, canvas, *top.note);
+    if (top.note && !top.note->lines.empty())
+        paint_note(state, canvas, on_surface(state, top.note->at), *top.note);
 }
 
 }  // namespace anomalis::chart

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "core/pacer.h"
+#include "core/threads.h"
 
 namespace anomalis::forward {
 
@@ -23,7 +24,7 @@ int worker_count(double estimated_nanoseconds, std::size_t blocks, int asked) {
     const auto most = static_cast<double>(std::max<std::size_t>(blocks, 1));
     if (asked > 0) return static_cast<int>(std::min<double>(asked, most));
     if (!(estimated_nanoseconds > 2 * worth_a_thread)) return 1;
-    const auto cores = static_cast<double>(std::max(1U, std::thread::hardware_concurrency()));
+    const auto cores = static_cast<double>(thread_count());
     return static_cast<int>(std::min({estimated_nanoseconds / worth_a_thread, cores, most}));
 }
 

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <mutex>
-#include <thread>
 #include <utility>
 
+#include "core/threads.h"
 #include "inversion/core_shares.h"
 
 namespace anomalis::inversion {
@@ -46,7 +46,7 @@ void change_kind(const LineFit& line, ModelBody& body, bool type) {
 
 ModelGrowth::ModelGrowth(const LineFit& line, const ModelTrials& trials, Pacer& pacer)
     : trials_(trials), pacer_(pacer) {
-    lines_.assign(std::max(std::thread::hardware_concurrency(), 1U), line);
+    lines_.assign(static_cast<std::size_t>(thread_count()), line);
 }
 
 std::vector<JudgedModel> ModelGrowth::judge_all(const std::vector<Trial>& trials) {
