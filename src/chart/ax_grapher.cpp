@@ -258,9 +258,20 @@ Point AX_Grapher::SurfaceToUser(Point surface) const {
     return {state_->properties.x.scale.inverse(world.x), state_->properties.y.scale.inverse(world.y)};
 }
 
+double AX_Grapher::WidestNumber() const {
+    if (state_->surface == nullptr || !state_->properties.numbers_outside()) return 0.0;
+    return widest_number_at_any_zoom(state_->properties, state_->y, *state_->surface);
+}
+
 void align_plots(std::span<AX_Grapher* const> charts) {
+    double numbers = 0.0;
+    for (AX_Grapher* chart : charts) {
+        chart->NumberRoom(0.0);
+        if (chart->Layout() == 0) numbers = std::max(numbers, chart->WidestNumber());
+    }
     NaturalMargins widest;
     for (AX_Grapher* chart : charts) {
+        chart->NumberRoom(numbers);
         if (chart->Layout() != 0) continue;
         const NaturalMargins own = chart->PlotMargins();
         widest = {std::max(widest.left, own.left), std::max(widest.right, own.right)};

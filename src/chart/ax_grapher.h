@@ -128,9 +128,16 @@ class AX_Grapher {
     void DataNull(double value);
     int MarkerSize() const;
     void MarkerSize(int value);  ///< radius in surface units
-    int MouseMode() const;       ///< 0 none, 1 pan, 2 magnifier, 4 drag zoom (-4 while it runs), 8 box,
-                                 ///< 16 held by the host
-    double XAxisScale() const;   ///< surface units a transformed unit
+    bool LightGrid() const;
+    /// Light lines behind the series at the ticks with numbers, from the next display on; off at first and
+    /// not persisted.
+    void LightGrid(bool value);
+    double NumberRoom() const;
+    /// The width that the numbers of the Y axis have at least; surface units, not persisted.
+    void NumberRoom(double value);
+    int MouseMode() const;      ///< 0 none, 1 pan, 2 magnifier, 4 drag zoom (-4 while it runs), 8 box,
+                                ///< 16 held by the host
+    double XAxisScale() const;  ///< surface units a transformed unit
     double YAxisScale() const;
     bool HasPlotDefined() const;
 
@@ -234,6 +241,8 @@ class AX_Grapher {
     Rect FullRange() const;   ///< transformed units
     Rect PlotRect() const;    ///< surface units
     NaturalMargins PlotMargins() const;
+    /// The width of the widest number that the Y axis may have at any zoom of its limits; surface units.
+    double WidestNumber() const;
     double TextWidth(const std::string& text) const;  ///< in FONT, surface units
     double TextHeight() const;                        ///< in FONT, surface units
     Point UserToSurface(Point user) const;
@@ -282,11 +291,13 @@ class AX_Grapher {
     void HandlePinch(double factor, float x, float y);
     /// Pans by a distance in surface units (x to the right, y upward); nothing at zoom 1.
     void PanBy(double dx, double dy);
-    /// Keys 37 to 40 pan, 107/187 and 109/189 zoom, 48/96 and 36 reset, 27 ends a gesture, 93 asks for the
-    /// menu.
-    void HandleKeyDown(int key_code, int shift);
-    void HandleKeyPress(int key_ascii);
-    void HandleKeyUp(int key_code, int shift);
+    /// Every key goes to the host first. Those it leaves to the chart, without Control and Alt: 37 to 40 pan,
+    /// 107/187 and 109/189 zoom, 48/96 and 36 reset, 27 ends a gesture, 93 asks for the menu. True when host
+    /// or chart have used the key; any other is meant for whoever stands behind the chart.
+    bool HandleKeyDown(int key_code, int shift);
+    /// A character that was typed. True when the host has changed it.
+    bool HandleKeyPress(int key_ascii);
+    bool HandleKeyUp(int key_code, int shift);
 
     // -- Small services.
 
@@ -314,7 +325,8 @@ class AX_Grapher {
     std::unique_ptr<GrapherState> state_;
 };
 
-/// Sets the left and right margins of these charts so that their plots coincide in X.
+/// Sets the left and right margins of these charts so that their plots coincide in X, and go on doing so at
+/// any zoom: the room of their numbers is that of the widest one that any of them may come to show.
 void align_plots(std::span<AX_Grapher* const> charts);
 
 }  // namespace anomalis::chart

@@ -44,14 +44,16 @@ Point surface_point(const GrapherState& state, float x, float y) {
     return {x, height - y};
 }
 
-/// Runs the chart's own part of an event and raises ViewChanged if it has moved the view.
+/// Runs the chart's own part of an event. True, and ViewChanged raised, if it has moved the view.
 template <class Work>
-void handle(GrapherState& state, Work&& work) {
+bool handle(GrapherState& state, Work&& work) {
     const Interval x = state.x.view;
     const Interval y = state.y.view;
     work();
-    if ((state.x.view == x && state.y.view == y) || state.gesture.mode == GestureMode::magnifier) return;
+    if ((state.x.view == x && state.y.view == y) || state.gesture.mode == GestureMode::magnifier)
+        return false;
     if (state.events != nullptr) state.events->ViewChanged();
+    return true;
 }
 
 void show_top_layer(GrapherState& state) {
@@ -72,10 +74,23 @@ void raise_move(GrapherState& state, int buttons, int shift, float x, float y, P
     state.events->MouseMove(buttons, shift, x, y, world.outside ? 1 : 0, told.x, told.y, delta_x, delta_y);
 }
 
+/// Another view lies under the pointer, which has not moved: the host's read-out follows.
+void tell_place(GrapherState& state, int shift) {
+    if (!state.pointer) return;
+    const Point at = *state.pointer;
+    const double height = state.surface != nullptr ? state.surface->height() : state.layout.height;
+    raise_move(state, 0, shift, static_cast<float>(at.x), static_cast<float>(height - at.y), at);
+}
+
 /// A release that was lost lets go where the pointer was last.
 void carry_hold(GrapherState& state, int buttons, int shift, float x, float y) {
     if ((buttons & state.gesture.held_button) == 0) return end_hold(state, false);
     state.events->HeldMoved(shift, x, y);
+}
+
+/// Plus is a shifted key on many keyboards; with Control or Alt a key is a command of the window.
+bool is_plain(int shift) {
+    return (shift & ~shift_mark) == 0;
 }
 
 /// True when the key was the chart's.
@@ -163,11 +178,13 @@ void AX_Grapher::HandleMouseUp(int button, int shift, float x, float y) {
             return;
         }
         state.gesture.right_click = false;
-        handle(state, [&] { release(state); });
+        state.pointer = surface_point(state, x, y);
+        const bool moved = handle(state, [&] { release(state, *state.pointer); });
         if (had_box) show_top_layer(state);
         if (state.events == nullptr) return;
         state.events->MouseUp(button, shift, x, y);
         if (button == left_button) state.events->Click();
+        if (moved) tell_place(state, shift);
     }
     // A menu runs a loop of its own, so it opens when the event is over.
     if (clicked) state.events->MenuRequested(x, y);
@@ -217,12 +234,13 @@ void AX_Grapher::HandleDoubleClick(int button) {
     if (deaf(state) || !state.displayed || button != left_button) return;
     const Busy busy(state.busy_event);
     end_hold(state, false);
-    handle(state, [&] {
+    const bool moved = handle(state, [&] {
         cancel_gesture(state);
         clear_zoom(state);
         refresh_graph(state, 0);
     });
     if (state.events != nullptr) state.events->ZoomCleared();
+    if (moved) tell_place(state, 0);
 }
 
 void AX_Grapher::HandleWheel(int keys, int delta, float x, float y) {
@@ -230,7 +248,9 @@ void AX_Grapher::HandleWheel(int keys, int delta, float x, float y) {
     if (deaf(state) || delta == 0 || !std::isfinite(x) || !std::isfinite(y)) return;
     const Busy busy(state.busy_event);
     const Point at = surface_point(state, x, y);
+    state.pointer = at;
     const WorldPosition world = world_at(state, at);
+    bool moved = false;
     if (!world.outside && state.properties.zoom_enabled && state.gesture.mode == GestureMode::none) {
         // A touchpad sends many small turns; those of another direction start anew.
         if ((state.wheel_sum > 0) != (delta > 0)) state.wheel_sum = 0;
@@ -238,12 +258,14 @@ void AX_Grapher::HandleWheel(int keys, int delta, float x, float y) {
         const int steps = state.wheel_sum / wheel_step;
         state.wheel_sum -= steps * wheel_step;
         if (steps != 0)
-            handle(state, [&] {
+            moved = handle(state, [&] {
                 for (int i = 0; i < std::abs(steps); ++i)
                     zoom_step(state, steps > 0 ? -1 : 1, world.transformed);
+                hold_place(state, world.transformed, at);
                 refresh_graph(state, 0);
             });
     }
+    if (moved) tell_place(state, keys);
     if (state.events != nullptr)
         state.events->MouseWheel(keys, delta, static_cast<int>(std::lround(x)),
                                  static_cast<int>(std::lround(y)));
@@ -254,13 +276,15 @@ void AX_Grapher::HandlePinch(double factor, float x, float y) {
     if (deaf(state) || !(factor > 0.0) || !std::isfinite(factor) || !std::isfinite(x) || !std::isfinite(y))
         return;
     const Busy busy(state.busy_event);
-    const WorldPosition world = world_at(state, surface_point(state, x, y));
+    const Point at = surface_point(state, x, y);
+    const WorldPosition world = world_at(state, at);
     if (world.outside || !state.properties.zoom_enabled) return;
     end_hold(state, true);
     handle(state, [&] {
         // On a touch screen the first finger has begun a drag, which the second one ends.
         cancel_gesture(state);
         zoom_by(state, 1.0 / factor, world.transformed);
+        hold_place(state, world.transformed, at);
         refresh_graph(state, 0);
     });
 }
@@ -276,37 +300,48 @@ void AX_Grapher::PanBy(double dx, double dy) {
     });
 }
 
-void AX_Grapher::HandleKeyDown(int key_code, int shift) {
+bool AX_Grapher::HandleKeyDown(int key_code, int shift) {
     GrapherState& state = *state_;
-    if (deaf(state)) return;
+    if (deaf(state)) return false;
     int key = key_code;
+    bool used = false;
     {
         const Busy busy(state.busy_event);
         if (state.events != nullptr) state.events->KeyDown(key, shift);
+        used = key != key_code || key == escape_key || key == menu_key;
         if (key == escape_key) end_hold(state, true);
+        bool moved = false;
         if (state.displayed && state.layout.valid)
-            handle(state, [&] {
+            moved = handle(state, [&] {
                 if (key == escape_key) {
                     cancel_gesture(state);
                     show_top_layer(state);
-                } else if (state.gesture.mode == GestureMode::none && obey_key(state, key)) {
+                } else if (is_plain(shift) && state.gesture.mode == GestureMode::none &&
+                           obey_key(state, key)) {
+                    used = true;
                     refresh_graph(state, 0);
                 }
             });
+        if (moved) tell_place(state, shift);
     }
     if (key == menu_key) request_menu(state);
+    return used;
 }
 
-void AX_Grapher::HandleKeyPress(int key_ascii) {
-    if (deaf(*state_) || state_->events == nullptr) return;
+bool AX_Grapher::HandleKeyPress(int key_ascii) {
+    if (deaf(*state_) || state_->events == nullptr) return false;
     const Busy busy(state_->busy_event);
-    state_->events->KeyPress(key_ascii);
+    int key = key_ascii;
+    state_->events->KeyPress(key);
+    return key != key_ascii;
 }
 
-void AX_Grapher::HandleKeyUp(int key_code, int shift) {
-    if (deaf(*state_) || state_->events == nullptr) return;
+bool AX_Grapher::HandleKeyUp(int key_code, int shift) {
+    if (deaf(*state_) || state_->events == nullptr) return false;
     const Busy busy(state_->busy_event);
-    state_->events->KeyUp(key_code, shift);
+    int key = key_code;
+    state_->events->KeyUp(key, shift);
+    return key != key_code;
 }
 
 }  // namespace anomalis::chart

@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <cmath>
+
 #include "chart/ax_grapher.h"
 #include "chart/detail/grapher_state.h"
 
@@ -211,6 +214,19 @@ int AX_Grapher::MarkerSize() const {
 }
 void AX_Grapher::MarkerSize(int value) {
     set(*state_, state_->properties.marker_size, value, "MarkerSize");
+}
+
+bool AX_Grapher::LightGrid() const {
+    return state_->properties.light_grid;
+}
+void AX_Grapher::LightGrid(bool value) {
+    state_->properties.light_grid = value;
+}
+double AX_Grapher::NumberRoom() const {
+    return state_->properties.number_room;
+}
+void AX_Grapher::NumberRoom(double value) {
+    state_->properties.number_room = std::isfinite(value) ? std::max(value, 0.0) : 0.0;
 }
 
 Font AX_Grapher::FONT() const {

@@ -1,8 +1,10 @@
 #include <algorithm>
 #include <cmath>
 #include <gtest/gtest.h>
+#include <random>
 #include <set>
 
+#include "chart/tick_rule.h"
 #include "chart_rig.h"
 
 namespace anomalis::chart {
@@ -23,38 +25,110 @@ std::vector<std::string> left_numbers(const Rig& rig) {
     return texts;
 }
 
-/// Two-point lines that start on the plot's side at x.
-std::vector<RecordingDevice::Entry> ticks_from_x(const Rig& rig, double x) {
+/// Two-point lines of this length that start on the plot's side at x.
+std::vector<RecordingDevice::Entry> ticks_from_x(const Rig& rig, double x, double length = 60.0) {
     auto lines = rig.device.of_kind(Kind::polyline);
     std::erase_if(lines, [&](const auto& line) {
-        return line.points.size() != 2 || line.points[0].x != x || line.points[0].y != line.points[1].y;
+        return line.points.size() != 2 || line.points[0].x != x || line.points[0].y != line.points[1].y ||
+               std::abs(std::abs(line.points[1].x - x) - length) > 1e-6;
     });
     return lines;
 }
 
-std::vector<RecordingDevice::Entry> ticks_from_y(const Rig& rig, double y) {
+std::vector<RecordingDevice::Entry> ticks_from_y(const Rig& rig, double y, double length = 60.0) {
     auto lines = rig.device.of_kind(Kind::polyline);
     std::erase_if(lines, [&](const auto& line) {
-        return line.points.size() != 2 || line.points[0].y != y || line.points[0].x != line.points[1].x;
+        return line.points.size() != 2 || line.points[0].y != y || line.points[0].x != line.points[1].x ||
+               std::abs(std::abs(line.points[1].y - y) - length) > 1e-6;
     });
     return lines;
 }
 
-TEST(AxisPainter, a_dropped_label_does_not_drop_those_that_follow) {
+/// The boxes of all texts but titles and labels.
+std::vector<Rect> number_boxes(const Rig& rig) {
+    std::vector<Rect> boxes;
+    for (const auto& entry : rig.device.of_kind(Kind::text)) {
+        if (entry.text.find_first_not_of("0123456789.-") != std::string::npos) continue;
+        const Point at = entry.points[0];
+        boxes.push_back({at.x, at.x + rig.device.character_width * static_cast<double>(entry.text.size()),
+                         at.y, at.y + rig.device.character_height});
+    }
+    return boxes;
+}
+
+TEST(AxisPainter, where_not_all_numbers_fit_they_are_counted_from_zero) {
     Rig rig;
     rig.make_a();
     rig.chart.DisplayChart();
-    EXPECT_EQ(left_numbers(rig), (std::vector<std::string>{"-300", "-100", "100", "300", "500", "700"}));
-    // 404 apart, which is too near for two neighbours but not for two that have one between them.
+    EXPECT_EQ(left_numbers(rig), (std::vector<std::string>{"-200", "0", "200", "400", "600"}));
+    // 404 apart, which is too near for two neighbours.
     rig.device.forget();
     rig.chart.XTickInterval(250.0);
     rig.chart.DisplayChart();
     std::vector<std::string> bottom;
     for (const auto& entry : rig.device.of_kind(Kind::text))
         if (entry.points[0].y == 577.5 - 1.5 * m) bottom.push_back(entry.text);
-    EXPECT_EQ(bottom,
-              (std::vector<std::string>{"0", "250", "750", "1250", "1750", "2250", "2750", "3250", "3750",
-                                        "4250", "4750", "5250", "5750", "6250", "6750", "7250"}));
+    EXPECT_EQ(bottom, (std::vector<std::string>{"0", "500", "1000", "1500", "2000", "2500", "3000", "3500",
+                                                "4000", "4500", "5000", "5500", "6000", "6500", "7000"}));
+}
+
+TEST(AxisPainter, shorter_ticks_stand_between) {
+    Rig rig;
+    rig.make_a();
+    rig.chart.DisplayChart();
+    EXPECT_EQ(ticks_from_x(rig, 772.5, 30.0).size(), 10U) << "one between every two";
+    EXPECT_EQ(ticks_from_y(rig, 577.5, 30.0).size(), 7U * 9U + 4U - 0U)
+        << "nine a thousand, four in the last";
+    rig.device.forget();
+    rig.chart.YAxisType(1);
+    rig.chart.YAxisMin(1.0);
+    rig.chart.YAxisMax(1000.0);
+    rig.chart.YTickInterval(1.0);
+    rig.chart.DisplayChart();
+    EXPECT_EQ(ticks_from_x(rig, rig.chart.PlotRect().x_low).size(), 4U);
+    EXPECT_EQ(ticks_from_x(rig, rig.chart.PlotRect().x_low, 30.0).size(), 24U);
+}
+
+TEST(AxisPainter, the_light_grid_stands_at_the_numbers_behind_the_series) {
+    Rig rig;
+    rig.make_b();
+    rig.register_series({0.0, 7400.0}, {0.0, 500.0});
+    rig.chart.DisplayChart();
+    const std::size_t without = rig.device.of_kind(Kind::polyline).size();
+    rig.device.forget();
+    rig.chart.LightGrid(true);
+    rig.chart.DisplayChart();
+    const auto lines = rig.device.of_kind(Kind::polyline);
+    const Rect plot = rig.chart.PlotRect();
+    std::size_t grid = 0;
+    for (; grid < lines.size() && lines[grid].pen.colour != black; ++grid) {
+        const auto& ends = lines[grid].points;
+        EXPECT_TRUE((ends[0].x == ends[1].x && ends[0].y == plot.y_low && ends[1].y == plot.y_high) ||
+                    (ends[0].y == ends[1].y && ends[0].x == plot.x_low && ends[1].x == plot.x_high));
+        EXPECT_GT(red_of(lines[grid].pen.colour), 0xC0);
+    }
+    EXPECT_EQ(grid, number_boxes(rig).size());
+    EXPECT_EQ(lines.size(), without + grid) << "all of them before frame and series";
+}
+
+TEST(AxisPainter, titles_without_room_end_in_an_ellipsis) {
+    Rig rig;
+    rig.make_b();
+    rig.chart.Title("A title that is longer than the chart is wide");
+    rig.chart.YAxisLabel("An axis label that is too long");
+    rig.chart.XAxisLabel(std::string(23, 'd') + "\xC3\xA9\xC3\xA9\xC3\xA9");
+    rig.device.resize(2250.0, 1800.0);
+    ASSERT_EQ(rig.chart.DisplayChart(), 0);
+    const std::string dots = "\xE2\x80\xA6";
+    // 25 characters of 90 are as wide as the surface, 20 as high.
+    EXPECT_NE(rig.device.find_text("A title that is longer t" + dots), nullptr);
+    EXPECT_NE(rig.device.find_text("An axis label that" + dots), nullptr) << "no blank before it";
+    EXPECT_NE(rig.device.find_text(std::string(23, 'd') + "\xC3\xA9" + dots), nullptr) << "whole letters";
+    for (const auto& entry : rig.device.of_kind(Kind::text)) {
+        if (entry.angle != 0.0) continue;
+        EXPECT_GE(entry.points[0].x, -1e-6) << entry.text;
+        EXPECT_LE(entry.points[0].x + rig.device.measure(entry.text, Font{}).width, 2250.0 + 1e-6);
+    }
 }
 
 TEST(AxisPainter, ticks_are_drawn_where_the_label_is_dropped) {
@@ -166,28 +240,55 @@ TEST(AxisPainter, numbers_of_two_axes_do_not_meet_at_a_corner) {
     rig.make_a();
     rig.chart.XAxisMin(1000.0);
     rig.chart.XAxisMax(7000.0);
+    rig.chart.YAxisMin(-400.0);
+    rig.chart.YAxisMax(600.0);
     rig.chart.DisplayChart();
     const Rect plot = rig.chart.PlotRect();
-    int at_the_top = 0;
-    for (const auto& entry : rig.device.of_kind(Kind::text)) {
-        if (entry.text != "1000" && entry.text != "7000") continue;
-        const double left = entry.points[0].x;
-        if (entry.points[0].y != plot.y_high) {
-            EXPECT_NEAR(left + 180.0, entry.text == "1000" ? plot.x_low : plot.x_high, 1e-9);
-            continue;
-        }
-        ++at_the_top;
-        EXPECT_GE(left, plot.x_low - m / 4.0);
-        EXPECT_LE(left + 4 * 90.0, plot.x_high + m / 4.0);
-    }
-    EXPECT_EQ(at_the_top, 2);
-    // Where no number of the Y axis stands at the corner they stay centred on their ticks.
+    const auto at_the_top = [&](const std::string& words) {
+        int found = 0;
+        for (const auto& entry : rig.device.of_kind(Kind::text))
+            if (entry.text == words && entry.points[0].y == plot.y_high) ++found;
+        return found;
+    };
+    EXPECT_EQ(at_the_top("1000"), 0) << "600 stands there";
+    EXPECT_EQ(at_the_top("7000"), 0);
+    EXPECT_EQ(at_the_top("2000"), 1);
+    // Where no number of the Y axis stands at the corner they have their own.
     rig.device.forget();
-    rig.chart.YAxisMax(760.0);
+    rig.chart.YAxisMax(660.0);
     rig.chart.DisplayChart();
-    for (const auto& entry : rig.device.of_kind(Kind::text)) {
-        if (entry.text != "7000") continue;
-        EXPECT_NEAR(entry.points[0].x + 180.0, rig.chart.PlotRect().x_high, 1e-9);
+    EXPECT_EQ(at_the_top("1000"), 1);
+    EXPECT_EQ(at_the_top("7000"), 1);
+}
+
+TEST(AxisPainter, no_two_numbers_of_a_chart_ever_overlap) {
+    std::mt19937 random(7);
+    const auto uniform = [&](double low, double high) {
+        return std::uniform_real_distribution<double>(low, high)(random);
+    };
+    for (int i = 0; i < 150; ++i) {
+        Rig rig;
+        rig.make_a();
+        rig.device.resize(uniform(1500.0, 20000.0), uniform(1200.0, 9000.0));
+        const double y_span = std::pow(10.0, uniform(-3.0, 5.0));
+        const double y_low = uniform(-1.5, 0.5) * y_span;
+        rig.set_limits(0.0, uniform(100.0, 90000.0), y_low, y_low + y_span);
+        rig.chart.XTickInterval(tick_interval(0.0, rig.chart.XAxisMax()));
+        rig.chart.YTickInterval(tick_interval(y_low, y_low + y_span));
+        rig.chart.AxisLabellingLocation(i % 3 == 0 ? 1 : 0);
+        rig.chart.XAxisLabellingPosition(i % 4);
+        rig.chart.YAxisLabellingPosition((i / 4) % 4);
+        if (rig.chart.DisplayChart() != 0) continue;
+        rig.chart.SetZoomValues(uniform(1.0, 40.0), uniform(0.0, 1.0), uniform(1.0, 40.0), uniform(0.0, 1.0));
+        rig.device.forget();
+        rig.chart.RefreshGraph(0);
+        const std::vector<Rect> boxes = number_boxes(rig);
+        for (std::size_t a = 0; a < boxes.size(); ++a)
+            for (std::size_t b = a + 1; b < boxes.size(); ++b)
+                EXPECT_FALSE(boxes[a].x_low < boxes[b].x_high && boxes[b].x_low < boxes[a].x_high &&
+                             boxes[a].y_low + 1e-6 < boxes[b].y_high &&
+                             boxes[b].y_low + 1e-6 < boxes[a].y_high)
+                    << i;
     }
 }
 
@@ -227,14 +328,17 @@ TEST(AxisPainter, numbers_inside_asked_for_at_the_right_stand_at_the_left) {
     EXPECT_NEAR(number->points[0].x, rig.chart.PlotRect().x_low + m / 2.0, 1e-9);
 }
 
-TEST(AxisPainter, a_number_that_would_leave_the_surface_moves_inward) {
+TEST(AxisPainter, a_number_that_would_leave_the_surface_is_left_out) {
     Rig rig;
     rig.make_b();
     rig.chart.XAxisMax(7000.0);
     rig.chart.DisplayChart();
-    const auto* last = rig.device.find_text("7000");
-    ASSERT_NE(last, nullptr);
-    EXPECT_EQ(last->points[0].x, 13500.0 - 4 * 90.0);
+    EXPECT_EQ(rig.device.find_text("7000"), nullptr);
+    EXPECT_NE(rig.device.find_text("6000"), nullptr);
+    rig.device.forget();
+    rig.chart.XAxisRightMargin(180.0F);
+    rig.chart.DisplayChart();
+    EXPECT_NE(rig.device.find_text("7000"), nullptr);
 }
 
 TEST(AxisPainter, a_weak_gradient_has_numbers_that_differ) {

@@ -96,7 +96,7 @@ TEST(ChartInput, the_wheel_forward_zooms_in_about_the_pointer) {
     const Point now = rig.chart.SurfaceToUser({5000.0, 2000.0});
     EXPECT_NEAR(now.x, anchor.x, 1e-3);
     EXPECT_NEAR(now.y, anchor.y, 1e-3);
-    EXPECT_EQ(rig.log.names, (std::vector<std::string>{"ViewChanged", "MouseWheel(8, 120)"}));
+    EXPECT_EQ(rig.log.names, (std::vector<std::string>{"ViewChanged", "MouseMove", "MouseWheel(8, 120)"}));
     rig.chart.HandleWheel(0, -120, 5000.0F, 2500.0F);
     EXPECT_EQ(rig.chart.CurrentZoom(), ZoomValues{});
 }
@@ -227,6 +227,34 @@ TEST(ChartInput, keys_and_clicks_are_told) {
     EXPECT_EQ(rig.log.names,
               (std::vector<std::string>{"KeyPress(65)", "KeyUp(65, 4)", "MouseDown(4, 0)", "MouseUp(4, 0)",
                                         "MouseDown(1, 3)", "MouseUp(1, 3)", "Click"}));
+}
+
+TEST(ChartInput, a_key_that_nobody_used_is_left_to_whoever_stands_behind_the_chart) {
+    Input rig;
+    EXPECT_FALSE(rig.chart.HandleKeyDown(112, 0));
+    EXPECT_FALSE(rig.chart.HandleKeyDown(46, 0));
+    EXPECT_FALSE(rig.chart.HandleKeyDown(48, 2)) << "with Control it is a command";
+    EXPECT_TRUE(rig.chart.HandleKeyDown(48, 0));
+    EXPECT_TRUE(rig.chart.HandleKeyDown(107, 1)) << "plus is a shifted key on many keyboards";
+    EXPECT_FALSE(rig.chart.HandleKeyUp(48, 0));
+    EXPECT_EQ(rig.log.count("KeyDown"), 5) << "all of them are told";
+    rig.log.swallow_keys = true;
+    EXPECT_TRUE(rig.chart.HandleKeyDown(112, 0));
+}
+
+TEST(ChartInput, after_a_wheel_a_key_or_a_double_click_the_place_under_the_pointer_is_told) {
+    Input rig;
+    rig.chart.HandleWheel(0, 240, 3000.0F, 1500.0F);
+    Point under = rig.chart.SurfaceToUser({3000.0, 3000.0});
+    EXPECT_NEAR(rig.log.last_move.x, under.x, 1e-6) << "the wheel says where the pointer is";
+    EXPECT_NEAR(rig.log.last_move.y, under.y, 1e-6);
+    rig.chart.HandleKeyDown(107, 0);
+    under = rig.chart.SurfaceToUser({3000.0, 3000.0});
+    EXPECT_NEAR(rig.log.last_move.x, under.x, 1e-6);
+    rig.chart.HandleDoubleClick(1);
+    under = rig.chart.SurfaceToUser({3000.0, 3000.0});
+    EXPECT_NEAR(rig.log.last_move.x, under.x, 1e-6);
+    EXPECT_NEAR(rig.log.last_move.y, under.y, 1e-6);
 }
 
 TEST(ChartInput, a_chart_without_a_host_takes_every_input) {

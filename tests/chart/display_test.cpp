@@ -73,6 +73,29 @@ TEST(Display, a_layout_that_changes_nothing_keeps_the_picture) {
     EXPECT_EQ(steps(rig.device), ">s!");
 }
 
+TEST(Display, a_refresh_repaints_the_present_limits_and_a_display_takes_new_ones) {
+    Rig rig;
+    rig.make_plain();
+    rig.register_series({0.0, 7400.0}, {0.0, 500.0});
+    rig.chart.DisplayChart();
+    rig.set_limits(1000.0, 2000.0, 0.0, 10.0);
+    for (const int mode : {0, 1}) {
+        rig.chart.RefreshGraph(mode);
+        EXPECT_EQ(rig.chart.ViewRange(), (Rect{0.0, 7400.0, -300.0, 700.0})) << mode;
+    }
+    rig.chart.Resize();
+    rig.chart.ResetZoom();
+    rig.chart.SetZoomValues(1.0, 0.5, 1.0, 0.5);
+    RecordingDevice file(13500.0, 4500.0);
+    rig.chart.DrawTo(file, OutputTarget::metafile, screen_mapping(4500.0));
+    EXPECT_EQ(rig.chart.FullRange(), (Rect{0.0, 7400.0, -300.0, 700.0}));
+    rig.chart.DisplayChart();
+    EXPECT_EQ(rig.chart.ViewRange(), (Rect{1000.0, 2000.0, 0.0, 10.0}));
+    rig.set_limits(0.0, 5000.0, 0.0, 10.0);
+    rig.chart.Layout();
+    EXPECT_EQ(rig.chart.ViewRange(), (Rect{0.0, 5000.0, 0.0, 10.0}));
+}
+
 TEST(Display, the_inner_step_draws_the_chart_alone) {
     Shown rig;
     EXPECT_EQ(rig.chart.display_current_chart(), -1);

@@ -94,7 +94,7 @@ TEST(EmfDevice, texts_stand_on_their_base_line_at_the_size_of_the_screen) {
         EXPECT_EQ(emf.text_at(record).x, std::lround(left * scale));
         EXPECT_EQ(emf.text_at(record).y, std::lround((4500.0 - base) * scale));
     }
-    for (const char* text : {"Residual", "Distance", "nT", "-300", "700", "0", "7000"})
+    for (const char* text : {"Residual", "Distance", "nT", "-200", "600", "0", "7000"})
         EXPECT_TRUE(words.contains(text)) << text;
 
     std::set<std::int32_t> turns;

@@ -1,5 +1,7 @@
+#include <array>
 #include <gtest/gtest.h>
 
+#include "chart/tick_rule.h"
 #include "chart_rig.h"
 
 namespace anomalis::chart {
@@ -109,13 +111,69 @@ TEST(Layout, linked_charts_line_up) {
     wide.chart.YTickInterval(0.002);
     const std::vector<AX_Grapher*> charts{&wide.chart, &narrow.chart};
     align_plots(charts);
-    EXPECT_EQ(wide.chart.PlotMargins().left, 952.5);
-    EXPECT_EQ(narrow.chart.PlotMargins().left, 772.5);
+    // "-0.006" is the widest now; zoomed as deep as that goes it has four digits more.
+    EXPECT_EQ(wide.chart.PlotMargins().left, 952.5 + 4 * 90.0);
     EXPECT_EQ(wide.chart.PlotRect().x_low, narrow.chart.PlotRect().x_low);
     EXPECT_EQ(wide.chart.PlotRect().x_high, narrow.chart.PlotRect().x_high);
     // A second time nothing moves on.
     align_plots(charts);
-    EXPECT_EQ(narrow.chart.PlotRect().x_low, 952.5);
+    EXPECT_EQ(narrow.chart.PlotRect().x_low, 952.5 + 4 * 90.0);
+}
+
+TEST(Layout, linked_charts_stay_in_line_while_a_wheel_turns_and_hold_the_place_under_it) {
+    constexpr int count = 3;
+    std::array<Rig, count> rigs;
+    std::vector<AX_Grapher*> charts;
+    const std::array<double, count> spans{1000.0, 0.03, 6.0};
+    for (int i = 0; i < count; ++i) {
+        Rig& rig = rigs.at(static_cast<std::size_t>(i));
+        rig.make_b();
+        const double span = spans.at(static_cast<std::size_t>(i));
+        rig.set_limits(0.0, 7400.0, -0.4 * span, 0.6 * span);
+        rig.chart.YTickInterval(tick_interval(0.0, span));
+        rig.register_series({0.0, 7400.0}, {0.0, 0.1 * span});
+        charts.push_back(&rig.chart);
+    }
+    align_plots(charts);
+    for (AX_Grapher* chart : charts) chart->DisplayChart();
+    const Rect start = charts[0]->PlotRect();
+    for (int leader = 0; leader < count; ++leader) {
+        Rig& turned = rigs.at(static_cast<std::size_t>(leader));
+        const Point at{start.x_low + (0.2 + 0.3 * leader) * start.width(),
+                       start.y_low + 0.4 * start.height()};
+        const Point held = turned.chart.SurfaceToUser(at);
+        // As deep as it goes and half the way back.
+        for (int step = 0; step < 150; ++step) {
+            turned.chart.HandleWheel(0, step < 105 ? 120 : -120, static_cast<float>(at.x), Rig::down(at.y));
+            const ZoomValues led = turned.chart.CurrentZoom();
+            for (AX_Grapher* chart : charts) {
+                const ZoomValues own = chart->CurrentZoom();
+                if (chart != &turned.chart)
+                    chart->SetZoomValues(led.zoom_x, led.centre_x, own.zoom_y, own.centre_y);
+                EXPECT_EQ(chart->PlotRect().x_low, start.x_low) << step;
+                EXPECT_EQ(chart->PlotRect().x_high, start.x_high) << step;
+                EXPECT_NEAR(chart->UserToSurface(held).x, at.x, 0.5 * units_per_screen_pixel) << step;
+            }
+            EXPECT_NEAR(turned.chart.UserToSurface(held).y, at.y, 0.5 * units_per_screen_pixel) << step;
+        }
+        for (AX_Grapher* chart : charts) chart->SetZoomValues(1.0, 0.5, 1.0, 0.5);
+    }
+}
+
+TEST(Layout, a_chart_by_itself_holds_the_place_under_the_wheel_although_its_numbers_grow) {
+    Rig rig;
+    rig.make_b();
+    rig.register_series({0.0, 7400.0}, {0.0, 500.0});
+    rig.chart.DisplayChart();
+    const double narrow = rig.chart.PlotRect().x_low;
+    const Point at{6000.0, 2500.0};
+    const Point held = rig.chart.SurfaceToUser(at);
+    for (int step = 0; step < 60; ++step) {
+        rig.chart.HandleWheel(0, 120, static_cast<float>(at.x), Rig::down(at.y));
+        EXPECT_NEAR(rig.chart.UserToSurface(held).x, at.x, 7.5) << step;
+        EXPECT_NEAR(rig.chart.UserToSurface(held).y, at.y, 7.5) << step;
+    }
+    EXPECT_GT(rig.chart.PlotRect().x_low, narrow) << "numbers with more digits";
 }
 
 TEST(Layout, titles_take_the_height_of_their_own_font) {

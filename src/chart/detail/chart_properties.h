@@ -47,6 +47,9 @@ struct ChartProperties {
     AxisProperties y;
     double data_null = -999.0;
     int marker_size = 35;
+    // Of the chart on show, never persisted.
+    bool light_grid = false;
+    double number_room = 0.0;  ///< that the numbers of the Y axis have at least, surface units
 
     bool operator==(const ChartProperties&) const = default;
     bool numbers_outside() const { return labelling_location == 0 && display_axes; }

@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <exception>
 
 #include "chart/detail/axis_painter.h"
 #include "chart/detail/equal_scales.h"
 #include "chart/detail/legend.h"
+#include "chart/detail/zoom.h"
 
 namespace anomalis::chart {
 
@@ -100,13 +102,14 @@ int on_surface(GrapherState& state, Work&& work) {
     return status;
 }
 
-/// Bands, tracks, axes, title and the series below the others; the canvas is cut to the plot from then on.
-/// Frame and ticks lie on the bands.
+/// Bands, light grid, tracks, axes, title and the series below the others; the canvas is cut to the plot from
+/// then on. Frame and ticks lie on the bands.
 void draw_lower(GrapherState& state) {
     const ChartLayout& layout = state.layout;
-    if (!state.bands.bands().empty() || !state.tracks.empty()) {
+    if (!state.bands.bands().empty() || !state.tracks.empty() || state.properties.light_grid) {
         state.canvas.set_window(layout.plot);
         state.band_painter.paint(state.bands, state.frame(), state.canvas);
+        paint_light_grid(state.properties, layout, state.x, state.y, state.canvas);
         state.track_painter.paint(state.tracks, state.frame(), state.canvas);
     }
     state.canvas.set_window({0.0, layout.width, 0.0, layout.height});
@@ -281,6 +284,15 @@ void resize(GrapherState& state) {
         show_background(state);
     else
         refresh_graph(state, 0);
+}
+
+void hold_place(GrapherState& state, Point transformed, Point at) {
+    constexpr double nowhere_else = 0.01;
+    if (state.surface == nullptr || state.busy_refresh) return;
+    if (on_surface(state, [&] { return update_on_surface(state, false); }) != 0) return;
+    const Point now = state.layout.to_surface(state.x, state.y, transformed);
+    const Point off{now.x - at.x, now.y - at.y};
+    if (std::abs(off.x) > nowhere_else || std::abs(off.y) > nowhere_else) pan_by(state, off.x, off.y);
 }
 
 void draw_graphics(GrapherState& state) {

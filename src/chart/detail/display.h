@@ -18,6 +18,9 @@ int display_chart(GrapherState& state);
 int draw_current(GrapherState& state);
 int refresh_graph(GrapherState& state, int mode);
 void resize(GrapherState& state);
+/// Lays the present view out, and moves it so far that `transformed` stands at `at` again: numbers of another
+/// width have moved the plot. Nothing is drawn.
+void hold_place(GrapherState& state, Point transformed, Point at);
 /// Draws the overlay alone on the surface.
 void draw_graphics(GrapherState& state);
 /// The picture on screen becomes background only.

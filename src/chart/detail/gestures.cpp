@@ -58,6 +58,7 @@ void begin_magnifier(GrapherState& state) {
     gesture.mode = GestureMode::magnifier;
     gesture.zoom = current_zoom(state);
     gesture.overlay_suspended = true;
+    gesture.box_moved = false;
     const Point middle = centre_of(state.x, state.y);
     const Point span{state.x.view.span(), state.y.view.span()};
     clear_zoom(state);
@@ -136,7 +137,7 @@ void press(GrapherState& state, int button, int shift, Point at) {
     cancel_gesture(state);
     Gesture& gesture = state.gesture;
     gesture.right_click = button == right_button;
-    gesture.right_press = at;
+    gesture.button_press = at;
     const bool boxing = (shift & shift_mark) != 0;
     if (button == left_button && !boxing && select_at(state, button, at)) return;
     if (!state.properties.zoom_enabled || (button != left_button && !state.zoomed())) return;
@@ -157,7 +158,7 @@ void press(GrapherState& state, int button, int shift, Point at) {
 
 void move(GrapherState& state, int buttons, Point at) {
     Gesture& gesture = state.gesture;
-    if (std::hypot(at.x - gesture.right_press.x, at.y - gesture.right_press.y) >= click_reach)
+    if (std::hypot(at.x - gesture.button_press.x, at.y - gesture.button_press.y) >= click_reach)
         gesture.right_click = false;
     if (!state.displayed || gesture.mode == GestureMode::none) return;
     // A release that was lost ends every gesture.
@@ -177,6 +178,7 @@ void move(GrapherState& state, int buttons, Point at) {
             break;
         case GestureMode::magnifier:
             gesture.box_centre = at;
+            gesture.box_moved = true;
             gesture.press = at;
             break;
         default:
@@ -184,8 +186,13 @@ void move(GrapherState& state, int buttons, Point at) {
     }
 }
 
-void release(GrapherState& state) {
-    if (state.gesture.mode == GestureMode::magnifier) end_magnifier(state, true);
+void release(GrapherState& state, Point at) {
+    Gesture& gesture = state.gesture;
+    if (gesture.mode == GestureMode::magnifier) {
+        // The box begins about the view, not about the pointer, and stays there until that moves.
+        if (gesture.box_moved || !(at == gesture.button_press)) gesture.box_centre = at;
+        end_magnifier(state, true);
+    }
     state.gesture.mode = GestureMode::none;
     state.gesture.corner.reset();
 }

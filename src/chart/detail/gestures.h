@@ -13,8 +13,8 @@ inline constexpr int middle_button = 4;
 void press(GrapherState& state, int button, int shift, Point at);
 /// Carries the running gesture on; ends it when its button is no longer held.
 void move(GrapherState& state, int buttons, Point at);
-/// Ends the running gesture.
-void release(GrapherState& state);
+/// Ends the running gesture where the pointer is: a magnifier shows what lies about it.
+void release(GrapherState& state, Point at);
 /// Ends the running gesture as if it had not been: a magnifier gives its view back.
 void cancel_gesture(GrapherState& state);
 /// Offers a press to the host; true when it holds it from here on. X and Y as the host takes them.

@@ -40,11 +40,12 @@ struct Gesture {
     Point press_user;             ///< the same in user units
     Point box_centre;             ///< of the magnifier, surface units
     Point box_size;               ///< of the magnifier, surface units
+    bool box_moved = false;       ///< of the magnifier: it follows the pointer
     std::optional<Point> corner;  ///< the second corner of a box
     ZoomValues zoom;              ///< at the start of a magnifier
     bool overlay_suspended = false;
     int held_button = 0;  ///< of a press that the host holds
-    Point right_press;    ///< a right button released near it opens the menu
+    Point button_press;   ///< where a button went down; a right one released near it opens the menu
     bool right_click = false;
 };
 

@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "chart/detail/tick_text.h"
-#include "chart/detail/ticks.h"
+#include "chart/tick_rule.h"
 
 namespace anomalis::chart {
 
@@ -22,17 +22,15 @@ Interval cut_to_surface(double low_room, double high_room, double size) {
     return {std::max(low_room, 0.0), size - std::max(high_room, 0.0)};
 }
 
-double widest_number(const ChartProperties& properties, Interval view, double interval,
-                     const ChartLayout& layout, const DrawingDevice& measure) {
-    const double scale = layout.plot.height() / view.span();
-    const std::string format = tick_format(interval);
-    LabelRoom room(layout.plot.y_low);
+double widest_number(const ChartProperties& properties, const AxisRange& range, const ChartLayout& layout,
+                     const DrawingDevice& measure) {
+    NumberRoom room = y_number_room(properties, layout);
+    room.width_of = [&](const std::string& text) { return measure.measure(text, properties.font).width; };
+    const double scale = layout.plot.height() / range.view.span();
     double widest = 0.0;
-    for (const Tick& tick : make_ticks(view, interval, scale, layout.plot.y_low)) {
-        if (!room.take(tick.position, tick.position + 2.0 * layout.text_height)) continue;
-        const std::string label = tick_text(tick.value, properties.y.scale, format);
-        widest = std::max(widest, measure.measure(label, properties.font).width);
-    }
+    for (const AxisNumber& number :
+         make_marks(range, properties.y.scale, scale, layout.plot.y_low, room).numbers)
+        widest = std::max(widest, number.width);
     return widest;
 }
 
@@ -56,11 +54,11 @@ void lay_out_horizontally(ChartLayout& layout, const ChartProperties& properties
     double side = 0.0;
     if (properties.display_axes && !y.label.empty()) side += 1.5 * layout.title_height;
     if (properties.numbers_outside()) {
-        const double interval = range.view_tick_interval();
-        const double number =
-            std::max(widest_number(properties, range.view, interval, layout, measure),
-                     widest_number(properties, range.full, range.tick_interval, layout, measure));
-        side += number + layout.text_height;
+        AxisRange whole = range;
+        whole.clear_zoom();
+        side += std::max({widest_number(properties, range, layout, measure),
+                          widest_number(properties, whole, layout, measure), properties.number_room}) +
+                layout.text_height;
     }
     layout.left = properties.x.drawn_low_margin() + (y.on_low_side() ? side : 0.0);
     layout.right = properties.x.drawn_high_margin() + (y.on_high_side() ? side : 0.0);
@@ -69,7 +67,57 @@ void lay_out_horizontally(ChartLayout& layout, const ChartProperties& properties
     layout.plot.x_high = columns.high;
 }
 
+/// The text with every digit in place of the widest one.
+std::string with_widest_digits(std::string text, const ChartProperties& properties,
+                               const DrawingDevice& measure) {
+    char widest = '0';
+    double width = 0.0;
+    for (char digit = '0'; digit <= '9'; ++digit) {
+        const double own = measure.measure(std::string(1, digit), properties.font).width;
+        if (own > width) widest = digit;
+        width = std::max(width, own);
+    }
+    for (char& c : text)
+        if (c >= '0' && c <= '9') c = widest;
+    return text;
+}
+
 }  // namespace
+
+NumberRoom x_number_room(const ChartProperties& properties, const ChartLayout& layout) {
+    NumberRoom room;
+    room.height = layout.text_height;
+    room.sideways = true;
+    room.along = {0.0, layout.width};
+    if (properties.labelling_location == 1) room.along = {layout.plot.x_low, layout.plot.x_high};
+    return room;
+}
+
+NumberRoom y_number_room(const ChartProperties& properties, const ChartLayout& layout) {
+    const double m = layout.text_height;
+    NumberRoom room;
+    room.height = m;
+    room.along = {0.0, layout.height};
+    if (properties.labelling_location == 1)
+        room.along = {layout.plot.y_low + m / 2.0, layout.plot.y_high - m / 2.0};
+    return room;
+}
+
+double widest_number_at_any_zoom(const ChartProperties& properties, const AxisRange& y,
+                                 const DrawingDevice& measure) {
+    const AxisTransform& scale = properties.y.scale;
+    const double deepest = properties.zoom_enabled ? deepest_zoom : 1.0;
+    const double finest = std::min(y.tick_interval, tick_interval(0.0, y.full.span() / deepest));
+    double widest = 0.0;
+    for (const double end : {y.full.low, y.full.high}) {
+        const double value = std::round(end / finest) * finest;
+        const std::string text =
+            scale.logarithmic() ? tick_text(value, scale, "0") : interval_text(value, finest);
+        widest = std::max(
+            widest, measure.measure(with_widest_digits(text, properties, measure), properties.font).width);
+    }
+    return widest;
+}
 
 ChartLayout lay_out(const ChartProperties& properties, const AxisRange& x, const AxisRange& y, double width,
                     double height, const DrawingDevice& measure) {

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "chart/detail/axis_marks.h"
 #include "chart/detail/chart_properties.h"
 #include "chart/detail/view_state.h"
 #include "chart/drawing_device.h"
@@ -38,11 +39,20 @@ struct ChartLayout {
     }
 };
 
-/// Margins, plot and scales. The room of the Y numbers is measured over the ticks of the full range and of
-/// the view, whichever is wider, so that the plot does not move sideways during a pan. When there is no room
-/// the X label is dropped first, then the title. The plot is cut at the surface.
+/// The numbers of each axis may stand anywhere on the surface, inside the frame they keep clear of it.
+NumberRoom x_number_room(const ChartProperties& properties, const ChartLayout& layout);
+NumberRoom y_number_room(const ChartProperties& properties, const ChartLayout& layout);
+
+/// Margins, plot and scales. The room of the Y numbers is measured over those of the full range and of the
+/// view, whichever are wider, and is never below the `number_room` of the properties, so that the plot does
+/// not move sideways during a pan. When there is no room the X label is dropped first, then the title. The
+/// plot is cut at the surface.
 ChartLayout lay_out(const ChartProperties& properties, const AxisRange& x, const AxisRange& y, double width,
                     double height, const DrawingDevice& measure);
+
+/// As wide as a number of the Y axis can become at any zoom of this range. Surface units.
+double widest_number_at_any_zoom(const ChartProperties& properties, const AxisRange& y,
+                                 const DrawingDevice& measure);
 
 /// The scales of a layout for other views on the same plot.
 void take_scales(ChartLayout& layout, const AxisRange& x, const AxisRange& y);

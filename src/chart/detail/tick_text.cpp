@@ -11,6 +11,7 @@ namespace {
 
 constexpr double smallest_plain_interval = 0.002;
 constexpr int most_digits = 9;
+constexpr double finest_plain_interval = 1e-9 * (1.0 - 1e-6);
 constexpr double whole_tolerance = 0.001;
 constexpr double whole_tick = 1e-6;
 
@@ -44,12 +45,21 @@ std::string whole_number_text(double value) {
     return format_number(value, "0");
 }
 
-/// The power `exponent` of 10, written out as far as three zeros go.
-std::string power_of_ten_text(double exponent) {
-    if (exponent >= 0 && exponent <= 3) return "1" + std::string(static_cast<std::size_t>(exponent), '0');
+/// `digit` times the power `exponent` of 10, written out as far as three zeros go.
+std::string decade_text(int digit, double exponent) {
+    const std::string leading = std::to_string(digit);
+    if (exponent >= 0 && exponent <= 3) return leading + std::string(static_cast<std::size_t>(exponent), '0');
     if (exponent < 0 && exponent >= -3)
-        return "0." + std::string(static_cast<std::size_t>(-exponent - 1), '0') + "1";
-    return "1x10^" + whole_number_text(exponent);
+        return "0." + std::string(static_cast<std::size_t>(-exponent - 1), '0') + leading;
+    return leading + "x10^" + whole_number_text(exponent);
+}
+
+/// The text of 1 to 9 times a power of 10; "" for any other value.
+std::string digit_text(double size) {
+    const double exponent = std::floor(std::log10(size) + whole_tick);
+    const double digit = size / std::pow(10.0, exponent);
+    if (!(std::abs(digit - std::round(digit)) < whole_tick * digit)) return "";
+    return decade_text(static_cast<int>(std::round(digit)), exponent);
 }
 
 std::string base_text(double base) {
@@ -65,9 +75,12 @@ std::string logarithmic_text(double value, const AxisTransform& scale) {
         const int digits = std::min(std::max(0, 1 - cutoff_decade), most_digits);
         return format_number(scale.inverse(value), digits_pattern(digits));
     }
-    if (std::abs(size - std::round(size)) > whole_tick) return significant_text(scale.inverse(value), 3);
+    if (std::abs(size - std::round(size)) > whole_tick) {
+        const std::string text = scale.base() == 10.0 ? digit_text(std::abs(scale.inverse(value))) : "";
+        return text.empty() ? significant_text(scale.inverse(value), 3) : sign + text;
+    }
     const double exponent = std::round(size) - 1 + scale.cutoff_power();
-    if (scale.base() == 10.0) return sign + power_of_ten_text(exponent);
+    if (scale.base() == 10.0) return sign + decade_text(1, exponent);
     return sign + "1x" + base_text(scale.base()) + "^" + whole_number_text(exponent);
 }
 
@@ -92,6 +105,20 @@ std::string significant_text(double value, int digits) {
     // Digits before the point that are too many become zeros.
     const double grid = std::pow(10.0, std::max(0, exponent - digits + 1));
     return format_number(grid > 1.0 ? std::round(value / grid) * grid : value, pattern);
+}
+
+std::string resolved_text(double value, double interval) {
+    constexpr double most_significant = 15.0;  // of a double
+    if (value == 0.0) return "0";
+    const double digits = std::floor(std::log10(std::abs(value)) + whole_tick) -
+                          std::floor(std::log10(std::abs(interval)) + whole_tick) + 1.0;
+    return significant_text(value, static_cast<int>(std::clamp(digits, 1.0, most_significant)));
+}
+
+std::string interval_text(double value, double interval) {
+    // Nine digits after the point do not tell finer ones apart.
+    if (std::abs(interval) < finest_plain_interval) return resolved_text(value, interval);
+    return format_number(value, tick_format(interval));
 }
 
 std::string tick_text(double value, const AxisTransform& scale, const std::string& format) {

@@ -8,24 +8,25 @@
 namespace anomalis::chart {
 
 struct Tick {
+    double count = 0.0;     ///< of intervals from 0
     double value = 0.0;     ///< transformed units
     double position = 0.0;  ///< surface units
 };
 
 /// The ticks of a view: whole multiples of the interval (so no error is summed), the ends taken with a little
-/// tolerance, at most one every 2 screen pixels; none along an axis longer than `largest_surface`. `scale` is
-/// surface units a transformed unit.
+/// tolerance, at most one every 2 screen pixels; none along an axis longer than `largest_surface`. Where the
+/// interval is too fine for that it is taken 2, 5, 10, 20... times. `scale` is surface units a transformed
+/// unit.
 std::vector<Tick> make_ticks(Interval view, double interval, double scale, double plot_low);
 
-/// Which labels have room. Only a label that is taken moves the place where the next may start.
-class LabelRoom {
-  public:
-    explicit LabelRoom(double plot_low);
-    /// A label from `begin` on; `next` is where another may start after it.
-    bool take(double begin, double next);
+/// The interval of the ticks that `make_ticks` gives.
+double drawn_interval(double interval, double scale);
 
-  private:
-    double next_free_;
-};
+/// The next of 1, 2, 5, 10, 20, 50...
+double next_multiple(double multiple);
+
+/// The values between ticks of this interval where shorter ticks stand: none where they would be nearer than
+/// 5 screen pixels. Their positions in surface units; those of the ticks themselves are not among them.
+std::vector<double> make_minor_ticks(Interval view, double interval, double scale, double plot_low);
 
 }  // namespace anomalis::chart

@@ -13,6 +13,7 @@
 #include "chart/qt/chart_dialogs.h"
 #include "chart/qt/chart_menu.h"
 #include "chart/qt/event_relay.h"
+#include "chart/qt/key_numbers.h"
 #include "chart/qt/pointer_cursor.h"
 #include "chart/qt/screen_device.h"
 
@@ -56,37 +57,6 @@ int marks_of(const QMouseEvent& event) {
 
 float units(double pixels) {
     return static_cast<float>(pixels * units_per_screen_pixel);
-}
-
-/// The key numbers that the chart knows; 0 for all others.
-int key_number(const QKeyEvent& event) {
-    switch (event.key()) {
-        case Qt::Key_Left:
-            return 37;
-        case Qt::Key_Up:
-            return 38;
-        case Qt::Key_Right:
-            return 39;
-        case Qt::Key_Down:
-            return 40;
-        case Qt::Key_Plus:
-        case Qt::Key_Equal:
-            return 107;
-        case Qt::Key_Minus:
-            return 109;
-        case Qt::Key_0:
-            return 48;
-        case Qt::Key_Home:
-            return 36;
-        case Qt::Key_Escape:
-            return 27;
-        case Qt::Key_Menu:
-            return 93;
-        case Qt::Key_Delete:
-            return 46;
-        default:
-            return 0;
-    }
 }
 
 }  // namespace
@@ -158,6 +128,12 @@ void GrapherWidget::fit_surface() {
 }
 
 bool GrapherWidget::event(QEvent* event) {
+    // Qt moves the focus by these before they are a key of the widget.
+    if (event->type() == QEvent::KeyPress) {
+        const auto& key = *static_cast<QKeyEvent*>(event);
+        const bool tab = key.key() == Qt::Key_Tab || key.key() == Qt::Key_Backtab;
+        if (tab && press_key(key)) return true;
+    }
     if (event->type() == QEvent::NativeGesture) {
         const auto* gesture = static_cast<QNativeGestureEvent*>(event);
         if (gesture->gestureType() == Qt::ZoomNativeGesture) {
@@ -298,18 +274,25 @@ void GrapherWidget::wheelEvent(QWheelEvent* event) {
     event->accept();
 }
 
-void GrapherWidget::keyPressEvent(QKeyEvent* event) {
+/// Tells host and chart of a key. True when one of them has used it.
+bool GrapherWidget::press_key(const QKeyEvent& event) {
     deliver();
-    const int key = key_number(*event);
-    if (key == 0) return QWidget::keyPressEvent(event);
-    chart_.HandleKeyDown(key, shift_mask(event->modifiers()));
+    const int key = key_number(event);
+    bool used = key != 0 && chart_.HandleKeyDown(key, shift_mask(event.modifiers()));
+    if (const int character = typed_character(event)) used = chart_.HandleKeyPress(character) || used;
     show_pointer();
+    return used;
+}
+
+void GrapherWidget::keyPressEvent(QKeyEvent* event) {
+    // A tab key has been told already: see event().
+    const bool tab = event->key() == Qt::Key_Tab || event->key() == Qt::Key_Backtab;
+    if (tab || !press_key(*event)) QWidget::keyPressEvent(event);
 }
 
 void GrapherWidget::keyReleaseEvent(QKeyEvent* event) {
     const int key = key_number(*event);
-    if (key == 0) return QWidget::keyReleaseEvent(event);
-    chart_.HandleKeyUp(key, shift_mask(event->modifiers()));
+    if (key == 0 || !chart_.HandleKeyUp(key, shift_mask(event->modifiers()))) QWidget::keyReleaseEvent(event);
 }
 
 void GrapherWidget::open_menu(float x, float y) {

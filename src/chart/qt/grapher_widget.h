@@ -80,6 +80,7 @@ class GrapherWidget : public QWidget {
     void deliver_move();
     void deliver_wheel();
     void pinch(const QPinchGesture& gesture);
+    bool press_key(const QKeyEvent& event);
     void open_menu(float x, float y);
 
     std::unique_ptr<ScreenDevice> screen_;

@@ -1,6 +1,8 @@
 #include "chart/qt/grapher_widget.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
+#include <vector>
 
 #include <QMenu>
 
@@ -150,6 +152,35 @@ TEST(GrapherWidget, keys_pan_zoom_and_reset) {
     EXPECT_GT(rig.widget.chart().ViewLimits().x_low, before);
     QTest::keyClick(&rig.widget, Qt::Key_Home);
     EXPECT_EQ(rig.widget.chart().CurrentZoom().zoom_x, 1.0);
+}
+
+TEST(GrapherWidget, every_key_reaches_the_host_and_what_nobody_uses_goes_on) {
+    class KeyHost : public GrapherEvents {
+      public:
+        void KeyDown(int& key, int) override { down.push_back(key); }
+        void KeyPress(int& key) override { typed.push_back(key); }
+        void KeyUp(int& key, int) override { up.push_back(key); }
+        std::vector<int> down, typed, up;
+    } host;
+    class Behind : public QWidget {
+      public:
+        std::vector<int> keys;
+
+      protected:
+        void keyPressEvent(QKeyEvent* event) override { keys.push_back(event->key()); }
+    } behind;
+    auto* widget = new GrapherWidget(&behind);
+    widget->set_host(&host);
+    for (const Qt::Key key :
+         {Qt::Key_A, Qt::Key_F1, Qt::Key_PageDown, Qt::Key_Tab, Qt::Key_Escape, Qt::Key_Left})
+        QTest::keyClick(widget, key);
+    QTest::keyClick(widget, Qt::Key_7, Qt::KeypadModifier);
+    EXPECT_EQ(host.down, (std::vector<int>{65, 112, 34, 9, 27, 37, 103}));
+    EXPECT_EQ(host.up, (std::vector<int>{65, 112, 34, 9, 27, 37, 103}));
+    EXPECT_EQ(host.typed, (std::vector<int>{97, 9, 27, 55}));
+    EXPECT_TRUE(std::find(behind.keys.begin(), behind.keys.end(), Qt::Key_F1) != behind.keys.end());
+    EXPECT_TRUE(std::find(behind.keys.begin(), behind.keys.end(), Qt::Key_Escape) == behind.keys.end());
+    widget->set_host(nullptr);
 }
 
 TEST(GrapherWidget, clicking_a_body_tells_its_number) {

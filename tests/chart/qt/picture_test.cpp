@@ -108,7 +108,7 @@ TEST_F(Pictures, high_density_pictures_have_more_pixels) {
 TEST_F(Pictures, an_svg_holds_its_texts_as_text) {
     const std::string svg = chart_bytes(PictureFormat::svg, chart_);
     for (const char* text :
-         {"Residual Magnetic Field", "Distance (m)", "nT", "Burial depth: 32.00", "-300", "7000"})
+         {"Residual Magnetic Field", "Distance (m)", "nT", "Burial depth: 32.00", "-200", "7000"})
         EXPECT_NE(svg.find(text), std::string::npos) << text;
     EXPECT_NE(svg.find("font-family=\"DejaVu Sans, sans-serif\""), std::string::npos);
 }
