@@ -56,9 +56,24 @@ if(ANOMALIS_TESTS)
   endif()
 endif()
 
-# anomalis_room(NAME SOURCES ... [DEPENDS targets that a user of the room sees too] [PRIVATE ...] [HEADERS set])
+# anomalis_in_groups(TARGET files...): lets the files of TARGET be compiled several at a time, which spares a build of
+# everything a third of its time. The files named use a name in their unnamed namespace that another file of TARGET
+# uses too, and stand apart.
+function(anomalis_in_groups target)
+  if(ARGN)
+    set_source_files_properties(${ARGN} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
+  endif()
+  set_target_properties(${target} PROPERTIES UNITY_BUILD ${ANOMALIS_GROUPS} UNITY_BUILD_BATCH_SIZE 8)
+  if(ANOMALIS_GROUPS)
+    # A group is no header, though g++ takes it for one.
+    target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
+  endif()
+endfunction()
+
+# anomalis_room(NAME SOURCES ... [APART files] [DEPENDS targets that a user of the room sees too] [PRIVATE ...]
+#               [HEADERS set])
 function(anomalis_room name)
-  cmake_parse_arguments(ROOM "" "HEADERS" "SOURCES;DEPENDS;PRIVATE" ${ARGN})
+  cmake_parse_arguments(ROOM "" "HEADERS" "SOURCES;APART;DEPENDS;PRIVATE" ${ARGN})
   add_library(anomalis_${name} STATIC ${ROOM_SOURCES})
   target_link_libraries(anomalis_${name}
     PUBLIC anomalis_usage ${ROOM_DEPENDS} PRIVATE $<BUILD_INTERFACE:anomalis_flags> ${ROOM_PRIVATE})
@@ -66,6 +81,7 @@ function(anomalis_room name)
     set(ROOM_HEADERS room)
   endif()
   anomalis_use_headers(anomalis_${name} ${ROOM_HEADERS})
+  anomalis_in_groups(anomalis_${name} ${ROOM_APART})
 endfunction()
 
 # anomalis_qt_room(NAME ...): the same for a room of the window system.
@@ -92,13 +108,14 @@ function(anomalis_is_test_of_room)
   set(room ${room} PARENT_SCOPE)
 endfunction()
 
-# anomalis_test(NAME SOURCES ... DEPENDS ...): a GoogleTest program, each test its own ctest entry.
+# anomalis_test(NAME SOURCES ... [APART files] DEPENDS ...): a GoogleTest program, each test its own ctest entry.
 function(anomalis_test name)
-  cmake_parse_arguments(TEST "" "" "SOURCES;DEPENDS" ${ARGN})
+  cmake_parse_arguments(TEST "" "" "SOURCES;APART;DEPENDS" ${ARGN})
   add_executable(test_${name} ${TEST_SOURCES})
   target_link_libraries(test_${name} PRIVATE anomalis_test_flags ${TEST_DEPENDS} GTest::gtest_main GTest::gmock)
   set_target_properties(test_${name} PROPERTIES ANOMALIS_TEST_BODY ON)
   anomalis_use_headers(test_${name} test)
+  anomalis_in_groups(test_${name} ${TEST_APART})
   anomalis_is_test_of_room(test_${name})
   gtest_discover_tests(test_${name} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 300 LABELS ${room})
 endfunction()
@@ -115,14 +132,15 @@ function(anomalis_qt_test name)
     TIMEOUT 300 LABELS ${room} ENVIRONMENT "ASAN_OPTIONS=detect_leaks=0;QT_QPA_PLATFORM=offscreen")
 endfunction()
 
-# anomalis_window_test(NAME SOURCES ... TESTS one two ... DEPENDS ...): a Qt Test program without a display. Each test
+# anomalis_window_test(NAME SOURCES ... [APART files] TESTS one two ... DEPENDS ...): a Qt Test program without a display. Each test
 # object is a ctest entry of its own, `test_NAME --only one`; all bear the label of the room, so that they can be left out.
 function(anomalis_window_test name)
-  cmake_parse_arguments(TEST "" "" "SOURCES;TESTS;DEPENDS" ${ARGN})
+  cmake_parse_arguments(TEST "" "" "SOURCES;APART;TESTS;DEPENDS" ${ARGN})
   add_executable(test_${name} ${TEST_SOURCES})
   target_link_libraries(test_${name} PRIVATE anomalis_test_flags ${TEST_DEPENDS} Qt6::Test)
   set_target_properties(test_${name} PROPERTIES AUTOMOC ON ANOMALIS_TEST_BODY ON)
   anomalis_use_headers(test_${name} window_test)
+  anomalis_in_groups(test_${name} ${TEST_APART})
   anomalis_is_test_of_room(test_${name})
   foreach(test IN LISTS TEST_TESTS)
     add_test(NAME ${name}.${test} COMMAND test_${name} --only ${test})
