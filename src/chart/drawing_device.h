@@ -15,13 +15,15 @@ struct MarkerShape {
     struct Stroke {
         Point from;
         Point to;
+        bool operator==(const Stroke&) const = default;
     };
     int style = 0;                         ///< the number it was made from
     double radius = 0.0;                   ///< surface units
     std::span<const Stroke> strokes = {};  ///< drawn with `pen`
     std::span<const Point> outline = {};   ///< a closed polygon (the last point joins the first)
-    bool filled = false;                   ///< fill `outline` with the pen's colour as well
+    bool filled = false;                   ///< fill `outline` as well
     Pen pen = {};
+    Colour fill = no_colour;  ///< of a filled outline; none: the pen's
 };
 
 /// What the chart needs of a platform. Every coordinate and every length is in surface units (15 a screen

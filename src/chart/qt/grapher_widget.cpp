@@ -172,10 +172,10 @@ void GrapherWidget::paintEvent(QPaintEvent*) {
     if (border() != 0) painter.fillRect(rect(), palette().color(QPalette::Mid));
     const QRect inside = rect().adjusted(border(), border(), -border(), -border());
     if (chart_.BackStyle() == 0) painter.fillRect(inside, palette().color(QPalette::Window));
-    painter.translate(border(), border());
-    painter.drawImage(QPointF(0, 0), screen_->picture());
-    PainterDevice top(screen_->width(), screen_->height(), &painter);
-    chart_.DrawTopLayer(top);
+    screen_->begin_top();
+    chart_.DrawTopLayer(*screen_);
+    screen_->end_top();
+    screen_->show(painter, QPointF(border(), border()));
 }
 
 void GrapherWidget::resizeEvent(QResizeEvent* event) {

@@ -1,34 +1,63 @@
 #include "chart/qt/screen_device.h"
 
 #include <algorithm>
+#include <climits>
 #include <cmath>
 #include <cstring>
+#include <numbers>
 #include <utility>
 
 namespace anomalis::chart {
 
 namespace {
 
-/// A path of so many pieces is drawn at once; longer ones make the rasteriser sort all of them.
-constexpr std::size_t pieces_a_call = 512;
-
-/// Of a wide line, so many points are stroked at once.
-constexpr std::size_t points_a_stroke = 64;
-
-/// Where the points of a wide line are nearer than so many pixels, its pieces are drawn by themselves, which
-/// is cheaper. Farther apart the pieces would show as beads: their smoothed ends darken each other.
-constexpr double densest_stroke = 2.0;
-
-QImage blank(QSize size, double ratio) {
+QImage blank(QSize size, double ratio, const QColor& colour) {
     QImage image(size, QImage::Format_ARGB32_Premultiplied);
     image.setDevicePixelRatio(ratio);
-    image.fill(Qt::white);
+    image.fill(colour);
     return image;
 }
 
+Raster raster_of(QImage& image) {
+    return {reinterpret_cast<std::uint32_t*>(image.bits()), image.width(), image.height(),
+            image.bytesPerLine() / static_cast<qsizetype>(sizeof(std::uint32_t))};
+}
+
 /// Pictures of one size and format: a plain copy, without a detach or a blend.
-void copy_pixels(const QImage& from, QImage& to) {
-    std::memcpy(to.bits(), from.bits(), static_cast<std::size_t>(from.sizeInBytes()));
+void copy_tiles(const QImage& from, QImage& to, const TileSet& tiles) {
+    constexpr std::size_t pixel = sizeof(std::uint32_t);
+    tiles.for_each_run([&](PixelRect run) {
+        const auto length = static_cast<std::size_t>(run.right - run.left) * pixel;
+        for (int y = run.top; y < run.bottom; ++y)
+            std::memcpy(to.scanLine(y) + static_cast<std::size_t>(run.left) * pixel,
+                        from.constScanLine(y) + static_cast<std::size_t>(run.left) * pixel, length);
+    });
+}
+
+/// A picture without its scale: a view of the same pixels.
+QImage plain_view(const QImage& image) {
+    return QImage(image.constBits(), image.width(), image.height(), image.bytesPerLine(), image.format());
+}
+
+PixelRect bounds_of(std::span<const Point> pixels) {
+    PixelRect bounds{INT_MAX, INT_MAX, INT_MIN, INT_MIN};
+    const auto whole = [](double at) { return static_cast<int>(std::clamp(at, -1e6, 1e6)); };
+    for (const Point& p : pixels) {
+        bounds.left = std::min(bounds.left, whole(std::floor(p.x)) - 1);
+        bounds.right = std::max(bounds.right, whole(std::ceil(p.x)) + 1);
+        bounds.top = std::min(bounds.top, whole(std::floor(p.y)) - 1);
+        bounds.bottom = std::max(bounds.bottom, whole(std::ceil(p.y)) + 1);
+    }
+    return bounds;
+}
+
+PixelRect with_room(PixelRect rect, int room) {
+    return {rect.left - room, rect.top - room, rect.right + room, rect.bottom + room};
+}
+
+bool is_box(std::span<const Point> corners) {
+    if (corners.size() != 4 || !SharpPainter::is_along_axes(corners)) return false;
+    return corners[0].x == corners[3].x || corners[0].y == corners[3].y;
 }
 
 }  // namespace
@@ -38,16 +67,38 @@ ScreenDevice::ScreenDevice(std::function<void()> on_present)
 
 void ScreenDevice::resize(QSize logical_size, double device_pixel_ratio) {
     if (logical_size == size_ && device_pixel_ratio == ratio_) return;
-    release_painter();
+    settle();
     size_ = logical_size;
     ratio_ = device_pixel_ratio;
     const QSize pixels(static_cast<int>(std::ceil(size_.width() * ratio_)),
                        static_cast<int>(std::ceil(size_.height() * ratio_)));
-    base_ = blank(pixels, ratio_);
-    surface_ = blank(pixels, ratio_);
-    lower_ = {};
-    touch();
+    for (Sheet& sheet : sheets_) {
+        sheet.image = blank(pixels, ratio_, Qt::white);
+        sheet.differs.resize(pixels.width(), pixels.height());
+        sheet.as_below = false;
+    }
+    top_ = {};
+    top_drawn_.resize(pixels.width(), pixels.height());
+    lower_kept_ = false;
+    stamps_.clear();
     set_size(size_.width() * units_per_screen_pixel, size_.height() * units_per_screen_pixel);
+}
+
+const QImage& ScreenDevice::content(std::size_t level) const {
+    while (level > 0 && sheets_[level].as_below) --level;
+    return sheets_[level].image;
+}
+
+/// What was drawn since the sheet was made ready is where it, and the one above, now differ from below.
+void ScreenDevice::settle() {
+    release_painter();
+    if (on_top_) {
+        top_drawn_.add(sharp_.drawn());
+    } else {
+        sheets_[current_].differs.add(sharp_.drawn());
+        if (current_ + 1 < levels) sheets_[current_ + 1].differs.add(sharp_.drawn());
+    }
+    sharp_.drawn().clear();
 }
 
 void ScreenDevice::release_painter() {
@@ -55,145 +106,137 @@ void ScreenDevice::release_painter() {
     if (active_.isActive()) active_.end();
 }
 
-void ScreenDevice::select_layer(Layer layer) {
-    QImage& target = image(layer);
-    if (active_.isActive() && active_.device() == &target) return;
-    release_painter();
-    if (target.isNull()) return;
-    active_.begin(&target);
+void ScreenDevice::begin_as_below(std::size_t level) {
+    settle();
+    Sheet& sheet = sheets_[level];
+    if (!sheet.as_below && level + 1 < levels) sheets_[level + 1].differs.add(sheet.differs);
+    sheet.as_below = true;
+}
+
+/// Before anything is drawn. False when there is nothing to draw on.
+bool ScreenDevice::make_ready() {
+    if (active_.isActive()) return true;
+    if (target().isNull()) return false;
+    Sheet& sheet = sheets_[current_];
+    if (!on_top_ && sheet.as_below) {
+        copy_tiles(content(current_ - 1), sheet.image, sheet.differs);
+        sheet.differs.clear();
+        sheet.as_below = false;
+    }
+    sharp_.open(raster_of(target()));
+    active_.begin(&target());
     set_painter(&active_);
+    return true;
+}
+
+void ScreenDevice::select_layer(Layer layer) {
+    const std::size_t level = layer == Layer::base ? base_level : surface_level;
+    if (level == current_ && !on_top_) return;
+    settle();
+    on_top_ = false;
+    current_ = level;
 }
 
 void ScreenDevice::clear(Colour colour, int back_style) {
-    if (!active_.isActive()) return;
-    touch();
+    if (on_top_) return;
+    settle();
+    Sheet& sheet = sheets_[current_];
+    sheet.as_below = false;
+    if (!make_ready()) return;
     const QColor fill = back_style == 0 ? QColor(Qt::transparent) : painter_colour(colour);
     active_.setCompositionMode(QPainter::CompositionMode_Source);
     active_.fillRect(QRect(QPoint(0, 0), size_), fill);
     active_.setCompositionMode(QPainter::CompositionMode_SourceOver);
+    sharp_.drawn().add_all();
 }
 
+/// The base becomes the lower picture, and is as below from then on.
 void ScreenDevice::keep_lower() {
-    release_painter();
-    if (base_.isNull()) return;
-    if (lower_.isNull()) lower_ = QImage(base_.size(), base_.format());
-    copy_pixels(base_, lower_);
-    select_layer(Layer::base);
+    settle();
+    Sheet& lower = sheets_[lower_level];
+    Sheet& base = sheets_[base_level];
+    if (base.image.isNull()) return;
+    if (!base.as_below) {
+        lower.image.swap(base.image);
+        base.differs.add_all();
+        base.as_below = true;
+    }
+    lower_kept_ = true;
 }
 
 bool ScreenDevice::take_lower() {
-    if (lower_.isNull()) return false;
-    release_painter();
-    touch();
-    copy_pixels(lower_, base_);
-    select_layer(Layer::base);
+    if (!lower_kept_) return false;
+    begin_as_below(base_level);
     return true;
 }
 
 void ScreenDevice::copy_base_to_surface() {
-    release_painter();
-    if (base_.isNull()) return;
-    if (!surface_is_base_) copy_pixels(base_, surface_);
-    surface_is_base_ = true;
-    select_layer(Layer::surface);
+    begin_as_below(surface_level);
 }
 
 void ScreenDevice::present() {
-    release_painter();
+    settle();
     if (on_present_) on_present_();
 }
 
-QPointF ScreenDevice::to_pixels(Point point) const {
+void ScreenDevice::begin_top() {
+    settle();
+    if (top_.isNull() && !sheets_[base_level].image.isNull())
+        top_ = blank(sheets_[base_level].image.size(), ratio_, Qt::transparent);
+    top_drawn_.for_each_run([&](PixelRect run) {
+        for (int y = run.top; y < run.bottom; ++y)
+            std::memset(top_.scanLine(y) + run.left * qsizetype{4}, 0,
+                        static_cast<std::size_t>(run.right - run.left) * 4);
+    });
+    top_drawn_.clear();
+    on_top_ = true;
+}
+
+void ScreenDevice::end_top() {
+    settle();
+    on_top_ = false;
+}
+
+void ScreenDevice::show(QPainter& painter, QPointF origin) const {
+    if (content(surface_level).isNull()) return;
+    painter.save();
+    painter.translate(origin);
+    painter.scale(1 / ratio_, 1 / ratio_);
+    painter.drawImage(QPoint(0, 0), plain_view(content(surface_level)));
+    const QImage top = plain_view(top_);
+    top_drawn_.for_each_run([&](PixelRect run) {
+        painter.drawImage(QPoint(run.left, run.top), top,
+                          QRect(run.left, run.top, run.right - run.left, run.bottom - run.top));
+    });
+    painter.restore();
+}
+
+Point ScreenDevice::to_pixels(Point point) const {
     const Point at = mapping().to_device(point);
-    return {at.x, at.y};
+    return {at.x * ratio_, at.y * ratio_};
 }
 
-void ScreenDevice::draw_line(std::span<const Point> points, bool closed, const Pen& pen) {
-    if (!painter() || points.size() < 2) return;
-    line_.clear();
-    bool along_axes = true;
-    const auto add = [&](Point point) {
-        const QPointF at = to_pixels(point);
-        along_axes =
-            along_axes && (line_.empty() || at.x() == line_.back().x() || at.y() == line_.back().y());
-        line_.push_back(at);
-    };
-    for (const Point& point : points) add(point);
-    if (closed) add(points.front());
-    QPen made = painter_pen(pen);
-    if (along_axes) return fill_along_axes(made.widthF(), made.color());
-    made.setCapStyle(Qt::RoundCap);
-    painter()->setPen(made);
-    if (made.widthF() * ratio_ <= 1.0) {
-        painter()->drawPolyline(line_.data(), static_cast<int>(line_.size()));
-    } else if (mean_step() * ratio_ < densest_stroke) {
-        draw_in_pieces();
-    } else {
-        made.setJoinStyle(Qt::RoundJoin);
-        painter()->setPen(made);
-        draw_in_strokes();
-    }
-}
-
-double ScreenDevice::mean_step() const {
-    double length = 0.0;
-    for (std::size_t i = 1; i < line_.size(); ++i)
-        length += std::hypot(line_[i].x() - line_[i - 1].x(), line_[i].y() - line_[i - 1].y());
-    return length / static_cast<double>(line_.size() - 1);
-}
-
-/// A wide line is stroked a stretch at a time: all at once, the rasteriser would take far too long over it.
-void ScreenDevice::draw_in_strokes() {
-    for (std::size_t first = 0; first + 1 < line_.size(); first += points_a_stroke - 1) {
-        const auto count = static_cast<int>(std::min(points_a_stroke, line_.size() - first));
-        painter()->drawPolyline(line_.data() + first, count);
-    }
-}
-
-/// Lines along an axis cover whole pixels, sharp at every scale, and are far cheaper to fill than to stroke.
-/// What falls off by the last edge stays in the last pixel.
-void ScreenDevice::fill_along_axes(double width, const QColor& colour) {
-    const int pen = std::max(1, static_cast<int>(std::lround(width * ratio_)));
-    const QImage& target = active_.device() == &base_ ? base_ : surface_;
-    const auto first_pixel = [&](double at, int extent) {
-        const int pixel =
-            static_cast<int>(std::clamp(std::floor(at * ratio_), 0.0, std::max(extent - 1.0, 0.0)));
-        return std::max(pixel - pen / 2, 0);
-    };
-    active_.save();
-    active_.setRenderHint(QPainter::Antialiasing, false);
-    active_.scale(1 / ratio_, 1 / ratio_);
-    for (std::size_t i = 1; i < line_.size(); ++i) {
-        const auto [left, right] = std::minmax(
-            {first_pixel(line_[i - 1].x(), target.width()), first_pixel(line_[i].x(), target.width())});
-        const auto [top, bottom] = std::minmax(
-            {first_pixel(line_[i - 1].y(), target.height()), first_pixel(line_[i].y(), target.height())});
-        active_.fillRect(QRect(left, top, right - left + pen, bottom - top + pen), colour);
-    }
-    active_.restore();
-}
-
-void ScreenDevice::draw_in_pieces() {
-    pieces_.clear();
-    for (std::size_t i = 1; i < line_.size(); ++i) pieces_.emplace_back(line_[i - 1], line_[i]);
-    for (std::size_t first = 0; first < pieces_.size(); first += pieces_a_call) {
-        const auto count = static_cast<int>(std::min(pieces_a_call, pieces_.size() - first));
-        painter()->drawLines(pieces_.data() + first, count);
-    }
+std::span<const Point> ScreenDevice::pixels_of(std::span<const Point> points) {
+    pixels_.clear();
+    for (const Point& point : points) pixels_.push_back(to_pixels(point));
+    return pixels_;
 }
 
 void ScreenDevice::polyline(std::span<const Point> points, const Pen& pen) {
-    touch();
-    if (pen.style != LineStyle::solid) return PainterDevice::polyline(points, pen);
-    draw_line(points, false, pen);
+    if (points.size() < 2 || !make_ready()) return;
+    sharp_.line(pixels_of(points), false, pen_pixels(pen), pen.style, pen.colour);
+}
+
+void ScreenDevice::polygon_outline(std::span<const Point> points, const Pen& pen) {
+    if (points.size() < 2 || !make_ready()) return;
+    sharp_.line(pixels_of(points), true, pen_pixels(pen), pen.style, pen.colour);
 }
 
 /// Hundreds of thousands of them are a map: unsmoothed lines of one pixel cost a twentieth of smoothed ones,
 /// and a wider one is several side by side.
 void ScreenDevice::strokes(std::span<const MarkerShape::Stroke> pieces, const Pen& pen) {
-    touch();
-    if (!painter() || pieces.empty()) return;
-    const int wide = std::max(1, static_cast<int>(std::lround(pen.width * ratio_)));
+    if (pieces.empty() || !make_ready()) return;
+    const int wide = SharpPainter::whole_width(pen.width * ratio_);
     active_.save();
     active_.setRenderHint(QPainter::Antialiasing, false);
     active_.setPen(QPen(painter_colour(pen.colour), 0));
@@ -201,67 +244,129 @@ void ScreenDevice::strokes(std::span<const MarkerShape::Stroke> pieces, const Pe
         const double shift = (i - wide / 2) / ratio_;
         pieces_.clear();
         for (const MarkerShape::Stroke& piece : pieces) {
-            const QPointF from = to_pixels(piece.from), to = to_pixels(piece.to);
-            const bool along = std::abs(to.x() - from.x()) > std::abs(to.y() - from.y());
+            const Point from = mapping().to_device(piece.from), to = mapping().to_device(piece.to);
+            const bool along = std::abs(to.x - from.x) > std::abs(to.y - from.y);
             const QPointF aside = along ? QPointF(0, shift) : QPointF(shift, 0);
-            pieces_.emplace_back(from + aside, to + aside);
+            pieces_.emplace_back(QPointF(from.x, from.y) + aside, QPointF(to.x, to.y) + aside);
         }
         active_.drawLines(pieces_.data(), static_cast<int>(pieces_.size()));
     }
     active_.restore();
-}
-
-void ScreenDevice::polygon_outline(std::span<const Point> points, const Pen& pen) {
-    touch();
-    if (pen.style != LineStyle::solid) return PainterDevice::polygon_outline(points, pen);
-    draw_line(points, true, pen);
+    for (const MarkerShape::Stroke& piece : pieces) {
+        const std::array<Point, 2> ends{to_pixels(piece.from), to_pixels(piece.to)};
+        sharp_.drawn().add(with_room(bounds_of(ends), wide));
+    }
 }
 
 void ScreenDevice::polygon_fill(std::span<const Point> points, Colour colour) {
-    touch();
+    if (points.size() < 3 || !make_ready()) return;
+    const std::span<const Point> corners = pixels_of(points);
+    if (is_box(corners)) return sharp_.fill_box(corners[0], corners[2], colour);
     PainterDevice::polygon_fill(points, colour);
+    sharp_.drawn().add(bounds_of(corners));
 }
 
 void ScreenDevice::text(Point anchor, double angle, std::string_view words, const Font& font, Colour colour) {
-    touch();
+    if (words.empty() || !make_ready()) return;
     PainterDevice::text(anchor, angle, words, font, colour);
+    // Slanted and accented letters leave the box that is measured, by less than its height.
+    const TextExtent extent = measure(words, font);
+    const double scale = mapping().device_scale * ratio_;
+    const double radians = mapping().device_angle(angle) * std::numbers::pi / 180.0;
+    const Point at = to_pixels(anchor);
+    const auto corner = [&](double along, double up) {
+        const double c = std::cos(radians) * scale, s = std::sin(radians) * scale;
+        return Point{at.x + along * c - up * s, at.y - along * s - up * c};
+    };
+    const std::array<Point, 4> box{corner(0, 0), corner(extent.width, 0),
+                                   corner(extent.width, extent.height()), corner(0, extent.height())};
+    sharp_.drawn().add(with_room(bounds_of(box), static_cast<int>(std::ceil(extent.height() * scale))));
 }
 
-/// One marker is drawn as a picture and stamped: thousands of small antialiased shapes cost far more.
+/// A marker is drawn as a picture once and stamped in whole pixels: all of a kind look alike, one by itself
+/// as one of thousands, and thousands of small smoothed shapes would cost far more.
 void ScreenDevice::markers(const MarkerShape& shape, std::span<const Point> anchors) {
-    constexpr std::size_t worth_a_stamp = 8;
-    touch();
-    if (!painter() || anchors.size() < worth_a_stamp) return PainterDevice::markers(shape, anchors);
-
-    double reach = shape.radius;
-    for (const auto& stroke : shape.strokes)
-        reach = std::max({reach, std::abs(stroke.from.x), std::abs(stroke.from.y), std::abs(stroke.to.x),
-                          std::abs(stroke.to.y)});
-    for (const Point& corner : shape.outline)
-        reach = std::max({reach, std::abs(corner.x), std::abs(corner.y)});
-    const double half_units = reach + (shape.pen.width + 2) * units_per_screen_pixel;
-    const int half = static_cast<int>(std::ceil(half_units / pixel_size()));
-    const int side = 2 * half + 1;
-
-    QImage stamp(side, side, QImage::Format_ARGB32_Premultiplied);
-    stamp.setDevicePixelRatio(ratio_);
-    stamp.fill(Qt::transparent);
-    {
-        QPainter drawing(&stamp);
-        const double side_units = side * pixel_size();
-        PainterDevice device(side_units, side_units, &drawing);
-        SurfaceMapping centred = mapping();
-        centred.device_offset_x = centred.device_offset_y = 0.5 * side / ratio_;
-        device.set_mapping(centred);
-        const Point centre{0, 0};
-        device.markers(shape, {&centre, 1});
-    }
+    if (anchors.empty() || !make_ready()) return;
+    const Stamp& stamp = stamp_of(shape);
+    const Raster picture{
+        reinterpret_cast<std::uint32_t*>(const_cast<uchar*>(stamp.image.constBits())), stamp.image.width(),
+        stamp.image.height(), stamp.image.bytesPerLine() / static_cast<qsizetype>(sizeof(std::uint32_t))};
+    const auto pixel = [&](double at) {
+        return static_cast<int>(std::clamp(std::floor(stamp.even ? at + 0.5 : at), -1e6, 1e6));
+    };
     for (const Point& anchor : anchors) {
-        const QPointF at = to_pixels(anchor);
-        const double left = std::floor(at.x() * ratio_) - half;
-        const double top = std::floor(at.y() * ratio_) - half;
-        painter()->drawImage(QPointF(left / ratio_, top / ratio_), stamp);
+        const Point at = to_pixels(anchor);
+        sharp_.stamp(picture, pixel(at.x) - stamp.middle, pixel(at.y) - stamp.middle);
     }
+}
+
+const ScreenDevice::Stamp& ScreenDevice::stamp_of(const MarkerShape& shape) {
+    constexpr std::size_t most_stamps = 32;
+    const double scale = mapping().device_scale * ratio_;
+    if (scale != stamp_scale_ || stamps_.size() >= most_stamps) stamps_.clear();
+    stamp_scale_ = scale;
+    const auto is_of = [&](const Stamp& stamp) {
+        return stamp.pen == shape.pen && stamp.filled == shape.filled && stamp.fill == shape.fill &&
+               std::equal(stamp.outline.begin(), stamp.outline.end(), shape.outline.begin(),
+                          shape.outline.end()) &&
+               std::equal(stamp.strokes.begin(), stamp.strokes.end(), shape.strokes.begin(),
+                          shape.strokes.end());
+    };
+    const auto found = std::find_if(stamps_.begin(), stamps_.end(), is_of);
+    if (found != stamps_.end()) return *found;
+    Stamp made;
+    made.strokes.assign(shape.strokes.begin(), shape.strokes.end());
+    made.outline.assign(shape.outline.begin(), shape.outline.end());
+    made.filled = shape.filled;
+    made.fill = shape.fill;
+    made.pen = shape.pen;
+    made.image = drawn_stamp(shape, made);
+    return stamps_.emplace_back(std::move(made));
+}
+
+/// Sides along an axis stand a whole number of pixels from the middle. With a pen of an odd width the middle
+/// is a pixel, else a corner between four.
+QImage ScreenDevice::drawn_stamp(const MarkerShape& shape, Stamp& stamp) {
+    const double wide = pen_pixels(shape.pen);
+    stamp.even = SharpPainter::whole_width(wide) % 2 == 0;
+    double reach = 0.0;
+    const auto reach_of = [&](Point p) { reach = std::max({reach, std::abs(p.x), std::abs(p.y)}); };
+    for (const MarkerShape::Stroke& stroke : shape.strokes) {
+        reach_of(stroke.from);
+        reach_of(stroke.to);
+    }
+    for (const Point& corner : shape.outline) reach_of(corner);
+    stamp.middle = static_cast<int>(std::ceil(reach * stamp_scale_ + wide)) + 2;
+    const int side = 2 * stamp.middle + 1;
+    const double middle = stamp.middle + (stamp.even ? 0.0 : 0.5);
+    const auto place = [&](Point p, bool whole) {
+        const double x = p.x * stamp_scale_, y = -p.y * stamp_scale_;
+        return whole ? Point{middle + std::round(x), middle + std::round(y)} : Point{middle + x, middle + y};
+    };
+
+    QImage image = blank(QSize(side, side), 1.0, Qt::transparent);
+    std::vector<Point> corners;
+    for (const Point& p : shape.outline)
+        corners.push_back(place(p, SharpPainter::is_along_axes(shape.outline)));
+    if (shape.filled && corners.size() > 2) {
+        QPolygonF area;
+        for (const Point& p : corners) area.append(QPointF(p.x, p.y));
+        QPainter painter(&image);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(painter_colour(shape.fill == no_colour ? shape.pen.colour : shape.fill));
+        painter.drawPolygon(area, Qt::OddEvenFill);
+    }
+    SharpPainter painter;
+    painter.open(raster_of(image));
+    for (const MarkerShape::Stroke& stroke : shape.strokes) {
+        const std::array<Point, 2> ends{stroke.from, stroke.to};
+        const bool whole = SharpPainter::is_along_axes(ends);
+        const std::array<Point, 2> line{place(stroke.from, whole), place(stroke.to, whole)};
+        painter.line(line, false, wide, shape.pen.style, shape.pen.colour);
+    }
+    if (corners.size() > 1) painter.line(corners, true, wide, shape.pen.style, shape.pen.colour);
+    return image;
 }
 
 }  // namespace anomalis::chart

@@ -1,18 +1,21 @@
 #pragma once
 
+#include <array>
 #include <functional>
 #include <vector>
 
 #include <QImage>
 #include <QPainter>
 
+#include "chart/detail/sharp_painter.h"
 #include "chart/qt/painter_device.h"
 
 namespace anomalis::chart {
 
-/// The screen picture of a chart: two images, the kept one of axes and series and the one that is shown.
-/// Lines along an axis stand on whole pixels; wide and noisy lines go to the raster in short pieces, since
-/// one long antialiased path costs hundreds of times as much there.
+/// The screen picture of a chart: pictures one on the other - the lower part, with the upper curves, with the
+/// overlay - each a copy of the one below that is made late and only where the two differ; and apart from
+/// them what lies on top of all. Everything is drawn in whole device pixels by one painter, so it is as sharp
+/// at 125 % as at 100 %.
 class ScreenDevice : public PainterDevice {
   public:
     /// `on_present` is called when the picture is complete.
@@ -23,8 +26,15 @@ class ScreenDevice : public PainterDevice {
     QSize logical_size() const { return size_; }
     double device_pixel_ratio() const { return ratio_; }
     /// What is shown. Valid until the next redraw.
-    const QImage& picture() const { return surface_; }
+    const QImage& picture() const { return content(surface_level); }
     int border_style() const { return border_style_; }
+
+    /// The primitives draw on the transparent top, which is emptied, until `end_top`.
+    void begin_top();
+    void end_top();
+    /// Picture and top onto a painter, the upper left corner at `origin`: pixel for pixel where the painter
+    /// has the scale of this device.
+    void show(QPainter& painter, QPointF origin) const;
 
     bool is_raster() const override { return true; }
     double pixel_size() const override { return units_per_screen_pixel / ratio_; }
@@ -43,26 +53,52 @@ class ScreenDevice : public PainterDevice {
     void set_border_style(int style) override { border_style_ = style; }
 
   private:
-    QImage& image(Layer layer) { return layer == Layer::base ? base_ : surface_; }
-    QPointF to_pixels(Point point) const;
-    void draw_line(std::span<const Point> points, bool closed, const Pen& pen);
-    void fill_along_axes(double width, const QColor& colour);
-    double mean_step() const;
-    void draw_in_pieces();
-    void draw_in_strokes();
+    static constexpr std::size_t lower_level = 0, base_level = 1, surface_level = 2, levels = 3;
+
+    struct Sheet {
+        QImage image;
+        TileSet differs;        ///< where `image` may differ from what the sheet below shows
+        bool as_below = false;  ///< the sheet shows what the one below shows, whatever `image` holds
+    };
+    /// One marker as it is laid on wherever it occurs.
+    struct Stamp {
+        std::vector<MarkerShape::Stroke> strokes;
+        std::vector<Point> outline;
+        bool filled = false;
+        Colour fill = no_colour;
+        Pen pen;
+        QImage image;
+        int middle = 0;     ///< pixels from its first to that of its anchor
+        bool even = false;  ///< its anchor is the corner between four pixels
+    };
+
+    const QImage& content(std::size_t level) const;
+    QImage& target() { return on_top_ ? top_ : sheets_[current_].image; }
+    void begin_as_below(std::size_t level);
+    bool make_ready();
+    void settle();
     void release_painter();
-    void touch() { surface_is_base_ = false; }
+    Point to_pixels(Point point) const;
+    std::span<const Point> pixels_of(std::span<const Point> points);
+    double pen_pixels(const Pen& pen) const { return pen.width * mapping().pen_factor * ratio_; }
+    const Stamp& stamp_of(const MarkerShape& shape);
+    QImage drawn_stamp(const MarkerShape& shape, Stamp& stamp);
 
     std::function<void()> on_present_;
     QSize size_;
     double ratio_ = 1.0;
-    QImage base_;
-    QImage surface_;
-    QImage lower_;                  ///< null = nothing is kept
-    bool surface_is_base_ = false;  ///< nothing was drawn on either since the last copy
-    QPainter active_;
-    std::vector<QPointF> line_;
+    std::array<Sheet, levels> sheets_;
+    bool lower_kept_ = false;
+    std::size_t current_ = base_level;
+    QImage top_;
+    TileSet top_drawn_;
+    bool on_top_ = false;
+    QPainter active_;  ///< on the sheet that is drawn on, while one is
+    SharpPainter sharp_;
+    std::vector<Point> pixels_;
     std::vector<QLineF> pieces_;
+    std::vector<Stamp> stamps_;
+    double stamp_scale_ = 0.0;  ///< pixels a surface unit in `stamps_`
     int border_style_ = 0;
 };
 
