@@ -69,12 +69,10 @@ class Pane {
         if (contents.calculated) rows.push_back({chart::chart_type_series, calculated});
         chart_.RegisterData(rows);
         chart_.SetSeriesOptions(1, 1, chart::black, "Observed", 0, -1, contents.pen);
-        if (contents.calculated)
-            chart_.SetSeriesOptions(1, 2, 0x00FF00, "Calculated", 0, -1, contents.pen);
+        if (contents.calculated) chart_.SetSeriesOptions(1, 2, 0x00FF00, "Calculated", 0, -1, contents.pen);
         const double xs[] = {1000, 1400, 1500, 1100, 1000};
         const double ys[] = {100, 100, -150, -150, 100};
-        for (int i = 0; i < contents.bodies; ++i)
-            chart_.DrawPolygon(5, xs, ys, chart::black, 0xB4761F, 1);
+        for (int i = 0; i < contents.bodies; ++i) chart_.DrawPolygon(5, xs, ys, chart::black, 0xB4761F, 1);
         chart_.DisplayChart();
     }
     chart::AX_Grapher& chart() { return chart_; }
@@ -240,10 +238,7 @@ void a_million_points_in_random_order(benchmark::State& state) {
     for (auto _ : state) state.SetIterationTime(best.take([&] { pane.redraw_all(); }));
     state.counters["best_ms"] = best.seconds() * 1e3;
 }
-BENCHMARK(a_million_points_in_random_order)
-    ->Iterations(5)
-    ->UseManualTime()
-    ->Unit(benchmark::kMillisecond);
+BENCHMARK(a_million_points_in_random_order)->Iterations(5)->UseManualTime()->Unit(benchmark::kMillisecond);
 
 /// The most that any of a hundred steps of the wheel, or moves of a pan, allocates.
 long most_allocations(int points, const std::function<void(chart::AX_Grapher&, int)>& step) {

@@ -24,7 +24,7 @@ void DrawingDevice::markers(const MarkerShape& shape, std::span<const Point> anc
         for (std::size_t i = 0; i < moved.size(); ++i)
             moved[i] = {anchor.x + shape.outline[i].x, anchor.y + shape.outline[i].y};
         if (shape.filled) polygon_fill(moved, shape.fill == no_colour ? shape.pen.colour : shape.fill);
-        polygon_outline(moved, shape.pen);
+        if (shape.pen.colour != no_colour) polygon_outline(moved, shape.pen);
     }
 }
 

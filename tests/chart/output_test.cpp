@@ -25,7 +25,7 @@ TEST(Output, holds_the_overlay_and_no_mark_of_the_hand) {
     const SurfaceMapping mapping = print_mapping(13500.0, 4500.0, 11900.0, 16800.0, 600.0);
     ASSERT_EQ(rig.chart.DrawTo(page, OutputTarget::printer, mapping), 0);
     EXPECT_EQ(page.mapping, mapping);
-    EXPECT_EQ(page.of_kind(Kind::polygon_fill).size(), 1U);
+    EXPECT_EQ(page.of_kind(Kind::polygon_fill).size(), 2U) << "the ground and the overlay";
     EXPECT_EQ(page.of_kind(Kind::polygon_outline).size(), 2U);
     EXPECT_EQ(page.of_kind(Kind::clear).size(), 0U);
     EXPECT_EQ(page.texts().size(), rig.device.texts().size());
@@ -70,6 +70,24 @@ TEST(Output, needs_no_screen) {
     EXPECT_NE(page.find_text("10"), nullptr);
     EXPECT_FALSE(chart.HasPlotDefined());
     EXPECT_EQ(chart.DrawTo(page, OutputTarget::metafile, SurfaceMapping{}, SurfaceSize{100.0, 100.0}), -1);
+}
+
+TEST(Output, has_its_ground_over_the_whole_page_before_all_else) {
+    Shown rig;
+    rig.chart.BackColor(0xC0FFFF);
+    for (const auto kind : {OutputTarget::screen_copy, OutputTarget::metafile, OutputTarget::printer}) {
+        RecordingDevice page(13500.0, 4500.0);
+        ASSERT_EQ(rig.chart.DrawTo(page, kind, screen_mapping(4500.0)), 0);
+        ASSERT_FALSE(page.entries.empty());
+        const auto& ground = page.entries.front();
+        EXPECT_EQ(ground.kind, Kind::polygon_fill);
+        EXPECT_EQ(ground.pen.colour, 0xC0FFFF);
+        EXPECT_EQ(ground.points, (std::vector<Point>{{0, 0}, {13500, 0}, {13500, 4500}, {0, 4500}}));
+    }
+    rig.chart.BackStyle(0);
+    RecordingDevice page(13500.0, 4500.0);
+    rig.chart.DrawTo(page, OutputTarget::metafile, screen_mapping(4500.0));
+    EXPECT_EQ(page.of_kind(Kind::polygon_fill).size(), 1U) << "a chart that lets its ground through has none";
 }
 
 TEST(Output, several_charts_share_a_page) {

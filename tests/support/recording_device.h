@@ -65,6 +65,8 @@ class RecordingDevice : public DrawingDevice {
     SurfaceMapping mapping;
     bool raster = false;
     double pixel = units_per_screen_pixel;
+    /// False: markers are kept as the lines and polygons that they consist of.
+    bool stamps = true;
     double character_width = 90.0;
     double character_height = 165.0;
     int border_style = -1;
@@ -124,6 +126,7 @@ inline TextExtent RecordingDevice::measure(std::string_view text, const Font&) c
 }
 
 inline void RecordingDevice::markers(const MarkerShape& shape, std::span<const Point> anchors) {
+    if (!stamps) return DrawingDevice::markers(shape, anchors);
     Entry& entry = add(Kind::markers);
     entry.points.assign(anchors.begin(), anchors.end());
     entry.pen = shape.pen;

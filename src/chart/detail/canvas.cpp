@@ -233,6 +233,13 @@ void Canvas::markers(int style, double radius, Colour colour, double width, std:
     if (!geometry.empty()) guarded("Line error: ", [&] { device_->markers(geometry.shape(), anchors); });
 }
 
+void Canvas::mark(MarkerShape shape, Point at) {
+    if (!in_reach(at)) return;
+    shape.pen = resolved(shape.pen);
+    shape.fill = resolved(shape.fill);
+    guarded("Line error: ", [&] { device_->markers(shape, {&at, 1}); });
+}
+
 TextExtent Canvas::measure(std::string_view words, FontRole role) {
     TextExtent extent;
     guarded("Font error: ", [&] { extent = device_->measure(words, font(role)); });

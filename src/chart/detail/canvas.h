@@ -53,6 +53,8 @@ class Canvas {
     void rectangle(const Rect& rect, Colour pen, Colour fill, double width);
     /// Markers of one style whose anchors have been tested to be inside.
     void markers(int style, double radius, Colour colour, double width, std::span<const Point> anchors);
+    /// A shape of the caller's own about a place, drawn whole wherever that is; alike at all places.
+    void mark(MarkerShape shape, Point at);
     /// Text at a position, moved along and across its direction by factors of its width and height.
     void text(Point at, double angle, double along, double across, std::string_view words, FontRole role,
               Colour colour);

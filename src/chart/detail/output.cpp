@@ -33,6 +33,13 @@ class ScreenKept {
     bool displayed_;
 };
 
+/// A page has no picture that was cleared before: it gets its ground as the first of all shapes.
+void fill_ground(GrapherState& state) {
+    if (state.properties.back_style == 0) return;
+    state.canvas.rectangle({0.0, state.layout.width, 0.0, state.layout.height}, no_colour,
+                           state.properties.back_colour, 1.0);
+}
+
 /// The start of an output: range steps and layout by the target's text measure, the chart, then the overlay
 /// on the same target.
 int start_of_output(GrapherState& state, DrawingDevice& target, SurfaceSize size) {
@@ -40,6 +47,7 @@ int start_of_output(GrapherState& state, DrawingDevice& target, SurfaceSize size
     const bool take_limits = state.surface == nullptr || !state.displayed;
     if (update_layout(state, target, size.width, size.height, take_limits) != 0) return -1;
     state.canvas.open(target, state.fonts());
+    if (!state.canvas.capturing()) fill_ground(state);
     const int status = draw_chart(state);
     if (status == 0) {
         replay_overlay(state);

@@ -68,15 +68,100 @@ std::pair<double, double> inside(const PixelRect& rect, Point a, Point b) {
     return {first, last};
 }
 
+/// The share of a pixel that is on the far side of a line at a distance from its centre. The parts of the
+/// line's direction are `most` and `least`; seen along it, the pixel is a trapezium.
+double pixel_beyond(double away, double most, double least) {
+    if (away < 0.0) return 1.0 - pixel_beyond(-away, most, least);
+    const double outer = (most + least) / 2.0, inner = (most - least) / 2.0;
+    if (away >= outer) return 0.0;
+    if (away <= inner) return 0.5 - away / most;
+    return (outer - away) * (outer - away) / (2.0 * most * least);
+}
+
 }  // namespace
 
-CoverTable::CoverTable(double half) : half_(half) {
-    const double reach = half + 0.5;
-    per_square_ = static_cast<float>(static_cast<double>(steps) / (reach * reach));
-    for (std::size_t i = 0; i < steps; ++i) {
-        const double away = reach * std::sqrt(static_cast<double>(i) / static_cast<double>(steps));
-        covers_.at(i) = static_cast<std::uint8_t>(std::lround(255.0 * std::clamp(reach - away, 0.0, 1.0)));
+/// Which tiles are covered whole.
+class StrokeMask::FullTiles {
+  public:
+    FullTiles(int columns, int rows) : columns_(columns), rows_(rows) {
+        for (int r = 0; r < rows; ++r) {
+            for (int c = 0; c < columns; ++c) {
+                end_of_full_.push_back(c);
+                end_of_open_.push_back(columns);
+            }
+        }
     }
+    bool any() const { return any_; }
+
+    template <class IsFull>
+    void look(IsFull&& is_full) {
+        for (int r = 0; r < rows_; ++r) {
+            for (int c = columns_ - 1; c >= 0; --c) {
+                const bool full = end_of_full_[index(c, r)] > c || is_full(c, r);
+                any_ = any_ || full;
+                end_of_full_[index(c, r)] = full ? end_of_full(c + 1, r) : c;
+                end_of_open_[index(c, r)] = full ? c : end_of_open(c + 1, r);
+            }
+        }
+        find_rect();
+    }
+    /// The first column from `column` on that is not full, and the first that is.
+    int end_of_full(int column, int row) const {
+        return column < columns_ ? end_of_full_[index(column, row)] : columns_;
+    }
+    int end_of_open(int column, int row) const {
+        return column < columns_ ? end_of_open_[index(column, row)] : columns_;
+    }
+    /// True when both places are in the largest full rectangle, and so all that lies between them.
+    bool hold(Point a, Point b) const { return holds(rect_, a) && holds(rect_, b); }
+
+  private:
+    std::size_t index(int column, int row) const {
+        return static_cast<std::size_t>(row) * static_cast<std::size_t>(columns_) +
+               static_cast<std::size_t>(column);
+    }
+    void find_rect() {
+        constexpr int side = TileSet::side;
+        std::vector<int> high(static_cast<std::size_t>(columns_), 0);  // full tiles above one another
+        int most = 0;
+        for (int r = 0; r < rows_; ++r) {
+            for (int c = 0; c < columns_; ++c) {
+                int& here = high[static_cast<std::size_t>(c)];
+                here = end_of_full(c, r) > c ? here + 1 : 0;
+            }
+            for (int c = 0; c < columns_; ++c) {
+                int least = high[static_cast<std::size_t>(c)];
+                for (int e = c; e < columns_ && least > 0; ++e) {
+                    least = std::min(least, high[static_cast<std::size_t>(e)]);
+                    if (least * (e - c + 1) <= most) continue;
+                    most = least * (e - c + 1);
+                    rect_ = {c * side, (r - least + 1) * side, (e + 1) * side, (r + 1) * side};
+                }
+            }
+        }
+    }
+
+    int columns_;
+    int rows_;
+    bool any_ = false;
+    std::vector<int> end_of_full_;
+    std::vector<int> end_of_open_;
+    PixelRect rect_;
+};
+
+CoverTable::CoverTable(double half, double least) {
+    const double most = std::sqrt(std::max(1.0 - least * least, 0.0));
+    reach_ = half + (most + least) / 2.0;
+    per_square_ = static_cast<float>(static_cast<double>(steps) / (reach_ * reach_));
+    for (std::size_t i = 0; i < steps; ++i) {
+        const double away = reach_ * std::sqrt(static_cast<double>(i) / static_cast<double>(steps));
+        const double area = pixel_beyond(away - half, most, least) - pixel_beyond(away + half, most, least);
+        covers_.at(i) = static_cast<std::uint8_t>(std::lround(255.0 * std::clamp(area, 0.0, 1.0)));
+    }
+}
+
+PenCover::PenCover(double half) : half_(half) {
+    for (std::size_t i = 0; i < slants; ++i) tables_.emplace_back(half, static_cast<double>(i) / per_slant);
 }
 
 void StrokeMask::resize(int width, int height) {
@@ -90,25 +175,27 @@ void StrokeMask::resize(int width, int height) {
 void StrokeMask::add(std::span<const Point> line, double width) {
     if (line.empty() || cover_.empty()) return;
     if (line.size() > 1 && is_overfull(line)) return add_overfull(line, width);
-    const CoverTable& table = table_of(std::max(width, 1.0) / 2.0);
-    if (line.size() == 1) return add_piece(line.front(), line.front(), table);
-    for (std::size_t i = 1; i < line.size(); ++i) add_piece(line[i - 1], line[i], table);
+    const PenCover& pen = pen_of(std::max(width, 1.0) / 2.0);
+    if (line.size() == 1) return add_piece(line.front(), line.front(), pen);
+    for (std::size_t i = 1; i < line.size(); ++i) add_piece(line[i - 1], line[i], pen);
 }
 
-const CoverTable& StrokeMask::table_of(double half) {
-    constexpr std::size_t most_tables = 8;
-    for (const CoverTable& table : tables_)
-        if (table.half() == half) return table;
-    if (tables_.size() >= most_tables) tables_.clear();
-    return tables_.emplace_back(half);
+const PenCover& StrokeMask::pen_of(double half) {
+    constexpr std::size_t most_pens = 8;
+    for (const PenCover& pen : pens_)
+        if (pen.half() == half) return pen;
+    if (pens_.size() >= most_pens) pens_.clear();
+    return pens_.emplace_back(half);
 }
 
 /// Cover of a piece with round ends, by the distance of the pixels' centres.
-void StrokeMask::add_piece(Point a, Point b, const CoverTable& table) {
-    const double reach = table.half() + 0.5;
-    if (!clip_segment({-reach, width_ + reach, -reach, height_ + reach}, a, b)) return;
+void StrokeMask::add_piece(Point a, Point b, const PenCover& pen) {
+    const double room = pen.half() + 1.0;
+    if (!clip_segment({-room, width_ + room, -room, height_ + room}, a, b)) return;
     const double length = distance(a, b);
     const Point unit = length > 0.0 ? Point{(b.x - a.x) / length, (b.y - a.y) / length} : Point{1.0, 0.0};
+    const CoverTable& table = pen.along(unit);
+    const double reach = table.reach();
     const int left = first_pixel(std::min(a.x, b.x) - reach, width_);
     const int right = end_pixel(std::max(a.x, b.x) + reach, width_);
     const int top = first_pixel(std::min(a.y, b.y) - reach, height_);
@@ -159,21 +246,39 @@ bool StrokeMask::is_overfull(std::span<const Point> line) const {
 void StrokeMask::add_overfull(std::span<const Point> line, double width) {
     const auto pixels = static_cast<std::int64_t>(cover_.size());
     const int wide = std::max(1, static_cast<int>(std::lround(width)));
-    PixelRect full;
-    std::int64_t next_look = visited_ + 4 * pixels;
+    FullTiles full(tiles_.columns(), tiles_.rows());
+    std::int64_t next_look = visited_ + pixels;
     for (std::size_t i = 1; i < line.size(); ++i) {
         const Point a = line[i - 1], b = line[i];
-        if (holds(full, a) && holds(full, b)) continue;
-        const auto [first, last] = inside(full, a, b);
-        if (full.empty() || first >= last) {
+        if (full.any())
+            add_where_open(a, b, wide, full);
+        else
             add_hairlines(a, b, wide);
-        } else {
-            if (first > 0.0) add_hairlines(a, between(a, b, first), wide);
-            if (last < 1.0) add_hairlines(between(a, b, last), b, wide);
-        }
         if (visited_ < next_look) continue;
-        full = largest_full_rect();
-        next_look = visited_ + 2 * pixels;
+        full.look([&](int column, int tile_row) { return is_full(column, tile_row); });
+        next_look = visited_ + pixels;
+    }
+}
+
+/// A piece row of tiles by row of tiles, without the stretches in full ones.
+void StrokeMask::add_where_open(Point a, Point b, int wide, const FullTiles& full) {
+    constexpr int side = TileSet::side;
+    if (full.hold(a, b) || !clip_segment({0.0, width_ - 1e-6, 0.0, height_ - 1e-6}, a, b)) return;
+    if (a.y > b.y) std::swap(a, b);
+    const double slant = b.y > a.y ? (b.x - a.x) / (b.y - a.y) : 0.0;
+    const int last_row = static_cast<int>(b.y) / side;
+    double left = a.x;
+    for (int r = static_cast<int>(a.y) / side; r <= last_row; ++r) {
+        const double right = r == last_row ? b.x : a.x + ((r + 1) * side - a.y) * slant;
+        const int first = static_cast<int>(std::min(left, right)) / side;
+        const int last = static_cast<int>(std::max(left, right)) / side;
+        left = right;
+        for (int c = full.end_of_full(first, r); c <= last; c = full.end_of_full(c, r)) {
+            const int open = c;
+            c = std::min(full.end_of_open(open, r), last + 1);
+            const auto [begin, end] = inside({open * side, r * side, c * side, (r + 1) * side}, a, b);
+            if (begin <= end) add_hairlines(between(a, b, begin), between(a, b, end), wide);
+        }
     }
 }
 
@@ -184,60 +289,39 @@ void StrokeMask::add_hairlines(Point a, Point b, int wide) {
     const bool along_x = std::abs(b.x - a.x) >= std::abs(b.y - a.y);
     if (along_x ? a.x > b.x : a.y > b.y) std::swap(a, b);
     const double from = along_x ? a.x : a.y, to = along_x ? b.x : b.y;
-    const double start = along_x ? a.y : a.x;
-    const double slope = to > from ? ((along_x ? b.y : b.x) - start) / (to - from) : 0.0;
+    const double start = along_x ? a.y : a.x, stop = along_x ? b.y : b.x;
+    const double slope = to > from ? (stop - start) / (to - from) : 0.0;
     const int steps = along_x ? width_ : height_, lanes = along_x ? height_ : width_;
     const std::ptrdiff_t step = along_x ? 1 : width_, lane_step = along_x ? width_ : 1;
-    const int begin = first_pixel(from, steps), end = std::min(end_pixel(to, steps), steps);
-    const double shift = 0.5 * (1 - wide);
-    for (int i = begin; i < end; ++i) {
-        const double middle = start + slope * (std::clamp(i + 0.5, from, to) - from);
-        const int lane = static_cast<int>(std::floor(middle + shift));
-        const int low = std::max(lane, 0), high = std::min(lane + wide, lanes);
-        std::uint8_t* at = cover_.data() + i * step + low * lane_step;
-        for (int k = low; k < high; ++k, at += lane_step) *at = std::uint8_t{255};
+    const int begin = first_pixel(from, steps), end = std::max(end_pixel(to, steps), begin);
+    // In 2^-32 of a pixel; moved by the room, so that what is cut off is the floor.
+    constexpr double fraction = 4294967296.0;
+    const double shift = 0.5 * (1 - wide) + room;
+    auto lane = static_cast<std::int64_t>((start + slope * (begin + 0.5 - from) + shift + room) * fraction);
+    const auto slant = static_cast<std::int64_t>(slope * fraction);
+    const int moved = static_cast<int>(2.0 * room);
+    const int lowest = static_cast<int>(std::floor(std::min(start, stop) + 0.5 * (1 - wide)));
+    const int highest = static_cast<int>(std::floor(std::max(start, stop) + 0.5 * (1 - wide)));
+    std::uint8_t* at = cover_.data() + begin * step;
+    for (int i = begin; i < end; ++i, at += step, lane += slant) {
+        const int middle = std::clamp(static_cast<int>(lane >> 32) - moved, lowest, highest);
+        const int high = std::min(middle + wide, lanes);
+        for (int k = std::max(middle, 0); k < high; ++k) at[k * lane_step] = 255;
     }
     visited_ += static_cast<std::int64_t>(end - begin) * wide;
-    const auto [low, high] = std::minmax({start, along_x ? b.y : b.x});
-    const int first_lane = first_pixel(low - room, lanes), end_lane = end_pixel(high + room, lanes);
+    const int first_lane = std::max(lowest, 0), end_lane = std::min(highest + wide, lanes);
     tiles_.add(along_x ? PixelRect{begin, first_lane, end, end_lane}
                        : PixelRect{first_lane, begin, end_lane, end});
 }
 
-/// The largest rectangle of tiles of which every pixel is covered whole.
-PixelRect StrokeMask::largest_full_rect() {
+bool StrokeMask::is_full(int column, int tile_row) {
     constexpr int side = TileSet::side;
-    const int columns = tiles_.columns();
-    const auto is_full = [&](int column, int tile_row) {
-        const int left = column * side, right = std::min(left + side, width_);
-        const auto length = static_cast<std::size_t>(right - left);
-        for (int y = tile_row * side; y < std::min((tile_row + 1) * side, height_); ++y) {
-            const std::uint8_t* first = row(y) + left;
-            if (!std::all_of(first, first + length, [](std::uint8_t c) { return c == 255; })) return false;
-        }
-        return true;
-    };
-    PixelRect best;
-    std::int64_t most = 0;
-    std::vector<int> high(static_cast<std::size_t>(columns), 0);  // full tiles above and with the present row
-    for (int r = 0; r < tiles_.rows(); ++r) {
-        for (int c = 0; c < columns; ++c) {
-            int& here = high[static_cast<std::size_t>(c)];
-            here = is_full(c, r) ? here + 1 : 0;
-        }
-        for (int c = 0; c < columns; ++c) {
-            int least = high[static_cast<std::size_t>(c)];
-            for (int e = c; e < columns && least > 0; ++e) {
-                least = std::min(least, high[static_cast<std::size_t>(e)]);
-                const std::int64_t tiles = std::int64_t{least} * (e - c + 1);
-                if (tiles <= most) continue;
-                most = tiles;
-                best = {c * side, (r - least + 1) * side, std::min((e + 1) * side, width_),
-                        std::min((r + 1) * side, height_)};
-            }
-        }
+    const int left = column * side, right = std::min(left + side, width_);
+    for (int y = tile_row * side; y < std::min((tile_row + 1) * side, height_); ++y) {
+        const std::uint8_t* first = row(y);
+        if (!std::all_of(first + left, first + right, [](std::uint8_t c) { return c == 255; })) return false;
     }
-    return best;
+    return true;
 }
 
 }  // namespace anomalis::chart

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdint>
 #include <span>
 #include <vector>
@@ -12,22 +13,42 @@
 namespace anomalis::chart {
 
 /// Cover of a pixel by a round pen, by the square of the distance of its centre from the middle of the line:
-/// full as far as half a pixel inside the edge, none half a pixel outside.
+/// the area of the pixel that a straight stroke of this slant covers.
 class CoverTable {
   public:
-    /// `half` the width in pixels, at least 0.5.
-    explicit CoverTable(double half);
-    double half() const { return half_; }
+    /// `half` the width in pixels; `least` the smaller part of the stroke's direction, 0 along an axis and
+    /// the root of 1/2 along a diagonal.
+    CoverTable(double half, double least);
+    /// Distance at which cover ends, pixels.
+    double reach() const { return reach_; }
     std::uint8_t cover(float square) const {
         constexpr auto last = static_cast<float>(steps - 1);
         return covers_[static_cast<std::size_t>(static_cast<int>(std::min(square * per_square_, last)))];
     }
 
   private:
-    static constexpr std::size_t steps = 2048;
-    double half_;
-    float per_square_ = 0.0F;
+    static constexpr std::size_t steps = 1024;
+    double reach_;
+    float per_square_;
     std::array<std::uint8_t, steps> covers_{};
+};
+
+/// The covers of one width, by slant.
+class PenCover {
+  public:
+    explicit PenCover(double half);
+    double half() const { return half_; }
+    /// For a direction of length 1.
+    const CoverTable& along(Point unit) const {
+        const double least = std::min(std::abs(unit.x), std::abs(unit.y));
+        return tables_[static_cast<std::size_t>(least * per_slant + 0.5)];
+    }
+
+  private:
+    static constexpr std::size_t slants = 16;
+    static constexpr double per_slant = (slants - 1) * 1.4142135623730951;
+    double half_;
+    std::vector<CoverTable> tables_;
 };
 
 /// How far each pixel of a raster is covered by lines of a round pen, 0 to 255. A pixel that several pieces
@@ -64,21 +85,23 @@ class StrokeMask {
     std::int64_t visited() const { return visited_; }
 
   private:
+    class FullTiles;
     std::uint8_t* row(int y) {
         return cover_.data() + static_cast<std::size_t>(y) * static_cast<std::size_t>(width_);
     }
     bool is_overfull(std::span<const Point> line) const;
-    const CoverTable& table_of(double half);
-    void add_piece(Point a, Point b, const CoverTable& table);
+    const PenCover& pen_of(double half);
+    void add_piece(Point a, Point b, const PenCover& pen);
     void add_overfull(std::span<const Point> line, double width);
+    void add_where_open(Point a, Point b, int wide, const FullTiles& full);
     void add_hairlines(Point a, Point b, int wide);
-    PixelRect largest_full_rect();
+    bool is_full(int column, int tile_row);
 
     int width_ = 0;
     int height_ = 0;
     std::vector<std::uint8_t> cover_;
     TileSet tiles_;
-    std::vector<CoverTable> tables_;
+    std::vector<PenCover> pens_;
     std::int64_t visited_ = 0;
 };
 

@@ -1,3 +1,5 @@
+#include <array>
+
 #include "chart/detail/crosshair.h"
 #include "chart/detail/gestures.h"
 #include "chart/detail/top_marks.h"
@@ -18,9 +20,14 @@ void paint_highlight(const GrapherState& state, Canvas& canvas) {
     if (!position) return;
     const Point at = state.layout.to_surface(state.x, state.y, *position);
     if (!state.layout.plot.contains(at, 0.5)) return;
-    canvas.rectangle(
-        {at.x - highlight_low, at.x + highlight_high, at.y - highlight_low, at.y + highlight_high}, black,
-        no_colour, highlight_width);
+    constexpr std::array corners{Point{-highlight_low, -highlight_low}, Point{highlight_high, -highlight_low},
+                                 Point{highlight_high, highlight_high},
+                                 Point{-highlight_low, highlight_high}};
+    MarkerShape box;
+    box.radius = highlight_high;
+    box.outline = corners;
+    box.pen = {black, highlight_width, LineStyle::solid};
+    canvas.mark(box, at);
 }
 
 void paint_magnifier(const GrapherState& state, Canvas& canvas) {

@@ -1,15 +1,15 @@
 #include "chart/detail/top_marks.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <numbers>
+#include <vector>
 
 namespace anomalis::chart {
 
 namespace {
 
-constexpr std::size_t circle_corners = 24;
+constexpr int circle_corners = 24;
 
 Point on_surface(const GrapherState& state, const TopPlace& place) {
     const ChartProperties& p = state.properties;
@@ -19,20 +19,25 @@ Point on_surface(const GrapherState& state, const TopPlace& place) {
 }
 
 void paint_mark(Canvas& canvas, const TopMark& mark, Point at) {
-    const double r = mark.radius;
-    if (mark.shape == MarkShape::square)
-        return canvas.rectangle({at.x - r, at.x + r, at.y - r, at.y + r}, mark.pen, mark.fill, mark.width);
-    if (mark.shape == MarkShape::diamond) {
-        const std::array<Point, 4> corners{Point{at.x - r, at.y}, Point{at.x, at.y + r},
-                                           Point{at.x + r, at.y}, Point{at.x, at.y - r}};
-        return canvas.polygon(corners, mark.pen, mark.fill, mark.width);
+    const double r = std::min(mark.radius, largest_marker);
+    std::vector<Point> corners;
+    if (mark.shape == MarkShape::square) {
+        corners = {{-r, -r}, {r, -r}, {r, r}, {-r, r}};
+    } else if (mark.shape == MarkShape::diamond) {
+        corners = {{-r, 0.0}, {0.0, r}, {r, 0.0}, {0.0, -r}};
+    } else {
+        for (int i = 0; i < circle_corners; ++i) {
+            const double angle = 2 * std::numbers::pi * i / circle_corners;
+            corners.push_back({r * std::cos(angle), r * std::sin(angle)});
+        }
     }
-    std::array<Point, circle_corners> corners;
-    for (std::size_t i = 0; i < circle_corners; ++i) {
-        const double angle = 2 * std::numbers::pi * static_cast<double>(i) / circle_corners;
-        corners.at(i) = {at.x + r * std::cos(angle), at.y + r * std::sin(angle)};
-    }
-    canvas.polygon(corners, mark.pen, mark.fill, mark.width);
+    MarkerShape shape;
+    shape.radius = r;
+    shape.outline = corners;
+    shape.filled = mark.fill != no_colour;
+    shape.fill = mark.fill;
+    shape.pen = {mark.pen, mark.width, LineStyle::solid};
+    canvas.mark(shape, at);
 }
 
 /// The low end of a box of a size beside `at`: after it, before it where that leaves the plot.
@@ -72,12 +77,8 @@ void paint_top_marks(const GrapherState& state, Canvas& canvas) {
         canvas.line(on_surface(state, line.from), on_surface(state, line.to), line.pen);
     for (const TopMark& mark : top.marks) {
         const Point at = on_surface(state, mark.at);
-        if (!plot.contains(at, 0.5)) continue;
-        const double room = mark.radius + mark.width * units_per_screen_pixel;
-        canvas.set_window({plot.x_low - room, plot.x_high + room, plot.y_low - room, plot.y_high + room});
-        paint_mark(canvas, mark, at);
+        if (plot.contains(at, 0.5)) paint_mark(canvas, mark, at);
     }
-    canvas.set_window(plot);
     if (top.note && !top.note->lines.empty())
         paint_note(state, canvas, on_surface(state, top.note->at), *top.note);
 }

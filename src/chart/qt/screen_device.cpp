@@ -162,16 +162,19 @@ void ScreenDevice::keep_lower() {
         base.as_below = true;
     }
     lower_kept_ = true;
+    current_ = base_level;
 }
 
 bool ScreenDevice::take_lower() {
     if (!lower_kept_) return false;
     begin_as_below(base_level);
+    current_ = base_level;
     return true;
 }
 
 void ScreenDevice::copy_base_to_surface() {
     begin_as_below(surface_level);
+    current_ = surface_level;
 }
 
 void ScreenDevice::present() {
@@ -288,9 +291,9 @@ void ScreenDevice::text(Point anchor, double angle, std::string_view words, cons
 void ScreenDevice::markers(const MarkerShape& shape, std::span<const Point> anchors) {
     if (anchors.empty() || !make_ready()) return;
     const Stamp& stamp = stamp_of(shape);
-    const Raster picture{
-        reinterpret_cast<std::uint32_t*>(const_cast<uchar*>(stamp.image.constBits())), stamp.image.width(),
-        stamp.image.height(), stamp.image.bytesPerLine() / static_cast<qsizetype>(sizeof(std::uint32_t))};
+    const Raster picture{reinterpret_cast<std::uint32_t*>(const_cast<uchar*>(stamp.image.constBits())),
+                         stamp.image.width(), stamp.image.height(),
+                         stamp.image.bytesPerLine() / static_cast<qsizetype>(sizeof(std::uint32_t))};
     const auto pixel = [&](double at) {
         return static_cast<int>(std::clamp(std::floor(stamp.even ? at + 0.5 : at), -1e6, 1e6));
     };
@@ -365,7 +368,8 @@ QImage ScreenDevice::drawn_stamp(const MarkerShape& shape, Stamp& stamp) {
         const std::array<Point, 2> line{place(stroke.from, whole), place(stroke.to, whole)};
         painter.line(line, false, wide, shape.pen.style, shape.pen.colour);
     }
-    if (corners.size() > 1) painter.line(corners, true, wide, shape.pen.style, shape.pen.colour);
+    if (corners.size() > 1 && shape.pen.colour != no_colour)
+        painter.line(corners, true, wide, shape.pen.style, shape.pen.colour);
     return image;
 }
 
