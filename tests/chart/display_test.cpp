@@ -34,6 +34,45 @@ TEST(Display, the_picture_is_kept_and_the_overlay_drawn_above_its_copy) {
     EXPECT_EQ(rig.device.of_kind(Kind::clear)[0].pen.colour, white);
 }
 
+TEST(Display, frame_and_ticks_lie_on_bars_and_on_shapes_of_the_overlay) {
+    Rig rig;
+    rig.make_a();
+    rig.register_series({0.0, 3700.0, 7400.0}, {0.0, 600.0, 650.0}, bar_series);
+    const double xs[] = {-1000.0, 4000.0, 4000.0}, ys[] = {0.0, 0.0, 900.0};
+    rig.chart.DrawPolygon(3, xs, ys, 4, 5, 1);
+    rig.chart.DisplayChart();
+    const auto frame_is_above_fills = [&](const std::vector<RecordingDevice::Entry>& entries) {
+        std::size_t last_fill = 0, last_frame = 0, last_tick = 0;
+        for (std::size_t i = 0; i < entries.size(); ++i) {
+            const auto& entry = entries[i];
+            if (entry.kind == Kind::polygon_fill) last_fill = i;
+            if (entry.kind == Kind::polygon_outline && entry.points.size() == 4 && entry.pen.colour == black)
+                last_frame = i;
+            if (entry.kind == Kind::polyline && entry.points.size() == 2) last_tick = i;
+        }
+        EXPECT_GT(last_fill, 0U);
+        EXPECT_GT(last_frame, last_fill);
+        EXPECT_GT(last_tick, last_fill);
+    };
+    std::vector<RecordingDevice::Entry> base = rig.device.entries;
+    std::erase_if(base, [](const auto& entry) { return entry.layer != Layer::base; });
+    frame_is_above_fills(base);
+    frame_is_above_fills(rig.device.entries);
+    // The overlay alone brings them along, and without one nothing covers those of the base.
+    rig.device.forget();
+    rig.chart.RefreshGraph(1);
+    frame_is_above_fills(rig.device.entries);
+    rig.chart.ClearSavedGraphics();
+    rig.device.forget();
+    rig.chart.RefreshGraph(1);
+    EXPECT_TRUE(rig.device.of_kind(Kind::polyline).empty());
+    // So it is on a page.
+    rig.chart.DrawPolygon(3, xs, ys, 4, 5, 1);
+    RecordingDevice page(13500.0, 4500.0);
+    rig.chart.DrawTo(page, OutputTarget::metafile, screen_mapping(4500.0));
+    frame_is_above_fills(page.entries);
+}
+
 TEST(Display, an_overlay_alone_reuses_the_kept_picture) {
     Shown rig;
     rig.chart.DisplayChart();

@@ -37,8 +37,8 @@ struct Full : Rig {
 
 /// What a picture shows whatever the calls it was drawn by: every segment, every filled corner, mark and
 /// text.
-std::multiset<std::string> ink(const RecordingDevice& device) {
-    std::multiset<std::string> found;
+std::set<std::string> ink(const RecordingDevice& device) {
+    std::set<std::string> found;
     const auto place = [](Point p) {
         return std::to_string(std::lround(p.x * 16)) + "," + std::to_string(std::lround(p.y * 16));
     };

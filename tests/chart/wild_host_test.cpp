@@ -65,13 +65,13 @@ class WatchedScreen : public RecordingDevice {
     }
 
     /// Everything drawn is finite, on the surface, of a size that can be seen, and no more than a tick and a
-    /// number every two pixels of each of the four sides, a piece for each stretch of data, and the few
-    /// strokes of frame, titles, items and marks.
+    /// number every two pixels of each of the four sides, the ticks twice more over curves and items, a piece
+    /// for each stretch of data, and the few strokes of frame, titles, items and marks.
     void expect_sane() {
         if (entries.empty()) return;
         const double sides = width() + height();
         const double pixels = sides > 0 && sides <= 2 * largest_surface ? sides / units_per_screen_pixel : 0;
-        EXPECT_LE(static_cast<double>(entries.size()), 2 * pixels + 3 * data_points + 64);
+        EXPECT_LE(static_cast<double>(entries.size()), (2 + 2) * pixels + 3 * data_points + 64);
         for (const Entry& entry : entries) {
             EXPECT_GE(entry.pen.width, 1.0);
             EXPECT_LE(entry.pen.width, widest_pen);

@@ -235,8 +235,9 @@ void Canvas::markers(int style, double radius, Colour colour, double width, std:
 
 void Canvas::mark(MarkerShape shape, Point at) {
     if (!in_reach(at)) return;
+    const Colour outline = shape.pen.colour;
     shape.pen = resolved(shape.pen);
-    shape.fill = resolved(shape.fill);
+    shape.fill = filled(shape.fill, outline);
     guarded("Line error: ", [&] { device_->markers(shape, {&at, 1}); });
 }
 

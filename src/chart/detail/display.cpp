@@ -147,6 +147,7 @@ void draw_chart_on_base(GrapherState& state) {
         state.lower.keep(state);
     }
     draw_upper(state);
+    if (!state.series.empty()) frame_on_top(state);
 }
 
 /// The base picture anew: background, then the chart where there is room for one.
@@ -161,13 +162,20 @@ int draw_base(GrapherState& state, int status, bool with_chart) {
     return status;
 }
 
+/// Shapes of the overlay may lie across the frame; without any, that of the base picture is on top.
+void overlay_on_screen(GrapherState& state) {
+    replay_overlay(state);
+    if (!state.overlay.items().empty() && state.layout.valid && !state.gesture.overlay_suspended)
+        frame_on_top(state);
+}
+
 void show_surface(GrapherState& state, int status) {
     DrawingDevice& surface = *state.surface;
     surface.copy_base_to_surface();
     surface.select_layer(DrawingDevice::Layer::surface);
     open_on_screen(state);
     if (status == 0) {
-        replay_overlay(state);
+        overlay_on_screen(state);
         if (state.displayed) paint_legend(state, LegendPlace::of_screen);
     }
     surface.present();
@@ -238,6 +246,11 @@ int draw_chart(GrapherState& state) {
     return 0;
 }
 
+void frame_on_top(GrapherState& state) {
+    if (!state.canvas.capturing()) state.canvas.set_window(state.layout.plot);
+    paint_frame(state.properties, state.layout, state.x, state.y, state.canvas);
+}
+
 void replay_overlay(GrapherState& state) {
     if (!state.layout.valid || state.gesture.overlay_suspended) return;
     // A captured chart has its plot window from the chart itself.
@@ -302,7 +315,7 @@ void draw_graphics(GrapherState& state) {
     on_surface(state, [&] {
         state.surface->select_layer(DrawingDevice::Layer::surface);
         open_on_screen(state);
-        replay_overlay(state);
+        overlay_on_screen(state);
         state.surface->present();
         return 0;
     });

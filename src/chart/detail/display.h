@@ -11,6 +11,9 @@ int update_layout(GrapherState& state, const DrawingDevice& measure, double widt
 int layout_only(GrapherState& state);
 /// Axes, title and series through the canvas, which is open on its device. -1 when there is no room.
 int draw_chart(GrapherState& state);
+/// Frame and ticks once more, over the curves, bars and shapes that were drawn across them. Leaves the
+/// canvas cut to the plot.
+void frame_on_top(GrapherState& state);
 /// The retained items through the canvas.
 void replay_overlay(GrapherState& state);
 /// AX_Grapher::DisplayChart, display_current_chart, RefreshGraph and Resize.

@@ -51,6 +51,7 @@ int start_of_output(GrapherState& state, DrawingDevice& target, SurfaceSize size
     const int status = draw_chart(state);
     if (status == 0) {
         replay_overlay(state);
+        frame_on_top(state);
         paint_legend(state, LegendPlace::of_picture);
     }
     return status;
@@ -70,6 +71,28 @@ int kept_safe(GrapherState& state, Work&& work) {
     return status;
 }
 
+Pen pen_of(const GraphicItem& line) {
+    return {line.colour, static_cast<double>(line.width), static_cast<LineStyle>(line.reserved)};
+}
+
+bool goes_on(const GraphicItem& line, const GraphicItem& next) {
+    return next.kind == ItemKind::line && next.x1 == line.x2 && next.y1 == line.y2 &&
+           pen_of(next) == pen_of(line);
+}
+
+/// A curve was captured piece by piece: what hangs together is played as one line, so that its joints look as
+/// they did. Returns the index after the last piece.
+std::size_t play_line(const std::vector<GraphicItem>& items, std::size_t first, Canvas& canvas) {
+    std::vector<Point> points{{items[first].x1, items[first].y1}};
+    std::size_t i = first;
+    for (;; ++i) {
+        points.push_back({items[i].x2, items[i].y2});
+        if (i + 1 == items.size() || !goes_on(items[i], items[i + 1])) break;
+    }
+    canvas.polyline(points, pen_of(items[first]));
+    return i + 1;
+}
+
 void play_item(const GraphicItem& item, Canvas& canvas) {
     const Point at{item.x1, item.y1};
     std::vector<Point> points;
@@ -78,10 +101,7 @@ void play_item(const GraphicItem& item, Canvas& canvas) {
             canvas.set_window({item.x1, item.x2, item.y1, item.y2});
             break;
         case ItemKind::line:
-            canvas.line(
-                at, {item.x2, item.y2},
-                {item.colour, static_cast<double>(item.width), static_cast<LineStyle>(item.reserved)});
-            break;
+            break;  // play_line
         case ItemKind::marker:
             canvas.markers(item.marker, item.marker_size, item.colour, item.width, {&at, 1});
             break;
@@ -131,7 +151,12 @@ void play_items(const GrapherState& state, const std::vector<GraphicItem>& items
     device.set_mapping(mapping);
     Canvas canvas(notes);
     canvas.open(device, state.fonts());
-    for (const GraphicItem& item : items) play_item(item, canvas);
+    for (std::size_t i = 0; i < items.size();) {
+        if (items[i].kind == ItemKind::line)
+            i = play_line(items, i, canvas);
+        else
+            play_item(items[i++], canvas);
+    }
     if (&device == state.surface) device.set_mapping(screen_mapping(device.height()));
 }
 
