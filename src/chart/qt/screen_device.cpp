@@ -18,11 +18,6 @@ QImage blank(QSize size, double ratio, const QColor& colour) {
     return image;
 }
 
-Raster raster_of(QImage& image) {
-    return {reinterpret_cast<std::uint32_t*>(image.bits()), image.width(), image.height(),
-            image.bytesPerLine() / static_cast<qsizetype>(sizeof(std::uint32_t))};
-}
-
 /// Pictures of one size and format: a plain copy, without a detach or a blend.
 void copy_tiles(const QImage& from, QImage& to, const TileSet& tiles) {
     constexpr std::size_t pixel = sizeof(std::uint32_t);
@@ -286,91 +281,14 @@ void ScreenDevice::text(Point anchor, double angle, std::string_view words, cons
     sharp_.drawn().add(with_room(bounds_of(box), static_cast<int>(std::ceil(extent.height() * scale))));
 }
 
-/// A marker is drawn as a picture once and stamped in whole pixels: all of a kind look alike, one by itself
-/// as one of thousands, and thousands of small smoothed shapes would cost far more.
+/// Thousands of small smoothed shapes would cost far more than their stamps.
 void ScreenDevice::markers(const MarkerShape& shape, std::span<const Point> anchors) {
     if (anchors.empty() || !make_ready()) return;
-    const Stamp& stamp = stamp_of(shape);
-    const Raster picture{reinterpret_cast<std::uint32_t*>(const_cast<uchar*>(stamp.image.constBits())),
-                         stamp.image.width(), stamp.image.height(),
-                         stamp.image.bytesPerLine() / static_cast<qsizetype>(sizeof(std::uint32_t))};
-    const auto pixel = [&](double at) {
-        return static_cast<int>(std::clamp(std::floor(stamp.even ? at + 0.5 : at), -1e6, 1e6));
-    };
+    const Stamp& stamp = stamps_.of(shape, mapping().device_scale * ratio_, pen_pixels(shape.pen));
     for (const Point& anchor : anchors) {
-        const Point at = to_pixels(anchor);
-        sharp_.stamp(picture, pixel(at.x) - stamp.middle, pixel(at.y) - stamp.middle);
+        const auto [left, top] = stamp.first_pixel(to_pixels(anchor));
+        sharp_.stamp(stamp.raster(), left, top);
     }
-}
-
-const ScreenDevice::Stamp& ScreenDevice::stamp_of(const MarkerShape& shape) {
-    constexpr std::size_t most_stamps = 32;
-    const double scale = mapping().device_scale * ratio_;
-    if (scale != stamp_scale_ || stamps_.size() >= most_stamps) stamps_.clear();
-    stamp_scale_ = scale;
-    const auto is_of = [&](const Stamp& stamp) {
-        return stamp.pen == shape.pen && stamp.filled == shape.filled && stamp.fill == shape.fill &&
-               std::equal(stamp.outline.begin(), stamp.outline.end(), shape.outline.begin(),
-                          shape.outline.end()) &&
-               std::equal(stamp.strokes.begin(), stamp.strokes.end(), shape.strokes.begin(),
-                          shape.strokes.end());
-    };
-    const auto found = std::find_if(stamps_.begin(), stamps_.end(), is_of);
-    if (found != stamps_.end()) return *found;
-    Stamp made;
-    made.strokes.assign(shape.strokes.begin(), shape.strokes.end());
-    made.outline.assign(shape.outline.begin(), shape.outline.end());
-    made.filled = shape.filled;
-    made.fill = shape.fill;
-    made.pen = shape.pen;
-    made.image = drawn_stamp(shape, made);
-    return stamps_.emplace_back(std::move(made));
-}
-
-/// Sides along an axis stand a whole number of pixels from the middle. With a pen of an odd width the middle
-/// is a pixel, else a corner between four.
-QImage ScreenDevice::drawn_stamp(const MarkerShape& shape, Stamp& stamp) {
-    const double wide = pen_pixels(shape.pen);
-    stamp.even = SharpPainter::whole_width(wide) % 2 == 0;
-    double reach = 0.0;
-    const auto reach_of = [&](Point p) { reach = std::max({reach, std::abs(p.x), std::abs(p.y)}); };
-    for (const MarkerShape::Stroke& stroke : shape.strokes) {
-        reach_of(stroke.from);
-        reach_of(stroke.to);
-    }
-    for (const Point& corner : shape.outline) reach_of(corner);
-    stamp.middle = static_cast<int>(std::ceil(reach * stamp_scale_ + wide)) + 2;
-    const int side = 2 * stamp.middle + 1;
-    const double middle = stamp.middle + (stamp.even ? 0.0 : 0.5);
-    const auto place = [&](Point p, bool whole) {
-        const double x = p.x * stamp_scale_, y = -p.y * stamp_scale_;
-        return whole ? Point{middle + std::round(x), middle + std::round(y)} : Point{middle + x, middle + y};
-    };
-
-    QImage image = blank(QSize(side, side), 1.0, Qt::transparent);
-    std::vector<Point> corners;
-    for (const Point& p : shape.outline)
-        corners.push_back(place(p, SharpPainter::is_along_axes(shape.outline)));
-    if (shape.filled && corners.size() > 2) {
-        QPolygonF area;
-        for (const Point& p : corners) area.append(QPointF(p.x, p.y));
-        QPainter painter(&image);
-        painter.setRenderHint(QPainter::Antialiasing);
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(painter_colour(shape.fill == no_colour ? shape.pen.colour : shape.fill));
-        painter.drawPolygon(area, Qt::OddEvenFill);
-    }
-    SharpPainter painter;
-    painter.open(raster_of(image));
-    for (const MarkerShape::Stroke& stroke : shape.strokes) {
-        const std::array<Point, 2> ends{stroke.from, stroke.to};
-        const bool whole = SharpPainter::is_along_axes(ends);
-        const std::array<Point, 2> line{place(stroke.from, whole), place(stroke.to, whole)};
-        painter.line(line, false, wide, shape.pen.style, shape.pen.colour);
-    }
-    if (corners.size() > 1 && shape.pen.colour != no_colour)
-        painter.line(corners, true, wide, shape.pen.style, shape.pen.colour);
-    return image;
 }
 
 }  // namespace anomalis::chart

@@ -9,6 +9,7 @@
 
 #include "chart/detail/sharp_painter.h"
 #include "chart/qt/painter_device.h"
+#include "chart/qt/stamps.h"
 
 namespace anomalis::chart {
 
@@ -60,18 +61,6 @@ class ScreenDevice : public PainterDevice {
         TileSet differs;        ///< where `image` may differ from what the sheet below shows
         bool as_below = false;  ///< the sheet shows what the one below shows, whatever `image` holds
     };
-    /// One marker as it is laid on wherever it occurs.
-    struct Stamp {
-        std::vector<MarkerShape::Stroke> strokes;
-        std::vector<Point> outline;
-        bool filled = false;
-        Colour fill = no_colour;
-        Pen pen;
-        QImage image;
-        int middle = 0;     ///< pixels from its first to that of its anchor
-        bool even = false;  ///< its anchor is the corner between four pixels
-    };
-
     const QImage& content(std::size_t level) const;
     QImage& target() { return on_top_ ? top_ : sheets_[current_].image; }
     void begin_as_below(std::size_t level);
@@ -81,8 +70,6 @@ class ScreenDevice : public PainterDevice {
     Point to_pixels(Point point) const;
     std::span<const Point> pixels_of(std::span<const Point> points);
     double pen_pixels(const Pen& pen) const { return pen.width * mapping().pen_factor * ratio_; }
-    const Stamp& stamp_of(const MarkerShape& shape);
-    QImage drawn_stamp(const MarkerShape& shape, Stamp& stamp);
 
     std::function<void()> on_present_;
     QSize size_;
@@ -97,8 +84,7 @@ class ScreenDevice : public PainterDevice {
     SharpPainter sharp_;
     std::vector<Point> pixels_;
     std::vector<QLineF> pieces_;
-    std::vector<Stamp> stamps_;
-    double stamp_scale_ = 0.0;  ///< pixels a surface unit in `stamps_`
+    Stamps stamps_;
     int border_style_ = 0;
 };
 
