@@ -6,6 +6,7 @@
 #include "core/session.h"
 #include "flow/examples.h"
 #include "flow/recovery.h"
+#include "window/shell/desktop_theme.h"
 #include "window/shell/form_anomalis.h"
 #include "window/shell/look.h"
 #include "window/shell/qt_prompts.h"
@@ -16,6 +17,7 @@ int main(int argc, char** argv) {
     QApplication application(argc, argv);
     QApplication::setApplicationName("Anomalis");
     anomalis::window::apply_look(application);
+    const anomalis::window::DesktopTheme theme(application);
 
     anomalis::window::QtPrompts prompts;
     anomalis::Session session(prompts, anomalis::Settings(anomalis::default_settings_path(), prompts));

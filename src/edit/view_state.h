@@ -2,6 +2,9 @@
 
 #include <array>
 #include <cstddef>
+#include <optional>
+
+#include "edit/colour_property.h"
 
 namespace anomalis::edit {
 
@@ -34,15 +37,16 @@ struct ViewState {
     int window_pan = 0;  ///< steps from the middle, at most `pan_limit` either way
     int pan_limit = 0;   ///< 0 while the whole profile is shown
     int current_body = 0;
-    bool highlight_on = true;        ///< the selected body is drawn in magenta
-    bool show_axes = true;           ///< axes and numbers on the charts
-    bool show_regional = true;       ///< the dashed curve of a regional on the charts of the data
-    bool show_ensemble = true;       ///< ghosts and fan of the ensemble in force
-    PaneFractions pane_fractions{};  ///< as the person or the file has put the splitters
-    PaneFractions pane_places{};     ///< as the splitters stand now
-    bool body_held = false;          ///< a hand drags the current body: the section's window stays
-    bool show_plan = false;          ///< the plan stands in place of the section
-    bool on_page = false;            ///< the page of the charts is on show
+    bool highlight_on = true;                   ///< the selected body is drawn in magenta
+    bool show_axes = true;                      ///< axes and numbers on the charts
+    bool show_regional = true;                  ///< the dashed curve of a regional on the charts of the data
+    bool show_ensemble = true;                  ///< ghosts and fan of the ensemble in force
+    PaneFractions pane_fractions{};             ///< as the person or the file has put the splitters
+    PaneFractions pane_places{};                ///< as the splitters stand now
+    std::optional<ColourProperty> coloured_by;  ///< what the bodies were last coloured by
+    bool body_held = false;                     ///< a hand drags the current body: the section's window stays
+    bool show_plan = false;                     ///< the plan stands in place of the section
+    bool on_page = false;                       ///< the page of the charts is on show
     /// Charts that are left out although the line has their data are false.
     std::array<bool, model_chart_count> wanted{true, true, true, true, true};
 };

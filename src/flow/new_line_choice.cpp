@@ -18,9 +18,12 @@ Formulas formulas_of_new_line(const Settings& settings) {
     return formulas_of_name(settings.get(settings_section, formulas_key)).value_or(Formulas::exact);
 }
 
+void choose_formulas_of_new_line(Formulas formulas, Settings& settings) {
+    settings.set(settings_section, formulas_key, formulas_name(formulas));
+}
+
 void remember_formulas(const Workspace& workspace, Settings& settings) {
-    if (workspace.model_file.empty())
-        settings.set(settings_section, formulas_key, formulas_name(workspace.formulas));
+    if (workspace.model_file.empty()) choose_formulas_of_new_line(workspace.formulas, settings);
 }
 
 InversionMethod last_method(const Settings& settings) {

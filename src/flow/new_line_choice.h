@@ -14,6 +14,7 @@ namespace anomalis::flow {
 /// The formulas of a line that is loaded without a workspace file: those last chosen for such a line, the
 /// exact ones before the first choice. A workspace file says its own.
 Formulas formulas_of_new_line(const Settings& settings);
+void choose_formulas_of_new_line(Formulas formulas, Settings& settings);
 /// The formulas of a workspace were chosen. Kept when it has no file.
 void remember_formulas(const Workspace& workspace, Settings& settings);
 

@@ -6,6 +6,7 @@
 #include "core/workspace.h"
 #include "edit/settings_boxes.h"
 #include "edit/zoom.h"
+#include "show/body_colour_key.h"
 #include "show/broken_line.h"
 #include "show/chart_look.h"
 #include "show/chart_scales.h"
@@ -93,6 +94,7 @@ void ModelCharts::set_gradient_titles(bool total) {
 void ModelCharts::take_preferences(const Preferences& preferences) {
     observed_ = preferences.observed;
     calculated_ = preferences.calculated;
+    susceptibility_unit_ = preferences.susceptibility_unit;
     for (int i = 0; i < edit::profile_chart_count; ++i) chart(i).DisplayLegend(preferences.legend);
 }
 
@@ -226,6 +228,7 @@ void ModelCharts::show(int index, const Workspace& workspace, const edit::ViewSt
 void ModelCharts::record_section_overlay(const Workspace& workspace, const edit::ViewState& view) {
     chart::AX_Grapher& section = chart(edit::chart_section);
     section.ClearSavedGraphics();
+    section.ShowColourKey(body_colour_key(workspace, view.coloured_by, susceptibility_unit_));
     if (ensemble_) record_section_ghosts(section, workspace, view, *ensemble_);
     record_section(section, workspace, view, section_polygons_);
 }
@@ -257,6 +260,7 @@ void ModelCharts::apply_windows(const Workspace& workspace, edit::ViewState& vie
 
 void ModelCharts::draw_plan(const Workspace& workspace, const edit::ViewState& view, Faults& faults) {
     plan().ClearSavedGraphics();
+    plan().ShowColourKey(body_colour_key(workspace, view.coloured_by, susceptibility_unit_));
     set_up_plan(plan(), workspace);
     plan().DisplayChart();
     if (ensemble_) record_plan_ghosts(plan(), workspace, *ensemble_);

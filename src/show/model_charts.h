@@ -35,7 +35,7 @@ class ModelCharts {
     /// Fonts, colours, titles and axis labels; once, before the first drawing.
     void set_up(bool display_axes);
     void set_gradient_titles(bool total);
-    /// Colours and widths of the curves, the legend on screen; from the next drawing on.
+    /// Colours and widths of the curves, legend and units; from the next drawing on.
     void take_preferences(const Preferences& preferences);
     /// Axes of the five charts on or off; the plan keeps its own.
     void set_display_axes(bool on);
@@ -88,6 +88,7 @@ class ModelCharts {
     std::shared_ptr<const Ensemble> ensemble_;
     CurveLook observed_ = Preferences().observed;
     CurveLook calculated_ = Preferences().calculated;
+    SusceptibilityUnit susceptibility_unit_ = SusceptibilityUnit::micro_si;
     PolygonTable section_polygons_;
     PolygonTable plan_polygons_;
 };

@@ -61,4 +61,28 @@ TEST(BodyColours, without_bodies_nothing_is_told) {
     EXPECT_TRUE(sample.prompts.messages.empty());
 }
 
+TEST(BodyColours, tell_what_they_are_of_until_one_is_another) {
+    BodySample sample;
+    const Workspace& workspace = sample.workspace();
+    EXPECT_FALSE(coloured_by(workspace, {}));
+    sample.body(1).density.value = 2.5F;
+    sample.body(2).density.value = 3.0F;
+    sample.body(3).density.value = 2.75F;
+    EXPECT_FALSE(coloured_by(workspace, ColourProperty::density));
+    colour_bodies(sample.workbench, ColourProperty::density);
+    EXPECT_EQ(sample.workbench.view.coloured_by, ColourProperty::density);
+    EXPECT_EQ(coloured_by(workspace, {}), ColourProperty::density);
+    EXPECT_EQ(coloured_by(workspace, ColourProperty::susceptibility), ColourProperty::density);
+    sample.body(3).density.value = 2.6F;
+    EXPECT_FALSE(coloured_by(workspace, ColourProperty::density)) << "its colour is of another density";
+    sample.body(3).density.value = 2.75F;
+    sample.body(2).colour = 0x123456;
+    EXPECT_FALSE(coloured_by(workspace, ColourProperty::density));
+    // Where two properties give the same colours the one that was asked for is told.
+    for (int i = 1; i <= 3; ++i) sample.body(i).susc.value = 1000.0F * (sample.body(i).density.value - 2.5F);
+    colour_bodies(sample.workbench, ColourProperty::density);
+    EXPECT_EQ(coloured_by(workspace, ColourProperty::density), ColourProperty::density);
+    EXPECT_EQ(coloured_by(workspace, {}), ColourProperty::susceptibility);
+}
+
 }  // namespace anomalis::edit

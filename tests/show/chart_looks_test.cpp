@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "chart/colour_contrast.h"
+#include "edit/body_colours.h"
 #include "show/chart_sample.h"
 #include "show/crosshair_lines.h"
 
@@ -126,6 +127,27 @@ TEST(ChartLooks, the_crosshair_tells_elevation_and_depth_in_the_section) {
         crosshair_lines({}, edit::chart_section, sample.chart(edit::chart_section), 1000, &above).empty());
     EXPECT_EQ(nearest_station(workspace, -1e9), 1);
     EXPECT_EQ(nearest_station(workspace, 1e9), workspace.station_count);
+}
+
+TEST(ChartLooks, the_section_has_a_scale_while_colours_tell_a_quantity) {
+    ChartSample sample;
+    sample.add_body(1000, 60).susc.value = 1000;
+    sample.add_body(1500, 60).susc.value = 50000;
+    sample.view->display_model();
+    chart::AX_Grapher& section = sample.chart(edit::chart_section);
+    EXPECT_FALSE(has(picture_texts(section), "Susceptibility (micro SI)"));
+    edit::colour_bodies(sample.workbench, edit::ColourProperty::susceptibility);
+    sample.view->redraw();
+    EXPECT_TRUE(has(picture_texts(section), "Susceptibility (micro SI)"));
+    EXPECT_TRUE(has(picture_texts(section), "1000"));
+    EXPECT_TRUE(has(picture_texts(section), "50000"));
+    sample.workbench.session.preferences.susceptibility_unit = SusceptibilityUnit::si;
+    sample.view->redraw();
+    EXPECT_TRUE(has(picture_texts(section), "Susceptibility (SI)"));
+    EXPECT_TRUE(has(picture_texts(section), "0.0500"));
+    sample.workspace().body(1).colour = 0x336699;
+    sample.view->redraw();
+    EXPECT_FALSE(has(picture_texts(section), "Susceptibility (SI)"));
 }
 
 }  // namespace anomalis::show

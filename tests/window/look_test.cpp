@@ -7,6 +7,7 @@
 #include <QTest>
 
 #include "window/form_tests.h"
+#include "window/shell/desktop_theme.h"
 
 namespace anomalis::window {
 
@@ -18,6 +19,7 @@ class LookTest : public QObject {
     void the_tints_of_the_columns_leave_the_text_legible();
     void a_dark_desktop_gets_the_dark_palette();
     void an_empty_box_can_be_seen_in_the_dark();
+    void a_desktop_that_changes_is_followed();
 };
 
 namespace {
@@ -100,6 +102,18 @@ void LookTest::a_dark_desktop_gets_the_dark_palette() {
     QApplication::setPalette(before);
     apply_look(application);
     QCOMPARE(QApplication::palette().color(QPalette::Base), before.color(QPalette::Base));
+}
+
+/// The desktop of the tests is light: a look that has come to be dark in it goes when the desktop says so.
+void LookTest::a_desktop_that_changes_is_followed() {
+    auto& application = *static_cast<QApplication*>(QCoreApplication::instance());
+    const DesktopTheme theme(application);
+    QApplication::setPalette(look_palette(true));
+    QWidget window;
+    QEvent change(QEvent::ThemeChange);
+    QCoreApplication::sendEvent(&window, &change);
+    QTRY_VERIFY(!is_dark(QApplication::palette()));
+    QCOMPARE(QApplication::palette().color(QPalette::Base), look_palette(false).color(QPalette::Base));
 }
 
 void LookTest::an_empty_box_can_be_seen_in_the_dark() {

@@ -207,6 +207,16 @@ void Canvas::rectangle(const Rect& rect, Colour pen, Colour fill, double width) 
     draw_polygon(corners, pen, fill, width);
 }
 
+void Canvas::swatch(const Rect& rect, Colour fill) {
+    if (capturing() || !palette_) return rectangle(rect, no_colour, fill, 1.0);
+    const std::array<Point, 4> corners{Point{rect.x_low, rect.y_low}, Point{rect.x_high, rect.y_low},
+                                       Point{rect.x_high, rect.y_high}, Point{rect.x_low, rect.y_high}};
+    guarded("Polygon error: ", [&] {
+        clip_polygon(window_, corners, cut_, scratch_);
+        if (!cut_.empty()) device_->polygon_fill(cut_, shown_fill(*palette_, fill));
+    });
+}
+
 void Canvas::markers(int style, double radius, Colour colour, double width, std::span<const Point> anchors) {
     if (anchors.empty() || style == 0) return;
     if (capturing()) {

@@ -51,6 +51,8 @@ class Canvas {
     void strokes(std::span<const MarkerShape::Stroke> pieces, const Pen& pen);
     void polygon(std::span<const Point> points, Colour pen, Colour fill, double width);
     void rectangle(const Rect& rect, Colour pen, Colour fill, double width);
+    /// A piece of a key of colours, in the colour that a body is filled with.
+    void swatch(const Rect& rect, Colour fill);
     /// Markers of one style whose anchors have been tested to be inside.
     void markers(int style, double radius, Colour colour, double width, std::span<const Point> anchors);
     /// A shape of the caller's own about a place, drawn whole wherever that is; alike at all places.

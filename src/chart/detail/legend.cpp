@@ -175,11 +175,12 @@ int paint_series(GrapherState& state, LegendPlace place, const LegendCover& cove
     return corner;
 }
 
+/// Each reaches to the end below those that follow: between two edges the ground would show.
 void paint_ramp(Canvas& canvas, const ColourKey& key, Point at) {
     const double step = ramp_length / static_cast<double>(key.colours.size());
     double x = at.x;
     for (const Colour colour : key.colours) {
-        canvas.rectangle({x, x + step, at.y, at.y + ramp_height}, colour, colour, 1.0);
+        canvas.swatch({x, at.x + ramp_length, at.y, at.y + ramp_height}, colour);
         x += step;
     }
 }

@@ -12,6 +12,7 @@
 
 #include "chart/qt/chart_dialogs.h"
 #include "chart/qt/chart_menu.h"
+#include "chart/qt/dark_ground.h"
 #include "chart/qt/event_relay.h"
 #include "chart/qt/key_numbers.h"
 #include "chart/qt/pointer_cursor.h"
@@ -91,6 +92,7 @@ GrapherWidget::GrapherWidget(QWidget* parent)
     setAttribute(Qt::WA_OpaquePaintEvent);
     setContextMenuPolicy(Qt::PreventContextMenu);
     grabGesture(Qt::PinchGesture);
+    chart_.WearPalette(screen_palette(palette()));
 }
 
 GrapherWidget::~GrapherWidget() {
@@ -185,7 +187,10 @@ void GrapherWidget::resizeEvent(QResizeEvent* event) {
 
 void GrapherWidget::changeEvent(QEvent* event) {
     QWidget::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange) chart_.RefreshGraph(0);
+    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange) {
+        chart_.WearPalette(screen_palette(palette()));
+        chart_.RefreshGraph(0);
+    }
 }
 
 void GrapherWidget::post_delivery() {

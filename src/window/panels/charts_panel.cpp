@@ -178,6 +178,8 @@ void ChartsPanel::follow(WhatChanged what) {
     }
     if (what & (News::parameters | News::bodies | News::settings | News::line | News::form_reset))
         view_->display_model();
+    else if (what & News::preferences)
+        view_->redraw();
 }
 
 void ChartsPanel::arrange_charts(const std::array<bool, edit::model_chart_count>& shown) {

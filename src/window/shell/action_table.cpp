@@ -69,6 +69,9 @@ constexpr std::array rows{
               Qt::CTRL | Qt::Key_Z},
     ActionRow{ActionId::redo, "menu_redo", "&Redo", "Make the change again", When::always,
               Qt::CTRL | Qt::SHIFT | Qt::Key_Z},
+    ActionRow{ActionId::preferences, "menu_preferences", "&Preferences...",
+              "Colours and widths of the curves, dark charts, legend, units, threads: kept between sessions",
+              When::always, Qt::CTRL | Qt::Key_Comma},
     ActionRow{ActionId::next_tab, "Shortcut_next_tab", "Next page", "Go to the other page of the window",
               When::always, Qt::CTRL | Qt::Key_Tab},
     ActionRow{ActionId::previous_tab, "Shortcut_previous_tab", "Previous page",
@@ -83,6 +86,9 @@ constexpr std::array rows{
         "Other models that explain the line as well: faint outlines behind the bodies, and the room that "
         "the calculated curve keeps to in 90 % of them",
         When::line, no_key, Mark::ensemble},
+    ActionRow{ActionId::display_legend, "menu_display_legend", "Display &Legend",
+              "The names of the curves in the charts on screen; pictures always have them", When::line,
+              no_key, Mark::legend},
     ActionRow{ActionId::show_section, "menu_view_mode_0", "&Section", "The section below the curves",
               When::line, no_key, Mark::section},
     ActionRow{ActionId::show_plan, "menu_view_mode_1", "&Plan", "The plan below the curves", When::line,
@@ -250,6 +256,8 @@ bool is_set(Mark mark, const edit::Workbench& workbench) {
             return view.show_regional;
         case Mark::ensemble:
             return view.show_ensemble;
+        case Mark::legend:
+            return workbench.session.preferences.legend;
         case Mark::section:
             return !view.show_plan;
         case Mark::plan:

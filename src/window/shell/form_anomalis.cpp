@@ -33,6 +33,7 @@
 #include "window/shell/new_line.h"
 #include "window/shell/open_controller.h"
 #include "window/shell/page_controller.h"
+#include "window/shell/preferences_controller.h"
 #include "window/shell/recovery_controller.h"
 #include "window/shell/save_controller.h"
 #include "window/shell/session_controller.h"
@@ -121,6 +122,7 @@ void Form_anomalis::make_controllers(const std::vector<flow::ExampleFile>& examp
     actions_->on(ActionId::leave, [this] { close(); });
     formulas_ = new FormulasController(this, workbench_, *actions_, gate_, guards_, news_, *status_);
     recovery_ = new RecoveryController(this, workbench_, guards_, *open_, *status_);
+    preferences_ = new PreferencesController(*this, workbench_, *actions_, news_, *recovery_);
     watch_ = new WatchController(*this, workbench_, guards_, *recovery_, *status_);
     inversion_ = new FormInversion({*this, *tabs_, *charts_, *side_, *status_}, workbench_, *actions_, gate_,
                                    news_, *recovery_);
@@ -183,6 +185,7 @@ void Form_anomalis::follow(WhatChanged what) {
 
 void Form_anomalis::start() {
     const StartSettings settings = session_.start();
+    preferences_->begin();
     session_.workspace.formulas = flow::formulas_of_new_line(session_.settings);
     if (settings.display_axes) workbench_.view.show_axes = *settings.display_axes;
     definitions_page_->fill(true);

@@ -31,6 +31,7 @@ class ModelPage;
 class ModelSide;
 class OpenController;
 class PageController;
+class PreferencesController;
 class RecoveryController;
 class SaveController;
 class StatusPanels;
@@ -63,6 +64,7 @@ class Form_anomalis : public QMainWindow {
     FormInversion& inversion() { return *inversion_; }
     UncertaintyController& uncertainty() { return *uncertainty_; }
     FindController& find() { return *find_; }
+    PreferencesController& preferences() { return *preferences_; }
     RecoveryController& recovery() { return *recovery_; }
     ImportController& import() { return *import_; }
     CalculationWatch& calculation() { return *calculation_; }
@@ -101,6 +103,7 @@ class Form_anomalis : public QMainWindow {
     SaveController* save_ = nullptr;
     FormulasController* formulas_ = nullptr;
     FieldController* field_ = nullptr;
+    PreferencesController* preferences_ = nullptr;
     RecoveryController* recovery_ = nullptr;
     WatchController* watch_ = nullptr;
     FormInversion* inversion_ = nullptr;

@@ -19,7 +19,8 @@ enum class News : unsigned {
     calculated = 1U << 9,    ///< curves and misfit were found
     file = 1U << 10,         ///< the model's file, or whether it holds the model
     recent_files = 1U << 11,
-    step_taken = 1U << 12  ///< with boxes: also those that a read leaves as they are
+    preferences = 1U << 13,  ///< how things are shown, by the choice of the person
+    step_taken = 1U << 12    ///< with boxes: also those that a read leaves as they are
 };
 Q_DECLARE_FLAGS(WhatChanged, News)
 Q_DECLARE_OPERATORS_FOR_FLAGS(WhatChanged)

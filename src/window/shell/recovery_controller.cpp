@@ -2,6 +2,7 @@
 
 #include <QTimer>
 
+#include "edit/workbench.h"
 #include "flow/recovery.h"
 #include "window/panels/status_panels.h"
 #include "window/shell/form_guards.h"
@@ -11,7 +12,7 @@ namespace anomalis::window {
 
 namespace {
 
-constexpr int keeping_pause = 60'000;  // ms
+constexpr int milliseconds = 1000;  // a second
 
 }  // namespace
 
@@ -24,7 +25,7 @@ RecoveryController::RecoveryController(QObject* parent, edit::Workbench& workben
       status_(status),
       timer_(new QTimer(this)) {
     timer_->setObjectName("Timer_recovery");
-    timer_->setInterval(keeping_pause);
+    set_pause(workbench.session.preferences.autosave_seconds);
     connect(timer_, &QTimer::timeout, this, &RecoveryController::tick);
 }
 
@@ -49,6 +50,10 @@ void RecoveryController::keep_now() {
     if (!keeper_) return;
     keeper_->keep(workbench_);
     show_problem();
+}
+
+void RecoveryController::set_pause(int seconds) {
+    timer_->setInterval(seconds * milliseconds);
 }
 
 void RecoveryController::finish() {

@@ -33,6 +33,8 @@ class RecoveryController : public QObject {
     /// that a crash left is wanted.
     void start(const std::string& root);
     void keep_now();
+    /// How often the model is kept.
+    void set_pause(int seconds);
     /// The window closes: nothing is left behind.
     void finish();
     /// Where this program keeps what a crash must not take; null while it keeps nothing.

@@ -1,6 +1,7 @@
 #include "window/widgets/model_card.h"
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 #include <QKeyEvent>
@@ -10,6 +11,7 @@
 #include <QStyle>
 #include <QStyledItemDelegate>
 
+#include "chart/qt/dark_ground.h"
 #include "window/shell/look.h"
 
 namespace anomalis::window {
@@ -59,19 +61,28 @@ QStringList wrapped(const QString& text, const QFont& font, double width) {
     return {first.trimmed(), metrics.elidedText(rest, Qt::ElideRight, width)};
 }
 
+QColor ink(const std::optional<chart::ScreenPalette>& dark, const QColor& colour) {
+    return dark ? shown_colour(
+                      chart::shown_ink(*dark, chart::colour_of(colour.red(), colour.green(), colour.blue())))
+                : colour;
+}
+
 /// The ground is the chart's paper, below the line as above it; bodies have their own colours.
 void paint_section(QPainter& painter, const QRectF& picture, const show::SectionThumbnail& section,
                    const QPalette& palette) {
     painter.save();
     painter.setClipRect(picture);
-    painter.fillRect(picture, Qt::white);
+    const std::optional<chart::ScreenPalette> dark = chart::screen_palette(palette);
+    painter.fillRect(picture, ink(dark, Qt::white));
+    QColor outline = ink(dark, Qt::black);
+    outline.setAlpha(outline_opacity);
     for (const show::SectionThumbnail::Shape& shape : section.shapes) {
         const QColor fill = shown_colour(shape.fill);
-        painter.setPen(QColor(0, 0, 0, outline_opacity));
+        painter.setPen(outline);
         painter.setBrush(fill);
         painter.drawPolygon(polygon_on(picture, shape.outline));
     }
-    painter.setPen(QPen(ground_brown, 1));
+    painter.setPen(QPen(ink(dark, ground_brown), 1));
     painter.drawPolyline(polygon_on(picture, section.ground));
     painter.restore();
     painter.setPen(palette.color(QPalette::Midlight));
