@@ -10,7 +10,7 @@ namespace anomalis::chart {
 
 namespace {
 
-constexpr double most_of_byte = 255.0;
+constexpr double white_byte = 255.0;
 
 }  // namespace
 
@@ -19,11 +19,11 @@ Colour shown_ink(const ScreenPalette& palette, Colour colour) {
     if (colour < 0) return colour;
     const std::array<int, 3> bytes{red_of(colour), green_of(colour), blue_of(colour)};
     const auto [least, most] = std::ranges::minmax(bytes);
-    const double paper = least / most_of_byte;
-    const double pure = (most - least) / most_of_byte;
+    const double paper = least / white_byte;
+    const double pure = (most - least) / white_byte;
     const auto hue = [&](int byte) {
         return most == least ? 0
-                             : static_cast<int>(std::lround(most_of_byte * (byte - least) / (most - least)));
+                             : static_cast<int>(std::lround(white_byte * (byte - least) / (most - least)));
     };
     const double inked = std::max(1.0 - paper, 1e-9);
     const Colour strong =

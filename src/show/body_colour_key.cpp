@@ -14,7 +14,7 @@ namespace anomalis::show {
 
 namespace {
 
-constexpr int shades = 32;
+constexpr int key_shades = 32;
 
 /// A quantity as the key tells it.
 struct Told {
@@ -66,8 +66,8 @@ std::optional<chart::ColourKey> body_colour_key(const Workspace& workspace,
                          chart::value_text(low * quantity.factor, step),
                          chart::value_text(high * quantity.factor, step),
                          {}};
-    for (int i = 0; i < shades; ++i)
-        key.colours.push_back(edit::ramp_colour(static_cast<double>(i) / (shades - 1)));
+    for (int i = 0; i < key_shades; ++i)
+        key.colours.push_back(edit::ramp_colour(static_cast<double>(i) / (key_shades - 1)));
     return key;
 }
 

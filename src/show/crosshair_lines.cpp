@@ -20,12 +20,12 @@ double pixel_step(double scale) {
 }
 
 /// Of a length one digit more than a decimetre says nothing.
-std::string metres(double value, double step) {
+std::string length_text(double value, double step) {
     return chart::value_text(value, std::max(step, 0.1)) + " m";
 }
 
 std::string ground_text(const Workspace& workspace, double distance, double step) {
-    return metres(workspace.stations(nearest_station(workspace, distance), column_ground), step);
+    return length_text(workspace.stations(nearest_station(workspace, distance), column_ground), step);
 }
 
 std::vector<std::string> section_lines(const Workspace& workspace, const chart::AX_Grapher& section,
@@ -34,9 +34,9 @@ std::vector<std::string> section_lines(const Workspace& workspace, const chart::
     if (!pointer) return {"Ground " + ground_text(workspace, distance, step)};
     const double ground = workspace.stations(nearest_station(workspace, distance), column_ground);
     const double depth = ground - pointer->y;
-    return {"Distance " + metres(distance, pixel_step(section.XAxisScale())),
-            "Elevation " + metres(pointer->y, step),
-            depth >= 0 ? "Depth " + metres(depth, step) : "Above ground " + metres(-depth, step)};
+    return {"Distance " + length_text(distance, pixel_step(section.XAxisScale())),
+            "Elevation " + length_text(pointer->y, step),
+            depth >= 0 ? "Depth " + length_text(depth, step) : "Above ground " + length_text(-depth, step)};
 }
 
 void add_value(std::vector<std::string>& lines, const std::string& name, std::span<const float> curve,
@@ -66,7 +66,7 @@ std::vector<std::string> crosshair_lines(const Workspace& workspace, int chart,
     const double step = pixel_step(grapher.YAxisScale());
     std::vector<std::string> lines;
     if (pointer) {
-        lines.push_back("Distance " + metres(distance, pixel_step(grapher.XAxisScale())));
+        lines.push_back("Distance " + length_text(distance, pixel_step(grapher.XAxisScale())));
         lines.push_back("Pointer " + chart::value_text(pointer->y, step) + " " + unit);
     }
     // A value has a digit more than a pixel shows: it is why one reads it off.

@@ -8,8 +8,8 @@
 namespace anomalis::chart {
 namespace {
 
-constexpr Colour green = 65280;
-constexpr ScreenPalette dark{0x201B17, 0xEDE8E3};
+constexpr Colour pale_green = 65280;
+constexpr ScreenPalette dark_desk{0x201B17, 0xEDE8E3};
 
 /// Two curves along the top of the plot, but for its right third, where they run along the bottom.
 struct Looks : Rig {
@@ -20,7 +20,7 @@ struct Looks : Rig {
         const std::vector<ChartRow> rows{{x_row, xs}, {line_series, above}, {line_series, below}};
         chart.RegisterData(rows);
         chart.SetSeriesOptions(1, 1, black, "Observed", 0, -1, 1);
-        chart.SetSeriesOptions(1, 2, green, "Calculated", 0, -1, 2);
+        chart.SetSeriesOptions(1, 2, pale_green, "Calculated", 0, -1, 2);
     }
     std::vector<std::string> shown() {
         device.forget();
@@ -151,7 +151,7 @@ std::vector<RecordingDevice::Entry> lines_of(const RecordingDevice& device, Colo
 }
 
 TEST(Casing, makes_a_pale_curve_seen_on_white) {
-    EXPECT_LT(contrast(green, white), least_contrast);
+    EXPECT_LT(contrast(pale_green, white), least_contrast);
     Looks rig;
     rig.shown();
     const std::size_t bare = rig.device.of_kind(Kind::polyline).size();
@@ -160,13 +160,14 @@ TEST(Casing, makes_a_pale_curve_seen_on_white) {
     rig.shown();
     const auto lines = rig.device.of_kind(Kind::polyline);
     ASSERT_EQ(lines.size(), bare + 1) << "black needs no casing";
-    const auto curve = lines_of(rig.device, green);
+    const auto curve = lines_of(rig.device, pale_green);
     ASSERT_EQ(curve.size(), 1U);
-    const auto casing = std::ranges::find_if(
-        lines, [&](const auto& line) { return line.points == curve[0].points && line.pen.colour != green; });
+    const auto casing = std::ranges::find_if(lines, [&](const auto& line) {
+        return line.points == curve[0].points && line.pen.colour != pale_green;
+    });
     ASSERT_NE(casing, lines.end());
     EXPECT_GE(contrast(casing->pen.colour, white), least_contrast);
-    EXPECT_GE(contrast(casing->pen.colour, green), least_contrast);
+    EXPECT_GE(contrast(casing->pen.colour, pale_green), least_contrast);
     EXPECT_GT(casing->pen.width, curve[0].pen.width);
 }
 
@@ -175,25 +176,25 @@ TEST(ColourContrast, is_that_of_the_guidelines) {
     EXPECT_DOUBLE_EQ(contrast(white, white), 1.0);
     EXPECT_NEAR(contrast(0x767676, white), 4.54, 0.01);
     EXPECT_NEAR(contrast(0x0000FF, white), 4.0, 0.01) << "red, blue in the high byte";
-    EXPECT_EQ(seen_on(white, green, black, 21.0), black);
+    EXPECT_EQ(seen_on(white, pale_green, black, 21.0), black);
     EXPECT_EQ(seen_on(white, black, white), black);
 }
 
 TEST(ScreenPalette, changes_the_screen_alone) {
     Looks rig;
     rig.shown();
-    rig.chart.WearPalette(dark);
+    rig.chart.WearPalette(dark_desk);
     rig.chart.DrawRectangle(1000.0, 0.0, 2000.0, 100.0, black, 0x0000FF, 1);
     rig.chart.DisplayLegend(true);
     rig.shown();
-    EXPECT_EQ(rig.device.of_kind(Kind::clear)[0].pen.colour, dark.ground);
-    EXPECT_EQ(lines_of(rig.device, dark.ink).size(), 2U) << "observed, and its sample in the legend";
+    EXPECT_EQ(rig.device.of_kind(Kind::clear)[0].pen.colour, dark_desk.ground);
+    EXPECT_EQ(lines_of(rig.device, dark_desk.ink).size(), 2U) << "observed, and its sample in the legend";
     EXPECT_TRUE(lines_of(rig.device, black).empty());
-    EXPECT_EQ(lines_of(rig.device, green).size(), 2U);
-    EXPECT_EQ(rig.device.find_text("Observed")->pen.colour, dark.ink);
+    EXPECT_EQ(lines_of(rig.device, pale_green).size(), 2U);
+    EXPECT_EQ(rig.device.find_text("Observed")->pen.colour, dark_desk.ink);
     const auto fills = rig.device.of_kind(Kind::polygon_fill);
     EXPECT_EQ(fills[0].pen.colour, 0x0000FF) << "a body keeps its colour";
-    EXPECT_EQ(fills[1].pen.colour, dark.ground) << "the box of the legend is paper";
+    EXPECT_EQ(fills[1].pen.colour, dark_desk.ground) << "the box of the legend is paper";
     const RecordingDevice page = rig.picture();
     EXPECT_EQ(lines_of(page, black).size(), 2U);
     EXPECT_EQ(page.find_text("Observed")->pen.colour, black);
@@ -210,14 +211,15 @@ TEST(ScreenPalette, every_ink_is_as_well_seen_as_on_white) {
             for (int blue = 0; blue <= 255; blue += 51) {
                 const Colour colour = colour_of(red, g, blue);
                 const double wanted = std::min(least_contrast, contrast(colour, white));
-                EXPECT_GE(contrast(shown_ink(dark, colour), dark.ground), wanted) << colour;
+                EXPECT_GE(contrast(shown_ink(dark_desk, colour), dark_desk.ground), wanted) << colour;
             }
-    EXPECT_EQ(shown_ink(dark, white), dark.ground);
-    EXPECT_EQ(shown_ink(dark, black), dark.ink);
-    EXPECT_LT(contrast(shown_ink(dark, 0xE8E8E8), dark.ground), 1.5) << "light lines of a grid stay light";
-    EXPECT_EQ(shown_ink(dark, button_text), button_text);
-    EXPECT_EQ(shown_fill(dark, white), dark.ground);
-    EXPECT_EQ(shown_fill(dark, 0x808000), 0x808000);
+    EXPECT_EQ(shown_ink(dark_desk, white), dark_desk.ground);
+    EXPECT_EQ(shown_ink(dark_desk, black), dark_desk.ink);
+    EXPECT_LT(contrast(shown_ink(dark_desk, 0xE8E8E8), dark_desk.ground), 1.5)
+        << "light lines of a grid stay light";
+    EXPECT_EQ(shown_ink(dark_desk, button_text), button_text);
+    EXPECT_EQ(shown_fill(dark_desk, white), dark_desk.ground);
+    EXPECT_EQ(shown_fill(dark_desk, 0x808000), 0x808000);
 }
 
 }  // namespace

@@ -11,16 +11,16 @@ namespace anomalis::chart {
 
 namespace {
 
-constexpr double pixel = units_per_screen_pixel;
-constexpr double inset = 6.0 * pixel;  // between frame and box
-constexpr double edge = 5.0 * pixel;   // between box and what is in it
-constexpr double sample_length = 24.0 * pixel;
-constexpr double name_gap = 6.0 * pixel;    // between sample and name
-constexpr double entry_gap = 14.0 * pixel;  // between entries side by side
-constexpr double row_height = 1.2;          // of the text
+constexpr double screen_pixel = units_per_screen_pixel;
+constexpr double box_inset = 6.0 * screen_pixel;  // between frame and box
+constexpr double box_edge = 5.0 * screen_pixel;   // between box and what is in it
+constexpr double sample_length = 24.0 * screen_pixel;
+constexpr double name_gap = 6.0 * screen_pixel;    // between sample and name
+constexpr double entry_gap = 14.0 * screen_pixel;  // between entries side by side
+constexpr double row_height = 1.2;                 // of the text
 constexpr Colour box_grey = 0xC8C8C8;
-constexpr double ramp_length = 130.0 * pixel;
-constexpr double ramp_height = 9.0 * pixel;
+constexpr double ramp_length = 130.0 * screen_pixel;
+constexpr double ramp_height = 9.0 * screen_pixel;
 
 /// What a legend may take of the plot.
 constexpr double most_width = 0.9;
@@ -78,22 +78,22 @@ LegendForm form_of(const std::vector<Entry>& entries, const ChartLayout& layout)
         widest = std::max(widest, entry_width(entry));
         sum += entry_width(entry) + (sum > 0.0 ? entry_gap : 0.0);
     }
-    form.width = widest + 2.0 * edge;
-    form.height = form.row * static_cast<double>(entries.size()) + edge;
+    form.width = widest + 2.0 * box_edge;
+    form.height = form.row * static_cast<double>(entries.size()) + box_edge;
     if (form.height > most_rows * layout.plot.height()) {
-        form = {form.row, sum + 2.0 * edge, form.row + edge, true};
+        form = {form.row, sum + 2.0 * box_edge, form.row + box_edge, true};
     }
     return form;
 }
 
 bool fits(double width, double height, const Rect& plot) {
-    return width <= most_width * plot.width() && height + 2.0 * inset <= most_height * plot.height();
+    return width <= most_width * plot.width() && height + 2.0 * box_inset <= most_height * plot.height();
 }
 
 /// Corners by number: right above, left above, right below, left below.
 Rect box_in_corner(const Rect& plot, int corner, double width, double height) {
-    const double x = corner % 2 == 0 ? plot.x_high - inset - width : plot.x_low + inset;
-    const double y = corner < 2 ? plot.y_high - inset - height : plot.y_low + inset;
+    const double x = corner % 2 == 0 ? plot.x_high - box_inset - width : plot.x_low + box_inset;
+    const double y = corner < 2 ? plot.y_high - box_inset - height : plot.y_low + box_inset;
     return {x, x + width, y, y + height};
 }
 
@@ -122,7 +122,7 @@ void paint_box(const GrapherState& state, Canvas& canvas, const Rect& box) {
     canvas.rectangle(box, box_grey, state.properties.back_colour, 1.0);
 }
 
-void paint_words(const GrapherState& state, Canvas& canvas, Point at, const std::string& words) {
+void paint_name(const GrapherState& state, Canvas& canvas, Point at, const std::string& words) {
     canvas.placed_text(at, 0.0, Canvas::clean_text(words), FontRole::chart, state.properties.fore_colour);
 }
 
@@ -130,7 +130,7 @@ void paint_sample(const GrapherState& state, Canvas& canvas, const Entry& entry,
     const SeriesOptions& options = state.series.options(entry.series);
     const SeriesData& data = state.series.series(entry.series);
     if (entry.style.bars) {
-        const double half = 4.0 * pixel;
+        const double half = 4.0 * screen_pixel;
         canvas.rectangle({x, x + sample_length, y - half, y + half}, options.colour, options.colour, 1.0);
     }
     if (entry.style.line) {
@@ -148,13 +148,13 @@ void paint_sample(const GrapherState& state, Canvas& canvas, const Entry& entry,
 void paint_entries(const GrapherState& state, Canvas& canvas, const std::vector<Entry>& entries,
                    const LegendForm& form, const Rect& box) {
     paint_box(state, canvas, box);
-    double x = box.x_low + edge;
-    double y = box.y_high - edge / 2.0 - form.row / 2.0;
+    double x = box.x_low + box_edge;
+    double y = box.y_high - box_edge / 2.0 - form.row / 2.0;
     for (const Entry& entry : entries) {
         paint_sample(state, canvas, entry, x, y);
         const std::string& name = state.series.options(entry.series).name;
         const double below = canvas.measure(name, FontRole::chart).height() / 2.0;
-        paint_words(state, canvas, {x + sample_length + name_gap, y - below}, name);
+        paint_name(state, canvas, {x + sample_length + name_gap, y - below}, name);
         form.in_row ? x += entry_width(entry) + entry_gap : y -= form.row;
     }
 }
@@ -193,19 +193,19 @@ void paint_key(const GrapherState& state, Canvas& canvas, const LegendCover& cov
     const double low = canvas.measure(key.low, FontRole::chart).width;
     const double high = canvas.measure(key.high, FontRole::chart).width;
     const double inner = std::max({ramp_length, title, low + entry_gap + high});
-    const double width = inner + 2.0 * edge;
-    const double height = 2.0 * row + ramp_height + 2.0 * edge;
+    const double width = inner + 2.0 * box_edge;
+    const double height = 2.0 * row + ramp_height + 2.0 * box_edge;
     const Rect& plot = state.layout.plot;
     if (!fits(width, height, plot)) return;
     const Rect box = box_in_corner(plot, best_corner(cover, plot, width, height, -1, taken), width, height);
     paint_box(state, canvas, box);
-    const double left = box.x_low + edge;
-    const double ramp = box.y_low + edge / 2.0 + row;
-    paint_words(state, canvas, {left, box.y_high - edge / 2.0 - row}, key.title);
+    const double left = box.x_low + box_edge;
+    const double ramp = box.y_low + box_edge / 2.0 + row;
+    paint_name(state, canvas, {left, box.y_high - box_edge / 2.0 - row}, key.title);
     paint_ramp(canvas, key, {left, ramp});
-    paint_words(state, canvas, {left, box.y_low + edge / 2.0}, key.low);
-    paint_words(state, canvas, {left + std::max(inner, ramp_length) - high, box.y_low + edge / 2.0},
-                key.high);
+    paint_name(state, canvas, {left, box.y_low + box_edge / 2.0}, key.low);
+    paint_name(state, canvas, {left + std::max(inner, ramp_length) - high, box.y_low + box_edge / 2.0},
+               key.high);
 }
 
 }  // namespace
