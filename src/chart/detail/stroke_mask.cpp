@@ -244,10 +244,10 @@ bool StrokeMask::is_overfull(std::span<const Point> line) const {
 /// Where whole tiles are full, nothing can be added. Two places of a full rectangle have a full line between
 /// them, so most of a line that is drawn over and over costs two comparisons a piece.
 void StrokeMask::add_overfull(std::span<const Point> line, double width) {
-    const auto pixels = static_cast<std::int64_t>(cover_.size());
+    const std::int64_t between_looks = static_cast<std::int64_t>(cover_.size()) / 4;
     const int wide = std::max(1, static_cast<int>(std::lround(width)));
     FullTiles full(tiles_.columns(), tiles_.rows());
-    std::int64_t next_look = visited_ + pixels;
+    std::int64_t next_look = visited_ + between_looks;
     for (std::size_t i = 1; i < line.size(); ++i) {
         const Point a = line[i - 1], b = line[i];
         if (full.any())
@@ -256,14 +256,18 @@ void StrokeMask::add_overfull(std::span<const Point> line, double width) {
             add_hairlines(a, b, wide);
         if (visited_ < next_look) continue;
         full.look([&](int column, int tile_row) { return is_full(column, tile_row); });
-        next_look = visited_ + pixels;
+        next_look = visited_ + between_looks;
     }
 }
 
 /// A piece row of tiles by row of tiles, without the stretches in full ones.
 void StrokeMask::add_where_open(Point a, Point b, int wide, const FullTiles& full) {
     constexpr int side = TileSet::side;
-    if (full.hold(a, b) || !clip_segment({0.0, width_ - 1e-6, 0.0, height_ - 1e-6}, a, b)) return;
+    if (full.hold(a, b)) return;
+    const PixelRect whole{0, 0, width_, height_};
+    if (!(holds(whole, a) && holds(whole, b)) &&
+        !clip_segment({0.0, width_ - 1e-6, 0.0, height_ - 1e-6}, a, b))
+        return;
     if (a.y > b.y) std::swap(a, b);
     const double slant = b.y > a.y ? (b.x - a.x) / (b.y - a.y) : 0.0;
     const int last_row = static_cast<int>(b.y) / side;
@@ -300,11 +304,19 @@ void StrokeMask::add_hairlines(Point a, Point b, int wide) {
     auto lane = static_cast<std::int64_t>((start + slope * (begin + 0.5 - from) + shift + room) * fraction);
     const auto slant = static_cast<std::int64_t>(slope * fraction);
     const int moved = static_cast<int>(2.0 * room);
-    const int lowest = static_cast<int>(std::floor(std::min(start, stop) + 0.5 * (1 - wide)));
-    const int highest = static_cast<int>(std::floor(std::max(start, stop) + 0.5 * (1 - wide)));
+    int lowest = static_cast<int>(std::floor(std::min(start, stop) + 0.5 * (1 - wide)));
+    int highest = static_cast<int>(std::floor(std::max(start, stop) + 0.5 * (1 - wide)));
+    if (wide == 1) {
+        lowest = std::clamp(lowest, 0, lanes - 1);
+        highest = std::clamp(highest, 0, lanes - 1);
+    }
     std::uint8_t* at = cover_.data() + begin * step;
     for (int i = begin; i < end; ++i, at += step, lane += slant) {
         const int middle = std::clamp(static_cast<int>(lane >> 32) - moved, lowest, highest);
+        if (wide == 1) {
+            at[middle * lane_step] = 255;
+            continue;
+        }
         const int high = std::min(middle + wide, lanes);
         for (int k = std::max(middle, 0); k < high; ++k) at[k * lane_step] = 255;
     }

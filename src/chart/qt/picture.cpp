@@ -12,6 +12,7 @@
 #include "chart/emf_device.h"
 #include "chart/qt/painter_device.h"
 #include "chart/qt/screen_device.h"
+#include "chart/qt/svg_texts.h"
 #include "core/failure.h"
 #include "core/text.h"
 
@@ -35,19 +36,6 @@ std::string png_bytes(SurfaceSize size, const DrawPage& draw, double scale) {
     buffer.open(QIODevice::WriteOnly);
     if (!page_image(size, draw, scale).save(&buffer, "PNG")) throw Fault("the picture cannot be written");
     return bytes_of(bytes);
-}
-
-/// Names a family of last resort behind every font: without one a browser that lacks the first sets its texts
-/// with serifs.
-std::string with_last_resort(std::string svg) {
-    constexpr std::string_view attribute = "font-family=\"";
-    constexpr std::string_view last_resort = ", sans-serif";
-    for (auto at = svg.find(attribute); at != std::string::npos; at = svg.find(attribute, at + 1)) {
-        const auto end = svg.find('"', at + attribute.size());
-        if (end == std::string::npos) break;
-        svg.insert(end, last_resort);
-    }
-    return svg;
 }
 
 /// Texts of charts come from files; an XML document with one of these characters in it is none.
@@ -79,7 +67,7 @@ std::string svg_bytes(SurfaceSize size, const DrawPage& draw) {
     PainterDevice device(size.width, size.height, &painter);
     draw(device, OutputTarget::metafile, screen_mapping(size.height));
     painter.end();
-    return with_last_resort(without_forbidden(bytes_of(bytes)));
+    return with_held_texts(without_forbidden(bytes_of(bytes)));
 }
 
 std::string pdf_bytes(SurfaceSize size, const DrawPage& draw) {

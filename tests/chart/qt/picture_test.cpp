@@ -113,6 +113,44 @@ TEST_F(Pictures, an_svg_holds_its_texts_as_text) {
     EXPECT_NE(svg.find("font-family=\"DejaVu Sans, sans-serif\""), std::string::npos);
 }
 
+/// A reader with another font keeps the room that the layout gave each text.
+TEST_F(Pictures, an_svg_tells_the_width_of_each_text) {
+    chart_.Title("Susceptibility \xC2\xB5 \xCE\xB3 \xE6\xBC\xA2 <SI> & more");
+    const PainterDevice measure(0, 0);
+    QXmlStreamReader reader(QByteArray::fromStdString(chart_bytes(PictureFormat::svg, chart_)));
+    int texts = 0;
+    double title = 0;
+    while (!reader.atEnd()) {
+        if (reader.readNext() != QXmlStreamReader::StartElement || reader.name() != u"text") continue;
+        const QXmlStreamAttributes attributes = reader.attributes();
+        const double told = attributes.value(QLatin1String("textLength")).toDouble();
+        EXPECT_EQ(attributes.value(QLatin1String("lengthAdjust")), u"spacingAndGlyphs");
+        const bool bold = attributes.value(QLatin1String("font-weight")).toInt() >= 600;
+        const Font font{"DejaVu Sans", attributes.value(QLatin1String("font-size")).toDouble() * 0.75, bold,
+                        false};
+        const std::string words = reader.readElementText().toStdString();
+        EXPECT_NEAR(told, measure.measure(words, font).width / units_per_screen_pixel, 0.5) << words;
+        // A text of several scripts is several elements, each with its own place.
+        for (const char* part : {"Susc", "\xCE\xB3", "\xE6", "more"})
+            if (words.find(part) != std::string::npos) title += told;
+        ++texts;
+    }
+    EXPECT_FALSE(reader.hasError());
+    EXPECT_GT(texts, 15);
+    EXPECT_GT(title, 150);
+}
+
+TEST_F(Pictures, every_picture_has_the_colour_of_the_chart_to_its_edges) {
+    chart_.BackColor(0xC0FFFF);
+    const QRgb yellow = qRgb(255, 255, 192);
+    const std::string png = chart_bytes(PictureFormat::png, chart_, 1.5);
+    const QImage image = QImage::fromData(QByteArray(png.data(), static_cast<int>(png.size())));
+    for (const QPoint corner : {QPoint(0, 0), QPoint(image.width() - 1, 0), QPoint(0, image.height() - 1),
+                                QPoint(image.width() - 1, image.height() - 1)})
+        EXPECT_EQ(image.pixel(corner), yellow) << corner.x() << ", " << corner.y();
+    EXPECT_NE(chart_bytes(PictureFormat::svg, chart_).find("fill=\"#ffffc0\""), std::string::npos);
+}
+
 TEST_F(Pictures, an_svg_is_well_formed_whatever_its_texts_are) {
     chart_.Title("\"><script>&amp;\x1B[2J\x01 \xEF\xBF\xBE\xEF\xBF\xBF \xFF");
     const std::string svg = chart_bytes(PictureFormat::svg, chart_);
