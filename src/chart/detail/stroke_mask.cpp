@@ -271,18 +271,25 @@ void StrokeMask::add_where_open(Point a, Point b, int wide, const FullTiles& ful
     if (a.y > b.y) std::swap(a, b);
     const double slant = b.y > a.y ? (b.x - a.x) / (b.y - a.y) : 0.0;
     const int last_row = static_cast<int>(b.y) / side;
-    double left = a.x;
+    // What is drawn again in a full tile beside an open one costs less than to cut it off.
+    constexpr int near = 2;
+    Point from = a;
     for (int r = static_cast<int>(a.y) / side; r <= last_row; ++r) {
-        const double right = r == last_row ? b.x : a.x + ((r + 1) * side - a.y) * slant;
-        const int first = static_cast<int>(std::min(left, right)) / side;
-        const int last = static_cast<int>(std::max(left, right)) / side;
-        left = right;
+        const double edge = static_cast<double>((r + 1) * side);
+        const Point to = r == last_row ? b : Point{a.x + (edge - a.y) * slant, edge};
+        const int first = static_cast<int>(std::min(from.x, to.x)) / side;
+        const int last = static_cast<int>(std::max(from.x, to.x)) / side;
         for (int c = full.end_of_full(first, r); c <= last; c = full.end_of_full(c, r)) {
+            if (last - first <= near) {
+                add_hairlines(from, to, wide);
+                break;
+            }
             const int open = c;
             c = std::min(full.end_of_open(open, r), last + 1);
-            const auto [begin, end] = inside({open * side, r * side, c * side, (r + 1) * side}, a, b);
-            if (begin <= end) add_hairlines(between(a, b, begin), between(a, b, end), wide);
+            const auto [begin, end] = inside({open * side, r * side, c * side, (r + 1) * side}, from, to);
+            if (begin <= end) add_hairlines(between(from, to, begin), between(from, to, end), wide);
         }
+        from = to;
     }
 }
 
@@ -304,8 +311,8 @@ void StrokeMask::add_hairlines(Point a, Point b, int wide) {
     auto lane = static_cast<std::int64_t>((start + slope * (begin + 0.5 - from) + shift + room) * fraction);
     const auto slant = static_cast<std::int64_t>(slope * fraction);
     const int moved = static_cast<int>(2.0 * room);
-    int lowest = static_cast<int>(std::floor(std::min(start, stop) + 0.5 * (1 - wide)));
-    int highest = static_cast<int>(std::floor(std::max(start, stop) + 0.5 * (1 - wide)));
+    int lowest = static_cast<int>(std::min(start, stop) + shift + room) - moved;
+    int highest = static_cast<int>(std::max(start, stop) + shift + room) - moved;
     if (wide == 1) {
         lowest = std::clamp(lowest, 0, lanes - 1);
         highest = std::clamp(highest, 0, lanes - 1);

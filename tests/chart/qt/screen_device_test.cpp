@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 #include <vector>
 
+#include <QPainter>
+
 #include "chart/qt/painter_device.h"
 #include "chart/qt/picture.h"
 #include "sample_chart.h"
@@ -210,11 +212,100 @@ TEST(ScreenDevice, stamped_markers_stand_where_single_ones_stand) {
     stamped.device.markers(square, anchors);
     for (const Point& anchor : anchors) single.device.markers(square, {&anchor, 1});
     const QImage a = stamped.picture(), b = single.picture();
-    for (int y = 0; y < a.height(); ++y)
-        for (int x = 0; x < a.width(); ++x)
-            EXPECT_NEAR(qGray(a.pixel(x, y)), qGray(b.pixel(x, y)), 140) << x << ", " << y;
+    EXPECT_EQ(a, b);
     EXPECT_TRUE(is_dark(a.pixel(6, 9)));
     EXPECT_FALSE(is_dark(a.pixel(11, 9)));
+}
+
+/// Dark pixels of each run of dark columns.
+std::vector<int> dark_in_runs(const QImage& picture) {
+    std::vector<int> found;
+    bool before = false;
+    for (int x = 0; x < picture.width(); ++x) {
+        int dark = 0;
+        for (int y = 0; y < picture.height(); ++y) dark += is_dark(picture.pixel(x, y));
+        if (dark > 0 && !before) found.push_back(0);
+        if (dark > 0) found.back() += dark;
+        before = dark > 0;
+    }
+    return found;
+}
+
+int grey_pixels(const QImage& picture) {
+    int grey = 0;
+    for (int y = 0; y < picture.height(); ++y)
+        for (int x = 0; x < picture.width(); ++x)
+            grey += qGray(picture.pixel(x, y)) > 0 && qGray(picture.pixel(x, y)) < 255;
+    return grey;
+}
+
+/// Stations lie anywhere between two pixels; their marks do not show it.
+TEST(ScreenDevice, markers_of_a_kind_are_of_one_size_and_sharp_at_every_scale) {
+    for (const double ratio : {1.0, 1.25, 1.5, 2.0}) {
+        for (const double radius : {30.0, 35.0, 45.0}) {
+            const Point corners[] = {
+                {-radius, -radius}, {radius, -radius}, {radius, radius}, {-radius, radius}};
+            MarkerShape square;
+            square.radius = radius;
+            square.outline = corners;
+            Screen screen(300, 20, ratio);
+            for (int i = 0; i < 14; ++i) {
+                const Point at{150 + 303.7 * i, 150 + 1.3 * i};
+                screen.device.markers(square, {&at, 1});
+            }
+            const QImage picture = screen.picture();
+            const std::vector<int> dark = dark_in_runs(picture);
+            ASSERT_EQ(dark.size(), 14U) << ratio;
+            for (const int pixels : dark) EXPECT_EQ(pixels, dark.front()) << ratio << ", " << radius;
+            EXPECT_EQ(grey_pixels(picture), 0) << ratio << ", " << radius;
+        }
+    }
+}
+
+TEST(ScreenDevice, boxes_and_dashes_on_top_are_whole_pixels_at_every_scale) {
+    for (const double ratio : {1.0, 1.25, 1.5, 2.0}) {
+        Screen screen(200, 100, ratio);
+        screen.device.present();
+        screen.device.begin_top();
+        const Point box[] = {{303.3, 301.1}, {1507.7, 301.1}, {1507.7, 1207.3}, {303.3, 1207.3}};
+        screen.device.polygon_outline(box, Pen{});
+        const Point across[] = {{0, 700.7}, {3000, 700.7}};
+        screen.device.polyline(across, Pen{black, 1.0, LineStyle::dot});
+        screen.device.end_top();
+        QImage shown(screen.device.picture().size(), QImage::Format_ARGB32_Premultiplied);
+        shown.setDevicePixelRatio(ratio);
+        shown.fill(Qt::white);
+        {
+            QPainter painter(&shown);
+            screen.device.show(painter, QPointF(0, 0));
+        }
+        EXPECT_EQ(grey_pixels(shown), 0) << ratio;
+        EXPECT_GT(dark_in_runs(shown).size(), 10U);
+        EXPECT_EQ(dark_in_runs(screen.device.picture()).size(), 0U) << "the picture itself has none of it";
+        // Emptied, the top leaves nothing.
+        screen.device.begin_top();
+        screen.device.end_top();
+        QPainter painter(&shown);
+        screen.device.show(painter, QPointF(0, 0));
+        painter.end();
+        EXPECT_TRUE(dark_in_runs(shown).empty()) << ratio;
+    }
+}
+
+TEST(ScreenDevice, a_curve_has_the_ink_of_its_width_at_every_scale) {
+    for (const double ratio : {1.0, 1.25, 1.5, 2.0}) {
+        for (const double width : {1.0, 2.0}) {
+            Screen screen(220, 120, ratio);
+            const Point slant[] = {{150, 150}, {3000, 1575}};
+            screen.device.polyline(slant, Pen{black, width, LineStyle::solid});
+            const QImage picture = screen.picture();
+            double ink = 0;
+            for (int y = 0; y < picture.height(); ++y)
+                for (int x = 0; x < picture.width(); ++x) ink += (255 - qGray(picture.pixel(x, y))) / 255.0;
+            const double length = std::hypot(190.0, 95.0) * ratio;
+            EXPECT_NEAR(ink, length * width * ratio, 0.02 * length * width * ratio + 4) << ratio;
+        }
+    }
 }
 
 TEST(ScreenDevice, a_text_fills_the_box_that_was_measured) {
