@@ -16,6 +16,12 @@ double tick_interval(double low, double high, int intervals) {
     return 20.0 * decade;
 }
 
+double next_multiple(double multiple) {
+    const double decade = std::pow(10.0, std::floor(std::log10(multiple) + 1e-9));
+    const double leading = std::round(multiple / decade);
+    return std::round(decade * (leading < 2.0 ? 2.0 : leading < 5.0 ? 5.0 : 10.0));
+}
+
 TickLimits nearest_tick_limits(double low, double high, int intervals) {
     const double interval = tick_interval(low, high, intervals);
     return {std::round(low / interval) * interval, std::round(high / interval) * interval, interval};

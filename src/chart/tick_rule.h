@@ -7,6 +7,9 @@ namespace anomalis::chart {
 /// reversed or not finite gives 1.
 double tick_interval(double low, double high, int intervals = 8);
 
+/// The next of 1, 2, 5, 10, 20, 50...
+double next_multiple(double multiple);
+
 struct TickLimits {
     double low = 0.0;
     double high = 0.0;

@@ -65,6 +65,48 @@ void pan_window(ViewState& view, int pan) {
     place_window(view);
 }
 
+namespace {
+
+/// Half of what the middle of a window of this span can move either way is a pan limit.
+struct PanScale {
+    double middle;
+    double play;
+    int limit;
+
+    PanScale(const ViewState& view, double span, double factor)
+        : middle((static_cast<double>(view.profile_window_min) + view.profile_window_max) / 2),
+          play(full_span(view) - span),
+          limit(static_cast<int>(std::lround(pan_steps_a_factor * factor))) {}
+    double centre(int pan) const { return middle + play * std::clamp(pan, -limit, limit) / limit / 2; }
+    double pan(double centre) const {
+        return play > 0 ? std::clamp((centre - middle) * 2 / play, -1.0, 1.0) * limit : 0;
+    }
+};
+
+}  // namespace
+
+ShownWindow shown_window(const ViewState& view, const HandZoom& hand) {
+    if (!(hand.factor > 1)) return {view.zoom_factor, false, view.pan_limit, view.window_pan};
+    const double factor = view.zoom_factor * hand.factor;
+    const PanScale scale(view, view.window_span / hand.factor, factor);
+    const double centre = view.window_centre + (hand.centre - 0.5) * view.window_span;
+    return {factor, true, scale.limit, static_cast<int>(std::lround(scale.pan(centre)))};
+}
+
+HandZoom pan_hand_zoom(ViewState& view, const HandZoom& hand, int pan) {
+    const double span = view.window_span / hand.factor;
+    const double centre = PanScale(view, span, view.zoom_factor * hand.factor).centre(pan);
+    const double reach = (view.window_span - span) / 2;
+    if (view.pan_limit > 0 && std::abs(centre - view.window_centre) > reach) {
+        // Whole steps, so far that nothing of what is shown lies outside.
+        const bool right = centre > view.window_centre;
+        const double steps =
+            PanScale(view, view.window_span, view.zoom_factor).pan(right ? centre - reach : centre + reach);
+        pan_window(view, static_cast<int>(right ? std::ceil(steps) : std::floor(steps)));
+    }
+    return {hand.factor, (centre - view.window_centre) / view.window_span + 0.5};
+}
+
 void reset_view(const Workspace& workspace, ViewState& view, Prompts& prompts) {
     view.zoom_factor = 1;
     for (ChartWindow& window : view.charts) {

@@ -20,6 +20,26 @@ void choose_zoom(const Workspace& workspace, ViewState& view, float factor, Prom
 /// Moves the window: `pan` from minus to plus the pan limit, clamped.
 void pan_window(ViewState& view, int pan);
 
+/// A zoom of the charts inside the window, by wheel or drag: how many times, and where its middle stands as a
+/// fraction of the window.
+struct HandZoom {
+    double factor = 1;
+    double centre = 0.5;
+};
+
+/// What zoom list and pan bar tell of the charts.
+struct ShownWindow {
+    double factor = 1;     ///< of the whole profile
+    bool by_hand = false;  ///< chosen on a chart, not from the list
+    int pan_limit = 0;     ///< 0 while the whole profile is shown
+    int pan = 0;           ///< steps from the middle
+};
+ShownWindow shown_window(const ViewState& view, const HandZoom& hand);
+
+/// Moves what is shown to `pan`, from minus to plus the limit of `shown_window`, with its factor as it is.
+/// The window moves as far as it must; the answer is the zoom inside it.
+HandZoom pan_hand_zoom(ViewState& view, const HandZoom& hand, int pan);
+
 /// Everything as after a load: the whole profile, every chart scaled by itself.
 void reset_view(const Workspace& workspace, ViewState& view, Prompts& prompts);
 

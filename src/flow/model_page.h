@@ -39,7 +39,7 @@ class ModelPage : private ModelViewHost {
     void show_pointer(const show::PointerPanels&) override {}
     void show_misfit(const MisfitPair&) override {}
     void show_base_level(const std::string&) override {}
-    void show_window(bool) override {}
+    void show_window(const edit::ShownWindow&) override {}
     void show_current_body() override {}
     void place_charts(chart::SurfaceSize size, const MakeSurface& make_surface);
     double caption_height() const;

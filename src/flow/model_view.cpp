@@ -201,7 +201,12 @@ void ModelView::update_graph_display() {
     report_failure(session.prompts, "An error occurred while updating the graphics display: ", [&] {
         draw_shown([&](const Workspace& model) { charts_.apply_windows(model, workbench_.view); });
     });
+    if (workbench_.view.show_plan) return display_plan_view();
     hand_.show();
+}
+
+edit::ShownWindow ModelView::shown_window() {
+    return edit::shown_window(workbench_.view, charts_.hand_zoom());
 }
 
 void ModelView::update_section_or_plan_view(bool show_plan) {
@@ -223,13 +228,37 @@ void ModelView::choose_zoom_factor(int list_index) {
     edit::choose_zoom(session.workspace, workbench_.view,
                       zoom_factors.at(static_cast<std::size_t>(list_index)), session.prompts);
     update_graph_display();
-    host_.show_window(false);
+    host_.show_window(shown_window());
 }
 
 void ModelView::pan_to(int pan) {
-    edit::pan_window(workbench_.view, pan);
-    update_graph_display();
-    host_.show_window(false);
+    const edit::HandZoom hand = charts_.hand_zoom();
+    if (hand.factor > 1) {
+        pan_by_hand(hand, pan);
+    } else {
+        edit::pan_window(workbench_.view, pan);
+        update_graph_display();
+    }
+    host_.show_window(shown_window());
+}
+
+void ModelView::pan_by_hand(const edit::HandZoom& hand, int pan) {
+    Session& session = workbench_.session;
+    if (!edit::line_loaded(session.workspace)) return;
+    report_failure(session.prompts, "An error occurred while updating the graphics display: ", [&] {
+        const edit::HandZoom moved = edit::pan_hand_zoom(workbench_.view, hand, pan);
+        draw_shown([&](const Workspace& model) { charts_.pan_by_hand(moved, model, workbench_.view); });
+    });
+    if (workbench_.view.show_plan) refresh_plan();
+    hand_.show();
+}
+
+/// The overlay of the plan has texts, which stand elsewhere at another zoom.
+void ModelView::refresh_plan() {
+    Session& session = workbench_.session;
+    Faults faults;
+    draw_shown([&](const Workspace& model) { charts_.refresh_plan(model, workbench_.view, faults); });
+    show_faults(faults, session.prompts);
 }
 
 void ModelView::redraw_after_step(int chart) {
@@ -257,7 +286,7 @@ void ModelView::reset_graph_scale() {
     for (int i = 0; i < edit::model_chart_count; ++i) charts_.chart(i).clear_zoom_values();
     charts_.plan().clear_zoom_values();
     display_model();
-    host_.show_window(false);
+    host_.show_window(shown_window());
 }
 
 void ModelView::select_body(int number) {
@@ -294,10 +323,11 @@ void ModelView::chart_moved(int chart, bool outside, double x, double y) {
 
 void ModelView::chart_view_changed(int chart) {
     if (!edit::line_loaded(workbench_.session.workspace)) return;
-    if (chart == plan_chart) return hand_.show();
-    draw_shown([&](const Workspace& model) { charts_.follow_view(chart, model, workbench_.view); });
+    if (chart != plan_chart || charts_.plan_in_line())
+        draw_shown([&](const Workspace& model) { charts_.follow_view(chart, model, workbench_.view); });
+    if (workbench_.view.show_plan) refresh_plan();
     hand_.show();
-    host_.show_window(charts_.chart(chart).CurrentZoom().zoom_x != 1);
+    host_.show_window(shown_window());
 }
 
 void ModelView::polygon_clicked(int chart, int polygon) {

@@ -29,9 +29,8 @@ class ModelViewHost {
     virtual void show_misfit(const MisfitPair& misfit) = 0;
     /// A floating base level was found; the text goes into the box of the magnetic base.
     virtual void show_base_level(const std::string& text) = 0;
-    /// Zoom list and pan bar must follow. `free_zoom`: the window was chosen on a chart by hand and is none
-    /// of the zoom list.
-    virtual void show_window(bool free_zoom) = 0;
+    /// Zoom list and pan bar must follow.
+    virtual void show_window(const edit::ShownWindow& window) = 0;
     /// Another body is about to become the current one; what is half typed belongs to the one that was.
     /// False: it must not.
     virtual bool may_leave_body() { return true; }
@@ -78,6 +77,8 @@ class ModelView {
     void redraw();
     /// The windows of zoom and pan without calculating anything.
     void update_graph_display();
+    /// What zoom list and pan bar tell.
+    edit::ShownWindow shown_window();
     void update_section_or_plan_view(bool show_plan);
     /// All responses are calculated anew.
     void force_recalc();
@@ -91,6 +92,7 @@ class ModelView {
     bool previewing() const { return preview_ != nullptr; }
 
     void choose_zoom_factor(int list_index);
+    /// From minus to plus the pan limit of the window that is shown, zoomed by hand or from the list.
     void pan_to(int pan);
     /// One step of a chart's own bars; a direction above 0 zooms in, or pans down.
     void step_zoom(int chart, int direction);
@@ -119,6 +121,8 @@ class ModelView {
     void show_base_levels();
     std::array<bool, edit::model_chart_count> shown_charts() const;
     void redraw_after_step(int chart);
+    void pan_by_hand(const edit::HandZoom& hand, int pan);
+    void refresh_plan();
 
     edit::Workbench& workbench_;
     show::ModelCharts charts_;

@@ -28,7 +28,7 @@ const std::vector<float> no_curve;
 constexpr int numbers_below = 0;   // where the distances stand
 constexpr int no_numbers = 3;      // neither below nor above
 constexpr float right_room = 270;  // surface units: half of the last number
-constexpr float frame_room = 90;   // surface units below a frame without numbers
+constexpr double frame_room = 90;  // surface units below a frame without numbers
 
 struct ChartTexts {
     const char* title;
@@ -189,13 +189,26 @@ void ModelCharts::place_distances() {
         if (!is_shown(i)) continue;
         chart(i).XAxisLabellingPosition(lowest ? numbers_below : no_numbers);
         chart(i).XAxisLabel(lowest ? "Distance (m)" : "");
-        chart(i).YAxisBottomMargin(lowest ? 0 : frame_room);
+        // Half of the lowest number of the other axis stands below the frame.
+        const double room = std::max(frame_room, chart(i).TextHeight() / 2);
+        chart(i).YAxisBottomMargin(lowest ? 0 : static_cast<float>(room));
         lowest = false;
     }
 }
 
-void ModelCharts::align() {
-    const std::vector<chart::AX_Grapher*> shown = shown_charts();
+/// The plan below curves shows what they show, as far as its line allows.
+void ModelCharts::set_up_plan_below(const Workspace& workspace, const edit::ViewState& view) {
+    const bool curves =
+        std::any_of(shown_.begin(), shown_.begin() + edit::profile_chart_count, [](bool is) { return is; });
+    std::optional<DistanceWindow> window;
+    if (curves)
+        window = {view.window_centre - view.window_span / 2.0, view.window_centre + view.window_span / 2.0};
+    plan_in_line_ = set_up_plan(plan(), workspace, window);
+}
+
+void ModelCharts::align(const edit::ViewState& view) {
+    std::vector<chart::AX_Grapher*> shown = shown_charts();
+    if (view.show_plan) shown.push_back(&plan());
     chart::align_plots(shown);
     for (chart::AX_Grapher* chart : shown) {
         chart->XAxisRightMargin(chart->XAxisRightMargin() + right_room);
@@ -211,11 +224,21 @@ void ModelCharts::lay_out(const Workspace& workspace, const GraphRanges* ranges,
         if (ranges) scale_vertically(i, workspace, *ranges, view);
         set_limits(i, workspace, view);
     }
-    align();
+    if (view.show_plan) set_up_plan_below(workspace, view);
+    align(view);
+    // Whether its line fits below the curves hangs on the plot that the margins leave.
+    if (view.show_plan) set_up_plan_below(workspace, view);
     if (!is_shown(edit::chart_section)) return;
     if (ranges) scale_vertically(edit::chart_section, workspace, *ranges, view);
     set_limits(edit::chart_section, workspace, view);
-    align();
+    align(view);
+}
+
+bool ModelCharts::in_line() {
+    const std::vector<chart::AX_Grapher*> shown = shown_charts();
+    return std::all_of(shown.begin(), shown.end(), [&](const chart::AX_Grapher* chart) {
+        return chart->PlotRect().x_low == shown.front()->PlotRect().x_low;
+    });
 }
 
 void ModelCharts::show(int index, const Workspace& workspace, const edit::ViewState& view) {
@@ -248,11 +271,16 @@ void ModelCharts::draw_one(int index, const Workspace& workspace, const GraphRan
     scale_vertically(index, workspace, ranges, view);
     set_limits(index, workspace, view);
     chart(index).Layout();
-    show(index, workspace, view);
+    if (in_line()) return show(index, workspace, view);
+    // Its numbers have become wider than the room that all of them have.
+    align(view);
+    for (int i = 0; i < edit::model_chart_count; ++i)
+        if (is_shown(i)) show(i, workspace, view);
 }
 
 void ModelCharts::apply_windows(const Workspace& workspace, edit::ViewState& view) {
     for (chart::AX_Grapher* shown : shown_charts()) shown->clear_zoom_values();
+    if (plan_in_line_) plan().clear_zoom_values();
     lay_out(workspace, nullptr, view);
     for (int i = 0; i < edit::model_chart_count; ++i)
         if (is_shown(i)) show(i, workspace, view);
@@ -261,32 +289,17 @@ void ModelCharts::apply_windows(const Workspace& workspace, edit::ViewState& vie
 void ModelCharts::draw_plan(const Workspace& workspace, const edit::ViewState& view, Faults& faults) {
     plan().ClearSavedGraphics();
     plan().ShowColourKey(body_colour_key(workspace, view.coloured_by, susceptibility_unit_));
-    set_up_plan(plan(), workspace);
+    set_up_plan_below(workspace, view);
     plan().DisplayChart();
+    refresh_plan(workspace, view, faults);
+}
+
+void ModelCharts::refresh_plan(const Workspace& workspace, const edit::ViewState& view, Faults& faults) {
+    plan().ClearSavedGraphics();
     if (ensemble_) record_plan_ghosts(plan(), workspace, *ensemble_);
     record_plan(plan(), workspace, view, plan_polygons_, faults);
+    record_distances(plan(), workspace, window_interval(view.window_span));
     plan().RefreshGraph(1);
-}
-
-void ModelCharts::follow_view(int leader, const Workspace& workspace, const edit::ViewState& view) {
-    const chart::ZoomValues led = chart(leader).CurrentZoom();
-    for (int i = 0; i < edit::model_chart_count; ++i) {
-        if (!is_shown(i) || i == leader) continue;
-        const chart::ZoomValues own = chart(i).CurrentZoom();
-        chart(i).SetZoomValues(led.zoom_x, led.centre_x, own.zoom_y, own.centre_y);
-    }
-    if (is_shown(edit::chart_section)) refresh_section(workspace, view);
-}
-
-void ModelCharts::show_crosshair(int leader, const Workspace& workspace, chart::Point at) {
-    for (int i = 0; i < edit::model_chart_count; ++i)
-        if (is_shown(i))
-            chart(i).LinkCrosshair(chart::LinkedCrosshair{
-                at.x, crosshair_lines(workspace, i, chart(i), at.x, i == leader ? &at : nullptr)});
-}
-
-void ModelCharts::hide_crosshair() {
-    for (chart::AX_Grapher* chart : charts_) chart->LinkCrosshair({});
 }
 
 void ModelCharts::refresh_section(const Workspace& workspace, const edit::ViewState& view) {

@@ -8,6 +8,7 @@
 #include "chart/drawing_types.h"
 #include "core/preferences.h"
 #include "edit/view_state.h"
+#include "edit/zoom.h"
 #include "show/graph_ranges.h"
 #include "show/polygon_table.h"
 
@@ -55,12 +56,20 @@ class ModelCharts {
     /// The windows of `view` without new data.
     void apply_windows(const Workspace& workspace, edit::ViewState& view);
     void draw_plan(const Workspace& workspace, const edit::ViewState& view, Faults& faults);
+    /// Records the plan's overlay anew for its present view.
+    void refresh_plan(const Workspace& workspace, const edit::ViewState& view, Faults& faults);
 
-    /// The view of one chart was changed by hand: the others follow along the distance.
+    /// The view of one chart was changed by hand: the others follow along the distance. The plan's number is
+    /// `model_chart_count`; it leads and follows while its line stands below the curves.
     void follow_view(int leader, const Workspace& workspace, const edit::ViewState& view);
     /// The crosshair of the charts shown while the pointer is over `leader` at a place in user units.
     void show_crosshair(int leader, const Workspace& workspace, chart::Point at);
     void hide_crosshair();
+    bool plan_in_line() const { return plan_in_line_; }
+    /// How far the charts shown are zoomed by hand.
+    edit::HandZoom hand_zoom();
+    /// The window of `view`, and a zoom by hand inside it; what was zoomed vertically stays as it is.
+    void pan_by_hand(const edit::HandZoom& hand, const Workspace& workspace, edit::ViewState& view);
     /// Records the section's overlay anew for its present view.
     void refresh_section(const Workspace& workspace, const edit::ViewState& view);
 
@@ -76,7 +85,10 @@ class ModelCharts {
                           edit::ViewState& view);
     void set_limits(int index, const Workspace& workspace, edit::ViewState& view);
     void place_distances();
-    void align();
+    void set_up_plan_below(const Workspace& workspace, const edit::ViewState& view);
+    void align(const edit::ViewState& view);
+    bool in_line();
+    void lead_plan(double zoom, double centre, const Workspace& workspace);
     void lay_out(const Workspace& workspace, const GraphRanges* ranges, edit::ViewState& view);
     void show(int index, const Workspace& workspace, const edit::ViewState& view);
     void record_section_overlay(const Workspace& workspace, const edit::ViewState& view);
@@ -91,6 +103,7 @@ class ModelCharts {
     SusceptibilityUnit susceptibility_unit_ = SusceptibilityUnit::micro_si;
     PolygonTable section_polygons_;
     PolygonTable plan_polygons_;
+    bool plan_in_line_ = false;  ///< its stations stand below their places on the curves
 };
 
 }  // namespace anomalis::show

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 #include <string>
+#include <utility>
 
 #include "chart/ax_grapher.h"
 #include "core/numbers.h"
@@ -10,6 +12,7 @@
 #include "core/workspace.h"
 #include "edit/view_state.h"
 #include "show/handles/handle.h"
+#include "show/label_place.h"
 
 namespace anomalis::show {
 
@@ -17,8 +20,9 @@ namespace {
 
 constexpr chart::Colour sensor_blue = 16711680;
 constexpr int most_sensors = 128;
-constexpr int sensor_size = 10;                  // surface units
-constexpr int reference_size = 15;               // surface units
+constexpr int sensor_size = 10;     // surface units
+constexpr int reference_size = 15;  // surface units
+constexpr chart::Colour leader_grey = 0x606060;
 constexpr int grid_style = 3;                    // dash and dot
 constexpr double label_gap = 30 * handle_pixel;  // beside the body: its handles stand there
 constexpr double least_grid_step = 2 * chart::units_per_screen_pixel;
@@ -56,30 +60,63 @@ chart::Colour marker_colour(const ModelBody& body, bool highlighted) {
     return highlighted ? magenta : sphere_green;
 }
 
-/// Two lines beside the selected body: on its left when it lies in the right half of the window.
-void record_label(chart::AX_Grapher& chart, const ModelBody& body, const SectionShape& shape) {
+Outline outline_of(const chart::AX_Grapher& chart, const SectionShape& shape) {
+    Outline outline;
+    for (std::size_t i = 0; i < shape.xs.size(); ++i)
+        outline.push_back(chart.UserToSurface({shape.xs[i], shape.ys[i]}));
+    if (outline.empty()) {
+        const chart::Point at = chart.UserToSurface({shape.distance, shape.top});
+        const double r = reference_size;
+        outline = {{at.x - r, at.y - r}, {at.x + r, at.y - r}, {at.x + r, at.y + r}, {at.x - r, at.y + r}};
+    }
+    return outline;
+}
+
+chart::Rect bounds_of(const Outline& outline) {
+    chart::Rect box{outline.front().x, outline.front().x, outline.front().y, outline.front().y};
+    for (const chart::Point& p : outline)
+        box = {std::min(box.x_low, p.x), std::max(box.x_high, p.x), std::min(box.y_low, p.y),
+               std::max(box.y_high, p.y)};
+    return box;
+}
+
+/// Two lines beside the selected body: on its left when it lies in the right half of the window, and over no
+/// body.
+void record_label(chart::AX_Grapher& chart, const ModelBody& body, const SectionShape& shape,
+                  const std::vector<Outline>& bodies) {
     const chart::Rect view = chart.ViewLimits();
-    const double left = shape.left();
-    const double right = shape.right();
-    const bool in_view = right >= view.x_low && left <= view.x_high && shape.highest() >= view.y_low &&
-                         shape.lowest() <= view.y_high;
+    const Outline own = outline_of(chart, shape);
+    const chart::Rect plot = chart.PlotRect();
+    const chart::Rect whole = bounds_of(own);
+    const bool in_view = whole.x_high >= plot.x_low && whole.x_low <= plot.x_high &&
+                         whole.y_high >= plot.y_low && whole.y_low <= plot.y_high;
     if (!in_view || !(chart.XAxisScale() > 0)) return;
     const std::string name = shown_text(body.name);
     const std::string depth = "Burial depth: " + format_number(body.top_elevation, "0.00");
-    const double height = chart.TextHeight() / chart.YAxisScale();
-    const double margin = chart.TextHeight() / 2 / chart.XAxisScale();
-    const double gap = label_gap / chart.XAxisScale();
-    const double width = std::max(chart.TextWidth(name), chart.TextWidth(depth)) / chart.XAxisScale();
-    const bool on_left = shape.distance > (view.x_low + view.x_high) / 2;
-    const double wanted =
-        on_left ? std::max(left, view.x_low) - gap - width : std::min(right, view.x_high) + gap;
-    const double x =
-        std::clamp(wanted, view.x_low + margin, std::max(view.x_low + margin, view.x_high - margin - width));
-    // Both lines stay inside the window when the body's top lies outside it.
-    const double lowest = view.y_low + 2.5 * height;
-    const double y = std::clamp(shape.top - height, lowest, std::max(lowest, view.y_high - height * 1.25));
-    chart.DrawText(0, x, y, name);
-    chart.DrawText(0, x, y - 2 * height, depth);
+    const double line = chart.TextHeight();
+    WantedLabel wanted;
+    wanted.window = {plot.x_low + line / 2, plot.x_high - line / 2, plot.y_low + line / 4,
+                     plot.y_high - line / 4};
+    wanted.width = std::max(chart.TextWidth(name), chart.TextWidth(depth));
+    wanted.height = 3 * line;
+    wanted.gap = label_gap;
+    wanted.body = {std::max(whole.x_low, plot.x_low), std::min(whole.x_high, plot.x_high),
+                   std::max(whole.y_low, plot.y_low), std::min(whole.y_high, plot.y_high)};
+    // The name stands a line below the body's top; both lines stay inside when that lies outside.
+    const double top = chart.UserToSurface({shape.distance, shape.top}).y;
+    wanted.bottom = std::clamp(top - 3 * line, wanted.window.y_low,
+                               std::max(wanted.window.y_low, wanted.window.y_high - wanted.height));
+    wanted.left_side = shape.distance > (view.x_low + view.x_high) / 2;
+    const LabelPlace place = place_label(wanted, bodies);
+    if (place.leader_from) {
+        const chart::Point from = chart.SurfaceToUser(*place.leader_from);
+        const chart::Point to = chart.SurfaceToUser(nearest_point(own, *place.leader_from));
+        chart.DrawLine(from.x, from.y, to.x, to.y, leader_grey, 1);
+    }
+    const chart::Point name_at = chart.SurfaceToUser({place.box.x_low, place.box.y_low + 2 * line});
+    const chart::Point depth_at = chart.SurfaceToUser({place.box.x_low, place.box.y_low});
+    chart.DrawText(0, name_at.x, name_at.y, name);
+    chart.DrawText(0, depth_at.x, depth_at.y, depth);
 }
 
 }  // namespace
@@ -113,19 +150,23 @@ void record_section(chart::AX_Grapher& chart, const Workspace& workspace, const 
     record_grid(chart, workspace, limits);
     record_sensors(chart, workspace);
     const SectionWindow window{chart.YAxisMin(), view.profile_window_max};
+    std::optional<SectionShape> labelled;
+    std::vector<Outline> outlines;
     for (int number = 1; number <= workspace.body_count; ++number) {
         const ModelBody& body = workspace.body(number);
-        const SectionShape shape = section_shape(workspace, body, window);
+        SectionShape shape = section_shape(workspace, body, window);
         if (!shape.visible) continue;
         const bool highlighted = is_highlighted(number, view);
         if (!shape.xs.empty())
             record_body_outline(chart, number, shape.xs, shape.ys, shape.outline,
                                 body_fill(body, number, view), shape.width, polygons);
         chart.DrawMarker(shape.distance, shape.top, reference_marker, marker_colour(body, highlighted), 1);
+        outlines.push_back(outline_of(chart, shape));
         // In a hand the body has a note of its own.
         if (number == view.current_body && workspace.display.show_body_label == 1 && !view.body_held)
-            record_label(chart, body, shape);
+            labelled = std::move(shape);
     }
+    if (labelled) record_label(chart, workspace.body(view.current_body), *labelled, outlines);
 }
 
 }  // namespace anomalis::show

@@ -75,6 +75,24 @@ TEST(ChartZoom, saved_values_come_back) {
     EXPECT_EQ(rig.chart.CurrentZoom(), saved);
 }
 
+TEST(ChartZoom, a_magnifier_shows_what_lies_about_the_place_of_its_release) {
+    Rig rig;
+    rig.make_plain();
+    rig.register_series({0.0, 7400.0}, {0.0, 500.0});
+    rig.chart.DisplayChart();
+    rig.chart.SetZoomValues(4.0, 0.5, 4.0, 0.5);
+    rig.press(4, 5000.0, 2000.0);
+    rig.move(4, 6000.0, 2000.0);
+    // Whole: 7400 over 13500 and 1000 over 4500; the last move is not where the button goes up.
+    rig.release(4, 8000.0, 2500.0);
+    const Rect view = rig.chart.ViewLimits();
+    EXPECT_NEAR((view.x_low + view.x_high) / 2.0, 8000.0 * 7400.0 / 13500.0, 1e-6);
+    EXPECT_NEAR((view.y_low + view.y_high) / 2.0, -300.0 + 2500.0 / 4.5, 1e-6);
+    const Point under = rig.chart.SurfaceToUser({8000.0, 2500.0});
+    EXPECT_NEAR(rig.log.last_move.x, under.x, 1e-6) << "the read-out is that of the pointer";
+    EXPECT_NEAR(rig.log.last_move.y, under.y, 1e-6);
+}
+
 TEST(ChartZoom, reset_zoom_repaints_and_tells_but_keeps_the_zoom) {
     Zoomed rig;
     rig.chart.SetZoomValues(4.0, 0.5, 2.0, 0.25);

@@ -110,4 +110,38 @@ TEST(Zoom, a_pan_step_moves_a_quarter_and_stops_automatic_scaling) {
     EXPECT_TRUE(scales_itself(sample.window(chart_mag)));
 }
 
+TEST(Zoom, a_zoom_by_hand_tells_its_factor_and_pans_on) {
+    Zoomed sample;
+    const double whole = sample.view().profile_window_max;
+    EXPECT_FALSE(shown_window(sample.view(), {}).by_hand);
+    EXPECT_EQ(shown_window(sample.view(), {}).pan_limit, 0);
+    // The second quarter of the line, by hand.
+    const HandZoom hand{4, 0.375};
+    const ShownWindow shown = shown_window(sample.view(), hand);
+    EXPECT_TRUE(shown.by_hand);
+    EXPECT_DOUBLE_EQ(shown.factor, 4);
+    EXPECT_EQ(shown.pan_limit, 80);
+    EXPECT_EQ(shown.pan, -27);
+    EXPECT_NEAR(pan_hand_zoom(sample.view(), hand, 80).centre, 0.875, 1e-6);
+    EXPECT_NEAR(pan_hand_zoom(sample.view(), hand, -80).centre, 0.125, 1e-6);
+    EXPECT_EQ(sample.view().window_span, whole) << "the window is the whole line";
+}
+
+TEST(Zoom, a_zoom_by_hand_inside_a_window_takes_the_window_along) {
+    Zoomed sample;
+    sample.zoom(2);
+    const double whole = sample.view().profile_window_max;
+    HandZoom hand{3, 0.5};
+    EXPECT_DOUBLE_EQ(shown_window(sample.view(), hand).factor, 6);
+    EXPECT_EQ(shown_window(sample.view(), hand).pan_limit, 120);
+    for (const int pan : {-120, -77, 0, 31, 119, 120}) {
+        hand = pan_hand_zoom(sample.view(), hand, pan);
+        EXPECT_EQ(shown_window(sample.view(), hand).pan, pan);
+        const double centre = sample.view().window_centre + (hand.centre - 0.5) * sample.view().window_span;
+        EXPECT_NEAR(centre, whole / 2 + whole * (1 - 1 / 6.0) * pan / 240, whole * 1e-5);
+        EXPECT_GE(hand.centre, 1 / 6.0 - 1e-5) << "inside the window";
+        EXPECT_LE(hand.centre, 5 / 6.0 + 1e-5);
+    }
+}
+
 }  // namespace anomalis::edit

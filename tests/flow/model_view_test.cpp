@@ -144,7 +144,7 @@ TEST(ModelView, reset_undoes_every_zoom_and_pan) {
     for (int i = 0; i < edit::model_chart_count; ++i)
         EXPECT_EQ(sample.chart(i).ViewLimits().width(), edit::LineSample::length) << i;
     EXPECT_EQ(sample.chart(edit::chart_mag).ViewLimits(), before);
-    EXPECT_FALSE(sample.free_zoom);
+    EXPECT_FALSE(sample.window.by_hand);
 }
 
 TEST(ModelView, a_gesture_on_one_chart_moves_the_others_along_the_distance) {
@@ -160,10 +160,55 @@ TEST(ModelView, a_gesture_on_one_chart_moves_the_others_along_the_distance) {
         EXPECT_NEAR(sample.chart(i).ViewLimits().x_high, led.x_high, 0.01);
     }
     EXPECT_NEAR(sample.chart(edit::chart_grav).ViewLimits().y_low, other.y_low, 1e-6);
-    EXPECT_TRUE(sample.free_zoom);
+    EXPECT_TRUE(sample.window.by_hand);
     sample.chart(edit::chart_grav).HandleDoubleClick(1);
     EXPECT_EQ(sample.chart(edit::chart_mag).ViewLimits().x_high, edit::LineSample::length);
-    EXPECT_FALSE(sample.free_zoom);
+    EXPECT_FALSE(sample.window.by_hand);
+}
+
+TEST(ModelView, after_a_zoom_by_hand_the_factor_is_told_and_the_pan_bar_works_on) {
+    show::ChartSample sample;
+    sample.add_body(1260, 60);
+    sample.view->display_model();
+    for (const int listed : {0, 3}) {
+        sample.view->choose_zoom_factor(listed);
+        sample.chart(edit::chart_mag).HandleWheel(0, 480, 7000, 1500);
+        const chart::Rect led = sample.chart(edit::chart_mag).ViewLimits();
+        EXPECT_TRUE(sample.window.by_hand);
+        EXPECT_NEAR(sample.window.factor, edit::LineSample::length / led.width(), 1e-3);
+        ASSERT_GT(sample.window.pan_limit, 20);
+        sample.view->pan_to(sample.window.pan_limit);
+        for (int i = 0; i < edit::model_chart_count; ++i) {
+            const chart::Rect now = sample.chart(i).ViewLimits();
+            EXPECT_NEAR(now.x_high, edit::LineSample::length, 0.5) << i;
+            EXPECT_NEAR(now.width(), led.width(), 0.5) << i;
+        }
+        EXPECT_NEAR(sample.chart(edit::chart_mag).ViewLimits().y_low, led.y_low, 1e-6)
+            << "vertically as it was";
+        sample.view->pan_to(-sample.window.pan_limit);
+        EXPECT_NEAR(sample.chart(edit::chart_section).ViewLimits().x_low, 0, 0.5);
+    }
+}
+
+TEST(ModelView, the_charts_stay_in_line_while_a_wheel_turns_on_one_of_them) {
+    show::ChartSample sample;
+    sample.add_body(1260, 60);
+    sample.view->display_model();
+    const chart::Rect start = sample.chart(edit::chart_mag).PlotRect();
+    for (const int leader : {edit::chart_mag, edit::chart_grav_gradient, edit::chart_section}) {
+        const float x = 6100, y = 1500;
+        const double held = sample.chart(leader).SurfaceToUser({x, 3000 - y}).x;
+        for (int step = 0; step < 60; ++step) {
+            sample.chart(leader).HandleWheel(0, step < 45 ? 120 : -120, x, y);
+            for (int i = 0; i < edit::model_chart_count; ++i) {
+                EXPECT_EQ(sample.chart(i).PlotRect().x_low, start.x_low)
+                    << leader << ", " << step << ", " << i;
+                EXPECT_EQ(sample.chart(i).PlotRect().x_high, start.x_high);
+                EXPECT_NEAR(sample.chart(i).UserToSurface({held, 0}).x, x, 7.5) << leader << ", " << i;
+            }
+        }
+        sample.view->reset_graph_scale();
+    }
 }
 
 TEST(ModelView, the_zoom_list_overrules_a_gesture) {

@@ -56,7 +56,7 @@ struct ChartSample : edit::LineSample, flow::ModelViewHost {
         ++displays;
     }
     void show_base_level(const std::string& text) override { base_levels.push_back(text); }
-    void show_window(bool free) override { free_zoom = free; }
+    void show_window(const edit::ShownWindow& shown) override { window = shown; }
     void show_current_body() override { ++selections; }
 
     std::array<std::unique_ptr<chart::RecordingDevice>, edit::model_chart_count + 1> devices;
@@ -67,7 +67,7 @@ struct ChartSample : edit::LineSample, flow::ModelViewHost {
     PointerPanels pointer;
     MisfitPair misfit{};
     std::vector<std::string> base_levels;
-    bool free_zoom = false;
+    edit::ShownWindow window;
     int displays = 0;
     int selections = 0;
 };

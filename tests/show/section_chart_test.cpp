@@ -7,6 +7,7 @@
 #include "show/chart_sample.h"
 #include "show/handles/handle_marks.h"
 #include "show/handles/section_handles.h"
+#include "show/label_place.h"
 #include "support/stale_body.h"
 
 namespace anomalis::show {
@@ -166,6 +167,68 @@ TEST(SectionChart, the_label_keeps_clear_of_the_handles) {
                         << "type " << type << ", dip " << dip << " at " << distance << " m";
                 }
             }
+}
+
+TEST(LabelPlace, a_label_moves_to_the_nearest_free_place_and_is_led_to_its_body) {
+    WantedLabel wanted;
+    wanted.window = {500, 10000, 0, 3000};
+    wanted.width = 1800;
+    wanted.height = 500;
+    wanted.gap = 200;
+    wanted.body = {2000, 2500, 500, 2000};
+    wanted.bottom = 1500;
+    const Outline own{{2000, 500}, {2500, 500}, {2500, 2000}, {2000, 2000}};
+    const LabelPlace alone = place_label(wanted, {own});
+    EXPECT_EQ(alone.box, (chart::Rect{2700, 4500, 1500, 2000}));
+    EXPECT_FALSE(alone.leader_from.has_value());
+    // Another body reaches into the place.
+    const Outline other{{2600, 1400}, {9000, 1400}, {9000, 3000}, {2600, 3000}};
+    const LabelPlace below = place_label(wanted, {own, other});
+    EXPECT_FALSE(covers(below.box, own));
+    EXPECT_FALSE(covers(below.box, other));
+    EXPECT_LT(below.box.y_high, 1400);
+    // Both sides full: it stands above, with a line to its body.
+    const Outline floor{{0, 0}, {10000, 0}, {10000, 2100}, {0, 2100}};
+    const LabelPlace above = place_label(wanted, {own, floor});
+    EXPECT_GT(above.box.y_low, 2100);
+    ASSERT_TRUE(above.leader_from.has_value());
+    EXPECT_EQ(nearest_point(own, *above.leader_from).y, 2000);
+    // Without any room it stays inside the window.
+    const LabelPlace nowhere = place_label(wanted, {{{0, 0}, {10000, 0}, {10000, 3000}, {0, 3000}}});
+    EXPECT_GE(nowhere.box.x_low, 0);
+    EXPECT_LE(nowhere.box.x_high, 10000);
+}
+
+TEST(LabelPlace, an_outline_covers_a_box_that_it_crosses_or_holds) {
+    const Outline triangle{{0, 0}, {100, 0}, {0, 100}};
+    EXPECT_TRUE(covers({10, 20, 10, 20}, triangle)) << "holds";
+    EXPECT_TRUE(covers({-50, 150, -50, 150}, triangle)) << "is held";
+    EXPECT_TRUE(covers({40, 90, 40, 90}, triangle)) << "crosses";
+    EXPECT_FALSE(covers({60, 90, 60, 90}, triangle));
+    EXPECT_FALSE(covers({10, 20, -20, -10}, triangle));
+}
+
+TEST(SectionChart, the_label_stands_over_no_body) {
+    Section sample;
+    sample.workspace().display.show_body_label = 1;
+    for (const float distance : {600.0F, 900.0F, 1150.0F, 1300.0F, 1600.0F, 2100.0F})
+        sample.add_body(distance, distance < 1200 ? 60 : 20).depth_extent.value = 150;
+    for (int number = 1; number <= 6; ++number) {
+        sample.workbench.view.current_body = number;
+        ModelBody& body = sample.workspace().body(number);
+        body.name = "Dyke";
+        invalidate_body(body);
+        sample.draw();
+        const auto* name = sample.picture().find_text("Dyke");
+        ASSERT_NE(name, nullptr);
+        chart::AX_Grapher& chart = sample.chart(edit::chart_section);
+        const double width = chart.TextWidth("Burial depth: 40.40");
+        const chart::Point at = name->points[0];
+        const chart::Rect box{at.x, at.x + width, at.y - 330, at.y + 165};
+        for (const auto& outline : sample.overlay(Kind::polygon_outline))
+            EXPECT_FALSE(covers(box, outline.points)) << number;
+        body.name = "other";
+    }
 }
 
 TEST(SectionChart, grid_lines_stand_at_multiples_inside_the_window) {

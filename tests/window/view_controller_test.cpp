@@ -227,6 +227,26 @@ void ViewControllerTest::arrow_keys_move_the_bars_under_the_charts() {
     QCOMPARE(sample.view().window_pan, 9);
     QTest::keyClick(&pan, Qt::Key_Left);
     QCOMPARE(sample.view().window_pan, 1);
+
+    // A wheel on a chart: the list tells the factor, the bar goes on from there.
+    chart::AX_Grapher& chart = sample.form->charts().chart_widget(0).chart();
+    const chart::Rect plot = chart.PlotRect();
+    const double height = chart.Surface()->height();
+    chart.HandleWheel(0, 360, static_cast<float>((plot.x_low + plot.x_high) / 2),
+                      static_cast<float>(height - (plot.y_low + plot.y_high) / 2));
+    QCOMPARE(zoom.currentText(), QString("5.32 x"));
+    QCOMPARE(pan.maximum(), 106);
+    const chart::Rect before = chart.ViewLimits();
+    QTest::keyClick(&pan, Qt::Key_Right);
+    QVERIFY(chart.ViewLimits().x_low > before.x_low);
+    QVERIFY(std::abs(chart.ViewLimits().width() - before.width()) < 0.01);
+    QCOMPARE(zoom.currentText(), QString("5.32 x"));
+    emit zoom.activated(zoom.currentIndex());
+    QVERIFY(std::abs(chart.ViewLimits().width() - before.width()) < 0.01);
+    zoom.setCurrentIndex(0);
+    emit zoom.activated(0);
+    QCOMPARE(zoom.count(), static_cast<int>(zoom_factors.size()));
+    QCOMPARE(zoom.currentText(), QString("1 x"));
 }
 
 void ViewControllerTest::arrow_keys_step_the_bars_of_a_chart() {

@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "chart/surface_mapping.h"
+#include "chart/tick_rule.h"
 
 namespace anomalis::chart {
 
@@ -29,12 +30,6 @@ std::array<int, 3> parts_of(double interval) {
 }
 
 }  // namespace
-
-double next_multiple(double multiple) {
-    const double decade = std::pow(10.0, std::floor(std::log10(multiple) + 1e-9));
-    const double leading = std::round(multiple / decade);
-    return std::round(decade * (leading < 2.0 ? 2.0 : leading < 5.0 ? 5.0 : 10.0));
-}
 
 double drawn_interval(double interval, double scale) {
     const double wanted = closest_ticks / (interval * scale);

@@ -22,9 +22,6 @@ std::vector<Tick> make_ticks(Interval view, double interval, double scale, doubl
 /// The interval of the ticks that `make_ticks` gives.
 double drawn_interval(double interval, double scale);
 
-/// The next of 1, 2, 5, 10, 20, 50...
-double next_multiple(double multiple);
-
 /// The values between ticks of this interval where shorter ticks stand: none where they would be nearer than
 /// 5 screen pixels. Their positions in surface units; those of the ticks themselves are not among them.
 std::vector<double> make_minor_ticks(Interval view, double interval, double scale, double plot_low);

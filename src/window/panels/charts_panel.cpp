@@ -20,6 +20,10 @@ namespace {
 
 constexpr int resize_pause = 60;  // ms after the last resize event
 
+QString zoom_text(double factor) {
+    return QString::fromStdString(format_number(factor, "0.##")) + " x";
+}
+
 QSplitter* make_splitter(const char* name) {
     auto* splitter = new QSplitter(Qt::Vertical);
     splitter->setObjectName(name);
@@ -108,8 +112,7 @@ QWidget* ChartsPanel::make_bars() {
     zoom_list_ = new QComboBox;
     name_control(*zoom_list_, "Combo_zoom", tr("Zoom"),
                  tr("How many times the line is stretched along the distance"));
-    for (const float factor : zoom_factors)
-        zoom_list_->addItem(QString::fromStdString(format_number(factor, "0.##")) + " x");
+    for (const float factor : zoom_factors) zoom_list_->addItem(zoom_text(factor));
     pan_bar_ = new PanBar;
     name_control(
         *pan_bar_, "HScroll_pan", tr("Pan"),
@@ -125,7 +128,10 @@ QWidget* ChartsPanel::make_bars() {
     row->addWidget(plan_button_);
     row->addWidget(reset);
     buttons_ = row;
-    connect(zoom_list_, &QComboBox::activated, this, [this](int index) { view_->choose_zoom_factor(index); });
+    connect(zoom_list_, &QComboBox::activated, this, [this](int index) {
+        // The factor found by hand, behind the list, is what the charts show already.
+        if (index < static_cast<int>(std::size(zoom_factors))) view_->choose_zoom_factor(index);
+    });
     connect(pan_bar_, &QScrollBar::valueChanged, this, [this](int pan) { view_->pan_to(pan); });
     connect(plan_button_, &QPushButton::clicked, this, [this] {
         if (guards_.pass()) show_plan(!workbench_.view.show_plan);
@@ -194,7 +200,7 @@ void ChartsPanel::arrange_charts(const std::array<bool, edit::model_chart_count>
 
 void ChartsPanel::line_changed() {
     arranged_ = {};
-    show_window(false);
+    show_window(view_->shown_window());
 }
 
 void ChartsPanel::share_height_anew() {
@@ -222,17 +228,23 @@ void ChartsPanel::show_base_level(const std::string& text) {
     emit base_level_found(QString::fromStdString(text));
 }
 
-void ChartsPanel::show_window(bool free_zoom) {
-    const edit::ViewState& view = workbench_.view;
+/// A factor that was found by hand has an entry of its own at the end of the list.
+void ChartsPanel::show_window(const edit::ShownWindow& window) {
     const QSignalBlocker zoom_block(zoom_list_), pan_block(pan_bar_);
+    constexpr int listed = static_cast<int>(std::size(zoom_factors));
     int index = -1;
-    for (std::size_t i = 0; !free_zoom && i < zoom_factors.size(); ++i)
-        if (zoom_factors[i] == view.zoom_factor) index = static_cast<int>(i);
+    for (int i = 0; !window.by_hand && i < listed; ++i)
+        if (zoom_factors[static_cast<std::size_t>(i)] == static_cast<float>(window.factor)) index = i;
+    while (zoom_list_->count() > listed) zoom_list_->removeItem(listed);
+    if (index < 0) {
+        zoom_list_->addItem(zoom_text(window.factor));
+        index = listed;
+    }
     zoom_list_->setCurrentIndex(index);
-    pan_bar_->setRange(-view.pan_limit, view.pan_limit);
-    pan_bar_->setPageStep(view.pan_limit > 0 ? std::max(1, view.pan_limit / 5) : 1);
-    pan_bar_->setValue(view.window_pan);
-    pan_bar_->setEnabled(view.pan_limit > 0);
+    pan_bar_->setRange(-window.pan_limit, window.pan_limit);
+    pan_bar_->setPageStep(window.pan_limit > 0 ? std::max(1, window.pan_limit / 5) : 1);
+    pan_bar_->setValue(window.pan);
+    pan_bar_->setEnabled(window.pan_limit > 0);
 }
 
 void ChartsPanel::splitter_moved() {

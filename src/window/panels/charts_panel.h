@@ -63,7 +63,7 @@ class ChartsPanel : public QWidget, private flow::ModelViewHost {
     void show_pointer(const show::PointerPanels& panels) override;
     void show_misfit(const MisfitPair& misfit) override;
     void show_base_level(const std::string& text) override;
-    void show_window(bool free_zoom) override;
+    void show_window(const edit::ShownWindow& window) override;
     bool may_leave_body() override { return guards_.pass(); }
     bool may_change_body() override { return guards_.pass(); }
     void body_changed() override { news_.tell(News::parameters); }
