@@ -291,9 +291,10 @@ class AX_Grapher {
     void HandlePinch(double factor, float x, float y);
     /// Pans by a distance in surface units (x to the right, y upward); nothing at zoom 1.
     void PanBy(double dx, double dy);
-    /// Every key goes to the host first. Those it leaves to the chart, without Control and Alt: 37 to 40 pan,
-    /// 107/187 and 109/189 zoom, 48/96 and 36 reset, 27 ends a gesture, 93 asks for the menu. True when host
-    /// or chart have used the key; any other is meant for whoever stands behind the chart.
+    /// Every key goes to the host first. Those it leaves to the chart, without Control and Alt: 37 to 40 pan
+    /// (with Control too), 107/187 and 109/189 zoom, 48/96 and 36 reset, 27 ends a gesture, 93 asks for the
+    /// menu. True when host or chart have used the key; any other is meant for whoever stands behind the
+    /// chart.
     bool HandleKeyDown(int key_code, int shift);
     /// A character that was typed. True when the host has changed it.
     bool HandleKeyPress(int key_ascii);

@@ -88,9 +88,11 @@ void carry_hold(GrapherState& state, int buttons, int shift, float x, float y) {
     state.events->HeldMoved(shift, x, y);
 }
 
-/// Plus is a shifted key on many keyboards; with Control or Alt a key is a command of the window.
-bool is_plain(int shift) {
-    return (shift & ~shift_mark) == 0;
+/// Plus is a shifted key on many keyboards, and with Control the arrows are the chart's where a host has
+/// taken the plain ones; any other key with Control or Alt is a command of the window.
+bool is_plain(int key, int shift) {
+    const bool arrow = key >= left_key && key <= down_key;
+    return (shift & ~(shift_mark | (arrow ? control_mark : 0))) == 0;
 }
 
 /// True when the key was the chart's.
@@ -316,7 +318,7 @@ bool AX_Grapher::HandleKeyDown(int key_code, int shift) {
                 if (key == escape_key) {
                     cancel_gesture(state);
                     show_top_layer(state);
-                } else if (is_plain(shift) && state.gesture.mode == GestureMode::none &&
+                } else if (is_plain(key, shift) && state.gesture.mode == GestureMode::none &&
                            obey_key(state, key)) {
                     used = true;
                     refresh_graph(state, 0);

@@ -45,6 +45,8 @@ ModelPage::ModelPage(Session& session, chart::SurfaceSize size, const show::Page
     for (int i = 0; i <= edit::model_chart_count; ++i)
         charts_.at(static_cast<std::size_t>(i)).SetEvents(&view_->events(i));
     view_->charts().set_up(true);
+    // Nobody zooms a sheet: its numbers need no room for more digits.
+    for (chart::AX_Grapher& chart : charts_) chart.ZoomEnabled(false);
     view_->display_model(true);
     if (caption_height() > 0) caption_ = caption_of(session.workspace);
 }

@@ -225,6 +225,10 @@ void ModelView::force_recalc() {
 
 void ModelView::choose_zoom_factor(int list_index) {
     Session& session = workbench_.session;
+    // What stood in the middle by hand stays there.
+    const edit::HandZoom hand = charts_.hand_zoom();
+    edit::ViewState& view = workbench_.view;
+    if (hand.factor > 1) view.window_centre += static_cast<float>((hand.centre - 0.5) * view.window_span);
     edit::choose_zoom(session.workspace, workbench_.view,
                       zoom_factors.at(static_cast<std::size_t>(list_index)), session.prompts);
     update_graph_display();

@@ -56,8 +56,8 @@ struct Candidate {
     bool left = false;
 };
 
-chart::Rect box_at(const WantedLabel& wanted, double left, double bottom) {
-    return {left, left + wanted.width, bottom, bottom + wanted.height};
+chart::Rect box_at(const WantedLabel& wanted, double x, double y) {
+    return {x, x + wanted.width, y, y + wanted.height};
 }
 
 bool inside(const chart::Rect& window, const chart::Rect& box) {

@@ -10,7 +10,6 @@
 #include "show/broken_line.h"
 #include "show/chart_look.h"
 #include "show/chart_scales.h"
-#include "show/crosshair_lines.h"
 #include "show/ensemble_shapes.h"
 #include "show/plan_chart.h"
 #include "show/regional_curve.h"

@@ -1,10 +1,11 @@
 #include "chart/ax_grapher.h"
 #include "core/workspace.h"
 #include "edit/zoom.h"
+#include "show/crosshair_lines.h"
 #include "show/model_charts.h"
 #include "show/plan_chart.h"
 
-// The charts of a line as a person zooms and pans them by hand.
+// The charts of a line as a person zooms, pans and reads them off by hand.
 namespace anomalis::show {
 
 void ModelCharts::follow_view(int leader, const Workspace& workspace, const edit::ViewState& view) {

@@ -235,9 +235,10 @@ TEST(ChartInput, a_key_that_nobody_used_is_left_to_whoever_stands_behind_the_cha
     EXPECT_FALSE(rig.chart.HandleKeyDown(46, 0));
     EXPECT_FALSE(rig.chart.HandleKeyDown(48, 2)) << "with Control it is a command";
     EXPECT_TRUE(rig.chart.HandleKeyDown(48, 0));
+    EXPECT_TRUE(rig.chart.HandleKeyDown(39, 2)) << "with Control the arrows pan where plain ones move a body";
     EXPECT_TRUE(rig.chart.HandleKeyDown(107, 1)) << "plus is a shifted key on many keyboards";
     EXPECT_FALSE(rig.chart.HandleKeyUp(48, 0));
-    EXPECT_EQ(rig.log.count("KeyDown"), 5) << "all of them are told";
+    EXPECT_EQ(rig.log.count("KeyDown"), 6) << "all of them are told";
     rig.log.swallow_keys = true;
     EXPECT_TRUE(rig.chart.HandleKeyDown(112, 0));
 }

@@ -214,10 +214,14 @@ TEST(ModelView, the_charts_stay_in_line_while_a_wheel_turns_on_one_of_them) {
 TEST(ModelView, the_zoom_list_overrules_a_gesture) {
     show::ChartSample sample;
     sample.view->display_model();
-    sample.chart(edit::chart_mag).HandleWheel(0, 480, 7000, 1500);
+    sample.chart(edit::chart_mag).HandleWheel(0, 960, 12000, 1500);
+    const chart::Rect by_hand = sample.chart(edit::chart_mag).ViewLimits();
     sample.view->choose_zoom_factor(3);
     for (int i = 0; i < edit::model_chart_count; ++i)
         EXPECT_NEAR(sample.chart(i).ViewLimits().width(), edit::LineSample::length / 2, 0.01);
+    EXPECT_FALSE(sample.window.by_hand);
+    EXPECT_LT(sample.chart(edit::chart_mag).ViewLimits().x_low, by_hand.x_low) << "about what was shown";
+    EXPECT_GT(sample.chart(edit::chart_mag).ViewLimits().x_high, by_hand.x_high);
 }
 
 TEST(ModelView, a_sheet_without_depth_follows_the_vertical_zoom) {
