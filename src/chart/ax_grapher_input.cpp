@@ -180,8 +180,9 @@ void AX_Grapher::HandleMouseUp(int button, int shift, float x, float y) {
             return;
         }
         state.gesture.right_click = false;
-        state.pointer = surface_point(state, x, y);
-        const bool moved = handle(state, [&] { release(state, *state.pointer); });
+        const Point at = surface_point(state, x, y);
+        const bool moved = handle(state, [&] { release(state, at); });
+        if (moved) state.pointer = at;
         if (had_box) show_top_layer(state);
         if (state.events == nullptr) return;
         state.events->MouseUp(button, shift, x, y);

@@ -296,8 +296,9 @@ void ModelCharts::draw_plan(const Workspace& workspace, const edit::ViewState& v
 void ModelCharts::refresh_plan(const Workspace& workspace, const edit::ViewState& view, Faults& faults) {
     plan().ClearSavedGraphics();
     if (ensemble_) record_plan_ghosts(plan(), workspace, *ensemble_);
-    record_plan(plan(), workspace, view, plan_polygons_, faults);
+    // The bodies lie over the numbers: they are what the plan is looked at for.
     record_distances(plan(), workspace, window_interval(view.window_span));
+    record_plan(plan(), workspace, view, plan_polygons_, faults);
     plan().RefreshGraph(1);
 }
 

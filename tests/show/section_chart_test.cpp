@@ -225,8 +225,9 @@ TEST(SectionChart, the_label_stands_over_no_body) {
         const double width = chart.TextWidth("Burial depth: 40.40");
         const chart::Point at = name->points[0];
         const chart::Rect box{at.x, at.x + width, at.y - 330, at.y + 165};
+        // A body's outline is told with its first point once more; the frame has four.
         for (const auto& outline : sample.overlay(Kind::polygon_outline))
-            EXPECT_FALSE(covers(box, outline.points)) << number;
+            EXPECT_TRUE(outline.points.size() == 4 || !covers(box, outline.points)) << number;
         body.name = "other";
     }
 }
