@@ -185,7 +185,7 @@ void one_large_chart(benchmark::State& state) {
     contents.most_noise = 0;
     Pane single(page_width, page_height, contents);
     contents.calculated = true;
-    contents.bodies = 50;
+    contents.bodies = 10;
     Pane pane(page_width, page_height, contents);
     const QPolygonF line = pane.line();
     QImage bare(pane.pixels(), QImage::Format_ARGB32_Premultiplied);

@@ -144,10 +144,12 @@ void draw_chart_on_base(GrapherState& state) {
     } else {
         open_base(state);
         draw_lower(state);
+        if (!state.series.empty()) frame_on_top(state);
         state.lower.keep(state);
     }
     draw_upper(state);
-    if (!state.series.empty()) frame_on_top(state);
+    // What is above has covered the frame of the kept picture.
+    if (state.series.series_count() > 1) frame_on_top(state);
 }
 
 /// The base picture anew: background, then the chart where there is room for one.
