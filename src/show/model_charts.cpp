@@ -95,6 +95,8 @@ void ModelCharts::take_preferences(const Preferences& preferences) {
     calculated_ = preferences.calculated;
     susceptibility_unit_ = preferences.susceptibility_unit;
     for (int i = 0; i < edit::profile_chart_count; ++i) chart(i).DisplayLegend(preferences.legend);
+    for (chart::AX_Grapher* chart : charts_) chart->LightGrid(preferences.grid);
+    plan().LightGrid(preferences.grid);
 }
 
 void ModelCharts::set_display_axes(bool on) {

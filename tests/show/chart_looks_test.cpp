@@ -150,4 +150,15 @@ TEST(ChartLooks, the_section_has_a_scale_while_colours_tell_a_quantity) {
     EXPECT_FALSE(has(picture_texts(section), "Susceptibility (SI)"));
 }
 
+TEST(ChartLooks, a_light_grid_is_on_every_chart_by_preference) {
+    ChartSample sample;
+    Preferences preferences;
+    for (const bool grid : {true, false}) {
+        preferences.grid = grid;
+        sample.view->charts().take_preferences(preferences);
+        for (int i = 0; i < edit::model_chart_count; ++i) EXPECT_EQ(sample.chart(i).LightGrid(), grid) << i;
+        EXPECT_EQ(sample.plan().LightGrid(), grid);
+    }
+}
+
 }  // namespace anomalis::show
