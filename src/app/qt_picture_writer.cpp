@@ -22,6 +22,7 @@ class QtPictureWriter : public batch::PictureWriter {
 
     int write(Session& session, const batch::PictureRequest& request) override {
         start();
+        if (request.view == batch::page_view) return write_page(session, request);
         return window::write_model_picture(session, request.path, request.view, request.width,
                                            request.height);
     }
@@ -34,6 +35,14 @@ class QtPictureWriter : public batch::PictureWriter {
     }
 
   private:
+    static int write_page(Session& session, const batch::PictureRequest& request) {
+        show::Paper paper{};
+        for (const show::PaperName& known : show::paper_names())
+            if (known.name == request.paper) paper = known.paper;
+        return window::write_figure(session, request.path,
+                                    {show::sheet_size(paper, request.landscape), request.title});
+    }
+
     void start() {
         if (application_) return;
         qputenv("QT_QPA_PLATFORM", "offscreen");

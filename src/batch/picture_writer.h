@@ -20,7 +20,12 @@ struct PictureRequest {
     std::string view = "section";  ///< a name of `page_views`
     int width = 1600;              ///< pixels
     int height = 1000;
+    /// The view "page": a sheet of paper in place of so many pixels.
+    std::string paper = "a4";  ///< a name of `show::paper_names`
+    bool landscape = false;
+    std::string title;  ///< "": the name of the model
 };
+inline constexpr const char* page_view = "page";
 
 /// What `map` is asked for.
 struct MapRequest {

@@ -1,6 +1,7 @@
 #include "batch/command.h"
 #include "batch/commands.h"
 #include "batch/picture_options.h"
+#include "show/figure_page.h"
 #include "show/page_view.h"
 
 namespace anomalis::batch {
@@ -10,6 +11,13 @@ namespace {
 std::vector<std::string> view_names() {
     std::vector<std::string> names;
     for (const show::PageView& view : show::page_views) names.emplace_back(view.name);
+    names.emplace_back(page_view);
+    return names;
+}
+
+std::vector<std::string> paper_choices() {
+    std::vector<std::string> names;
+    for (const show::PaperName& paper : show::paper_names()) names.emplace_back(paper.name);
     return names;
 }
 
@@ -35,7 +43,20 @@ void RenderCommand::declare(OptionList& options) {
     add_picture_options(options, picture.path, picture.width, picture.height);
     options.choice("--view", picture.view, view_names(),
                    "section: the curves over the section; plan: the curves over the plan; curves: without "
-                   "either; or one chart alone");
+                   "either; one chart alone; page: the whole model on a sheet of paper, with the table of "
+                   "bodies");
+    options.choice("--paper", picture.paper, paper_choices(), "Sheet of the page");
+    options.flag("--landscape", picture.landscape, "The page lies on its long side");
+    options.text("--title", picture.title, "Title of the page [the name of the model]");
+    options.at_end("--view", [&picture]() -> std::string {
+        const PictureRequest usual;
+        const bool page = picture.view == page_view;
+        if (!page && (picture.paper != usual.paper || picture.landscape || !picture.title.empty()))
+            return "--paper, --landscape and --title are for the view page";
+        if (page && (picture.width != usual.width || picture.height != usual.height))
+            return "a page has the size of its --paper, not --size";
+        return {};
+    });
 }
 
 }  // namespace

@@ -2,7 +2,7 @@
 
 #include "core/failure.h"
 #include "core/paths.h"
-#include "core/session.h"
+#include "edit/workbench.h"
 #include "flow/kept_files.h"
 #include "model/refresh_model.h"
 #include "output/dxf.h"
@@ -12,7 +12,7 @@ namespace anomalis::flow {
 namespace {
 
 template <class Write>
-void export_drawing(Session& session, const std::string& title, const std::string& ending, Write write) {
+Exported export_drawing(Session& session, const std::string& title, const std::string& ending, Write write) {
     const MessageScope scope(session.prompts);
     const std::string folder = current_folder();
     const std::string& model = session.workspace.model_file;
@@ -22,28 +22,35 @@ void export_drawing(Session& session, const std::string& title, const std::strin
     request.default_name = model.empty() ? "" : folder_name(model) + base_name(model) + ending;
     request.default_extension = "dxf";
     request.confirm_overwrite = true;
+    Exported exported{ExportOutcome::cancelled, ""};
     const auto path = session.save_file_dialog(request);
-    if (path && !refused_over_open_file("The drawing", *path, session.workspace, session.prompts)) {
+    if (path && refused_over_open_file("The drawing", *path, session.workspace, session.prompts)) {
+        exported.outcome = ExportOutcome::failed;
+    } else if (path) {
         // What is drawn is the model as it stands, also when no chart has shown it yet.
         const int status =
             report_failure(session.prompts, "Nothing was exported: ", [&] { model::refresh_model(session); });
-        if (status == 0 && write(*path) == 0) session.prompts.remark("Output complete");
+        exported = status == 0 && write(*path) == 0 ? Exported{ExportOutcome::written, *path}
+                                                    : Exported{ExportOutcome::failed, ""};
     }
     change_to_folder(folder);
+    return exported;
 }
 
 }  // namespace
 
-void export_body_dxf(Session& session) {
-    if (session.workspace.body_count <= 0) return;
-    export_drawing(session, "Enter name of 3D model DXF export file", "_3d.dxf",
-                   [&](const std::string& path) {
-                       return output::write_body_dxf(path, session.workspace, session.prompts);
-                   });
+Exported export_body_dxf(edit::Workbench& workbench) {
+    Session& session = workbench.session;
+    if (session.workspace.body_count <= 0) return {};
+    return export_drawing(session, "Enter name of 3D model DXF export file", "_3d.dxf",
+                          [&](const std::string& path) {
+                              return output::write_body_dxf(path, session.workspace, session.prompts);
+                          });
 }
 
-void export_plan_dxf(Session& session) {
-    export_drawing(session, "Enter name of DXF export file", ".dxf", [&](const std::string& path) {
+Exported export_plan_dxf(edit::Workbench& workbench) {
+    Session& session = workbench.session;
+    return export_drawing(session, "Enter name of DXF export file", ".dxf", [&](const std::string& path) {
         return output::write_plan_dxf(path, session.workspace, session.prompts);
     });
 }

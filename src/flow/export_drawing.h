@@ -1,14 +1,12 @@
 #pragma once
 
-namespace anomalis {
-class Session;
-}  // namespace anomalis
+#include "flow/export_flow.h"
 
 namespace anomalis::flow {
 
-/// The two commands of the menu: ask for a name, bring the model up to date, write, tell. The first does
-/// nothing without bodies.
-void export_body_dxf(Session& session);
-void export_plan_dxf(Session& session);
+/// The two commands of the menu: ask for a name, bring the model up to date, write. Without bodies there are
+/// no bodies to draw.
+Exported export_body_dxf(edit::Workbench& workbench);
+Exported export_plan_dxf(edit::Workbench& workbench);
 
 }  // namespace anomalis::flow

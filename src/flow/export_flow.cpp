@@ -26,15 +26,15 @@ std::string proposed_name(const Workspace& workspace, const std::string& ending)
 
 /// Asks, calculates what is out of date, writes. `write` returns 0 or -1; it is handed what the table must
 /// say of the numbers in it.
-ExportOutcome export_file(
+Exported export_file(
     edit::Workbench& workbench, const FileRequest& request,
     const std::function<int(const std::string& path, const std::vector<std::string>& failures)>& write) {
     Session& session = workbench.session;
     const std::string folder = current_folder();
-    ExportOutcome outcome = ExportOutcome::cancelled;
+    Exported exported{ExportOutcome::cancelled, ""};
     const auto path = ask_save_path(session.prompts, request);
     if (path && refused_over_open_file("The export", *path, session.workspace, session.prompts)) {
-        outcome = ExportOutcome::failed;
+        exported.outcome = ExportOutcome::failed;
     } else if (path) {
         const MessageScope scope(session.prompts);
         std::vector<std::string> failures;
@@ -43,24 +43,24 @@ ExportOutcome export_file(
             // What a body failed with was told when it was calculated, perhaps long ago.
             failures = model::calculation_failures(session);
         });
-        outcome = status == 0 && write(*path, failures) == 0 ? ExportOutcome::written : ExportOutcome::failed;
-        if (outcome == ExportOutcome::written) session.prompts.remark("Output complete");
+        exported = status == 0 && write(*path, failures) == 0 ? Exported{ExportOutcome::written, *path}
+                                                              : Exported{ExportOutcome::failed, ""};
     }
     change_to_folder(folder);
-    return outcome;
+    return exported;
 }
 
 using MapWriter = std::function<int(const std::string& path, const Workspace& workspace, Prompts& prompts,
                                     const std::vector<std::string>& failures)>;
 
-ExportOutcome export_map(edit::Workbench& workbench, const FileRequest& request, const MapWriter& write) {
+Exported export_map(edit::Workbench& workbench, const FileRequest& request, const MapWriter& write) {
     Session& session = workbench.session;
     const Workspace& workspace = session.workspace;
-    if (workspace.station_count <= 0 && workspace.body_count <= 0) return ExportOutcome::nothing;
+    if (workspace.station_count <= 0 && workspace.body_count <= 0) return {};
     // Better said before a name is asked for.
     const int known = report_failure(
         session.prompts, "Nothing was exported: ", [&] { output::require_coordinate_system(workspace); });
-    if (known != 0) return ExportOutcome::failed;
+    if (known != 0) return {ExportOutcome::failed, ""};
     return export_file(workbench, request,
                        [&](const std::string& path, const std::vector<std::string>& failures) {
                            return write(path, workspace, session.prompts, failures);
@@ -69,9 +69,9 @@ ExportOutcome export_map(edit::Workbench& workbench, const FileRequest& request,
 
 }  // namespace
 
-ExportOutcome export_profile_data(edit::Workbench& workbench) {
+Exported export_profile_data(edit::Workbench& workbench) {
     Session& session = workbench.session;
-    if (session.workspace.station_count <= 0) return ExportOutcome::nothing;
+    if (session.workspace.station_count <= 0) return {};
     const FileRequest request{"Select the profile data file to create",
                               "Profile Data Files (*.csv)|*.csv|All files (*.*)|*.*",
                               proposed_name(session.workspace, ".csv"), "csv"};
@@ -81,9 +81,9 @@ ExportOutcome export_profile_data(edit::Workbench& workbench) {
         });
 }
 
-ExportOutcome export_clean_profile(edit::Workbench& workbench) {
+Exported export_clean_profile(edit::Workbench& workbench) {
     Session& session = workbench.session;
-    if (session.workspace.station_count <= 0) return ExportOutcome::nothing;
+    if (session.workspace.station_count <= 0) return {};
     const FileRequest request{"Select the clean profile table to create",
                               "Tables (*.csv)|*.csv|All files (*.*)|*.*",
                               proposed_name(session.workspace, "_profile_clean.csv"), "csv"};
@@ -93,9 +93,9 @@ ExportOutcome export_clean_profile(edit::Workbench& workbench) {
         });
 }
 
-ExportOutcome export_clean_model(edit::Workbench& workbench) {
+Exported export_clean_model(edit::Workbench& workbench) {
     Session& session = workbench.session;
-    if (session.workspace.body_count <= 0) return ExportOutcome::nothing;
+    if (session.workspace.body_count <= 0) return {};
     const FileRequest request{"Select the clean table of bodies to create",
                               "Tables (*.csv)|*.csv|All files (*.*)|*.*",
                               proposed_name(session.workspace, "_model_clean.csv"), "csv"};
@@ -105,7 +105,7 @@ ExportOutcome export_clean_model(edit::Workbench& workbench) {
         });
 }
 
-ExportOutcome export_geojson(edit::Workbench& workbench) {
+Exported export_geojson(edit::Workbench& workbench) {
     return export_map(
         workbench,
         {"Select the GeoJSON file to create", "GeoJSON (*.geojson)|*.geojson|All files (*.*)|*.*",
@@ -113,7 +113,7 @@ ExportOutcome export_geojson(edit::Workbench& workbench) {
         output::write_geojson);
 }
 
-ExportOutcome export_geopackage(edit::Workbench& workbench, output::GisSystem system) {
+Exported export_geopackage(edit::Workbench& workbench, output::GisSystem system) {
     return export_map(workbench,
                       {"Select the GeoPackage to create", "GeoPackages (*.gpkg)|*.gpkg|All files (*.*)|*.*",
                        proposed_name(workbench.session.workspace, ".gpkg"), "gpkg"},
@@ -123,10 +123,10 @@ ExportOutcome export_geopackage(edit::Workbench& workbench, output::GisSystem sy
                       });
 }
 
-ExportOutcome export_ensemble(edit::Workbench& workbench) {
+Exported export_ensemble(edit::Workbench& workbench) {
     Session& session = workbench.session;
     const auto ensemble = edit::ensemble_in_force(workbench);
-    if (!ensemble) return ExportOutcome::nothing;
+    if (!ensemble) return {};
     const FileRequest request{"Select the table of models to create",
                               "Tables (*.csv)|*.csv|All files (*.*)|*.*",
                               proposed_name(session.workspace, "_uncertainty.csv"), "csv"};

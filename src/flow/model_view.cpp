@@ -112,13 +112,19 @@ const Workspace& ModelView::shown_model() const {
 /// Ghosts and fan go as soon as the model is another one.
 template <class Draw>
 void ModelView::draw_shown(const Draw& draw) {
-    struct CurrentBody {
-        int& number;
-        const int kept;
-        ~CurrentBody() { number = kept; }
-    } const current{workbench_.view.current_body, workbench_.view.current_body};
-    if (preview_) current.number = 0;
-    const bool ensemble = workbench_.view.show_ensemble && !preview_;
+    edit::ViewState& view = workbench_.view;
+    struct Marks {
+        edit::ViewState& view;
+        const int number = view.current_body;
+        const bool highlight = view.highlight_on;
+        ~Marks() {
+            view.current_body = number;
+            view.highlight_on = highlight;
+        }
+    } const kept{view};
+    if (preview_) view.current_body = 0;
+    if (plain_) view.highlight_on = false;
+    const bool ensemble = view.show_ensemble && !preview_;
     charts_.take_preferences(workbench_.session.preferences);
     charts_.set_ensemble(ensemble ? edit::ensemble_in_force(workbench_) : nullptr);
     draw(shown_model());
@@ -221,6 +227,11 @@ void ModelView::update_section_or_plan_view(bool show_plan) {
 void ModelView::force_recalc() {
     reset_calculated_data(workbench_.session.workspace, workbench_.session.prompts);
     display_model();
+}
+
+void ModelView::set_plain(bool plain) {
+    if (std::exchange(plain_, plain) == plain || !workbench_.view.highlight_on) return;
+    workbench_.view.show_plan ? display_plan_view() : display_maginv_model(edit::chart_section);
 }
 
 void ModelView::choose_zoom_factor(int list_index) {

@@ -89,6 +89,8 @@ class ModelView {
     void show_preview(const Workspace& model);
     /// The open model as its rows stand.
     void end_preview();
+    /// Section and plan without the mark of the current body while it is true: for pictures.
+    void set_plain(bool plain);
     bool previewing() const { return preview_ != nullptr; }
 
     void choose_zoom_factor(int list_index);
@@ -132,6 +134,7 @@ class ModelView {
     std::array<std::unique_ptr<ChartLink>, edit::model_chart_count + 1> links_;
     show::GeographicPlaces places_;
     const Workspace* preview_ = nullptr;
+    bool plain_ = false;
     bool calculating_ = false;  ///< what is served meanwhile must not begin another calculation
 };
 

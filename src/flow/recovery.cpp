@@ -1,14 +1,13 @@
 #include "flow/recovery.h"
 
 #include <algorithm>
-#include <array>
-#include <ctime>
 #include <filesystem>
 #include <optional>
 #include <system_error>
 #include <utility>
 
 #include "core/failure.h"
+#include "core/local_time.h"
 #include "core/paths.h"
 #include "core/safe_file.h"
 #include "edit/workbench.h"
@@ -85,13 +84,11 @@ enum class Answer : std::size_t { bring_back, discard, not_now };
 
 /// Closing the question decides nothing.
 Answer ask_about(Prompts& prompts, const KeptModel& kept) {
-    std::tm local{};
-    std::array<char, 32> time{};
-    if (::localtime_r(&kept.time, &local)) std::strftime(time.data(), time.size(), "%Y-%m-%d %H:%M", &local);
     const std::string& file = kept.origin.file;
     const std::string question =
         "Anomalis was not closed properly. It kept the model " +
-        (file.empty() ? std::string("without a name") : "of " + file_name(file)) + " on " + time.data() +
+        (file.empty() ? std::string("without a name") : "of " + file_name(file)) + " on " +
+        local_time_text(kept.time, "%Y-%m-%d %H:%M") +
         ".\n\nBring it back? \"Not now\" asks again at the next start, \"Discard\" removes it.";
     return static_cast<Answer>(prompts.choose(question, {"Bring back", "Discard", "Not now"}));
 }

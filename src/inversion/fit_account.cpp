@@ -2,13 +2,13 @@
 
 #include <Eigen/Core>
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <ctime>
 #include <iterator>
 #include <utility>
 
 #include "core/body_parameters.h"
+#include "core/local_time.h"
 #include "core/model_mark.h"
 #include "inversion/fit_errors.h"
 #include "inversion/fit_remarks.h"
@@ -29,14 +29,6 @@ constexpr double same_misfit = 0.01;
 constexpr float open_steps = 10;
 /// Residuals so few times what rounding makes have no likelihood to follow.
 constexpr double few_roundings = 10;
-
-std::string now() {
-    const std::time_t time = std::time(nullptr);
-    std::tm local{};
-    std::array<char, 32> text{};
-    if (::localtime_r(&time, &local)) std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%S", &local);
-    return text.data();
-}
 
 /// Profiles take fits: as many as are felt no more than the fit itself. Few parameters are cheap to fit
 /// again, and where a size is all but open each side of each of them takes some ten.
@@ -156,7 +148,7 @@ FittedChannel Account::fitted_channel(std::size_t c) const {
 FitRecord Account::record(const std::string& label) const {
     const Workspace& workspace = model_.workspace;
     FitRecord record;
-    record.date = now();
+    record.date = local_time_text(std::time(nullptr), "%Y-%m-%dT%H:%M:%S");
     record.formulas = workspace.formulas;
     record.method = InversionMethod::least_squares;
     record.channel = request_.channel;

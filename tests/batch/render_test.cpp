@@ -50,6 +50,40 @@ TEST(Render, the_section_is_drawn_when_nothing_else_is_said) {
     EXPECT_EQ(writer.asked.height, 1000);
 }
 
+TEST(Render, a_page_has_paper_orientation_and_title) {
+    const BatchFolder files;
+    RecordingWriter writer;
+    EXPECT_EQ(batch({"render", files.model, "-o", "a.pdf", "--view", "page", "--paper", "a3", "--landscape",
+                     "--title", "North"},
+                    &writer)
+                  .status,
+              0);
+    EXPECT_EQ(writer.asked.view, "page");
+    EXPECT_EQ(writer.asked.paper, "a3");
+    EXPECT_TRUE(writer.asked.landscape);
+    EXPECT_EQ(writer.asked.title, "North");
+    EXPECT_EQ(batch({"render", files.model, "-o", "a.pdf", "--view", "page"}, &writer).status, 0);
+    EXPECT_EQ(writer.asked.paper, "a4");
+    EXPECT_FALSE(writer.asked.landscape);
+}
+
+TEST(Render, pixels_and_paper_do_not_go_together) {
+    const BatchFolder files;
+    RecordingWriter writer;
+    for (const std::vector<std::string>& more :
+         std::vector<std::vector<std::string>>{{"--paper", "a3"},
+                                               {"--landscape"},
+                                               {"--title", "North"},
+                                               {"--view", "page", "--size", "80x60"}}) {
+        std::vector<std::string> words{"render", files.model, "-o", "a.pdf"};
+        words.insert(words.end(), more.begin(), more.end());
+        EXPECT_EQ(batch(words, &writer).status, 2) << more[0];
+    }
+    EXPECT_EQ(
+        batch({"render", files.model, "-o", "a.pdf", "--view", "page", "--paper", "a5"}, &writer).status, 2);
+    EXPECT_EQ(writer.pictures, 0);
+}
+
 TEST(Render, a_failed_picture_fails_the_command) {
     const BatchFolder files;
     RecordingWriter writer;

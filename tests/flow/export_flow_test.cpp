@@ -19,7 +19,7 @@ using ::testing::IsEmpty;
 
 TEST(ExportFlow, without_stations_nothing_is_asked) {
     edit::LineSample sample;
-    EXPECT_EQ(export_profile_data(sample.workbench), ExportOutcome::nothing);
+    EXPECT_EQ(export_profile_data(sample.workbench).outcome, ExportOutcome::nothing);
     EXPECT_THAT(sample.prompts.save_requests, IsEmpty());
 }
 
@@ -29,8 +29,10 @@ TEST(ExportFlow, the_profile_is_calculated_before_it_is_written) {
     sample.load();
     sample.workspace().model_file = "/survey/line 1.axm";
     sample.prompts.save_paths = {sample.folder.path("profile")};
-    EXPECT_EQ(export_profile_data(sample.workbench), ExportOutcome::written);
-    EXPECT_THAT(sample.prompts.messages, ElementsAre("Output complete"));
+    const Exported exported = export_profile_data(sample.workbench);
+    EXPECT_EQ(exported.outcome, ExportOutcome::written);
+    EXPECT_EQ(exported.path, sample.folder.path("profile.csv")) << "the ending was added";
+    EXPECT_THAT(sample.prompts.messages, IsEmpty()) << "who asked for it tells";
     EXPECT_EQ(sample.folder.read("profile.csv"), output::profile_table_text(sample.workspace()));
     EXPECT_NE(sample.workspace().mag.data(50, row_raw, stage_calculated), 0);
     EXPECT_GT(sample.workspace().stations(1, column_sensor), 0);
@@ -45,8 +47,8 @@ TEST(ExportFlow, a_cancel_or_a_no_says_nothing) {
     sample.load();
     const std::string old = sample.folder.write("old.csv", "old");
     sample.prompts.save_paths = {std::nullopt, old};
-    EXPECT_EQ(export_profile_data(sample.workbench), ExportOutcome::cancelled);
-    EXPECT_EQ(export_profile_data(sample.workbench), ExportOutcome::cancelled);
+    EXPECT_EQ(export_profile_data(sample.workbench).outcome, ExportOutcome::cancelled);
+    EXPECT_EQ(export_profile_data(sample.workbench).outcome, ExportOutcome::cancelled);
     EXPECT_THAT(sample.prompts.messages, IsEmpty());
     EXPECT_EQ(sample.folder.read("old.csv"), "old");
 }
@@ -55,21 +57,21 @@ TEST(ExportFlow, a_failure_is_told_and_is_not_complete) {
     edit::LineSample sample;
     sample.load();
     sample.prompts.save_paths = {sample.folder.path("no/such/a.csv")};
-    EXPECT_EQ(export_profile_data(sample.workbench), ExportOutcome::failed);
+    EXPECT_EQ(export_profile_data(sample.workbench).outcome, ExportOutcome::failed);
     EXPECT_EQ(sample.prompts.messages.size(), 1U);
     EXPECT_TRUE(sample.prompts.told("An error occurred while writing the file: "));
 }
 
 TEST(ExportFlow, clean_tables_are_calculated_and_written_under_names_of_their_own) {
     edit::LineSample sample;
-    EXPECT_EQ(export_clean_profile(sample.workbench), ExportOutcome::nothing);
-    EXPECT_EQ(export_clean_model(sample.workbench), ExportOutcome::nothing);
+    EXPECT_EQ(export_clean_profile(sample.workbench).outcome, ExportOutcome::nothing);
+    EXPECT_EQ(export_clean_model(sample.workbench).outcome, ExportOutcome::nothing);
     sample.add_body(1260, 60);
     sample.load();
     sample.workspace().model_file = sample.folder.path("line.axm");
     sample.prompts.save_paths = {sample.folder.path("p.csv"), sample.folder.path("m.csv")};
-    EXPECT_EQ(export_clean_profile(sample.workbench), ExportOutcome::written);
-    EXPECT_EQ(export_clean_model(sample.workbench), ExportOutcome::written);
+    EXPECT_EQ(export_clean_profile(sample.workbench).outcome, ExportOutcome::written);
+    EXPECT_EQ(export_clean_model(sample.workbench).outcome, ExportOutcome::written);
     EXPECT_EQ(sample.folder.read("p.csv"), output::clean_profile_table_text(sample.workspace()));
     EXPECT_EQ(sample.folder.read("m.csv"), output::clean_model_table_text(sample.workspace()));
     EXPECT_EQ(sample.prompts.save_requests[0].default_name, sample.folder.path("line_profile_clean.csv"));
@@ -85,10 +87,10 @@ TEST(ExportFlow, a_table_says_what_failed_however_long_ago_it_was_told) {
     sample.load();
     sample.prompts.save_paths = {sample.folder.path("p.csv"), sample.folder.path("q.csv"),
                                  sample.folder.path("c.csv"), sample.folder.path("m.csv")};
-    EXPECT_EQ(export_profile_data(sample.workbench), ExportOutcome::written);
-    EXPECT_EQ(export_profile_data(sample.workbench), ExportOutcome::written);
-    EXPECT_EQ(export_clean_profile(sample.workbench), ExportOutcome::written);
-    EXPECT_EQ(export_clean_model(sample.workbench), ExportOutcome::written);
+    EXPECT_EQ(export_profile_data(sample.workbench).outcome, ExportOutcome::written);
+    EXPECT_EQ(export_profile_data(sample.workbench).outcome, ExportOutcome::written);
+    EXPECT_EQ(export_clean_profile(sample.workbench).outcome, ExportOutcome::written);
+    EXPECT_EQ(export_clean_model(sample.workbench).outcome, ExportOutcome::written);
     const auto first_line = [&](const char* name) {
         const std::string text = sample.folder.read(name);
         return text.substr(0, text.find_first_of("\r\n"));
@@ -122,7 +124,7 @@ TEST(ExportFlow, nothing_is_exported_over_a_file_that_is_open) {
             sample.prompts.messages.clear();
             sample.prompts.yes_no = {true};
             sample.prompts.save_paths = {sample.folder.path(name)};
-            EXPECT_EQ(flow(sample.workbench), ExportOutcome::failed);
+            EXPECT_EQ(flow(sample.workbench).outcome, ExportOutcome::failed);
             ASSERT_EQ(sample.prompts.messages.size(), 1U);
             EXPECT_TRUE(sample.prompts.told("Nothing was written")) << sample.prompts.messages[0];
         }

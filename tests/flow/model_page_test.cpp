@@ -8,6 +8,8 @@
 
 #include "core/failure.h"
 #include "edit/line_sample.h"
+#include "edit/zoom.h"
+#include "flow/model_figure.h"
 #include "show/ensemble_shapes.h"
 #include "support/ensemble_sample.h"
 #include "support/recording_device.h"
@@ -181,6 +183,125 @@ TEST(ModelPage, a_sheet_too_small_for_anything_is_left_blank_or_told) {
     ModelPage small(page.session, {240, 240}, show::page_views[0], measuring_surface);
     small.draw(page.paper, chart::OutputTarget::metafile, chart::screen_mapping(240));
     EXPECT_EQ(page.paper.find_text("Model Section"), nullptr);
+}
+
+namespace {
+
+/// What was drawn, place by place on the sheet, whatever the mapping of its chart.
+struct Paper : chart::RecordingDevice {
+    Paper() : chart::RecordingDevice(1, 1) {}
+    void markers(const chart::MarkerShape& shape, std::span<const chart::Point> anchors) override {
+        chart::RecordingDevice::markers(shape, anchors);
+        for (chart::Point& at : entries.back().points) at = mapping.to_device(at);
+    }
+};
+
+struct Figure : edit::LineSample {
+    Figure() {
+        add_body(1260, 60).name = "Dyke";
+        add_body(1807, 20);
+        load();
+    }
+    FigureChoice choice(bool landscape = true) const {
+        return {show::sheet_size(show::Paper::a4, landscape), "Dykes of the north", std::nullopt, true};
+    }
+    void draw(const FigureChoice& what) {
+        ModelFigure figure(session, what, measuring_surface);
+        // A device unit is a surface unit.
+        chart::SurfaceMapping whole = chart::screen_mapping(what.size.height, 1, 1);
+        paper.forget();
+        figure.draw(0, paper, chart::OutputTarget::printer, whole);
+    }
+    /// How far apart the reference points of the two bodies are drawn, across.
+    double between_bodies() const {
+        std::vector<double> places;
+        for (const auto& entry : paper.of_kind(chart::RecordingDevice::Kind::markers))
+            if (entry.pen.colour == chart::black && entry.points.size() == 1)
+                places.push_back(entry.points[0].x);
+        return places.size() == 2 ? places[1] - places[0] : 0;
+    }
+    std::string text(std::string_view start) const {
+        for (const std::string& text : paper.texts())
+            if (text.starts_with(start)) return text;
+        return "";
+    }
+    ShownView shown() {
+        ShownView view{workbench.view, {}};
+        edit::reset_view(workspace(), view.view, prompts);
+        view.view.current_body = 1;
+        view.view.highlight_on = true;
+        return view;
+    }
+    Paper paper;
+};
+
+}  // namespace
+
+TEST(ModelFigure, holds_charts_facts_and_table_on_one_sheet) {
+    Figure figure;
+    figure.draw(figure.choice());
+    for (const char* words : {"Dykes of the north", "Residual Magnetic Field", "Calculated Vertical Gradient",
+                              "Residual Gravity", "Model Section", "Field", "Formulas", "Scale", "Magnetics",
+                              "Gravity", "Bodies", "Dyke", "Elevation"})
+        EXPECT_NE(figure.paper.find_text(words), nullptr) << words;
+    EXPECT_TRUE(figure.prompts.messages.empty());
+}
+
+TEST(ModelFigure, the_scale_is_that_of_the_paper) {
+    for (const bool landscape : {false, true}) {
+        Figure figure;
+        figure.draw(figure.choice(landscape));
+        const double metres = 1807 - 1260;
+        const double on_paper = figure.between_bodies() / chart::units_per_inch * 0.0254;
+        ASSERT_GT(on_paper, 0);
+        const std::string scale = figure.text("distance 1 : ");
+        EXPECT_NEAR(std::stod(scale.substr(13)), metres / on_paper, 0.006 * metres / on_paper) << scale;
+        EXPECT_NE(scale.find(", section with a vertical exaggeration of "), std::string::npos);
+    }
+}
+
+TEST(ModelFigure, shows_what_is_on_show_without_its_highlight) {
+    Figure figure;
+    FigureChoice choice = figure.choice();
+    choice.as_shown = figure.shown();
+    figure.draw(choice);
+    const double whole = figure.between_bodies();
+    EXPECT_GT(whole, 0);
+    for (const auto& entry : figure.paper.entries) EXPECT_NE(entry.pen.colour, 0xFF00FF);
+    edit::choose_zoom(figure.workspace(), choice.as_shown->view, 1.5F, figure.prompts);
+    figure.draw(choice);
+    EXPECT_NEAR(figure.between_bodies(), 1.5 * whole, 0.02 * whole);
+    choice.as_shown = figure.shown();
+    choice.as_shown->zooms[edit::chart_section] = {1.5, 0.6, 1, 0.5};
+    figure.draw(choice);
+    EXPECT_NEAR(figure.between_bodies(), 1.5 * whole, 0.02 * whole) << "zoomed by hand";
+    choice.as_shown = figure.shown();
+    choice.as_shown->view.show_plan = true;
+    figure.draw(choice);
+    EXPECT_NE(figure.paper.find_text("Plan"), nullptr);
+    EXPECT_EQ(figure.paper.find_text("Model Section"), nullptr);
+    EXPECT_NE(figure.text("distance 1 : ").find(", plan 1 : "), std::string::npos);
+    EXPECT_EQ(figure.workbench.view.show_plan, false) << "the view of the window stays";
+}
+
+TEST(ModelFigure, a_line_of_one_channel_and_without_bodies_has_a_figure_too) {
+    Figure figure;
+    figure.workspace().definition.mag_column = 0;
+    figure.workspace().body_count = 0;
+    figure.load();
+    figure.draw(figure.choice(false));
+    EXPECT_EQ(figure.paper.find_text("Magnetics"), nullptr);
+    EXPECT_EQ(figure.paper.find_text("Field"), nullptr);
+    EXPECT_NE(figure.paper.find_text("none"), nullptr);
+}
+
+TEST(ModelFigure, without_a_line_or_on_a_scrap_of_paper_there_is_none) {
+    Figure figure;
+    FigureChoice choice = figure.choice();
+    choice.size = {3000, 3000};
+    EXPECT_THROW(figure.draw(choice), Fault);
+    drop_stations(figure.workspace());
+    EXPECT_THROW(figure.draw(figure.choice()), Fault);
 }
 
 }  // namespace anomalis::flow

@@ -46,6 +46,20 @@ def check_batch(folder):
     check("could not be written" in to_stream.stderr, to_stream.stderr)
 
 
+def check_figures(folder):
+    """A page that does not fit leaves the old one, in every format."""
+    for ending in ("pdf", "svg", "emf", "png"):
+        out = os.path.join(folder, "page." + ending)
+        with open(out, "w") as old:
+            old.write("old")
+        drawn = subprocess.run([batch, "render", model, "--view", "page", "-o", out], preexec_fn=limited(1000),
+                               capture_output=True, text=True)
+        check(drawn.returncode == 1, f"{ending} ended with {drawn.returncode}: {drawn.stderr}")
+        check(f"File too large ({out})" in drawn.stderr, drawn.stderr)
+        check(open(out).read() == "old", ending + ": the old page stays")
+    check(len(os.listdir(folder)) == 4, "no half page stands beside them")
+
+
 def state_of(process):
     with open(f"/proc/{process.pid}/stat") as stat:
         return stat.read().rsplit(") ", 1)[1][0]
@@ -70,5 +84,7 @@ def check_window(folder):
 
 with tempfile.TemporaryDirectory() as folder:
     check_batch(folder)
+with tempfile.TemporaryDirectory() as folder:
+    check_figures(folder)
 with tempfile.TemporaryDirectory() as folder:
     check_window(folder)

@@ -120,6 +120,8 @@ void BodyHandTest::a_finger_takes_hold_from_further_off() {
 
 void BodyHandTest::a_picture_shows_no_handle() {
     InHand sample;
+    sample.body(1).colour = 0x00AA00;  // what is there without handle and highlight
+    sample.told();
     sample.widget().repaint();
     const auto shown = [&](const QImage& picture, QPoint at) { return picture.pixelColor(at); };
     const QPoint at = sample.pixel(HandleKind::place);

@@ -10,6 +10,7 @@ QObject* make_body_hand_test();
 QObject* make_calculation_watch_test();
 QObject* make_entry_gate_test();
 QObject* make_field_form_test();
+QObject* make_figure_test();
 QObject* make_find_test();
 QObject* make_first_work_test();
 QObject* make_form_charts_test();

@@ -24,6 +24,8 @@ class PictureTest : public QObject {
     void every_view_is_drawn_in_every_format();
     void a_name_is_a_text_in_an_svg_whatever_stands_in_it();
     void values_at_the_end_of_single_precision_give_a_sound_svg();
+    void a_figure_is_drawn_on_every_paper_in_every_format();
+    void a_figure_of_many_bodies_has_more_pages_in_a_pdf_alone();
 };
 
 namespace {
@@ -152,6 +154,37 @@ void PictureTest::values_at_the_end_of_single_precision_give_a_sound_svg() {
         QVERIFY2(found.error.isEmpty(), qPrintable(found.error));
         QVERIFY2(!has_no_number_word(svg), view.name.data());
     }
+}
+
+void PictureTest::a_figure_is_drawn_on_every_paper_in_every_format() {
+    Line line;
+    for (const show::PaperName& paper : show::paper_names())
+        for (const char* ending : {".svg", ".pdf", ".emf"})
+            QCOMPARE(write_figure(line.session, line.folder.path(std::string(paper.name) + ending),
+                                  {show::sheet_size(paper.paper, true), "North"}),
+                     0);
+    QCOMPARE(
+        write_figure(line.session, line.folder.path("a.png"), {show::sheet_size(show::Paper::letter, false)}),
+        0);
+    const QImage picture(QString::fromStdString(line.folder.path("a.png")));
+    QCOMPARE(picture.size(), QSize(2550, 3300));
+    const SvgTexts svg = texts_of_svg(line.folder.read("a4.svg"));
+    QVERIFY2(svg.error.isEmpty(), qPrintable(svg.error));
+    QVERIFY(svg.texts.contains("North") && svg.texts.contains("Formulas"));
+    QVERIFY(line.prompts.messages.empty());
+    QCOMPARE(write_figure(line.session, line.folder.path("a.pdf"), {{1000, 1000}}), -1);
+    QVERIFY(line.prompts.told("the sheet is too small for a figure"));
+}
+
+void PictureTest::a_figure_of_many_bodies_has_more_pages_in_a_pdf_alone() {
+    Line line;
+    for (int i = 0; i < 30; ++i) line.add_body(100 + 70 * i, 40).length.value = 100;
+    QCOMPARE(
+        write_figure(line.session, line.folder.path("a.pdf"), {show::sheet_size(show::Paper::a4, false)}), 0);
+    QCOMPARE(QByteArray::fromStdString(line.folder.read("a.pdf")).count("/Type /Page\n"), 2);
+    QCOMPARE(
+        write_figure(line.session, line.folder.path("a.svg"), {show::sheet_size(show::Paper::a4, false)}), 0);
+    QVERIFY(texts_of_svg(line.folder.read("a.svg")).texts.filter(" more bodies, in a PDF").size() == 1);
 }
 
 QObject* make_picture_test() {

@@ -172,6 +172,8 @@ void keep_pictures(const QString& folder, const QString& workspaces) {
             keep(sample, folder, name + "_model" + suffix);
             take_screenshot(*sample.form, sample.form->workbench(), flow::ScreenshotKind::form)
                 .save(folder + "/" + name + "_screenshot" + suffix + ".png");
+            keep_form(folder + "/" + name + "_figure" + suffix + ".png", 0,
+                      [&] { sample.find<QAction>("menu_print_figure").trigger(); });
             ChartsPanel& charts = sample.form->charts();
             charts.view().select_body(3);
             keep_hand(sample, charts.chart_widget(edit::chart_section), 0, folder, name + "_hand" + suffix);

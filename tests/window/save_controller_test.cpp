@@ -2,20 +2,19 @@
 
 #include <QApplication>
 #include <QClipboard>
-#include <QFileDialog>
+#include <QDesktopServices>
 #include <QFileInfo>
 #include <QGridLayout>
 #include <QLineEdit>
 #include <QMenu>
-#include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRegularExpression>
-#include <QTimer>
 
 #include "core/paths.h"
 #include "output/clean_tables.h"
 #include "output/tables.h"
+#include "window/file_dialog_answer.h"
 #include "window/form_sample.h"
 #include "window/form_tests.h"
 #include "window/panels/chart_file_dialogs.h"
@@ -40,6 +39,7 @@ class SaveControllerTest : public QObject {
     void recent_files_that_vanished_are_told_and_not_listed_at_the_next_start();
     void exports_write_calculated_numbers();
     void drawings_are_written();
+    void a_done_export_leads_to_its_folder();
     void exports_without_a_line_ask_nothing();
     void pictures_go_beside_the_model_and_to_the_clipboard();
     void without_a_model_file_a_picture_is_on_the_clipboard_alone();
@@ -55,28 +55,6 @@ struct Opened : FormSample {
     void trigger(const char* name) { find<QAction>(name).trigger(); }
     bool exists(const char* name) { return !file_exists(folder.path(name)).empty(); }
     TempFolder folder;
-};
-
-/// Types a name into the file dialog that comes next, and agrees to whatever is asked of it.
-class FileDialogAnswer {
-  public:
-    explicit FileDialogAnswer(const QString& path) {
-        QObject::connect(&timer_, &QTimer::timeout, &timer_, [path] {
-            QWidget* shown = QApplication::activeModalWidget();
-            if (auto* question = qobject_cast<QMessageBox*>(shown)) {
-                question->button(QMessageBox::Yes)->click();
-            } else if (auto* dialog = qobject_cast<QFileDialog*>(shown)) {
-                // Typed, for a name that is selected is not taken while its box has the keys.
-                dialog->findChild<QLineEdit*>("fileNameEdit")->setText(path);
-                // Not within the timer, which would not tick for a question that accepting asks.
-                QMetaObject::invokeMethod(dialog, "accept", Qt::QueuedConnection);
-            }
-        });
-        timer_.start(20);
-    }
-
-  private:
-    QTimer timer_;
 };
 
 QStringList entries_of(QMenu& menu) {
@@ -270,10 +248,11 @@ void SaveControllerTest::exports_write_calculated_numbers() {
     for (const char* entry : {"menu_export_data", "menu_export_clean_0", "menu_export_clean_1"})
         sample.trigger(entry);
     const Workspace& workspace = sample.session.workspace;
+    QVERIFY2(sample.prompts.messages.empty(), "no box stands in the way");
+    QCOMPARE(sample.status(1), QString("Output complete. bodies.csv"));
     QCOMPARE(sample.folder.read("profile.csv"), output::profile_table_text(workspace));
     QCOMPARE(sample.folder.read("rows.csv"), output::clean_profile_table_text(workspace));
     QCOMPARE(sample.folder.read("bodies.csv"), output::clean_model_table_text(workspace));
-    QCOMPARE(sample.prompts.messages, std::vector<std::string>(3, "Output complete"));
 }
 
 void SaveControllerTest::drawings_are_written() {
@@ -283,7 +262,38 @@ void SaveControllerTest::drawings_are_written() {
     sample.trigger("menu_export_dxf_1");
     QVERIFY(sample.folder.read("solids.dxf").find("3DFACE") != std::string::npos);
     QVERIFY(sample.folder.read("plan.dxf").find("POLYLINE") != std::string::npos);
-    QCOMPARE(sample.prompts.messages, std::vector<std::string>(2, "Output complete"));
+    QVERIFY(sample.prompts.messages.empty());
+    QCOMPARE(sample.status(1), QString("Output complete. plan.dxf"));
+}
+
+/// Takes what the desktop is asked to open.
+class OpenedUrls : public QObject {
+    Q_OBJECT
+
+  public:
+    OpenedUrls() { QDesktopServices::setUrlHandler("file", this, "take"); }
+    ~OpenedUrls() override { QDesktopServices::unsetUrlHandler("file"); }
+    QList<QUrl> urls;
+
+  public slots:
+    void take(const QUrl& url) { urls << url; }
+};
+
+void SaveControllerTest::a_done_export_leads_to_its_folder() {
+    Opened sample;
+    OpenedUrls opened;
+    sample.prompts.save_paths = {sample.folder.path("rows.csv"), std::nullopt};
+    auto& link = sample.find<QPushButton>("StatusBar_link");
+    sample.trigger("menu_export_clean_0");
+    QCOMPARE(link.text(), QString("Show in folder"));
+    QVERIFY(!link.isHidden());
+    link.click();
+    QCOMPARE(opened.urls.size(), 1);
+    QCOMPARE(QFileInfo(opened.urls[0].toLocalFile()).canonicalFilePath(),
+             QFileInfo(QString::fromStdString(sample.folder.folder())).canonicalFilePath());
+    QTest::qWait(1);
+    sample.trigger("menu_export_clean_0");
+    QVERIFY2(link.isHidden(), "a cancelled one tells nothing");
 }
 
 void SaveControllerTest::exports_without_a_line_ask_nothing() {
@@ -370,8 +380,8 @@ void SaveControllerTest::a_picture_of_a_chart_spares_the_files_that_are_open() {
     ChartFileDialogs dialogs(sample.form->workbench());
     for (const std::string& path : {workspace.definition.data_file, workspace.model_file, other}) {
         FileDialogAnswer answer(QString::fromStdString(path));
-        const auto chosen = dialogs.save_path(nullptr, "Picture", "All files (*)",
-                                              QFileInfo(QString::fromStdString(path)).suffix());
+        const auto chosen = dialogs.save_path(
+            nullptr, {"Picture", "All files (*)", QFileInfo(QString::fromStdString(path)).suffix(), "chart"});
         QCOMPARE(chosen.has_value(), path == other);
     }
     QCOMPARE(sample.prompts.messages.size(), std::size_t{2});

@@ -20,11 +20,14 @@ int show_plain(QWidget* parent, QMessageBox::Icon icon, const QString& text,
 
 }  // namespace
 
-std::optional<QString> ChartDialogs::save_path(QWidget* parent, const QString& title, const QString& filter,
-                                               const QString& extension) {
-    const QString path = QFileDialog::getSaveFileName(parent, title, QString(), filter);
+QString ChartDialogs::ask_path(QWidget* parent, const SaveQuestion& question) {
+    return QFileDialog::getSaveFileName(parent, question.title, question.proposal, question.filter);
+}
+
+std::optional<QString> ChartDialogs::save_path(QWidget* parent, const SaveQuestion& question) {
+    const QString path = ask_path(parent, question);
     if (path.isEmpty()) return {};
-    const QString whole = with_extension(path, extension);
+    const QString whole = with_extension(path, question.extension);
     // The dialog asked about the name as it was typed.
     if (whole != path && QFileInfo::exists(whole) &&
         !ask(parent, QFileInfo(whole).fileName() + " already exists. Replace it?"))
@@ -44,6 +47,10 @@ bool ChartDialogs::ask(QWidget* parent, const QString& question) {
 
 void ChartDialogs::message(QWidget* parent, const QString& text) {
     show_plain(parent, QMessageBox::Information, text, QMessageBox::Ok);
+}
+
+void ChartDialogs::done(QWidget* parent, const QString& text, const QString&) {
+    message(parent, text);
 }
 
 bool ChartDialogs::choose_printer(QWidget* parent, QPrinter& printer) {

@@ -10,6 +10,7 @@
 #include <QMimeData>
 #include <QPrintPreviewDialog>
 #include <QPrinter>
+#include <QRegularExpression>
 
 #include "chart/qt/chart_dialogs.h"
 #include "chart/qt/chart_printing.h"
@@ -44,12 +45,25 @@ void attempt(GrapherWidget& widget, const QString& prefix, const std::function<v
     }
 }
 
+/// While it lives the chart shows nothing that is for the screen alone.
+class PlainChart {
+  public:
+    explicit PlainChart(GrapherWidget& widget) : widget_(widget) { widget_.tell_picture(true); }
+    ~PlainChart() { widget_.tell_picture(false); }
+    PlainChart(const PlainChart&) = delete;
+    PlainChart& operator=(const PlainChart&) = delete;
+
+  private:
+    GrapherWidget& widget_;
+};
+
 QByteArray qt_bytes(const std::string& bytes) {
     return {bytes.data(), static_cast<qsizetype>(bytes.size())};
 }
 
 void copy_bitmap(GrapherWidget& widget) {
     attempt(widget, "An error occurred while copying the chart: ", [&] {
+        const PlainChart plain(widget);
         const std::string png = chart_bytes(PictureFormat::png, widget.chart(), widget.devicePixelRatioF());
         QApplication::clipboard()->setImage(QImage::fromData(qt_bytes(png), "PNG"));
     });
@@ -57,6 +71,7 @@ void copy_bitmap(GrapherWidget& widget) {
 
 void copy_vector(GrapherWidget& widget) {
     attempt(widget, "An error occurred while copying the chart: ", [&] {
+        const PlainChart plain(widget);
         auto data = std::make_unique<QMimeData>();
         data->setData("image/svg+xml", qt_bytes(chart_bytes(PictureFormat::svg, widget.chart())));
         data->setData("application/pdf", qt_bytes(chart_bytes(PictureFormat::pdf, widget.chart())));
@@ -65,16 +80,28 @@ void copy_vector(GrapherWidget& widget) {
     });
 }
 
+/// A name for a file, from the chart's title: "residual_magnetic_field".
+QString file_title(GrapherWidget& widget) {
+    QString name = QString::fromStdString(widget.chart().Title()).toLower().simplified();
+    name.replace(QRegularExpression("[^\\p{L}\\p{N}]+"), "_");
+    return name.isEmpty() ? QString("chart") : name;
+}
+
 void save_as(GrapherWidget& widget, PictureFormat format, const QString& upper, const QString& extension) {
     const auto path =
-        widget.dialogs().save_path(&widget, "Enter name of " + upper + " export file",
-                                   upper + " files (*." + extension + ");;All files (*)", extension);
+        widget.dialogs().save_path(&widget, {"Enter name of " + upper + " export file",
+                                             upper + " files (*." + extension + ");;All files (*)", extension,
+                                             file_title(widget) + "." + extension});
     if (!path) return;
     attempt(widget, "An error occurred while performing the " + upper + " Export: ", [&] {
         const std::string file = path->toStdString();
-        const int other_names =
-            write_file_safely(file, chart_bytes(format, widget.chart(), widget.devicePixelRatioF()));
-        widget.dialogs().message(&widget, upper + " Export complete");
+        std::string bytes;
+        {
+            const PlainChart plain(widget);
+            bytes = chart_bytes(format, widget.chart(), widget.devicePixelRatioF());
+        }
+        const int other_names = write_file_safely(file, bytes);
+        widget.dialogs().done(&widget, upper + " Export complete", *path);
         if (const std::string remark = hard_link_remark(file, other_names); !remark.empty())
             widget.dialogs().message(&widget, QString::fromStdString(remark));
     });
@@ -87,8 +114,14 @@ void print(GrapherWidget& widget) {
                                        ? QPageLayout::Landscape
                                        : QPageLayout::Portrait);
         if (!widget.dialogs().choose_printer(&widget, printer)) return;
-        print_chart(widget.chart(), printer);
-        widget.dialogs().message(&widget, "Printing Finished");
+        print_safely(
+            printer,
+            [&](QPagedPaintDevice& paper) {
+                const PlainChart plain(widget);
+                paint_chart(widget.chart(), paper);
+            },
+            [](const std::string& path, std::string_view bytes) { write_file_safely(path, bytes); });
+        widget.dialogs().done(&widget, "Printing Finished", printer.outputFileName());
     });
 }
 
@@ -100,7 +133,8 @@ void preview(GrapherWidget& widget) {
         dialog.setObjectName("Dialog_print_preview");
         QObject::connect(&dialog, &QPrintPreviewDialog::paintRequested, &widget, [&](QPrinter* target) {
             attempt(widget, "An error occurred while printing the chart: ", [&] {
-                print_chart(widget.chart(), *target);
+                const PlainChart plain(widget);
+                paint_chart(widget.chart(), *target);
             });
         });
         dialog.exec();

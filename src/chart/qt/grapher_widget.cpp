@@ -109,7 +109,15 @@ void GrapherWidget::set_dialogs(ChartDialogs* dialogs) {
 }
 
 ChartDialogs& GrapherWidget::dialogs() {
-    return dialogs_ ? *dialogs_ : *own_dialogs_;
+    if (dialogs_) return *dialogs_;
+    for (QWidget* widget = this; widget; widget = widget->parentWidget())
+        if (auto* host = dynamic_cast<ChartDialogsHost*>(widget)) return host->chart_dialogs();
+    return *own_dialogs_;
+}
+
+void GrapherWidget::show_top_layer(bool show) {
+    top_layer_shown_ = show;
+    update();
 }
 
 /// The control's own border stands around the surface, so that it hides no line of the chart.
@@ -175,7 +183,7 @@ void GrapherWidget::paintEvent(QPaintEvent*) {
     const QRect inside = rect().adjusted(border(), border(), -border(), -border());
     if (chart_.BackStyle() == 0) painter.fillRect(inside, palette().color(QPalette::Window));
     screen_->begin_top();
-    chart_.DrawTopLayer(*screen_);
+    if (top_layer_shown_) chart_.DrawTopLayer(*screen_);
     screen_->end_top();
     screen_->show(painter, QPointF(border(), border()));
 }

@@ -35,7 +35,16 @@ class GrapherWidget : public QWidget {
     void set_menu_opening(std::function<void(float x, float y)> opening) {
         menu_opening_ = std::move(opening);
     }
-    /// Replaces the dialogs of the menu's actions. Not owned; null brings Qt's back.
+    /// Called before (true) and after a picture of the chart is taken: a host takes off, and puts back, what
+    /// it has drawn for the screen alone.
+    void set_picture_taking(std::function<void(bool)> taking) { picture_taking_ = std::move(taking); }
+    void tell_picture(bool begins) {
+        if (picture_taking_) picture_taking_(begins);
+    }
+    /// What is painted above the picture, such as highlight and handles, is left out while it is false.
+    void show_top_layer(bool show);
+    /// Replaces the dialogs of the menu's actions. Not owned; null has those of the window that the chart
+    /// stands in, a `ChartDialogsHost`, or else Qt's.
     void set_dialogs(ChartDialogs* dialogs);
     ChartDialogs& dialogs();
 
@@ -90,6 +99,8 @@ class GrapherWidget : public QWidget {
     ChartDialogs* dialogs_ = nullptr;
     QMenu* menu_;
     std::function<void(float, float)> menu_opening_;
+    std::function<void(bool)> picture_taking_;
+    bool top_layer_shown_ = true;
     std::optional<PendingMove> pending_move_;
     std::optional<PendingWheel> pending_wheel_;
     bool delivery_posted_ = false;

@@ -34,7 +34,12 @@ std::string png_bytes(SurfaceSize size, const DrawPage& draw, double scale) {
     QByteArray bytes;
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);
-    if (!page_image(size, draw, scale).save(&buffer, "PNG")) throw Fault("the picture cannot be written");
+    QImage image = page_image(size, draw, scale);
+    const int dots_per_metre = static_cast<int>(std::lround(scale * screen_dots_per_inch / 0.0254));
+    image.setDevicePixelRatio(1);
+    image.setDotsPerMeterX(dots_per_metre);
+    image.setDotsPerMeterY(dots_per_metre);
+    if (!image.save(&buffer, "PNG")) throw Fault("the picture cannot be written");
     return bytes_of(bytes);
 }
 
@@ -70,7 +75,7 @@ std::string svg_bytes(SurfaceSize size, const DrawPage& draw) {
     return with_held_texts(without_forbidden(bytes_of(bytes)));
 }
 
-std::string pdf_bytes(SurfaceSize size, const DrawPage& draw) {
+std::string pdf_bytes(SurfaceSize size, std::span<const DrawPage> sheets) {
     QByteArray bytes;
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);
@@ -80,15 +85,7 @@ std::string pdf_bytes(SurfaceSize size, const DrawPage& draw) {
                                  QPageSize::Inch, {}, QPageSize::ExactMatch));
     writer.setPageMargins(QMarginsF(0, 0, 0, 0));
     writer.setTitle("Anomalis");
-    QPainter painter;
-    open(painter, &writer);
-    PainterDevice device(size.width, size.height, &painter);
-    SurfaceMapping mapping = screen_mapping(size.height, pdf_dots_per_inch / screen_dots_per_inch);
-    mapping.device_scale = pdf_dots_per_inch / units_per_inch;
-    mapping.device_offset_y = size.height * mapping.device_scale;
-    mapping.pen_factor = pdf_dots_per_inch / screen_dots_per_inch;
-    draw(device, OutputTarget::printer, mapping);
-    painter.end();
+    paint_sheets(writer, size, sheets);
     return bytes_of(bytes);
 }
 
@@ -132,11 +129,39 @@ std::string page_bytes(PictureFormat format, SurfaceSize size, const DrawPage& d
         case PictureFormat::svg:
             return svg_bytes(size, draw);
         case PictureFormat::pdf:
-            return pdf_bytes(size, draw);
+            return pdf_bytes(size, std::span(&draw, 1));
         case PictureFormat::emf:
             return emf_page(size, draw);
     }
     throw Fault(FaultKind::invalid_call);
+}
+
+std::string sheets_bytes(PictureFormat format, SurfaceSize size, std::span<const DrawPage> sheets) {
+    if (format == PictureFormat::pdf) return pdf_bytes(size, sheets);
+    return page_bytes(format, size, sheets.front(), sheet_dots_per_inch / screen_dots_per_inch);
+}
+
+void paint_sheets(QPagedPaintDevice& paper, SurfaceSize size, std::span<const DrawPage> sheets) {
+    QPainter painter;
+    open(painter, &paper);
+    const double dots = paper.logicalDpiX();
+    const QRectF page = paper.pageLayout().fullRect(QPageLayout::Inch);
+    const QRectF printable = paper.pageLayout().paintRect(QPageLayout::Inch);
+    const double fit = std::min(
+        {1.0, page.width() * units_per_inch / size.width, page.height() * units_per_inch / size.height});
+    SurfaceMapping mapping;
+    mapping.device_scale = fit * dots / units_per_inch;
+    mapping.device_offset_x =
+        (page.width() / 2 - printable.left()) * dots - size.width / 2 * mapping.device_scale;
+    mapping.device_offset_y =
+        (page.height() / 2 - printable.top()) * dots + size.height / 2 * mapping.device_scale;
+    mapping.pen_factor = fit * dots / screen_dots_per_inch;
+    PainterDevice device(size.width, size.height, &painter);
+    for (std::size_t i = 0; i < sheets.size(); ++i) {
+        if (i > 0 && !paper.newPage()) throw Fault("there is no further page");
+        sheets[i](device, OutputTarget::printer, mapping);
+    }
+    if (!painter.end()) throw Fault("the page cannot be finished");
 }
 
 std::string chart_bytes(PictureFormat format, AX_Grapher& chart, double scale) {

@@ -1,12 +1,15 @@
 #pragma once
 
 #include <functional>
+#include <span>
 #include <string>
 #include <string_view>
 
 #include <QImage>
 
 #include "chart/ax_grapher.h"
+
+class QPagedPaintDevice;
 
 namespace anomalis::chart {
 
@@ -23,7 +26,15 @@ using DrawPage = std::function<void(DrawingDevice&, OutputTarget, const SurfaceM
 /// Throws when it cannot be drawn.
 std::string page_bytes(PictureFormat format, SurfaceSize size, const DrawPage& draw, double scale = 1.0);
 
-/// The same as an image.
+/// Sheets of one size, drawn one after the other, as the bytes of a PDF, or of a picture of the first one. A
+/// PNG has 300 dots an inch.
+std::string sheets_bytes(PictureFormat format, SurfaceSize size, std::span<const DrawPage> sheets);
+inline constexpr double sheet_dots_per_inch = 300.0;
+
+/// Draws sheets on whatever has pages: each as large as fits on its paper. Throws when it cannot be drawn.
+void paint_sheets(QPagedPaintDevice& paper, SurfaceSize size, std::span<const DrawPage> sheets);
+
+/// One page as an image.
 QImage page_image(SurfaceSize size, const DrawPage& draw, double scale = 1.0);
 
 /// One chart that fills its page, at the size of its surface on screen.

@@ -17,6 +17,8 @@ class ChartPane : public QWidget {
     chart::GrapherWidget& widget() { return *widget_; }
     /// What the bars take of the width, pixels.
     int room_beside() const { return room_beside_; }
+    /// Takes the bars away, and what is painted above the picture; their room stays.
+    void set_plain(bool plain);
 
   signals:
     void zoom_stepped(int direction);
@@ -24,6 +26,8 @@ class ChartPane : public QWidget {
 
   private:
     chart::GrapherWidget* widget_;
+    StepperBar* zoom_;
+    StepperBar* pan_;
     int room_beside_ = 0;
 };
 

@@ -36,12 +36,7 @@ QSplitter* make_splitter(const char* name) {
 
 ChartsPanel::ChartsPanel(edit::Workbench& workbench, const FormGuards& guards, ModelNews& news,
                          QWidget* parent)
-    : QWidget(parent),
-      workbench_(workbench),
-      guards_(guards),
-      news_(news),
-      chart_dialogs_(workbench),
-      resize_timer_(new QTimer(this)) {
+    : QWidget(parent), workbench_(workbench), guards_(guards), news_(news), resize_timer_(new QTimer(this)) {
     resize_timer_->setObjectName("Timer_resize");
     resize_timer_->setSingleShot(true);
     resize_timer_->setInterval(resize_pause);
@@ -85,8 +80,6 @@ QWidget* ChartsPanel::make_charts() {
     grav_splitter_->addWidget(panes_[edit::chart_grav_gradient]);
     plan_ = new chart::GrapherWidget;
     plan_->setObjectName("vsgraph_plan");
-    plan_->set_dialogs(&chart_dialogs_);
-    for (ChartPane* pane : panes_) pane->widget().set_dialogs(&chart_dialogs_);
     section_or_plan_ = new QStackedWidget;
     section_or_plan_->addWidget(frame_of("Frame_section", panes_[edit::chart_section]));
     QWidget* plan_frame = frame_of("Frame_plan", plan_);
@@ -158,6 +151,14 @@ void ChartsPanel::wire_charts() {
                 [this, i](int direction) { view_->step_pan(i, direction); });
     }
     plan_->set_host(&view_->events(edit::model_chart_count));
+    for (chart::GrapherWidget* widget : {&panes_[edit::chart_section]->widget(), plan_})
+        widget->set_picture_taking([this](bool begins) { view_->set_plain(begins); });
+}
+
+void ChartsPanel::set_plain(bool plain) {
+    for (ChartPane* pane : panes_) pane->set_plain(plain);
+    plan_->show_top_layer(!plain);
+    view_->set_plain(plain);
 }
 
 void ChartsPanel::show_plan(bool plan) {

@@ -7,7 +7,6 @@
 
 #include "edit/workbench.h"
 #include "flow/model_view.h"
-#include "window/panels/chart_file_dialogs.h"
 #include "window/panels/chart_pane.h"
 #include "window/shell/form_guards.h"
 #include "window/shell/model_news.h"
@@ -37,6 +36,8 @@ class ChartsPanel : public QWidget, private flow::ModelViewHost {
     /// Section or plan, by button or menu.
     void show_plan(bool plan);
     void follow(WhatChanged what);
+    /// For a picture of the window: no bars, handles, crosshair and highlights while it is true.
+    void set_plain(bool plain);
     /// A button behind those under the charts.
     QPushButton* add_button(const ControlText& text);
     /// Of the model as it was last calculated.
@@ -86,7 +87,6 @@ class ChartsPanel : public QWidget, private flow::ModelViewHost {
     edit::Workbench& workbench_;
     const FormGuards& guards_;
     ModelNews& news_;
-    ChartFileDialogs chart_dialogs_;
     std::array<ChartPane*, edit::model_chart_count> panes_{};
     chart::GrapherWidget* plan_ = nullptr;
     QSplitter* splitter_ = nullptr;

@@ -1,12 +1,14 @@
 #include "window/panels/status_panels.h"
 
 #include <algorithm>
+#include <utility>
 
 #include <QFrame>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPainter>
 #include <QProgressBar>
+#include <QPushButton>
 #include <QTimer>
 
 #include "core/numbers.h"
@@ -58,8 +60,13 @@ bool StatusPanels::eventFilter(QObject* watched, QEvent* event) {
     return QStatusBar::eventFilter(watched, event);
 }
 
-StatusPanels::StatusPanels(QWidget* parent) : QStatusBar(parent) {
+StatusPanels::StatusPanels(QWidget* parent)
+    : QStatusBar(parent), told_timer_(new QTimer(this)), link_(make_link()) {
     setObjectName("StatusBar");
+    told_timer_->setObjectName("Timer_status");
+    told_timer_->setSingleShot(true);
+    told_timer_->setInterval(text_time);
+    connect(told_timer_, &QTimer::timeout, this, &StatusPanels::end_message);
     setSizeGripEnabled(false);
     for (std::size_t i = 0; i < plans.size(); ++i) {
         auto* holder = new QWidget;
@@ -82,9 +89,11 @@ StatusPanels::StatusPanels(QWidget* parent) : QStatusBar(parent) {
         panels_[i]->setObjectName("StatusBar_" + QString::number(i + 1));
         panels_[i]->setMinimumWidth(fontMetrics().horizontalAdvance(plans[i].widest));
         holder->setToolTip(tr(plans[i].tip));
-        row->addWidget(panels_[i], i == 0 ? 1 : 0);
+        row->addWidget(panels_[i], i == 0 ? 1000 : 0);
         if (i == 0) {
             panels_[i]->installEventFilter(this);
+            row->addWidget(link_);
+            row->addStretch(1);
             row->addWidget(make_progress_bar());
             addWidget(holder, 1);
         } else {
@@ -119,19 +128,68 @@ QProgressBar* StatusPanels::make_progress_bar() {
     return progress_;
 }
 
+QPushButton* StatusPanels::make_link() {
+    auto* link = new QPushButton;
+    link->setObjectName("StatusBar_link");
+    link->setProperty("link", true);
+    link->setToolTip(tr("What the message offers"));
+    link->setCursor(Qt::PointingHandCursor);
+    link->setFocusPolicy(Qt::TabFocus);
+    link->hide();
+    connect(link, &QPushButton::clicked, this, [this] {
+        if (const auto follow = follow_link_) follow();
+    });
+    return link;
+}
+
+void StatusPanels::show_link(const QString& words, std::function<void()> follow) {
+    follow_link_ = std::move(follow);
+    link_->setText(shown(words.toStdString()).replace("&", "&&"));
+    link_->setToolTip(plain_tip(panel(1)->text()));
+    link_->show();
+    // Beside its message, not at the end of the room for one.
+    panel(1)->setMaximumWidth(panel(1)->fontMetrics().horizontalAdvance(panel(1)->text()) + 2);
+}
+
 void StatusPanels::show_message(const QString& words) {
     const QString text = shown(words.toStdString());
     panel(1)->setText(text);
     panel(1)->setToolTip(plain_tip(text));
+    link_->hide();
+    panel(1)->setMaximumWidth(QWIDGETSIZE_MAX);
+    work_shown_ = false;
+    told_timer_->stop();
+}
+
+/// The message has been told, and its time runs.
+void StatusPanels::time_message() {
+    told_timer_->start();
+    just_told_ = true;
+    QTimer::singleShot(0, this, [this] { just_told_ = just_refused_ = false; });
+}
+
+/// Whoever has the pointer on it is still reading, or aims at the link.
+void StatusPanels::end_message() {
+    if (panel(1)->parentWidget()->underMouse()) return told_timer_->start();
+    refused_.clear();
+    show_message(QString());
 }
 
 void StatusPanels::add_text(const QString& text) {
     const QString before = panel(1)->text();
     show_message(before.isEmpty() ? text : before + ". " + text);
+    time_message();
 }
 
 void StatusPanels::show_text(const QString& text) {
     show_message(refused_.isEmpty() || text.isEmpty() ? refused_ + text : refused_ + ". " + text);
+    time_message();
+}
+
+void StatusPanels::show_work(const QString& text) {
+    show_text(text);
+    told_timer_->stop();
+    work_shown_ = true;
 }
 
 void StatusPanels::show_refused(const QString& caption, const QString& text, const QString& instead) {
@@ -139,12 +197,13 @@ void StatusPanels::show_refused(const QString& caption, const QString& text, con
         tr("%1: “%2” is not accepted, %3").arg(caption, text.left(40).simplified(), instead);
     refused_ = refused_.isEmpty() ? words : refused_ + ". " + words;
     show_message(refused_);
+    time_message();
     just_refused_ = true;
-    QTimer::singleShot(0, this, [this] { just_refused_ = false; });
 }
 
-void StatusPanels::forget_refused() {
+void StatusPanels::begin_action() {
     if (!just_refused_) refused_.clear();
+    if (!just_told_ && !work_shown_) show_message(QString());
 }
 
 void StatusPanels::show_pointer(const show::PointerPanels& panels) {

@@ -51,6 +51,10 @@ constexpr std::array rows{
               "Write the same in the coordinate system of the line"},
     ActionRow{ActionId::export_geopackage_wgs84, "menu_export_map_2", "GeoPackage in &WGS 84",
               "Write the same in WGS 84 longitude and latitude"},
+    ActionRow{ActionId::print_figure, "menu_print_figure", "&Print/Export figure...",
+              "The charts with section or plan, field, fit and table of bodies on a sheet of paper: to a "
+              "printer, or as PDF, SVG, EMF or PNG",
+              When::line, Qt::CTRL | Qt::Key_P},
     ActionRow{ActionId::example, "menu_example", "", "", When::always, no_key, Mark::none, Family::examples},
     ActionRow{ActionId::save_directory, "menu_save_directory", "Save &working directory",
               "Keep the current folder as the one that the next session starts in"},

@@ -27,6 +27,7 @@ enum class ActionId {
     export_geojson,
     export_geopackage,
     export_geopackage_wgs84,
+    print_figure,
     example,
     save_directory,
     restore_directory,

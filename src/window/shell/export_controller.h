@@ -9,6 +9,7 @@ class QWidget;
 namespace anomalis::window {
 
 class Actions;
+class ChartFileDialogs;
 class ChartsPanel;
 class EntryGate;
 class StatusPanels;
@@ -19,16 +20,18 @@ class ExportController : public QObject {
 
   public:
     ExportController(QWidget& window, edit::Workbench& workbench, Actions& actions, const EntryGate& gate,
-                     ChartsPanel& charts, StatusPanels& status);
+                     ChartsPanel& charts, StatusPanels& status, ChartFileDialogs& dialogs);
 
   private:
-    void export_table(flow::ExportOutcome (*export_flow)(edit::Workbench&));
+    void export_table(flow::Exported (*export_flow)(edit::Workbench&));
+    void print_figure();
     void screenshot(flow::ScreenshotKind kind);
 
     QWidget& window_;
     edit::Workbench& workbench_;
     ChartsPanel& charts_;
     StatusPanels& status_;
+    ChartFileDialogs& dialogs_;
 };
 
 }  // namespace anomalis::window

@@ -9,8 +9,10 @@
 #include "flow/new_line_choice.h"
 #include "flow/recent_files.h"
 #include "window/import/import_controller.h"
+#include "window/panels/chart_file_dialogs.h"
 #include "window/panels/charts_panel.h"
 #include "window/panels/definitions_page.h"
+#include "window/panels/export_notice.h"
 #include "window/panels/invert_panel.h"
 #include "window/panels/model_page.h"
 #include "window/panels/model_side.h"
@@ -62,6 +64,7 @@ Form_anomalis::Form_anomalis(Session& session, const std::vector<flow::ExampleFi
       workbench_(session),
       guards_(session.inversion),
       gate_(guards_),
+      chart_dialogs_(std::make_unique<ChartFileDialogs>(workbench_)),
       tabs_(new QTabWidget(this)),
       definitions_page_(new DefinitionsPage(workbench_, guards_, news_, examples)),
       charts_(new ChartsPanel(workbench_, guards_, news_)),
@@ -71,7 +74,7 @@ Form_anomalis::Form_anomalis(Session& session, const std::vector<flow::ExampleFi
       actions_(new Actions(*this, workbench_, guards_, gate_, static_cast<int>(examples.size()))),
       menus_(new Menus(*this, *actions_, workbench_)) {
     lay_out();
-    gate_.add_editor([this] { status_->forget_refused(); });
+    gate_.add_editor([this] { status_->begin_action(); });
     gate_.add_editor([this] { charts_->view().hand().finish(); });
     gate_.add_editor([this] { side_->commit(); });
     gate_.add_editor([this] { commit_boxes(*definitions_page_); });
@@ -93,6 +96,10 @@ Form_anomalis::~Form_anomalis() {
     hide();
 }
 
+chart::ChartDialogs& Form_anomalis::chart_dialogs() {
+    return *chart_dialogs_;
+}
+
 void Form_anomalis::lay_out() {
     setObjectName("Form_anomalis");
     setAcceptDrops(true);
@@ -112,7 +119,9 @@ void Form_anomalis::make_controllers(const std::vector<flow::ExampleFile>& examp
     open_ =
         new OpenController(this, workbench_, *actions_, gate_, news_, *line_, *pages_, *status_, examples);
     field_ = new FieldController(workbench_, *actions_, gate_, news_, *definitions_page_, *line_, *status_);
-    new ExportController(*this, workbench_, *actions_, gate_, *charts_, *status_);
+    chart_dialogs_->set_told(
+        [this](const QString& text, const QString& path) { tell_export(*status_, text, path); });
+    new ExportController(*this, workbench_, *actions_, gate_, *charts_, *status_, *chart_dialogs_);
     save_ = new SaveController(*this, workbench_, *actions_, gate_, guards_, news_, *charts_, *status_,
                                [this] { return window_layout(); });
     auto* bodies = new BodiesController(this, workbench_, *actions_, news_, *pages_, *status_);
@@ -127,8 +136,9 @@ void Form_anomalis::make_controllers(const std::vector<flow::ExampleFile>& examp
     inversion_ = new FormInversion({*this, *tabs_, *charts_, *side_, *status_}, workbench_, *actions_, gate_,
                                    news_, *recovery_);
     fit_ = new FitController(*this, workbench_, *actions_);
-    uncertainty_ = new UncertaintyController(*this, workbench_, *actions_, news_, *charts_, *recovery_,
-                                             [this] { return inversion_->desk().panel().channel_index; });
+    uncertainty_ =
+        new UncertaintyController(*this, workbench_, *actions_, news_, *charts_, *status_, *recovery_,
+                                  [this] { return inversion_->desk().panel().channel_index; });
     find_ = new FindController({*this, definitions_page_->definitions(), *model_page_, *charts_, *status_},
                                workbench_, *actions_, gate_, guards_, news_, *pages_);
     import_ = new ImportController(*this, workbench_, *actions_, gate_, *open_, *status_);

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <memory>
 #include <vector>
 
 #include <QMainWindow>
 
+#include "chart/qt/chart_dialogs.h"
 #include "edit/workbench.h"
 #include "flow/examples.h"
 #include "flow/save_flow.h"
@@ -17,6 +19,7 @@ namespace anomalis::window {
 
 class Actions;
 class CalculationWatch;
+class ChartFileDialogs;
 class ChartsPanel;
 class DefinitionsPage;
 class FindController;
@@ -40,7 +43,7 @@ class WatchController;
 
 /// The main window: two tabs, menus and status bar, and the controllers that join them to the flows. It
 /// composes them, says who hears the news in which order, and holds no arithmetic.
-class Form_anomalis : public QMainWindow {
+class Form_anomalis : public QMainWindow, public chart::ChartDialogsHost {
     Q_OBJECT
 
   public:
@@ -56,6 +59,8 @@ class Form_anomalis : public QMainWindow {
 
     edit::Workbench& workbench() { return workbench_; }
     FormGuards& guards() { return guards_; }
+    /// Of all charts in the window and in its forms.
+    chart::ChartDialogs& chart_dialogs() override;
     EntryGate& gate() { return gate_; }
     ModelNews& news() { return news_; }
     Actions& actions() { return *actions_; }
@@ -87,6 +92,7 @@ class Form_anomalis : public QMainWindow {
     edit::Workbench workbench_;
     FormGuards guards_;
     EntryGate gate_;
+    std::unique_ptr<ChartFileDialogs> chart_dialogs_;
     ModelNews news_;
     QTabWidget* tabs_;
     DefinitionsPage* definitions_page_;

@@ -44,6 +44,7 @@ constexpr std::array items{
     entry(ActionId::export_geopackage),
     entry(ActionId::export_geopackage_wgs84),
     close,
+    entry(ActionId::print_figure),
     separator(),
     open("menu_examples", "&Examples"),
     entry(ActionId::example),

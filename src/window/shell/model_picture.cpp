@@ -1,11 +1,9 @@
 #include "window/shell/model_picture.h"
 
 #include "chart/qt/painter_device.h"
-#include "chart/qt/picture.h"
 #include "core/failure.h"
 #include "core/session.h"
 #include "core/told_write.h"
-#include "flow/model_page.h"
 #include "show/survey_map_page.h"
 
 namespace anomalis::window {
@@ -40,12 +38,34 @@ int write_model_picture(Session& session, const std::string& path, const std::st
         const show::PageView* const page_view = show::find_page_view(view);
         if (!page_view) throw Fault("there is no view " + view);
         if (!edit::line_loaded(session.workspace)) throw Fault("no line is loaded");
-        flow::ModelPage page(session, size, *page_view, [](chart::SurfaceSize own) {
-            return std::make_unique<chart::PainterDevice>(own.width, own.height);
-        });
+        flow::ModelPage page(session, size, *page_view, measuring_device);
         const auto draw = [&](chart::DrawingDevice& device, chart::OutputTarget kind,
                               const chart::SurfaceMapping& whole) { page.draw(device, kind, whole); };
         write_file_telling(session.prompts, path, chart::page_bytes(format, size, draw));
+    });
+}
+
+std::unique_ptr<chart::DrawingDevice> measuring_device(chart::SurfaceSize size) {
+    return std::make_unique<chart::PainterDevice>(size.width, size.height);
+}
+
+std::vector<chart::DrawPage> figure_pages(flow::ModelFigure& figure) {
+    std::vector<chart::DrawPage> pages;
+    for (std::size_t i = 0; i < figure.sheets().size(); ++i)
+        pages.emplace_back(
+            [&figure, i](chart::DrawingDevice& device, chart::OutputTarget kind,
+                         const chart::SurfaceMapping& whole) { figure.draw(i, device, kind, whole); });
+    return pages;
+}
+
+int write_figure(Session& session, const std::string& path, flow::FigureChoice choice) {
+    const MessageScope scope(session.prompts);
+    return report_failure(session.prompts, drawing_failed, [&] {
+        const chart::PictureFormat format = chart::picture_format(path);
+        choice.further_sheets = format == chart::PictureFormat::pdf;
+        flow::ModelFigure figure(session, choice, measuring_device);
+        write_file_telling(session.prompts, path,
+                           chart::sheets_bytes(format, figure.size(), figure_pages(figure)));
     });
 }
 
@@ -55,9 +75,7 @@ int write_survey_map(Prompts& prompts, const intake::SurveyIndex& index, std::op
     return report_failure(prompts, drawing_failed, [&] {
         const chart::PictureFormat format = chart::picture_format(path);
         const chart::SurfaceSize size = picture_size(width, height);
-        show::SurveyMapPage page(index, line, size, [](chart::SurfaceSize own) {
-            return std::make_unique<chart::PainterDevice>(own.width, own.height);
-        });
+        show::SurveyMapPage page(index, line, size, measuring_device);
         const auto draw = [&](chart::DrawingDevice& device, chart::OutputTarget kind,
                               const chart::SurfaceMapping& whole) { page.draw(device, kind, whole); };
         write_file_telling(prompts, path, chart::page_bytes(format, size, draw));

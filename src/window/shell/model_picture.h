@@ -1,8 +1,13 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <optional>
 #include <string>
+#include <vector>
+
+#include "chart/qt/picture.h"
+#include "flow/model_figure.h"
 
 namespace anomalis {
 class Prompts;
@@ -19,6 +24,16 @@ namespace anomalis::window {
 /// Returns 0, or -1 after a failure, which was shown; an old file then stays.
 int write_model_picture(Session& session, const std::string& path, const std::string& view, int width,
                         int height);
+
+/// Draws the figure of a loaded session into a file likewise; a PDF has as many pages as its table of bodies
+/// needs, a PNG 300 dots an inch.
+int write_figure(Session& session, const std::string& path, flow::FigureChoice choice);
+
+/// The sheets of a figure, each to be drawn on its own.
+std::vector<chart::DrawPage> figure_pages(flow::ModelFigure& figure);
+
+/// Measures text as every paper and picture does.
+std::unique_ptr<chart::DrawingDevice> measuring_device(chart::SurfaceSize size);
 
 /// Draws the map of a survey into a file likewise, with one line on top or none.
 int write_survey_map(Prompts& prompts, const intake::SurveyIndex& index, std::optional<std::size_t> line,

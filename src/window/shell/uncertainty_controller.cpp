@@ -12,6 +12,7 @@
 #include "flow/export_flow.h"
 #include "output/ensemble_table.h"
 #include "window/panels/charts_panel.h"
+#include "window/panels/export_notice.h"
 #include "window/shell/actions.h"
 #include "window/shell/form_ensemble.h"
 #include "window/shell/form_uncertainty.h"
@@ -27,13 +28,14 @@ const char* const shown_key = "DisplayUncertainty";
 }  // namespace
 
 UncertaintyController::UncertaintyController(QWidget& window, edit::Workbench& workbench, Actions& actions,
-                                             ModelNews& news, ChartsPanel& charts,
+                                             ModelNews& news, ChartsPanel& charts, StatusPanels& status,
                                              RecoveryController& recovery, std::function<int()> channel)
     : QObject(&window),
       window_(window),
       workbench_(workbench),
       news_(news),
       charts_(charts),
+      status_(status),
       recovery_(recovery),
       channel_(std::move(channel)),
       desk_(workbench, *this) {
@@ -107,7 +109,9 @@ void UncertaintyController::open_results() {
         });
         connect(results_, &Form_ensemble::copy_wanted, this, [this] { copy_table(); });
         connect(results_, &Form_ensemble::save_wanted, this, [this] {
-            if (flow::export_ensemble(workbench_) == flow::ExportOutcome::nothing) QApplication::beep();
+            const flow::Exported exported = flow::export_ensemble(workbench_);
+            if (exported.outcome == flow::ExportOutcome::nothing) QApplication::beep();
+            tell_export(status_, exported);
         });
         connect(results_, &Form_ensemble::run_wanted, this, [this] { open_run(); });
     }

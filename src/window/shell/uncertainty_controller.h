@@ -18,6 +18,7 @@ class ChartsPanel;
 class Form_ensemble;
 class Form_uncertainty;
 class RecoveryController;
+class StatusPanels;
 
 /// How sure the model is: the run, the page of what it found, and whether ghosts and fan are drawn.
 class UncertaintyController : public QObject, private flow::UncertaintyDeskObserver {
@@ -26,7 +27,8 @@ class UncertaintyController : public QObject, private flow::UncertaintyDeskObser
   public:
     /// `channel` tells which channel the inversion is set to.
     UncertaintyController(QWidget& window, edit::Workbench& workbench, Actions& actions, ModelNews& news,
-                          ChartsPanel& charts, RecoveryController& recovery, std::function<int()> channel);
+                          ChartsPanel& charts, StatusPanels& status, RecoveryController& recovery,
+                          std::function<int()> channel);
     ~UncertaintyController() override;
 
     flow::UncertaintyDesk& desk() { return desk_; }
@@ -51,6 +53,7 @@ class UncertaintyController : public QObject, private flow::UncertaintyDeskObser
     edit::Workbench& workbench_;
     ModelNews& news_;
     ChartsPanel& charts_;
+    StatusPanels& status_;
     RecoveryController& recovery_;
     std::function<int()> channel_;
     flow::UncertaintyDesk desk_;

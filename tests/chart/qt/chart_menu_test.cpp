@@ -10,6 +10,7 @@
 #include <QMimeData>
 #include <QPrinter>
 
+#include "chart/qt/picture.h"
 #include "support/full_disk.h"
 #include "support/temp_folder.h"
 #include "widget_rig.h"
@@ -102,7 +103,61 @@ TEST(ChartMenu, saves_under_the_chosen_name_and_says_so) {
         EXPECT_GT(QFileInfo(*rig.dialogs.path).size(), 1000) << file;
         ASSERT_EQ(rig.dialogs.messages.size(), 1);
         EXPECT_TRUE(rig.dialogs.messages[0].endsWith("Export complete"));
+        EXPECT_EQ(rig.dialogs.files, QStringList{*rig.dialogs.path});
     }
+}
+
+TEST(ChartMenu, proposes_a_name_after_the_title) {
+    WidgetRig rig;
+    rig.widget.chart().Title("Residual: Magnetic Field (nT)");
+    entry(rig, "menu_save_svg")->trigger();
+    EXPECT_EQ(rig.dialogs.proposal, "residual_magnetic_field_nt_.svg");
+    rig.widget.chart().Title("");
+    entry(rig, "mnuEMF")->trigger();
+    EXPECT_EQ(rig.dialogs.proposal, "chart.emf");
+}
+
+TEST(ChartMenu, the_host_takes_its_marks_off_for_every_picture) {
+    const TempFolder folder;
+    WidgetRig rig;
+    rig.dialogs.path = QString::fromStdString(folder.path("a.png"));
+    rig.dialogs.printer_file = QString::fromStdString(folder.path("page.pdf"));
+    std::vector<bool> told;
+    rig.widget.set_picture_taking([&](bool begins) { told.push_back(begins); });
+    for (const char* name : {"menu_copy_bmp", "menu_copy_EMF", "menu_save_png", "mnuPrint"}) {
+        told.clear();
+        entry(rig, name)->trigger();
+        EXPECT_EQ(told, (std::vector<bool>{true, false})) << name;
+    }
+}
+
+TEST(ChartMenu, a_print_into_a_file_on_a_full_disk_is_told_and_leaves_the_old_file) {
+    const TempFolder folder;
+    WidgetRig rig;
+    folder.write("page.pdf", "the old page");
+    rig.dialogs.printer_file = QString::fromStdString(folder.path("page.pdf"));
+    {
+        const FullDisk disk(1000);
+        entry(rig, "mnuPrint")->trigger();
+    }
+    ASSERT_EQ(rig.dialogs.messages.size(), 2);
+    EXPECT_TRUE(rig.dialogs.messages[1].startsWith("An error occurred while printing the chart: "));
+    EXPECT_TRUE(rig.dialogs.messages[1].contains("File too large")) << rig.dialogs.messages[1].toStdString();
+    EXPECT_EQ(folder.read("page.pdf"), "the old page");
+    EXPECT_EQ(folder.entries(), 1) << "no half file stands beside it";
+}
+
+TEST(ChartMenu, the_window_that_a_chart_stands_in_answers_for_it) {
+    struct Host : QWidget, ChartDialogsHost {
+        ScriptedDialogs dialogs;
+        ChartDialogs& chart_dialogs() override { return dialogs; }
+    } host;
+    auto* form = new QWidget(&host);
+    auto* chart = new GrapherWidget(form);
+    EXPECT_EQ(&chart->dialogs(), &host.dialogs);
+    ScriptedDialogs own;
+    chart->set_dialogs(&own);
+    EXPECT_EQ(&chart->dialogs(), &own);
 }
 
 TEST(ChartMenu, a_cancelled_dialog_leaves_no_file_and_no_word) {
@@ -166,6 +221,33 @@ TEST(ChartMenu, prints_a_page_and_leaves_the_screen_alone) {
     EXPECT_EQ(rig.dialogs.messages, QStringList({"Print in Landscape Mode?", "Printing Finished"}));
     EXPECT_GT(QFileInfo(rig.dialogs.printer_file).size(), 1000);
     EXPECT_EQ(rig.widget.grab().toImage(), before);
+}
+
+TEST(PaintSheets, go_to_a_printer_page_by_page_in_their_own_size) {
+    const TempFolder folder;
+    QPrinter printer(QPrinter::HighResolution);
+    printer.setOutputFormat(QPrinter::PdfFormat);
+    printer.setOutputFileName(QString::fromStdString(folder.path("sheets.pdf")));
+    printer.setPageLayout(
+        QPageLayout(QPageSize(QPageSize::A4), QPageLayout::Landscape, QMarginsF(20, 10, 0, 0)));
+    // A4 in surface units, lying.
+    const SurfaceSize size{16837.8, 11905.5};
+    std::vector<SurfaceMapping> mappings;
+    const DrawPage page = [&](DrawingDevice&, OutputTarget kind, const SurfaceMapping& mapping) {
+        EXPECT_EQ(kind, OutputTarget::printer);
+        mappings.push_back(mapping);
+    };
+    paint_sheets(printer, size, std::vector<DrawPage>{page, page, page});
+    ASSERT_EQ(mappings.size(), 3U);
+    const double dots = printer.resolution() / units_per_inch;
+    EXPECT_NEAR(mappings[0].device_scale, dots, 0.001 * dots) << "as large as it says";
+    // The corner of the sheet is the corner of the paper, beyond the margins of the printer.
+    const QRectF inside = printer.pageLayout().paintRect(QPageLayout::Inch);
+    EXPECT_NEAR(mappings[0].to_device({0, 0}).x, -inside.left() * printer.resolution(),
+                0.02 * printer.resolution());
+    EXPECT_NEAR(mappings[0].to_device({0, size.height}).y, -inside.top() * printer.resolution(),
+                0.02 * printer.resolution());
+    EXPECT_EQ(QByteArray::fromStdString(folder.read("sheets.pdf")).count("/Type /Page\n"), 3);
 }
 
 TEST(ChartMenu, a_refused_printer_prints_nothing) {

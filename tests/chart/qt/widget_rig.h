@@ -37,8 +37,15 @@ class ScriptedDialogs : public ChartDialogs {
     bool yes = false;
     QString printer_file;
     QStringList messages;
-    std::optional<QString> save_path(QWidget*, const QString&, const QString&, const QString&) override {
+    QString proposal;  ///< that the last question for a path came with
+    QStringList files;
+    std::optional<QString> save_path(QWidget*, const SaveQuestion& question) override {
+        proposal = question.proposal;
         return path;
+    }
+    void done(QWidget* parent, const QString& text, const QString& file) override {
+        files << file;
+        ChartDialogs::done(parent, text, file);
     }
     bool ask(QWidget*, const QString& question) override {
         messages << question;
