@@ -36,10 +36,10 @@ struct Cover {
 
 TEST(StrokeMask, a_line_has_its_width_times_its_length_of_ink_in_every_direction) {
     for (const double width : {1.0, 1.25, 1.5, 2.0, 3.0, 7.0}) {
+        Cover cover(120, 120);
         for (int degrees = 0; degrees < 180; degrees += 9) {
             const double angle = degrees * std::numbers::pi / 180;
             const Point away{40 * std::cos(angle), 40 * std::sin(angle)};
-            Cover cover(120, 120);
             const std::vector<Point> line{{60.3 - away.x, 60.2 - away.y}, {60.3 + away.x, 60.2 + away.y}};
             cover.mask.add(line, width);
             cover.read();

@@ -44,7 +44,7 @@ Raster raster_of(QImage& image) {
             image.bytesPerLine() / pixel_size};
 }
 
-Stamp::Stamp(const MarkerShape& shape, double scale, double width)
+Stamp::Stamp(const MarkerShape& shape, double scale, double width, SharpPainter& painter)
     : strokes_(shape.strokes.begin(), shape.strokes.end()),
       outline_(shape.outline.begin(), shape.outline.end()),
       filled_(shape.filled),
@@ -52,7 +52,7 @@ Stamp::Stamp(const MarkerShape& shape, double scale, double width)
       pen_(shape.pen),
       width_(width),
       even_(SharpPainter::whole_width(width) % 2 == 0) {
-    draw(shape, scale);
+    draw(shape, scale, painter);
 }
 
 bool Stamp::is_of(const MarkerShape& shape, double width) const {
@@ -61,7 +61,7 @@ bool Stamp::is_of(const MarkerShape& shape, double width) const {
            std::equal(strokes_.begin(), strokes_.end(), shape.strokes.begin(), shape.strokes.end());
 }
 
-void Stamp::draw(const MarkerShape& shape, double scale) {
+void Stamp::draw(const MarkerShape& shape, double scale, SharpPainter& painter) {
     middle_ = static_cast<int>(std::ceil(reach_of(shape) * scale + width_)) + 2;
     const int side = 2 * middle_ + 1;
     const double middle = middle_ + (even_ ? 0.0 : 0.5);
@@ -77,7 +77,6 @@ void Stamp::draw(const MarkerShape& shape, double scale) {
     if (shape.filled && corners.size() > 2)
         fill_polygon(image_, corners,
                      colour_on_paper(shape.fill == no_colour ? shape.pen.colour : shape.fill));
-    SharpPainter painter;
     painter.open(raster_of(image_));
     for (const MarkerShape::Stroke& stroke : shape.strokes) {
         const std::array<Point, 2> ends{stroke.from, stroke.to};
@@ -104,12 +103,12 @@ std::pair<int, int> Stamp::first_pixel(Point anchor) const {
 }
 
 const Stamp& Stamps::of(const MarkerShape& shape, double scale, double width) {
-    constexpr std::size_t most_stamps = 32;
+    constexpr std::size_t most_stamps = 256;
     if (scale != scale_ || stamps_.size() >= most_stamps) stamps_.clear();
     scale_ = scale;
     for (const Stamp& stamp : stamps_)
         if (stamp.is_of(shape, width)) return stamp;
-    return stamps_.emplace_back(shape, scale, width);
+    return stamps_.emplace_back(shape, scale, width, painter_);
 }
 
 }  // namespace anomalis::chart

@@ -19,14 +19,14 @@ Raster raster_of(QImage& image);
 class Stamp {
   public:
     /// `scale` pixels a surface unit; `width` of the pen in pixels.
-    Stamp(const MarkerShape& shape, double scale, double width);
+    Stamp(const MarkerShape& shape, double scale, double width, SharpPainter& painter);
     bool is_of(const MarkerShape& shape, double width) const;
     Raster raster() const;
     /// Where its first column and row stand when its anchor is at a place in pixels.
     std::pair<int, int> first_pixel(Point anchor) const;
 
   private:
-    void draw(const MarkerShape& shape, double scale);
+    void draw(const MarkerShape& shape, double scale, SharpPainter& painter);
 
     std::vector<MarkerShape::Stroke> strokes_;
     std::vector<Point> outline_;
@@ -49,6 +49,7 @@ class Stamps {
   private:
     std::vector<Stamp> stamps_;
     double scale_ = 0.0;
+    SharpPainter painter_;  ///< one for all, which keeps what it knows of a pen
 };
 
 }  // namespace anomalis::chart
