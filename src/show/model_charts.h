@@ -36,7 +36,7 @@ class ModelCharts {
     /// Fonts, colours, titles and axis labels; once, before the first drawing.
     void set_up(bool display_axes);
     void set_gradient_titles(bool total);
-    /// Colours and widths of the curves, legend and units; from the next drawing on.
+    /// Colours and widths of the curves, legend, grid and units; from the next drawing on.
     void take_preferences(const Preferences& preferences);
     /// Axes of the five charts on or off; the plan keeps its own.
     void set_display_axes(bool on);

@@ -65,7 +65,7 @@ TEST(ChartLooks, the_calculated_curve_is_seen_on_white) {
     EXPECT_GE(best, chart::least_contrast);
 }
 
-TEST(ChartLooks, the_legend_stands_on_screen_by_choice_and_in_every_picture) {
+TEST(ChartLooks, legend_and_grid_stand_on_screen_by_choice_and_the_legend_in_every_picture) {
     ChartSample sample;
     sample.add_body(1250, 60);
     sample.view->display_model();
@@ -73,12 +73,15 @@ TEST(ChartLooks, the_legend_stands_on_screen_by_choice_and_in_every_picture) {
     EXPECT_FALSE(has(device.texts(), "Observed"));
     EXPECT_TRUE(has(picture_texts(sample.chart(edit::chart_mag)), "Observed"));
     EXPECT_TRUE(has(picture_texts(sample.chart(edit::chart_grav)), "Calculated"));
+    EXPECT_FALSE(sample.chart(edit::chart_section).LightGrid());
     sample.workbench.session.preferences.legend = true;
+    sample.workbench.session.preferences.grid = true;
     sample.forget();
     sample.view->redraw();
     EXPECT_TRUE(has(device.texts(), "Observed"));
     EXPECT_TRUE(has(device.texts(), "Calculated"));
     EXPECT_FALSE(has(sample.device(edit::chart_section).texts(), "Ground"));
+    EXPECT_TRUE(sample.chart(edit::chart_mag).LightGrid() && sample.chart(edit::chart_section).LightGrid());
 }
 
 TEST(ChartLooks, one_crosshair_runs_through_all_charts_and_tells_their_values) {

@@ -63,9 +63,28 @@ void keep_forms(const QString& folder) {
     for (const int tab : {0, 1})
         keep_form(folder + "/transform_" + QString::number(tab) + ".png", tab,
                   [&] { sample.find<QPushButton>("Command_define_observed_transform").click(); });
-    for (const char* form : {"find_file", "keyboard_shortcuts", "field_from_place"})
+    for (const char* form : {"find_file", "keyboard_shortcuts", "field_from_place", "preferences"})
         keep_form(folder + "/" + form + ".png", 0,
                   [&] { sample.find<QAction>((std::string("menu_") + form).c_str()).trigger(); });
+}
+
+/// Legend, scale of the bodies' colours, crosshair and measuring box.
+void keep_looks(FormSample& sample, const QString& folder, const QString& name) {
+    sample.find<QAction>("menu_display_legend").trigger();
+    sample.find<QAction>("menu_colour_body_0").trigger();
+    chart::GrapherWidget& curves = sample.form->charts().chart_widget(edit::chart_mag);
+    QTest::mouseMove(&curves, curves.rect().center());
+    keep(sample, folder, name + "_crosshair");
+    chart::GrapherWidget& section = sample.form->charts().chart_widget(edit::chart_section);
+    const QPoint from = section.rect().center(), to = from + QPoint(120, -40);
+    QTest::mousePress(&section, Qt::LeftButton, Qt::ShiftModifier, from);
+    QMouseEvent moved(QEvent::MouseMove, to, section.mapToGlobal(to), Qt::NoButton, Qt::LeftButton,
+                      Qt::ShiftModifier);
+    QApplication::sendEvent(&section, &moved);
+    keep(sample, folder, name + "_measured");
+    QTest::mouseRelease(&section, Qt::LeftButton, Qt::ShiftModifier, to);
+    sample.find<QAction>("menu_display_legend").trigger();
+    sample.find<QAction>("menu_undo").trigger();
 }
 
 /// The model with ghosts and fan in section and plan, and the pages of its uncertainty.
@@ -170,6 +189,7 @@ void keep_pictures(const QString& folder, const QString& workspaces) {
             sample.form->resize(size);
             sample.form->open_example(path.toStdString());
             keep(sample, folder, name + "_model" + suffix);
+            keep_looks(sample, folder, name + "_model" + suffix);
             take_screenshot(*sample.form, sample.form->workbench(), flow::ScreenshotKind::form)
                 .save(folder + "/" + name + "_screenshot" + suffix + ".png");
             keep_form(folder + "/" + name + "_figure" + suffix + ".png", 0,

@@ -84,6 +84,7 @@ void draw_sample(chart::AX_Grapher& chart, const Preferences& preferences) {
     look(1, preferences.observed, "Observed");
     look(2, preferences.calculated, "Calculated");
     chart.DisplayLegend(preferences.legend);
+    chart.LightGrid(preferences.grid);
     chart.DisplayChart();
 }
 

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "core/pacer.h"
+#include "core/threads.h"
 #include "forward/polyhedron/polyhedron_asking.h"
 #include "forward/polyhedron/polyhedron_shapes.h"
 #include "forward/polyhedron/station_blocks.h"
@@ -145,6 +146,9 @@ TEST(StationBlocks, a_short_job_stays_on_its_thread) {
     EXPECT_EQ(worker_count(1, 3, 4), 3);
     EXPECT_EQ(worker_count(1, 0, 4), 1);
     EXPECT_EQ(worker_count(std::nan(""), 1000, 0), 1);
+    limit_threads(3);
+    EXPECT_EQ(worker_count(1e9, 1000, 0), 3);
+    limit_threads(0);
 }
 
 }  // namespace
