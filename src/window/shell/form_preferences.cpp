@@ -175,6 +175,7 @@ QWidget* Form_preferences::make_numbers() {
         "Numbers have a decimal point and no thousands separators, whatever the language of the desktop."));
     language->setObjectName("Label_language_of_numbers");
     language->setWordWrap(true);
+    language->setMinimumHeight(2 * language->fontMetrics().lineSpacing() + gap);
     make_quiet(*language);
     auto* form = new QFormLayout;
     form->setSpacing(gap);
