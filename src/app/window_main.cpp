@@ -1,7 +1,10 @@
+#include <iostream>
+
 #include <QApplication>
 #include <QFileInfo>
 #include <QTimer>
 
+#include "chart/qt/installed_fonts.h"
 #include "core/file_limit.h"
 #include "core/session.h"
 #include "flow/examples.h"
@@ -18,6 +21,10 @@ int main(int argc, char** argv) {
     QApplication::setApplicationName("Anomalis");
     anomalis::window::apply_look(application);
     const anomalis::window::DesktopTheme theme(application);
+
+    // In the terminal: no form could be read.
+    if (const std::string told = anomalis::chart::missing_fonts(); !told.empty())
+        std::cerr << told << std::endl;
 
     anomalis::window::QtPrompts prompts;
     anomalis::Session session(prompts, anomalis::Settings(anomalis::default_settings_path(), prompts));

@@ -140,7 +140,9 @@ void ScreenDevice::clear(Colour colour, int back_style) {
     if (!make_ready()) return;
     const QColor fill = back_style == 0 ? QColor(Qt::transparent) : painter_colour(colour);
     active_.setCompositionMode(QPainter::CompositionMode_Source);
-    active_.fillRect(QRect(QPoint(0, 0), size_), fill);
+    // The last row and column of a fractional scale reach beyond the logical size.
+    const QPaintDevice& picture = *active_.device();
+    active_.fillRect(QRectF(0, 0, picture.width() / ratio_, picture.height() / ratio_), fill);
     active_.setCompositionMode(QPainter::CompositionMode_SourceOver);
     sharp_.drawn().add_all();
 }

@@ -1,5 +1,6 @@
 #include "window/shell/model_picture.h"
 
+#include "chart/qt/installed_fonts.h"
 #include "chart/qt/painter_device.h"
 #include "core/failure.h"
 #include "core/session.h"
@@ -25,6 +26,12 @@ chart::SurfaceSize picture_size(int width, int height) {
     return {width * chart::units_per_screen_pixel, height * chart::units_per_screen_pixel};
 }
 
+/// A picture without a letter is drawn, and told.
+void tell_missing_fonts(Prompts& prompts) {
+    const std::string told = chart::missing_fonts();
+    if (!told.empty()) prompts.message(told, Severity::doubt);
+}
+
 constexpr const char* drawing_failed = "An error occurred while drawing the picture: ";
 
 }  // namespace
@@ -32,6 +39,7 @@ constexpr const char* drawing_failed = "An error occurred while drawing the pict
 int write_model_picture(Session& session, const std::string& path, const std::string& view, int width,
                         int height) {
     const MessageScope scope(session.prompts);
+    tell_missing_fonts(session.prompts);
     return report_failure(session.prompts, drawing_failed, [&] {
         const chart::PictureFormat format = chart::picture_format(path);
         const chart::SurfaceSize size = picture_size(width, height);
@@ -72,6 +80,7 @@ int write_figure(Session& session, const std::string& path, flow::FigureChoice c
 int write_survey_map(Prompts& prompts, const intake::SurveyIndex& index, std::optional<std::size_t> line,
                      const std::string& path, int width, int height) {
     const MessageScope scope(prompts);
+    tell_missing_fonts(prompts);
     return report_failure(prompts, drawing_failed, [&] {
         const chart::PictureFormat format = chart::picture_format(path);
         const chart::SurfaceSize size = picture_size(width, height);

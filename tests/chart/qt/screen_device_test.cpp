@@ -71,6 +71,58 @@ TEST(ScreenDevice, a_line_along_an_axis_inks_whole_rows_at_every_scale) {
     }
 }
 
+TEST(ScreenDevice, a_picture_is_filled_to_its_last_pixel_at_every_scale) {
+    for (const double ratio : {1.0, 1.25, 1.5, 1.75, 2.0}) {
+        ScreenDevice device;
+        device.resize(QSize(61, 21), ratio);
+        device.select_layer(DrawingDevice::Layer::surface);
+        device.clear(colour_of(20, 20, 20), 1);
+        device.present();
+        const QImage picture = device.picture();
+        EXPECT_EQ(picture.pixelColor(picture.width() - 1, picture.height() - 1), QColor(20, 20, 20)) << ratio;
+    }
+}
+
+/// A chart that moves to another screen of the desk.
+TEST(ScreenDevice, another_scale_gives_the_same_picture_with_other_pixels) {
+    ScreenDevice device;
+    for (const double ratio : {2.0, 1.0, 1.5}) {
+        device.resize(QSize(60, 20), ratio);
+        device.set_mapping(screen_mapping(device.height()));
+        device.select_layer(DrawingDevice::Layer::surface);
+        device.clear(white, 1);
+        const Point box[] = {{300, 100}, {600, 100}, {600, 200}, {300, 200}};
+        device.polygon_fill(box, black);
+        device.present();
+        const QImage picture = device.picture();
+        EXPECT_EQ(picture.size(), (QSizeF(60, 20) * ratio).toSize());
+        EXPECT_EQ(device.width(), 60 * units_per_screen_pixel) << "surface units stay";
+        EXPECT_EQ(device.pixel_size(), units_per_screen_pixel / ratio);
+        int dark = 0;
+        for (int x = 0; x < picture.width(); ++x) dark += is_dark(picture.pixel(x, picture.height() / 2));
+        EXPECT_NEAR(dark, 20 * ratio, 1) << ratio;
+    }
+}
+
+TEST(PainterDevice, a_font_that_is_missing_is_drawn_and_measured_by_another) {
+    const Font missing{.name = "No Such Family 42", .size = 10, .bold = false, .italic = false};
+    Screen screen(200, 40);
+    const TextExtent extent = screen.device.measure("Depth 123.4 m", missing);
+    EXPECT_GT(extent.width, 60 * units_per_screen_pixel / 2);
+    screen.device.text({300, 150}, 0, "Depth 123.4 m", missing, black);
+    const QImage picture = screen.picture();
+    int left = picture.width(), right = 0;
+    for (int y = 0; y < picture.height(); ++y)
+        for (int x = 0; x < picture.width(); ++x)
+            if (is_dark(picture.pixel(x, y))) {
+                left = std::min(left, x);
+                right = std::max(right, x);
+            }
+    EXPECT_NEAR(left, 20, 2);
+    EXPECT_NEAR((right + 1 - 20) * units_per_screen_pixel, extent.width, 2 * units_per_screen_pixel)
+        << "the room that is kept is the room that is drawn on";
+}
+
 /// A slanted line through many points has the ink of one through its ends: no beads at its points.
 TEST(ScreenDevice, a_wide_curve_is_even_along_its_length) {
     const auto ink_of_columns = [](Screen& screen) {
