@@ -6,6 +6,8 @@
 #include <QLineEdit>
 #include <QTest>
 
+#include "core/preferences.h"
+#include "support/colour_sight.h"
 #include "window/form_tests.h"
 #include "window/shell/desktop_theme.h"
 
@@ -17,6 +19,7 @@ class LookTest : public QObject {
   private slots:
     void every_text_stands_out_from_its_ground();
     void the_tints_of_the_columns_leave_the_text_legible();
+    void tints_and_curves_are_told_apart_by_everybody();
     void a_dark_desktop_gets_the_dark_palette();
     void an_empty_box_can_be_seen_in_the_dark();
     void a_desktop_that_changes_is_followed();
@@ -87,6 +90,22 @@ void LookTest::the_tints_of_the_columns_leave_the_text_legible() {
                 contrast(palette.color(QPalette::Text), column_tint(palette, quantity)) >= least_contrast,
                 qPrintable(QString::number(quantity)));
     }
+}
+
+void LookTest::tints_and_curves_are_told_apart_by_everybody() {
+    const auto stored = [](const QColor& c) { return c.blue() << 16 | c.green() << 8 | c.red(); };
+    for (const bool dark : {false, true})
+        for (int i = 0; i < 6; ++i)
+            for (int k = i + 1; k < 6; ++k) {
+                const QPalette palette = look_palette(dark);
+                const double apart =
+                    least_difference(stored(column_tint(palette, i)), stored(column_tint(palette, k)));
+                QVERIFY2(
+                    apart >= 8,
+                    qPrintable(QString("dark %1, tints %2 and %3: %4").arg(dark).arg(i).arg(k).arg(apart)));
+            }
+    const Preferences curves;
+    QVERIFY(least_difference(curves.observed.colour, curves.calculated.colour) >= 50);
 }
 
 void LookTest::a_dark_desktop_gets_the_dark_palette() {

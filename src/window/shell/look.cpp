@@ -124,10 +124,10 @@ QColor quiet_text(const QPalette& palette) {
 }
 
 QColor column_tint(const QPalette& palette, int quantity) {
-    static const std::array<const char*, 6> on_light{"#cfe3f7", "#fde3c3", "#d8f0e1",
-                                                     "#efe3c9", "#f9d5df", "#e2d8f3"};
-    static const std::array<const char*, 6> on_dark{"#1f4468", "#6a4213", "#1f5238",
-                                                    "#57491f", "#692a3e", "#453569"};
+    static const std::array<const char*, 6> on_light{"#d3e9ff", "#fee4bc", "#e1f6e6",
+                                                     "#eee0c8", "#f4d3e1", "#cfc8e2"};
+    static const std::array<const char*, 6> on_dark{"#1f507c", "#6a4213", "#1f5238",
+                                                    "#4e411f", "#632640", "#433163"};
     return QColor((is_dark(palette) ? on_dark : on_light).at(static_cast<std::size_t>(quantity)));
 }
 
