@@ -7,6 +7,7 @@
 #include <QDialog>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScreen>
 #include <QSpinBox>
 #include <QTimer>
 
@@ -36,6 +37,7 @@ class FormDialogsTest : public QObject {
     void a_coordinate_file_is_not_written_over_the_data_file();
     void a_file_that_is_no_transform_leaves_the_old_one();
     void size_folder_and_tab_are_remembered();
+    void forms_open_at_the_size_they_were_given();
     void the_report_is_shown_copied_and_searched();
     void every_control_of_the_forms_explains_itself();
     void preferences_work_at_once_and_cancel_puts_them_back();
@@ -244,6 +246,38 @@ void FormDialogsTest::size_folder_and_tab_are_remembered() {
         QVERIFY(dialog.width() >= 418 && dialog.height() >= 472);
     });
     QCOMPARE(sample.prompts.save_requests.back().default_name, sample.folder.folder() + "/");
+}
+
+void FormDialogsTest::forms_open_at_the_size_they_were_given() {
+    const TempFolder folder;
+    const std::string settings = folder.path("anomalis.conf");
+    const auto size_of_guide = [](FormSample& sample) {
+        sample.find<QAction>("menu_guide").trigger();
+        return sample.find<QDialog>("Form_guide").size();
+    };
+    {
+        FormSample first({}, settings);
+        QCOMPARE(size_of_guide(first), QSize(960, 720));
+        first.find<QDialog>("Form_guide").resize(620, 480);
+        first.find<QDialog>("Form_guide").close();
+    }
+    {
+        FormSample second({}, settings);
+        QCOMPARE(size_of_guide(second), QSize(620, 480));
+        second.find<QDialog>("Form_guide").resize(9000, 480);
+        second.find<QDialog>("Form_guide").close();
+    }
+    FormSample third({}, settings);
+    const QSize cut = size_of_guide(third);
+    QVERIFY2(cut.width() <= third.form->screen()->availableSize().width(), "no wider than the screen");
+    drive([&] { third.find<QAction>("menu_find_file").trigger(); },
+          [](QDialog& dialog) { dialog.resize(700, 500); });
+    drive([&] { third.find<QAction>("menu_find_file").trigger(); },
+          [&](QDialog& dialog) {
+              const std::string kept = third.session.settings.get("FormSizes", "Form_find_file", "");
+              QCOMPARE(QString("%1 x %2").arg(dialog.width()).arg(dialog.height()),
+                       QString::fromStdString(kept));
+          });
 }
 
 void FormDialogsTest::the_report_is_shown_copied_and_searched() {

@@ -1,12 +1,19 @@
+#include <cmath>
+
 #include <QApplication>
 #include <QClipboard>
 #include <QComboBox>
+#include <QHelpEvent>
+#include <QToolTip>
 
 #include "core/body_parameters.h"
 #include "edit/body_form.h"
 #include "window/form_tests.h"
 #include "window/modelled_form.h"
+#include "window/shell/look.h"
 #include "window/widgets/body_cells.h"
+#include "window/widgets/body_grid_view.h"
+#include "window/widgets/sketch_tip.h"
 
 namespace anomalis::window {
 
@@ -23,6 +30,8 @@ class FormGridTest : public QObject {
     void limits_are_keyed_and_crossed_ones_refused();
     void the_type_is_chosen_over_its_cell();
     void an_interval_never_hides_its_value();
+    void a_parameter_is_drawn_over_the_words_of_its_tip();
+    void a_sketch_is_as_sharp_as_the_screen_and_follows_its_palette();
 };
 
 void FormGridTest::the_grid_has_18_rows_and_5_columns() {
@@ -189,6 +198,43 @@ void FormGridTest::an_interval_never_hides_its_value() {
     QCOMPARE(fitting_error(metrics, "±597", "44919.6", room), QString("±597"));
     QCOMPARE(fitting_error(metrics, wide, "270142.5", room), QString("±…"));
     QCOMPARE(fitting_error(metrics, wide, "2", room), wide);
+}
+
+void FormGridTest::a_parameter_is_drawn_over_the_words_of_its_tip() {
+    Modelled sample;
+    auto& grid = sample.find<BodyGridView>("Grid_body");
+    const auto page = [&](int row, int column) {
+        return grid.tip_page(grid.visualRect(sample.cell(row, column)).center());
+    };
+    const QString words = sample.cell(param_dip, edit::grid_value).data(Qt::ToolTipRole).toString();
+    QVERIFY(page(param_dip, edit::grid_value).contains("<img src=\"data:image/png;base64,"));
+    QVERIFY(page(param_dip, edit::grid_property).contains(words.section('\n', 0, 0)));
+    QCOMPARE(page(edit::row_east, edit::grid_value),
+             sample.cell(edit::row_east, edit::grid_value).data(Qt::ToolTipRole).toString());
+    QVERIFY2(!page(param_dip, edit::grid_min).contains("<img"), "a limit has words alone");
+    // The bars of the parameter show it too, over what they say of their steps.
+    auto& bar = sample.find<QWidget>("HScroll_dip_0");
+    QHelpEvent asked(QEvent::ToolTip, bar.rect().center(), bar.mapToGlobal(bar.rect().center()));
+    QApplication::sendEvent(&bar, &asked);
+    QVERIFY(QToolTip::text().contains("<img"));
+    QVERIFY(QToolTip::text().contains("coarse steps"));
+    QToolTip::hideText();
+}
+
+void FormGridTest::a_sketch_is_as_sharp_as_the_screen_and_follows_its_palette() {
+    Workspace workspace;
+    ModelBody body;
+    body.type = thick_sheet;
+    for (const double ratio : {1.0, 1.25, 2.0}) {
+        const QImage light = sketch_picture(workspace, body, param_width, look_palette(false), ratio);
+        const QImage dark = sketch_picture(workspace, body, param_width, look_palette(true), ratio);
+        QCOMPARE(light.width(), static_cast<int>(std::ceil(sketch_size.width() * ratio)));
+        QCOMPARE(light.devicePixelRatio(), ratio);
+        const QPoint corner(light.width() - 1, light.height() - 1);
+        QCOMPARE(light.pixelColor(corner), look_palette(false).color(QPalette::ToolTipBase));
+        QCOMPARE(dark.pixelColor(corner), look_palette(true).color(QPalette::ToolTipBase));
+    }
+    QVERIFY(sketch_picture(workspace, body, edit::row_east, look_palette(false), 1).isNull());
 }
 
 QObject* make_form_grid_test() {

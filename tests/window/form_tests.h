@@ -24,6 +24,7 @@ QObject* make_form_names_test();
 QObject* make_form_regional_test();
 QObject* make_form_start_test();
 QObject* make_formulas_controller_test();
+QObject* make_help_test();
 QObject* make_import_test();
 QObject* make_invert_panel_test();
 QObject* make_line_controller_test();

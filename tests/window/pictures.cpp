@@ -6,16 +6,20 @@
 #include <QFileInfo>
 #include <QHeaderView>
 #include <QMenu>
+#include <QPainter>
 #include <QPushButton>
 #include <QTabWidget>
 #include <QTableWidget>
 #include <QTimer>
 
+#include "core/body_parameters.h"
 #include "window/form_sample.h"
 #include "window/form_tests.h"
 #include "window/import/import_controller.h"
 #include "window/panels/charts_panel.h"
+#include "window/shell/look.h"
 #include "window/shell/screenshot.h"
+#include "window/widgets/sketch_tip.h"
 
 namespace anomalis::window {
 
@@ -85,6 +89,37 @@ void keep_looks(FormSample& sample, const QString& folder, const QString& name) 
     QTest::mouseRelease(&section, Qt::LeftButton, Qt::ShiftModifier, to);
     sample.find<QAction>("menu_display_legend").trigger();
     sample.find<QAction>("menu_undo").trigger();
+}
+
+/// What every parameter of every type is, on one page, light and dark, at three densities.
+void keep_sketches(const QString& folder) {
+    constexpr std::array types{thin_sheet, thick_sheet, pipe, wire, edge, sphere};
+    const int across = sketch_size.width() + 8, down = sketch_size.height() + 8;
+    for (const bool dark : {false, true})
+        for (const double ratio : {1.0, 1.25, 2.0}) {
+            const QPalette palette = look_palette(dark);
+            QImage page(QSize(across * static_cast<int>(types.size()),
+                              down * static_cast<int>(body_parameter_count)) *
+                            ratio,
+                        QImage::Format_ARGB32_Premultiplied);
+            page.setDevicePixelRatio(ratio);
+            page.fill(palette.color(QPalette::Window));
+            QPainter painter(&page);
+            Workspace workspace;
+            workspace.azimuth = 1;
+            for (std::size_t column = 0; column < types.size(); ++column)
+                for (int row = 0; row < static_cast<int>(body_parameter_count); ++row) {
+                    ModelBody body;
+                    body.type = types[column];
+                    body.strike.value = row % 2 == 0 ? 100 : 280;
+                    workspace.formulas = ratio == 2 ? Formulas::exact : Formulas::classic;
+                    painter.drawImage(
+                        QPoint(static_cast<int>(column) * across, row * down),
+                        sketch_picture(workspace, body, first_param_code + row, palette, ratio));
+                }
+            painter.end();
+            page.save(QString("%1/sketches_%2_%3.png").arg(folder, dark ? "dark" : "light").arg(100 * ratio));
+        }
 }
 
 /// The model with ghosts and fan in section and plan, and the pages of its uncertainty.
@@ -166,6 +201,7 @@ void keep_import(const QString& folder, const QString& path, QSize size) {
 
 void keep_pictures(const QString& folder, const QString& workspaces) {
     keep_forms(folder);
+    keep_sketches(folder);
     const QStringList paths = workspaces.split(':', Qt::SkipEmptyParts);
     std::vector<flow::ExampleFile> examples;
     for (const QString& path : paths)

@@ -3,6 +3,7 @@
 #include <QCheckBox>
 #include <QGridLayout>
 #include <QLabel>
+#include <QToolTip>
 
 #include "core/body_parameters.h"
 #include "edit/body_form.h"
@@ -12,6 +13,7 @@
 #include "window/shell/look.h"
 #include "window/widgets/panel.h"
 #include "window/widgets/parameter_stepper.h"
+#include "window/widgets/sketch_tip.h"
 
 namespace anomalis::window {
 
@@ -68,6 +70,10 @@ ParameterStepper* MovePanel::make_stepper(const edit::ParameterBar& bar, bool fi
     auto* stepper = new ParameterStepper(QString("%1_%2").arg(bar.control).arg(member), fine);
     stepper->set_tip(
         [this, &bar, fine] { return QString::fromStdString(edit::bar_tip(workbench_, bar, fine)); });
+    stepper->set_tip_page([this, &bar, stepper](const QString& words) {
+        return sketch_tip(workbench_.session.workspace, edit::current_body(workbench_), bar.code, words,
+                          QToolTip::palette(), stepper->devicePixelRatioF());
+    });
     connect(stepper, &ParameterStepper::stepped, this,
             [this, &bar](bool fine_step, int direction) { step(bar, fine_step, direction); });
     return stepper;

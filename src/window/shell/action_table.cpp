@@ -202,6 +202,12 @@ constexpr std::array rows{
               When::body_shown, Qt::Key_PageDown},
     ActionRow{ActionId::previous_body, "Shortcut_previous_body", "Previous body",
               "Make the body before it the current one", When::body_shown, Qt::Key_PageUp},
+    ActionRow{ActionId::guide, "menu_guide", "&Guide", "Open the guide at what has the focus", When::any_time,
+              Qt::Key_F1},
+    ActionRow{ActionId::explain_focus, "menu_explain_focus", "&Explain what has the focus",
+              "Say what the box, bar or chart with the focus is for", When::any_time, Qt::SHIFT | Qt::Key_F1},
+    ActionRow{ActionId::whats_this, "menu_whats_this", "&What's this?",
+              "Click anything in the window to be told what it is for", When::any_time},
     ActionRow{ActionId::keyboard_shortcuts, "menu_keyboard_shortcuts", "&Keyboard shortcuts",
               "Every key that does something in this window"},
     ActionRow{ActionId::find_file, "menu_find_file", "&Find File in Path",
@@ -227,6 +233,7 @@ bool has_current_body(const edit::Workbench& workbench) {
 bool holds(When when, const edit::Workbench& workbench) {
     const Workspace& workspace = workbench.session.workspace;
     switch (when) {
+        case When::any_time:
         case When::always:
             return true;
         case When::line:

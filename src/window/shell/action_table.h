@@ -90,6 +90,9 @@ enum class ActionId {
     plan_to_section,
     next_body,
     previous_body,
+    guide,
+    explain_focus,
+    whats_this,
     keyboard_shortcuts,
     find_file,
     about
@@ -98,6 +101,7 @@ enum class ActionId {
 /// What must be there for an action to do anything.
 enum class When {
     always,
+    any_time,    ///< the same, and it leaves alone what is half typed
     line,        ///< a line is loaded
     stations,    ///< at least one station, though they may make no line
     bodies,      ///< the model has bodies

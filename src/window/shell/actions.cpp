@@ -66,7 +66,9 @@ const std::vector<QAction*>& Actions::family(ActionId id) const {
 
 void Actions::trigger(const ActionRow& row, int member) {
     const auto& handler = handlers_.at(static_cast<std::size_t>(row.id));
-    const bool open = row.when == When::running ? guards_.busy() : gate_.pass();
+    const bool open = row.when == When::running    ? guards_.busy()
+                      : row.when == When::any_time ? true
+                                                   : gate_.pass();
     if (open && handler) handler(member);
     refresh();  // also the mark of one that was turned away
 }

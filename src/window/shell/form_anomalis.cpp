@@ -8,6 +8,7 @@
 #include "edit/change.h"
 #include "flow/new_line_choice.h"
 #include "flow/recent_files.h"
+#include "window/help/help_controller.h"
 #include "window/import/import_controller.h"
 #include "window/panels/chart_file_dialogs.h"
 #include "window/panels/charts_panel.h"
@@ -28,6 +29,7 @@
 #include "window/shell/find_controller.h"
 #include "window/shell/fit_controller.h"
 #include "window/shell/form_inversion.h"
+#include "window/shell/form_sizes.h"
 #include "window/shell/formulas_controller.h"
 #include "window/shell/history_controller.h"
 #include "window/shell/line_controller.h"
@@ -128,6 +130,8 @@ void Form_anomalis::make_controllers(const std::vector<flow::ExampleFile>& examp
     new ViewController(this, workbench_, *actions_, guards_, news_, *charts_, *bodies);
     new HistoryController(*this, workbench_, *actions_, *menus_, news_, *line_, *status_);
     new SessionController(*this, session_, *actions_, *status_);
+    new HelpController(*this, *actions_);
+    new FormSizes(*this, session_.settings);
     actions_->on(ActionId::leave, [this] { close(); });
     formulas_ = new FormulasController(this, workbench_, *actions_, gate_, guards_, news_, *status_);
     recovery_ = new RecoveryController(this, workbench_, guards_, *open_, *status_);

@@ -12,7 +12,8 @@ namespace anomalis::window {
 
 namespace {
 
-constexpr int margin = 18, column_gap = 40, group_gap = 14, line_gap = 5;  // pixels
+constexpr int margin = 18, column_gap = 32, group_gap = 14, line_gap = 5;  // pixels
+constexpr int most_columns = 3;
 
 QWidget* make_group(const ShortcutGroup& group) {
     auto* holder = new QWidget;
@@ -26,11 +27,11 @@ QWidget* make_group(const ShortcutGroup& group) {
     int row = 1;
     for (const ShortcutLine& line : group.lines) {
         auto* keys = new QLabel(line.keys);
-        keys->setMinimumWidth(keys->fontMetrics().horizontalAdvance("Shift + arrow key  "));
         auto* words = new QLabel(line.words);
         grid->addWidget(keys, row, 0);
         grid->addWidget(words, row++, 1);
     }
+    grid->setColumnMinimumWidth(0, heading->fontMetrics().horizontalAdvance("Ctrl+Shift+Tab"));
     grid->setColumnStretch(1, 1);
     return holder;
 }
@@ -50,10 +51,10 @@ Form_keyboard_shortcuts::Form_keyboard_shortcuts(QWidget* parent) : QDialog(pare
     auto* columns = new QHBoxLayout;
     columns->setSpacing(column_gap);
     QVBoxLayout* column = nullptr;
-    const qsizetype half = (line_count(groups) + 1) / 2;
+    const qsizetype share = (line_count(groups) + most_columns - 1) / most_columns;
     qsizetype lines = 0;
     for (const ShortcutGroup& group : groups) {
-        if (!column || (columns->count() == 1 && lines >= half)) {
+        if (!column || (columns->count() < most_columns && lines >= share * columns->count())) {
             column = new QVBoxLayout;
             column->setSpacing(0);
             columns->addLayout(column);

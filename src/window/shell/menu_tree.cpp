@@ -141,6 +141,9 @@ constexpr std::array items{
     close,
 
     open("menu_help", "&Help"),
+    entry(ActionId::guide),
+    entry(ActionId::explain_focus),
+    entry(ActionId::whats_this),
     entry(ActionId::keyboard_shortcuts),
     entry(ActionId::find_file),
     separator(),

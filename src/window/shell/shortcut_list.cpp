@@ -18,13 +18,22 @@ struct ControlKeys {
     const char* words;
 };
 
-/// What has the focus takes these itself.
+/// What has the focus, or is under the pointer, takes these itself.
 constexpr std::array control_keys{
     ControlKeys{"A chart that has the focus", "Arrow keys", "Move the window by a tenth"},
     ControlKeys{"", "+  −", "Zoom in, zoom out"},
     ControlKeys{"", "0  Home", "Show everything again"},
     ControlKeys{"", "Menu", "Open the menu of the chart"},
     ControlKeys{"", "Esc", "Give up the box that is being drawn"},
+    ControlKeys{"The mouse on a chart", "Wheel", "Zoom about the pointer"},
+    ControlKeys{"", "Left button", "Up or down: zoom about the press"},
+    ControlKeys{"", "Right button", "Pan a zoomed chart"},
+    ControlKeys{"", "Middle button", "The whole chart, the view as a box to move"},
+    ControlKeys{"", "Shift + left button", "Measure a box"},
+    ControlKeys{"", "Double click", "Show everything again"},
+    ControlKeys{"", "Click", "Select the point or the body under the pointer"},
+    ControlKeys{"", "Right click", "Open the menu of the chart"},
+    ControlKeys{"", "Drag of a handle", "Change the current body"},
     ControlKeys{"Section or plan with the focus", "← →", "Move the current body along the line"},
     ControlKeys{"", "↑ ↓", "Move its top up, down"},
     ControlKeys{"", "Shift + arrow key", "The same finely"},

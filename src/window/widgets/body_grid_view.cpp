@@ -2,9 +2,11 @@
 
 #include <QComboBox>
 #include <QHeaderView>
+#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QScrollBar>
+#include <QToolTip>
 
 #include "core/formulas.h"
 #include "edit/body_form.h"
@@ -13,6 +15,7 @@
 #include "window/widgets/body_cells.h"
 #include "window/widgets/body_grid_model.h"
 #include "window/widgets/panel.h"
+#include "window/widgets/sketch_tip.h"
 
 namespace anomalis::window {
 
@@ -160,6 +163,26 @@ void BodyGridView::keyPressEvent(QKeyEvent* event) {
         return;
     }
     QTableView::keyPressEvent(event);
+}
+
+bool BodyGridView::viewportEvent(QEvent* event) {
+    if (event->type() == QEvent::ToolTip && show_tip(static_cast<const QHelpEvent&>(*event))) return true;
+    return QTableView::viewportEvent(event);
+}
+
+bool BodyGridView::show_tip(const QHelpEvent& event) {
+    const QModelIndex cell = indexAt(event.pos());
+    if (!cell.isValid()) return false;
+    QToolTip::showText(event.globalPos(), tip_page(event.pos()), viewport(), visualRect(cell));
+    return true;
+}
+
+QString BodyGridView::tip_page(const QPoint& place) const {
+    const QModelIndex cell = indexAt(place);
+    const QString words = cell.data(Qt::ToolTipRole).toString();
+    if (cell.column() > edit::grid_value) return words;
+    return sketch_tip(workbench_.session.workspace, edit::current_body(workbench_), cell.row() + 1, words,
+                      QToolTip::palette(), devicePixelRatioF());
 }
 
 void BodyGridView::resizeEvent(QResizeEvent* event) {

@@ -6,6 +6,7 @@
 #include "window/shell/model_news.h"
 
 class QComboBox;
+class QHelpEvent;
 
 namespace anomalis::edit {
 struct Workbench;
@@ -26,6 +27,8 @@ class BodyGridView : public QTableView {
     void fill();
     /// Takes over what stands in an open editor; an open list of types is put away.
     void commit_editor();
+    /// What is said of the cell at a place of the view, as rich text: of a parameter with its sketch.
+    QString tip_page(const QPoint& place) const;
 
   signals:
     void text_refused(const QString& caption, const QString& text);
@@ -35,10 +38,12 @@ class BodyGridView : public QTableView {
     void mousePressEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    bool viewportEvent(QEvent* event) override;
 
   private:
     using QTableView::edit;
     void lay_out();
+    bool show_tip(const QHelpEvent& event);
     void cell_clicked(const QModelIndex& index);
     void show_types();
     void choose_type(int entry);

@@ -6,6 +6,7 @@
 #include <QStyleOptionFocusRect>
 #include <QStylePainter>
 #include <QToolButton>
+#include <QToolTip>
 
 namespace anomalis::window {
 
@@ -42,7 +43,13 @@ ParameterStepper::ParameterStepper(const QString& object_name, bool fine, QWidge
 }
 
 bool ParameterStepper::event(QEvent* event) {
-    if (event->type() == QEvent::ToolTip && tip_) setToolTip(tip_());
+    if (event->type() == QEvent::ToolTip && tip_) {
+        setToolTip(tip_());
+        if (tip_page_) {
+            QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), tip_page_(toolTip()), this);
+            return true;
+        }
+    }
     return QWidget::event(event);
 }
 

@@ -16,6 +16,8 @@ class ParameterStepper : public QWidget {
 
     /// What the tip says is found when it is shown, since it speaks of the present body.
     void set_tip(std::function<QString()> tip) { tip_ = std::move(tip); }
+    /// What is shown in place of the tip's words, made from them: a picture above them.
+    void set_tip_page(std::function<QString(const QString& words)> page) { tip_page_ = std::move(page); }
 
   signals:
     /// `direction` is +1 or -1.
@@ -29,6 +31,7 @@ class ParameterStepper : public QWidget {
   private:
     bool fine_;
     std::function<QString()> tip_;
+    std::function<QString(const QString&)> tip_page_;
 };
 
 }  // namespace anomalis::window
