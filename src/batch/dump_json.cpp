@@ -5,6 +5,7 @@
 
 #include "batch/fit_json.h"
 #include "batch/json_text.h"
+#include "batch/json_units.h"
 #include "core/body_parameters.h"
 #include "core/model_mark.h"
 
@@ -309,6 +310,7 @@ std::string dump_json_text(const Workspace& workspace, const DumpedMisfit& misfi
         json["bodies"].push_back(body_json(workspace, workspace.body(number)));
     json["misfit"] = {{"mag", misfit_json(misfit.mag)}, {"grav", misfit_json(misfit.grav)}};
     json["last_fit"] = last_fit_json(workspace);
+    json[units_name] = dump_units_json<Json>(workspace);
     add_told(json, told);
     constexpr int compact = -1;  // a dump is for programs, and one number a line would double it
     return json_text(json, compact);

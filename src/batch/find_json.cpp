@@ -6,6 +6,7 @@
 #include "batch/fit_json.h"
 #include "batch/found_body_json.h"
 #include "batch/json_text.h"
+#include "batch/json_units.h"
 #include "flow/find_report.h"
 #include "show/fit_quality.h"
 
@@ -81,6 +82,9 @@ std::string find_json_text(const flow::FindReport& report, const Workspace& work
         json["alternatives"].push_back(model_json(model, report.channel, workspace));
     if (result.models.empty() && report.refusal.empty())
         json["alternatives"].push_back(no_body_json(report, workspace));
+    Json units = units_json<Json>({{"seconds", "s"}, {"rms", "as units"}, {"regional_axis", "m"}});
+    units["bodies"] = found_body_units_json<Json>();
+    json[units_name] = std::move(units);
     json["find_remarks"] = result.remarks;
     add_told(json, told);
     return json_text(json, 1);

@@ -5,6 +5,7 @@
 #include "batch/fit_json.h"
 #include "batch/found_body_json.h"
 #include "batch/json_text.h"
+#include "batch/json_units.h"
 #include "show/fit_quality.h"
 
 namespace anomalis::batch {
@@ -93,6 +94,10 @@ std::string follow_json_text(const std::string& first, std::int32_t channel,
         {"seconds", seconds}, {"first", first}, {"lines", Json::array()}, {"strikes", Json::array()}};
     for (const FollowedFile& file : files) json["lines"].push_back(line_json(file, channel));
     for (const flow::FollowedStrike& strike : strikes) json["strikes"].push_back(strike_json(strike));
+    Json units = units_json<Json>({{"seconds", "s"}, {"rms", "as units of the line"}});
+    units["bodies"] = found_body_units_json<Json>();
+    units["changes"] = parameter_units_json<Json>();
+    json[units_name] = std::move(units);
     add_told(json, told);
     return json_text(json, 1);
 }

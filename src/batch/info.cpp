@@ -56,7 +56,7 @@ std::string columns_text(const DataDefinition& d) {
 std::string field_text(const Workspace& w) {
     if (w.source.field_missing) return "not set";
     return value_text(w.field.intensity) + " nT, inclination " + value_text(w.field.inclination) +
-           ", declination " + value_text(w.field.declination);
+           "°, declination " + value_text(w.field.declination) + "°";
 }
 
 /// Where the line came from, as far as the workspace knows.
@@ -91,10 +91,11 @@ std::string filter_text(const Workspace& w) {
     constexpr std::array names{"triangular", "sinc^2", "Hanning", "Hamming", "boxcar"};
     const auto type = static_cast<std::size_t>(std::clamp(w.processing.smooth_filter_type, 0, 4));
     return "smoothing " + std::to_string(w.processing.smooth_filter_width) + " (" + names[type] +
-           "), residual " + std::to_string(w.processing.residual_filter_width) + ", " +
+           "), residual " + std::to_string(w.processing.residual_filter_width) + " stations, " +
            (w.processing.display_total_gradient == 1 ? "total gradient " : "vertical gradient ") +
-           std::to_string(w.processing.vg_filter_width) + " step " +
-           std::to_string(w.processing.vg_filter_step);
+           std::to_string(w.processing.vg_filter_width) + " taps, " +
+           std::to_string(w.processing.vg_filter_step) +
+           (w.processing.vg_filter_step == 1 ? " station apart" : " stations apart");
 }
 
 std::string regional_text(const Workspace& w, int channel) {
@@ -109,7 +110,8 @@ std::string regional_text(const Workspace& w, int channel) {
 std::string channel_text(const Workspace& w, int channel) {
     const Channel& c = w.channel(channel);
     return value_text(c.min) + " to " + value_text(c.max) + " " + std::string(show::channel_unit(channel)) +
-           ", base " + value_text(c.base) + regional_text(w, channel);
+           ", base " + value_text(c.base) + " " + std::string(show::channel_unit(channel)) +
+           regional_text(w, channel);
 }
 
 std::string last_fit_text(const Workspace& w) {
@@ -134,7 +136,8 @@ std::string profile_text(const Workspace& w) {
 }
 
 std::string misfit_text(const MisfitPair& misfit) {
-    return "data " + value_text(misfit[0], "0.00000") + ", gradient " + value_text(misfit[1], "0.00000");
+    return "data " + value_text(misfit[0], "0.00000") + ", gradient " + value_text(misfit[1], "0.00000") +
+           " (no unit)";
 }
 
 /// What the load has to say beside the numbers above.
@@ -151,15 +154,15 @@ using Row = std::vector<std::string>;
 
 /// What the list of the bodies shows of each.
 constexpr std::array<std::pair<ParamCode, const char*>, 9> parameter_columns{
-    {{param_distance, "Distance"},
-     {param_top, "Top"},
-     {param_strike, "Strike"},
-     {param_dip, "Dip"},
-     {param_width, "Width"},
-     {param_depth_extent, "Depth ext"},
-     {param_length, "Length"},
-     {param_susc, "Susc"},
-     {param_density, "Density"}}};
+    {{param_distance, "Distance m"},
+     {param_top, "Top m"},
+     {param_strike, "Strike deg"},
+     {param_dip, "Dip deg"},
+     {param_width, "Width m"},
+     {param_depth_extent, "Depth ext m"},
+     {param_length, "Length m"},
+     {param_susc, "Susc uSI"},  // a wire's current in mA
+     {param_density, "Contrast g/cc"}}};
 
 Row body_row(int number, const ModelBody& b) {
     Row row{std::to_string(number), std::string(body_type_name(b.type)),

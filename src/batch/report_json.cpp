@@ -5,6 +5,7 @@
 
 #include "batch/fit_json.h"
 #include "batch/json_text.h"
+#include "batch/json_units.h"
 #include "show/fit_quality.h"
 
 namespace anomalis::batch {
@@ -32,6 +33,7 @@ Json parameters_json(const flow::InversionReport& report) {
         parameters.push_back({{"body", p.body},
                               {"param_code", p.param_code},
                               {"name", p.name},
+                              {"unit", p.unit},
                               {"start", p.start},
                               {"final", p.final},
                               {"lower", limit_json(report, p.lower)},
@@ -89,7 +91,8 @@ void add_channel(const flow::ReportedChannel& channel, const flow::InversionRepo
         none ? Json(nullptr)
              : Json{{"centre", polynomial["centre"]}, {"half_width", polynomial["half_width"]}};
     json[before + "residual_correlation_m"] = number_or_null<Json>(fitted.correlation);
-    json[before + "units"] = std::string(show::channel_unit(channel.channel)) + (gradient ? " per tap" : "");
+    const std::string_view unit = show::channel_unit(channel.channel);
+    json[before + "units"] = gradient ? filter::gradient_unit(unit, report.tap_step) : std::string(unit);
 }
 
 /// The first channel's names stand alone; those of a joint fit's gravity begin with "grav_".
@@ -117,6 +120,13 @@ std::string report_json_text(const flow::InversionReport& report, const BatchPro
     json["method"] = method_name(report.method);
     json["intervals"] = intervals_json(report);
     add_channels(report, json);
+    json[units_name] = units_json<Json>({{"seconds", "s"},
+                                         {"rms", "as units"},
+                                         {"noise", "as units"},
+                                         {"regional", "as units"},
+                                         {"regional_axis", "m"},
+                                         {"start, final, lower, upper, step", "as unit of the parameter"},
+                                         {"intervals, errors", "as unit of the parameter, in their order"}});
     json["fit_remarks"] = result.record ? Json(result.record->remarks) : Json::array();
     if (result.statistics) {
         json["errors"] = result.statistics->errors;

@@ -7,6 +7,7 @@
 #include "batch/channel_choice.h"
 #include "batch/fit_json.h"
 #include "batch/json_text.h"
+#include "batch/json_units.h"
 #include "core/body_parameters.h"
 #include "inversion/ensemble/ensemble_correlation.h"
 #include "show/fit_quality.h"
@@ -127,6 +128,15 @@ std::string uncertainty_json_text(const Workspace& workspace, const inversion::E
     json["correlation"] = correlation_json(workspace, found);
     json["samples"] = samples_json(found);
     json["fan"] = fan_json(workspace, found);
+    json[units_name] = units_json<Json>({{"seconds", "s"},
+                                         {"strike_within", "°"},
+                                         {"value, median, band, profile", "as unit of the parameter"},
+                                         {"values", "as units of the parameters, in their order"},
+                                         {"mag_rms", "nT"},
+                                         {"grav_rms", "mGal"},
+                                         {"distance", "m"},
+                                         {"lower, upper of a fan", "as its units"}});
+    json[units_name]["fit"] = fit_units_json<Json>();
     add_told(json, told);
     return json_text(json, 1);
 }

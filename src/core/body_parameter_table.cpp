@@ -46,7 +46,7 @@ constexpr std::array<BodyParameter, body_parameter_count> table{{
         .fit = {FitPart::shape, nullptr, {.pipe = 0.1F, .others = 5}, none_below, {.rule = highest_top}},
         .tip = {{"The depth of the top of the body", "The depth of the centre of the cylinder",
                  "The depth of the centre of the cylinder"},
-                {"Elevation in m on the axis of the sensor, up positive; any number"}},
+                {"An elevation: m on the axis of the sensor, up positive; any number"}},
     },
     {
         .code = param_strike,
@@ -237,14 +237,15 @@ constexpr std::array<BodyParameter, body_parameter_count> table{{
         .code = param_density,
         .slot = &ModelBody::density,
         .name = "density",
-        .column = {"density_g_per_cc"},
+        .column = {"density_contrast_g_per_cc"},
         .grid = {{"Dens", "Dens", ""}, {"g/cc"}, {"0.000"}},
         .range = any_number,
         .least_difference = 0.001,
         .stale = {.grav = true},
         .bar = {"VScroll_dens", 0, true, {.fixed = 0.1}},
         .fit = {FitPart::gravity, nullptr, always(0.025F), always(-100), always(100)},
-        .tip = {{"The density of the  body (g/cc)"}, {"g/cc against the rock around it, any number"}},
+        .tip = {{"The density of the  body (g/cc)"},
+                {"Density contrast: g/cc against the rock around it, 0 for none; any number"}},
     },
 }};
 

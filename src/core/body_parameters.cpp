@@ -15,6 +15,11 @@ constexpr std::string_view not_applicable = "N/A";
 constexpr std::string_view kept_number =
     "\nA change of the body type keeps the number, although its meaning changes";
 
+std::string_view susceptibility_measure(SusceptibilityUnit unit) {
+    return unit == SusceptibilityUnit::si ? "SI (0.05 is 50000 µSI), any number"
+                                          : "cgs (that of SI over 4 pi: 0.004 is 0.05 SI), any number";
+}
+
 /// The place of each code in the table.
 const std::array<std::size_t, body_parameter_count>& places() {
     static const auto result = [] {
@@ -63,9 +68,15 @@ const ValueRange& value_range(std::int32_t type, int param_code) {
     return body_parameter(param_code).range.of(type);
 }
 
-std::string parameter_tip(std::int32_t type, int param_code) {
+bool is_susceptibility(std::int32_t type, int param_code) {
+    return param_code == param_susc && !carries_current(type);
+}
+
+std::string parameter_tip(std::int32_t type, int param_code, SusceptibilityUnit unit) {
     const BodyParameter& row = body_parameter(param_code);
-    std::string text = std::string(row.tip.meaning.of(type)) + "\n" + std::string(row.tip.measure.of(type));
+    std::string text = std::string(row.tip.meaning.of(type)) + "\n";
+    const bool other_unit = is_susceptibility(type, param_code) && unit != SusceptibilityUnit::micro_si;
+    text += other_unit ? susceptibility_measure(unit) : row.tip.measure.of(type);
     const ValueRange& range = row.range.of(type);
     if (range.bounded())
         text += ", " + format_number(range.low, "0") + " to " + format_number(range.high, "0");

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "core/model_body.h"
+#include "core/preferences.h"
 #include "core/stale.h"
 
 // All that the program knows of the fifteen parameters of a body, one row for each.
@@ -166,7 +167,11 @@ bool has_parameter(std::int32_t type, int param_code);
 /// The values that a person may give. Raises Fault subscript for a code that is none.
 const ValueRange& value_range(std::int32_t type, int param_code);
 
+/// Of a type that carries no current the parameter is a susceptibility, which is shown in a unit of choice.
+bool is_susceptibility(std::int32_t type, int param_code);
+
 /// What the parameter means for this type, its unit and the numbers it takes.
-std::string parameter_tip(std::int32_t type, int param_code);
+std::string parameter_tip(std::int32_t type, int param_code,
+                          SusceptibilityUnit unit = SusceptibilityUnit::micro_si);
 
 }  // namespace anomalis

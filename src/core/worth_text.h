@@ -4,7 +4,8 @@
 
 namespace anomalis {
 
-/// A number with two digits of what it is uncertain by: 257.4 of 12 is "257", of 0.31 "257.40".
+/// A number with two digits of what it is uncertain by, seven digits at most: 257.4 of 12 is "257", of 0.31
+/// "257.40".
 std::string text_of_worth(double value, double worth);
 
 }  // namespace anomalis

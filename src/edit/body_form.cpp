@@ -11,6 +11,7 @@
 #include "core/text.h"
 #include "edit/change.h"
 #include "edit/workbench.h"
+#include "model/burial_depth.h"
 
 namespace anomalis::edit {
 
@@ -134,6 +135,13 @@ bool change_body_colour(Workbench& workbench, std::int32_t colour) {
     if (!store(workbench, &ModelBody::colour, colour)) return false;
     tell(workbench, "colour");
     return true;
+}
+
+std::string burial_text(const Workbench& workbench) {
+    const Workspace& workspace = workbench.session.workspace;
+    const ModelBody* body = current_body(workbench);
+    if (!body || !line_loaded(workspace)) return {};
+    return format_number(model::burial_depth(workspace, *body), "0.00") + " m";
 }
 
 std::string demagnetisation_tip(const Workbench& workbench) {

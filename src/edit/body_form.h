@@ -41,6 +41,10 @@ bool change_body_demagnetisation(Workbench& workbench, bool include);
 /// Blue, green, red bytes, high to low.
 bool change_body_colour(Workbench& workbench, std::int32_t colour);
 
+/// "23.50 m": how deep the current body lies below the ground over it, as its label in the section says; ""
+/// without a line or a body.
+std::string burial_text(const Workbench& workbench);
+
 /// What the mark for demagnetisation does, and whether it does anything to the current body; for people.
 std::string demagnetisation_tip(const Workbench& workbench);
 

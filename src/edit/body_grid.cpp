@@ -28,11 +28,21 @@ bool is_set(float limit) {
     return limit > unset;
 }
 
-std::string limit_text(float limit) {
-    return is_set(limit) ? shortest_text(limit) : std::string();
+SusceptibilityUnit unit_in(const Workbench& workbench) {
+    return workbench.session.preferences.susceptibility_unit;
 }
 
-std::string value_text(const ModelBody& body, int row) {
+BodyRow shown_row(const Workbench& workbench, const ModelBody& body, int row) {
+    return body_row(body.type, row, unit_in(workbench));
+}
+
+std::string limit_text(const Workbench& workbench, const ModelBody& body, int row, int column) {
+    const BodyParam& param = body_param(body, row);
+    const float limit = column == grid_min ? param.min : param.max;
+    return is_set(limit) ? parameter_edit_text(body.type, row, limit, unit_in(workbench)) : std::string();
+}
+
+std::string value_text(const Workbench& workbench, const ModelBody& body, int row) {
     switch (row) {
         case row_type:
             return std::string(body_type_name(body.type));
@@ -41,7 +51,7 @@ std::string value_text(const ModelBody& body, int row) {
         case row_north:
             return format_number(body.north, body_row(body.type, row).format);
         default:
-            return parameter_text(body.type, row, body_param(body, row).value);
+            return parameter_text(body.type, row, body_param(body, row).value, unit_in(workbench));
     }
 }
 
@@ -49,11 +59,36 @@ const FittedParameter* fitted(const Workbench& workbench, int row) {
     return fitted_parameter(workbench, workbench.view.current_body, row);
 }
 
-std::string interval_tip(const FittedParameter& parameter, std::string_view unit) {
-    const std::string words = interval_words(parameter);
+std::string interval_tip(const FittedParameter& parameter, const BodyRow& row) {
+    const std::string words = interval_words(in_unit(parameter, row.factor));
     const bool has_numbers = std::isfinite(parameter.lower) || std::isfinite(parameter.upper);
-    return "\n90 % interval of the last fit: " + words +
-           (has_numbers && !unit.empty() ? " " + std::string(unit) : "");
+    return "\n90 % interval of the last fit: " + (has_numbers ? with_unit(words, row) : words);
+}
+
+/// What stands in the cell with all its digits and its unit, since the cell may have room for fewer.
+std::string whole_value(const Workbench& workbench, const ModelBody& body, int row) {
+    if (row == row_type) return {};
+    return "\n" + with_unit(value_text(workbench, body, row), shown_row(workbench, body, row));
+}
+
+/// The axis of the sensor has no ground in it: how deep a body lies is told beside its elevation.
+std::string burial_tip(const Workbench& workbench, const ModelBody& body, int row) {
+    const std::string depth = row == param_top ? burial_text(workbench) : std::string();
+    if (depth.empty()) return {};
+    return "\nBurial depth " + depth +
+           (body.type == pipe ? ": the ground above it less this less half the diameter"
+                              : ": the ground above it less this");
+}
+
+std::string limit_tip(const Workbench& workbench, const ModelBody& body, int row, int column) {
+    const std::string which = column == grid_min ? "Lower" : "Upper";
+    const BodyRow plan = shown_row(workbench, body, row);
+    const std::string limit = limit_text(workbench, body, row, column);
+    if (!limit.empty())
+        return which + " limit of the inversion: " + with_unit(limit, plan) + "; blank takes the usual one";
+    return which + " limit of the inversion" +
+           (plan.unit.empty() ? std::string() : " in " + std::string(plan.unit)) +
+           "; blank takes the usual one";
 }
 
 void tell(Workbench& workbench, int row, std::string_view what) {
@@ -62,18 +97,25 @@ void tell(Workbench& workbench, int row, std::string_view what) {
 }
 
 GridChange enter_value(Workbench& workbench, const ModelBody& body, int row, std::string_view text) {
-    const auto typed = parse_single(text);
+    const SusceptibilityUnit unit = unit_in(workbench);
+    const auto typed = keyed_parameter(body.type, row, text, unit);
     if (!typed || !value_range(body.type, row).holds(*typed)) return GridChange::refused;
     const float stored = body_param(body, row).value;
     const double difference = std::abs(static_cast<double>(*typed) - static_cast<double>(stored));
     if (difference <= body_parameter(row).least_difference) return GridChange::unchanged;
+    // In another unit than that of the record a number comes back from the cell a rounding away.
+    if (parameter_edit_text(body.type, row, *typed, unit) ==
+        parameter_edit_text(body.type, row, stored, unit))
+        return GridChange::unchanged;
     store_parameter(workbench, row, *typed);
     tell(workbench, row, "");
     return GridChange::stored;
 }
 
-GridChange enter_limit(Workbench& workbench, BodyParam& param, int row, int column, std::string_view text) {
-    auto typed = trim_blanks(text).empty() ? unset : parse_single(text);
+GridChange enter_limit(Workbench& workbench, ModelBody& body, int row, int column, std::string_view text) {
+    BodyParam& param = body_param(body, row);
+    auto typed =
+        trim_blanks(text).empty() ? unset : keyed_parameter(body.type, row, text, unit_in(workbench));
     if (!typed) return GridChange::refused;
     if (!is_set(*typed)) typed = unset;
     float& limit = column == grid_min ? param.min : param.max;
@@ -97,16 +139,15 @@ std::string grid_text(const Workbench& workbench, int row, int column) {
     const BodyRow plan = body_row(body->type, row);
     if (column == grid_property) return std::string(plan.caption);
     if (!plan.used) return {};
-    if (column == grid_value) return value_text(*body, row);
+    if (column == grid_value) return value_text(workbench, *body, row);
     if (row < row_first_parameter || column == grid_vary) return {};
-    const BodyParam& param = body_param(*body, row);
-    return limit_text(column == grid_min ? param.min : param.max);
+    return limit_text(workbench, *body, row, column);
 }
 
 std::string grid_unit(const Workbench& workbench, int row) {
     const ModelBody* body = current_body(workbench);
     if (!body) return {};
-    const BodyRow plan = body_row(body->type, row);
+    const BodyRow plan = shown_row(workbench, *body, row);
     return plan.used ? std::string(plan.unit) : std::string();
 }
 
@@ -114,7 +155,8 @@ std::string grid_error(const Workbench& workbench, int row) {
     const ModelBody* body = current_body(workbench);
     if (!body || !is_parameter(*body, row)) return {};
     const FittedParameter* parameter = fitted(workbench, row);
-    return parameter ? interval_mark(*parameter) : std::string();
+    const double factor = shown_row(workbench, *body, row).factor;
+    return parameter ? interval_mark(in_unit(*parameter, factor)) : std::string();
 }
 
 std::string grid_tip(const Workbench& workbench, int row, int column) {
@@ -125,14 +167,27 @@ std::string grid_tip(const Workbench& workbench, int row, int column) {
         return grid_vary_mark(workbench, row) == VaryMark::held
                    ? "The inversion never changes this of a wire"
                    : "Checked: the inversion may change this parameter";
-    if (parameter && column == grid_min)
-        return "Lower limit of the inversion, in the unit of the value; blank takes the usual one";
-    if (parameter && column == grid_max)
-        return "Upper limit of the inversion, in the unit of the value; blank takes the usual one";
-    std::string tip = body_row_tip(body->type, row);
+    if (parameter && (column == grid_min || column == grid_max))
+        return limit_tip(workbench, *body, row, column);
+    std::string tip = body_row_tip(body->type, row, unit_in(workbench));
+    if (column == grid_value) tip += whole_value(workbench, *body, row);
+    tip += burial_tip(workbench, *body, row);
     if (const FittedParameter* fit = parameter ? fitted(workbench, row) : nullptr)
-        tip += interval_tip(*fit, body_row(body->type, row).unit);
+        tip += interval_tip(*fit, shown_row(workbench, *body, row));
     return tip;
+}
+
+std::string grid_note(const Workbench& workbench, int row, int column) {
+    const ModelBody* body = current_body(workbench);
+    if (!body || !body_row(body->type, row).used) return {};
+    if (column == grid_property)
+        return row == param_top                      ? "elev."
+               : row == param_density                ? "contrast"
+               : row == row_east || row == row_north ? "ref."
+                                                     : "";
+    if (column != grid_value || row != param_top) return {};
+    const std::string depth = burial_text(workbench);
+    return depth.empty() ? depth : depth + " deep";
 }
 
 VaryMark grid_vary_mark(const Workbench& workbench, int row) {
@@ -150,16 +205,17 @@ bool grid_editable(const Workbench& workbench, int row, int column) {
 
 std::string grid_edit_text(const Workbench& workbench, int row, int column) {
     if (!grid_editable(workbench, row, column)) return {};
-    const BodyParam& param = body_param(*current_body(workbench), row);
-    if (column == grid_value) return shortest_text(param.value);
-    return limit_text(column == grid_min ? param.min : param.max);
+    const ModelBody& body = *current_body(workbench);
+    if (column == grid_value)
+        return parameter_edit_text(body.type, row, body_param(body, row).value, unit_in(workbench));
+    return limit_text(workbench, body, row, column);
 }
 
 GridChange enter_grid_text(Workbench& workbench, int row, int column, std::string_view text) {
     if (!grid_editable(workbench, row, column)) return GridChange::refused;
     ModelBody& body = *current_body(workbench);
     if (column == grid_value) return enter_value(workbench, body, row, text);
-    return enter_limit(workbench, body_param(body, row), row, column, text);
+    return enter_limit(workbench, body, row, column, text);
 }
 
 bool toggle_grid_vary(Workbench& workbench, int row) {

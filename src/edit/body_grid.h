@@ -20,6 +20,10 @@ std::string grid_text(const Workbench& workbench, int row, int column);
 std::string grid_unit(const Workbench& workbench, int row);
 /// The 90 % interval of the fit in force: "±0.31", "<140", "±?" (see edit/interval_text.h); "" without a fit.
 std::string grid_error(const Workbench& workbench, int row);
+/// A word beside a caption that says more than it ("elev." behind "Depth"), or beside a value what it comes
+/// to
+/// ("40.40 m deep" behind an elevation); "" for most.
+std::string grid_note(const Workbench& workbench, int row, int column);
 std::string grid_tip(const Workbench& workbench, int row, int column);
 
 enum class VaryMark {

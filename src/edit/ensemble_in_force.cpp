@@ -73,12 +73,13 @@ std::optional<ValueBand> grid_band(const Workbench& workbench, int row) {
 std::string grid_band_tip(const Workbench& workbench, int row) {
     const EnsembleParameter* parameter = of_row(workbench, row);
     if (!parameter) return {};
-    const FittedParameter band{
-        .value = parameter->value, .lower = parameter->lower, .upper = parameter->upper};
-    const std::string_view unit = body_row(current_body(workbench)->type, row).unit;
+    const BodyRow plan =
+        body_row(current_body(workbench)->type, row, workbench.session.preferences.susceptibility_unit);
+    const FittedParameter band = in_unit(
+        {.value = parameter->value, .lower = parameter->lower, .upper = parameter->upper}, plan.factor);
+    const std::string words = interval_words(band);
     const bool numbers = std::isfinite(band.lower) || std::isfinite(band.upper);
-    return "90 % of the models: " + interval_words(band) +
-           (numbers && !unit.empty() ? " " + std::string(unit) : "");
+    return "90 % of the models: " + (numbers ? with_unit(words, plan) : words);
 }
 
 }  // namespace anomalis::edit

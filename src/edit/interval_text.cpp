@@ -41,6 +41,14 @@ std::string interval_mark(const FittedParameter& p) {
     return "±" + size_text((p.upper - p.lower) / 2);
 }
 
+FittedParameter in_unit(FittedParameter p, double factor) {
+    if (factor == 1) return p;
+    p.value = static_cast<float>(static_cast<double>(p.value) * factor);
+    p.lower *= factor;
+    p.upper *= factor;
+    return p;
+}
+
 std::string interval_words(const FittedParameter& p) {
     const bool below = std::isfinite(p.upper), above = std::isfinite(p.lower);
     if (!below && !above) return p.at_limit ? "held by its limit" : "not determined";

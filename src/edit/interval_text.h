@@ -11,6 +11,9 @@ namespace anomalis::edit {
 /// that the data leave open, "at limit".
 std::string interval_mark(const FittedParameter& parameter);
 
+/// With its numbers in another unit: `factor` of that is one of the present.
+FittedParameter in_unit(FittedParameter parameter, double factor);
+
 /// In words: "247 to 268", "below 140", "above 35", "not determined", "held by its limit".
 std::string interval_words(const FittedParameter& parameter);
 

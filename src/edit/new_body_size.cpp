@@ -90,15 +90,16 @@ double calculated_range(const Workspace& workspace, const ModelBody& body, int c
     return range_of(std::span<const double>(values));
 }
 
-/// The anomaly is in proportion to the strength.
-void suit_strength(const Workspace& workspace, int channel, const Shown& view, double least, double most,
+/// The anomaly is in proportion to the strength. False where the data tell none.
+bool suit_strength(const Workspace& workspace, int channel, const Shown& view, double least, double most,
                    const ModelBody& body, BodyParam& strength) {
     const double wanted = observed_range(workspace, channel, view.stations) / part_of_range;
-    if (!(wanted > 0)) return;
+    if (!(wanted > 0)) return false;
     const double now = calculated_range(workspace, body, channel, view.stations);
     const double value = static_cast<double>(strength.value) * wanted / now;
-    if (!(now > 0) || !std::isfinite(value) || !(value > 0)) return;
+    if (!(now > 0) || !std::isfinite(value) || !(value > 0)) return false;
     strength.value = to_single(std::clamp(round_number(value), least, most));
+    return true;
 }
 
 void suit_size(const Shown& view, const Settings& settings, ModelBody& body) {
@@ -119,12 +120,15 @@ void suit_new_body(const Workspace& workspace, const ViewState& view, const Sett
     if (workspace.station_count < 1) return;
     const Shown seen = shown(workspace, view);
     suit_size(seen, settings, body);
-    if (seen.stations.count() == 0) return;
-    if (workspace.has_mag() && !kept(settings, "Susc"))
+    const bool in_view = seen.stations.count() > 0;
+    if (in_view && workspace.has_mag() && !kept(settings, "Susc"))
         suit_strength(workspace, channel_mag, seen, least_susceptibility, most_susceptibility, body,
                       body.susc);
-    if (workspace.has_grav() && !kept(settings, "Density"))
+    if (kept(settings, "Density")) return;
+    const bool suited =
+        in_view && workspace.has_grav() &&
         suit_strength(workspace, channel_grav, seen, least_contrast, most_contrast, body, body.density);
+    if (!suited) body.density.value = 0;
 }
 
 }  // namespace anomalis::edit

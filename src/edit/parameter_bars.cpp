@@ -88,11 +88,12 @@ bool step_parameter(Workbench& workbench, const ParameterBar& bar, bool fine, in
 std::string bar_tip(const Workbench& workbench, const ParameterBar& bar, bool fine) {
     const ModelBody* body = current_body(workbench);
     if (!body || !body_row(body->type, bar.code).used) return "The body has no such parameter";
-    const BodyRow row = body_row(body->type, bar.code);
+    const BodyRow row = body_row(body->type, bar.code, workbench.session.preferences.susceptibility_unit);
     const double step = bar_step(workbench.session.workspace, *body, bar.code, fine);
-    std::string tip = std::string(row.caption) + (fine ? ", fine steps of " : ", coarse steps of ") +
-                      format_number(step, "0.####");
-    if (!row.unit.empty()) tip += " " + std::string(row.unit);
+    const std::string size = row.factor == 1 ? format_number(step, "0.####")
+                                             : shortest_text(static_cast<float>(step * row.factor));
+    std::string tip =
+        std::string(row.caption) + (fine ? ", fine steps of " : ", coarse steps of ") + with_unit(size, row);
     const ValueRange range = value_range(body->type, bar.code);
     if (range.high <= 360)
         tip += ", from " + format_number(range.low, "0") + " to " + format_number(range.high, "0");

@@ -9,6 +9,7 @@
 #include "core/text.h"
 #include "edit/change.h"
 #include "edit/workbench.h"
+#include "filter/gradient_unit.h"
 
 namespace anomalis::edit {
 
@@ -264,6 +265,61 @@ void change_maintain_aspect_ratio(Workbench& workbench, bool maintain) {
 
 int smooth_filter_index(const Workspace& workspace) {
     return std::clamp(workspace.processing.smooth_filter_type, 0, last_smoothing);
+}
+
+namespace {
+
+std::string counted_stations(std::int32_t count) {
+    return format_number(count, "0") + (count == 1 ? " station" : " stations");
+}
+
+/// "\n5 stations are 46.25 m at the present spacing"; "" without a line.
+std::string stations_in_metres(const Workspace& w, std::int32_t count) {
+    if (w.station_count < 2 || count < 1) return {};
+    const double spacing = w.distances[w.station_count] / (w.station_count - 1);
+    return "\n" + counted_stations(count) + (count == 1 ? " is " : " are ") +
+           format_number(spacing * count, "0.##") + " m at the present spacing";
+}
+
+std::string gradient_meaning(const Workspace& w) {
+    const std::string vertical =
+        "VG is the vertical gradient, found by a filter from the smoothed curve along the line";
+    const std::string total =
+        "TG is the total gradient: the root of the squares of the vertical gradient and the derivative along "
+        "the line, both found by filters from the smoothed curve";
+    const bool both = w.has_mag() && w.has_grav();
+    const std::int32_t step = w.processing.vg_filter_step;
+    const std::string mag = filter::gradient_unit("nT", step), grav = filter::gradient_unit("mGal", step);
+    return "\n" + (w.processing.display_total_gradient == 1 ? total : vertical) + ". It is in " +
+           (both           ? mag + " and " + grav
+            : w.has_grav() ? grav
+                           : mag) +
+           ": over the spacing of the filter's taps, not over a metre";
+}
+
+}  // namespace
+
+std::string filter_tip(const Workspace& w, SettingsBox box) {
+    const Processing& p = w.processing;
+    switch (box) {
+        case SettingsBox::smooth_filter_width:
+            return "Half-width of the smoothing filter in stations: it averages over so many to each side (0 "
+                   "smooths nothing)" +
+                   stations_in_metres(w, p.smooth_filter_width);
+        case SettingsBox::residual_filter_width:
+            return "Half-width in stations of the filter that removes the background (0 removes nothing; "
+                   "larger values remove less regional)" +
+                   stations_in_metres(w, p.residual_filter_width);
+        case SettingsBox::vg_filter_width:
+            return "Half-width of the gradient filter: so many taps to each side of a station (must be >=1)" +
+                   gradient_meaning(w) + stations_in_metres(w, p.vg_filter_width * p.vg_filter_step);
+        case SettingsBox::vg_filter_step:
+            return "Distance between the taps of the gradient filter in stations (must be >=1; 0 gives "
+                   "gradients of zero)" +
+                   gradient_meaning(w) + stations_in_metres(w, p.vg_filter_step);
+        default:
+            return {};
+    }
 }
 
 GradientCaptions gradient_captions(bool total) {

@@ -76,6 +76,10 @@ void change_maintain_aspect_ratio(Workbench& workbench, bool maintain);
 /// The filter list's index as stored, brought into 0 to 4.
 int smooth_filter_index(const Workspace& workspace);
 
+/// What one of the four filter boxes means: a half-width or a distance of taps, counted in stations and,
+/// while a line is loaded, told in m at its present spacing.
+std::string filter_tip(const Workspace& workspace, SettingsBox box);
+
 /// The words that follow the kind of gradient.
 struct GradientCaptions {
     std::string_view width_label, step_label, mag_title, grav_title, invert_label;

@@ -38,10 +38,8 @@ const edit::ParameterBar& bar_of(ParamCode code) {
 /// "Top -40.0 m", as the grid writes it.
 std::string told_value(const ModelBody& body, ParamCode code) {
     const edit::BodyRow row = edit::body_row(body.type, code);
-    std::string text =
-        std::string(row.caption) + " " + edit::parameter_text(body.type, code, body_param(body, code).value);
-    if (!row.unit.empty()) text += (row.unit == "°" ? "" : " ") + std::string(row.unit);
-    return text;
+    const std::string value = edit::parameter_text(body.type, code, body_param(body, code).value);
+    return std::string(row.caption) + " " + edit::with_unit(value, row);
 }
 
 }  // namespace

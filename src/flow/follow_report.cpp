@@ -47,8 +47,8 @@ StrikePoint place_of(const Workspace& workspace, const ModelBody& body, std::opt
 
 std::string field_text(const EarthField& field) {
     return format_number(field.intensity, "0") + " nT, inclination " +
-           format_number(field.inclination, "0.0") + ", declination " +
-           format_number(field.declination, "0.0");
+           format_number(field.inclination, "0.0") + "°, declination " +
+           format_number(field.declination, "0.0") + "°";
 }
 
 /// Neighbouring lines lie in one field.

@@ -51,14 +51,17 @@ std::vector<ReportedChannel> reported_channels(const Workspace& workspace, std::
     return list;
 }
 
-std::vector<ReportedParameter> reported_parameters(const InversionState& inversion) {
+std::vector<ReportedParameter> reported_parameters(const InversionState& inversion,
+                                                   const Workspace& workspace) {
     std::vector<ReportedParameter> list;
     for (int i = 1; i <= inversion.inversion_params.count(); ++i) {
         const InversionParamPlace place = inversion.inversion_param_map[i];
         const InversionParam& param = inversion.inversion_params[i];
+        const BodyParameter& row = body_parameter(place.param_code);
         list.push_back({.body = place.body,
                         .param_code = place.param_code,
-                        .name = std::string(param_name(place.param_code)),
+                        .name = std::string(row.name),
+                        .unit = std::string(row.grid.unit.of(workspace.body(place.body).type)),
                         .start = inversion.start_params[i],
                         .final = param.value,
                         .lower = param.lower,
@@ -93,11 +96,12 @@ InversionReport run_inversion(Session& session, const InvertOptions& options,
     InversionReport report;
     report.method = options.method;
     report.target = session.inversion.inversion_target;
+    report.tap_step = session.workspace.processing.vg_filter_step;
     inversion::perform_inversion(session.workspace, session.inversion, request, observer, report.result);
     show_faults(report.result.faults, session.prompts);
     report.label = inversion::status_label(report.result);
     report.seconds = clock.seconds();
-    if (report.result.filled) report.parameters = reported_parameters(session.inversion);
+    if (report.result.filled) report.parameters = reported_parameters(session.inversion, session.workspace);
     if (report.result.record) session.workspace.fit = report.result.record;
     reset_calculated_data(session.workspace, session.prompts);
     model::refresh_model(session);

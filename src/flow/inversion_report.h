@@ -28,6 +28,7 @@ struct ReportedParameter {
     int body = 0;
     int param_code = 0;
     std::string name;
+    std::string unit;  ///< "" for a plain number
     float start = 0, final = 0, lower = 0, upper = 0, step = 0;
 };
 
@@ -46,7 +47,8 @@ struct InversionReport {
     std::vector<ReportedChannel> channels;  ///< magnetics first; empty after a refusal
     InversionMethod method = InversionMethod::least_squares;
     std::int32_t target = target_data;
-    double seconds = 0;  ///< of the whole run, with other starts and errors
+    std::int32_t tap_step = 1;  ///< of the gradient, stations
+    double seconds = 0;         ///< of the whole run, with other starts and errors
 };
 
 /// Called after each iteration. A stop is asked for by `session.inversion.stop_inversion`, here or in the

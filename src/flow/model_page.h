@@ -59,7 +59,7 @@ class ModelPage : private ModelViewHost {
     void arrange_charts(const std::array<bool, edit::model_chart_count>&) override {}
     void show_pointer(const show::PointerPanels&) override {}
     void show_misfit(const MisfitPair&) override {}
-    void show_base_level(const std::string&) override {}
+    void show_base_level(int, const std::string&) override {}
     void show_window(const edit::ShownWindow&) override {}
     void show_current_body() override {}
     void choose_view(const Choice& choice);

@@ -100,7 +100,8 @@ void ModelView::show_calculated(const MisfitPair& misfit) {
     ranges_ = show::graph_ranges(workspace);
     charts_.set_shown(shown_charts());
     host_.arrange_charts(show::charts_with_data(workspace));
-    charts_.set_gradient_titles(workspace.processing.display_total_gradient == 1);
+    charts_.set_gradient_texts(workspace.processing.display_total_gradient == 1,
+                               workspace.processing.vg_filter_step);
     redraw();
     host_.show_misfit(misfit);
 }
@@ -166,13 +167,18 @@ void ModelView::redraw() {
     hand_.show();
 }
 
-/// The gravity branch asks for the floating flag of the magnetics too, and writes into the same box: on
-/// a line with both channels it shows the gravity base.
+/// A floated base goes into its own box. On a line with both channels a floating magnetic base puts the base
+/// of the gravity into the box of the magnetics as well: test
+/// `with_a_floating_magnetic_base_its_box_ends_up_showing_the_gravity_base`.
 void ModelView::show_base_levels() {
     const Workspace& workspace = workbench_.session.workspace;
-    if (workspace.mag.float_base != 1) return;
-    if (workspace.has_mag()) host_.show_base_level(format_number(workspace.mag.base, "0.000"));
-    if (workspace.has_grav()) host_.show_base_level(format_number(workspace.grav.base, "0.000"));
+    const auto show = [&](int box, const Channel& channel) {
+        host_.show_base_level(box, format_number(channel.base, "0.000"));
+    };
+    const bool mag = workspace.has_mag(), grav = workspace.has_grav();
+    if (mag && workspace.mag.float_base == 1) show(channel_mag, workspace.mag);
+    if (mag && grav && workspace.mag.float_base == 1) show(channel_mag, workspace.grav);
+    if (grav && workspace.grav.float_base == 1) show(channel_grav, workspace.grav);
 }
 
 void ModelView::display_maginv_model(int chart) {

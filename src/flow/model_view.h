@@ -28,7 +28,8 @@ class ModelViewHost {
     virtual void show_pointer(const show::PointerPanels& panels) = 0;
     virtual void show_misfit(const MisfitPair& misfit) = 0;
     /// A floating base level was found; the text goes into the box of the magnetic base.
-    virtual void show_base_level(const std::string& text) = 0;
+    /// Into the box of the channel's base level.
+    virtual void show_base_level(int channel, const std::string& text) = 0;
     /// Zoom list and pan bar must follow.
     virtual void show_window(const edit::ShownWindow& window) = 0;
     /// Another body is about to become the current one; what is half typed belongs to the one that was.

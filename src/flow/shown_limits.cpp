@@ -13,11 +13,13 @@ namespace anomalis::flow {
 namespace {
 
 /// As the grid writes the value, without an empty decimal that the narrow cell has no room for.
-std::string limit_text(const ModelBody& body, int row, float limit) {
-    std::string text = edit::parameter_text(body.type, row, limit);
+std::string limit_text(const ModelBody& body, int row, float limit, SusceptibilityUnit unit) {
+    std::string text = edit::parameter_text(body.type, row, limit, unit);
     constexpr double felt = 0.01;
-    const double shown = prefix_number(text), exact = static_cast<double>(limit);
-    if (std::abs(shown - exact) > felt * std::abs(exact)) return shortest_text(limit);
+    const double shown = prefix_number(text);
+    const double exact = static_cast<double>(limit) * edit::body_row(body.type, row, unit).factor;
+    if (std::abs(shown - exact) > felt * std::abs(exact))
+        return edit::parameter_edit_text(body.type, row, limit, unit);
     if (text.find('.') == std::string::npos) return text;
     while (text.back() == '0') text.pop_back();
     if (text.back() == '.') text.pop_back();
@@ -36,10 +38,12 @@ ShownLimit shown_limit(const edit::Workbench& workbench, int row, int column, In
     const float limit = column == edit::grid_min ? limits.lower : limits.upper;
     if (!(limit > unset)) return {};
     const bool sweep = method == InversionMethod::sweep;
+    const SusceptibilityUnit unit = workbench.session.preferences.susceptibility_unit;
     const std::string which = column == edit::grid_min ? "Lower" : "Upper";
-    return {limit_text(body, row, limit), which + " limit in force, which nobody keyed: " +
-                                              (sweep ? "default of the sweep" : "physical bound") +
-                                              ". A number keyed here takes its place"};
+    const std::string text = limit_text(body, row, limit, unit);
+    return {text, which + " limit in force, " + edit::with_unit(text, edit::body_row(body.type, row, unit)) +
+                      ", which nobody keyed: " + (sweep ? "default of the sweep" : "physical bound") +
+                      ". A number keyed here takes its place"};
 }
 
 }  // namespace anomalis::flow

@@ -22,12 +22,15 @@ bool ground_is_known(const Workspace& workspace) {
     return workspace.definition.dtm_column > 0 || workspace.definition.z_column <= 0;
 }
 
+double burial_depth(const Workspace& workspace, const ModelBody& body) {
+    const double depth = ground_elevation(workspace, body.distance.value) - body.top.value;
+    return body.type == pipe ? depth - body.width.value / 2.0 : depth;
+}
+
 void set_burial_depths(Workspace& workspace) {
     for (int number = 1; number <= workspace.body_count; ++number) {
         ModelBody& body = workspace.body(number);
-        double depth = ground_elevation(workspace, body.distance.value) - body.top.value;
-        if (body.type == pipe) depth -= body.width.value / 2.0;
-        body.top_elevation = static_cast<float>(depth);
+        body.top_elevation = static_cast<float>(burial_depth(workspace, body));
     }
 }
 

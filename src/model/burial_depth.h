@@ -1,6 +1,7 @@
 #pragma once
 
 namespace anomalis {
+struct ModelBody;
 struct Workspace;
 }  // namespace anomalis
 
@@ -16,8 +17,11 @@ double ground_elevation(const Workspace& workspace, double distance);
 /// the sensor alone does not tell it.
 bool ground_is_known(const Workspace& workspace);
 
-/// Sets `top_elevation` of every body: the ground at its place less its top (m), of a pipe also less half its
-/// width, since its top is its axis. The elevations of the stations must be up to date.
+/// Burial depth (m): the ground at the body's place less its top, of a pipe also less half its width, since
+/// its top is its axis. The elevations of the stations must be up to date.
+double burial_depth(const Workspace& workspace, const ModelBody& body);
+
+/// Sets `top_elevation` of every body to its burial depth.
 void set_burial_depths(Workspace& workspace);
 
 }  // namespace anomalis::model

@@ -1,5 +1,6 @@
 #include "output/clean_tables.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <string_view>
@@ -11,6 +12,8 @@
 #include "core/gaps.h"
 #include "core/told_write.h"
 #include "core/workspace.h"
+#include "filter/gradient_unit.h"
+#include "model/burial_depth.h"
 #include "output/body_place.h"
 #include "output/csv_text.h"
 #include "output/interval_columns.h"
@@ -42,13 +45,19 @@ struct Row {
     std::string name, unit_end;
 };
 
+std::string per_taps(std::int32_t tap_step) {
+    std::string unit = filter::gradient_unit("", tap_step);
+    std::ranges::replace(unit, ' ', '_');
+    return unit;
+}
+
 std::array<Row, 4> rows_of(const Workspace& w) {
     const bool total = w.processing.display_total_gradient == 1;
     return {{{w.raw_row, "", ""},
              {w.smoothed_row, "_smoothed", ""},
              {w.residual_row, "_residual", ""},
              {total ? w.total_gradient_row : w.gradient_row, total ? "_total_gradient" : "_vertical_gradient",
-              "_per_tap"}}};
+              per_taps(w.processing.vg_filter_step)}}};
 }
 
 constexpr std::array<std::pair<int, std::string_view>, 2> stages{
@@ -89,7 +98,7 @@ void add_model_header(const std::vector<IntervalColumns>& intervals, const std::
     const auto sheet_column = [&](ParamCode code) { csv.name(body_parameter(code).column.sheet); };
     for (const char* name : {"body", "name", "type", "in_model"}) csv.name(name);
     sheet_column(param_distance);
-    for (const char* name : {"east_m", "north_m"}) csv.name(name);
+    for (const char* name : {"east_m", "north_m", "reference_east_m", "reference_north_m"}) csv.name(name);
     sheet_column(param_top);
     for (const char* name : {"depth_to_top_m", "burial_depth_m"}) csv.name(name);
     for (const ParamCode code : shape_columns) sheet_column(code);
@@ -104,6 +113,12 @@ void add_if(bool there, float value, CsvText& csv) {
     there ? csv.number(value) : csv.nothing();
 }
 
+/// The highest point of a body below the ground over it; a wire counts from its axis.
+double depth_to_top(const Workspace& workspace, const ModelBody& body) {
+    const double depth = model::burial_depth(workspace, body);
+    return body.type == sphere ? depth - body.width.value / 2.0 : depth;
+}
+
 void add_body(const Workspace& workspace, int number, const std::vector<IntervalColumns>& intervals,
               const std::vector<std::string>& failures, CsvText& csv) {
     const ModelBody& body = workspace.body(number);
@@ -116,9 +131,12 @@ void add_body(const Workspace& workspace, int number, const std::vector<Interval
     csv.number(body.distance.value);
     csv.number(place.east);
     csv.number(place.north);
+    csv.number(body.east);
+    csv.number(body.north);
     csv.number(body.top.value);
-    csv.number(body.type == pipe ? body.end_width_a / 2.0 : 0.0);
-    add_if(body.type == pipe && workspace.station_count > 0, body.top_elevation, csv);
+    const bool placed = workspace.station_count > 0;
+    add_if(placed, static_cast<float>(depth_to_top(workspace, body)), csv);
+    add_if(placed, static_cast<float>(model::burial_depth(workspace, body)), csv);
     for (const ParamCode code : shape_columns) csv.number(body_param(body, code).value);
     // A wire keeps its current where other bodies keep the susceptibility.
     add_if(workspace.has_mag() && !carries_current(body.type), body.susc.value, csv);

@@ -8,6 +8,7 @@
 #include "core/body_parameters.h"
 #include "core/ensemble.h"
 #include "core/numbers.h"
+#include "core/susceptibility.h"
 #include "core/workspace.h"
 #include "core/worth_text.h"
 #include "edit/body_rows.h"
@@ -89,13 +90,15 @@ std::string metres(int power) {
 std::string product_words(const CrossProduct& product, const CrossAxis& strength, const Spread& spread,
                           int body) {
     const bool magnetic = strength.param_code == param_susc;
-    const double scale = magnetic ? micro : 1;
+    const bool in_micro = strength.unit == unit_name(SusceptibilityUnit::micro_si);
+    const double scale = in_micro ? micro : 1;
+    const std::string unit = in_micro ? "SI" : strength.unit;
     const double low = spread.low * scale, high = spread.high * scale, worth = (high - low) / 2;
     const double digits = worth > 0 ? worth : std::abs(low) / 100;
     return width_words(product.power) + (magnetic ? " x susceptibility" : " x density contrast") +
            " of body " + std::to_string(body) + ": " + text_of_worth(low, digits) + " to " +
-           text_of_worth(high, digits) + " " + metres(product.power) + (magnetic ? " SI" : " g/cc") +
-           " (90 %)" + (product.determined ? ", which the data determine better than either" : "");
+           text_of_worth(high, digits) + " " + metres(product.power) + " " + unit + " (90 %)" +
+           (product.determined ? ", which the data determine better than either" : "");
 }
 
 std::optional<CrossProduct> product_of(const CrossPlots& plots, std::int32_t type, int body) {
@@ -171,7 +174,8 @@ void count_from_ground(const Workspace& workspace, const Ensemble& ensemble, int
 
 }  // namespace
 
-CrossPlots cross_plots(const Workspace& workspace, const Ensemble& ensemble, int body) {
+CrossPlots cross_plots(const Workspace& workspace, const Ensemble& ensemble, int body,
+                       SusceptibilityUnit unit) {
     CrossPlots plots;
     if (body < 1 || body > workspace.body_count) return plots;
     const std::int32_t type = workspace.body(body).type;
@@ -180,14 +184,14 @@ CrossPlots cross_plots(const Workspace& workspace, const Ensemble& ensemble, int
     for (const EnsembleSample& sample : ensemble.samples)
         if (has_all(sample, columns)) models.push_back(&sample);
     for (const Column& column : columns) {
-        const edit::BodyRow row = edit::body_row(type, column.param_code);
+        const edit::BodyRow row = edit::body_row(type, column.param_code, unit);
         CrossAxis axis{column.param_code,
                        std::string(row.caption),
                        std::string(row.unit),
-                       static_cast<double>(ensemble.parameters[column.place].value),
+                       static_cast<double>(ensemble.parameters[column.place].value) * row.factor,
                        {}};
         for (const EnsembleSample* sample : models)
-            axis.values.push_back(static_cast<double>(sample->values[column.place]));
+            axis.values.push_back(static_cast<double>(sample->values[column.place]) * row.factor);
         if (column.param_code == param_top && model::ground_is_known(workspace))
             count_from_ground(workspace, ensemble, body, models, axis);
         plots.axes.push_back(std::move(axis));

@@ -6,6 +6,8 @@
 #include <utility>
 #include <vector>
 
+#include "core/preferences.h"
+
 namespace anomalis {
 struct Ensemble;
 struct Workspace;
@@ -43,8 +45,9 @@ struct CrossPlots {
     std::optional<CrossProduct> product;
 };
 
-/// The parameters of a body that were free; fewer than two make no plot.
-CrossPlots cross_plots(const Workspace& workspace, const Ensemble& ensemble, int body);
+/// The parameters of a body that were free, susceptibilities in `unit`; fewer than two make no plot.
+CrossPlots cross_plots(const Workspace& workspace, const Ensemble& ensemble, int body,
+                       SusceptibilityUnit unit = SusceptibilityUnit::micro_si);
 
 /// The pairs of axes that are plotted: each against each later one, at most six.
 std::vector<std::pair<std::size_t, std::size_t>> cross_pairs(const CrossPlots& plots);

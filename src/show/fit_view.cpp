@@ -14,6 +14,7 @@
 #include "core/worth_text.h"
 #include "edit/body_rows.h"
 #include "edit/interval_text.h"
+#include "filter/gradient_unit.h"
 #include "show/broken_line.h"
 #include "show/fit_quality.h"
 
@@ -84,14 +85,15 @@ FitChannelRow row_of(const FittedChannel& fitted, const std::string& name, const
             regional_words(fitted.regional)};
 }
 
-FitParameterRow row_of(const FittedParameter& p, const Workspace& workspace) {
-    const std::int32_t type = type_of(p, workspace);
+FitParameterRow row_of(const FittedParameter& stored, const Workspace& workspace, SusceptibilityUnit unit) {
+    const std::int32_t type = type_of(stored, workspace);
+    const edit::BodyRow row = edit::body_row(type, stored.param_code, unit);
+    const FittedParameter p = edit::in_unit(stored, row.factor);
     const bool closed = std::isfinite(p.lower) && std::isfinite(p.upper);
-    const double value = static_cast<double>(p.value);
     return {capitalised(name_of(p, workspace)) + " of " + body_text(p.body),
-            closed ? text_of_worth(value, (p.upper - p.lower) / 2)
-                   : edit::parameter_text(type, p.param_code, p.value),
-            edit::interval_words(p), std::string(edit::body_row(type, p.param_code).unit)};
+            closed ? text_of_worth(static_cast<double>(p.value), (p.upper - p.lower) / 2)
+                   : edit::parameter_text(type, p.param_code, stored.value, unit),
+            edit::interval_words(p), std::string(row.unit)};
 }
 
 std::string pair_words(const FittedParameter& a, const FittedParameter& b, const Workspace& workspace) {
@@ -133,16 +135,20 @@ CorrelationTable correlation_of(const FitRecord& fit, const Workspace& workspace
 
 }  // namespace
 
-std::string residual_unit(const FitRecord& fit, std::int32_t channel) {
-    return std::string(channel_unit(channel)) + (fit.target == target_gradient ? "/tap" : "");
+std::string residual_unit(const FitRecord& fit, const Workspace& workspace, std::int32_t channel) {
+    return fit.target == target_gradient
+               ? filter::gradient_unit(channel_unit(channel), workspace.processing.vg_filter_step)
+               : std::string(channel_unit(channel));
 }
 
-FitView fit_view(const FitRecord& fit, const Workspace& workspace) {
+FitView fit_view(const FitRecord& fit, const Workspace& workspace, SusceptibilityUnit unit) {
     FitView view;
     view.facts = facts_of(fit);
-    if (fit.mag) view.channels.push_back(row_of(*fit.mag, "Magnetics", residual_unit(fit, channel_mag)));
-    if (fit.grav) view.channels.push_back(row_of(*fit.grav, "Gravity", residual_unit(fit, channel_grav)));
-    for (const FittedParameter& p : fit.parameters) view.parameters.push_back(row_of(p, workspace));
+    if (fit.mag)
+        view.channels.push_back(row_of(*fit.mag, "Magnetics", residual_unit(fit, workspace, channel_mag)));
+    if (fit.grav)
+        view.channels.push_back(row_of(*fit.grav, "Gravity", residual_unit(fit, workspace, channel_grav)));
+    for (const FittedParameter& p : fit.parameters) view.parameters.push_back(row_of(p, workspace, unit));
     view.correlation = correlation_of(fit, workspace);
     view.strongest = strongest_of(fit, view.correlation, workspace);
     view.remarks = fit.remarks;

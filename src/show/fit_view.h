@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "core/preferences.h"
+
 namespace anomalis {
 struct FitRecord;
 struct Workspace;
@@ -44,8 +46,9 @@ struct FitView {
     std::vector<std::string> remarks;
 };
 
-/// `workspace` gives the bodies their types; the record need not be its own.
-FitView fit_view(const FitRecord& fit, const Workspace& workspace);
+/// `workspace` gives the bodies their types; the record need not be its own. Susceptibilities in `unit`.
+FitView fit_view(const FitRecord& fit, const Workspace& workspace,
+                 SusceptibilityUnit unit = SusceptibilityUnit::micro_si);
 
 /// Observed less regional less calculated over the stations of the fit, of the row that was fitted. Empty
 /// without a line, or for a channel that the fit did not use.
@@ -57,7 +60,7 @@ struct ResidualCurve {
 };
 ResidualCurve residual_curve(const FitRecord& fit, const Workspace& workspace, std::int32_t channel);
 
-/// "nT", or of a gradient "nT/tap"; "mGal" and "mGal/tap".
-std::string residual_unit(const FitRecord& fit, std::int32_t channel);
+/// "nT" or "mGal"; of a gradient over the distance of the taps (filter/gradient_unit.h).
+std::string residual_unit(const FitRecord& fit, const Workspace& workspace, std::int32_t channel);
 
 }  // namespace anomalis::show

@@ -6,6 +6,7 @@
 #include "core/workspace.h"
 #include "edit/settings_boxes.h"
 #include "edit/zoom.h"
+#include "filter/gradient_unit.h"
 #include "show/body_colour_key.h"
 #include "show/broken_line.h"
 #include "show/chart_look.h"
@@ -34,9 +35,9 @@ struct ChartTexts {
     const char* y_label;
 };
 constexpr std::array<ChartTexts, edit::model_chart_count> chart_texts{{{"Residual Magnetic Field", "nT"},
-                                                                       {"", "nT/tap"},
+                                                                       {"", ""},
                                                                        {"Residual Gravity", "mGal"},
-                                                                       {"", "mGal/tap"},
+                                                                       {"", ""},
                                                                        {"Model Section", "Elevation (m)"}}};
 
 void set_up_common(chart::AX_Grapher& chart) {
@@ -80,14 +81,20 @@ void ModelCharts::set_up(bool display_axes) {
     plan().XAxisLabel("East (m)");
     plan().YAxisLabel("North (m)");
     plan().ReadOutUnits("m", "m");
-    set_gradient_titles(false);
+    set_gradient_texts(false, 1);
     set_display_axes(display_axes);
 }
 
-void ModelCharts::set_gradient_titles(bool total) {
+void ModelCharts::set_gradient_texts(bool total, std::int32_t tap_step) {
     const edit::GradientCaptions captions = edit::gradient_captions(total);
-    chart(edit::chart_mag_gradient).Title(std::string(captions.mag_title));
-    chart(edit::chart_grav_gradient).Title(std::string(captions.grav_title));
+    const auto set = [&](int index, std::string_view title, std::string_view data_unit) {
+        const std::string unit = filter::gradient_unit(data_unit, tap_step);
+        chart(index).Title(std::string(title));
+        chart(index).YAxisLabel(unit);
+        chart(index).ReadOutUnits("m", unit);
+    };
+    set(edit::chart_mag_gradient, captions.mag_title, "nT");
+    set(edit::chart_grav_gradient, captions.grav_title, "mGal");
 }
 
 void ModelCharts::take_preferences(const Preferences& preferences) {

@@ -35,9 +35,10 @@ class ModelCharts {
 
     /// Fonts, colours, titles and axis labels; once, before the first drawing.
     void set_up(bool display_axes);
-    void set_gradient_titles(bool total);
     /// Colours and widths of the curves, legend, grid and units; from the next drawing on.
     void take_preferences(const Preferences& preferences);
+    /// Titles and units of the gradient charts; taps are `tap_step` stations apart.
+    void set_gradient_texts(bool total, std::int32_t tap_step);
     /// Axes of the five charts on or off; the plan keeps its own.
     void set_display_axes(bool on);
 

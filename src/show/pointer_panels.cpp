@@ -8,6 +8,7 @@
 #include "core/numbers.h"
 #include "core/workspace.h"
 #include "edit/view_state.h"
+#include "filter/gradient_unit.h"
 #include "show/crosshair_lines.h"
 #include "show/graph_ranges.h"
 
@@ -28,6 +29,13 @@ std::string chart_name(int chart, const chart::AX_Grapher& grapher) {
         default:
             return "Model (Vertical stretch " + format_number(vertical_stretch(grapher), "0.00") + ")";
     }
+}
+
+std::string value_unit(const Workspace& workspace, int chart) {
+    if (chart >= edit::profile_chart_count) return "m";
+    const std::string_view unit = channel_of_chart(chart) == channel_mag ? "nT" : "mGal";
+    const bool gradient = chart == edit::chart_mag_gradient || chart == edit::chart_grav_gradient;
+    return gradient ? filter::gradient_unit(unit, workspace.processing.vg_filter_step) : std::string(unit);
 }
 
 bool lacks_reading(const Workspace& workspace, int channel, int station) {
@@ -80,6 +88,7 @@ PointerPanels profile_pointer(const Workspace& workspace, int chart, const chart
     panels.x = format_number(user->x, "0.00");
     panels.y = format_number(user->y, "0.00");
     const int nearest = nearest_station(workspace, user->x);
+    panels.y_unit = value_unit(workspace, chart);
     panels.east = format_number(workspace.stations(nearest, column_east), "0.00");
     panels.north = format_number(workspace.stations(nearest, column_north), "0.00");
     if (chart < edit::profile_chart_count && lacks_reading(workspace, channel_of_chart(chart), nearest))
@@ -96,6 +105,7 @@ PointerPanels plan_pointer(const Workspace& workspace, const chart::Point* user,
     if (!user) return panels;
     panels.x = format_number(user->x, "0.0");
     panels.y = format_number(user->y, "0.0");
+    panels.y_unit = "m";
     panels.east = format_number(user->x, "0.00");
     panels.north = format_number(user->y, "0.00");
     panels.geographic = places.text(workspace.source.coordinate_system, user->x, user->y);

@@ -20,6 +20,7 @@ namespace anomalis::show {
 /// the chart's channel the name of the chart says so.
 struct PointerPanels {
     std::string chart, x, y, east, north;
+    std::string y_unit = {};  ///< of `y`; blank with it
     std::string geographic =
         {};  ///< "140.54431 E, 22.10490 S"; blank too where no coordinate system is known
 };

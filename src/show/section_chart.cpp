@@ -92,7 +92,7 @@ void record_label(chart::AX_Grapher& chart, const ModelBody& body, const Section
                          whole.y_high >= plot.y_low && whole.y_low <= plot.y_high;
     if (!in_view || !(chart.XAxisScale() > 0)) return;
     const std::string name = shown_text(body.name);
-    const std::string depth = "Burial depth: " + format_number(body.top_elevation, "0.00");
+    const std::string depth = "Burial depth: " + format_number(body.top_elevation, "0.00") + " m";
     const double line = chart.TextHeight();
     WantedLabel wanted;
     wanted.window = {plot.x_low + line / 2, plot.x_high - line / 2, plot.y_low + line / 4,

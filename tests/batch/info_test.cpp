@@ -13,7 +13,7 @@ TEST(Info, a_person_reads_what_the_workspace_holds) {
     EXPECT_EQ(run.err, "");
     for (const std::string& text :
          {files.model, files.folder.path("survey.dat"), std::string("x 1, y 2, mag 3, grav 4"),
-          std::string("56000 nT, inclination -65, declination -4"), std::string("41 over 1000.00 m"),
+          std::string("56000 nT, inclination -65°, declination -4°"), std::string("41 over 1000.00 m"),
           std::string("Magnetic misfit data "), std::string("Gravity misfit  data "),
           std::string("Thick Sheet"), std::string("  Sheet\n")})
         EXPECT_NE(run.out.find(text), std::string::npos) << text << "\n" << run.out;

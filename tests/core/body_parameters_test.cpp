@@ -1,10 +1,14 @@
 #include "core/body_parameters.h"
 
+#include <cmath>
 #include <gtest/gtest.h>
 #include <set>
 
 #include "core/body_fields.h"
 #include "core/failure.h"
+#include "core/fitting_number.h"
+#include "core/numbers.h"
+#include "core/susceptibility.h"
 #include "core/workspace.h"
 
 namespace anomalis {
@@ -103,6 +107,38 @@ TEST(BodyParameters, a_tip_tells_meaning_unit_and_range) {
               "A change of the body type keeps the number, although its meaning changes");
     EXPECT_EQ(parameter_tip(thick_sheet, param_rem_i),
               "The inclination of the remanent direction\nDegrees, down positive; any number");
+    EXPECT_EQ(parameter_tip(thick_sheet, param_susc, SusceptibilityUnit::si).find("\nSI (0.05 is 50000 µSI)"),
+              std::string("The susceptibility of the  body (SI)").size());
+    EXPECT_EQ(parameter_tip(wire, param_susc, SusceptibilityUnit::si), parameter_tip(wire, param_susc));
+}
+
+TEST(Susceptibility, in_cgs_is_that_of_si_over_four_pi) {
+    EXPECT_DOUBLE_EQ(50000 * of_micro_si(SusceptibilityUnit::si), 0.05);
+    EXPECT_NEAR(50000 * of_micro_si(SusceptibilityUnit::cgs), 0.05 / 12.566370614359172, 1e-15);
+    EXPECT_EQ(of_micro_si(SusceptibilityUnit::micro_si), 1);
+}
+
+TEST(FittingNumber, takes_the_first_form_that_fits_and_cuts_none) {
+    const auto in = [](std::string_view text, std::size_t room) {
+        return fitting_number(text, [=](const std::string& shorter) { return shorter.size() <= room; });
+    };
+    EXPECT_EQ(in("73445.25", 8), "73445.25");
+    EXPECT_EQ(in("73445.00", 7), "73445");
+    EXPECT_EQ(in("73445.25", 7), "73445.3");
+    EXPECT_EQ(in("73445.25", 5), "73445");
+    EXPECT_EQ(in("7344525", 6), "7.34e6");
+    EXPECT_EQ(in("99996", 4), "1e5");
+    EXPECT_EQ(in("0.0512345", 7), "0.05123");
+    EXPECT_EQ(in("0.0512345", 6), "5.1e-2");
+    EXPECT_EQ(in("-7344525", 5), "-7e6");
+    EXPECT_EQ(in("1.25E+12", 6), "1.3e12");
+    EXPECT_EQ(in("0.000", 2), "0.000") << "nothing is shorter";
+    EXPECT_EQ(in("Thick Sheet", 3), "Thick Sheet");
+    for (std::size_t room = 4; room <= 9; ++room)
+        for (const double value : {7344525.75, -56000.125, 0.000123456, 999999.5, 12.5}) {
+            const std::string text = in(shortest_text(value), room);
+            EXPECT_NEAR(prefix_number(text), value, std::abs(value) * 0.5) << text;
+        }
 }
 
 }  // namespace

@@ -147,7 +147,7 @@ TEST(AddBodies, what_the_settings_keep_of_new_bodies_is_not_suited_to_the_line) 
     EXPECT_EQ(body.density.value, 0.25F);
 }
 
-TEST(AddBodies, a_flat_line_leaves_the_usual_strength) {
+TEST(AddBodies, a_flat_line_leaves_the_usual_susceptibility_and_no_density_contrast) {
     BodySample sample;
     for (Channel* channel : {&sample.workspace().mag, &sample.workspace().grav})
         for (float& value : channel->data.row(row_raw, stage_observed)) value = 5;
@@ -155,7 +155,7 @@ TEST(AddBodies, a_flat_line_leaves_the_usual_strength) {
     model::refresh_model(sample.session);
     EXPECT_TRUE(from_menu(sample, AddMode::add));
     EXPECT_EQ(sample.body(4).susc.value, default_susceptibility);
-    EXPECT_EQ(sample.body(4).density.value, default_density);
+    EXPECT_EQ(sample.body(4).density.value, 0);
 }
 
 TEST(AddBodies, new_bodies_and_copies_bear_colours_that_are_told_apart) {

@@ -248,6 +248,59 @@ TEST(BodyGrid, intervals_of_a_fit_stand_beside_the_values_while_the_model_is_as_
     EXPECT_EQ(grid_error(sample.workbench, param_dip), "±0.31") << "the model is as fitted again";
 }
 
+TEST(BodyGrid, a_susceptibility_is_shown_and_keyed_in_the_unit_of_choice_and_kept_in_micro_si) {
+    BodySample sample;
+    ModelBody& body = sample.body(2);
+    body.susc = {51234.5F, 1, 100, unset};
+    const auto text = [&](int column) { return grid_text(sample.workbench, param_susc, column); };
+    EXPECT_EQ(text(grid_value), "51234.5");
+    sample.session.preferences.susceptibility_unit = SusceptibilityUnit::si;
+    EXPECT_EQ(text(grid_value), "0.0512345");
+    EXPECT_EQ(text(grid_min), "0.0001");
+    EXPECT_EQ(grid_unit(sample.workbench, param_susc), "SI");
+    EXPECT_EQ(key(sample, param_susc, "0.02"), GridChange::stored);
+    EXPECT_FLOAT_EQ(body.susc.value, 20000);
+    EXPECT_EQ(key(sample, param_susc, "0.1", grid_max), GridChange::stored);
+    EXPECT_FLOAT_EQ(body.susc.max, 100000);
+    EXPECT_EQ(key(sample, param_susc, " ", grid_max), GridChange::stored);
+    EXPECT_EQ(body.susc.max, unset);
+    EXPECT_EQ(key(sample, param_susc, "1e35"), GridChange::refused) << "too large for the record";
+    EXPECT_NE(grid_tip(sample.workbench, param_susc, grid_min).find("0.0001 SI"), std::string::npos);
+    sample.session.preferences.susceptibility_unit = SusceptibilityUnit::cgs;
+    body.susc.value = 50000;
+    EXPECT_EQ(text(grid_value), "0.003978874");
+    EXPECT_EQ(key(sample, param_susc, grid_edit_text(sample.workbench, param_susc, grid_value)),
+              GridChange::unchanged)
+        << "what the cell shows is what stands in the record";
+    EXPECT_EQ(body.susc.value, 50000);
+    body.type = wire;
+    EXPECT_EQ(text(grid_value), "50000.0") << "a current has no such unit";
+    EXPECT_EQ(grid_unit(sample.workbench, param_susc), "mA");
+}
+
+TEST(BodyGrid, tips_tell_the_whole_number_its_unit_and_the_burial_of_an_elevation) {
+    BodySample sample;
+    sample.workspace().surface_elevation = 100;
+    sample.workspace().definition.dtm_column = 0;
+    ModelBody& body = sample.body(2);
+    body.top.value = 40;
+    const auto tip = [&](int row) { return grid_tip(sample.workbench, row, grid_value); };
+    EXPECT_NE(tip(param_distance).find("\n1200.0 m"), std::string::npos);
+    for (const std::int32_t type : {thick_sheet, wire}) {
+        body.type = type;
+        EXPECT_NE(tip(param_top).find("An elevation"), std::string::npos);
+        EXPECT_EQ(grid_note(sample.workbench, param_top, grid_property), "elev.");
+        EXPECT_EQ(grid_note(sample.workbench, param_top, grid_value), "60.00 m deep");
+        EXPECT_NE(tip(param_top).find("Burial depth 60.00 m: the ground above it less this"),
+                  std::string::npos)
+            << tip(param_top);
+    }
+    body.type = pipe;
+    body.width.value = 10;
+    EXPECT_NE(tip(param_top).find("Burial depth 55.00 m"), std::string::npos);
+    EXPECT_EQ(tip(param_distance).find("Burial"), std::string::npos);
+}
+
 TEST(BodyGrid, values_are_keyed_without_a_line_too) {
     BodySample sample;
     drop_stations(sample.workspace());

@@ -247,10 +247,14 @@ TEST(ParameterBars, the_log_tells_the_new_value) {
 TEST(ParameterBars, tips_tell_step_unit_and_range) {
     BodySample sample;
     EXPECT_EQ(bar_tip(sample.workbench, bar_of(param_dip), false),
-              "Dip, coarse steps of 5 °, from 0 to 180\nArrow keys take coarse steps, with Shift fine ones");
+              "Dip, coarse steps of 5°, from 0 to 180\nArrow keys take coarse steps, with Shift fine ones");
     EXPECT_NE(
         bar_tip(sample.workbench, bar_of(param_width), true).find("Width, fine steps of 0.5 m, above 0"),
         std::string::npos);
+    sample.body(2).susc.value = 50000;
+    sample.session.preferences.susceptibility_unit = SusceptibilityUnit::si;
+    EXPECT_NE(bar_tip(sample.workbench, bar_of(param_susc), false).find("coarse steps of 0.001 SI"),
+              std::string::npos);
 }
 
 }  // namespace anomalis::edit

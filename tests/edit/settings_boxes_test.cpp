@@ -55,6 +55,27 @@ TEST(SettingsBoxes, the_text_on_show_changes_nothing_when_it_is_taken_over) {
     }
 }
 
+TEST(SettingsBoxes, a_filter_tells_its_stations_in_metres_and_what_its_gradient_is) {
+    LineSample sample;
+    sample.load();
+    Workspace& w = sample.workspace();
+    w.processing.vg_filter_width = 5;
+    w.processing.vg_filter_step = 2;
+    EXPECT_NE(filter_tip(w, SettingsBox::vg_filter_step).find("2 stations are 50 m at the present spacing"),
+              std::string::npos);
+    EXPECT_NE(filter_tip(w, SettingsBox::vg_filter_width).find("10 stations are 250 m"), std::string::npos);
+    EXPECT_NE(filter_tip(w, SettingsBox::vg_filter_width).find("VG is the vertical gradient"),
+              std::string::npos);
+    EXPECT_NE(filter_tip(w, SettingsBox::vg_filter_width).find("nT per 2 stations and mGal per 2 stations"),
+              std::string::npos);
+    w.processing.display_total_gradient = 1;
+    w.processing.vg_filter_step = 1;
+    EXPECT_NE(filter_tip(w, SettingsBox::vg_filter_step).find("TG is the total gradient"), std::string::npos);
+    EXPECT_NE(filter_tip(w, SettingsBox::vg_filter_step).find("nT per station"), std::string::npos);
+    drop_stations(w);
+    EXPECT_EQ(filter_tip(w, SettingsBox::vg_filter_step).find("present spacing"), std::string::npos);
+}
+
 TEST(SettingsBoxes, the_field_strength_stays_above_0) {
     LineSample sample;
     for (const char* text : {"0", "-5", "1e-60"})

@@ -278,7 +278,20 @@ TEST(ModelView, with_a_floating_magnetic_base_its_box_ends_up_showing_the_gravit
     sample.workspace().mag.float_base = 0;
     sample.workspace().grav.float_base = 1;
     sample.view->display_model();
-    EXPECT_TRUE(sample.base_levels.empty()) << "the gravity flag alone shows nothing";
+    EXPECT_TRUE(sample.base_levels.empty()) << "the gravity flag alone shows nothing in the box of magnetics";
+    EXPECT_EQ(sample.grav_base_levels.size(), 1U);
+}
+
+TEST(ModelView, with_gravity_alone_no_box_of_magnetics_shows_its_base) {
+    show::ChartSample sample;
+    Workspace& workspace = sample.workspace();
+    workspace.definition.mag_column = 0;
+    workspace.mag.float_base = workspace.grav.float_base = 1;
+    invalidate_filtered_data(0, workspace);
+    sample.view->display_model();
+    EXPECT_TRUE(sample.base_levels.empty());
+    ASSERT_EQ(sample.grav_base_levels.size(), 1U);
+    EXPECT_EQ(sample.grav_base_levels[0], format_number(workspace.grav.base, "0.000"));
 }
 
 TEST(ModelView, toggling_the_plan_calculates_the_section_anew) {

@@ -23,8 +23,8 @@ TEST(CleanProfileTable, has_the_columns_of_the_channels_that_are_there) {
     const std::string mag = clean_profile_table_text(workspace);
     EXPECT_TRUE(mag.starts_with(
         "east_m,north_m,sensor_elevation_m,distance_m,mag_observed_nT,mag_observed_smoothed_nT,"
-        "mag_observed_residual_nT,mag_observed_vertical_gradient_nT_per_tap,mag_model_nT,"
-        "mag_model_smoothed_nT,mag_model_residual_nT,mag_model_vertical_gradient_nT_per_tap\n"
+        "mag_observed_residual_nT,mag_observed_vertical_gradient_nT_per_station,mag_model_nT,"
+        "mag_model_smoothed_nT,mag_model_residual_nT,mag_model_vertical_gradient_nT_per_station\n"
         "412345.6785,7123456.25,81.125,0.0,111.0,121.0,131.0,141.0,112.0,122.0,132.0,142.0\n"))
         << mag;
     workspace.definition.mag_column = 0;
@@ -34,7 +34,7 @@ TEST(CleanProfileTable, has_the_columns_of_the_channels_that_are_there) {
     const std::string grav = clean_profile_table_text(workspace);
     EXPECT_EQ(grav.find("mag"), std::string::npos);
     EXPECT_NE(grav.find(",ground_elevation_m,grav_observed_mGal,"), std::string::npos);
-    EXPECT_NE(grav.find(",grav_observed_total_gradient_mGal_per_tap,"), std::string::npos);
+    EXPECT_NE(grav.find(",grav_observed_total_gradient_mGal_per_station,"), std::string::npos);
 }
 
 TEST(CleanProfileTable, a_missing_value_leaves_its_field_empty) {
@@ -67,15 +67,31 @@ TEST(CleanTables, are_written_whole_or_not_at_all) {
     EXPECT_EQ(folder.entries(), 2);
 }
 
-TEST(CleanModelTable, a_pipe_has_no_burial_depth_while_no_line_is_loaded) {
+TEST(CleanModelTable, every_type_has_the_depths_of_its_top_below_the_ground_while_a_line_is_loaded) {
     Workspace workspace = dxf_workspace();
-    add_dxf_body(workspace, pipe, "pipe");
-    workspace.body(1).top_elevation = 31.5F;
-    workspace.body(1).end_width_a = 7;
+    workspace.surface_elevation = 21.5;
+    for (const std::int32_t type : {thin_sheet, thick_sheet, pipe, wire, sphere})
+        add_dxf_body(workspace, type, "body").width.value = 7;
     workspace.station_count = 3;
-    EXPECT_NE(clean_model_table_text(workspace).find(",3.5,31.5,"), std::string::npos);
+    const std::vector<std::string> lines = split_lines(clean_model_table_text(workspace));
+    ASSERT_EQ(lines.size(), 6U);
+    for (const std::size_t row : {1U, 2U, 4U})
+        EXPECT_NE(lines[row].find(",-10.0,31.5,31.5,"), std::string::npos) << lines[row];
+    EXPECT_NE(lines[3].find(",-10.0,28.0,28.0,"), std::string::npos) << "a pipe lies below its axis less "
+                                                                        "its radius: "
+                                                                     << lines[3];
+    EXPECT_NE(lines[5].find(",-10.0,28.0,31.5,"), std::string::npos) << "a sphere is buried at its centre";
     workspace.station_count = 0;
-    EXPECT_NE(clean_model_table_text(workspace).find(",3.5,,"), std::string::npos);
+    EXPECT_NE(clean_model_table_text(workspace).find(",-10.0,,,"), std::string::npos);
+}
+
+TEST(CleanModelTable, names_the_point_that_the_grid_shows_and_the_middle_of_the_top_edge) {
+    Workspace workspace = dxf_workspace();
+    ModelBody& body = add_dxf_body(workspace, thick_sheet, "dyke");
+    const std::string text = clean_model_table_text(workspace);
+    EXPECT_NE(text.find(",east_m,north_m,reference_east_m,reference_north_m,"), std::string::npos);
+    EXPECT_NE(text.find(",1010.0,2000.0,1000.0,2000.0,"), std::string::npos) << text;
+    EXPECT_EQ(body.east, 1000);
 }
 
 TEST(CleanModelTable, every_row_has_every_column) {
@@ -88,7 +104,7 @@ TEST(CleanModelTable, every_row_has_every_column) {
         std::size_t rows = 0;
         for (std::size_t at = 0; at < text.size(); at = text.find('\n', at) + 1, ++rows) {
             const std::string row = text.substr(at, text.find('\n', at) - at);
-            EXPECT_EQ(std::count(row.begin(), row.end(), ','), 20) << row;
+            EXPECT_EQ(std::count(row.begin(), row.end(), ','), 22) << row;
         }
         EXPECT_EQ(rows, 9U);
     }
@@ -101,7 +117,7 @@ TEST(CleanProfileTable, a_channel_with_a_regional_has_a_column_of_it) {
     EXPECT_EQ(clean_profile_table_text(workspace), plain);
     workspace.mag.regional = {1, 100, 100, {2, 0.5, 0, 0}};
     const std::string text = clean_profile_table_text(workspace);
-    EXPECT_NE(text.find(",mag_model_vertical_gradient_nT_per_tap,mag_regional_nT\n"), std::string::npos)
+    EXPECT_NE(text.find(",mag_model_vertical_gradient_nT_per_station,mag_regional_nT\n"), std::string::npos)
         << text;
     EXPECT_NE(text.find(",142.0,1.5\n"), std::string::npos) << text;
     EXPECT_TRUE(text.ends_with(",2.5\n")) << text;

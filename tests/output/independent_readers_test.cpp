@@ -90,14 +90,14 @@ TEST(IndependentReader, takes_the_clean_profile_as_it_is) {
     EXPECT_EQ(lines[4], "distance_m|f|0.0|100.0|200.0");
     EXPECT_EQ(lines[5], "ground_elevation_m|f|0.0625|0.125|0.1875");
     EXPECT_EQ(lines[6], "mag_observed_nT|f|111.0|211.0|311.0");
-    EXPECT_EQ(lines[9], "mag_observed_vertical_gradient_nT_per_tap|f|141.0|241.0|341.0");
+    EXPECT_EQ(lines[9], "mag_observed_vertical_gradient_nT_per_station|f|141.0|241.0|341.0");
     EXPECT_EQ(lines[12], "mag_model_residual_nT|f|132.0|232.0|332.0");
     EXPECT_EQ(lines[14], "grav_observed_mGal|f|-1.125|-1.125|-1.125");
 
     workspace.processing.display_total_gradient = 1;
     ASSERT_EQ(write_clean_profile_table(folder.path("p.csv"), workspace, prompts), 0);
     EXPECT_EQ(split_lines(python("read_table.py", {folder.path("p.csv")}))[9],
-              "mag_observed_total_gradient_nT_per_tap|f|161.0|261.0|361.0");
+              "mag_observed_total_gradient_nT_per_station|f|161.0|261.0|361.0");
 }
 
 TEST(IndependentReader, takes_the_clean_model_as_it_is) {
@@ -107,15 +107,14 @@ TEST(IndependentReader, takes_the_clean_model_as_it_is) {
     workspace.definition.mag_column = 3;
     add_dxf_body(workspace, thick_sheet, "  a, \"b\"\r\nc ").susc.value = 0.1F;
     ModelBody& cylinder = add_dxf_body(workspace, pipe, "\xD6st\xC3\xB6lich \xE6\xBC\xA2 \xED\xA0\x80");
-    cylinder.top_elevation = 12.5F;
-    cylinder.end_width_a = 20;
+    cylinder.width.value = 20;
     workspace.station_count = 1;
     add_dxf_body(workspace, wire, "").susc.value = 700;
     add_dxf_body(workspace, 9, "nameless").turned_off = 1;
     ASSERT_EQ(write_clean_model_table(folder.path("m.csv"), workspace, prompts), 0);
     const std::vector<std::string> lines = split_lines(python("read_table.py", {folder.path("m.csv")}));
-    ASSERT_EQ(lines.size(), 22U);
-    EXPECT_EQ(lines[0], "4 21");
+    ASSERT_EQ(lines.size(), 24U);
+    EXPECT_EQ(lines[0], "4 23");
     EXPECT_EQ(lines[1], "body|i|1|2|3|4");
     // Half of a pair is no UTF-8: each of its bytes is a character of Latin-1, printed here by its code.
     EXPECT_EQ(lines[2],
@@ -123,12 +122,13 @@ TEST(IndependentReader, takes_the_clean_model_as_it_is) {
     EXPECT_EQ(lines[3], "type|O|'Thick Sheet'|'Cylinder/pipe'|'Wire'|'Type 9'");
     EXPECT_EQ(lines[4], "in_model|i|1|1|1|0");
     EXPECT_EQ(lines[6], "east_m|f|1010.0|1010.0|1010.0|1010.0");
-    EXPECT_EQ(lines[8], "top_elevation_m|f|-10.0|-10.0|-10.0|-10.0");
-    EXPECT_EQ(lines[9], "depth_to_top_m|f|0.0|10.0|0.0|0.0");
-    EXPECT_EQ(lines[10], "burial_depth_m|f|nan|12.5|nan|nan");
-    EXPECT_EQ(lines[19], "susceptibility_micro_SI|f|0.1|0.0|nan|0.0");
-    EXPECT_EQ(lines[20], "current_mA|f|nan|nan|700.0|nan");
-    EXPECT_EQ(lines[21], "density_g_per_cc|f|nan|nan|nan|nan");
+    EXPECT_EQ(lines[8], "reference_east_m|f|1000.0|1000.0|1000.0|1000.0");
+    EXPECT_EQ(lines[10], "top_elevation_m|f|-10.0|-10.0|-10.0|-10.0");
+    EXPECT_EQ(lines[11], "depth_to_top_m|f|10.0|0.0|10.0|10.0") << "of a pipe less its radius";
+    EXPECT_EQ(lines[12], "burial_depth_m|f|10.0|0.0|10.0|10.0");
+    EXPECT_EQ(lines[21], "susceptibility_micro_SI|f|0.1|0.0|nan|0.0");
+    EXPECT_EQ(lines[22], "current_mA|f|nan|nan|700.0|nan");
+    EXPECT_EQ(lines[23], "density_contrast_g_per_cc|f|nan|nan|nan|nan");
 }
 #endif
 

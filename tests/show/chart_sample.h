@@ -55,7 +55,9 @@ struct ChartSample : edit::LineSample, flow::ModelViewHost {
         misfit = pair;
         ++displays;
     }
-    void show_base_level(const std::string& text) override { base_levels.push_back(text); }
+    void show_base_level(int channel, const std::string& text) override {
+        (channel == channel_mag ? base_levels : grav_base_levels).push_back(text);
+    }
     void show_window(const edit::ShownWindow& shown) override { window = shown; }
     void show_current_body() override { ++selections; }
 
@@ -66,7 +68,7 @@ struct ChartSample : edit::LineSample, flow::ModelViewHost {
     std::array<bool, edit::model_chart_count> arranged{};
     PointerPanels pointer;
     MisfitPair misfit{};
-    std::vector<std::string> base_levels;
+    std::vector<std::string> base_levels, grav_base_levels;  ///< as the boxes were told
     edit::ShownWindow window;
     int displays = 0;
     int selections = 0;

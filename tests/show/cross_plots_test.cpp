@@ -52,6 +52,16 @@ TEST(CrossPlots, have_depth_width_and_susceptibility_of_one_body) {
     EXPECT_EQ(plotted_bodies(sheet.workspace, sheet.ensemble), std::vector<int>{2});
 }
 
+TEST(CrossPlots, the_axis_of_susceptibility_has_the_unit_of_choice) {
+    const Sheet sheet;
+    const CrossPlots plots = cross_plots(sheet.workspace, sheet.ensemble, 2, SusceptibilityUnit::si);
+    EXPECT_EQ(plots.axes[2].unit, "SI");
+    EXPECT_DOUBLE_EQ(plots.axes[2].fitted, 0.05);
+    const CrossPlots micro = cross_plots(sheet.workspace, sheet.ensemble, 2);
+    ASSERT_TRUE(plots.product && micro.product);
+    EXPECT_EQ(plots.product->words, micro.product->words) << "the product is in m SI in both";
+}
+
 TEST(CrossPlots, a_top_under_a_ground_that_nobody_knows_stays_an_elevation) {
     Sheet sheet;
     sheet.workspace.definition.z_column = 4;

@@ -5,6 +5,7 @@
 #include "chart_sample.h"
 #include "core/body_parameters.h"
 #include "core/fit_record.h"
+#include "core/inversion_state.h"
 #include "show/residual_chart.h"
 
 namespace anomalis::show {
@@ -68,6 +69,21 @@ TEST(FitView, numbers_bear_units_and_the_digits_of_their_interval) {
     EXPECT_EQ(view.parameters[0].unit, "m");
     EXPECT_EQ(view.parameters[1].interval, "below 140");
     EXPECT_EQ(view.parameters[3].interval, "not determined");
+}
+
+TEST(FitView, susceptibilities_stand_in_the_unit_of_choice) {
+    ChartSample sample;
+    sample.add_body(1250, 60);
+    FitRecord fit = sample_fit();
+    fit.parameters = {{.body = 1, .param_code = param_susc, .value = 51234, .lower = 50200, .upper = 52300}};
+    fit.correlation = {1};
+    const FitView si = fit_view(fit, sample.workspace(), SusceptibilityUnit::si);
+    EXPECT_EQ(si.parameters[0].value, "0.0512");
+    EXPECT_EQ(si.parameters[0].interval, "0.0502 to 0.0523");
+    EXPECT_EQ(si.parameters[0].unit, "SI");
+    fit.target = target_gradient;
+    sample.workspace().processing.vg_filter_step = 3;
+    EXPECT_EQ(residual_unit(fit, sample.workspace(), channel_mag), "nT per 3 stations");
 }
 
 TEST(FitView, parameters_are_called_as_the_grid_calls_those_of_their_body) {

@@ -15,6 +15,9 @@ TEST(PointerPanels, over_a_curve_they_tell_chart_place_and_nearest_station) {
     EXPECT_EQ(sample.pointer.x.find('.') + 3, sample.pointer.x.size());
     EXPECT_EQ(sample.pointer.east, "501250.00");
     EXPECT_EQ(sample.pointer.north, "7000000.00");
+    EXPECT_EQ(sample.pointer.y_unit, "mGal");
+    sample.move(edit::chart_mag_gradient, {1260, 0});
+    EXPECT_EQ(sample.pointer.y_unit, "nT per station");
 }
 
 TEST(PointerPanels, outside_the_plot_only_the_chart_is_told) {

@@ -115,7 +115,7 @@ TEST(SectionChart, the_label_tells_the_burial_depth_of_the_record) {
     const double depth = model::ground_elevation(sample.workspace(), 1260) - 60;
     EXPECT_NEAR(body.top_elevation, depth, 1e-4);
     ASSERT_NE(sample.picture().find_text("Dyke"), nullptr);
-    EXPECT_NE(sample.picture().find_text("Burial depth: 40.40"), nullptr);
+    EXPECT_NE(sample.picture().find_text("Burial depth: 40.40 m"), nullptr);
     sample.workbench.view.body_held = true;
     sample.draw();
     EXPECT_EQ(sample.picture().find_text("Dyke"), nullptr) << "the note of the hand stands there";
@@ -160,7 +160,7 @@ TEST(SectionChart, the_label_keeps_clear_of_the_handles) {
                     {chart.ViewLimits(), chart.XAxisScale(), chart.YAxisScale(), chart.YAxisMin(), 2500});
                 ASSERT_FALSE(handles.empty());
                 const chart::Point text = sample.picture().find_text("Dyke")->points[0];
-                const double end = text.x + chart.TextWidth("Burial depth: 40.40");
+                const double end = text.x + chart.TextWidth("Burial depth: 40.40 m");
                 for (const Handle& handle : handles) {
                     const double x = handle_place(chart, handle).x;
                     EXPECT_TRUE(x + reach < text.x || x - reach > end)

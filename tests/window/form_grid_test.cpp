@@ -13,6 +13,7 @@
 #include "window/shell/look.h"
 #include "window/widgets/body_cells.h"
 #include "window/widgets/body_grid_view.h"
+#include "window/widgets/plain_text.h"
 #include "window/widgets/sketch_tip.h"
 
 namespace anomalis::window {
@@ -32,6 +33,7 @@ class FormGridTest : public QObject {
     void an_interval_never_hides_its_value();
     void a_parameter_is_drawn_over_the_words_of_its_tip();
     void a_sketch_is_as_sharp_as_the_screen_and_follows_its_palette();
+    void a_number_is_never_cut();
 };
 
 void FormGridTest::the_grid_has_18_rows_and_5_columns() {
@@ -235,6 +237,22 @@ void FormGridTest::a_sketch_is_as_sharp_as_the_screen_and_follows_its_palette() 
         QCOMPARE(dark.pixelColor(corner), look_palette(true).color(QPalette::ToolTipBase));
     }
     QVERIFY(sketch_picture(workspace, body, edit::row_east, look_palette(false), 1).isNull());
+}
+
+void FormGridTest::a_number_is_never_cut() {
+    const QFontMetrics metrics(QApplication::font());
+    for (const QString& number : {QString("7000000.0"), QString("-73445.25"), QString("0.003978874"),
+                                  QString("1.1e+08"), QString("360")})
+        for (int room = metrics.horizontalAdvance("-7e-3"); room < 120; ++room) {
+            const QString shown = fitting_text(metrics, number, room);
+            QVERIFY2(metrics.horizontalAdvance(shown) <= room, qPrintable(shown));
+            bool numeric = false;
+            const double value = shown.toDouble(&numeric), whole = number.toDouble();
+            QVERIFY2(numeric && std::abs(value - whole) < std::abs(whole) / 2, qPrintable(shown));
+        }
+    QVERIFY(fitting_text(metrics, "Cylinder/pipe", 40).contains(QChar(0x2026)));
+    QCOMPARE(elided_at_word(metrics, "spacing 73445.25 m", metrics.horizontalAdvance("spacing 7344…")),
+             QString("spacing…"));
 }
 
 QObject* make_form_grid_test() {

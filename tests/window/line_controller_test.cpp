@@ -122,6 +122,12 @@ void LineControllerTest::an_accepted_definition_drops_the_line() {
     QCOMPARE(sample.stations(), 0);
     QCOMPARE(sample.text("Text_number_locations"), QString());
     QCOMPARE(sample.text("Text_line_length"), QString("2500.00"));
+    auto& length = sample.find<QLineEdit>("Text_line_length");
+    QVERIFY2(!length.isEnabled() && length.toolTip().contains("before the change"),
+             "it is that of the old line");
+    sample.load();
+    QVERIFY(length.isEnabled() && !length.toolTip().contains("before the change"));
+    sample.type("Text_MAGINV_zpos", "4", false);
     sample.type("Text_MAGINV_xpos", "2 ", false);
     QCOMPARE(sample.text("Text_line_length"), QString());
     sample.choose_tab(1);

@@ -165,7 +165,7 @@ QMenu* make_chart_menu(GrapherWidget& widget) {
     menu->setObjectName("mnuPopUp");
     add_zoom_locks(menu, widget);
     // As a double click does it, so that linked charts hear of it.
-    add(menu, "menu_reset_zoom", "Reset Zoom", [&widget] { widget.chart().HandleDoubleClick(1); });
+    add(menu, "menu_reset_zoom", "Reset zoom", [&widget] { widget.chart().HandleDoubleClick(1); });
     QAction* crosshair = menu->addAction("Crosshair");
     crosshair->setObjectName("menu_crosshair");
     crosshair->setCheckable(true);

@@ -62,7 +62,7 @@ QWidget* Form_find_file::make_search_row() {
     auto* label = new QLabel(tr("&File name"));
     label->setBuddy(file_name_);
     label->setToolTip(file_name_->toolTip());
-    auto* find = make_named_button("Command_find_file_in_path", tr("Find in Path"),
+    auto* find = make_named_button("Command_find_file_in_path", tr("Find in path"),
                                    tr("List the folders of the search path that hold this file"));
     row->addWidget(label);
     row->addWidget(file_name_, 1);
@@ -77,7 +77,7 @@ QWidget* Form_find_file::make_buttons() {
     auto* row = new QHBoxLayout(widget);
     row->setContentsMargins(0, 0, 0, 0);
     auto* copy =
-        make_named_button("Command_copy_text", tr("Copy Text"), tr("Put the whole text on the clipboard"));
+        make_named_button("Command_copy_text", tr("Copy text"), tr("Put the whole text on the clipboard"));
     auto* leave = make_named_button("Command_Done", tr("Done"), tr("Close this window"));
     row->addWidget(copy);
     row->addStretch();

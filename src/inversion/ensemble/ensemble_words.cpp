@@ -147,10 +147,10 @@ void Words::add_products() {
                                        static_cast<double>(sample.values[*amplitude]);
                 if (!std::isnan(product)) products.push_back(code == param_susc ? 1e-6 * product : product);
             }
-            words_.push_back(sentence("Width times " +
-                                          std::string(code == param_susc ? "susceptibility" : "density") +
-                                          of_body(parameter.body),
-                                      band_of(products), code == param_susc ? "m SI" : "m g/cc"));
+            words_.push_back(sentence(
+                "Width times " + std::string(code == param_susc ? "susceptibility" : "density contrast") +
+                    of_body(parameter.body),
+                band_of(products), code == param_susc ? "m SI" : "m g/cc"));
         }
     }
 }

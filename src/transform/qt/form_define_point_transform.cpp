@@ -82,8 +82,8 @@ Form_define_point_transform::Form_define_point_transform(TransformDialog& dialog
     setObjectName("Form_define_point_transform");
     setWindowTitle(tr("Define Coordinate Transform"));
     tabs_->setObjectName("Tab_transform_type");
-    tabs_->addTab(make_page(0), tr("Origin, Scale and Rotation"));
-    tabs_->addTab(make_page(1), tr("Two Points"));
+    tabs_->addTab(make_page(0), tr("Origin, scale and rotation"));
+    tabs_->addTab(make_page(1), tr("Two points"));
     auto* column = new QVBoxLayout(this);
     column->addWidget(tabs_, 1);
     column->addWidget(make_buttons());

@@ -225,8 +225,8 @@ void ChartsPanel::show_misfit(const MisfitPair& misfit) {
     news_.tell(News::calculated);
 }
 
-void ChartsPanel::show_base_level(const std::string& text) {
-    emit base_level_found(QString::fromStdString(text));
+void ChartsPanel::show_base_level(int channel, const std::string& text) {
+    emit base_level_found(channel, QString::fromStdString(text));
 }
 
 /// A factor that was found by hand has an entry of its own at the end of the list.

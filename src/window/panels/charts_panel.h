@@ -53,7 +53,7 @@ class ChartsPanel : public QWidget, private flow::ModelViewHost {
     void delete_wanted();
     /// A calculation was left: the charts show the curves of before.
     void calculation_left();
-    void base_level_found(const QString& text);
+    void base_level_found(int channel, const QString& text);
 
   protected:
     void resizeEvent(QResizeEvent* event) override;
@@ -63,7 +63,7 @@ class ChartsPanel : public QWidget, private flow::ModelViewHost {
     void arrange_charts(const std::array<bool, edit::model_chart_count>& shown) override;
     void show_pointer(const show::PointerPanels& panels) override;
     void show_misfit(const MisfitPair& misfit) override;
-    void show_base_level(const std::string& text) override;
+    void show_base_level(int channel, const std::string& text) override;
     void show_window(const edit::ShownWindow& window) override;
     bool may_leave_body() override { return guards_.pass(); }
     bool may_change_body() override { return guards_.pass(); }

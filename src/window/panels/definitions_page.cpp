@@ -64,6 +64,7 @@ EntryBox* DefinitionsPage::first_refused() const {
 
 void DefinitionsPage::follow(WhatChanged what) {
     if (what & News::boxes) return fill(bool(what & News::step_taken));
+    if (what & (News::settings | News::line)) processing_->show_filter_tips();
     if (what & News::settings) {
         processing_->update_base_frame();
         field_->show_source();

@@ -1,5 +1,7 @@
 #include "window/panels/definitions_panel.h"
 
+#include <utility>
+
 #include <QGridLayout>
 #include <QKeyEvent>
 #include <QLabel>
@@ -79,6 +81,8 @@ const std::array box_places{
              {"Text_maginv_minimum_station_spacing", "Minimum Station Spacing", "m",
               "Minimum spacing permitted between consecutive locations. Closer locations are averaged."}}};
 
+constexpr const char* length_tip = "Length of the profile in metres";
+constexpr const char* spacing_tip = "Length divided by the number of data, m";
 constexpr int number_row = 7;
 constexpr int length_row = 8;
 constexpr int find_row = 9;
@@ -136,8 +140,8 @@ void DefinitionsPanel::add_box(int row, int pair, edit::DefinitionBox box, const
 void DefinitionsPanel::add_results() {
     const ControlText number{"Text_number_locations", "Number of Data", "",
                              "How many stations the profile has; blank while nothing is loaded"};
-    const ControlText length{"Text_line_length", "Length/Spacing", "m", "Length of the profile in metres"};
-    const ControlText spacing{"Text_line_spacing", "", "m", "Length divided by the number of data, m"};
+    const ControlText length{"Text_line_length", "Length/Spacing", "m", length_tip};
+    const ControlText spacing{"Text_line_spacing", "", "m", spacing_tip};
     number_box_ = make_result_box(number);
     length_box_ = make_result_box(length);
     spacing_box_ = make_result_box(spacing);
@@ -154,6 +158,7 @@ bool DefinitionsPanel::take(edit::DefinitionBox box, const std::string& text) {
             return false;
         case edit::DefinitionChange::accepted_keep_length:
             number_box_->clear();
+            mark_extent(false);
             break;
         case edit::DefinitionChange::accepted:
             blank_results();
@@ -181,6 +186,7 @@ void DefinitionsPanel::show_result(const flow::LoadResult& result) {
     number_box_->setText(QString::fromStdString(result.number_of_locations));
     length_box_->setText(QString::fromStdString(result.line_length));
     spacing_box_->setText(QString::fromStdString(result.line_spacing));
+    mark_extent(true);
 }
 
 /// The button that matters is the one of the next step.
@@ -190,10 +196,25 @@ void DefinitionsPanel::offer_find(bool offer) {
     set_chief(*find_button_, offer);
 }
 
+/// A change of the columns of Y, heights or ground leaves the two numbers: they are grey then, and say whose
+/// they are.
+void DefinitionsPanel::mark_extent(bool present) {
+    const QString whose =
+        present ? QString()
+                : tr("\nOf the line as it was loaded before the change; Load locations finds it anew");
+    for (const auto& [box, tip] :
+         {std::pair{length_box_, length_tip}, std::pair{spacing_box_, spacing_tip}}) {
+        box->setEnabled(present);
+        box->setToolTip(tr(tip) + whose);
+        box->setAccessibleDescription(box->toolTip());
+    }
+}
+
 void DefinitionsPanel::blank_results() {
     number_box_->clear();
     length_box_->clear();
     spacing_box_->clear();
+    mark_extent(true);
 }
 
 bool DefinitionsPanel::eventFilter(QObject* watched, QEvent* event) {

@@ -28,6 +28,7 @@ class DefinitionsPanel : public Panel {
     void show_file_name();
     void show_result(const flow::LoadResult& result);
     void blank_results();
+    void mark_extent(bool present);
 
     /// What a line without a model calls for next.
     void offer_find(bool offer);

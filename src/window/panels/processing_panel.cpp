@@ -28,6 +28,7 @@ ProcessingPanel::ProcessingPanel(edit::Workbench& workbench, FormGuards& guards,
     add_base_levels(base_row);
     add_regionals(regional_row);
     add_noise(noise_row);
+    show_filter_tips();
     add_box(elevation_row, 0, edit::SettingsBox::surface_elevation,
             {"Text_MAGINV_topo", "Surface elevation", "m",
              "Elevation of the ground, m, where the data file has no DTM column"});
@@ -49,21 +50,14 @@ void ProcessingPanel::add_filters() {
         tell();
     });
     add_box(0, 1, edit::SettingsBox::smooth_filter_width,
-            {"Text_smooth_filter_width", "Half-width", "",
-             "Half-width of the smoothing filter in stations (0 smooths nothing)"});
+            {"Text_smooth_filter_width", "Half-width", "stations", ""});
     add_box(1, 0, edit::SettingsBox::residual_filter_width,
-            {"Text_residual_filter_width", "Residual half-width", "",
-             "Half-width in stations of the filter that removes the background (0 removes nothing; larger "
-             "values remove less regional)"});
+            {"Text_residual_filter_width", "Residual half-width", "stations", ""});
 }
 
 void ProcessingPanel::add_gradient() {
-    const ControlText width{"Text_VG_filter_width", "VG Filter Half-Width", "",
-                            "Half-width of the gradient filter in stations (must be >=1)"};
-    const ControlText step{
-        "Text_VG_filter_step", "VG filter spacing", "",
-        "Distance between the taps of the gradient filter in stations (must be >=1; 0 gives "
-        "gradients of zero)"};
+    const ControlText width{"Text_VG_filter_width", "VG Filter Half-Width", "taps", ""};
+    const ControlText step{"Text_VG_filter_step", "VG filter spacing", "stations", ""};
     total_gradient_ = make_check({"Check_display_total_gradient", "Use the total gradient", "",
                                   "Build and chart the total gradient in place of the vertical gradient"});
     place_bare(1, 1, total_gradient_);
@@ -164,6 +158,7 @@ void ProcessingPanel::fill() {
         regionals_.at(static_cast<std::size_t>(channel))
             ->setCurrentIndex(edit::regional_index(workspace, channel));
     show_gradient_captions();
+    show_filter_tips();
     update_base_frame();
 }
 
@@ -209,6 +204,18 @@ void ProcessingPanel::show_gradient_captions() {
     const edit::GradientCaptions captions = edit::gradient_captions(total_gradient_->isChecked());
     gradient_labels_[0]->setText(QString::fromUtf8(captions.width_label.data()));
     gradient_labels_[1]->setText(QString::fromUtf8(captions.step_label.data()));
+}
+
+void ProcessingPanel::show_filter_tips() {
+    for (const edit::SettingsBox setting :
+         {edit::SettingsBox::smooth_filter_width, edit::SettingsBox::residual_filter_width,
+          edit::SettingsBox::vg_filter_width, edit::SettingsBox::vg_filter_step}) {
+        const QString tip = QString::fromStdString(edit::filter_tip(workbench().session.workspace, setting));
+        box(setting)->setToolTip(tip);
+        box(setting)->setAccessibleDescription(tip);
+    }
+    for (std::size_t i = 0; i < gradient_labels_.size(); ++i)
+        gradient_labels_[i]->setToolTip(gradient_labels_[i]->buddy()->toolTip());
 }
 
 }  // namespace anomalis::window

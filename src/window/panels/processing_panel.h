@@ -24,6 +24,8 @@ class ProcessingPanel : public SettingsPanel {
     void update_base_frame();
     /// Shows what a fit would take for a noise that is not keyed, "" where the readings tell none.
     void show_noise_estimates(const std::array<std::string, 2>& texts);
+    /// What the filters' half-widths are in m hangs on the line, and their words on the kind of gradient.
+    void show_filter_tips();
     /// What the boxes show that a display of the model depends on.
     edit::DisplayTexts display_texts() const;
 

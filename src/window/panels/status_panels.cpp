@@ -26,17 +26,18 @@ struct PanelPlan {
     const char* caption;
     const char* widest;  ///< the panel keeps this width, so that nothing jumps
     const char* tip;
+    const char* unit = "";  ///< behind the number; of the value under the pointer its widest
 };
 
-constexpr std::size_t north_panel = 5;  // of the plans
+constexpr std::size_t value_panel = 3, north_panel = 5;  // of the plans
 
 constexpr std::array<PanelPlan, 7> plans{
     {{"", "", "What happened last; a click shows the report of the load"},
      {"", "Model (Vertical stretch 00.00)", "The chart under the pointer"},
-     {"X", "0000000.00", "Distance along the profile under the pointer, m"},
-     {"Y", "-000000.00", "Value under the pointer, in the chart's unit"},
-     {"E", "0000000.00", "East of the nearest station, m"},
-     {"N", "00000000.00", "North of the nearest station, m"},
+     {"X", "0000000.00", "Distance along the profile under the pointer, m", "m"},
+     {"Y", "-000000.00", "Value under the pointer, in the chart's unit", "mGal"},
+     {"E", "0000000.00", "East of the nearest station, m", "m"},
+     {"N", "00000000.00", "North of the nearest station, m", "m"},
      {"", "RMS: 0000.000 0000.00", "Misfit of data and of gradient between observed and calculated"}}};
 
 /// Shows as much of its text as there is room for, so that a long one never widens the window.
@@ -49,7 +50,7 @@ class ElidedLabel : public QLabel {
     void paintEvent(QPaintEvent*) override {
         const QRect room = contentsRect();
         QPainter(this).drawText(room, Qt::AlignLeft | Qt::AlignVCenter,
-                                fontMetrics().elidedText(text(), Qt::ElideRight, room.width()));
+                                elided_at_word(fontMetrics(), text(), room.width()));
     }
 };
 
@@ -90,6 +91,16 @@ StatusPanels::StatusPanels(QWidget* parent)
         panels_[i]->setMinimumWidth(fontMetrics().horizontalAdvance(plans[i].widest));
         holder->setToolTip(tr(plans[i].tip));
         row->addWidget(panels_[i], i == 0 ? 1000 : 0);
+        if (plans[i].unit[0] != '\0') {
+            auto* unit = new QLabel(tr(plans[i].unit));
+            make_quiet(*unit);
+            unit->setMinimumWidth(fontMetrics().horizontalAdvance(plans[i].unit));
+            row->addWidget(unit);
+            if (i == value_panel) {
+                unit->clear();
+                y_unit_ = unit;
+            }
+        }
         if (i == 0) {
             panels_[i]->installEventFilter(this);
             row->addWidget(link_);
@@ -212,6 +223,7 @@ void StatusPanels::show_pointer(const show::PointerPanels& panels) {
     panel(4)->setText(QString::fromStdString(panels.y));
     panel(5)->setText(QString::fromStdString(panels.east));
     panel(6)->setText(QString::fromStdString(panels.north));
+    y_unit_->setText(QString::fromStdString(panels.y_unit));
     show_geographic(QString::fromStdString(panels.geographic));
 }
 
@@ -244,6 +256,7 @@ void StatusPanels::show_progress(int percent) {
 
 void StatusPanels::clear_line() {
     for (int number = 2; number <= 7; ++number) panel(number)->clear();
+    y_unit_->clear();
     geographic_->clear();
     geographic_->parentWidget()->hide();
 }

@@ -74,6 +74,7 @@ class StatusPanels : public QStatusBar {
     QPushButton* link_;
     std::function<void()> follow_link_;
     std::array<QLabel*, 7> panels_{};
+    QLabel* y_unit_ = nullptr;
     QLabel* geographic_ = nullptr;  ///< of the place under the pointer
     QProgressBar* progress_;
 };

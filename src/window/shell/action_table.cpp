@@ -35,7 +35,7 @@ constexpr std::array rows{
               When::always, Qt::CTRL | Qt::Key_S},
     ActionRow{ActionId::read_bodies, "menu_open_model_3", "Read &Model Defintions",
               "Take the bodies alone from another workspace file"},
-    ActionRow{ActionId::export_solids, "menu_export_dxf_0", "&3-D Bodies",
+    ActionRow{ActionId::export_solids, "menu_export_dxf_0", "&3-D bodies",
               "Write the bodies as faces in space, for CAD", When::bodies},
     ActionRow{ActionId::export_plan, "menu_export_dxf_1", "&Plan",
               "Write the profile and the outlines of the bodies, for CAD"},
@@ -82,11 +82,11 @@ constexpr std::array rows{
               "Go to the other page of the window", When::always, Qt::CTRL | Qt::Key_Backtab},
     ActionRow{ActionId::display_axes, "menu_display_axes", "Display &Axes", "Axes and numbers on the charts",
               When::line, no_key, Mark::axes},
-    ActionRow{ActionId::display_regional, "menu_display_regional", "Display &Regional",
+    ActionRow{ActionId::display_regional, "menu_display_regional", "Display &regional",
               "The regional that was taken off the observed curve, dashed about its mean", When::line, no_key,
               Mark::regional},
     ActionRow{
-        ActionId::display_uncertainty, "menu_display_uncertainty", "Display &Uncertainty",
+        ActionId::display_uncertainty, "menu_display_uncertainty", "Display &uncertainty",
         "Other models that explain the line as well: faint outlines behind the bodies, and the room that "
         "the calculated curve keeps to in 90 % of them",
         When::line, no_key, Mark::ensemble},
@@ -188,7 +188,7 @@ constexpr std::array rows{
     ActionRow{ActionId::reject_changes, "menu_reject_changes", "Re&ject Changes",
               "Put back the values that the last run started with", When::bodies},
     ActionRow{
-        ActionId::fit_results, "menu_fit_results", "&Fit Results",
+        ActionId::fit_results, "menu_fit_results", "&Fit results",
         "What the last fit found: values with 90 % intervals, correlations, and what is left of the data",
         When::line, Qt::CTRL | Qt::Key_R},
     ActionRow{ActionId::uncertainty, "menu_uncertainty", "&Uncertainty...",

@@ -25,7 +25,8 @@ void FitController::open() {
 
 void FitController::fill() {
     const Workspace& workspace = workbench_.session.workspace;
-    if (const FitRecord* fit = edit::fit_in_force(workbench_)) return form_->show_fit(*fit, workspace);
+    if (const FitRecord* fit = edit::fit_in_force(workbench_))
+        return form_->show_fit(*fit, workspace, workbench_.session.preferences.susceptibility_unit);
     form_->show_words(workspace.fit ? QString::fromStdString(flow::changed_since(*workspace.fit))
                                     : tr("There is no fit yet: invert the model by least squares"));
 }

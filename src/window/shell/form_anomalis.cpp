@@ -165,8 +165,11 @@ void Form_anomalis::wire_panels() {
         status_->show_text(
             tr("The calculation was stopped: the curves are those of before. F5 calculates them"));
     });
-    connect(charts_, &ChartsPanel::base_level_found, this, [this](const QString& text) {
-        definitions_page_->processing().show_base_texts(text.toStdString(), std::nullopt);
+    connect(charts_, &ChartsPanel::base_level_found, this, [this](int channel, const QString& text) {
+        const std::optional<std::string> shown = text.toStdString();
+        const bool mag = channel == channel_mag;
+        definitions_page_->processing().show_base_texts(mag ? shown : std::nullopt,
+                                                        mag ? std::nullopt : shown);
     });
 }
 

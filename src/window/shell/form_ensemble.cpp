@@ -52,7 +52,7 @@ QString summary_of(const Ensemble& ensemble) {
 Form_ensemble::Form_ensemble(QWidget* parent)
     : QDialog(parent), state_(make_label("Label_ensemble_state")), content_(new QWidget) {
     setObjectName("Form_ensemble");
-    setWindowTitle(tr("Uncertainty of the Model"));
+    setWindowTitle(tr("Uncertainty of the model"));
     auto* parts = new QHBoxLayout(content_);
     parts->setContentsMargins(0, 0, 0, 0);
     parts->setSpacing(2 * gap);
@@ -119,11 +119,11 @@ QWidget* Form_ensemble::make_plots() {
 }
 
 QWidget* Form_ensemble::make_buttons() {
-    copy_ = make_button({"Command_copy_ensemble", "Copy Table", "",
+    copy_ = make_button({"Command_copy_ensemble", "Copy table", "",
                          "The models as a table to the clipboard, one row a model"});
-    save_ = make_button({"Command_save_ensemble", "Save Table...", "",
+    save_ = make_button({"Command_save_ensemble", "Save table...", "",
                          "The models as a table of values with commas, one row a model"});
-    auto* run = make_button({"Command_run_ensemble", "Run Again...", "", "Look for models by other choices"});
+    auto* run = make_button({"Command_run_ensemble", "Run again...", "", "Look for models by other choices"});
     auto* close = make_button(
         {"Command_close_ensemble", "Close", "", "Close this window; Model, Uncertainty opens it again"});
     connect(copy_, &QPushButton::clicked, this, &Form_ensemble::copy_wanted);
@@ -148,7 +148,8 @@ void Form_ensemble::show_words(const QString& words) {
     for (QPushButton* button : {copy_, save_}) button->setEnabled(false);
 }
 
-void Form_ensemble::show_ensemble(const Ensemble& ensemble, const Workspace& workspace, int body) {
+void Form_ensemble::show_ensemble(const Ensemble& ensemble, const Workspace& workspace, int body,
+                                  SusceptibilityUnit unit) {
     state_->hide();
     content_->show();
     for (QPushButton* button : {copy_, save_}) button->setEnabled(true);
@@ -157,7 +158,7 @@ void Form_ensemble::show_ensemble(const Ensemble& ensemble, const Workspace& wor
     for (const std::string& words : ensemble.words)
         words_->addItem(QString::fromStdString(words).replace(" %)", QStringLiteral("\u00A0%)")));
     fill_bodies(ensemble, workspace, body);
-    show_plots(ensemble, workspace);
+    show_plots(ensemble, workspace, unit);
 }
 
 void Form_ensemble::fill_bodies(const Ensemble& ensemble, const Workspace& workspace, int body) {
@@ -182,8 +183,10 @@ void Form_ensemble::place_plots(int count) {
     }
 }
 
-void Form_ensemble::show_plots(const Ensemble& ensemble, const Workspace& workspace) {
-    const show::CrossPlots plots = show::cross_plots(workspace, ensemble, bodies_->currentData().toInt());
+void Form_ensemble::show_plots(const Ensemble& ensemble, const Workspace& workspace,
+                               SusceptibilityUnit unit) {
+    const show::CrossPlots plots =
+        show::cross_plots(workspace, ensemble, bodies_->currentData().toInt(), unit);
     const auto pairs = show::cross_pairs(plots);
     place_plots(static_cast<int>(pairs.size()));
     for (std::size_t i = 0; i < pairs.size(); ++i)

@@ -4,6 +4,8 @@
 
 #include <QDialog>
 
+#include "core/preferences.h"
+
 namespace anomalis {
 struct Ensemble;
 struct Workspace;
@@ -31,7 +33,8 @@ class Form_ensemble : public QDialog {
     explicit Form_ensemble(QWidget* parent);
 
     /// `body` is chosen if it has plots.
-    void show_ensemble(const Ensemble& ensemble, const Workspace& workspace, int body);
+    void show_ensemble(const Ensemble& ensemble, const Workspace& workspace, int body,
+                       SusceptibilityUnit unit);
     /// A sentence in its place: there is none, or the model has changed since.
     void show_words(const QString& words);
 
@@ -47,7 +50,7 @@ class Form_ensemble : public QDialog {
     QWidget* make_buttons();
     void fill_bodies(const Ensemble& ensemble, const Workspace& workspace, int body);
     void place_plots(int count);
-    void show_plots(const Ensemble& ensemble, const Workspace& workspace);
+    void show_plots(const Ensemble& ensemble, const Workspace& workspace, SusceptibilityUnit unit);
 
     QLabel* state_;
     QWidget* content_;

@@ -49,7 +49,7 @@ QLabel* make_words(const char* name) {
 Form_field::Form_field(const Workspace& workspace, QWidget* parent)
     : QDialog(parent), workspace_(workspace), grid_(new QGridLayout) {
     setObjectName("Form_field");
-    setWindowTitle(tr("Field from Place and Date"));
+    setWindowTitle(tr("Field from place and date"));
     auto* purpose = new QLabel(
         tr("The earth's main field of IGRF-14, from 1900 to 2030. It takes the place of the three boxes."));
     purpose->setWordWrap(true);

@@ -22,7 +22,6 @@ namespace {
 constexpr int margin = 12, gap = 8;  // pixels
 constexpr QSize designed_size{1000, 700};
 constexpr int chart_height = 150;
-constexpr int name_width = 190, value_width = 90;
 
 QString text(const std::string& words) {
     return QString::fromStdString(words);
@@ -84,7 +83,7 @@ Form_fit::Form_fit(QWidget* parent)
       words_(make_words("Label_fit_state", tr("Whether there is a fit of the model as it stands"))),
       content_(new QWidget) {
     setObjectName("Form_fit");
-    setWindowTitle(tr("Fit Results"));
+    setWindowTitle(tr("Fit results"));
     auto* upper = new QHBoxLayout;
     upper->setSpacing(2 * gap);
     upper->addWidget(make_numbers(), 3);
@@ -121,10 +120,6 @@ QWidget* Form_fit::make_numbers() {
                              tr("The parameters that were free, with the interval that holds the truth in 9 "
                                 "of 10 cases"),
                              {tr("Parameter"), tr("Value"), tr("90 % interval"), tr("Unit")});
-    parameters_->horizontalHeader()->setSectionResizeMode(QHeaderView::Interactive);
-    parameters_->setColumnWidth(0, name_width);
-    parameters_->setColumnWidth(1, value_width);
-    parameters_->setColumnWidth(2, name_width);
     remarks_ = make_words("Label_fit_remarks", tr("What the fit says of itself"));
     auto* holder = new QWidget;
     auto* column = new QVBoxLayout(holder);
@@ -173,8 +168,8 @@ void Form_fit::show_words(const QString& words) {
     content_->hide();
 }
 
-void Form_fit::show_fit(const FitRecord& fit, const Workspace& workspace) {
-    const show::FitView view = show::fit_view(fit, workspace);
+void Form_fit::show_fit(const FitRecord& fit, const Workspace& workspace, SusceptibilityUnit unit) {
+    const show::FitView view = show::fit_view(fit, workspace, unit);
     words_->hide();
     content_->show();
     show_facts(view);
@@ -217,7 +212,7 @@ void Form_fit::show_residuals(const FitRecord& fit, const Workspace& workspace) 
         widget.setVisible(!curve.distance.empty());
         show::draw_residuals(widget.chart(), curve,
                              channel == channel_mag ? "Residual of the magnetics" : "Residual of the gravity",
-                             show::residual_unit(fit, channel));
+                             show::residual_unit(fit, workspace, channel));
     }
 }
 

@@ -4,6 +4,8 @@
 
 #include <QDialog>
 
+#include "core/preferences.h"
+
 namespace anomalis {
 struct FitRecord;
 struct Workspace;
@@ -22,7 +24,7 @@ namespace anomalis::window {
 
 class CorrelationPicture;
 
-/// Model, Fit Results: what the last fit found, how well each parameter is known and what is left of the
+/// Model, Fit results: what the last fit found, how well each parameter is known and what is left of the
 /// data. It stands beside the window, which goes on working.
 class Form_fit : public QDialog {
     Q_OBJECT
@@ -31,7 +33,7 @@ class Form_fit : public QDialog {
     explicit Form_fit(QWidget* parent);
 
     /// The fit, which the model is as fitted of.
-    void show_fit(const FitRecord& fit, const Workspace& workspace);
+    void show_fit(const FitRecord& fit, const Workspace& workspace, SusceptibilityUnit unit);
     /// A sentence in its place: there is none, or the model has changed since.
     void show_words(const QString& words);
 

@@ -126,7 +126,8 @@ void UncertaintyController::fill_results() {
     const auto ensemble = edit::ensemble_in_force(workbench_);
     if (ensemble) {
         const int body = body_ > 0 ? body_ : workbench_.view.current_body;
-        return results_->show_ensemble(*ensemble, workspace, body);
+        return results_->show_ensemble(*ensemble, workspace, body,
+                                       workbench_.session.preferences.susceptibility_unit);
     }
     results_->show_words(
         workspace.ensemble ? tr("The model has changed since its uncertainty was found. Undo the change, or "

@@ -7,6 +7,8 @@
 #include <QPainter>
 #include <QStyleOptionButton>
 
+#include "core/fitting_number.h"
+#include "core/numbers.h"
 #include "edit/body_grid.h"
 #include "window/shell/look.h"
 #include "window/widgets/body_grid_model.h"
@@ -62,6 +64,16 @@ void paint_behind(QPainter& painter, QRect& room, int width, Qt::Alignment side,
     room.setRight(room.right() - width);
 }
 
+/// What there is to say beside a text, at the right end of its room; left out where it has none.
+void paint_note(QPainter& painter, QRect& room, const QModelIndex& index) {
+    const QString note = index.data(BodyGridModel::note_role).toString();
+    if (note.isEmpty()) return;
+    const QFontMetrics& metrics = painter.fontMetrics();
+    const int width = metrics.horizontalAdvance(note) + margin;
+    if (metrics.horizontalAdvance(index.data().toString()) + 2 * margin + width > room.width()) return;
+    paint_behind(painter, room, width, Qt::AlignRight, note);
+}
+
 /// Where the value stands in its 90 % band: a line below it from end to end with a mark, an arrow in place of
 /// an end that the data leave open. Beside the value there is no room: the interval of the fit stands there.
 void paint_band(QPainter& painter, const QRect& cell, const QVariantList& band, const QPalette& palette) {
@@ -95,6 +107,15 @@ QString fitting_error(const QFontMetrics& metrics, const QString& error, const Q
     return needed <= room ? error : QStringLiteral("±…");
 }
 
+QString fitting_text(const QFontMetrics& metrics, const QString& text, int room) {
+    const auto fits = [&](const std::string& shorter) {
+        return metrics.horizontalAdvance(QString::fromStdString(shorter)) <= room;
+    };
+    const QString number = QString::fromStdString(fitting_number(text.toStdString(), fits));
+    // Words are cut where they must be; a number that has no room at all stands in the tip.
+    return is_numeric(text.toStdString()) ? number : metrics.elidedText(text, Qt::ElideRight, room);
+}
+
 void BodyCells::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const {
     painter->save();
     painter->setFont(option.font);
@@ -117,6 +138,8 @@ void BodyCells::paint(QPainter* painter, const QStyleOptionViewItem& option, con
             const QFontMetrics& metrics = painter->fontMetrics();
             const QString shown = fitting_error(metrics, error, index.data().toString(), room.width());
             paint_behind(*painter, room, metrics.horizontalAdvance(shown) + margin, Qt::AlignLeft, shown);
+        } else {
+            paint_note(*painter, room, index);
         }
         room.setRight(room.right() - margin);
     }
@@ -124,16 +147,19 @@ void BodyCells::paint(QPainter* painter, const QStyleOptionViewItem& option, con
     if (!limit.isEmpty()) {
         painter->setPen(quiet_text(option.palette));
         painter->drawText(room, static_cast<int>(Qt::AlignRight | Qt::AlignVCenter),
-                          painter->fontMetrics().elidedText(limit, Qt::ElideRight, room.width()));
+                          fitting_text(painter->fontMetrics(), limit, room.width()));
         painter->restore();
         return;
     }
     const bool caption = index.column() == edit::grid_property;
+    if (caption) {
+        painter->setPen(quiet_text(option.palette));
+        paint_note(*painter, room, index);
+    }
     painter->setPen(option.state.testFlag(QStyle::State_Enabled) ? option.palette.color(QPalette::Text)
                                                                  : quiet_text(option.palette));
-    painter->drawText(
-        room, static_cast<int>((caption ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignVCenter),
-        painter->fontMetrics().elidedText(index.data().toString(), Qt::ElideRight, room.width()));
+    painter->drawText(room, static_cast<int>((caption ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignVCenter),
+                      fitting_text(painter->fontMetrics(), index.data().toString(), room.width()));
     painter->restore();
 }
 

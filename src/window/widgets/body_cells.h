@@ -10,6 +10,9 @@ namespace anomalis::window {
 /// room stands as a sign that there is one, and the tip tells it.
 QString fitting_error(const QFontMetrics& metrics, const QString& error, const QString& value, int room);
 
+/// A cell's text in `room` pixels: words are elided, a number never is (core/fitting_number.h).
+QString fitting_text(const QFontMetrics& metrics, const QString& text, int room);
+
 /// Draws the cells of the parameter grid: the unit stands quietly behind the value, a standard error of the
 /// last fit between them, below them the 90 % band where an ensemble knows one, the mark in the
 /// middle of its cell. Edits texts in `Text_edit`.

@@ -58,6 +58,8 @@ QVariant BodyGridModel::data(const QModelIndex& index, int role) const {
             return index.column() == edit::grid_value ? shown(edit::grid_error(workbench_, row)) : QString();
         case band_role:
             return index.column() == edit::grid_value ? band_of(row) : QVariant();
+        case note_role:
+            return shown(edit::grid_note(workbench_, row, index.column()));
         case Qt::TextAlignmentRole:
             return static_cast<int>(Qt::AlignVCenter |
                                     (index.column() == edit::grid_property ? Qt::AlignLeft : Qt::AlignRight));
@@ -140,7 +142,7 @@ flow::ShownLimit BodyGridModel::limit_of(const QModelIndex& index) const {
 BodyGridModel::Cell BodyGridModel::cell(const QModelIndex& index) const {
     return {flags(index),
             {data(index), data(index, Qt::CheckStateRole), data(index, unit_role), data(index, error_role),
-             data(index, limit_role), data(index, band_role)}};
+             data(index, limit_role), data(index, band_role), data(index, note_role)}};
 }
 
 void BodyGridModel::refresh() {

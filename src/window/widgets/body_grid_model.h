@@ -24,7 +24,7 @@ class BodyGridModel : public QAbstractTableModel {
   public:
     /// `band_role` holds a list of three where an ensemble knows the value: its place in the 90 % band from 0
     /// to 1, and whether the band is open below and above.
-    enum Role { unit_role = Qt::UserRole, error_role, limit_role, band_role };
+    enum Role { unit_role = Qt::UserRole, error_role, limit_role, band_role, note_role };
 
     BodyGridModel(edit::Workbench& workbench, FormGuards& guards, ModelNews& news, QObject* parent = nullptr);
 
@@ -48,7 +48,7 @@ class BodyGridModel : public QAbstractTableModel {
     /// What a cell shows.
     struct Cell {
         Qt::ItemFlags flags;
-        std::array<QVariant, 6> shown;  ///< text, mark, unit, error, limit, band
+        std::array<QVariant, 7> shown;  ///< text, mark, unit, error, limit, band, note
         bool operator==(const Cell&) const = default;
     };
     Cell cell(const QModelIndex& index) const;

@@ -67,6 +67,13 @@ QColor ink(const std::optional<chart::ScreenPalette>& dark, const QColor& colour
                 : colour;
 }
 
+/// As many phrases as there is room for, so that no number is cut; the tip has them all.
+QString whole_phrases(QString text, const QFontMetrics& metrics, double width) {
+    while (metrics.horizontalAdvance(text) > width && text.contains(", "))
+        text.truncate(text.lastIndexOf(", "));
+    return text;
+}
+
 /// The ground is the chart's paper, below the line as above it; bodies have their own colours.
 void paint_section(QPainter& painter, const QRectF& picture, const show::SectionThumbnail& section,
                    const QPalette& palette) {
@@ -138,7 +145,7 @@ class CardDelegate : public QStyledItemDelegate {
             below += line;
         }
         words(option.font, quiet_text(option.palette), below + text_gap,
-              QFontMetricsF(option.font).elidedText(card.numbers, Qt::ElideRight, room.width()));
+              whole_phrases(card.numbers, option.fontMetrics, room.width()));
     }
 
     ModelCards& cards_;

@@ -17,7 +17,7 @@ namespace {
 
 constexpr int columns_a_pair = 4;  // caption, control, unit, gap
 constexpr int control_width = 84;
-constexpr int unit_width = 42;
+constexpr int unit_width = 56;
 constexpr int pair_gap = 12;
 constexpr int gap = 6;
 

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include <QFontMetrics>
 #include <QString>
 
 // Names and paths on labels, in tips and captions: data, never instructions.
@@ -12,6 +13,9 @@ QString shown(const std::string& text);
 
 /// A tip that is shown letter by letter: a name such as "<b>" would be taken for markup.
 QString plain_tip(const QString& text);
+
+/// As many whole words as `room` pixels hold, an ellipsis behind them: a number is shown or left out.
+QString elided_at_word(const QFontMetrics& metrics, const QString& text, int room);
 
 /// A caption of the window; "[*]" stands for a mark of its own there.
 QString window_caption(const std::string& text);
