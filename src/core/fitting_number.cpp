@@ -9,7 +9,7 @@ namespace anomalis {
 
 namespace {
 
-constexpr int least_digits = 4, most_mantissa_decimals = 6;
+constexpr int least_kept_digits = 4, most_mantissa_decimals = 6;
 
 std::string pattern_of(int decimals) {
     return decimals > 0 ? "0." + std::string(static_cast<std::size_t>(decimals), '0') : "0";
@@ -50,7 +50,7 @@ std::string fitting_number(std::string_view text, const std::function<bool(const
         for (auto decimals = static_cast<int>(text.size() - point - 1); decimals >= 0; --decimals) {
             std::string shorter = without_empty_decimals(format_number(value, pattern_of(decimals)));
             const bool same = prefix_number(shorter) == value;
-            if ((same || digits_of(shorter) >= least_digits) && fits(shorter)) return shorter;
+            if ((same || digits_of(shorter) >= least_kept_digits) && fits(shorter)) return shorter;
         }
     }
     for (int decimals = most_mantissa_decimals; decimals > 0; --decimals) {

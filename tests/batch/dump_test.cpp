@@ -62,6 +62,24 @@ TEST(Dump, the_object_holds_the_whole_session) {
     for (const char* kind : {"messages", "failures", "remarks"}) EXPECT_EQ(dump[kind], json::array()) << kind;
 }
 
+TEST(Dump, every_number_of_a_record_has_its_unit_beside_it) {
+    const BatchFolder files;
+    const json all = batch({"dump", files.model}).json();
+    const json& units = all["units_of"];
+    EXPECT_EQ(units["workspace"]["field_intensity"], "nT");
+    EXPECT_EQ(units["workspace"]["azimuth"], "radians");
+    EXPECT_EQ(units["mag_data"]["gradient"], "nT per station");
+    EXPECT_EQ(units["grav_data"]["raw"], "mGal");
+    EXPECT_EQ(units["stations"].size(), all["stations"][0].size());
+    EXPECT_EQ(units["bodies"]["response"].size(), all["bodies"][0]["response"][0].size());
+    for (const auto& [name, param] : all["bodies"][0]["params"].items())
+        EXPECT_TRUE(units["bodies"]["params"].contains(name)) << name;
+    for (const auto& [name, unit] : units["workspace"].items())
+        EXPECT_TRUE(all["workspace"].contains(name) || all["workspace"]["definition"].contains(name) ||
+                    all["workspace"]["display"].contains(name))
+            << name << " is told a unit and does not stand there";
+}
+
 TEST(Dump, a_regional_is_told_with_its_axis_and_its_values) {
     const BatchFolder files;
     const json plain = batch({"dump", files.model}).json();

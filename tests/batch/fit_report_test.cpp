@@ -67,7 +67,10 @@ TEST(FitReport, gravity_alone_has_the_names_without_a_prefix) {
 
 TEST(FitReport, the_gradient_says_that_it_is_one) {
     const FitFolder files;
-    EXPECT_EQ(invert(files, {"--target", "gradient"}).report["units"], "nT per station");
+    const json report = invert(files, {"--target", "gradient"}).report;
+    EXPECT_EQ(report["units"], "nT per station");
+    EXPECT_EQ(report["units_of"]["seconds"], "s");
+    for (const json& parameter : report["parameters"]) EXPECT_TRUE(parameter["unit"].is_string());
 }
 
 TEST(FitReport, a_noise_that_is_given_is_used_and_said) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "core/numbers.h"
 #include "core/pacer.h"
 #include "model/refresh_model.h"
 #include "show/chart_sample.h"

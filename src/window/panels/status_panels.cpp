@@ -38,7 +38,9 @@ constexpr std::array<PanelPlan, 7> plans{
      {"Y", "-000000.00", "Value under the pointer, in the chart's unit", "mGal"},
      {"E", "0000000.00", "East of the nearest station, m", "m"},
      {"N", "00000000.00", "North of the nearest station, m", "m"},
-     {"", "RMS: 0000.000 0000.00", "Misfit of data and of gradient between observed and calculated"}}};
+     {"", "RMS: 0000.000 0000.00",
+      "Misfit of data and of gradient: length of the differences between observed and calculated over "
+      "the number of intervals, no unit"}}};
 
 /// Shows as much of its text as there is room for, so that a long one never widens the window.
 class ElidedLabel : public QLabel {
