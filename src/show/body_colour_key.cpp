@@ -2,10 +2,10 @@
 
 #include <algorithm>
 #include <limits>
-#include <numbers>
 #include <string>
 
 #include "chart/linked_crosshair.h"
+#include "core/susceptibility.h"
 #include "core/workspace.h"
 #include "edit/body_colours.h"
 #include "edit/colour_ramp.h"
@@ -23,16 +23,9 @@ struct Told {
 };
 
 Told susceptibility_in(SusceptibilityUnit unit) {
-    constexpr double micro = 1e-6;
-    switch (unit) {
-        case SusceptibilityUnit::si:
-            return {"Susceptibility (SI)", micro};
-        case SusceptibilityUnit::cgs:
-            return {"Susceptibility (cgs)", micro / (4 * std::numbers::pi)};
-        case SusceptibilityUnit::micro_si:
-            break;
-    }
-    return {"Susceptibility (micro SI)", 1};
+    const bool micro = unit == SusceptibilityUnit::micro_si;
+    const std::string name = micro ? std::string("micro SI") : std::string(unit_name(unit));
+    return {"Susceptibility (" + name + ")", of_micro_si(unit)};
 }
 
 Told told(edit::ColourProperty property, SusceptibilityUnit unit) {

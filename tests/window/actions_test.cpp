@@ -1,12 +1,16 @@
 #include "window/shell/actions.h"
 
+#include <QAbstractButton>
+#include <QComboBox>
 #include <QDialog>
 #include <QLabel>
 #include <QMenu>
+#include <QTableView>
 #include <QTimer>
 
 #include "window/form_tests.h"
 #include "window/modelled_form.h"
+#include "window/shell/action_table.h"
 #include "window/shell/menu_tree.h"
 #include "window/shell/shortcut_list.h"
 
@@ -24,6 +28,7 @@ class ActionsTest : public QObject {
     void nothing_happens_while_the_window_is_closed();
     void undo_is_named_while_its_menu_is_open();
     void help_lists_every_key();
+    void capitals_are_alike_everywhere();
 };
 
 void ActionsTest::every_row_is_found_by_its_name() {
@@ -150,6 +155,109 @@ void ActionsTest::help_lists_every_key() {
     sample.find<QAction>("menu_keyboard_shortcuts").trigger();
     QVERIFY(seen);
     QCOMPARE(cut.join("; "), QString());
+}
+
+namespace {
+
+/// Words of long standing in this kind of program, which people and their notes know as they are.
+const QStringList kept_as_they_are{" Data Definitions",
+                                   "Body Type",
+                                   "Current Model",
+                                   "Data File",
+                                   "Display Axes",
+                                   "Final Data Line",
+                                   "Final Gradient Data Misfit",
+                                   "Final Observed Data Misfit",
+                                   "Find File in Path",
+                                   "Force Recalc",
+                                   "Grav Column",
+                                   "Initial Gradient Data Misfit",
+                                   "Initial Observed Data Misfit",
+                                   "Invert Current Body",
+                                   "Invert Entire Model",
+                                   "Invert Total Grad",
+                                   "Invert Vertical Grad",
+                                   "Magnetic Field",
+                                   "Minimum Station Spacing",
+                                   "Move This Body",
+                                   "Number of Data",
+                                   "Observed Data",
+                                   "Perform Inversion",
+                                   "Read Data Format and Model Definitions",
+                                   "Read Model Defintions",
+                                   "Reject Changes",
+                                   "Remanent J",
+                                   "Restore Best Model",
+                                   "Save Data Format and Model Definitions",
+                                   "Sensor Height",
+                                   "Set Demag flags",
+                                   "Set Fix body flags",
+                                   "Set Use body flags",
+                                   "Shift All Bodies laterally",
+                                   "Show Plan",
+                                   "Show Section",
+                                   "Stop Inversion",
+                                   "TG Filter Half-Width",
+                                   "Tie Pipe Depth and Susceptability",
+                                   "VG Filter Half-Width",
+                                   "Data Processing Parameters",
+                                   "Graph Display Parameters",
+                                   "Copy to Clipboard",
+                                   "Lock X Zoom",
+                                   "Lock Y Zoom",
+                                   "Print Preview",
+                                   "Zoom Options",
+                                   "Length/Spacing"};
+const QStringList names_of_their_own{"GeoJSON", "GeoPackage", "Hanning", "Hamming"};
+
+/// One capital at the beginning; names and words all in capitals (DXF, IGRF) apart.
+bool is_sentence_case(const QString& text) {
+    if (text.isEmpty() || kept_as_they_are.contains(text)) return true;
+    bool first = true;
+    for (const QString& word : text.split(' ', Qt::SkipEmptyParts)) {
+        const bool capital = word.size() > 1 && word[0].isUpper() && word[1].isLower();
+        if (!first && capital && !names_of_their_own.contains(word)) return false;
+        first = false;
+    }
+    return true;
+}
+
+QString plain(QString text) {
+    return text.remove('&');
+}
+
+}  // namespace
+
+void ActionsTest::capitals_are_alike_everywhere() {
+    FormSample sample;
+    QStringList unlike;
+    const auto look_at = [&](const QString& text) {
+        if (!is_sentence_case(plain(text)) && !unlike.contains(text)) unlike << text;
+    };
+    const auto begins = [&](const QString& text) {
+        if (!text.isEmpty() && plain(text)[0].isLower()) unlike << text;
+    };
+    for (const ActionRow& row : action_rows()) {
+        look_at(row.text);
+        begins(row.text);
+    }
+    for (const auto* action : sample.form->findChildren<QAction*>()) look_at(action->text());
+    for (const auto* button : sample.form->findChildren<QAbstractButton*>()) {
+        look_at(button->text());
+        begins(button->text());
+    }
+    for (const auto* label : sample.form->findChildren<QLabel*>()) {
+        if (!label->buddy() && !label->property("heading").toBool()) continue;
+        look_at(label->text());
+        begins(label->text());
+    }
+    for (const auto* view : sample.form->findChildren<QTableView*>())
+        for (int column = 0; view->model() && column < view->model()->columnCount(); ++column)
+            look_at(view->model()->headerData(column, Qt::Horizontal).toString());
+    for (const auto* list : sample.form->findChildren<QComboBox*>())
+        if (list->objectName() != "Combo_model_type")
+            for (int i = 0; i < list->count(); ++i) look_at(list->itemText(i));
+    QCOMPARE(unlike.join("; "), QString());
 }
 
 QObject* make_actions_test() {

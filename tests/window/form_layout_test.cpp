@@ -1,11 +1,14 @@
 #include <QAbstractButton>
 #include <QComboBox>
 #include <QLabel>
+#include <QLineEdit>
+#include <QRegularExpression>
 #include <QStyle>
 #include <QStyleOptionButton>
 
-#include "window/form_sample.h"
+#include "core/body_parameters.h"
 #include "window/form_tests.h"
+#include "window/modelled_form.h"
 #include "window/panels/charts_panel.h"
 
 namespace anomalis::window {
@@ -20,6 +23,7 @@ class FormLayoutTest : public QObject {
     void nothing_is_clipped_at_the_least_size();
     void nothing_overlaps_on_the_first_page();
     void the_plan_is_as_wide_as_the_curves_above_it();
+    void no_number_is_cut_and_each_has_its_unit();
 };
 
 namespace {
@@ -158,6 +162,60 @@ void FormLayoutTest::the_plan_is_as_wide_as_the_curves_above_it() {
         QVERIFY(plan.isVisible() && curves.isVisible());
         QCOMPARE(plan.mapTo(sample.form.get(), QPoint()).x(), curves.mapTo(sample.form.get(), QPoint()).x());
         QCOMPARE(plan.width(), curves.width());
+    }
+}
+
+namespace {
+
+bool is_number(const QString& text) {
+    bool number = false;
+    (void)text.toDouble(&number);
+    return number;
+}
+
+/// A unit, or what is counted.
+bool names_a_unit(const QString& text) {
+    static const QRegularExpression units(
+        "\\b(m|metres|nT|mGal|degrees|g/cc|stations?|taps|percent|columns?|lines?|iterations?|places?|number "
+        "of "
+        "data|rows?|sectors|segments|bodies|factor|ratio|no unit)\\b|°|µSI|how many",
+        QRegularExpression::CaseInsensitiveOption);
+    return units.match(text).hasMatch();
+}
+
+}  // namespace
+
+void FormLayoutTest::no_number_is_cut_and_each_has_its_unit() {
+    Modelled sample;
+    sample.body(1).top.value = -73445.25F;
+    sample.body(1).susc = {1234567, 1, 100.5F, 7654321};
+    sample.form->news().tell(News::parameters);
+    QStringList cut, without_unit;
+    for (const int tab : {0, 1}) {
+        sample.choose_tab(tab);
+        QTest::qWait(20);
+        for (const auto* box : sample.form->findChildren<QLineEdit*>()) {
+            if (!box->isVisible() || !is_number(box->text())) continue;
+            const QRect room = box->rect().adjusted(2, 0, -2, 0);
+            if (box->fontMetrics().horizontalAdvance(box->text()) > room.width())
+                cut << box->objectName() + " " + box->text();
+            if (!names_a_unit(box->toolTip())) without_unit << box->objectName() + " " + box->toolTip();
+        }
+        for (const auto* label : sample.form->findChildren<QLabel*>()) {
+            const bool digits = label->text().contains(QRegularExpression("[0-9]"));
+            if (!label->isVisible() || !digits || label->wordWrap() || label->objectName() == "StatusBar_1")
+                continue;
+            if (label->fontMetrics().horizontalAdvance(label->text()) > label->width())
+                cut << label->objectName() + " " + label->text();
+        }
+    }
+    QCOMPARE(cut.join("; "), QString());
+    QCOMPARE(without_unit.join("; "), QString());
+    for (int row = edit::row_first_parameter; row <= edit::body_row_count; ++row) {
+        if (sample.shown(row, edit::grid_value).isEmpty() || row == param_rem_q) continue;
+        const QString tip = sample.cell(row, edit::grid_value).data(Qt::ToolTipRole).toString();
+        const QString value = sample.shown(row, edit::grid_value);
+        QVERIFY2(tip.contains(value) && names_a_unit(tip.mid(tip.indexOf(value))), qPrintable(tip));
     }
 }
 

@@ -3,18 +3,12 @@
 #include <QAbstractSlider>
 #include <QAbstractSpinBox>
 #include <QComboBox>
-#include <QGroupBox>
-#include <QHeaderView>
-#include <QLabel>
 #include <QMenu>
 #include <QPlainTextEdit>
-#include <QRegularExpression>
 #include <QStatusBar>
 
-#include "core/body_parameters.h"
+#include "window/form_sample.h"
 #include "window/form_tests.h"
-#include "window/modelled_form.h"
-#include "window/shell/action_table.h"
 #include "window/widgets/stepper_bar.h"
 
 namespace anomalis::window {
@@ -27,158 +21,158 @@ class FormNamesTest : public QObject {
     void names_are_given_once();
     void every_control_explains_itself();
     void every_menu_entry_explains_itself();
-    void capitals_are_alike_everywhere();
-    void no_number_is_cut_and_each_has_its_unit();
 };
 
 namespace {
 
 /// A control that comes several times is found as Name_0, Name_1 and so on.
-const QStringList names_of_the_window{"Check_display_total_gradient",
-                                      "Check_fix_this_body",
-                                      "Check_float_base",
-                                      "Check_include_demagnetisation",
-                                      "Check_inversion_mode",
-                                      "Check_maintain_aspect_ratio",
-                                      "Check_show_body_label",
-                                      "Check_small_step",
-                                      "Check_turn_off_body",
-                                      "Combo_invert",
-                                      "Combo_model_type",
-                                      "Combo_smooth_filter_type",
-                                      "Combo_zoom",
-                                      "Command_Save_Screenshot",
-                                      "Command_define_observed_transform",
-                                      "Command_invert",
-                                      "Command_load_locations",
-                                      "Command_reject_changes",
-                                      "Command_reset_graph_scale",
-                                      "Command_restore_best",
-                                      "Command_save_axm_model",
-                                      "Command_select_data_location_file",
-                                      "Command_stop_inversion",
-                                      "Command_toggle_invert_body",
-                                      "Frame_axm_data_file_definitions",
-                                      "Frame_base_levels",
-                                      "Frame_body",
-                                      "Frame_buttons",
-                                      "Frame_cylinder",
-                                      "Frame_data_processing_parameters",
-                                      "Frame_field",
-                                      "Frame_graph_display_options",
-                                      "Frame_grav_profiles",
-                                      "Frame_invert",
-                                      "Frame_mag_profiles",
-                                      "Frame_model_misfit",
-                                      "Frame_move_body",
-                                      "Frame_plan",
-                                      "Frame_section",
-                                      "Frame_stop_inversion",
-                                      "Frame_wire",
-                                      "Grid_body",
-                                      "HScroll_body",
-                                      "HScroll_dip",
-                                      "HScroll_dist",
-                                      "HScroll_length",
-                                      "HScroll_offset",
-                                      "HScroll_pan",
-                                      "HScroll_plunge",
-                                      "HScroll_strike",
-                                      "HScroll_width",
-                                      "Image_inversion_limit",
-                                      "Image_splitter",
-                                      "Image_splitter_grav",
-                                      "Image_splitter_mag",
-                                      "Label_VG",
-                                      "Label_status",
-                                      "Picture_inversion_limits",
-                                      "ProgressBar_load",
-                                      "StatusBar",
-                                      "Tab_model",
-                                      "Text_End_Thickness",
-                                      "Text_MAGINV_basegrav",
-                                      "Text_MAGINV_basemag",
-                                      "Text_MAGINV_dtm",
-                                      "Text_MAGINV_gravpos",
-                                      "Text_MAGINV_magpos",
-                                      "Text_MAGINV_misfit",
-                                      "Text_MAGINV_nLast",
-                                      "Text_MAGINV_nhead",
-                                      "Text_MAGINV_nstep",
-                                      "Text_MAGINV_sensor_offset",
-                                      "Text_MAGINV_topo",
-                                      "Text_MAGINV_xpos",
-                                      "Text_MAGINV_ypos",
-                                      "Text_MAGINV_zpos",
-                                      "Text_Shell_Thickness",
-                                      "Text_VG_filter_step",
-                                      "Text_VG_filter_width",
-                                      "Text_body_name",
-                                      "Text_data_file",
-                                      "Text_data_locations",
-                                      "Text_depth_grid_spacing",
-                                      "Text_finite_body_left_clip",
-                                      "Text_finite_body_right_clip",
-                                      "Text_infinite_body_length",
-                                      "Text_line_length",
-                                      "Text_line_spacing",
-                                      "Text_mag_declination",
-                                      "Text_mag_inclination",
-                                      "Text_mag_intensity",
-                                      "Text_maginv_minimum_station_spacing",
-                                      "Text_maginv_station_spacing",
-                                      "Text_max_iterations",
-                                      "Text_max_triangle_size",
-                                      "Text_model_misfit",
-                                      "Text_num_iterations",
-                                      "Text_num_sectors",
-                                      "Text_num_segments",
-                                      "Text_number_locations",
-                                      "Text_profile_grid_spacing",
-                                      "Text_residual_filter_width",
-                                      "Text_smooth_filter_width",
-                                      "Timer_resize",
-                                      "VScroll_RemJ",
-                                      "VScroll_dens",
-                                      "VScroll_depth",
-                                      "VScroll_depth_extent",
-                                      "VScroll_pan",
-                                      "VScroll_slope",
-                                      "VScroll_susc",
-                                      "VScroll_zoom",
-                                      "menu_about",
-                                      "menu_add_body",
-                                      "menu_bodies",
-                                      "menu_colour_body",
-                                      "menu_delete_body",
-                                      "menu_display_axes",
-                                      "menu_do_logging",
-                                      "menu_exit",
-                                      "menu_export_data",
-                                      "menu_export_dxf",
-                                      "menu_file",
-                                      "menu_file_list",
-                                      "menu_find_file",
-                                      "menu_force_recalc",
-                                      "menu_help",
-                                      "menu_highlight",
-                                      "menu_highlight_on",
-                                      "menu_model",
-                                      "menu_open_model",
-                                      "menu_restore_directory",
-                                      "menu_save_defaults",
-                                      "menu_save_directory",
-                                      "menu_set_demag_flags",
-                                      "menu_set_disable_flag",
-                                      "menu_set_fix_flags",
-                                      "menu_shift_bodies",
-                                      "menu_sort_bodies",
-                                      "menu_tie_pipe_depth_susc",
-                                      "menu_view",
-                                      "menu_view_mode",
-                                      "sep_file_list",
-                                      "vsgraph_model",
-                                      "vsgraph_plan"};
+const QStringList names_of_the_window{
+    "Check_display_total_gradient",
+    "Check_fix_this_body",
+    "Check_float_base",
+    "Check_include_demagnetisation",
+    "Check_inversion_mode",
+    "Check_maintain_aspect_ratio",
+    "Check_show_body_label",
+    "Check_small_step",
+    "Check_turn_off_body",
+    "Combo_invert",
+    "Combo_model_type",
+    "Combo_smooth_filter_type",
+    "Combo_zoom",
+    "Command_Save_Screenshot",
+    "Command_define_observed_transform",
+    "Command_invert",
+    "Command_load_locations",
+    "Command_reject_changes",
+    "Command_reset_graph_scale",
+    "Command_restore_best",
+    "Command_save_axm_model",
+    "Command_select_data_location_file",
+    "Command_stop_inversion",
+    "Command_toggle_invert_body",
+    "Frame_axm_data_file_definitions",
+    "Frame_base_levels",
+    "Frame_body",
+    "Frame_buttons",
+    "Frame_cylinder",
+    "Frame_data_processing_parameters",
+    "Frame_field",
+    "Frame_graph_display_options",
+    "Frame_grav_profiles",
+    "Frame_invert",
+    "Frame_mag_profiles",
+    "Frame_model_misfit",
+    "Frame_move_body",
+    "Frame_plan",
+    "Frame_section",
+    "Frame_stop_inversion",
+    "Frame_wire",
+    "Grid_body",
+    "HScroll_body",
+    "HScroll_dip",
+    "HScroll_dist",
+    "HScroll_length",
+    "HScroll_offset",
+    "HScroll_pan",
+    "HScroll_plunge",
+    "HScroll_strike",
+    "HScroll_width",
+    "Image_inversion_limit",
+    "Image_splitter",
+    "Image_splitter_grav",
+    "Image_splitter_mag",
+    "Label_VG",
+    "Label_status",
+    "Picture_inversion_limits",
+    "ProgressBar_load",
+    "StatusBar",
+    "Tab_model",
+    "Text_End_Thickness",
+    "Text_MAGINV_basegrav",
+    "Text_MAGINV_basemag",
+    "Text_MAGINV_dtm",
+    "Text_MAGINV_gravpos",
+    "Text_MAGINV_magpos",
+    "Text_MAGINV_misfit",
+    "Text_MAGINV_nLast",
+    "Text_MAGINV_nhead",
+    "Text_MAGINV_nstep",
+    "Text_MAGINV_sensor_offset",
+    "Text_MAGINV_topo",
+    "Text_MAGINV_xpos",
+    "Text_MAGINV_ypos",
+    "Text_MAGINV_zpos",
+    "Text_Shell_Thickness",
+    "Text_VG_filter_step",
+    "Text_VG_filter_width",
+    "Text_body_name",
+    "Text_data_file",
+    "Text_data_locations",
+    "Text_depth_grid_spacing",
+    "Text_finite_body_left_clip",
+    "Text_finite_body_right_clip",
+    "Text_infinite_body_length",
+    "Text_line_length",
+    "Text_line_spacing",
+    "Text_mag_declination",
+    "Text_mag_inclination",
+    "Text_mag_intensity",
+    "Text_maginv_minimum_station_spacing",
+    "Text_maginv_station_spacing",
+    "Text_max_iterations",
+    "Text_max_triangle_size",
+    "Text_model_misfit",
+    "Text_num_iterations",
+    "Text_num_sectors",
+    "Text_num_segments",
+    "Text_number_locations",
+    "Text_profile_grid_spacing",
+    "Text_residual_filter_width",
+    "Text_smooth_filter_width",
+    "Timer_resize",
+    "VScroll_RemJ",
+    "VScroll_dens",
+    "VScroll_depth",
+    "VScroll_depth_extent",
+    "VScroll_pan",
+    "VScroll_slope",
+    "VScroll_susc",
+    "VScroll_zoom",
+    "menu_about",
+    "menu_add_body",
+    "menu_bodies",
+    "menu_colour_body",
+    "menu_delete_body",
+    "menu_display_axes",
+    "menu_do_logging",
+    "menu_exit",
+    "menu_export_data",
+    "menu_export_dxf",
+    "menu_file",
+    "menu_file_list",
+    "menu_find_file",
+    "menu_force_recalc",
+    "menu_help",
+    "menu_highlight",
+    "menu_highlight_on",
+    "menu_model",
+    "menu_open_model",
+    "menu_restore_directory",
+    "menu_save_defaults",
+    "menu_save_directory",
+    "menu_set_demag_flags",
+    "menu_set_disable_flag",
+    "menu_set_fix_flags",
+    "menu_shift_bodies",
+    "menu_sort_bodies",
+    "menu_tie_pipe_depth_susc",
+    "menu_view",
+    "menu_view_mode",
+    "sep_file_list",
+    "vsgraph_model",
+    "vsgraph_plan",
+};
 
 QString described(const QWidget& widget) {
     QString text = QString(widget.metaObject()->className()) + " " + widget.objectName();
@@ -249,163 +243,6 @@ void FormNamesTest::every_menu_entry_explains_itself() {
                 silent << entry->objectName() + " " + entry->text();
     }
     QCOMPARE(silent.join("; "), QString());
-}
-
-namespace {
-
-/// Words of long standing in this kind of program, which people and their notes know as they are.
-const QStringList kept_as_they_are{" Data Definitions",
-                                   "Body Type",
-                                   "Current Model",
-                                   "Data File",
-                                   "Display Axes",
-                                   "Final Data Line",
-                                   "Final Gradient Data Misfit",
-                                   "Final Observed Data Misfit",
-                                   "Find File in Path",
-                                   "Force Recalc",
-                                   "Grav Column",
-                                   "Initial Gradient Data Misfit",
-                                   "Initial Observed Data Misfit",
-                                   "Invert Current Body",
-                                   "Invert Entire Model",
-                                   "Invert Total Grad",
-                                   "Invert Vertical Grad",
-                                   "Magnetic Field",
-                                   "Minimum Station Spacing",
-                                   "Move This Body",
-                                   "Number of Data",
-                                   "Observed Data",
-                                   "Perform Inversion",
-                                   "Read Data Format and Model Definitions",
-                                   "Read Model Defintions",
-                                   "Reject Changes",
-                                   "Remanent J",
-                                   "Restore Best Model",
-                                   "Save Data Format and Model Definitions",
-                                   "Sensor Height",
-                                   "Set Demag flags",
-                                   "Set Fix body flags",
-                                   "Set Use body flags",
-                                   "Shift All Bodies laterally",
-                                   "Show Plan",
-                                   "Show Section",
-                                   "Stop Inversion",
-                                   "TG Filter Half-Width",
-                                   "Tie Pipe Depth and Susceptability",
-                                   "VG Filter Half-Width",
-                                   "Data Processing Parameters",
-                                   "Graph Display Parameters",
-                                   "Copy to Clipboard",
-                                   "Lock X Zoom",
-                                   "Lock Y Zoom",
-                                   "Print Preview",
-                                   "Zoom Options",
-                                   "Length/Spacing"};
-const QStringList names_of_their_own{"GeoJSON", "GeoPackage", "Hanning", "Hamming"};
-
-/// One capital at the beginning; names and words all in capitals (DXF, IGRF) apart.
-bool is_sentence_case(const QString& text) {
-    if (text.isEmpty() || kept_as_they_are.contains(text)) return true;
-    bool first = true;
-    for (const QString& word : text.split(' ', Qt::SkipEmptyParts)) {
-        const bool capital = word.size() > 1 && word[0].isUpper() && word[1].isLower();
-        if (!first && capital && !names_of_their_own.contains(word)) return false;
-        first = false;
-    }
-    return true;
-}
-
-QString plain(QString text) {
-    return text.remove('&');
-}
-
-}  // namespace
-
-void FormNamesTest::capitals_are_alike_everywhere() {
-    FormSample sample;
-    QStringList unlike;
-    const auto look_at = [&](const QString& text) {
-        if (!is_sentence_case(plain(text)) && !unlike.contains(text)) unlike << text;
-    };
-    const auto begins = [&](const QString& text) {
-        if (!text.isEmpty() && plain(text)[0].isLower()) unlike << text;
-    };
-    for (const ActionRow& row : action_rows()) {
-        look_at(row.text);
-        begins(row.text);
-    }
-    for (const auto* action : sample.form->findChildren<QAction*>()) look_at(action->text());
-    for (const auto* button : sample.form->findChildren<QAbstractButton*>()) {
-        look_at(button->text());
-        begins(button->text());
-    }
-    for (const auto* label : sample.form->findChildren<QLabel*>()) {
-        if (!label->buddy() && !label->property("heading").toBool()) continue;
-        look_at(label->text());
-        begins(label->text());
-    }
-    for (const auto* view : sample.form->findChildren<QTableView*>())
-        for (int column = 0; view->model() && column < view->model()->columnCount(); ++column)
-            look_at(view->model()->headerData(column, Qt::Horizontal).toString());
-    for (const auto* list : sample.form->findChildren<QComboBox*>())
-        if (list->objectName() != "Combo_model_type")
-            for (int i = 0; i < list->count(); ++i) look_at(list->itemText(i));
-    QCOMPARE(unlike.join("; "), QString());
-}
-
-namespace {
-
-bool is_number(const QString& text) {
-    bool number = false;
-    (void)text.toDouble(&number);
-    return number;
-}
-
-/// A unit, or what is counted.
-bool names_a_unit(const QString& text) {
-    static const QRegularExpression units(
-        "\\b(m|metres|nT|mGal|degrees|g/cc|stations?|taps|percent|columns?|lines?|iterations?|places?|number "
-        "of "
-        "data|rows?|sectors|segments|bodies|factor|ratio|no unit)\\b|°|µSI|how many",
-        QRegularExpression::CaseInsensitiveOption);
-    return units.match(text).hasMatch();
-}
-
-}  // namespace
-
-void FormNamesTest::no_number_is_cut_and_each_has_its_unit() {
-    Modelled sample;
-    sample.body(1).top.value = -73445.25F;
-    sample.body(1).susc = {1234567, 1, 100.5F, 7654321};
-    sample.form->news().tell(News::parameters);
-    QStringList cut, without_unit;
-    for (const int tab : {0, 1}) {
-        sample.choose_tab(tab);
-        QTest::qWait(20);
-        for (const auto* box : sample.form->findChildren<QLineEdit*>()) {
-            if (!box->isVisible() || !is_number(box->text())) continue;
-            const QRect room = box->rect().adjusted(2, 0, -2, 0);
-            if (box->fontMetrics().horizontalAdvance(box->text()) > room.width())
-                cut << described(*box) + " " + box->text();
-            if (!names_a_unit(box->toolTip())) without_unit << described(*box) + " " + box->toolTip();
-        }
-        for (const auto* label : sample.form->findChildren<QLabel*>()) {
-            const bool digits = label->text().contains(QRegularExpression("[0-9]"));
-            if (!label->isVisible() || !digits || label->wordWrap() || label->objectName() == "StatusBar_1")
-                continue;
-            if (label->fontMetrics().horizontalAdvance(label->text()) > label->width())
-                cut << described(*label) + " " + label->text();
-        }
-    }
-    QCOMPARE(cut.join("; "), QString());
-    QCOMPARE(without_unit.join("; "), QString());
-    for (int row = edit::row_first_parameter; row <= edit::body_row_count; ++row) {
-        if (sample.shown(row, edit::grid_value).isEmpty() || row == param_rem_q) continue;
-        const QString tip = sample.cell(row, edit::grid_value).data(Qt::ToolTipRole).toString();
-        const QString value = sample.shown(row, edit::grid_value);
-        QVERIFY2(tip.contains(value) && names_a_unit(tip.mid(tip.indexOf(value))), qPrintable(tip));
-    }
 }
 
 QObject* make_form_names_test() {
