@@ -90,7 +90,7 @@ constexpr std::array rows{
         "Other models that explain the line as well: faint outlines behind the bodies, and the room that "
         "the calculated curve keeps to in 90 % of them",
         When::line, no_key, Mark::ensemble},
-    ActionRow{ActionId::display_legend, "menu_display_legend", "Display &Legend",
+    ActionRow{ActionId::display_legend, "menu_display_legend", "Display &legend",
               "The names of the curves in the charts on screen; pictures always have them", When::line,
               no_key, Mark::legend},
     ActionRow{ActionId::show_section, "menu_view_mode_0", "&Section", "The section below the curves",
