@@ -222,7 +222,7 @@ TEST(SectionChart, the_label_stands_over_no_body) {
         const auto* name = sample.picture().find_text("Dyke");
         ASSERT_NE(name, nullptr);
         chart::AX_Grapher& chart = sample.chart(edit::chart_section);
-        const double width = chart.TextWidth("Burial depth: 40.40");
+        const double width = chart.TextWidth("Burial depth: 40.40 m");
         const chart::Point at = name->points[0];
         const chart::Rect box{at.x, at.x + width, at.y - 330, at.y + 165};
         // A body's outline is told with its first point once more; the frame has four.
