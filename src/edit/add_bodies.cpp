@@ -58,12 +58,16 @@ float distance_to_copy(const Workspace& workspace, const ModelBody& body, AddMod
     return to_single(width / sine / dip_sine / 2);
 }
 
+bool crosses(double sine) {
+    return std::abs(sine) >= static_cast<double>(least_sine);
+}
+
 /// Everything is computed before the list is touched.
 bool insert_copy(Workbench& workbench, AddMode mode, int current) {
     Workspace& workspace = workbench.session.workspace;
     if (current < 1 || current > workspace.body_count) return false;
     const double sine = sine_to_line(workspace, workspace.body(current));
-    if (std::abs(sine) < static_cast<double>(least_sine)) return false;
+    if (!crosses(sine)) return false;
     const float shift = distance_to_copy(workspace, workspace.body(current), mode, sine);
     ModelBody copy = workspace.body(current);
     copy.distance.value += shift;
@@ -168,6 +172,10 @@ bool MAGINV_add_body(Workbench& workbench, AddMode mode, double distance, double
     if (!add_unnoted(workbench, mode, distance, east, north, top, current)) return false;
     note_change(workbench, {step_name(mode), "", true});
     return true;
+}
+
+bool stands_across(const Workspace& workspace, int number) {
+    return crosses(sine_to_line(workspace, workspace.body(number)));
 }
 
 int middle_station(int station_count) {

@@ -1,5 +1,9 @@
 #pragma once
 
+namespace anomalis {
+struct Workspace;
+}  // namespace anomalis
+
 namespace anomalis::edit {
 
 struct Workbench;
@@ -24,6 +28,9 @@ bool add_body_from_menu(Workbench& workbench, AddMode mode);
 
 /// The same with its top at a point of the section (m along the profile, m of elevation).
 bool add_body_at(Workbench& workbench, double distance, double elevation);
+
+/// Whether a body strikes across the line, so that it can be copied along it or split.
+bool stands_across(const Workspace& workspace, int number);
 
 /// Half the stations, ties to even, at least 1.
 int middle_station(int station_count);

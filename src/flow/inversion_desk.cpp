@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "core/model_mark.h"
 #include "core/numbers.h"
 #include "core/pacer.h"
 #include "core/worth_text.h"
@@ -175,9 +176,16 @@ void InversionDesk::show_quality() {
     }
 }
 
-/// The end of a fit and its remarks are told as long as the model is as fitted.
+/// The end of a run and its remarks are told as long as the model is as the run left it, also when a step
+/// back and one forth have come in between.
 void InversionDesk::show_fit() {
     panel_.remark_text = fit_remark();
+    panel_.status_visible = panel_.end_told && as_the_run_left_it();
+}
+
+bool InversionDesk::as_the_run_left_it() const {
+    if (result_.record) return edit::fit_in_force(workbench_) != nullptr;
+    return bears_mark(workbench_.session.workspace, ended_mark_);
 }
 
 void InversionDesk::line_changed() {

@@ -106,6 +106,7 @@ class InversionDesk : private inversion::RunObserver {
     void run(int index, int body, int limit);
     void end_run(int index, int body, int limit);
     void show_fit();
+    bool as_the_run_left_it() const;
     void show_quality();
     int current_body() const;
     void show_move_view();
@@ -118,6 +119,7 @@ class InversionDesk : private inversion::RunObserver {
     InversionPanel panel_;
     LimitBars bars_;
     inversion::RunResult result_;
+    std::string ended_mark_;  ///< the state that the last run left (core/model_mark.h)
     struct KnownNoise {
         std::optional<show::ChannelNoise> noise;
         bool fitted = false;  ///< a fit was in force then

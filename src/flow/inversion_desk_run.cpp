@@ -1,5 +1,6 @@
 // The run of the desk: what happens from the button to the numbers of the fitted model, and its stop.
 
+#include "core/model_mark.h"
 #include "core/numbers.h"
 #include "edit/change.h"
 #include "edit/workbench.h"
@@ -76,6 +77,7 @@ void InversionDesk::end_run(int index, int body, int limit) {
         session.workspace.fit = result_.record;
         workbench_.forget_marks();
     }
+    if (!result_.record) ended_mark_ = model_mark(session.workspace);
     show_fit();
     observer_.model_changed();
     if (close_requested_) observer_.close_wanted();

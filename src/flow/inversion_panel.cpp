@@ -75,11 +75,11 @@ void InversionPanel::disable_undo() {
 void InversionPanel::show_view(bool invert) {
     invert_frame = invert;
     stop_frame = false;
-    status_visible = false;
+    end_told = status_visible = false;
 }
 
 void InversionPanel::begin_run() {
-    status_visible = false;
+    end_told = status_visible = false;
     remark_text.clear();
     reject_changes_enabled = false;
     stop_frame = true;
@@ -95,7 +95,7 @@ void InversionPanel::end_run(const inversion::RunResult& result, int limit) {
     // Without a list of its own a run has no start values: a reject would bring back those of an older one.
     reject_changes_enabled = result.filled;
     status_text = result.record ? fit_label(*result.record) : inversion::status_label(result);
-    status_visible = true;
+    end_told = status_visible = true;
 }
 
 }  // namespace anomalis::flow

@@ -24,7 +24,8 @@ struct InversionPanel {
     inversion::RunStage stage = inversion::RunStage::fit;  ///< of the run that goes on
     std::string num_iterations_text;
     std::string max_iterations_text;  ///< as it was typed
-    bool status_visible = false;      ///< Label_status
+    bool end_told = false;            ///< how the last run ended is of interest
+    bool status_visible = false;      ///< Label_status: the model is as that run left it
     std::string status_text;
     std::string remark_text;              ///< Label_fit_remark: what the fit in force says beside its values
     std::array<QualityLines, 2> quality;  ///< Label_rms, of magnetics and gravity

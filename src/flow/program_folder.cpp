@@ -204,6 +204,10 @@ int ProgramFolder::others_with(const std::string& path) const {
 LeftFolder::LeftFolder(std::string folder, std::unique_ptr<FolderLock> lock)
     : folder_(std::move(folder)), lock_(std::move(lock)) {}
 
+LeftFolder::~LeftFolder() = default;
+LeftFolder::LeftFolder(LeftFolder&&) noexcept = default;
+LeftFolder& LeftFolder::operator=(LeftFolder&&) noexcept = default;
+
 std::string LeftFolder::model_file() const {
     return in(folder_, model_name);
 }

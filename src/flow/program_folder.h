@@ -50,6 +50,9 @@ class ProgramFolder {
 class LeftFolder {
   public:
     LeftFolder(std::string folder, std::unique_ptr<FolderLock> lock);
+    ~LeftFolder();
+    LeftFolder(LeftFolder&&) noexcept;
+    LeftFolder& operator=(LeftFolder&&) noexcept;
 
     /// The unsaved model; the file is missing when there was none.
     std::string model_file() const;

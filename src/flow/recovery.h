@@ -11,7 +11,8 @@ namespace anomalis::edit {
 struct Workbench;
 }  // namespace anomalis::edit
 
-// A crash loses nothing: the model is kept in a file that only a clean end removes.
+// Neither a crash nor leaving loses anything: an unsaved model is kept in a file of its own
+// (flow/kept_models.h).
 namespace anomalis::flow {
 
 /// Keeps the model of one running program in the folder of that program below a root that all of them share.
@@ -19,7 +20,7 @@ class RecoveryKeeper {
   public:
     /// Makes the folders that are missing. Where that fails nothing is kept, and `problem` tells why.
     explicit RecoveryKeeper(std::string root);
-    /// Leaves the file where it is, as a crash would; `finish` is the clean end.
+    /// Leaves the file where it is, as a crash would; `leave` is the proper end.
     ~RecoveryKeeper();
     RecoveryKeeper(const RecoveryKeeper&) = delete;
     RecoveryKeeper& operator=(const RecoveryKeeper&) = delete;
@@ -29,8 +30,12 @@ class RecoveryKeeper {
     /// Once a minute: writes an unsaved model that changed since the last time, removes what a save made
     /// needless.
     void tick(const edit::Workbench& workbench);
-    /// The clean end: nothing is left behind.
-    void finish();
+    /// The program is left: an unsaved model with a line or bodies stays for the next start, otherwise
+    /// nothing does. False when it could not be kept (`take_problem`); the program can then still go on, or
+    /// be left by `finish`.
+    bool leave(const edit::Workbench& workbench);
+    /// Nothing more is kept; what was kept last stays where it is unless all is saved.
+    void finish(const edit::Workbench& workbench);
 
     const std::string& root() const { return root_; }
     std::string file() const { return folder_ ? folder_->model_file() : ""; }
@@ -49,10 +54,5 @@ class RecoveryKeeper {
     bool told_ = false;
     std::string problem_;
 };
-
-/// Offers, newest first, what programs that ended without `finish` have kept. A model that is wanted becomes
-/// the session's, unsaved, under the name of its own file; one that is discarded is removed; without an
-/// answer it stays for the next start, as does the rest once one was brought back. Returns true when one was.
-bool offer_recovery(edit::Workbench& workbench, RecoveryKeeper& keeper);
 
 }  // namespace anomalis::flow

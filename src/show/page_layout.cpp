@@ -1,5 +1,8 @@
 #include "show/page_layout.h"
 
+#include "core/numbers.h"
+#include "core/text.h"
+
 namespace anomalis::show {
 
 namespace {
@@ -86,6 +89,21 @@ edit::PaneFractions places_to_keep(const edit::ViewState& view) {
     for (std::size_t i = 0; i < places.size(); ++i)
         if (!is_place(places[i])) places[i] = view.pane_fractions[i];
     return places;
+}
+
+std::string places_text(const edit::PaneFractions& places) {
+    std::string text;
+    for (const float place : places) text += (text.empty() ? "" : ";") + format_number(place, "0.####");
+    return text;
+}
+
+edit::PaneFractions places_of_text(std::string_view text) {
+    std::array<float, 4> fractions{};
+    for (std::size_t i = 0; i < edit::PaneFractions().size(); ++i) {
+        const std::string_view token = next_token(text);
+        if (is_numeric(token)) fractions[i] = static_cast<float>(prefix_number(token));
+    }
+    return usable_places(fractions);
 }
 
 edit::PaneFractions usable_places(const std::array<float, 4>& fractions) {

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <array>
+#include <string>
+#include <string_view>
 
 #include "edit/view_state.h"
 
@@ -20,6 +22,10 @@ edit::PaneFractions splitter_places(const ChartHeights& heights, const edit::Pan
 
 /// What a workspace file keeps: where the splitters stand, as far as they have been laid out.
 edit::PaneFractions places_to_keep(const edit::ViewState& view);
+
+/// The places as the settings keep them, "0.5;0.6;0"; what is no place for a splitter is 0.
+std::string places_text(const edit::PaneFractions& places);
+edit::PaneFractions places_of_text(std::string_view text);
 
 /// Fractions of a workspace file; those that are no place for a splitter become 0.
 edit::PaneFractions usable_places(const std::array<float, 4>& fractions);

@@ -38,6 +38,26 @@ TEST_F(RunPanel, the_outcome_is_shown_and_the_model_is_displayed_anew) {
     EXPECT_GT(panel_changes, 0);
 }
 
+TEST_F(RunPanel, its_end_is_told_as_long_as_the_model_is_as_it_left_it) {
+    for (const auto method : {inversion::InversionMethod::sweep, inversion::InversionMethod::least_squares}) {
+        line.sheet_off_by(20000);
+        edit::start_history(workbench);
+        desk.choose_method(method);
+        run("2");
+        ASSERT_TRUE(panel().status_visible);
+        ASSERT_TRUE(edit::undo_change(workbench).moved);
+        desk.follow_model();
+        EXPECT_FALSE(panel().status_visible);
+        ASSERT_TRUE(edit::redo_change(workbench).moved);
+        desk.follow_model();
+        EXPECT_TRUE(panel().status_visible);
+        w.body(1).susc.value += 10;
+        edit::note_change(workbench, {"susceptibility", "", false});
+        desk.follow_model();
+        EXPECT_FALSE(panel().status_visible);
+    }
+}
+
 TEST_F(RunPanel, the_boxes_hold_the_misfit_before_and_now) {
     line.sheet_off_by(20000);
     const MisfitPair before = line.refresh();

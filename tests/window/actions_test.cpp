@@ -1,15 +1,20 @@
 #include "window/shell/actions.h"
 
+#include <map>
+
 #include <QAbstractButton>
 #include <QComboBox>
 #include <QDialog>
 #include <QLabel>
 #include <QMenu>
+#include <QPushButton>
 #include <QTableView>
 #include <QTimer>
 
 #include "window/form_tests.h"
 #include "window/modelled_form.h"
+#include "window/panels/charts_panel.h"
+#include "window/panels/status_panels.h"
 #include "window/shell/action_table.h"
 #include "window/shell/menu_tree.h"
 #include "window/shell/shortcut_list.h"
@@ -26,6 +31,11 @@ class ActionsTest : public QObject {
     void what_can_do_nothing_is_disabled();
     void marks_show_what_is_in_force();
     void nothing_happens_while_the_window_is_closed();
+    void entries_follow_the_model_data();
+    void entries_follow_the_model();
+    void delete_takes_the_current_body_away_on_its_page_but_not_in_a_box();
+    void texts_of_the_status_line_go_after_their_time_and_with_the_next_action();
+    void a_link_behind_a_text_goes_with_it();
     void undo_is_named_while_its_menu_is_open();
     void help_lists_every_key();
     void capitals_are_alike_everywhere();
@@ -81,7 +91,135 @@ void ActionsTest::what_can_do_nothing_is_disabled() {
     sample.type("Text_MAGINV_nhead", "3");
     for (const char* name : {"menu_add_body_0", "menu_force_recalc", "menu_export_clean_0"})
         QVERIFY2(!enabled(name), name);
-    QVERIFY(enabled("menu_open_model_0") && enabled("menu_export_data"));
+    QVERIFY(enabled("menu_open_model_0") && !enabled("menu_export_data"));
+}
+
+/// Whether an entry is enabled without a line, over a line without bodies, over one body, over two of which
+/// the first is the current one.
+void ActionsTest::entries_follow_the_model_data() {
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("states");
+    const std::pair<const char*, const char*> expected[]{
+        {"menu_open_model_0", "1111"},       {"menu_open_model_1", "1111"},
+        {"menu_next_line", "0000"},          {"menu_export_dxf_0", "0011"},
+        {"menu_export_dxf_1", "0111"},       {"menu_export_data", "0111"},
+        {"menu_export_clean_0", "0111"},     {"menu_export_clean_1", "0011"},
+        {"menu_export_map_0", "0111"},       {"menu_restore_directory", "0000"},
+        {"menu_display_axes", "0111"},       {"menu_add_body_0", "0111"},
+        {"menu_add_body_1", "0011"},         {"menu_add_body_2", "0011"},
+        {"menu_delete_body_1", "0011"},      {"menu_sort_bodies_0", "0001"},
+        {"menu_sort_bodies_1", "0001"},      {"menu_sort_bodies_2", "0000"},
+        {"menu_sort_bodies_3", "0001"},      {"menu_shift_bodies", "0011"},
+        {"menu_highlight_on", "0011"},       {"menu_colour_body_0", "0001"},
+        {"menu_colour_body_2", "0001"},      {"menu_set_fix_flags_0", "0000"},
+        {"menu_set_fix_flags_1", "0011"},    {"menu_fix_all", "0011"},
+        {"menu_free_all", "0000"},           {"menu_set_demag_flags_0", "0011"},
+        {"menu_set_demag_flags_1", "0000"},  {"menu_set_disable_flag_0", "0000"},
+        {"menu_set_disable_flag_1", "0011"}, {"menu_remove_igrf", "0111"},
+        {"menu_restore_best", "0000"},       {"menu_reject_changes", "0000"},
+        {"menu_invert_0", "0011"},           {"menu_find_bodies", "0111"},
+        {"Shortcut_delete_body", "0011"}};
+    for (const auto& [name, states] : expected) QTest::newRow(name) << QString(name) << QString(states);
+}
+
+void ActionsTest::entries_follow_the_model() {
+    QFETCH(QString, name);
+    QFETCH(QString, states);
+    static const std::map<QString, QString> seen = [] {
+        std::map<QString, QString> found;
+        const auto look = [&](FormSample& sample) {
+            for (const ActionRow& row : action_rows())
+                if (row.family == Family::single)
+                    found[row.name] += sample.form->actions().action(row.id).isEnabled() ? '1' : '0';
+        };
+        FormSample empty;
+        look(empty);
+        Modelled sample;
+        sample.trigger("menu_delete_body_0");
+        look(sample);
+        sample.trigger("menu_undo");
+        sample.trigger("menu_delete_body_1");
+        look(sample);
+        sample.trigger("menu_undo");
+        sample.form->charts().view().select_body(1);
+        look(sample);
+        return found;
+    }();
+    QCOMPARE(seen.at(name), states);
+}
+
+void ActionsTest::delete_takes_the_current_body_away_on_its_page_but_not_in_a_box() {
+    Modelled sample;
+    QVERIFY(QTest::qWaitForWindowActive(sample.form.get()));
+    for (const char* focus : {"Grid_body", "HScroll_body", "vsgraph_model_4", "HScroll_dip_0"}) {
+        sample.find<QWidget>(focus).setFocus();
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Delete);
+        QVERIFY2(sample.workspace().body_count == 1, focus);
+        QVERIFY(sample.status(1).endsWith("Ctrl+Z brings it back"));
+        sample.trigger("menu_undo");
+        QCOMPARE(sample.workspace().body_count, 2);
+    }
+    auto& name = sample.find<QLineEdit>("Text_body_name");
+    name.setFocus();
+    name.setCursorPosition(0);
+    const QString before = name.text();
+    QTest::keyClick(&name, Qt::Key_Delete);
+    QCOMPARE(name.text(), before.mid(1));
+    sample.choose_tab(0);
+    QTest::keyClick(&sample.find<QWidget>("Combo_smooth_filter_type"), Qt::Key_Delete);
+    QCOMPARE(sample.workspace().body_count, 2);
+}
+
+void ActionsTest::texts_of_the_status_line_go_after_their_time_and_with_the_next_action() {
+    Modelled sample;
+    auto& status = sample.find<StatusPanels>("StatusBar");
+    auto& timer = sample.find<QTimer>("Timer_status");
+    QCOMPARE(timer.interval(), 10'000);
+    const auto let_it_pass = [&] {
+        QVERIFY(timer.isActive() && timer.isSingleShot());
+        timer.start(0);
+        QTest::qWait(5);
+        timer.setInterval(10'000);
+    };
+    status.show_text("told");
+    QCOMPARE(sample.status(1), QString("told"));
+    let_it_pass();
+    QCOMPARE(sample.status(1), QString());
+    status.show_refused("Top", "x", "the value stays");
+    let_it_pass();
+    QCOMPARE(sample.status(1), QString());
+    status.show_text("told");
+    QVERIFY2(sample.status(1) == "told", "what was refused has gone with its text");
+
+    for (const char* action : {"menu_highlight_on", "menu_set_demag_flags_0"}) {
+        status.show_text("told");
+        QTest::qWait(1);
+        sample.trigger(action);
+        QCOMPARE(sample.status(1), QString());
+    }
+    status.show_text("told");
+    QTest::qWait(1);
+    QTest::mouseClick(&sample.half("HScroll_dip_0", 1), Qt::LeftButton);
+    QCOMPARE(sample.status(1), QString());
+
+    status.show_work("Calculating");
+    QVERIFY2(!timer.isActive(), "work is told as long as it lasts");
+}
+
+void ActionsTest::a_link_behind_a_text_goes_with_it() {
+    Modelled sample;
+    auto& status = sample.find<StatusPanels>("StatusBar");
+    auto& link = sample.find<QPushButton>("StatusBar_link");
+    int followed = 0;
+    QVERIFY(!link.isVisible());
+    status.show_text("Saved");
+    status.show_link("Show in folder", [&] { ++followed; });
+    QVERIFY(link.isVisible());
+    QCOMPARE(link.text(), QString("Show in folder"));
+    link.click();
+    QCOMPARE(followed, 1);
+    status.show_text("Something else");
+    QVERIFY(!link.isVisible());
 }
 
 void ActionsTest::marks_show_what_is_in_force() {

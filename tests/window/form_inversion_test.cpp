@@ -5,6 +5,7 @@
 #include <QComboBox>
 #include <QFrame>
 #include <QLabel>
+#include <QMenu>
 #include <QPushButton>
 #include <QScrollBar>
 
@@ -12,11 +13,9 @@
 #include "core/body_parameters.h"
 #include "core/paths.h"
 #include "edit/change.h"
-#include "flow/recovery.h"
 #include "window/form_sample.h"
 #include "window/form_tests.h"
 #include "window/panels/charts_panel.h"
-#include "window/shell/recovery_controller.h"
 #include "window/widgets/limit_strip.h"
 
 namespace anomalis::window {
@@ -63,8 +62,6 @@ class FormInversionTest : public QObject {
     void the_list_of_channels_follows_the_line();
     void a_new_line_goes_back_to_the_bars_that_move_the_body();
     void half_typed_texts_keep_the_keys_of_undo();
-    void what_a_crash_left_is_offered_and_shown();
-    void a_clean_end_leaves_no_recovery_file();
 };
 
 void FormInversionTest::the_button_shows_the_inversion_and_the_misfit_before_it() {
@@ -99,13 +96,18 @@ void FormInversionTest::a_run_by_click_moves_the_model_and_can_be_undone_by_key(
     QVERIFY(!QApplication::overrideCursor());
     QTest::keyClick(sample.form.get(), Qt::Key_Z, Qt::ControlModifier);
     QCOMPARE(sample.distance(1), place);
+    QVERIFY2(!sample.find<QLabel>("Label_status").isVisible(), "the run is taken back");
     QVERIFY(!sample.form->windowTitle().endsWith(" *"));
     QTest::keyClick(sample.form.get(), Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
     QVERIFY(sample.distance(1) != place || sample.workspace().body(1).susc.value != before);
+    QVERIFY(sample.find<QLabel>("Label_status").isVisible());
     QVERIFY(sample.find<QPushButton>("Command_reject_changes").isEnabled());
+    QVERIFY(sample.find<QAction>("menu_reject_changes").isEnabled());
     sample.click("Command_reject_changes");
     QCOMPARE(sample.distance(1), place);
     QVERIFY(!sample.find<QPushButton>("Command_reject_changes").isEnabled());
+    emit sample.find<QMenu>("menu_model").aboutToShow();
+    QVERIFY(!sample.find<QAction>("menu_reject_changes").isEnabled());
 }
 
 void FormInversionTest::deleting_and_reading_come_back_by_key() {
@@ -330,44 +332,6 @@ void FormInversionTest::half_typed_texts_keep_the_keys_of_undo() {
     QTest::keyClick(&box, Qt::Key_Z, Qt::ControlModifier);
     QCOMPARE(sample.workspace().sensor_offset, 12.0F);
     QVERIFY(box.text() != "34");
-}
-
-void FormInversionTest::what_a_crash_left_is_offered_and_shown() {
-    const TempFolder state;
-    const std::string root = state.path("recovery");
-    TempFolder survey;
-    const std::string path = write_workspace(survey);
-    {
-        FormSample crashed;
-        crashed.form->recovery().start(root);
-        crashed.form->open_file(path);
-        crashed.form->load_locations();
-        crashed.session.workspace.body(1).dip.value = 21;
-        edit::note_change(crashed.form->workbench(), {"dip", "", false});
-        crashed.form->recovery().keep_now();
-    }
-    FormSample next;
-    next.prompts.chosen = {"Bring back"};
-    next.form->recovery().start(root);
-    QCOMPARE(next.prompts.choices.size(), std::size_t(1));
-    QCOMPARE(next.session.workspace.body(1).dip.value, 21.0F);
-    QCOMPARE(next.form->windowTitle(), QString("Anomalis: line.axm *"));
-    QCOMPARE(next.tab(), 1);
-    QCOMPARE(next.session.workspace.station_count, edit::LineSample::stations);
-}
-
-void FormInversionTest::a_clean_end_leaves_no_recovery_file() {
-    const TempFolder state;
-    const std::string root = state.path("recovery");
-    {
-        Opened sample;
-        sample.form->recovery().start(root);
-        QTest::keyClick(sample.form.get(), Qt::Key_I, Qt::ControlModifier);
-        sample.form->close();
-    }
-    FormSample next;
-    next.form->recovery().start(root);
-    QVERIFY(next.prompts.choices.empty());
 }
 
 }  // namespace

@@ -197,7 +197,8 @@ class Killer {
         flow::RecoveryKeeper own(folder.folder());
         keep_both(own);
         const auto both = std::chrono::steady_clock::now() - start;
-        own.finish();
+        edit::note_saved(sample.workbench);
+        own.leave(sample.workbench);
         for (int kill = 0; kill < kills_; ++kill) {
             kill_after(moment_within(both), [&] {
                 flow::RecoveryKeeper keeper(folder.folder());

@@ -80,6 +80,9 @@ int run_tests(QStringList arguments) {
 }  // namespace anomalis::window
 
 int main(int argc, char** argv) {
+    // A screen as people have them; that of the platform without a display is smaller than the window.
+    if (qgetenv("QT_QPA_PLATFORM") == "offscreen")
+        qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" ANOMALIS_SCREENS);
     QApplication application(argc, argv);
     const QStringList arguments = QApplication::arguments();
     if (arguments.value(4) == "dark") QApplication::setPalette(anomalis::window::look_palette(true));

@@ -1,3 +1,4 @@
+#include <QCheckBox>
 #include <QComboBox>
 #include <QPushButton>
 #include <QScrollBar>
@@ -24,6 +25,9 @@ class ModelKeysTest : public QObject {
     void the_misfit_now_follows_every_command_data();
     void the_misfit_now_follows_every_command();
     void the_types_are_on_their_list_from_the_start();
+    void an_empty_section_says_how_to_begin_until_the_first_body();
+    void moving_and_inverting_are_two_tabs_of_one_place();
+    void all_bodies_are_fixed_and_freed_in_plain_words();
 };
 
 namespace {
@@ -192,6 +196,49 @@ void ModelKeysTest::the_types_are_on_their_list_from_the_start() {
         QVERIFY2(names.contains(usual), usual);
     QCOMPARE(types.currentIndex(), -1);
     QVERIFY(!types.isVisible());
+}
+
+void ModelKeysTest::an_empty_section_says_how_to_begin_until_the_first_body() {
+    Modelled sample;
+    auto& hint = sample.find<QWidget>("Frame_empty_section");
+    QVERIFY(!hint.isVisible());
+    sample.trigger("menu_delete_body_0");
+    QVERIFY(hint.isVisible());
+    QVERIFY(hint.parentWidget()->rect().contains(hint.geometry()));
+    sample.click("Command_hint_add");
+    QCOMPARE(sample.workspace().body_count, 1);
+    QVERIFY(!hint.isVisible());
+    sample.trigger("menu_undo");
+    QVERIFY(hint.isVisible());
+    sample.click("Command_hint_find");
+    QVERIFY(sample.find<QPushButton>("Command_find").isVisible());
+    QVERIFY2(!hint.isVisible(), "models are looked at there");
+}
+
+void ModelKeysTest::moving_and_inverting_are_two_tabs_of_one_place() {
+    Modelled sample;
+    auto& toggle = sample.find<QPushButton>("Command_toggle_invert_body");
+    auto& on_show = sample.find<QPushButton>("Label_view_on_show");
+    const auto left_of = [](const QWidget& a, const QWidget& b) { return a.x() < b.x(); };
+    QTest::qWait(1);
+    QCOMPARE(on_show.text(), QString("Move This Body"));
+    QVERIFY(left_of(on_show, toggle));
+    toggle.click();
+    QTest::qWait(1);
+    QCOMPARE(on_show.text(), QString("Perform Inversion"));
+    QCOMPARE(toggle.text(), QString("Move This Body"));
+    QVERIFY2(left_of(toggle, on_show), "the captions keep their places");
+    QVERIFY(sample.find<QWidget>("Frame_invert").isVisible());
+    QVERIFY(!sample.find<QWidget>("Frame_move_body").isVisible());
+}
+
+void ModelKeysTest::all_bodies_are_fixed_and_freed_in_plain_words() {
+    Modelled sample;
+    sample.trigger("menu_fix_all");
+    QVERIFY(sample.body(1).vary == 0 && sample.body(2).vary == 0);
+    QVERIFY(sample.find<QCheckBox>("Check_fix_this_body").isChecked());
+    sample.trigger("menu_free_all");
+    QVERIFY(sample.body(1).vary == 1 && sample.body(2).vary == 1);
 }
 
 QObject* make_model_keys_test() {

@@ -13,6 +13,7 @@
 #include "core/numbers.h"
 #include "show/page_layout.h"
 #include "window/widgets/panel.h"
+#include "window/widgets/section_hint.h"
 
 namespace anomalis::window {
 
@@ -151,6 +152,9 @@ void ChartsPanel::wire_charts() {
                 [this, i](int direction) { view_->step_pan(i, direction); });
     }
     plan_->set_host(&view_->events(edit::model_chart_count));
+    hint_ = new SectionHint(&panes_[edit::chart_section]->widget());
+    connect(hint_, &SectionHint::find_wanted, this, &ChartsPanel::find_wanted);
+    connect(hint_, &SectionHint::add_wanted, this, &ChartsPanel::add_wanted);
     for (chart::GrapherWidget* widget : {&panes_[edit::chart_section]->widget(), plan_})
         widget->set_picture_taking([this](bool begins) { view_->set_plain(begins); });
 }
@@ -159,6 +163,8 @@ void ChartsPanel::set_plain(bool plain) {
     for (ChartPane* pane : panes_) pane->set_plain(plain);
     plan_->show_top_layer(!plain);
     view_->set_plain(plain);
+    plain_ = plain;
+    show_hint();
 }
 
 void ChartsPanel::show_plan(bool plan) {
@@ -187,6 +193,17 @@ void ChartsPanel::follow(WhatChanged what) {
         view_->display_model();
     else if (what & News::preferences)
         view_->redraw();
+    if (what & (News::bodies | News::line | News::form_reset | News::boxes)) show_hint();
+}
+
+void ChartsPanel::show_hint() {
+    const Workspace& workspace = workbench_.session.workspace;
+    hint_->setVisible(hint_allowed_ && !plain_ && edit::line_loaded(workspace) && workspace.body_count == 0);
+}
+
+void ChartsPanel::allow_hint(bool allowed) {
+    hint_allowed_ = allowed;
+    show_hint();
 }
 
 void ChartsPanel::arrange_charts(const std::array<bool, edit::model_chart_count>& shown) {

@@ -21,6 +21,7 @@ class QTimer;
 namespace anomalis::window {
 
 struct ControlText;
+class SectionHint;
 
 /// The left side of the model page: the linked charts with splitters between them, zoom list, pan bar and
 /// view buttons below.
@@ -38,6 +39,8 @@ class ChartsPanel : public QWidget, private flow::ModelViewHost {
     void follow(WhatChanged what);
     /// For a picture of the window: no bars, handles, crosshair and highlights while it is true.
     void set_plain(bool plain);
+    /// The words over a section without bodies are in the way of pictures and of models that are looked at.
+    void allow_hint(bool allowed);
     /// A button behind those under the charts.
     QPushButton* add_button(const ControlText& text);
     /// Of the model as it was last calculated.
@@ -51,6 +54,9 @@ class ChartsPanel : public QWidget, private flow::ModelViewHost {
     void pointer_moved(const anomalis::show::PointerPanels& panels);
     /// The current body is to be taken away, by a key on section or plan.
     void delete_wanted();
+    /// What a section without bodies offers.
+    void find_wanted();
+    void add_wanted();
     /// A calculation was left: the charts show the curves of before.
     void calculation_left();
     void base_level_found(int channel, const QString& text);
@@ -74,6 +80,8 @@ class ChartsPanel : public QWidget, private flow::ModelViewHost {
 
     /// Zoom list and pan bar follow another line, every chart gets its share of the height.
     void line_changed();
+    /// How to begin, as long as there is nothing but the line.
+    void show_hint();
     /// Axes, section or plan as the view has them.
     void show_choices();
     QWidget* make_charts();
@@ -93,6 +101,9 @@ class ChartsPanel : public QWidget, private flow::ModelViewHost {
     QSplitter* mag_splitter_ = nullptr;
     QSplitter* grav_splitter_ = nullptr;
     QStackedWidget* section_or_plan_ = nullptr;
+    SectionHint* hint_ = nullptr;
+    bool hint_allowed_ = true;
+    bool plain_ = false;  ///< a picture is taken
     QComboBox* zoom_list_ = nullptr;
     PanBar* pan_bar_ = nullptr;
     QHBoxLayout* buttons_ = nullptr;

@@ -1,6 +1,9 @@
 #include "window/panels/definitions_page.h"
 
+#include <QEvent>
 #include <QHBoxLayout>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
@@ -14,6 +17,45 @@
 
 namespace anomalis::window {
 
+namespace {
+
+constexpr int widest_options = 700;  // pixels
+
+/// A low window scrolls the column rather than squeeze it; the column is never cut at its side.
+class ColumnScroller : public QScrollArea {
+  public:
+    explicit ColumnScroller(QWidget* column) {
+        setFrameShape(QFrame::NoFrame);
+        setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        setWidgetResizable(true);
+        setFocusPolicy(Qt::NoFocus);
+        setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Expanding);
+        setWidget(column);
+        column->setAutoFillBackground(false);
+        viewport()->setAutoFillBackground(false);
+        verticalScrollBar()->installEventFilter(this);
+    }
+    QSize sizeHint() const override { return widget()->sizeHint() + QSize(bar_width(), 0); }
+    QSize minimumSizeHint() const override {
+        return {widget()->minimumSizeHint().width() + bar_width(), least_height};
+    }
+
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        const bool bar = watched == verticalScrollBar();
+        if (bar && (event->type() == QEvent::Show || event->type() == QEvent::Hide)) updateGeometry();
+        return QScrollArea::eventFilter(watched, event);
+    }
+
+  private:
+    static constexpr int least_height = 300;
+    int bar_width() const {
+        return verticalScrollBar()->isVisible() ? verticalScrollBar()->sizeHint().width() : 0;
+    }
+};
+
+}  // namespace
+
 DefinitionsPage::DefinitionsPage(edit::Workbench& workbench, FormGuards& guards, ModelNews& news,
                                  const std::vector<flow::ExampleFile>& examples)
     : workbench_(workbench),
@@ -24,7 +66,9 @@ DefinitionsPage::DefinitionsPage(edit::Workbench& workbench, FormGuards& guards,
       head_stack_(new QStackedWidget),
       welcome_(new WelcomePanel("Frame_welcome", examples)),
       head_(new DataHeadView) {
-    auto* left = new QVBoxLayout;
+    auto* column = new QWidget;
+    auto* left = new QVBoxLayout(column);
+    left->setContentsMargins(0, 0, 0, 0);
     left->setSpacing(8);
     left->addWidget(definitions_);
     left->addWidget(field_);
@@ -35,11 +79,16 @@ DefinitionsPage::DefinitionsPage(edit::Workbench& workbench, FormGuards& guards,
     auto* right = new QVBoxLayout;
     right->setSpacing(8);
     right->addWidget(head_stack_, 1);
-    right->addWidget(graph_options_);
+    // Numbers need no more room on a wide screen; the head of the file does.
+    graph_options_->setMaximumWidth(widest_options);
+    auto* options = new QHBoxLayout;
+    options->addWidget(graph_options_, 1000);
+    options->addStretch(1);
+    right->addLayout(options);
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(8, 8, 8, 8);
     row->setSpacing(8);
-    row->addLayout(left);
+    row->addWidget(new ColumnScroller(column));
     row->addLayout(right, 1);
 
     for (SettingsPanel* panel :

@@ -23,7 +23,7 @@ namespace anomalis::window {
 
 namespace {
 
-constexpr int column_width = 384;  // pixels, as the column in whose place it stands
+constexpr int column_width = 396;  // pixels, as the column in whose place it stands
 constexpr int gap = 6;
 constexpr int stages = static_cast<int>(inversion::FindStage::errors) + 1;
 

@@ -1,5 +1,6 @@
 #include "window/panels/model_side.h"
 
+#include <QHBoxLayout>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QStackedWidget>
@@ -19,7 +20,7 @@ namespace anomalis::window {
 
 namespace {
 
-constexpr int column_width = 384;  // pixels
+constexpr int column_width = 396;  // pixels
 
 }  // namespace
 
@@ -35,6 +36,7 @@ ModelSide::ModelSide(edit::Workbench& workbench, FormGuards& guards, ModelNews& 
       invert_(new InvertPanel(workbench.session, guards)),
       toggle_(make_button({"Command_toggle_invert_body", "Perform Inversion", "",
                            "Change between the bars that move the body and the controls of the inversion"})),
+      on_show_(new QPushButton),
       views_(new QStackedWidget) {
     setFixedWidth(column_width);
     // A low window scrolls the column rather than squeeze it.
@@ -58,9 +60,31 @@ QWidget* ModelSide::make_column() {
     auto* column = new QVBoxLayout(holder);
     column->setContentsMargins(4, 6, 8, 6);
     column->setSpacing(6);
-    for (QWidget* part : std::initializer_list<QWidget*>{body_, grid_, pipe_, wire_, toggle_, views_})
+    QWidget* tabs = make_tabs();
+    for (QWidget* part : std::initializer_list<QWidget*>{body_, grid_, pipe_, wire_, tabs, views_})
         column->addWidget(part);
     column->addStretch(1);
+    return holder;
+}
+
+/// Two tabs over one place. The one that is not on show is the button that changes to it, so captions keep
+/// their places while the button goes to the other side.
+QWidget* ModelSide::make_tabs() {
+    auto* holder = new QWidget;
+    holder->setObjectName("Tabs_move_invert");
+    tabs_ = new QHBoxLayout(holder);
+    tabs_->setContentsMargins(0, 0, 0, 0);
+    tabs_->setSpacing(0);
+    for (QPushButton* tab : {on_show_, toggle_}) {
+        tab->setProperty("tab", true);
+        tab->setAutoDefault(false);
+        tab->setCheckable(tab == on_show_);
+        tabs_->addWidget(tab, 1);
+    }
+    on_show_->setObjectName("Label_view_on_show");
+    on_show_->setChecked(true);
+    on_show_->setFocusPolicy(Qt::NoFocus);
+    on_show_->setAttribute(Qt::WA_TransparentForMouseEvents);
     return holder;
 }
 
@@ -110,6 +134,9 @@ void ModelSide::show_invert_view(bool invert) {
                             view == shown ? QSizePolicy::Preferred : QSizePolicy::Ignored);
     views_->setCurrentWidget(shown);
     toggle_->setText(invert ? tr("Move This Body") : tr("Perform Inversion"));
+    on_show_->setText(invert ? tr("Perform Inversion") : tr("Move This Body"));
+    tabs_->removeWidget(toggle_);
+    tabs_->insertWidget(invert ? 0 : 1, toggle_, 1);
 }
 
 void ModelSide::ask_for_other_view() {

@@ -5,6 +5,7 @@
 #include "window/shell/form_guards.h"
 #include "window/shell/model_news.h"
 
+class QHBoxLayout;
 class QPushButton;
 class QStackedWidget;
 
@@ -50,6 +51,7 @@ class ModelSide : public QWidget {
 
   private:
     QWidget* make_column();
+    QWidget* make_tabs();
     void wire();
     void ask_for_other_view();
 
@@ -62,7 +64,9 @@ class ModelSide : public QWidget {
     QWidget* wire_;
     MovePanel* move_;
     InvertPanel* invert_;
-    QPushButton* toggle_;
+    QPushButton* toggle_;   ///< the tab that is not on show
+    QPushButton* on_show_;  ///< the one that is
+    QHBoxLayout* tabs_ = nullptr;
     QStackedWidget* views_;
 };
 

@@ -2,8 +2,7 @@
 
 #include <array>
 
-#include "edit/pipe_tie.h"
-#include "edit/workbench.h"
+#include "edit/history.h"
 
 namespace anomalis::window {
 
@@ -24,9 +23,10 @@ constexpr std::array rows{
         ActionId::next_line, "menu_next_line", "&Next line of the survey",
         "Import the next line of the survey that this one is of; filters, regional and spacings go along, "
         "and the bodies where the import says so",
-        When::line, Qt::CTRL | Qt::Key_PageDown},
+        When::survey_line, Qt::CTRL | Qt::Key_PageDown},
     ActionRow{ActionId::previous_line, "menu_previous_line", "Pre&vious line of the survey",
-              "Import the line before this one in the same way", When::line, Qt::CTRL | Qt::Key_PageUp},
+              "Import the line before this one in the same way", When::survey_line,
+              Qt::CTRL | Qt::Key_PageUp},
     ActionRow{ActionId::save_as, "menu_open_model_1", "&Save Data Format and Model Definitions",
               "Write everything into a workspace file of a name to be chosen, and the tables beside it",
               When::always, Qt::CTRL | Qt::SHIFT | Qt::Key_S},
@@ -38,28 +38,32 @@ constexpr std::array rows{
     ActionRow{ActionId::export_solids, "menu_export_dxf_0", "&3-D bodies",
               "Write the bodies as faces in space, for CAD", When::bodies},
     ActionRow{ActionId::export_plan, "menu_export_dxf_1", "&Plan",
-              "Write the profile and the outlines of the bodies, for CAD"},
+              "Write the profile and the outlines of the bodies, for CAD", When::drawable},
     ActionRow{ActionId::export_profile, "menu_export_data", "Export data &values",
-              "Write the profile, one line a station: observed and calculated"},
+              "Write the profile, one line a station: observed and calculated", When::stations},
     ActionRow{ActionId::export_clean_profile, "menu_export_clean_0", "&Profile",
               "One row a station, as data-frame libraries read it without options", When::stations},
     ActionRow{ActionId::export_clean_bodies, "menu_export_clean_1", "&Bodies",
               "One row a body, as data-frame libraries read it without options", When::bodies},
     ActionRow{ActionId::export_geojson, "menu_export_map_0", "&GeoJSON",
-              "Write stations, outlines and tops of the bodies in WGS 84 longitude and latitude"},
+              "Write stations, outlines and tops of the bodies in WGS 84 longitude and latitude",
+              When::drawable},
     ActionRow{ActionId::export_geopackage, "menu_export_map_1", "Geo&Package",
-              "Write the same in the coordinate system of the line"},
+              "Write the same in the coordinate system of the line", When::drawable},
     ActionRow{ActionId::export_geopackage_wgs84, "menu_export_map_2", "GeoPackage in &WGS 84",
-              "Write the same in WGS 84 longitude and latitude"},
+              "Write the same in WGS 84 longitude and latitude", When::drawable},
     ActionRow{ActionId::print_figure, "menu_print_figure", "&Print/Export figure...",
               "The charts with section or plan, field, fit and table of bodies on a sheet of paper: to a "
               "printer, or as PDF, SVG, EMF or PNG",
               When::line, Qt::CTRL | Qt::Key_P},
     ActionRow{ActionId::example, "menu_example", "", "", When::always, no_key, Mark::none, Family::examples},
+    ActionRow{ActionId::kept_model, "menu_kept_model", "",
+              "Go on with a model that was not saved when the program was left", When::always, no_key,
+              Mark::none, Family::kept_models},
     ActionRow{ActionId::save_directory, "menu_save_directory", "Save &working directory",
               "Keep the current folder as the one that the next session starts in"},
     ActionRow{ActionId::restore_directory, "menu_restore_directory", "Return to working &directory",
-              "Make the kept folder the current one again"},
+              "Make the kept folder the current one again", When::kept_folder},
     ActionRow{ActionId::logging, "menu_do_logging", "&Logging",
               "Write what is done into axm_logging.dat in the current folder", When::always, no_key,
               Mark::logging},
@@ -103,29 +107,30 @@ constexpr std::array rows{
               "A thick sheet across the line, in the middle of the view, its top on the ground", When::line,
               Qt::CTRL | Qt::Key_B},
     ActionRow{ActionId::copy_body, "menu_add_body_1", "&Copy current body",
-              "A second body like the current one, beside it along the line", When::body,
+              "A second body like the current one, beside it along the line", When::body_across,
               Qt::CTRL | Qt::Key_D},
     ActionRow{ActionId::split_body, "menu_add_body_2", "S&plit current body",
-              "Two bodies of half the width in the place of the current one", When::body},
+              "Two bodies of half the width in the place of the current one", When::body_across},
     ActionRow{ActionId::add_body_here, "menu_add_body_here", "Add a body here",
               "A new body with its top at the pointer", When::pointed},
     ActionRow{ActionId::delete_all, "menu_delete_body_0", "&All bodies",
               "Delete every body; undo brings them back", When::bodies},
     ActionRow{ActionId::delete_current, "menu_delete_body_1", "&Current body",
-              "Delete the current body; undo brings it back", When::body},
+              "Delete the current body; undo brings it back; Delete does the same on the page of the model",
+              When::body},
     ActionRow{ActionId::sort_ascending, "menu_sort_bodies_0", "&Ascending distance",
-              "By distance along the profile; all bodies get numbered names", When::bodies},
+              "By distance along the profile; all bodies get numbered names", When::several_bodies},
     ActionRow{ActionId::sort_descending, "menu_sort_bodies_1", "&Descending distance",
               "By distance along the profile, the far end first; all bodies get numbered names",
-              When::bodies},
+              When::several_bodies},
     ActionRow{ActionId::send_to_start, "menu_sort_bodies_2", "Send current body to &start",
-              "The current body becomes body 1", When::body},
+              "The current body becomes body 1", When::body_before},
     ActionRow{ActionId::send_to_end, "menu_sort_bodies_3", "Send current body to &end",
-              "The current body becomes the last", When::body},
+              "The current body becomes the last", When::body_behind},
     ActionRow{ActionId::shift_bodies, "menu_shift_bodies", "Shift All &Bodies laterally",
               "Move every body along the profile by a distance in m, 1 or more either way", When::bodies},
     ActionRow{ActionId::highlight, "menu_highlight_on", "&On",
-              "Draw the current body in magenta, in the section and in the plan", When::line, no_key,
+              "Draw the current body in magenta, in the section and in the plan", When::bodies, no_key,
               Mark::highlight},
     ActionRow{ActionId::save_defaults, "menu_save_defaults", "Save current body parameters as &default",
               "New bodies start with type, dip, sizes, density, susceptibility and colour of this one",
@@ -133,27 +138,31 @@ constexpr std::array rows{
     ActionRow{ActionId::force_recalc, "menu_force_recalc", "Force &Recalc",
               "Calculate every body's response anew", When::line, Qt::Key_F5},
     ActionRow{ActionId::colour_by_susceptibility, "menu_colour_body_0", "&Susceptability",
-              "Dark for the lowest susceptibility, yellow for the highest", When::bodies},
+              "Dark for the lowest susceptibility, yellow for the highest", When::several_bodies},
     ActionRow{ActionId::colour_by_remanence, "menu_colour_body_1", "&Remanent J",
-              "Dark for the lowest remanent magnetisation, yellow for the highest", When::bodies},
+              "Dark for the lowest remanent magnetisation, yellow for the highest", When::several_bodies},
     ActionRow{ActionId::colour_by_density, "menu_colour_body_2", "&Density",
-              "Dark for the lowest density, yellow for the highest", When::bodies},
+              "Dark for the lowest density, yellow for the highest", When::several_bodies},
     ActionRow{ActionId::fix_on, "menu_set_fix_flags_0", "&On", "Free every body for the inversion",
-              When::bodies},
-    ActionRow{ActionId::fix_off, "menu_set_fix_flags_1", "O&ff", "Fix every body", When::bodies},
+              When::fixed_body},
+    ActionRow{ActionId::fix_off, "menu_set_fix_flags_1", "O&ff", "Fix every body", When::free_body},
     ActionRow{ActionId::fix_flip, "menu_set_fix_flags_2", "Fli&p",
               "Fix the bodies that are free, free the others", When::bodies},
     ActionRow{ActionId::fix_outside_limits, "menu_set_fix_flags_3", "Fix outside inversion &limits",
-              "Fix the bodies that stand outside the part of the line that is fitted", When::bodies},
+              "Fix the bodies that stand outside the part of the line that is fitted", When::free_body},
+    ActionRow{ActionId::fix_all, "menu_fix_all", "Fi&x all", "No inversion changes any body",
+              When::free_body},
+    ActionRow{ActionId::free_all, "menu_free_all", "F&ree all",
+              "The inversion may change every body where Vary is ticked", When::fixed_body},
     ActionRow{ActionId::demag_on, "menu_set_demag_flags_0", "&On",
-              "Calculate every body with demagnetisation", When::bodies},
+              "Calculate every body with demagnetisation", When::body_without_demag},
     ActionRow{ActionId::demag_off, "menu_set_demag_flags_1", "O&ff",
-              "Calculate every body without demagnetisation", When::bodies},
+              "Calculate every body without demagnetisation", When::body_with_demag},
     ActionRow{ActionId::demag_flip, "menu_set_demag_flags_2", "Fli&p", "Change the mark of every body",
               When::bodies},
     ActionRow{ActionId::use_on, "menu_set_disable_flag_0", "&On", "Use every body in the model",
-              When::bodies},
-    ActionRow{ActionId::use_off, "menu_set_disable_flag_1", "O&ff", "Turn every body off", When::bodies},
+              When::body_turned_off},
+    ActionRow{ActionId::use_off, "menu_set_disable_flag_1", "O&ff", "Turn every body off", When::body_in_use},
     ActionRow{ActionId::use_flip, "menu_set_disable_flag_2", "Fli&p", "Change the mark of every body",
               When::bodies},
     ActionRow{ActionId::tie_pipes, "menu_tie_pipe_depth_susc", "&Tie Pipe Depth and Susceptability",
@@ -169,10 +178,10 @@ constexpr std::array rows{
               Qt::CTRL | Qt::Key_E},
     ActionRow{ActionId::remove_igrf, "menu_remove_igrf", "Remove IGRF from the readings",
               "Take the field of IGRF-14 at each station out of the magnetic readings, which are loaded anew",
-              When::line},
+              When::igrf_in},
     ActionRow{ActionId::add_igrf, "menu_add_igrf", "Add IGRF to the readings",
               "Put the field of IGRF-14 at each station into the magnetic readings, which are loaded anew",
-              When::line},
+              When::igrf_out},
     ActionRow{ActionId::find_bodies, "menu_find_bodies", "&Find bodies...",
               "Propose bodies that explain the line, starting from nothing or beside those that are there; "
               "the model stays as it is until one proposal is taken",
@@ -208,6 +217,10 @@ constexpr std::array rows{
               "Say what the box, bar or chart with the focus is for", When::any_time, Qt::SHIFT | Qt::Key_F1},
     ActionRow{ActionId::whats_this, "menu_whats_this", "&What's this?",
               "Click anything in the window to be told what it is for", When::any_time},
+    ActionRow{
+        ActionId::delete_shown, "Shortcut_delete_body", "Delete the current body",
+        "Delete the current body, on the page of the model, unless a box or a chart of curves has the focus",
+        When::body_shown, Qt::Key_Delete},
     ActionRow{ActionId::keyboard_shortcuts, "menu_keyboard_shortcuts", "&Keyboard shortcuts",
               "Every key that does something in this window"},
     ActionRow{ActionId::find_file, "menu_find_file", "&Find File in Path",
@@ -223,67 +236,7 @@ constexpr bool in_order() {
 }
 static_assert(in_order());
 
-bool has_current_body(const edit::Workbench& workbench) {
-    const int number = workbench.view.current_body;
-    return number >= 1 && number <= workbench.session.workspace.body_count;
-}
-
 }  // namespace
-
-bool holds(When when, const edit::Workbench& workbench) {
-    const Workspace& workspace = workbench.session.workspace;
-    switch (when) {
-        case When::any_time:
-        case When::always:
-            return true;
-        case When::line:
-            return edit::line_loaded(workspace);
-        case When::stations:
-            return workspace.station_count > 0;
-        case When::bodies:
-            return workspace.body_count > 0;
-        case When::body:
-            return has_current_body(workbench);
-        case When::body_shown:
-            return workbench.view.on_page && has_current_body(workbench);
-        case When::best_model:
-            return workbench.session.inversion.best_model_available;
-        case When::running:
-        case When::pointed:
-            break;
-    }
-    return false;
-}
-
-bool is_set(Mark mark, const edit::Workbench& workbench) {
-    const edit::ViewState& view = workbench.view;
-    const Workspace& workspace = workbench.session.workspace;
-    switch (mark) {
-        case Mark::none:
-            return false;
-        case Mark::axes:
-            return view.show_axes;
-        case Mark::regional:
-            return view.show_regional;
-        case Mark::ensemble:
-            return view.show_ensemble;
-        case Mark::legend:
-            return workbench.session.preferences.legend;
-        case Mark::section:
-            return !view.show_plan;
-        case Mark::plan:
-            return view.show_plan;
-        case Mark::highlight:
-            return view.highlight_on;
-        case Mark::logging:
-            return workbench.session.log.on();
-        case Mark::pipe_tie:
-            return edit::pipes_are_tied(workspace);
-        case Mark::exact_formulas:
-            return workspace.formulas == Formulas::exact;
-    }
-    return false;
-}
 
 std::span<const ActionRow> action_rows() {
     return rows;

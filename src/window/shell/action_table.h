@@ -29,6 +29,7 @@ enum class ActionId {
     export_geopackage_wgs84,
     print_figure,
     example,
+    kept_model,
     save_directory,
     restore_directory,
     logging,
@@ -67,6 +68,8 @@ enum class ActionId {
     fix_off,
     fix_flip,
     fix_outside_limits,
+    fix_all,
+    free_all,
     demag_on,
     demag_off,
     demag_flip,
@@ -93,6 +96,7 @@ enum class ActionId {
     guide,
     explain_focus,
     whats_this,
+    delete_shown,
     keyboard_shortcuts,
     find_file,
     about
@@ -101,15 +105,30 @@ enum class ActionId {
 /// What must be there for an action to do anything.
 enum class When {
     always,
-    any_time,    ///< the same, and it leaves alone what is half typed
-    line,        ///< a line is loaded
-    stations,    ///< at least one station, though they may make no line
-    bodies,      ///< the model has bodies
-    body,        ///< one of them is the current one
-    body_shown,  ///< the same, and its page is on show
-    best_model,  ///< a run has left a model to go back to
-    running,     ///< a run goes on; everything else is closed then
-    pointed      ///< the menu of a chart decides as it opens
+    any_time,            ///< the same, and it leaves alone what is half typed
+    line,                ///< a line is loaded
+    survey_line,         ///< the same, and it was imported from a survey
+    igrf_in,             ///< the same, and IGRF can be taken out of its magnetic readings
+    igrf_out,            ///< or put into them
+    stations,            ///< at least one station, though they may make no line
+    drawable,            ///< stations or bodies
+    bodies,              ///< the model has bodies
+    several_bodies,      ///< at least two
+    fixed_body,          ///< at least one that no inversion changes
+    free_body,           ///< at least one that it may change
+    body_with_demag,     ///< at least one that is calculated with demagnetisation
+    body_without_demag,  ///< or without
+    body_turned_off,     ///< at least one that is left out of the model
+    body_in_use,         ///< or that counts
+    body,                ///< one of the bodies is the current one
+    body_shown,          ///< the same, and its page is on show
+    body_across,         ///< the same, and it strikes across the line
+    body_before,         ///< the same, and another stands before it
+    body_behind,         ///< or behind it
+    best_model,          ///< a run has left a model to go back to
+    kept_folder,         ///< a working folder was kept
+    running,             ///< a run goes on; everything else is closed then
+    pointed              ///< the menu of a chart decides as it opens
 };
 bool holds(When when, const edit::Workbench& workbench);
 
@@ -131,7 +150,7 @@ bool is_set(Mark mark, const edit::Workbench& workbench);
 
 /// How many entries a row stands for. Those of a family are told apart by a number behind the name, and get
 /// their texts from what they open.
-enum class Family { single, recent_files, examples };
+enum class Family { single, recent_files, examples, kept_models };
 
 struct ActionRow {
     ActionId id;

@@ -4,6 +4,7 @@
 #include <QActionGroup>
 #include <QMenu>
 
+#include "flow/kept_models.h"
 #include "flow/recent_files.h"
 #include "window/shell/entry_gate.h"
 
@@ -19,6 +20,8 @@ int member_count(const ActionRow& row, int example_count) {
             return flow::most_recent_files;
         case Family::examples:
             return example_count;
+        case Family::kept_models:
+            return flow::most_kept_models;
     }
     return 1;
 }
@@ -73,12 +76,21 @@ void Actions::trigger(const ActionRow& row, int member) {
     refresh();  // also the mark of one that was turned away
 }
 
+void Actions::only_if(ActionId id, std::function<bool()> possible) {
+    possible_[id] = std::move(possible);
+}
+
+bool Actions::can_do(const ActionRow& row) const {
+    const auto possible = possible_.find(row.id);
+    return holds(row.when, workbench_) && (possible == possible_.end() || possible->second());
+}
+
 void Actions::refresh() {
     for (const ActionRow& row : action_rows())
         for (QAction* action : family(row.id)) {
             if (row.mark != Mark::none) action->setChecked(is_set(row.mark, workbench_));
             if (guards_.busy() || row.when == When::pointed) continue;
-            action->setEnabled(holds(row.when, workbench_));
+            action->setEnabled(can_do(row));
         }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <vector>
 
 #include <QObject>
@@ -30,6 +31,9 @@ class Actions : public QObject {
     /// The handler of a family is told which member was chosen, 0 the first.
     void on_member(ActionId id, std::function<void(int)> handler);
 
+    /// What only a controller knows: beside its row, the action needs `possible` to do anything.
+    void only_if(ActionId id, std::function<bool()> possible);
+
     QAction& action(ActionId id) { return *family(id).front(); }
     const std::vector<QAction*>& family(ActionId id) const;
 
@@ -40,12 +44,14 @@ class Actions : public QObject {
   private:
     QAction* make(QWidget& window, const ActionRow& row, int member);
     void trigger(const ActionRow& row, int member);
+    bool can_do(const ActionRow& row) const;
 
     const edit::Workbench& workbench_;
     const FormGuards& guards_;
     const EntryGate& gate_;
     std::vector<std::vector<QAction*>> families_;  ///< by row
     std::vector<std::function<void(int)>> handlers_;
+    std::map<ActionId, std::function<bool()>> possible_;
 };
 
 /// Puts entries above all others of a menu that has some, a line under them.

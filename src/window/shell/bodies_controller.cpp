@@ -1,7 +1,9 @@
 #include "window/shell/bodies_controller.h"
 
 #include <array>
+#include <utility>
 
+#include "edit/body_form.h"
 #include "edit/body_list.h"
 #include "edit/pipe_tie.h"
 #include "edit/workbench.h"
@@ -9,6 +11,7 @@
 #include "window/shell/actions.h"
 #include "window/shell/new_line.h"
 #include "window/shell/page_controller.h"
+#include "window/widgets/plain_text.h"
 
 namespace anomalis::window {
 
@@ -50,7 +53,7 @@ void BodiesController::wire_list(Actions& actions) {
             add([how](edit::Workbench& w) { return edit::add_body_from_menu(w, how); });
         });
     on(actions, ActionId::delete_all, delete_all);
-    on(actions, ActionId::delete_current, edit::delete_current_body);
+    actions.on(ActionId::delete_current, [this] { delete_current(); });
     static constexpr std::array orders{std::pair{ActionId::sort_ascending, edit::BodyOrder::ascending},
                                        std::pair{ActionId::sort_descending, edit::BodyOrder::descending},
                                        std::pair{ActionId::send_to_start, edit::BodyOrder::current_first},
@@ -78,6 +81,8 @@ void BodiesController::wire_marks(Actions& actions) {
         FlagEntry{ActionId::fix_on, BodyFlag::fix, FlagSetting::on},
         FlagEntry{ActionId::fix_off, BodyFlag::fix, FlagSetting::off},
         FlagEntry{ActionId::fix_flip, BodyFlag::fix, FlagSetting::flip},
+        FlagEntry{ActionId::fix_all, BodyFlag::fix, FlagSetting::off},
+        FlagEntry{ActionId::free_all, BodyFlag::fix, FlagSetting::on},
         FlagEntry{ActionId::demag_on, BodyFlag::demagnetisation, FlagSetting::on},
         FlagEntry{ActionId::demag_off, BodyFlag::demagnetisation, FlagSetting::off},
         FlagEntry{ActionId::demag_flip, BodyFlag::demagnetisation, FlagSetting::flip},
@@ -98,6 +103,14 @@ void BodiesController::run(const Command& command) {
     } else {
         news_.tell(News::bodies);
     }
+}
+
+void BodiesController::delete_current() {
+    const ModelBody* body = edit::current_body(std::as_const(workbench_));
+    if (!body) return;
+    const QString name = shown(body->name);
+    run(edit::delete_current_body);
+    status_.show_text(tr("%1 is deleted; Ctrl+Z brings it back").arg(name.isEmpty() ? tr("The body") : name));
 }
 
 void BodiesController::add(const Command& command) {

@@ -26,6 +26,7 @@ class BodiesController : public QObject {
 
     /// A new body with its top at a point of the section.
     void add_body_here(double distance, double elevation);
+    void delete_current();
 
   private:
     /// A command returns true when it changed the model.

@@ -52,7 +52,7 @@ void CalculationWatch::ended() {
 
 void CalculationWatch::show() {
     shown_ = guards_.calculating = true;
-    parts_.status.show_text(QObject::tr("Calculating. Esc stops it"));
+    parts_.status.show_work(QObject::tr("Calculating. Esc stops it"));
     busy_->follow(true);
 }
 

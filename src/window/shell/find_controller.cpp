@@ -77,6 +77,7 @@ void FindController::open() {
     pages_.show_model();
     if (!workbench_.view.on_page) return;  // a box of the other page must be put right first
     parts_.page.show_side(panel_);
+    parts_.charts.allow_hint(false);
     panel_changed();
     panel_->take_focus();
 }
@@ -90,6 +91,7 @@ void FindController::close() {
     wanted_ = -1;
     desk_.forget();
     parts_.page.show_side(nullptr);
+    parts_.charts.allow_hint(true);
 }
 
 void FindController::preview(int index) {
@@ -134,7 +136,7 @@ void FindController::run_changed() {
     serve_run(searching, workbench_.session.prompts, *busy_);
     panel_changed();  // what was switched off is on again
     if (searching) {
-        parts_.status.show_text(tr("Looking for bodies. Esc keeps what was found"));
+        parts_.status.show_work(tr("Looking for bodies. Esc keeps what was found"));
         return;
     }
     wanted_ = desk_.state().models.empty() ? -1 : 0;

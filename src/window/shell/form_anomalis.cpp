@@ -1,5 +1,7 @@
 #include "window/shell/form_anomalis.h"
 
+#include <algorithm>
+
 #include <QCloseEvent>
 #include <QMimeData>
 #include <QPushButton>
@@ -8,6 +10,7 @@
 #include "edit/change.h"
 #include "flow/new_line_choice.h"
 #include "flow/recent_files.h"
+#include "show/page_layout.h"
 #include "window/help/help_controller.h"
 #include "window/import/import_controller.h"
 #include "window/panels/chart_file_dialogs.h"
@@ -44,6 +47,7 @@
 #include "window/shell/uncertainty_controller.h"
 #include "window/shell/view_controller.h"
 #include "window/shell/watch_controller.h"
+#include "window/shell/window_place.h"
 #include "window/widgets/entry_box.h"
 
 namespace anomalis::window {
@@ -52,6 +56,8 @@ namespace {
 
 constexpr double twips_a_pixel = 15;
 constexpr QSize designed_size{1280, 800};
+const char* const place_key = "FormPlace";
+const char* const splitters_key = "Splitters";
 
 std::string dropped_path(const QMimeData& data) {
     for (const QUrl& url : data.urls())
@@ -74,7 +80,8 @@ Form_anomalis::Form_anomalis(Session& session, const std::vector<flow::ExampleFi
       model_page_(new ModelPage(charts_, side_, examples)),
       status_(new StatusPanels(this)),
       actions_(new Actions(*this, workbench_, guards_, gate_, static_cast<int>(examples.size()))),
-      menus_(new Menus(*this, *actions_, workbench_)) {
+      menus_(new Menus(*this, *actions_, workbench_)),
+      placer_(new WindowPlacer(*this)) {
     lay_out();
     gate_.add_editor([this] { status_->begin_action(); });
     gate_.add_editor([this] { charts_->view().hand().finish(); });
@@ -111,7 +118,6 @@ void Form_anomalis::lay_out() {
     tabs_->addTab(model_page_, tr("Current Model"));
     setCentralWidget(tabs_);
     setStatusBar(status_);
-    resize(designed_size);
 }
 
 void Form_anomalis::make_controllers(const std::vector<flow::ExampleFile>& examples) {
@@ -134,7 +140,7 @@ void Form_anomalis::make_controllers(const std::vector<flow::ExampleFile>& examp
     new FormSizes(*this, session_.settings);
     actions_->on(ActionId::leave, [this] { close(); });
     formulas_ = new FormulasController(this, workbench_, *actions_, gate_, guards_, news_, *status_);
-    recovery_ = new RecoveryController(this, workbench_, guards_, *open_, *status_);
+    recovery_ = new RecoveryController(*this, workbench_, guards_, *actions_, *menus_, *open_, *status_);
     preferences_ = new PreferencesController(*this, workbench_, *actions_, news_, *recovery_);
     watch_ = new WatchController(*this, workbench_, guards_, *recovery_, *status_);
     inversion_ = new FormInversion({*this, *tabs_, *charts_, *side_, *status_}, workbench_, *actions_, gate_,
@@ -160,6 +166,8 @@ void Form_anomalis::wire_panels() {
     connect(side_, &ModelSide::text_refused, status_, &StatusPanels::show_refused);
     connect(side_, &ModelSide::body_wanted, this,
             [this](int number) { charts_->view().select_body(number); });
+    connect(charts_, &ChartsPanel::find_wanted, &actions_->action(ActionId::find_bodies), &QAction::trigger);
+    connect(charts_, &ChartsPanel::add_wanted, &actions_->action(ActionId::add_body), &QAction::trigger);
     connect(charts_, &ChartsPanel::pointer_moved, status_, &StatusPanels::show_pointer);
     connect(charts_, &ChartsPanel::calculation_left, status_, [this] {
         status_->show_text(
@@ -197,7 +205,7 @@ void Form_anomalis::follow(WhatChanged what) {
     save_->follow();
     if (what & News::file) watch_->follow();
     if (what & News::recent_files) menus_->refresh();
-    if (what & ~(News::parameters | News::calculated)) actions_->refresh();
+    if (what != WhatChanged(News::calculated)) actions_->refresh();
 }
 
 void Form_anomalis::start() {
@@ -210,15 +218,25 @@ void Form_anomalis::start() {
     edit::start_history(workbench_);
     workbench_.recent_files = flow::read_recent_files(session_.settings, recent_files_section);
     begin_anew(workbench_, news_, News::line | News::file | News::recent_files);
-    restore_size(settings);
+    restore_place(settings);
 }
 
 /// The tab control fills the window, so its stored width is the window's.
-void Form_anomalis::restore_size(const StartSettings& settings) {
-    if (!settings.form_size) return;
+void Form_anomalis::restore_place(const StartSettings& settings) {
     const SuspendEvents suspend(guards_);
-    resize(static_cast<int>(settings.form_size->width / twips_a_pixel),
-           static_cast<int>(settings.form_size->height / twips_a_pixel));
+    QSize size = designed_size;
+    const auto pixels = [](double twips) {
+        return static_cast<int>(std::min(twips / twips_a_pixel, double{QWIDGETSIZE_MAX}));
+    };
+    if (settings.form_size) size = {pixels(settings.form_size->width), pixels(settings.form_size->height)};
+    placer_->open(size, place_of_text(session_.settings.get(settings_section, place_key)));
+    workbench_.view.pane_fractions =
+        show::places_of_text(session_.settings.get(settings_section, splitters_key));
+}
+
+void Form_anomalis::keep_place() {
+    session_.settings.set(settings_section, place_key, place_text(placer_->place()));
+    session_.settings.set(settings_section, splitters_key, show::places_text(workbench_.view.pane_fractions));
 }
 
 flow::WindowLayout Form_anomalis::window_layout() const {
@@ -242,11 +260,12 @@ void Form_anomalis::closeEvent(QCloseEvent* event) {
         !calculation_->may_close())
         return event->ignore();
     gate_.settle();
-    recovery_->finish();
+    if (!recovery_->leave()) return event->ignore();
     const auto [intensity, inclination, declination] = definitions_page_->field().texts();
-    const flow::WindowLayout layout = window_layout();
-    session_.save_at_exit(
-        {intensity, inclination, declination, layout.tab_width, layout.window_height, layout.show_axes});
+    const QSize size = placer_->size();
+    session_.save_at_exit({intensity, inclination, declination, size.width() * twips_a_pixel,
+                           size.height() * twips_a_pixel, workbench_.view.show_axes});
+    keep_place();
     QMainWindow::closeEvent(event);
 }
 

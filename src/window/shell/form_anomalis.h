@@ -40,6 +40,7 @@ class SaveController;
 class StatusPanels;
 class UncertaintyController;
 class WatchController;
+class WindowPlacer;
 
 /// The main window: two tabs, menus and status bar, and the controllers that join them to the flows. It
 /// composes them, says who hears the news in which order, and holds no arithmetic.
@@ -84,7 +85,8 @@ class Form_anomalis : public QMainWindow, public chart::ChartDialogsHost {
     void make_controllers(const std::vector<flow::ExampleFile>& examples);
     void wire_panels();
     void start();
-    void restore_size(const StartSettings& settings);
+    void restore_place(const StartSettings& settings);
+    void keep_place();
     void follow(WhatChanged what);
     flow::WindowLayout window_layout() const;
 
@@ -102,6 +104,7 @@ class Form_anomalis : public QMainWindow, public chart::ChartDialogsHost {
     StatusPanels* status_;
     Actions* actions_;
     Menus* menus_;
+    WindowPlacer* placer_;
     std::unique_ptr<CalculationWatch> calculation_;
     PageController* pages_ = nullptr;
     LineController* line_ = nullptr;

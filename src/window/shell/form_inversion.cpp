@@ -74,6 +74,7 @@ void FormInversion::wire_actions() {
     actions_.on(ActionId::stop_inversion, [this] { stop(); });
     actions_.on(ActionId::restore_best, [this] { desk_.command_restore_best(); });
     actions_.on(ActionId::reject_changes, [this] { desk_.command_reject_changes(); });
+    actions_.only_if(ActionId::reject_changes, [this] { return desk_.panel().reject_changes_enabled; });
 }
 
 void FormInversion::wire_panel() {

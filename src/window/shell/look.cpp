@@ -61,6 +61,14 @@ const char* const style_rules = R"(
     QPushButton[chief="true"]:pressed { background: palette(text); color: palette(base); }
     QPushButton[chief="true"]:disabled { background: palette(midlight); color: palette(text);
         border-color: palette(midlight); }
+    QPushButton[tab="true"] { background: transparent; color: palette(text); border: none;
+        border-bottom: 2px solid palette(midlight); padding: 5px 4px 4px 4px; }
+    QPushButton[tab="true"]:checked { border-bottom-color: palette(highlight); font-weight: 600; }
+    QPushButton[tab="true"]:hover:!checked { border-bottom-color: palette(mid); }
+    QPushButton[tab="true"]:focus { background: palette(midlight); }
+    QPushButton[link="true"] { background: transparent; color: palette(link); border: none; padding: 0px 4px;
+        text-decoration: underline; }
+    QPushButton[link="true"]:focus { background: palette(midlight); }
     QToolTip { padding: 3px; }
     QStatusBar::item { border: none; }
 )";

@@ -22,7 +22,6 @@ Menus::Menus(QMainWindow& window, Actions& actions, const edit::Workbench& workb
                 if (!menu) bar_.emplace_back(open.back(), item.when);
                 break;
             case MenuItem::Kind::close:
-                menu->menuAction()->setVisible(!menu->isEmpty());  // there may be no examples
                 open.pop_back();
                 break;
             case MenuItem::Kind::entry:
@@ -49,17 +48,20 @@ QMenu* Menus::open_menu(QMainWindow& window, QMenu* above, const MenuItem& item)
 
 void Menus::add_entries(QMenu& menu, ActionId id) {
     const bool family = action_row(id).family != Family::single;
+    if (family && menu.isEmpty()) family_menus_.emplace_back(&menu, id);
     if (family && !menu.isEmpty()) lines_above_families_.emplace_back(menu.actions().constLast(), id);
     for (QAction* action : actions_.family(id)) menu.addAction(action);
 }
 
 void Menus::refresh() {
     for (const auto& [menu, when] : bar_) menu->menuAction()->setVisible(holds(when, workbench_));
-    for (const auto& [line, id] : lines_above_families_) {
+    // There may be no examples, no kept models, no recent files.
+    const auto any_shown = [this](ActionId id) {
         const auto& family = actions_.family(id);
-        line->setVisible(
-            std::any_of(family.begin(), family.end(), [](QAction* a) { return a->isVisible(); }));
-    }
+        return std::any_of(family.begin(), family.end(), [](QAction* a) { return a->isVisible(); });
+    };
+    for (const auto& [line, id] : lines_above_families_) line->setVisible(any_shown(id));
+    for (const auto& [menu, id] : family_menus_) menu->menuAction()->setVisible(any_shown(id));
 }
 
 }  // namespace anomalis::window

@@ -40,6 +40,7 @@ class Menus : public QObject {
     const edit::Workbench& workbench_;
     std::vector<std::pair<QMenu*, When>> bar_;
     std::vector<std::pair<QAction*, ActionId>> lines_above_families_;
+    std::vector<std::pair<QMenu*, ActionId>> family_menus_;  ///< of nothing else
 };
 
 }  // namespace anomalis::window

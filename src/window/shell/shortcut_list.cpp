@@ -40,7 +40,6 @@ constexpr std::array control_keys{
     ControlKeys{"", "Ctrl + arrow key", "Move the window by a tenth"},
     ControlKeys{"", "Shift while dragging", "A handle goes a tenth of the way"},
     ControlKeys{"", "Esc", "Put back the body that is being dragged"},
-    ControlKeys{"", "Delete", "Delete the current body"},
     ControlKeys{"A bar that has the focus", "← ↓ −", "One step less"},
     ControlKeys{"", "→ ↑ +", "One step more"},
     ControlKeys{"", "Shift + arrow key", "One fine step"},

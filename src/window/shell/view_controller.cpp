@@ -41,6 +41,9 @@ ViewController::ViewController(QObject* parent, edit::Workbench& workbench, Acti
     actions.on(ActionId::add_body_here, [this, &bodies] {
         if (menu_place_) bodies.add_body_here(menu_place_->x, menu_place_->y);
     });
+    actions.on(ActionId::delete_shown, [this, &bodies] {
+        if (!curves_have_focus()) bodies.delete_current();
+    });
     connect(&charts_, &ChartsPanel::delete_wanted, this,
             [this] { actions_.action(ActionId::delete_current).trigger(); });
     add_chart_entries();
@@ -58,6 +61,13 @@ void ViewController::add_chart_entries() {
 void ViewController::section_menu_opens(float x, float y) {
     menu_place_ = show::place_under(charts_.chart_widget(edit::chart_section).chart(), x, y);
     actions_.action(ActionId::add_body_here).setEnabled(menu_place_ && !guards_.closed());
+}
+
+/// There is no body to be seen in the charts of the curves.
+bool ViewController::curves_have_focus() const {
+    for (int i = 0; i < edit::profile_chart_count; ++i)
+        if (charts_.chart_widget(i).hasFocus()) return true;
+    return false;
 }
 
 void ViewController::step_body(int by) {

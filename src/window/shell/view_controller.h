@@ -28,6 +28,7 @@ class ViewController : public QObject {
 
   private:
     void add_chart_entries();
+    bool curves_have_focus() const;
     void step_body(int by);
     void toggle_axes();
     void toggle_regional();
