@@ -1,6 +1,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <ctime>
 #include <filesystem>
 #include <string>
 #include <string_view>
@@ -8,6 +9,7 @@
 #include "core/paths.h"
 #include "edit/change.h"
 #include "edit/workbench.h"
+#include "flow/kept_models.h"
 #include "flow/program_folder.h"
 #include "flow/recovery.h"
 #include "fuzz_support.h"
@@ -19,7 +21,9 @@ namespace {
 
 using namespace anomalis;
 
-constexpr std::array<const char*, 3> answers{"Bring back", "Discard", "Not now"};
+/// What the person does with the model that is offered.
+enum class Choice { take, discard, leave };
+constexpr std::array choices{Choice::take, Choice::discard, Choice::leave};
 
 /// A folder as a program that crashed leaves it, with this model in it.
 std::string leave_folder(const TempFolder& folder, std::string_view model) {
@@ -39,12 +43,12 @@ void empty(const TempFolder& folder) {
 
 }  // namespace
 
-/// Whatever a crash left, the next start asks once, does what it is told, and loses nothing that it was not
-/// told to: the first byte is the answer, the rest the file that was kept.
+/// Whatever a crash left, the next start offers it, does what it is told, and loses nothing that it was not
+/// told to: the first byte is the choice, the rest the file that was kept.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static const TempFolder folder;
     ByteSource source(data, size);
-    const std::string answer = answers.at(source.byte() % answers.size());
+    const Choice choice = choices.at(source.byte() % choices.size());
     const std::string_view model = source.rest();
     const std::string file = leave_folder(folder, model);
 
@@ -54,23 +58,25 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     edit::Workbench workbench(session);
     edit::start_history(workbench);
     const std::string before = workspace_file::model_parameters_text(0, session.workspace);
-    prompts.chosen = {answer};
     flow::RecoveryKeeper keeper(folder.folder());
-    const bool brought_back = flow::offer_recovery(workbench, keeper);
-
-    require(prompts.choices.size() == 1);
-    require(!brought_back || answer == "Bring back");
-    if (brought_back) {
-        require(workbench.unsaved && !file_exists(keeper.file()).empty() && file_exists(file).empty());
-        require(session.workspace.body_count >= 0 &&
-                session.workspace.body_count <= session.workspace.body_capacity);
-    } else {
-        require(workspace_file::model_parameters_text(0, session.workspace) == before);
-        require(file_exists(file).empty() == (answer == "Discard"));
-        // Why it was not brought back is told.
-        require(answer != "Bring back" || !prompts.messages.empty());
+    {
+        flow::KeptModels kept(folder.folder(), std::time(nullptr));
+        require(kept.list().size() == 1);
+        require(!flow::kept_model_words(kept.list()[0]).empty());
+        const bool taken = choice == Choice::take && kept.take(0, workbench, keeper);
+        if (taken) {
+            require(workbench.unsaved && !file_exists(keeper.file()).empty() && file_exists(file).empty());
+            require(session.workspace.body_count >= 0 &&
+                    session.workspace.body_count <= session.workspace.body_capacity);
+        } else {
+            require(workspace_file::model_parameters_text(0, session.workspace) == before);
+            // Why it was not brought back is told.
+            require(choice != Choice::take || !prompts.messages.empty());
+        }
+        if (choice == Choice::discard) require(kept.discard(0, prompts));
+        require(file_exists(file).empty() == (taken || choice == Choice::discard));
     }
-    keeper.finish();
+    keeper.finish(workbench);
     empty(folder);
     return 0;
 }

@@ -217,10 +217,6 @@ void ModelView::update_graph_display() {
     hand_.show();
 }
 
-edit::ShownWindow ModelView::shown_window() {
-    return edit::shown_window(workbench_.view, charts_.hand_zoom());
-}
-
 void ModelView::update_section_or_plan_view(bool show_plan) {
     Session& session = workbench_.session;
     report_failure(session.prompts, "An error occurred while updating the section/plan view: ", [&] {
@@ -240,29 +236,6 @@ void ModelView::set_plain(bool plain) {
     workbench_.view.show_plan ? display_plan_view() : display_maginv_model(edit::chart_section);
 }
 
-void ModelView::choose_zoom_factor(int list_index) {
-    Session& session = workbench_.session;
-    // What stood in the middle by hand stays there.
-    const edit::HandZoom hand = charts_.hand_zoom();
-    edit::ViewState& view = workbench_.view;
-    if (hand.factor > 1) view.window_centre += static_cast<float>((hand.centre - 0.5) * view.window_span);
-    edit::choose_zoom(session.workspace, workbench_.view,
-                      zoom_factors.at(static_cast<std::size_t>(list_index)), session.prompts);
-    update_graph_display();
-    host_.show_window(shown_window());
-}
-
-void ModelView::pan_to(int pan) {
-    const edit::HandZoom hand = charts_.hand_zoom();
-    if (hand.factor > 1) {
-        pan_by_hand(hand, pan);
-    } else {
-        edit::pan_window(workbench_.view, pan);
-        update_graph_display();
-    }
-    host_.show_window(shown_window());
-}
-
 void ModelView::pan_by_hand(const edit::HandZoom& hand, int pan) {
     Session& session = workbench_.session;
     if (!edit::line_loaded(session.workspace)) return;
@@ -280,34 +253,6 @@ void ModelView::refresh_plan() {
     Faults faults;
     draw_shown([&](const Workspace& model) { charts_.refresh_plan(model, workbench_.view, faults); });
     show_faults(faults, session.prompts);
-}
-
-void ModelView::redraw_after_step(int chart) {
-    chart::AX_Grapher& stepped = charts_.chart(chart);
-    const chart::ZoomValues zoom = stepped.CurrentZoom();
-    stepped.SetZoomValues(zoom.zoom_x, zoom.centre_x, 1, 0.5);
-    display_maginv_model(chart);
-}
-
-void ModelView::step_zoom(int chart, int direction) {
-    if (!edit::line_loaded(workbench_.session.workspace)) return;
-    edit::step_vertical_zoom(workbench_.view, chart, direction);
-    redraw_after_step(chart);
-}
-
-void ModelView::step_pan(int chart, int direction) {
-    if (!edit::line_loaded(workbench_.session.workspace)) return;
-    edit::step_vertical_pan(workbench_.view, chart, direction);
-    redraw_after_step(chart);
-}
-
-void ModelView::reset_graph_scale() {
-    Session& session = workbench_.session;
-    edit::reset_view(session.workspace, workbench_.view, session.prompts);
-    for (int i = 0; i < edit::model_chart_count; ++i) charts_.chart(i).clear_zoom_values();
-    charts_.plan().clear_zoom_values();
-    display_model();
-    host_.show_window(shown_window());
 }
 
 void ModelView::select_body(int number) {

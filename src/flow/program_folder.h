@@ -16,8 +16,8 @@ namespace anomalis::flow {
 /// The folder of all of them; "" when the user has no home.
 std::string recovery_root();
 
-/// The folder of one running program below a root that all share. It is named after the process, bears a mark,
-/// and is claimed as long as the program lives: what nobody claims is what a crash left.
+/// The folder of one running program below a root that all share. It is named after the process, bears a
+/// mark, and is claimed as long as the program lives: what nobody claims is what a crash left.
 class ProgramFolder {
   public:
     /// Makes the folders that are missing. Raises what the system says.

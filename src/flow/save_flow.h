@@ -31,7 +31,8 @@ enum class SaveOutcome {
 /// old ones without a question, unless somebody else wrote them since they were saved here, and their failure
 /// is told and leaves the save a success. Curves and positions are brought up to date first, so that a second
 /// save gives the same bytes. A file that somebody else wrote since it was read or saved here, and one that
-/// cannot be replaced safely, are asked about: "Save as..." goes on with the dialog. The current folder stays.
+/// cannot be replaced safely, are asked about: "Save as..." goes on with the dialog. The current folder
+/// stays.
 SaveOutcome save_model(SaveMode mode, edit::Workbench& workbench, const WindowLayout& layout);
 
 /// The button's save: to the model's own file, then the model counts as unchanged, unless nothing was saved.

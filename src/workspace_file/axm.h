@@ -36,10 +36,10 @@ enum class Damaged {
 /// Reads a workspace file. Mode 0: everything; below 0: definitions and display block; above 0: the bodies
 /// alone. `settings` holds the body defaults that an old file does not overrule. The data file is looked for
 /// from the folder of the workspace file, then in the current one; where the current one matters a remark
-/// says so. One that is nowhere is asked for. The stations are dropped. Numbers that are missing, no numbers or
-/// too many are told with line and text; what the format takes for them stands.
-/// Returns 0, or -1 after a failure, which was shown with its line; a file of another kind is told as such
-/// and never read to its end. In modes 0 and below a success sets `model_file` and its date.
+/// says so. One that is nowhere is asked for. The stations are dropped. Numbers that are missing, no numbers
+/// or too many are told with line and text; what the format takes for them stands. Returns 0, or -1 after a
+/// failure, which was shown with its line; a file of another kind is told as such and never read to its end.
+/// In modes 0 and below a success sets `model_file` and its date.
 int read_model_parameters(int mode, Workspace& workspace, const std::string& path, const Settings& settings,
                           Prompts& prompts, Damaged damaged = Damaged::refused);
 /// The same from a text in memory; `path` is the file that it stands for.

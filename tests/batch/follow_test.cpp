@@ -126,7 +126,8 @@ TEST(Follow, several_lines_give_the_strike_with_its_error_and_every_output_has_i
         const json dump = batch({"dump", lines.out + "/" + name}).json();
         EXPECT_NEAR(dump["bodies"][0]["params"]["strike"]["value"].get<double>(),
                     found["strike_deg"].get<double>(), 1e-3);
-        EXPECT_NE(dump["last_fit"]["remarks"].dump().find("The strike of body 1 is"), std::string::npos) << name;
+        EXPECT_NE(dump["last_fit"]["remarks"].dump().find("The strike of body 1 is"), std::string::npos)
+            << name;
         EXPECT_NE(batch({"info", lines.out + "/" + name}).out.find("Last fit"), std::string::npos);
     }
     EXPECT_NE(followed.run.out.find("Strike of body 1: "), std::string::npos) << followed.run.out;

@@ -88,8 +88,9 @@ TEST(Export, bodies_are_listed_without_a_line) {
         EXPECT_NE(files.folder.read("m.csv").find("\r\n,,,50.000,0.000,0.000,100.000,"), std::string::npos)
             << files.folder.read("m.csv");
         EXPECT_NE(files.folder.read("m.csv").find(", *,Sheet\r\n"), std::string::npos);
-        EXPECT_NE(files.folder.read("c.csv").find("\n1,Sheet,Thick Sheet,1,463.7,50.0,0.0,-50.0,0.0,,100.0,"),
-                  std::string::npos)
+        EXPECT_NE(
+            files.folder.read("c.csv").find("\n1,Sheet,Thick Sheet,1,463.7,50.0,0.0,0.0,0.0,-50.0,,,100.0,"),
+            std::string::npos)
             << files.folder.read("c.csv");
         EXPECT_EQ(batch({"export", model, "--model-table", path("m.csv"), "--mesh", path("m.msh")}).status,
                   1);

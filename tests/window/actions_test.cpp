@@ -14,7 +14,6 @@
 #include "window/form_tests.h"
 #include "window/modelled_form.h"
 #include "window/panels/charts_panel.h"
-#include "window/panels/status_panels.h"
 #include "window/shell/action_table.h"
 #include "window/shell/menu_tree.h"
 #include "window/shell/shortcut_list.h"
@@ -34,8 +33,6 @@ class ActionsTest : public QObject {
     void entries_follow_the_model_data();
     void entries_follow_the_model();
     void delete_takes_the_current_body_away_on_its_page_but_not_in_a_box();
-    void texts_of_the_status_line_go_after_their_time_and_with_the_next_action();
-    void a_link_behind_a_text_goes_with_it();
     void undo_is_named_while_its_menu_is_open();
     void help_lists_every_key();
     void capitals_are_alike_everywhere();
@@ -168,58 +165,6 @@ void ActionsTest::delete_takes_the_current_body_away_on_its_page_but_not_in_a_bo
     sample.choose_tab(0);
     QTest::keyClick(&sample.find<QWidget>("Combo_smooth_filter_type"), Qt::Key_Delete);
     QCOMPARE(sample.workspace().body_count, 2);
-}
-
-void ActionsTest::texts_of_the_status_line_go_after_their_time_and_with_the_next_action() {
-    Modelled sample;
-    auto& status = sample.find<StatusPanels>("StatusBar");
-    auto& timer = sample.find<QTimer>("Timer_status");
-    QCOMPARE(timer.interval(), 10'000);
-    const auto let_it_pass = [&] {
-        QVERIFY(timer.isActive() && timer.isSingleShot());
-        timer.start(0);
-        QTest::qWait(5);
-        timer.setInterval(10'000);
-    };
-    status.show_text("told");
-    QCOMPARE(sample.status(1), QString("told"));
-    let_it_pass();
-    QCOMPARE(sample.status(1), QString());
-    status.show_refused("Top", "x", "the value stays");
-    let_it_pass();
-    QCOMPARE(sample.status(1), QString());
-    status.show_text("told");
-    QVERIFY2(sample.status(1) == "told", "what was refused has gone with its text");
-
-    for (const char* action : {"menu_highlight_on", "menu_set_demag_flags_0"}) {
-        status.show_text("told");
-        QTest::qWait(1);
-        sample.trigger(action);
-        QCOMPARE(sample.status(1), QString());
-    }
-    status.show_text("told");
-    QTest::qWait(1);
-    QTest::mouseClick(&sample.half("HScroll_dip_0", 1), Qt::LeftButton);
-    QCOMPARE(sample.status(1), QString());
-
-    status.show_work("Calculating");
-    QVERIFY2(!timer.isActive(), "work is told as long as it lasts");
-}
-
-void ActionsTest::a_link_behind_a_text_goes_with_it() {
-    Modelled sample;
-    auto& status = sample.find<StatusPanels>("StatusBar");
-    auto& link = sample.find<QPushButton>("StatusBar_link");
-    int followed = 0;
-    QVERIFY(!link.isVisible());
-    status.show_text("Saved");
-    status.show_link("Show in folder", [&] { ++followed; });
-    QVERIFY(link.isVisible());
-    QCOMPARE(link.text(), QString("Show in folder"));
-    link.click();
-    QCOMPARE(followed, 1);
-    status.show_text("Something else");
-    QVERIFY(!link.isVisible());
 }
 
 void ActionsTest::marks_show_what_is_in_force() {

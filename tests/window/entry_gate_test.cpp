@@ -200,7 +200,9 @@ void EntryGateTest::no_action_runs_before_any_open_editor_is_settled() {
         });
     int walked = 0;
     for (const ActionRow& row : action_rows()) {
-        if (row.when == When::running || actions.family(row.id).empty()) continue;
+        // Help leaves what is half typed as it is.
+        if (row.when == When::running || row.when == When::any_time || actions.family(row.id).empty())
+            continue;
         QAction& action = actions.action(row.id);
         kind.open(sample, QString::number(++typed));
         action.setEnabled(true);

@@ -155,7 +155,8 @@ void FieldFormTest::a_known_system_shows_longitude_and_latitude_of_the_pointer()
     auto& panel = sample.find<QLabel>("StatusBar_geographic");
     sample.choose_tab(1);
     QVERIFY(!panel.isVisible());
-    show::PointerPanels pointer{"Plan View", "1", "2", "3", "4", "141.00000 E, 27.10000 S"};
+    show::PointerPanels pointer{"Plan View", "1", "2", "3", "4"};
+    pointer.geographic = "141.00000 E, 27.10000 S";
     sample.find<StatusPanels>("StatusBar").show_pointer(pointer);
     QVERIFY(panel.isVisible());
     QCOMPARE(panel.text(), QString("141.00000 E, 27.10000 S"));

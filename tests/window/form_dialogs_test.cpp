@@ -1,27 +1,19 @@
 #include <functional>
 
 #include <QApplication>
-#include <QCheckBox>
 #include <QClipboard>
-#include <QComboBox>
 #include <QDialog>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScreen>
-#include <QSpinBox>
 #include <QTimer>
 
-#include "chart/qt/picture.h"
 #include "core/paths.h"
-#include "core/threads.h"
 #include "diagnostics/qt/form_find_file.h"
-#include "flow/new_line_choice.h"
 #include "transform/qt/form_define_point_transform.h"
 #include "window/form_sample.h"
 #include "window/form_tests.h"
-#include "window/panels/charts_panel.h"
-#include "window/shell/form_preferences.h"
-#include "window/shell/look.h"
+#include "window/modal_forms.h"
 
 namespace anomalis::window {
 
@@ -40,28 +32,9 @@ class FormDialogsTest : public QObject {
     void forms_open_at_the_size_they_were_given();
     void the_report_is_shown_copied_and_searched();
     void every_control_of_the_forms_explains_itself();
-    void preferences_work_at_once_and_cancel_puts_them_back();
-    void preferences_are_kept_and_their_defaults_come_back();
-    void the_legend_is_a_matter_of_the_view_menu_too();
-    void charts_follow_a_dark_desktop_and_pictures_stay_on_white();
 };
 
 namespace {
-
-/// Presses a button of the window whose modal form `act` then drives, and closes the form when that is left
-/// to it.
-void drive(const std::function<void()>& open, const std::function<void(QDialog&)>& act) {
-    bool seen = false;
-    QTimer::singleShot(0, qApp, [&] {
-        auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-        if (!dialog) return;
-        seen = true;
-        act(*dialog);
-        if (dialog->isVisible()) dialog->reject();
-    });
-    open();
-    QVERIFY(seen);
-}
 
 struct Dialogs : FormSample {
     void transform(const std::function<void(QDialog&)>& act) {
@@ -73,16 +46,6 @@ struct Dialogs : FormSample {
     PointTransform& record() { return session.workspace.transform; }
     TempFolder folder;
 };
-
-void spin(QDialog& dialog, const char* name, int value) {
-    dialog.findChild<QSpinBox*>(name)->setValue(value);
-}
-
-void press(QDialog& dialog, const char* name) {
-    auto* button = dialog.findChild<QPushButton*>(name);
-    QVERIFY2(button, name);
-    button->click();
-}
 
 void type(QDialog& dialog, const char* name, const char* words) {
     auto* box = dialog.findChild<QLineEdit*>(name);
@@ -318,105 +281,6 @@ void FormDialogsTest::every_control_of_the_forms_explains_itself() {
     sample.transform(check);
     drive([&] { sample.find<QAction>("menu_find_file").trigger(); }, check);
     sample.preferences(check);
-}
-
-void FormDialogsTest::preferences_work_at_once_and_cancel_puts_them_back() {
-    Dialogs sample;
-    sample.form->open_file(write_workspace(sample.folder));
-    const Preferences before = sample.session.preferences;
-    auto& timer = sample.find<QTimer>("Timer_recovery");
-    const int all = thread_count();
-    sample.preferences([&](QDialog& dialog) {
-        spin(dialog, "Spin_width_calculated", 5);
-        QCOMPARE(sample.session.preferences.calculated.width, 5);
-        spin(dialog, "Spin_autosave", 120);
-        QCOMPARE(timer.interval(), 120'000);
-        spin(dialog, "Spin_threads", all + 3);
-        QCOMPARE(thread_count(), all + 3);
-        dialog.findChild<QCheckBox*>("Check_legend")->click();
-        QVERIFY(sample.form->charts().chart_widget(edit::chart_mag).chart().DisplayLegend());
-        auto& form = dynamic_cast<Form_preferences&>(dialog);
-        form.set_ask_colour([](std::int32_t colour) { return colour == 0 ? 0x0000FF : 0; });
-        press(dialog, "Command_colour_observed");
-        QCOMPARE(sample.session.preferences.observed.colour, 0x0000FF);
-        form.set_ask_colour([](std::int32_t) { return std::nullopt; });
-        press(dialog, "Command_colour_observed");
-        QCOMPARE(sample.session.preferences.observed.colour, 0x0000FF);
-        dialog.findChild<QComboBox*>("Combo_susceptibility_unit")->setCurrentIndex(1);
-        QVERIFY(sample.session.preferences.susceptibility_unit == SusceptibilityUnit::si);
-        dialog.findChild<QComboBox*>("Combo_new_line_formulas")->setCurrentIndex(1);
-        press(dialog, "Command_cancel_preferences");
-    });
-    QVERIFY(sample.session.preferences == before);
-    QVERIFY(read_preferences(sample.session.settings) == before);
-    QVERIFY(flow::formulas_of_new_line(sample.session.settings) == Formulas::exact);
-    QCOMPARE(timer.interval(), 60'000);
-    QCOMPARE(thread_count(), all);
-    QVERIFY(!sample.form->charts().chart_widget(edit::chart_mag).chart().DisplayLegend());
-}
-
-void FormDialogsTest::preferences_are_kept_and_their_defaults_come_back() {
-    Dialogs sample;
-    sample.preferences([](QDialog& dialog) {
-        spin(dialog, "Spin_width_observed", 3);
-        spin(dialog, "Spin_autosave", 5);
-        dialog.findChild<QComboBox*>("Combo_new_line_formulas")->setCurrentIndex(1);
-        press(dialog, "Command_keep_preferences");
-    });
-    Preferences wanted;
-    wanted.observed.width = 3;
-    wanted.autosave_seconds = 10;  // not below
-    QVERIFY(read_preferences(sample.session.settings) == wanted);
-    QVERIFY(flow::formulas_of_new_line(sample.session.settings) == Formulas::classic);
-    QVERIFY(sample.session.workspace.formulas == Formulas::classic);
-    sample.preferences([](QDialog& dialog) {
-        press(dialog, "Command_default_preferences");
-        press(dialog, "Command_keep_preferences");
-    });
-    QVERIFY(read_preferences(sample.session.settings) == Preferences());
-    QVERIFY(flow::formulas_of_new_line(sample.session.settings) == Formulas::exact);
-}
-
-void FormDialogsTest::the_legend_is_a_matter_of_the_view_menu_too() {
-    Dialogs sample;
-    sample.form->open_file(write_workspace(sample.folder));
-    auto& legend = sample.find<QAction>("menu_display_legend");
-    QVERIFY(!legend.isChecked());
-    legend.trigger();
-    QVERIFY(legend.isChecked());
-    QVERIFY(sample.form->charts().chart_widget(edit::chart_mag).chart().DisplayLegend());
-    QVERIFY(read_preferences(sample.session.settings).legend);
-}
-
-void FormDialogsTest::charts_follow_a_dark_desktop_and_pictures_stay_on_white() {
-    const QPalette before = QApplication::palette();
-    Dialogs sample;
-    sample.form->open_file(write_workspace(sample.folder));
-    chart::GrapherWidget& widget = sample.form->charts().chart_widget(edit::chart_mag);
-    const auto corner = [&] { return widget.grab().toImage().pixelColor(1, 1); };
-    const auto picture_corner = [&] {
-        const std::string png = chart::chart_bytes(chart::PictureFormat::png, widget.chart());
-        return QImage::fromData(QByteArray(png.data(), static_cast<int>(png.size()))).pixelColor(1, 1);
-    };
-    QCOMPARE(corner(), QColor(Qt::white));
-    const auto turn = [](const QPalette& desktop) {
-        QApplication::setPalette(desktop);
-        apply_look(*static_cast<QApplication*>(QCoreApplication::instance()));
-        QCoreApplication::processEvents();
-    };
-    turn(look_palette(true));
-    QCOMPARE(corner(), look_palette(true).color(QPalette::Base));
-    QCOMPARE(picture_corner(), QColor(Qt::white));
-    sample.preferences([&](QDialog& dialog) {
-        auto* dark = dialog.findChild<QCheckBox*>("Check_dark_charts");
-        QVERIFY(dark->isChecked());
-        dark->click();
-        QCOMPARE(corner(), QColor(Qt::white));
-        press(dialog, "Command_cancel_preferences");
-    });
-    QCOMPARE(corner(), look_palette(true).color(QPalette::Base));
-    turn(before);
-    QCOMPARE(corner(), QColor(Qt::white));
 }
 
 QObject* make_form_dialogs_test() {

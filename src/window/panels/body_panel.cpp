@@ -12,8 +12,8 @@
 
 #include "edit/body_form.h"
 #include "edit/workbench.h"
-#include "window/widgets/entry_box.h"
 #include "window/shell/look.h"
+#include "window/widgets/entry_box.h"
 #include "window/widgets/panel.h"
 #include "window/widgets/stepper_bar.h"
 

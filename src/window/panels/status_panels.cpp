@@ -34,10 +34,10 @@ constexpr std::size_t value_panel = 3, north_panel = 5;  // of the plans
 constexpr std::array<PanelPlan, 7> plans{
     {{"", "", "What happened last; a click shows the report of the load"},
      {"", "Model (Vertical stretch 00.00)", "The chart under the pointer"},
-     {"X", "0000000.00", "Distance along the profile under the pointer, m", "m"},
+     {"X", "000000.00", "Distance along the profile under the pointer, m", "m"},
      {"Y", "-000000.00", "Value under the pointer, in the chart's unit", "mGal"},
-     {"E", "0000000.00", "East of the nearest station, m", "m"},
-     {"N", "00000000.00", "North of the nearest station, m", "m"},
+     {"E", "000000.00", "East of the nearest station, m", "m"},
+     {"N", "0000000.00", "North of the nearest station, m", "m"},
      {"", "RMS: 0000.000 0000.00",
       "Misfit of data and of gradient: length of the differences between observed and calculated over "
       "the number of intervals, no unit"}}};
