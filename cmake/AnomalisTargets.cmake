@@ -65,8 +65,9 @@ function(anomalis_in_groups target)
   endif()
   set_target_properties(${target} PROPERTIES UNITY_BUILD ${ANOMALIS_GROUPS} UNITY_BUILD_BATCH_SIZE 8)
   if(ANOMALIS_GROUPS)
-    # A group is no header, though g++ takes it for one.
-    target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
+    # What one file of a group names hides nothing in another, and a group is no header, though g++ takes it for one.
+    # Builds of single files warn all the same.
+    target_compile_options(${target} PRIVATE -Wno-shadow $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
   endif()
 endfunction()
 

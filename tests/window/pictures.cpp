@@ -207,7 +207,7 @@ void keep_pictures(const QString& folder, const QString& workspaces) {
     for (const QString& path : paths)
         if (path.endsWith(".axm"))
             examples.push_back({path.toStdString(), QFileInfo(path).completeBaseName().toStdString()});
-    for (const QSize size : {QSize(1280, 800), QSize(1920, 1080)}) {
+    for (const QSize size : {QSize(1280, 800), QSize(1366, 728), QSize(1920, 1080)}) {
         const QString suffix = "_" + QString::number(size.width());
         FormSample start(examples);
         start.form->resize(size);
