@@ -131,6 +131,7 @@ void record_distances(chart::AX_Grapher& chart, const Workspace& workspace, doub
     while (interval * every * unit * scale < room && interval * every < last - first)
         every = chart::next_multiple(every);
     const double step = interval * every;
+    const chart::Rect plot = chart.PlotRect();
     const auto user = [&](chart::Point at, double up, double right) {
         return chart::Point{at.x + right / scale, at.y + up / scale};
     };
@@ -144,7 +145,10 @@ void record_distances(chart::AX_Grapher& chart, const Workspace& workspace, doub
         const double off =
             tick_half + height / 4 + std::abs(aside.x) * width / 2 + std::abs(aside.y) * height / 2;
         const chart::Point corner = user(at, aside.y * off - height / 2, aside.x * off - width / 2);
-        chart.DrawText(0, corner.x, corner.y, text);
+        // No number is cut at the frame.
+        const chart::Point low = chart.UserToSurface(corner);
+        if (plot.contains(low) && plot.contains({low.x + width, low.y + height}))
+            chart.DrawText(0, corner.x, corner.y, text);
     }
 }
 

@@ -111,6 +111,16 @@ PictureFormat picture_format(std::string_view path) {
 }
 
 QImage page_image(SurfaceSize size, const DrawPage& draw, double scale) {
+    // A painter takes no pixels larger than those of a screen: what is smaller is drawn larger and reduced.
+    if (scale < 1.0) {
+        const QImage large = page_image(size, draw, std::max(1.0, 2.0 * scale));
+        const double reduction = scale / large.devicePixelRatio();
+        QImage image = large.scaled(std::max(1, static_cast<int>(std::lround(large.width() * reduction))),
+                                    std::max(1, static_cast<int>(std::lround(large.height() * reduction))),
+                                    Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        image.setDevicePixelRatio(1);
+        return image;
+    }
     ScreenDevice device;
     device.resize(QSize(static_cast<int>(std::ceil(size.width / units_per_screen_pixel)),
                         static_cast<int>(std::ceil(size.height / units_per_screen_pixel))),

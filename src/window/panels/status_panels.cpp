@@ -98,10 +98,8 @@ StatusPanels::StatusPanels(QWidget* parent)
             make_quiet(*unit);
             unit->setMinimumWidth(fontMetrics().horizontalAdvance(plans[i].unit));
             row->addWidget(unit);
-            if (i == value_panel) {
-                unit->clear();
-                y_unit_ = unit;
-            }
+            unit->clear();
+            units_[i] = unit;
         }
         if (i == 0) {
             panels_[i]->installEventFilter(this);
@@ -225,8 +223,17 @@ void StatusPanels::show_pointer(const show::PointerPanels& panels) {
     panel(4)->setText(QString::fromStdString(panels.y));
     panel(5)->setText(QString::fromStdString(panels.east));
     panel(6)->setText(QString::fromStdString(panels.north));
-    y_unit_->setText(QString::fromStdString(panels.y_unit));
+    show_units(QString::fromStdString(panels.y_unit));
     show_geographic(QString::fromStdString(panels.geographic));
+}
+
+/// A unit stands behind a number alone.
+void StatusPanels::show_units(const QString& of_value) {
+    for (std::size_t i = 0; i < plans.size(); ++i)
+        if (units_[i])
+            units_[i]->setText(panels_[i]->text().isEmpty() ? QString()
+                               : i == value_panel           ? of_value
+                                                            : tr(plans[i].unit));
 }
 
 /// It takes no room where no coordinate system is known; where one is it keeps its place.
@@ -258,7 +265,7 @@ void StatusPanels::show_progress(int percent) {
 
 void StatusPanels::clear_line() {
     for (int number = 2; number <= 7; ++number) panel(number)->clear();
-    y_unit_->clear();
+    show_units({});
     geographic_->clear();
     geographic_->parentWidget()->hide();
 }

@@ -57,6 +57,7 @@ class StatusPanels : public QStatusBar {
     QLabel* panel(int number) { return panels_.at(static_cast<std::size_t>(number - 1)); }
     QProgressBar* make_progress_bar();
     void add_geographic();
+    void show_units(const QString& of_value);
     void show_geographic(const QString& place);
 
     QPushButton* make_link();
@@ -74,8 +75,8 @@ class StatusPanels : public QStatusBar {
     QPushButton* link_;
     std::function<void()> follow_link_;
     std::array<QLabel*, 7> panels_{};
-    QLabel* y_unit_ = nullptr;
-    QLabel* geographic_ = nullptr;  ///< of the place under the pointer
+    std::array<QLabel*, 7> units_{};  ///< null for a panel without one
+    QLabel* geographic_ = nullptr;    ///< of the place under the pointer
     QProgressBar* progress_;
 };
 

@@ -1,5 +1,6 @@
 #include "chart/qt/picture.h"
 
+#include <cmath>
 #include <gtest/gtest.h>
 
 #include <QImage>
@@ -103,6 +104,24 @@ TEST_F(Pictures, high_density_pictures_have_more_pixels) {
         EXPECT_EQ(image.width(), 900 * scale);
         EXPECT_EQ(image.height(), 300 * scale);
     }
+}
+
+/// The preview of a sheet is smaller than the sheet.
+TEST_F(Pictures, a_reduced_picture_is_the_whole_one_made_smaller) {
+    const SurfaceSize size{900 * units_per_screen_pixel, 300 * units_per_screen_pixel};
+    const auto draw = [&](DrawingDevice& device, OutputTarget kind, const SurfaceMapping& mapping) {
+        ASSERT_EQ(chart_.DrawTo(device, kind, mapping, size), 0);
+    };
+    const QImage reduced = page_image(size, draw, 0.5).convertToFormat(QImage::Format_Grayscale8);
+    ASSERT_EQ(reduced.size(), QSize(450, 150));
+    const QImage whole = page_image(size, draw)
+                             .convertToFormat(QImage::Format_Grayscale8)
+                             .scaled(450, 150, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    double apart = 0;
+    for (int y = 0; y < 150; ++y)
+        for (int x = 0; x < 450; ++x)
+            apart += std::abs(qGray(reduced.pixel(x, y)) - qGray(whole.pixel(x, y)));
+    EXPECT_LT(apart / (450 * 150), 1.0);
 }
 
 TEST_F(Pictures, an_svg_holds_its_texts_as_text) {
