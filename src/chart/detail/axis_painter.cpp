@@ -163,20 +163,22 @@ class AxisPainter {
         if (properties_.y.on_high_side() && !(inside && properties_.y.on_low_side()))
             y_numbers(Side::high, wanted);
         if (properties_.x.on_high_side()) x_numbers(Side::high, wanted);
-        std::stable_partition(wanted.begin(), wanted.end(),
-                              [](const PlacedNumber& placed) { return placed.number->zero; });
         const double gap = layout_.text_height / 4.0;
         std::vector<PlacedNumber> drawn;
-        for (const PlacedNumber& placed : wanted)
-            if (std::none_of(drawn.begin(), drawn.end(),
-                             [&](const PlacedNumber& other) { return meet(placed.box, other.box, gap); }))
-                drawn.push_back(placed);
+        const auto has_room = [&](const PlacedNumber& placed) {
+            return std::none_of(drawn.begin(), drawn.end(),
+                                [&](const PlacedNumber& other) { return meet(placed.box, other.box, gap); });
+        };
+        for (const bool zeros : {true, false})
+            for (const PlacedNumber& placed : wanted)
+                if (placed.number->zero == zeros && has_room(placed)) drawn.push_back(placed);
         std::sort(drawn.begin(), drawn.end(),
                   [](const PlacedNumber& a, const PlacedNumber& b) { return a.order < b.order; });
         for (const PlacedNumber& placed : drawn)
             canvas_.text({placed.box.x_low, placed.box.y_low}, 0.0, 0.0, 0.0, placed.number->text,
                          FontRole::chart, properties_.fore_colour);
     }
+
     /// A number that would leave the surface is left out.
     void place(double left, double bottom, const AxisNumber& number,
                std::vector<PlacedNumber>& placed) const {
