@@ -68,7 +68,9 @@ QLabel* Panel::place(int row, int pair, const ControlText& text, QWidget* contro
     // The grid's columns say how wide a control is, not its contents.
     control->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     grid_->addWidget(caption, row, first);
-    grid_->addWidget(control, row, first + 1);
+    // A list of words has the room of the unit that it has not.
+    const bool wide = text.unit[0] == '\0' && qobject_cast<QComboBox*>(control);
+    grid_->addWidget(control, row, first + 1, 1, wide ? 2 : 1);
     if (text.unit[0] != '\0') {
         auto* unit = new QLabel(QString::fromUtf8(text.unit), this);
         make_quiet(*unit);
