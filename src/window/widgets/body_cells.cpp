@@ -103,8 +103,9 @@ void paint_band(QPainter& painter, const QRect& cell, const QVariantList& band, 
 }  // namespace
 
 QString fitting_error(const QFontMetrics& metrics, const QString& error, const QString& value, int room) {
-    const int needed = metrics.horizontalAdvance(value) + metrics.horizontalAdvance(error) + 2 * margin;
-    return needed <= room ? error : QStringLiteral("±…");
+    const int left = room - metrics.horizontalAdvance(error) - 2 * margin;
+    const bool fits = metrics.horizontalAdvance(fitting_text(metrics, value, left)) <= left;
+    return fits ? error : QStringLiteral("±…");
 }
 
 QString fitting_text(const QFontMetrics& metrics, const QString& text, int room) {

@@ -6,8 +6,8 @@
 
 namespace anomalis::window {
 
-/// The error that stands behind a value in `room` pixels. The value goes first: an interval that leaves it no
-/// room stands as a sign that there is one, and the tip tells it.
+/// The error that stands behind a value in `room` pixels. A value gives way in a shorter form alone: an
+/// interval that leaves it no room stands as a sign that there is one, and the tip tells it.
 QString fitting_error(const QFontMetrics& metrics, const QString& error, const QString& value, int room);
 
 /// A cell's text in `room` pixels: words are elided, a number never is (core/fitting_number.h).
