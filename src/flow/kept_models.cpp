@@ -1,11 +1,11 @@
 #include "flow/kept_models.h"
 
-#include <array>
 #include <cstddef>
 #include <exception>
 #include <utility>
 
 #include "core/failure.h"
+#include "core/local_time.h"
 #include "core/numbers.h"
 #include "core/paths.h"
 #include "core/safe_file.h"
@@ -36,10 +36,7 @@ KeptModel describe(const LeftFolder& left) {
 }  // namespace
 
 std::string kept_model_words(const KeptModel& kept) {
-    std::tm local{};
-    std::array<char, 32> time{};
-    if (::localtime_r(&kept.time, &local)) std::strftime(time.data(), time.size(), "%Y-%m-%d %H:%M", &local);
-    std::string words = kept.name + ", " + time.data();
+    std::string words = kept.name + ", " + local_time_text(kept.time, "%Y-%m-%d %H:%M");
     if (kept.bodies)
         words +=
             ", " + format_number(std::int32_t{*kept.bodies}, "0") + (*kept.bodies == 1 ? " body" : " bodies");

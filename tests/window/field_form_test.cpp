@@ -1,15 +1,14 @@
 #include <functional>
 
-#include <QApplication>
 #include <QDialog>
 #include <QLabel>
 #include <QPushButton>
-#include <QTimer>
 
 #include "edit/change.h"
 #include "show/pointer_panels.h"
 #include "window/form_sample.h"
 #include "window/form_tests.h"
+#include "window/modal_forms.h"
 #include "window/panels/status_panels.h"
 
 namespace anomalis::window {
@@ -38,16 +37,7 @@ struct Fields : FormSample {
 
     /// Opens the form by its button and hands it to `act`; it is closed where that does not.
     void ask(const std::function<void(QDialog&)>& act) {
-        bool seen = false;
-        QTimer::singleShot(0, qApp, [&] {
-            auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-            if (!dialog) return;
-            seen = true;
-            act(*dialog);
-            if (dialog->isVisible()) dialog->reject();
-        });
-        find<QPushButton>("Command_field_from_place").click();
-        QVERIFY(seen);
+        drive([this] { find<QPushButton>("Command_field_from_place").click(); }, act);
     }
     TempFolder folder;
 };
