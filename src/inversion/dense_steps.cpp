@@ -9,7 +9,7 @@
 #include <thread>
 #include <utility>
 
-#include "forward/polyhedron/station_blocks.h"
+#include "core/shared_pieces.h"
 #include "inversion/normal_matrix.h"
 
 namespace anomalis::inversion {
@@ -32,8 +32,8 @@ constexpr std::chrono::milliseconds wait_pause{10};
 void for_column_blocks(Index count, double units, Pacer& pacer,
                        const std::function<void(Index first, Index columns)>& work) {
     const auto blocks = static_cast<std::size_t>((count + block - 1) / block);
-    const int workers = forward::worker_count(units * static_cast<double>(count), blocks, 0);
-    forward::for_each_block(blocks, workers, pacer, [&](forward::BlockWorker& worker, std::size_t at) {
+    const int workers = worker_count(units * static_cast<double>(count), blocks, 0);
+    for_each_piece(blocks, workers, pacer, [&](PieceWorker& worker, std::size_t at) {
         const Index first = static_cast<Index>(at) * block, columns = std::min(block, count - first);
         work(first, columns);
         worker.goes_on(units * static_cast<double>(columns));

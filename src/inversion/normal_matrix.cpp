@@ -4,7 +4,7 @@
 #include <utility>
 #include <vector>
 
-#include "forward/polyhedron/station_blocks.h"
+#include "core/shared_pieces.h"
 #include "inversion/normal_kernel.h"
 
 namespace anomalis::inversion {
@@ -40,13 +40,12 @@ Eigen::MatrixXd normal_matrix(const Eigen::MatrixXd& columns, Pacer& pacer, int 
     double all = 0;
     for (const auto& pair : pairs) all += units(pair);
     const auto products = column_products_at(vector::widest_vector_level());
-    forward::for_each_block(pairs.size(), forward::worker_count(all, pairs.size(), threads), pacer,
-                            [&](forward::BlockWorker& worker, std::size_t block) {
-                                const auto& [down, across] = pairs[block];
-                                products(matrix, down, across, normal.data(),
-                                         static_cast<std::size_t>(count));
-                                worker.goes_on(units(pairs[block]));
-                            });
+    for_each_piece(pairs.size(), worker_count(all, pairs.size(), threads), pacer,
+                   [&](PieceWorker& worker, std::size_t block) {
+                       const auto& [down, across] = pairs[block];
+                       products(matrix, down, across, normal.data(), static_cast<std::size_t>(count));
+                       worker.goes_on(units(pairs[block]));
+                   });
     normal.triangularView<Eigen::StrictlyUpper>().setZero();
     return normal;
 }

@@ -7,8 +7,8 @@
 #include <span>
 #include <vector>
 
+#include "core/core_shares.h"
 #include "inversion/chance_start.h"
-#include "inversion/core_shares.h"
 #include "inversion/rows_problem.h"
 
 namespace anomalis::inversion {

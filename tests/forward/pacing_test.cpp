@@ -3,10 +3,10 @@
 #include <gtest/gtest.h>
 #include <thread>
 
+#include "core/shared_pieces.h"
 #include "forward/body_price.h"
 #include "forward/line.h"
 #include "forward/polyhedron/polyhedron_shapes.h"
-#include "forward/polyhedron/station_blocks.h"
 #include "support/step_pacer.h"
 
 namespace anomalis::forward {
@@ -130,8 +130,8 @@ TEST(Pacing, every_thread_leaves_its_block) {
     } pacer;
     for (const int threads : {1, 2, 4}) {
         std::atomic<int> begun = 0, ended = 0;
-        EXPECT_THROW(for_each_block(1000, threads, pacer,
-                                    [&](BlockWorker& worker, std::size_t) {
+        EXPECT_THROW(for_each_piece(1000, threads, pacer,
+                                    [&](PieceWorker& worker, std::size_t) {
                                         ++begun;
                                         while (worker.goes_on(1)) std::this_thread::yield();
                                         ++ended;
@@ -170,7 +170,7 @@ TEST(Pacing, whoever_waits_for_the_last_block_of_a_helper_is_served) {
     std::atomic<int> helped = 0;
     Waiting pacer(released);
     // The caller's blocks are done at once; a helper holds its own until the caller was served three times.
-    for_each_block(64, 2, pacer, [&](BlockWorker& worker, std::size_t) {
+    for_each_piece(64, 2, pacer, [&](PieceWorker& worker, std::size_t) {
         if (worker.number() == 0) {
             while (helped == 0) std::this_thread::yield();
             return;

@@ -6,8 +6,8 @@
 
 #include "core/failure.h"
 #include "core/pacer.h"
+#include "core/shared_pieces.h"
 #include "forward/polyhedron/polyhedron_clearance.h"
-#include "forward/polyhedron/station_blocks.h"
 #include "forward/polyhedron/vector3.h"
 
 namespace anomalis::forward {
@@ -60,7 +60,7 @@ void PolyhedronEvaluation::fold_exterior(const StationSpans& stations, const Wan
 }
 
 bool PolyhedronEvaluation::run_block(const Job& job, std::size_t block, double* scratch,
-                                     BlockWorker& worker) const {
+                                     PieceWorker& worker) const {
     const std::size_t first = block * StationBlock::capacity;
     const std::size_t last = std::min(first + StationBlock::capacity, job.stations.east.size());
     StationGroup plain, far, close;
@@ -84,7 +84,7 @@ bool PolyhedronEvaluation::run_block(const Job& job, std::size_t block, double* 
 }
 
 bool PolyhedronEvaluation::add_parts(SumsKernel sums, double* scratch, StationBlock& block,
-                                     BlockWorker& worker) const {
+                                     PieceWorker& worker) const {
     for (auto& sum : block.sum) std::fill_n(sum, block.count, 0.0);
     std::fill_n(block.margin, block.count, 1.0);
     for (const PolyhedronParts::Part& part : parts_.parts()) {
@@ -98,7 +98,7 @@ bool PolyhedronEvaluation::add_parts(SumsKernel sums, double* scratch, StationBl
 /// Derivatives are taken where a station was moved off an edge. The attraction needs no such move, for what
 /// grows without limit in it is multiplied by a distance that vanishes.
 bool PolyhedronEvaluation::run_close(const Job& job, StationGroup& close, double* scratch,
-                                     BlockWorker& worker) const {
+                                     PieceWorker& worker) const {
     const auto sums = polyhedron_sums_near_edges_at(job.level);
     const std::size_t real = close.pad();
     const double clearance = clearance_units * static_cast<double>(mesh_.faces.size());
@@ -139,10 +139,10 @@ void PolyhedronEvaluation::evaluate(const StationSpans& stations, const Wanted& 
     const std::size_t part = std::max(parts_.most_vertices() * StationBlock::padding, mesh_.vertices.size());
     distances_.resize(std::max(distances_.size(), part * static_cast<std::size_t>(workers)));
     const Job job{stations, wanted, std::min(how.level, vector::widest_vector_level())};
-    const auto work = [&](BlockWorker& worker, std::size_t block) {
+    const auto work = [&](PieceWorker& worker, std::size_t block) {
         run_block(job, block, distances_.data() + part * static_cast<std::size_t>(worker.number()), worker);
     };
-    for_each_block(blocks, workers, pacer, std::ref(work));  // by reference: no memory is taken
+    for_each_piece(blocks, workers, pacer, std::ref(work));  // by reference: no memory is taken
 }
 
 }  // namespace anomalis::forward

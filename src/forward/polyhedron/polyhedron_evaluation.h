@@ -3,12 +3,12 @@
 #include <span>
 #include <vector>
 
+#include "core/shared_pieces.h"
 #include "forward/polyhedron/polyhedron.h"
 #include "forward/polyhedron/polyhedron_exterior.h"
 #include "forward/polyhedron/polyhedron_mesh.h"
 #include "forward/polyhedron/polyhedron_parts.h"
 #include "forward/polyhedron/polyhedron_terms.h"
-#include "forward/polyhedron/station_blocks.h"
 #include "forward/polyhedron/station_group.h"
 
 namespace anomalis::forward {
@@ -33,9 +33,9 @@ class PolyhedronEvaluation {
     void fold_exterior(const StationSpans& stations, const Wanted& wanted, Pacer& pacer);
     bool is_far(const Point3& unit) const;
     // These return false when the work is to be left.
-    bool add_parts(SumsKernel sums, double* scratch, StationBlock& block, BlockWorker& worker) const;
-    bool run_block(const Job& job, std::size_t block, double* scratch, BlockWorker& worker) const;
-    bool run_close(const Job& job, StationGroup& close, double* scratch, BlockWorker& worker) const;
+    bool add_parts(SumsKernel sums, double* scratch, StationBlock& block, PieceWorker& worker) const;
+    bool run_block(const Job& job, std::size_t block, double* scratch, PieceWorker& worker) const;
+    bool run_close(const Job& job, StationGroup& close, double* scratch, PieceWorker& worker) const;
 
     PolyhedronMesh mesh_;
     PolyhedronParts parts_;

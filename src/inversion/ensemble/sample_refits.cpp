@@ -5,7 +5,7 @@
 #include <cmath>
 #include <numbers>
 
-#include "inversion/core_shares.h"
+#include "core/core_shares.h"
 #include "inversion/ensemble/noise_draw.h"
 #include "inversion/rows_problem.h"
 

@@ -4,8 +4,8 @@
 #include <mutex>
 #include <utility>
 
+#include "core/core_shares.h"
 #include "core/threads.h"
-#include "inversion/core_shares.h"
 
 namespace anomalis::inversion {
 

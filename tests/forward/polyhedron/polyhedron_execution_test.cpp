@@ -5,10 +5,10 @@
 #include <vector>
 
 #include "core/pacer.h"
+#include "core/shared_pieces.h"
 #include "core/threads.h"
 #include "forward/polyhedron/polyhedron_asking.h"
 #include "forward/polyhedron/polyhedron_shapes.h"
-#include "forward/polyhedron/station_blocks.h"
 
 // The same numbers whatever the vectors and the threads, call after call.
 
@@ -124,22 +124,22 @@ TEST(PolyhedronExecution, a_body_may_be_asked_again_and_take_another_shape) {
     EXPECT_TRUE(everything(moved, at, {}) == of_pipe);
 }
 
-TEST(StationBlocks, every_block_is_done_once) {
+TEST(SharedPieces, every_block_is_done_once) {
     for (int workers : {1, 2, 7}) {
         std::vector<std::atomic<int>> done(100);
         std::atomic<bool> in_range = true;
-        for_each_block(done.size(), workers, no_pace(), [&](BlockWorker& worker, std::size_t block) {
+        for_each_piece(done.size(), workers, no_pace(), [&](PieceWorker& worker, std::size_t block) {
             if (worker.number() < 0 || worker.number() >= workers) in_range = false;
             ++done[block];
         });
         for (const auto& count : done) EXPECT_EQ(count.load(), 1);
         EXPECT_TRUE(in_range);
     }
-    for_each_block(0, 3, no_pace(), [](BlockWorker&, std::size_t) { FAIL(); });
+    for_each_piece(0, 3, no_pace(), [](PieceWorker&, std::size_t) { FAIL(); });
 }
 
-TEST(StationBlocks, a_short_job_stays_on_its_thread) {
-    EXPECT_EQ(worker_count(9e5, 1000, 0), 1);
+TEST(SharedPieces, a_short_job_stays_on_its_thread) {
+    EXPECT_EQ(worker_count(4e5, 1000, 0), 1);
     EXPECT_GE(worker_count(1e9, 1000, 0), 1);
     EXPECT_EQ(worker_count(1e9, 1, 0), 1);
     EXPECT_EQ(worker_count(1, 1000, 4), 4);

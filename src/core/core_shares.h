@@ -5,8 +5,8 @@
 
 #include "core/pacer.h"
 
-// Numbered pieces of work on all cores.
-namespace anomalis::inversion {
+// Numbered pieces of work, of many milliseconds each, on all cores while the caller serves who waits.
+namespace anomalis {
 
 /// What one core does of it.
 class CoreShare {
@@ -26,7 +26,8 @@ struct SharedWork {
 };
 
 /// Ends when all of it is done, or left: false. Who waits breathes by `pacer`, which may raise Stopped; so
-/// may a failure of a core be raised. No core is at work afterwards.
+/// may a failure of a core be raised. No core is at work afterwards. On a thread of the pool, or where the
+/// system grants no thread, the caller does all of it.
 bool share_among_cores(const SharedWork& work, Pacer& pacer);
 
-}  // namespace anomalis::inversion
+}  // namespace anomalis
