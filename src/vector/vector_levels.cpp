@@ -6,6 +6,7 @@ namespace {
 
 VectorLevel ask_processor() {
 #if defined(__x86_64__)
+    if (!__builtin_cpu_supports("fma")) return VectorLevel::baseline;
     if (__builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512dq") &&
         __builtin_cpu_supports("avx512vl"))
         return VectorLevel::avx512;

@@ -4,8 +4,9 @@
 //
 // Every function is a template over `double` and `Lanes`, the widest vector of doubles of the translation
 // unit. A plain loop over doubles vectorises by itself; a loop that is written with Lanes is sure to. Only
-// the four operations and the square root are used, each rounded on its own, so a lane gives the same bits
-// whatever the width of the vector.
+// the four operations, the square root and vector_fma are used, each rounded on its own, so a lane gives the
+// same bits whatever the width of the vector. Products and sums are fused where vector_fma says so and
+// nowhere else: what a compiler fuses by itself differs between widths.
 //
 // How to write a kernel that uses the widest vectors of the processor it meets:
 //
@@ -47,6 +48,12 @@
 #define ANOMALIS_VECTOR_BYTES 16
 #endif
 
+// GCC makes one instruction of a loop over the lanes only by a search that is off for kernels, see
+// anomalis_vector_sources; other compilers do so in any case.
+#if defined(__x86_64__) && defined(__GNUC__) && !defined(__clang__)
+#define ANOMALIS_GCC_LANES
+#endif
+
 #define ANOMALIS_INLINE [[gnu::always_inline]] inline
 
 namespace anomalis::vector::ANOMALIS_VECTOR_LEVEL {
@@ -64,6 +71,43 @@ ANOMALIS_INLINE Lanes load_lanes(const double* from) {
 }
 ANOMALIS_INLINE void store_lanes(double* to, Lanes value) {
     __builtin_memcpy(to, &value, sizeof value);
+}
+
+namespace detail {
+
+/// A number in every lane; nothing where it is one already.
+template <class Wide>
+ANOMALIS_INLINE Wide spread(Wide value) {
+    return value;
+}
+template <class Wide, class Narrow>
+requires(sizeof(Wide) > sizeof(Narrow)) ANOMALIS_INLINE Wide spread(Narrow value) {
+    return value - Wide{};
+}
+
+ANOMALIS_INLINE double fused(double a, double b, double c) {
+    return __builtin_fma(a, b, c);
+}
+ANOMALIS_INLINE Lanes fused(Lanes a, Lanes b, Lanes c) {
+#if defined(ANOMALIS_GCC_LANES) && ANOMALIS_VECTOR_BYTES == 64
+    return __builtin_ia32_vfmaddpd512_mask(a, b, c, -1, 4);  // 4: rounds as everything else does
+#elif defined(ANOMALIS_GCC_LANES) && ANOMALIS_VECTOR_BYTES == 32
+    return __builtin_ia32_vfmaddpd256(a, b, c);
+#else
+    Lanes result = c;
+    for (int lane = 0; lane < lane_count; ++lane) result[lane] = __builtin_fma(a[lane], b[lane], c[lane]);
+    return result;
+#endif
+}
+
+}  // namespace detail
+
+/// a b + c, rounded once. Each may be a double or Lanes. The baseline asks the C library, which has the
+/// processor's own instruction where there is one, so that the bits are the same everywhere.
+template <class A, class B, class C>
+ANOMALIS_INLINE auto vector_fma(A a, B b, C c) {
+    using Real = decltype(a + b + c);
+    return detail::fused(detail::spread<Real>(a), detail::spread<Real>(b), detail::spread<Real>(c));
 }
 
 namespace detail {
@@ -100,24 +144,24 @@ ANOMALIS_INLINE Real from_bits(Bits<Real> pattern) {
 /// atanh(s) / s - 1 as a polynomial in z = s^2, |s| <= 0.2005: Chebyshev fit, relative error below 6e-17.
 template <class Real>
 ANOMALIS_INLINE Real atanh_tail(Real z) {
-    Real p = z * 0x1.35b99f3a4cd26p-4 + 0x1.38ffd7ff2ea9cp-4;
-    p = p * z + 0x1.746bd7ec3f49dp-4;
-    p = p * z + 0x1.c71c3c49cff06p-4;
-    p = p * z + 0x1.249249529dd5cp-3;
-    p = p * z + 0x1.999999997bed9p-3;
-    return (p * z + 0x1.555555555556ep-2) * z;
+    Real p = vector_fma(z, 0x1.35b99f3a4cd26p-4, 0x1.38ffd7ff2ea9cp-4);
+    p = vector_fma(p, z, 0x1.746bd7ec3f49dp-4);
+    p = vector_fma(p, z, 0x1.c71c3c49cff06p-4);
+    p = vector_fma(p, z, 0x1.249249529dd5cp-3);
+    p = vector_fma(p, z, 0x1.999999997bed9p-3);
+    return vector_fma(p, z, 0x1.555555555556ep-2) * z;
 }
 
 /// atan(t) / t - 1 as a polynomial in z = t^2, |t| <= tan(pi / 16): Chebyshev fit, relative error below
 /// 4e-17.
 template <class Real>
 ANOMALIS_INLINE Real atan_tail(Real z) {
-    Real p = z * -0x1.e41614b2c7b99p-5 + 0x1.396db8c7f67aap-4;
-    p = p * z + -0x1.7451d4b1cc5e5p-4;
-    p = p * z + 0x1.c71c4a15685abp-4;
-    p = p * z + -0x1.24924903293d3p-3;
-    p = p * z + 0x1.9999999984786p-3;
-    return (p * z + -0x1.5555555555544p-2) * z;
+    Real p = vector_fma(z, -0x1.e41614b2c7b99p-5, 0x1.396db8c7f67aap-4);
+    p = vector_fma(p, z, -0x1.7451d4b1cc5e5p-4);
+    p = vector_fma(p, z, 0x1.c71c4a15685abp-4);
+    p = vector_fma(p, z, -0x1.24924903293d3p-3);
+    p = vector_fma(p, z, 0x1.9999999984786p-3);
+    return vector_fma(p, z, -0x1.5555555555544p-2) * z;
 }
 
 /// The power of two nearest to n / d on the logarithmic scale (within a factor of 1.51).
@@ -139,7 +183,7 @@ ANOMALIS_INLINE Real assemble_log(Real k, Real s) {
     constexpr double log2_high = 0x1.62e42fefa3800p-1;  // 42 bits, so that k * log2_high is exact
     constexpr double log2_low = 0x1.ef35793c76730p-45;
     const Real twice = s + s;
-    return k * log2_high + (twice + (twice * atanh_tail(s * s) + k * log2_low));
+    return vector_fma(k, log2_high, twice + vector_fma(twice, atanh_tail(s * s), k * log2_low));
 }
 
 }  // namespace detail
@@ -162,9 +206,17 @@ ANOMALIS_INLINE double vector_sqrt(double value) {
     return __builtin_sqrt(value);
 }
 ANOMALIS_INLINE Lanes vector_sqrt(Lanes value) {
+#if defined(ANOMALIS_GCC_LANES) && ANOMALIS_VECTOR_BYTES == 64
+    return __builtin_ia32_sqrtpd512_mask(value, value, -1, 4);
+#elif defined(ANOMALIS_GCC_LANES) && ANOMALIS_VECTOR_BYTES == 32
+    return __builtin_ia32_sqrtpd256(value);
+#elif defined(ANOMALIS_GCC_LANES)
+    return __builtin_ia32_sqrtpd(value);
+#else
     Lanes root = value;
     for (int lane = 0; lane < lane_count; ++lane) root[lane] = __builtin_sqrt(value[lane]);
     return root;
+#endif
 }
 
 /// log(n / d) for positive normal n and d whose quotient is between 2^-1022 and 2^1023.
@@ -174,17 +226,16 @@ ANOMALIS_INLINE Lanes vector_sqrt(Lanes value) {
 template <class Real>
 ANOMALIS_INLINE Real vector_log_quotient(Real n, Real d, Real difference) {
     const Real power = detail::nearest_power(n, d);
-    const Real scaled = power * d;
-    const Real numerator = power == 1.0 ? difference : n - scaled;
-    return detail::assemble_log(detail::exponent_of(power), numerator / (n + scaled));
+    const Real numerator = power == 1.0 ? difference : vector_fma(-power, d, n);
+    return detail::assemble_log(detail::exponent_of(power), numerator / vector_fma(power, d, n));
 }
 
 /// The same where n and d are all that is known: accurate to 1e-15 of the larger of 1 and the result.
 template <class Real>
 ANOMALIS_INLINE Real vector_log_quotient(Real n, Real d) {
     const Real power = detail::nearest_power(n, d);
-    const Real scaled = power * d;
-    return detail::assemble_log(detail::exponent_of(power), (n - scaled) / (n + scaled));
+    return detail::assemble_log(detail::exponent_of(power),
+                                vector_fma(-power, d, n) / vector_fma(power, d, n));
 }
 
 /// Natural logarithm of a positive normal number below 2^1023, relative error below 1e-15.
@@ -211,8 +262,8 @@ ANOMALIS_INLINE Real vector_atan2(Real y, Real x) {
         low > tan_3pi_16 * high ? zero + 1.0 : (low > tan_pi_16 * high ? zero + tan_pi_8 : zero);
     const Real turned =
         low > tan_3pi_16 * high ? zero + pi / 4 : (low > tan_pi_16 * high ? zero + pi / 8 : zero);
-    const Real t = (low - turn * high) / (high + turn * low + detail::smallest_normal);
-    Real angle = turned + (t + t * detail::atan_tail(t * t));
+    const Real t = vector_fma(-turn, high, low) / (vector_fma(turn, low, high) + detail::smallest_normal);
+    Real angle = turned + vector_fma(t, detail::atan_tail(t * t), t);
     angle = ay > ax ? pi / 2 - angle : angle;
     angle = x < 0.0 ? pi - angle : angle;
     return vector_copysign(angle, y);

@@ -30,6 +30,15 @@ void sqrt_by_lanes(const double* x, double* result, std::size_t n) {
         store_lanes(result + i, vector_sqrt(load_lanes(x + i)));
 }
 
+void fma_loop(const double* a, const double* b, const double* c, double* result, std::size_t n) {
+    for (std::size_t i = 0; i < n; ++i) result[i] = vector_fma(a[i], b[i], c[i]);
+}
+
+void fma_by_lanes(const double* a, const double* b, const double* c, double* result, std::size_t n) {
+    for (std::size_t i = 0; i + lane_count <= n; i += lane_count)
+        store_lanes(result + i, vector_fma(load_lanes(a + i), load_lanes(b + i), load_lanes(c + i)));
+}
+
 int lanes_at_once() {
     return lane_count;
 }

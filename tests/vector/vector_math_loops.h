@@ -15,6 +15,11 @@ ANOMALIS_VECTOR_KERNEL(void, atan2_loop, (const double* y, const double* x, doub
 ANOMALIS_VECTOR_KERNEL(void, atan2_by_lanes,
                        (const double* y, const double* x, double* result, std::size_t n))
 ANOMALIS_VECTOR_KERNEL(void, sqrt_by_lanes, (const double* x, double* result, std::size_t n))
+/// a b + c of every number on its own, and of whole vectors.
+ANOMALIS_VECTOR_KERNEL(void, fma_loop,
+                       (const double* a, const double* b, const double* c, double* result, std::size_t n))
+ANOMALIS_VECTOR_KERNEL(void, fma_by_lanes,
+                       (const double* a, const double* b, const double* c, double* result, std::size_t n))
 ANOMALIS_VECTOR_KERNEL(int, lanes_at_once, ())
 
 }  // namespace anomalis::vector

@@ -1,5 +1,6 @@
 #include "vector/vector_math.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <gtest/gtest.h>
@@ -134,6 +135,23 @@ TEST(VectorMath, every_level_gives_the_same_bits) {
         EXPECT_EQ(atan_got, atan_want) << vector_level_name(level);
         EXPECT_EQ(lanes_got, atan_want) << vector_level_name(level);
         for (std::size_t i = 0; i < n; ++i) ASSERT_EQ(roots[i], std::sqrt(x[i]));
+    }
+}
+
+TEST(VectorMath, a_fused_product_is_rounded_once_at_every_level) {
+    Values a = numbers(-40, 40, true), b = a, c = a;
+    std::reverse(b.begin(), b.end());
+    for (std::size_t i = 0; i < a.size(); i += 2) c[i] = -a[i] * b[i];  // what is left is the rounding
+    a[0] = 1 + 0x1p-30;
+    b[0] = 1 - 0x1p-30;
+    c[0] = -1;
+    Values got(a.size()), by_lanes(a.size());
+    for (VectorLevel level : levels()) {
+        fma_loop_at(level)(a.data(), b.data(), c.data(), got.data(), a.size());
+        fma_by_lanes_at(level)(a.data(), b.data(), c.data(), by_lanes.data(), a.size());
+        EXPECT_EQ(got[0], -0x1p-60);
+        EXPECT_EQ(by_lanes, got) << vector_level_name(level);
+        for (std::size_t i = 0; i < a.size(); ++i) ASSERT_EQ(got[i], std::fma(a[i], b[i], c[i])) << i;
     }
 }
 

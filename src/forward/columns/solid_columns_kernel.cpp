@@ -34,16 +34,17 @@ ANOMALIS_INLINE Vector<Real> times(const double* a, const Real& factor) {
 }
 template <class Real>
 ANOMALIS_INLINE Real dot(const Vector<Real>& a, const double* b) {
-    return a.x * b[0] + a.y * b[1] + a.z * b[2];
+    return vector_fma(a.x, b[0], vector_fma(a.y, b[1], a.z * b[2]));
 }
 template <class Real>
 ANOMALIS_INLINE Real dot(const Vector<Real>& a, const Vector<Real>& b) {
-    return a.x * b.x + a.y * b.y + a.z * b.z;
+    return vector_fma(a.x, b.x, vector_fma(a.y, b.y, a.z * b.z));
 }
 /// a x b.
 template <class Real>
 ANOMALIS_INLINE Vector<Real> cross(const double* a, const Vector<Real>& b) {
-    return {a[1] * b.z - a[2] * b.y, a[2] * b.x - a[0] * b.z, a[0] * b.y - a[1] * b.x};
+    return {vector_fma(a[1], b.z, -(a[2] * b.y)), vector_fma(a[2], b.x, -(a[0] * b.z)),
+            vector_fma(a[0], b.y, -(a[1] * b.x))};
 }
 template <class Real>
 ANOMALIS_INLINE Real larger(Real a, double least) {
@@ -95,10 +96,10 @@ ANOMALIS_INLINE Real solid_angle(const SolidSection::Face& face, const double* a
                                               dot(b.r, along) * a.distance);
     const Corner<Real>&c = at[face.corner[2]], &d = at[face.corner[3]];
     const Real ac = dot(a.r, c.r);
-    const Real near =
-        a.distance * b.distance * c.distance + ab * c.distance + dot(b.r, c.r) * a.distance + ac * b.distance;
-    const Real far = a.distance * c.distance * d.distance + ac * d.distance + dot(c.r, d.r) * a.distance +
-                     dot(d.r, a.r) * c.distance;
+    const Real near = vector_fma(vector_fma(a.distance, b.distance, ab), c.distance,
+                                 vector_fma(dot(b.r, c.r), a.distance, ac * b.distance));
+    const Real far = vector_fma(vector_fma(a.distance, c.distance, ac), d.distance,
+                                vector_fma(dot(c.r, d.r), a.distance, dot(d.r, a.r) * c.distance));
     return 2.0 * (vector_atan2(volume, near) + vector_atan2(volume, far));
 }
 

@@ -14,11 +14,11 @@ struct Vector {
 
 template <class A>
 ANOMALIS_INLINE A dot(const Vector<A>& a, const double* b) {
-    return a.x * b[0] + a.y * b[1] + a.z * b[2];
+    return vector_fma(a.x, b[0], vector_fma(a.y, b[1], a.z * b[2]));
 }
 template <class A>
 ANOMALIS_INLINE A dot(const Vector<A>& a, const Vector<A>& b) {
-    return a.x * b.x + a.y * b.y + a.z * b.z;
+    return vector_fma(a.x, b.x, vector_fma(a.y, b.y, a.z * b.z));
 }
 template <class Real>
 ANOMALIS_INLINE Real larger(Real a, Real b) {
@@ -37,7 +37,8 @@ ANOMALIS_INLINE Real edge_integral(Real s, double l, double least_squared) {
 template <class Real>
 ANOMALIS_INLINE Real endless_integral(const Vector<Real>& r, Real distance, Real forward, const double* u,
                                       double least_squared) {
-    const Vector<Real> c{r.y * u[2] - r.z * u[1], r.z * u[0] - r.x * u[2], r.x * u[1] - r.y * u[0]};
+    const Vector<Real> c{vector_fma(r.y, u[2], -(r.z * u[1])), vector_fma(r.z, u[0], -(r.x * u[2])),
+                         vector_fma(r.x, u[1], -(r.y * u[0]))};
     const Real aside = larger(dot(c, c), Real{} + least_squared);
     const Real back = aside / (distance - forward);
     return -vector_log(forward < 0.0 ? back : larger(distance + forward, Real{} + least_squared));
@@ -73,19 +74,20 @@ ANOMALIS_INLINE Real column_at(const ColumnBody& c, Real sx, Real sy, Real sz) {
         const Real edge = edge_integral(distance[k] + distance[next], c.edge_length[k], c.least_squared);
         const Real wall = endless_integral(r[k], distance[k], forward[k], c.along, c.least_squared);
         const Real volume = signed_volume(dot(r[k], c.normal[1 + k]), c.spread[1 + k]);
-        const Real strip =
-            vector_atan2(volume, distance[k] * distance[next] + dot(r[k], r[next]) +
-                                     forward[k] * distance[next] + forward[next] * distance[k]);
-        sum += weight(c, c.edge_constant[k], c.edge_gradient[k], r[k]) * edge +
-               weight(c, c.edge_constant[4 + k], c.edge_gradient[4 + k], r[k]) * wall -
-               weight(c, c.face_constant[1 + k], c.face_gradient[1 + k], r[k]) * (2.0 * strip);
+        const Real strip = vector_atan2(
+            volume, vector_fma(distance[k], distance[next],
+                               vector_fma(forward[k], distance[next],
+                                          vector_fma(forward[next], distance[k], dot(r[k], r[next])))));
+        sum = vector_fma(weight(c, c.edge_constant[k], c.edge_gradient[k], r[k]), edge, sum);
+        sum = vector_fma(weight(c, c.edge_constant[4 + k], c.edge_gradient[4 + k], r[k]), wall, sum);
+        sum = vector_fma(weight(c, c.face_constant[1 + k], c.face_gradient[1 + k], r[k]), -2.0 * strip, sum);
     }
     const Real volume = signed_volume(dot(r[0], c.normal[0]), c.spread[0]);
     Real top{};
     for (int k = 1; k < 3; ++k) {
         const Real across = dot(r[0], r[k]), far = dot(r[k], r[k + 1]), back = dot(r[k + 1], r[0]);
-        top += vector_atan2(volume, distance[0] * distance[k] * distance[k + 1] + across * distance[k + 1] +
-                                        far * distance[0] + back * distance[k]);
+        top += vector_atan2(volume, vector_fma(vector_fma(distance[0], distance[k], across), distance[k + 1],
+                                               vector_fma(far, distance[0], back * distance[k])));
     }
     return sum - weight(c, c.face_constant[0], c.face_gradient[0], r[0]) * (2.0 * top);
 }

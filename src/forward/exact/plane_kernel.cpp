@@ -16,10 +16,10 @@ ANOMALIS_INLINE Real polygon_at(const PlanePolygon& p, Real x, Real h) {
         const auto w2 = from_station(p.x[j + 1], p.z[j + 1], x, h);
         const Real n2 = dot(w2, w2);
         const Real left = cross(w1, e);
-        const Real log = held_log(n1, n2, -(e.x * (w1.x + w2.x) + e.z * (w1.z + w2.z)), least_squared);
+        const Real log = held_log(n1, n2, -vector_fma(e.x, w1.x + w2.x, e.z * (w1.z + w2.z)), least_squared);
         Real angle = vector_atan2(-left, dot(w1, w2));
         angle = left > face_tolerance * __builtin_sqrt(dot(e, e)) ? angle : vector_abs(angle);
-        sum += p.log_factor[j] * log - p.angle_factor[j] * angle;
+        sum = vector_fma(p.log_factor[j], log, vector_fma(-p.angle_factor[j], angle, sum));
         w1 = w2;
         n1 = n2;
     }
@@ -32,7 +32,7 @@ struct Complex {
 };
 template <class Real>
 ANOMALIS_INLINE Complex<Real> product(const Complex<Real>& a, const Complex<Real>& b) {
-    return {a.re * b.re - a.im * b.im, a.re * b.im + a.im * b.re};
+    return {vector_fma(a.re, b.re, -(a.im * b.im)), vector_fma(a.re, b.im, a.im * b.re)};
 }
 
 /// How many terms of the series of a ring count at twice its corner distance.
@@ -64,7 +64,7 @@ template <class Real>
 ANOMALIS_INLINE Real far_ring_magnetics(const PlaneRing& ring, const Complex<Real>& inverse) {
     const Complex<Real> sum = ring_series(ring, inverse, [](int m) { return 2.0 / (m + 2.0); });
     const Complex<Real> dipole = product(sum, product(inverse, inverse));
-    return ring.moment_re * dipole.re - ring.moment_im * dipole.im;
+    return vector_fma(ring.moment_re, dipole.re, -(ring.moment_im * dipole.im));
 }
 
 template <class Real>
@@ -77,7 +77,7 @@ ANOMALIS_INLINE Real far_ring_gravity(const PlaneRing& ring, const Complex<Real>
 /// way whatever its neighbours do.
 template <class Real, class Near, class Far>
 ANOMALIS_INLINE Real ring_at(const PlaneRing& ring, Real x, Real h, const Near& near, const Far& far) {
-    const Real squared = x * x + h * h;
+    const Real squared = vector_fma(x, x, h * h);
     const double limit = 4 * ring.corner_distance * ring.corner_distance;
     const Real held = at_least(squared, limit);
     const Real beyond = far(ring, Complex<Real>{x / held, -h / held});

@@ -22,11 +22,11 @@ ANOMALIS_INLINE Vector<Real> from_station(double x, double z, Real sx, Real sz) 
 }
 template <class A, class B>
 ANOMALIS_INLINE auto cross(const A& a, const B& b) {
-    return a.x * b.z - a.z * b.x;
+    return vector_fma(a.x, b.z, -(a.z * b.x));
 }
 template <class A, class B>
 ANOMALIS_INLINE auto dot(const A& a, const B& b) {
-    return a.x * b.x + a.z * b.z;
+    return vector_fma(a.x, b.x, a.z * b.z);
 }
 template <class Real>
 ANOMALIS_INLINE Real at_least(Real value, double least) {
@@ -66,7 +66,7 @@ struct StripTerms {
 
 template <class Real>
 ANOMALIS_INLINE Real strip_anomaly(const PlaneStrip& s, const StripTerms<Real>& at) {
-    return s.log_factor * at.log - s.angle_factor * at.angle + s.inside_term * at.inside;
+    return vector_fma(s.log_factor, at.log, vector_fma(-s.angle_factor, at.angle, s.inside_term * at.inside));
 }
 
 template <class Real>
@@ -78,7 +78,7 @@ ANOMALIS_INLINE StripTerms<Real> half_strip_at(const PlaneStrip& s, Real x, Real
     const Real left = cross(wp, e);
     const double tolerance = face_tolerance * __builtin_sqrt(dot(e, e));
     const Real log =
-        held_log(dot(wp, wp), dot(wr, wr), -(e.x * (wp.x + wr.x) + e.z * (wp.z + wr.z)), least_squared);
+        held_log(dot(wp, wp), dot(wr, wr), -vector_fma(e.x, wp.x + wr.x, e.z * (wp.z + wr.z)), least_squared);
     Real angle = vector_atan2(-left, dot(wp, wr));
     angle = left > tolerance ? angle : vector_abs(angle);
     if (!any_below(-left, -tolerance)) return {log, angle, Real{}};
@@ -97,12 +97,12 @@ ANOMALIS_INLINE StripTerms<Real> parallelogram_at(const PlaneStrip& s, Real x, R
     const auto w2 = from_station(s.rx, s.rz, x, h);
     const auto w3 = from_station(s.rx + s.gx, s.rz + s.gz, x, h);
     const auto w4 = from_station(s.px + s.gx, s.pz + s.gz, x, h);
-    const Vector<Real> a{w2.x * w4.x - w2.z * w4.z, w2.x * w4.z + w2.z * w4.x};
+    const Vector<Real> a{vector_fma(w2.x, w4.x, -(w2.z * w4.z)), vector_fma(w2.x, w4.z, w2.z * w4.x)};
     const Real n1 = dot(w1, w1), n2 = dot(w2, w2), n3 = dot(w3, w3), n4 = dot(w4, w4);
     const Real denominator = at_least(n2, least_squared) * at_least(n4, least_squared);
     const Real numerator = at_least(n1, least_squared) * at_least(n3, least_squared);
-    const Real exact_difference = dot(eg, eg) - 2.0 * dot(eg, a);
-    const Real change = (numerator - n1 * n3) - (denominator - n2 * n4);
+    const Real exact_difference = vector_fma(-2.0, dot(eg, a), dot(eg, eg));
+    const Real change = vector_fma(-n1, n3, numerator) - vector_fma(-n2, n4, denominator);
     const Real log = vector_log_quotient(numerator, denominator, exact_difference + change);
 
     const double area = e.x * g.z - e.z * g.x;
@@ -113,7 +113,7 @@ ANOMALIS_INLINE StripTerms<Real> parallelogram_at(const PlaneStrip& s, Real x, R
     const Real between1 = one_if(left1, tolerance_e) * one_if(area - left1, tolerance_e);
     const Real between2 = one_if(left2, tolerance_g) * one_if(area - left2, tolerance_g);
     // The angles of the edge and of the opposite one: both negative between their lines, else of two signs.
-    Real angle = vector_atan2(cross(a, eg) * -1.0, n2 * n4 - dot(eg, a));
+    Real angle = vector_atan2(cross(a, eg) * -1.0, vector_fma(n2, n4, -dot(eg, a)));
     angle = angle * between1 > 0.0 ? angle - 2 * 0x1.921fb54442d18p+1 : angle;
     return {log, angle, between1 * between2};
 }
@@ -137,10 +137,10 @@ ANOMALIS_INLINE Real mass_sum(const PlaneMass& p, Real x, Real h, const Edge& ed
         const auto w2 = from_station(p.x[j + 1], p.z[j + 1], x, h);
         const Real n2 = dot(w2, w2);
         const Real k = cross(w1, e);
-        const Real log = held_log(n2, n1, e.x * (w1.x + w2.x) + e.z * (w1.z + w2.z), tiny_squared);
+        const Real log = held_log(n2, n1, vector_fma(e.x, w1.x + w2.x, e.z * (w1.z + w2.z)), tiny_squared);
         const Real angle = vector_atan2(k, dot(w1, w2));
         edge(j, log, angle);
-        sum += k / dot(e, e) * (e.x * angle - 0.5 * e.z * log);
+        sum = vector_fma(k / dot(e, e), vector_fma(e.x, angle, -0.5 * e.z * log), sum);
         w1 = w2;
         n1 = n2;
     }

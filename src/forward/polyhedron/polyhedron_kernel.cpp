@@ -27,7 +27,7 @@ ANOMALIS_INLINE void measure_distances(const PolyhedronTerms& terms, const Place
     const double* vertex = terms.vertices;
     for (std::size_t v = 0; v < terms.vertex_count; ++v, vertex += 3) {
         const Lanes dx = vertex[0] - at.x, dy = vertex[1] - at.y, dz = vertex[2] - at.z;
-        store_lanes(distances + v * lane_count, vector_sqrt(dx * dx + dy * dy + dz * dz));
+        store_lanes(distances + v * lane_count, vector_sqrt(vector_fma(dx, dx, vector_fma(dy, dy, dz * dz))));
     }
 }
 
@@ -37,7 +37,13 @@ ANOMALIS_INLINE Place from_station(const PolyhedronTerms& terms, std::int32_t ve
 }
 
 ANOMALIS_INLINE Lanes dot(const Place& a, const Place& b) {
-    return a.x * b.x + a.y * b.y + a.z * b.z;
+    return vector_fma(a.x, b.x, vector_fma(a.y, b.y, a.z * b.z));
+}
+
+/// level - direction . at
+ANOMALIS_INLINE Lanes height(double level, const double* direction, const Place& at) {
+    return vector_fma(-direction[0], at.x,
+                      vector_fma(-direction[1], at.y, vector_fma(-direction[2], at.z, level)));
 }
 
 /// log((r1 + r2 + e) / (r1 + r2 - e)) where r1 + r2 - e cancels. Between the ends of the edge
@@ -71,14 +77,14 @@ ANOMALIS_INLINE Lanes add_edges(const PolyhedronTerms& terms, const Place& at, c
             logarithm = logarithm_near_edge(terms, ends, e, at, r1, r2);
         } else {
             const Lanes both = r1 + r2, n = both + e, d = both - e + tiny;
-            margin = smaller(margin, d - least_edge_margin * n);
+            margin = smaller(margin, vector_fma(-least_edge_margin, n, d));
             logarithm = vector_log_quotient(n, d, Lanes{} + 2 * e);
         }
         const double* factor = term + edge_term_base;
-        for (int i = 0; i < Tensors; ++i) sum[i] += factor[i] * logarithm;
+        for (int i = 0; i < Tensors; ++i) sum[i] = vector_fma(factor[i], logarithm, sum[i]);
         if constexpr (Gravity) {
             const double* g = factor + Tensors;
-            sum[Tensors] += (g[3] - g[0] * at.x - g[1] * at.y - g[2] * at.z) * logarithm;
+            sum[Tensors] = vector_fma(height(g[3], g, at), logarithm, sum[Tensors]);
         }
     }
     return margin;
@@ -100,8 +106,9 @@ ANOMALIS_INLINE FaceParts face_parts_near_edge(const PolyhedronTerms& terms, con
     Place from{r1 < r2 ? a.x : b.x, r1 < r2 ? a.y : b.y, r1 < r2 ? a.z : b.z};
     from = {r3 < nearest ? c.x : from.x, r3 < nearest ? c.y : from.y, r3 < nearest ? c.z : from.z};
     nearest = r3 < nearest ? r3 : nearest;
-    const Lanes triple = term[0] * from.x + term[1] * from.y + term[2] * from.z;
-    const Lanes lower = (r1 * r2 + dot(a, b)) * r3 + dot(b, c) * r1 + dot(c, a) * r2;
+    const Lanes triple = vector_fma(term[0], from.x, vector_fma(term[1], from.y, term[2] * from.z));
+    const Lanes lower =
+        vector_fma(vector_fma(r1, r2, dot(a, b)), r3, vector_fma(dot(b, c), r1, dot(c, a) * r2));
     return {triple - (plane_shift * size) * nearest, lower + lower};
 }
 
@@ -130,17 +137,17 @@ ANOMALIS_INLINE Lanes add_faces(const PolyhedronTerms& terms, const Place& at, c
             lower = parts.lower;
         } else {
             const Lanes product = (r1 + r2) * (r2 + r3) * (r3 + r1);
-            triple = term[3] - term[0] * at.x - term[1] * at.y - term[2] * at.z;
-            lower =
-                product - term[4] * r1 - term[5] * r2 - term[6] * r3;  // the doubled sum in distances alone
+            triple = height(term[3], term, at);
+            // The doubled sum in distances alone.
+            lower = vector_fma(-term[4], r1, vector_fma(-term[5], r2, vector_fma(-term[6], r3, product)));
             const Lanes up = vector_abs(triple), down = vector_abs(lower);
-            margin = smaller(margin, (up > down ? up : down) - least_face_margin * product);
+            margin = smaller(margin, vector_fma(-least_face_margin, product, up > down ? up : down));
         }
         triple = seen_from_outside(triple, lower, term[7]);
         const Lanes half_angle = vector_atan2(triple, lower);
         const double* factor = term + face_term_base;
-        for (int i = 0; i < Tensors; ++i) sum[i] += factor[i] * half_angle;
-        if constexpr (Gravity) sum[Tensors] += factor[Tensors] * triple * half_angle;
+        for (int i = 0; i < Tensors; ++i) sum[i] = vector_fma(factor[i], half_angle, sum[i]);
+        if constexpr (Gravity) sum[Tensors] = vector_fma(factor[Tensors] * triple, half_angle, sum[Tensors]);
     }
     return margin;
 }

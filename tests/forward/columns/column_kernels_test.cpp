@@ -9,6 +9,7 @@
 #include "forward/columns/solid_columns_kernel.h"
 #include "forward/columns/solid_shape.h"
 #include "forward/columns/term_weights.h"
+#include "forward/exact/column_kernel.h"
 #include "forward/exact/plane_strip.h"
 #include "forward/station_columns.h"
 
@@ -111,6 +112,67 @@ TEST(ColumnKernels, of_solids_give_the_same_bits_at_every_level) {
                 },
                 at.view.count);
         }
+}
+
+/// A polygon of the plane with its first corner repeated.
+struct SomePolygon {
+    double x[6] = {-40, 15, 70, 55, -10, -40};
+    double z[6] = {-20, -35, -5, 30, 3, -20};
+    double log_factor[5] = {1.5, -0.3, 0.7, 2, -1};
+    double angle_factor[5] = {0.1, 0.9, -1.4, 0.6, 0.3};
+};
+
+TEST(ColumnKernels, of_responses_give_the_same_bits_at_every_level) {
+    const Stations at;
+    const SomePolygon p;
+    const PlanePolygon polygon{p.x, p.z, p.log_factor, p.angle_factor, 5};
+    const PlaneRing ring{polygon, 70, 3, -2, 5, 0.01};
+    const PlaneMass mass{p.x, p.z, 5, false, 0, 0, 0, 0.01};
+    const auto summed = [&](const auto& add) {
+        expect_one_answer(
+            [&](VectorLevel level, double* values, double*) {
+                std::fill_n(values, at.view.count, 0.0);
+                add(level, values);
+            },
+            at.view.count);
+    };
+    summed([&](VectorLevel level, double* values) {
+        add_polygon_magnetics_at(level)(at.view, at.frame, polygon, values);
+    });
+    summed([&](VectorLevel level, double* values) {
+        add_ring_magnetics_at(level)(at.view, at.frame, ring, values);
+    });
+    summed([&](VectorLevel level, double* values) {
+        add_plane_gravity_at(level)(at.view, at.frame, mass, values);
+    });
+    for (const double depth : {0.0, 120.0}) {
+        Strip strip = strip_of(some_sheet(depth));
+        strip.turn();
+        const PlaneStrip poles = plane_strip(strip, some_field);
+        summed([&](VectorLevel level, double* values) {
+            strip_magnetics_at(level)(at.view, at.frame, poles, values);
+        });
+    }
+}
+
+TEST(ColumnKernels, of_an_endless_column_give_the_same_bits_at_every_level) {
+    const Stations at;
+    ColumnBody column{{{0, -90, 9}, {60, -90, 16}, {60, 140, -7}, {0, 140, -14}},
+                      {0.6, 0, -0.8},
+                      {{0.1, 0.2, 0.97}, {0, -1, 0}, {0.8, 0, 0.6}, {0, 1, 0}, {-0.8, 0, -0.6}},
+                      {14000, 50, 230, 50, 230},
+                      {60.4, 231, 60.4, 231},
+                      {0.4, -1.2, 0.3, 0.8, -0.5, 0.7, 1.1, -0.2},
+                      {},
+                      {0.3, 0.9, -0.4, 0.2, 0.6},
+                      {},
+                      true,
+                      1e-6};
+    for (auto& gradient : column.edge_gradient)
+        for (int k = 0; k < 3; ++k) gradient[k] = 0.01 * (k - 1.3);
+    expect_one_answer([&](VectorLevel level, double* values,
+                          double*) { column_stations_at(level)(at.view, at.frame, column, values); },
+                      at.view.count);
 }
 
 }  // namespace
