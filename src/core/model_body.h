@@ -8,6 +8,7 @@
 
 #include "core/array.h"
 #include "core/body_types.h"
+#include "core/response_table.h"
 
 namespace anomalis {
 
@@ -68,10 +69,6 @@ struct LostEdges {
     std::uint64_t stations = 0;        ///< a number for those stations and their edges; 0: none
     bool operator==(const LostEdges&) const = default;
 };
-
-/// The body's own contribution, station by column: 1 total magnetic anomaly in nT, 2 gravity in mGal,
-/// 3 to 5 north, east and down components of the facet route in nT.
-using ResponseTable = ColumnTable<float, 5>;
 
 /// The values of a body that its responses hang on, in the order of their tables.
 using BodyInputs = std::array<double, 23>;

@@ -95,17 +95,33 @@ double work_of(const BodyPrice& price, std::int64_t stations) {
            build_units * static_cast<double>(price.calculated);
 }
 
+namespace {
+
+/// What both channels take where they come out of one pass, of what one takes.
+constexpr double shared_pass = 1.1;
+
+double passes(const ModelBody& body, Formulas formulas, const BodyPrice& price) {
+    const bool solid = price.calculated > 0 && body.length.value > 0;
+    const bool shared = solid && (formulas == Formulas::exact || body.type == pipe);
+    return shared ? shared_pass : 2;
+}
+
+}  // namespace
+
+double work_of_body(const Workspace& workspace, const ModelBody& body, bool mag, bool grav) {
+    if (body.turned_off == 1 || (!mag && !grav)) return 0;
+    const BodyPrice price = body_price(body, workspace.formulas, workspace.station_count);
+    if (price.facets > most_facets || price.bytes > most_bytes) return 0;
+    const double work = work_of(price, workspace.station_count);
+    return mag && grav ? passes(body, workspace.formulas, price) * work : work;
+}
+
 double work_ahead(const Workspace& workspace) {
     double work = 0;
     for (int number = 1; number <= workspace.body_count; ++number) {
         const ModelBody& body = workspace.body(number);
-        if (body.turned_off == 1) continue;
-        const int channels = (workspace.has_mag() && !body.mag_response_valid ? 1 : 0) +
-                             (workspace.has_grav() && !body.grav_response_valid ? 1 : 0);
-        if (channels == 0) continue;
-        const BodyPrice price = body_price(body, workspace.formulas, workspace.station_count);
-        const bool refused = price.facets > most_facets || price.bytes > most_bytes;
-        if (!refused) work += channels * work_of(price, workspace.station_count);
+        work += work_of_body(workspace, body, workspace.has_mag() && !body.mag_response_valid,
+                             workspace.has_grav() && !body.grav_response_valid);
     }
     return work;
 }

@@ -42,6 +42,10 @@ void require_affordable(const BodyPrice& price);
 /// About how long a channel of the body takes, in the units of core/pacer.h.
 double work_of(const BodyPrice& price, std::int64_t stations);
 
+/// The same for the channels that are wanted of a body of the workspace, both in one pass where it has one; 0
+/// for a body that is off or refused.
+double work_of_body(const Workspace& workspace, const ModelBody& body, bool mag, bool grav);
+
 /// The same for all responses that are out of date.
 double work_ahead(const Workspace& workspace);
 

@@ -6,8 +6,7 @@
 #include <string_view>
 
 #include "core/faults.h"
-#include "forward/classic/gravity_response.h"
-#include "forward/classic/mag_response.h"
+#include "forward/body_responses.h"
 #include "forward/exact/exact_response.h"
 #include "forward/station_columns.h"
 
@@ -23,16 +22,12 @@ struct ChannelRoute {
     std::uint64_t ModelBody::*calculation;
     Channel Workspace::*channel;
     int column;  ///< of the response
-    void (*classic)(Workspace&, int, Faults&, Pacer&);
-    void (*exact)(Workspace&, int, ExactNotes&, Faults&, Pacer&);
 };
 
-constexpr ChannelRoute magnetic{
-    &ModelBody::mag_response_valid, &ModelBody::mag_calculation, &Workspace::mag, 1,
-    calculate_mag_response,         calculate_exact_mag_response};
-constexpr ChannelRoute gravity{
-    &ModelBody::grav_response_valid, &ModelBody::grav_calculation,    &Workspace::grav, 2,
-    calculate_gravity_response,      calculate_exact_gravity_response};
+constexpr ChannelRoute magnetic{&ModelBody::mag_response_valid, &ModelBody::mag_calculation, &Workspace::mag,
+                                1};
+constexpr ChannelRoute gravity{&ModelBody::grav_response_valid, &ModelBody::grav_calculation,
+                               &Workspace::grav, 2};
 
 /// A body is to be calculated, or the bodies are no longer those of the sum, or stand in another order.
 bool sum_out_of_date(const Workspace& workspace, const ChannelRoute& route) {
@@ -61,13 +56,6 @@ void zero_calculated(const Workspace& workspace, ChannelTable& data) {
     }
 }
 
-void switch_off(const Workspace& workspace, ModelBody& body, const ChannelRoute& route) {
-    std::fill_n(response_column(workspace, body, route.column), workspace.station_count, 0.0F);
-    if (route.column != 1) return;
-    for (const int column : {3, 4, 5})
-        std::fill_n(response_column(workspace, body, column), workspace.station_count, 0.0F);
-}
-
 /// Sums all bodies, a stretch of stations at a time so that the sum stays in the nearest memory. Each station
 /// adds the bodies in their order.
 void sum_responses(Workspace& workspace, const ChannelRoute& route, std::span<float> sum) {
@@ -78,7 +66,8 @@ void sum_responses(Workspace& workspace, const ChannelRoute& route, std::span<fl
     for (std::size_t at = 0; at < count; at += stretch) {
         const std::size_t end = std::min(count, at + stretch);
         for (int number = 1; number <= workspace.body_count; ++number) {
-            const float* response = response_column(workspace, workspace.body(number), route.column);
+            const float* response = held_column(workspace, workspace.body(number), route.column);
+            if (!response) continue;
             for (std::size_t i = at; i < end; ++i) sum[i] += response[i];
         }
         for (std::size_t i = at; i < end; ++i)
@@ -87,24 +76,6 @@ void sum_responses(Workspace& workspace, const ChannelRoute& route, std::span<fl
     if (beyond == 0) return;
     std::fill(sum.begin(), sum.end(), 0.0F);
     throw Fault(FaultKind::overflow, "the sum of the bodies is out of all proportion; it counts as zero");
-}
-
-/// Brings the responses up to date; the tables of the channels are not touched.
-void calculate_bodies(Workspace& workspace, const ChannelRoute& route, ExactNotes& notes, Faults& faults,
-                      Pacer& pacer) {
-    for (int number = 1; number <= workspace.body_count; ++number) {
-        ModelBody& body = workspace.body(number);
-        if (body.*route.valid) continue;
-        if (body.turned_off == 1) {
-            switch_off(workspace, body, route);
-        } else if (workspace.formulas == Formulas::exact) {
-            route.exact(workspace, number, notes, faults, pacer);
-        } else {
-            route.classic(workspace, number, faults, pacer);
-        }
-        body.*route.valid = true;
-        body.*route.calculation = ++workspace.calculations;
-    }
 }
 
 void rebuild_sum(Workspace& workspace, const ChannelRoute& route, ChannelTable& data) {
@@ -126,10 +97,8 @@ void calculate(Workspace& workspace, ChannelTable& mag_data, ChannelTable& grav_
     }
     const bool mag = workspace.has_mag() && sum_out_of_date(workspace, magnetic);
     const bool grav = workspace.has_grav() && sum_out_of_date(workspace, gravity);
-    ExactNotes notes;
     // All that takes long comes first: a calculation that is left leaves the curves of before.
-    if (mag) calculate_bodies(workspace, magnetic, notes, faults, pacer);
-    if (grav) calculate_bodies(workspace, gravity, notes, faults, pacer);
+    const ExactNotes notes = calculate_bodies(workspace, {mag, grav}, faults, pacer);
     const std::string_view prefix = driver_failure;
     if (mag) report_failure(faults, prefix, [&] { rebuild_sum(workspace, magnetic, mag_data); });
     if (grav) report_failure(faults, prefix, [&] { rebuild_sum(workspace, gravity, grav_data); });

@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <span>
 #include <string>
+#include <utility>
 
 #include "core/body_parameters.h"
 
@@ -35,9 +37,28 @@ StationView part_of(const StationView& stations, std::size_t from, std::size_t c
     return {stations.east + from, stations.north + from, stations.sensor + from, count};
 }
 
-float* response_column(const Workspace& workspace, ModelBody& body, int column) {
+namespace {
+
+void require_rows(const Workspace& workspace, const ModelBody& body) {
     if (body.response.rows() != workspace.station_count) throw Fault(FaultKind::subscript);
+}
+
+}  // namespace
+
+float* response_column(const Workspace& workspace, ModelBody& body, int column) {
+    require_rows(workspace, body);
     return body.response.column(column).data();
+}
+
+const float* held_column(const Workspace& workspace, const ModelBody& body, int column) {
+    require_rows(workspace, body);
+    const std::span<const float> values = body.response.column(column);
+    return values.empty() ? nullptr : values.data();
+}
+
+void zero_column(const Workspace& workspace, ModelBody& body, int column) {
+    if (held_column(workspace, body, column))
+        std::fill_n(response_column(workspace, body, column), workspace.station_count, 0.0F);
 }
 
 BodyFrame body_frame(const ModelBody& body) {
@@ -60,13 +81,12 @@ std::string beyond_text(const Workspace& workspace, const ModelBody& body, int b
            ", is not a finite number: " + reason_of(workspace, body) + "; it counts as zero";
 }
 
-void require_finite_column(Workspace& workspace, int body_number, int column) {
-    ModelBody& body = workspace.body(body_number);
-    const std::span<float> values = body.response.column(column);
+void require_finite_column(const Workspace& workspace, ModelBody& body, int body_number, int column) {
     unsigned beyond = 0;
-    for (const float value : values) beyond |= !(std::abs(value) <= std::numeric_limits<float>::max());
+    for (const float value : std::as_const(body.response).column(column))
+        beyond |= !(std::abs(value) <= std::numeric_limits<float>::max());
     if (beyond == 0) return;
-    std::fill(values.begin(), values.end(), 0.0F);
+    body.response.drop(column);
     throw Fault(FaultKind::overflow, beyond_text(workspace, body, body_number, column));
 }
 

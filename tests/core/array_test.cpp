@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 #include <numeric>
+#include <utility>
+
+#include "support/response_values.h"
 
 namespace anomalis {
 namespace {
@@ -80,6 +83,55 @@ TEST(ColumnTable, an_index_outside_raises_a_fault) {
     table.release();
     EXPECT_EQ(table.rows(), 0);
     EXPECT_TRUE(table.column(3).empty());
+}
+
+TEST(ResponseTable, a_column_takes_memory_when_it_is_written_and_reads_as_0_before) {
+    ResponseTable table;
+    table.assign(3);
+    EXPECT_EQ(held_columns(table), 0);
+    EXPECT_EQ(std::as_const(table)(3, 5), 0);
+    EXPECT_TRUE(std::as_const(table).column(2).empty());
+    table(2, 4) = 7;
+    EXPECT_EQ(held_columns(table), 1);
+    EXPECT_EQ(column_values(table, 4), (std::vector<float>{0, 7, 0}));
+    table.drop(4);
+    EXPECT_EQ(held_columns(table), 0);
+    EXPECT_EQ(std::as_const(table)(2, 4), 0);
+}
+
+TEST(ResponseTable, is_compared_by_what_it_reads) {
+    ResponseTable a, b;
+    a.assign(3);
+    b.assign(3);
+    a(1, 2) = 0;
+    EXPECT_EQ(a, b);
+    b(1, 2) = 1;
+    EXPECT_NE(a, b);
+    a.release();
+    b.release();
+    EXPECT_EQ(a, b);
+    b.assign(2);
+    EXPECT_NE(a, b) << "another count of rows";
+}
+
+TEST(ResponseTable, zeros_of_the_same_count_keep_memory_and_those_of_another_do_not) {
+    ResponseTable table;
+    table.assign(3);
+    table(1, 1) = 5;
+    table.assign(3);
+    EXPECT_EQ(held_columns(table), 1);
+    EXPECT_EQ(std::as_const(table)(1, 1), 0);
+    table.assign(4);
+    EXPECT_EQ(held_columns(table), 0);
+}
+
+TEST(ResponseTable, an_index_outside_raises_a_fault) {
+    ResponseTable table;
+    table.assign(2);
+    EXPECT_THROW(table(0, 1), Fault);
+    EXPECT_THROW(std::as_const(table)(3, 1), Fault);
+    EXPECT_THROW(table(1, 0), Fault);
+    EXPECT_THROW(table.column(6), Fault);
 }
 
 }  // namespace

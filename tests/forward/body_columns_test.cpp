@@ -7,6 +7,7 @@
 
 #include "core/body_parameters.h"
 #include "exact/exact_line.h"
+#include "support/response_values.h"
 
 namespace anomalis::forward {
 namespace {
@@ -109,7 +110,7 @@ TEST(BodyValues, the_workspace_its_bodies_and_the_table_of_the_copy_stay) {
         asker.columns(channel_mag, all_codes());
         EXPECT_EQ(asker.copy.response(3, 1), 77);
         EXPECT_EQ(asker.copy.response.rows(), 20);
-        EXPECT_EQ(peak_of({line.body().response.span().begin(), line.body().response.span().end()}), 0);
+        for (const float value : all_values(line.body().response)) EXPECT_EQ(value, 0);
         for (const BodyParameter& row : body_parameters())
             EXPECT_EQ((asker.copy.*row.slot).value, (line.body().*row.slot).value) << row.name;
     }

@@ -197,7 +197,10 @@ TEST(BodyPrice, the_work_ahead_is_that_of_responses_out_of_date) {
     const double all = work_ahead(line.workspace);
     EXPECT_GT(all, 101 * 48 * 2);
     line.workspace.definition.grav_column = 0;
-    EXPECT_NEAR(work_ahead(line.workspace), all / 2, 1e-9 * all);
+    const double sheet = work_of(body_price(line.body(1), Formulas::classic, 101), 101);
+    const double round = work_of(body_price(line.body(2), Formulas::classic, 101), 101);
+    EXPECT_NEAR(work_ahead(line.workspace), sheet + round, 1e-9 * all);
+    EXPECT_NEAR(all, 2 * sheet + 1.1 * round, 1e-9 * all) << "a pass gives both channels of a pipe";
     line.calculate();
     EXPECT_EQ(work_ahead(line.workspace), 0);
     line.body(2).mag_response_valid = false;

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "forward/line.h"
+#include "support/response_values.h"
 #include "support/stale_body.h"
 
 namespace anomalis::forward {
@@ -202,6 +203,80 @@ TEST(Driver, a_sum_beyond_single_precision_is_reported_and_counts_as_zero) {
     line.calculate();
     EXPECT_TRUE(told(line.faults, "An error occurred calculating the maginv model: Overflow"));
     EXPECT_EQ(raw_sum(line.workspace), std::vector<float>(10, 0.0F));
+}
+
+namespace {
+
+/// One body of each type, with and without ends, as files can say them too.
+void add_each_type(Line& line) {
+    for (const BodyType type : {thin_sheet, thick_sheet, edge, sloping_step, polygon, sphere, pipe, wire})
+        for (const float length : {0.0F, 250.0F}) {
+            ModelBody& body = line.add(type, 40.0 * line.workspace.body_count, 75);
+            body.length.value = length;
+            body.rem_q.value = 0.5F;
+            body.include_demagnetisation = line.workspace.body_count % 2;
+            body.shell_thickness = length > 0 ? 10 : 0;
+        }
+}
+
+}  // namespace
+
+TEST(Driver, both_channels_at_once_have_the_bits_that_each_has_alone) {
+    for (const Formulas formulas : {Formulas::classic, Formulas::exact}) {
+        Line both(61), mag(61), grav(61);
+        for (Line* line : {&both, &mag, &grav}) {
+            line->workspace.formulas = formulas;
+            add_each_type(*line);
+        }
+        mag.workspace.definition.grav_column = 0;
+        grav.workspace.definition.mag_column = 0;
+        for (Line* line : {&both, &mag, &grav}) line->calculate();
+        for (int b = 1; b <= both.workspace.body_count; ++b) {
+            EXPECT_EQ(column_values(both.body(b).response, 1), column_values(mag.body(b).response, 1)) << b;
+            EXPECT_EQ(column_values(both.body(b).response, 2), column_values(grav.body(b).response, 2)) << b;
+        }
+        EXPECT_EQ(raw_sum(both.workspace), raw_sum(mag.workspace));
+        EXPECT_EQ(raw_sum(both.workspace, false), raw_sum(grav.workspace, false));
+    }
+}
+
+TEST(Driver, a_response_holds_the_columns_of_its_channels_and_no_others) {
+    for (const Formulas formulas : {Formulas::classic, Formulas::exact}) {
+        Line line(61);
+        line.workspace.formulas = formulas;
+        add_each_type(line);
+        line.workspace.definition.grav_column = 0;
+        line.calculate();
+        for (int b = 1; b <= line.workspace.body_count; ++b)
+            EXPECT_LE(held_columns(line.body(b).response), 1) << b;
+        line.workspace.definition.grav_column = 4;
+        line.calculate();
+        for (int b = 1; b <= line.workspace.body_count; ++b)
+            EXPECT_LE(held_columns(line.body(b).response), 2) << b;
+        for (const int b : {3, 4, 13, 14}) {
+            EXPECT_EQ(held_columns(line.body(b).response), 2) << b;
+            line.body(b).turned_off = 1;
+            invalidate_body(line.body(b));
+        }
+        line.calculate();
+        for (const int b : {3, 4, 13, 14}) EXPECT_EQ(held_columns(line.body(b).response), 0) << b;
+    }
+}
+
+TEST(Driver, failures_are_told_channel_by_channel_in_the_order_of_the_bodies) {
+    for (const Formulas formulas : {Formulas::classic, Formulas::exact}) {
+        Line line(10);
+        line.workspace.formulas = formulas;
+        for (int i = 0; i < 40; ++i) line.add(thick_sheet, 50).width.value = std::nanf("");
+        line.calculate();
+        const auto entries = line.faults.entries();
+        ASSERT_EQ(entries.size(), 80U);
+        for (std::size_t i = 0; i < 80; ++i) {
+            const std::string what = i < 40 ? "the magnetic response of body " : "the gravity of body ";
+            EXPECT_NE(entries[i].text.find(what + std::to_string(i % 40 + 1) + ", "), std::string::npos)
+                << entries[i].text;
+        }
+    }
 }
 
 }  // namespace anomalis::forward

@@ -10,6 +10,7 @@
 #include "intake/load.h"
 #include "model/misfit.h"
 #include "model/refresh_model.h"
+#include "support/response_values.h"
 #include "support/scripted_prompts.h"
 
 // The law of a step back or forward: what is on show afterwards is what a fresh load of the same state gives,
@@ -93,7 +94,7 @@ inline void compare_bodies(const Workspace& have, const Workspace& wanted, Compa
         compare.value(name + " east", body.east, fresh.east);
         compare.value(name + " north", body.north, fresh.north);
         compare.value(name + " strike", body.strike.value, fresh.strike.value);
-        compare.values(name + " response", body.response.span(), fresh.response.span());
+        compare.values<float>(name + " response", all_values(body.response), all_values(fresh.response));
     }
 }
 

@@ -164,10 +164,13 @@ void calculate_facet_response(const Workspace& workspace, ModelBody& body, const
         if (!face.has_normal) return;
         if (wanted.magnetic && std::abs(face.pole) < least_pole) return;
         const StationView stations = station_view(workspace);
-        float* const gravity = response_column(workspace, body, 2);
-        float* const north = response_column(workspace, body, 3);
-        float* const east = response_column(workspace, body, 4);
-        float* const down = response_column(workspace, body, 5);
+        const auto column = [&](bool is_wanted, int number) {
+            return is_wanted ? response_column(workspace, body, number) : nullptr;
+        };
+        float* const gravity = column(wanted.gravity, 2);
+        float* const north = column(wanted.magnetic, 3);
+        float* const east = column(wanted.magnetic, 4);
+        float* const down = column(wanted.magnetic, 5);
         const auto add = [](float& to, double value) { to = static_cast<float>(to + value); };
         for (std::size_t i = 0; i < stations.count; ++i) {
             const NedVector observer{stations.north[i] - stations.north[0],

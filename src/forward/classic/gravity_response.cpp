@@ -1,6 +1,5 @@
 #include "forward/classic/gravity_response.h"
 
-#include <algorithm>
 #include <cmath>
 #include <string_view>
 
@@ -10,6 +9,7 @@
 #include "forward/classic/limited_response.h"
 #include "forward/classic/prism_facets.h"
 #include "forward/classic/talwani.h"
+#include "forward/forward_memory.h"
 #include "forward/shape/prism.h"
 #include "forward/shape/reference_point.h"
 #include "forward/station_columns.h"
@@ -34,28 +34,40 @@ void fill_sheet(const Workspace& workspace, ModelBody& body, Faults& faults, Pac
         column[i] = static_cast<float>(column[i] * factor);
 }
 
-void fill(Workspace& workspace, int body_number, Faults& faults, Pacer& pacer) {
-    ModelBody& body = workspace.body(body_number);
-    std::fill_n(response_column(workspace, body, 2), workspace.station_count, 0.0F);
+void fill(const BodyJob& job, bool found) {
+    const Workspace& workspace = job.workspace;
+    ModelBody& body = job.body;
+    zero_column(workspace, body, 2);
     set_body_angles(body);
     if (body.type == sphere) body.strike.value = to_single(workspace.azimuth + 90.0);
     if (std::abs(strike_against_profile(body, workspace.azimuth)) < least_sine_with_response) return;
     update_body_reference_point(workspace, body.distance.value, body.east, body.north);
-    if (std::abs(body.density.value) < least_density) return;
-    if (!has_classic_gravity(body.type)) return;
+    if (!has_weight(body) || !has_classic_gravity(body.type)) return;
     if (is_sheet(body.type)) {
-        fill_sheet(workspace, body, faults, pacer);
+        fill_sheet(workspace, body, job.grav_faults, job.pacer);
     } else {
-        fill_pipe_gravity(workspace, body, faults, pacer);
+        fill_pipe_gravity(job, found);
     }
 }
 
 }  // namespace
 
-void calculate_gravity_response(Workspace& workspace, int body_number, Faults& faults, Pacer& pacer) {
+bool has_weight(const ModelBody& body) {
+    return !(std::abs(body.density.value) < least_density);
+}
+
+void calculate_gravity_response(const BodyJob& job, bool found) {
     constexpr std::string_view prefix = "An error occurred while calculating the gravity response: ";
-    report_failure(faults, prefix, [&] { fill(workspace, body_number, faults, pacer); });
-    report_failure(faults, prefix, [&] { require_finite_column(workspace, body_number, 2); });
+    report_failure(job.grav_faults, prefix, [&] { fill(job, found); });
+    report_failure(job.grav_faults, prefix,
+                   [&] { require_finite_column(job.workspace, job.body, job.number, 2); });
+}
+
+void calculate_gravity_response(Workspace& workspace, int body_number, Faults& faults, Pacer& pacer) {
+    ExactNotes notes;
+    calculate_gravity_response({workspace, body_number, workspace.body(body_number), false, true,
+                                body_memory(workspace), notes, faults, faults, pacer},
+                               false);
 }
 
 }  // namespace anomalis::forward

@@ -18,18 +18,25 @@ Point3 east_north_up(double north, double east, double down) {
     return {east, north, -down};
 }
 
-void fill_polyhedron(Workspace& workspace, ModelBody& body, const Magnetisation& m, ForwardMemory& memory,
-                     Pacer& pacer) {
-    const AmbientField field = ambient_field(workspace);
-    memory.polyhedron.total_field(station_spans(workspace), east_north_up(m.north, m.east, m.down),
-                                  east_north_up(field.north, field.east, field.down), memory.values,
-                                  {.pacer = &pacer});
-    store_values(workspace, body, 1, memory.values);
+/// With the gravity where `attraction_too`.
+void fill_polyhedron(const BodyJob& job, const Magnetisation& m, bool attraction_too = false) {
+    BodyMemory& memory = job.memory;
+    const AmbientField field = ambient_field(job.workspace);
+    const StationSpans stations = station_spans(job.workspace);
+    const Point3 moment = east_north_up(m.north, m.east, m.down);
+    const Point3 direction = east_north_up(field.north, field.east, field.down);
+    if (attraction_too) {
+        memory.polyhedron.total_field_and_gravity(stations, moment, direction, job.body.density.value,
+                                                  memory.anomaly, memory.attraction, {.pacer = &job.pacer});
+    } else {
+        memory.polyhedron.total_field(stations, moment, direction, memory.anomaly, {.pacer = &job.pacer});
+    }
+    store_values(job.workspace, job.body, 1, memory.anomaly);
 }
 
-void assign_placed(const ModelBody& body, ForwardMemory& memory, Pacer& pacer) {
-    const PlainSurface surface = placed_plain_surface(body.solid, memory.plain_solid);
-    memory.polyhedron.assign(surface.points, surface.facets, &pacer);
+void assign_placed(const BodyJob& job) {
+    const PlainSurface surface = placed_plain_surface(job.body.solid, job.memory.plain_solid);
+    job.memory.polyhedron.assign(surface.points, surface.facets, &job.pacer);
 }
 
 Magnetisation store_moment(const Workspace& workspace, ModelBody& body) {
@@ -66,31 +73,36 @@ void store_values(const Workspace& workspace, ModelBody& body, int column, std::
     for (const double value : values) *to++ = static_cast<float>(value);
 }
 
-void fill_prism(Workspace& workspace, ModelBody& body, Faults& faults, Pacer& pacer) {
-    const Magnetisation m = store_moment(workspace, body);
-    if (workspace.station_count <= 0) return;
-    const PrismCorners corners = magnetic_prism(body);
-    if (body.include_demagnetisation < 0) return fill_prism_by_faces(workspace, body, corners, faults, pacer);
-    ForwardMemory& memory = forward_memory(workspace);
-    memory.polyhedron.assign(corners, prism_triangles);
-    fill_polyhedron(workspace, body, m, memory, pacer);
+void fill_prism(const BodyJob& job) {
+    const Magnetisation m = store_moment(job.workspace, job.body);
+    if (job.workspace.station_count <= 0) return;
+    const PrismCorners corners = magnetic_prism(job.body);
+    if (job.body.include_demagnetisation < 0)
+        return fill_prism_by_faces(job.workspace, job.body, corners, job.mag_faults, job.pacer);
+    job.memory.polyhedron.assign(corners, prism_triangles);
+    fill_polyhedron(job, m);
 }
 
-void fill_pipe(Workspace& workspace, ModelBody& body, Faults& faults, Pacer& pacer) {
-    Magnetisation m = store_moment(workspace, body);
-    if (setup_cylinder_body(body, body.solid, faults, workspace.station_count) != 0) return;
-    ForwardMemory& memory = forward_memory(workspace);
-    if (body.include_demagnetisation != 0) m = demagnetised_pipe(body, m, memory.polyhedron, pacer);
-    assign_placed(body, memory, pacer);
-    fill_polyhedron(workspace, body, m, memory, pacer);
+bool fill_pipe(const BodyJob& job, bool attraction_too) {
+    ModelBody& body = job.body;
+    Magnetisation m = store_moment(job.workspace, body);
+    if (setup_cylinder_body(body, body.solid, job.mag_faults, job.workspace.station_count) != 0) return false;
+    if (body.include_demagnetisation != 0) m = demagnetised_pipe(body, m, job.memory.polyhedron, job.pacer);
+    assign_placed(job);
+    fill_polyhedron(job, m, attraction_too);
+    return attraction_too;
 }
 
-void fill_pipe_gravity(Workspace& workspace, ModelBody& body, Faults& faults, Pacer& pacer) {
-    if (setup_cylinder_body(body, body.solid, faults, workspace.station_count) != 0) return;
-    ForwardMemory& memory = forward_memory(workspace);
-    assign_placed(body, memory, pacer);
-    memory.polyhedron.gravity(station_spans(workspace), body.density.value, memory.values, {.pacer = &pacer});
-    store_values(workspace, body, 2, memory.values);
+void fill_pipe_gravity(const BodyJob& job, bool found) {
+    BodyMemory& memory = job.memory;
+    if (!found) {
+        if (setup_cylinder_body(job.body, job.body.solid, job.grav_faults, job.workspace.station_count) != 0)
+            return;
+        assign_placed(job);
+        memory.polyhedron.gravity(station_spans(job.workspace), job.body.density.value, memory.attraction,
+                                  {.pacer = &job.pacer});
+    }
+    store_values(job.workspace, job.body, 2, memory.attraction);
 }
 
 }  // namespace anomalis::forward

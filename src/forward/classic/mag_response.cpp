@@ -1,6 +1,5 @@
 #include "forward/classic/mag_response.h"
 
-#include <algorithm>
 #include <cmath>
 #include <string_view>
 
@@ -8,11 +7,13 @@
 #include "core/numbers.h"
 #include "forward/classic/edge_step.h"
 #include "forward/classic/field_coefficients.h"
+#include "forward/classic/gravity_response.h"
 #include "forward/classic/limited_response.h"
 #include "forward/classic/shape_terms.h"
 #include "forward/classic/sheet.h"
 #include "forward/classic/sphere.h"
 #include "forward/classic/wire.h"
+#include "forward/forward_memory.h"
 #include "forward/shape/reference_point.h"
 #include "forward/station_columns.h"
 
@@ -25,60 +26,85 @@ constexpr float least_magnetisation = 0.0001F;
 constexpr double units_a_station = 20;
 
 void zero_magnetic_columns(const Workspace& workspace, ModelBody& body) {
-    for (const int column : {1, 3, 4, 5})
-        std::fill_n(response_column(workspace, body, column), workspace.station_count, 0.0F);
+    zero_column(workspace, body, 1);
+    for (const int column : {3, 4, 5})
+        if (held_column(workspace, body, column)) body.response.drop(column);
 }
 
 bool unlimited_strike(const ModelBody& body) {
     return !(body.length.value > 0) && body.slope.value == 0;
 }
 
-void fill_by_type(Workspace& workspace, ModelBody& body, double strike_sine, Faults& faults, Pacer& pacer) {
-    if (body.type == wire) return fill_wire(workspace, body);
-    if (body.type == polygon) return;
+/// True where the gravity was found with it.
+bool fill_limited(const BodyJob& job) {
+    if (job.body.type == pipe) return fill_pipe(job, job.grav && has_weight(job.body));
+    fill_prism(job);
+    return false;
+}
+
+bool fill_by_type(const BodyJob& job, double strike_sine) {
+    const Workspace& workspace = job.workspace;
+    ModelBody& body = job.body;
+    if (body.type == wire) fill_wire(workspace, body);
+    if (body.type == wire || body.type == polygon) return false;
     const ShapeTerms terms = shape_terms(body, strike_sine);
-    if (terms.size() < least_shape_terms) return;
+    if (terms.size() < least_shape_terms) return false;
     switch (body.type) {
         case thin_sheet:
-            return add_thin_sheet(workspace, body, strike_sine, terms);
+            add_thin_sheet(workspace, body, strike_sine, terms);
+            return false;
         case edge:
-            return add_edge(workspace, body, terms);
+            add_edge(workspace, body, terms);
+            return false;
         case sloping_step:
-            return add_sloping_step(workspace, body, terms);
+            add_sloping_step(workspace, body, terms);
+            return false;
         case sphere:
-            return add_sphere(workspace, body, terms);
+            add_sphere(workspace, body, terms);
+            return false;
         case thick_sheet:
         case pipe:
-            if (unlimited_strike(body)) return add_thick_sheet(workspace, body, strike_sine, terms);
-            return body.type == pipe ? fill_pipe(workspace, body, faults, pacer)
-                                     : fill_prism(workspace, body, faults, pacer);
+            if (!unlimited_strike(body)) return fill_limited(job);
+            add_thick_sheet(workspace, body, strike_sine, terms);
+            return false;
         default:
-            return;
+            return false;
     }
 }
 
-void fill(Workspace& workspace, int body_number, Faults& faults, Pacer& pacer) {
-    ModelBody& body = workspace.body(body_number);
+bool fill(const BodyJob& job) {
+    const Workspace& workspace = job.workspace;
+    ModelBody& body = job.body;
     zero_magnetic_columns(workspace, body);
-    if (calculate_field_coefficients(workspace, body, faults) != 0) return;
+    if (calculate_field_coefficients(workspace, body, job.mag_faults) != 0) return false;
     // Radians are added to degrees on purpose:
     // test `Sphere, takes_the_azimuth_in_radians_plus_90_as_its_strike`.
     if (body.type == sphere) body.strike.value = to_single(workspace.azimuth + 90.0);
     const double strike_sine = strike_against_profile(body, workspace.azimuth);
-    if (std::abs(strike_sine) < least_sine_with_response) return;
+    if (std::abs(strike_sine) < least_sine_with_response) return false;
     update_body_reference_point(workspace, body.distance.value, body.east, body.north);
-    if (std::abs(body.last_calculated) < least_magnetisation) return;
-    fill_by_type(workspace, body, strike_sine, faults, pacer);
-    pacer.done(units_a_station * workspace.station_count);
+    if (std::abs(body.last_calculated) < least_magnetisation) return false;
+    const bool attraction_too = fill_by_type(job, strike_sine);
+    job.pacer.done(units_a_station * workspace.station_count);
+    return attraction_too;
 }
 
 }  // namespace
 
-void calculate_mag_response(Workspace& workspace, int body_number, Faults& faults, Pacer& pacer) {
+bool calculate_mag_response(const BodyJob& job) {
     // The spelling is part of the text.
     constexpr std::string_view prefix = "An error occured while calculating the response: ";
-    report_failure(faults, prefix, [&] { fill(workspace, body_number, faults, pacer); });
-    report_failure(faults, prefix, [&] { require_finite_column(workspace, body_number, 1); });
+    bool attraction_too = false;
+    report_failure(job.mag_faults, prefix, [&] { attraction_too = fill(job); });
+    report_failure(job.mag_faults, prefix,
+                   [&] { require_finite_column(job.workspace, job.body, job.number, 1); });
+    return attraction_too;
+}
+
+void calculate_mag_response(Workspace& workspace, int body_number, Faults& faults, Pacer& pacer) {
+    ExactNotes notes;
+    calculate_mag_response({workspace, body_number, workspace.body(body_number), true, false,
+                            body_memory(workspace), notes, faults, faults, pacer});
 }
 
 }  // namespace anomalis::forward

@@ -15,9 +15,18 @@ namespace {
 constexpr std::size_t stretch = 256;
 constexpr double units_a_station = 500;
 
+/// Null for those that are not wanted.
 struct Columns {
     float *gravity, *north, *east, *down;
 };
+
+Columns wanted_columns(const Workspace& workspace, ModelBody& body, const FacetWanted& wanted) {
+    const auto column = [&](bool is_wanted, int number) {
+        return is_wanted ? response_column(workspace, body, number) : nullptr;
+    };
+    return {column(wanted.gravity, 2), column(wanted.magnetic, 3), column(wanted.magnetic, 4),
+            column(wanted.magnetic, 5)};
+}
 
 /// The six faces twice: flat for the loop over stations, and as the single face's routine takes them.
 class Prism {
@@ -88,7 +97,7 @@ void add_close_faces(const Prism& prism, unsigned close, const NedVector& observ
 }
 
 void add_stretch(const Prism& prism, const StationView& part, const NedVector& first_station,
-                 const FacetWanted& wanted, const Columns& columns) {
+                 const FacetWanted& wanted, const Columns& columns, std::size_t first) {
     std::array<double, stretch> north, east, down, gravity, close;
     const double origin[3] = {first_station.north, first_station.east, first_station.down};
     prism_stations_at(vector::widest_vector_level())(
@@ -103,11 +112,11 @@ void add_stretch(const Prism& prism, const StationView& part, const NedVector& f
                 {part.north[i] - origin[0], part.east[i] - origin[1], -(part.sensor[i] - origin[2])}, at);
         }
         if (wanted.magnetic) {
-            add(columns.north[i], north[i]);
-            add(columns.east[i], east[i]);
-            add(columns.down[i], down[i]);
+            add(columns.north[first + i], north[i]);
+            add(columns.east[first + i], east[i]);
+            add(columns.down[first + i], down[i]);
         }
-        if (wanted.gravity) add(columns.gravity[i], gravity[i]);
+        if (wanted.gravity) add(columns.gravity[first + i], gravity[i]);
     }
 }
 
@@ -121,13 +130,11 @@ void add_prism_facets(const Workspace& workspace, ModelBody& body, const FacetWa
         if (stations.count == 0) return;
         const Prism prism(corners, magnetisation, wanted.magnetic);
         const NedVector first_station{stations.north[0], stations.east[0], stations.sensor[0]};
-        float* const columns[] = {response_column(workspace, body, 2), response_column(workspace, body, 3),
-                                  response_column(workspace, body, 4), response_column(workspace, body, 5)};
+        const Columns columns = wanted_columns(workspace, body, wanted);
         for (std::size_t at = 0; at < stations.count; at += stretch) {
             const StationView part{stations.east + at, stations.north + at, stations.sensor + at,
                                    std::min(stretch, stations.count - at)};
-            add_stretch(prism, part, first_station, wanted,
-                        {columns[0] + at, columns[1] + at, columns[2] + at, columns[3] + at});
+            add_stretch(prism, part, first_station, wanted, columns, at);
             pacer.done(units_a_station * static_cast<double>(part.count));
         }
     });

@@ -19,8 +19,6 @@ namespace anomalis::forward {
 
 namespace {
 
-enum class Channel { magnetic, gravity };
-
 /// Stations of all vector levels.
 constexpr std::size_t whole_vectors = 8;
 /// Of closed forms: of a station, and of one edge of a ring for a station.
@@ -28,37 +26,56 @@ constexpr double units_a_station = 200, units_an_edge = 20;
 /// What is done between two words with the pacer.
 constexpr double stretch_units = 2e6;
 
+/// What is wanted of a body at the stations: nT and mGal, null where a channel is not asked for.
+struct Wanted {
+    double* anomaly;
+    double* attraction;
+
+    int channels() const { return (anomaly ? 1 : 0) + (attraction ? 1 : 0); }
+    Wanted from(std::size_t at) const {
+        return {anomaly ? anomaly + at : nullptr, attraction ? attraction + at : nullptr};
+    }
+};
+
 /// One body at the stations of a line. The procedures below return false where it gives nothing.
 struct Task {
     ExactPlace place;
     ModelBody& body;
     ExactField field;
     Polyhedron& polyhedron;
-    std::span<double> values;
+    Wanted wanted;
     ExactNotes& notes;
-    Channel channel;
     Pacer& pacer;
 
     double density() const { return body.density.value; }
-    bool magnetic() const { return channel == Channel::magnetic; }
+    std::size_t count() const { return place.stations.count; }
 };
 
+void zero(double* values, std::size_t count) {
+    if (values) std::fill_n(values, count, 0.0);
+}
+
 void demagnetise(Task& task) {
-    if (!task.magnetic() || task.body.include_demagnetisation != 1) return;
+    if (!task.wanted.anomaly || task.body.include_demagnetisation != 1) return;
     task.field.magnetisation =
         demagnetised(body_demagnetisation(task.body), task.body.susc.value / 1e6, task.field.magnetisation);
 }
 
 bool fill_solid(Task& task) {
-    if (task.magnetic()) {
-        fill_solid_anomaly(task.place, task.field, task.polyhedron, task.values, task.pacer);
+    const auto [anomaly, attraction] = task.wanted;
+    const std::size_t count = task.count();
+    if (anomaly && attraction) {
+        fill_solid_responses(task.place, task.field, task.density(), task.polyhedron, {anomaly, count},
+                             {attraction, count}, task.pacer);
+    } else if (anomaly) {
+        fill_solid_anomaly(task.place, task.field, task.polyhedron, {anomaly, count}, task.pacer);
     } else {
-        fill_solid_gravity(task.place, task.density(), task.polyhedron, task.values, task.pacer);
+        fill_solid_gravity(task.place, task.density(), task.polyhedron, {attraction, count}, task.pacer);
     }
     return true;
 }
 
-/// Calls step(place, values) for one stretch of stations after the other, each of `stretch_units` when a
+/// Calls step(place, wanted) for one stretch of stations after the other, each of `stretch_units` when a
 /// station takes `units`. Stretches begin at whole vectors, so that they change no bit.
 template <class Step>
 void in_stretches(Task& task, double units, const Step& step) {
@@ -67,21 +84,19 @@ void in_stretches(Task& task, double units, const Step& step) {
     const StationView& all = task.place.stations;
     for (std::size_t at = 0; at < all.count; at += stretch) {
         const std::size_t count = std::min(stretch, all.count - at);
-        step(ExactPlace{part_of(all, at, count), task.place.frame}, task.values.subspan(at, count));
+        step(ExactPlace{part_of(all, at, count), task.place.frame}, task.wanted.from(at));
         task.pacer.done(units * static_cast<double>(count));
     }
 }
 
-/// One of two procedures for a shape, with what each channel needs. `units` are what a station takes.
+/// The procedures for a shape, with what each channel needs. `units` are what a station takes in one channel.
 template <class Shape, class Anomaly, class Gravity>
 bool fill_shape(Task& task, const Shape& shape, Anomaly anomaly, Gravity gravity,
                 double units = units_a_station) {
-    in_stretches(task, units, [&](const ExactPlace& place, std::span<double> values) {
-        if (task.magnetic()) {
-            anomaly(place, shape, task.field, values);
-        } else {
-            gravity(place, shape, task.density(), values);
-        }
+    in_stretches(task, units * task.wanted.channels(), [&](const ExactPlace& place, const Wanted& wanted) {
+        const std::size_t count = place.stations.count;
+        if (wanted.anomaly) anomaly(place, shape, task.field, {wanted.anomaly, count});
+        if (wanted.attraction) gravity(place, shape, task.density(), {wanted.attraction, count});
     });
     return true;
 }
@@ -110,8 +125,7 @@ bool fill_sphere(Task& task) {
 }
 
 bool fill_pipe(Task& task) {
-    require_affordable(
-        body_price(task.body, Formulas::exact, static_cast<std::int64_t>(task.place.stations.count)));
+    require_affordable(body_price(task.body, Formulas::exact, static_cast<std::int64_t>(task.count())));
     const PipeShape pipe = pipe_shape(task.body);
     if (pipe.outer == 0) return false;
     demagnetise(task);
@@ -122,9 +136,12 @@ bool fill_pipe(Task& task) {
     return fill_solid(task);
 }
 
+/// A current has no mass.
 bool fill_wire(Task& task) {
-    in_stretches(task, units_a_station, [&](const ExactPlace& place, std::span<double> values) {
-        fill_wire_anomaly(place, task.body, task.field, values);
+    zero(task.wanted.attraction, task.count());
+    if (!task.wanted.anomaly) return true;
+    in_stretches(task, units_a_station, [&](const ExactPlace& place, const Wanted& wanted) {
+        fill_wire_anomaly(place, task.body, task.field, {wanted.anomaly, place.stations.count});
     });
     return true;
 }
@@ -145,7 +162,6 @@ bool fill_by_type(Task& task) {
         case pipe:
             return fill_pipe(task);
         case wire:
-            if (!task.magnetic()) return false;
             return fill_wire(task);
         default:
             return false;
@@ -153,13 +169,13 @@ bool fill_by_type(Task& task) {
 }
 
 void fill(const Workspace& workspace, ModelBody& body, const StationView& stations, Polyhedron& polyhedron,
-          std::span<double> values, ExactNotes& notes, Channel channel, Pacer& pacer) {
+          const Wanted& wanted, ExactNotes& notes, Pacer& pacer) {
     update_body_reference_point(workspace, body.distance.value, body.east, body.north);
     const ExactPlace place{stations, exact_frame(body)};
-    if (values.size() != place.stations.count) throw Fault(FaultKind::subscript);
-    Task task{place,   body, exact_field(workspace, body, place.frame), polyhedron, values, notes,
-              channel, pacer};
-    if (!fill_by_type(task)) std::fill(values.begin(), values.end(), 0.0);
+    Task task{place, body, exact_field(workspace, body, place.frame), polyhedron, wanted, notes, pacer};
+    if (fill_by_type(task)) return;
+    zero(wanted.anomaly, stations.count);
+    zero(wanted.attraction, stations.count);
 }
 
 /// The numbers that the tensor of a body hangs on.
@@ -196,21 +212,72 @@ Tensor3 tensor_of(const ModelBody& body) {
     }
 }
 
-void fill_column(Workspace& workspace, int body_number, ExactNotes& notes, Channel channel, Faults& faults,
-                 Pacer& pacer) {
-    ModelBody& body = workspace.body(body_number);
-    const int column = channel == Channel::magnetic ? 1 : 2;
-    const std::string_view failure = exact_failure(channel == Channel::magnetic ? channel_mag : channel_grav);
-    const int status = report_failure(faults, failure, [&] {
-        ForwardMemory& memory = forward_memory(workspace);
-        fill(workspace, body, station_view(workspace), memory.polyhedron, memory.values, notes, channel,
-             pacer);
-        store_values(workspace, body, column, memory.values);
+/// What is written of one channel.
+struct Column {
+    int channel, number;  ///< channel_mag or channel_grav; of the response
+    std::vector<double> BodyMemory::*values;
+    Faults& faults;
+};
+
+Column magnetic_column(const BodyJob& job) {
+    return {channel_mag, 1, &BodyMemory::anomaly, job.mag_faults};
+}
+
+Column gravity_column(const BodyJob& job) {
+    return {channel_grav, 2, &BodyMemory::attraction, job.grav_faults};
+}
+
+void fill_wanted(const BodyJob& job, const Wanted& wanted) {
+    fill(job.workspace, job.body, station_view(job.workspace), job.memory.polyhedron, wanted, job.notes,
+         job.pacer);
+}
+
+/// False after a failure, which is told by the channel that it concerns when each is calculated alone.
+bool fill_both(const BodyJob& job) {
+    try {
+        fill_wanted(job, {job.memory.anomaly.data(), job.memory.attraction.data()});
+    } catch (const std::exception&) {
+        return false;
+    }
+    return true;
+}
+
+void store(const BodyJob& job, const Column& column) {
+    report_failure(column.faults, exact_failure(column.channel), [&] {
+        store_values(job.workspace, job.body, column.number, job.memory.*column.values);
+        require_finite_column(job.workspace, job.body, job.number, column.number);
     });
-    report_failure(faults, failure, [&] {
-        if (status != 0) std::fill_n(response_column(workspace, body, column), workspace.station_count, 0.0F);
-        require_finite_column(workspace, body_number, column);
+}
+
+void fill_alone(const BodyJob& job, const Column& column) {
+    double* const values = (job.memory.*column.values).data();
+    const bool magnetic = column.channel == channel_mag;
+    const int status = report_failure(column.faults, exact_failure(column.channel), [&] {
+        fill_wanted(job, {magnetic ? values : nullptr, magnetic ? nullptr : values});
     });
+    if (status == 0) return store(job, column);
+    job.body.response.drop(column.number);
+}
+
+}  // namespace
+
+void calculate_exact_responses(const BodyJob& job) {
+    const Column magnetic = magnetic_column(job), gravity = gravity_column(job);
+    if (job.both() && fill_both(job)) {
+        store(job, magnetic);
+        store(job, gravity);
+        return;
+    }
+    if (job.mag) fill_alone(job, magnetic);
+    if (job.grav) fill_alone(job, gravity);
+}
+
+namespace {
+
+void calculate_one(Workspace& workspace, int body_number, bool mag, ExactNotes& notes, Faults& faults,
+                   Pacer& pacer) {
+    calculate_exact_responses({workspace, body_number, workspace.body(body_number), mag, !mag,
+                               body_memory(workspace), notes, faults, faults, pacer});
 }
 
 }  // namespace
@@ -234,8 +301,10 @@ std::string_view exact_failure(int channel) {
 
 void exact_values(const Workspace& workspace, ModelBody& body, int channel, const StationView& stations,
                   Polyhedron& polyhedron, std::span<double> values, ExactNotes& notes, Pacer& pacer) {
-    fill(workspace, body, stations, polyhedron, values, notes,
-         channel == channel_mag ? Channel::magnetic : Channel::gravity, pacer);
+    if (values.size() != stations.count) throw Fault(FaultKind::subscript);
+    const bool magnetic = channel == channel_mag;
+    fill(workspace, body, stations, polyhedron,
+         {magnetic ? values.data() : nullptr, magnetic ? nullptr : values.data()}, notes, pacer);
 }
 
 void exact_anomaly(const Workspace& workspace, ModelBody& body, Polyhedron& polyhedron,
@@ -250,12 +319,12 @@ void exact_gravity(const Workspace& workspace, ModelBody& body, Polyhedron& poly
 
 void calculate_exact_mag_response(Workspace& workspace, int body_number, ExactNotes& notes, Faults& faults,
                                   Pacer& pacer) {
-    fill_column(workspace, body_number, notes, Channel::magnetic, faults, pacer);
+    calculate_one(workspace, body_number, true, notes, faults, pacer);
 }
 
 void calculate_exact_gravity_response(Workspace& workspace, int body_number, ExactNotes& notes,
                                       Faults& faults, Pacer& pacer) {
-    fill_column(workspace, body_number, notes, Channel::gravity, faults, pacer);
+    calculate_one(workspace, body_number, false, notes, faults, pacer);
 }
 
 void report_notes(const ExactNotes& notes, Faults& faults) {

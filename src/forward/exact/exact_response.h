@@ -5,6 +5,7 @@
 
 #include "core/pacer.h"
 #include "core/workspace.h"
+#include "forward/body_job.h"
 #include "forward/exact/exact_notes.h"
 #include "forward/polyhedron/polyhedron.h"
 #include "forward/station_view.h"
@@ -32,8 +33,12 @@ void exact_values(const Workspace& workspace, ModelBody& body, int channel, cons
 /// What the text of a failure in a channel begins with.
 std::string_view exact_failure(int channel);
 
-/// Anomaly or attraction into the body's response table, rounded to single precision: columns 1 and 2. A
-/// failure is noted, and a response that is not finite counts as zero.
+/// The channels that are wanted into the body's response table, rounded to single precision: columns 1 and 2.
+/// Both come out of one pass where a body has both, with the bits that each has alone. A failure is noted,
+/// and a response that is not finite counts as zero.
+void calculate_exact_responses(const BodyJob& job);
+
+/// The same for one channel of a body of the workspace.
 void calculate_exact_mag_response(Workspace& workspace, int body_number, ExactNotes& notes, Faults& faults,
                                   Pacer& pacer = no_pace());
 void calculate_exact_gravity_response(Workspace& workspace, int body_number, ExactNotes& notes,

@@ -105,6 +105,14 @@ void fill_solid_anomaly(const ExactPlace& place, const ExactField& field, Polyhe
                            turned_out(place.frame, field.direction), values, {.pacer = &pacer});
 }
 
+void fill_solid_responses(const ExactPlace& place, const ExactField& field, double density,
+                          Polyhedron& polyhedron, std::span<double> anomaly, std::span<double> attraction,
+                          Pacer& pacer) {
+    polyhedron.total_field_and_gravity(spans_of(place.stations), turned_out(place.frame, field.magnetisation),
+                                       turned_out(place.frame, field.direction), density, anomaly, attraction,
+                                       {.pacer = &pacer});
+}
+
 void fill_solid_gravity(const ExactPlace& place, double density, Polyhedron& polyhedron,
                         std::span<double> values, Pacer& pacer) {
     polyhedron.gravity(spans_of(place.stations), density, values, {.pacer = &pacer});

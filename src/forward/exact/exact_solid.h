@@ -17,6 +17,10 @@ void assign_pipe(const BodyFrame& frame, const PipeShape& pipe, Polyhedron& poly
 
 void fill_solid_anomaly(const ExactPlace& place, const ExactField& field, Polyhedron& polyhedron,
                         std::span<double> values, Pacer& pacer = no_pace());
+/// Both in one pass, each with the bits that it has alone.
+void fill_solid_responses(const ExactPlace& place, const ExactField& field, double density,
+                          Polyhedron& polyhedron, std::span<double> anomaly, std::span<double> attraction,
+                          Pacer& pacer = no_pace());
 void fill_solid_gravity(const ExactPlace& place, double density, Polyhedron& polyhedron,
                         std::span<double> values, Pacer& pacer = no_pace());
 

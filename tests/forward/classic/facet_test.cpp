@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "forward/line.h"
+#include "support/response_values.h"
 
 namespace anomalis::forward {
 
@@ -165,14 +166,14 @@ TEST(FacetResponse, a_face_with_all_corners_on_a_line_adds_nothing) {
     ModelBody& body = line.add(thick_sheet);
     const std::array<NedVector, 4> flat{{{0, 0, 50}, {10, 0, 50}, {20, 0, 50}, {30, 0, 50}}};
     calculate_facet_response(line.workspace, body, {true, true}, {10, 10, 10}, flat, line.faults);
-    for (const float value : body.response.span()) EXPECT_EQ(value, 0);
+    for (const float value : all_values(body.response)) EXPECT_EQ(value, 0);
 }
 
 TEST(FacetResponse, a_face_without_poles_adds_nothing_even_to_gravity) {
     Line line(5);
     ModelBody& body = line.add(thick_sheet);
     calculate_facet_response(line.workspace, body, {true, true}, {10, 10, 1e-8}, square, line.faults);
-    for (const float value : body.response.span()) EXPECT_EQ(value, 0);
+    for (const float value : all_values(body.response)) EXPECT_EQ(value, 0);
     calculate_facet_response(line.workspace, body, {false, true}, {}, square, line.faults);
     EXPECT_NE(body.response(1, 2), 0);
     EXPECT_EQ(body.response(1, 5), 0) << "only gravity was wanted";

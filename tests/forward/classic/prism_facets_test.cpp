@@ -7,6 +7,7 @@
 #include "forward/shape/prism.h"
 #include "forward/shape/prism_kernel.h"
 #include "forward/shape/reference_point.h"
+#include "support/response_values.h"
 
 namespace anomalis::forward {
 
@@ -40,8 +41,8 @@ void expect_like_single_faces(Line& line, const FacetWanted& wanted, double leas
     add_prism_facets(line.workspace, body, wanted, wanted.magnetic ? moment : NedVector{},
                      relative_to_first_station(magnetic_prism(body), line.workspace), line.faults);
     for (int column = 2; column <= 5; ++column) {
-        const auto a = expected.column(column);
-        const auto b = std::as_const(body.response).column(column);
+        const std::vector<float> a = column_values(expected, column);
+        const std::vector<float> b = column_values(body.response, column);
         double peak = 1e-6;
         for (const float v : a) peak = std::max(peak, std::abs(static_cast<double>(v)));
         for (std::size_t i = 0; i < a.size(); ++i)
