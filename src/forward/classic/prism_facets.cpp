@@ -5,7 +5,6 @@
 
 #include "core/faults.h"
 #include "forward/shape/prism.h"
-#include "forward/shape/prism_kernel.h"
 #include "forward/station_columns.h"
 
 namespace anomalis::forward {
@@ -14,113 +13,84 @@ namespace {
 
 constexpr std::size_t stretch = 256;
 constexpr double units_a_station = 500;
+/// An edge that falls by less than this (m) counts as level where an observer moves away from it.
+constexpr double level_fall = 0.1;
+constexpr int moves_before_last = 9;
 
-/// Null for those that are not wanted.
-struct Columns {
-    float *gravity, *north, *east, *down;
-};
-
-Columns wanted_columns(const Workspace& workspace, ModelBody& body, const FacetWanted& wanted) {
-    const auto column = [&](bool is_wanted, int number) {
-        return is_wanted ? response_column(workspace, body, number) : nullptr;
-    };
-    return {column(wanted.gravity, 2), column(wanted.magnetic, 3), column(wanted.magnetic, 4),
-            column(wanted.magnetic, 5)};
+int edge_between(PrismFaces& prism, int& edges, int a, int b, double edge_length) {
+    const int from = std::min(a, b);
+    const int to = std::max(a, b);
+    for (int k = 0; k < edges; ++k)
+        if (prism.edge[k].from == from && prism.edge[k].to == to) return k;
+    prism.edge[edges] = {from, to, edge_length};
+    return edges++;
 }
 
-/// The six faces twice: flat for the loop over stations, and as the single face's routine takes them.
-class Prism {
-  public:
-    Prism(const std::array<NedVector, 8>& corners, const NedVector& magnetisation, bool needs_pole) {
-        for (std::size_t c = 0; c < 8; ++c) {
-            flat_.corner[c][0] = corners[c].north;
-            flat_.corner[c][1] = corners[c].east;
-            flat_.corner[c][2] = corners[c].down;
-        }
-        for (std::size_t f = 0; f < 6; ++f) prepare_face(f, corners, magnetisation, needs_pole);
+/// Edge i of a face, which runs `along`, and how observers move away from it.
+void prepare_edge(PrismFaces::Face& flat, std::size_t i, const NedVector& along, const NedVector& normal,
+                  bool magnetic) {
+    const NedVector turned = cross_product(along, normal);
+    flat.turned[i][0] = turned.north;
+    flat.turned[i][1] = turned.east;
+    flat.turned[i][2] = turned.down;
+    if (length(along) > 0 && (magnetic || turned.down != 0)) flat.integrals |= 1U << flat.edge[i];
+    flat.level[i] = std::hypot(along.north, along.east);
+    if (std::abs(along.down) < level_fall) {
+        // North takes the east component and east the north: the step leads away from the edge.
+        flat.step[i][0] = along.east / 10;
+        flat.step[i][1] = along.north / 10;
     }
-
-    const PrismFaces& flat() const { return flat_; }
-    const PlaneFace& face(std::size_t f) const { return faces_[f]; }
-
-  private:
-    void prepare_face(std::size_t f, const std::array<NedVector, 8>& corners, const NedVector& magnetisation,
-                      bool needs_pole) {
-        PrismFaces::Face& flat = flat_.face[f];
-        for (std::size_t i = 0; i < 4; ++i) face_corners_[f][i] = corners[prism_faces[f][i]];
-        const PlaneFace& face = faces_[f] = make_face(face_corners_[f], magnetisation);
-        for (std::size_t i = 0; i < 4; ++i) {
-            const int from = prism_faces[f][i];
-            const int to = prism_faces[f][(i + 1) % 4];
-            const NedVector along = face_corners_[f][(i + 1) % 4] - face_corners_[f][i];
-            flat.corner[i] = from;
-            flat.edge[i] = edge_between(from, to, length(along));
-            flat.along[i][0] = along.north;
-            flat.along[i][1] = along.east;
-            flat.along[i][2] = along.down;
-        }
-        flat.normal[0] = face.normal.north;
-        flat.normal[1] = face.normal.east;
-        flat.normal[2] = face.normal.down;
-        flat.area = length(cross_product(face_corners_[f][1] - face_corners_[f][0],
-                                         face_corners_[f][3] - face_corners_[f][0]));
-        flat.pole = face.pole;
-        flat.used = face.has_normal && !(needs_pole && std::abs(face.pole) < least_pole);
-    }
-
-    int edge_between(int a, int b, double edge_length) {
-        const int from = std::min(a, b);
-        const int to = std::max(a, b);
-        for (int k = 0; k < edges_; ++k)
-            if (flat_.edge[k].from == from && flat_.edge[k].to == to) return k;
-        flat_.edge[edges_] = {from, to, edge_length};
-        return edges_++;
-    }
-
-    PrismFaces flat_{};
-    int edges_ = 0;
-    std::array<std::array<NedVector, 4>, 6> face_corners_;
-    std::array<PlaneFace, 6> faces_;
-};
-
-/// The faces that the loop left out at one station.
-void add_close_faces(const Prism& prism, unsigned close, const NedVector& observer, PrismSums& at) {
-    for (std::size_t f = 0; f < 6; ++f) {
-        if ((close >> f & 1U) == 0) continue;
-        const PlaneFace& face = prism.face(f);
-        const FacetTerms terms = facet_terms(face, observer);
-        *at.north += terms.field.north * face.pole;
-        *at.east += terms.field.east * face.pole;
-        *at.down += terms.field.down * face.pole;
-        *at.gravity -= terms.field.down * terms.distance;
-    }
+    for (int attempt = 1; attempt <= moves_before_last; ++attempt)
+        for (int axis = 0; axis < 2; ++axis) flat.nine_steps[i][axis] += flat.step[i][axis] * attempt;
 }
 
-void add_stretch(const Prism& prism, const StationView& part, const NedVector& first_station,
-                 const FacetWanted& wanted, const Columns& columns, std::size_t first) {
-    std::array<double, stretch> north, east, down, gravity, close;
-    const double origin[3] = {first_station.north, first_station.east, first_station.down};
-    prism_stations_at(vector::widest_vector_level())(
-        part, origin, prism.flat(), near_edge,
-        {north.data(), east.data(), down.data(), gravity.data(), close.data()});
-    const auto add = [](float& to, double value) { to = static_cast<float>(to + value); };
-    for (std::size_t i = 0; i < part.count; ++i) {
-        if (close[i] != 0) {
-            PrismSums at{&north[i], &east[i], &down[i], &gravity[i], nullptr};
-            add_close_faces(
-                prism, static_cast<unsigned>(close[i]),
-                {part.north[i] - origin[0], part.east[i] - origin[1], -(part.sensor[i] - origin[2])}, at);
-        }
-        if (wanted.magnetic) {
-            add(columns.north[first + i], north[i]);
-            add(columns.east[first + i], east[i]);
-            add(columns.down[first + i], down[i]);
-        }
-        if (wanted.gravity) add(columns.gravity[first + i], gravity[i]);
+void add_channel(const StationView& stations, const PrismFaces& prism, const PrismSums& columns,
+                 Pacer& pacer) {
+    const auto add = prism_stations_at(vector::widest_vector_level());
+    const double origin[3] = {stations.north[0], stations.east[0], stations.sensor[0]};
+    const auto from = [](float* column, std::size_t at) { return column == nullptr ? nullptr : column + at; };
+    for (std::size_t at = 0; at < stations.count; at += stretch) {
+        const std::size_t count = std::min(stretch, stations.count - at);
+        add(part_of(stations, at, count), origin, prism,
+            {from(columns.north, at), from(columns.east, at), from(columns.down, at),
+             from(columns.gravity, at)});
+        pacer.done(units_a_station * static_cast<double>(count));
     }
 }
 
 }  // namespace
+
+PrismFaces prism_faces_for_stations(const std::array<NedVector, 8>& all, const NedVector& magnetisation,
+                                    bool needs_poles, bool magnetic) {
+    PrismFaces prism{};
+    int edges = 0;
+    for (std::size_t c = 0; c < 8; ++c) {
+        prism.corner[c][0] = all[c].north;
+        prism.corner[c][1] = all[c].east;
+        prism.corner[c][2] = all[c].down;
+    }
+    for (std::size_t f = 0; f < 6; ++f) {
+        PrismFaces::Face& flat = prism.face[f];
+        std::array<NedVector, 4> corners;
+        for (std::size_t i = 0; i < 4; ++i) corners[i] = all[prism_faces[f][i]];
+        const PlaneFace face = make_face(corners, magnetisation);
+        flat.normal[0] = face.normal.north;
+        flat.normal[1] = face.normal.east;
+        flat.normal[2] = face.normal.down;
+        flat.area = length(cross_product(corners[1] - corners[0], corners[3] - corners[0]));
+        flat.pole = face.pole;
+        flat.used = face.has_normal && !(needs_poles && std::abs(face.pole) < least_pole);
+        for (std::size_t i = 0; i < 4; ++i) {
+            const NedVector along = corners[(i + 1) % 4] - corners[i];
+            flat.corner[i] = prism_faces[f][i];
+            flat.edge[i] =
+                edge_between(prism, edges, flat.corner[i], prism_faces[f][(i + 1) % 4], length(along));
+            flat.edges |= 1U << flat.edge[i];
+            prepare_edge(flat, i, along, face.normal, magnetic);
+        }
+    }
+    return prism;
+}
 
 void add_prism_facets(const Workspace& workspace, ModelBody& body, const FacetWanted& wanted,
                       const NedVector& magnetisation, const std::array<NedVector, 8>& corners, Faults& faults,
@@ -128,15 +98,14 @@ void add_prism_facets(const Workspace& workspace, ModelBody& body, const FacetWa
     report_failure(faults, "An error occurred calculating the facet response: ", [&] {
         const StationView stations = station_view(workspace);
         if (stations.count == 0) return;
-        const Prism prism(corners, magnetisation, wanted.magnetic);
-        const NedVector first_station{stations.north[0], stations.east[0], stations.sensor[0]};
-        const Columns columns = wanted_columns(workspace, body, wanted);
-        for (std::size_t at = 0; at < stations.count; at += stretch) {
-            const StationView part{stations.east + at, stations.north + at, stations.sensor + at,
-                                   std::min(stretch, stations.count - at)};
-            add_stretch(prism, part, first_station, wanted, columns, at);
-            pacer.done(units_a_station * static_cast<double>(part.count));
-        }
+        if (wanted.magnetic)
+            add_channel(stations, prism_faces_for_stations(corners, magnetisation, true, true),
+                        {response_column(workspace, body, 3), response_column(workspace, body, 4),
+                         response_column(workspace, body, 5), nullptr},
+                        pacer);
+        if (wanted.gravity)
+            add_channel(stations, prism_faces_for_stations(corners, magnetisation, wanted.magnetic, false),
+                        {nullptr, nullptr, nullptr, response_column(workspace, body, 2)}, pacer);
     });
 }
 

@@ -1,139 +1,121 @@
 #include "forward/shape/prism_kernel.h"
 
-#include "forward/station_lanes.h"
+#include "forward/shape/moved_observer.h"
+#include "forward/shape/prism_lanes.h"
 
 namespace anomalis::forward::ANOMALIS_VECTOR_LEVEL {
 
 namespace {
 
-template <class Real>
-struct Vector {
-    Real x, y, z;
-};
-
-template <class Real>
-ANOMALIS_INLINE Real dot(const Vector<Real>& a, const Vector<Real>& b) {
-    return a.x * b.x + a.y * b.y + a.z * b.z;
-}
-
-template <class Real>
-ANOMALIS_INLINE Real squared_cross(const Vector<Real>& a, const Vector<Real>& b) {
-    const Vector<Real> c{a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
-    return dot(c, c);
-}
-
-/// Corners and edges as one station sees them.
+/// Corners and edges as one vector of stations sees them.
 template <class Real>
 struct Sight {
-    Vector<Real> to[8];
+    NedLanes<Real> to[8];
     Real distance[8];
-    Real integral[12];  ///< of 1 / r along the edge
-    Real close[12];     ///< 1 where the line of the edge is close, else 0
+    Real integral[12];     ///< of 1 / r along the edge
+    LaneMask<Real> close;  ///< bit k where edge k is close
 };
 
 template <class Real>
-ANOMALIS_INLINE void see_edges(const PrismFaces& prism, double near_edge, Sight<Real>& sight) {
-    const double near_squared = near_edge * near_edge;
+ANOMALIS_INLINE void see_corners(const PrismFaces& prism, const NedLanes<Real>& observer,
+                                 Sight<Real>& sight) {
+    for (int c = 0; c < 8; ++c) {
+        sight.to[c] = corner_from(prism, c, observer);
+        sight.distance[c] = vector_sqrt(dot(sight.to[c], sight.to[c]));
+    }
+}
+
+template <class Real>
+ANOMALIS_INLINE void find_close_edges(const PrismFaces& prism, Sight<Real>& sight) {
+    sight.close = LaneMask<Real>{};
     for (int k = 0; k < 12; ++k) {
         const PrismFaces::Edge& edge = prism.edge[k];
-        if (edge.length == 0) {
-            sight.integral[k] = sight.close[k] = Real{};
-            continue;
-        }
-        const Real r1 = sight.distance[edge.from];
-        const Real r2 = sight.distance[edge.to];
+        if (edge.length == 0) continue;
         const Real product = squared_cross(sight.to[edge.from], sight.to[edge.to]);
-        sight.close[k] = product <= near_squared * (r1 * r2) ? Real{} + 1.0 : Real{};
-        const Real sum = r1 + r2;
-        sight.integral[k] =
-            vector_log_quotient(sum + edge.length, sum - edge.length, Real{} + 2 * edge.length) / edge.length;
+        const Real limit = near_edge_squared * (sight.distance[edge.from] * sight.distance[edge.to]);
+        sight.close |= product <= limit ? LaneMask<Real>{} + (std::uint64_t{1} << k) : LaneMask<Real>{};
     }
 }
 
-/// Half the solid angle of the face, without its sign. Both triangles of the parallelogram have the same
-/// area, so the triple product is the same; the two angles are added as arguments of complex numbers.
+/// The integrals of all edges that faces without a close station need.
 template <class Real>
-ANOMALIS_INLINE Real half_solid_angle(const PrismFaces::Face& face, const Sight<Real>& sight, Real plane) {
-    const Vector<Real>& a = sight.to[face.corner[0]];
-    const Vector<Real>& b = sight.to[face.corner[1]];
-    const Vector<Real>& c = sight.to[face.corner[2]];
-    const Vector<Real>& d = sight.to[face.corner[3]];
-    const Real ra = sight.distance[face.corner[0]];
-    const Real rb = sight.distance[face.corner[1]];
-    const Real rc = sight.distance[face.corner[2]];
-    const Real rd = sight.distance[face.corner[3]];
-    const Real ac = dot(a, c);
-    const Real first = ra * rb * rc + dot(a, b) * rc + dot(b, c) * ra + ac * rb;
-    const Real second = ra * rc * rd + ac * rd + dot(c, d) * ra + dot(d, a) * rc;
-    const Real triple = vector_abs(plane) * face.area;
-    return vector_abs(vector_atan2(triple * (first + second), first * second - triple * triple));
-}
-
-template <class Real>
-struct Sums {
-    Real north, east, down, gravity, close;
-};
-
-template <class Real>
-ANOMALIS_INLINE void add_face(const PrismFaces::Face& face, double bit, const Sight<Real>& sight,
-                              Sums<Real>& sums) {
-    const Vector<Real>& a = sight.to[face.corner[0]];
-    const double* n = face.normal;
-    const Real plane = a.x * n[0] + a.y * n[1] + a.z * n[2];
-    const Real angle = 2.0 * half_solid_angle(face, sight, plane);
-    const Real w = plane < 0.0 ? angle : (plane > 0.0 ? -angle : plane);
-    Vector<Real> p{Real{}, Real{}, Real{}};
-    Real close{};
-    for (int i = 0; i < 4; ++i) {
-        const Real integral = sight.integral[face.edge[i]];
-        p.x += face.along[i][0] * integral;
-        p.y += face.along[i][1] * integral;
-        p.z += face.along[i][2] * integral;
-        close += sight.close[face.edge[i]];
+ANOMALIS_INLINE void integrate_edges(const PrismFaces& prism, std::uint64_t any_close, Sight<Real>& sight) {
+    std::uint32_t needed = 0;
+    for (const PrismFaces::Face& face : prism.face)
+        if (face.used && (face.edges & any_close) == 0) needed |= face.integrals;
+    for (int k = 0; k < 12; ++k) {
+        if ((needed >> k & 1U) == 0) continue;
+        const PrismFaces::Edge& edge = prism.edge[k];
+        sight.integral[k] = edge_integral(sight.distance[edge.from], sight.distance[edge.to], edge.length);
     }
-    const Real take = close > 0.0 ? Real{} : Real{} + 1.0;
-    const Real north = close > 0.0 ? Real{} : n[0] * w + n[2] * p.y - n[1] * p.z;
-    const Real east = close > 0.0 ? Real{} : n[1] * w + n[0] * p.z - n[2] * p.x;
-    const Real down = close > 0.0 ? Real{} : n[2] * w + n[1] * p.x - n[0] * p.y;
-    sums.north += north * face.pole;
-    sums.east += east * face.pole;
-    sums.down += down * face.pole;
-    sums.gravity -= down * plane;
-    sums.close += bit * (1.0 - take);
 }
 
-template <class Real>
-ANOMALIS_INLINE void store(double* to, Real value) {
-    __builtin_memcpy(to, &value, sizeof value);
+template <bool Magnetic, class Real>
+ANOMALIS_INLINE void see_face(const PrismFaces::Face& face, const Sight<Real>& sight, FaceLanes<Real>& seen) {
+    const int* c = face.corner;
+    const NedLanes<Real>& a = sight.to[c[0]];
+    seen.plane = a.north * face.normal[0] + a.east * face.normal[1] + a.down * face.normal[2];
+    begin_face<Magnetic>(
+        face,
+        solid_angle(face.area, seen.plane, a, sight.to[c[1]], sight.to[c[2]], sight.to[c[3]],
+                    sight.distance[c[0]], sight.distance[c[1]], sight.distance[c[2]], sight.distance[c[3]]),
+        seen);
+    for (int i = 0; i < 4; ++i)
+        if ((face.integrals >> face.edge[i] & 1U) != 0)
+            add_edge<Magnetic>(face, i, sight.integral[face.edge[i]], seen);
+}
+
+template <bool Magnetic>
+ANOMALIS_INLINE void add_stations(const StationView& stations, const double* first_station,
+                                  const PrismFaces& prism, const PrismSums& out) {
+    for_stations(
+        stations.count, [&](std::size_t i, auto kind) __attribute__((always_inline)) {
+            using Real = decltype(kind);
+            const NedLanes<Real> observer{load<Real>(stations.north + i) - first_station[0],
+                                          load<Real>(stations.east + i) - first_station[1],
+                                          -(load<Real>(stations.sensor + i) - first_station[2])};
+            Sight<Real> sight;
+            see_corners(prism, observer, sight);
+            find_close_edges(prism, sight);
+            const std::uint64_t any_close = any_bits(sight.close);
+            integrate_edges(prism, any_close, sight);
+            NedLanes<Real> field{};
+            Real gravity{};
+            for (const PrismFaces::Face& face : prism.face) {
+                if (!face.used) continue;
+                FaceLanes<Real> seen;
+                if ((face.edges & any_close) == 0) {
+                    see_face<Magnetic>(face, sight, seen);
+                } else {
+                    see_moved<Magnetic>(CloseStations<Real>{prism, face, observer, sight.close}, seen);
+                }
+                if constexpr (Magnetic) {
+                    field.north += seen.field.north * face.pole;
+                    field.east += seen.field.east * face.pole;
+                    field.down += seen.field.down * face.pole;
+                } else {
+                    gravity -= seen.field.down * seen.plane;
+                }
+            }
+            if constexpr (Magnetic) {
+                add_to(out.north + i, field.north);
+                add_to(out.east + i, field.east);
+                add_to(out.down + i, field.down);
+            } else {
+                add_to(out.gravity + i, gravity);
+            }
+        });
 }
 
 }  // namespace
 
 void prism_stations(const StationView& stations, const double* first_station, const PrismFaces& prism,
-                    double near_edge, const PrismSums& out) {
-    for_stations(
-        stations.count, [&](std::size_t i, auto kind) __attribute__((always_inline)) {
-            using Real = decltype(kind);
-            const Vector<Real> observer{load<Real>(stations.north + i) - first_station[0],
-                                        load<Real>(stations.east + i) - first_station[1],
-                                        -(load<Real>(stations.sensor + i) - first_station[2])};
-            Sight<Real> sight;
-            for (int c = 0; c < 8; ++c) {
-                sight.to[c] = {prism.corner[c][0] - observer.x, prism.corner[c][1] - observer.y,
-                               prism.corner[c][2] - observer.z};
-                sight.distance[c] = vector_sqrt(dot(sight.to[c], sight.to[c]));
-            }
-            see_edges(prism, near_edge, sight);
-            Sums<Real> sums{Real{}, Real{}, Real{}, Real{}, Real{}};
-            double bit = 1;
-            for (int f = 0; f < 6; ++f, bit *= 2)
-                if (prism.face[f].used) add_face(prism.face[f], bit, sight, sums);
-            store(out.north + i, sums.north);
-            store(out.east + i, sums.east);
-            store(out.down + i, sums.down);
-            store(out.gravity + i, sums.gravity);
-            store(out.close + i, sums.close);
-        });
+                    const PrismSums& sums) {
+    if (sums.gravity == nullptr) {
+        add_stations<true>(stations, first_station, prism, sums);
+    } else {
+        add_stations<false>(stations, first_station, prism, sums);
+    }
 }
 
 }  // namespace anomalis::forward::ANOMALIS_VECTOR_LEVEL

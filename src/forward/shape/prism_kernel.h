@@ -1,12 +1,13 @@
 #pragma once
 
+#include <cstdint>
+
 #include "forward/station_view.h"
 #include "vector/vector_levels.h"
 
 namespace anomalis::forward {
 
-/// A prism of six parallelograms for the loop over stations, in north, east, down from station 1. Corners,
-/// edges and faces as `prepare_prism` numbers them.
+/// A prism of six parallelograms for the loop over stations, in north, east, down from station 1.
 struct PrismFaces {
     struct Edge {
         int from, to;
@@ -15,27 +16,32 @@ struct PrismFaces {
     struct Face {
         int corner[4];
         int edge[4];
-        double along[4][3];  ///< the four edge vectors in the sense of the face
+        double turned[4][3];  ///< the edge vector in the sense of the face, times the normal
         double normal[3];
-        double area;  ///< of the whole face
-        double pole;  ///< magnetisation along the normal
-        bool used;    ///< has an area, and a pole where the magnetic field is wanted
+        double area;              ///< of the whole face
+        double pole;              ///< magnetisation along the normal
+        bool used;                ///< has an area, and a pole where the magnetic field is wanted
+        double step[4][2];        ///< north and east of the first move away from an edge
+        double nine_steps[4][2];  ///< of nine moves, all from that edge
+        double level[4];          ///< level part of the edge's length
+        std::uint32_t edges;      ///< bit k for edge k
+        std::uint32_t integrals;  ///< those whose integral counts in what is wanted
     };
     double corner[8][3];
     Edge edge[12];
     Face face[6];
 };
 
-/// Sums at one stretch of stations. `close` holds the bits of those faces that have an edge close to the
-/// station (bit f for face f): they are left out of the sums.
+/// Columns of the response that the loop adds to, rounded once a station. The one that is null is not wanted.
 struct PrismSums {
-    double *north, *east, *down;  ///< field components, nT
-    double* gravity;              ///< before density and constant
-    double* close;
+    float *north, *east, *down;  ///< field components, nT; all or none
+    float* gravity;              ///< before density and constant
 };
 
+/// A face that has an edge close to a station is seen from where the station is moved to, as `facet_terms`
+/// does it, in the same vectors as all others.
 ANOMALIS_VECTOR_KERNEL(void, prism_stations,
                        (const StationView& stations, const double* first_station, const PrismFaces& prism,
-                        double near_edge, const PrismSums& sums))
+                        const PrismSums& sums))
 
 }  // namespace anomalis::forward

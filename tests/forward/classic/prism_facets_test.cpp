@@ -7,6 +7,7 @@
 #include "forward/shape/prism.h"
 #include "forward/shape/prism_kernel.h"
 #include "forward/shape/reference_point.h"
+#include "forward/station_columns.h"
 #include "support/response_values.h"
 
 namespace anomalis::forward {
@@ -92,36 +93,94 @@ TEST(PrismFacets, a_flat_prism_adds_its_faces_with_an_area) {
     expect_like_single_faces(line, {true, false}, 0);
 }
 
-TEST(PrismFacets, give_the_same_bits_at_every_vector_level) {
-    Line line(203, 7);
-    ModelBody& body = line.add(thick_sheet, 700, 75);
-    prepare(line, body);
-    PrismFaces prism{};
-    for (int c = 0; c < 8; ++c)
-        for (int axis = 0; axis < 3; ++axis) prism.corner[c][axis] = (c >> axis & 1) * 100.0 + 50 * axis;
-    const int ends[12][2] = {{0, 1}, {2, 3}, {4, 5}, {6, 7}, {0, 2}, {1, 3},
-                             {4, 6}, {5, 7}, {0, 4}, {1, 5}, {2, 6}, {3, 7}};
-    for (int k = 0; k < 12; ++k) prism.edge[k] = {ends[k][0], ends[k][1], 100};
-    prism.face[0] = {{0, 1, 3, 2}, {0, 5, 1, 4}, {{100, 0, 0}, {0, 100, 0}, {-100, 0, 0}, {0, -100, 0}},
-                     {0, 0, 1},    1e4,          50,
-                     true};
-    const StationView stations{line.workspace.stations.column(column_east).data(),
-                               line.workspace.stations.column(column_north).data(),
-                               line.workspace.stations.column(column_sensor).data(), 203};
-    const double origin[3] = {6500000, 350000, 100};
-    const auto run = [&](vector::VectorLevel level) {
-        std::vector<double> all(5 * 203);
-        double* at = all.data();
-        prism_stations_at(level)(stations, origin, prism, near_edge,
-                                 {at, at + 203, at + 406, at + 609, at + 812});
-        return all;
-    };
-    const std::vector<double> expected = run(vector::VectorLevel::baseline);
-    EXPECT_GT(peak_of(expected), 1);
-    for (const vector::VectorLevel level : {vector::VectorLevel::avx2, vector::VectorLevel::avx512})
-        if (level <= vector::widest_vector_level()) {
-            EXPECT_EQ(run(level), expected) << vector::vector_level_name(level);
+TEST(PrismFacets, agree_over_widths_where_most_stations_are_moved) {
+    for (const double width : {0.01, 0.1, 1.0, 5.0, 10.0}) {
+        for (const bool magnetic : {true, false}) {
+            Line line(301, 100, 20);
+            ModelBody& body = line.add(thick_sheet, 1500, 70);
+            body.width.value = static_cast<float>(width);
+            body.dip.value = 75;
+            expect_like_single_faces(line, {magnetic, !magnetic}, 1e-3);
         }
+    }
+}
+
+TEST(PrismFacets, agree_where_the_number_of_moves_changes_from_station_to_station) {
+    // Stations 2 m apart across the place from where on an edge is close, so that neighbours in a vector are
+    // moved once, several times, ten times or not at all.
+    for (const bool magnetic : {true, false}) {
+        Line line(501, 2, 0, 30);
+        ModelBody& body = line.add(thick_sheet, 400, 90);
+        body.width.value = 1.5F;
+        body.length.value = 40;
+        body.depth_extent.value = 3;
+        body.plunge.value = 5;
+        expect_like_single_faces(line, {magnetic, !magnetic}, 1e-3);
+    }
+}
+
+TEST(PrismFacets, a_thousand_stations_on_a_corner_are_the_one) {
+    for (const double top : {100.0, 90.0, 250.0}) {
+        Line line(1000, 0.01);
+        for (int i = 1; i <= 1000; ++i) line.workspace.stations(i, column_north) = 6500000;
+        ModelBody& body = line.add(thick_sheet, 0, 90);
+        body.top.value = static_cast<float>(top);
+        body.offset.value = body.length.value / 2;
+        prepare(line, body);
+        for (const bool magnetic : {true, false}) {
+            body.response.assign(1000);
+            add_prism_facets(line.workspace, body, {magnetic, !magnetic}, moment,
+                             relative_to_first_station(magnetic_prism(body), line.workspace), line.faults);
+            const std::vector<float> values = column_values(body.response, magnetic ? 5 : 2);
+            EXPECT_TRUE(std::isfinite(values[0]));
+            EXPECT_NE(values[0], 0);
+            for (const float value : values) ASSERT_EQ(value, values[0]) << "top " << top;
+        }
+    }
+}
+
+TEST(PrismFacets, hardly_any_width_gives_hardly_anything_and_finite_numbers) {
+    for (const double width : {0.0, 1e-6, 1e-3}) {
+        Line line(101, 10);
+        ModelBody& body = line.add(thick_sheet, 500, 70);
+        body.width.value = static_cast<float>(width);
+        prepare(line, body);
+        const auto corners = relative_to_first_station(magnetic_prism(body), line.workspace);
+        add_prism_facets(line.workspace, body, {true, false}, moment, corners, line.faults);
+        add_prism_facets(line.workspace, body, {false, true}, {}, corners, line.faults);
+        const std::vector<float> gravity = column_values(body.response, 2);
+        for (const float value : all_values(body.response)) ASSERT_TRUE(std::isfinite(value));
+        // Slabs of the same size on both sides: what is left of their gravity grows with the width.
+        for (const float value : gravity) EXPECT_NEAR(value, 0, 1e-4 + 20 * width);
+    }
+}
+
+TEST(PrismFacets, give_the_same_bits_at_every_vector_level) {
+    for (const bool magnetic : {true, false}) {
+        Line line(203, 70, 0, 30);
+        ModelBody& body = line.add(thick_sheet, 700, 75);
+        body.width.value = 2;
+        body.slope.value = 10;
+        prepare(line, body);
+        const PrismFaces prism = prism_faces_for_stations(
+            relative_to_first_station(magnetic_prism(body), line.workspace), moment, magnetic, magnetic);
+        const StationView stations = station_view(line.workspace);
+        const double origin[3] = {stations.north[0], stations.east[0], stations.sensor[0]};
+        const auto run = [&](vector::VectorLevel level) {
+            std::vector<float> all(3 * 203);
+            float* at = all.data();
+            prism_stations_at(level)(stations, origin, prism,
+                                     magnetic ? PrismSums{at, at + 203, at + 406, nullptr}
+                                              : PrismSums{nullptr, nullptr, nullptr, at});
+            return all;
+        };
+        const std::vector<float> expected = run(vector::VectorLevel::baseline);
+        EXPECT_GT(*std::max_element(expected.begin(), expected.end()), 0.01);
+        for (const vector::VectorLevel level : {vector::VectorLevel::avx2, vector::VectorLevel::avx512})
+            if (level <= vector::widest_vector_level()) {
+                EXPECT_EQ(run(level), expected) << vector::vector_level_name(level);
+            }
+    }
 }
 
 }  // namespace anomalis::forward
