@@ -84,6 +84,66 @@ void a_step_of_a_bar(benchmark::State& state) {
 }
 BENCHMARK(a_step_of_a_bar)->Iterations(60)->UseManualTime()->Unit(benchmark::kMillisecond);
 
+enum Kind { classic_prisms, exact_prisms, classic_pipes, exact_pipes };
+constexpr std::array kind_names{"classic prisms", "exact prisms", "classic pipes", "exact pipes"};
+
+std::string write_bodies(const WorkFolder& folder, int count, int bodies, Kind kind, float width) {
+    return write_line(folder, count, bodies, [&](Workspace& w, ModelBody& body) {
+        const bool pipes = kind == classic_pipes || kind == exact_pipes;
+        w.formulas = kind == exact_prisms || kind == exact_pipes ? Formulas::exact : Formulas::classic;
+        if (pipes) body.type = pipe;
+        body.width.value = width;
+        body.length.value = 500;
+        body.depth_extent.value = 300;
+        body.dip.value = pipes ? 60.0F : 70.0F;
+    });
+}
+
+/// The table of a bar step: what it takes up to the painted charts, what of that is painting, and what a
+/// picture of another window takes, in which no curve is another one.
+void a_step_over_sizes(benchmark::State& state) {
+    const auto count = static_cast<int>(state.range(0)), bodies = static_cast<int>(state.range(1));
+    const auto kind = static_cast<Kind>(state.range(2));
+    const WorkFolder folder;
+    ShownWindow window(write_bodies(folder, count, bodies, kind, static_cast<float>(state.range(3))));
+    window.form->workbench().view.current_body = (bodies + 1) / 2;
+    BestTime step, redraw, zoom;
+    int turn = 0;
+    for (auto _ : state) {
+        state.SetIterationTime(step.take([&] { window.scroll(param_dip, ++turn % 2 == 0 ? 1 : -1); }));
+        redraw.take([&] {
+            window.view().redraw();
+            ShownWindow::settle();
+        });
+        zoom.take([&] {
+            window.view().choose_zoom_factor(turn % 2);
+            ShownWindow::settle();
+        });
+    }
+    state.SetLabel(kind_names.at(static_cast<std::size_t>(kind)));
+    state.counters["step_ms"] = step.seconds() * 1e3;
+    state.counters["painting"] = redraw.seconds() / step.seconds();
+    state.counters["redraw_ms"] = redraw.seconds() * 1e3;
+    state.counters["zoom_ms"] = zoom.seconds() * 1e3;
+    state.counters["pictures_a_second"] = 1 / std::max(redraw.seconds(), zoom.seconds());
+    state.counters["messages"] = static_cast<double>(window.prompts.count());
+}
+BENCHMARK(a_step_over_sizes)
+    ->ArgNames({"stations", "bodies", "kind", "width"})
+    ->ArgsProduct(
+        {{stations}, {sheets}, {classic_prisms, exact_prisms, classic_pipes, exact_pipes}, {100, 5, 1}})
+    ->ArgsProduct({{1001, 100001}, {sheets}, {exact_prisms}, {100}})
+    ->ArgsProduct({{stations}, {1, 500}, {exact_prisms}, {100}})
+    ->Iterations(20)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(a_step_over_sizes)
+    ->ArgNames({"stations", "bodies", "kind", "width"})
+    ->ArgsProduct({{1000001}, {1, 10}, {exact_prisms}, {100}})
+    ->Iterations(5)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
+
 /// Depth, dip, width and susceptibility of all bodies in 300 models, and a fan over the whole line.
 std::shared_ptr<const Ensemble> ensemble_of(const Workspace& w) {
     constexpr int models = 300;

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <memory>
 #include <string>
 #include <unistd.h>
@@ -52,7 +53,10 @@ class WorkFolder {
 };
 
 /// A line due east with both channels, and thick sheets spread under it, as a workspace file with its data.
-inline std::string write_line(const WorkFolder& folder, int stations, int sheets) {
+/// `shape` may make something else of each.
+inline std::string write_line(
+    const WorkFolder& folder, int stations, int sheets,
+    const std::function<void(Workspace&, ModelBody&)>& shape = [](Workspace&, ModelBody&) {}) {
     constexpr double spacing = 5;
     std::ofstream data(folder.file("line.dat"));
     data << "east north mag grav\n";
@@ -83,6 +87,7 @@ inline std::string write_line(const WorkFolder& folder, int stations, int sheets
         body.dip.value = 70;
         body.length.value = 0;
         body.strike.value = 0;
+        shape(w, body);
     }
     const std::string path = folder.file("line.axm");
     if (workspace_file::write_model_parameters(0, path, w, prompts) != 0)

@@ -74,5 +74,34 @@ TEST(FormulaDifference, changes_no_response) {
     EXPECT_TRUE(line.body().mag_response_valid);
 }
 
+TEST(FormulaDifference, is_found_in_pieces_as_in_one_go) {
+    Compared line(90, 20);
+    line.workspace.definition.grav_column = 4;
+    ModelBody& body = line.body();
+    body.type = pipe;
+    body.width.value = 80;
+    body.length.value = 300;
+    body.plunge.value = 60;
+    body.num_sectors = 24;
+    body.density.value = 0.3F;
+    line.calculate();
+    FormulaComparison comparison(line.workspace, 1, 1000);
+    int pieces = 1;
+    for (; comparison.advance(line.faults); ++pieces) EXPECT_EQ(comparison.found().gravity, 0);
+    EXPECT_EQ(pieces, 14) << "seven for each channel";
+    EXPECT_FALSE(comparison.advance(line.faults));
+    // The same by the responses of both, which are rounded to single precision.
+    const auto share = [&](int column) {
+        line.use(Formulas::classic);
+        const std::vector<double> classic = line.response(column);
+        line.use(Formulas::exact);
+        const std::vector<double> exact = line.response(column);
+        return largest_difference(classic, exact) / peak_of(exact);
+    };
+    EXPECT_NEAR(comparison.found().magnetic, share(1), 1e-6);
+    EXPECT_NEAR(comparison.found().gravity, share(2), 1e-6);
+    EXPECT_TRUE(line.faults.entries().empty());
+}
+
 }  // namespace
 }  // namespace anomalis::forward

@@ -13,6 +13,8 @@ class FormulasControllerTest : public QObject {
     void the_status_bar_tells_how_far_the_classic_curve_is_off();
     void a_click_changes_over_and_the_menu_follows();
     void steps_that_follow_each_other_are_compared_once();
+    void a_hand_that_holds_a_body_is_let_finish_first();
+    void a_dear_body_is_compared_in_pieces_that_the_next_step_ends();
     void a_body_whose_exact_curve_is_too_dear_is_not_compared();
     void the_choice_can_be_taken_back();
     void a_file_brings_its_own_choice();
@@ -75,6 +77,50 @@ void FormulasControllerTest::steps_that_follow_each_other_are_compared_once() {
         QCOMPARE(opened.button().text(), before);
     }
     QTRY_VERIFY(!rest.isActive());
+    QVERIFY(opened.button().text() != before);
+}
+
+void FormulasControllerTest::a_hand_that_holds_a_body_is_let_finish_first() {
+    Opened opened;
+    QTRY_VERIFY(opened.button().text().contains("%"));
+    auto& rest = opened.sample.find<QTimer>("Timer_formulas");
+    rest.setInterval(1);
+    bool& held = opened.sample.form->workbench().view.body_held;
+    held = true;
+    opened.workspace().body(1).dip.value -= 5;
+    opened.sample.form->news().tell(News::parameters);
+    const QString before = opened.button().text();
+    int looks = 0;
+    connect(&rest, &QTimer::timeout, &rest, [&] { ++looks; });
+    QTRY_VERIFY(looks >= 3);
+    QCOMPARE(opened.button().text(), before);
+    held = false;
+    QTRY_VERIFY(!rest.isActive());
+    QVERIFY(opened.button().text() != before);
+}
+
+void FormulasControllerTest::a_dear_body_is_compared_in_pieces_that_the_next_step_ends() {
+    Opened opened;
+    QTRY_VERIFY(opened.button().text().contains("%"));
+    ModelBody& body = opened.workspace().body(1);
+    body.type = pipe;
+    body.length.value = 400;
+    body.num_sectors = 400;
+    auto& rest = opened.sample.find<QTimer>("Timer_formulas");
+    auto& pieces = opened.sample.find<QTimer>("Timer_formulas_pieces");
+    rest.setInterval(1);
+    opened.sample.form->news().tell(News::parameters);
+    const QString before = opened.button().text();
+    QTRY_VERIFY(pieces.isActive());
+    QVERIFY(!rest.isActive());
+    body.dip.value -= 5;
+    opened.sample.form->news().tell(News::parameters);
+    QVERIFY(!pieces.isActive() && rest.isActive());
+    QCOMPARE(opened.button().text(), before);
+    int served = 0;
+    connect(&pieces, &QTimer::timeout, &pieces, [&] { ++served; });
+    QTRY_VERIFY(!pieces.isActive() && !rest.isActive());
+    QVERIFY(served > 0);
     QVERIFY(opened.button().text() != before);
 }
 

@@ -38,7 +38,8 @@ FormulasController::FormulasController(QObject* parent, edit::Workbench& workben
       guards_(guards),
       news_(news),
       difference_(new QPushButton),
-      rest_(new QTimer(this)) {
+      rest_(new QTimer(this)),
+      pieces_(new QTimer(this)) {
     actions.on(ActionId::exact_formulas,
                [this] { choose(workbench_.session.workspace.formulas == Formulas::classic); });
     difference_->setObjectName("Command_exact_formulas");
@@ -55,8 +56,13 @@ FormulasController::FormulasController(QObject* parent, edit::Workbench& workben
     rest_->setObjectName("Timer_formulas");
     rest_->setSingleShot(true);
     rest_->setInterval(rest);
-    connect(rest_, &QTimer::timeout, this, &FormulasController::show_difference);
+    connect(rest_, &QTimer::timeout, this, &FormulasController::begin_comparing);
+    pieces_->setObjectName("Timer_formulas_pieces");
+    pieces_->setInterval(0);
+    connect(pieces_, &QTimer::timeout, this, &FormulasController::compare_on);
 }
+
+FormulasController::~FormulasController() = default;
 
 void FormulasController::choose(bool exact) {
     const Formulas wanted = exact ? Formulas::exact : Formulas::classic;
@@ -79,13 +85,44 @@ bool FormulasController::can_be_compared() const {
 void FormulasController::follow(WhatChanged what) {
     constexpr WhatChanged stale = News::parameters | News::bodies | News::settings | News::line;
     if (!can_be_compared()) {
-        rest_->stop();
+        stop_comparing();
         show_kind();
     } else if (what & (News::calculated | News::current_body)) {
+        stop_comparing();
         rest_->start();
     } else if (what & stale) {
-        rest_->stop();
+        stop_comparing();
     }
+}
+
+void FormulasController::stop_comparing() {
+    rest_->stop();
+    pieces_->stop();
+    comparison_.reset();
+}
+
+/// In the middle of a run the bodies hold what is being tried, and a hand that holds a body will move it on.
+bool FormulasController::at_rest() const {
+    return !guards_.busy() && !workbench_.view.body_held;
+}
+
+void FormulasController::begin_comparing() {
+    comparison_ = std::make_unique<forward::FormulaComparison>(workbench_.session.workspace,
+                                                               workbench_.view.current_body);
+    compare_on();
+}
+
+void FormulasController::compare_on() {
+    if (!at_rest()) {
+        stop_comparing();
+        return rest_->start();
+    }
+    Faults faults;
+    if (comparison_->advance(faults)) return pieces_->start();
+    const forward::FormulaDifference found = comparison_->found();
+    stop_comparing();
+    show_faults(faults, workbench_.session.prompts);
+    show_difference(found);
 }
 
 /// Without a distance: the exact formulas stand back, the classic ones wait for a body.
@@ -106,15 +143,8 @@ void FormulasController::show_notable(bool notable) {
     difference_->setProperty("notable", notable);
 }
 
-/// In the middle of a run the bodies hold what is being tried.
-void FormulasController::show_difference() {
-    if (guards_.busy()) return rest_->start();
-    Session& session = workbench_.session;
-    Faults faults;
-    const forward::FormulaDifference found =
-        forward::formula_difference(session.workspace, workbench_.view.current_body, faults);
+void FormulasController::show_difference(const forward::FormulaDifference& found) {
     const double share = found.largest();
-    show_faults(faults, session.prompts);
     const bool notable = share > forward::notable_difference;
     if (!found.left_out.empty()) {
         difference_->setText(tr("Classic formulas: not compared"));
