@@ -98,12 +98,23 @@ void BatchSession::tell_doubts() {
 }
 
 int BatchSession::write_result(const std::string& path, const std::string& text) {
+    return write_result(path, [&text](const TextSink& put) { put(text); });
+}
+
+int BatchSession::write_result(const std::string& path, const TextSource& source) {
     return report_failure(prompts, "An error occurred while writing the file: ", [&] {
-        if (!path.empty()) return write_file_telling(prompts, path, text);
+        if (!path.empty()) return write_pieces_telling(prompts, path, source);
         std::ostream& stream = standard_output.empty() ? out : err;
         const bool clean = to_terminal || !standard_output.empty();
-        if (!(stream << (clean ? shown_lines(text) : text)).flush())
-            throw Fault("The output could not be written");
+        const auto check = [&stream] {
+            if (!stream) throw Fault("The output could not be written");
+        };
+        source([&](std::string_view piece) {
+            clean ? stream << shown_lines(piece) : stream << piece;
+            check();
+        });
+        stream.flush();
+        check();
     });
 }
 

@@ -8,6 +8,7 @@
 #include "batch/batch_prompts.h"
 #include "core/file_stamp.h"
 #include "core/session.h"
+#include "core/text_pieces.h"
 #include "intake/load_report.h"
 
 namespace anomalis::batch {
@@ -38,6 +39,8 @@ class BatchSession {
     /// characters, which come from texts of files. Where "-" names an output, that has the stream for itself,
     /// and a result without a file goes where messages go. Returns 0, or -1 after a failure, which was shown.
     int write_result(const std::string& path, const std::string& text);
+    /// The same of a text that comes in pieces; what an output stream got before a failure stays there.
+    int write_result(const std::string& path, const TextSource& source);
 
     /// What was noted as a failure so far, for the headers of tables.
     const std::vector<std::string>& failures() const { return prompts.failures(); }

@@ -31,8 +31,10 @@ bool run_dump(const DumpOptions& options, BatchSession& batch) {
         if (state == OpenState::ready) misfit = measured(batch.session);
     }
     // Written also after a failed step: what could be read, and why there is no more.
-    const std::string text = dump_json_text(batch.session.workspace, misfit, batch.prompts);
-    return batch.write_result(options.output, text) == 0 && state == OpenState::ready;
+    const auto source = [&](const TextSink& put) {
+        put_dump(batch.session.workspace, misfit, batch.prompts, put);
+    };
+    return batch.write_result(options.output, source) == 0 && state == OpenState::ready;
 }
 
 }  // namespace anomalis::batch

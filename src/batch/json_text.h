@@ -11,10 +11,16 @@ namespace anomalis::batch {
 /// \uXXXX. Those below a blank are escaped in every JSON text; these stand in its strings alone.
 std::string without_hidden_controls(std::string_view json);
 
-/// A JSON value as text with a line end. Bytes that are no UTF-8 become the replacement character.
+/// A JSON value as text. Bytes that are no UTF-8 become the replacement character.
+template <class Json>
+std::string indented_json(const Json& json, int indent) {
+    return without_hidden_controls(json.dump(indent, ' ', false, Json::error_handler_t::replace));
+}
+
+/// The same with a line end.
 template <class Json>
 std::string json_text(const Json& json, int indent) {
-    return without_hidden_controls(json.dump(indent, ' ', false, Json::error_handler_t::replace)) + "\n";
+    return indented_json(json, indent) + "\n";
 }
 
 /// All that was told while the object was made.

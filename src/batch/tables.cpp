@@ -10,8 +10,9 @@ namespace anomalis::batch {
 
 bool run_forward(const ForwardOptions& options, BatchSession& batch) {
     return batch.open_ready(options.model) &&
-           batch.write_result(options.output,
-                              output::profile_table_text(batch.session.workspace, batch.failures())) == 0;
+           batch.write_result(options.output, [&batch](const TextSink& put) {
+               output::put_profile_table(batch.session.workspace, put, batch.failures());
+           }) == 0;
 }
 
 bool run_export(const ExportOptions& options, BatchSession& batch) {

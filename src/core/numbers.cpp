@@ -5,6 +5,7 @@
 #include <cmath>
 #include <limits>
 
+#include "core/append_number.h"
 #include "core/failure.h"
 
 namespace anomalis {
@@ -173,25 +174,7 @@ std::string format_number(std::int32_t value, std::string_view pattern) {
 }
 
 void append_hundredths(std::string& text, double value) {
-    // Below this limit the scaled value and the 15 digits that decide a tie differ by less than the margin.
-    constexpr double limit = 1e9;
-    constexpr double margin = 1e-3;
-    const double scaled = std::abs(value) * 100;
-    const double whole = std::floor(scaled);
-    const bool clear = std::abs(value) < limit && std::abs(scaled - whole - 0.5) > margin;
-    if (!clear) {
-        text += format_number(value, "0.00");
-        return;
-    }
-    const auto hundredths = static_cast<std::int64_t>(whole) + (scaled - whole > 0.5 ? 1 : 0);
-    char buffer[24];
-    char* at = buffer;
-    if (value < 0 && hundredths != 0) *at++ = '-';
-    at = std::to_chars(at, buffer + sizeof buffer, hundredths / 100).ptr;
-    *at++ = '.';
-    *at++ = static_cast<char>('0' + hundredths / 10 % 10);
-    *at++ = static_cast<char>('0' + hundredths % 10);
-    text.append(buffer, at);
+    append_fixed(text, value, 2);
 }
 
 std::int32_t round_to_even(double value) {

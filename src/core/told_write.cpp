@@ -10,6 +10,13 @@ void write_file_telling(Prompts& listener, const std::string& path, std::string_
     if (!remark.empty()) listener.remark(remark);
 }
 
+void write_pieces_telling(Prompts& listener, const std::string& path, const TextSource& source) {
+    SafeFile file(path);
+    source([&file](std::string_view piece) { file.write(piece); });
+    const std::string remark = hard_link_remark(path, file.commit());
+    if (!remark.empty()) listener.remark(remark);
+}
+
 FileWriter telling_writer(Prompts& listener) {
     return [&listener](const std::string& path, std::string_view contents) {
         write_file_telling(listener, path, contents);

@@ -2,6 +2,7 @@
 #include <cmath>
 #include <vector>
 
+#include "core/append_number.h"
 #include "core/numbers.h"
 #include "core/prompts.h"
 #include "core/text.h"
@@ -62,13 +63,14 @@ bool is_finite(const BodySolid& solid) {
 }
 
 void form_point_texts(const BodySolid& solid, std::vector<PointText>& points) {
+    constexpr int decimals = 2;
     points.resize(solid.transformed_points.size());
     for (std::size_t i = 0; i < points.size(); ++i) {
         const Point3& point = solid.transformed_points[i];
         for (std::string& coordinate : points[i]) coordinate.clear();
-        append_hundredths(points[i][0], point.x);
-        append_hundredths(points[i][1], point.y);
-        append_hundredths(points[i][2], point.z);
+        append_fixed(points[i][0], point.x, decimals);
+        append_fixed(points[i][1], point.y, decimals);
+        append_fixed(points[i][2], point.z, decimals);
     }
 }
 

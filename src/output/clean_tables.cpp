@@ -148,12 +148,14 @@ void add_body(const Workspace& workspace, int number, const std::vector<Interval
 
 }  // namespace
 
-std::string clean_profile_table_text(const Workspace& workspace, const std::vector<std::string>& failures) {
-    CsvText csv;
-    add_profile_header(workspace, failures, csv);
+void put_clean_profile_table(const Workspace& workspace, const TextSink& put,
+                             const std::vector<std::string>& failures) {
+    CsvText head;
+    add_profile_header(workspace, failures, head);
+    put(head.text());
     const std::vector<Channel> channels = channels_of(workspace);
     const std::array<Row, 4> rows = rows_of(workspace);
-    for (int i = 1; i <= workspace.station_count; ++i) {
+    const auto add_station = [&](int i, CsvText& csv) {
         for (const int column : {column_east, column_north, column_sensor})
             csv.number(workspace.stations(i, column));
         csv.number(workspace.distances[i]);
@@ -168,8 +170,19 @@ std::string clean_profile_table_text(const Workspace& workspace, const std::vect
             if (channel.has_regional()) csv.number(channel.regional.at(workspace.distances[i]));
         }
         end_row(failures, csv);
-    }
-    return csv.text();
+    };
+    const auto form = [&](int first, int last, std::string& text) {
+        CsvText csv;
+        for (int i = first; i <= last; ++i) add_station(i, csv);
+        text += csv.text();
+    };
+    constexpr double bytes_a_field = 11;
+    put_rows(workspace.station_count, bytes_a_field * static_cast<double>(5 + 9 * channels.size()), form,
+             put);
+}
+
+std::string clean_profile_table_text(const Workspace& workspace, const std::vector<std::string>& failures) {
+    return whole_text([&](const TextSink& put) { put_clean_profile_table(workspace, put, failures); });
 }
 
 std::string clean_model_table_text(const Workspace& workspace, const std::vector<std::string>& failures) {
@@ -184,7 +197,8 @@ std::string clean_model_table_text(const Workspace& workspace, const std::vector
 int write_clean_profile_table(const std::string& path, const Workspace& workspace, Prompts& prompts,
                               const std::vector<std::string>& failures) {
     return report_failure(prompts, write_failure_prefix, [&] {
-        write_file_telling(prompts, path, clean_profile_table_text(workspace, failures));
+        write_pieces_telling(prompts, path,
+                             [&](const TextSink& put) { put_clean_profile_table(workspace, put, failures); });
     });
 }
 

@@ -3,6 +3,8 @@
 #include <string>
 #include <vector>
 
+#include "core/text_pieces.h"
+
 namespace anomalis {
 class Prompts;
 struct Workspace;
@@ -15,6 +17,8 @@ namespace anomalis::output {
 /// One row a station. The rows of the workspace must be up to date. A channel with a regional has a column of
 /// it, "mag_regional_nT", "grav_regional_mGal"; it was taken off the observed residual. When something failed
 /// on the way to them there is one more column, "failures", with the number of failures in every row.
+void put_clean_profile_table(const Workspace& workspace, const TextSink& put,
+                             const std::vector<std::string>& failures = {});
 std::string clean_profile_table_text(const Workspace& workspace,
                                      const std::vector<std::string>& failures = {});
 

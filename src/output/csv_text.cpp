@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "core/numbers.h"
+#include "core/append_number.h"
 #include "core/text.h"
 #include "core/utf8.h"
 #include "core/workspace.h"
@@ -18,10 +18,10 @@ constexpr std::string_view formula_starts = "=+-@";
 template <class Number>
 void append_number(std::string& text, Number value) {
     if (!std::isfinite(value) || value <= static_cast<Number>(missing_limit)) return;
-    const std::string digits = round_trip_text(value);
-    text += digits;
+    const std::size_t start = text.size();
+    append_round_trip(text, value);
     // Libraries that guess a column's kind from its first rows must not take a fraction for a whole number.
-    if (digits.find_first_of(".e") == std::string::npos) text += ".0";
+    if (text.find_first_of(".e", start) == std::string::npos) text += ".0";
 }
 
 std::string utf8(std::string_view text) {

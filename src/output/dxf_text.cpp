@@ -1,5 +1,6 @@
 #include "output/dxf_text.h"
 
+#include "core/append_number.h"
 #include "core/failure.h"
 #include "core/numbers.h"
 #include "core/text.h"
@@ -37,12 +38,14 @@ std::string coordinate_remark(const Workspace& workspace) {
 
 void DxfText::pair(std::string_view code, float value) {
     line(code);
-    line(number_to_text(value) + " ");
+    append_default(text_, value);
+    text_ += " \r\n";
 }
 
 void DxfText::pair(std::string_view code, double value) {
     line(code);
-    line(number_to_text(value) + " ");
+    append_default(text_, value);
+    text_ += " \r\n";
 }
 
 void DxfText::write_out_if_large() {

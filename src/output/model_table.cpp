@@ -19,8 +19,8 @@ double depth_to_top(const ModelBody& body) {
 
 std::string position_fields(const ModelBody& body) {
     const BodyPlace place = body_place(body);
-    return fixed_field(place.east, "0.000") + "," + fixed_field(place.north, "0.000") + "," +
-           fixed_field(depth_to_top(body), "0.000") + "," + fixed_field(body.width.value, "0.000") + "," +
+    return fixed_field(place.east, 3) + "," + fixed_field(place.north, 3) + "," +
+           fixed_field(depth_to_top(body), 3) + "," + fixed_field(body.width.value, 3) + "," +
            shortest_text(body.strike.value) + "," + shortest_text(body.dip.value);
 }
 
@@ -32,7 +32,7 @@ std::string body_line(const Workspace& workspace, const ModelBody& body) {
     text = "," + text + "," + shortest_text(body.plunge.value) + "," + shortest_text(body.slope.value) + "," +
            shortest_text(body.depth_extent.value) + "," + shortest_text(body.length.value);
     const bool buried = body.type == pipe && workspace.station_count > 0;
-    text += buried ? "," + fixed_field(body.top_elevation, "0.000") : ", *";
+    text += buried ? "," + fixed_field(body.top_elevation, 3) : ", *";
     return text + "," + std::string(trim_blanks(single_line(body.name)));
 }
 

@@ -1,5 +1,5 @@
-#include <array>
 #include <cmath>
+#include <span>
 
 #include "core/failure.h"
 #include "core/gaps.h"
@@ -36,44 +36,89 @@ std::string header(const Workspace& workspace) {
 }
 
 /// A missing value is the usual mark of one, not its 33 digits.
-std::string reading_field(float value) {
-    return is_reading(static_cast<double>(value)) || std::isnan(value) ? fixed_field(value, "0.00") : "-1e32";
+void append_reading(std::string& line, float value) {
+    if (is_reading(static_cast<double>(value)) || std::isnan(value)) {
+        append_field(line, value, 2);
+    } else {
+        line += "-1e32";
+    }
 }
 
-void append_channel(const Workspace& workspace, const ChannelTable& data, int station, std::string& line) {
+/// The rows of a channel in the order of their columns.
+std::vector<std::span<const float>> channel_columns(const Workspace& workspace, const ChannelTable& data) {
     const int gradient = workspace.processing.display_total_gradient == 1 ? workspace.total_gradient_row
                                                                           : workspace.gradient_row;
+    std::vector<std::span<const float>> columns;
     for (const int stage : {stage_observed, stage_calculated}) {
         for (const int row : {workspace.raw_row, workspace.smoothed_row, workspace.residual_row, gradient})
-            line += ", " + reading_field(data(station, row, stage));
+            columns.push_back(data.row(row, stage));
     }
+    return columns;
+}
+
+struct Place {
+    std::span<const double> values;
+    int decimals;
+};
+
+/// Where the stations stand, in the order of the columns.
+std::vector<Place> place_columns(const Workspace& workspace) {
+    const StationTable& stations = workspace.stations;
+    std::vector<Place> columns{{stations.column(column_east), 3},
+                               {stations.column(column_north), 3},
+                               {stations.column(column_sensor), 2},
+                               {workspace.distances.span(), 3}};
+    if (workspace.definition.dtm_column > 0) columns.push_back({stations.column(column_ground), 3});
+    return columns;
+}
+
+std::vector<std::span<const float>> reading_columns(const Workspace& workspace) {
+    std::vector<std::span<const float>> columns;
+    const auto add = [&](const ChannelTable& data) {
+        for (const auto& column : channel_columns(workspace, data)) columns.push_back(column);
+    };
+    if (workspace.has_mag()) add(workspace.mag.data);
+    if (workspace.has_grav()) add(workspace.grav.data);
+    return columns;
+}
+
+void put_stations(const Workspace& workspace, const TextSink& put) {
+    constexpr double bytes_a_field = 9;
+    const std::vector<Place> places = place_columns(workspace);
+    const std::vector<std::span<const float>> readings = reading_columns(workspace);
+    const auto form = [&](int first, int last, std::string& text) {
+        for (auto i = static_cast<std::size_t>(first - 1); i < static_cast<std::size_t>(last); ++i) {
+            const char* comma = "";
+            for (const Place& place : places) {
+                append_field(text += comma, place.values[i], place.decimals);
+                comma = ", ";
+            }
+            for (const auto& column : readings) append_reading(text += ", ", column[i]);
+            text += "\r\n";
+        }
+    };
+    const double fields = static_cast<double>(places.size() + readings.size());
+    put_rows(workspace.station_count, bytes_a_field * fields, form, put);
 }
 
 }  // namespace
 
+void put_profile_table(const Workspace& workspace, const TextSink& put,
+                       const std::vector<std::string>& failures) {
+    put("#Profile model data for " + single_line(workspace.definition.data_file) + failure_note(failures) +
+        "\r\n" + header(workspace) + "\r\n");
+    put_stations(workspace, put);
+}
+
 std::string profile_table_text(const Workspace& workspace, const std::vector<std::string>& failures) {
-    std::string text = "#Profile model data for " + single_line(workspace.definition.data_file) +
-                       failure_note(failures) + "\r\n";
-    text += header(workspace) + "\r\n";
-    const StationTable& stations = workspace.stations;
-    for (int i = 1; i <= workspace.station_count; ++i) {
-        text += fixed_field(stations(i, column_east), "0.000");
-        text += ", " + fixed_field(stations(i, column_north), "0.000");
-        text += ", " + fixed_field(stations(i, column_sensor), "0.00");
-        text += ", " + fixed_field(workspace.distances[i], "0.000");
-        if (workspace.definition.dtm_column > 0)
-            text += ", " + fixed_field(stations(i, column_ground), "0.000");
-        if (workspace.has_mag()) append_channel(workspace, workspace.mag.data, i, text);
-        if (workspace.has_grav()) append_channel(workspace, workspace.grav.data, i, text);
-        text += "\r\n";
-    }
-    return text;
+    return whole_text([&](const TextSink& put) { put_profile_table(workspace, put, failures); });
 }
 
 int write_profile_table(const std::string& path, const Workspace& workspace, Prompts& prompts,
                         const std::vector<std::string>& failures) {
     return report_failure(prompts, write_failure_prefix, [&] {
-        write_file_telling(prompts, path, profile_table_text(workspace, failures));
+        write_pieces_telling(prompts, path,
+                             [&](const TextSink& put) { put_profile_table(workspace, put, failures); });
     });
 }
 

@@ -2,16 +2,40 @@
 
 #include <cmath>
 
-#include "core/numbers.h"
+#include "core/append_number.h"
 
 namespace anomalis::output {
 
-std::string fixed_field(float value, std::string_view pattern) {
-    return std::isfinite(value) ? format_number(value, pattern) : std::string(no_number);
+namespace {
+
+template <class Number>
+void append(std::string& text, Number value, int decimals) {
+    std::isfinite(value) ? append_fixed(text, value, decimals) : void(text += no_number);
 }
 
-std::string fixed_field(double value, std::string_view pattern) {
-    return std::isfinite(value) ? format_number(value, pattern) : std::string(no_number);
+template <class Number>
+std::string field(Number value, int decimals) {
+    std::string text;
+    append(text, value, decimals);
+    return text;
+}
+
+}  // namespace
+
+void append_field(std::string& text, float value, int decimals) {
+    append(text, value, decimals);
+}
+
+void append_field(std::string& text, double value, int decimals) {
+    append(text, value, decimals);
+}
+
+std::string fixed_field(float value, int decimals) {
+    return field(value, decimals);
+}
+
+std::string fixed_field(double value, int decimals) {
+    return field(value, decimals);
 }
 
 }  // namespace anomalis::output

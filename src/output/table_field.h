@@ -10,8 +10,11 @@ namespace anomalis::output {
 /// a sum beyond what single precision holds. Readers of data files drop a record with it.
 inline constexpr std::string_view no_number = "*";
 
-/// A number by a pattern such as "0.00"; `no_number` for one that is not finite.
-std::string fixed_field(float value, std::string_view pattern);
-std::string fixed_field(double value, std::string_view pattern);
+/// Appends a number with so many decimals; `no_number` for one that is not finite.
+void append_field(std::string& text, float value, int decimals);
+void append_field(std::string& text, double value, int decimals);
+
+std::string fixed_field(float value, int decimals);
+std::string fixed_field(double value, int decimals);
 
 }  // namespace anomalis::output

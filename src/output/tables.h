@@ -20,6 +20,8 @@ inline constexpr std::string_view write_failure_prefix = "An error occurred whil
 /// One line a station: place, distance and, for each channel present, the observed and the calculated rows
 /// raw, smoothed, residual and gradient (nT, mGal). The rows must be up to date. What failed on the way to
 /// them stands at the end of the first line.
+void put_profile_table(const Workspace& workspace, const TextSink& put,
+                       const std::vector<std::string>& failures = {});
 std::string profile_table_text(const Workspace& workspace, const std::vector<std::string>& failures = {});
 
 /// One line a body. The commas are part of the format, since readers count them: three lead the line,

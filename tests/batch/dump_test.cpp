@@ -1,6 +1,12 @@
+#include <algorithm>
 #include <gtest/gtest.h>
+#include <iostream>
 
 #include "batch/batch_runs.h"
+#include "batch/batch_session.h"
+#include "batch/dump_json.h"
+#include "batch/json_text.h"
+#include "core/threads.h"
 
 namespace anomalis::batch {
 namespace {
@@ -201,6 +207,86 @@ TEST(Dump, a_target_that_cannot_be_written_is_told) {
     const BatchRun run = batch({"dump", files.model, "-o", files.folder.folder()});
     EXPECT_EQ(run.status, 1);
     EXPECT_TRUE(run.err.starts_with("An error occurred while writing the file: "));
+}
+
+/// A line of many stations below one body, nothing of it calculated.
+Workspace long_line(int stations) {
+    BatchSession batch(std::cout, std::cerr);
+    Workspace workspace = batch.session.workspace;
+    workspace.definition.mag_column = 3;
+    workspace.station_count = stations;
+    workspace.stations.assign(stations);
+    workspace.distances.assign(stations);
+    workspace.mag.data.assign(stations);
+    workspace.bodies.resize(2);
+    workspace.body_count = workspace.body_capacity = 1;
+    ModelBody& body = workspace.body(1);
+    body.name = "B\xF6ller \"1\"";
+    for (int i = 1; i <= stations; ++i) {
+        workspace.distances[i] = i / 3.0;
+        workspace.mag.data(i, row_raw, stage_observed) = i % 5 == 0 ? -1e32F : static_cast<float>(i) / 7;
+    }
+    return workspace;
+}
+
+std::string dump_of(const Workspace& workspace, std::size_t& greatest_piece) {
+    std::ostringstream told;
+    const BatchPrompts prompts(told);
+    return whole_text([&](const TextSink& put) {
+        put_dump(workspace, {}, prompts, [&](std::string_view piece) {
+            greatest_piece = std::max(greatest_piece, piece.size());
+            put(piece);
+        });
+    });
+}
+
+TEST(Dump, comes_in_pieces_that_do_not_grow_with_the_line) {
+    std::size_t greatest = 0;
+    const std::string text = dump_of(long_line(12'000), greatest);
+    EXPECT_LT(greatest, 600'000U);
+    EXPECT_GT(text.size(), 2 * greatest);
+    const json dump = json::parse(text);
+    EXPECT_EQ(dump["stations"].size(), 12'000U);
+    EXPECT_EQ(dump["distances"][11'999], 4000.0);
+    const json& raw = dump["mag_data"]["observed"]["raw"];
+    ASSERT_EQ(raw.size(), 12'000U);
+    for (std::size_t i = 0; i < raw.size(); ++i) {
+        ASSERT_EQ(raw[i].is_null(), i % 5 == 4) << i;
+        ASSERT_TRUE(raw[i].is_null() || raw[i].get<float>() == static_cast<float>(i + 1) / 7) << i;
+    }
+}
+
+TEST(Dump, its_bytes_are_those_of_the_whole_object) {
+    const BatchFolder files;
+    std::size_t greatest = 0;
+    for (const std::string& text :
+         {batch({"dump", files.model}).out, dump_of(long_line(3), greatest), dump_of(long_line(0), greatest)})
+        EXPECT_EQ(text, json_text(nlohmann::ordered_json::parse(text), -1));
+}
+
+TEST(Dump, many_bodies_stand_in_their_order_whatever_the_count_of_threads) {
+    Workspace workspace = long_line(10);
+    constexpr int count = 400;
+    workspace.bodies.resize(count + 1);
+    workspace.body_count = workspace.body_capacity = count;
+    for (int number = 1; number <= count; ++number) {
+        workspace.body(number).name = "Body " + std::to_string(number);
+        workspace.body(number).response.assign(number % 3 == 0 ? 0 : 10);
+    }
+    std::string texts[2];
+    std::size_t greatest = 0;
+    for (const int threads : {1, 3}) {
+        limit_threads(threads);
+        texts[threads / 3] = dump_of(workspace, greatest);
+    }
+    limit_threads(0);
+    EXPECT_TRUE(texts[0] == texts[1]);
+    EXPECT_EQ(texts[0], json_text(nlohmann::ordered_json::parse(texts[0]), -1));
+    const json bodies = json::parse(texts[0])["bodies"];
+    ASSERT_EQ(bodies.size(), static_cast<std::size_t>(count));
+    EXPECT_EQ(bodies[399]["name"], "Body 400");
+    EXPECT_EQ(bodies[398]["response"], json::array());
+    EXPECT_EQ(bodies[399]["response"].size(), 10U);
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include <locale>
 #include <random>
 
+#include "core/append_number.h"
 #include "core/failure.h"
 
 namespace anomalis {
@@ -240,26 +241,65 @@ TEST(Numbers, do_not_depend_on_the_locale) {
     std::setlocale(LC_ALL, "C");
 }
 
-TEST(AppendHundredths, is_the_pattern_of_two_decimals) {
+constexpr const char* fixed_patterns[] = {"0", "0.0", "0.00", "0.000"};
+
+template <class Real>
+void expect_same_text(Real value) {
+    for (int decimals = 0; decimals <= most_appended_decimals; ++decimals) {
+        std::string text = "x";
+        append_fixed(text, value, decimals);
+        ASSERT_EQ(text, "x" + format_number(value, fixed_patterns[decimals])) << value;
+    }
+    std::string text = "x";
+    append_default(text, value);
+    ASSERT_EQ(text, "x" + number_to_text(value));
+    append_round_trip(text = "x", value);
+    ASSERT_EQ(text, "x" + round_trip_text(value));
+}
+
+void expect_same_texts(double value) {
+    expect_same_text(value);
+    expect_same_text(static_cast<float>(value));
+}
+
+TEST(AppendedNumbers, are_those_of_the_patterns_at_every_size) {
     std::mt19937_64 random(5);
     std::uniform_real_distribution<double> digits(-1, 1);
-    const auto expect_same = [](double value) {
-        std::string text = "x";
-        append_hundredths(text, value);
-        ASSERT_EQ(text, "x" + format_number(value, "0.00")) << value;
-    };
     for (double size = 1e-5; size < 1e18; size *= 10)
-        for (int i = 0; i < 300; ++i) expect_same(size * digits(random));
-    // Ties, next to ties, and values that a rounding makes zero.
-    for (int i = -2000; i <= 2000; ++i) {
-        const double tie = i * 0.005;
-        for (const double value : {tie, std::nextafter(tie, 1e9), std::nextafter(tie, -1e9), tie + 7e6})
-            expect_same(value);
-    }
+        for (int i = 0; i < 100; ++i) expect_same_texts(size * digits(random));
     for (const double value :
          {0.0, -0.0, 999999999.995, 1e9, 9.9e307, -0.004, -0.006, std::nan(""),
           std::numeric_limits<double>::infinity(), -std::numeric_limits<double>::infinity()})
-        expect_same(value);
+        expect_same_texts(value);
+}
+
+TEST(AppendedNumbers, ties_and_what_lies_next_to_them) {
+    for (int i = -400; i <= 400; ++i) {
+        const double tie = i * 0.005;
+        for (const double value : {tie, std::nextafter(tie, 1e9), std::nextafter(tie, -1e9), tie + 7e6}) {
+            expect_same_texts(value);
+            expect_same_text(std::nextafter(static_cast<float>(value), 1e9F));
+        }
+        expect_same_texts(56000 + i / 32.0);
+    }
+}
+
+TEST(AppendedNumbers, digits_that_carry_over_a_power_of_ten) {
+    for (int exponent = -6; exponent <= 17; ++exponent) {
+        float single = static_cast<float>(std::pow(10.0, exponent));
+        double number = std::pow(10.0, exponent);
+        for (int i = 0; i < 8;
+             ++i, single = std::nextafter(single, 0.0F), number = std::nextafter(number, 0.0)) {
+            expect_same_text(single);
+            expect_same_text(number);
+        }
+    }
+}
+
+TEST(AppendHundredths, is_the_pattern_of_two_decimals) {
+    std::string text = "x";
+    append_hundredths(text, -31.415);
+    EXPECT_EQ(text, "x" + format_number(-31.415, "0.00"));
 }
 
 }  // namespace

@@ -1,6 +1,9 @@
 #include <algorithm>
+#include <cmath>
 #include <gtest/gtest.h>
 
+#include "core/numbers.h"
+#include "core/threads.h"
 #include "output/table_samples.h"
 #include "output/tables.h"
 
@@ -95,6 +98,53 @@ TEST(ProfileTable, failures_stand_at_the_end_of_the_first_line) {
         "#Profile model data for line 7.dat [WITH FAILURES: a.axm; line 3; two lines; 3; 4; 5; and 2 more]");
     marked[0] = plain[0];
     EXPECT_EQ(marked, plain);
+}
+
+/// A line whose table goes out in several pieces.
+Workspace long_line() {
+    constexpr int stations = 6000;
+    Workspace workspace = three_stations();
+    workspace.station_count = stations;
+    workspace.stations.assign(stations);
+    workspace.distances.assign(stations);
+    workspace.mag.data.assign(stations);
+    for (int i = 1; i <= stations; ++i) {
+        workspace.stations(i, column_east) = 412345.6785 + 0.5 * i;
+        workspace.stations(i, column_north) = 7123456.25 - 0.0625 * i;
+        workspace.distances[i] = i / 3.0;
+        for (int row = 1; row <= 4; ++row)
+            for (const int stage : {stage_observed, stage_calculated})
+                workspace.mag.data(i, row, stage) = static_cast<float>(std::sin(i * row) * 1000.0 / stage);
+    }
+    return workspace;
+}
+
+TEST(ProfileTable, a_long_line_has_the_numbers_of_the_patterns_whatever_the_count_of_threads) {
+    const Workspace workspace = long_line();
+    std::string rows;
+    for (int i = 1; i <= workspace.station_count; ++i) {
+        rows += format_number(workspace.stations(i, column_east), "0.000") + ", " +
+                format_number(workspace.stations(i, column_north), "0.000") + ", " +
+                format_number(workspace.stations(i, column_sensor), "0.00") + ", " +
+                format_number(workspace.distances[i], "0.000");
+        for (const int stage : {stage_observed, stage_calculated})
+            for (int row = 1; row <= 4; ++row)
+                rows += ", " + format_number(workspace.mag.data(i, row, stage), "0.00");
+        rows += "\r\n";
+    }
+    for (const int threads : {1, 2}) {
+        limit_threads(threads);
+        const std::string text = profile_table_text(workspace);
+        EXPECT_TRUE(text.ends_with("\r\n" + rows)) << threads;
+    }
+    limit_threads(0);
+}
+
+TEST(ProfileTable, a_value_that_is_no_number_is_a_star) {
+    Workspace workspace = three_stations();
+    workspace.mag.data(1, row_raw, stage_calculated) = std::nanf("");
+    workspace.mag.data(1, row_residual, stage_calculated) = HUGE_VALF;
+    EXPECT_TRUE(lines_of(profile_table_text(workspace))[2].ends_with(", *, 122.00, *, 142.00"));
 }
 
 }  // namespace
