@@ -4,6 +4,7 @@
 #include <chrono>
 #include <exception>
 #include <mutex>
+#include <utility>
 
 #include "core/core_pool.h"
 #include "core/pacer.h"
@@ -16,12 +17,26 @@ namespace {
 constexpr double worth_a_thread = 2.5e5;  ///< nanoseconds; waking a thread takes a tenth of it
 constexpr std::chrono::milliseconds wait_pause{10};
 
+/// This thread is at a piece that it shares with others.
+thread_local bool within_piece = false;
+
+class WithinPiece {
+  public:
+    WithinPiece() : before_(within_piece) { within_piece = true; }
+    ~WithinPiece() { within_piece = before_; }
+    WithinPiece(const WithinPiece&) = delete;
+    WithinPiece& operator=(const WithinPiece&) = delete;
+
+  private:
+    bool before_;
+};
+
 }  // namespace
 
 int worker_count(double estimated_nanoseconds, std::size_t pieces, int asked) {
     const auto most = static_cast<double>(std::max<std::size_t>(pieces, 1));
     if (asked > 0) return static_cast<int>(std::min<double>(asked, most));
-    if (on_pool_thread() || !(estimated_nanoseconds > 2 * worth_a_thread)) return 1;
+    if (on_pool_thread() || within_piece || !(estimated_nanoseconds > 2 * worth_a_thread)) return 1;
     const auto cores = static_cast<double>(thread_count());
     return static_cast<int>(std::min({estimated_nanoseconds / worth_a_thread, cores, most}));
 }
@@ -43,6 +58,7 @@ class SharedPieces {
         while (worker.goes_on(0)) {
             const std::size_t piece = next_++;
             if (piece >= pieces_) return;
+            const WithinPiece within;
             work_(worker, piece);
         }
     }
@@ -51,10 +67,21 @@ class SharedPieces {
         try {
             PieceWorker worker(number, nullptr, 0, left_);
             take(worker);
-        } catch (...) {
-            const std::lock_guard lock(mutex_);
-            failure_ = std::current_exception();
+        } catch (const Stopped&) {
+            // A helper hears of a stop from those who had the work left.
             leave();
+        } catch (...) {
+            fail(std::current_exception());
+        }
+    }
+
+    /// What the caller does of it. A stop of its own goes on to whoever gave the work; not so one that a
+    /// failure of a helper has made.
+    void take_part(PieceWorker& caller) {
+        try {
+            take(caller);
+        } catch (const Stopped&) {
+            if (!failed_) throw;
         }
     }
 
@@ -64,10 +91,18 @@ class SharedPieces {
     }
 
   private:
+    void fail(std::exception_ptr failure) {
+        const std::lock_guard lock(mutex_);
+        failure_ = std::move(failure);
+        failed_ = true;
+        leave();
+    }
+
     std::size_t pieces_;
     const Work& work_;
     std::atomic<std::size_t> next_{0};
     std::atomic<bool> left_{false};
+    std::atomic<bool> failed_{false};
     std::mutex mutex_;
     std::exception_ptr failure_;
 };
@@ -104,7 +139,7 @@ void for_each_piece(std::size_t pieces, int workers, Pacer& pacer, const Work& w
         PoolHelpers helpers(workers - 1, [&](int number) { shared.help(number); });
         const LeaveAtEnd leave(shared);
         PieceWorker caller(0, &pacer, helpers.count() + 1, shared.left());
-        shared.take(caller);
+        shared.take_part(caller);
         helpers.take_back();
         while (!helpers.wait_for(wait_pause)) pacer.waiting();
     }

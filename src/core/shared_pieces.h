@@ -4,15 +4,15 @@
 #include <cstddef>
 #include <functional>
 
+#include "core/pacer.h"
+
 // Numbered pieces of work, of some hundred microseconds each, that whoever needs them does with the help of
 // the pool's threads.
 namespace anomalis {
 
-class Pacer;
-
 /// How many threads a job is worth: one below half a millisecond, else one for each quarter of one, no more
-/// than the processor has, and one on a thread of the pool. `asked` above 0 overrules this. Never more than
-/// there are pieces.
+/// than the processor has, and one on a thread of the pool or within a piece of shared work. `asked` above 0
+/// overrules this. Never more than there are pieces.
 int worker_count(double estimated_nanoseconds, std::size_t pieces, int asked = 0);
 
 /// One of those that take pieces. Only the caller of `for_each_piece` may speak to the pacer.
@@ -34,10 +34,23 @@ class PieceWorker {
     const std::atomic<bool>& left_;
 };
 
+/// The worker of a piece as a pacer, for work that is left from deep inside: raises Stopped then.
+class PiecePacer : public Pacer {
+  public:
+    explicit PiecePacer(PieceWorker& worker) : worker_(worker) {}
+    void done(double units) override {
+        if (!worker_.goes_on(units)) throw Stopped();
+    }
+
+  private:
+    PieceWorker& worker_;
+};
+
 /// Calls work(worker, piece) once for every piece, spread over `workers` threads of which the caller is one.
 /// `work` should ask `goes_on` within a few milliseconds. Fewer threads are used when the system grants no
 /// more. What a piece throws is raised here once all have ended, of several any one of them. Raises Stopped
-/// when the pacer has the work left; no thread works on then.
+/// when the pacer has the work left; no thread works on then. A piece that throws Stopped because others had
+/// the work left is no failure.
 void for_each_piece(std::size_t pieces, int workers, Pacer& pacer,
                     const std::function<void(PieceWorker&, std::size_t)>& work);
 

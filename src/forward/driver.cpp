@@ -1,6 +1,7 @@
 #include "forward/driver.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 #include <limits>
 #include <string_view>
@@ -9,6 +10,7 @@
 #include "forward/body_responses.h"
 #include "forward/exact/exact_response.h"
 #include "forward/station_columns.h"
+#include "forward/station_stretches.h"
 
 namespace anomalis::forward {
 
@@ -56,24 +58,35 @@ void zero_calculated(const Workspace& workspace, ChannelTable& data) {
     }
 }
 
+/// Whether a stretch of the sum is within single precision.
+bool add_stretch(const Workspace& workspace, const ChannelRoute& route, std::size_t first, std::size_t count,
+                 float* sum) {
+    for (int number = 1; number <= workspace.body_count; ++number) {
+        const float* response = held_column(workspace, workspace.body(number), route.column);
+        if (!response) continue;
+        for (std::size_t i = 0; i < count; ++i) sum[i] += response[first + i];
+    }
+    unsigned beyond = 0;
+    for (std::size_t i = 0; i < count; ++i)
+        beyond |= !(std::abs(sum[i]) <= std::numeric_limits<float>::max());
+    return beyond == 0;
+}
+
 /// Sums all bodies, a stretch of stations at a time so that the sum stays in the nearest memory. Each station
-/// adds the bodies in their order.
+/// adds the bodies in their order. Nothing can stop it: the curves would be neither of before nor of now.
 void sum_responses(Workspace& workspace, const ChannelRoute& route, std::span<float> sum) {
-    constexpr std::size_t stretch = 2048;
+    constexpr double addition = 0.25;  // nanoseconds
     const auto count = static_cast<std::size_t>(workspace.station_count);
     if (sum.size() < count) throw Fault(FaultKind::subscript);
-    unsigned beyond = 0;
-    for (std::size_t at = 0; at < count; at += stretch) {
-        const std::size_t end = std::min(count, at + stretch);
-        for (int number = 1; number <= workspace.body_count; ++number) {
-            const float* response = held_column(workspace, workspace.body(number), route.column);
-            if (!response) continue;
-            for (std::size_t i = at; i < end; ++i) sum[i] += response[i];
-        }
-        for (std::size_t i = at; i < end; ++i)
-            beyond |= !(std::abs(sum[i]) <= std::numeric_limits<float>::max());
-    }
-    if (beyond == 0) return;
+    std::atomic<bool> within = true;
+    for_stretches(
+        count, addition * workspace.body_count, no_pace(), [&](std::size_t first, std::size_t part) {
+            constexpr std::size_t near = 2048;
+            for (std::size_t at = first; at < first + part; at += near)
+                if (!add_stretch(workspace, route, at, std::min(near, first + part - at), sum.data() + at))
+                    within = false;
+        });
+    if (within) return;
     std::fill(sum.begin(), sum.end(), 0.0F);
     throw Fault(FaultKind::overflow, "the sum of the bodies is out of all proportion; it counts as zero");
 }

@@ -11,6 +11,7 @@
 #include "core/core_shares.h"
 #include "core/pacer.h"
 #include "core/shared_pieces.h"
+#include "core/threads.h"
 
 namespace anomalis {
 namespace {
@@ -75,6 +76,24 @@ TEST(CorePool, WorkOnItsThreadsAsksForNoMoreOfThem) {
             inner += 3;
     });
     EXPECT_EQ(inner, 8 * 8);
+}
+
+TEST(CorePool, WorkWithinAPieceIsDoneOnItsOwnThread) {
+    for_each_piece(8, 3, no_pace(), [](PieceWorker&, std::size_t) { EXPECT_EQ(worker_count(1e9, 5), 1); });
+    limit_threads(4);
+    EXPECT_EQ(worker_count(1e9, 5), 4) << "and outside as before";
+    limit_threads(0);
+}
+
+TEST(CorePool, AFailureDeepInAPieceIsRaisedAndNotTheStopThatItMakesElsewhere) {
+    for (int turn = 0; turn < 20; ++turn)
+        EXPECT_THROW(for_each_piece(50, 3, no_pace(),
+                                    [](PieceWorker& worker, std::size_t piece) {
+                                        PiecePacer pacer(worker);
+                                        if (piece == 7) throw std::runtime_error("seventh");
+                                        for (int i = 0; i < 100; ++i) pacer.done(1);
+                                    }),
+                     std::runtime_error);
 }
 
 TEST(CorePool, AFailureOfAPieceIsRaisedToWhoGaveTheWork) {

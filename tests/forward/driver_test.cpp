@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "core/threads.h"
 #include "forward/line.h"
 #include "support/response_values.h"
 #include "support/stale_body.h"
@@ -277,6 +278,112 @@ TEST(Driver, failures_are_told_channel_by_channel_in_the_order_of_the_bodies) {
                 << entries[i].text;
         }
     }
+}
+
+namespace {
+
+/// So many cores while it lives.
+struct Cores {
+    explicit Cores(int count) { limit_threads(count); }
+    ~Cores() { limit_threads(0); }
+    Cores(const Cores&) = delete;
+    Cores& operator=(const Cores&) = delete;
+};
+
+/// Bodies of all types in their turn, some of which fail, and one that is most of the work.
+void add_many(Line& line, int bodies, bool with_large) {
+    while (line.workspace.body_count < bodies) add_each_type(line);
+    line.body(5).width.value = line.body(9).width.value = std::nanf("");
+    line.body(11).turned_off = 1;
+    if (with_large) line.body(14).num_sectors = 3000;
+}
+
+struct Calculated {
+    std::vector<float> mag, grav;
+    std::vector<ResponseTable> responses;
+    std::vector<std::string> texts;
+    bool operator==(const Calculated&) const = default;
+};
+
+Calculated calculated_on(int cores, int stations, Formulas formulas, bool with_large) {
+    const Cores machine(cores);
+    Line line(stations, 3);
+    line.workspace.formulas = formulas;
+    add_many(line, 64, with_large);
+    line.calculate();
+    Calculated all{raw_sum(line.workspace), raw_sum(line.workspace, false), {}, {}};
+    for (int b = 1; b <= line.workspace.body_count; ++b) all.responses.push_back(line.body(b).response);
+    for (const Faults::Entry& entry : line.faults.entries()) all.texts.push_back(counted_text(entry));
+    return all;
+}
+
+}  // namespace
+
+TEST(Driver, any_count_of_cores_gives_the_same_bits_and_the_same_texts_in_their_order) {
+    for (const Formulas formulas : {Formulas::classic, Formulas::exact})
+        for (const bool with_large : {false, true}) {
+            const Calculated alone = calculated_on(1, 61, formulas, with_large);
+            EXPECT_FALSE(alone.texts.empty());
+            EXPECT_EQ(calculated_on(3, 61, formulas, with_large), alone);
+        }
+}
+
+TEST(Driver, one_body_on_a_long_line_has_the_same_bits_on_any_count_of_cores) {
+    struct Case {
+        Formulas formulas;
+        int stations;  ///< enough to be worth two threads
+        BodyType type;
+    };
+    for (const auto& [formulas, stations, type] :
+         {Case{Formulas::classic, 60001, thin_sheet}, Case{Formulas::classic, 50001, sphere},
+          Case{Formulas::classic, 30001, wire}, Case{Formulas::exact, 4001, thick_sheet},
+          Case{Formulas::exact, 4001, pipe}}) {
+        std::vector<float> alone;
+        for (const int cores : {1, 3}) {
+            const Cores machine(cores);
+            Line line(stations, 0.1);
+            line.workspace.formulas = formulas;
+            line.add(type, 300, 70).length.value = 0;
+            line.calculate();
+            if (cores == 1) alone = raw_sum(line.workspace);
+            EXPECT_EQ(raw_sum(line.workspace), alone) << type;
+            EXPECT_NE(alone[3000], 0) << type;
+        }
+    }
+}
+
+TEST(Driver, a_stop_on_many_cores_leaves_the_curves_and_the_next_calculation_ends_it) {
+    struct Leaving : Pacer {
+        int left = 20;
+        void done(double) override {
+            if (--left < 0) throw Stopped();
+        }
+    };
+    const Cores machine(3);
+    Line line(151, 3);
+    add_many(line, 64, false);
+    const ChannelTable before = line.workspace.mag.data;
+    Leaving pacer;
+    EXPECT_THROW(calculate_model(line.workspace, line.workspace.mag.data, line.workspace.grav.data,
+                                 line.faults, pacer),
+                 Stopped);
+    EXPECT_EQ(line.workspace.mag.data, before);
+    line.faults.clear();
+    line.calculate();
+    const Calculated whole = calculated_on(1, 151, Formulas::classic, false);
+    EXPECT_EQ(raw_sum(line.workspace), whole.mag);
+    EXPECT_EQ(raw_sum(line.workspace, false), whole.grav);
+}
+
+TEST(Driver, twenty_thousand_bodies_are_summed_in_their_order) {
+    Line line(2);
+    for (int b = 0; b < 20000; ++b) line.add(thin_sheet, 200 + 0.01 * b).length.value = 0;
+    line.calculate();
+    float sum = 0;
+    for (int b = 1; b <= 20000; ++b) sum += line.body(b).response(2, 1);
+    EXPECT_EQ(raw_sum(line.workspace)[1], sum);
+    EXPECT_NE(sum, 0);
+    EXPECT_TRUE(line.faults.empty());
 }
 
 }  // namespace anomalis::forward

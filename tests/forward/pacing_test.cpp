@@ -4,6 +4,7 @@
 #include <thread>
 
 #include "core/shared_pieces.h"
+#include "core/threads.h"
 #include "forward/body_price.h"
 #include "forward/line.h"
 #include "forward/polyhedron/polyhedron_shapes.h"
@@ -27,7 +28,15 @@ struct Model {
     std::int32_t demagnetise = 0;
 };
 
-/// Models whose bodies take several turns, but no second thread, whose share of the work is nobody's to tell.
+/// A machine with one core while it lives: the share of a second thread is nobody's to tell.
+struct OneCore {
+    OneCore() { limit_threads(1); }
+    ~OneCore() { limit_threads(0); }
+    OneCore(const OneCore&) = delete;
+    OneCore& operator=(const OneCore&) = delete;
+};
+
+/// Models whose bodies take several turns.
 const Model long_models[] = {
     {"a pipe of many sectors", 101, pipe, 250, 300, 1},
     {"an exact pipe", 101, pipe, 250, 300, 1, Formulas::exact},
@@ -51,6 +60,7 @@ void run(Line& line, Pacer& pacer) {
 }
 
 TEST(Pacing, no_model_works_longer_than_a_blink_between_two_turns) {
+    const OneCore machine;
     for (const Model& model : long_models) {
         Line line(model.stations);
         fill_line(line, model);
@@ -79,6 +89,7 @@ TEST(Pacing, turns_change_no_bit) {
 }
 
 TEST(Pacing, a_calculation_that_is_left_keeps_the_curves_and_is_finished_by_the_next) {
+    const OneCore machine;
     for (const Model& model : long_models) {
         Line line(model.stations);
         line.add(thin_sheet, 100, 70);

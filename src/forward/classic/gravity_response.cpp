@@ -66,7 +66,7 @@ void calculate_gravity_response(const BodyJob& job, bool found) {
 void calculate_gravity_response(Workspace& workspace, int body_number, Faults& faults, Pacer& pacer) {
     ExactNotes notes;
     calculate_gravity_response({workspace, body_number, workspace.body(body_number), false, true,
-                                body_memory(workspace), notes, faults, faults, pacer},
+                                body_memory(forward_memory(workspace)), notes, faults, faults, pacer},
                                false);
 }
 

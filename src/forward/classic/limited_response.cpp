@@ -25,13 +25,15 @@ void fill_polyhedron(const BodyJob& job, const Magnetisation& m, bool attraction
     const StationSpans stations = station_spans(job.workspace);
     const Point3 moment = east_north_up(m.north, m.east, m.down);
     const Point3 direction = east_north_up(field.north, field.east, field.down);
+    const std::span<double> anomaly = station_values(memory.anomaly, job.workspace);
     if (attraction_too) {
         memory.polyhedron.total_field_and_gravity(stations, moment, direction, job.body.density.value,
-                                                  memory.anomaly, memory.attraction, {.pacer = &job.pacer});
+                                                  anomaly, station_values(memory.attraction, job.workspace),
+                                                  {.pacer = &job.pacer});
     } else {
-        memory.polyhedron.total_field(stations, moment, direction, memory.anomaly, {.pacer = &job.pacer});
+        memory.polyhedron.total_field(stations, moment, direction, anomaly, {.pacer = &job.pacer});
     }
-    store_values(job.workspace, job.body, 1, memory.anomaly);
+    store_values(job.workspace, job.body, 1, anomaly);
 }
 
 void assign_placed(const BodyJob& job) {
@@ -99,8 +101,8 @@ void fill_pipe_gravity(const BodyJob& job, bool found) {
         if (setup_cylinder_body(job.body, job.body.solid, job.grav_faults, job.workspace.station_count) != 0)
             return;
         assign_placed(job);
-        memory.polyhedron.gravity(station_spans(job.workspace), job.body.density.value, memory.attraction,
-                                  {.pacer = &job.pacer});
+        memory.polyhedron.gravity(station_spans(job.workspace), job.body.density.value,
+                                  station_values(memory.attraction, job.workspace), {.pacer = &job.pacer});
     }
     store_values(job.workspace, job.body, 2, memory.attraction);
 }

@@ -22,7 +22,7 @@ namespace anomalis::forward {
 namespace {
 
 constexpr float least_magnetisation = 0.0001F;
-/// Of a closed form.
+/// Of an edge or a step.
 constexpr double units_a_station = 20;
 
 void zero_magnetic_columns(const Workspace& workspace, ModelBody& body) {
@@ -45,27 +45,29 @@ bool fill_limited(const BodyJob& job) {
 bool fill_by_type(const BodyJob& job, double strike_sine) {
     const Workspace& workspace = job.workspace;
     ModelBody& body = job.body;
-    if (body.type == wire) fill_wire(workspace, body);
+    if (body.type == wire) fill_wire(job);
     if (body.type == wire || body.type == polygon) return false;
     const ShapeTerms terms = shape_terms(body, strike_sine);
     if (terms.size() < least_shape_terms) return false;
     switch (body.type) {
         case thin_sheet:
-            add_thin_sheet(workspace, body, strike_sine, terms);
+            add_thin_sheet(job, strike_sine, terms);
             return false;
         case edge:
             add_edge(workspace, body, terms);
+            job.pacer.done(units_a_station * workspace.station_count);
             return false;
         case sloping_step:
             add_sloping_step(workspace, body, terms);
+            job.pacer.done(units_a_station * workspace.station_count);
             return false;
         case sphere:
-            add_sphere(workspace, body, terms);
+            add_sphere(job, terms);
             return false;
         case thick_sheet:
         case pipe:
             if (!unlimited_strike(body)) return fill_limited(job);
-            add_thick_sheet(workspace, body, strike_sine, terms);
+            add_thick_sheet(job, strike_sine, terms);
             return false;
         default:
             return false;
@@ -84,9 +86,7 @@ bool fill(const BodyJob& job) {
     if (std::abs(strike_sine) < least_sine_with_response) return false;
     update_body_reference_point(workspace, body.distance.value, body.east, body.north);
     if (std::abs(body.last_calculated) < least_magnetisation) return false;
-    const bool attraction_too = fill_by_type(job, strike_sine);
-    job.pacer.done(units_a_station * workspace.station_count);
-    return attraction_too;
+    return fill_by_type(job, strike_sine);
 }
 
 }  // namespace
@@ -104,7 +104,7 @@ bool calculate_mag_response(const BodyJob& job) {
 void calculate_mag_response(Workspace& workspace, int body_number, Faults& faults, Pacer& pacer) {
     ExactNotes notes;
     calculate_mag_response({workspace, body_number, workspace.body(body_number), true, false,
-                            body_memory(workspace), notes, faults, faults, pacer});
+                            body_memory(forward_memory(workspace)), notes, faults, faults, pacer});
 }
 
 }  // namespace anomalis::forward

@@ -4,6 +4,7 @@
 
 #include "forward/classic/sheet_kernel.h"
 #include "forward/station_columns.h"
+#include "forward/station_stretches.h"
 
 namespace anomalis::forward {
 
@@ -23,20 +24,30 @@ double bottom_offset(const ModelBody& body, double strike_sine) {
     return strike_sine < 0 ? -offset : offset;
 }
 
+/// Runs a kernel over the stations, stretch by stretch.
+template <class Kernel, class Section>
+void add_sheet_at_stations(const BodyJob& job, double strike_sine, Kernel kernel, const Section& section) {
+    constexpr double units_a_station = 10;
+    const StationView stations = station_view(job.workspace);
+    const BodyFrame frame = mirrored_frame(job.body, strike_sine);
+    float* const response = response_column(job.workspace, job.body, 1);
+    for_stretches(stations.count, units_a_station, job.pacer, [&](std::size_t first, std::size_t count) {
+        kernel(part_of(stations, first, count), frame, section, response + first);
+    });
+}
+
 }  // namespace
 
-void add_thin_sheet(const Workspace& workspace, ModelBody& body, double strike_sine,
-                    const ShapeTerms& terms) {
+void add_thin_sheet(const BodyJob& job, double strike_sine, const ShapeTerms& terms) {
+    const ModelBody& body = job.body;
     const double width = body.width.value;
     const ThinSheetSection section{terms.p * width, terms.q * width, (strike_sine < 0 ? -width : width) / 2,
                                    body.depth_extent.value, bottom_offset(body, strike_sine)};
-    thin_sheet_stations_at(vector::widest_vector_level())(station_view(workspace),
-                                                          mirrored_frame(body, strike_sine), section,
-                                                          response_column(workspace, body, 1));
+    add_sheet_at_stations(job, strike_sine, thin_sheet_stations_at(vector::widest_vector_level()), section);
 }
 
-void add_thick_sheet(const Workspace& workspace, ModelBody& body, double strike_sine,
-                     const ShapeTerms& terms) {
+void add_thick_sheet(const BodyJob& job, double strike_sine, const ShapeTerms& terms) {
+    const ModelBody& body = job.body;
     const double half = static_cast<double>(body.width.value) / 2;
     const double half_size = std::abs(half);
     // The first edge is the one at the reference point; a negative width swaps both.
@@ -45,9 +56,7 @@ void add_thick_sheet(const Workspace& workspace, ModelBody& body, double strike_
     const ThickSheetSection section{
         body.sin_dip * terms.p / 2, body.sin_dip * terms.q,          first, second,
         body.depth_extent.value,    bottom_offset(body, strike_sine)};
-    thick_sheet_stations_at(vector::widest_vector_level())(station_view(workspace),
-                                                           mirrored_frame(body, strike_sine), section,
-                                                           response_column(workspace, body, 1));
+    add_sheet_at_stations(job, strike_sine, thick_sheet_stations_at(vector::widest_vector_level()), section);
 }
 
 }  // namespace anomalis::forward

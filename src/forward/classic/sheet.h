@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/workspace.h"
+#include "forward/body_job.h"
 #include "forward/classic/shape_terms.h"
 
 namespace anomalis::forward {
@@ -10,10 +10,9 @@ namespace anomalis::forward {
 
 /// Adds the anomaly of a thin sheet (nT) to column 1: a line of poles at its top and, for a depth extent
 /// above 0, the opposite one at its lower end.
-void add_thin_sheet(const Workspace& workspace, ModelBody& body, double strike_sine, const ShapeTerms& terms);
+void add_thin_sheet(const BodyJob& job, double strike_sine, const ShapeTerms& terms);
 
 /// Adds the anomaly of a thick sheet (nT) to column 1; also a pipe without a length.
-void add_thick_sheet(const Workspace& workspace, ModelBody& body, double strike_sine,
-                     const ShapeTerms& terms);
+void add_thick_sheet(const BodyJob& job, double strike_sine, const ShapeTerms& terms);
 
 }  // namespace anomalis::forward

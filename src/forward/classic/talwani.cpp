@@ -3,17 +3,20 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <mutex>
+#include <vector>
 
 #include "core/angles.h"
 #include "core/faults.h"
 #include "forward/classic/talwani_kernel.h"
 #include "forward/station_columns.h"
+#include "forward/station_stretches.h"
 
 namespace anomalis::forward {
 
 namespace {
 
-constexpr std::size_t stretch = 256;
+constexpr std::size_t near_stations = 256;  ///< whose sums stay in the nearest memory
 constexpr double units_a_station = 100;
 
 double divided(double numerator, double denominator) {
@@ -40,6 +43,13 @@ double edge_term(double x1, double x2, double z1, double z2) {
     return (xb - zb * dx / dz) * (dz / r) * (dx / r) *
            (guarded_atan2(z1, x1) - guarded_atan2(zb, xb) + dz / dx * std::log(quotient));
 }
+
+/// A station whose sum lacks edges.
+struct LackingSum {
+    std::size_t station;
+    unsigned left_out;
+    double sum;
+};
 
 /// Gathers what single edges note over a calculation, and tells it unless the same was the last that the body
 /// told: a body that is calculated again where it stands has nothing new to say.
@@ -101,21 +111,29 @@ void fill_talwani(const Workspace& workspace, ModelBody& body, const SheetBottom
     const StationView stations = station_view(workspace);
     const BodyFrame frame = body_frame(body);
     float* response = response_column(workspace, body, 2);
-    EdgeNotes notes;
-    std::array<double, stretch> sum, left_out;
-    for (std::size_t at = 0; at < stations.count; at += stretch) {
-        const StationView part{stations.east + at, stations.north + at, stations.sensor + at,
-                               std::min(stretch, stations.count - at)};
-        talwani_stations_at(vector::widest_vector_level())(part, frame, polygon, sum.data(), left_out.data());
-        for (std::size_t i = 0; i < part.count; ++i) {
-            if (left_out[i] != 0)
-                sum[i] +=
-                    notes.left_out_edges(polygon, static_cast<unsigned>(left_out[i]), at + i,
-                                         across_strike(part, frame, i), height_over_top(part, frame, i));
-            response[at + i] = static_cast<float>(sum[i]);
+    std::mutex mutex;
+    std::vector<LackingSum> lacking;
+    for_stretches(stations.count, units_a_station, pacer, [&](std::size_t first, std::size_t count) {
+        std::array<double, near_stations> sum, left_out;
+        for (std::size_t at = first; at < first + count; at += near_stations) {
+            const StationView part = part_of(stations, at, std::min(near_stations, first + count - at));
+            talwani_stations_at(vector::widest_vector_level())(part, frame, polygon, sum.data(),
+                                                               left_out.data());
+            for (std::size_t i = 0; i < part.count; ++i) {
+                response[at + i] = static_cast<float>(sum[i]);
+                if (left_out[i] == 0) continue;
+                const std::lock_guard lock(mutex);
+                lacking.push_back({at + i, static_cast<unsigned>(left_out[i]), sum[i]});
+            }
         }
-        pacer.done(units_a_station * static_cast<double>(part.count));
-    }
+    });
+    // In the order of the stations, whichever thread came first.
+    std::ranges::sort(lacking, {}, &LackingSum::station);
+    EdgeNotes notes;
+    for (const auto& [station, left_out, sum] : lacking)
+        response[station] = static_cast<float>(
+            sum + notes.left_out_edges(polygon, left_out, station, across_strike(stations, frame, station),
+                                       height_over_top(stations, frame, station)));
     notes.tell(polygon, frame, body.told_edges, faults);
 }
 

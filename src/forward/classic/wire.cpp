@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "forward/station_columns.h"
+#include "forward/station_stretches.h"
 
 namespace anomalis::forward {
 
@@ -37,7 +38,8 @@ double strength_gained(const StrikeField& earth, const StrikeField& added, doubl
 
 }  // namespace
 
-void fill_wire(const Workspace& workspace, ModelBody& body) {
+void fill_wire(const BodyJob& job) {
+    const ModelBody& body = job.body;
     const double current = body.susc.value;
     const double separation = body.offset.value;
     const double strength = current * field_of_unit_current;
@@ -49,23 +51,26 @@ void fill_wire(const Workspace& workspace, ModelBody& body) {
     const std::span<const Conductor> conductors =
         separation != 0 ? std::span<const Conductor>(pair) : std::span<const Conductor>(single);
 
-    const StationView stations = station_view(workspace);
+    const StationView stations = station_view(job.workspace);
     const BodyFrame frame = body_frame(body);
     const StrikeField earth{body.moment_x, body.moment_y, body.moment_z};
-    float* response = response_column(workspace, body, 1);
-    for (std::size_t i = 0; i < stations.count; ++i) {
-        const double x = across_strike(stations, frame, i);
-        const double height = height_over_top(stations, frame, i);
-        StrikeField added{0, 0, 0};
-        for (const Conductor& wire : conductors) {
-            const double h = lifted(height + wire.up);
-            const double xk = x + wire.across;
-            const double squared = xk * xk + h * h;
-            added.across += wire.strength * h / squared;
-            added.down -= wire.strength * xk / squared;
+    float* const response = response_column(job.workspace, job.body, 1);
+    constexpr double units_a_station = 20;
+    for_stretches(stations.count, units_a_station, job.pacer, [&](std::size_t first, std::size_t count) {
+        for (std::size_t i = first; i < first + count; ++i) {
+            const double x = across_strike(stations, frame, i);
+            const double height = height_over_top(stations, frame, i);
+            StrikeField added{0, 0, 0};
+            for (const Conductor& wire : conductors) {
+                const double h = lifted(height + wire.up);
+                const double xk = x + wire.across;
+                const double squared = xk * xk + h * h;
+                added.across += wire.strength * h / squared;
+                added.down -= wire.strength * xk / squared;
+            }
+            response[i] = static_cast<float>(strength_gained(earth, added, job.workspace.field.intensity));
         }
-        response[i] = static_cast<float>(strength_gained(earth, added, workspace.field.intensity));
-    }
+    });
 }
 
 }  // namespace anomalis::forward

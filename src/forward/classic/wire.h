@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/workspace.h"
+#include "forward/body_job.h"
 
 namespace anomalis::forward {
 
@@ -8,6 +8,6 @@ namespace anomalis::forward {
 /// opposite currents. `susc` is the current in mA, `offset` the separation of the pair (0 for a single wire),
 /// `dip` its turn: 0 stands the pair upright, 90 lays it side by side. The anomaly is the difference of the
 /// strengths of the whole field, not a projection; its rounding is that of singles of the anomaly itself.
-void fill_wire(const Workspace& workspace, ModelBody& body);
+void fill_wire(const BodyJob& job);
 
 }  // namespace anomalis::forward

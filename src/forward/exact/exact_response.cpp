@@ -14,17 +14,14 @@
 #include "forward/forward_memory.h"
 #include "forward/shape/reference_point.h"
 #include "forward/station_columns.h"
+#include "forward/station_stretches.h"
 
 namespace anomalis::forward {
 
 namespace {
 
-/// Stations of all vector levels.
-constexpr std::size_t whole_vectors = 8;
 /// Of closed forms: of a station, and of one edge of a ring for a station.
 constexpr double units_a_station = 200, units_an_edge = 20;
-/// What is done between two words with the pacer.
-constexpr double stretch_units = 2e6;
 
 /// What is wanted of a body at the stations: nT and mGal, null where a channel is not asked for.
 struct Wanted {
@@ -75,18 +72,13 @@ bool fill_solid(Task& task) {
     return true;
 }
 
-/// Calls step(place, wanted) for one stretch of stations after the other, each of `stretch_units` when a
-/// station takes `units`. Stretches begin at whole vectors, so that they change no bit.
+/// Calls step(place, wanted) for stretches of stations, each of which takes `units`.
 template <class Step>
 void in_stretches(Task& task, double units, const Step& step) {
-    const auto fits = static_cast<std::size_t>(stretch_units / units);
-    const std::size_t stretch = std::max(fits / whole_vectors, std::size_t{1}) * whole_vectors;
     const StationView& all = task.place.stations;
-    for (std::size_t at = 0; at < all.count; at += stretch) {
-        const std::size_t count = std::min(stretch, all.count - at);
-        step(ExactPlace{part_of(all, at, count), task.place.frame}, task.wanted.from(at));
-        task.pacer.done(units * static_cast<double>(count));
-    }
+    for_stretches(all.count, units, task.pacer, [&](std::size_t first, std::size_t count) {
+        step(ExactPlace{part_of(all, first, count), task.place.frame}, task.wanted.from(first));
+    });
 }
 
 /// The procedures for a shape, with what each channel needs. `units` are what a station takes in one channel.
@@ -235,7 +227,8 @@ void fill_wanted(const BodyJob& job, const Wanted& wanted) {
 /// False after a failure, which is told by the channel that it concerns when each is calculated alone.
 bool fill_both(const BodyJob& job) {
     try {
-        fill_wanted(job, {job.memory.anomaly.data(), job.memory.attraction.data()});
+        fill_wanted(job, {station_values(job.memory.anomaly, job.workspace).data(),
+                          station_values(job.memory.attraction, job.workspace).data()});
     } catch (const std::exception&) {
         return false;
     }
@@ -250,9 +243,9 @@ void store(const BodyJob& job, const Column& column) {
 }
 
 void fill_alone(const BodyJob& job, const Column& column) {
-    double* const values = (job.memory.*column.values).data();
     const bool magnetic = column.channel == channel_mag;
     const int status = report_failure(column.faults, exact_failure(column.channel), [&] {
+        double* const values = station_values(job.memory.*column.values, job.workspace).data();
         fill_wanted(job, {magnetic ? values : nullptr, magnetic ? nullptr : values});
     });
     if (status == 0) return store(job, column);
@@ -277,7 +270,7 @@ namespace {
 void calculate_one(Workspace& workspace, int body_number, bool mag, ExactNotes& notes, Faults& faults,
                    Pacer& pacer) {
     calculate_exact_responses({workspace, body_number, workspace.body(body_number), mag, !mag,
-                               body_memory(workspace), notes, faults, faults, pacer});
+                               body_memory(forward_memory(workspace)), notes, faults, faults, pacer});
 }
 
 }  // namespace
