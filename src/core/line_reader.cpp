@@ -1,21 +1,15 @@
 #include "core/line_reader.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstring>
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include "core/byte_word.h"
-#include "core/failure.h"
 
 namespace anomalis {
 
 namespace {
 
 constexpr std::size_t buffer_size = 65536;
-constexpr std::size_t style_window = 512;
 constexpr std::size_t piece_size = 256;
 constexpr unsigned char byte_order_mark = 239;
 
@@ -55,69 +49,33 @@ std::size_t append_printable(std::string_view text, std::string& line) {
 
 }  // namespace
 
-LineReader::LineReader(const std::string& path) : path_(path), buffer_(buffer_size + word_bytes) {
-    // Not blocking: the open of a pipe without a writer would wait for ever.
-    descriptor_ = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-    if (descriptor_ < 0) throw FileFault(errno, path);
-    struct stat status {};
-    const int error = ::fstat(descriptor_, &status) != 0 ? errno : S_ISDIR(status.st_mode) ? EISDIR : 0;
-    if (error == 0 && S_ISREG(status.st_mode)) return;
-    ::close(descriptor_);
-    if (error != 0) throw FileFault(error, path);
-    throw Fault("Not a regular file (" + path + ")");
-}
-
-LineReader::~LineReader() {
-    ::close(descriptor_);
-}
-
-/// Brings more of the file behind what is left in the buffer. False at the end of the file, and when the
-/// buffer is full.
-bool LineReader::fill() {
-    if (begin_ > 0) {
-        std::copy(buffer_.begin() + static_cast<std::ptrdiff_t>(begin_),
-                  buffer_.begin() + static_cast<std::ptrdiff_t>(end_), buffer_.begin());
-        end_ -= begin_;
-        begin_ = 0;
-    }
-    if (end_ == buffer_size) return false;
-    ssize_t count = 0;
-    do {
-        count = ::read(descriptor_, buffer_.data() + end_, buffer_size - end_);
-    } while (count < 0 && errno == EINTR);
-    if (count < 0) throw FileFault(errno, path_);
-    end_ += static_cast<std::size_t>(count);
-    return count > 0;
-}
-
-int LineReader::detect_line_style() {
-    const auto rewind = [&] {
-        if (::lseek(descriptor_, 0, SEEK_SET) != 0) throw FileFault(errno, path_);
-        begin_ = end_ = 0;
-        skip_line_feed_ = false;
-        line_number_ = 0;
-    };
-    rewind();
-    while (end_ < style_window && fill()) {
-    }
-    const std::string_view head(buffer_.data(), std::min(end_, style_window));
+int LineScanner::style_of(std::string_view head) {
+    head = head.substr(0, style_window);
     if (!head.empty() && static_cast<unsigned char>(head.front()) == byte_order_mark) return 1;
     return head.find('\r') == std::string_view::npos ? 1 : 0;
 }
 
-bool LineReader::at_end() {
+void LineScanner::begin(const char* text, std::size_t size) {
+    text_ = text;
+    begin_ = 0;
+    end_ = size;
+    skip_line_feed_ = line_ended_ = false;
+    line_number_ = 0;
+}
+
+bool LineScanner::at_end() {
     if (begin_ == end_ && !fill()) return true;
     if (!skip_line_feed_) return false;
     skip_line_feed_ = false;
-    if (buffer_[begin_] == '\n') ++begin_;
+    if (text_[begin_] == '\n') ++begin_;
     return begin_ == end_ && !fill();
 }
 
 /// The length of the text before the next CR, all of it within the buffer; npos when there is none.
-std::size_t LineReader::find_carriage_return() {
+std::size_t LineScanner::find_carriage_return() {
     std::size_t searched = 0;
     do {
-        const char* from = buffer_.data() + begin_;
+        const char* from = text_ + begin_;
         if (const void* found = std::memchr(from + searched, '\r', end_ - begin_ - searched))
             return static_cast<std::size_t>(static_cast<const char*>(found) - from);
         searched = end_ - begin_;
@@ -127,26 +85,26 @@ std::size_t LineReader::find_carriage_return() {
 
 /// The LF that may follow is dropped with the next call, which may move the buffer; the line stays until
 /// then.
-void LineReader::end_at_carriage_return() {
+void LineScanner::end_at_carriage_return() {
     ++begin_;
     skip_line_feed_ = line_ended_ = true;
 }
 
-std::string_view LineReader::read_line() {
+std::string_view LineScanner::read_line() {
     if (at_end()) return {};
     ++line_number_;
     line_ended_ = false;
     const std::size_t length = find_carriage_return();
     if (length != std::string_view::npos) {
-        const std::string_view line(buffer_.data() + begin_, length);
+        const std::string_view line(text_ + begin_, length);
         begin_ += length;
         end_at_carriage_return();
         return line;
     }
     line_.clear();
     while (begin_ < end_ || fill()) {
-        const char* first = buffer_.data() + begin_;
-        const char* last = std::find(first, static_cast<const char*>(buffer_.data()) + end_, '\r');
+        const char* first = text_ + begin_;
+        const char* last = std::find(first, text_ + end_, '\r');
         line_.append(first, last);
         begin_ += static_cast<std::size_t>(last - first);
         if (begin_ == end_) continue;
@@ -156,16 +114,16 @@ std::string_view LineReader::read_line() {
     return line_;
 }
 
-std::string_view LineReader::read_lf_line() {
+std::string_view LineScanner::read_lf_line() {
     if (at_end()) return {};
     ++line_number_;
     line_ended_ = true;
     // Nearly every line stands in the buffer, is short and has nothing to drop: it is given as it stands.
-    std::size_t run = printable_run(buffer_.data() + begin_, std::min(end_ - begin_, longest_lf_line));
+    std::size_t run = printable_run(text_ + begin_, std::min(end_ - begin_, longest_lf_line));
     if (begin_ + run == end_ && fill())
-        run = printable_run(buffer_.data() + begin_, std::min(end_ - begin_, longest_lf_line));
-    if (begin_ + run < end_ && buffer_[begin_ + run] == '\n') {
-        const std::string_view line(buffer_.data() + begin_, run);
+        run = printable_run(text_ + begin_, std::min(end_ - begin_, longest_lf_line));
+    if (begin_ + run < end_ && text_[begin_ + run] == '\n') {
+        const std::string_view line(text_ + begin_, run);
         begin_ += run + 1;
         return line;
     }
@@ -173,13 +131,13 @@ std::string_view LineReader::read_lf_line() {
     line_ended_ = false;
     while (begin_ < end_ || fill()) {
         const std::size_t piece = std::min({piece_size, end_ - begin_, longest_lf_line - line_.size()});
-        begin_ += append_printable({buffer_.data() + begin_, piece}, line_);
+        begin_ += append_printable({text_ + begin_, piece}, line_);
         if (begin_ == end_) continue;
-        if (buffer_[begin_] == '\r') {
+        if (text_[begin_] == '\r') {
             end_at_carriage_return();
             break;
         }
-        if (buffer_[begin_] == '\n') {
+        if (text_[begin_] == '\n') {
             ++begin_;
             line_ended_ = true;
             break;
@@ -187,6 +145,31 @@ std::string_view LineReader::read_lf_line() {
         if (line_.size() == longest_lf_line) break;
     }
     return line_;
+}
+
+LineReader::LineReader(const std::string& path) : file_(path), buffer_(buffer_size + word_bytes) {
+    begin(buffer_.data(), 0);
+}
+
+bool LineReader::fill() {
+    if (begin_ > 0) {
+        std::copy(buffer_.begin() + static_cast<std::ptrdiff_t>(begin_),
+                  buffer_.begin() + static_cast<std::ptrdiff_t>(end_), buffer_.begin());
+        end_ -= begin_;
+        begin_ = 0;
+    }
+    if (end_ == buffer_size) return false;
+    const std::size_t count = file_.read(buffer_.data() + end_, buffer_size - end_);
+    end_ += count;
+    return count > 0;
+}
+
+int LineReader::detect_line_style() {
+    file_.rewind();
+    begin(buffer_.data(), 0);
+    while (end_ < style_window && fill()) {
+    }
+    return style_of({buffer_.data(), end_});
 }
 
 }  // namespace anomalis

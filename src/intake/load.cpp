@@ -9,14 +9,12 @@
 #include "intake/igrf_readings.h"
 #include "intake/location_file.h"
 #include "intake/profile.h"
+#include "intake/read_rows.h"
 #include "intake/row_notes.h"
 
 namespace anomalis::intake {
 
 namespace {
-
-constexpr int pass_count = 0;
-constexpr int pass_fill = 1;
 
 /// A quantity of which nothing was read.
 struct MissingQuantity {
@@ -58,7 +56,8 @@ bool read_stations(Workspace& w, Prompts& prompts, RowNotes* notes) {
     reset_calculated_data(w, prompts);
     if (check_data_definitions(w, prompts) != 0) return false;
     w.read_from = line_inputs(w);
-    if (read_location_file(pass_count, w, prompts, notes) != 0 || w.station_count == 0) return false;
+    DataRows rows;
+    if (read_location_file(w, rows, prompts, notes) != 0 || w.station_count == 0) return false;
     if (const MissingQuantity missing = missing_quantity(w); missing.message) {
         if (notes)
             notes->nothing_of =
@@ -66,7 +65,7 @@ bool read_stations(Workspace& w, Prompts& prompts, RowNotes* notes) {
         prompts.message(missing.message);
         return false;
     }
-    if (read_location_file(pass_fill, w, prompts) != 0) return false;
+    if (fill_stations(rows, w, prompts) != 0) return false;
     if (notes) notes->facts = facts_of_rows(w);
     return take_igrf(w, prompts);
 }

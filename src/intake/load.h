@@ -9,7 +9,7 @@ namespace anomalis::intake {
 
 struct RowNotes;
 
-/// The whole load of the observed data, without a window: checks, both passes over the file, the profile, the
+/// The whole load of the observed data, without a window: checks, the reading of the file, the profile, the
 /// station window and the elevations. Messages are shown once each.
 /// Returns 0; -1 when it stopped before the stations were filled: `station_count` is then 0; 1 when the
 /// stations are there but the line has no length, so that all distances are 0 and nothing can be modelled.

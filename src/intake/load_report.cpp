@@ -114,7 +114,7 @@ std::string problem_of(const Workspace& w, const RowNotes& notes) {
     if (!notes.counted) return file + " could not be read: check that it is a plain file you may read";
     if (!notes.nothing_of.empty())
         return "no row of " + file + " has a value of " + notes.nothing_of + ". Check that column";
-    if (notes.records > 0) return file + " could not be read a second time: load it again";
+    if (notes.records > 0) return "the readings of " + file + " could not be used, as a message told";
     const std::string hint =
         ". Check the first data line and the columns, or use " + std::string(import_hint);
     if (notes.kinds.empty())

@@ -1,120 +1,97 @@
 #include "intake/location_file.h"
 
 #include <algorithm>
-#include <limits>
+#include <span>
 #include <string>
 
 #include "core/failure.h"
-#include "core/gaps.h"
+#include "core/pacer.h"
 #include "core/prompts.h"
+#include "core/shared_pieces.h"
 #include "core/workspace.h"
+#include "intake/read_rows.h"
 #include "intake/record_reader.h"
 
 namespace anomalis::intake {
 
 namespace {
 
+constexpr const char* reading_failed = "An error occurred while reading the location file : ";
+constexpr double nanoseconds_per_row = 20;
+
+/// What a row has goes where its quantity is kept; a quantity that was not read is missing in every row.
 template <class Real>
-void start_range(Real& low, Real& high, Real value) {
-    low = high = value;
-}
-
-template <class Real>
-void extend_range(Real& low, Real& high, Real value) {
-    low = std::min(low, value);
-    high = std::max(high, value);
-}
-
-/// A missing reading is in no range. One that no row had so far is, and so marks its range.
-bool is_missing(const RecordReader& record, Quantity quantity) {
-    return record.was_read(quantity) && !is_reading(record.values()[quantity]);
-}
-
-void start_readings(float& low, float& high, const RecordReader& record, Quantity quantity) {
-    if (is_missing(record, quantity)) {
-        low = empty_low;
-        high = empty_high;
+void place(const std::vector<Real>& from, std::size_t rows, std::span<Real> target) {
+    if (from.empty()) {
+        std::fill_n(target.begin(), rows, static_cast<Real>(never_read));
     } else {
-        start_range(low, high, record.single(quantity));
+        std::copy(from.begin(), from.end(), target.begin());
     }
 }
 
-void extend_readings(float& low, float& high, const RecordReader& record, Quantity quantity) {
-    if (!is_missing(record, quantity)) extend_range(low, high, record.single(quantity));
+void place_block(const RecordBlock& block, std::size_t first, Workspace& w) {
+    const auto stations = [&](StationColumn column) { return w.stations.column(column).subspan(first); };
+    place(block.place(quantity_x), block.rows(), stations(column_east));
+    place(block.place(quantity_y), block.rows(), stations(column_north));
+    place(block.place(quantity_z), block.rows(), stations(column_sensor));
+    place(block.place(quantity_dtm), block.rows(), stations(column_ground));
+    place(block.readings(quantity_mag), block.rows(), w.mag.data.row(row_raw, stage_observed).subspan(first));
+    place(block.readings(quantity_grav), block.rows(),
+          w.grav.data.row(row_raw, stage_observed).subspan(first));
 }
 
-/// The first record sets every range, also those of quantities without a column.
-void start_ranges(Workspace& w, const RecordReader& record) {
-    start_range(w.x_min, w.x_max, record.values()[quantity_x]);
-    start_range(w.y_min, w.y_max, record.values()[quantity_y]);
-    start_readings(w.z_min, w.z_max, record, quantity_z);
-    start_readings(w.dtm_min, w.dtm_max, record, quantity_dtm);
-    start_readings(w.mag.min, w.mag.max, record, quantity_mag);
-    start_readings(w.grav.min, w.grav.max, record, quantity_grav);
-}
-
-void extend_ranges(Workspace& w, const RecordReader& record) {
-    const DataDefinition& d = w.definition;
-    extend_range(w.x_min, w.x_max, record.values()[quantity_x]);
-    extend_range(w.y_min, w.y_max, record.values()[quantity_y]);
-    if (d.z_column > 0) extend_readings(w.z_min, w.z_max, record, quantity_z);
-    if (d.dtm_column > 0) extend_readings(w.dtm_min, w.dtm_max, record, quantity_dtm);
-    if (d.mag_column > 0) extend_readings(w.mag.min, w.mag.max, record, quantity_mag);
-    if (d.grav_column > 0) extend_readings(w.grav.min, w.grav.max, record, quantity_grav);
-}
-
-void store_record(Workspace& w, int row, const RecordReader& record) {
-    w.stations(row, column_line) = 0;
-    w.stations(row, column_east) = record.values()[quantity_x];
-    w.stations(row, column_north) = record.values()[quantity_y];
-    w.stations(row, column_sensor) = record.values()[quantity_z];
-    w.stations(row, column_ground) = record.values()[quantity_dtm];
-    w.mag.data(row, row_raw, stage_observed) = record.reading(quantity_mag);
-    w.grav.data(row, row_raw, stage_observed) = record.reading(quantity_grav);
-}
-
-void count_records(int mode, Workspace& w, RowNotes* notes) {
-    RecordReader record(w.definition, w.transform);
-    std::int32_t count = 0;
-    while (record.next()) {
-        if (count == std::numeric_limits<std::int32_t>::max()) throw Fault(FaultKind::overflow);
-        ++count;
-        if (mode < 0) continue;
-        if (count == 1) {
-            start_ranges(w, record);
-        } else {
-            extend_ranges(w, record);
-        }
+/// Each block is given back as soon as it is copied, so that the rows are not kept twice.
+void place_blocks(DataRows& rows, Workspace& w) {
+    std::vector<std::size_t> first;
+    std::size_t count = 0;
+    for (const RecordBlock& block : rows.blocks) {
+        first.push_back(count);
+        count += block.rows();
     }
-    if (notes) {
-        *notes = record.notes();
-        notes->counted = true;
-    }
-    if (count == 0) return;
-    w.station_count = count;
-    if (mode < 0) return;
-    w.stations.assign(count);
-    w.mag.data.assign(count);
-    w.grav.data.assign(count);
+    const int workers = worker_count(nanoseconds_per_row * static_cast<double>(count), rows.blocks.size());
+    for_each_piece(rows.blocks.size(), workers, no_pace(), [&](PieceWorker&, std::size_t i) {
+        place_block(rows.blocks[i], first[i], w);
+        rows.blocks[i].release();
+    });
 }
 
-void fill_stations(Workspace& w) {
-    RecordReader record(w.definition, w.transform);
-    int row = 0;
-    while (row < w.station_count && record.next()) store_record(w, ++row, record);
-    if (row < w.station_count || record.next())
-        throw Fault("The file changed while it was read (" + w.definition.data_file + ")");
+void set_ranges(const DataRows& rows, Workspace& w) {
+    const auto set = [&](Quantity quantity, auto& low, auto& high) {
+        using Real = std::remove_reference_t<decltype(low)>;
+        low = static_cast<Real>(rows.ranges[quantity].low());
+        high = static_cast<Real>(rows.ranges[quantity].high());
+    };
+    set(quantity_x, w.x_min, w.x_max);
+    set(quantity_y, w.y_min, w.y_max);
+    set(quantity_z, w.z_min, w.z_max);
+    set(quantity_dtm, w.dtm_min, w.dtm_max);
+    set(quantity_mag, w.mag.min, w.mag.max);
+    set(quantity_grav, w.grav.min, w.grav.max);
 }
 
 }  // namespace
 
-int read_location_file(int mode, Workspace& workspace, Prompts& prompts, RowNotes* notes) {
-    return report_failure(prompts, "An error occurred while reading the location file : ", [&] {
-        if (mode > 0) {
-            fill_stations(workspace);
-        } else {
-            count_records(mode, workspace, notes);
-        }
+int read_location_file(Workspace& w, DataRows& rows, Prompts& prompts, RowNotes* notes) {
+    return report_failure(prompts, reading_failed, [&] {
+        rows = read_rows(w.definition, w.transform);
+        if (notes) *notes = rows.notes;
+        if (rows.count == 0) return;
+        w.station_count = static_cast<std::int32_t>(rows.count);
+        set_ranges(rows, w);
+    });
+}
+
+int fill_stations(DataRows& rows, Workspace& w, Prompts& prompts) {
+    return report_failure(prompts, reading_failed, [&] {
+        if (rows.misfit_line > 0)
+            throw Fault(FaultKind::overflow,
+                        w.definition.data_file + ", line " + std::to_string(rows.misfit_line));
+        const auto count = static_cast<int>(rows.count);
+        w.stations.assign(count);
+        w.mag.data.assign(count);
+        w.grav.data.assign(count);
+        place_blocks(rows, w);
+        rows = {};
     });
 }
 

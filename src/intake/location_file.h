@@ -7,13 +7,16 @@ struct Workspace;
 
 namespace anomalis::intake {
 
+struct DataRows;
 struct RowNotes;
 
-/// One pass over the observed data file that the definition names. Mode 0 counts the records, finds the
-/// ranges of all quantities and makes room for the stations; mode 1 fills the stations and the observed rows
-/// of both channels; a negative mode only counts. The file streams through a small buffer. Returns 0 (also
-/// without any record; `station_count` then stays), or -1 with a message. A pass that counts gives what it
-/// met in `notes`, where one is given.
-int read_location_file(int mode, Workspace& workspace, Prompts& prompts, RowNotes* notes = nullptr);
+/// Reads the observed data file that the definition names: its records into `rows`; their count, if there are
+/// any, and the ranges into the workspace. What was met is given in `notes`, where one is given. Returns 0,
+/// or -1 with a message; workspace and notes then stay.
+int read_location_file(Workspace& workspace, DataRows& rows, Prompts& prompts, RowNotes* notes = nullptr);
+
+/// Makes stations of the rows, in the order of the file, and empties them. Returns 0, or -1 with a message
+/// when a reading does not fit.
+int fill_stations(DataRows& rows, Workspace& workspace, Prompts& prompts);
 
 }  // namespace anomalis::intake

@@ -29,6 +29,7 @@ RecordColumns::RecordColumns(const DataDefinition& d) {
     for (const std::int32_t column :
          std::set{d.x_column, d.y_column, d.z_column, d.dtm_column, d.mag_column, d.grav_column})
         if (column > 0) wanted_[wanted_count_++] = {column, quantities_of_column(d, column)};
+    for (const WantedColumn& wanted : wanted_) quantities_ |= wanted.quantities;
 }
 
 namespace {

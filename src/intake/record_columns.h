@@ -48,6 +48,9 @@ class RecordColumns {
     /// field behind it, which is no number.
     RowReading read(std::string_view line, RecordValues& values) const;
 
+    /// The quantities for which there is a column, a bit each.
+    std::uint8_t quantities() const { return quantities_; }
+
   private:
     struct WantedColumn {
         std::int32_t column = 0;
@@ -56,6 +59,7 @@ class RecordColumns {
 
     std::array<WantedColumn, quantity_count> wanted_{};  ///< in rising order
     std::size_t wanted_count_ = 0;
+    std::uint8_t quantities_ = 0;
 };
 
 }  // namespace anomalis::intake

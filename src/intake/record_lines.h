@@ -36,6 +36,13 @@ class RecordLines {
     void accept_record();
     /// The final data line was reached: what follows is not read. Comments count as lines here.
     bool ended() const { return ended_; }
+    /// Whether it may be, so many lines on.
+    bool may_end_within(long lines) const {
+        return last_data_line_ != 0 && lines_read_ + lines >= last_data_line_;
+    }
+    /// Takes so many lines as read. REQUIRES: each line is a group of its own, and the final one not among
+    /// them.
+    void pass(long lines) { lines_read_ += lines; }
 
   private:
     std::int32_t read_increment_;

@@ -69,18 +69,27 @@ void RowNotes::see_head(std::string_view line) {
 }
 
 void RowNotes::drop(long line, std::string_view token, std::int32_t column) {
-    constexpr std::size_t longest_token = 40, most_kinds = 6;
+    constexpr std::size_t longest_token = 40;
     token = token.substr(0, longest_token);
     if (++dropped == 1) {
         first_dropped_line = line;
         unreadable = single_line(token);
     }
+    count_kind({std::string(token), column, 1, line});
+}
+
+void RowNotes::count_kind(const DroppedRows& rows) {
+    constexpr std::size_t most_kinds = 6;
     for (DroppedRows& kind : kinds) {
-        if (kind.column != column || kind.token != token) continue;
-        ++kind.count;
+        if (kind.column != rows.column || kind.token != rows.token) continue;
+        kind.count += rows.count;
         return;
     }
-    if (kinds.size() < most_kinds) kinds.push_back({std::string(token), column, 1, line});
+    if (kinds.size() < most_kinds) {
+        kinds.push_back(rows);
+    } else {
+        other_kinds = true;
+    }
 }
 
 void RowNotes::take(long line, bool is_short) {
@@ -88,6 +97,30 @@ void RowNotes::take(long line, bool is_short) {
     last_line = line;
     last_is_short = is_short;
     if (is_short && ++short_rows == 1) first_short_line = line;
+}
+
+void RowNotes::append(const RowNotes& following, long lines_before) {
+    if (records == 0) first_record = following.first_record;
+    records += following.records;
+    if (dropped == 0 && following.dropped > 0) {
+        first_dropped_line = lines_before + following.first_dropped_line;
+        unreadable = following.unreadable;
+    }
+    dropped += following.dropped;
+    for (DroppedRows rows : following.kinds) {
+        rows.first_line += lines_before;
+        count_kind(rows);
+    }
+    if (short_rows == 0 && following.short_rows > 0)
+        first_short_line = lines_before + following.first_short_line;
+    short_rows += following.short_rows;
+    if (following.cut_line > 0) cut_line = lines_before + following.cut_line;
+    if (following.records > 0) {
+        last_line = lines_before + following.last_line;
+        last_is_short = following.last_is_short;
+    }
+    missing_sensor_heights += following.missing_sensor_heights;
+    missing_ground_heights += following.missing_ground_heights;
 }
 
 void tell_rows(const RowNotes& notes, const std::string& path, Faults& faults) {

@@ -30,6 +30,7 @@ struct RowNotes {
     long first_dropped_line = 0;
     std::string unreadable;          ///< what stood there
     std::vector<DroppedRows> kinds;  ///< of the dropped rows, at most a few
+    bool other_kinds = false;        ///< some have no room there
     long short_rows = 0;             ///< that kept values of the row before
     long first_short_line = 0;
     long cut_line = 0;   ///< a row that the end of the file cuts, and that was passed over; 0 for none
@@ -47,6 +48,12 @@ struct RowNotes {
     void see_head(std::string_view line);
     void drop(long line, std::string_view token, std::int32_t column);
     void take(long line, bool is_short);
+    /// Adds what was met in the lines that follow, which were numbered by themselves. REQUIRES: all kinds of
+    /// them had room.
+    void append(const RowNotes& following, long lines_before);
+
+  private:
+    void count_kind(const DroppedRows& rows);
 };
 
 /// Tells it of the file at `path`. A file of which no row or not the whole last row could be read is in

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "intake/read_rows.h"
 #include "support/survey.h"
 
 namespace anomalis::intake {
@@ -11,13 +12,14 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-TEST(LocationFile, the_first_pass_counts_and_finds_the_ranges) {
+TEST(LocationFile, reading_counts_and_finds_the_ranges) {
     Survey survey("5 50 500 1 2 3\n4 60 400 0 2 9\n6 40 600 7 1 1\n");
     Workspace& w = survey.workspace;
     w.definition.z_column = 4;
     w.definition.dtm_column = 5;
     w.definition.grav_column = 6;
-    EXPECT_EQ(read_location_file(0, w, survey.prompts), 0);
+    DataRows rows;
+    EXPECT_EQ(read_location_file(w, rows, survey.prompts), 0);
     EXPECT_EQ(w.station_count, 3);
     EXPECT_EQ(w.x_min, 4);
     EXPECT_EQ(w.x_max, 6);
@@ -31,28 +33,30 @@ TEST(LocationFile, the_first_pass_counts_and_finds_the_ranges) {
     EXPECT_EQ(w.mag.max, 600);
     EXPECT_EQ(w.grav.min, 1);
     EXPECT_EQ(w.grav.max, 9);
-    EXPECT_EQ(w.stations.rows(), 3);
-    EXPECT_EQ(w.mag.data.stations(), 3);
-    EXPECT_EQ(w.grav.data.stations(), 3);
 }
 
 TEST(LocationFile, ranges_of_absent_columns_hold_the_mark_of_no_value) {
     Survey survey("1 2 3\n4 5 6\n");
-    EXPECT_EQ(read_location_file(0, survey.workspace, survey.prompts), 0);
+    DataRows rows;
+    EXPECT_EQ(read_location_file(survey.workspace, rows, survey.prompts), 0);
     EXPECT_EQ(survey.workspace.z_min, -1e32F);
     EXPECT_EQ(survey.workspace.z_max, -1e32F);
     EXPECT_EQ(survey.workspace.dtm_max, -1e32F);
     EXPECT_EQ(survey.workspace.grav.min, -1e32F);
 }
 
-TEST(LocationFile, the_second_pass_fills_the_stations) {
+TEST(LocationFile, the_rows_fill_the_stations) {
     Survey survey("5 50 500 1 2 3\n4 60 400 0 2 9\n");
     Workspace& w = survey.workspace;
     w.definition.z_column = 4;
     w.definition.dtm_column = 5;
     w.definition.grav_column = 6;
-    ASSERT_EQ(read_location_file(0, w, survey.prompts), 0);
-    ASSERT_EQ(read_location_file(1, w, survey.prompts), 0);
+    DataRows rows;
+    ASSERT_EQ(read_location_file(w, rows, survey.prompts), 0);
+    ASSERT_EQ(fill_stations(rows, w, survey.prompts), 0);
+    EXPECT_EQ(w.stations.rows(), 2);
+    EXPECT_EQ(w.mag.data.stations(), 2);
+    EXPECT_EQ(w.grav.data.stations(), 2);
     const auto row = [&](int i) {
         return std::vector{w.stations(i, 0), w.stations(i, 1), w.stations(i, 2), w.stations(i, 3),
                            w.stations(i, 4)};
@@ -64,47 +68,40 @@ TEST(LocationFile, the_second_pass_fills_the_stations) {
     EXPECT_EQ(w.mag.data(2, row_raw, stage_calculated), 0);
 }
 
-TEST(LocationFile, a_negative_mode_only_counts) {
-    Survey survey("1 2 3\n4 5 6\n");
-    EXPECT_EQ(read_location_file(-1, survey.workspace, survey.prompts), 0);
-    EXPECT_EQ(survey.workspace.station_count, 2);
-    EXPECT_EQ(survey.workspace.stations.rows(), 0);
-    EXPECT_EQ(survey.workspace.x_min, empty_low);
-}
-
 TEST(LocationFile, without_a_record_nothing_changes) {
     Survey survey("");
     survey.workspace.station_count = 7;
-    for (const int mode : {-1, 0}) {
-        EXPECT_EQ(read_location_file(mode, survey.workspace, survey.prompts), 0);
-        EXPECT_EQ(survey.workspace.station_count, 7);
-    }
+    DataRows rows;
+    EXPECT_EQ(read_location_file(survey.workspace, rows, survey.prompts), 0);
+    EXPECT_EQ(survey.workspace.station_count, 7);
     EXPECT_THAT(survey.prompts.messages, IsEmpty());
 }
 
 TEST(LocationFile, a_value_too_large_for_a_single_is_told_with_its_line) {
     Survey survey("1 2 3\n4 5 1e39\n");
-    EXPECT_EQ(read_location_file(0, survey.workspace, survey.prompts), -1);
+    DataRows rows;
+    EXPECT_EQ(read_location_file(survey.workspace, rows, survey.prompts), -1);
     EXPECT_THAT(survey.prompts.messages,
                 ElementsAre("An error occurred while reading the location file : Overflow (" +
                             survey.workspace.definition.data_file + ", line 2)"));
 }
 
-TEST(LocationFile, a_file_that_changes_between_the_passes_is_told) {
-    for (const char* changed : {"1 2 3\n", "1 2 3\n4 5 6\n7 8 9\n", ""}) {
-        Survey survey("1 2 3\n4 5 6\n");
-        ASSERT_EQ(read_location_file(0, survey.workspace, survey.prompts), 0);
-        survey.set_file(changed);
-        EXPECT_EQ(read_location_file(1, survey.workspace, survey.prompts), -1);
-        EXPECT_TRUE(survey.prompts.told(
-            "An error occurred while reading the location file : The file changed while it was read"));
-    }
+TEST(LocationFile, a_missing_reading_too_large_for_a_single_is_told_when_the_stations_are_filled) {
+    Survey survey("1 2 3\n4 5 -1e39\n");
+    DataRows rows;
+    EXPECT_EQ(read_location_file(survey.workspace, rows, survey.prompts), 0);
+    EXPECT_THAT(survey.prompts.messages, IsEmpty());
+    EXPECT_EQ(fill_stations(rows, survey.workspace, survey.prompts), -1);
+    EXPECT_THAT(survey.prompts.messages,
+                ElementsAre("An error occurred while reading the location file : Overflow (" +
+                            survey.workspace.definition.data_file + ", line 2)"));
 }
 
 TEST(LocationFile, a_missing_file_is_told) {
     Survey survey;
     survey.workspace.definition.data_file = survey.folder.path("none.dat");
-    EXPECT_EQ(read_location_file(0, survey.workspace, survey.prompts), -1);
+    DataRows rows;
+    EXPECT_EQ(read_location_file(survey.workspace, rows, survey.prompts), -1);
     EXPECT_THAT(
         survey.prompts.messages,
         ElementsAre("An error occurred while reading the location file : No such file or directory (" +

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "core/failure.h"
+#include "intake/data_blocks.h"
 #include "support/survey.h"
 #include "transform/transform.h"
 
@@ -16,12 +17,34 @@ using ::testing::IsEmpty;
 
 using Change = std::function<void(Workspace&)>;
 
+/// The records of a whole file.
+class FileRecords {
+  public:
+    explicit FileRecords(const Workspace& w)
+        : blocks_(w.definition.data_file), reader_(w.definition, w.transform, blocks_.style()) {}
+
+    bool next() {
+        while (!reader_.next()) {
+            if (!blocks_.next(block_)) return false;
+            reader_.begin(block_);
+        }
+        return true;
+    }
+    const RecordValues& values() const { return reader_.values(); }
+    float single(Quantity quantity) const { return reader_.single(quantity); }
+
+  private:
+    DataBlocks blocks_;
+    DataBlock block_;
+    RecordReader reader_;
+};
+
 /// East, north and mag of every record.
 std::vector<std::array<double, 3>> records_of(
     std::string_view contents, const Change& change = [](Workspace&) {}) {
     Survey survey(contents);
     change(survey.workspace);
-    RecordReader reader(survey.workspace.definition, survey.workspace.transform);
+    FileRecords reader(survey.workspace);
     std::vector<std::array<double, 3>> records;
     while (reader.next())
         records.push_back(
@@ -154,7 +177,7 @@ TEST(Records, columns_may_be_shared) {
     d.z_column = d.x_column;
     d.dtm_column = d.x_column;
     d.grav_column = d.mag_column;
-    RecordReader reader(d, survey.workspace.transform);
+    FileRecords reader(survey.workspace);
     ASSERT_TRUE(reader.next());
     EXPECT_THAT(reader.values(), ElementsAre(1, 2, -1e32, 1, 3, 3));
 }
@@ -171,7 +194,7 @@ TEST(Records, the_transform_changes_the_values_that_a_short_row_keeps) {
     w.transform.elevation_shift = 1;
     w.transform.x_offset = 100;
     transform::update_transform(w.transform);
-    RecordReader reader(w.definition, w.transform);
+    FileRecords reader(survey.workspace);
     std::vector<std::array<double, 2>> seen;
     while (reader.next()) seen.push_back({reader.values()[quantity_x], reader.values()[quantity_z]});
     EXPECT_THAT(seen, ElementsAre(std::array{101.0, 11.0}, std::array{104.0, 21.0}, std::array{107.0, 22.0},
@@ -207,7 +230,7 @@ TEST(Records, mixed_line_ends_lose_only_the_lines_that_run_together) {
 
 TEST(Records, a_value_too_large_for_a_single_is_a_fault_with_file_and_line) {
     Survey survey("1 2 3\n! comment\n1 2 1e39\n");
-    RecordReader reader(survey.workspace.definition, survey.workspace.transform);
+    FileRecords reader(survey.workspace);
     ASSERT_TRUE(reader.next());
     EXPECT_EQ(reader.single(quantity_mag), 3.0F);
     ASSERT_TRUE(reader.next());
@@ -224,7 +247,7 @@ TEST(Records, a_transform_that_overflows_is_a_fault) {
     Survey survey("1 2 3\n1e308 2 3\n");
     survey.workspace.transform.x_scale = 100;
     transform::update_transform(survey.workspace.transform);
-    RecordReader reader(survey.workspace.definition, survey.workspace.transform);
+    FileRecords reader(survey.workspace);
     ASSERT_TRUE(reader.next());
     EXPECT_THROW(reader.next(), Fault);
 }

@@ -5,6 +5,7 @@
 
 #include "core/workspace.h"
 #include "intake/location_file.h"
+#include "intake/read_rows.h"
 #include "support/scripted_prompts.h"
 #include "support/temp_folder.h"
 
@@ -22,7 +23,8 @@ struct Notes {
         d.y_column = 2;
         d.mag_column = 3;
         ScriptedPrompts prompts;
-        EXPECT_EQ(read_location_file(0, workspace, prompts, &notes), 0);
+        DataRows rows;
+        EXPECT_EQ(read_location_file(workspace, rows, prompts, &notes), 0);
         EXPECT_TRUE(prompts.messages.empty());
         tell_rows(notes, d.data_file, faults);
     }
