@@ -6,6 +6,7 @@
 
 #include "core/failure.h"
 #include "core/saturating.h"
+#include "core/threads.h"
 #include "core/workspace.h"
 #include "forward/shape/body_solid.h"
 
@@ -124,6 +125,41 @@ double work_ahead(const Workspace& workspace) {
                              workspace.has_grav() && !body.grav_response_valid);
     }
     return work;
+}
+
+namespace {
+
+/// Columns that a calculation of the channels will add.
+std::uint64_t new_columns(const Workspace& workspace, const ModelBody& body, bool mag, bool grav) {
+    std::uint64_t columns = 0;
+    const auto add = [&](int column) { columns += body.response.column(column).empty() ? 1 : 0; };
+    if (mag) add(1);
+    if (mag && workspace.formulas == Formulas::classic && body.include_demagnetisation < 0)
+        for (const int column : {3, 4, 5}) add(column);
+    if (grav && (workspace.formulas == Formulas::exact || has_classic_gravity(body.type))) add(2);
+    return columns;
+}
+
+}  // namespace
+
+std::uint64_t memory_ahead(const Workspace& workspace) {
+    const auto stations = static_cast<std::uint64_t>(std::max(workspace.station_count, 0));
+    std::uint64_t columns = 0, largest_solid = 0;
+    for (int number = 1; number <= workspace.body_count; ++number) {
+        const ModelBody& body = workspace.body(number);
+        const bool mag = workspace.has_mag() && !body.mag_response_valid;
+        const bool grav = workspace.has_grav() && !body.grav_response_valid;
+        if (body.turned_off == 1 || (!mag && !grav)) continue;
+        columns += new_columns(workspace, body, mag, grav);
+        const BodyPrice price = body_price(body, workspace.formulas, workspace.station_count);
+        if (price.facets <= most_facets && price.bytes <= most_bytes)
+            largest_solid = std::max(largest_solid, price.bytes);
+    }
+    if (columns == 0) return 0;
+    const std::uint64_t scratch = saturating_product(2 * sizeof(double), stations);
+    const auto threads = static_cast<std::uint64_t>(thread_count());
+    return saturating_sum(saturating_product(columns, sizeof(float) * stations),
+                          saturating_product(threads, saturating_sum(scratch, largest_solid)));
 }
 
 }  // namespace anomalis::forward

@@ -49,4 +49,8 @@ double work_of_body(const Workspace& workspace, const ModelBody& body, bool mag,
 /// The same for all responses that are out of date.
 double work_ahead(const Workspace& workspace);
 
+/// Bytes that the responses which are out of date will take beside those that are held, with what the threads
+/// need for them.
+std::uint64_t memory_ahead(const Workspace& workspace);
+
 }  // namespace anomalis::forward

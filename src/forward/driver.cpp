@@ -4,9 +4,12 @@
 #include <atomic>
 #include <cmath>
 #include <limits>
+#include <string>
 #include <string_view>
 
 #include "core/faults.h"
+#include "core/free_memory.h"
+#include "forward/body_price.h"
 #include "forward/body_responses.h"
 #include "forward/exact/exact_response.h"
 #include "forward/station_columns.h"
@@ -98,6 +101,14 @@ void rebuild_sum(Workspace& workspace, const ChannelRoute& route, ChannelTable& 
     sum_responses(workspace, route, data.row(row_raw, stage_calculated));
 }
 
+/// Before work begins that could not be ended.
+void require_room(const Workspace& workspace) {
+    require_free_memory(memory_ahead(workspace),
+                        "the responses of " + std::to_string(workspace.body_count) + " bodies at " +
+                            std::to_string(workspace.station_count) + " stations",
+                        "fewer bodies, or a larger station spacing, take less");
+}
+
 void calculate(Workspace& workspace, ChannelTable& mag_data, ChannelTable& grav_data, Faults& faults,
                Pacer& pacer) {
     if (workspace.body_count <= 0) {
@@ -110,6 +121,7 @@ void calculate(Workspace& workspace, ChannelTable& mag_data, ChannelTable& grav_
     }
     const bool mag = workspace.has_mag() && sum_out_of_date(workspace, magnetic);
     const bool grav = workspace.has_grav() && sum_out_of_date(workspace, gravity);
+    if (mag || grav) require_room(workspace);
     // All that takes long comes first: a calculation that is left leaves the curves of before.
     const ExactNotes notes = calculate_bodies(workspace, {mag, grav}, faults, pacer);
     const std::string_view prefix = driver_failure;

@@ -23,6 +23,9 @@ namespace anomalis::forward {
 /// for the solid of a body whose shape has changed, and with the exact formulas for the corners of a body.
 /// Which formulas are used is the workspace's choice.
 ///
+/// Responses that would not fit into memory are refused before any is calculated: a fault tells what they
+/// need, and all stays as it was.
+///
 /// When `pacer` has the work left, Stopped goes on to the caller: the two tables are as they were, and a body
 /// whose response was not finished keeps its mark clear.
 void calculate_model(Workspace& workspace, ChannelTable& mag_data, ChannelTable& grav_data, Faults& faults,

@@ -7,6 +7,8 @@
 
 #include "core/body_parameters.h"
 #include "inversion/bounded_step.h"
+#include "inversion/eigen_spans.h"
+#include "inversion/normal_matrix.h"
 
 namespace anomalis::inversion {
 
@@ -18,20 +20,6 @@ using Eigen::VectorXd;
 
 /// Single precision, as a part of a value.
 constexpr double single_rounding = 6e-8;
-
-template <class Vector>
-auto span_of(Vector&& v) {
-    return std::span(v.data(), static_cast<std::size_t>(v.size()));
-}
-
-Index index_of(std::size_t i) {
-    return static_cast<Index>(i);
-}
-
-bool has_part(int param_code, std::int32_t channel) {
-    const FitPart part = body_parameter(param_code).fit.part;
-    return part == FitPart::shape || (part == FitPart::magnetic) == (channel == channel_mag);
-}
 
 ModelBody without_response(const ModelBody& body) {
     ModelBody copy = body;
@@ -64,8 +52,7 @@ void FitRows::find_free_bodies() {
     for (std::size_t i = 0; i < request_.places.size(); ++i) {
         const int number = request_.places[i].body;
         const auto found = std::ranges::find(free_, number, &FreeBody::number);
-        FreeBody& body = found != free_.end() ? *found : free_.emplace_back();
-        body.number = number;
+        FreeBody& body = found != free_.end() ? *found : free_.emplace_back(number, index_of(free_.size()));
         body.parameters.push_back(i);
     }
     for (FreeBody& body : free_)
@@ -95,34 +82,8 @@ void FitRows::add_channel(Workspace& workspace, std::int32_t channel, Faults& fa
                          .spacing = spacing,
                          .observed = observed,
                          .basis = polynomials(distance, degree),
-                         .raw = MatrixXd::Zero(raw, workspace.body_count),
+                         .raw = MatrixXd::Zero(raw, index_of(free_.size())),
                          .fixed = VectorXd::Zero(raw)});
-}
-
-void FitRows::body_values(int number, FittedRows& rows, std::span<double> values) {
-    forward::BodyNotes notes{number, notes_, faults_, pacer_};
-    forward::body_values(workspace_, bodies_[static_cast<std::size_t>(number)], rows.channel,
-                         {rows.chain.first_station(), rows.chain.last_station()}, bench_, values, notes);
-}
-
-void FitRows::body_columns(const FreeBody& body, FittedRows& rows, std::span<const int> codes, bool known,
-                           std::span<double> columns) {
-    forward::BodyNotes notes{body.number, notes_, faults_, pacer_};
-    forward::body_columns(workspace_, bodies_[static_cast<std::size_t>(body.number)], rows.channel,
-                          {rows.chain.first_station(), rows.chain.last_station()}, bench_, codes,
-                          known ? std::span<double>() : span_of(rows.raw.col(body.number - 1)), columns,
-                          notes);
-}
-
-void FitRows::calculate_fixed() {
-    for (int number = 1; number <= workspace_.body_count; ++number) {
-        if (std::ranges::find(free_, number, &FreeBody::number) != free_.end()) continue;
-        for (FittedRows& rows : channels_) {
-            VectorXd values(rows.raw.rows());
-            body_values(number, rows, span_of(values));
-            rows.fixed += values;
-        }
-    }
 }
 
 std::size_t FitRows::row_count() const {
@@ -146,16 +107,6 @@ bool FitRows::calculated(const FreeBody& body, std::span<const float> values) co
         return body.calculated_at[k++] == values[i];
     };
     return !body.calculated_at.empty() && std::ranges::all_of(body.parameters, same);
-}
-
-/// Only bodies that moved.
-void FitRows::calculate(std::span<const float> values) {
-    for (FreeBody& body : free_) {
-        if (calculated(body, values)) continue;
-        set_values(body, values);
-        for (FittedRows& rows : channels_)
-            body_values(body.number, rows, span_of(rows.raw.col(body.number - 1)));
-    }
 }
 
 void FitRows::collect(Eigen::Ref<VectorXd> out) {
@@ -192,11 +143,12 @@ void FitRows::rescale(std::span<const double> factors, std::vector<float>& value
         if (wanted == value || !std::isfinite(wanted) || wanted == 0) continue;
         const InversionParamPlace place = request_.places[parameters[k]];
         const std::int32_t channel = place.param_code == param_density ? channel_grav : channel_mag;
+        FreeBody& body = *free_body(place.body);
         for (FittedRows& rows : channels_)
             if (rows.channel == channel)
-                rows.raw.col(place.body - 1) *= static_cast<double>(wanted) / static_cast<double>(value);
+                rows.raw.col(body.column) *= static_cast<double>(wanted) / static_cast<double>(value);
         value = wanted;
-        set_values(*std::ranges::find(free_, place.body, &FreeBody::number), values);
+        set_values(body, values);
     }
 }
 
@@ -224,7 +176,7 @@ void FitRows::residuals_at_best_amplitudes(std::vector<float>& values, std::span
         for (std::size_t k = 0; k < parameters.size(); ++k) {
             const std::size_t i = parameters[k];
             auto column = columns.col(index_of(k));
-            rows.chain.change(span_of(rows.raw.col(request_.places[i].body - 1)),
+            rows.chain.change(span_of(rows.raw.col(free_body(request_.places[i].body)->column)),
                               {column.data(), rows.chain.row_count()});
             // Of the change of the factor, which is 1 where it stands.
             const double value = static_cast<double>(values[i]);
@@ -237,7 +189,7 @@ void FitRows::residuals_at_best_amplitudes(std::vector<float>& values, std::span
         }
         columns /= rows.sigma;
         project_off(rows.basis, columns);
-        const VectorXd change = bounded_step({.normal = columns.transpose() * columns,
+        const VectorXd change = bounded_step({.normal = normal_matrix(columns, pacer_),
                                               .gradient = columns.transpose() * own,
                                               .least = least,
                                               .most = most,
@@ -256,12 +208,14 @@ void FitRows::residuals_at_best_amplitudes(std::vector<float>& values, std::span
 }
 
 VectorXd FitRows::share_of(std::int32_t body) {
-    VectorXd share(index_of(row_count()));
+    VectorXd share = VectorXd::Zero(index_of(row_count()));
+    const FreeBody* const own_body = free_body(body);
+    if (!own_body) return share;
     Index at = 0;
     for (FittedRows& rows : channels_) {
         const auto count = index_of(rows.chain.row_count());
         auto own = share.segment(at, count);
-        rows.chain.change(span_of(rows.raw.col(body - 1)), {own.data(), rows.chain.row_count()});
+        rows.chain.change(span_of(rows.raw.col(own_body->column)), {own.data(), rows.chain.row_count()});
         own /= rows.sigma;
         project_off(rows.basis, own);
         at += count;
@@ -271,14 +225,20 @@ VectorXd FitRows::share_of(std::int32_t body) {
 
 double FitRows::sum_of_squares_without(std::int32_t body, std::span<const float> values) {
     calculate(values);
+    const FreeBody* const without = free_body(body);
     VectorXd out(index_of(row_count()));
+    if (!without) {
+        collect(out);
+        return out.squaredNorm();
+    }
+    const Index column = without->column;
     std::vector<VectorXd> kept;
     for (FittedRows& rows : channels_) {
-        kept.emplace_back(rows.raw.col(body - 1));
-        rows.raw.col(body - 1).setZero();
+        kept.emplace_back(rows.raw.col(column));
+        rows.raw.col(column).setZero();
     }
     collect(out);
-    for (std::size_t c = 0; c < channels_.size(); ++c) channels_[c].raw.col(body - 1) = kept[c];
+    for (std::size_t c = 0; c < channels_.size(); ++c) channels_[c].raw.col(column) = kept[c];
     return out.squaredNorm();
 }
 
@@ -291,29 +251,11 @@ void FitRows::columns(std::span<const float> values, Eigen::Ref<MatrixXd> out) {
         calculate(values);
         collect(state);
     }
-    for (FreeBody& body : free_) {
-        const bool known = calculated(body, values);
-        set_values(body, values);
-        Index at = 0;
-        for (FittedRows& rows : channels_) {
-            std::vector<int> codes;
-            std::vector<std::size_t> parameters;
-            for (const std::size_t i : body.parameters) {
-                if (!has_part(request_.places[i].param_code, rows.channel)) continue;
-                codes.push_back(request_.places[i].param_code);
-                parameters.push_back(i);
-            }
-            MatrixXd raw(rows.raw.rows(), index_of(codes.size()));
-            body_columns(body, rows, codes, known, span_of(raw));
-            const auto count = index_of(rows.chain.row_count());
-            for (std::size_t k = 0; k < parameters.size(); ++k) {
-                auto column = out.col(index_of(parameters[k])).segment(at, count);
-                rows.chain.change(span_of(raw.col(index_of(k))), {column.data(), rows.chain.row_count()});
-                if (!column.allFinite()) column.setZero();
-            }
-            at += count;
-        }
-    }
+    double units = 0;
+    for (const FreeBody& body : free_) units += units_of(body.number, body.parameters.size());
+    share_bodies(
+        free_.size(), units, [&](std::size_t i) { return free_[i].number; },
+        [&](std::size_t i, BodyAsk& ask) { fill_columns(free_[i], values, out, ask); });
     Index at = 0;
     for (FittedRows& rows : channels_) {
         const auto count = index_of(rows.chain.row_count());

@@ -3,6 +3,8 @@
 #include <Eigen/Core>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
+#include <memory>
 #include <span>
 #include <vector>
 
@@ -39,7 +41,7 @@ struct FittedRows {
     double sigma = 1;       ///< residuals are weighed by it
     bool sigma_given = false;
     double noise = 0;       ///< of the readings in this row, keyed or from the line; 0: not known
-    Eigen::MatrixXd raw;    ///< of each body of the model, a column each
+    Eigen::MatrixXd raw;    ///< of each body that a parameter changes, a column each
     Eigen::VectorXd fixed;  ///< sum of the bodies that no parameter changes
 };
 
@@ -66,7 +68,7 @@ class FitRows {
     void residuals_at_best_amplitudes(std::vector<float>& values, std::span<const float> lower,
                                       std::span<const float> upper, double most_change,
                                       Eigen::Ref<Eigen::VectorXd> out);
-    /// What a body adds to the residuals where they were last found.
+    /// What a body that a parameter changes adds to the residuals where they were last found; else 0.
     Eigen::VectorXd share_of(std::int32_t body);
     /// Of the residuals without a body, the others as they are.
     double sum_of_squares_without(std::int32_t body, std::span<const float> values);
@@ -86,20 +88,38 @@ class FitRows {
   private:
     struct FreeBody {
         int number = 0;
+        Eigen::Index column = 0;              ///< of the raw rows
         std::vector<std::size_t> parameters;  ///< indices
         std::vector<float> calculated_at;     ///< their values in the raw rows; empty: not yet
         std::size_t amplitude[2];             ///< index of the amplitude of each channel, or none
     };
     static constexpr std::size_t none = static_cast<std::size_t>(-1);
 
+    /// What one body is asked with, on whatever thread.
+    struct BodyAsk {
+        forward::BodyBench& bench;
+        forward::BodyNotes notes;
+    };
+
     void add_channel(Workspace& workspace, std::int32_t channel, Faults& faults);
     void find_free_bodies();
     void calculate_fixed();
+    void add_fixed(std::span<const int> numbers);
     std::size_t amplitude_of(const FreeBody& body, std::int32_t channel) const;
-    void body_values(int number, FittedRows& rows, std::span<double> values);
+    /// Calls work(i, ask) for each of `count` bodies, the i-th of which is `number(i)`, on as many cores as
+    /// the `units` of all of them are worth. What goes wrong is noted in their order.
+    void share_bodies(std::size_t count, double units, const std::function<int(std::size_t)>& number,
+                      const std::function<void(std::size_t, BodyAsk&)>& work);
+    /// About how long the values of a body take in all channels, or with so many columns.
+    double units_of(int number, std::size_t columns = 0) const;
+    /// Null for a body that no parameter changes.
+    FreeBody* free_body(int number);
+    void body_values(int number, FittedRows& rows, std::span<double> values, BodyAsk& ask);
     /// `known`: the raw rows hold the values already.
     void body_columns(const FreeBody& body, FittedRows& rows, std::span<const int> codes, bool known,
-                      std::span<double> columns);
+                      std::span<double> columns, BodyAsk& ask);
+    void fill_columns(FreeBody& body, std::span<const float> values, Eigen::Ref<Eigen::MatrixXd> out,
+                      BodyAsk& ask);
     bool calculated(const FreeBody& body, std::span<const float> values) const;
     void set_values(FreeBody& body, std::span<const float> values);
     void calculate(std::span<const float> values);
@@ -112,8 +132,7 @@ class FitRows {
     std::vector<FittedRows> channels_;
     std::vector<ModelBody> bodies_;  ///< own copies without responses, from 1
     std::vector<FreeBody> free_;
-    forward::BodyBench bench_;
-    forward::ExactNotes notes_;
+    std::vector<std::unique_ptr<forward::BodyBench>> benches_;  ///< of the threads
     Faults faults_;
     Pacer& pacer_;
     double calculated_length_ = 0;

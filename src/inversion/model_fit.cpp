@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <limits>
 #include <span>
 #include <string>
@@ -10,7 +11,9 @@
 
 #include "core/body_parameters.h"
 #include "core/failure.h"
+#include "core/free_memory.h"
 #include "core/numbers.h"
+#include "core/saturating.h"
 #include "inversion/fit_account.h"
 #include "inversion/fit_rows.h"
 #include "inversion/fit_weights.h"
@@ -239,12 +242,28 @@ void fit_until_weights_stand(WatchedFit& fit, FitRows& rows, std::span<const Fit
     }
 }
 
+/// The columns of the parameters three times over (raw, filtered, in the steps of the fit), and the raw rows
+/// of the bodies that they are of. Before work begins that could not be ended.
+void require_room(const FittedModel& model, const FitRequest& request) {
+    const Workspace& workspace = model.workspace;
+    const auto stations =
+        static_cast<std::uint64_t>(std::max(workspace.last_station - workspace.first_station + 1, 0));
+    const std::uint64_t channels = request.channels.size();
+    const std::uint64_t columns = saturating_sum(saturating_product(4, request.places.size()), 16);
+    const std::uint64_t values = saturating_product(saturating_product(columns, channels), stations);
+    require_free_memory(saturating_product(values, sizeof(double)),
+                        "the columns of " + std::to_string(request.places.size()) + " parameters at " +
+                            std::to_string(stations) + " stations",
+                        "hold parameters or take a shorter window of stations");
+}
+
 }  // namespace
 
 void fit_model(const FittedModel& model, const RunRequest& request, RunObserver& observer,
                const RunClock& clock, RunResult& result) {
     const bool joint = request.channel == channel_joint;
     if (joint) result.initial_grav_misfit = gravity_misfit(model);
+    require_room(model, fit_request(model, request));
     start_trial_rows(model.workspace);
     const std::vector<FitParameter> parameters = fit_parameters(model);
     FitRows rows(model.workspace, fit_request(model, request), model.faults, model.pacer);

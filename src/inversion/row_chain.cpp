@@ -113,14 +113,16 @@ std::vector<std::size_t> RowChain::starts() const {
     return rows;
 }
 
-void RowChain::gather(std::span<const double> raw) {
+void RowChain::gather(std::span<const double> raw, std::vector<double>& row) const {
     if (whole_) {
-        row_.assign(raw.begin(), raw.end());
-        return;
+        row.assign(raw.begin(), raw.end());
+    } else {
+        row.clear();
+        for (const std::int32_t station : stations_)
+            row.push_back(raw[static_cast<std::size_t>(station - first_)]);
     }
-    row_.clear();
-    for (const std::int32_t station : stations_)
-        row_.push_back(raw[static_cast<std::size_t>(station - first_)]);
+    const std::size_t plain = kernels_.size() - (total_ ? 2 : 0);
+    for (std::size_t k = 0; k < plain; ++k) filter(kernels_[k], row);
 }
 
 void RowChain::filter(const RowKernel& kernel, std::vector<double>& row) const {
@@ -136,35 +138,32 @@ void RowChain::take_window(const std::vector<double>& row, std::span<double> row
 }
 
 void RowChain::values(std::span<const double> raw, std::span<double> rows) {
-    if (nothing_) {
-        std::ranges::fill(rows, 0.0);
-        return;
-    }
-    gather(raw);
-    const std::size_t plain = kernels_.size() - (total_ ? 2 : 0);
-    for (std::size_t k = 0; k < plain; ++k) filter(kernels_[k], row_);
-    if (!total_) return take_window(row_, rows);
+    if (linear()) return change(raw, rows);
+    gather(raw, row_);
     horizontal_ = vertical_ = row_;
-    filter(kernels_[plain], vertical_);
-    filter(kernels_[plain + 1], horizontal_);
+    filter(kernels_.rbegin()[1], vertical_);
+    filter(kernels_.rbegin()[0], horizontal_);
     for (std::size_t i = 0; i < row_.size(); ++i) row_[i] = std::hypot(horizontal_[i], vertical_[i]);
     take_window(row_, rows);
 }
 
 /// The length of the gradient by the chain rule; where it is 0 it has no slope.
-void RowChain::change(std::span<const double> raw, std::span<double> rows) {
-    if (linear()) return values(raw, rows);
-    gather(raw);
-    const std::size_t plain = kernels_.size() - 2;
-    for (std::size_t k = 0; k < plain; ++k) filter(kernels_[k], row_);
-    other_ = row_;
-    filter(kernels_[plain], row_);
-    filter(kernels_[plain + 1], other_);
-    for (std::size_t i = 0; i < row_.size(); ++i) {
-        const double length = std::hypot(horizontal_[i], vertical_[i]);
-        row_[i] = length > 0 ? (vertical_[i] * row_[i] + horizontal_[i] * other_[i]) / length : 0.0;
+void RowChain::change(std::span<const double> raw, std::span<double> rows) const {
+    if (nothing_) {
+        std::ranges::fill(rows, 0.0);
+        return;
     }
-    take_window(row_, rows);
+    std::vector<double> row;
+    gather(raw, row);
+    if (linear()) return take_window(row, rows);
+    std::vector<double> along = row;
+    filter(kernels_.rbegin()[1], row);
+    filter(kernels_.rbegin()[0], along);
+    for (std::size_t i = 0; i < row.size(); ++i) {
+        const double length = std::hypot(horizontal_[i], vertical_[i]);
+        row[i] = length > 0 ? (vertical_[i] * row[i] + horizontal_[i] * along[i]) / length : 0.0;
+    }
+    take_window(row, rows);
 }
 
 }  // namespace anomalis::inversion

@@ -52,15 +52,16 @@ class RowChain {
     /// Raw values to rows.
     void values(std::span<const double> raw, std::span<double> rows);
     /// A change of the raw values, small where the chain is not linear, to that of the rows: at the raw
-    /// values of the last call of `values`.
-    void change(std::span<const double> raw, std::span<double> rows);
+    /// values of the last call of `values`. Several threads may ask at once.
+    void change(std::span<const double> raw, std::span<double> rows) const;
 
   private:
     struct Part {
         std::size_t first = 0, count = 0;  ///< of `stations_`
     };
     void find_parts(const ChannelGaps& gaps, const Channel& channel, std::int32_t raw_row);
-    void gather(std::span<const double> raw);
+    /// The raw values at readings, filtered but for the gradients whose length is wanted.
+    void gather(std::span<const double> raw, std::vector<double>& row) const;
     void filter(const RowKernel& kernel, std::vector<double>& row) const;
     void take_window(const std::vector<double>& row, std::span<double> rows) const;
 
@@ -72,7 +73,7 @@ class RowChain {
     std::vector<RowKernel> kernels_;        ///< one after the other
     bool total_ = false;                    ///< the last two are the gradients whose length is wanted
     bool nothing_ = false;                  ///< the row is not calculated at all
-    std::vector<double> row_, horizontal_, vertical_, other_;
+    std::vector<double> row_, horizontal_, vertical_;
 };
 
 }  // namespace anomalis::inversion

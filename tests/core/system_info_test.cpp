@@ -1,8 +1,14 @@
+#include <fstream>
 #include <gtest/gtest.h>
 #include <limits>
+#include <sys/resource.h>
+#include <unistd.h>
 
+#include "core/failure.h"
+#include "core/free_memory.h"
 #include "core/paths.h"
 #include "core/session.h"
+#include "support/child_process.h"
 #include "support/temp_folder.h"
 
 namespace anomalis {
@@ -50,6 +56,34 @@ TEST(InitSystem, computes_the_epsilon_of_a_single_and_the_symbols) {
     EXPECT_EQ(system.machine_epsilon, std::numeric_limits<float>::epsilon());
     EXPECT_EQ(system.decimal_symbol, '.');
     EXPECT_EQ(system.list_symbol, ',');
+}
+
+TEST(FreeMemory, is_no_more_than_a_limit_of_the_process_leaves) {
+    EXPECT_GT(free_memory(), 0U);
+    // Address space for 100 MB more than the process has already.
+    const int result = run_in_child([] {
+        const std::uint64_t room = 100'000'000;
+        std::ifstream file("/proc/self/statm");
+        std::uint64_t pages = 0;
+        file >> pages;
+        const rlim_t most = pages * static_cast<std::uint64_t>(::sysconf(_SC_PAGESIZE)) + room;
+        const rlimit limit{most, most};
+        ::setrlimit(RLIMIT_AS, &limit);
+        return free_memory() <= room ? 0 : 1;
+    });
+    EXPECT_EQ(result, 0);
+}
+
+TEST(FreeMemory, too_much_is_refused_with_both_numbers_and_a_way_out) {
+    EXPECT_NO_THROW(require_memory(1000, 1000, "the rows", "take fewer"));
+    try {
+        require_memory(3'250'000'000, 812'400'000, "the rows", "take fewer");
+        FAIL();
+    } catch (const Fault& fault) {
+        EXPECT_STREQ(fault.what(), "Out of memory (the rows need 3.3 GB, 812 MB are free: take fewer)");
+    }
+    EXPECT_THROW(require_free_memory(std::numeric_limits<std::uint64_t>::max() - 1, "the rows", "x"), Fault);
+    EXPECT_NO_THROW(require_free_memory(1000, "the rows", "take fewer"));
 }
 
 }  // namespace

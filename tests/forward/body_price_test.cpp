@@ -4,10 +4,12 @@
 #include <gtest/gtest.h>
 
 #include "core/saturating.h"
+#include "core/threads.h"
 #include "forward/formula_difference.h"
 #include "forward/line.h"
 #include "forward/shape/body_solid.h"
 #include "forward/shape/exact_shape.h"
+#include "support/stale_body.h"
 
 namespace anomalis::forward {
 
@@ -207,6 +209,38 @@ TEST(BodyPrice, the_work_ahead_is_that_of_responses_out_of_date) {
     EXPECT_GT(work_ahead(line.workspace), 101 * 48);
     line.body(2).num_sectors = most;
     EXPECT_EQ(work_ahead(line.workspace), 0) << "what is refused takes no time";
+}
+
+TEST(BodyPrice, the_memory_ahead_is_that_of_columns_that_are_not_held_yet) {
+    Line line(1000);
+    line.add(thin_sheet, 500).length.value = 0;
+    line.add(sphere, 600);
+    const auto threads = static_cast<std::uint64_t>(thread_count());
+    const std::uint64_t column = 4000, scratch = 16000;
+    EXPECT_EQ(memory_ahead(line.workspace), 3 * column + threads * scratch) << "a sphere has no classic mass";
+    line.workspace.formulas = Formulas::exact;
+    EXPECT_EQ(memory_ahead(line.workspace), 4 * column + threads * scratch);
+    line.calculate();
+    EXPECT_EQ(memory_ahead(line.workspace), 0U);
+    invalidate_body(line.body());
+    EXPECT_EQ(memory_ahead(line.workspace), 0U) << "its columns are there";
+}
+
+TEST(BodyPrice, a_model_that_no_memory_holds_is_refused_before_work_begins) {
+    Line line(10);
+    for (int b = 0; b < 2000; ++b) line.add(thin_sheet, 50);
+    line.workspace.mag.data(4, row_raw, stage_calculated) = 7;
+    // Nobody looks at stations before the price is known.
+    line.workspace.station_count = 2'000'000'000;
+    line.calculate();
+    ASSERT_EQ(line.faults.entries().size(), 1U);
+    const std::string& text = line.faults.entries().front().text;
+    EXPECT_NE(text.find("Out of memory (the responses of 2000 bodies at 2000000000 stations need 320"),
+              std::string::npos)
+        << text;
+    EXPECT_NE(text.find("fewer bodies, or a larger station spacing, take less)"), std::string::npos) << text;
+    EXPECT_FALSE(line.body(1).mag_response_valid);
+    EXPECT_EQ(line.workspace.mag.data(4, row_raw, stage_calculated), 7);
 }
 
 }  // namespace anomalis::forward

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "core/body_parameters.h"
+#include "core/threads.h"
 #include "inversion/line_session.h"
 #include "inversion/parameters.h"
 #include "model/misfit.h"
@@ -196,6 +197,62 @@ TEST_F(Amplitudes, change_no_more_than_by_the_factor) {
     VectorXd out(161);
     rows.residuals_at_best_amplitudes(values, lower, upper, 3, out);
     EXPECT_FLOAT_EQ(values[0], 6000);
+}
+
+TEST(FitRows, any_count_of_cores_gives_the_same_bits_and_notes_in_the_order_of_the_bodies) {
+    for (const Formulas formulas : {Formulas::exact, Formulas::classic}) {
+        VectorXd residuals[2];
+        MatrixXd columns[2];
+        std::vector<std::string> texts[2];
+        for (const int turn : {0, 1}) {
+            limit_threads(turn == 0 ? 1 : 3);
+            LineSession line;
+            line.workspace().formulas = formulas;
+            FitRequest request{{channel_mag, channel_grav}, target_data, {}};
+            std::vector<float> values;
+            for (int number = 1; number <= 24; ++number) {
+                ModelBody& body = line.add_body(number % 2 == 0 ? thick_sheet : pipe, 60 * number);
+                if (number > 20) body.width.value = std::nanf("");
+                const int free = number > 18 ? 0 : 3;
+                for (const int code : {param_top, param_susc, param_density}) {
+                    if (free == 0) break;
+                    request.places.push_back({number, code});
+                    values.push_back(body_param(body, code).value);
+                }
+            }
+            line.refresh();
+            Faults faults;
+            FitRows rows(line.workspace(), request, faults, no_pace());
+            residuals[turn].resize(static_cast<Index>(rows.row_count()));
+            columns[turn].resize(residuals[turn].size(), static_cast<Index>(values.size()));
+            rows.residuals(values, residuals[turn]);
+            rows.columns(values, columns[turn]);
+            for (const Faults::Entry& entry : rows.faults().entries())
+                texts[turn].push_back(counted_text(entry));
+            limit_threads(0);
+        }
+        EXPECT_EQ(residuals[0], residuals[1]);
+        EXPECT_EQ(columns[0], columns[1]);
+        EXPECT_GT(columns[0].norm(), 0);
+        EXPECT_GE(texts[0].size(), 4U);
+        EXPECT_EQ(texts[0], texts[1]);
+    }
+}
+
+TEST(FitRows, what_a_body_that_is_held_shares_is_nothing_that_a_parameter_changes) {
+    LineSession line;
+    line.add_body(thick_sheet, 300);
+    line.add_body(thick_sheet, 900);
+    line.refresh();
+    Faults faults;
+    FitRows rows(line.workspace(), {{channel_mag}, target_data, {{2, param_top}}}, faults, no_pace());
+    VectorXd out(static_cast<Index>(rows.row_count()));
+    const std::vector<float> values{line.workspace().body(2).top.value};
+    rows.residuals(values, out);
+    EXPECT_EQ(rows.share_of(1).norm(), 0);
+    EXPECT_GT(rows.share_of(2).norm(), 0);
+    EXPECT_EQ(rows.sum_of_squares_without(1, values), out.squaredNorm());
+    EXPECT_NE(rows.sum_of_squares_without(2, values), out.squaredNorm());
 }
 
 }  // namespace anomalis::inversion

@@ -6,12 +6,12 @@
 #include "core/faults.h"
 #include "forward/shape/prism.h"
 #include "forward/station_columns.h"
+#include "forward/station_stretches.h"
 
 namespace anomalis::forward {
 
 namespace {
 
-constexpr std::size_t stretch = 256;
 constexpr double units_a_station = 500;
 /// An edge that falls by less than this (m) counts as level where an observer moves away from it.
 constexpr double level_fall = 0.1;
@@ -49,13 +49,11 @@ void add_channel(const StationView& stations, const PrismFaces& prism, const Pri
     const auto add = prism_stations_at(vector::widest_vector_level());
     const double origin[3] = {stations.north[0], stations.east[0], stations.sensor[0]};
     const auto from = [](float* column, std::size_t at) { return column == nullptr ? nullptr : column + at; };
-    for (std::size_t at = 0; at < stations.count; at += stretch) {
-        const std::size_t count = std::min(stretch, stations.count - at);
-        add(part_of(stations, at, count), origin, prism,
-            {from(columns.north, at), from(columns.east, at), from(columns.down, at),
-             from(columns.gravity, at)});
-        pacer.done(units_a_station * static_cast<double>(count));
-    }
+    for_stretches(stations.count, units_a_station, pacer, [&](std::size_t first, std::size_t count) {
+        add(part_of(stations, first, count), origin, prism,
+            {from(columns.north, first), from(columns.east, first), from(columns.down, first),
+             from(columns.gravity, first)});
+    });
 }
 
 }  // namespace

@@ -1,0 +1,106 @@
+#include "core/free_memory.h"
+
+#include <algorithm>
+#include <fstream>
+#include <optional>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include "core/failure.h"
+#include "core/numbers.h"
+#include "core/saturating.h"
+
+namespace anomalis {
+
+namespace {
+
+/// Not worth a look at the system.
+constexpr std::uint64_t little = std::uint64_t{32} << 20;
+
+std::optional<std::uint64_t> first_number(const std::string& path) {
+    std::ifstream file(path);
+    std::uint64_t number = 0;
+    if (file >> number) return number;
+    return std::nullopt;
+}
+
+/// Of a line "Name:  12345 kB", in bytes.
+std::optional<std::uint64_t> line_of_system(std::string_view name) {
+    std::ifstream file("/proc/meminfo");
+    std::string word;
+    std::uint64_t kilobytes = 0;
+    while (file >> word) {
+        if (word == name && file >> kilobytes) return saturating_product(kilobytes, 1024);
+        std::getline(file, word);
+    }
+    return std::nullopt;
+}
+
+std::uint64_t left_by_system() {
+    const auto available = line_of_system("MemAvailable:");
+    if (!available) return largest_count;
+    return saturating_sum(*available, line_of_system("SwapFree:").value_or(0));
+}
+
+std::uint64_t less(std::uint64_t limit, std::uint64_t taken) {
+    return limit > taken ? limit - taken : 0;
+}
+
+/// What the process has taken of address space, and of data.
+struct Taken {
+    std::uint64_t space = 0, data = 0;
+};
+
+Taken taken() {
+    std::ifstream file("/proc/self/statm");
+    std::uint64_t size = 0, resident = 0, shared = 0, text = 0, library = 0, data = 0;
+    file >> size >> resident >> shared >> text >> library >> data;
+    const auto page = static_cast<std::uint64_t>(std::max(::sysconf(_SC_PAGESIZE), 1L));
+    return {size * page, data * page};
+}
+
+std::uint64_t left_by_limit(decltype(RLIMIT_AS) resource, std::uint64_t has) {
+    rlimit limit{};
+    if (::getrlimit(resource, &limit) != 0 || limit.rlim_cur == RLIM_INFINITY) return largest_count;
+    return less(limit.rlim_cur, has);
+}
+
+/// The group of processes that a container or a session is.
+std::uint64_t left_by_group() {
+    std::ifstream file("/proc/self/cgroup");
+    for (std::string line; std::getline(file, line);) {
+        if (!line.starts_with("0::")) continue;
+        const std::string folder = "/sys/fs/cgroup" + line.substr(3) + "/";
+        const auto most = first_number(folder + "memory.max");
+        if (most) return less(*most, first_number(folder + "memory.current").value_or(0));
+    }
+    return largest_count;
+}
+
+}  // namespace
+
+std::uint64_t free_memory() {
+    const Taken has = taken();
+    return std::min({left_by_system(), left_by_limit(RLIMIT_AS, has.space),
+                     left_by_limit(RLIMIT_DATA, has.data), left_by_group()});
+}
+
+std::string memory_text(std::uint64_t bytes) {
+    constexpr double megabyte = 1e6, gigabyte = 1e9;
+    const auto size = static_cast<double>(bytes);
+    if (size < gigabyte) return format_number(size / megabyte, "0") + " MB";
+    return format_number(size / gigabyte, "0.0") + " GB";
+}
+
+void require_memory(std::uint64_t bytes, std::uint64_t free, const std::string& what,
+                    const std::string& way_out) {
+    if (bytes <= free) return;
+    throw Fault(FaultKind::out_of_memory,
+                what + " need " + memory_text(bytes) + ", " + memory_text(free) + " are free: " + way_out);
+}
+
+void require_free_memory(std::uint64_t bytes, const std::string& what, const std::string& way_out) {
+    if (bytes > little) require_memory(bytes, free_memory(), what, way_out);
+}
+
+}  // namespace anomalis
