@@ -1,6 +1,7 @@
 #include "intake/data_blocks.h"
 
 #include <algorithm>
+#include <cstring>
 #include <string_view>
 
 #include "core/byte_word.h"
@@ -57,6 +58,14 @@ void drop_unkept(DataBlock& block) {
     block.size = static_cast<std::size_t>(kept_end - block.bytes.begin());
 }
 
+/// As the tolerant rule would have it, at once for the whole block.
+void make_blanks_of_tabs(DataBlock& block) {
+    char* const text = block.bytes.data();
+    if (!std::memchr(text, '\t', block.size)) return;
+    // Every character is written, so that many are at a time.
+    for (std::size_t i = 0; i < block.size; ++i) text[i] = text[i] == '\t' ? ' ' : text[i];
+}
+
 }  // namespace
 
 DataBlocks::DataBlocks(const std::string& path, std::size_t block_size)
@@ -108,10 +117,7 @@ bool DataBlocks::next(DataBlock& block) {
     }
     block.last = end == 0;
     if (block.size == 0) return false;
-    // As the tolerant rule would have it, at once for the whole block.
-    if (style_ != 0)
-        std::replace(block.bytes.begin(), block.bytes.begin() + static_cast<std::ptrdiff_t>(block.size), '\t',
-                     ' ');
+    if (style_ != 0) make_blanks_of_tabs(block);
     block.number = blocks_++;
     return true;
 }

@@ -1,6 +1,8 @@
 #include "intake/merge.h"
 
 #include <algorithm>
+#include <cmath>
+#include <span>
 #include <utility>
 
 #include "core/gaps.h"
@@ -84,11 +86,50 @@ ChannelTable cut_rows(const ChannelTable& data, int kept) {
     return cut;
 }
 
+/// As the mean of one value has it: a missing one by its one mark, and no zero below zero.
+template <class Real>
+void make_means(std::span<Real> values) {
+    for (Real& value : values)
+        value = static_cast<double>(value) > missing_limit ? value + Real(0) : static_cast<Real>(-1e32);
+}
+
+/// Whether each station is a group of its own, as on nearly all lines; all distances are then right.
+bool all_advance(Workspace& w, double spacing) {
+    const auto count = static_cast<std::size_t>(w.station_count);
+    const auto east = std::as_const(w.stations).column(column_east);
+    const auto north = std::as_const(w.stations).column(column_north);
+    const auto distances = w.distances.span();
+    double last = 0;
+    for (std::size_t i = 1; i < count; ++i) {
+        const double distance =
+            (east[i] - w.origin_east) * w.direction_y - (north[i] - w.origin_north) * w.direction_x;
+        const bool advances = distance > last && distance - last > spacing;
+        if (!(advances || i + 1 == count) || !std::isfinite(distance)) return false;
+        distances[i] = last = distance;
+    }
+    return true;
+}
+
+/// All but the first, which is in no group.
+void keep_all(Workspace& w) {
+    for (const int column : {column_east, column_north}) {
+        for (double& place : w.stations.column(column).subspan(1)) place += 0.0;
+    }
+    make_means(w.stations.column(column_sensor).subspan(1));
+    make_means(w.stations.column(column_ground).subspan(1));
+    make_means(w.mag.data.row(row_raw, stage_observed).subspan(1));
+    make_means(w.grav.data.row(row_raw, stage_observed).subspan(1));
+}
+
 }  // namespace
 
 int merge_close_stations(Workspace& w) {
     const int count = w.station_count;
     const double spacing = std::max(w.min_station_spacing, 0.0F);
+    if (all_advance(w, spacing)) {
+        keep_all(w);
+        return count;
+    }
     double last_distance = 0;
     int kept = 1;
     StationGroup group;

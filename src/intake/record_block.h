@@ -58,6 +58,7 @@ class RecordBlock {
   private:
     bool is_wanted(Quantity quantity) const { return (wanted_ >> quantity & 1U) != 0; }
     float reading(const RecordReader& record, Quantity quantity);
+    void find_place_range(Quantity quantity);
     template <class Real>
     void find_range(Quantity quantity, const std::vector<Real>& column);
 

@@ -99,39 +99,56 @@ bool looks_like_dummy(double value) {
     return whole >= least && std::fmod(std::log10(whole + 1), 1.0) == 0;
 }
 
+namespace {
+
+/// An end of some values, and what lies behind it.
+struct ExtremeValue {
+    double extreme = 0, other = 0;  ///< `other`: the nearest one that is not it, or the end of infinity
+    std::size_t times = 0;
+};
+
+/// `sign` 1 for the low end, -1 for the high one.
+ExtremeValue extreme_of(const std::vector<double>& values, double sign) {
+    constexpr double beyond = std::numeric_limits<double>::infinity();
+    ExtremeValue found{beyond, beyond, 0};
+    for (const double value : values) found.extreme = std::min(found.extreme, sign * value);
+    for (const double value : values) {
+        if (sign * value == found.extreme) {
+            ++found.times;
+        } else {
+            found.other = std::min(found.other, sign * value);
+        }
+    }
+    return {sign * found.extreme, sign * found.other, found.times};
+}
+
+}  // namespace
+
 std::vector<double> repeated_extremes(const ColumnValues& column) {
-    std::vector<double> sorted;
+    std::vector<double> values;
+    values.reserve(column.values.size());
     for (const double value : column.values)
-        if (!std::isnan(value)) sorted.push_back(value);
-    std::sort(sorted.begin(), sorted.end());
+        if (!std::isnan(value)) values.push_back(value);
     std::vector<double> found;
     for (int side = 0; side < 2; ++side) {
-        if (sorted.size() < 3) break;
+        if (values.size() < 3) break;
         const bool low = side == 0;
-        const double extreme = low ? sorted.front() : sorted.back();
-        const auto first_other = std::upper_bound(sorted.begin(), sorted.end(), extreme);
-        const auto last_other = std::lower_bound(sorted.begin(), sorted.end(), extreme);
-        const auto times = static_cast<std::size_t>(first_other - last_other);
+        const auto [extreme, other, times] = extreme_of(values, low ? 1 : -1);
         const bool dummy = looks_like_dummy(extreme);
-        if (times == sorted.size()) {
+        if (times == values.size()) {
             // Nothing but this: a column that was never filled.
             if (dummy && extreme < 0) found.push_back(extreme);
             break;
         }
-        const double least = low ? *first_other : sorted.front();
-        const double greatest = low ? sorted.back() : *(last_other - 1);
-        const double distance = low ? least - extreme : extreme - greatest;
-        const double spread = greatest - least;
+        const double far_end = extreme_of(values, low ? -1 : 1).extreme;
+        const double distance = low ? other - extreme : extreme - other;
+        const double spread = low ? far_end - other : other - far_end;
         // Zero is the sea, or no anomaly; only far from a total field is it no reading.
         const double spreads = dummy ? 2 : extreme == 0 ? 50 : 5;
         const bool far = distance > spreads * spread && distance > 0 && (spread > 0 || dummy);
         if (!far || times < (dummy ? 1 : 3)) continue;
         found.push_back(extreme);
-        if (low) {
-            sorted.erase(sorted.begin(), first_other);
-        } else {
-            sorted.erase(last_other, sorted.end());
-        }
+        std::erase(values, extreme);
         --side;  // there may be another beyond the same side
     }
     return found;

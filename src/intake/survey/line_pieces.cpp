@@ -258,12 +258,16 @@ void cut_at_bends(std::span<const MapPoint> track, LinePiece stretch, std::vecto
 
 }  // namespace
 
-double typical_step(std::span<const MapPoint> track) {
+double typical_step(std::size_t points, const PointAt& point_at) {
     std::vector<float> steps;
-    for (std::size_t i = 1; i < track.size(); i += sampling_of(track.size()))
-        if (const double step = distance(track[i - 1], track[i]); step > 0)
+    for (std::size_t i = 1; i < points; i += sampling_of(points))
+        if (const double step = distance(point_at(i - 1), point_at(i)); step > 0)
             steps.push_back(static_cast<float>(step));
     return median(steps);
+}
+
+double typical_step(std::span<const MapPoint> track) {
+    return typical_step(track.size(), [track](std::size_t i) { return track[i]; });
 }
 
 std::vector<LinePiece> unfolded_stretches(std::span<const MapPoint> track) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <span>
 #include <vector>
 
@@ -21,6 +22,8 @@ std::vector<LinePiece> straight_pieces(std::span<const MapPoint> track);
 
 /// Median distance of neighbouring points that lie apart, m; 0 for none.
 double typical_step(std::span<const MapPoint> track);
+/// The same of points that stand elsewhere, numbered from 0; of many it asks for a part.
+double typical_step(std::size_t points, const PointAt& point_at);
 
 /// Straight distance from the first to the last point of each piece, added up, m.
 double length_of_pieces(std::span<const MapPoint> track, std::span<const LinePiece> pieces);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -26,6 +27,8 @@ struct MapPoint {
     float east = 0, north = 0;  ///< less the origin of the index, m
     float value = 0;            ///< nT or mGal
 };
+/// A point of a track by its number, from 0.
+using PointAt = std::function<MapPoint(std::size_t)>;
 
 struct SurveyLineInfo {
     std::string name;

@@ -40,14 +40,17 @@ long SurveyTracks::station_of(std::size_t line, std::size_t number) const {
     return std::min(static_cast<long>(number) * every_, tracks_[line].stations - 1);
 }
 
-std::vector<MapPoint> thinned_track(std::span<const MapPoint> track, std::size_t most) {
-    const std::size_t every = most < 2 ? track.size() : (track.size() + most - 3) / (most - 1);
+std::vector<MapPoint> thinned_track(std::size_t count, const PointAt& point_at, std::size_t most) {
+    const std::size_t every = std::max<std::size_t>(most < 2 ? count : (count + most - 3) / (most - 1), 1);
     std::vector<MapPoint> points;
-    for (std::size_t i = 0; i < track.size(); i += std::max<std::size_t>(every, 1))
-        points.push_back(track[i]);
-    if (track.size() > 1 && (track.size() - 1) % std::max<std::size_t>(every, 1) != 0)
-        points.push_back(track.back());
+    for (std::size_t i = 0; i < count; i += every) points.push_back(point_at(i));
+    if (count > 1 && (count - 1) % every != 0) points.push_back(point_at(count - 1));
     return points;
+}
+
+std::vector<MapPoint> thinned_track(std::span<const MapPoint> track, std::size_t most) {
+    return thinned_track(
+        track.size(), [track](std::size_t i) { return track[i]; }, most);
 }
 
 }  // namespace anomalis::intake

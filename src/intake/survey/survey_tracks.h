@@ -45,5 +45,7 @@ class SurveyTracks {
 
 /// At most about `most` points of a track, first and last among them.
 std::vector<MapPoint> thinned_track(std::span<const MapPoint> track, std::size_t most);
+/// The same of points that stand elsewhere.
+std::vector<MapPoint> thinned_track(std::size_t points, const PointAt& point_at, std::size_t most);
 
 }  // namespace anomalis::intake
