@@ -156,8 +156,8 @@ void measure(const Kind& kind) {
     });
     table.sweep("depth extent m", {1, 10, 100, 250, 1000, 5000},
                 [](Setting& s, double v) { s.depth_extent = v; });
-    table.sweep("spacing m", {0.01, 0.1, 1, 5, 10, 25, 100}, [](Setting& s, double v) { s.spacing = v; });
-    table.sweep("narrow, spacing m", {0.01, 0.1, 1, 5, 10, 25, 100}, [](Setting& s, double v) {
+    table.sweep("spacing m", {0.01, 0.1, 1, 5, 10, 25}, [](Setting& s, double v) { s.spacing = v; });
+    table.sweep("narrow, spacing m", {0.01, 0.1, 1, 5, 10, 25}, [](Setting& s, double v) {
         s.spacing = v;
         s.width = 5;
     });
@@ -165,9 +165,16 @@ void measure(const Kind& kind) {
         table.sweep("length m", {1, 10, 100, 250, 1000, 10000, 100000},
                     [](Setting& s, double v) { s.length = v; });
     table.tell_worst();
+    table.sweep("spacing of 100 m, width m", {0.1, 1, 10, 100, 1000}, [](Setting& s, double v) {
+        s.spacing = 100;
+        s.width = v;
+    });
     // Places that no survey has by the thousand, and what is hardly a body.
     table.sweep("width of hardly anything m", {0, 1e-6}, [](Setting& s, double v) { s.width = v; });
-    table.sweep("line on the edge of the top", {0}, [](Setting& s, double) { s.top = s.offset = 0; });
+    table.sweep("line on an edge, offset m", {kind.length / 2}, [](Setting& s, double v) {
+        s.top = 0;
+        s.offset = v;
+    });
     table.sweep("all stations on a corner", {0}, [](Setting& s, double) {
         s.one_place = true;
         s.top = s.distance = 0;

@@ -15,7 +15,6 @@ namespace {
 constexpr double units_a_station = 500;
 /// An edge that falls by less than this (m) counts as level where an observer moves away from it.
 constexpr double level_fall = 0.1;
-constexpr int moves_before_last = 9;
 
 int edge_between(PrismFaces& prism, int& edges, int a, int b, double edge_length) {
     const int from = std::min(a, b);
@@ -29,19 +28,20 @@ int edge_between(PrismFaces& prism, int& edges, int a, int b, double edge_length
 /// Edge i of a face, which runs `along`, and how observers move away from it.
 void prepare_edge(PrismFaces::Face& flat, std::size_t i, const NedVector& along, const NedVector& normal,
                   bool magnetic) {
-    const NedVector turned = cross_product(along, normal);
-    flat.turned[i][0] = turned.north;
-    flat.turned[i][1] = turned.east;
-    flat.turned[i][2] = turned.down;
-    if (length(along) > 0 && (magnetic || turned.down != 0)) flat.integrals |= 1U << flat.edge[i];
+    const double size = length(along);
+    if (size > 0) {
+        const NedVector turned = cross_product(along, normal);
+        flat.turned[i][0] = turned.north / size;
+        flat.turned[i][1] = turned.east / size;
+        flat.turned[i][2] = turned.down / size;
+        if (magnetic || turned.down != 0) flat.logarithms |= 1U << flat.edge[i];
+    }
     flat.level[i] = std::hypot(along.north, along.east);
     if (std::abs(along.down) < level_fall) {
         // North takes the east component and east the north: the step leads away from the edge.
         flat.step[i][0] = along.east / 10;
         flat.step[i][1] = along.north / 10;
     }
-    for (int attempt = 1; attempt <= moves_before_last; ++attempt)
-        for (int axis = 0; axis < 2; ++axis) flat.nine_steps[i][axis] += flat.step[i][axis] * attempt;
 }
 
 void add_channel(const StationView& stations, const PrismFaces& prism, const PrismSums& columns,

@@ -16,16 +16,15 @@ struct PrismFaces {
     struct Face {
         int corner[4];
         int edge[4];
-        double turned[4][3];  ///< the edge vector in the sense of the face, times the normal
+        double turned[4][3];  ///< the direction of the edge in the sense of the face, times the normal
         double normal[3];
-        double area;              ///< of the whole face
-        double pole;              ///< magnetisation along the normal
-        bool used;                ///< has an area, and a pole where the magnetic field is wanted
-        double step[4][2];        ///< north and east of the first move away from an edge
-        double nine_steps[4][2];  ///< of nine moves, all from that edge
-        double level[4];          ///< level part of the edge's length
-        std::uint32_t edges;      ///< bit k for edge k
-        std::uint32_t integrals;  ///< those whose integral counts in what is wanted
+        double area;               ///< of the whole face
+        double pole;               ///< magnetisation along the normal
+        bool used;                 ///< has an area, and a pole where the magnetic field is wanted
+        double step[4][2];         ///< north and east of the first move away from an edge
+        double level[4];           ///< level part of the edge's length
+        std::uint32_t edges;       ///< bit k for edge k
+        std::uint32_t logarithms;  ///< those whose logarithm counts in what is wanted
     };
     double corner[8][3];
     Edge edge[12];

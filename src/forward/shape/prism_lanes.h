@@ -20,21 +20,45 @@ ANOMALIS_INLINE std::uint64_t any_bits(LaneBits mask) {
     return any;
 }
 
+/// Whether any lane has a bit.
+ANOMALIS_INLINE bool any_lane(std::uint64_t mask) {
+    return mask != 0;
+}
+ANOMALIS_INLINE bool any_lane(LaneBits mask) {
+#if defined(ANOMALIS_GCC_LANES) && ANOMALIS_VECTOR_BYTES == 64
+    using Words = long long __attribute__((vector_size(64)));
+    return __builtin_ia32_ptestmq512((Words)mask, (Words)mask, 0xFF) != 0;
+#elif defined(ANOMALIS_GCC_LANES) && ANOMALIS_VECTOR_BYTES == 32
+    using Words = long long __attribute__((vector_size(32)));
+    return __builtin_ia32_ptestz256((Words)mask, (Words)mask) == 0;
+#else
+    return any_bits(mask) != 0;
+#endif
+}
+
 template <class Real>
 struct NedLanes {
     Real north, east, down;
 };
 
+/// Each product rounded on its own, as `facet_terms` does it: whether an observer stands on an edge or in a
+/// plane is a matter of the last bit.
 template <class Real>
 ANOMALIS_INLINE Real dot(const NedLanes<Real>& a, const NedLanes<Real>& b) {
     return a.north * b.north + a.east * b.east + a.down * b.down;
 }
 
 template <class Real>
+ANOMALIS_INLINE Real fused_dot(const NedLanes<Real>& a, const NedLanes<Real>& b) {
+    return vector_fma(a.north, b.north, vector_fma(a.east, b.east, a.down * b.down));
+}
+
+template <class Real>
 ANOMALIS_INLINE Real squared_cross(const NedLanes<Real>& a, const NedLanes<Real>& b) {
-    const NedLanes<Real> c{a.east * b.down - a.down * b.east, a.down * b.north - a.north * b.down,
-                           a.north * b.east - a.east * b.north};
-    return dot(c, c);
+    const NedLanes<Real> c{vector_fma(a.east, b.down, -(a.down * b.east)),
+                           vector_fma(a.down, b.north, -(a.north * b.down)),
+                           vector_fma(a.north, b.east, -(a.east * b.north))};
+    return fused_dot(c, c);
 }
 
 ANOMALIS_INLINE NedLanes<double> corner_place(const PrismFaces& prism, int corner) {
@@ -53,50 +77,58 @@ ANOMALIS_INLINE NedLanes<Real> corner_from(const PrismFaces& prism, int corner,
 /// corners, is below this (m) times the root of their distances.
 inline constexpr double near_edge_squared = 0.1 * 0.1;
 
+/// Corners and edges as one vector of stations sees them.
 template <class Real>
-ANOMALIS_INLINE Real edge_integral(Real r1, Real r2, double length) {
-    const Real sum = r1 + r2;
-    return vector_log_quotient(sum + length, sum - length, Real{} + 2 * length) / length;
-}
-
-/// The solid angle of the face that spans corners a, b, c, d at distances ra to rd, with the sign of its
-/// side. Both triangles of the parallelogram have the same area, so the triple product is the same; the two
-/// angles are added as arguments of complex numbers.
-template <class Real>
-ANOMALIS_INLINE Real solid_angle(double area, Real plane, const NedLanes<Real>& a, const NedLanes<Real>& b,
-                                 const NedLanes<Real>& c, const NedLanes<Real>& d, Real ra, Real rb, Real rc,
-                                 Real rd) {
-    const Real ac = dot(a, c);
-    const Real first = ra * rb * rc + dot(a, b) * rc + dot(b, c) * ra + ac * rb;
-    const Real second = ra * rc * rd + ac * rd + dot(c, d) * ra + dot(d, a) * rc;
-    const Real triple = vector_abs(plane) * area;
-    const Real half = vector_abs(vector_atan2(triple * (first + second), first * second - triple * triple));
-    return plane < 0.0 ? 2.0 * half : (plane > 0.0 ? -2.0 * half : plane);
-}
-
-/// What one face gives: the field of a unit pole density, all of it or down alone, and the plane's distance.
-template <class Real>
-struct FaceLanes {
-    NedLanes<Real> field;
-    Real plane;
+struct Sight {
+    NedLanes<Real> to[8];
+    Real distance[8];
+    Real product[12];      ///< squared length of the product of an edge's corners
+    LaneMask<Real> close;  ///< bit k where edge k is close
 };
 
-template <bool Magnetic, class Real>
-ANOMALIS_INLINE void begin_face(const PrismFaces::Face& face, Real angle, FaceLanes<Real>& at) {
-    if constexpr (Magnetic) {
-        at.field.north = face.normal[0] * angle;
-        at.field.east = face.normal[1] * angle;
-    }
-    at.field.down = face.normal[2] * angle;
-}
+/// The logarithms and angles of all faces at one vector of stations, gathered first and taken together, so
+/// that none waits for another.
+template <class Real>
+struct FaceTermLanes {
+    struct Logarithm {
+        Real n, d, difference;  ///< of the quotient n / d, and n - d
+    };
+    struct Face {
+        Real plane;          ///< distance of its plane
+        Real across, along;  ///< of the vector whose angle is half the solid angle
+        int logarithm[4];    ///< of its edges, where they count
+    };
+    Logarithm argument[36];
+    Real logarithm[36];
+    Face face[6];
+    Real angle[6];  ///< solid angle with the sign of the side
+    int count = 0;  ///< of logarithms
 
-template <bool Magnetic, class Real>
-ANOMALIS_INLINE void add_edge(const PrismFaces::Face& face, int i, Real integral, FaceLanes<Real>& at) {
-    if constexpr (Magnetic) {
-        at.field.north += face.turned[i][0] * integral;
-        at.field.east += face.turned[i][1] * integral;
+    int add(Real n, Real d, Real difference) {
+        argument[count] = {n, d, difference};
+        return count++;
     }
-    at.field.down += face.turned[i][2] * integral;
+    /// The integral of 1 / r along an edge, times its length.
+    int add_edge(Real r1, Real r2, double length) {
+        const Real sum = r1 + r2;
+        return add(sum + length, sum - length, Real{} + 2 * length);
+    }
+};
+
+/// The plane and the solid angle of a face that spans corners a, b, c, d at distances ra to rd. Both
+/// triangles of the parallelogram have the same area, so the triple product is the same; the two angles are
+/// added as arguments of complex numbers.
+template <class Real>
+ANOMALIS_INLINE void span_face(const PrismFaces::Face& face, const NedLanes<Real>& a, const NedLanes<Real>& b,
+                               const NedLanes<Real>& c, const NedLanes<Real>& d, Real ra, Real rb, Real rc,
+                               Real rd, typename FaceTermLanes<Real>::Face& to) {
+    const Real ac = fused_dot(a, c), outer = vector_fma(ra, rc, ac);
+    const Real first = vector_fma(outer, rb, vector_fma(fused_dot(a, b), rc, fused_dot(b, c) * ra));
+    const Real second = vector_fma(outer, rd, vector_fma(fused_dot(c, d), ra, fused_dot(d, a) * rc));
+    to.plane = a.north * face.normal[0] + a.east * face.normal[1] + a.down * face.normal[2];
+    const Real triple = vector_abs(to.plane) * face.area;
+    to.across = triple * (first + second);
+    to.along = vector_fma(first, second, -(triple * triple));
 }
 
 }  // namespace anomalis::forward::ANOMALIS_VECTOR_LEVEL
