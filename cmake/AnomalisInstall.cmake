@@ -9,6 +9,7 @@ set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/Anomalis)
 install(TARGETS anomalis-batch)
 if(ANOMALIS_WINDOW)
   install(TARGETS anomalis)
+  install(TARGETS anomalis-pictures LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/anomalis)
 endif()
 install(DIRECTORY examples/ DESTINATION ${CMAKE_INSTALL_DATADIR}/anomalis/examples
   FILES_MATCHING PATTERN *.axm PATTERN *.dat PATTERN package EXCLUDE)

@@ -15,6 +15,10 @@ foreach(wanted share/anomalis/examples/dyke_swarm.axm share/doc/anomalis/guide.m
   endif()
 endforeach()
 run(${CMAKE_COMMAND} -E env ASAN_OPTIONS=detect_leaks=0 ${PLACE}/installed/bin/anomalis-batch --version)
+if(EXISTS ${PLACE}/installed/bin/anomalis)
+  run(${CMAKE_COMMAND} -E env ASAN_OPTIONS=detect_leaks=0 ${PLACE}/installed/bin/anomalis-batch render
+    ${PLACE}/installed/share/anomalis/examples/dyke_swarm.axm -o ${PLACE}/dyke_swarm.svg)
+endif()
 run(${CMAKE_COMMAND} -S ${SOURCE} -B ${PLACE}/build -G Ninja -DCMAKE_PREFIX_PATH=${PLACE}/installed
   -DCMAKE_CXX_COMPILER=${COMPILER} -DCMAKE_CXX_FLAGS=${FLAGS})
 run(${CMAKE_COMMAND} --build ${PLACE}/build)

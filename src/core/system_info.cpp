@@ -4,6 +4,7 @@
 #include <system_error>
 #include <unistd.h>
 
+#include "core/executable_folder.h"
 #include "core/numbers.h"
 #include "core/paths.h"
 #include "core/session.h"
@@ -41,11 +42,6 @@ std::string application_data_folder() {
     return error ? "" : folder;
 }
 
-std::string executable_folder() {
-    std::error_code error;
-    return folder_name(std::filesystem::read_symlink("/proc/self/exe", error).string());
-}
-
 float computed_machine_epsilon() {
     // Stored at each step, since the sum must be rounded to single precision.
     volatile float sum = 2;
@@ -58,6 +54,11 @@ float computed_machine_epsilon() {
 }
 
 }  // namespace
+
+std::string executable_folder() {
+    std::error_code error;
+    return folder_name(std::filesystem::read_symlink("/proc/self/exe", error).string());
+}
 
 void init_system(SystemInfo& system) {
     if (system.done) return;

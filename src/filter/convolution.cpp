@@ -2,10 +2,6 @@
 
 #include "vector/vector_math.h"
 
-#if defined(__AVX512F__)
-#include <immintrin.h>
-#endif
-
 namespace anomalis::filter::ANOMALIS_VECTOR_LEVEL {
 
 using namespace vector::ANOMALIS_VECTOR_LEVEL;
@@ -38,22 +34,17 @@ constexpr double coarse = 0x1.8p29;
 
 /// What storing in a single and reading back leaves (below 1e-38, where singles thin out, some digits more).
 /// Adding a large power of two rounds to the grid of the singles, ties to even, in fewer operations than two
-/// conversions.
+/// conversions. The grid is exact, so fusing it changes no bit; where that is a call, nothing is fused.
 template <class Real>
 ANOMALIS_INLINE Real through_single(Real value) {
     const Real power = detail::from_bits<Real>(detail::bits(value) & detail::exponent_bits);
+#if ANOMALIS_VECTOR_BYTES > 16
+    return vector_fma(power, -coarse, vector_fma(power, coarse, value));
+#else
     const Real grid = power * coarse;
     return (value + grid) - grid;
-}
-
-#if defined(__AVX512F__)
-/// The product is exact, so fusing it changes no bit.
-ANOMALIS_INLINE Lanes through_single(Lanes value) {
-    const Lanes power = detail::from_bits<Lanes>(detail::bits(value) & detail::exponent_bits);
-    const Lanes raised = _mm512_fmadd_pd(power, Lanes{} + coarse, value);
-    return _mm512_fnmadd_pd(power, Lanes{} + coarse, raised);
-}
 #endif
+}
 
 template <class Vector, bool Odd>
 ANOMALIS_INLINE Vector pair_of(const double* left, const double* right) {
@@ -79,8 +70,8 @@ ANOMALIS_INLINE void block(const Convolution& pass, int at) {
         if (c[j] == 0) continue;
 #pragma GCC unroll 8
         for (int k = 0; k < Count; ++k)
-            sum[k] =
-                through_single(sum[k] + pair_of<Vector, Odd>(left + k * width, right + k * width) * c[j]);
+            sum[k] = through_single(
+                vector_fma(pair_of<Vector, Odd>(left + k * width, right + k * width), c[j], sum[k]));
     }
     for (int j = pass.near_taps + 1; j <= pass.stored_taps; ++j) {
         const double term = pass.end_pair * c[j];

@@ -5,6 +5,7 @@
 
 #include "core/failure.h"
 #include "intake/coordinates/coordinate_system.h"
+#include "intake/coordinates/proj_library.h"
 #include "intake/coordinates/proj_objects.h"
 
 namespace anomalis::intake {
@@ -40,8 +41,9 @@ struct CoordinateChange::State {
         if (first.size() != second.size()) throw Fault(FaultKind::invalid_call);
         leave_out(direction == PJ_FWD ? from_degrees : to_degrees, first, second);
         constexpr std::size_t step = sizeof(double);
-        proj_trans_generic(change.get(), direction, first.data(), step, first.size(), second.data(), step,
-                           second.size(), nullptr, 0, 0, nullptr, 0, 0);
+        ANOMALIS_PROJ(proj_trans_generic)
+        (change.get(), direction, first.data(), step, first.size(), second.data(), step, second.size(),
+         nullptr, 0, 0, nullptr, 0, 0);
         mark_lost(first, second);
     }
 };
@@ -54,8 +56,8 @@ CoordinateChange::CoordinateChange(const std::string& from, const std::string& t
     state_->from_degrees = is_geographic(source.get());
     state_->to_degrees = is_geographic(target.get());
     const ProjObject plain(
-        proj_create_crs_to_crs_from_pj(context, source.get(), target.get(), nullptr, nullptr));
-    if (plain) state_->change.reset(proj_normalize_for_visualization(context, plain.get()));
+        ANOMALIS_PROJ(proj_create_crs_to_crs_from_pj)(context, source.get(), target.get(), nullptr, nullptr));
+    if (plain) state_->change.reset(ANOMALIS_PROJ(proj_normalize_for_visualization)(context, plain.get()));
     if (!state_->change)
         throw Fault("There is no way from " + system_name(source.get()) + " to " + system_name(target.get()) +
                     ". Choose another coordinate system");

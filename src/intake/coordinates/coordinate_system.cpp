@@ -6,6 +6,7 @@
 
 #include "core/failure.h"
 #include "core/numbers.h"
+#include "intake/coordinates/proj_library.h"
 #include "intake/coordinates/proj_objects.h"
 #include "intake/coordinates/system_names.h"
 
@@ -15,12 +16,12 @@ namespace {
 
 /// Metres a unit of the first axis. Raises Fault for axes that run against east and north.
 double metres_per_unit(pj_ctx* context, const PJconsts* system) {
-    const ProjObject axes(proj_crs_get_coordinate_system(context, system));
+    const ProjObject axes(ANOMALIS_PROJ(proj_crs_get_coordinate_system)(context, system));
     double metres = 1;
     for (int axis = 0; axis < 2; ++axis) {
         const char* direction = nullptr;
-        if (!proj_cs_get_axis_info(context, axes.get(), axis, nullptr, nullptr, &direction, &metres, nullptr,
-                                   nullptr, nullptr))
+        if (!ANOMALIS_PROJ(proj_cs_get_axis_info)(context, axes.get(), axis, nullptr, nullptr, &direction,
+                                                  &metres, nullptr, nullptr, nullptr))
             continue;
         const std::string_view way = direction ? direction : "";
         if (way == "south" || way == "west")
@@ -61,7 +62,7 @@ CoordinateSystem find_coordinate_system(const std::string& text) {
 std::string coordinate_system_wkt(const std::string& text) {
     const ProjContext context = proj_context();
     const ProjObject object = proj_system(context.get(), text);
-    const char* wkt = proj_as_wkt(context.get(), object.get(), PJ_WKT1_GDAL, nullptr);
+    const char* wkt = ANOMALIS_PROJ(proj_as_wkt)(context.get(), object.get(), PJ_WKT1_GDAL, nullptr);
     if (!wkt) throw Fault("The coordinate system " + system_name(object.get()) + " cannot be written down");
     return wkt;
 }

@@ -7,6 +7,7 @@
 
 #include "core/failure.h"
 #include "core/text.h"
+#include "intake/coordinates/proj_library.h"
 #include "intake/coordinates/system_names.h"
 
 namespace anomalis::intake {
@@ -22,11 +23,11 @@ constexpr const char* way_out =
 /// The part of a system that tells places, without heights and without shifts to another datum.
 ProjObject on_the_map(pj_ctx* context, ProjObject object) {
     while (object) {
-        const PJ_TYPE type = proj_get_type(object.get());
+        const PJ_TYPE type = ANOMALIS_PROJ(proj_get_type)(object.get());
         if (type == PJ_TYPE_COMPOUND_CRS) {
-            object.reset(proj_crs_get_sub_crs(context, object.get(), 0));
+            object.reset(ANOMALIS_PROJ(proj_crs_get_sub_crs)(context, object.get(), 0));
         } else if (type == PJ_TYPE_BOUND_CRS) {
-            object.reset(proj_get_source_crs(context, object.get()));
+            object.reset(ANOMALIS_PROJ(proj_get_source_crs)(context, object.get()));
         } else {
             const bool places = type == PJ_TYPE_PROJECTED_CRS || type == PJ_TYPE_GEOGRAPHIC_2D_CRS ||
                                 type == PJ_TYPE_GEOGRAPHIC_3D_CRS;
@@ -40,11 +41,11 @@ ProjObject on_the_map(pj_ctx* context, ProjObject object) {
 ProjObject identified(pj_ctx* context, ProjObject object) {
     constexpr int sure = 70;  // % of PROJ: the same but for the name
     int* confidence = nullptr;
-    PJ_OBJ_LIST* found = proj_identify(context, object.get(), dataset, nullptr, &confidence);
-    if (found && proj_list_get_count(found) > 0 && confidence[0] >= sure)
-        object.reset(proj_list_get(context, found, 0));
-    proj_int_list_destroy(confidence);
-    proj_list_destroy(found);
+    PJ_OBJ_LIST* found = ANOMALIS_PROJ(proj_identify)(context, object.get(), dataset, nullptr, &confidence);
+    if (found && ANOMALIS_PROJ(proj_list_get_count)(found) > 0 && confidence[0] >= sure)
+        object.reset(ANOMALIS_PROJ(proj_list_get)(context, found, 0));
+    ANOMALIS_PROJ(proj_int_list_destroy)(confidence);
+    ANOMALIS_PROJ(proj_list_destroy)(found);
     return object;
 }
 
@@ -60,15 +61,16 @@ bool is_number(const std::string& text) {
 }
 
 ProjObject created(pj_ctx* context, const std::string& text) {
-    return on_the_map(context, ProjObject(proj_create(context, text.c_str())));
+    return on_the_map(context, ProjObject(ANOMALIS_PROJ(proj_create)(context, text.c_str())));
 }
 
 ProjObject of_name(pj_ctx* context, const std::string& name) {
-    PJ_OBJ_LIST* found = proj_create_from_name(context, dataset, name.c_str(), map_types.data(),
-                                               map_types.size(), 0, 1, nullptr);
+    PJ_OBJ_LIST* found = ANOMALIS_PROJ(proj_create_from_name)(
+        context, dataset, name.c_str(), map_types.data(), map_types.size(), 0, 1, nullptr);
     ProjObject object;
-    if (found && proj_list_get_count(found) > 0) object.reset(proj_list_get(context, found, 0));
-    proj_list_destroy(found);
+    if (found && ANOMALIS_PROJ(proj_list_get_count)(found) > 0)
+        object.reset(ANOMALIS_PROJ(proj_list_get)(context, found, 0));
+    ANOMALIS_PROJ(proj_list_destroy)(found);
     return object;
 }
 
@@ -82,18 +84,19 @@ ProjObject of_name(pj_ctx* context, const std::string& name) {
 
 std::vector<SystemName> read_system_names() {
     const ProjContext context = proj_context();
-    PROJ_CRS_LIST_PARAMETERS* wanted = proj_get_crs_list_parameters_create();
+    PROJ_CRS_LIST_PARAMETERS* wanted = ANOMALIS_PROJ(proj_get_crs_list_parameters_create)();
     wanted->types = map_types.data();
     wanted->typesCount = map_types.size();
     int count = 0;
-    PROJ_CRS_INFO** list = proj_get_crs_info_list_from_database(context.get(), dataset, wanted, &count);
+    PROJ_CRS_INFO** list =
+        ANOMALIS_PROJ(proj_get_crs_info_list_from_database)(context.get(), dataset, wanted, &count);
     std::vector<SystemName> names;
     names.reserve(static_cast<std::size_t>(count));
     for (int i = 0; list && i < count; ++i)
         names.push_back(
             {std::string(dataset) + ":" + list[i]->code, list[i]->name, name_words(list[i]->name)});
-    proj_crs_info_list_destroy(list);
-    proj_get_crs_list_parameters_destroy(wanted);
+    ANOMALIS_PROJ(proj_crs_info_list_destroy)(list);
+    ANOMALIS_PROJ(proj_get_crs_list_parameters_destroy)(wanted);
     return names;
 }
 
@@ -107,17 +110,17 @@ ProjObject of_words(pj_ctx* context, const std::string& text) {
 }  // namespace
 
 void FreeProjContext::operator()(pj_ctx* context) const {
-    proj_context_destroy(context);
+    ANOMALIS_PROJ(proj_context_destroy)(context);
 }
 void FreeProjObject::operator()(PJconsts* object) const {
-    proj_destroy(object);
+    ANOMALIS_PROJ(proj_destroy)(object);
 }
 
 ProjContext proj_context() {
-    ProjContext context(proj_context_create());
+    ProjContext context(ANOMALIS_PROJ(proj_context_create)());
     if (!context) throw Fault(FaultKind::out_of_memory);
-    proj_log_level(context.get(), PJ_LOG_NONE);
-    proj_context_set_enable_network(context.get(), 0);
+    ANOMALIS_PROJ(proj_log_level)(context.get(), PJ_LOG_NONE);
+    ANOMALIS_PROJ(proj_context_set_enable_network)(context.get(), 0);
     return context;
 }
 
@@ -136,18 +139,18 @@ ProjObject proj_system(pj_ctx* context, const std::string& given) {
 }
 
 std::string system_code(const PJconsts* system) {
-    const char* authority = proj_get_id_auth_name(system, 0);
-    const char* code = proj_get_id_code(system, 0);
+    const char* authority = ANOMALIS_PROJ(proj_get_id_auth_name)(system, 0);
+    const char* code = ANOMALIS_PROJ(proj_get_id_code)(system, 0);
     return authority && code ? std::string(authority) + ":" + code : "";
 }
 
 std::string system_name(const PJconsts* system) {
-    const char* name = proj_get_name(system);
+    const char* name = ANOMALIS_PROJ(proj_get_name)(system);
     return name ? name : "";
 }
 
 bool is_geographic(const PJconsts* system) {
-    return proj_get_type(system) != PJ_TYPE_PROJECTED_CRS;
+    return ANOMALIS_PROJ(proj_get_type)(system) != PJ_TYPE_PROJECTED_CRS;
 }
 
 const std::vector<SystemName>& all_system_names() {

@@ -1,8 +1,11 @@
+#include "app/picture_module.h"
+
 #include <iostream>
+#include <string>
 
 #include <QGuiApplication>
 
-#include "app/picture_writers.h"
+#include "core/version.h"
 #include "window/shell/model_picture.h"
 
 namespace anomalis {
@@ -57,8 +60,13 @@ class QtPictureWriter : public batch::PictureWriter {
 
 }  // namespace
 
-std::unique_ptr<batch::PictureWriter> make_picture_writer(int& argc, char** argv) {
-    return std::make_unique<QtPictureWriter>(argc, argv);
+}  // namespace anomalis
+
+extern "C" const char* anomalis_pictures_version() {
+    static const std::string version(anomalis::application_version());
+    return version.c_str();
 }
 
-}  // namespace anomalis
+extern "C" anomalis::batch::PictureWriter* anomalis_make_picture_writer(int* argc, char** argv) {
+    return new anomalis::QtPictureWriter(*argc, argv);
+}
