@@ -1,10 +1,12 @@
 #include <algorithm>
 #include <cmath>
+#include <tuple>
 #include <vector>
 
+#include "forward/exact/crowded_nodes.h"
 #include "forward/exact/exact_axes.h"
+#include "forward/exact/face_potential_kernel.h"
 #include "forward/exact/shape_demagnetisation.h"
-#include "forward/polyhedron/face_potential.h"
 #include "forward/polyhedron/vector3.h"
 
 namespace anomalis::forward {
@@ -32,18 +34,53 @@ FacePair face_pair(const std::array<Point3, 3>& edges, std::size_t k) {
     return face;
 }
 
+/// Places on a face, twenty by twenty, with their weights, as columns for the loop over them.
+class FaceNodes {
+  public:
+    static constexpr std::size_t each = std::tuple_size_v<decltype(CrowdedNodes::place)>;
+
+    /// `at(u, v)` is the place at u and v from 0 to 1, `share(u, v)` how much the face is stretched there.
+    template <class At, class Share>
+    FaceNodes(const At& at, const Share& share) {
+        const CrowdedNodes& nodes = crowded_nodes();
+        for (std::size_t i = 0; i < each; ++i)
+            for (std::size_t j = 0; j < each; ++j) {
+                const double u = nodes.place[i], v = nodes.place[j];
+                const std::size_t k = i * each + j;
+                const Point3 place = at(u, v);
+                x_[k] = place.x;
+                y_[k] = place.y;
+                z_[k] = place.z;
+                weight_[k] = nodes.weight[i] * nodes.weight[j] * share(u, v);
+            }
+    }
+
+    /// Weighted sum of the potentials of a plane polygon with this unit normal, moved by `shift`.
+    double potential(std::span<const Point3> corners, const Point3& normal, const Point3& shift = {}) const {
+        std::vector<double> flat;
+        flat.reserve(3 * corners.size());
+        for (const Point3& corner : corners)
+            for (const double part : {corner.x + shift.x, corner.y + shift.y, corner.z + shift.z})
+                flat.push_back(part);
+        std::array<double, each * each> values;
+        const double n[3] = {normal.x, normal.y, normal.z};
+        face_potentials_at(vector::widest_vector_level())({flat.data(), corners.size(), n},
+                                                          {x_.data(), y_.data(), z_.data(), values.size()},
+                                                          values.data());
+        double sum = 0;
+        for (std::size_t k = 0; k < values.size(); ++k) sum += weight_[k] * values[k];
+        return sum;
+    }
+
+  private:
+    std::array<double, each * each> x_, y_, z_, weight_;
+};
+
 /// Double integral of 1 / R over the far face of `a` and `b`'s far face, less that over `b`'s near face.
 double difference_of_pairs(const FacePair& a, const FacePair& b) {
-    const CrowdedNodes& nodes = crowded_nodes();
-    double sum = 0;
-    for (std::size_t i = 0; i < nodes.place.size(); ++i)
-        for (std::size_t j = 0; j < nodes.place.size(); ++j) {
-            const Point3 at = a.to_other + a.side1 * nodes.place[i] + a.side2 * nodes.place[j];
-            sum += nodes.weight[i] * nodes.weight[j] *
-                   (face_potential(b.corners, b.normal, at - b.to_other) -
-                    face_potential(b.corners, b.normal, at));
-        }
-    return sum * a.area;
+    const FaceNodes far([&](double u, double v) { return a.to_other + a.side1 * u + a.side2 * v; },
+                        [](double, double) { return 1.0; });
+    return (far.potential(b.corners, b.normal, b.to_other) - far.potential(b.corners, b.normal)) * a.area;
 }
 
 /// Corners of a regular polygon in the plane z = 0.
@@ -69,19 +106,16 @@ class RingPairs {
     /// height above.
     double integral(const std::vector<Point3>& target, double from, const std::vector<Point3>& source,
                     double height) const {
-        const CrowdedNodes& nodes = crowded_nodes();
         const Point3 side = target[1] - target[0];
         const double twice_area = length(cross(target[0], side));
-        double sum = 0;
-        for (std::size_t i = 0; i < nodes.place.size(); ++i) {
-            const double share = from + (1 - from) * nodes.place[i];
-            for (std::size_t j = 0; j < nodes.place.size(); ++j) {
-                Point3 at = (target[0] + side * nodes.place[j]) * share;
-                at.z = height;
-                sum += nodes.weight[i] * nodes.weight[j] * share * face_potential(source, {0, 0, 1}, at);
-            }
-        }
-        return sum * (1 - from) * twice_area * sectors_;
+        const auto share = [&](double u) { return from + (1 - from) * u; };
+        const FaceNodes nodes(
+            [&](double u, double v) {
+                const Point3 at = (target[0] + side * v) * share(u);
+                return Point3{at.x, at.y, height};
+            },
+            [&](double u, double) { return share(u); });
+        return nodes.potential(source, {0, 0, 1}) * (1 - from) * twice_area * sectors_;
     }
 
     double ring_to_ring(double height) const {
@@ -124,8 +158,11 @@ Tensor3 prism_demagnetisation(const std::array<Point3, 3>& edges) {
     Tensor3 n;
     for (std::size_t a = 0; a < 3; ++a)
         for (std::size_t b = a; b < 3; ++b) {
+            // Over the smaller face of the two, where a narrow one lets the other's potential change little.
+            const bool first = faces[a].area <= faces[b].area;
+            const FacePair &over = faces[first ? a : b], &of = faces[first ? b : a];
             // Each pair counts with both its far and its near face, and in both orders.
-            const double factor = difference_of_pairs(faces[a], faces[b]) * 2 / (4 * exact_pi * volume);
+            const double factor = difference_of_pairs(over, of) * 2 / (4 * exact_pi * volume);
             const Point3 p = faces[a].normal * (a == b ? factor : factor * 2);
             const Point3 q = faces[b].normal;
             n.xx += p.x * q.x;

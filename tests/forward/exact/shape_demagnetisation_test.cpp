@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "exact_line.h"
+#include "forward/exact/face_potential_kernel.h"
 
 namespace anomalis::forward {
 namespace {
@@ -39,6 +40,31 @@ TEST(ShapeDemagnetisation, a_plane_section_turns_with_its_tensor_and_keeps_its_t
     EXPECT_NEAR(straight[0] + straight[2], 1, 1e-12);
     EXPECT_NEAR(turned[0], c * c * straight[0] - 2 * c * s * straight[1] + s * s * straight[2], 1e-12);
     EXPECT_NEAR(turned[2], s * s * straight[0] + 2 * c * s * straight[1] + c * c * straight[2], 1e-12);
+}
+
+TEST(ShapeDemagnetisation, a_square_has_its_potential_over_its_centre_and_its_corner) {
+    const double corners[12] = {0, 0, 0, 2, 0, 0, 2, 2, 0, 0, 2, 0}, normal[3] = {0, 0, 1};
+    // Nine places, so that the last one stands alone behind every width of vectors.
+    const std::vector<double> x{1, 0, 0, 1, 1, 1, 1, 1, 1}, y{1, 0, 2, 1, 1, 1, 1, 1, 1},
+        z{0, 0, 0, 1, -1, 1, -1, 1, 1};
+    const auto run = [&](vector::VectorLevel level) {
+        std::vector<double> potential(x.size());
+        face_potentials_at(level)({corners, 4, normal}, {x.data(), y.data(), z.data(), x.size()},
+                                  potential.data());
+        return potential;
+    };
+    const std::vector<double> potential = run(vector::VectorLevel::baseline);
+    const double side = std::log(1 + std::sqrt(2.0));
+    EXPECT_NEAR(potential[0], 8 * side, 1e-14);
+    EXPECT_NEAR(potential[1], 4 * side, 1e-14);
+    EXPECT_NEAR(potential[2], 4 * side, 1e-14);
+    // Eight triangles of the height 1: of each ln((1 + sqrt 3) / sqrt 2) less the angle.
+    const double above = 8 * std::log((1 + std::sqrt(3.0)) / std::sqrt(2.0)) - 2 * exact_pi / 3;
+    for (std::size_t i = 3; i < x.size(); ++i) EXPECT_NEAR(potential[i], above, 1e-14);
+    for (const vector::VectorLevel level : {vector::VectorLevel::avx2, vector::VectorLevel::avx512})
+        if (level <= vector::widest_vector_level()) {
+            EXPECT_EQ(run(level), potential) << vector::vector_level_name(level);
+        }
 }
 
 TEST(ShapeDemagnetisation, a_cube_has_a_third_each_way) {
