@@ -80,7 +80,10 @@ int load_locations(Workspace& workspace, Prompts& prompts, RowNotes* notes) {
         return -1;
     }
     workspace.definition.data_file_date = file_date(workspace.definition.data_file);
+    const auto asked = static_cast<double>(workspace.station_spacing);
     setup_profile_coordinates(workspace, prompts);
+    if (const auto taken = static_cast<double>(workspace.station_spacing); notes && taken > asked)
+        notes->widened = {asked, taken, workspace.distances.last()};
     setup_graphics_arrays(workspace, prompts);
     settle_station_window(workspace);
     workspace.read_as = line_inputs(workspace);

@@ -80,6 +80,8 @@ bool has_decimal_commas(std::string_view row) {
 
 std::vector<std::string> load_warnings(const Workspace& w, const RowNotes& notes) {
     std::vector<std::string> warnings;
+    if (const std::string widened = widening_text(notes.widened); !widened.empty())
+        warnings.push_back(widened);
     if (has_decimal_commas(notes.first_record))
         warnings.push_back(
             std::string("the numbers have decimal commas, each of which parts two columns here: ") +

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cstdint>
 #include <exception>
 #include <limits>
 #include <map>
@@ -10,7 +11,9 @@
 #include <utility>
 
 #include "core/failure.h"
+#include "core/free_memory.h"
 #include "core/pacer.h"
+#include "core/saturating.h"
 #include "core/shared_pieces.h"
 #include "core/workspace.h"
 #include "intake/record_reader.h"
@@ -20,6 +23,8 @@ namespace anomalis::intake {
 namespace {
 
 constexpr double nanoseconds_per_byte = 1.2;
+/// All that a load has of it at one time.
+constexpr std::uint64_t bytes_of_a_station = 120;
 
 /// A block as a thread read it that knows nothing of the lines before, or why it could not be.
 struct BlockApart {
@@ -53,6 +58,7 @@ class RowsInOrder {
     }
     bool ended() const { return reader_.ended(); }
     bool in_head() const { return reader_.in_head(); }
+    std::size_t count() const { return rows_.count; }
 
     DataRows finish() {
         rows_.notes = reader_.notes();
@@ -192,6 +198,27 @@ int threads_for(const DataBlocks& blocks, const ReadingShares& shares) {
     return worker_count(nanoseconds_per_byte * bytes, pieces, shares.threads);
 }
 
+/// As many as the file has if the rest of it is like what was read.
+std::uint64_t expected_rows(const DataDefinition& d, std::size_t rows, std::uint64_t bytes_read,
+                            std::uint64_t bytes) {
+    const double parts =
+        static_cast<double>(bytes) / static_cast<double>(std::max<std::uint64_t>(bytes_read, 1));
+    const double most = d.last_data_line > 0 ? d.last_data_line : std::numeric_limits<std::int32_t>::max();
+    return static_cast<std::uint64_t>(std::min(static_cast<double>(rows) * std::max(parts, 1.0), most));
+}
+
+/// Before the rest of the file is read.
+void require_memory_for(std::uint64_t rows, const DataDefinition& d, const ReadingShares& shares) {
+    const std::uint64_t bytes = saturating_product(rows, bytes_of_a_station);
+    const std::string what = "about " + std::to_string(rows) + " rows of " + d.data_file;
+    const std::string way_out = "give a greater Data read step or a Final Data Line";
+    if (shares.memory) {
+        require_memory(bytes, *shares.memory, what, way_out);
+    } else {
+        require_free_memory(bytes, what, way_out);
+    }
+}
+
 }  // namespace
 
 DataRows read_rows(const DataDefinition& definition, const PointTransform& transform,
@@ -204,9 +231,13 @@ DataRows read_rows(const DataDefinition& definition, const PointTransform& trans
         more = !rows.ended() && blocks.next(block);
         if (more) rows.read(block);
     };
+    std::uint64_t bytes = 0;
     do {
         read_one();
+        bytes += block.size;
     } while (more && rows.in_head());
+    require_memory_for(expected_rows(definition, rows.count(), bytes, blocks.file().size()), definition,
+                       shares);
     const int threads = threads_for(blocks, shares);
     if (more && threads > 1 && !rows_hang_on_rows(definition, transform))
         read_shared(definition, transform, threads, blocks, rows);

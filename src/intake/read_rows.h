@@ -2,6 +2,8 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
+#include <optional>
 #include <vector>
 
 #include "intake/data_blocks.h"
@@ -27,7 +29,8 @@ struct DataRows {
 /// How the file is shared out; the rows do not hang on it.
 struct ReadingShares {
     std::size_t block_size = DataBlocks::usual_size;
-    int threads = 0;  ///< 0: as the size of the file is worth
+    int threads = 0;                           ///< 0: as the size of the file is worth
+    std::optional<std::uint64_t> memory = {};  ///< bytes that a load may take; else what is free
 };
 
 /// Reads the file once, in blocks that all threads share. A block of which each row has all columns, in a

@@ -15,14 +15,13 @@
 
 namespace anomalis::intake {
 
-namespace {
-
-/// Points from 0 to `length`, a tie to the even number; not limited to what an integer can hold.
 double points_along(double length, double spacing) {
     if (spacing == 0) throw Fault(FaultKind::division_by_zero);
     const double points = length / spacing + 1;
     return std::isfinite(points) ? points - std::remainder(points, 1.0) : points;
 }
+
+namespace {
 
 /// The count of the new stations; widens the spacing when there were too many.
 int limit_points(Workspace& w) {

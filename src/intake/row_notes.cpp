@@ -3,7 +3,9 @@
 #include <fstream>
 
 #include "core/faults.h"
+#include "core/numbers.h"
 #include "core/text.h"
+#include "intake/resample.h"
 
 namespace anomalis::intake {
 
@@ -123,6 +125,18 @@ void RowNotes::append(const RowNotes& following, long lines_before) {
     missing_ground_heights += following.missing_ground_heights;
 }
 
+std::string widening_text(const WidenedSpacing& spacing) {
+    if (!(spacing.taken > spacing.asked)) return {};
+    const double stations = points_along(spacing.length, spacing.asked);
+    return "resampling " + shortest_text(static_cast<float>(spacing.length)) + " m of line every " +
+           shortest_text(static_cast<float>(spacing.asked)) + " m would take " +
+           (stations < 1e15 ? format_number(stations, "0") : "too many") + " stations; " +
+           std::to_string(most_intervals + 1) + " is the most, so it was resampled every " +
+           shortest_text(static_cast<float>(spacing.taken)) +
+           " m. Give an Interpolation spacing as wide, or 0 for the stations of the file, which have no "
+           "limit";
+}
+
 void tell_rows(const RowNotes& notes, const std::string& path, Faults& faults) {
     if (!notes.counted) return;
     if (notes.records == 0) faults.add("No stations were found in " + path, 1, Severity::doubt);
@@ -132,6 +146,8 @@ void tell_rows(const RowNotes& notes, const std::string& path, Faults& faults) {
     tell_short(notes, path, faults);
     tell_heights(notes.missing_sensor_heights, "sensor height", path, faults);
     tell_heights(notes.missing_ground_heights, "ground elevation", path, faults);
+    if (const std::string widened = widening_text(notes.widened); !widened.empty())
+        faults.add(path + ": " + widened, 1, Severity::remark);
     if (notes.to_the_end && !notes.last_is_short && notes.cut_line == 0 && ends_within_a_line(path))
         faults.add(at(path, notes.last_line) +
                        "the last row has no line end; if the file was cut its last value may be wrong",

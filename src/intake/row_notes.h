@@ -21,6 +21,14 @@ struct DroppedRows {
     long first_line = 0;
 };
 
+/// A resampling that would give more stations than a line may have, and what was done instead.
+struct WidenedSpacing {
+    double asked = 0, taken = 0;  ///< m; 0 where every spacing is as it was asked for
+    double length = 0;            ///< m, of the line
+};
+/// "resampling the 100000 m every 1 m would take 100001 stations ..."; "" where nothing was widened.
+std::string widening_text(const WidenedSpacing& spacing);
+
 /// What the reader met in a data file and passes over in silence, as a table with gaps wants it. Lines are
 /// numbered from 1 with the lines before the first record.
 struct RowNotes {
@@ -43,7 +51,8 @@ struct RowNotes {
     std::string first_record;            ///< its text, cut when it is long
     /// Of what not one value was read, though a column is given for it: "gravity (column 5)"; "" for none.
     std::string nothing_of;
-    RowFacts facts;  ///< of the rows that were read; found by a load
+    RowFacts facts;          ///< of the rows that were read; found by a load
+    WidenedSpacing widened;  ///< by a load
 
     void see_head(std::string_view line);
     void drop(long line, std::string_view token, std::int32_t column);

@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "core/faults.h"
 #include "core/workspace.h"
 #include "intake/load.h"
 #include "intake/row_notes.h"
@@ -52,7 +53,6 @@ struct Loaded {
         d.y_column = 2;
         d.mag_column = 3;
         change(workspace);
-        RowNotes notes;
         load_locations(workspace, prompts, &notes);
         report = report_of_load(workspace, notes);
         summary = report_summary(report);
@@ -69,6 +69,7 @@ struct Loaded {
     ScriptedPrompts prompts;
     TempFolder folder;
     Workspace workspace;
+    RowNotes notes;
     LoadReport report;
     std::string summary;
 };
@@ -108,6 +109,24 @@ TEST(LoadReport, a_resampled_line_tells_the_spacing_of_its_readings) {
     EXPECT_EQ(line.report.stations, 251);
     EXPECT_DOUBLE_EQ(line.report.typical_spacing_m, 25);
     EXPECT_EQ(line.report.merged, 0);
+}
+
+TEST(LoadReport, a_resampling_beyond_the_limit_tells_what_it_would_take_and_what_was_done) {
+    const auto every = [](float spacing) { return [spacing](Workspace& w) { w.station_spacing = spacing; }; };
+    const Loaded line(table(straight(101, 1000)), every(1));
+    EXPECT_EQ(line.workspace.station_count, 8193);
+    EXPECT_THAT(
+        line.summary,
+        HasSubstr("resampling 100000 m of line every 1 m would take 100001 stations; 8193 is the most, "
+                  "so it was resampled every 12.20703 m"));
+    EXPECT_TRUE(has_doubts(line.report));
+    Faults faults;
+    tell_rows(line.notes, "line.dat", faults);
+    ASSERT_EQ(faults.entries().size(), 1U);
+    EXPECT_THAT(faults.entries().front().text, HasSubstr("line.dat: resampling 100000 m"));
+    EXPECT_EQ(faults.entries().front().severity, Severity::remark);
+    for (const float fits : {line.workspace.station_spacing, 12.3F, 1e6F, 0.0F})
+        EXPECT_THAT(Loaded(table(straight(101, 1000)), every(fits)).report.warnings, IsEmpty()) << fits;
 }
 
 TEST(LoadReport, counts_rows_by_what_kept_them_out) {

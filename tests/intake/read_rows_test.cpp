@@ -165,5 +165,20 @@ TEST(ReadRows, more_kinds_of_dropped_rows_than_are_told_of_are_counted_in_the_or
                                                "word3 30 from 32", "word4 30 from 42", "word5 30 from 52"));
 }
 
+TEST(ReadRows, a_file_too_large_for_memory_is_refused_before_it_is_read) {
+    std::string text;
+    for (int i = 0; i < 10000; ++i) text += "100000 200000 55000\n";
+    Survey survey(text);
+    const Workspace& w = survey.workspace;
+    const ReadingShares small{.block_size = 2000, .threads = 1, .memory = 1'000'000};
+    EXPECT_EQ(failure_of(w, small), "Out of memory (about 10000 rows of " + w.definition.data_file +
+                                        " need 1 MB, 1 MB are free: give a greater Data read step or a Final "
+                                        "Data Line)");
+    survey.workspace.definition.last_data_line = 8000;
+    EXPECT_EQ(failure_of(w, small), "no failure");
+    survey.workspace.definition.last_data_line = 0;
+    EXPECT_EQ(failure_of(w, {.block_size = 2000, .threads = 1, .memory = 1'210'000}), "no failure");
+}
+
 }  // namespace
 }  // namespace anomalis::intake
