@@ -4,6 +4,8 @@
 #include <array>
 #include <cmath>
 #include <mutex>
+#include <optional>
+#include <utility>
 #include <vector>
 
 #include "core/angles.h"
@@ -19,16 +21,18 @@ namespace {
 constexpr std::size_t near_stations = 256;  ///< whose sums stay in the nearest memory
 constexpr double units_a_station = 100;
 
-double divided(double numerator, double denominator) {
-    if (denominator == 0) throw Fault(FaultKind::division_by_zero);
-    return numerator / denominator;
-}
-
 double drawn_out(double extent) {
     return std::abs(extent) < least_edge_extent ? least_edge_extent : extent;
 }
 
-double edge_term(double x1, double x2, double z1, double z2) {
+/// One edge, or why it has none.
+struct EdgeTerm {
+    double value = 0;
+    std::optional<FaultKind> fault;
+};
+
+EdgeTerm edge_term(double x1, double x2, double z1, double z2) {
+    constexpr auto divided_by_zero = FaultKind::division_by_zero;
     const double dx = drawn_out(x2 - x1);
     const double dz = drawn_out(z2 - z1);
     const double xb = dx + x1;
@@ -36,12 +40,23 @@ double edge_term(double x1, double x2, double z1, double z2) {
     const double r = std::sqrt(dx * dx + dz * dz);
     const double r1 = std::sqrt(x1 * x1 + z1 * z1);
     const double r2 = std::sqrt(xb * xb + zb * zb);
-    const double near_part = (divided(z1, x1) - dz / dx) * divided(x1, r1);
-    const double far_part = (divided(zb, xb) - dz / dx) * divided(xb, r2);
-    const double quotient = divided(near_part, far_part);
-    if (quotient <= 0) throw Fault(FaultKind::invalid_call);
-    return (xb - zb * dx / dz) * (dz / r) * (dx / r) *
-           (guarded_atan2(z1, x1) - guarded_atan2(zb, xb) + dz / dx * std::log(quotient));
+    if (x1 == 0 || r1 == 0 || xb == 0 || r2 == 0) return {0, divided_by_zero};
+    const double near_part = (z1 / x1 - dz / dx) * (x1 / r1);
+    const double far_part = (zb / xb - dz / dx) * (xb / r2);
+    if (far_part == 0) return {0, divided_by_zero};
+    const double quotient = near_part / far_part;
+    if (quotient <= 0) return {0, FaultKind::invalid_call};
+    return {(xb - zb * dx / dz) * (dz / r) * (dx / r) *
+                (guarded_atan2(z1, x1) - guarded_atan2(zb, xb) + dz / dx * std::log(quotient)),
+            std::nullopt};
+}
+
+/// Notes a fault of an edge, `times` over.
+void note_edge(FaultKind fault, long times, Faults& faults) {
+    Faults once;
+    report_failure(
+        once, "An error occurred calculating the Talwani gravity response: ", [&] { throw Fault(fault); });
+    for (const auto& [text, count, severity] : once.entries()) faults.add(text, times, severity);
 }
 
 /// A station whose sum lacks edges.
@@ -61,26 +76,25 @@ class EdgeNotes {
         double sum = 0;
         for (unsigned j = 0; j < 4; ++j) {
             if ((left_out >> j & 1U) == 0) continue;
-            Faults noted;
-            sum += talwani_edge(polygon.x[j] - x, polygon.x[j + 1] - x, polygon.z[j] - h,
-                                polygon.z[j + 1] - h, noted);
-            for (const auto& [text, count, severity] : noted.entries()) {
-                faults_.add(text, count);
-                mix(4 * station + j + 1);
-            }
+            const EdgeTerm term =
+                edge_term(polygon.x[j] - x, polygon.x[j + 1] - x, polygon.z[j] - h, polygon.z[j + 1] - h);
+            sum += term.value;
+            if (!term.fault) continue;
+            count(*term.fault);
+            mix(4 * station + j + 1);
         }
         return sum;
     }
 
     void tell(const SheetPolygon& polygon, const BodyFrame& frame, LostEdges& told, Faults& faults) const {
         LostEdges lost;
-        if (!faults_.empty())
+        if (!lost_.empty())
             lost = {{polygon.x[1], polygon.x[2], polygon.x[3], polygon.z[2], frame.cos_strike,
                      frame.sin_strike, frame.east, frame.north, frame.top, frame.sense},
                     stations_};
         if (lost == told) return;
         told = lost;
-        for (const auto& [text, count, severity] : faults_.entries()) faults.add(text, count, severity);
+        for (const auto& [fault, times] : lost_) note_edge(fault, times, faults);
     }
 
   private:
@@ -89,18 +103,25 @@ class EdgeNotes {
         stations_ ^= stations_ >> 29;
     }
 
-    Faults faults_;
+    void count(FaultKind fault) {
+        const auto known = std::ranges::find(lost_, fault, &std::pair<FaultKind, long>::first);
+        if (known == lost_.end()) {
+            lost_.emplace_back(fault, 1);
+        } else {
+            ++known->second;
+        }
+    }
+
+    std::vector<std::pair<FaultKind, long>> lost_;  ///< in the order of their first time
     std::uint64_t stations_ = 0;
 };
 
 }  // namespace
 
 double talwani_edge(double x1, double x2, double z1, double z2, Faults& faults) {
-    double term = 0;
-    report_failure(faults, "An error occurred calculating the Talwani gravity response: ", [&] {
-        term = edge_term(x1, x2, z1, z2);
-    });
-    return term;
+    const EdgeTerm term = edge_term(x1, x2, z1, z2);
+    if (term.fault) note_edge(*term.fault, 1, faults);
+    return term.value;
 }
 
 void fill_talwani(const Workspace& workspace, ModelBody& body, const SheetBottom& bottom, Faults& faults,

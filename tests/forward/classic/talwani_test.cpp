@@ -104,6 +104,17 @@ TEST(Talwani, a_station_straight_over_a_corner_tells_it_and_loses_the_edge) {
     EXPECT_GT(std::abs(values[5] - (values[4] + values[6]) / 2), 1) << "nothing was lost";
 }
 
+TEST(Talwani, a_thousand_stations_over_a_corner_are_told_in_one_text) {
+    Line line(1000, 0.01);
+    for (int i = 1; i <= 1000; ++i) line.workspace.stations(i, column_north) = 6500000;
+    ModelBody& body = line.add(thick_sheet, 0, 90);
+    body.dip.value = 60;
+    const std::vector<double> values = filled(line);
+    ASSERT_EQ(line.faults.entries().size(), 1U);
+    EXPECT_EQ(line.faults.entries()[0].count, 2000) << "two edges a station";
+    for (const double value : values) ASSERT_EQ(value, values[0]);
+}
+
 TEST(Talwani, a_body_over_which_stations_lose_edges_tells_it_once_where_it_stands) {
     Line line(41);
     ModelBody& body = line.add(thick_sheet, 100, 90);
