@@ -8,6 +8,7 @@
 #include <numeric>
 #include <vector>
 
+#include "core/shared_pieces.h"
 #include "inversion/matern.h"
 #include "inversion/restricted_likelihood.h"
 
@@ -57,8 +58,9 @@ class Search {
     const Matern& process() const { return process_; }
     double rate(const Point& point) const { return process_.integral() / std::exp(point[1]); }
     Point inside(const Point& point) const { return point.cwiseMax(low_).cwiseMin(high_); }
-    RestrictedLikelihood::Parts parts(const Point& point) const {
-        pacer_.done(likelihood_.units());
+    RestrictedLikelihood::Parts parts(const Point& point) const { return parts(point, pacer_); }
+    RestrictedLikelihood::Parts parts(const Point& point, Pacer& pacer) const {
+        pacer.done(likelihood_.units());
         return likelihood_.parts(process_, std::exp(point[0]), rate(point));
     }
     /// How far the correlated variance is beyond what may hide, in deviations.
@@ -67,25 +69,34 @@ class Search {
         return std::max(std::log(shown / most_hidden), 0.0) / hidden_deviation;
     }
     /// The logarithm of the likelihood, less what speaks against noise that the residuals do not show.
-    double value(const Point& point) const {
-        const RestrictedLikelihood::Parts all = parts(point);
+    double value(const Point& point) const { return value(point, pacer_); }
+    double value(const Point& point, Pacer& pacer) const {
+        const RestrictedLikelihood::Parts all = parts(point, pacer);
         const double hidden = beyond(point, all);
         return likelihood_.value(all) - 0.5 * hidden * hidden;
     }
 
-    /// The best of a few points that lie far apart.
+    /// The best of a few points that lie far apart, which several threads look at.
     Point best_start() const {
-        Point best = low_;
-        double most = -std::numeric_limits<double>::infinity();
+        std::vector<Point> trials;
         constexpr int lengths = 4;
         for (int k = 0; k < lengths; ++k)
-            for (const double ratio : {0.2, 5.0, 200.0}) {
-                const Point trial{std::log(ratio), low_[1] + (high_[1] - low_[1]) * (k + 0.5) / lengths};
-                const double here = value(trial);
-                if (here <= most) continue;
-                most = here;
-                best = trial;
-            }
+            for (const double ratio : {0.2, 5.0, 200.0})
+                trials.emplace_back(std::log(ratio), low_[1] + (high_[1] - low_[1]) * (k + 0.5) / lengths);
+        std::vector<double> values(trials.size());
+        const double units = likelihood_.units() * static_cast<double>(trials.size());
+        for_each_piece(trials.size(), worker_count(units, trials.size()), pacer_,
+                       [&](PieceWorker& worker, std::size_t i) {
+                           PiecePacer pacer(worker);
+                           values[i] = value(trials[i], pacer);
+                       });
+        Point best = low_;
+        double most = -std::numeric_limits<double>::infinity();
+        for (std::size_t i = 0; i < trials.size(); ++i) {
+            if (values[i] <= most) continue;
+            most = values[i];
+            best = trials[i];
+        }
         return best;
     }
 

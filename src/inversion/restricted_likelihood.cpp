@@ -6,6 +6,7 @@
 #include <limits>
 #include <numeric>
 
+#include "core/shared_pieces.h"
 #include "inversion/dense_steps.h"
 #include "inversion/orthonormal_basis.h"
 #include "inversion/row_news.h"
@@ -91,8 +92,19 @@ RestrictedLikelihood::Parts RestrictedLikelihood::reduce(const std::vector<doubl
     const Eigen::Map<const RowMajor> table(rows.data(), static_cast<Index>(rows_),
                                            static_cast<Index>(width_));
     const Index size = table.cols() - 1;
+    // In blocks of rows that several threads take; their sums are added in one order.
+    constexpr Index block = 512;
+    const Index blocks = (table.rows() + block - 1) / block;
+    std::vector<MatrixXd> parts(static_cast<std::size_t>(blocks));
+    for_each_piece(
+        parts.size(), worker_count(units(), parts.size()), no_pace(), [&](PieceWorker&, std::size_t b) {
+            const Index first = static_cast<Index>(b) * block;
+            const Index count = std::min(block, table.rows() - first);
+            parts[b] = MatrixXd::Zero(size + 1, size + 1);
+            parts[b].selfadjointView<Eigen::Lower>().rankUpdate(table.middleRows(first, count).transpose());
+        });
     MatrixXd products = MatrixXd::Zero(size + 1, size + 1);
-    products.selfadjointView<Eigen::Lower>().rankUpdate(table.transpose());
+    for (const MatrixXd& part : parts) products += part;
     // The last diagonal element of the triangle is the length of the residuals that the columns leave.
     const Eigen::LLT<MatrixXd> triangle = triangle_of(products);
     const VectorXd diagonal = triangle.matrixLLT().diagonal();

@@ -336,8 +336,8 @@ TEST(Driver, one_body_on_a_long_line_has_the_same_bits_on_any_count_of_cores) {
     };
     for (const auto& [formulas, stations, type] :
          {Case{Formulas::classic, 60001, thin_sheet}, Case{Formulas::classic, 50001, sphere},
-          Case{Formulas::classic, 30001, wire}, Case{Formulas::exact, 4001, thick_sheet},
-          Case{Formulas::exact, 4001, pipe}}) {
+          Case{Formulas::classic, 30001, wire}, Case{Formulas::exact, 15001, thick_sheet},
+          Case{Formulas::exact, 15001, pipe}}) {
         std::vector<float> alone;
         for (const int cores : {1, 3}) {
             const Cores machine(cores);

@@ -4,6 +4,9 @@
 #include <cmath>
 #include <gtest/gtest.h>
 
+#include "core/threads.h"
+#include "inversion/orthonormal_basis.h"
+
 namespace anomalis::inversion {
 
 namespace {
@@ -79,6 +82,28 @@ TEST(DenseSteps, axes_of_many_columns_are_not_waited_for_after_a_stop) {
     LeavingPacer pacer(1);
     EXPECT_THROW(axes_of(MatrixXd::Identity(151, 151), pacer), Stopped);
     EXPECT_EQ(pacer.words, 1);
+}
+
+TEST(OrthonormalBasis, of_a_tall_matrix_spans_its_columns_and_counts_those_that_depend_on_others_once) {
+    constexpr Eigen::Index rows = 1000, columns = 24;
+    MatrixXd tall(rows, columns);
+    for (Eigen::Index k = 0; k < columns; ++k)
+        for (Eigen::Index i = 0; i < rows; ++i)
+            tall(i, k) =
+                std::cos(0.003 * static_cast<double>((i + 1) * (k + 1))) + (i % (k + 2) == 0 ? 1 : 0);
+    tall.col(7) = 2 * tall.col(3) - tall.col(11);
+    MatrixXd bases[2];
+    for (const int turn : {0, 1}) {
+        limit_threads(turn == 0 ? 1 : 3);
+        bases[turn] = orthonormal_basis_of_units(tall, 1e-9);
+        limit_threads(0);
+    }
+    EXPECT_EQ(bases[0], bases[1]) << "the same bits on any count of cores";
+    const MatrixXd& basis = bases[0];
+    ASSERT_EQ(basis.cols(), columns - 1);
+    const MatrixXd unit = MatrixXd::Identity(columns - 1, columns - 1);
+    EXPECT_LT((basis.transpose() * basis - unit).norm(), 1e-12);
+    EXPECT_LT((tall - basis * (basis.transpose() * tall)).norm(), 1e-11 * tall.norm());
 }
 
 }  // namespace anomalis::inversion

@@ -22,6 +22,8 @@ namespace {
 
 /// Of closed forms: of a station, and of one edge of a ring for a station.
 constexpr double units_a_station = 200, units_an_edge = 20;
+/// What the widest vectors take of that.
+constexpr double wide_share = 1.0 / 8;
 
 /// What is wanted of a body at the stations: nT and mGal, null where a channel is not asked for.
 struct Wanted {
@@ -76,9 +78,12 @@ bool fill_solid(Task& task) {
 template <class Step>
 void in_stretches(Task& task, double units, const Step& step) {
     const StationView& all = task.place.stations;
-    for_stretches(all.count, units, task.pacer, [&](std::size_t first, std::size_t count) {
-        step(ExactPlace{part_of(all, first, count), task.place.frame}, task.wanted.from(first));
-    });
+    for_stretches(
+        all.count, units, task.pacer,
+        [&](std::size_t first, std::size_t count) {
+            step(ExactPlace{part_of(all, first, count), task.place.frame}, task.wanted.from(first));
+        },
+        wide_share * units);
 }
 
 /// The procedures for a shape, with what each channel needs. `units` are what a station takes in one channel.
