@@ -44,6 +44,8 @@ void AX_Grapher::RegisterData(std::span<const ChartRow> rows) {
     if (state_->busy_refresh) return;
     const bool on_black = resolved_colour(*state_, state_->properties.back_colour) == black;
     try {
+        // The mark of what was chosen goes with it.
+        if (state_->selected) state_->shown.forget();
         state_->selected.reset();
         state_->series.register_rows(rows, state_->properties, on_black ? white : black);
     } catch (const std::exception& failure) {

@@ -84,6 +84,9 @@ class DrawingDevice {
     virtual void copy_base_to_surface() {}
     /// The surface is complete, or the top layer has changed: show it at the next turn of the event loop.
     virtual void present() {}
+    /// True while the pictures are as they were when the surface was last presented: one that would be the
+    /// same need not be drawn.
+    virtual bool is_as_presented() const { return false; }
     /// 0 none, 1 single line around the control.
     virtual void set_border_style(int) {}
 

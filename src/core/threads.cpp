@@ -18,7 +18,9 @@ std::atomic<int>& chosen_limit() {
 
 int thread_count() {
     if (const int limit = chosen_limit()) return limit;
-    return static_cast<int>(std::max(std::thread::hardware_concurrency(), 1U));
+    // Asked once: the system reads a file for it.
+    static const int cores = static_cast<int>(std::max(std::thread::hardware_concurrency(), 1U));
+    return cores;
 }
 
 void limit_threads(int most) {

@@ -29,10 +29,16 @@ BrokenLine BrokenLine::of_channel(const Workspace& workspace, int channel, int f
     return line;
 }
 
-BrokenLine BrokenLine::of_stations(const Workspace& workspace) {
+BrokenLine BrokenLine::gaps_of_channel(const Workspace& workspace, int channel) {
+    if (channel_gaps(workspace, channel).none) return {};
+    return of_channel(workspace, channel, 1, workspace.station_count);
+}
+
+BrokenLine BrokenLine::gaps_of_stations(const Workspace& workspace) {
     BrokenLine line;
     const std::vector<Stretch> stretches = station_stretches(workspace);
     line.whole_ = stretches.size() < 2;
+    if (line.whole_) return line;
     for (const Stretch& stretch : stretches) {
         std::vector<int> stations(static_cast<std::size_t>(stretch.last - stretch.first) + 1);
         std::iota(stations.begin(), stations.end(), stretch.first);

@@ -18,8 +18,10 @@ class BrokenLine {
   public:
     /// Of the stations `first` to `last`, from 1, where a channel (0 magnetics, 1 gravity) has readings.
     static BrokenLine of_channel(const Workspace& workspace, int channel, int first, int last);
-    /// Of all stations: the line itself.
-    static BrokenLine of_stations(const Workspace& workspace);
+    /// Of all stations, for a chart that draws rows as they stand: without points where there is no gap.
+    static BrokenLine gaps_of_channel(const Workspace& workspace, int channel);
+    /// The same of the line itself.
+    static BrokenLine gaps_of_stations(const Workspace& workspace);
 
     /// No gap: curves can be drawn as their rows stand.
     bool whole() const { return whole_; }

@@ -120,7 +120,7 @@ std::vector<chart::AX_Grapher*> ModelCharts::shown_charts() {
 void ModelCharts::register_series(int index, const Workspace& workspace, const edit::ViewState& view) {
     chart::AX_Grapher& target = chart(index);
     if (index == edit::chart_section) {
-        const BrokenLine line = BrokenLine::of_stations(workspace);
+        const BrokenLine line = BrokenLine::gaps_of_stations(workspace);
         const auto ground = workspace.stations.column(column_ground);
         const std::vector<double> drawn = line.whole() ? std::vector<double>() : line.curve(ground);
         const std::array rows{
@@ -130,8 +130,7 @@ void ModelCharts::register_series(int index, const Workspace& workspace, const e
         target.SetSeriesOptions(1, 1, ground_brown, "Ground", 0, -1, 1);
         return;
     }
-    const BrokenLine line =
-        BrokenLine::of_channel(workspace, channel_of_chart(index), 1, workspace.station_count);
+    const BrokenLine line = BrokenLine::gaps_of_channel(workspace, channel_of_chart(index));
     std::array<std::vector<float>, 2> drawn;
     const auto curve = [&](Stage stage) {
         const std::span<const float> row = chart_curve(workspace, index, stage);

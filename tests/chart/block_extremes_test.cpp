@@ -56,5 +56,30 @@ TEST(BlockExtremes, a_new_row_replaces_the_old_one) {
     EXPECT_EQ(found.lowest, 150U);
 }
 
+TEST(BlockExtremes, a_stretch_that_changes_is_found_as_in_a_row_built_anew) {
+    std::mt19937 random(11);
+    Values values(4500);
+    for (double& value : values) value = static_cast<double>(random() % 1000);
+    BlockExtremes kept;
+    kept.build(values);
+    for (int change = 0; change < 60; ++change) {
+        const std::size_t from = random() % values.size();
+        const std::size_t to = std::min(from + 1 + random() % 700, values.size());
+        for (std::size_t i = from; i < to; ++i) values[i] = static_cast<double>(random() % 1000);
+        if (change % 3 == 0) values[from] = null_value;
+        kept.update(values, from, to);
+        for (int trial = 0; trial < 40; ++trial) {
+            const std::size_t first = random() % values.size();
+            const std::size_t end = first + 1 + random() % (values.size() - first);
+            if (is_null(values[first])) continue;
+            const auto expected = plainly(values, first, end);
+            const auto found = kept.find(values, first, end);
+            EXPECT_EQ(found.end, expected.end);
+            EXPECT_EQ(found.lowest, expected.lowest);
+            EXPECT_EQ(found.highest, expected.highest);
+        }
+    }
+}
+
 }  // namespace
 }  // namespace anomalis::chart

@@ -234,5 +234,42 @@ TEST(ChartTables, tell_their_rank_and_bounds) {
     EXPECT_EQ(AX_Grapher::ArrayUBound(table, 0), -1);
 }
 
+TEST(SeriesTable, what_is_kept_of_a_row_is_as_of_one_registered_anew) {
+    constexpr std::size_t count = 5001;
+    Values x(count);
+    for (std::size_t i = 0; i < count; ++i) x[i] = static_cast<double>(i) * 5;
+    std::vector<float> y(count, 1.0F);
+    SeriesTable kept;
+    std::uint64_t revision = 0;
+    const float inputs[] = {-7, 3, 12, -999, std::nanf(""), HUGE_VALF, -1e32F};
+    for (std::size_t change = 0; change < 30; ++change) {
+        const bool same = change % 5 == 4;
+        for (std::size_t i = change * 160; !same && i < change * 160 + 70; ++i)
+            y[i] = inputs[(i + change) % std::size(inputs)] + static_cast<float>(i % 7);
+        if (change == 28) y.resize(4000);
+        const std::vector<ChartRow> rows{{x_row, x}, {line_series, std::span<const float>(y)}};
+        kept.register_rows(rows, ChartProperties{}, black);
+        SeriesTable anew;
+        anew.register_rows(rows, ChartProperties{}, black);
+        EXPECT_EQ(kept.series(1).revision == revision, same && change != 28) << change;
+        revision = kept.series(1).revision;
+        const Values& values = kept.series(1).y;
+        ASSERT_EQ(values, anew.series(1).y);
+        EXPECT_EQ(kept.y_extent(), anew.y_extent());
+        EXPECT_EQ(kept.x_extent(), anew.x_extent());
+        for (std::size_t first = 0; first < count; first += 97) {
+            if (is_null(values[first])) continue;
+            const auto found = kept.series(1).extremes.find(values, first, count);
+            const auto expected = anew.series(1).extremes.find(values, first, count);
+            EXPECT_EQ(found.end, expected.end);
+            EXPECT_EQ(found.lowest, expected.lowest);
+            EXPECT_EQ(found.highest, expected.highest);
+            EXPECT_EQ(values[found.lowest],
+                      *std::min_element(values.begin() + static_cast<std::ptrdiff_t>(first),
+                                        values.begin() + static_cast<std::ptrdiff_t>(found.end)));
+        }
+    }
+}
+
 }  // namespace
 }  // namespace anomalis::chart

@@ -6,11 +6,12 @@
 
 namespace anomalis::chart {
 
-/// The lowest and highest value of each block of a long row, kept from one redraw to the next: a redraw then
-/// looks at one block where a pixel column holds hundreds of points.
+/// The lowest and highest value of each block of a long row, of blocks of those, and so on: kept from one
+/// redraw to the next, whatever is zoomed to, a redraw looks at a few blocks where a pixel column holds
+/// thousands of points.
 class BlockExtremes {
   public:
-    static constexpr std::size_t block = 64;
+    static constexpr std::size_t block = 16;  ///< values of the lowest level, blocks of those above
 
     /// The lowest and highest of a stretch, each the first of its value.
     struct Stretch {
@@ -20,17 +21,29 @@ class BlockExtremes {
     };
 
     void build(std::span<const double> values);
+    /// After values from `first` to before `end` of the row it was built from have changed.
+    void update(std::span<const double> values, std::size_t first, std::size_t end);
     /// Of `values`, the row it was built from, the stretch from `first`, which is no null, to `end` or the
     /// first null before it.
     Stretch find(std::span<const double> values, std::size_t first, std::size_t end) const;
 
   private:
-    /// A block that holds a null, or is cut by the end of the row, has `low` above `high`.
+    /// A block that holds a null has `low` above `high`; one that is cut by the end of the row there is not.
     struct Range {
-        double low;
-        double high;
+        double low = 1.0;
+        double high = 0.0;
+        bool whole() const { return low <= high; }
     };
-    std::vector<Range> blocks_;
+    /// The lowest or the highest so far: its value, and the block or value where it is first to be found.
+    struct Best {
+        double value;
+        std::size_t from;
+        std::size_t level;  ///< 0: a value, else of the blocks of `levels_[level - 1]`
+    };
+    std::size_t level_at(std::size_t i, std::size_t end) const;
+    std::size_t place_of(std::span<const double> values, Best best, double Range::*side) const;
+
+    std::vector<std::vector<Range>> levels_;
 };
 
 }  // namespace anomalis::chart

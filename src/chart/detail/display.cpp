@@ -154,6 +154,7 @@ void draw_chart_on_base(GrapherState& state) {
 
 /// The base picture anew: background, then the chart where there is room for one.
 int draw_base(GrapherState& state, int status, bool with_chart) {
+    state.shown.forget();
     state.surface->set_border_style(state.properties.border_style);
     if (status == 0 && with_chart && !state.layout.valid) status = -1;
     if (status == 0 && with_chart)
@@ -172,6 +173,7 @@ void overlay_on_screen(GrapherState& state) {
 }
 
 void show_surface(GrapherState& state, int status) {
+    state.shown.forget();
     DrawingDevice& surface = *state.surface;
     surface.copy_base_to_surface();
     surface.select_layer(DrawingDevice::Layer::surface);
@@ -264,8 +266,14 @@ void replay_overlay(GrapherState& state) {
 int display_chart(GrapherState& state) {
     if (state.surface == nullptr || state.busy_refresh) return -1;
     const int status = on_surface(state, [&] {
-        const int drawn = draw_base(state, update_on_surface(state, true), true);
+        const int laid_out = update_on_surface(state, true);
+        if (laid_out == 0 && state.shown.is_of(state)) {
+            state.base_kept = true;
+            return 0;
+        }
+        const int drawn = draw_base(state, laid_out, true);
         show_surface(state, drawn);
+        if (drawn == 0) state.shown.keep(state);
         return drawn;
     });
     tell_failures(state);
@@ -315,6 +323,7 @@ void draw_graphics(GrapherState& state) {
         state.overlay.items().empty())
         return;
     on_surface(state, [&] {
+        state.shown.forget();
         state.surface->select_layer(DrawingDevice::Layer::surface);
         open_on_screen(state);
         overlay_on_screen(state);

@@ -14,6 +14,7 @@
 #include "chart/detail/lower_picture.h"
 #include "chart/detail/series_painter.h"
 #include "chart/detail/series_table.h"
+#include "chart/detail/shown_picture.h"
 #include "chart/detail/tracks.h"
 #include "chart/detail/view_state.h"
 #include "chart/linked_crosshair.h"
@@ -69,6 +70,7 @@ struct GrapherState {
     BandPainter band_painter;
     TrackPainter track_painter;
     LowerPicture lower;
+    ShownPicture shown;
 
     Gesture gesture;
     std::optional<SelectedPoint> selected;

@@ -36,16 +36,17 @@ bool missing(double x, double y) {
     return is_null(x) || is_null(y);
 }
 
-/// True when a column holds so many points that looking them up is cheaper than passing them.
+/// So many points of a column are cheaper to look up than to pass.
+constexpr std::size_t crowd = 64;
+
 bool is_crowded(const SeriesPoints& points, std::size_t begin, const Column& column) {
-    constexpr std::size_t crowd = BlockExtremes::block;
     return points.extremes != nullptr && begin + crowd < points.ys.size() &&
            points.xs[begin + crowd] < column.high;
 }
 
 /// The first point from `begin` on that is right of a column. Strides that double find the stretch it is in.
 std::size_t crowd_end(std::span<const double> xs, std::size_t begin, const Column& column) {
-    std::size_t stride = BlockExtremes::block;
+    std::size_t stride = crowd;
     std::size_t from = begin;
     while (from + stride < xs.size() && xs[from + stride] < column.high) {
         from += stride;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <limits>
 
 namespace anomalis::chart {
@@ -25,21 +26,76 @@ void widen(std::optional<Interval>& extent, const Interval& seen) {
 struct Stored {
     Interval seen = nothing;  ///< the extent of what is not missing
     bool changed = false;     ///< something else was there before
+
+    void add(const Stored& other) {
+        seen.low = std::min(seen.low, other.seen.low);
+        seen.high = std::max(seen.high, other.seen.high);
+        changed |= other.changed;
+    }
 };
+
+constexpr std::size_t lanes = 2;
+using Lanes = double __attribute__((vector_size(lanes * sizeof(double))));
+using LaneMarks = std::int64_t __attribute__((vector_size(lanes * sizeof(std::int64_t))));
+
+/// store_cells for the first cells of a linear axis, as far as lanes are full.
+template <class Cell>
+Stored store_lanes(std::span<const Cell> cells, double data_null, std::span<double> out) {
+    constexpr Lanes none{};
+    const Lanes least = none + null_bound, most = none + std::numeric_limits<double>::max();
+    const Lanes unknown = none + data_null, null = none + null_value;
+    const Lanes no_low = none + nothing.low, no_high = none + nothing.high;
+    Lanes low = no_low, high = no_high;
+    LaneMarks differing{};
+    for (std::size_t i = 0; i + lanes <= out.size(); i += lanes) {
+        const Lanes value{static_cast<double>(cells[i]), static_cast<double>(cells[i + 1])};
+        // Every comparison but the last is false for a value that is no number.
+        const LaneMarks there = (value > least) & (value <= most) & (value != unknown);
+        const Lanes stored = there ? value : null;
+        Lanes before;
+        std::memcpy(&before, out.data() + i, sizeof before);
+        differing |= before != stored;
+        std::memcpy(out.data() + i, &stored, sizeof stored);
+        const Lanes for_low = there ? value : no_low, for_high = there ? value : no_high;
+        low = for_low < low ? for_low : low;
+        high = for_high > high ? for_high : high;
+    }
+    Stored result;
+    for (std::size_t k = 0; k < lanes; ++k) result.add({{low[k], high[k]}, differing[k] != 0});
+    return result;
+}
 
 /// Transforms cells into `out`, null_value where one is missing.
 template <class Cell>
 Stored store_cells(std::span<const Cell> cells, const AxisTransform& scale, double data_null,
                    std::span<double> out) {
     Stored result;
-    auto& [seen, changed] = result;
-    for (std::size_t i = 0; i < out.size(); ++i) {
+    std::size_t i = 0;
+    if (!scale.logarithmic()) {
+        result = store_lanes(cells, data_null, out);
+        i = out.size() / lanes * lanes;
+    }
+    for (; i < out.size(); ++i) {
         const double stored = forward_or_null(scale, static_cast<double>(cells[i]), data_null);
-        const bool there = !is_null(stored);
-        changed |= out[i] != stored;
+        const Interval seen = is_null(stored) ? nothing : Interval{stored, stored};
+        result.add({seen, out[i] != stored});
         out[i] = stored;
-        seen.low = std::min(seen.low, there ? stored : nothing.low);
-        seen.high = std::max(seen.high, there ? stored : nothing.high);
+    }
+    return result;
+}
+
+/// The same a stretch at a time, so that the extremes of what has changed are found while it is near.
+/// `extremes` null: there are none to keep.
+template <class Cell>
+Stored store_row(std::span<const Cell> cells, const AxisTransform& scale, double data_null,
+                 std::span<double> out, BlockExtremes* extremes) {
+    constexpr std::size_t stretch = 2048;
+    Stored result;
+    for (std::size_t at = 0; at < out.size(); at += stretch) {
+        const std::size_t count = std::min(stretch, out.size() - at);
+        const Stored part = store_cells(cells.subspan(at, count), scale, data_null, out.subspan(at, count));
+        if (extremes && part.changed) extremes->update(out, at, at + count);
+        result.add(part);
     }
     return result;
 }
@@ -121,34 +177,40 @@ void SeriesTable::store(std::span<const ChartRow> rows, const ChartProperties& p
             moved = opened.x.size() != rows[row - 1].cells.size();
             opened.x.resize(rows[row - 1].cells.size());
             rows[row - 1].cells.visit([&](auto cells) {
-                const Stored stored = store_cells(cells, properties.x.scale, null_value, opened.x);
+                const Stored stored = store_row(cells, properties.x.scale, null_value, opened.x, nullptr);
                 widen(x_extent_, stored.seen);
                 moved |= stored.changed;
             });
-            opened.ascending = std::is_sorted(opened.x.begin(), opened.x.end()) &&
-                               (opened.x.empty() || !is_null(opened.x.front()));
+            if (moved)
+                opened.ascending = std::is_sorted(opened.x.begin(), opened.x.end()) &&
+                                   (opened.x.empty() || !is_null(opened.x.front()));
         }
         SeriesData& data = series_[series_number++];
         const auto count = static_cast<std::size_t>(groups_[group_number - 1].count);
         const Cells cells = rows[row].cells;
-        bool changed = moved || data.y.size() != count || data.code != rows[row].code ||
-                       !data.markers.empty() || !data.colours.empty();
+        const bool resized = data.y.size() != count;
+        bool changed =
+            moved || resized || data.code != rows[row].code || !data.markers.empty() || !data.colours.empty();
         data.code = rows[row].code;
         data.markers.clear();
         data.colours.clear();
         data.y.resize(count);
         const std::span given = std::span(data.y).first(std::min(count, cells.size()));
         const std::span rest = std::span(data.y).subspan(given.size());
-        changed |= std::any_of(rest.begin(), rest.end(), [](double y) { return !is_null(y); });
+        const bool rest_changed = std::any_of(rest.begin(), rest.end(), [](double y) { return !is_null(y); });
         std::fill(rest.begin(), rest.end(), null_value);
+        // Blocks reach over the end of what is given, so the kept extremes hold for a row that is given
+        // whole.
+        const bool kept = !resized && !rest_changed && rest.empty();
         cells.visit([&](auto values) {
-            const Stored stored = store_cells(values, properties.y.scale, properties.data_null, given);
+            const Stored stored = store_row(values, properties.y.scale, properties.data_null, given,
+                                            kept ? &data.extremes : nullptr);
             widen(y_extent_, stored.seen);
-            changed |= stored.changed;
+            changed |= stored.changed || rest_changed;
         });
         if (!changed && data.revision != 0) continue;
         data.revision = ++revisions_;
-        data.extremes.build(data.y);
+        if (!kept) data.extremes.build(data.y);
     }
 }
 

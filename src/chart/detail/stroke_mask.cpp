@@ -1,32 +1,14 @@
 #include "chart/detail/stroke_mask.h"
 
 #include <cmath>
-#include <cstdlib>
-#include <cstring>
 #include <utility>
 
 #include "chart/detail/clip.h"
+#include "chart/detail/piece_rows.h"
 
 namespace anomalis::chart {
 
 namespace {
-
-/// Along a row of pixels: where the first stands in a piece's own direction, in pixels from its beginning.
-struct RowOfPiece {
-    float along;   ///< of the first pixel
-    float aside;   ///< likewise
-    float right;   ///< what one pixel to the right adds to `along`
-    float down;    ///< what it takes from `aside`
-    float length;  ///< of the piece
-
-    void cover(std::uint8_t* pixels, int count, const CoverTable& table) const {
-        float t = along, n = aside;
-        for (int i = 0; i < count; ++i, t += right, n -= down) {
-            const float beyond = std::max(std::max(-t, t - length), 0.0F);
-            pixels[i] = std::max(pixels[i], table.cover(n * n + beyond * beyond));
-        }
-    }
-};
 
 /// The pixel that holds a place, between the first and `extent`.
 int first_pixel(double at, int extent) {
@@ -66,16 +48,6 @@ std::pair<double, double> inside(const PixelRect& rect, Point a, Point b) {
     cut(a.x, b.x - a.x, rect.left, rect.right);
     cut(a.y, b.y - a.y, rect.top, rect.bottom);
     return {first, last};
-}
-
-/// The share of a pixel that is on the far side of a line at a distance from its centre. The parts of the
-/// line's direction are `most` and `least`; seen along it, the pixel is a trapezium.
-double pixel_beyond(double away, double most, double least) {
-    if (away < 0.0) return 1.0 - pixel_beyond(-away, most, least);
-    const double outer = (most + least) / 2.0, inner = (most - least) / 2.0;
-    if (away >= outer) return 0.0;
-    if (away <= inner) return 0.5 - away / most;
-    return (outer - away) * (outer - away) / (2.0 * most * least);
 }
 
 }  // namespace
@@ -149,25 +121,12 @@ class StrokeMask::FullTiles {
     PixelRect rect_;
 };
 
-CoverTable::CoverTable(double half, double least) {
-    const double most = std::sqrt(std::max(1.0 - least * least, 0.0));
-    reach_ = half + (most + least) / 2.0;
-    per_square_ = static_cast<float>(static_cast<double>(steps) / (reach_ * reach_));
-    for (std::size_t i = 0; i < steps; ++i) {
-        const double away = reach_ * std::sqrt(static_cast<double>(i) / static_cast<double>(steps));
-        const double area = pixel_beyond(away - half, most, least) - pixel_beyond(away + half, most, least);
-        covers_.at(i) = static_cast<std::uint8_t>(std::lround(255.0 * std::clamp(area, 0.0, 1.0)));
-    }
-}
-
-PenCover::PenCover(double half) : half_(half) {
-    for (std::size_t i = 0; i < slants; ++i) tables_.emplace_back(half, static_cast<double>(i) / per_slant);
-}
-
 void StrokeMask::resize(int width, int height) {
     width_ = std::max(width, 0);
     height_ = std::max(height, 0);
-    cover_.assign(static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_), 0);
+    pixels_ = static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_);
+    // Four pixels are taken at once, also at the end of the last row.
+    cover_.assign(pixels_ > 0 ? pixels_ + PieceRows::lanes : 0, 0);
     tiles_.resize(width_, height_);
     visited_ = 0;
 }
@@ -208,17 +167,18 @@ void StrokeMask::add_piece(Point a, Point b, const PenCover& pen) {
     const double step = slant * unit.x;
     double middle = slant == 0.0 ? left : a.x + (top + 0.5 - a.y) * step;
     PixelRect band{right, top, left, top};
-    for (int y = top; y < bottom; ++y, middle += step) {
+    const PieceRows piece(unit, length, table);
+    std::uint8_t* pixels = row(top);
+    const std::ptrdiff_t next_row = width_;
+    std::int64_t visited = 0;
+    for (int y = top; y < bottom; ++y, middle += step, pixels += next_row) {
         const int from = std::max(left, first_pixel(middle - wide, right));
         const int to = std::min(right, end_pixel(middle + wide, right));
         if (from < to) {
             const double below = y + 0.5 - a.y, beside = from + 0.5 - a.x;
-            const RowOfPiece piece{static_cast<float>(beside * unit.x + below * unit.y),
-                                   static_cast<float>(below * unit.x - beside * unit.y),
-                                   static_cast<float>(unit.x), static_cast<float>(unit.y),
-                                   static_cast<float>(length)};
-            piece.cover(row(y) + from, to - from, table);
-            visited_ += to - from;
+            piece.cover(pixels + from, to - from, static_cast<float>(beside * unit.x + below * unit.y),
+                        static_cast<float>(below * unit.x - beside * unit.y));
+            visited += to - from;
             band.left = std::min(band.left, from);
             band.right = std::max(band.right, to);
         }
@@ -227,12 +187,13 @@ void StrokeMask::add_piece(Point a, Point b, const PenCover& pen) {
         tiles_.add(band);
         band = {right, y + 1, left, y + 1};
     }
+    visited_ += visited;
 }
 
 /// Nobody can follow a line that passes each pixel of the raster several times.
 bool StrokeMask::is_overfull(std::span<const Point> line) const {
     constexpr double passes = 4.0;
-    const double most = passes * static_cast<double>(cover_.size());
+    const double most = passes * static_cast<double>(pixels_);
     // No piece is longer than the raster's two sides; most lines are told from that.
     if (static_cast<double>(line.size()) * (width_ + height_) < most) return false;
     double length = 0.0;
@@ -244,7 +205,7 @@ bool StrokeMask::is_overfull(std::span<const Point> line) const {
 /// Where whole tiles are full, nothing can be added. Two places of a full rectangle have a full line between
 /// them, so most of a line that is drawn over and over costs two comparisons a piece.
 void StrokeMask::add_overfull(std::span<const Point> line, double width) {
-    const std::int64_t between_looks = static_cast<std::int64_t>(cover_.size()) / 4;
+    const std::int64_t between_looks = static_cast<std::int64_t>(pixels_) / 4;
     const int wide = std::max(1, static_cast<int>(std::lround(width)));
     FullTiles full(tiles_.columns(), tiles_.rows());
     std::int64_t next_look = visited_ + between_looks;

@@ -1,55 +1,16 @@
 #pragma once
 
 #include <algorithm>
-#include <array>
-#include <cmath>
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <vector>
 
+#include "chart/detail/pen_cover.h"
 #include "chart/detail/tile_set.h"
 #include "chart/drawing_types.h"
 
 namespace anomalis::chart {
-
-/// Cover of a pixel by a round pen, by the square of the distance of its centre from the middle of the line:
-/// the area of the pixel that a straight stroke of this slant covers.
-class CoverTable {
-  public:
-    /// `half` the width in pixels; `least` the smaller part of the stroke's direction, 0 along an axis and
-    /// the root of 1/2 along a diagonal.
-    CoverTable(double half, double least);
-    /// Distance at which cover ends, pixels.
-    double reach() const { return reach_; }
-    std::uint8_t cover(float square) const {
-        constexpr auto last = static_cast<float>(steps - 1);
-        return covers_[static_cast<std::size_t>(static_cast<int>(std::min(square * per_square_, last)))];
-    }
-
-  private:
-    static constexpr std::size_t steps = 1024;
-    double reach_;
-    float per_square_;
-    std::array<std::uint8_t, steps> covers_{};
-};
-
-/// The covers of one width, by slant.
-class PenCover {
-  public:
-    explicit PenCover(double half);
-    double half() const { return half_; }
-    /// For a direction of length 1.
-    const CoverTable& along(Point unit) const {
-        const double least = std::min(std::abs(unit.x), std::abs(unit.y));
-        return tables_[static_cast<std::size_t>(least * per_slant + 0.5)];
-    }
-
-  private:
-    static constexpr std::size_t slants = 16;
-    static constexpr double per_slant = (slants - 1) * 1.4142135623730951;
-    double half_;
-    std::vector<CoverTable> tables_;
-};
 
 /// How far each pixel of a raster is covered by lines of a round pen, 0 to 255. A pixel that several pieces
 /// meet has the cover of the nearest, so a curve through many points is as even as one through two: its
@@ -99,6 +60,7 @@ class StrokeMask {
 
     int width_ = 0;
     int height_ = 0;
+    std::size_t pixels_ = 0;
     std::vector<std::uint8_t> cover_;
     TileSet tiles_;
     std::vector<PenCover> pens_;

@@ -74,7 +74,7 @@ void ScreenDevice::resize(QSize logical_size, double device_pixel_ratio) {
     }
     top_ = {};
     top_drawn_.resize(pixels.width(), pixels.height());
-    lower_kept_ = false;
+    lower_kept_ = as_presented_ = false;
     stamps_.clear();
     set_size(size_.width() * units_per_screen_pixel, size_.height() * units_per_screen_pixel);
 }
@@ -103,6 +103,7 @@ void ScreenDevice::release_painter() {
 
 void ScreenDevice::begin_as_below(std::size_t level) {
     settle();
+    as_presented_ = false;
     Sheet& sheet = sheets_[level];
     if (!sheet.as_below && level + 1 < levels) sheets_[level + 1].differs.add(sheet.differs);
     sheet.as_below = true;
@@ -112,6 +113,7 @@ void ScreenDevice::begin_as_below(std::size_t level) {
 bool ScreenDevice::make_ready() {
     if (active_.isActive()) return true;
     if (target().isNull()) return false;
+    as_presented_ = as_presented_ && on_top_;
     Sheet& sheet = sheets_[current_];
     if (!on_top_ && sheet.as_below) {
         copy_tiles(content(current_ - 1), sheet.image, sheet.differs);
@@ -135,6 +137,7 @@ void ScreenDevice::select_layer(Layer layer) {
 void ScreenDevice::clear(Colour colour, int back_style) {
     if (on_top_) return;
     settle();
+    as_presented_ = false;
     Sheet& sheet = sheets_[current_];
     sheet.as_below = false;
     if (!make_ready()) return;
@@ -150,6 +153,7 @@ void ScreenDevice::clear(Colour colour, int back_style) {
 /// The base becomes the lower picture, and is as below from then on.
 void ScreenDevice::keep_lower() {
     settle();
+    as_presented_ = false;
     Sheet& lower = sheets_[lower_level];
     Sheet& base = sheets_[base_level];
     if (base.image.isNull()) return;
@@ -176,6 +180,7 @@ void ScreenDevice::copy_base_to_surface() {
 
 void ScreenDevice::present() {
     settle();
+    as_presented_ = true;
     if (on_present_) on_present_();
 }
 

@@ -51,6 +51,7 @@ class ScreenDevice : public PainterDevice {
     bool take_lower() override;
     void copy_base_to_surface() override;
     void present() override;
+    bool is_as_presented() const override { return as_presented_; }
     void set_border_style(int style) override { border_style_ = style; }
 
   private:
@@ -76,6 +77,7 @@ class ScreenDevice : public PainterDevice {
     double ratio_ = 1.0;
     std::array<Sheet, levels> sheets_;
     bool lower_kept_ = false;
+    bool as_presented_ = false;  ///< no picture below the top was touched since `present`
     std::size_t current_ = base_level;
     QImage top_;
     TileSet top_drawn_;

@@ -153,7 +153,8 @@ TEST(ScreenDevice, no_mark_of_an_overlay_outlives_it) {
 
 /// A chart of two curves, as it is changed while a body is moved.
 struct MovedChart {
-    ScreenDevice surface;
+    int presented = 0;
+    ScreenDevice surface{[this] { ++presented; }};
     AX_Grapher chart;
     std::vector<double> x{0, 1, 2, 3, 4, 5}, observed{1, 4, 2, 8, 5, 7}, calculated{2, 3, 3, 6, 6, 5};
 
@@ -167,7 +168,13 @@ struct MovedChart {
                               ChartRow{line_series, calculated}};
         chart.RegisterData(rows);
         chart.SetSeriesOptions(1, 1, black, "Observed", marker, -1, 1);
-        chart.SetSeriesOptions(1, 2, 65280, "Calculated", 0, -1, 1);
+        chart.SetSeriesOptions(1, 2, 65280, "Calculated", 0, -1, width);
+        chart.SetSeriesCasing(1, 2, cased);
+        chart.ClearSavedGraphics();
+        for (const double body : bodies) {
+            const std::array xs{body, body + 1, body}, ys{1.0, 3.0, 5.0};
+            chart.DrawPolygon(3, xs.data(), ys.data(), black, 0x00A0FF, 1);
+        }
         chart.DisplayChart();
     }
     /// Pictures of another size keep nothing of these.
@@ -178,6 +185,9 @@ struct MovedChart {
         surface.resize(size, ratio);
     }
     int marker = 0;
+    int width = 1;
+    bool cased = false;
+    std::vector<double> bodies{1, 3};
 };
 
 /// What is kept of a picture from one redraw to the next is never seen: each is as one drawn from nothing.
@@ -197,6 +207,19 @@ TEST(ScreenDevice, a_chart_after_any_change_is_as_one_drawn_from_nothing) {
         [](MovedChart& c) { c.chart.SetZoomValues(2, 0.5, 1, 0.5); },
         [](MovedChart& c) { c.surface.resize(QSize(280, 160), 1.0); },
         [](MovedChart& c) { c.calculated[3] = 1; },
+        [](MovedChart& c) { c.width = 2; },
+        [](MovedChart& c) { c.cased = true; },
+        [](MovedChart& c) { c.bodies[0] = 1.5; },
+        [](MovedChart& c) { c.bodies.pop_back(); },
+        [](MovedChart& c) { c.bodies.clear(); },
+        [](MovedChart& c) { c.chart.DisplayLegend(true); },
+        [](MovedChart& c) {
+            c.chart.ShowColourKey(ColourKey{"Density", "1", "3", {black, 0x00A0FF}});
+        },
+        [](MovedChart& c) {
+            c.chart.ShowColourKey(ColourKey{"Density", "1", "4", {black, 0x00A0FF}});
+        },
+        [](MovedChart& c) { c.chart.ShowColourKey(std::nullopt); },
     };
     MovedChart moved;
     moved.show();
@@ -211,6 +234,24 @@ TEST(ScreenDevice, a_chart_after_any_change_is_as_one_drawn_from_nothing) {
         EXPECT_EQ(shown, moved.surface.picture()) << "after change " << i;
         before = shown;
     }
+}
+
+TEST(ScreenDevice, a_chart_that_would_look_the_same_is_not_drawn_again) {
+    MovedChart kept;
+    kept.show();
+    const int first = kept.presented;
+    kept.show();
+    EXPECT_EQ(kept.presented, first);
+    // What others have drawn or chosen meanwhile goes.
+    kept.chart.DrawGraphics();
+    const int drawn_over = kept.presented;
+    kept.show();
+    EXPECT_GT(kept.presented, drawn_over);
+    kept.show();
+    kept.chart.SelectPoint(1, 1, 2, true);
+    const int chosen = kept.presented;
+    kept.show();
+    EXPECT_GT(kept.presented, chosen) << "the mark of the chosen point";
 }
 
 TEST(ScreenDevice, stamped_markers_stand_where_single_ones_stand) {
