@@ -3,6 +3,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdint>
+#include <cstring>
 #include <limits>
 #include <string_view>
 
@@ -105,42 +106,70 @@ std::uint64_t round_half_up(const Rounded& rounded, int decimals) {
 
 constexpr std::size_t longest = 40;
 
-/// With so many decimals in its type, so that dividing by their power is a product.
-template <int decimals>
-char* write_scaled(char* at, char* end, std::uint64_t scaled) {
-    return write_decimal(at, end, scaled, decimals);
+/// The digits of 00 to 99.
+struct DigitPairs {
+    char digits[200];
+    constexpr DigitPairs() : digits() {
+        for (int i = 0; i < 100; ++i) {
+            digits[2 * i] = static_cast<char>('0' + i / 10);
+            digits[2 * i + 1] = static_cast<char>('0' + i % 10);
+        }
+    }
+};
+constexpr DigitPairs pairs;
+
+inline char* put_pair_before(char* end, std::uint64_t number) {
+    return static_cast<char*>(std::memcpy(end - 2, pairs.digits + 2 * number, 2));
 }
 
-void append_scaled(std::string& text, bool negative, std::uint64_t scaled, int decimals) {
-    char buffer[longest];
-    char* at = buffer;
-    char* const end = buffer + sizeof buffer;
-    if (negative && scaled != 0) *at++ = '-';
+inline char* put_digit_before(char* end, std::uint64_t digit) {
+    *--end = static_cast<char>('0' + digit);
+    return end;
+}
+
+/// Writes a number from its end on; with the decimals in its type, so that dividing by their power is a
+/// product.
+template <int decimals>
+char* write_scaled(char* at, bool negative, std::uint64_t scaled) {
+    constexpr std::size_t room = 24;  // 20 digits, a point and a sign
+    char buffer[room];
+    char* const end = buffer + room;
+    char* first = end;
+    std::uint64_t whole = scaled / whole_powers[decimals];
+    const std::uint64_t fraction = scaled % whole_powers[decimals];
+    if constexpr (decimals == 1) first = put_digit_before(first, fraction);
+    if constexpr (decimals == 2) first = put_pair_before(first, fraction);
+    if constexpr (decimals == 3)
+        first = put_pair_before(put_digit_before(first, fraction % 10), fraction / 10);
+    if constexpr (decimals > 0) *--first = '.';
+    for (; whole >= 100; whole /= 100) first = put_pair_before(first, whole % 100);
+    first = whole >= 10 ? put_pair_before(first, whole) : put_digit_before(first, whole);
+    if (negative && scaled != 0) *--first = '-';
+    const auto length = static_cast<std::size_t>(end - first);
+    std::memcpy(at, first, length);
+    return at + length;
+}
+
+char* write_scaled(char* at, bool negative, std::uint64_t scaled, int decimals) {
     switch (decimals) {
         case 0:
-            at = write_scaled<0>(at, end, scaled);
-            break;
+            return write_scaled<0>(at, negative, scaled);
         case 1:
-            at = write_scaled<1>(at, end, scaled);
-            break;
+            return write_scaled<1>(at, negative, scaled);
         case 2:
-            at = write_scaled<2>(at, end, scaled);
-            break;
+            return write_scaled<2>(at, negative, scaled);
         default:
-            at = write_scaled<3>(at, end, scaled);
-            break;
+            return write_scaled<3>(at, negative, scaled);
     }
-    text.append(buffer, at);
 }
 
-/// Appends a number whose scaled value is too far from a tie for its last significant digit to decide it.
-/// False when it is not.
-bool append_clear(std::string& text, bool negative, double scaled, double margin, int decimals) {
+/// Writes a number whose scaled value is too far from a tie for its last significant digit to decide it. Null
+/// when it is not.
+char* write_clear(char* at, bool negative, double scaled, double margin, int decimals) {
     const auto whole = static_cast<std::int64_t>(scaled);
     const double rest = scaled - static_cast<double>(whole);
-    if (!(std::abs(rest - 0.5) > margin)) return false;
-    append_scaled(text, negative, static_cast<std::uint64_t>(whole) + (rest > 0.5 ? 1 : 0), decimals);
-    return true;
+    if (!(std::abs(rest - 0.5) > margin)) return nullptr;
+    return write_scaled(at, negative, static_cast<std::uint64_t>(whole) + (rest > 0.5 ? 1 : 0), decimals);
 }
 
 template <class Real>
@@ -150,16 +179,23 @@ void append_shortest(std::string& text, Real value) {
 }
 
 template <class Real>
-void append_by_pattern(std::string& text, Real value, int decimals) {
-    text += format_number(value, fixed_patterns[decimals]);
+char* write_by_pattern(char* at, Real value, int decimals) {
+    const std::string text = format_number(value, fixed_patterns[decimals]);
+    std::memcpy(at, text.data(), text.size());
+    return at + text.size();
 }
 
 /// From 1e-4 on and below 10 to the significant digits of its type.
 template <class Real>
-void append_rounded(std::string& text, Real value, int decimals) {
+char* write_rounded(char* at, Real value, int decimals) {
     const auto size = std::abs(static_cast<double>(value));
-    const std::uint64_t scaled = round_half_up(round_to_digits<Real>(size), decimals);
-    append_scaled(text, value < 0, scaled, decimals);
+    return write_scaled(at, value < 0, round_half_up(round_to_digits<Real>(size), decimals), decimals);
+}
+
+template <class Real>
+void append_written(std::string& text, Real value, int decimals) {
+    char buffer[longest_fixed];
+    text.append(buffer, write_fixed(buffer, value, decimals));
 }
 
 template <class Real>
@@ -190,25 +226,34 @@ void append_default_form(std::string& text, Real value) {
 
 }  // namespace
 
-void append_fixed(std::string& text, float value, int decimals) {
+char* write_fixed(char* at, float value, int decimals) {
     // Of 7 digits one stands behind the decimals of so large a scaled value.
     constexpr double limit = 1e6;
     constexpr double margin = 0.051;
     const double size = std::abs(static_cast<double>(value));
     const double scaled = size * decimal_shifts[decimals];
-    if (scaled < limit && append_clear(text, value < 0, scaled, margin, decimals)) return;
-    if (!(size < 1e7)) return append_by_pattern(text, value, decimals);
-    append_rounded(text, value, decimals);
+    if (scaled < limit)
+        if (char* const end = write_clear(at, value < 0, scaled, margin, decimals)) return end;
+    return size < 1e7 ? write_rounded(at, value, decimals) : write_by_pattern(at, value, decimals);
 }
 
-void append_fixed(std::string& text, double value, int decimals) {
+char* write_fixed(char* at, double value, int decimals) {
     // Of 15 digits four stand behind the decimals of so large a scaled value.
     constexpr double limit = 1e11;
     constexpr double margin = 1e-3;
     const double size = std::abs(value);
     const double scaled = size * decimal_shifts[decimals];
-    if (!(scaled < limit)) return append_by_pattern(text, value, decimals);
-    if (!append_clear(text, value < 0, scaled, margin, decimals)) append_rounded(text, value, decimals);
+    if (!(scaled < limit)) return write_by_pattern(at, value, decimals);
+    char* const end = write_clear(at, value < 0, scaled, margin, decimals);
+    return end ? end : write_rounded(at, value, decimals);
+}
+
+void append_fixed(std::string& text, float value, int decimals) {
+    append_written(text, value, decimals);
+}
+
+void append_fixed(std::string& text, double value, int decimals) {
+    append_written(text, value, decimals);
 }
 
 void append_default(std::string& text, float value) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 
 // Numbers put behind a text by whole numbers alone, for tables and drawings of millions of them. The same
@@ -11,6 +12,12 @@ inline constexpr int most_appended_decimals = 3;
 /// Appends `format_number` by the pattern "0", "0.0", "0.00" or "0.000"; `decimals` from 0 to 3.
 void append_fixed(std::string& text, float value, int decimals);
 void append_fixed(std::string& text, double value, int decimals);
+
+/// The same where `at` points; returns the place behind it. There must be room for `longest_fixed`
+/// characters, and more of it than the number takes may be written to.
+inline constexpr std::size_t longest_fixed = 320;
+char* write_fixed(char* at, float value, int decimals);
+char* write_fixed(char* at, double value, int decimals);
 
 /// Appends `number_to_text`, the default form with a blank or a minus sign in front.
 void append_default(std::string& text, float value);

@@ -1,6 +1,8 @@
+#include <algorithm>
 #include <cmath>
 #include <span>
 
+#include "core/append_number.h"
 #include "core/failure.h"
 #include "core/gaps.h"
 #include "core/text.h"
@@ -35,13 +37,13 @@ std::string header(const Workspace& workspace) {
     return line;
 }
 
+constexpr std::string_view comma = ", ";
+constexpr std::string_view missing = "-1e32";
+
 /// A missing value is the usual mark of one, not its 33 digits.
-void append_reading(std::string& line, float value) {
-    if (is_reading(static_cast<double>(value)) || std::isnan(value)) {
-        append_field(line, value, 2);
-    } else {
-        line += "-1e32";
-    }
+char* write_reading(char* at, float value) {
+    if (is_reading(static_cast<double>(value)) || std::isnan(value)) return write_field(at, value, 2);
+    return std::copy(missing.begin(), missing.end(), at);
 }
 
 /// The rows of a channel in the order of their columns.
@@ -87,13 +89,16 @@ void put_stations(const Workspace& workspace, const TextSink& put) {
     const std::vector<Place> places = place_columns(workspace);
     const std::vector<std::span<const float>> readings = reading_columns(workspace);
     const auto form = [&](int first, int last, std::string& text) {
+        std::vector<char> row((places.size() + readings.size()) * (longest_fixed + comma.size()));
         for (auto i = static_cast<std::size_t>(first - 1); i < static_cast<std::size_t>(last); ++i) {
-            const char* comma = "";
+            char* at = row.data();
+            const auto separate = [&at] { at = std::copy(comma.begin(), comma.end(), at); };
             for (const Place& place : places) {
-                append_field(text += comma, place.values[i], place.decimals);
-                comma = ", ";
+                if (at != row.data()) separate();
+                at = write_field(at, place.values[i], place.decimals);
             }
-            for (const auto& column : readings) append_reading(text += ", ", column[i]);
+            for (const auto& column : readings) separate(), at = write_reading(at, column[i]);
+            text.append(row.data(), at);
             text += "\r\n";
         }
     };

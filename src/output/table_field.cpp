@@ -1,5 +1,6 @@
 #include "output/table_field.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "core/append_number.h"
@@ -9,25 +10,25 @@ namespace anomalis::output {
 namespace {
 
 template <class Number>
-void append(std::string& text, Number value, int decimals) {
-    std::isfinite(value) ? append_fixed(text, value, decimals) : void(text += no_number);
+char* write(char* at, Number value, int decimals) {
+    if (std::isfinite(value)) return write_fixed(at, value, decimals);
+    return std::copy(no_number.begin(), no_number.end(), at);
 }
 
 template <class Number>
 std::string field(Number value, int decimals) {
-    std::string text;
-    append(text, value, decimals);
-    return text;
+    char buffer[longest_fixed];
+    return {buffer, write(buffer, value, decimals)};
 }
 
 }  // namespace
 
-void append_field(std::string& text, float value, int decimals) {
-    append(text, value, decimals);
+char* write_field(char* at, float value, int decimals) {
+    return write(at, value, decimals);
 }
 
-void append_field(std::string& text, double value, int decimals) {
-    append(text, value, decimals);
+char* write_field(char* at, double value, int decimals) {
+    return write(at, value, decimals);
 }
 
 std::string fixed_field(float value, int decimals) {

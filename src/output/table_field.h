@@ -10,10 +10,12 @@ namespace anomalis::output {
 /// a sum beyond what single precision holds. Readers of data files drop a record with it.
 inline constexpr std::string_view no_number = "*";
 
-/// Appends a number with so many decimals; `no_number` for one that is not finite.
-void append_field(std::string& text, float value, int decimals);
-void append_field(std::string& text, double value, int decimals);
+/// Writes a number with so many decimals; `no_number` for one that is not finite. Returns the place behind
+/// it; `at` has room for `longest_fixed` characters.
+char* write_field(char* at, float value, int decimals);
+char* write_field(char* at, double value, int decimals);
 
+/// The same as a text.
 std::string fixed_field(float value, int decimals);
 std::string fixed_field(double value, int decimals);
 
