@@ -1,6 +1,7 @@
 // What a body costs a station over the range of sizes, depths and lines that users have: one table a kind of
 // body, in nanoseconds a station of one channel on one thread, and last the ratio of the dearest to the
-// cheapest row of each sweep. `--quick` takes fewer turns.
+// cheapest row of each sweep; then what the demagnetising tensor of a changed shape costs. `--quick` takes
+// fewer turns.
 
 #include <algorithm>
 #include <cstdio>
@@ -189,6 +190,28 @@ void measure(const Kind& kind) {
     });
 }
 
+/// What the tensor of a body costs when its shape changes, beside what it takes part in: a strike-limited
+/// thick sheet or a pipe, exact, at as many stations as cost the same.
+void measure_tensors() {
+    std::printf("\ndemagnetising tensor%14s%28s\n", "us", "as many stations cost");
+    for (const double width : {0.1, 5.0, 100.0, 1000.0})
+        for (const BodyType type : {thick_sheet, pipe}) {
+            Setting setting;
+            setting.type = type;
+            setting.width = width;
+            const Costs costs = costs_of(setting);
+            Workspace workspace = workspace_of(setting);
+            BestTime best;
+            for (int turn = 0; turn < turns; ++turn) {
+                workspace.body(1).demagnetisation.known = false;
+                best.take([&] { forward::body_demagnetisation(workspace.body(1)); });
+            }
+            char name[64];
+            std::snprintf(name, sizeof name, "%s, width m %g", type == pipe ? "pipe" : "thick sheet", width);
+            std::printf("%-20s%14.1f%28.0f\n", name, best.seconds() * 1e6, best.seconds() * 1e9 / costs[3]);
+        }
+}
+
 }  // namespace
 }  // namespace anomalis
 
@@ -197,5 +220,6 @@ int main(int count, char** arguments) {
     anomalis::limit_threads(1);
     std::printf("ns a station, one channel, %d stations, one thread\n", anomalis::stations);
     for (const anomalis::Kind& kind : anomalis::kinds) anomalis::measure(kind);
+    anomalis::measure_tensors();
     return 0;
 }
