@@ -89,6 +89,17 @@ TEST(ShapeDemagnetisation, flat_plates_tend_to_1_across) {
     EXPECT_LT(across(0.001), 1);
 }
 
+TEST(ShapeDemagnetisation, veins_and_flakes_have_a_tensor_of_trace_1) {
+    for (const double width : {1e-3, 0.01, 0.1, 1.0, 1000.0})
+        for (const double size : {1.0, 30.0, 2000.0})
+            for (const double lean : {0.0, 0.9}) {
+                const Tensor3 n =
+                    prism_demagnetisation({Point3{width, 0, 0.3 * width}, Point3{0, size, -0.2 * size},
+                                           Point3{lean * size, 0, -size}});
+                EXPECT_NEAR(n.trace(), 1, 2e-4) << width << " by " << size << " leaning " << lean;
+            }
+}
+
 TEST(ShapeDemagnetisation, a_long_prism_tends_to_its_section_and_a_deep_one_to_its_column) {
     SheetShape sheet;
     sheet.cotangent = 0.5;
