@@ -55,8 +55,7 @@ inline const char* scan_decimal(const char* at, const char* end, double& value) 
     std::ptrdiff_t decimals = 0;
     if (at != end && *at == '.') {
         const char* const point = ++at;
-        for (; at != end && is_decimal_digit(*at); ++at)
-            digits = digits * 10 + static_cast<unsigned>(*at - '0');
+        at = scan_digits(at, end, digits);
         decimals = at - point;
         count += decimals;
     }

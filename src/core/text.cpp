@@ -1,10 +1,8 @@
 #include "core/text.h"
 
 #include <algorithm>
-#include <array>
 
-#include "core/decimal_scan.h"
-#include "core/numbers.h"
+#include "core/token_scan.h"
 
 namespace anomalis {
 
@@ -12,17 +10,6 @@ namespace {
 
 bool skips(char c) {
     return c == ' ' || c == '\t';
-}
-
-/// Asked for every character of a data file, so by a table.
-constexpr auto token_ends = [] {
-    std::array<bool, 256> ends{};
-    for (const unsigned char c : {' ', '\t', ',', ';', '\''}) ends[c] = true;
-    return ends;
-}();
-
-bool ends_token(char c) {
-    return token_ends[static_cast<unsigned char>(c)];
 }
 
 void skip_blanks(std::string_view& line) {
@@ -74,13 +61,7 @@ std::string_view next_token(std::string_view& line) {
 }
 
 bool next_number(std::string_view& line, double& value) {
-    skip_blanks(line);
-    const char* const end = line.data() + line.size();
-    const char* const stop = line.empty() ? nullptr : scan_decimal(line.data(), end, value);
-    if (!stop || (stop != end && !ends_token(*stop))) return parse_number(next_token(line), value);
-    line.remove_prefix(static_cast<std::size_t>(stop - line.data()));
-    drop_separator(line);
-    return true;
+    return scan_number(line, value);
 }
 
 bool equal_ignoring_case(std::string_view a, std::string_view b) {

@@ -4,7 +4,6 @@
 #include <cmath>
 #include <limits>
 
-#include "core/gaps.h"
 #include "core/workspace.h"
 #include "intake/record_reader.h"
 
@@ -48,7 +47,7 @@ void RecordBlock::reserve(std::size_t rows) {
 
 float RecordBlock::reading(const RecordReader& record, Quantity quantity) {
     const double value = record.values()[quantity];
-    if (is_reading(value)) return record.single(quantity);
+    if (value > missing_limit) return record.single(quantity);
     if (misfit_line_ == 0 && std::isinf(static_cast<float>(value))) misfit_line_ = record.line_number();
     return static_cast<float>(never_read);
 }
@@ -57,7 +56,7 @@ void RecordBlock::add(const RecordReader& record) {
     const RecordValues& values = record.values();
     for (const Quantity q : {quantity_z, quantity_dtm}) {
         if (!is_wanted(q)) continue;
-        if (is_reading(values[q])) record.single(q);
+        if (values[q] > missing_limit) record.single(q);
         doubles_[q].push_back(values[q]);
     }
     for (const Quantity q : {quantity_mag, quantity_grav})

@@ -4,6 +4,7 @@
 #include <set>
 
 #include "core/text.h"
+#include "core/token_scan.h"
 #include "core/workspace.h"
 
 namespace anomalis::intake {
@@ -53,7 +54,7 @@ RowReading RecordColumns::read(std::string_view line, RecordValues& values) cons
         }
         double value = 0;
         std::string_view at = line;
-        if (!next_number(line, value)) return {RowReading::no_number, next_token(at), taken, column};
+        if (!scan_number(line, value)) return {RowReading::no_number, next_token(at), taken, column};
         ++column;
         for (unsigned bits = wanted_[i].quantities; bits != 0; bits &= bits - 1)
             values[static_cast<std::size_t>(std::countr_zero(bits))] = value;

@@ -19,10 +19,16 @@ enum class LineUse {
 
 /// What of a line can be a record: without the blanks and tabs before it and the blanks behind it; "" of a
 /// line that holds nothing else. A view into `line`.
-std::string_view record_text(std::string_view line);
+inline std::string_view record_text(std::string_view line) {
+    while (!line.empty() && (line.front() == ' ' || line.front() == '\t')) line.remove_prefix(1);
+    while (!line.empty() && line.back() == ' ') line.remove_suffix(1);
+    return line;
+}
 
 /// Whether a line, as `record_text` gives it, is a comment.
-bool is_comment(std::string_view text);
+inline bool is_comment(std::string_view text) {
+    return !text.empty() && (text.front() == '!' || text.front() == '\\');
+}
 
 /// Sorts the lines from the first data line on. They fall into groups of `read_increment` lines, comments not
 /// counted; the last line of a group is the record, and where it is blank the next one that is not.
@@ -31,7 +37,14 @@ class RecordLines {
     explicit RecordLines(const DataDefinition& definition);
 
     /// Takes the next line, as `record_text` gives it. A record ends its group.
-    LineUse take(std::string_view text);
+    LineUse take(std::string_view text) {
+        ++lines_read_;
+        if (is_comment(text)) return LineUse::comment;
+        ++step_;
+        if (text.empty() || step_ < read_increment_) return LineUse::passed_over;
+        step_ = 0;
+        return LineUse::record;
+    }
     /// The record that was taken last gave its values. Only such a record can be the final one.
     void accept_record();
     /// The final data line was reached: what follows is not read. Comments count as lines here.

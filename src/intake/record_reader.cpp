@@ -6,7 +6,6 @@
 #include <utility>
 
 #include "core/failure.h"
-#include "core/gaps.h"
 #include "core/workspace.h"
 #include "intake/data_blocks.h"
 #include "transform/transform.h"
@@ -106,7 +105,7 @@ bool RecordReader::find_record(std::string_view& line) {
 }
 
 void RecordReader::note_missing_heights() {
-    const auto missing = [this](Quantity q) { return was_read(q) && !is_reading(state_.values[q]); };
+    const auto missing = [this](Quantity q) { return was_read(q) && !(state_.values[q] > missing_limit); };
     if (missing(quantity_z)) ++state_.notes.missing_sensor_heights;
     if (missing(quantity_dtm)) ++state_.notes.missing_ground_heights;
 }
