@@ -16,6 +16,10 @@ namespace {
 
 /// Of an edge or a face for a station: near enough to tell a short job from a long one.
 constexpr double nanoseconds_each = 3;
+/// Of a parallelepiped for a station.
+constexpr double box_nanoseconds = 15;
+/// Of the expansion for a station.
+constexpr double exterior_nanoseconds = 40;
 /// Of a facet, to cut a mesh into parts, and to fold what is wanted into it.
 constexpr double split_units = 50, fold_units = 50;
 /// Of a facet for a station that stands on an edge.
@@ -35,20 +39,24 @@ void PolyhedronEvaluation::assign(std::span<const Point3> points, std::span<cons
     exterior_ready_ = false;
     mesh_.build(points, facets, pacer);
     parts_.split(mesh_);
+    box_ = Parallelepiped::of(mesh_);
     pacer.done(split_units * static_cast<double>(facets.size()));
 }
 
-bool PolyhedronEvaluation::is_far(const Point3& unit) const {
-    const double limit = exterior_distance * mesh_.radius;
-    return mesh_.closed && dot(unit, unit) > limit * limit;
+/// From where on the expansion serves, in unit coordinates.
+double PolyhedronEvaluation::far_limit() const {
+    return mesh_.closed ? exterior_distance * mesh_.radius : std::numeric_limits<double>::infinity();
 }
 
 /// Prepares the expansion when a station will use it.
 void PolyhedronEvaluation::fold_exterior(const StationSpans& stations, const Wanted& wanted, Pacer& pacer) {
-    bool used = false;
-    for (std::size_t i = 0; i < stations.east.size() && !used; ++i)
-        used = is_far(mesh_.to_unit({stations.east[i], stations.north[i], stations.up[i]}));
-    if (!used) return;
+    const std::size_t n = stations.east.size();
+    StationGroup group;
+    std::size_t far = 0;
+    for (std::size_t i = 0; i < n && far == 0; i += StationBlock::capacity)
+        far = group.take(stations, i, std::min(StationBlock::capacity, n - i), mesh_.centre, mesh_.scale,
+                         far_limit());
+    if (far == 0) return;
     if (!exterior_ready_) exterior_.take(mesh_, pacer);
     exterior_ready_ = true;
     exterior_terms_ = {};
@@ -62,25 +70,43 @@ void PolyhedronEvaluation::fold_exterior(const StationSpans& stations, const Wan
 bool PolyhedronEvaluation::run_block(const Job& job, std::size_t block, double* scratch,
                                      PieceWorker& worker) const {
     const std::size_t first = block * StationBlock::capacity;
-    const std::size_t last = std::min(first + StationBlock::capacity, job.stations.east.size());
-    StationGroup plain, far, close;
-    for (std::size_t i = first; i < last; ++i) {
-        const Point3 unit = mesh_.to_unit({job.stations.east[i], job.stations.north[i], job.stations.up[i]});
-        (is_far(unit) ? far : plain).add(unit, i);
+    const std::size_t count = std::min(StationBlock::capacity, job.stations.east.size() - first);
+    StationGroup all;
+    const double limit = far_limit();
+    const std::size_t far_count = all.take(job.stations, first, count, mesh_.centre, mesh_.scale, limit);
+    if (far_count == 0) return run_plain(job, all, scratch, worker);
+    if (far_count == count) return run_far(job, all, worker);
+    StationGroup plain, far;
+    for (std::size_t i = 0; i < count; ++i) {
+        const Point3 at = all.place(i);
+        (dot(at, at) > limit * limit ? far : plain).add(at, all.index[i]);
     }
-    if (!far.empty()) {
-        const std::size_t real = far.pad();
-        exterior_sums_at(job.level)(exterior_terms_, far.block);
-        far.write(real, job.wanted.result, 0, sum_count(job.wanted.kind));
-    }
-    if (plain.empty()) return true;
+    return run_far(job, far, worker) && run_plain(job, plain, scratch, worker);
+}
+
+bool PolyhedronEvaluation::run_far(const Job& job, StationGroup& far, PieceWorker& worker) const {
+    const std::size_t real = far.pad();
+    exterior_sums_at(job.level)(exterior_terms_, far.block);
+    far.write(real, job.wanted.result, 0, sum_count(job.wanted.kind));
+    return worker.goes_on(exterior_nanoseconds * static_cast<double>(far.block.count));
+}
+
+bool PolyhedronEvaluation::run_plain(const Job& job, StationGroup& plain, double* scratch,
+                                     PieceWorker& worker) const {
     const std::size_t real = plain.pad();
-    if (!add_parts(polyhedron_sums_at(job.level), scratch, plain.block, worker)) return false;
+    if (!add_sums(job, scratch, plain.block, worker)) return false;
     plain.write(real, job.wanted.result, 0, sum_count(job.wanted.kind));
+    StationGroup close;
     for (std::size_t i = 0; i < real; ++i)
-        if (plain.block.margin[i] < 0)
-            close.add({plain.block.x[i], plain.block.y[i], plain.block.z[i]}, plain.index[i]);
+        if (plain.block.margin[i] < 0) close.add(plain.place(i), plain.index[i]);
     return close.empty() || run_close(job, close, scratch, worker);
+}
+
+bool PolyhedronEvaluation::add_sums(const Job& job, double* scratch, StationBlock& block,
+                                    PieceWorker& worker) const {
+    if (!box_) return add_parts(polyhedron_sums_at(job.level), scratch, block, worker);
+    parallelepiped_sums_at(job.level)(box_terms_, block);
+    return worker.goes_on(box_nanoseconds * static_cast<double>(block.count));
 }
 
 bool PolyhedronEvaluation::add_parts(SumsKernel sums, double* scratch, StationBlock& block,
@@ -104,8 +130,7 @@ bool PolyhedronEvaluation::run_close(const Job& job, StationGroup& close, double
     const double clearance = clearance_units * static_cast<double>(mesh_.faces.size());
     StationGroup moved;
     for (std::size_t i = 0; i < close.block.count; ++i) {
-        moved.add(clear_of_edges(mesh_, {close.block.x[i], close.block.y[i], close.block.z[i]}, scratch),
-                  close.index[i]);
+        moved.add(clear_of_edges(mesh_, close.place(i), scratch), close.index[i]);
         if (!worker.goes_on(clearance)) return false;
     }
     const int tensors = tensor_sums(job.wanted.kind);
@@ -130,12 +155,14 @@ void PolyhedronEvaluation::evaluate(const StationSpans& stations, const Wanted& 
     }
     Pacer& pacer = how.pacer ? *how.pacer : no_pace();
     terms_.fold(mesh_, parts_, wanted);
+    if (box_) box_terms_ = box_->fold(mesh_, wanted);
     pacer.done(fold_units * static_cast<double>(mesh_.faces.size()));
     fold_exterior(stations, wanted, pacer);
     const std::size_t n = stations.east.size();
     const std::size_t blocks = (n + StationBlock::capacity - 1) / StationBlock::capacity;
     const auto facets = static_cast<double>(mesh_.edges.size() + mesh_.faces.size());
-    const int workers = worker_count(nanoseconds_each * facets * static_cast<double>(n), blocks, how.threads);
+    const int workers = worker_count(
+        (box_ ? box_nanoseconds : nanoseconds_each * facets) * static_cast<double>(n), blocks, how.threads);
     const std::size_t part = std::max(parts_.most_vertices() * StationBlock::padding, mesh_.vertices.size());
     distances_.resize(std::max(distances_.size(), part * static_cast<std::size_t>(workers)));
     const Job job{stations, wanted, std::min(how.level, vector::widest_vector_level())};

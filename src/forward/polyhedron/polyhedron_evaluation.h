@@ -1,9 +1,11 @@
 #pragma once
 
+#include <optional>
 #include <span>
 #include <vector>
 
 #include "core/shared_pieces.h"
+#include "forward/polyhedron/parallelepiped.h"
 #include "forward/polyhedron/polyhedron.h"
 #include "forward/polyhedron/polyhedron_exterior.h"
 #include "forward/polyhedron/polyhedron_mesh.h"
@@ -31,13 +33,18 @@ class PolyhedronEvaluation {
     using SumsKernel = void (*)(const PolyhedronTerms&, double*, StationBlock&);
 
     void fold_exterior(const StationSpans& stations, const Wanted& wanted, Pacer& pacer);
-    bool is_far(const Point3& unit) const;
+    double far_limit() const;
     // These return false when the work is to be left.
+    bool add_sums(const Job& job, double* scratch, StationBlock& block, PieceWorker& worker) const;
     bool add_parts(SumsKernel sums, double* scratch, StationBlock& block, PieceWorker& worker) const;
     bool run_block(const Job& job, std::size_t block, double* scratch, PieceWorker& worker) const;
+    bool run_far(const Job& job, StationGroup& far, PieceWorker& worker) const;
+    bool run_plain(const Job& job, StationGroup& plain, double* scratch, PieceWorker& worker) const;
     bool run_close(const Job& job, StationGroup& close, double* scratch, PieceWorker& worker) const;
 
     PolyhedronMesh mesh_;
+    std::optional<Parallelepiped> box_;  ///< what the mesh is if it is one
+    ParallelepipedTerms box_terms_;
     PolyhedronParts parts_;
     FoldedTerms terms_;
     PolyhedronExterior exterior_;

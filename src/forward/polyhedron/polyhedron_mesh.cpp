@@ -81,7 +81,7 @@ void PolyhedronMesh::clear() {
 
 void PolyhedronMesh::build(std::span<const Point3> points, std::span<const Facet> facets, Pacer& pacer) {
     clear();
-    const double rounding = place_unit_frame(points, facets);
+    rounding = place_unit_frame(points, facets);
     if (!finite || !(scale > 0)) return;
     const double stage_units = units_a_stage * static_cast<double>(facets.size());
     try {
@@ -95,7 +95,7 @@ void PolyhedronMesh::build(std::span<const Point3> points, std::span<const Facet
         orient();
         pacer.done(stage_units);
         build_faces();
-        build_edges(rounding);
+        build_edges();
         pacer.done(stage_units);
     } catch (const Stopped&) {
         clear();
@@ -246,14 +246,14 @@ void PolyhedronMesh::build_faces() {
     }
 }
 
-void PolyhedronMesh::build_edges(double rounding) {
+void PolyhedronMesh::build_edges() {
     edges.reserve(half_edges_.size() / 2);
     each_edge([&](std::size_t from, std::span<const HalfEdge> sides) {
-        add_edge(static_cast<std::int32_t>(from), sides, rounding);
+        add_edge(static_cast<std::int32_t>(from), sides);
     });
 }
 
-void PolyhedronMesh::add_edge(std::int32_t from, std::span<const HalfEdge> sides, double rounding) {
+void PolyhedronMesh::add_edge(std::int32_t from, std::span<const HalfEdge> sides) {
     const std::int32_t to = sides.front().other;
     const Point3 along = vertices[static_cast<std::size_t>(to)] - vertices[static_cast<std::size_t>(from)];
     const double size = length(along);

@@ -40,9 +40,10 @@ struct PolyhedronMesh {
     /// and what the rounding of the corners may have moved the face, but never as much as the clearance of
     /// edges.
     double face_tolerance = 0;
-    double volume = 0;   ///< in unit coordinates; not negative when closed
-    Point3 centroid;     ///< in unit coordinates
-    bool finite = true;  ///< false when a corner is not a number or not finite
+    double rounding = 0;  ///< how far that of the survey coordinates may have moved a corner
+    double volume = 0;    ///< in unit coordinates; not negative when closed
+    Point3 centroid;      ///< in unit coordinates
+    bool finite = true;   ///< false when a corner is not a number or not finite
     bool closed = false;
     std::vector<Point3> vertices;  ///< each place once, in the order of first use
     std::vector<Face> faces;
@@ -69,8 +70,8 @@ struct PolyhedronMesh {
     void each_edge(Use&& use) const;
     void check_closed();
     void orient();
-    void build_edges(double rounding);
-    void add_edge(std::int32_t from, std::span<const HalfEdge> sides, double rounding);
+    void build_edges();
+    void add_edge(std::int32_t from, std::span<const HalfEdge> sides);
 
     std::vector<Facet> corners_;              ///< welded facets
     std::vector<std::int32_t> point_vertex_;  ///< vertex of each given point, -1 before its first use
