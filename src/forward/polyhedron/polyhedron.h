@@ -49,8 +49,9 @@ struct Execution {
 ///
 /// Exact and in double precision: the edge and face form of Werner and Scheeres (1997, Celest. Mech. Dyn.
 /// Astron. 65), the solid angle of van Oosterom and Strackee (1983, IEEE Trans. Biomed. Eng. 30). Each shared
-/// edge costs one logarithm and each face one arc tangent. From 16 radii away the exterior expansion in solid
-/// harmonics takes over, which is accurate to 1e-11 there and has no cancellation at any distance.
+/// edge costs one logarithm and each face one arc tangent; a parallelepiped takes the short way of its
+/// parallel edges and opposite faces (see parallelepiped_kernel.h). From 16 radii away the exterior expansion
+/// in solid harmonics takes over, which is accurate to 1e-11 there and has no cancellation at any distance.
 ///
 /// On the surface the value just outside the body holds: on a face and down to 1e-9 m (and the rounding of
 /// the coordinates) below it, and within 1e-8 of the body's radius of an edge or a corner. There the magnetic

@@ -6,6 +6,7 @@
 #include "forward/polyhedron/polyhedron_reference.h"
 #include "forward/polyhedron/polyhedron_shapes.h"
 #include "forward/polyhedron/vector3.h"
+#include "quad_polyhedron.h"
 
 // The numbers themselves, against closed forms and point sums in long double: near, far, and where formulae
 // fail.
@@ -54,6 +55,114 @@ TEST(PolyhedronExactness, a_box_agrees_with_its_closed_form) {
         EXPECT_NEAR(gravity_at(body, place), static_cast<double>(gravity_constant * want.down), 1e-11);
         EXPECT_LT(tensor_error(tensor_at(body, place), want), 2e-12);
     }
+}
+
+/// Largest errors of a tensor and of gravity against quadruple precision, each by the size of what is right.
+struct QuadError {
+    double tensor = 0, gravity = 0;
+};
+QuadError quad_error(const Solid& solid, Polyhedron& body, const Point3& place) {
+    const reference::QuadField want = reference::quad_field(solid.points, solid.facets, place);
+    const Tensor3 n = tensor_at(body, place);
+    QuadError error;
+    double size = 0;
+    std::size_t k = 0;
+    for (const double part : {n.xx, n.xy, n.xz, n.yy, n.yz, n.zz}) {
+        size = std::max(size, std::fabs(static_cast<double>(want.tensor[k])));
+        error.tensor = std::max(error.tensor, std::fabs(static_cast<double>(part - want.tensor[k++])));
+    }
+    error.tensor /= size;
+    error.gravity = std::fabs(static_cast<double>(gravity_at(body, place) / gravity_constant - want.down)) /
+                    std::fabs(static_cast<double>(want.down));
+    return error;
+}
+
+/// Parallelepipeds whose corners are exact, with places about them.
+class SlantedBodies {
+  public:
+    SlantedBodies(double width, int seed) : random_(static_cast<unsigned>(seed)) {
+        const auto exact = [](double value) {
+            return std::ldexp(std::nearbyint(std::ldexp(value, 24)), -24);
+        };
+        const double length = between(100, 800), depth = between(50, 600);
+        const bool level = random_() % 2 == 0;
+        corner_ = {exact(between(-50, 50)), exact(between(-50, 50)), exact(between(-300, 0))};
+        side_ = {Point3{exact(width), 0, level ? 0 : exact(between(-0.2, 0.2) * width)},
+                 Point3{0, exact(length), level ? 0 : exact(between(-0.2, 0.2) * length)},
+                 Point3{exact(between(-1.5, 1.5) * depth), 0, exact(depth)}};
+        solid = slanted_solid(corner_, side_);
+    }
+    Point3 at(double a, double b, double c) const {
+        return corner_ + side_[0] * a + side_[1] * b + side_[2] * c;
+    }
+    Point3 beside(const Point3& place, double off) const {
+        return place + Point3{between(-off, off), between(-off, off), between(-off, off)};
+    }
+    double part() const { return between(0.05, 0.95); }
+    double between(double least, double most) const {
+        return std::uniform_real_distribution<double>(least, most)(random_);
+    }
+    Solid solid;
+
+  private:
+    mutable std::mt19937_64 random_;
+    Point3 corner_;
+    std::array<Point3, 3> side_;
+};
+TEST(PolyhedronExactness, a_prism_keeps_fourteen_digits_inside_outside_and_on_the_lines_of_its_edges) {
+    for (int i = 0; i < 60; ++i) {
+        const SlantedBodies some(i % 2 == 0 ? 30 : 400, i);
+        Polyhedron body = polyhedron_of(some.solid);
+        const Point3 middle = some.at(0.5, 0.5, 0.5), on_line = some.at(some.between(1.1, 2), 1, 0);
+        const double face_off = std::pow(10, some.between(-4, 1));
+        for (const Point3& place : {some.beside(middle, 1500), some.at(some.part(), some.part(), some.part()),
+                                    some.beside(some.at(some.part(), some.part(), 0), face_off),
+                                    some.beside(on_line, 1e-6), on_line}) {
+            const QuadError error = quad_error(some.solid, body, place);
+            EXPECT_LT(error.tensor, 5e-13) << i;
+            EXPECT_LT(error.gravity, 2e-11) << i;
+        }
+    }
+}
+
+TEST(PolyhedronExactness, a_prism_keeps_the_digits_that_coordinates_have_beside_its_edges_and_corners) {
+    for (int i = 0; i < 60; ++i) {
+        const SlantedBodies some(i % 2 == 0 ? 30 : 400, i);
+        Polyhedron body = polyhedron_of(some.solid);
+        const double off = std::pow(10, some.between(-4, 0));
+        for (const Point3& on : {some.at(some.part(), 1, 0), some.at(0, some.part(), 1), some.at(1, 0, 1)}) {
+            const Point3 place = on + Point3{off, -off / 2, off / 3};
+            const QuadError error = quad_error(some.solid, body, place);
+            EXPECT_LT(error.tensor, 1e-12 / off) << i << ' ' << off;
+            EXPECT_LT(error.gravity, 1e-12) << i << ' ' << off;
+        }
+    }
+}
+
+TEST(PolyhedronExactness, a_thin_sheet_keeps_its_digits_near_and_far) {
+    for (int i = 0; i < 60; ++i) {
+        const SlantedBodies some(std::pow(10, -3 + i % 4), i);
+        Polyhedron body = polyhedron_of(some.solid);
+        for (const double off : {10.0, 500.0, 4000.0}) {
+            const Point3 place =
+                some.beside(some.at(some.part(), some.part(), some.part()), off) + Point3{off, 0, off};
+            const QuadError error = quad_error(some.solid, body, place);
+            EXPECT_LT(error.tensor, 2e-9) << i << ' ' << off;
+            EXPECT_LT(error.gravity, 1e-7) << i << ' ' << off;
+        }
+    }
+}
+
+TEST(PolyhedronExactness, bodies_that_are_nearly_prisms_are_taken_as_they_are) {
+    for (const double moved : {1e-7, 1e-3, 40.0})
+        for (std::size_t corner = 0; corner < 8; ++corner) {
+            Solid solid = box_solid(low, high);
+            solid.points[corner].x += moved;
+            Polyhedron body = polyhedron_of(solid);
+            const QuadError error = quad_error(solid, body, {120, -700, 90});
+            EXPECT_LT(error.tensor, 1e-12) << moved << ' ' << corner;
+            EXPECT_LT(error.gravity, 1e-12) << moved << ' ' << corner;
+        }
 }
 
 TEST(PolyhedronExactness, a_tetrahedron_agrees_with_the_sum_of_its_points) {

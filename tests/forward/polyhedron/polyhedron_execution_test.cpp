@@ -55,6 +55,44 @@ Everything everything(Polyhedron& body, const Stations& at, const Execution& how
     return all;
 }
 
+/// A sloping sheet, and stations about it: far, inside, on it and a little beside its corners, edges and
+/// faces.
+const Solid sloping_sheet = slanted_solid({-20, -150, -40}, {{{60, 0, 5}, {0, 320, -30}, {80, 0, -200}}});
+
+Stations stations_about_the_sheet() {
+    Stations at = mixed_stations(101);
+    const std::vector<Point3>& corner = sloping_sheet.points;
+    for (const double off : {0.0, 1e-9, 1e-5, 0.03, 2.0})
+        for (std::size_t a = 0; a < corner.size(); ++a)
+            for (std::size_t b = 0; b <= a; ++b)
+                at.add({(corner[a].x + corner[b].x) / 2 + off, (corner[a].y + corner[b].y) / 2 - off,
+                        (corner[a].z + corner[b].z) / 2 + 0.7 * off});
+    return at;
+}
+
+TEST(PolyhedronExecution, a_prism_has_the_same_bits_at_every_vector_level_and_in_any_company) {
+    Polyhedron body = polyhedron_of(sloping_sheet);
+    const Stations at = stations_about_the_sheet();
+    const Everything want = everything(body, at, {vector::VectorLevel::baseline, 1});
+    for (double value : want.columns) ASSERT_TRUE(std::isfinite(value));
+    for (vector::VectorLevel level : {vector::VectorLevel::avx2, vector::VectorLevel::avx512})
+        EXPECT_TRUE(everything(body, at, {level, 1}) == want) << vector::vector_level_name(level);
+    for (std::size_t i = 0; i < at.size(); i += 7) {
+        const Stations alone = stations_at({{at.east[i], at.north[i], at.up[i]}});
+        EXPECT_EQ(total_fields(body, alone, magnetisation, direction)[0], want.field[i]) << i;
+    }
+}
+
+TEST(PolyhedronExecution, of_a_prism_both_channels_at_once_are_those_asked_for_apart) {
+    Polyhedron body = polyhedron_of(sloping_sheet);
+    const Stations at = stations_about_the_sheet();
+    const Everything all = everything(body, at, {});
+    for (std::size_t i = 0; i < at.size(); ++i) {
+        EXPECT_EQ(all.gravity[i], all.both_gravity[i]);
+        EXPECT_EQ(all.field[i], all.both_field[i]);
+    }
+}
+
 TEST(PolyhedronExecution, every_vector_level_gives_the_same_bits) {
     Polyhedron body = polyhedron_of(pipe_solid({0, 0, -20}, 50, 200, 12, 3));
     const Stations at = mixed_stations(300);

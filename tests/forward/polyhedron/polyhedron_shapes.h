@@ -38,6 +38,16 @@ inline Solid box_solid(const Point3& low, const Point3& high) {
     return solid;
 }
 
+/// A parallelepiped of three sides from a corner.
+inline Solid slanted_solid(const Point3& corner, const std::array<Point3, 3>& side) {
+    Solid solid = box_solid({0, 0, 0}, {1, 1, 1});
+    for (Point3& p : solid.points)
+        p = {corner.x + p.x * side[0].x + p.y * side[1].x + p.z * side[2].x,
+             corner.y + p.x * side[0].y + p.y * side[1].y + p.z * side[2].y,
+             corner.z + p.x * side[0].z + p.y * side[1].z + p.z * side[2].z};
+    return solid;
+}
+
 /// A sphere of 8 * 4^levels facets: an octahedron whose sides are halved again and again, with its corners on
 /// the sphere.
 inline Solid sphere_solid(const Point3& centre, double radius, int levels) {
