@@ -9,6 +9,7 @@
 #include "edit/workbench.h"
 #include "edit/zoom.h"
 #include "model/refresh_model.h"
+#include "vector/upper_halves.h"
 
 namespace anomalis::flow {
 
@@ -113,6 +114,7 @@ const Workspace& ModelView::shown_model() const {
 /// Ghosts and fan go as soon as the model is another one.
 template <class Draw>
 void ModelView::draw_shown(const Draw& draw) {
+    vector::clear_upper_halves();  // the model has just been calculated
     edit::ViewState& view = workbench_.view;
     struct Marks {
         edit::ViewState& view;
