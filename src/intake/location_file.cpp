@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <span>
 #include <string>
+#include <type_traits>
+#include <vector>
 
 #include "core/failure.h"
 #include "core/pacer.h"

@@ -8,6 +8,7 @@
 #include <map>
 #include <mutex>
 #include <optional>
+#include <string>
 #include <utility>
 
 #include "core/failure.h"

@@ -3,7 +3,9 @@
 #include <bit>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <string>
 #include <tuple>
+#include <vector>
 
 #include "core/failure.h"
 #include "intake/plain_reader.h"
