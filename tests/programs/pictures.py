@@ -25,10 +25,10 @@ def run(program, *words):
 
 
 def check_start():
-    """Neither the window system nor its module is among what the program loads at its start."""
+    """Neither the window system, nor its module, nor PROJ is among what the program loads at its start."""
     traced = subprocess.run([batch], env={**os.environ, "LD_TRACE_LOADED_OBJECTS": "1"}, capture_output=True, text=True)
     check("libc.so" in traced.stdout, "what is loaded is told: " + traced.stdout)
-    check(not re.search("Qt|libX11|libGL|pictures", traced.stdout), traced.stdout)
+    check(not re.search("Qt|libX11|libGL|libproj|pictures", traced.stdout), traced.stdout)
 
 
 def check_drawn(program, folder):
