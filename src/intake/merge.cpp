@@ -1,7 +1,9 @@
 #include "intake/merge.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
+#include <cstddef>
 #include <span>
 #include <utility>
 
@@ -9,10 +11,13 @@
 #include "core/numbers.h"
 #include "core/workspace.h"
 #include "intake/profile_line.h"
+#include "intake/station_pieces.h"
 
 namespace anomalis::intake {
 
 namespace {
+
+constexpr double nanoseconds_of_an_advance = 3, nanoseconds_of_a_mean = 5;  // and station
 
 /// Of the values that are there; none: missing.
 class MeanValue {
@@ -93,32 +98,65 @@ void make_means(std::span<Real> values) {
         value = static_cast<double>(value) > missing_limit ? value + Real(0) : static_cast<Real>(-1e32);
 }
 
-/// Whether each station is a group of its own, as on nearly all lines; all distances are then right.
-bool all_advance(Workspace& w, double spacing) {
-    const auto count = static_cast<std::size_t>(w.station_count);
-    const auto east = std::as_const(w.stations).column(column_east);
-    const auto north = std::as_const(w.stations).column(column_north);
-    const auto distances = w.distances.span();
-    double last = 0;
-    for (std::size_t i = 1; i < count; ++i) {
-        const double distance =
-            (east[i] - w.origin_east) * w.direction_y - (north[i] - w.origin_north) * w.direction_x;
-        const bool advances = distance > last && distance - last > spacing;
-        if (!(advances || i + 1 == count) || !std::isfinite(distance)) return false;
-        distances[i] = last = distance;
+/// How stations are asked whether they are groups of their own: their places and where these lie on the line.
+class Advance {
+  public:
+    Advance(Workspace& w, double spacing)
+        : w_(w),
+          spacing_(spacing),
+          east_(std::as_const(w.stations).column(column_east)),
+          north_(std::as_const(w.stations).column(column_north)),
+          distances_(w.distances.span()) {}
+
+    /// Sets the distances of all stations but the first; false when one does not advance, or overflows.
+    bool of_all() {
+        for_station_pieces(distances_.size(), nanoseconds_of_an_advance,
+                           [this](std::size_t first, std::size_t count) {
+                               if (all_ && !of_piece(std::max<std::size_t>(first, 1), first + count))
+                                   all_ = false;
+                           });
+        return all_;
     }
-    return true;
-}
+
+  private:
+    double distance(std::size_t i) const {
+        return (east_[i] - w_.origin_east) * w_.direction_y - (north_[i] - w_.origin_north) * w_.direction_x;
+    }
+    bool of_piece(std::size_t first, std::size_t behind) const {
+        double last = first > 1 ? distance(first - 1) : 0;
+        for (std::size_t i = first; i < behind; ++i) {
+            const double at = distance(i);
+            const bool advances = at > last && at - last > spacing_;
+            if (!(advances || i + 1 == distances_.size()) || !std::isfinite(at)) return false;
+            distances_[i] = last = at;
+        }
+        return true;
+    }
+
+    const Workspace& w_;
+    double spacing_;
+    std::span<const double> east_, north_;
+    std::span<double> distances_;
+    std::atomic<bool> all_{true};
+};
 
 /// All but the first, which is in no group.
 void keep_all(Workspace& w) {
-    for (const int column : {column_east, column_north}) {
-        for (double& place : w.stations.column(column).subspan(1)) place += 0.0;
-    }
-    make_means(w.stations.column(column_sensor).subspan(1));
-    make_means(w.stations.column(column_ground).subspan(1));
-    make_means(w.mag.data.row(row_raw, stage_observed).subspan(1));
-    make_means(w.grav.data.row(row_raw, stage_observed).subspan(1));
+    const std::span<double> east = w.stations.column(column_east), north = w.stations.column(column_north),
+                            sensor = w.stations.column(column_sensor),
+                            ground = w.stations.column(column_ground);
+    const std::span<float> mag = w.mag.data.row(row_raw, stage_observed),
+                           grav = w.grav.data.row(row_raw, stage_observed);
+    for_station_pieces(east.size(), nanoseconds_of_a_mean, [&](std::size_t first, std::size_t count) {
+        const std::size_t skipped = first == 0 ? 1 : 0;
+        const auto piece = [&](auto column) { return column.subspan(first + skipped, count - skipped); };
+        for (double& place : piece(east)) place += 0.0;
+        for (double& place : piece(north)) place += 0.0;
+        make_means(piece(sensor));
+        make_means(piece(ground));
+        make_means(piece(mag));
+        make_means(piece(grav));
+    });
 }
 
 }  // namespace
@@ -126,7 +164,7 @@ void keep_all(Workspace& w) {
 int merge_close_stations(Workspace& w) {
     const int count = w.station_count;
     const double spacing = std::max(w.min_station_spacing, 0.0F);
-    if (all_advance(w, spacing)) {
+    if (Advance(w, spacing).of_all()) {
         keep_all(w);
         return count;
     }

@@ -1,7 +1,7 @@
 #include "intake/missing_heights.h"
 
-#include "core/gaps.h"
-#include "core/workspace.h"
+#include <cstddef>
+#include <utility>
 
 namespace anomalis::intake {
 
@@ -24,10 +24,11 @@ void fill_between(Workspace& w, StationColumn column, int before, int behind) {
 }
 
 void fill_column(Workspace& w, StationColumn column) {
+    const auto heights = std::as_const(w.stations).column(column);
     int before = 0;  // the last station with a height
     for (int i = 1; i <= w.station_count; ++i) {
-        if (!is_reading(w.stations(i, column))) continue;
-        fill_between(w, column, before, i);
+        if (!(heights[static_cast<std::size_t>(i - 1)] > missing_limit)) continue;
+        if (before + 1 < i) fill_between(w, column, before, i);
         before = i;
     }
     if (before > 0) fill_between(w, column, before, w.station_count + 1);
@@ -35,9 +36,10 @@ void fill_column(Workspace& w, StationColumn column) {
 
 }  // namespace
 
-void fill_missing_heights(Workspace& workspace) {
-    if (workspace.definition.z_column > 0) fill_column(workspace, column_sensor);
-    if (workspace.definition.dtm_column > 0) fill_column(workspace, column_ground);
+void fill_missing_heights(Workspace& workspace, StationColumn column) {
+    const bool read =
+        column == column_sensor ? workspace.definition.z_column > 0 : workspace.definition.dtm_column > 0;
+    if (read) fill_column(workspace, column);
 }
 
 }  // namespace anomalis::intake

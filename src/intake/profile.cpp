@@ -1,12 +1,16 @@
 #include "intake/profile.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <functional>
+#include <iterator>
 #include <utility>
 
 #include "core/failure.h"
-#include "core/gaps.h"
 #include "core/numbers.h"
+#include "core/pacer.h"
 #include "core/prompts.h"
+#include "core/shared_pieces.h"
 #include "core/workspace.h"
 #include "intake/merge.h"
 #include "intake/missing_heights.h"
@@ -51,17 +55,30 @@ bool merge_stations(Workspace& w) {
 void find_mean(Channel& channel) {
     double sum = 0, count = 0;
     for (const float value : std::as_const(channel.data).row(row_raw, stage_observed)) {
-        if (!is_reading(value)) continue;
+        if (!(static_cast<double>(value) > missing_limit)) continue;
         sum += static_cast<double>(value);
         ++count;
     }
     channel.mean = channel.mean_at_load = to_single(count > 0 ? sum / count : 0);
 }
 
+/// Heights and channels know nothing of each other.
+void fill_heights_and_find_means(Workspace& w) {
+    constexpr double nanoseconds = 5;  // a station
+    const std::function<void()> parts[] = {[&w] { fill_missing_heights(w, column_sensor); },
+                                           [&w] { fill_missing_heights(w, column_ground); },
+                                           [&w] {
+                                               if (w.has_mag()) find_mean(w.mag);
+                                           },
+                                           [&w] {
+                                               if (w.has_grav()) find_mean(w.grav);
+                                           }};
+    for_each_piece(std::size(parts), worker_count(nanoseconds * w.station_count, std::size(parts)), no_pace(),
+                   [&](PieceWorker&, std::size_t part) { parts[part](); });
+}
+
 void finish_profile(Workspace& w) {
-    fill_missing_heights(w);
-    if (w.has_mag()) find_mean(w.mag);
-    if (w.has_grav()) find_mean(w.grav);
+    fill_heights_and_find_means(w);
     settle_base_levels(w);
     if (w.station_spacing > 0) resample_profile(w);
 }

@@ -24,6 +24,8 @@ namespace anomalis::intake {
 namespace {
 
 constexpr double nanoseconds_per_byte = 1.2;
+/// Below this the memory that each thread must touch first costs what a second one gains.
+constexpr std::uint64_t bytes_read_alone = 2 << 20;
 /// All that a load has of it at one time.
 constexpr std::uint64_t bytes_of_a_station = 120;
 
@@ -194,6 +196,7 @@ void read_shared(const DataDefinition& definition, const PointTransform& transfo
 }
 
 int threads_for(const DataBlocks& blocks, const ReadingShares& shares) {
+    if (shares.threads == 0 && blocks.file().size() < bytes_read_alone) return 1;
     const auto bytes = static_cast<double>(blocks.file().size());
     const auto pieces = static_cast<std::size_t>(bytes / static_cast<double>(shares.block_size));
     return worker_count(nanoseconds_per_byte * bytes, pieces, shares.threads);

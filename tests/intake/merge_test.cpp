@@ -1,8 +1,11 @@
 #include "intake/merge.h"
 
+#include <cstddef>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <vector>
 
+#include "core/threads.h"
 #include "intake/profile_line.h"
 #include "support/survey.h"
 
@@ -76,6 +79,46 @@ TEST(Merge, the_last_station_is_kept_even_behind_others) {
 TEST(Merge, a_negative_spacing_counts_as_0) {
     Workspace w = eastwards({{0, 0}, {10, 0}, {9, 0}, {30, 0}}, -50);
     EXPECT_EQ(merged(w).size(), 3U);
+}
+
+constexpr int long_line = 200'000;
+
+/// Long enough to be shared among cores: 2 m apart, the height of a station tells its number.
+Workspace long_eastwards() {
+    Workspace w;
+    w.station_count = long_line;
+    w.stations.assign(long_line);
+    w.mag.data.assign(long_line);
+    w.grav.data.assign(long_line);
+    for (int i = 1; i <= long_line; ++i) {
+        w.stations(i, column_east) = 1000.3 + 2 * i;
+        w.stations(i, column_ground) = i;
+    }
+    return w;
+}
+
+TEST(Merge, a_long_line_is_laid_out_alike_on_any_number_of_cores) {
+    std::vector<double> distances[2];
+    for (const int threads : {1, 3}) {
+        limit_threads(threads);
+        Workspace w = long_eastwards();
+        distances[threads == 1 ? 0 : 1] = merged(w);
+        limit_threads(0);
+        for (int i = 2; i <= long_line; ++i) {
+            ASSERT_EQ(w.distances[i],
+                      distance_along(w, w.stations(i, column_east), w.stations(i, column_north)));
+        }
+    }
+    EXPECT_EQ(distances[0].size(), static_cast<std::size_t>(long_line));
+    EXPECT_EQ(distances[0], distances[1]);
+}
+
+TEST(Merge, one_station_of_a_long_line_that_runs_back_is_found_wherever_it_stands) {
+    for (const int back : {3, 16384, 16385, 16386, 100'000, long_line - 1}) {
+        Workspace w = long_eastwards();
+        w.stations(back, column_east) -= 3;
+        EXPECT_EQ(merged(w).size(), static_cast<std::size_t>(long_line - 1)) << back;
+    }
 }
 
 TEST(CutToKept, rows_pass_through_single_precision) {

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <gtest/gtest.h>
 
 #include "intake/profile.h"
@@ -45,6 +46,24 @@ TEST(SensorElevations, the_range_becomes_that_of_the_ground) {
     setup_sensor_elevations(w, faults);
     EXPECT_EQ(w.z_min, 30);
     EXPECT_EQ(w.z_max, 35);
+}
+
+TEST(SensorElevations, the_range_is_that_of_a_long_line_wherever_its_ends_stand) {
+    constexpr int count = 200'000;
+    for (const int lowest : {1, 16384, 16385, count}) {
+        Workspace w;
+        w.station_count = count;
+        w.stations.assign(count);
+        std::ranges::fill(w.stations.column(column_ground), 30);
+        w.definition.z_column = 3;
+        w.definition.dtm_column = 4;
+        w.stations(lowest, column_ground) = 7;
+        w.stations(count + 1 - lowest, column_ground) = 91;
+        Faults faults;
+        setup_sensor_elevations(w, faults);
+        EXPECT_EQ(w.z_min, 7) << lowest;
+        EXPECT_EQ(w.z_max, 91) << lowest;
+    }
 }
 
 TEST(SensorElevations, outdate_the_filtered_rows) {
