@@ -111,10 +111,12 @@ void a_step_over_sizes(benchmark::State& state) {
     const WorkFolder folder;
     ShownWindow window(write_bodies(folder, count, bodies, kind, static_cast<float>(state.range(3))));
     window.form->workbench().view.current_body = (bodies + 1) / 2;
+    // A pipe that stands upright looks the same from all sides: its depth is what changes the curves.
+    const ParamCode moving = kind == classic_pipes || kind == exact_pipes ? param_top : param_dip;
     BestTime step, redraw, same, zoom;
     int turn = 0;
     for (auto _ : state) {
-        state.SetIterationTime(step.take([&] { window.scroll(param_dip, ++turn % 2 == 0 ? 1 : -1); }));
+        state.SetIterationTime(step.take([&] { window.scroll(moving, ++turn % 2 == 0 ? 1 : -1); }));
         redraw.take([&] { redraw_curves(window); });
         same.take([&] {
             window.view().redraw();
@@ -146,7 +148,7 @@ BENCHMARK(a_step_over_sizes)
 BENCHMARK(a_step_over_sizes)
     ->ArgNames({"stations", "bodies", "kind", "width"})
     ->ArgsProduct({{1000001}, {1, 10}, {exact_prisms}, {100}})
-    ->Iterations(5)
+    ->Iterations(80)
     ->UseManualTime()
     ->Unit(benchmark::kMillisecond);
 

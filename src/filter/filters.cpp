@@ -7,6 +7,7 @@
 
 #include "core/failure.h"
 #include "core/gaps.h"
+#include "core/zero_values.h"
 #include "filter/filter_work.h"
 
 namespace anomalis::filter {
@@ -244,7 +245,7 @@ void clear_rows_left_out(Workspace& workspace) {
     for (Channel* channel : {&workspace.mag, &workspace.grav})
         for (const std::int32_t row : left_out)
             for (const Stage stage : {stage_observed, stage_calculated})
-                std::ranges::fill(channel->data.row(row, stage), 0.0F);
+                make_zero(channel->data.row(row, stage));
 }
 
 }  // namespace anomalis::filter

@@ -3,12 +3,14 @@
 #include <algorithm>
 #include <atomic>
 #include <cmath>
+#include <cstdint>
 #include <limits>
 #include <string>
 #include <string_view>
 
 #include "core/faults.h"
 #include "core/free_memory.h"
+#include "core/zero_values.h"
 #include "forward/body_price.h"
 #include "forward/body_responses.h"
 #include "forward/exact/exact_response.h"
@@ -54,11 +56,12 @@ void note_sum(Workspace& workspace, const ChannelRoute& route) {
 }
 
 void zero_calculated(const Workspace& workspace, ChannelTable& data) {
-    for (int row = row_raw; row <= row_total_gradient; ++row) {
-        const std::span<float> values = data.row(row, stage_calculated);
-        std::fill_n(values.begin(),
-                    std::min(values.size(), static_cast<std::size_t>(workspace.station_count)), 0.0F);
-    }
+    constexpr double zeros = 1;  // nanoseconds a station
+    const auto count = static_cast<std::size_t>(std::min(data.stations(), workspace.station_count));
+    for_stretches(count, zeros, no_pace(), [&](std::size_t first, std::size_t part) {
+        for (int row = row_raw; row <= row_total_gradient; ++row)
+            make_zero(data.row(row, stage_calculated).subspan(first, part));
+    });
 }
 
 /// Whether a stretch of the sum is within single precision.
@@ -103,7 +106,9 @@ void rebuild_sum(Workspace& workspace, const ChannelRoute& route, ChannelTable& 
 
 /// Before work begins that could not be ended.
 void require_room(const Workspace& workspace) {
-    require_free_memory(memory_ahead(workspace),
+    const std::uint64_t bytes = memory_ahead(workspace);
+    if (bytes == 0) return;
+    require_free_memory(bytes,
                         "the responses of " + std::to_string(workspace.body_count) + " bodies at " +
                             std::to_string(workspace.station_count) + " stations",
                         "fewer bodies, or a larger station spacing, take less");

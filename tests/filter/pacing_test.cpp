@@ -90,7 +90,7 @@ TEST(FilterPacing, a_chain_that_is_left_has_no_mark_and_can_be_run_again) {
     w.definition.mag_column = 3;
     w.first_station = 1;
     w.last_station = stations;
-    w.processing.smooth_filter_width = 5;
+    w.processing.smooth_filter_width = w.processing.residual_filter_width = 25;
     w.mag.base = 56000;
     w.mag.data = Row().data;
     Workspace whole = w;

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "core/pacer.h"
 #include "inversion/line_session.h"
 #include "model/refresh_model.h"
 #include "support/stale_body.h"
@@ -67,7 +68,8 @@ TEST(RefreshModel, that_is_left_among_the_filters_keeps_all_rows_of_before) {
 
     w.body(1).susc.value *= 2;
     w.processing.smooth_filter_type = 1;
-    w.processing.residual_filter_width = w.processing.vg_filter_width = 30000;
+    w.processing.residual_filter_width = 30000;
+    w.processing.vg_filter_width = 1000;
     Leaving watcher;
     line.prompts.set_watcher(&watcher);
     const Workspace changed = w;
@@ -87,6 +89,45 @@ TEST(RefreshModel, that_is_left_among_the_filters_keeps_all_rows_of_before) {
         EXPECT_EQ(w.mag.data, fresh) << turn;
     }
     EXPECT_TRUE(line.prompts.messages.empty());
+}
+
+TEST(RefreshModel, that_is_left_among_the_filters_of_a_step_puts_back_what_the_step_has_written) {
+    constexpr int stations = 20000;
+    inversion::LineSession line(stations);
+    Workspace& w = line.workspace();
+    w.mag.regional_degree = 2;
+    w.mag.float_base = w.grav.float_base = 1;
+    w.processing.vg_filter_width = 2000;
+    line.add_body(thick_sheet);
+    line.refresh();
+    const Workspace before = w;
+    ASSERT_TRUE(w.mag.observed_filtered && w.mag.calculated_filtered);
+
+    w.body(1).dip.value += 10;
+    struct : Leaving {
+        bool turn(double units) override { return units >= TurnPacer::usual_turn && leave_at > 0; }
+    } watcher;  // which leaves no response of so few stations
+    watcher.leave_at = 1;
+    line.prompts.set_watcher(&watcher);
+    EXPECT_THROW(refresh_model(line.session), CalculationStopped);
+    ASSERT_TRUE(w.body(1).mag_response_valid) << "or it was not left among the filters";
+    for (const int code : {channel_mag, channel_grav}) {
+        const Channel& now = w.channel(code);
+        const Channel& then = before.channel(code);
+        EXPECT_EQ(now.data, then.data) << code;
+        EXPECT_EQ(now.work, then.work) << code;
+        EXPECT_EQ(now.summed, then.summed) << code;
+        EXPECT_EQ(now.calc_base, then.calc_base) << code;
+        EXPECT_EQ(now.regional.coefficients, then.regional.coefficients) << code;
+        EXPECT_EQ(now.observed_filtered, then.observed_filtered) << code;
+    }
+    watcher.leave_at = 0;
+    const MisfitPair misfit = refresh_model(line.session);
+    inversion::LineSession fresh(stations);
+    fresh.workspace() = w;
+    fresh.workspace().known_settings.reset();
+    EXPECT_EQ(fresh.refresh(), misfit);
+    EXPECT_EQ(fresh.workspace().mag.data, w.mag.data);
 }
 
 }  // namespace anomalis::model
