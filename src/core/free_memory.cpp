@@ -14,9 +14,6 @@ namespace anomalis {
 
 namespace {
 
-/// Not worth a look at the system.
-constexpr std::uint64_t little = std::uint64_t{32} << 20;
-
 std::optional<std::uint64_t> first_number(const std::string& path) {
     std::ifstream file(path);
     std::uint64_t number = 0;
@@ -100,7 +97,7 @@ void require_memory(std::uint64_t bytes, std::uint64_t free, const std::string& 
 }
 
 void require_free_memory(std::uint64_t bytes, const std::string& what, const std::string& way_out) {
-    if (bytes > little) require_memory(bytes, free_memory(), what, way_out);
+    if (bytes > little_memory) require_memory(bytes, free_memory(), what, way_out);
 }
 
 }  // namespace anomalis

@@ -19,6 +19,9 @@ std::string memory_text(std::uint64_t bytes);
 void require_memory(std::uint64_t bytes, std::uint64_t free, const std::string& what,
                     const std::string& way_out);
 
+/// Not worth a look at the system.
+inline constexpr std::uint64_t little_memory = std::uint64_t{32} << 20;
+
 /// The same with what is free now. Little is granted without a look.
 void require_free_memory(std::uint64_t bytes, const std::string& what, const std::string& way_out);
 

@@ -107,7 +107,7 @@ void rebuild_sum(Workspace& workspace, const ChannelRoute& route, ChannelTable& 
 /// Before work begins that could not be ended.
 void require_room(const Workspace& workspace) {
     const std::uint64_t bytes = memory_ahead(workspace);
-    if (bytes == 0) return;
+    if (bytes <= little_memory) return;  // and no text is made for nothing
     require_free_memory(bytes,
                         "the responses of " + std::to_string(workspace.body_count) + " bodies at " +
                             std::to_string(workspace.station_count) + " stations",

@@ -98,7 +98,7 @@ TEST(RefreshModel, that_is_left_among_the_filters_of_a_step_puts_back_what_the_s
     w.mag.regional_degree = 2;
     w.mag.float_base = w.grav.float_base = 1;
     w.processing.vg_filter_width = 2000;
-    line.add_body(thick_sheet);
+    line.add_body(thick_sheet).length.value = 0;
     line.refresh();
     const Workspace before = w;
     ASSERT_TRUE(w.mag.observed_filtered && w.mag.calculated_filtered);
@@ -106,7 +106,7 @@ TEST(RefreshModel, that_is_left_among_the_filters_of_a_step_puts_back_what_the_s
     w.body(1).dip.value += 10;
     struct : Leaving {
         bool turn(double units) override { return units >= TurnPacer::usual_turn && leave_at > 0; }
-    } watcher;  // which leaves no response of so few stations
+    } watcher;  // which leaves no endless sheet at so few stations
     watcher.leave_at = 1;
     line.prompts.set_watcher(&watcher);
     EXPECT_THROW(refresh_model(line.session), CalculationStopped);
