@@ -85,6 +85,23 @@ requires(sizeof(Wide) > sizeof(Narrow)) ANOMALIS_INLINE Wide spread(Narrow value
     return value - Wide{};
 }
 
+ANOMALIS_INLINE bool any_less_lane(double a, double b) {
+    return a < b;
+}
+ANOMALIS_INLINE bool any_less_lane(Lanes a, Lanes b) {
+#if defined(ANOMALIS_GCC_LANES) && ANOMALIS_VECTOR_BYTES == 64
+    return __builtin_ia32_cmppd512_mask(a, b, 17, -1, 4) != 0;  // 17: less, ordered, quiet
+#elif defined(ANOMALIS_GCC_LANES) && ANOMALIS_VECTOR_BYTES == 32
+    return __builtin_ia32_movmskpd256(__builtin_bit_cast(Lanes, a < b)) != 0;
+#elif defined(ANOMALIS_GCC_LANES)
+    return __builtin_ia32_movmskpd(__builtin_bit_cast(Lanes, a < b)) != 0;
+#else
+    bool any = false;
+    for (int lane = 0; lane < lane_count; ++lane) any |= a[lane] < b[lane];
+    return any;
+#endif
+}
+
 ANOMALIS_INLINE double fused(double a, double b, double c) {
     return __builtin_fma(a, b, c);
 }
@@ -101,6 +118,13 @@ ANOMALIS_INLINE Lanes fused(Lanes a, Lanes b, Lanes c) {
 }
 
 }  // namespace detail
+
+/// Whether any lane of `a` is below that of `b`; NaN is not. Each may be a double or Lanes.
+template <class A, class B>
+ANOMALIS_INLINE bool any_less(A a, B b) {
+    using Real = decltype(a + b);
+    return detail::any_less_lane(detail::spread<Real>(a), detail::spread<Real>(b));
+}
 
 /// a b + c, rounded once. Each may be a double or Lanes. The baseline asks the C library, which has the
 /// processor's own instruction where there is one, so that the bits are the same everywhere.

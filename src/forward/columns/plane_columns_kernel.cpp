@@ -122,12 +122,15 @@ void strip_anomaly_columns(const StationView& stations, const BodyFrame& frame, 
 
 void strip_gravity_columns(const StationView& stations, const BodyFrame& frame, const PlaneMass& mass,
                            const WeightedColumns& columns, double* attraction) {
+    EdgeRow row;
+    prepare_edges(mass.x, mass.z, mass.edges, tiny_squared, row);
     over_stretches(
         stations, frame, [&](const Stretch& part, const BodyStation& body) __attribute__((always_inline)) {
             const Station<Lanes> at{body.x, body.z, body.y};
             Vector<Lanes> logarithms[4];
-            const Lanes sum = mass_sum(
-                mass, at.x, at.h, [&](int j, Lanes log, Lanes angle) __attribute__((always_inline)) {
+            const Lanes sum = edges_sum(
+                row, at.x, at.h, walls_sum(mass, at.x, at.h),
+                [&](int j, Lanes log, Lanes angle) __attribute__((always_inline)) {
                     logarithms[j] = {0.5 * log, angle};
                 });
             store_part(attraction, part, sum * mass.factor);

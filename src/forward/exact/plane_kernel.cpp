@@ -6,22 +6,21 @@ namespace anomalis::forward::ANOMALIS_VECTOR_LEVEL {
 
 namespace {
 
+/// The part of the edges of a row, whose factors begin at the given places.
 template <class Real>
-ANOMALIS_INLINE Real polygon_at(const PlanePolygon& p, Real x, Real h) {
+ANOMALIS_INLINE Real polygon_at(const EdgeRow& row, const double* log_factor, const double* angle_factor,
+                                Real x, Real h) {
+    const Vector<Real> twice{x + x, h + h};
     Real sum{};
-    auto w1 = from_station(p.x[0], p.z[0], x, h);
-    Real n1 = dot(w1, w1);
-    for (int j = 0; j < p.edges; ++j) {
-        const Vector<double> e{p.x[j + 1] - p.x[j], p.z[j + 1] - p.z[j]};
-        const auto w2 = from_station(p.x[j + 1], p.z[j + 1], x, h);
-        const Real n2 = dot(w2, w2);
-        const Real left = cross(w1, e);
-        const Real log = held_log(n1, n2, -vector_fma(e.x, w1.x + w2.x, e.z * (w1.z + w2.z)), least_squared);
-        Real angle = vector_atan2(-left, dot(w1, w2));
-        angle = left > face_tolerance * __builtin_sqrt(dot(e, e)) ? angle : vector_abs(angle);
-        sum = vector_fma(p.log_factor[j], log, vector_fma(-p.angle_factor[j], angle, sum));
-        w1 = w2;
-        n1 = n2;
+    for (int j = 0; j < row.count; ++j) {
+        const PlaneEdge& e = row.edge[j];
+        const Vector<Real> middle{e.sum_x - twice.x, e.sum_z - twice.z};
+        const auto outside = [&](Real left, Real angle) __attribute__((always_inline)) {
+            const Real tolerance = Real{} + face_tolerance * __builtin_sqrt(e.squared);
+            return left > tolerance ? angle : -vector_abs(angle);
+        };
+        const EdgeSight<Real> at = edge_sight(e, least_squared, x, h, middle, outside);
+        sum = vector_fma(angle_factor[j], at.angle, vector_fma(-log_factor[j], at.log, sum));
     }
     return sum;
 }
@@ -81,14 +80,32 @@ ANOMALIS_INLINE Real ring_at(const PlaneRing& ring, Real x, Real h, const Near& 
     const double limit = 4 * ring.corner_distance * ring.corner_distance;
     const Real held = at_least(squared, limit);
     const Real beyond = far(ring, Complex<Real>{x / held, -h / held});
-    if (!any_below(squared, limit)) return beyond;
+    if (!any_less(squared, limit)) return beyond;
     return squared < limit ? near(x, h) : beyond;
 }
 
-/// Adds value(x, h) at every station, x across and h above the body's origin.
+/// Calls step(row, first edge) for the rows that a polygon is cut into.
+template <class Step>
+ANOMALIS_INLINE void for_rows(const double* x, const double* z, int edges, double least, const Step& step) {
+    EdgeRow row;
+    for (int from = 0; from < edges; from += row.count) {
+        prepare_edges(x + from, z + from, edges - from, least, row);
+        step(row, from);
+    }
+}
+
+struct NoUse {
+    template <class Real>
+    ANOMALIS_INLINE void operator()(int, Real, Real) const {}
+};
+
+/// Adds value(x, h) at every station, x across and h above the body's origin. Works on a frame of its own:
+/// what is stored could else be part of it.
 template <class Value>
-ANOMALIS_INLINE void add_at_stations(const StationView& stations, const BodyFrame& frame, double* sum,
+ANOMALIS_INLINE void add_at_stations(const StationView& all, const BodyFrame& body, double* sum,
                                      Value value) {
+    const StationView stations = all;
+    const BodyFrame frame = body;
     for_stations(
         stations.count, [&](std::size_t i, auto kind) __attribute__((always_inline)) {
             using Real = decltype(kind);
@@ -100,8 +117,11 @@ ANOMALIS_INLINE void add_at_stations(const StationView& stations, const BodyFram
 
 }  // namespace
 
-void strip_magnetics(const StationView& stations, const BodyFrame& frame, const PlaneStrip& strip,
+void strip_magnetics(const StationView& all, const BodyFrame& body, const PlaneStrip& poles,
                      double* anomaly) {
+    const StationView stations = all;
+    const BodyFrame frame = body;
+    const PlaneStrip strip = poles;
     const auto run = [&](auto formula) __attribute__((always_inline)) {
         for_stations(
             stations.count, [&](std::size_t i, auto kind) __attribute__((always_inline)) {
@@ -123,38 +143,75 @@ void strip_magnetics(const StationView& stations, const BodyFrame& frame, const 
 
 void add_ring_magnetics(const StationView& stations, const BodyFrame& frame, const PlaneRing& ring,
                         double* anomaly) {
-    add_at_stations(
-        stations, frame, anomaly, [&](auto x, auto h) __attribute__((always_inline)) {
-            using Real = decltype(x);
-            return ring_at(
-                ring, x, h, [&](Real a, Real b) { return polygon_at(ring.polygon, a, b); },
-                far_ring_magnetics<Real>);
+    const PlanePolygon& polygon = ring.polygon;
+    const PlaneRing own = ring;
+    for_rows(
+        polygon.x, polygon.z, polygon.edges,
+        least_squared, [&](const EdgeRow& row, int from) __attribute__((always_inline)) {
+            add_at_stations(
+                stations, frame, anomaly, [&](auto x, auto h) __attribute__((always_inline)) {
+                    using Real = decltype(x);
+                    return ring_at(
+                        own, x, h,
+                        [&](Real a, Real b) __attribute__((always_inline)) {
+                            return polygon_at(row, polygon.log_factor + from, polygon.angle_factor + from, a,
+                                              b);
+                        },
+                        [&](const PlaneRing& r, const Complex<Real>& inverse) __attribute__((always_inline)) {
+                            return from == 0 ? far_ring_magnetics(r, inverse) : Real{};
+                        });
+                });
         });
 }
 
 void add_ring_gravity(const StationView& stations, const BodyFrame& frame, const PlaneRing& ring,
                       double* attraction) {
-    const PlaneMass mass{ring.polygon.x, ring.polygon.z, ring.polygon.edges, false, 0, 0, 0, ring.factor};
-    add_at_stations(
-        stations, frame, attraction, [&](auto x, auto h) __attribute__((always_inline)) {
-            using Real = decltype(x);
-            return ring_at(
-                ring, x, h, [&](Real a, Real b) { return mass_at(mass, a, b); }, far_ring_gravity<Real>);
+    const PlaneRing own = ring;
+    for_rows(
+        ring.polygon.x, ring.polygon.z, ring.polygon.edges,
+        tiny_squared, [&](const EdgeRow& row, int from) __attribute__((always_inline)) {
+            add_at_stations(
+                stations, frame, attraction, [&](auto x, auto h) __attribute__((always_inline)) {
+                    using Real = decltype(x);
+                    return ring_at(
+                        own, x, h,
+                        [&](Real a, Real b) __attribute__((always_inline)) {
+                            return edges_sum(row, a, b, Real{}, NoUse{}) * own.factor;
+                        },
+                        [&](const PlaneRing& r, const Complex<Real>& inverse) __attribute__((always_inline)) {
+                            return from == 0 ? far_ring_gravity(r, inverse) : Real{};
+                        });
+                });
         });
 }
 
 void add_polygon_magnetics(const StationView& stations, const BodyFrame& frame, const PlanePolygon& polygon,
                            double* anomaly) {
-    add_at_stations(
-        stations, frame,
-        anomaly, [&](auto x, auto h) __attribute__((always_inline)) { return polygon_at(polygon, x, h); });
+    for_rows(
+        polygon.x, polygon.z, polygon.edges,
+        least_squared, [&](const EdgeRow& row, int from) __attribute__((always_inline)) {
+            const double* const log_factor = polygon.log_factor + from;
+            const double* const angle_factor = polygon.angle_factor + from;
+            add_at_stations(
+                stations, frame, anomaly, [&](auto x, auto h) __attribute__((always_inline)) {
+                    return polygon_at(row, log_factor, angle_factor, x, h);
+                });
+        });
 }
 
-void add_plane_gravity(const StationView& stations, const BodyFrame& frame, const PlaneMass& mass,
+void add_plane_gravity(const StationView& stations, const BodyFrame& frame, const PlaneMass& all,
                        double* attraction) {
-    add_at_stations(
-        stations, frame,
-        attraction, [&](auto x, auto h) __attribute__((always_inline)) { return mass_at(mass, x, h); });
+    const PlaneMass mass = all;
+    for_rows(
+        mass.x, mass.z, mass.edges,
+        tiny_squared, [&](const EdgeRow& row, int from) __attribute__((always_inline)) {
+            add_at_stations(
+                stations, frame, attraction, [&](auto x, auto h) __attribute__((always_inline)) {
+                    using Real = decltype(x);
+                    const Real start = from == 0 ? walls_sum(mass, x, h) : Real{};
+                    return edges_sum(row, x, h, start, NoUse{}) * mass.factor;
+                });
+        });
 }
 
 }  // namespace anomalis::forward::ANOMALIS_VECTOR_LEVEL

@@ -165,7 +165,7 @@ void set_all(const ParallelepipedTerms& terms, StationBlock& block) {
         });
         Lanes clear = Lanes{} + 1.0;
         const Lanes margin = Tensors > 0 ? margins.tensor : margins.gravity;
-        if (any_negative(margin)) {
+        if (any_less(margin, 0.0)) {
             Lanes near[sums] = {};
             const Lanes near_clear = near_sums<Tensors, Gravity>(terms, at, sight, near);
             clear = margin < 0.0 ? near_clear : clear;

@@ -51,11 +51,6 @@ ANOMALIS_INLINE Lanes smaller(Lanes a, Lanes b) {
 ANOMALIS_INLINE Lanes larger(Lanes a, Lanes b) {
     return a > b ? a : b;
 }
-ANOMALIS_INLINE bool any_negative(Lanes value) {
-    bool any = false;
-    for (int lane = 0; lane < lane_count; ++lane) any |= value[lane] < 0.0;
-    return any;
-}
 
 /// The body as the stations of one vector see it.
 struct Sight {

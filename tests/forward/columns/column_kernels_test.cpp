@@ -12,6 +12,7 @@
 #include "forward/exact/column_kernel.h"
 #include "forward/exact/plane_strip.h"
 #include "forward/station_columns.h"
+#include "quad.h"
 
 namespace anomalis::forward {
 namespace {
@@ -152,6 +153,104 @@ TEST(ColumnKernels, of_responses_give_the_same_bits_at_every_level) {
         summed([&](VectorLevel level, double* values) {
             strip_magnetics_at(level)(at.view, at.frame, poles, values);
         });
+    }
+}
+
+/// Stations about the middle of an edge, from beside it to 10^9 m off, near and far ones by turns.
+struct StationsAbout {
+    std::vector<double> east, north, sensor;
+
+    StationsAbout(double x, double z) {
+        for (int k = 0; k < 240; ++k) {
+            const double distance = std::pow(10.0, 0.3 + 8.7 * (k * 7 % 60) / 60), angle = 0.1 + 1.7 * k;
+            east.push_back(x + distance * std::cos(angle));
+            north.push_back(0);
+            sensor.push_back(z + distance * std::sin(angle));
+        }
+    }
+    StationView view() const { return {east.data(), north.data(), sensor.data(), east.size()}; }
+};
+
+TEST(ColumnKernels, an_edge_keeps_its_digits_at_every_distance) {
+    const double x[2] = {3, 10}, z[2] = {-4, -1}, one = 1, none = 0;
+    const StationsAbout at(6.5, -2.5);
+    const StationView view = at.view();
+    const BodyFrame frame{1, 0, 0, 0, 0, 1};
+    std::vector<double> log(view.count), angle(view.count), gravity(view.count);
+    const auto zeroed = [](std::vector<double>& values) {
+        std::ranges::fill(values, 0.0);
+        return values.data();
+    };
+    for (const VectorLevel level : {VectorLevel::baseline, VectorLevel::avx2, VectorLevel::avx512}) {
+        if (level > vector::widest_vector_level()) continue;
+        add_polygon_magnetics_at(level)(view, frame, {x, z, &one, &none, 1}, zeroed(log));
+        add_polygon_magnetics_at(level)(view, frame, {x, z, &none, &one, 1}, zeroed(angle));
+        add_plane_gravity_at(level)(view, frame, {x, z, 1, false, 0, 0, 0, 1}, zeroed(gravity));
+        for (std::size_t i = 0; i < view.count; ++i) {
+            const QuadPair w1{Quad(x[0]) - view.east[i], Quad(z[0]) - view.sensor[i]};
+            const QuadPair w2{Quad(x[1]) - view.east[i], Quad(z[1]) - view.sensor[i]};
+            const QuadPair d = w2 - w1;
+            const Quad n1 = dot(w1, w1), left = cross(w1, d);
+            const QuadPair turn = quad_log({dot(w1, w2) / n1, cross(w1, w2) / n1});
+            const auto size = static_cast<double>(quad_sqrt(dot(turn, turn)));
+            EXPECT_NEAR(static_cast<double>(log[i] + 2 * turn.x), 0, 3e-15 * size) << i;
+            EXPECT_NEAR(static_cast<double>(angle[i] - turn.z), 0, 2e-15 * size) << i;
+            const Quad pull = left / dot(d, d) * (d.x * turn.z - d.z * turn.x);
+            const double whole = static_cast<double>(quad_sqrt(dot(w1, w1))) * size;
+            EXPECT_NEAR(static_cast<double>(gravity[i] - pull), 0, 3e-15 * whole) << i;
+        }
+    }
+}
+
+TEST(ColumnKernels, near_and_far_stations_side_by_side_give_the_same_bits_at_every_level) {
+    const StationsAbout at(30, -3);
+    const StationView view = at.view();
+    const BodyFrame frame{1, 0, 0, 0, 0, 1};
+    for (const double depth : {0.0, 120.0}) {
+        Strip strip = strip_of(some_sheet(depth));
+        strip.turn();
+        const PlaneStrip poles = plane_strip(strip, some_field);
+        expect_one_answer([&](VectorLevel level, double* values,
+                              double*) { strip_magnetics_at(level)(view, frame, poles, values); },
+                          view.count);
+        StripMass mass(strip);
+        mass.mass.factor = 0.01;
+        expect_one_answer(
+            [&](VectorLevel level, double* values, double*) {
+                std::fill_n(values, view.count, 0.0);
+                add_plane_gravity_at(level)(view, frame, mass.mass, values);
+            },
+            view.count);
+    }
+}
+
+/// A polygon of more edges than are prepared at once is the sum of its parts.
+TEST(ColumnKernels, a_polygon_of_many_edges_is_the_sum_of_its_parts) {
+    constexpr int edges = 150, part = 50;
+    std::vector<double> x, z, factor(edges, 0.7);
+    for (int k = 0; k <= edges; ++k) {
+        x.push_back(50 * std::cos(6.2831853 * k / edges));
+        z.push_back(40 * std::sin(6.2831853 * k / edges) - 60);
+    }
+    const StationsAbout at(30, -3);
+    const StationView view = at.view();
+    const BodyFrame frame{1, 0, 0, 0, 0, 1};
+    const VectorLevel level = vector::widest_vector_level();
+    std::vector<double> whole(view.count), parts(view.count), mass(view.count), masses(view.count);
+    add_polygon_magnetics_at(level)(view, frame, {x.data(), z.data(), factor.data(), factor.data(), edges},
+                                    whole.data());
+    add_plane_gravity_at(level)(view, frame, {x.data(), z.data(), edges, true, 0.6, -0.8, 2, 1}, mass.data());
+    for (int from = 0; from < edges; from += part) {
+        const double *px = x.data() + from, *pz = z.data() + from;
+        add_polygon_magnetics_at(level)(view, frame, {px, pz, factor.data(), factor.data(), part},
+                                        parts.data());
+        add_plane_gravity_at(level)(view, frame, {px, pz, part, true, 0.6, -0.8, from == 0 ? 2.0 : 0.0, 1},
+                                    masses.data());
+    }
+    for (std::size_t i = 0; i < view.count; ++i) {
+        EXPECT_NEAR(whole[i], parts[i], 1e-12);
+        // The walls of the parts cancel but for their rounding.
+        EXPECT_NEAR(mass[i], masses[i], 1e-10 * std::hypot(view.east[i], view.sensor[i], 100));
     }
 }
 
