@@ -76,7 +76,8 @@ SymmetricAxes axes_of(MatrixXd symmetric, Pacer& pacer) {
         pacer.done(9 * std::pow(static_cast<double>(count), 3) / 2);
         return axes;
     }
-    // It owns all that it works on, for it may outlast the fit.
+    // It owns all that it works on, for it may outlast the fit. Who gives work to the pool waits for its end,
+    // and a stop must not wait for axes that take seconds.
     const auto task = std::make_shared<std::packaged_task<SymmetricAxes()>>(
         [matrix = std::move(symmetric)] { return SymmetricAxes(matrix); });
     std::future<SymmetricAxes> axes = task->get_future();

@@ -17,4 +17,11 @@ inline Eigen::Index index_of(std::size_t i) {
     return static_cast<Eigen::Index>(i);
 }
 
+/// Whether all values are finite, asked of several at a time: of what is not, the difference from itself is
+/// no number.
+template <class Values>
+bool all_finite(const Values& values) {
+    return (values.array() - values.array()).sum() == 0;
+}
+
 }  // namespace anomalis::inversion

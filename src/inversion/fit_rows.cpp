@@ -243,7 +243,6 @@ double FitRows::sum_of_squares_without(std::int32_t body, std::span<const float>
 }
 
 void FitRows::columns(std::span<const float> values, Eigen::Ref<MatrixXd> out) {
-    out.setZero();
     // A chain that is not linear is at the values of its last state.
     const auto linear = [](const FittedRows& rows) { return rows.chain.linear(); };
     if (!std::ranges::all_of(channels_, linear)) {
@@ -260,7 +259,6 @@ void FitRows::columns(std::span<const float> values, Eigen::Ref<MatrixXd> out) {
     for (FittedRows& rows : channels_) {
         const auto count = index_of(rows.chain.row_count());
         auto own = out.middleRows(at, count);
-        own /= rows.sigma;
         project_off(rows.basis, own);
         at += count;
     }

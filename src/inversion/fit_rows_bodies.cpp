@@ -129,6 +129,7 @@ void FitRows::fill_columns(FreeBody& body, std::span<const float> values, Eigen:
                            BodyAsk& ask) {
     const bool known = calculated(body, values);
     set_values(body, values);
+    for (const std::size_t i : body.parameters) out.col(index_of(i)).setZero();
     Index at = 0;
     for (FittedRows& rows : channels_) {
         std::vector<int> codes;
@@ -144,7 +145,8 @@ void FitRows::fill_columns(FreeBody& body, std::span<const float> values, Eigen:
         for (std::size_t k = 0; k < parameters.size(); ++k) {
             auto column = out.col(index_of(parameters[k])).segment(at, count);
             rows.chain.change(span_of(raw.col(index_of(k))), {column.data(), rows.chain.row_count()});
-            if (!column.allFinite()) column.setZero();
+            if (!all_finite(column)) column.setZero();
+            column /= rows.sigma;
         }
         at += count;
     }

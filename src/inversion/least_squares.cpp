@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "inversion/bounded_step.h"
+#include "inversion/eigen_spans.h"
 #include "inversion/normal_matrix.h"
 
 namespace anomalis::inversion {
@@ -134,7 +135,7 @@ void Solver::form_normal() {
     for (Index k = 0; k < count_; ++k) {
         const FitParameter& p = parameter(k);
         if (p.logarithmic) columns_.col(k) *= static_cast<double>(value(k)) - static_cast<double>(p.origin);
-        if (!columns_.col(k).allFinite()) columns_.col(k).setZero();
+        if (!all_finite(columns_.col(k))) columns_.col(k).setZero();
     }
     system_.normal = normal_matrix(columns_, problem_.pacer());
     system_.gradient = columns_.transpose() * residuals_;

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <memory>
 #include <numeric>
 
 #include "core/shared_pieces.h"
@@ -86,11 +87,9 @@ RestrictedLikelihood::RestrictedLikelihood(const VectorXd& distance, const Vecto
     }
 }
 
-RestrictedLikelihood::Parts RestrictedLikelihood::reduce(const std::vector<double>& rows,
-                                                         double determinant) const {
+RestrictedLikelihood::Parts RestrictedLikelihood::reduce(const double* rows, double determinant) const {
     using RowMajor = Eigen::Matrix<double, Eigen::Dynamic, Eigen::Dynamic, Eigen::RowMajor>;
-    const Eigen::Map<const RowMajor> table(rows.data(), static_cast<Index>(rows_),
-                                           static_cast<Index>(width_));
+    const Eigen::Map<const RowMajor> table(rows, static_cast<Index>(rows_), static_cast<Index>(width_));
     const Index size = table.cols() - 1;
     // In blocks of rows that several threads take; their sums are added in one order.
     constexpr Index block = 512;
@@ -113,19 +112,20 @@ RestrictedLikelihood::Parts RestrictedLikelihood::reduce(const std::vector<doubl
 }
 
 RestrictedLikelihood::Parts RestrictedLikelihood::white_parts() const {
-    return reduce(table_, 0);
+    return reduce(table_.data(), 0);
 }
 
 RestrictedLikelihood::Parts RestrictedLikelihood::parts(const Matern& process, double ratio,
                                                         double rate) const {
-    std::vector<double> whitened(table_.size());
+    // Every value is written: no time goes into zeros.
+    const auto whitened = std::make_unique_for_overwrite<double[]>(table_.size());
     RowNews state(process, ratio, rate, width_);
     double determinant = 0;
     for (std::size_t i = 0; i < rows_; ++i) {
         if (i > 0) state.go_on(steps_[i]);
-        determinant += state.take(table_.data() + i * width_, whitened.data() + i * width_);
+        determinant += state.take(table_.data() + i * width_, whitened.get() + i * width_);
     }
-    return reduce(whitened, determinant);
+    return reduce(whitened.get(), determinant);
 }
 
 double RestrictedLikelihood::units() const {

@@ -39,7 +39,7 @@ class RestrictedLikelihood {
     double extent() const { return extent_; }    ///< m
 
   private:
-    Parts reduce(const std::vector<double>& rows, double determinant) const;
+    Parts reduce(const double* rows, double determinant) const;
 
     std::size_t rows_ = 0, width_ = 1;  ///< of the table: basis of the columns, then the residual
     std::vector<double> table_;         ///< row by row, along the line

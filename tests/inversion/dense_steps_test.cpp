@@ -3,8 +3,10 @@
 #include <Eigen/Dense>
 #include <cmath>
 #include <gtest/gtest.h>
+#include <limits>
 
 #include "core/threads.h"
+#include "inversion/eigen_spans.h"
 #include "inversion/orthonormal_basis.h"
 
 namespace anomalis::inversion {
@@ -38,6 +40,20 @@ MatrixXd numbers(Index rows, Index columns) {
 MatrixXd positive(Index count) {
     const MatrixXd some = numbers(count, count);
     return some.transpose() * some + MatrixXd::Identity(count, count);
+}
+
+TEST(AllFinite, one_value_that_is_not_is_found_wherever_it_stands) {
+    constexpr double infinite = std::numeric_limits<double>::infinity();
+    Eigen::VectorXd values = Eigen::VectorXd::Constant(13, std::numeric_limits<double>::max());
+    EXPECT_TRUE(all_finite(values));
+    EXPECT_TRUE(all_finite(Eigen::VectorXd()));
+    for (Eigen::Index i = 0; i < values.size(); ++i) {
+        for (const double bad : {infinite, -infinite, std::numeric_limits<double>::quiet_NaN()}) {
+            Eigen::VectorXd one = values;
+            one[i] = bad;
+            EXPECT_FALSE(all_finite(one)) << i;
+        }
+    }
 }
 
 }  // namespace
