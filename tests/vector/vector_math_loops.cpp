@@ -39,6 +39,10 @@ void fma_by_lanes(const double* a, const double* b, const double* c, double* res
         store_lanes(result + i, vector_fma(load_lanes(a + i), load_lanes(b + i), load_lanes(c + i)));
 }
 
+bool any_less_of_lanes(const double* a, const double* b) {
+    return any_less(load_lanes(a), load_lanes(b));
+}
+
 int lanes_at_once() {
     return lane_count;
 }

@@ -20,6 +20,8 @@ ANOMALIS_VECTOR_KERNEL(void, fma_loop,
                        (const double* a, const double* b, const double* c, double* result, std::size_t n))
 ANOMALIS_VECTOR_KERNEL(void, fma_by_lanes,
                        (const double* a, const double* b, const double* c, double* result, std::size_t n))
+/// Whether any of one vector of numbers is below that of the other.
+ANOMALIS_VECTOR_KERNEL(bool, any_less_of_lanes, (const double* a, const double* b))
 ANOMALIS_VECTOR_KERNEL(int, lanes_at_once, ())
 
 }  // namespace anomalis::vector

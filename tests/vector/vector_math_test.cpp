@@ -155,6 +155,23 @@ TEST(VectorMath, a_fused_product_is_rounded_once_at_every_level) {
     }
 }
 
+TEST(VectorMath, any_lane_that_is_less_is_found_and_none_that_is_no_number) {
+    for (VectorLevel level : levels()) {
+        const auto lanes = static_cast<std::size_t>(lanes_at_once_at(level)());
+        Values a(lanes, 2), b(lanes, 2);
+        EXPECT_FALSE(any_less_of_lanes_at(level)(a.data(), b.data()));
+        for (std::size_t lane = 0; lane < lanes; ++lane) {
+            Values some = a;
+            some[lane] = 1.5;
+            EXPECT_TRUE(any_less_of_lanes_at(level)(some.data(), b.data())) << lane;
+            EXPECT_FALSE(any_less_of_lanes_at(level)(b.data(), some.data())) << lane;
+            some[lane] = std::nan("");
+            EXPECT_FALSE(any_less_of_lanes_at(level)(some.data(), b.data())) << lane;
+            EXPECT_FALSE(any_less_of_lanes_at(level)(b.data(), some.data())) << lane;
+        }
+    }
+}
+
 TEST(VectorLevels, wider_levels_work_on_more_lanes) {
     int lanes = 2;
     for (VectorLevel level : levels()) {
