@@ -148,7 +148,7 @@ BENCHMARK(a_step_over_sizes)
 BENCHMARK(a_step_over_sizes)
     ->ArgNames({"stations", "bodies", "kind", "width"})
     ->ArgsProduct({{1000001}, {1, 10}, {exact_prisms}, {100}})
-    ->Iterations(80)
+    ->Iterations(10)
     ->UseManualTime()
     ->Unit(benchmark::kMillisecond);
 
