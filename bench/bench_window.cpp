@@ -148,6 +148,7 @@ BENCHMARK(a_step_over_sizes)
 BENCHMARK(a_step_over_sizes)
     ->ArgNames({"stations", "bodies", "kind", "width"})
     ->ArgsProduct({{1000001}, {1, 10}, {exact_prisms}, {100}})
+    ->ArgsProduct({{3000001}, {1}, {exact_prisms}, {100}})
     ->Iterations(10)
     ->UseManualTime()
     ->Unit(benchmark::kMillisecond);
