@@ -21,8 +21,8 @@ function(anomalis_vector_sources target)
       add_library(${objects} OBJECT)
       target_link_libraries(${objects} PRIVATE anomalis_flags)
       target_compile_definitions(${objects} PRIVATE ANOMALIS_VECTOR_LEVEL=vector_${level})
-      # Vectors pass between inlined functions only, so their calling convention does not matter.
-      target_compile_options(${objects} PRIVATE -O3 -fno-trapping-math -Wno-psabi ${flags_compiler}
+      # Vectors pass between inlined functions only, so their calling convention does not matter. Nothing is thrown.
+      target_compile_options(${objects} PRIVATE -O3 -fno-exceptions -fno-trapping-math -Wno-psabi ${flags_compiler}
         ${flags_${level}})
       target_sources(${target} PRIVATE $<TARGET_OBJECTS:${objects}>)
     endif()

@@ -21,22 +21,24 @@ std::optional<std::uint64_t> first_number(const std::string& path) {
     return std::nullopt;
 }
 
-/// Of a line "Name:  12345 kB", in bytes.
-std::optional<std::uint64_t> line_of_system(std::string_view name) {
-    std::ifstream file("/proc/meminfo");
+/// Of the line that begins with this name.
+std::optional<std::uint64_t> number_of_line(const std::string& path, std::string_view name) {
+    std::ifstream file(path);
     std::string word;
-    std::uint64_t kilobytes = 0;
+    std::uint64_t number = 0;
     while (file >> word) {
-        if (word == name && file >> kilobytes) return saturating_product(kilobytes, 1024);
+        if (word == name && file >> number) return number;
         std::getline(file, word);
     }
     return std::nullopt;
 }
 
 std::uint64_t left_by_system() {
-    const auto available = line_of_system("MemAvailable:");
+    const std::string path = "/proc/meminfo";  // in kB
+    const auto available = number_of_line(path, "MemAvailable:");
     if (!available) return largest_count;
-    return saturating_sum(*available, line_of_system("SwapFree:").value_or(0));
+    return saturating_product(saturating_sum(*available, number_of_line(path, "SwapFree:").value_or(0)),
+                              1024);
 }
 
 std::uint64_t less(std::uint64_t limit, std::uint64_t taken) {
@@ -69,7 +71,11 @@ std::uint64_t left_by_group() {
         if (!line.starts_with("0::")) continue;
         const std::string folder = "/sys/fs/cgroup" + line.substr(3) + "/";
         const auto most = first_number(folder + "memory.max");
-        if (most) return less(*most, first_number(folder + "memory.current").value_or(0));
+        if (!most) continue;
+        const std::uint64_t taken = first_number(folder + "memory.current").value_or(0);
+        // Pages of files are given back when memory is asked for.
+        const std::uint64_t files = number_of_line(folder + "memory.stat", "file").value_or(0);
+        return less(*most, less(taken, files));
     }
     return largest_count;
 }

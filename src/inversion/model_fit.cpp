@@ -246,8 +246,10 @@ void fit_until_weights_stand(WatchedFit& fit, FitRows& rows, std::span<const Fit
 /// of the bodies that they are of. Before work begins that could not be ended.
 void require_room(const FittedModel& model, const FitRequest& request) {
     const Workspace& workspace = model.workspace;
-    const auto stations =
-        static_cast<std::uint64_t>(std::max(workspace.last_station - workspace.first_station + 1, 0));
+    // A window may reach beyond the line, which is told elsewhere.
+    const std::int32_t first = std::max(workspace.first_station, 1);
+    const std::int32_t last = std::min(workspace.last_station, workspace.station_count);
+    const auto stations = static_cast<std::uint64_t>(last < first ? 0 : last - first + 1);
     const std::uint64_t channels = request.channels.size();
     const std::uint64_t columns = saturating_sum(saturating_product(4, request.places.size()), 16);
     const std::uint64_t values = saturating_product(saturating_product(columns, channels), stations);
