@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "core/pacer.h"
+#include "core/threads.h"
 #include "inversion/line_session.h"
 #include "model/refresh_model.h"
 #include "support/stale_body.h"
@@ -20,6 +21,14 @@ struct Leaving : CalculationWatcher {
     }
     bool turn(double) override { return ++turns == leave_at; }
     void ended() override { ++ends; }
+};
+
+/// Turns can be counted where no other core takes a part.
+struct OneCore {
+    OneCore() { limit_threads(1); }
+    ~OneCore() { limit_threads(0); }
+    OneCore(const OneCore&) = delete;
+    OneCore& operator=(const OneCore&) = delete;
 };
 
 }  // namespace
@@ -62,6 +71,7 @@ TEST(RefreshModel, that_is_left_among_the_filters_keeps_all_rows_of_before) {
     w.mag.float_base = 1;
     w.processing.display_total_gradient = 1;
     line.add_body(thick_sheet);
+    const OneCore one;
     const MisfitPair before = line.refresh();
     const ChannelTable mag = w.mag.data;
     const float base = w.mag.base, calc_base = w.mag.calc_base;
