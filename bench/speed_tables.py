@@ -23,7 +23,8 @@ def seconds(command):
     least = math.inf
     for _ in range(TURNS):
         before = resource.getrusage(resource.RUSAGE_CHILDREN)
-        subprocess.run(command, check=True, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        with tempfile.TemporaryDirectory() as folder:  # GMT leaves a file of its history where it runs
+            subprocess.run(command, check=True, cwd=folder, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         after = resource.getrusage(resource.RUSAGE_CHILDREN)
         least = min(least, after.ru_utime + after.ru_stime - before.ru_utime - before.ru_stime)
     return least
@@ -55,6 +56,14 @@ def counters(one):
     return {key: value for key, value in one.items() if key not in USUAL and isinstance(value, (int, float))}
 
 
+def name_of(one):
+    """The label, with the arguments where they have names."""
+    name = one["name"].split("/iterations")[0].replace("/manual_time", "")
+    if "label" not in one:
+        return name
+    return " ".join([one["label"], *(part for part in name.split("/")[1:] if ":" in part and "kind" not in part)])
+
+
 def benchmark_tables(build, program, pattern="."):
     """One table for each set of counters."""
     groups = {}
@@ -62,7 +71,7 @@ def benchmark_tables(build, program, pattern="."):
         groups.setdefault(tuple(counters(one)), []).append(one)
     for names, ones in groups.items():
         if names:
-            clean = [one["name"].split("/iterations")[0].replace("/manual_time", "") for one in ones]
+            clean = [name_of(one) for one in ones]
             table(["", *(name.replace("_", " ") for name in names)],
                   [[name, *(short(one[key]) for key in names)] for name, one in zip(clean, ones)])
 
@@ -118,8 +127,7 @@ def peers(build):
         rows.append([what, short(theirs), short(ours), f"{theirs / ours:.1f}"])
 
     with tempfile.TemporaryDirectory() as folder:
-        ours = {one["name"].split("/iterations")[0].replace("/manual_time", ""): one
-                for one in benchmarks(build, "bench_peers", "prism/8193|polygon/500|polyhedron/48")}
+        ours = {name_of(one): one for one in benchmarks(build, "bench_peers", "prism/8193|polygon/500|polyhedron/48")}
         row("gravity of a plane polygon, a station and corner", gmt_polygon(folder),
             ours["polygon/500"]["gravity_ns_an_edge"])
         prism = "prism,2000/1000/500/-800/5000/1500"
