@@ -163,8 +163,9 @@ def start(build):
     """The batch tool's start, and an empty program's beside it."""
     script = os.path.join(os.path.dirname(os.path.abspath(__file__)), "start.py")
     print("```")
-    print(subprocess.run([sys.executable, script, os.path.join(build, "anomalis-batch")], check=True,
-                         capture_output=True, text=True).stdout.rstrip())
+    out = subprocess.run([sys.executable, script, os.path.join(build, "anomalis-batch")], check=True,
+                         capture_output=True, text=True).stdout
+    print(out.replace(os.path.join(build, ""), "").rstrip())
     print("```\n")
 
 
