@@ -64,7 +64,7 @@ std::uint64_t left_by_limit(decltype(RLIMIT_AS) resource, std::uint64_t has) {
     return less(limit.rlim_cur, has);
 }
 
-/// The group of processes that a container or a session is.
+/// The group of processes that a container is.
 std::uint64_t left_by_group() {
     std::ifstream file("/proc/self/cgroup");
     for (std::string line; std::getline(file, line);) {
