@@ -17,6 +17,7 @@ build nlohmann-json3-dev  JSON output
 build libproj-dev         coordinate systems
 build libsqlite3-dev      GeoPackage files
 build zlib1g-dev          packed survey files
+build libtomlplusplus-dev survey plans
 build fonts-dejavu-core   the font of the charts on a machine without a desktop
 test  libgtest-dev        the tests
 test  libgmock-dev        the tests

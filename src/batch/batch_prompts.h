@@ -1,39 +1,22 @@
 #pragma once
 
-#include <functional>
 #include <iosfwd>
 #include <string>
-#include <vector>
 
-#include "core/unattended_prompts.h"
+#include "core/recording_prompts.h"
 
 namespace anomalis::batch {
 
-/// Nobody is at the keyboard: messages go to a stream and are kept, each kind by itself.
-class BatchPrompts : public UnattendedPrompts {
+/// What is told goes to a stream too.
+class BatchPrompts : public RecordingPrompts {
   public:
     explicit BatchPrompts(std::ostream& err) : err_(err) {}
 
-    /// What went wrong, in order, in the words that a window shows.
-    const std::vector<std::string>& messages() const { return messages_; }
-    /// The same, and what was read as the format says but can hardly be meant.
-    const std::vector<std::string>& failures() const { return failures_; }
-    /// What there is to know although nothing went wrong.
-    const std::vector<std::string>& remarks() const { return remarks_; }
-
-    /// Called whenever long work lets go for a moment.
-    std::function<void()> on_yield;
-    void yield() override;
-
   protected:
-    void show_message(const std::string& text) override { show_text(text, Severity::failure); }
     void show_text(const std::string& text, Severity severity) override;
 
   private:
     std::ostream& err_;
-    std::vector<std::string> messages_;
-    std::vector<std::string> failures_;
-    std::vector<std::string> remarks_;
 };
 
 }  // namespace anomalis::batch

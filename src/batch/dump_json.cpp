@@ -3,12 +3,13 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
-#include "batch/fit_json.h"
+#include "batch/batch_prompts.h"
 #include "batch/json_stream.h"
-#include "batch/json_units.h"
 #include "batch/workspace_json.h"
 #include "core/body_parameters.h"
 #include "core/model_mark.h"
+#include "report/fit_json.h"
+#include "report/json_units.h"
 
 namespace anomalis::batch {
 
@@ -151,7 +152,7 @@ void put_bodies(const Workspace& workspace, JsonStream& out) {
 
 /// The regional in force with its value at each station, nT or mGal.
 void put_regional(const Workspace& workspace, const Regional& regional, JsonStream& out) {
-    const Json json = regional_json<Json>(regional);
+    const Json json = report::regional_json<Json>(regional);
     if (json.is_null()) return out.value(json);
     out.begin_object();
     out.members(json);
@@ -164,7 +165,7 @@ void put_regional(const Workspace& workspace, const Regional& regional, JsonStre
 /// The record of the last fit; `as_fitted` tells whether it speaks of this model.
 Json last_fit_json(const Workspace& workspace) {
     if (!workspace.fit) return nullptr;
-    Json json = fit_json<Json>(*workspace.fit);
+    Json json = report::fit_json<Json>(*workspace.fit);
     json["as_fitted"] = as_fitted(workspace);
     return json;
 }
@@ -198,9 +199,9 @@ void put_dump(const Workspace& workspace, const DumpedMisfit& misfit, const Batc
     put_bodies(workspace, out);
     out.member("misfit", {{"mag", misfit_json(misfit.mag)}, {"grav", misfit_json(misfit.grav)}});
     out.member("last_fit", last_fit_json(workspace));
-    out.member(units_name, dump_units_json<Json>(workspace));
+    out.member(report::units_name, report::dump_units_json<Json>(workspace));
     Json words;
-    add_told(words, told);
+    report::add_told(words, told);
     out.members(words);
     out.end_object();
     out.end();

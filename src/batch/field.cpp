@@ -3,22 +3,22 @@
 
 #include "batch/batch_session.h"
 #include "batch/commands.h"
-#include "batch/json_text.h"
 #include "core/failure.h"
 #include "core/numbers.h"
+#include "report/json_text.h"
 
 namespace anomalis::batch {
 
 namespace {
 
 std::string field_json(const field::MainField& field) {
-    return json_text(nlohmann::ordered_json{{"total_nT", field.total_nT},
-                                            {"inclination_deg", field.inclination_deg},
-                                            {"declination_deg", field.declination_deg},
-                                            {"north_nT", field.north_nT},
-                                            {"east_nT", field.east_nT},
-                                            {"down_nT", field.down_nT}},
-                     2);
+    return report::json_text(nlohmann::ordered_json{{"total_nT", field.total_nT},
+                                                    {"inclination_deg", field.inclination_deg},
+                                                    {"declination_deg", field.declination_deg},
+                                                    {"north_nT", field.north_nT},
+                                                    {"east_nT", field.east_nT},
+                                                    {"down_nT", field.down_nT}},
+                             2);
 }
 
 std::string field_text(const field::MainField& field) {

@@ -2,13 +2,13 @@
 #include <ostream>
 
 #include "batch/batch_session.h"
-#include "batch/channel_choice.h"
 #include "batch/commands.h"
-#include "batch/find_json.h"
 #include "batch/found_text.h"
 #include "batch/stop_request.h"
 #include "core/numbers.h"
+#include "flow/channel_choice.h"
 #include "flow/find_report.h"
+#include "report/find_json.h"
 #include "show/fit_quality.h"
 
 namespace anomalis::batch {
@@ -19,7 +19,7 @@ constexpr int usual_most = 8;
 
 flow::FindOptions find_options(const FindCommandOptions& options, const Session& session) {
     flow::FindOptions find;
-    find.request = {.channel = chosen_channel(options.channel, session),
+    find.request = {.channel = flow::chosen_channel(options.channel, session),
                     .most = std::max(options.most.value_or(usual_most), options.bodies.value_or(1)),
                     .bodies = options.bodies,
                     .thin = options.thin,
@@ -95,7 +95,7 @@ bool found_nothing(const inversion::FindResult& result) {
 /// Looks where it can, and tells why not or that there is nothing.
 flow::FindReport searched(const FindCommandOptions& options, BatchSession& batch, OpenState state) {
     flow::FindReport report;
-    report.refusal = state == OpenState::ready ? channel_refusal(options.channel, batch.session)
+    report.refusal = state == OpenState::ready ? flow::channel_refusal(options.channel, batch.session)
                                                : "There is no line to look for bodies on";
     if (report.refusal.empty()) {
         report = find(options, batch);
@@ -124,7 +124,7 @@ bool run_find(const FindCommandOptions& options, BatchSession& batch) {
         report = searched(options, batch, state);
     }
     bool done = report.refusal.empty();
-    const std::string json = find_json_text(report, workspace, batch.prompts);
+    const std::string json = report::find_json_text(report, workspace, batch.prompts);
     if (!options.report.empty()) done = batch.write_result(options.report, json) == 0 && done;
     if (done && !options.output.empty()) done = batch.write_workspace(options.output) == 0;
     if (!report.refusal.empty()) return false;

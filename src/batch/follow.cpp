@@ -2,7 +2,6 @@
 #include <ostream>
 
 #include "batch/batch_session.h"
-#include "batch/channel_choice.h"
 #include "batch/commands.h"
 #include "batch/follow_json.h"
 #include "batch/found_text.h"
@@ -10,6 +9,7 @@
 #include "core/model_mark.h"
 #include "core/numbers.h"
 #include "core/shown_text.h"
+#include "flow/channel_choice.h"
 #include "flow/follow_report.h"
 
 namespace anomalis::batch {
@@ -54,7 +54,7 @@ class Following {
 
 bool Following::open_first() {
     if (!batch_.open_ready(options_.first)) return false;
-    std::string why = channel_refusal(options_.channel, batch_.session);
+    std::string why = flow::channel_refusal(options_.channel, batch_.session);
     if (why.empty() && !any_body_takes_part(workspace_))
         why = options_.first + " has no body that could be followed";
     if (!why.empty()) {
@@ -62,13 +62,13 @@ bool Following::open_first() {
         return false;
     }
     const bool in_force = options_.channel.empty() && as_fitted(workspace_);
-    follow_ = {
-        .channel = in_force ? workspace_.fit->channel : chosen_channel(options_.channel, batch_.session),
-        .iterations = options_.iterations,
-        .starts = options_.starts,
-        .regional_degree = options_.fit.regional,
-        .mag_noise = options_.fit.mag_noise,
-        .grav_noise = options_.fit.grav_noise};
+    follow_ = {.channel = in_force ? workspace_.fit->channel
+                                   : flow::chosen_channel(options_.channel, batch_.session),
+               .iterations = options_.iterations,
+               .starts = options_.starts,
+               .regional_degree = options_.fit.regional,
+               .mag_noise = options_.fit.mag_noise,
+               .grav_noise = options_.fit.grav_noise};
     first_workspace_ = workspace_;
     std::vector<std::string> remarks;
     first_.emplace(flow::first_line(first_workspace_, remarks));
@@ -87,7 +87,7 @@ void Following::follow(const std::string& next, const std::string& output) {
         file.line.refusal = next + " gives no line to fit on";
         return;
     }
-    file.line.refusal = channel_refusal(channel_name(follow_.channel), batch_.session);
+    file.line.refusal = flow::channel_refusal(flow::channel_name(follow_.channel), batch_.session);
     if (file.line.refusal.empty()) file.line = flow::follow_to(*first_, batch_.session, follow_);
     if (!file.line.refusal.empty()) batch_.prompts.message(file.line.refusal);
     file.workspace = workspace_;

@@ -2,10 +2,11 @@
 
 #include <nlohmann/json.hpp>
 
-#include "batch/fit_json.h"
-#include "batch/found_body_json.h"
-#include "batch/json_text.h"
-#include "batch/json_units.h"
+#include "batch/batch_prompts.h"
+#include "report/fit_json.h"
+#include "report/found_body_json.h"
+#include "report/json_text.h"
+#include "report/json_units.h"
 #include "show/fit_quality.h"
 
 namespace anomalis::batch {
@@ -31,11 +32,12 @@ Json changes_json(const flow::CarriedBody& carried, int number, const ModelBody&
         const float end = (body.*row.slot).value;
         const FittedParameter* parameter = fitted(record, number, row.code);
         if (!parameter && before == start && start == end) continue;
-        changes.push_back({{"name", reported_name(row.code)},
-                           {"before", before},
-                           {"carried", start},
-                           {"fitted", end},
-                           {"interval", parameter ? interval_json<Json>(*parameter) : Json(nullptr)}});
+        changes.push_back(
+            {{"name", report::reported_name(row.code)},
+             {"before", before},
+             {"carried", start},
+             {"fitted", end},
+             {"interval", parameter ? report::interval_json<Json>(*parameter) : Json(nullptr)}});
     }
     return changes;
 }
@@ -44,7 +46,7 @@ Json body_json(const FollowedFile& file, std::size_t index, const FitRecord& rec
     const int number = static_cast<int>(index) + 1;
     const flow::CarriedBody& carried = file.line.carried[index];
     const ModelBody& body = file.workspace.body(number);
-    Json json = found_body_json<Json>(body, number, record, channel, file.workspace);
+    Json json = report::found_body_json<Json>(body, number, record, channel, file.workspace);
     json["first_body"] = carried.first_number;
     json["carried_along_strike_m"] = carried.along_strike;
     json["changes"] = changes_json(carried, number, body, record);
@@ -58,9 +60,10 @@ Json line_json(const FollowedFile& file, std::int32_t channel) {
                  {"label", file.line.refusal.empty() ? inversion.label : file.line.refusal}};
     for (const flow::ReportedChannel& reported : inversion.channels) {
         const std::string before = &reported == &inversion.channels.front() ? "" : "grav_";
-        json[before + "rms"] = reported.fitted ? number_or_null<Json>(reported.fitted->rms) : Json(nullptr);
+        json[before + "rms"] =
+            reported.fitted ? report::number_or_null<Json>(reported.fitted->rms) : Json(nullptr);
         json[before + "units"] = show::channel_unit(reported.channel);
-        json[before + "regional"] = regional_json<Json>(reported.regional);
+        json[before + "regional"] = report::regional_json<Json>(reported.regional);
     }
     json["bodies"] = Json::array();
     const FitRecord record = inversion.result.record.value_or(FitRecord{});
@@ -94,12 +97,12 @@ std::string follow_json_text(const std::string& first, std::int32_t channel,
         {"seconds", seconds}, {"first", first}, {"lines", Json::array()}, {"strikes", Json::array()}};
     for (const FollowedFile& file : files) json["lines"].push_back(line_json(file, channel));
     for (const flow::FollowedStrike& strike : strikes) json["strikes"].push_back(strike_json(strike));
-    Json units = units_json<Json>({{"seconds", "s"}, {"rms", "as units of the line"}});
-    units["bodies"] = found_body_units_json<Json>();
-    units["changes"] = parameter_units_json<Json>();
-    json[units_name] = std::move(units);
-    add_told(json, told);
-    return json_text(json, 1);
+    Json units = report::units_json<Json>({{"seconds", "s"}, {"rms", "as units of the line"}});
+    units["bodies"] = report::found_body_units_json<Json>();
+    units["changes"] = report::parameter_units_json<Json>();
+    json[report::units_name] = std::move(units);
+    report::add_told(json, told);
+    return report::json_text(json, 1);
 }
 
 }  // namespace anomalis::batch

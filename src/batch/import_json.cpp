@@ -2,8 +2,9 @@
 
 #include <nlohmann/json.hpp>
 
-#include "batch/json_text.h"
+#include "batch/batch_prompts.h"
 #include "batch/load_report_json.h"
+#include "report/json_text.h"
 
 namespace anomalis::batch {
 
@@ -60,8 +61,8 @@ std::string import_json_text(const intake::SurveyIndex& index, const std::vector
     for (const intake::RowLoss& loss : index.losses) json["rows_dropped"].push_back(dropped_json<Json>(loss));
     json["lines"] = Json::array();
     for (const WrittenLine& line : lines) json["lines"].push_back(line_json(line));
-    add_told(json, told);
-    return json_text(json, 2);
+    report::add_told(json, told);
+    return report::json_text(json, 2);
 }
 
 }  // namespace anomalis::batch

@@ -3,10 +3,10 @@
 #include <nlohmann/json.hpp>
 
 #include "batch/batch_session.h"
-#include "batch/json_text.h"
 #include "batch/load_report_json.h"
 #include "core/body_types.h"
 #include "core/model_mark.h"
+#include "report/json_text.h"
 #include "show/fit_quality.h"
 
 namespace anomalis::batch {
@@ -20,7 +20,7 @@ Json channel_json(const Workspace& w, int channel, bool misfits) {
     if (!there || w.station_count == 0) return nullptr;
     const std::string unit = channel == channel_mag ? "_nT" : "_mGal";
     const Channel& c = w.channel(channel);
-    const auto number = [](float value) { return number_or_null<Json>(static_cast<double>(value)); };
+    const auto number = [](float value) { return report::number_or_null<Json>(static_cast<double>(value)); };
     Json json;
     json["least" + unit] = number(c.min);
     json["greatest" + unit] = number(c.max);
@@ -28,7 +28,7 @@ Json channel_json(const Workspace& w, int channel, bool misfits) {
     json["rms" + unit] = nullptr;
     if (!misfits) return json;
     if (const auto quality = show::fit_quality(w, channel))
-        json["rms" + unit] = number_or_null<Json>(quality->rms);
+        json["rms" + unit] = report::number_or_null<Json>(quality->rms);
     return json;
 }
 
@@ -36,12 +36,13 @@ Json bodies_json(const Workspace& w) {
     Json bodies = Json::array();
     for (int number = 1; number <= w.body_count; ++number) {
         const ModelBody& body = w.body(number);
-        bodies.push_back({{"number", number},
-                          {"name", body.name},
-                          {"type", std::string(body_type_name(body.type))},
-                          {"used", !body.turned_off},
-                          {"distance_m", number_or_null<Json>(static_cast<double>(body.distance.value))},
-                          {"top_m", number_or_null<Json>(static_cast<double>(body.top.value))}});
+        bodies.push_back(
+            {{"number", number},
+             {"name", body.name},
+             {"type", std::string(body_type_name(body.type))},
+             {"used", !body.turned_off},
+             {"distance_m", report::number_or_null<Json>(static_cast<double>(body.distance.value))},
+             {"top_m", report::number_or_null<Json>(static_cast<double>(body.top.value))}});
     }
     return bodies;
 }
@@ -50,7 +51,7 @@ Json bodies_json(const Workspace& w) {
 
 std::string info_json_text(const BatchSession& batch, bool misfits) {
     const Workspace& w = batch.session.workspace;
-    const auto number = [](float value) { return number_or_null<Json>(static_cast<double>(value)); };
+    const auto number = [](float value) { return report::number_or_null<Json>(static_cast<double>(value)); };
     Json json = {{"workspace", w.model_file},
                  {"data_file", w.definition.data_file},
                  {"field", w.source.field_missing ? Json(nullptr)
@@ -64,8 +65,8 @@ std::string info_json_text(const BatchSession& batch, bool misfits) {
                  {"formulas", std::string(formulas_name(w.formulas))},
                  {"last_fit", as_fitted(w) ? Json(w.fit->outcome) : Json(nullptr)},
                  {"bodies", bodies_json(w)}};
-    add_told(json, batch.prompts);
-    return json_text(json, 1);
+    report::add_told(json, batch.prompts);
+    return report::json_text(json, 1);
 }
 
 }  // namespace anomalis::batch

@@ -3,12 +3,12 @@
 #include <ostream>
 
 #include "batch/batch_session.h"
-#include "batch/channel_choice.h"
 #include "batch/commands.h"
-#include "batch/report_json.h"
 #include "batch/stop_request.h"
 #include "core/numbers.h"
+#include "flow/channel_choice.h"
 #include "flow/inversion_report.h"
+#include "report/inversion_json.h"
 #include "show/fit_quality.h"
 #include "show/fit_view.h"
 
@@ -18,7 +18,7 @@ namespace {
 
 flow::InvertOptions run_options(const InvertCommandOptions& options, const Session& session) {
     flow::InvertOptions run;
-    run.channel = chosen_channel(options.channel, session);
+    run.channel = flow::chosen_channel(options.channel, session);
     run.target = options.target == "gradient" ? target_gradient : target_data;
     run.method = method_of_name(options.method).value_or(run.method);
     run.iterations = options.iterations;
@@ -115,7 +115,7 @@ std::string refusal(const InvertCommandOptions& options, const Session& session,
         return "There is no body " + std::to_string(options.body) + " to invert: the model has " +
                std::to_string(bodies);
     }
-    return channel_refusal(options.channel, session);
+    return flow::channel_refusal(options.channel, session);
 }
 
 /// The report of a run that was not begun.
@@ -140,7 +140,7 @@ bool run_invert(const InvertCommandOptions& options, BatchSession& batch) {
         report = why.empty() ? invert(options, batch) : refused_report(options);
     }
     bool done = report.result.status >= 0;
-    const std::string json = report_json_text(report, batch.prompts);
+    const std::string json = report::inversion_json_text(report, batch.prompts);
     if (!options.report.empty()) done = batch.write_result(options.report, json) == 0 && done;
     if (done && !options.output.empty()) done = batch.write_workspace(options.output) == 0;
     return batch.write_result("", summary(report, batch.session.workspace)) == 0 && done;

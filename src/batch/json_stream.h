@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
-#include "batch/json_text.h"
 #include "core/text_pieces.h"
+#include "report/json_text.h"
 
 namespace anomalis::batch {
 
@@ -90,7 +90,7 @@ class JsonStreamOf {
   private:
     static std::string plain(const Json& json) {
         constexpr int compact = -1;  // for programs, and one number a line would double it
-        return indented_json(json, compact);
+        return report::indented_json(json, compact);
     }
     /// What stands between the brackets.
     static void append_inside(std::string_view bracketed, std::string& text) {

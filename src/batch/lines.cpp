@@ -4,10 +4,10 @@
 
 #include "batch/batch_session.h"
 #include "batch/commands.h"
-#include "batch/json_text.h"
 #include "core/failure.h"
 #include "core/numbers.h"
 #include "core/shown_text.h"
+#include "report/json_text.h"
 
 namespace anomalis::batch {
 
@@ -29,7 +29,7 @@ std::string lines_json(const SurveyIndex& index) {
                          {"length_m", line.length_m},
                          {"mag_nT", range_json(line.mag_nT)},
                          {"grav_mGal", range_json(line.grav_mGal)}});
-    return json_text(Json{{"format", index.layout.format}, {"lines", std::move(lines)}}, 2);
+    return report::json_text(Json{{"format", index.layout.format}, {"lines", std::move(lines)}}, 2);
 }
 
 using Row = std::array<std::string, 7>;

@@ -3,8 +3,8 @@
 #include <optional>
 #include <string>
 
-#include "batch/fit_json.h"
 #include "intake/load_report.h"
+#include "report/fit_json.h"
 
 // What a load or an import did, as JSON. The type of a JSON value is a parameter: this header shows nothing
 // of the library that has it.
@@ -39,12 +39,12 @@ Json load_report_json(const intake::LoadReport& report) {
                  {"rows_merged", report.merged},
                  {"missing_values", Json::object()},
                  {"stations", report.stations},
-                 {"length_m", number_or_null<Json>(report.length_m)},
-                 {"typical_spacing_m", number_or_null<Json>(report.typical_spacing_m)},
-                 {"largest_gap_m", number_or_null<Json>(report.largest_gap_m)},
-                 {"largest_gap_at_m", number_or_null<Json>(report.largest_gap_at_m)},
-                 {"off_line_m", number_or_null<Json>(report.off_line_m)},
-                 {"direction_deg", number_or_null<Json>(report.direction_deg)},
+                 {"length_m", report::number_or_null<Json>(report.length_m)},
+                 {"typical_spacing_m", report::number_or_null<Json>(report.typical_spacing_m)},
+                 {"largest_gap_m", report::number_or_null<Json>(report.largest_gap_m)},
+                 {"largest_gap_at_m", report::number_or_null<Json>(report.largest_gap_at_m)},
+                 {"off_line_m", report::number_or_null<Json>(report.off_line_m)},
+                 {"direction_deg", report::number_or_null<Json>(report.direction_deg)},
                  {"sensor_over_ground_m", nullptr},
                  {"duplicates", report.duplicates},
                  {"stretches", report.stretches},
@@ -61,8 +61,9 @@ Json load_report_json(const intake::LoadReport& report) {
     for (const intake::ChannelNulls& nulls : report.nulls)
         json["missing_values"][nulls.channel] = nulls.count;
     if (report.least_clearance_m)
-        json["sensor_over_ground_m"] = Json::array({number_or_null<Json>(*report.least_clearance_m),
-                                                    number_or_null<Json>(*report.greatest_clearance_m)});
+        json["sensor_over_ground_m"] =
+            Json::array({report::number_or_null<Json>(*report.least_clearance_m),
+                         report::number_or_null<Json>(*report.greatest_clearance_m)});
     for (const intake::ReportItem& item : intake::report_items(report))
         if (item.severity == Severity::doubt) json["check"].push_back(item.text);
     return json;

@@ -2,16 +2,16 @@
 #include <string>
 
 #include "batch/batch_session.h"
-#include "batch/channel_choice.h"
 #include "batch/commands.h"
 #include "batch/stop_request.h"
-#include "batch/uncertainty_json.h"
 #include "core/ensemble.h"
 #include "core/numbers.h"
+#include "flow/channel_choice.h"
 #include "flow/take_ensemble.h"
 #include "inversion/ensemble/find_ensemble.h"
 #include "model/refresh_model.h"
 #include "output/ensemble_table.h"
+#include "report/uncertainty_json.h"
 
 namespace anomalis::batch {
 
@@ -39,7 +39,7 @@ class Watcher : public inversion::EnsembleObserver {
 
 inversion::EnsembleRequest request_of(const UncertaintyCommandOptions& options, const Session& session) {
     inversion::EnsembleRequest request;
-    request.channel = chosen_channel(options.channel, session);
+    request.channel = flow::chosen_channel(options.channel, session);
     request.target = options.target == "gradient" ? target_gradient : target_data;
     request.samples = options.samples;
     request.seed = static_cast<std::uint32_t>(options.seed);
@@ -85,10 +85,10 @@ std::string summary(const inversion::EnsembleResult& result, const Ensemble& ens
 /// Why nothing is begun; "" when it can be.
 std::string refusal(const UncertaintyCommandOptions& options, OpenState state, BatchSession& batch) {
     if (state == OpenState::no_length) return "There is no line to tell how sure the model is";
-    const std::string why = channel_refusal(options.channel, batch.session);
+    const std::string why = flow::channel_refusal(options.channel, batch.session);
     if (!why.empty() || batch.session.workspace.station_count < 1) return why;
     const std::string outside =
-        take_settings(options, chosen_channel(options.channel, batch.session), batch.session.workspace);
+        take_settings(options, flow::chosen_channel(options.channel, batch.session), batch.session.workspace);
     batch.wrong_usage = !outside.empty();
     return outside;
 }
@@ -110,7 +110,8 @@ bool run_uncertainty(const UncertaintyCommandOptions& options, BatchSession& bat
     }
     const Ensemble* ensemble = workspace.ensemble.get();
     bool done = ensemble != nullptr;
-    const std::string json = uncertainty_json_text(workspace, request, result, ensemble, batch.prompts);
+    const std::string json =
+        report::uncertainty_json_text(workspace, request, result, ensemble, batch.prompts);
     if (!options.report.empty()) done = batch.write_result(options.report, json) == 0 && done;
     if (!ensemble) return false;
     if (!options.table.empty())

@@ -5,8 +5,8 @@
 #include "batch/batch_runs.h"
 #include "batch/batch_session.h"
 #include "batch/dump_json.h"
-#include "batch/json_text.h"
 #include "core/threads.h"
+#include "report/json_text.h"
 
 namespace anomalis::batch {
 namespace {
@@ -261,7 +261,7 @@ TEST(Dump, its_bytes_are_those_of_the_whole_object) {
     std::size_t greatest = 0;
     for (const std::string& text :
          {batch({"dump", files.model}).out, dump_of(long_line(3), greatest), dump_of(long_line(0), greatest)})
-        EXPECT_EQ(text, json_text(nlohmann::ordered_json::parse(text), -1));
+        EXPECT_EQ(text, report::json_text(nlohmann::ordered_json::parse(text), -1));
 }
 
 TEST(Dump, many_bodies_stand_in_their_order_whatever_the_count_of_threads) {
@@ -281,7 +281,7 @@ TEST(Dump, many_bodies_stand_in_their_order_whatever_the_count_of_threads) {
     }
     limit_threads(0);
     EXPECT_TRUE(texts[0] == texts[1]);
-    EXPECT_EQ(texts[0], json_text(nlohmann::ordered_json::parse(texts[0]), -1));
+    EXPECT_EQ(texts[0], report::json_text(nlohmann::ordered_json::parse(texts[0]), -1));
     const json bodies = json::parse(texts[0])["bodies"];
     ASSERT_EQ(bodies.size(), static_cast<std::size_t>(count));
     EXPECT_EQ(bodies[399]["name"], "Body 400");

@@ -8,7 +8,7 @@
 
 #include "batch/batch_runs.h"
 #include "batch/batch_session.h"
-#include "batch/report_json.h"
+#include "report/inversion_json.h"
 #include "support/child_process.h"
 #include "support/shown_characters.h"
 
@@ -73,7 +73,7 @@ TEST(OddTexts, a_report_keeps_every_message_and_holds_no_control_character) {
     told.message(script_name);
     flow::InversionReport report;
     report.label = script_name + odd_name;
-    const std::string text = report_json_text(report, told);
+    const std::string text = report::inversion_json_text(report, told);
     EXPECT_FALSE(has_hidden_control(text)) << text;
     const nlohmann::json json = nlohmann::json::parse(text);
     EXPECT_EQ(json["messages"], nlohmann::json::array({odd_name, script_name}));

@@ -1,18 +1,18 @@
-#include "batch/uncertainty_json.h"
+#include "report/uncertainty_json.h"
 
 #include <cmath>
 #include <nlohmann/json.hpp>
 #include <vector>
 
-#include "batch/channel_choice.h"
-#include "batch/fit_json.h"
-#include "batch/json_text.h"
-#include "batch/json_units.h"
 #include "core/body_parameters.h"
+#include "flow/channel_choice.h"
 #include "inversion/ensemble/ensemble_correlation.h"
+#include "report/fit_json.h"
+#include "report/json_text.h"
+#include "report/json_units.h"
 #include "show/fit_quality.h"
 
-namespace anomalis::batch {
+namespace anomalis::report {
 
 namespace {
 
@@ -98,7 +98,7 @@ Json fan_json(const Workspace& workspace, const Ensemble& ensemble) {
                 if (value.get<double>() <= missing_limit) value = nullptr;
             return all;
         };
-        fans.push_back({{"channel", channel_name(fan.channel)},
+        fans.push_back({{"channel", flow::channel_name(fan.channel)},
                         {"units", show::channel_unit(fan.channel)},
                         {"first_station", fan.first_station},
                         {"distance", std::move(distances)},
@@ -112,10 +112,10 @@ Json fan_json(const Workspace& workspace, const Ensemble& ensemble) {
 
 std::string uncertainty_json_text(const Workspace& workspace, const inversion::EnsembleRequest& request,
                                   const inversion::EnsembleResult& result, const Ensemble* ensemble,
-                                  const BatchPrompts& told) {
+                                  const RecordingPrompts& told) {
     const Ensemble none;
     const Ensemble& found = ensemble ? *ensemble : none;
-    Json json = {{"channel", channel_name(request.channel)},
+    Json json = {{"channel", flow::channel_name(request.channel)},
                  {"target", request.target == target_gradient ? "gradient" : "data"},
                  {"samples_asked", request.samples},
                  {"seed", request.seed},
@@ -141,4 +141,4 @@ std::string uncertainty_json_text(const Workspace& workspace, const inversion::E
     return json_text(json, 1);
 }
 
-}  // namespace anomalis::batch
+}  // namespace anomalis::report

@@ -1,14 +1,14 @@
-#include "batch/report_json.h"
+#include "report/inversion_json.h"
 
 #include <cmath>
 #include <nlohmann/json.hpp>
 
-#include "batch/fit_json.h"
-#include "batch/json_text.h"
-#include "batch/json_units.h"
+#include "report/fit_json.h"
+#include "report/json_text.h"
+#include "report/json_units.h"
 #include "show/fit_quality.h"
 
-namespace anomalis::batch {
+namespace anomalis::report {
 
 namespace {
 
@@ -105,7 +105,7 @@ void add_channels(const flow::InversionReport& report, Json& json) {
 
 }  // namespace
 
-std::string report_json_text(const flow::InversionReport& report, const BatchPrompts& told) {
+std::string inversion_json_text(const flow::InversionReport& report, const RecordingPrompts& told) {
     const inversion::RunResult& result = report.result;
     Json json = {{"status", result.status}, {"label", report.label}, {"iterations", result.iterations}};
     json["initial_misfit"] = pair_json(result.initial_misfit);
@@ -138,4 +138,4 @@ std::string report_json_text(const flow::InversionReport& report, const BatchPro
     return json_text(json, 1);
 }
 
-}  // namespace anomalis::batch
+}  // namespace anomalis::report

@@ -1,16 +1,16 @@
-#include "batch/find_json.h"
+#include "report/find_json.h"
 
 #include <nlohmann/json.hpp>
 
-#include "batch/channel_choice.h"
-#include "batch/fit_json.h"
-#include "batch/found_body_json.h"
-#include "batch/json_text.h"
-#include "batch/json_units.h"
+#include "flow/channel_choice.h"
 #include "flow/find_report.h"
+#include "report/fit_json.h"
+#include "report/found_body_json.h"
+#include "report/json_text.h"
+#include "report/json_units.h"
 #include "show/fit_quality.h"
 
-namespace anomalis::batch {
+namespace anomalis::report {
 
 namespace {
 
@@ -69,13 +69,13 @@ Json no_body_json(const flow::FindReport& report, const Workspace& workspace) {
 }  // namespace
 
 std::string find_json_text(const flow::FindReport& report, const Workspace& workspace,
-                           const BatchPrompts& told) {
+                           const RecordingPrompts& told) {
     const inversion::FindResult& result = report.result;
     const bool joint = report.channel == channel_joint;
     Json json = {{"seconds", result.seconds},
                  {"label", report.refusal.empty() ? result.label : report.refusal},
                  {"stopped", result.stopped},
-                 {"channel", channel_name(report.channel)},
+                 {"channel", flow::channel_name(report.channel)},
                  {"units", show::channel_unit(joint ? channel_mag : report.channel)},
                  {"alternatives", Json::array()}};
     for (const inversion::FoundModel& model : result.models)
@@ -90,4 +90,4 @@ std::string find_json_text(const flow::FindReport& report, const Workspace& work
     return json_text(json, 1);
 }
 
-}  // namespace anomalis::batch
+}  // namespace anomalis::report

@@ -5,9 +5,11 @@
 #include "core/workspace.h"
 #include "inversion/ensemble/find_ensemble.h"
 
-namespace anomalis::batch {
+namespace anomalis {
+class RecordingPrompts;
+}  // namespace anomalis
 
-class BatchPrompts;
+namespace anomalis::report {
 
 /// The report of an ensemble as one JSON object: the fit, of each parameter its value, the band of the models
 /// and the profile interval with their unit, words, how the parameters of each body go together, the models
@@ -15,6 +17,6 @@ class BatchPrompts;
 /// fitted model.
 std::string uncertainty_json_text(const Workspace& workspace, const inversion::EnsembleRequest& request,
                                   const inversion::EnsembleResult& result, const Ensemble* ensemble,
-                                  const BatchPrompts& told);
+                                  const RecordingPrompts& told);
 
-}  // namespace anomalis::batch
+}  // namespace anomalis::report

@@ -11,7 +11,7 @@
 // The units of the numbers of a JSON document, by the names under which they stand in it; what names no unit
 // here or in its own name has none. One object a document, `units_of`. As in fit_json.h the type of a JSON
 // value is a parameter.
-namespace anomalis::batch {
+namespace anomalis::report {
 
 inline constexpr const char* units_name = "units_of";
 
@@ -137,4 +137,4 @@ Json dump_units_json(const Workspace& workspace) {
         {"last_fit", fit_units_json<Json>()}};
 }
 
-}  // namespace anomalis::batch
+}  // namespace anomalis::report

@@ -1,10 +1,10 @@
-#include "batch/channel_choice.h"
+#include "flow/channel_choice.h"
 
 #include <tuple>
 
 #include "core/session.h"
 
-namespace anomalis::batch {
+namespace anomalis::flow {
 
 std::int32_t chosen_channel(const std::string& name, const Session& session) {
     if (name == "mag") return channel_mag;
@@ -26,4 +26,4 @@ std::string channel_refusal(const std::string& name, const Session& session) {
     return {};
 }
 
-}  // namespace anomalis::batch
+}  // namespace anomalis::flow

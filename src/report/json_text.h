@@ -3,9 +3,9 @@
 #include <string>
 #include <string_view>
 
-#include "batch/batch_prompts.h"
+#include "core/recording_prompts.h"
 
-namespace anomalis::batch {
+namespace anomalis::report {
 
 /// A JSON text, valid UTF-8, with the characters that steer a terminal or turn the order of reading round as
 /// \uXXXX. Those below a blank are escaped in every JSON text; these stand in its strings alone.
@@ -25,10 +25,10 @@ std::string json_text(const Json& json, int indent) {
 
 /// All that was told while the object was made.
 template <class Json>
-void add_told(Json& json, const BatchPrompts& told) {
+void add_told(Json& json, const RecordingPrompts& told) {
     json["messages"] = told.messages();
     json["failures"] = told.failures();
     json["remarks"] = told.remarks();
 }
 
-}  // namespace anomalis::batch
+}  // namespace anomalis::report

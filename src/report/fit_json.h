@@ -9,7 +9,7 @@
 
 // The record of a fit as JSON, for dumps and reports. Null stands for what is open or none. The type of a
 // JSON value is a parameter: this header shows nothing of the library that has it.
-namespace anomalis::batch {
+namespace anomalis::report {
 
 template <class Json>
 Json number_or_null(double value) {
@@ -97,4 +97,4 @@ Json fit_json(const FitRecord& fit) {
     return json;
 }
 
-}  // namespace anomalis::batch
+}  // namespace anomalis::report

@@ -4,16 +4,16 @@
 #include <optional>
 #include <string>
 
-#include "batch/fit_json.h"
 #include "core/body_parameters.h"
 #include "core/body_types.h"
 #include "core/workspace.h"
 #include "inversion/line_place.h"
 #include "model/burial_depth.h"
+#include "report/fit_json.h"
 
 // A body of a model that was found or carried, as reports tell it: the names of what an interpreter asks for,
 // with depths below what they are measured from. As in fit_json.h the type of a JSON value is a parameter.
-namespace anomalis::batch {
+namespace anomalis::report {
 
 /// What reports call a parameter: lengths in m, angles in degrees, susceptibility in micro SI, density
 /// contrast in g/cc.
@@ -88,4 +88,4 @@ Json found_body_json(const ModelBody& body, int number, const FitRecord& record,
     return json;
 }
 
-}  // namespace anomalis::batch
+}  // namespace anomalis::report

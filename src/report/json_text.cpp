@@ -1,11 +1,11 @@
-#include "batch/json_text.h"
+#include "report/json_text.h"
 
 #include <algorithm>
 
 #include "core/shown_text.h"
 #include "core/utf8.h"
 
-namespace anomalis::batch {
+namespace anomalis::report {
 
 namespace {
 
@@ -41,4 +41,4 @@ std::string without_hidden_controls(std::string_view json) {
     return text;
 }
 
-}  // namespace anomalis::batch
+}  // namespace anomalis::report
