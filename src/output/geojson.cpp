@@ -25,11 +25,14 @@ Json position(const GisPoint& point) {
     return {rounded(point.x), rounded(point.y)};
 }
 
-Json geometry(const GisFeature& feature, bool polygon) {
-    if (!polygon) return {{"type", "Point"}, {"coordinates", position(feature.points.front())}};
-    Json ring = Json::array();
-    for (const GisPoint& point : feature.points) ring.push_back(position(point));
-    return {{"type", "Polygon"}, {"coordinates", Json::array({std::move(ring)})}};
+Json geometry(const GisFeature& feature, GisShape shape) {
+    if (feature.points.empty()) return nullptr;
+    if (shape == GisShape::point)
+        return {{"type", "Point"}, {"coordinates", position(feature.points.front())}};
+    Json places = Json::array();
+    for (const GisPoint& point : feature.points) places.push_back(position(point));
+    if (shape == GisShape::line) return {{"type", "LineString"}, {"coordinates", std::move(places)}};
+    return {{"type", "Polygon"}, {"coordinates", Json::array({std::move(places)})}};
 }
 
 Json value_json(const GisValue& value) {
@@ -53,17 +56,21 @@ Json properties(const GisLayer& layer, const GisFeature& feature) {
 
 }  // namespace
 
-std::string geojson_text(const Workspace& workspace, const std::vector<std::string>& failures) {
+std::string geojson_of_layers(const std::vector<GisLayer>& layers, const std::vector<std::string>& failures) {
     Json features = Json::array();
-    for (const GisLayer& layer : gis_layers(workspace, intake::wgs84))
+    for (const GisLayer& layer : layers)
         for (const GisFeature& feature : layer.features)
             features.push_back({{"type", "Feature"},
-                                {"geometry", geometry(feature, layer.polygons)},
+                                {"geometry", geometry(feature, layer.shape)},
                                 {"properties", properties(layer, feature)}});
     Json collection{{"type", "FeatureCollection"}};
     if (!failures.empty()) collection["failures"] = failures;
     collection["features"] = std::move(features);
     return collection.dump(1, ' ', false, Json::error_handler_t::replace) + "\n";
+}
+
+std::string geojson_text(const Workspace& workspace, const std::vector<std::string>& failures) {
+    return geojson_of_layers(gis_layers(workspace, intake::wgs84), failures);
 }
 
 int write_geojson(const std::string& path, const Workspace& workspace, Prompts& prompts,

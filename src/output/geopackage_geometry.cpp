@@ -18,9 +18,15 @@ void add_real(std::string& bytes, double value) {
     add_word(bytes, std::bit_cast<std::uint64_t>(value));
 }
 
-void add_point(std::string& bytes, const GisPoint& point) {
+void add_point(std::string& bytes, const GisPoint& point, bool heights) {
     add_real(bytes, point.x);
     add_real(bytes, point.y);
+    if (heights) add_real(bytes, point.z);
+}
+
+constexpr std::uint32_t wkb_kind(GisShape shape, bool heights) {
+    const std::uint32_t kind = shape == GisShape::point ? 1 : shape == GisShape::line ? 2 : 3;
+    return kind + (heights ? 1000 : 0);
 }
 
 }  // namespace
@@ -36,23 +42,23 @@ GisEnvelope envelope_of(const std::vector<GisPoint>& points) {
     return envelope;
 }
 
-std::string geopackage_geometry(const std::vector<GisPoint>& points, bool polygon, std::int32_t system) {
+std::string geopackage_geometry(const std::vector<GisPoint>& points, GisShape shape, bool heights,
+                                std::int32_t system) {
     constexpr char with_envelope = 2;
-    constexpr std::uint32_t wkb_point = 1, wkb_polygon = 3, rings = 1;
-    std::string bytes{'G', 'P', '\0', static_cast<char>(low_byte_first | (polygon ? with_envelope : 0))};
+    constexpr std::uint32_t rings = 1;
+    const bool extended = shape != GisShape::point;
+    std::string bytes{'G', 'P', '\0', static_cast<char>(low_byte_first | (extended ? with_envelope : 0))};
     add_word(bytes, static_cast<std::uint32_t>(system));
-    if (polygon) {
+    if (extended) {
         const GisEnvelope envelope = envelope_of(points);
         for (const double value : {envelope.x_low, envelope.x_high, envelope.y_low, envelope.y_high})
             add_real(bytes, value);
     }
     bytes += low_byte_first;
-    add_word(bytes, polygon ? wkb_polygon : wkb_point);
-    if (polygon) {
-        add_word(bytes, rings);
-        add_word(bytes, static_cast<std::uint32_t>(points.size()));
-    }
-    for (const GisPoint& point : points) add_point(bytes, point);
+    add_word(bytes, wkb_kind(shape, heights));
+    if (shape == GisShape::polygon) add_word(bytes, rings);
+    if (extended) add_word(bytes, static_cast<std::uint32_t>(points.size()));
+    for (const GisPoint& point : points) add_point(bytes, point, heights);
     return bytes;
 }
 

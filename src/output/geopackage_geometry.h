@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "output/gis_layers.h"
+#include "output/gis_tables.h"
 
 // Private to this room.
 namespace anomalis::output {
@@ -15,8 +15,9 @@ struct GisEnvelope {
 };
 GisEnvelope envelope_of(const std::vector<GisPoint>& points);
 
-/// A geometry as GeoPackage keeps it (OGC 12-128r18, 2.1.3): its header, with the envelope of a polygon, then
-/// well-known binary, all with the low byte first.
-std::string geopackage_geometry(const std::vector<GisPoint>& points, bool polygon, std::int32_t system);
+/// A geometry as GeoPackage keeps it (OGC 12-128r18, 2.1.3): its header, with the envelope of a line or
+/// polygon, then well-known binary (a z makes its kind 1000 higher), all with the low byte first.
+std::string geopackage_geometry(const std::vector<GisPoint>& points, GisShape shape, bool heights,
+                                std::int32_t system);
 
 }  // namespace anomalis::output

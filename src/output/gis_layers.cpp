@@ -12,7 +12,6 @@
 #include "core/failure.h"
 #include "core/faults.h"
 #include "core/gaps.h"
-#include "core/numbers.h"
 #include "core/workspace.h"
 #include "forward/shape/plan_outline.h"
 #include "intake/coordinates/coordinate_system.h"
@@ -29,7 +28,8 @@ GisValue reading(float value) {
 }
 
 GisLayer station_layer(const Workspace& w) {
-    GisLayer layer{"stations", false, {{"station", GisKind::whole}, {"distance_m", GisKind::real}}, {}};
+    GisLayer layer{
+        {.name = "stations", .fields = {{"station", GisKind::whole}, {"distance_m", GisKind::real}}}, {}};
     layer.fields.push_back({"sensor_elevation_m", GisKind::real});
     if (w.definition.dtm_column > 0) layer.fields.push_back({"ground_elevation_m", GisKind::real});
     for (const auto& [there, name, unit] :
@@ -133,8 +133,8 @@ GisPoint top_of(const ModelBody& body) {
 
 /// Outlines and tops.
 std::pair<GisLayer, GisLayer> body_layers(const Workspace& w) {
-    GisLayer outlines{"bodies", true, body_fields_of(w), {}};
-    GisLayer tops{"tops", false, outlines.fields, {}};
+    GisLayer outlines{{.name = "bodies", .shape = GisShape::polygon, .fields = body_fields_of(w)}, {}};
+    GisLayer tops{{.name = "tops", .fields = outlines.fields}, {}};
     for (int number = 1; number <= w.body_count; ++number) {
         const ModelBody& body = w.body(number);
         const std::vector<GisValue> values = body_values(w, number);
@@ -143,25 +143,6 @@ std::pair<GisLayer, GisLayer> body_layers(const Workspace& w) {
         if (is_finite({top})) tops.features.push_back({{top}, values});
     }
     return {std::move(outlines), std::move(tops)};
-}
-
-void change_points(intake::CoordinateChange& change, GisLayer& layer, const std::string& target) {
-    std::vector<double> first, second;
-    for (const GisFeature& feature : layer.features)
-        for (const GisPoint& point : feature.points) {
-            first.push_back(point.x);
-            second.push_back(point.y);
-        }
-    change.forward(first, second);
-    std::size_t next = 0;
-    for (GisFeature& feature : layer.features)
-        for (GisPoint& point : feature.points) {
-            if (std::isnan(first[next]))
-                throw Fault("The place " + format_number(point.x, "0.##") + ", " +
-                            format_number(point.y, "0.##") + " has no image in " + target);
-            point = {first[next], second[next]};
-            ++next;
-        }
 }
 
 }  // namespace
@@ -183,8 +164,7 @@ std::vector<GisLayer> gis_layers(const Workspace& w, const std::string& target) 
     layers.push_back(std::move(tops));
     // Degrees are looked at even where nothing changes: they may be none.
     if (target == system && !intake::find_coordinate_system(system).geographic) return layers;
-    intake::CoordinateChange change(system, target);
-    for (GisLayer& layer : layers) change_points(change, layer, target);
+    change_system(layers, system, target);
     return layers;
 }
 

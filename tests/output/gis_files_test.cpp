@@ -9,6 +9,8 @@
 #include "intake/coordinates/coordinate_system.h"
 #include "output/dxf.h"
 #include "output/dxf_samples.h"
+#include "output/geopackage_file.h"
+#include "output/gis_tables.h"
 #include "support/command.h"
 
 namespace anomalis::output {
@@ -127,6 +129,70 @@ TEST(GisFiles, a_place_beyond_the_globe_is_told) {
     Workspace workspace = map_workspace();
     workspace.source.coordinate_system = intake::wgs84;
     EXPECT_THROW(geopackage_bytes(workspace, GisSystem::of_line).size(), Fault);
+}
+
+/// Two flight lines, of one of which nobody knows the place, and the edge of a sheet in space.
+std::vector<GisLayer> line_layers() {
+    const std::vector<GisField> fields{{"line", GisKind::words}, {"rms_nT", GisKind::real}};
+    GisLayer tracks{{.name = "lines", .shape = GisShape::line, .fields = fields}, {}};
+    tracks.features.push_back({{{140.5, -22.25}, {140.75, -22.5}, {141, -22.5}}, {"L\"1", gis_number(1.5)}});
+    tracks.features.push_back({{}, {"L2", gis_number(std::nan(""))}});
+    GisLayer edges{{.name = "edges", .shape = GisShape::line, .fields = fields, .heights = true}, {}};
+    edges.features.push_back({{{140.5, -22.25, 310}, {140.75, -22.5, -12.5}}, {"L1", GisValue()}});
+    return {std::move(tracks), std::move(edges)};
+}
+
+TEST(GeoPackageFile, keeps_lines_heights_and_rows_whose_place_nobody_knows) {
+    const TempFolder folder;
+    write_geopackage_layers(folder.path("a.gpkg"), line_layers(), intake::wgs84, "Lines");
+    EXPECT_THAT(
+        read_back(folder.path("a.gpkg")),
+        testing::ElementsAre("lines LINESTRING EPSG:4326 2",
+                             "140.500000,-22.250000 140.750000,-22.500000 141.000000,-22.500000 L\"1|1.5",
+                             "nowhere L2|None", "edges LINESTRING EPSG:4326 1",
+                             "140.500000,-22.250000,310.000000 140.750000,-22.500000,-12.500000 L1|None"));
+}
+
+TEST(GeoPackageFile, is_the_same_when_it_is_made_again_and_leaves_nothing_beside_it) {
+    const TempFolder folder;
+    for (const char* name : {"a.gpkg", "b.gpkg"}) {
+        GeoPackageFile file(folder.path(name));
+        const std::size_t tops = file.add_table(
+            {.name = "tops", .fields = {{"line", GisKind::words}, {"body", GisKind::whole}}}, "", "Tops");
+        for (int i = 0; i < 5000; ++i)
+            file.add(tops, {{{1000.0 + i, 2000.0 - i}}, {"L" + std::to_string(i / 7), std::int64_t{i % 7}}});
+        file.commit();
+    }
+    EXPECT_TRUE(folder.read("a.gpkg") == folder.read("b.gpkg"));
+    EXPECT_THAT(folder.read("a.gpkg"), HasSubstr("2000-01-01T00:00:00.000Z"));
+    const std::vector<std::string> lines = read_back(folder.path("a.gpkg"));
+    EXPECT_EQ(lines.at(0), "tops POINT NONE:-1 5000");
+    EXPECT_EQ(lines.at(5000), "5999.000000,-2999.000000 L714|1");
+    EXPECT_EQ(folder.entries(), 2);
+}
+
+TEST(GeoPackageFile, without_a_commit_the_old_file_stays) {
+    const TempFolder folder;
+    folder.write("a.gpkg", "old");
+    {
+        GeoPackageFile file(folder.path("a.gpkg"));
+        const std::size_t table = file.add_table({.name = "tops"}, intake::wgs84, "");
+        file.add(table, {{{1, 2}}, {}});
+    }
+    EXPECT_EQ(folder.read("a.gpkg"), "old");
+    EXPECT_EQ(folder.entries(), 1);
+    EXPECT_THROW(GeoPackageFile(folder.path("no folder/a.gpkg")), FileFault);
+}
+
+TEST(GeoJsonOfLayers, holds_lines_without_their_heights) {
+    const nlohmann::json features = nlohmann::json::parse(geojson_of_layers(line_layers()))["features"];
+    ASSERT_EQ(features.size(), 3U);
+    EXPECT_EQ(features[0]["geometry"]["type"], "LineString");
+    EXPECT_EQ(features[0]["geometry"]["coordinates"].size(), 3U);
+    EXPECT_TRUE(features[1]["geometry"].is_null());
+    EXPECT_TRUE(features[1]["properties"]["rms_nT"].is_null());
+    EXPECT_EQ(features[2]["geometry"]["coordinates"][1], nlohmann::json({140.75, -22.5}));
+    EXPECT_EQ(features[2]["properties"]["layer"], "edges");
 }
 
 TEST(DxfComment, names_the_system_where_it_is_known) {
