@@ -1,15 +1,11 @@
 #include "batch/batch_session.h"
 
 #include <ostream>
+#include <utility>
 
 #include "core/failure.h"
 #include "core/shown_text.h"
 #include "core/told_write.h"
-#include "intake/load.h"
-#include "intake/row_notes.h"
-#include "model/refresh_model.h"
-#include "model/unnamed_types.h"
-#include "model/usable_field.h"
 #include "workspace_file/axm.h"
 
 namespace anomalis::batch {
@@ -26,26 +22,11 @@ void BatchSession::start_anew() {
 }
 
 OpenState BatchSession::open(const std::string& path) {
-    const MessageScope scope(prompts);
-    Workspace& workspace = session.workspace;
     read_.note(path, stamp_file(path));
-    if (workspace_file::read_model_parameters(0, workspace, path, session.settings, prompts,
-                                              workspace_file::Damaged::kept) != 0)
-        return OpenState::unread;
-    if (path == standard_input) workspace.model_file = "-";
-    if (formulas) workspace.formulas = *formulas;
-    tell_types();
-    const int status = load();
-    if (workspace.station_count == 0) return OpenState::no_data;
-    model::finish_load(session);
-    if (status != 0) {
-        tell_no_length();
-        return OpenState::no_length;
-    }
-    // An interrupt ends the program here: nobody watches, so nothing is left.
-    model::refresh_model(session);
-    tell_doubts();
-    return OpenState::ready;
+    flow::OpenedWorkspace opened = flow::open_unattended(session, path, formulas);
+    if (path == standard_input && opened.state != OpenState::unread) session.workspace.model_file = "-";
+    if (opened.state != OpenState::unread) report = std::move(opened.report);
+    return opened.state;
 }
 
 int BatchSession::write_workspace(const std::string& path) {
@@ -65,36 +46,6 @@ int BatchSession::write_workspace(const std::string& path) {
     if (path == standard_output)
         return write_result(path, workspace_file::model_parameters_text(0, session.workspace));
     return workspace_file::write_model_parameters(0, path, session.workspace, prompts);
-}
-
-int BatchSession::load() {
-    intake::RowNotes rows;
-    const int status = intake::load_locations(session.workspace, prompts, &rows);
-    report = intake::report_of_load(session.workspace, rows);
-    Faults faults;
-    intake::tell_rows(rows, session.workspace.definition.data_file, faults);
-    show_faults(faults, prompts);
-    return status;
-}
-
-void BatchSession::tell_types() {
-    Faults faults;
-    model::note_unnamed_types(session.workspace, faults);
-    show_faults(faults, prompts);
-}
-
-void BatchSession::tell_no_length() {
-    Faults faults;
-    faults.add("The stations of " + session.workspace.definition.data_file +
-                   " lie at one place: nothing can be modelled along them",
-               1, Severity::doubt);
-    show_faults(faults, prompts);
-}
-
-void BatchSession::tell_doubts() {
-    Faults faults;
-    model::note_unusable_field(session.workspace, faults);
-    show_faults(faults, prompts);
 }
 
 int BatchSession::write_result(const std::string& path, const std::string& text) {

@@ -9,17 +9,12 @@
 #include "core/file_stamp.h"
 #include "core/session.h"
 #include "core/text_pieces.h"
+#include "flow/open_unattended.h"
 #include "intake/load_report.h"
 
 namespace anomalis::batch {
 
-/// How far a workspace came.
-enum class OpenState {
-    unread,     ///< the workspace file could not be read whole; what could be is there to be shown
-    no_data,    ///< it was, but there are no stations
-    no_length,  ///< there are stations, but nothing can be modelled along them
-    ready       ///< stations, responses, filtered rows and misfits are up to date
-};
+using flow::OpenState;
 
 /// A session without a window and without a settings store, so that the same input gives the same output on
 /// any machine.
@@ -65,12 +60,6 @@ class BatchSession {
     std::ostream& err;
 
   private:
-    /// The load of a window is silent about rows that it cannot use.
-    int load();
-    void tell_types();
-    void tell_no_length();
-    void tell_doubts();
-
     KnownFiles read_;
 };
 

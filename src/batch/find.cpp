@@ -7,7 +7,7 @@
 #include "batch/stop_request.h"
 #include "core/numbers.h"
 #include "flow/channel_choice.h"
-#include "flow/find_report.h"
+#include "flow/unattended_steps.h"
 #include "report/find_json.h"
 #include "show/fit_quality.h"
 
@@ -15,22 +15,21 @@ namespace anomalis::batch {
 
 namespace {
 
-constexpr int usual_most = 8;
-
 flow::FindOptions find_options(const FindCommandOptions& options, const Session& session) {
     flow::FindOptions find;
-    find.request = {.channel = flow::chosen_channel(options.channel, session),
-                    .most = std::max(options.most.value_or(usual_most), options.bodies.value_or(1)),
-                    .bodies = options.bodies,
-                    .thin = options.thin,
-                    .thick = options.thick,
-                    .free_present = options.free_present,
-                    .alternatives = options.alternatives};
+    find.request = {
+        .most = std::max(options.most.value_or(flow::usual_most_bodies), options.bodies.value_or(1)),
+        .bodies = options.bodies,
+        .thin = options.thin,
+        .thick = options.thick,
+        .free_present = options.free_present,
+        .alternatives = options.alternatives};
     find.regional_degree = options.fit.regional;
     find.mag_noise = options.fit.mag_noise;
     find.grav_noise = options.fit.grav_noise;
     if (options.noise)
-        (find.request.channel == channel_grav ? find.grav_noise : find.mag_noise) = options.noise;
+        (flow::chosen_channel(options.channel, session) == channel_grav ? find.grav_noise : find.mag_noise) =
+            options.noise;
     find.window = options.window;
     return find;
 }
@@ -50,11 +49,12 @@ void show_growth(const inversion::FoundModel& model, std::ostream& err) {
         << format_number(model.rms, "0.000") << "      " << std::flush;
 }
 
-flow::FindReport find(const FindCommandOptions& options, BatchSession& batch) {
+/// Looks where it can, and tells why not or that there is nothing.
+flow::FindReport find(const FindCommandOptions& options, BatchSession& batch, OpenState state) {
     const StopRequest stop;
     bool shown = false;
-    flow::FindReport report = flow::run_find(
-        batch.session, find_options(options, batch.session),
+    flow::FindReport report = flow::find_on_line(
+        batch.session, state, options.channel, find_options(options, batch.session), batch.wrong_usage,
         [&](const inversion::FoundModel& model) {
             if (!batch.show_progress) return;
             show_growth(model, batch.err);
@@ -88,30 +88,6 @@ std::string summary(const flow::FindReport& report, const Workspace& workspace) 
     return text;
 }
 
-bool found_nothing(const inversion::FindResult& result) {
-    return std::ranges::none_of(result.models, [](const inversion::FoundModel& m) { return m.found > 0; });
-}
-
-/// Looks where it can, and tells why not or that there is nothing.
-flow::FindReport searched(const FindCommandOptions& options, BatchSession& batch, OpenState state) {
-    flow::FindReport report;
-    report.refusal = state == OpenState::ready ? flow::channel_refusal(options.channel, batch.session)
-                                               : "There is no line to look for bodies on";
-    if (report.refusal.empty()) {
-        report = find(options, batch);
-        // A window beside the line.
-        batch.wrong_usage = options.window && !report.refusal.empty() &&
-                            flow::find_refusal(batch.session.workspace, report.channel).empty();
-    }
-    if (!report.refusal.empty()) {
-        batch.prompts.message(report.refusal);
-    } else if (found_nothing(report.result)) {
-        // That a line shows nothing is an answer, and the person is told; it is no failure.
-        batch.prompts.remark(report.result.label);
-    }
-    return report;
-}
-
 }  // namespace
 
 bool run_find(const FindCommandOptions& options, BatchSession& batch) {
@@ -121,7 +97,7 @@ bool run_find(const FindCommandOptions& options, BatchSession& batch) {
         const MessageScope scope(batch.prompts);
         const OpenState state = batch.open(options.model);
         if (state == OpenState::unread) return false;
-        report = searched(options, batch, state);
+        report = find(options, batch, state);
     }
     bool done = report.refusal.empty();
     const std::string json = report::find_json_text(report, workspace, batch.prompts);

@@ -6,8 +6,7 @@
 #include "batch/commands.h"
 #include "batch/stop_request.h"
 #include "core/numbers.h"
-#include "flow/channel_choice.h"
-#include "flow/inversion_report.h"
+#include "flow/unattended_steps.h"
 #include "report/inversion_json.h"
 #include "show/fit_quality.h"
 #include "show/fit_view.h"
@@ -16,9 +15,8 @@ namespace anomalis::batch {
 
 namespace {
 
-flow::InvertOptions run_options(const InvertCommandOptions& options, const Session& session) {
+flow::InvertOptions run_options(const InvertCommandOptions& options) {
     flow::InvertOptions run;
-    run.channel = flow::chosen_channel(options.channel, session);
     run.target = options.target == "gradient" ? target_gradient : target_data;
     run.method = method_of_name(options.method).value_or(run.method);
     run.iterations = options.iterations;
@@ -52,11 +50,11 @@ flow::InversionReport invert(const InvertCommandOptions& options, BatchSession& 
     batch.prompts.on_yield = [&] {
         if (stop.made()) session.inversion.stop_inversion = true;
     };
-    flow::InversionReport report = flow::run_inversion(session, run_options(options, session),
-                                                       [&](const inversion::InversionProgress& state) {
-                                                           if (batch.show_progress)
-                                                               show_progress(state, batch.err);
-                                                       });
+    flow::InversionReport report =
+        flow::invert_on_line(session, options.channel, run_options(options), batch.wrong_usage,
+                             [&](const inversion::InversionProgress& state) {
+                                 if (batch.show_progress) show_progress(state, batch.err);
+                             });
     batch.prompts.on_yield = nullptr;
     if (batch.show_progress && report.result.iterations > 0) batch.err << '\n';
     return report;
@@ -105,28 +103,6 @@ std::string summary(const flow::InversionReport& report, const Workspace& worksp
     return text;
 }
 
-/// Why a model cannot be fitted as it was asked for; "" when it can. A run by itself is refused without a
-/// word, or gives way to the other channel.
-std::string refusal(const InvertCommandOptions& options, const Session& session, bool& wrong_usage) {
-    const int bodies = session.workspace.body_count;
-    if (bodies < 1) return "The model has no bodies to invert";
-    if (options.body > bodies) {
-        wrong_usage = true;
-        return "There is no body " + std::to_string(options.body) + " to invert: the model has " +
-               std::to_string(bodies);
-    }
-    return flow::channel_refusal(options.channel, session);
-}
-
-/// The report of a run that was not begun.
-flow::InversionReport refused_report(const InvertCommandOptions& options) {
-    flow::InversionReport report;
-    report.result.status = inversion::run_failed;
-    report.label = inversion::status_label(inversion::run_failed);
-    report.method = method_of_name(options.method).value_or(report.method);
-    return report;
-}
-
 }  // namespace
 
 bool run_invert(const InvertCommandOptions& options, BatchSession& batch) {
@@ -135,9 +111,7 @@ bool run_invert(const InvertCommandOptions& options, BatchSession& batch) {
     {
         const MessageScope scope(batch.prompts);
         if (batch.open(options.model) == OpenState::unread) return false;
-        const std::string why = refusal(options, batch.session, batch.wrong_usage);
-        if (!why.empty()) batch.prompts.message(why);
-        report = why.empty() ? invert(options, batch) : refused_report(options);
+        report = invert(options, batch);
     }
     bool done = report.result.status >= 0;
     const std::string json = report::inversion_json_text(report, batch.prompts);

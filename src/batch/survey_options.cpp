@@ -6,7 +6,6 @@
 #include "core/failure.h"
 #include "core/numbers.h"
 #include "core/paths.h"
-#include "intake/survey/survey_corrections.h"
 
 namespace anomalis::batch {
 
@@ -29,7 +28,7 @@ OptionList::Take take_role(SurveyOptions& survey) {
             return "must be ROLE=COLUMN, such as mag=tmi: " + text;
         const auto role = intake::role_of_name(text.substr(0, equal));
         if (!role) return "must begin with one of " + names_of_roles() + ": " + text;
-        survey.roles.emplace_back(*role, text.substr(equal + 1));
+        survey.columns.roles.emplace_back(*role, text.substr(equal + 1));
         return {};
     };
 }
@@ -41,7 +40,7 @@ OptionList::Take take_unit(SurveyOptions& survey) {
             return "must be COLUMN=UNIT, such as gravity=um/s2: " + text;
         const auto unit = intake::unit_of_name(text.substr(equal + 1));
         if (!unit) return "must end with m, ft, nT, mGal, um/s2, gu, deg or \"deg min\": " + text;
-        survey.units.emplace_back(text.substr(0, equal), *unit);
+        survey.columns.units.emplace_back(text.substr(0, equal), *unit);
         return {};
     };
 }
@@ -52,7 +51,7 @@ OptionList::Take take_null(SurveyOptions& survey) {
         double value = 0;
         if (equal == std::string::npos || equal == 0 || !parse_number(text.substr(equal + 1), value))
             return "must be COLUMN=VALUE, such as mag=-99999: " + text;
-        survey.nulls.emplace_back(text.substr(0, equal), value);
+        survey.columns.nulls.emplace_back(text.substr(0, equal), value);
         return {};
     };
 }
@@ -87,17 +86,6 @@ OptionList::Take take_main_field(flow::ImportChoices& choices) {
     };
 }
 
-void set_unit(intake::SurveyLayout& layout, const std::string& name, Unit unit) {
-    intake::SurveyColumn& column = layout.columns[intake::find_column(layout, name)];
-    const std::vector<Unit> units = units_of_role(column.role);
-    if (std::ranges::find(units, unit) == units.end())
-        throw Fault("Column \"" + column.name + "\" of " + file_name(layout.path) + " cannot be in " +
-                    std::string(unit_name(unit)) +
-                    (units.empty() ? ": it has no role with a unit. --role gives it one"
-                                   : ": it is " + std::string(role_name(column.role))));
-    column.unit = unit;
-}
-
 }  // namespace
 
 void add_survey_options(OptionList& options, SurveyOptions& survey) {
@@ -118,11 +106,7 @@ void add_survey_options(OptionList& options, SurveyOptions& survey) {
 
 intake::SurveyLayout survey_layout(const SurveyOptions& survey) {
     intake::SurveyLayout layout = intake::recognise_survey(survey.file);
-    for (const auto& [role, name] : survey.roles)
-        intake::give_role(layout, intake::find_column(layout, name), role);
-    for (const auto& [name, unit] : survey.units) set_unit(layout, name, unit);
-    for (const auto& [name, value] : survey.nulls)
-        layout.columns[intake::find_column(layout, name)].nulls.push_back(value);
+    intake::take_choices(survey.columns, layout);
     return layout;
 }
 

@@ -1,11 +1,10 @@
 #pragma once
 
 #include <string>
-#include <utility>
-#include <vector>
 
 #include "batch/option_list.h"
 #include "flow/import_survey.h"
+#include "intake/survey/survey_corrections.h"
 
 // How the commands that read survey files are told what is in them.
 namespace anomalis::batch {
@@ -14,9 +13,7 @@ struct SurveyOptions {
     std::string file;
     std::string system;       ///< of the stations
     std::string file_system;  ///< of the file
-    std::vector<std::pair<intake::Role, std::string>> roles;
-    std::vector<std::pair<std::string, intake::Unit>> units;
-    std::vector<std::pair<std::string, double>> nulls;
+    intake::ColumnChoices columns;
 };
 
 /// FILE, --crs, --file-crs, --role, --unit, --null.

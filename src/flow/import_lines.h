@@ -27,7 +27,4 @@ ImportPlace import_place(const std::string& folder, const std::string& name);
 ImportedLine make_import(const intake::SurveyIndex& index, std::size_t line, std::optional<std::size_t> piece,
                          intake::SurveyLine&& read, const ImportChoices& choices, const ImportPlace& place);
 
-/// The text of the workspace file of an imported line, which names its table beside it.
-std::string workspace_text(const ImportedLine& line);
-
 }  // namespace anomalis::flow

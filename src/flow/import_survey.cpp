@@ -222,6 +222,13 @@ ImportedLine import_line(const SurveyIndex& index, std::size_t line, std::option
                        place);
 }
 
+ImportedLine import_line_as(const SurveyIndex& index, std::size_t line, const ImportChoices& choices,
+                            const std::string& workspace_path, Pacer& pacer) {
+    if (const std::string why = import_refusal(index, line); !why.empty()) throw Fault(why);
+    const ImportPlace place = import_place(folder_name(workspace_path), base_name(workspace_path));
+    return make_import(index, line, {}, intake::read_survey_line(index, line, {}, pacer), choices, place);
+}
+
 std::string workspace_text(const ImportedLine& line) {
     Workspace beside = line.workspace;
     beside.definition.data_file =

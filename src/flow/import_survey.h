@@ -70,6 +70,14 @@ ImportNames import_names(const intake::SurveyIndex& index, const ImportChoices& 
 ImportedLine import_line(const intake::SurveyIndex& index, std::size_t line, std::optional<std::size_t> piece,
                          const ImportChoices& choices, const std::string& folder, Pacer& pacer = no_pace());
 
+/// The same of a whole line, for files of the caller's choice: the table beside the workspace, with its base
+/// name.
+ImportedLine import_line_as(const intake::SurveyIndex& index, std::size_t line, const ImportChoices& choices,
+                            const std::string& workspace_path, Pacer& pacer = no_pace());
+
+/// The text of the workspace file of an imported line, which names its table beside it.
+std::string workspace_text(const ImportedLine& line);
+
 /// What happens where a file of that name with other contents is there.
 enum class ReplaceExisting {
     ask,     ///< one question for all of them
