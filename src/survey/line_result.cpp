@@ -82,6 +82,9 @@ LineResult result_of(const Json& json) {
     for (const Json& point : json.at("track"))
         result.track.push_back({number_of(point.at(0)), number_of(point.at(1))});
     for (const Json& body : json.at("bodies")) result.bodies.push_back(body_of(body));
+    for (const Json& file : json.at("files"))
+        result.files.push_back({file.at("name").get<std::string>(), file.at("bytes").get<std::int64_t>(),
+                                file.at("digest").get<std::string>()});
     return result;
 }
 
@@ -101,6 +104,9 @@ std::string line_result_json(const LineResult& result) {
         json["track"].push_back({number_json(point.east), number_json(point.north)});
     json["bodies"] = Json::array();
     for (const BodyResult& body : result.bodies) json["bodies"].push_back(body_json(body));
+    json["files"] = Json::array();
+    for (const LineFile& file : result.files)
+        json["files"].push_back({{"name", file.name}, {"bytes", file.bytes}, {"digest", file.digest}});
     return report::json_text(json, 1);
 }
 

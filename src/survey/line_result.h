@@ -37,6 +37,13 @@ struct TrackPoint {
     double east = 0, north = 0;
 };
 
+/// A file in the folder of a line.
+struct LineFile {
+    std::string name;
+    std::int64_t bytes = 0;
+    std::string digest;  ///< of its contents (core/digest.h), 16 hexadecimal digits
+};
+
 enum class LineStatus : std::int32_t { done, failed };
 
 struct LineResult {
@@ -58,6 +65,7 @@ struct LineResult {
     int regional_degree = -1;                         ///< -1 for none
     double criterion = unknown;                       ///< information criterion of the model that was found
     std::vector<BodyResult> bodies;
+    std::vector<LineFile> files;  ///< beside it, by name: a result without one of them is none
 };
 
 /// As the file of a line holds it; what is unknown is null. Reads what it wrote to the last bit.
