@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-// Private to this room.
+// Tables as data-frame libraries read them without options.
 namespace anomalis::output {
 
 /// Builds a comma-separated table. A text that holds a comma or a quote is quoted; one that a spreadsheet
