@@ -39,4 +39,9 @@ std::optional<SurveyIdentity> read_survey_identity(const std::string& folder) {
     });
 }
 
+std::string no_survey_text(const std::string& folder) {
+    return folder + " holds no results of a survey: there is no " + survey_file(folder) +
+           ". Name the folder that the survey was told to write to";
+}
+
 }  // namespace anomalis::survey

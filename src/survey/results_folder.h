@@ -32,5 +32,7 @@ inline constexpr const char* flags_name = "flags.csv";
 std::string survey_identity_json(const SurveyIdentity& identity);
 /// What the folder holds; no value where it holds no survey. Raises Fault, FileFault.
 std::optional<SurveyIdentity> read_survey_identity(const std::string& folder);
+/// What to say of a folder that holds none.
+std::string no_survey_text(const std::string& folder);
 
 }  // namespace anomalis::survey

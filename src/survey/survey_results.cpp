@@ -8,9 +8,7 @@ namespace anomalis::survey {
 
 SurveyResults read_survey_results(const std::string& folder) {
     const std::optional<SurveyIdentity> identity = read_survey_identity(folder);
-    if (!identity)
-        throw Fault(folder + " holds no results of a survey: there is no " + survey_file(folder) +
-                    ". Name the folder that the survey was told to write to");
+    if (!identity) throw Fault(no_survey_text(folder));
     SurveyResults results{.folder = folder, .identity = *identity, .lines = {}, .missing = {}};
     for (const std::string& line : identity->lines) {
         const std::string path = line_result_file(folder, line);
