@@ -18,7 +18,7 @@ std::string status_word(const LineResult& line) {
     return line.status == LineStatus::done ? "done" : "failed";
 }
 
-std::string joined(const std::vector<std::string>& sentences) {
+std::string notes_text(const std::vector<std::string>& sentences) {
     std::string text;
     for (const std::string& sentence : sentences) text += (text.empty() ? "" : " | ") + sentence;
     return text;
@@ -96,7 +96,7 @@ LineColumns line_columns() {
     columns.push_back({{"regional_degree", GisKind::whole}, [](const LineResult& line) {
                            return line.regional_degree < 0 ? GisValue() : std::int64_t{line.regional_degree};
                        }});
-    words("notes", [](const LineResult& line) { return joined(line.notes); });
+    words("notes", [](const LineResult& line) { return notes_text(line.notes); });
     member("version", &LineResult::version);
     return columns;
 }
