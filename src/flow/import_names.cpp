@@ -1,10 +1,11 @@
 #include <algorithm>
-#include <cctype>
-#include <numeric>
+#include <cmath>
 #include <set>
 
+#include "core/near_names.h"
 #include "core/numbers.h"
 #include "core/paths.h"
+#include "core/safe_name.h"
 #include "core/text.h"
 #include "flow/import_lines.h"
 
@@ -12,54 +13,11 @@ namespace anomalis::flow {
 
 namespace {
 
-/// With numbers and endings it stays below what file systems take (255 bytes).
-constexpr std::size_t longest_part = 100;
-
-bool is_safe(unsigned char letter) {
-    return letter >= 0x80 || std::isalnum(letter) != 0 || letter == '-' || letter == '_' || letter == '.' ||
-           letter == '+';
-}
-
-/// What can stand in the name of a file on any system.
-std::string safe_part(std::string_view name) {
-    std::string part;
-    for (const char letter : trim_blanks(name))
-        part += is_safe(static_cast<unsigned char>(letter)) ? letter : '_';
-    if (part.starts_with('.')) part.front() = '_';
-    if (part.size() > longest_part) {
-        std::size_t end = longest_part;
-        while (end > 0 && (static_cast<unsigned char>(part[end]) & 0xC0U) == 0x80U) --end;
-        part.resize(end);
-    }
-    return part;
-}
-
-std::string lower_case(std::string text) {
-    for (char& letter : text) letter = static_cast<char>(std::tolower(static_cast<unsigned char>(letter)));
-    return text;
-}
-
 std::string survey_name(const intake::SurveyIndex& index, const ImportChoices& choices) {
-    if (!choices.name.empty()) return safe_part(choices.name);
+    if (!choices.name.empty()) return safe_name(choices.name);
     std::string name = file_name(index.layout.path);
     if (lower_case(name).ends_with(".gz")) name.resize(name.size() - 3);
-    return safe_part(base_name(name));
-}
-
-/// How many letters must be put in, taken out or changed (Levenshtein 1966).
-std::size_t letters_apart(const std::string& a, const std::string& b) {
-    std::vector<std::size_t> row(b.size() + 1);
-    std::iota(row.begin(), row.end(), std::size_t{0});
-    for (std::size_t i = 1; i <= a.size(); ++i) {
-        std::size_t diagonal = row[0];
-        row[0] = i;
-        for (std::size_t j = 1; j <= b.size(); ++j) {
-            const std::size_t above = row[j];
-            row[j] = std::min({row[j - 1] + 1, above + 1, diagonal + (a[i - 1] == b[j - 1] ? 0U : 1U)});
-            diagonal = above;
-        }
-    }
-    return row[b.size()];
+    return safe_name(base_name(name));
 }
 
 /// "5690" and "5690.0" are one line.
@@ -76,7 +34,7 @@ std::vector<std::string> line_file_names(const intake::SurveyIndex& index, const
     std::vector<std::string> names;
     std::set<std::string> taken;
     for (const intake::SurveyLineInfo& line : index.lines) {
-        const std::string plain = survey + "_" + safe_part(line.name);
+        const std::string plain = survey + "_" + safe_name(line.name);
         std::string name = plain;
         // File systems may take "a" and "A" for one.
         for (int n = 2; !taken.insert(lower_case(name)).second; ++n) name = plain + "-" + std::to_string(n);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -32,13 +33,15 @@ struct InvertStep {
     int iterations = 25, starts = 4;
 };
 struct UncertaintyStep {
+    std::string target = "data";
     int samples = 300, seed = 1;
+    std::optional<flow::DistanceWindow> window;
     double strike_within = 0;  ///< degrees to each side
     bool vary_bodies = false, same_regional = false;
 };
 struct RenderStep {
-    std::string format = "png", view = "section";  ///< png, svg, pdf, emf; section, plan
-    int width = 1280, height = 800;                ///< pixels
+    std::string format = "png", view = "section";  ///< png, svg, pdf, emf; a name of `show::page_views`
+    int width = 1600, height = 1000;               ///< pixels
 };
 /// Files beside the workspace, each "profile-table", "model-table", "mesh", "clean-profile", "clean-model",
 /// "dxf-3d", "dxf-plan", "geojson" or "geopackage".
@@ -77,11 +80,25 @@ struct SurveyPlan {
     std::string name;
     std::string path;                    ///< of the plan, for messages
     std::optional<SurveySource> source;  ///< none: workspaces
-    /// Of a survey file: those that the plan names; all lines when it names none (see `all_lines`).
+    /// Of a survey file those that the plan names; with `all_lines` only those that it says something of.
+    /// No two write to one place, whatever the case of their names; workspaces are there.
     std::vector<PlannedLine> lines;
-    bool all_lines = false;
+    bool all_lines = false;                      ///< of the survey file, but for those `left_out`
     std::vector<std::string> left_out;           ///< of all lines
     std::shared_ptr<const LineOptions> options;  ///< of lines that the plan says nothing else of
 };
+
+/// A line that is to be done.
+struct LineToDo {
+    PlannedLine planned;
+    std::size_t line = 0;  ///< its place in the index of the survey file; 0 for a workspace
+};
+
+/// The lines of a survey file as a plan wants them: those that it names in its order, else all that the file
+/// has in the order of the file. Raises Fault: a line that the file does not have, with names that are like
+/// it; one that is named twice; two that write to one place.
+std::vector<LineToDo> lines_to_do(const SurveyPlan& plan, const intake::SurveyIndex& index);
+/// The same of workspaces.
+std::vector<LineToDo> lines_to_do(const SurveyPlan& plan);
 
 }  // namespace anomalis::survey

@@ -5,6 +5,9 @@
 #include <string>
 #include <vector>
 
+#include "core/near_names.h"
+#include "core/safe_name.h"
+
 namespace anomalis {
 namespace {
 
@@ -109,6 +112,24 @@ TEST(SingleLine, line_breaks_of_every_kind_become_one_blank_each) {
     EXPECT_EQ(single_line("\n\n"), "  ");
     EXPECT_EQ(single_line("plain\ttext"), "plain\ttext");
     EXPECT_EQ(single_line(""), "");
+}
+
+TEST(NearNames, CountChangedLettersOrWordsInAnotherOrder) {
+    EXPECT_EQ(letters_apart("most", "mots"), 2U);
+    EXPECT_EQ(letters_apart("", "abc"), 3U);
+    const std::vector<std::string> known{"find", "find-most", "find-kinds", "noise-mag", "line"};
+    EXPECT_EQ(nearest_names("mag_noise", known).front(), "noise-mag");
+    EXPECT_EQ(nearest_names("FIND MOTS", known).front(), "find-most");
+    EXPECT_EQ(nearest_names("kinds", known).front(), "find-kinds");
+    EXPECT_EQ(nearest_names("lime", known, 2).size(), 2U);
+    EXPECT_TRUE(nearest_names("x", {}).empty());
+}
+
+TEST(SafeName, HasWhatAnyFileSystemTakes) {
+    EXPECT_EQ(safe_name(" L 10/2:a "), "L_10_2_a");
+    EXPECT_EQ(safe_name(".."), "_.");
+    EXPECT_EQ(safe_name("größe"), "größe");
+    EXPECT_EQ(safe_name(std::string(99, 'a') + "ü").size(), 99U) << "no half of a letter";
 }
 
 }  // namespace
