@@ -4,7 +4,6 @@ namespace anomalis {
 struct ModelBody;
 }  // namespace anomalis
 
-// Private to this room.
 namespace anomalis::output {
 
 /// Where the tables say that a body stands: the middle of its top edge, half a width across strike and the
@@ -14,5 +13,9 @@ struct BodyPlace {
 };
 
 BodyPlace body_place(const ModelBody& body);
+
+/// The middle of the top of any body, for maps: only what reaches to one side of its reference point has it
+/// half a width away from there.
+BodyPlace top_place(const ModelBody& body);
 
 }  // namespace anomalis::output

@@ -7,7 +7,6 @@
 #include <tuple>
 #include <utility>
 
-#include "core/angles.h"
 #include "core/body_parameters.h"
 #include "core/failure.h"
 #include "core/faults.h"
@@ -120,17 +119,6 @@ std::optional<std::vector<GisPoint>> outline_of(const Workspace& w, const ModelB
     return ring;
 }
 
-/// The middle of the top: of what reaches to one side of its reference point half a width away from it.
-GisPoint top_of(const ModelBody& body) {
-    if (is_tabular(body.type)) {
-        const BodyPlace place = body_place(body);
-        return {place.east, place.north};
-    }
-    const double strike = body.strike.value * radians_per_degree;
-    return {body.east + std::sin(strike) * body.offset.value,
-            body.north + std::cos(strike) * body.offset.value};
-}
-
 /// Outlines and tops.
 std::pair<GisLayer, GisLayer> body_layers(const Workspace& w) {
     GisLayer outlines{{.name = "bodies", .shape = GisShape::polygon, .fields = body_fields_of(w)}, {}};
@@ -139,7 +127,8 @@ std::pair<GisLayer, GisLayer> body_layers(const Workspace& w) {
         const ModelBody& body = w.body(number);
         const std::vector<GisValue> values = body_values(w, number);
         if (auto ring = outline_of(w, body)) outlines.features.push_back({std::move(*ring), values});
-        const GisPoint top = top_of(body);
+        const BodyPlace place = top_place(body);
+        const GisPoint top{place.east, place.north};
         if (is_finite({top})) tops.features.push_back({{top}, values});
     }
     return {std::move(outlines), std::move(tops)};

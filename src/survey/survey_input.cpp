@@ -1,0 +1,95 @@
+#include "survey/survey_input.h"
+
+#include <filesystem>
+#include <system_error>
+
+#include "core/digest.h"
+#include "core/failure.h"
+#include "core/paths.h"
+#include "core/safe_file.h"
+#include "core/version.h"
+#include "intake/survey/survey_corrections.h"
+#include "survey/line_digest.h"
+#include "survey/machine_failure.h"
+#include "workspace_file/data_file_place.h"
+
+namespace anomalis::survey {
+
+namespace {
+
+/// The bytes of numbers tell them apart to the last bit.
+class RowDigests : public intake::LineTaker {
+  public:
+    explicit RowDigests(std::vector<std::uint64_t>& digests) : digests_(digests) {}
+    void take(std::size_t line, intake::SurveyLine&& read) override {
+        std::string bytes = read.coordinate_system + (read.height_is_clearance ? " clearance" : "");
+        for (const auto* column : {&read.east, &read.north, &read.height, &read.ground, &read.mag, &read.grav,
+                                   &read.fiducial, &read.longitude, &read.latitude}) {
+            const double count = static_cast<double>(column->size());
+            bytes.append(reinterpret_cast<const char*>(&count), sizeof count);
+            bytes.append(reinterpret_cast<const char*>(column->data()), column->size() * sizeof(double));
+        }
+        const double year = read.year.value_or(0);
+        bytes.append(reinterpret_cast<const char*>(&year), sizeof year);
+        digests_.at(line) = digest_of(bytes);
+    }
+
+  private:
+    std::vector<std::uint64_t>& digests_;
+};
+
+/// What a file holds; "" where there is none: that is for the line to tell.
+std::string contents_of(const std::string& path) {
+    if (path.empty() || file_exists(path).empty()) return {};
+    return on_machine([&] { return read_whole_file(path); });
+}
+
+}  // namespace
+
+SurveyInput open_survey(const SurveyPlan& plan) {
+    SurveyInput input;
+    if (!plan.source) {
+        input.lines = lines_to_do(plan);
+        return input;
+    }
+    const SurveySource& source = *plan.source;
+    intake::SurveyLayout layout = intake::recognise_survey(source.file);
+    intake::take_choices({source.roles, source.units, source.nulls}, layout);
+    input.index = intake::index_survey(layout, {.from = source.file_system, .to = source.system});
+    input.lines = lines_to_do(plan, *input.index);
+    input.row_digests.resize(input.index->lines.size());
+    RowDigests digests(input.row_digests);
+    intake::read_survey_lines(*input.index, digests);
+    return input;
+}
+
+std::vector<std::string> survey_remarks(const intake::SurveyIndex& index) {
+    std::vector<std::string> remarks = index.layout.remarks;
+    for (const intake::RowLoss& loss : index.losses) {
+        const std::string column = loss.column.empty() ? "" : ", column \"" + loss.column + "\"";
+        remarks.push_back(file_name(index.layout.path) + ": " + std::to_string(loss.count) +
+                          (loss.count == 1 ? " row was not used" : " rows were not used") + ", first line " +
+                          std::to_string(loss.first_line) + column + ": " + loss.why);
+    }
+    return remarks;
+}
+
+double line_work(const SurveyInput& input, const LineToDo& line) {
+    if (input.index) return static_cast<double>(input.index->lines[line.line].stations);
+    std::error_code error;
+    const auto bytes =
+        std::filesystem::file_size(workspace_file::data_file_of(line.planned.workspace), error);
+    return error ? 0 : static_cast<double>(bytes);
+}
+
+std::string line_digest(const SurveyPlan& plan, const SurveyInput& input, const LineToDo& line) {
+    const std::string options = options_text(*line.planned.options);
+    if (input.index)
+        return digest_of_texts({line.planned.line, options, choices_text(*plan.source),
+                                std::to_string(input.row_digests[line.line]), application_version()});
+    const std::string& workspace = line.planned.workspace;
+    return digest_of_texts({file_name(workspace), options, contents_of(workspace),
+                            contents_of(workspace_file::data_file_of(workspace)), application_version()});
+}
+
+}  // namespace anomalis::survey
