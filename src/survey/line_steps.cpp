@@ -92,7 +92,8 @@ flow::UncertaintyOptions uncertainty_options(const UncertaintyStep& step, const 
                                      .regional_degree = fit.regional_degree,
                                      .mag_noise = fit.mag_noise,
                                      .grav_noise = fit.grav_noise,
-                                     .window = {}};
+                                     .window = step.window};
+    options.request.target = target_of(step.target);
     options.request.samples = step.samples;
     options.request.seed = static_cast<std::uint32_t>(step.seed);
     options.request.vary_regional = !step.same_regional;

@@ -2,10 +2,8 @@
 
 #include <algorithm>
 #include <atomic>
-#include <filesystem>
 #include <memory>
 #include <mutex>
-#include <numeric>
 #include <utility>
 #include <vector>
 
@@ -14,6 +12,7 @@
 #include "core/pacer.h"
 #include "core/paths.h"
 #include "core/safe_file.h"
+#include "core/version.h"
 #include "inversion/perform.h"
 #include "survey/line_digest.h"
 #include "survey/line_run.h"
@@ -21,10 +20,21 @@
 #include "survey/machine_failure.h"
 #include "survey/results_folder.h"
 #include "survey/survey_input.h"
+#include "survey/tables.h"
 
 namespace anomalis::survey {
 
 namespace {
+
+/// A survey file that is not there is a matter of the plan; one that is there and cannot be read is not.
+SurveyInput open_input(const SurveyPlan& plan) {
+    try {
+        return open_survey(plan);
+    } catch (const FileFault& failure) {
+        if (!plan.source || file_exists(plan.source->file).empty()) throw;
+        throw MachineFailure(failure.what());
+    }
+}
 
 SurveyIdentity identity_of(const SurveyPlan& plan, const SurveyInput& input) {
     SurveyIdentity identity{.name = plan.name,
@@ -232,11 +242,14 @@ RunResult run_survey(const SurveyPlan& plan, const RunOptions& options, SurveyOb
     Shared shared;
     bool all = false;
     try {
-        const SurveyInput input = open_survey(plan);
+        const SurveyInput input = open_input(plan);
+        if (input.index)
+            for (const std::string& remark : survey_remarks(*input.index)) observer.remark(remark);
         const SurveyIdentity identity = identity_of(plan, input);
         refuse_other_survey(options.folder, identity);
         prepare_folder(options.folder, identity);
         all = do_lines(plan, options, input, shared, observer, draw, result.progress);
+        if (all && options.shard.count == 1) on_machine([&] { write_survey_tables(options.folder); });
     } catch (const MachineFailure& failure) {
         shared.fail(failure.what());
     }

@@ -39,6 +39,8 @@ class SurveyObserver {
   public:
     virtual ~SurveyObserver() = default;
     virtual void progress(const SurveyProgress&) {}
+    /// What there is to know of the survey file, before its lines are looked at.
+    virtual void remark(const std::string&) {}
     /// A line has ended.
     virtual void line_done(const LineResult&) {}
     /// Asked again and again; true: lines under way are left, what is being written is finished.
@@ -60,8 +62,10 @@ struct RunResult {
     std::string why;  ///< of `try_again`: what, where and what to do
 };
 
-/// Does the lines of a plan that are not done yet, on all cores. Raises Fault for what is wrong before
-/// anything runs: a folder of another survey, a line that the file does not have.
+/// Does the lines of a plan that are not done yet, on all cores; when all are there and the run was no shard,
+/// the tables (survey/tables.h). A line is done again when its data, what the plan says of it or the program
+/// has changed. Raises Fault for what is wrong before anything runs: a folder of another survey, a line that
+/// the file does not have, a shard that there is not; FileFault for a survey file that is missing.
 RunResult run_survey(const SurveyPlan& plan, const RunOptions& options, SurveyObserver& observer,
                      const DrawPicture& draw = {});
 

@@ -1,0 +1,81 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "core/safe_file.h"
+#include "support/survey_lines.h"
+#include "support/temp_folder.h"
+#include "survey/results_folder.h"
+#include "survey/run_survey.h"
+
+namespace anomalis::survey {
+
+/// Keeps what a run tells, and stops it when so many lines have ended.
+struct RunWitness : SurveyObserver {
+    void progress(const SurveyProgress& now) override { last = now; }
+    void remark(const std::string& text) override { remarks.push_back(text); }
+    void line_done(const LineResult& result) override { done.push_back(result.line); }
+    bool stop() override { return done.size() >= stop_after; }
+
+    std::size_t stop_after = 1000000;
+    SurveyProgress last;
+    std::vector<std::string> done, remarks;
+};
+
+/// A survey of some short lines in a folder of its own, imported by default and nothing else.
+struct SurveyRuns {
+    explicit SurveyRuns(const SurveyShape& shape = {.lines = 4, .stations = 60})
+        : path(folder.write("survey.csv", survey_table(shape))) {
+        plan.name = "test";
+        plan.path = folder.path("plan.toml");
+        plan.source.emplace();
+        plan.source->file = path;
+        plan.source->system = "EPSG:32754";
+        plan.source->choices.field_choice = flow::FieldChoice::keyed;
+        plan.source->choices.field = {50000, -55, 6};
+        plan.all_lines = true;
+        plan.options = std::make_shared<LineOptions>();
+    }
+
+    LineOptions& options() {
+        auto changed = std::make_shared<LineOptions>(*plan.options);
+        plan.options = changed;
+        return *changed;
+    }
+    /// The quickest search that there is.
+    void find_one_body() {
+        FindStep& find = options().find.emplace();
+        find.bodies = find.alternatives = 1;
+        find.thick = false;
+    }
+
+    RunResult run(int jobs = 1, const Shard& shard = {}, bool again_failed = false) {
+        witness.done.clear();
+        return run_survey(plan,
+                          {.folder = results, .jobs = jobs, .shard = shard, .again_failed = again_failed},
+                          witness, draw);
+    }
+    std::string result_text(const std::string& line) const {
+        return read_whole_file(line_result_file(results, line));
+    }
+    /// The tables that are the same whatever happened on the way.
+    std::map<std::string, std::string> tables(const std::string& from) const {
+        std::map<std::string, std::string> all;
+        for (const char* name : {bodies_table_name, lines_table_name, geopackage_name})
+            all[name] = read_whole_file(from + "/" + name);
+        return all;
+    }
+    std::map<std::string, std::string> tables() const { return tables(results); }
+
+    TempFolder folder;
+    std::string path;
+    std::string results = folder.path("results");
+    SurveyPlan plan;
+    RunWitness witness;
+    DrawPicture draw;
+};
+
+}  // namespace anomalis::survey
