@@ -17,7 +17,6 @@ using testing::UnorderedElementsAre;
 
 TEST(RunSurvey, DoesEveryLineAndWritesTheTables) {
     SurveyRuns runs;
-    runs.find_one_body();
     EXPECT_EQ(runs.run().outcome, RunOutcome::all_done);
     EXPECT_THAT(runs.witness.done, UnorderedElementsAre("100", "110", "120", "130"));
     const SurveyResults results = read_survey_results(runs.results);
@@ -25,11 +24,11 @@ TEST(RunSurvey, DoesEveryLineAndWritesTheTables) {
     for (const LineResult& line : results.lines) {
         EXPECT_EQ(line.status, LineStatus::done) << line.message;
         EXPECT_EQ(line.stations, 60);
-        EXPECT_EQ(line.bodies.size(), 1U);
+        EXPECT_NEAR(line.length_m, 590, 0.01);
         EXPECT_EQ(line.track.size(), 2U);
         EXPECT_EQ(line.coordinate_system, "EPSG:32754");
     }
-    EXPECT_THAT(runs.tables().at(bodies_table_name), HasSubstr("130"));
+    EXPECT_THAT(runs.tables().at(lines_table_name), HasSubstr("130"));
 }
 
 }  // namespace
