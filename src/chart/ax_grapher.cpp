@@ -88,6 +88,16 @@ void AX_Grapher::RegisterTracks(std::span<const ChartTrack> tracks) {
     }
 }
 
+void AX_Grapher::RegisterDots(std::span<const ChartDot> dots) {
+    if (state_->busy_refresh) return;
+    try {
+        state_->dots.register_dots(dots, state_->properties);
+    } catch (const std::exception& failure) {
+        state_->dots.clear();
+        tell_failure(*state_, failure.what());
+    }
+}
+
 void AX_Grapher::SetSeriesOptions(int group, int series, Colour colour, const std::string& name, int marker,
                                   int visible, int width) {
     if (const char* wrong = state_->series.check(group, series)) {
@@ -181,6 +191,7 @@ void AX_Grapher::Clear() {
     state.series.clear();
     state.bands.clear();
     state.tracks.clear();
+    state.dots.clear();
     state.overlay.clear();
     show_background(state);
 }
@@ -190,6 +201,7 @@ void AX_Grapher::ClearAll() {
     state_->series.clear();
     state_->bands.clear();
     state_->tracks.clear();
+    state_->dots.clear();
     state_->overlay.clear();
 }
 

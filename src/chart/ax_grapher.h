@@ -154,6 +154,9 @@ class AX_Grapher {
     /// display on, in place of those before. They take no part in ranges and selection; hundreds of thousands
     /// of points are meant.
     void RegisterTracks(std::span<const ChartTrack> tracks);
+    /// Draws dots over the tracks, the first of them below the others, from the next display on, in place of
+    /// those before. They take no part in ranges and selection; a hundred thousand are meant.
+    void RegisterDots(std::span<const ChartDot> dots);
     /// Name "", colour below 0, visible below 0 and width 0 or less leave what is there; marker is always
     /// set.
     void SetSeriesOptions(int group, int series, Colour colour, const std::string& name, int marker,

@@ -60,6 +60,20 @@ struct ChartTrack {
     int width = 1;                          ///< screen pixels
 };
 
+enum class DotShape : std::int32_t { circle, square, cross };
+
+/// A sign of its own size and colour at a place: the top of a body on a map. Left out where X or Y is
+/// missing.
+struct ChartDot {
+    double x = 0, y = 0;
+    double radius = 0;       ///< surface units; a square has the area of the circle
+    std::int32_t fill = 0;   ///< a Colour
+    std::int32_t edge = -1;  ///< a Colour; none: no edge
+    double hole = 0;         ///< part of the radius that is left white in the middle
+    DotShape shape = DotShape::circle;
+    bool operator==(const ChartDot&) const = default;
+};
+
 /// A table with its kinds in column 0; the first empty cell ends a row.
 using ChartTable = std::vector<std::vector<std::optional<double>>>;
 

@@ -6,6 +6,7 @@
 
 #include "edit/colour_ramp.h"
 #include "intake/survey/survey_index.h"
+#include "show/map_parts.h"
 
 namespace anomalis::show {
 
@@ -17,13 +18,6 @@ std::vector<double> values_of(const intake::SurveyIndex& index) {
         for (const intake::MapPoint& point : line.track)
             if (std::isfinite(point.value)) values.push_back(static_cast<double>(point.value));
     return values;
-}
-
-double part_of(std::vector<double>& values, double part) {
-    const auto at = values.begin() +
-                    static_cast<std::ptrdiff_t>(std::lround(part * static_cast<double>(values.size() - 1)));
-    std::nth_element(values.begin(), at, values.end());
-    return *at;
 }
 
 std::string unit_of(const intake::SurveyIndex& index) {

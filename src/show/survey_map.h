@@ -16,6 +16,8 @@ struct SurveyIndex;
 
 namespace anomalis::show {
 
+class MapNames;
+
 /// All lines of a survey on a map, coloured by the field, and the ramp beside it. A metre is as long to the
 /// east as to the north. The tracks are drawn once for a view: choosing a line paints the kept picture and
 /// what lies on it.
@@ -41,14 +43,13 @@ class SurveyMap {
     const std::vector<std::size_t>& named() const { return named_; }
 
   private:
-    void set_limits();
     int line_width() const;
     void register_tracks();
     void draw_bar();
     void record_overlay();
     void record_chosen();
     void record_names();
-    bool record_name(std::size_t line, std::vector<chart::Rect>& taken);
+    void record_name(std::size_t line, MapNames& names);
     chart::Point user(std::size_t line, std::size_t point) const;
 
     chart::AX_Grapher& map_;

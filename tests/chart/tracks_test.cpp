@@ -119,5 +119,70 @@ TEST(Tracks, the_same_picture_is_kept_while_they_stay) {
     EXPECT_EQ(rig.pieces(), 0U) << "cleared with the data";
 }
 
+struct Dotted : Rig {
+    std::vector<ChartDot> dots;
+
+    Dotted() { make_plain(); }
+    std::vector<RecordingDevice::Entry> show() {
+        chart.RegisterDots(dots);
+        device.forget();
+        chart.DisplayChart();
+        return device.of_kind(RecordingDevice::Kind::markers);
+    }
+};
+
+TEST(Dots, those_that_look_alike_and_follow_each_other_are_drawn_at_once) {
+    Dotted rig;
+    rig.dots = {{.x = 1000, .y = 10, .radius = 60, .fill = low},
+                {.x = 2000, .y = 20, .radius = 60, .fill = low},
+                {.x = 3000, .y = 20, .radius = 60, .fill = high}};
+    const auto drawn = rig.show();
+    ASSERT_EQ(drawn.size(), 2U);
+    EXPECT_EQ(drawn[0].points.size(), 2U);
+    EXPECT_EQ(drawn[0].fill, low);
+    EXPECT_EQ(drawn[1].points, (std::vector{rig.chart.UserToSurface({3000, 20})}));
+    EXPECT_EQ(drawn[1].fill, high);
+}
+
+TEST(Dots, a_hole_lies_on_its_own_dot_and_below_the_next) {
+    Dotted rig;
+    rig.dots.assign(2, {.x = 1000, .y = 10, .radius = 60, .fill = low, .hole = 0.5});
+    const auto drawn = rig.show();
+    ASSERT_EQ(drawn.size(), 4U);
+    EXPECT_EQ(drawn[1].fill, white);
+    EXPECT_EQ(drawn[1].radius, 30);
+    EXPECT_EQ(drawn[2].fill, low);
+}
+
+TEST(Dots, without_a_place_a_size_or_in_the_plot_they_are_left_out) {
+    Dotted rig;
+    rig.dots = {{.x = std::nan(""), .y = 10, .radius = 60, .fill = low},
+                {.x = 1000, .y = 10, .radius = 0, .fill = low},
+                {.x = 1e9, .y = 10, .radius = 60, .fill = low}};
+    EXPECT_TRUE(rig.show().empty());
+    rig.dots.clear();
+    EXPECT_TRUE(rig.show().empty());
+}
+
+TEST(Dots, a_captured_chart_holds_them_as_shapes) {
+    Dotted rig;
+    rig.dots = {{.x = 1000, .y = 10, .radius = 60, .fill = low},
+                {.x = 2000, .y = 10, .radius = 60, .fill = low, .shape = DotShape::cross}};
+    EXPECT_EQ(rig.show().size(), 2U);
+    const auto count = [&] {
+        int items = 0;
+        GraphicBytes stream;
+        rig.chart.GraphicsStream(items, stream);
+        return items;
+    };
+    const int with_dots = count();
+    rig.dots.pop_back();
+    rig.show();
+    EXPECT_EQ(with_dots - count(), 2) << "the lines of a cross";
+    rig.dots.clear();
+    rig.show();
+    EXPECT_GE(with_dots - count(), 3);
+}
+
 }  // namespace
 }  // namespace anomalis::chart

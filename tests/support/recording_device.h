@@ -24,8 +24,9 @@ class RecordingDevice : public DrawingDevice {
         std::string text;
         double angle = 0.0;
         Font font;
-        int style = 0;        ///< of markers
-        double radius = 0.0;  ///< of markers
+        int style = 0;            ///< of markers
+        double radius = 0.0;      ///< of markers
+        Colour fill = no_colour;  ///< of markers that are filled
     };
 
     RecordingDevice(double width, double height) : width_(width), height_(height) {}
@@ -132,6 +133,7 @@ inline void RecordingDevice::markers(const MarkerShape& shape, std::span<const P
     entry.pen = shape.pen;
     entry.style = shape.style;
     entry.radius = shape.radius;
+    if (shape.filled) entry.fill = shape.fill;
 }
 
 inline void RecordingDevice::clear(Colour colour, int) {

@@ -243,12 +243,27 @@ void Canvas::markers(int style, double radius, Colour colour, double width, std:
     if (!geometry.empty()) guarded("Line error: ", [&] { device_->markers(geometry.shape(), anchors); });
 }
 
-void Canvas::mark(MarkerShape shape, Point at) {
-    if (!in_reach(at)) return;
+void Canvas::marks(MarkerShape shape, std::span<const Point> places) {
+    if (capturing()) {
+        for (const Point& at : places) capture_mark(shape, at);
+        return;
+    }
+    if (!std::all_of(places.begin(), places.end(), in_reach)) return;
     const Colour outline = shape.pen.colour;
     shape.pen = resolved(shape.pen);
     shape.fill = filled(shape.fill, outline);
-    guarded("Line error: ", [&] { device_->markers(shape, {&at, 1}); });
+    guarded("Line error: ", [&] { device_->markers(shape, places); });
+}
+
+void Canvas::capture_mark(const MarkerShape& shape, Point at) {
+    const auto moved = [&](Point p) { return Point{p.x + at.x, p.y + at.y}; };
+    if (!shape.outline.empty()) {
+        std::vector<Point> corners;
+        for (const Point& p : shape.outline) corners.push_back(moved(p));
+        polygon(corners, shape.pen.colour, shape.filled ? shape.fill : no_colour, shape.pen.width);
+    }
+    for (const MarkerShape::Stroke& stroke : shape.strokes)
+        line(moved(stroke.from), moved(stroke.to), shape.pen);
 }
 
 TextExtent Canvas::measure(std::string_view words, FontRole role) {

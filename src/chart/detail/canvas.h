@@ -56,7 +56,8 @@ class Canvas {
     /// Markers of one style whose anchors have been tested to be inside.
     void markers(int style, double radius, Colour colour, double width, std::span<const Point> anchors);
     /// A shape of the caller's own about a place, drawn whole wherever that is; alike at all places.
-    void mark(MarkerShape shape, Point at);
+    void mark(const MarkerShape& shape, Point at) { marks(shape, {&at, 1}); }
+    void marks(MarkerShape shape, std::span<const Point> places);
     /// Text at a position, moved along and across its direction by factors of its width and height.
     void text(Point at, double angle, double along, double across, std::string_view words, FontRole role,
               Colour colour);
@@ -77,6 +78,7 @@ class Canvas {
     void flush_piece(const Pen& pen);
     void draw_polygon(std::span<const Point> points, Colour pen, Colour fill, double width);
     GraphicItem& captured(ItemKind kind);
+    void capture_mark(const MarkerShape& shape, Point at);
 
     FailureNotes& notes_;
     DrawingDevice* device_ = nullptr;

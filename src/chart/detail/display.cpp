@@ -102,15 +102,17 @@ int on_surface(GrapherState& state, Work&& work) {
     return status;
 }
 
-/// Bands, light grid, tracks, axes, title and the series below the others; the canvas is cut to the plot from
-/// then on. Frame and ticks lie on the bands.
+/// Bands, light grid, tracks, dots, axes, title and the series below the others; the canvas is cut to the
+/// plot from then on. Frame and ticks lie on the bands.
 void draw_lower(GrapherState& state) {
     const ChartLayout& layout = state.layout;
-    if (!state.bands.bands().empty() || !state.tracks.empty() || state.properties.light_grid) {
+    if (!state.bands.bands().empty() || !state.tracks.empty() || !state.dots.empty() ||
+        state.properties.light_grid) {
         state.canvas.set_window(layout.plot);
         state.band_painter.paint(state.bands, state.frame(), state.canvas);
         paint_light_grid(state.properties, layout, state.x, state.y, state.canvas);
         state.track_painter.paint(state.tracks, state.frame(), state.canvas);
+        state.dot_painter.paint(state.dots, state.frame(), state.canvas);
     }
     state.canvas.set_window({0.0, layout.width, 0.0, layout.height});
     paint_axes(state.properties, layout, state.x, state.y, state.canvas);

@@ -8,6 +8,7 @@
 #include "chart/detail/bands.h"
 #include "chart/detail/canvas.h"
 #include "chart/detail/chart_properties.h"
+#include "chart/detail/dots.h"
 #include "chart/detail/failure_notes.h"
 #include "chart/detail/graphics_list.h"
 #include "chart/detail/layout.h"
@@ -60,6 +61,7 @@ struct GrapherState {
     SeriesTable series;
     BandTable bands;
     TrackTable tracks;
+    DotTable dots;
     AxisRange x;
     AxisRange y;
     ChartLayout layout;
@@ -69,6 +71,7 @@ struct GrapherState {
     SeriesPainter painter;
     BandPainter band_painter;
     TrackPainter track_painter;
+    DotPainter dot_painter;
     LowerPicture lower;
     ShownPicture shown;
 

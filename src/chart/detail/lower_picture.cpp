@@ -8,7 +8,7 @@ bool LowerPicture::is_of(const GrapherState& state) const {
     const int lowest = state.series.lowest();
     return lowest > 0 && surface_ == state.surface && revision_ == state.series.series(lowest).revision &&
            bands_ == state.bands.revision() && tracks_ == state.tracks.revision() &&
-           layout_ == state.layout && x_ == state.x && y_ == state.y &&
+           dots_ == state.dots.revision() && layout_ == state.layout && x_ == state.x && y_ == state.y &&
            options_ == state.series.options(lowest) && properties_ == state.properties &&
            palette_ == state.palette && face_ == resolved_colour(state, button_face) &&
            text_ == resolved_colour(state, button_text);
@@ -21,6 +21,7 @@ void LowerPicture::keep(const GrapherState& state) {
     revision_ = state.series.series(lowest).revision;
     bands_ = state.bands.revision();
     tracks_ = state.tracks.revision();
+    dots_ = state.dots.revision();
     layout_ = state.layout;
     x_ = state.x;
     y_ = state.y;

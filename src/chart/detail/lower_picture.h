@@ -34,6 +34,7 @@ class LowerPicture {
     std::uint64_t revision_ = 0;
     std::uint64_t bands_ = 0;   ///< their revision
     std::uint64_t tracks_ = 0;  ///< likewise
+    std::uint64_t dots_ = 0;    ///< likewise
     std::optional<ScreenPalette> palette_;
     Colour face_ = black;  ///< the desktop's colours
     Colour text_ = black;
