@@ -10,56 +10,20 @@
 #include "core/core_shares.h"
 #include "core/failure.h"
 #include "core/pacer.h"
-#include "core/paths.h"
-#include "core/safe_file.h"
 #include "core/version.h"
 #include "inversion/perform.h"
-#include "survey/line_digest.h"
+#include "survey/folder_claim.h"
 #include "survey/line_run.h"
 #include "survey/line_store.h"
 #include "survey/machine_failure.h"
 #include "survey/results_folder.h"
+#include "survey/shards.h"
 #include "survey/survey_input.h"
 #include "survey/tables.h"
 
 namespace anomalis::survey {
 
 namespace {
-
-/// A survey file that is not there is a matter of the plan; one that is there and cannot be read is not.
-SurveyInput open_input(const SurveyPlan& plan) {
-    try {
-        return open_survey(plan);
-    } catch (const FileFault& failure) {
-        if (!plan.source || file_exists(plan.source->file).empty()) throw;
-        throw MachineFailure(failure.what());
-    }
-}
-
-SurveyIdentity identity_of(const SurveyPlan& plan, const SurveyInput& input) {
-    SurveyIdentity identity{.name = plan.name,
-                            .source = plan.source ? file_name(plan.source->file) : "workspaces",
-                            .plan_digest = plan_digest(plan, input.lines),
-                            .lines = {}};
-    for (const LineToDo& line : input.lines) identity.lines.push_back(line.planned.name);
-    return identity;
-}
-
-void refuse_other_survey(const std::string& folder, const SurveyIdentity& own) {
-    const std::optional<SurveyIdentity> there = read_survey_identity(folder);
-    if (!there || (there->name == own.name && there->source == own.source)) return;
-    throw Fault(folder + " holds the results of another survey, " + there->name + " (" + there->source +
-                "), and this is " + own.name + " (" + own.source + "): name another folder");
-}
-
-/// The folder becomes one of this survey.
-void prepare_folder(const std::string& folder, const SurveyIdentity& identity) {
-    prepare_lines(folder);
-    const std::string text = survey_identity_json(identity), path = survey_file(folder);
-    on_machine([&] {
-        if (file_exists(path).empty() || read_whole_file(path) != text) write_file_safely(path, text);
-    });
-}
 
 void check_shard(const Shard& shard) {
     if (shard.count < 1 || shard.number < 1 || shard.number > shard.count)
@@ -73,7 +37,7 @@ std::vector<std::size_t> order_of(const SurveyInput& input, const Shard& shard) 
     std::vector<std::size_t> order;
     std::vector<double> work(input.lines.size());
     for (std::size_t i = 0; i < input.lines.size(); ++i) {
-        if (static_cast<int>(i % static_cast<std::size_t>(shard.count)) + 1 != shard.number) continue;
+        if (!in_shard(i, shard)) continue;
         order.push_back(i);
         work[i] = line_work(input, input.lines[i]);
     }
@@ -227,6 +191,16 @@ bool do_lines(const SurveyPlan& plan, const RunOptions& options, const SurveyInp
     return all && progress.done + progress.kept == progress.lines;
 }
 
+/// The end of a run that has all of its lines: what others wait for.
+void write_end(const RunOptions& options, const SurveyIdentity& identity, const SurveyProgress& progress) {
+    if (options.shard.count == 1) {
+        write_survey_tables(options.folder);
+    } else {
+        write_shard_record(options.folder,
+                           {options.shard, identity.plan_digest, progress.lines, progress.failed});
+    }
+}
+
 std::string try_again_text(const std::string& why) {
     return why +
            ". What is done stays done: start the same command again when that is put right, and it goes "
@@ -248,8 +222,9 @@ RunResult run_survey(const SurveyPlan& plan, const RunOptions& options, SurveyOb
         const SurveyIdentity identity = identity_of(plan, input);
         refuse_other_survey(options.folder, identity);
         prepare_folder(options.folder, identity);
+        on_machine([&] { remove_shard_record(options.folder, options.shard); });
         all = do_lines(plan, options, input, shared, observer, draw, result.progress);
-        if (all && options.shard.count == 1) on_machine([&] { write_survey_tables(options.folder); });
+        if (all) on_machine([&] { write_end(options, identity, result.progress); });
     } catch (const MachineFailure& failure) {
         shared.fail(failure.what());
     }
