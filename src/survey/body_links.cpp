@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <numbers>
+#include <utility>
 
 namespace anomalis::survey {
 
@@ -228,6 +230,53 @@ void add_gains(std::vector<BodyLink>& links, std::size_t body_count) {
         links[i].gain = links[i].own + with_below(i) -
                         best_below(i, [&](std::size_t k) { return below[k]; }) + with_above(i) -
                         best_above(i, [&](std::size_t k) { return above[k]; });
+}
+
+namespace {
+
+/// The chosen links by their bodies.
+class ChosenLinks {
+  public:
+    explicit ChosenLinks(std::size_t body_count) : up_(body_count, none), down_(body_count, none) {}
+
+    void add(const std::vector<BodyLink>& links) {
+        for (const BodyLink& link : links) {
+            up_[link.lower] = down_[link.upper] = all.size();
+            all.push_back(link);
+        }
+    }
+    bool leave_free(const BodyLink& link) const {
+        return up_[link.lower] == none && down_[link.upper] == none;
+    }
+    double worth_with(const BodyLink& link) const {
+        double worth = link.own;
+        if (const std::size_t below = down_[link.lower]; below != none)
+            worth += joint_worth(all[below], link);
+        if (const std::size_t above = up_[link.upper]; above != none) worth += joint_worth(link, all[above]);
+        return worth;
+    }
+
+    std::vector<BodyLink> all;
+
+  private:
+    static constexpr std::size_t none = std::numeric_limits<std::size_t>::max();
+    std::vector<std::size_t> up_, down_;  ///< indices into `all`
+};
+
+}  // namespace
+
+std::vector<BodyLink> chosen_links(const LineFamily& family) {
+    std::vector<BodyLink> links = possible_links(family);
+    add_gains(links, family.bodies.size());
+    ChosenLinks chosen(family.bodies.size());
+    // At a bend each link spoils the other, and neither is chosen at first.
+    constexpr int rounds = 3;
+    for (int round = 0; round < rounds; ++round) {
+        chosen.add(assigned_links(links, family.bodies.size()));
+        std::erase_if(links, [&](const BodyLink& link) { return !chosen.leave_free(link); });
+        for (BodyLink& link : links) link.gain = chosen.worth_with(link);
+    }
+    return std::move(chosen.all);
 }
 
 }  // namespace anomalis::survey

@@ -30,7 +30,12 @@ double joint_worth(const BodyLink& below, const BodyLink& above);
 /// Fills in the gains, looking some lines ahead on both sides.
 void add_gains(std::vector<BodyLink>& links, std::size_t body_count);
 
-/// The links that together gain most while each body has one to each side at most.
-std::vector<BodyLink> chosen_links(const std::vector<BodyLink>& links, std::size_t body_count);
+/// Those of the links that together gain most while each body has one to each side at most; none that gains
+/// nothing.
+std::vector<BodyLink> assigned_links(const std::vector<BodyLink>& links, std::size_t body_count);
+
+/// The links of a family that hold: assigned by their gains, and then, among bodies that are still free, by
+/// what they are worth with those.
+std::vector<BodyLink> chosen_links(const LineFamily& family);
 
 }  // namespace anomalis::survey

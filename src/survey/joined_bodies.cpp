@@ -56,10 +56,7 @@ class Joining {
     Joining(const SurveyResults& results, const LineFamily& family) : results_(results), family_(family) {}
 
     std::vector<JoinedBody> all() const {
-        std::vector<BodyLink> links = possible_links(family_);
-        add_gains(links, family_.bodies.size());
-        std::vector<Chain> waiting =
-            chains_of(chosen_links(links, family_.bodies.size()), family_.bodies.size());
+        std::vector<Chain> waiting = chains_of(chosen_links(family_), family_.bodies.size());
         std::vector<JoinedBody> joined;
         while (!waiting.empty()) {
             Chain chain = std::move(waiting.back());

@@ -26,7 +26,8 @@ class Assignment {
           price_(body_count, 0.0),
           distance_(body_count),
           reached_by_(body_count),
-          seen_(body_count, none) {
+          seen_(body_count, none),
+          scanned_(body_count, none) {
         for (std::size_t i = 0; i < links.size(); ++i)
             if (links[i].gain > 0) of_lower_[links[i].lower].push_back(i);
     }
@@ -54,6 +55,7 @@ class Assignment {
         if (base < end_.distance) end_ = {base, none, lower};
         for (const std::size_t link : of_lower_[lower]) {
             const std::size_t upper = links_[link].upper;
+            if (scanned_[upper] == root) continue;  // rounding must not bring it nearer again
             const double distance = base + cost(link);
             if (seen_[upper] == root && !(distance < distance_[upper])) continue;
             seen_[upper] = root;
@@ -71,12 +73,13 @@ class Assignment {
         while (!queue_.empty() && queue_.top().first < end_.distance) {
             const auto [distance, upper] = queue_.top();
             queue_.pop();
-            if (distance > distance_[upper]) continue;
+            if (scanned_[upper] == root || distance > distance_[upper]) continue;
             if (link_of_upper_[upper] == none) {
                 end_ = {distance, upper, none};
                 break;
             }
             scanned.push_back(upper);
+            scanned_[upper] = root;
             const std::size_t held = link_of_upper_[upper];
             spread(links_[held].lower, distance - cost(held), root);
         }
@@ -108,7 +111,7 @@ class Assignment {
     std::vector<std::vector<std::size_t>> of_lower_;
     std::vector<std::size_t> link_of_lower_, link_of_upper_;
     std::vector<double> price_, distance_;
-    std::vector<std::size_t> reached_by_, seen_;
+    std::vector<std::size_t> reached_by_, seen_, scanned_;
     std::priority_queue<std::pair<double, std::size_t>, std::vector<std::pair<double, std::size_t>>,
                         std::greater<>>
         queue_;
@@ -117,7 +120,7 @@ class Assignment {
 
 }  // namespace
 
-std::vector<BodyLink> chosen_links(const std::vector<BodyLink>& links, std::size_t body_count) {
+std::vector<BodyLink> assigned_links(const std::vector<BodyLink>& links, std::size_t body_count) {
     return Assignment(links, body_count).solve();
 }
 
