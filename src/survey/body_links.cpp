@@ -10,19 +10,15 @@ namespace anomalis::survey {
 
 namespace {
 
-constexpr double degree = std::numbers::pi / 180;
-
 /// Intervals are of the readings' noise; a model that is too simple is off by more.
 constexpr double model_error_factor = 1.5;
 /// What a dyke itself changes between neighbouring lines: its depth by a part, its dip, its strength (the
 /// logarithm), its direction.
-constexpr double depth_change = 0.15, dip_change = 8, strength_change = 0.3, bend = 6 * degree;
+constexpr double depth_change = 0.15, dip_change = 8, strength_change = 0.3, bend = 6 * degree_in_radians;
 /// Beyond so many standard errors two bodies are not compared any further.
 constexpr double most_errors = 3.5;
 /// A strike further from the square to a line is not looked for: a line hardly sees such a dyke.
-constexpr double most_oblique = 75 * degree;
-/// The next line may be so many usual spacings away, where lines between are missing or failed.
-constexpr double most_spacings = 6;
+constexpr double most_oblique = 75 * degree_in_radians;
 /// A dyke that one line shows is shown by the next one; by the one behind alone.
 constexpr double shown_next = 0.85, shown_behind = 0.1;
 constexpr std::size_t most_skipped = 1;

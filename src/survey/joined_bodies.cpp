@@ -19,10 +19,7 @@ namespace anomalis::survey {
 
 namespace {
 
-constexpr double radians = std::numbers::pi / 180;
 constexpr double half_turn = 180, quarter_turn = 90;
-/// Further than so many usual spacings the next line tells nothing of where a body ends.
-constexpr double most_spacings = 6;
 
 /// Bodies of a family from line to line, with the links between.
 struct Chain {
@@ -81,8 +78,8 @@ class Joining {
         const LaidLine& line = family_.lines[body.laid_line];
         flow::StrikePoint point{.east = found.east, .north = found.north, .error = body.place_error};
         if (std::isfinite(found.profile_azimuth)) {
-            point.line_east = std::sin(found.profile_azimuth * radians);
-            point.line_north = std::cos(found.profile_azimuth * radians);
+            point.line_east = std::sin(found.profile_azimuth * degree_in_radians);
+            point.line_north = std::cos(found.profile_azimuth * degree_in_radians);
         } else {
             const TrackPoint from = family_.on_map(0, 0), to = family_.on_map(line.axis_x, line.axis_y);
             point.line_east = to.east - from.east;
@@ -146,7 +143,8 @@ class Joining {
 
     /// Places the members, and with them length and ends, along the straight line of the strike.
     void add_members(const Chain& chain, JoinedBody& body) const {
-        const double sine = std::sin(body.strike * radians), cosine = std::cos(body.strike * radians);
+        const double sine = std::sin(body.strike * degree_in_radians),
+                     cosine = std::cos(body.strike * degree_in_radians);
         const TrackPoint origin = strike_point_of(chain.bodies.front());
         struct Placed {
             const LaidBody* laid;
@@ -243,7 +241,7 @@ class Joining {
         dip.value -= half_turn * std::floor(dip.value / half_turn);
         const double own =
             std::isfinite(body.strike.value) ? body.strike.value : body.profile_azimuth - quarter_turn;
-        if (std::cos((own - strike) * radians) < 0) dip.value = half_turn - dip.value;
+        if (std::cos((own - strike) * degree_in_radians) < 0) dip.value = half_turn - dip.value;
         return dip;
     }
 

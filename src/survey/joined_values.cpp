@@ -10,8 +10,6 @@ namespace anomalis::survey {
 
 namespace {
 
-constexpr double normal_90 = 1.6448536269514722;
-
 std::vector<Measured> known(std::span<const Measured> values, MeanOf mean) {
     std::vector<Measured> left;
     for (const Measured& m : values) {

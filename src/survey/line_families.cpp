@@ -12,9 +12,6 @@ namespace anomalis::survey {
 
 namespace {
 
-constexpr double radians = std::numbers::pi / 180;  // a degree
-constexpr double normal_90 = 1.6448536269514722;    // both ends of a 90 % interval of a normal distribution
-
 /// Without an interval: a place is known to a quarter of the depth, a depth to a fifth, a dip to 15 degrees,
 /// a strength to a factor of two. About what the intervals of single lines come to (docs/coverage.md).
 constexpr double usual_place_error = 0.25, usual_depth_error = 0.2, usual_dip_error = 15;
@@ -240,7 +237,7 @@ Measured dip_along(const BodyResult& body, std::complex<double> axis) {
     dip.value -= half_turn * std::floor(dip.value / half_turn);
     const double strike =
         std::isfinite(body.strike.value) ? body.strike.value : body.profile_azimuth - quarter_turn;
-    const double east = std::cos(strike * radians), north = -std::sin(strike * radians);
+    const double east = std::cos(strike * degree_in_radians), north = -std::sin(strike * degree_in_radians);
     if (east * axis.real() + north * axis.imag() < 0) dip.value = half_turn - dip.value;
     return dip;
 }

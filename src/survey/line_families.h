@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <numbers>
 #include <string>
 #include <vector>
 
@@ -8,6 +9,12 @@
 
 // Lines that run side by side, in coordinates along and across them. Private to this room.
 namespace anomalis::survey {
+
+inline constexpr double degree_in_radians = std::numbers::pi / 180;
+/// Both ends of a 90 % interval of a normal distribution, in standard errors.
+inline constexpr double normal_90 = 1.6448536269514722;
+/// Further than so many usual spacings the next line tells nothing of a body.
+inline constexpr double most_spacings = 6;
 
 /// A value and its standard error as a fit gives them, both `unknown` where nobody knows.
 struct Measured {
