@@ -124,6 +124,14 @@ void body_values(const Workspace& workspace, ModelBody& body, int channel, const
     respond(workspace, body, channel, range, memory, values, notes);
 }
 
+void exact_values_at(const Workspace& workspace, ModelBody& body, int channel, const StationView& stations,
+                     BodyBench& memory, std::span<double> values, BodyNotes& notes) {
+    if (values.size() != stations.count) throw Fault(FaultKind::subscript);
+    std::ranges::fill(values, 0.0);
+    if (body.turned_off != 1 && stations.count > 0)
+        respond_exactly(workspace, body, channel, stations, memory, values, notes);
+}
+
 void body_columns(const Workspace& workspace, ModelBody& body, int channel, const StationRange& range,
                   BodyBench& memory, std::span<const int> param_codes, std::span<double> values,
                   std::span<double> columns, BodyNotes& notes) {

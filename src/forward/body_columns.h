@@ -9,6 +9,7 @@
 #include "core/workspace.h"
 #include "forward/exact/exact_notes.h"
 #include "forward/polyhedron/polyhedron.h"
+#include "forward/station_view.h"
 
 namespace anomalis {
 class Faults;
@@ -52,7 +53,12 @@ struct BodyNotes {
 void body_values(const Workspace& workspace, ModelBody& body, int channel, const StationRange& range,
                  BodyBench& memory, std::span<double> values, BodyNotes& notes);
 
-/// The same, and for each of the parameter codes the derivative of the values per unit of that parameter (m,
+/// The same by the exact formulas at stations that no workspace holds, with the body where its map position
+/// says. Of the workspace the field is read; it has no stations.
+void exact_values_at(const Workspace& workspace, ModelBody& body, int channel, const StationView& stations,
+                     BodyBench& memory, std::span<double> values, BodyNotes& notes);
+
+/// `body_values`, and for each of the parameter codes the derivative of the values per unit of that parameter (m,
 /// degrees, micro SI, mA, g/cc or none): `columns` holds them one after the other, each one value a station.
 /// With the exact formulas sheets, edges, steps, spheres and wires have closed forms, whose columns share
 /// their logarithms and angles; other bodies, and the classic formulas, are differenced but for their

@@ -90,6 +90,13 @@ StationView stations_of(const Workspace& workspace, const StationRange& range, s
     return part_of(all, static_cast<std::size_t>(range.first) - 1, values);
 }
 
+bool respond_exactly(const Workspace& workspace, ModelBody& body, int channel, const StationView& stations,
+                     BodyBench& memory, std::span<double> values, BodyNotes& notes) {
+    return work_exactly(workspace, body, channel, values, {}, notes, [&] {
+        exact_values(workspace, body, channel, stations, memory.polyhedron, values, notes.exact, notes.pacer);
+    });
+}
+
 bool respond(const Workspace& workspace, ModelBody& body, int channel, const StationRange& range,
              BodyBench& memory, std::span<double> values, BodyNotes& notes) {
     const StationView stations = stations_of(workspace, range, values.size());
@@ -98,10 +105,7 @@ bool respond(const Workspace& workspace, ModelBody& body, int channel, const Sta
         return true;
     }
     if (workspace.formulas == Formulas::exact)
-        return work_exactly(workspace, body, channel, values, {}, notes, [&] {
-            exact_values(workspace, body, channel, stations, memory.polyhedron, values, notes.exact,
-                         notes.pacer);
-        });
+        return respond_exactly(workspace, body, channel, stations, memory, values, notes);
     respond_classically(workspace, body, channel, range, memory, values, notes);
     return true;
 }

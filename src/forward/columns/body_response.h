@@ -16,6 +16,10 @@ namespace anomalis::forward {
 bool respond(const Workspace& workspace, ModelBody& body, int channel, const StationRange& range,
              BodyBench& memory, std::span<double> values, BodyNotes& notes);
 
+/// The same by the exact formulas at any stations.
+bool respond_exactly(const Workspace& workspace, ModelBody& body, int channel, const StationView& stations,
+                     BodyBench& memory, std::span<double> values, BodyNotes& notes);
+
 /// Raises Fault overflow where a value is none that single precision can hold: that is no response for the
 /// model either.
 void require_finite_values(const Workspace& workspace, const ModelBody& body, int channel,
