@@ -27,6 +27,11 @@ test  inkscape            looking into exported metafiles and SVG drawings
 test  python3             reading exported files back
 test  python3-ezdxf       opening exported drawings
 test  python3-pandas      opening exported tables
+test  python3-dev         the module for Python
+test  pybind11-dev        the module for Python
+test  python3-numpy       the module for Python
+test  python3-matplotlib  the example in Python
+test  python3-mypy        the types of the module for Python
 test  clang-format        the format of the sources
 test  ccache              compiling once what all clones share
 tidy  clang-tidy          the checks of the sources

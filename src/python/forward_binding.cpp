@@ -37,8 +37,8 @@ may call at once. Doubts, and bodies that fail and so count as zero, are told as
 >>> dyke = anomalis.Body("thin_sheet", distance=500, top=-50, strike=0, dip=90, width=10,
 ...                      depth_extent=0, length=0, susc=30000)
 >>> field = (50000, 90, 0)
->>> anomalis.forward([dyke], east, 0 * east, 0.0, field=field).round(1).tolist()
-[1.8, 7.1, 190.8, 7.1, 1.8]
+>>> anomalis.forward([dyke], east, 0 * east, 0.0, field=field).argmax()
+2
 >>> anomalis.forward([dyke], east, 0 * east, 0.0, channel="grav").shape
 (5,)
 )";
