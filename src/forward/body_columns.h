@@ -58,10 +58,10 @@ void body_values(const Workspace& workspace, ModelBody& body, int channel, const
 void exact_values_at(const Workspace& workspace, ModelBody& body, int channel, const StationView& stations,
                      BodyBench& memory, std::span<double> values, BodyNotes& notes);
 
-/// `body_values`, and for each of the parameter codes the derivative of the values per unit of that parameter (m,
-/// degrees, micro SI, mA, g/cc or none): `columns` holds them one after the other, each one value a station.
-/// With the exact formulas sheets, edges, steps, spheres and wires have closed forms, whose columns share
-/// their logarithms and angles; other bodies, and the classic formulas, are differenced but for their
+/// `body_values`, and for each of the parameter codes the derivative of the values per unit of that parameter
+/// (m, degrees, micro SI, mA, g/cc or none): `columns` holds them one after the other, each one value a
+/// station. With the exact formulas sheets, edges, steps, spheres and wires have closed forms, whose columns
+/// share their logarithms and angles; other bodies, and the classic formulas, are differenced but for their
 /// susceptibility and density. Never NaN: a body that is off or fails has columns of zeros, and so have a
 /// length and a depth extent of 0, which stand for no end. Raises as `body_values`.
 void body_columns(const Workspace& workspace, ModelBody& body, int channel, const StationRange& range,

@@ -32,10 +32,6 @@ class BodyObject {
 /// What a file holds of a body; nothing that was calculated.
 ModelBody plain_copy(const ModelBody& body);
 
-/// "thin_sheet"; also in the words of the program, "Thin Sheet". Raises ValueError with those that there are.
-std::int32_t type_of_name(const std::string& name);
-std::string name_of_type(std::int32_t type);
-
 /// Copies of a sequence of Body. Raises TypeError for anything else in it.
 std::vector<ModelBody> bodies_of(const pybind11::iterable& bodies);
 /// As Body objects of their own.

@@ -1,9 +1,10 @@
 #include "python/told.h"
 
 #include <cerrno>
-#include <cstdio>
+#include <fcntl.h>
 #include <filesystem>
 #include <system_error>
+#include <unistd.h>
 
 #include "core/failure.h"
 
@@ -70,9 +71,9 @@ void define_errors(py::module_& module) {
 void require_readable(const std::string& path) {
     std::error_code error;
     if (std::filesystem::is_directory(path, error)) raise_os_error(EISDIR, path);
-    std::FILE* file = std::fopen(path.c_str(), "rb");
-    if (!file) raise_os_error(errno, path);
-    std::fclose(file);
+    const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);  // NOLINT(cppcoreguidelines-pro-type-vararg)
+    if (file < 0) raise_os_error(errno, path);
+    ::close(file);
 }
 
 void require_folder_of(const std::string& path) {
