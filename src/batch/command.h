@@ -40,6 +40,7 @@ std::unique_ptr<Command> follow_command();
 std::unique_ptr<Command> uncertainty_command();
 std::unique_ptr<Command> field_command();
 std::unique_ptr<Command> export_command();
+std::unique_ptr<Command> joined_command();
 std::unique_ptr<Command> lines_command();
 std::unique_ptr<Command> import_command();
 std::unique_ptr<Command> new_command();

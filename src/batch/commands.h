@@ -104,6 +104,11 @@ struct ExportOptions {
     bool wgs84 = false;  ///< the GeoPackage too
 };
 
+struct JoinedOptions {
+    std::string folder;  ///< of the results of a survey
+    std::string table, geojson, geopackage, dxf, vtk, obj;
+};
+
 struct RenderOptions {
     std::string model;
     PictureRequest picture;
@@ -147,6 +152,7 @@ bool run_follow(const FollowCommandOptions& options, BatchSession& batch);
 bool run_uncertainty(const UncertaintyCommandOptions& options, BatchSession& batch);
 bool run_field(const FieldCommandOptions& options, BatchSession& batch);
 bool run_export(const ExportOptions& options, BatchSession& batch);
+bool run_joined(const JoinedOptions& options, BatchSession& batch);
 bool run_lines(const LinesOptions& options, BatchSession& batch);
 bool run_import(const ImportOptions& options, BatchSession& batch);
 bool run_new(const NewOptions& options, BatchSession& batch);

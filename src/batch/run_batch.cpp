@@ -26,6 +26,7 @@ Commands all_commands(PictureWriter* pictures) {
     commands.push_back(uncertainty_command());
     commands.push_back(field_command());
     commands.push_back(export_command());
+    commands.push_back(joined_command());
     commands.push_back(lines_command());
     commands.push_back(import_command());
     commands.push_back(new_command());

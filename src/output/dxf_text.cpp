@@ -25,7 +25,10 @@ SquareExtents square_extents(const Workspace& w) {
 }
 
 std::string coordinate_remark(const Workspace& workspace) {
-    const std::string& system = workspace.source.coordinate_system;
+    return coordinate_remark(workspace.source.coordinate_system);
+}
+
+std::string coordinate_remark(const std::string& system) {
     if (system.empty()) return {};
     const std::string remark = "Coordinates in " + system;
     try {

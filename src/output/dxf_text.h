@@ -20,6 +20,7 @@ struct SquareExtents {
 SquareExtents square_extents(const Workspace& workspace);
 
 /// What a drawing says of the system of its coordinates; "" where nobody knows it.
+std::string coordinate_remark(const std::string& system);
 std::string coordinate_remark(const Workspace& workspace);
 
 /// Lines of a drawing on their way to a file. A code line is printed as given, its value on the next line.
