@@ -73,6 +73,11 @@ class LoadedPictureWriter : public batch::PictureWriter {
         return load(prompts) ? writer_->write_map(prompts, index, request) : -1;
     }
 
+    int write_results_map(Prompts& prompts, const survey::SurveyResults& results,
+                          const survey::ResultsMapMarks& marks, const batch::MapRequest& request) override {
+        return load(prompts) ? writer_->write_results_map(prompts, results, marks, request) : -1;
+    }
+
   private:
     bool load(Prompts& prompts) {
         return writer_ || report_failure(prompts, "", [&] { writer_ = load_writer(argc_, argv_); }) == 0;

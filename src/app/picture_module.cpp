@@ -37,6 +37,13 @@ class QtPictureWriter : public batch::PictureWriter {
                                         request.height);
     }
 
+    int write_results_map(Prompts& prompts, const survey::SurveyResults& results,
+                          const survey::ResultsMapMarks& marks, const batch::MapRequest& request) override {
+        start();
+        return window::write_results_map(prompts, results, marks, request.line, request.path, request.width,
+                                         request.height);
+    }
+
   private:
     static int write_page(Session& session, const batch::PictureRequest& request) {
         show::Paper paper{};

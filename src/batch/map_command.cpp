@@ -10,7 +10,9 @@ class MapCommand : public Command {
   public:
     explicit MapCommand(PictureWriter* pictures) : pictures_(pictures) {}
     std::string name() const override { return "map"; }
-    std::string purpose() const override { return "Draw all lines of a survey file, coloured by the field"; }
+    std::string purpose() const override {
+        return "Draw all lines of a survey file, coloured by the field, or the results of a survey";
+    }
     void declare(OptionList& options) override;
     CommandFiles files() const override {
         return {.model = options_.survey.file, .writes = {{"--output", options_.picture.path}}};

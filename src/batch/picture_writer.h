@@ -11,6 +11,10 @@ class Prompts;
 namespace anomalis::intake {
 struct SurveyIndex;
 }  // namespace anomalis::intake
+namespace anomalis::survey {
+struct ResultsMapMarks;
+struct SurveyResults;
+}  // namespace anomalis::survey
 
 namespace anomalis::batch {
 
@@ -43,6 +47,9 @@ class PictureWriter {
     virtual int write(Session& session, const PictureRequest& request) = 0;
     /// Draws the map of a survey. Returns 0, or -1 after a failure, which was shown.
     virtual int write_map(Prompts& prompts, const intake::SurveyIndex& index, const MapRequest& request) = 0;
+    /// Draws the map of its results, with what is to be marked on it, likewise.
+    virtual int write_results_map(Prompts& prompts, const survey::SurveyResults& results,
+                                  const survey::ResultsMapMarks& marks, const MapRequest& request) = 0;
 };
 
 }  // namespace anomalis::batch

@@ -1,8 +1,11 @@
+#include <filesystem>
 #include <gtest/gtest.h>
 
 #include "batch/batch_runs.h"
 #include "intake/survey/survey_index.h"
+#include "support/example_results.h"
 #include "support/survey_file.h"
+#include "survey/results_map.h"
 
 namespace anomalis::batch {
 namespace {
@@ -18,9 +21,19 @@ class MapWriter : public PictureWriter {
         asked = request;
         return answer;
     }
+    int write_results_map(Prompts&, const survey::SurveyResults& results,
+                          const survey::ResultsMapMarks& marks, const MapRequest& request) override {
+        ++results_maps;
+        lines = results.lines.size();
+        flags = marks.flags;
+        joined = marks.strikes.size();
+        asked = request;
+        return answer;
+    }
 
-    int answer = 0, maps = 0;
-    std::size_t lines = 0;
+    int answer = 0, maps = 0, results_maps = 0;
+    std::size_t lines = 0, joined = 0;
+    std::vector<survey::LineFlag> flags;
     std::string system;
     MapRequest asked;
 };
@@ -72,6 +85,79 @@ TEST(Map, a_file_that_is_no_survey_is_told) {
     const BatchRun run = batch({"map", letter, "-o", "a.png"}, &survey.writer);
     EXPECT_EQ(run.status, 1);
     EXPECT_NE(run.err, "");
+}
+
+struct ResultsFolder {
+    ResultsFolder() { write_example_results(folder, results); }
+    BatchRun map(std::vector<std::string> options) {
+        options.insert(options.begin(), {"map", folder.path("."), "-o", "a.png"});
+        return batch(options, &writer);
+    }
+
+    TempFolder folder;
+    survey::SurveyResults results = example_results();
+    MapWriter writer;
+};
+
+TEST(Map, of_a_results_folder_the_writer_gets_the_results) {
+    ResultsFolder survey;
+    const BatchRun run = survey.map({"--size", "900x700", "--line", "L1030"});
+    EXPECT_EQ(run.status, 0) << run.err;
+    EXPECT_EQ(survey.writer.maps, 0);
+    EXPECT_EQ(survey.writer.results_maps, 1);
+    EXPECT_EQ(survey.writer.lines, 12U);
+    EXPECT_EQ(survey.writer.asked.line, 3U);
+    EXPECT_EQ(survey.writer.asked.width, 900);
+    for (const survey::LineFlag flag : survey.writer.flags) EXPECT_EQ(flag, survey::LineFlag::none);
+}
+
+TEST(Map, flags_of_a_results_folder_are_marked) {
+    ResultsFolder survey;
+    survey::LineFlags(survey.folder.path(".")).set("L1020", {survey::LineFlag::reject, "spikes"});
+    EXPECT_EQ(survey.map({}).status, 0);
+    ASSERT_EQ(survey.writer.flags.size(), 12U);
+    EXPECT_EQ(survey.writer.flags[2], survey::LineFlag::reject);
+    EXPECT_EQ(survey.writer.flags[3], survey::LineFlag::none);
+}
+
+TEST(Map, a_line_that_a_results_folder_does_not_have_is_told_with_those_like_it) {
+    ResultsFolder survey;
+    const BatchRun run = survey.map({"--line", "L1031"});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(survey.writer.results_maps, 0);
+    EXPECT_NE(run.err.find("has no line L1031"), std::string::npos) << run.err;
+    EXPECT_NE(run.err.find("L1030"), std::string::npos) << run.err;
+}
+
+TEST(Map, a_line_that_is_not_done_yet_is_told_so) {
+    ResultsFolder survey;
+    std::filesystem::remove_all(survey.folder.path("lines/L1030"));
+    EXPECT_EQ(survey.map({}).status, 0);
+    EXPECT_EQ(survey.writer.lines, 11U);
+    const BatchRun run = survey.map({"--line", "L1030"});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_NE(run.err.find("line L1030 is not done yet"), std::string::npos) << run.err;
+}
+
+TEST(Map, what_is_said_of_columns_does_not_go_with_results) {
+    ResultsFolder survey;
+    const BatchRun run = survey.map({"--crs", "EPSG:32754"});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(survey.writer.results_maps, 0);
+    EXPECT_NE(run.err.find("--crs"), std::string::npos) << run.err;
+}
+
+TEST(Map, a_folder_without_results_and_a_damaged_result_are_told) {
+    ResultsFolder survey;
+    const TempFolder empty;
+    const BatchRun none = batch({"map", empty.path("."), "-o", "a.png"}, &survey.writer);
+    EXPECT_EQ(none.status, 1);
+    EXPECT_NE(none.err.find("holds no results of a survey"), std::string::npos) << none.err;
+    survey.folder.write("lines/L1000/result.json", "{\"line\":");
+    const BatchRun damaged = survey.map({});
+    EXPECT_EQ(damaged.status, 1);
+    EXPECT_NE(damaged.err.find("result.json"), std::string::npos) << damaged.err;
+    EXPECT_EQ(survey.writer.results_maps, 0);
 }
 
 TEST(Map, wrong_options_are_no_run) {

@@ -18,6 +18,10 @@ class RecordingWriter : public PictureWriter {
     }
 
     int write_map(Prompts&, const intake::SurveyIndex&, const MapRequest&) override { return -1; }
+    int write_results_map(Prompts&, const survey::SurveyResults&, const survey::ResultsMapMarks&,
+                          const MapRequest&) override {
+        return -1;
+    }
 
     int answer = 0;
     int pictures = 0;

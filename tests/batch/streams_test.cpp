@@ -135,6 +135,10 @@ class NamingWriter : public PictureWriter {
     int write_map(Prompts&, const intake::SurveyIndex&, const MapRequest& request) override {
         return write_name(request.path);
     }
+    int write_results_map(Prompts&, const survey::SurveyResults&, const survey::ResultsMapMarks&,
+                          const MapRequest& request) override {
+        return write_name(request.path);
+    }
 
   private:
     static int write_name(const std::string& path) {

@@ -41,6 +41,10 @@ class Pictures : public batch::PictureWriter {
     }
     /// None of the writers draws a map.
     int write_map(Prompts&, const intake::SurveyIndex&, const batch::MapRequest&) override { return -1; }
+    int write_results_map(Prompts&, const survey::SurveyResults&, const survey::ResultsMapMarks&,
+                          const batch::MapRequest&) override {
+        return -1;
+    }
 };
 
 /// One of the places where the programs write, in a folder of its own.

@@ -6,6 +6,7 @@
 #include "core/session.h"
 #include "core/told_write.h"
 #include "show/survey_map_page.h"
+#include "survey/results_map_page.h"
 
 namespace anomalis::window {
 
@@ -33,6 +34,21 @@ void tell_missing_fonts(Prompts& prompts) {
 }
 
 constexpr const char* drawing_failed = "An error occurred while drawing the picture: ";
+
+/// One page of so many pixels; `make` gives it for a size in surface units.
+template <class MakePage>
+int write_map_page(Prompts& prompts, const std::string& path, int width, int height, MakePage&& make) {
+    const MessageScope scope(prompts);
+    tell_missing_fonts(prompts);
+    return report_failure(prompts, drawing_failed, [&] {
+        const chart::PictureFormat format = chart::picture_format(path);
+        const chart::SurfaceSize size = picture_size(width, height);
+        auto page = make(size);
+        const auto draw = [&](chart::DrawingDevice& device, chart::OutputTarget kind,
+                              const chart::SurfaceMapping& whole) { page.draw(device, kind, whole); };
+        write_file_telling(prompts, path, chart::page_bytes(format, size, draw));
+    });
+}
 
 }  // namespace
 
@@ -79,15 +95,16 @@ int write_figure(Session& session, const std::string& path, flow::FigureChoice c
 
 int write_survey_map(Prompts& prompts, const intake::SurveyIndex& index, std::optional<std::size_t> line,
                      const std::string& path, int width, int height) {
-    const MessageScope scope(prompts);
-    tell_missing_fonts(prompts);
-    return report_failure(prompts, drawing_failed, [&] {
-        const chart::PictureFormat format = chart::picture_format(path);
-        const chart::SurfaceSize size = picture_size(width, height);
-        show::SurveyMapPage page(index, line, size, measuring_device);
-        const auto draw = [&](chart::DrawingDevice& device, chart::OutputTarget kind,
-                              const chart::SurfaceMapping& whole) { page.draw(device, kind, whole); };
-        write_file_telling(prompts, path, chart::page_bytes(format, size, draw));
+    return write_map_page(prompts, path, width, height, [&](chart::SurfaceSize size) {
+        return show::SurveyMapPage(index, line, size, measuring_device);
+    });
+}
+
+int write_results_map(Prompts& prompts, const survey::SurveyResults& results,
+                      const survey::ResultsMapMarks& marks, std::optional<std::size_t> line,
+                      const std::string& path, int width, int height) {
+    return write_map_page(prompts, path, width, height, [&](chart::SurfaceSize size) {
+        return survey::ResultsMapPage(results, marks, line, size, measuring_device);
     });
 }
 

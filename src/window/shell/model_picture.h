@@ -16,6 +16,10 @@ class Session;
 namespace anomalis::intake {
 struct SurveyIndex;
 }  // namespace anomalis::intake
+namespace anomalis::survey {
+struct ResultsMapMarks;
+struct SurveyResults;
+}  // namespace anomalis::survey
 
 namespace anomalis::window {
 
@@ -38,5 +42,10 @@ std::unique_ptr<chart::DrawingDevice> measuring_device(chart::SurfaceSize size);
 /// Draws the map of a survey into a file likewise, with one line on top or none.
 int write_survey_map(Prompts& prompts, const intake::SurveyIndex& index, std::optional<std::size_t> line,
                      const std::string& path, int width, int height);
+
+/// Draws the map of a survey's results likewise.
+int write_results_map(Prompts& prompts, const survey::SurveyResults& results,
+                      const survey::ResultsMapMarks& marks, std::optional<std::size_t> line,
+                      const std::string& path, int width, int height);
 
 }  // namespace anomalis::window
