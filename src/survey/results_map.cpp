@@ -113,9 +113,10 @@ void ResultsMap::register_tracks() {
         strikes.line(track_place(trace.from), track_place(trace.to));
     for (const MapTop& top : tops_.tops)
         if (top.interval) intervals.line(top.interval->front(), top.interval->back());
-    const std::array tracks{lines.track(line_grey, line_width), failed.track(failed_orange, failed_width),
+    const StrokeLooks looks = stroke_looks(greatest_);
+    const std::array tracks{lines.track(looks.line, line_width), failed.track(failed_orange, failed_width),
                             strikes.track(strike_black, strike_width),
-                            intervals.track(interval_grey, interval_width)};
+                            intervals.track(interval_grey, looks.interval)};
     map_.RegisterTracks(tracks);
 }
 
@@ -124,21 +125,25 @@ double ResultsMap::radius_of(const MapTop& top) const {
     return greatest_ * part;
 }
 
+chart::ChartDot ResultsMap::dot_of(const MapTop& top) const {
+    return edged_dot(radius_of(top), depth_colour(top.depth, depths_),
+                     greatest_ < least_with_holes ? 0 : hole_of(top.doubt));
+}
+
 /// Large ones below, so that a small one is not hidden.
 void ResultsMap::register_dots() {
     std::vector<chart::ChartDot> dots;
     dots.reserve(tops_.tops.size());
     const bool both = tops_.below_ground > 0;
-    for (const MapTop& top : tops_.tops)
-        dots.push_back({.x = top.place.x,
-                        .y = top.place.y,
-                        .radius = radius_of(top),
-                        .fill = depth_colour(top.depth, depths_),
-                        .edge = dot_edge,
-                        .hole = greatest_ < least_with_holes ? 0 : hole_of(top.doubt),
-                        .shape = flag_of(top.line) == LineFlag::reject ? chart::DotShape::cross
-                                 : both && top.below_sensor            ? chart::DotShape::square
-                                                                       : chart::DotShape::circle});
+    for (const MapTop& top : tops_.tops) {
+        chart::ChartDot& dot = dots.emplace_back(dot_of(top));
+        dot.x = top.place.x;
+        dot.y = top.place.y;
+        if (flag_of(top.line) == LineFlag::reject)
+            dot.shape = chart::DotShape::cross;
+        else if (both && top.below_sensor)
+            dot.shape = chart::DotShape::square;
+    }
     std::ranges::stable_sort(
         dots, [](const chart::ChartDot& a, const chart::ChartDot& b) { return a.radius > b.radius; });
     map_.RegisterDots(dots);
@@ -158,7 +163,10 @@ void ResultsMap::view_changed() {
     const double before = greatest_;
     take_room();
     const bool other_dots = greatest_ != before;
-    if (other_dots) register_dots();
+    if (other_dots) {
+        register_tracks();
+        register_dots();
+    }
     record_overlay();
     map_.RefreshGraph(other_dots ? 0 : 1);
     draw_key();
@@ -202,9 +210,9 @@ void ResultsMap::record_chosen() {
             ring(top, radius + ring_gap, chart::white, chart::white, 1);
             ring(top, radius + ring_gap, show::chosen_red, chart::no_colour, 2);
         }
-        ring(top, radius, dot_edge, depth_colour(top.depth, depths_), 1);
-        if (const double hole = hole_of(top.doubt); hole > 0 && greatest_ >= least_with_holes)
-            ring(top, hole * radius, dot_edge, chart::white, 1);
+        const chart::ChartDot dot = dot_of(top);
+        ring(top, dot.radius, dot.edge, dot.fill, 1);
+        if (dot.hole > 0) ring(top, dot.hole * dot.radius, chart::no_colour, chart::white, 1);
     }
 }
 

@@ -4,6 +4,7 @@
 #include <optional>
 #include <vector>
 
+#include "chart/chart_table.h"
 #include "chart/drawing_types.h"
 #include "survey/line_flags.h"
 #include "survey/results_map_scales.h"
@@ -77,6 +78,7 @@ class ResultsMap {
     void record_names();
     void record_name(std::size_t line, show::MapNames& names);
     double radius_of(const MapTop& top) const;
+    chart::ChartDot dot_of(const MapTop& top) const;
     LineFlag flag_of(std::size_t line) const {
         return line < marks_.flags.size() ? marks_.flags[line] : LineFlag::none;
     }

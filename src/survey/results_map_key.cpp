@@ -92,13 +92,13 @@ void KeyPainter::ramp(double height) {
         const double from = high - height * i / depth_shades;
         chart_.DrawRectangle(key_edge, low, key_edge + ramp_width, from, chart::no_colour, depth_shade(i), 1);
     }
-    chart_.DrawRectangle(key_edge, low, key_edge + ramp_width, high, dot_edge, chart::no_colour, 1);
+    chart_.DrawRectangle(key_edge, low, key_edge + ramp_width, high, rim_grey, chart::no_colour, 1);
     for (const double tick : key_.depths.ticks) {
         const double at = high - height * key_.depths.part(tick);
         const bool over = key_.depths.over && tick == key_.depths.ticks.back();
         const bool under = key_.depths.under && tick == key_.depths.ticks.front();
         const double right = key_edge + ramp_width;
-        chart_.DrawLine(right, at, right + 4 * map_pixel, at, dot_edge, 1);
+        chart_.DrawLine(right, at, right + 4 * map_pixel, at, rim_grey, 1);
         words(right + 7 * map_pixel, at, (over ? "≥ " : under ? "≤ " : "") + scale_number(tick));
     }
     top_ = low - row_ / 2;
@@ -133,7 +133,7 @@ KeyPainter::Section KeyPainter::size_section() {
         const bool over = key_.sizes.over && sample == samples.back();
         const bool under = key_.sizes.under && sample == samples.front();
         section.rows.push_back(dot_row(
-            {.radius = key_.greatest * key_.sizes.part(sample), .fill = sample_grey, .edge = dot_edge},
+            edged_dot(key_.greatest * key_.sizes.part(sample), sample_grey),
             (over    ? "≥ "
              : under ? "≤ "
                      : "") +
@@ -146,39 +146,37 @@ KeyPainter::Section KeyPainter::doubt_section() {
     Section section;
     if (key_.tops.tops.empty()) return section;
     const double radius = std::min(key_.greatest, 6.5 * map_pixel);
+    const chart::Colour middle = depth_shade(depth_shades / 2);
     if (key_.greatest >= least_with_holes) {
         section.title = "90 % interval of the depth";
         for (const auto& [doubt, text] : {std::pair(DepthDoubt::small, "within ± 20 %"),
                                           {DepthDoubt::middle, "within ± 50 %"},
                                           {DepthDoubt::large, "wider, or not known"}})
-            section.rows.push_back(dot_row({.radius = radius,
-                                            .fill = depth_shade(depth_shades / 2),
-                                            .edge = dot_edge,
-                                            .hole = hole_of(doubt)},
-                                           text));
+            section.rows.push_back(dot_row(edged_dot(radius, middle, hole_of(doubt)), text));
     }
     if (key_.tops.below_sensor > 0 && key_.tops.below_ground > 0)
-        section.rows.push_back(dot_row({.radius = radius,
-                                        .fill = depth_shade(depth_shades / 2),
-                                        .edge = dot_edge,
-                                        .shape = chart::DotShape::square},
-                                       "depth below the sensor"));
+        {
+        chart::ChartDot square = edged_dot(radius, middle);
+        square.shape = chart::DotShape::square;
+        section.rows.push_back(dot_row(square, "depth below the sensor"));
+    }
     if (key_.tops.without_depth > 0)
         section.rows.push_back(
-            dot_row({.radius = radius, .fill = show::no_value_grey, .edge = dot_edge}, "depth not known"));
+            dot_row(edged_dot(radius, show::no_value_grey), "depth not known"));
     return section;
 }
 
 KeyPainter::Section KeyPainter::line_section() {
     Section section;
+    const StrokeLooks looks = stroke_looks(key_.greatest);
     const bool intervals =
         std::ranges::any_of(key_.tops.tops, [](const MapTop& top) { return top.interval.has_value(); });
     if (intervals)
         section.rows.push_back(
-            stroke_row(interval_grey, interval_width, false, "90 % interval of the place"));
+            stroke_row(interval_grey, looks.interval, false, "90 % interval of the place"));
     if (key_.strikes)
         section.rows.push_back(stroke_row(strike_black, strike_width, true, "body on several lines"));
-    section.rows.push_back(stroke_row(line_grey, line_width, false, "line"));
+    section.rows.push_back(stroke_row(looks.line, line_width, false, "line"));
     if (key_.tops.failed)
         section.rows.push_back(stroke_row(failed_orange, failed_width, false, "line that failed"));
     for (const LineFlag flag : key_.flags)

@@ -111,7 +111,7 @@ DepthScale depth_scale(std::vector<double> depths) {
 }
 
 chart::Colour depth_shade(int shade) {
-    return edit::ramp_colour(static_cast<double>(shade) / (depth_shades - 1));
+    return edit::ramp_colour(1 - static_cast<double>(shade) / (depth_shades - 1));
 }
 
 chart::Colour depth_colour(double depth, const DepthScale& scale) {

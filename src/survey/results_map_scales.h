@@ -23,7 +23,7 @@ struct DepthScale {
 DepthScale depth_scale(std::vector<double> depths);
 
 inline constexpr int depth_shades = 64;  ///< that are told apart
-/// Dark for what is shallow; grey for a depth that nobody knows.
+/// Bright for what is shallow, darker with depth as on charts of the sea; grey for a depth that nobody knows.
 chart::Colour depth_colour(double depth, const DepthScale& scale);
 chart::Colour depth_shade(int shade);
 

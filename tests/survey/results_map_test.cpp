@@ -93,8 +93,8 @@ TEST(ResultsMap, the_white_in_a_dot_grows_with_the_doubt_of_its_depth) {
         return drawn.size() < 2 ? 0 : drawn[1].radius / drawn[0].radius;
     };
     EXPECT_EQ(hole(results.lines[0].bodies[0]), 0);
-    EXPECT_NEAR(hole(results.lines[0].bodies[1]), 0.4, 1e-9);
-    EXPECT_NEAR(hole(results.lines[1].bodies[0]), 0.72, 1e-9);
+    EXPECT_NEAR(hole(results.lines[0].bodies[1]), 0.36, 1e-9);
+    EXPECT_NEAR(hole(results.lines[1].bodies[0]), 0.64, 1e-9);
     EXPECT_EQ(sample.dots_at(place_of(results.lines[1].bodies[0]))[1].fill, chart::white);
     EXPECT_TRUE(sample.says("within ± 20 %"));
 }
@@ -128,7 +128,7 @@ TEST(ResultsMap, the_interval_of_a_place_lies_along_its_line) {
     sample.show(results);
     std::size_t found = 0;
     for (const auto& entry : sample.map_device.of_kind(Kind::polyline))
-        if (entry.pen.colour == interval_grey && entry.pen.width == interval_width) {
+        if (entry.pen.colour == interval_grey && entry.pen.width == stroke_looks(135).interval) {
             EXPECT_NEAR(entry.points.front().x, sample.map.UserToSurface({450900, 7550000}).x, 0.01);
             EXPECT_NEAR(entry.points.back().x, sample.map.UserToSurface({451200, 7550000}).x, 0.01);
             ++found;
@@ -177,7 +177,7 @@ TEST(ResultsMap, the_key_has_units_ticks_and_what_is_beyond) {
     EXPECT_TRUE(sample.says(scale_number(depths.low)));
     const auto fills = sample.key_device.of_kind(Kind::polygon_fill);
     ASSERT_GE(fills.size(), static_cast<std::size_t>(depth_shades));
-    EXPECT_EQ(fills.front().pen.colour, edit::ramp_colour(0));
+    EXPECT_EQ(fills.front().pen.colour, edit::ramp_colour(1));
 }
 
 TEST(ResultsMap, the_shallow_end_of_the_key_is_above) {

@@ -58,10 +58,10 @@ TEST(ResultsMapScales, one_depth_or_none_has_a_scale) {
 
 TEST(ResultsMapScales, the_ends_of_the_ramp_are_the_ends_of_the_colours) {
     const DepthScale scale = depth_scale({40, 120});
-    EXPECT_EQ(depth_colour(40, scale), edit::ramp_colour(0));
-    EXPECT_EQ(depth_colour(120, scale), edit::ramp_colour(1));
-    EXPECT_EQ(depth_colour(-1, scale), edit::ramp_colour(0));
-    EXPECT_EQ(depth_colour(1e9, scale), edit::ramp_colour(1));
+    EXPECT_EQ(depth_colour(40, scale), edit::ramp_colour(1));
+    EXPECT_EQ(depth_colour(120, scale), edit::ramp_colour(0));
+    EXPECT_EQ(depth_colour(-1, scale), edit::ramp_colour(1));
+    EXPECT_EQ(depth_colour(1e9, scale), edit::ramp_colour(0));
     EXPECT_EQ(depth_colour(unknown, scale), 0xB4B4B4);
 }
 

@@ -88,6 +88,7 @@ void DotPainter::flush(const ChartDot& look, Canvas& canvas) {
         canvas.marks(shape, run_);
     };
     draw(look.radius, look.fill);
+    shape.pen.colour = no_colour;
     if (look.hole > 0) draw(look.hole * look.radius, white);
     run_.clear();
 }
