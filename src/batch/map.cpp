@@ -48,6 +48,7 @@ survey::ResultsMapMarks marks_of(const survey::SurveyResults& results) {
     survey::LineFlags flags(results.folder);
     flags.refresh();
     for (const survey::LineResult& line : results.lines) marks.flags.push_back(flags.of(line.line).flag);
+    marks.strikes = survey::strike_traces(survey::join_bodies(results));
     return marks;
 }
 

@@ -49,6 +49,12 @@ chart::Point track_place(const TrackPoint& point) {
 
 }  // namespace
 
+std::vector<StrikeTrace> strike_traces(const std::vector<JoinedBody>& joined) {
+    std::vector<StrikeTrace> traces;
+    for (const JoinedBody& body : joined) traces.push_back({body.start, body.end, body.coordinate_system});
+    return traces;
+}
+
 void set_up_results_map(chart::AX_Grapher& map, chart::AX_Grapher& key) {
     show::take_map_look(map);
     show::take_chart_look(key);
@@ -110,7 +116,8 @@ void ResultsMap::register_tracks() {
         own.point(open_place, open_place);
     }
     for (const StrikeTrace& trace : marks_.strikes)
-        strikes.line(track_place(trace.from), track_place(trace.to));
+        if (trace.coordinate_system == tops_.system)
+            strikes.line(track_place(trace.from), track_place(trace.to));
     for (const MapTop& top : tops_.tops)
         if (top.interval) intervals.line(top.interval->front(), top.interval->back());
     const StrokeLooks looks = stroke_looks(greatest_);

@@ -2,10 +2,12 @@
 
 #include <cstddef>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "chart/chart_table.h"
 #include "chart/drawing_types.h"
+#include "survey/joined_bodies.h"
 #include "survey/line_flags.h"
 #include "survey/results_map_scales.h"
 #include "survey/results_map_tops.h"
@@ -23,12 +25,14 @@ namespace anomalis::survey {
 /// Where a body that neighbouring lines share begins and ends, m.
 struct StrikeTrace {
     TrackPoint from, to;
+    std::string coordinate_system;
 };
+std::vector<StrikeTrace> strike_traces(const std::vector<JoinedBody>& joined);
 
 /// What stands on the map beside the results themselves.
 struct ResultsMapMarks {
-    std::vector<StrikeTrace> strikes = {};
-    std::vector<LineFlag> flags = {};  ///< one a line of the results; those that are not there have none
+    std::vector<StrikeTrace> strikes = {};  ///< those of another system than the map's are left out
+    std::vector<LineFlag> flags = {};       ///< one a line of the results; those that are not there have none
 };
 
 /// The results of a survey on a map, and a key beside it. Lines are thin and grey, those that failed are

@@ -132,12 +132,11 @@ KeyPainter::Section KeyPainter::size_section() {
     for (const double sample : samples) {
         const bool over = key_.sizes.over && sample == samples.back();
         const bool under = key_.sizes.under && sample == samples.front();
-        section.rows.push_back(dot_row(
-            edged_dot(key_.greatest * key_.sizes.part(sample), sample_grey),
-            (over    ? "≥ "
-             : under ? "≤ "
-                     : "") +
-                scale_number(sample)));
+        section.rows.push_back(dot_row(edged_dot(key_.greatest * key_.sizes.part(sample), sample_grey),
+                                       (over    ? "≥ "
+                                        : under ? "≤ "
+                                                : "") +
+                                           scale_number(sample)));
     }
     return section;
 }
@@ -154,15 +153,13 @@ KeyPainter::Section KeyPainter::doubt_section() {
                                           {DepthDoubt::large, "wider, or not known"}})
             section.rows.push_back(dot_row(edged_dot(radius, middle, hole_of(doubt)), text));
     }
-    if (key_.tops.below_sensor > 0 && key_.tops.below_ground > 0)
-        {
+    if (key_.tops.below_sensor > 0 && key_.tops.below_ground > 0) {
         chart::ChartDot square = edged_dot(radius, middle);
         square.shape = chart::DotShape::square;
         section.rows.push_back(dot_row(square, "depth below the sensor"));
     }
     if (key_.tops.without_depth > 0)
-        section.rows.push_back(
-            dot_row(edged_dot(radius, show::no_value_grey), "depth not known"));
+        section.rows.push_back(dot_row(edged_dot(radius, show::no_value_grey), "depth not known"));
     return section;
 }
 

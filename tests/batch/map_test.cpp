@@ -106,6 +106,7 @@ TEST(Map, of_a_results_folder_the_writer_gets_the_results) {
     EXPECT_EQ(survey.writer.maps, 0);
     EXPECT_EQ(survey.writer.results_maps, 1);
     EXPECT_EQ(survey.writer.lines, 12U);
+    EXPECT_EQ(survey.writer.joined, 2U) << "the dykes that all lines, and half of them, lie over";
     EXPECT_EQ(survey.writer.asked.line, 3U);
     EXPECT_EQ(survey.writer.asked.width, 900);
     for (const survey::LineFlag flag : survey.writer.flags) EXPECT_EQ(flag, survey::LineFlag::none);

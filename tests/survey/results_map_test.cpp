@@ -138,7 +138,14 @@ TEST(ResultsMap, the_interval_of_a_place_lies_along_its_line) {
 
 TEST(ResultsMap, bodies_on_several_lines_are_joined_by_a_stroke) {
     MapSample sample;
-    sample.show(example_results(), {.strikes = {{{453000, 7550000}, {453000, 7551000}}}});
+    JoinedBody body;
+    body.start = {453000, 7550000};
+    body.end = {453000, 7551000};
+    body.coordinate_system = "EPSG:32754";
+    JoinedBody elsewhere = body;
+    elsewhere.coordinate_system = "EPSG:32755";
+    const SurveyResults results = example_results();
+    sample.show(results, {.strikes = strike_traces({body, elsewhere})});
     EXPECT_EQ(sample.drawn_in(strike_black, strike_width), 1U);
     EXPECT_TRUE(sample.says("body on several lines"));
 }
