@@ -1,7 +1,10 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <mutex>
 #include <proj.h>
+#include <utility>
+#include <vector>
 
 #include "core/failure.h"
 #include "intake/coordinates/coordinate_system.h"
@@ -33,6 +36,7 @@ void mark_lost(std::span<double> first, std::span<double> second) {
 }  // namespace
 
 struct CoordinateChange::State {
+    std::string from, to;
     ProjContext context = proj_context();
     ProjObject change;
     bool from_degrees = false, to_degrees = false;
@@ -48,8 +52,46 @@ struct CoordinateChange::State {
     }
 };
 
+/// Ways that nobody uses at the moment. To find one takes milliseconds and the dataset of systems, and each
+/// line of a survey asks for the same.
+class CoordinateChange::Spare {
+  public:
+    /// Null where there is none.
+    static std::unique_ptr<State> take(const std::string& from, const std::string& to) {
+        const std::lock_guard lock(mutex());
+        const auto found = std::ranges::find_if(
+            states(), [&](const auto& state) { return state->from == from && state->to == to; });
+        if (found == states().end()) return nullptr;
+        std::unique_ptr<State> state = std::move(*found);
+        states().erase(found);
+        return state;
+    }
+    static void give(std::unique_ptr<State> state) {
+        const std::lock_guard lock(mutex());
+        states().push_back(std::move(state));
+        // The oldest one goes.
+        if (states().size() > most) states().erase(states().begin());
+    }
+
+  private:
+    static constexpr std::size_t most = 64;
+    static std::mutex& mutex() {
+        static std::mutex one;
+        return one;
+    }
+    /// Never ended: PROJ may be gone before it at the end of the program.
+    static std::vector<std::unique_ptr<State>>& states() {
+        static auto& all = *new std::vector<std::unique_ptr<State>>;
+        return all;
+    }
+};
+
 CoordinateChange::CoordinateChange(const std::string& from, const std::string& to)
-    : state_(std::make_unique<State>()) {
+    : state_(Spare::take(from, to)) {
+    if (state_) return;
+    state_ = std::make_unique<State>();
+    state_->from = from;
+    state_->to = to;
     pj_ctx* context = state_->context.get();
     const ProjObject source = proj_system(context, from);
     const ProjObject target = proj_system(context, to);
@@ -63,9 +105,14 @@ CoordinateChange::CoordinateChange(const std::string& from, const std::string& t
                     ". Choose another coordinate system");
 }
 
-CoordinateChange::~CoordinateChange() = default;
+CoordinateChange::~CoordinateChange() {
+    if (state_ && state_->change) Spare::give(std::move(state_));
+}
 CoordinateChange::CoordinateChange(CoordinateChange&&) noexcept = default;
-CoordinateChange& CoordinateChange::operator=(CoordinateChange&&) noexcept = default;
+CoordinateChange& CoordinateChange::operator=(CoordinateChange&& other) noexcept {
+    std::swap(state_, other.state_);
+    return *this;
+}
 
 void CoordinateChange::forward(std::span<double> first, std::span<double> second) {
     state_->apply(PJ_FWD, first, second);

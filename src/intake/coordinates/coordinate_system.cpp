@@ -1,6 +1,9 @@
 #include "intake/coordinates/coordinate_system.h"
 
 #include <cmath>
+#include <map>
+#include <mutex>
+#include <optional>
 #include <proj.h>
 #include <string_view>
 
@@ -45,9 +48,7 @@ int zone_number(double longitude, double latitude) {
     return static_cast<int>(std::floor((longitude + 180) / 6)) + 1;
 }
 
-}  // namespace
-
-CoordinateSystem find_coordinate_system(const std::string& text) {
+CoordinateSystem looked_up(const std::string& text) {
     const ProjContext context = proj_context();
     const ProjObject object = proj_system(context.get(), text);
     CoordinateSystem system;
@@ -56,6 +57,35 @@ CoordinateSystem find_coordinate_system(const std::string& text) {
     system.name = system_name(object.get());
     system.geographic = is_geographic(object.get());
     if (!system.geographic) system.metres_per_unit = metres_per_unit(context.get(), object.get());
+    return system;
+}
+
+/// What was asked for before: each line of a survey asks for the same, and the dataset takes milliseconds.
+class KnownSystems {
+  public:
+    std::optional<CoordinateSystem> find(const std::string& text) {
+        const std::lock_guard lock(mutex_);
+        const auto found = systems_.find(text);
+        return found == systems_.end() ? std::nullopt : std::optional(found->second);
+    }
+    void add(const std::string& text, const CoordinateSystem& system) {
+        constexpr std::size_t most = 256;
+        const std::lock_guard lock(mutex_);
+        if (systems_.size() < most) systems_.emplace(text, system);
+    }
+
+  private:
+    std::mutex mutex_;
+    std::map<std::string, CoordinateSystem> systems_;
+};
+
+}  // namespace
+
+CoordinateSystem find_coordinate_system(const std::string& text) {
+    static KnownSystems known;
+    if (auto system = known.find(text)) return *system;
+    CoordinateSystem system = looked_up(text);
+    known.add(text, system);
     return system;
 }
 

@@ -51,6 +51,7 @@ class CoordinateChange {
 
   private:
     struct State;
+    class Spare;
     std::unique_ptr<State> state_;
 };
 
