@@ -64,6 +64,12 @@ class LoadedPictureWriter : public batch::PictureWriter {
   public:
     LoadedPictureWriter(int& argc, char** argv) : argc_(argc), argv_(argv) {}
 
+    /// Raises Fault where the module cannot be loaded.
+    void prepare() override {
+        if (!writer_) writer_ = load_writer(argc_, argv_);
+        writer_->prepare();
+    }
+
     int write(Session& session, const batch::PictureRequest& request) override {
         return load(session.prompts) ? writer_->write(session, request) : -1;
     }

@@ -23,6 +23,8 @@ class QtPictureWriter : public batch::PictureWriter {
   public:
     QtPictureWriter(int& argc, char** argv) : argc_(argc), argv_(argv) {}
 
+    void prepare() override { start(); }
+
     int write(Session& session, const batch::PictureRequest& request) override {
         start();
         if (request.view == batch::page_view) return write_page(session, request);

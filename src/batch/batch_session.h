@@ -53,6 +53,7 @@ class BatchSession {
     bool to_terminal = false;          ///< the output stream is one
     bool show_progress = false;        ///< so is that of the messages
     bool wrong_usage = false;          ///< what was asked for cannot be had of this model
+    bool try_again = false;            ///< nothing is wrong but the machine: the same command may do it later
     intake::LoadReport report;         ///< of the last load
     BatchPrompts prompts;
     Session session;

@@ -47,5 +47,6 @@ std::unique_ptr<Command> new_command();
 /// `pictures` may be null: it then fails with a message.
 std::unique_ptr<Command> render_command(PictureWriter* pictures);
 std::unique_ptr<Command> map_command(PictureWriter* pictures);
+std::unique_ptr<Command> survey_command(PictureWriter* pictures);
 
 }  // namespace anomalis::batch

@@ -13,7 +13,7 @@ namespace anomalis::batch {
 
 namespace {
 
-enum ExitStatus : int { exit_done = 0, exit_failed = 1, exit_usage = 2 };
+enum ExitStatus : int { exit_done = 0, exit_failed = 1, exit_usage = 2, exit_try_again = 75 };
 
 Commands all_commands(PictureWriter* pictures) {
     Commands commands;
@@ -32,6 +32,7 @@ Commands all_commands(PictureWriter* pictures) {
     commands.push_back(new_command());
     commands.push_back(render_command(pictures));
     commands.push_back(map_command(pictures));
+    commands.push_back(survey_command(pictures));
     return commands;
 }
 
@@ -84,6 +85,7 @@ int run_batch(int argc, char** argv, std::ostream& out, std::ostream& err, Pictu
     batch.show_progress = &err == &std::cerr && ::isatty(STDERR_FILENO) != 0;
     const bool done = run_command(line, batch, streams);
     if (batch.wrong_usage) return exit_usage;
+    if (batch.try_again) return exit_try_again;
     return done && (batch.failures().empty() || line.keep_going) ? exit_done : exit_failed;
 }
 

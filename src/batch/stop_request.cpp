@@ -16,13 +16,15 @@ void remember(int signal) {
 
 }  // namespace
 
-StopRequest::StopRequest() {
+StopRequest::StopRequest(StopSignals signals) : terminate_before_(SIG_ERR) {
     interrupted = 0;
     handler_before_ = std::signal(SIGINT, remember);
+    if (signals == StopSignals::terminate_too) terminate_before_ = std::signal(SIGTERM, remember);
 }
 
 StopRequest::~StopRequest() {
     std::signal(SIGINT, handler_before_ == SIG_ERR ? SIG_DFL : handler_before_);
+    if (terminate_before_ != SIG_ERR) std::signal(SIGTERM, terminate_before_);
 }
 
 bool StopRequest::made() const {

@@ -2,11 +2,14 @@
 
 namespace anomalis::batch {
 
+/// Which signals a run hears. A cluster that wants its machine back asks before it kills.
+enum class StopSignals { keyboard, terminate_too };
+
 /// While it lives, an interrupt from the keyboard does not end the program but is remembered; a second one
 /// ends it. One at a time.
 class StopRequest {
   public:
-    StopRequest();
+    explicit StopRequest(StopSignals signals = StopSignals::keyboard);
     ~StopRequest();
     StopRequest(const StopRequest&) = delete;
     StopRequest& operator=(const StopRequest&) = delete;
@@ -15,6 +18,7 @@ class StopRequest {
 
   private:
     void (*handler_before_)(int);
+    void (*terminate_before_)(int);  ///< SIG_ERR: not heard
 };
 
 }  // namespace anomalis::batch

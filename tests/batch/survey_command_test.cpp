@@ -1,0 +1,268 @@
+#include <csignal>
+#include <filesystem>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sstream>
+
+#include "batch/batch_runs.h"
+#include "batch/survey_progress.h"
+#include "support/survey_lines.h"
+
+namespace anomalis::batch {
+
+namespace {
+
+using nlohmann::json;
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::Not;
+
+/// Six short lines and the quickest search that there is.
+class SurveyFolder : public TempFolder {
+  public:
+    SurveyFolder() {
+        write("survey.csv", survey_table({.lines = 6, .stations = 40}));
+        write_plan("");
+    }
+    void write_plan(const std::string& more) const {
+        write("plan.toml",
+              "[source]\nfile = \"survey.csv\"\ncrs = \"EPSG:32754\"\nfield = [50000, -55, 6]\n"
+              "[find]\nbodies = 1\nkinds = \"thin\"\nalternatives = 1\n" +
+                  more);
+    }
+    BatchRun run(std::vector<std::string> more = {}, PictureWriter* pictures = nullptr,
+                 const std::string& out = "out") const {
+        std::vector<std::string> all{"survey", path("plan.toml"), "-o", path(out), "-j", "1"};
+        all.insert(all.end(), more.begin(), more.end());
+        return batch(all, pictures);
+    }
+    std::string tables(const std::string& out) const {
+        return read(out + "/bodies.csv") + read(out + "/lines.csv") + read(out + "/survey.gpkg");
+    }
+};
+
+std::vector<json> json_lines(const std::string& text) {
+    std::vector<json> events;
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);) events.push_back(json::parse(line));
+    return events;
+}
+
+TEST(SurveyCommand, DoesAllLinesAndKeepsThemTheNextTime) {
+    const SurveyFolder folder;
+    const BatchRun first = folder.run();
+    EXPECT_EQ(first.status, 0) << first.err;
+    EXPECT_THAT(first.out,
+                AllOf(HasSubstr("6 lines done in "), HasSubstr("bodies.csv, lines.csv, survey.gpkg")));
+    const std::string tables = folder.tables("out");
+    const BatchRun again = folder.run();
+    EXPECT_EQ(again.status, 0);
+    EXPECT_THAT(again.out, HasSubstr("0 lines done in 0 s, 6 done before"));
+    EXPECT_EQ(folder.tables("out"), tables);
+}
+
+TEST(SurveyCommand, ADryRunTellsWhatThereIsToDoAndWritesNothing) {
+    const SurveyFolder folder;
+    const BatchRun before = folder.run({"--dry-run"});
+    EXPECT_EQ(before.status, 0) << before.err;
+    EXPECT_THAT(before.out, AllOf(HasSubstr("100: to do: line 100, find (1 body)\n"),
+                                  HasSubstr("6 of 6 lines to do -> ")));
+    EXPECT_FALSE(std::filesystem::exists(folder.path("out")));
+    ASSERT_EQ(folder.run().status, 0);
+    EXPECT_THAT(folder.run({"--dry-run"}).out,
+                AllOf(HasSubstr("100: done before"), HasSubstr("0 of 6 lines to do")));
+    folder.write_plan("[[line]]\nline = 120\ninvert = true\n");
+    EXPECT_THAT(folder.run({"--dry-run"}).out,
+                AllOf(HasSubstr("120: to do again, it changed: line 120, find (1 body), invert"),
+                      HasSubstr("1 of 6 lines to do")));
+    EXPECT_THAT(folder.run({"--dry-run", "--shard", "2/6"}).out,
+                AllOf(HasSubstr("110: done before"), HasSubstr("0 of 1 line to do")));
+}
+
+TEST(SurveyCommand, ALineThatFailsIsARowAndStatusOne) {
+    const SurveyFolder folder;
+    folder.write_plan("[[line]]\nline = 110\nchannel = \"mag\"\nfind.window = [5000, 6000]\n");
+    const BatchRun run = folder.run();
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(run.err, HasSubstr("110 failed: "));
+    EXPECT_THAT(run.out, AllOf(HasSubstr("6 lines done in "), HasSubstr(", 1 failed (lines.csv says why)")));
+    EXPECT_THAT(folder.read("out/lines.csv"), HasSubstr("110,"));
+    EXPECT_EQ(folder.run({"--keep-going"}).status, 0);
+    EXPECT_THAT(folder.run({"--dry-run"}).out, HasSubstr("110: failed before"));
+    EXPECT_THAT(folder.run({"--dry-run", "--again-failed"}).out, HasSubstr("110: to do again, it failed"));
+}
+
+TEST(SurveyCommand, LogsJsonALine) {
+    const SurveyFolder folder;
+    const BatchRun run = folder.run({"--log", "json"});
+    ASSERT_EQ(run.status, 0) << run.err;
+    const std::vector<json> events = json_lines(run.out);
+    ASSERT_GE(events.size(), 8U);
+    EXPECT_EQ(events.front()["event"], "start");
+    EXPECT_EQ(events.front()["survey"], "plan");
+    EXPECT_EQ(events.back()["event"], "end");
+    EXPECT_EQ(events.back()["outcome"], "all done");
+    EXPECT_EQ(events.back()["exit_status"], 0);
+    EXPECT_EQ(events.back()["done"], 6);
+    const auto lines =
+        std::ranges::count_if(events, [](const json& event) { return event["event"] == "line"; });
+    EXPECT_EQ(lines, 6);
+}
+
+TEST(SurveyCommand, PartsAndTheirMergeGiveTheTablesOfOneRun) {
+    const SurveyFolder folder;
+    ASSERT_EQ(folder.run({}, nullptr, "whole").status, 0);
+    EXPECT_EQ(folder.run({"--shard", "1/2"}).status, 0);
+    EXPECT_FALSE(std::filesystem::exists(folder.path("out/bodies.csv")));
+    const BatchRun early = folder.run({"--merge"});
+    EXPECT_EQ(early.status, 75);
+    EXPECT_NE(early.err, "");
+    EXPECT_EQ(folder.run({"--shard", "2/2"}, nullptr, "other").status, 0);
+    const BatchRun merged = folder.run({"--merge", "--from", folder.path("other")});
+    EXPECT_EQ(merged.status, 0) << merged.err;
+    EXPECT_THAT(merged.out, AllOf(HasSubstr("6 lines, 6 bodies"), HasSubstr("3 taken from other folders")));
+    EXPECT_EQ(folder.tables("out"), folder.tables("whole"));
+}
+
+/// As a person who presses Ctrl+C at the third picture.
+struct InterruptingPictures : PictureWriter {
+    int write(Session& /*session*/, const PictureRequest& request) override {
+        if (++drawn == at) std::raise(SIGINT);
+        write_file(request.path);
+        return 0;
+    }
+    int write_map(Prompts& /*prompts*/, const intake::SurveyIndex& /*index*/,
+                  const MapRequest& /*request*/) override {
+        return -1;
+    }
+    void prepare() override { ++prepared; }
+    static void write_file(const std::string& path) { std::ofstream(path) << "a picture"; }
+
+    int at = 0, drawn = 0, prepared = 0;
+};
+
+TEST(SurveyCommand, CtrlCEndsWithTheWordsHowToGoOn) {
+    const SurveyFolder folder;
+    folder.write_plan("[render]\nformat = \"svg\"\n");
+    InterruptingPictures pictures;
+    ASSERT_EQ(folder.run({}, &pictures, "whole").status, 0);
+    EXPECT_EQ(pictures.prepared, 1);
+    pictures.drawn = 0;
+    pictures.at = 3;
+    const BatchRun stopped = folder.run({}, &pictures);
+    EXPECT_EQ(stopped.status, 75);
+    EXPECT_THAT(stopped.err, AllOf(HasSubstr("Stopped: "), HasSubstr(" of 6 lines are done"),
+                                   HasSubstr("Run the same command again to go on")));
+    EXPECT_FALSE(std::filesystem::exists(folder.path("out/lines.csv")));
+    const BatchRun rest = folder.run({}, &pictures);
+    EXPECT_EQ(rest.status, 0) << rest.err;
+    EXPECT_THAT(rest.out, HasSubstr("done before"));
+    EXPECT_EQ(folder.tables("out"), folder.tables("whole"));
+}
+
+TEST(SurveyCommand, WrongUsageIsStatusTwoWithTheReason) {
+    const SurveyFolder folder;
+    struct Wrong {
+        std::vector<std::string> options;
+        const char* why;
+    };
+    for (const Wrong& wrong : std::initializer_list<Wrong>{
+             {{"--shard", "5/4"}, "shard"},
+             {{"--shard", "x"}, "shard"},
+             {{"--shard", "0/4"}, "shard"},
+             {{"--shard", "1/2", "--merge"}, "choose one of them"},
+             {{"--merge", "--dry-run"}, "--dry-run is for a run"},
+             {{"--from", folder.folder()}, "--from is for --merge"},
+             {{"--merge", "--from", folder.path("none")}, "must be a folder with results"},
+             {{"--log", "xml"}, "--log"},
+             {{"--formulas", "exact"}, "its plan says formulas"}}) {
+        const BatchRun run = folder.run(wrong.options);
+        EXPECT_EQ(run.status, 2) << wrong.why;
+        EXPECT_THAT(run.err, HasSubstr(wrong.why));
+    }
+    EXPECT_EQ(batch({"survey", folder.path("plan.toml"), "-o", folder.path("out"), "-j", "0"}).status, 2);
+    EXPECT_EQ(batch({"survey", folder.path("plan.toml")}).status, 2) << "-o is needed";
+    EXPECT_EQ(batch({"survey", folder.path("plan.toml"), "-o", folder.path("plan.toml")}).status, 2);
+    EXPECT_EQ(batch({"survey", "-", "-o", folder.path("out")}).status, 2);
+    const BatchRun missing = batch({"survey", folder.path("none.toml"), "-o", folder.path("out")});
+    EXPECT_EQ(missing.status, 2);
+    EXPECT_THAT(missing.err, HasSubstr("There is no plan"));
+    EXPECT_FALSE(std::filesystem::exists(folder.path("out")));
+}
+
+TEST(SurveyCommand, ABadPlanIsStatusTwoAndMakesNoFolder) {
+    const SurveyFolder folder;
+    folder.write_plan("mots = 3\n");
+    const BatchRun run = folder.run();
+    EXPECT_EQ(run.status, 2);
+    EXPECT_THAT(run.err, HasSubstr("plan.toml, line 9, find.mots: no such key; nearest is most"));
+    folder.write_plan("[render]\nformat = \"svg\"\n");
+    EXPECT_THAT(folder.run().err, HasSubstr("draws no pictures"));
+    folder.write_plan("[lines]\nonly = [\"101\"]\n");
+    EXPECT_EQ(folder.run().status, 2);
+    EXPECT_FALSE(std::filesystem::exists(folder.path("out")));
+}
+
+TEST(SurveyCommand, AFolderOfAnotherSurveyIsRefused) {
+    const SurveyFolder folder;
+    ASSERT_EQ(folder.run().status, 0);
+    const std::string tables = folder.tables("out");
+    const std::string plan = folder.read("plan.toml");
+    folder.write("plan.toml", "name = \"other\"\n" + plan);
+    for (const std::vector<std::string>& options : {std::vector<std::string>{}, {"--dry-run"}, {"--merge"}}) {
+        const BatchRun run = folder.run(options);
+        EXPECT_EQ(run.status, 2);
+        EXPECT_THAT(run.err, HasSubstr("another survey"));
+    }
+    EXPECT_EQ(folder.tables("out"), tables);
+}
+
+TEST(SurveyCommand, AFolderThatCannotBeMadeIsAMatterOfTheMachine) {
+    const SurveyFolder folder;
+    const BatchRun run = batch({"survey", folder.path("plan.toml"), "-o", "/proc/anomalis/out"});
+    EXPECT_EQ(run.status, 75);
+    EXPECT_THAT(run.err, HasSubstr("/proc/anomalis"));
+}
+
+TEST(SurveyProgressWords, TellRateFailuresAndTimeLeft) {
+    survey::SurveyProgress progress{.lines = 1000};
+    EXPECT_EQ(progress_text(progress), "0 of 1000 lines");
+    progress = {.lines = 1000, .done = 100, .kept = 20, .failed = 3, .seconds = 4};
+    EXPECT_EQ(progress_text(progress),
+              "120 of 1000 lines (20 done before), 3 failed, 25.0 lines/s, 36 s left");
+    progress = {.lines = 10, .done = 1, .seconds = 100};
+    EXPECT_EQ(progress_text(progress), "1 of 10 lines, 0.6 lines/min, 15 min left");
+    EXPECT_EQ(duration_text(0.2), "1 s");
+    EXPECT_EQ(duration_text(9000), "2.5 h");
+    EXPECT_FALSE(rate_of({.lines = 5, .kept = 5, .seconds = 1}));
+}
+
+TEST(SurveyProgressWords, ComeSeldomWhereTheyCannotBeWrittenOver) {
+    ProgressPace pace;
+    int lines = 0;
+    for (int second = 0; second <= 3600; ++second) lines += pace.due(second) ? 1 : 0;
+    EXPECT_GT(lines, 10);
+    EXPECT_LT(lines, 60);
+}
+
+TEST(SurveyProgressWords, AreOneLineThatIsWrittenOverOnATerminal) {
+    std::ostringstream out, err;
+    BatchSession session(out, err);
+    session.show_progress = true;
+    {
+        SurveyTeller teller(session, SurveyLog::text);
+        teller.progress({.lines = 100, .done = 10, .failed = 1, .seconds = 1});
+        teller.progress({.lines = 100, .done = 11, .failed = 1, .seconds = 1.01});
+        teller.progress({.lines = 100, .done = 99, .seconds = 2});
+        teller.line_done(
+            {.line = "5690", .source = "", .status = survey::LineStatus::failed, .message = "no \x1b[2J"});
+    }
+    EXPECT_THAT(err.str(), AllOf(HasSubstr("\r10 of 100 lines, 1 failed, 10.0 lines/s, 9 s left"),
+                                 Not(HasSubstr("11 of 100")), HasSubstr("\r99 of 100"),
+                                 HasSubstr("\r5690 failed: no \\u{1B}[2J\n")));
+    EXPECT_EQ(out.str(), "");
+}
+
+}  // namespace
+
+}  // namespace anomalis::batch
