@@ -43,8 +43,8 @@ struct MapRequest {
 class PictureWriter {
   public:
     virtual ~PictureWriter() = default;
-    /// Starts what draws on the thread of the caller, who may then draw on any, one picture at a time. Else the
-    /// first picture does it. Raises Fault.
+    /// Starts what draws on the thread of the caller, who may then draw on any, one picture at a time. Else
+    /// the first picture does it. Raises Fault.
     virtual void prepare() {}
     /// Draws a loaded and calculated session. Returns 0, or -1 after a failure, which was shown.
     virtual int write(Session& session, const PictureRequest& request) = 0;

@@ -69,8 +69,11 @@ survey::DrawPicture drawing(const SurveyPlan& plan, PictureWriter* pictures) {
         throw Fault("This build of the batch tool draws no pictures: leave render out of the plan");
     pictures->prepare();
     return [pictures](Session& session, const survey::RenderStep& step, const std::string& path) {
-        const PictureRequest request{
-            .path = path, .view = step.view, .width = step.width, .height = step.height};
+        PictureRequest request;
+        request.path = path;
+        request.view = step.view;
+        request.width = step.width;
+        request.height = step.height;
         if (pictures->write(session, request) != 0) throw Fault("The picture could not be drawn: " + path);
     };
 }
