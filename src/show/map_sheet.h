@@ -19,6 +19,7 @@ class MapSheet {
 
     chart::AX_Grapher& map() { return map_; }
     chart::AX_Grapher& side() { return side_; }  ///< without a surface where there is none
+    void add_caption(const std::string& more) { caption_ += more; }
     /// Raises Fault when it cannot be drawn.
     void draw(chart::DrawingDevice& device, chart::OutputTarget kind, const chart::SurfaceMapping& whole);
 

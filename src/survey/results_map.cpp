@@ -86,7 +86,7 @@ void ResultsMap::show(const SurveyResults* results, ResultsMapMarks marks, bool 
     depths_ = depth_scale(std::move(depths));
     sizes_ = size_scale(std::move(amounts));
     map_.Title(results_->identity.name);
-    show::frame_map(map_, tops_.extent);
+    frame();
     take_room();
     register_tracks();
     register_dots();
@@ -98,6 +98,23 @@ void ResultsMap::show(const SurveyResults* results, ResultsMapMarks marks, bool 
     } else {
         draw_key();
     }
+}
+
+/// Names stand beside the lines, not on them, where the map is wide enough for both.
+void ResultsMap::frame() {
+    constexpr double most_of_plot = 0.25, gaps = 12 * map_pixel;
+    chart::Rect extent = tops_.extent;
+    show::frame_map(map_, extent);
+    double widest = 0;
+    for (const std::size_t i : tops_.lines) widest = std::max(widest, map_.TextWidth(name_of(i)));
+    const double room = std::min(widest + gaps, most_of_plot * map_.PlotRect().width());
+    const double before = (map_.UserToSurface({extent.x_low, extent.y_low}).x - map_.PlotRect().x_low);
+    if (!(before < room) || !(map_.XAxisScale() > 0)) return;
+    const double inner = map_.PlotRect().width() - 2 * room;
+    const double more = (room - before) * extent.width() / inner;
+    extent.x_low -= more;
+    extent.x_high += more;
+    show::frame_map(map_, extent);
 }
 
 /// Dots of neighbouring lines leave each other room.
@@ -256,11 +273,15 @@ void ResultsMap::record_names() {
             if (i != line_ && results_->lines[i].status == status && !names.full()) record_name(i, names);
 }
 
+std::string ResultsMap::name_of(std::size_t line) const {
+    const LineResult& own = results_->lines[line];
+    return own.status == LineStatus::failed ? own.line + " failed" : own.line;
+}
+
 void ResultsMap::record_name(std::size_t line, show::MapNames& names) {
     const LineResult& own = results_->lines[line];
-    const std::string name = own.status == LineStatus::failed ? own.line + " failed" : own.line;
     const std::size_t ahead = std::min<std::size_t>(own.track.size() - 1, 1);
-    if (names.place(name, track_place(own.track.front()), track_place(own.track[ahead])))
+    if (names.place(name_of(line), track_place(own.track.front()), track_place(own.track[ahead])))
         named_.push_back(line);
 }
 

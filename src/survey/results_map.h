@@ -72,6 +72,7 @@ class ResultsMap {
     const std::vector<std::size_t>& named() const { return named_; }
 
   private:
+    void frame();
     void take_room();
     void register_tracks();
     void register_dots();
@@ -80,6 +81,7 @@ class ResultsMap {
     void record_chosen();
     void record_flags();
     void record_names();
+    std::string name_of(std::size_t line) const;
     void record_name(std::size_t line, show::MapNames& names);
     double radius_of(const MapTop& top) const;
     chart::ChartDot dot_of(const MapTop& top) const;

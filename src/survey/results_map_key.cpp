@@ -126,8 +126,8 @@ KeyPainter::Row KeyPainter::stroke_row(chart::Colour colour, int width, bool upr
 KeyPainter::Section KeyPainter::size_section() {
     Section section;
     if (key_.tops.amount == MapAmount::none || key_.tops.tops.empty()) return section;
-    section.title = key_.tops.amount == MapAmount::density ? "Density contrast, size (g/cc)"
-                                                           : "Susceptibility (micro SI)";
+    section.title =
+        key_.tops.amount == MapAmount::density ? "|Density contrast| (g/cc)" : "Susceptibility (micro SI)";
     const std::vector<double>& samples = key_.sizes.samples;
     for (const double sample : samples) {
         const bool over = key_.sizes.over && sample == samples.back();
@@ -173,8 +173,9 @@ KeyPainter::Section KeyPainter::line_section() {
             stroke_row(interval_grey, looks.interval, false, "90 % interval of the place"));
     if (key_.strikes)
         section.rows.push_back(stroke_row(strike_black, strike_width, true, "body on several lines"));
-    section.rows.push_back(stroke_row(looks.line, line_width, false, "line"));
-    if (key_.tops.failed)
+    if (key_.tops.failed < key_.tops.lines.size())
+        section.rows.push_back(stroke_row(looks.line, line_width, false, "line"));
+    if (key_.tops.failed > 0)
         section.rows.push_back(stroke_row(failed_orange, failed_width, false, "line that failed"));
     for (const LineFlag flag : key_.flags)
         section.rows.push_back({[this, flag](chart::Point at) {

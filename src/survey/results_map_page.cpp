@@ -51,6 +51,12 @@ ResultsMapPage::ResultsMapPage(const SurveyResults& results, ResultsMapMarks mar
     set_up_results_map(sheet_.map(), sheet_.side());
     map_.show(&results, std::move(marks));
     map_.choose(chosen);
+    const DepthScale& depths = map_.depths();
+    if (sheet_.side().Surface() || map_.tops().tops.empty()) return;
+    std::string title = depth_title(map_.tops());
+    title = title.substr(0, title.rfind(' '));
+    sheet_.add_caption("; " + title + " " + scale_number(depths.low) + " m (bright) to " +
+                       scale_number(depths.high) + " m (dark)");
 }
 
 }  // namespace anomalis::survey

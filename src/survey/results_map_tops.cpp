@@ -115,7 +115,7 @@ MapTops map_tops(const SurveyResults& results) {
             continue;
         }
         map.lines.push_back(i);
-        map.failed = map.failed || line.status == LineStatus::failed;
+        if (line.status == LineStatus::failed) ++map.failed;
         for (std::size_t p = 0; p < line.track.size(); ++p) {
             const TrackPoint& to = line.track[p];
             extent.take({to.east, to.north});

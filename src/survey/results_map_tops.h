@@ -40,7 +40,7 @@ struct MapTops {
     std::size_t below_ground = 0, below_sensor = 0, without_depth = 0;  ///< tops
     std::size_t without_amount = 0, without_place = 0;                  ///< bodies
     std::size_t in_other_systems = 0, without_track = 0;                ///< lines
-    bool failed = false;                                                ///< one of its lines did
+    std::size_t failed = 0;                                             ///< of its lines
     chart::Rect extent;                                                 ///< of tracks and tops, m
     double length_m = 0;                                                ///< of all tracks
 };

@@ -154,7 +154,7 @@ TEST(ResultsMapTops, one_map_has_one_system_and_counts_what_is_left_out) {
     EXPECT_EQ(tops.in_other_systems, 1U);
     EXPECT_EQ(tops.without_track, 1U);
     EXPECT_EQ(tops.without_place, 1U);
-    EXPECT_TRUE(tops.failed);
+    EXPECT_EQ(tops.failed, 1U);
 }
 
 }  // namespace anomalis::survey
