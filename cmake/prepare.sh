@@ -34,6 +34,8 @@ test  python3-matplotlib  the example in Python
 test  python3-mypy        the types of the module for Python
 test  clang-format        the format of the sources
 test  ccache              compiling once what all clones share
+deep  slurm-wlm           a cluster of two nodes for whole surveys
+deep  munge               the keys of that cluster
 tidy  clang-tidy          the checks of the sources
 tidy  clang               a second compiler, and the fuzzers
 tidy  libclang-rt-dev     the fuzzers

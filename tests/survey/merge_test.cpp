@@ -81,7 +81,7 @@ TEST(Merge, NamesTheLinesThatAreMissingAndTheShardsThatHaveNotEnded) {
 TEST(Merge, LinesOfAnOlderPlanAreMissing) {
     ShardRuns runs;
     const std::string folder = runs.run_parts(false).front();
-    runs.find_one_body();
+    runs.options().exports = {"clean-model"};
     const MergeResult result = merge_survey(runs.plan, folder, {});
     EXPECT_EQ(result.outcome, MergeOutcome::lines_missing);
     EXPECT_EQ(result.missing.size(), 4U);
@@ -92,7 +92,7 @@ TEST(Merge, RefusesPartsOfAnotherPlanWithBothNamed) {
     ShardRuns runs;
     const std::vector<std::string> parts = runs.run_parts(true);
     const std::string before = read_survey_identity(parts[0])->plan_digest;
-    runs.find_one_body();
+    runs.options().exports = {"clean-model"};
     runs.results = runs.folder.path("new");
     runs.run(1, {1, 3});
     const std::string now = read_survey_identity(runs.results)->plan_digest;
