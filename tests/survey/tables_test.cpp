@@ -27,8 +27,10 @@ std::vector<std::string> lines_of(const std::string& text) {
     return lines;
 }
 
-std::vector<std::string> read_back(const char* script, const std::string& path) {
-    return lines_of(output_of({PYTHON, std::string(SCRIPTS) + "/" + script, path}));
+std::vector<std::string> read_back(const char* script, const std::vector<std::string>& paths) {
+    std::vector<std::string> command{PYTHON, std::string(SCRIPTS) + "/" + script};
+    command.insert(command.end(), paths.begin(), paths.end());
+    return lines_of(output_of(command));
 }
 
 std::string fault_of(const std::string& folder) {
@@ -88,15 +90,15 @@ TEST(SurveyTables, AreReadByAnyDataFrameAsTheyStand) {
     write_example_results(folder, results);
     write_survey_tables(folder.folder());
 #ifdef HAVE_PANDAS
-    const std::vector<std::string> bodies = read_back("read_table.py", folder.path("bodies.csv"));
-    EXPECT_THAT(bodies, Contains("line|O|'L1000'|'L1000'|'L1010'"));
-    EXPECT_THAT(bodies, Contains("depth_below_ground_m_upper_90|f|48.0|128.0|49.0"));
-    EXPECT_THAT(bodies, Contains("susceptibility_micro_SI|f|20000.0|40000.0|20000.0"));
-    EXPECT_THAT(bodies, Contains("density_contrast_g_per_cc|f|nan|nan|nan"));
-    EXPECT_THAT(bodies, Contains("criterion|f|900.0|900.0|899.0"));
-    const std::vector<std::string> lines = read_back("read_table.py", folder.path("lines.csv"));
-    EXPECT_THAT(lines, Contains("message|O|nan|nan|'No \"mag\", no grav, nothing'"));
-    EXPECT_THAT(lines, Contains("bodies|i|2|1|0"));
+    const std::vector<std::string> columns =
+        read_back("read_table.py", {folder.path("bodies.csv"), folder.path("lines.csv")});
+    EXPECT_THAT(columns, Contains("line|O|'L1000'|'L1000'|'L1010'"));
+    EXPECT_THAT(columns, Contains("depth_below_ground_m_upper_90|f|48.0|128.0|49.0"));
+    EXPECT_THAT(columns, Contains("susceptibility_micro_SI|f|20000.0|40000.0|20000.0"));
+    EXPECT_THAT(columns, Contains("density_contrast_g_per_cc|f|nan|nan|nan"));
+    EXPECT_THAT(columns, Contains("criterion|f|900.0|900.0|899.0"));
+    EXPECT_THAT(columns, Contains("message|O|nan|nan|'No \"mag\", no grav, nothing'"));
+    EXPECT_THAT(columns, Contains("bodies|i|2|1|0"));
 #endif
 }
 
@@ -104,7 +106,7 @@ TEST(SurveyTables, HaveTracksAndTopsForAMap) {
     const TempFolder folder;
     write_example_results(folder, example_results(3));
     write_survey_tables(folder.folder());
-    const std::vector<std::string> map = read_back("read_map.py", folder.path("survey.gpkg"));
+    const std::vector<std::string> map = read_back("read_map.py", {folder.path("survey.gpkg")});
     ASSERT_EQ(map.size(), 8U);
     EXPECT_EQ(map[0], "lines LINESTRING EPSG:32754 3");
     EXPECT_THAT(map[1], StartsWith("450000.000000,7550000.000000 454000.000000,7550000.000000 L1000|done|"));
@@ -123,7 +125,7 @@ TEST(SurveyTables, TakeTheSystemOfTheFirstLineThatHasOneForTheMapOfAll) {
     results.lines[2].bodies.front().north = -22.2;
     write_example_results(folder, results);
     write_survey_tables(folder.folder());
-    const std::vector<std::string> map = read_back("read_map.py", folder.path("survey.gpkg"));
+    const std::vector<std::string> map = read_back("read_map.py", {folder.path("survey.gpkg")});
     EXPECT_EQ(map.at(0), "lines LINESTRING EPSG:32754 4");
     EXPECT_THAT(map.at(1), StartsWith("nowhere L1000|"));
     EXPECT_THAT(map.at(2), StartsWith("450000.000000,"));
@@ -137,7 +139,7 @@ TEST(SurveyTables, OfASurveyWithoutASystemLieInAPlane) {
     for (LineResult& line : results.lines) line.coordinate_system.clear();
     write_example_results(folder, results);
     write_survey_tables(folder.folder());
-    EXPECT_EQ(read_back("read_map.py", folder.path("survey.gpkg")).at(0), "lines LINESTRING NONE:-1 2");
+    EXPECT_EQ(read_back("read_map.py", {folder.path("survey.gpkg")}).at(0), "lines LINESTRING NONE:-1 2");
 }
 
 TEST(SurveyTables, AreNotWrittenWithoutAllLinesAndTheOldOnesStay) {
