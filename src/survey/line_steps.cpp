@@ -51,13 +51,12 @@ void take_out(std::string& text, const std::string& part) {
 }
 
 /// A file that is missing, or is none, is a matter of the line; one that is there and cannot be had is not.
-void check_access(const std::string& workspace) {
-    for (const std::string& path : {workspace, workspace_file::data_file_of(workspace)}) {
-        if (path.empty() || ::access(path.c_str(), R_OK) == 0) continue;
-        const int error = errno;
-        if (error == ENOENT || error == ENOTDIR || error == ENAMETOOLONG || error == ELOOP) continue;
-        throw MachineFailure(FileFault(error, path).what());
-    }
+void check_access(const std::string& path, const std::string& what) {
+    if (path.empty() || ::access(path.c_str(), R_OK) == 0) return;
+    const int error = errno;
+    if (error == ENOENT || error == ENOTDIR || error == ENAMETOOLONG || error == ELOOP)
+        throw Fault(what + " " + path + " is not there");
+    throw MachineFailure(FileFault(error, path).what());
 }
 
 flow::FindOptions find_options(const FindStep& step, const FitSettings& fit) {
@@ -246,7 +245,10 @@ void LineSteps::draw(const RenderStep& step) {
 
 void LineSteps::open() {
     take_notes();
-    if (!job_.index) check_access(model_);
+    if (!job_.index) {
+        check_access(model_, "The workspace");
+        check_access(workspace_file::data_file_of(model_), "The data file");
+    }
     line_ = std::make_unique<OpenLine>(model_, options_.formulas);
     check_stop();
 }

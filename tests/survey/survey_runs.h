@@ -1,6 +1,8 @@
 #pragma once
 
+#include <atomic>
 #include <cmath>
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -14,14 +16,17 @@
 
 namespace anomalis::survey {
 
-/// Keeps what a run tells, and stops it when so many lines have ended.
+/// Keeps what a run tells, and stops it.
 struct RunWitness : SurveyObserver {
     void progress(const SurveyProgress& now) override { last = now; }
     void remark(const std::string& text) override { remarks.push_back(text); }
     void line_done(const LineResult& result) override { done.push_back(result.line); }
-    bool stop() override { return done.size() >= stop_after; }
+    bool stop() override {
+        if (stopping) heard = true;
+        return stopping;
+    }
 
-    std::size_t stop_after = 1000000;
+    std::atomic<bool> stopping = false, heard = false;
     SurveyProgress last;
     std::vector<std::string> done, remarks;
 };
@@ -94,6 +99,25 @@ struct SurveyRuns {
     SurveyPlan plan;
     RunWitness witness;
     DrawPicture draw;
+};
+
+/// The same for several processes: survey and results lie in one folder.
+struct WorkerRuns : SurveyRuns {
+    static constexpr std::size_t lines = 6;
+
+    explicit WorkerRuns(const std::string& of) : SurveyRuns(static_cast<int>(lines), 40) {
+        plan.source->file = of + "/survey.csv";
+        write_file_safely(plan.source->file, read_whole_file(path));
+        results = of + "/results";
+    }
+    /// Each line gets a picture; `drawing` is called before.
+    void draw_pictures(const std::function<void()>& drawing) {
+        options().render.emplace();
+        draw = [drawing](Session&, const RenderStep&, const std::string& picture) {
+            drawing();
+            write_file_safely(picture, "picture");
+        };
+    }
 };
 
 }  // namespace anomalis::survey
