@@ -127,7 +127,8 @@ void submit_to_slurm(const SlurmSurvey& survey, const std::function<void(const s
     }
     if (!line.empty()) tell(line);
     if (::pclose(pipe) != 0)
-        throw Fault("The survey was not submitted to Slurm. Its script stays: " + script);
+        throw Fault("The survey was not submitted to Slurm. Its script stays and submits it later: bash " +
+                    shell_word(script));
 }
 
 }  // namespace anomalis::survey
