@@ -12,11 +12,13 @@
 #include <cstdio>
 #include <cstring>
 #include <map>
+#include <numbers>
 #include <set>
 #include <utility>
 #include <vector>
 
 #include "../tests/support/dyke_survey.h"
+#include "flow/strike_fit.h"
 #include "survey/joined_bodies.h"
 
 namespace anomalis {
@@ -62,7 +64,22 @@ int one_dyke(const DykeSurvey& survey, const survey::JoinedBody& body) {
     return dykes.size() == 1 ? *dykes.begin() : -1;
 }
 
-void count_values(const DykeSurvey& survey, const std::vector<survey::JoinedBody>& joined, Score& score) {
+/// Of the straight line through where the dyke truly passes below the lines that show it.
+double true_strike(const DykeSurvey& survey, const survey::JoinedBody& body, const KnownDyke& dyke,
+                   double azimuth) {
+    std::vector<flow::StrikePoint> points;
+    for (const survey::JoinedMember& member : body.members) {
+        const survey::TrackPoint& place = survey.places[member.line][member.body];
+        constexpr double degree = std::numbers::pi / 180;
+        points.push_back(
+            {place.east, place.north, std::sin(azimuth * degree), std::cos(azimuth * degree), 1});
+    }
+    const auto fit = flow::fit_strike(points, dyke.strike);
+    return fit ? fit->strike : dyke.strike;
+}
+
+void count_values(const DykeSurvey& survey, const std::vector<survey::JoinedBody>& joined, double azimuth,
+                  Score& score) {
     constexpr double normal_90 = 1.645, half_turn = 180;
     std::map<int, int> parts;
     for (const survey::JoinedBody& body : joined) ++parts[one_dyke(survey, body)];
@@ -70,7 +87,9 @@ void count_values(const DykeSurvey& survey, const std::vector<survey::JoinedBody
         const int dyke = one_dyke(survey, body);
         if (dyke < 0 || body.members.size() < 3) continue;
         const KnownDyke& truth = survey.dykes[static_cast<std::size_t>(dyke)];
-        const double off = std::remainder(body.strike - truth.strike, half_turn) / body.strike_error;
+        const double off =
+            std::remainder(body.strike - true_strike(survey, body, truth, azimuth), half_turn) /
+            body.strike_error;
         ++score.strikes;
         score.strikes_within += std::abs(off) <= normal_90;
         score.strike_squares += off * off;
@@ -83,7 +102,7 @@ void count_values(const DykeSurvey& survey, const std::vector<survey::JoinedBody
     }
 }
 
-void count(const DykeSurvey& survey, Score& score) {
+void count(const DykeSurvey& survey, double azimuth, Score& score) {
     const std::vector<survey::JoinedBody> joined = join_bodies(survey.results);
     const Links wanted = true_links(survey);
     score.bodies += static_cast<int>(joined.size());
@@ -97,7 +116,7 @@ void count(const DykeSurvey& survey, Score& score) {
             ++score.found_links;
             score.right_links += dyke >= 0 && dyke == survey.dyke_of[b.first][b.second];
         }
-    count_values(survey, joined, score);
+    count_values(survey, joined, azimuth, score);
 }
 
 void print(const char* kind, const Score& s) {
@@ -110,7 +129,8 @@ void print(const char* kind, const Score& s) {
 
 void measure(const char* kind, const DykeSurveyRange& range, unsigned first, int surveys) {
     Score score;
-    for (int i = 0; i < surveys; ++i) count(dyke_survey(first + static_cast<unsigned>(i), range), score);
+    for (int i = 0; i < surveys; ++i)
+        count(dyke_survey(first + static_cast<unsigned>(i), range), range.azimuth, score);
     print(kind, score);
 }
 

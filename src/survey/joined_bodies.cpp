@@ -52,8 +52,9 @@ class Joining {
   public:
     Joining(const SurveyResults& results, const LineFamily& family) : results_(results), family_(family) {}
 
-    std::vector<JoinedBody> all() const {
+    std::vector<JoinedBody> all() {
         std::vector<Chain> waiting = chains_of(chosen_links(family_), family_.bodies.size());
+        missed_ = missed_part(waiting);
         std::vector<JoinedBody> joined;
         while (!waiting.empty()) {
             Chain chain = std::move(waiting.back());
@@ -168,13 +169,13 @@ class Joining {
             return TrackPoint{origin.east + sine * along + cosine * across,
                               origin.north + cosine * along - sine * across};
         };
-        const double before = open_way(*placed.front().laid, place(placed.front().along), -sine, -cosine);
-        const double behind = open_way(*placed.back().laid, place(placed.back().along), sine, cosine);
-        body.open_start = std::isinf(before), body.open_end = std::isinf(behind);
-        const double start_gap = body.open_start ? 0 : before, end_gap = body.open_end ? 0 : behind;
         const double first = placed.front().along, last = placed.back().along;
-        set_length(last - first, start_gap, end_gap, body);
-        const double start = first - start_gap / 2, end = last + end_gap / 2;
+        const std::optional<EndGap> before = gap(*placed.front().laid, place(first), -sine, -cosine);
+        const std::optional<EndGap> behind = gap(*placed.back().laid, place(last), sine, cosine);
+        body.open_start = !before, body.open_end = !behind;
+        set_length(last - first, before.value_or(EndGap()), behind.value_or(EndGap()), body);
+        const double start = first - before.value_or(EndGap()).mean();
+        const double end = last + behind.value_or(EndGap()).mean();
         body.start = place(start), body.end = place(end), body.centre = place((start + end) / 2);
         for (const Placed& p : placed)
             body.members.push_back({.line = p.laid->line,
@@ -189,23 +190,36 @@ class Joining {
         return {found.east, found.north};
     }
 
-    /// m along strike from the last line that shows a body to the next one; infinite where there is none.
-    double open_way(const LaidBody& last, const TrackPoint& from, double east, double north) const {
-        const double most = most_spacings * family_.usual_spacing;
-        const TrackPoint at = family_.laid(from);
+    /// Beyond the last line that shows a body, along its strike; none where no line follows.
+    std::optional<EndGap> gap(const LaidBody& last, const TrackPoint& from, double east, double north) const {
         const double dx = east * family_.axis_east + north * family_.axis_north;
         const double dy = north * family_.axis_east - east * family_.axis_north;
-        const double way = family_.way_to_next_line(at.east, at.north, dx, dy, last.laid_line, most);
-        return way < most ? way : std::numeric_limits<double>::infinity();
+        const std::vector<double> ways = family_.ways_to_next_lines(
+            family_.laid(from), dx, dy, last.laid_line, most_spacings * family_.usual_spacing);
+        if (ways.empty()) return std::nullopt;
+        return EndGap{ways[0], ways[ways.size() > 1 ? 1 : 0], missed_};
     }
 
-    static void set_length(double seen, double start_gap, double end_gap, JoinedBody& body) {
-        constexpr double lower = 0.05, upper = 0.95, uniform_variance = 12;
-        body.length.value = seen + (start_gap + end_gap) / 2;
-        body.length.lower = seen + sum_quantile(start_gap, end_gap, lower);
+    static void set_length(double seen, const EndGap& before, const EndGap& behind, JoinedBody& body) {
+        constexpr double lower = 0.05, upper = 0.95;
+        body.length.value = seen + before.mean() + behind.mean();
+        body.length.lower = seen + gaps_quantile(before, behind, lower);
         if (!body.open_start && !body.open_end)
-            body.length.upper = seen + sum_quantile(start_gap, end_gap, upper);
-        body.length_error = std::hypot(start_gap, end_gap) / std::sqrt(uniform_variance);
+            body.length.upper = seen + gaps_quantile(before, behind, upper);
+        body.length_error = std::sqrt(before.variance() + behind.variance());
+    }
+
+    /// From the lines between members, as if five had been seen before and half of one had missed it.
+    double missed_part(const std::vector<Chain>& chains) const {
+        constexpr double seen_before = 5, missed_before = 0.5;
+        double missed = missed_before, seen = seen_before;
+        for (const Chain& chain : chains) {
+            seen += static_cast<double>(chain.bodies.size());
+            for (const BodyLink& link : chain.links)
+                missed += static_cast<double>(
+                    family_.lines_crossed(family_.bodies[link.lower], family_.bodies[link.upper]).size());
+        }
+        return missed / (missed + seen);
     }
 
     void add_lines_without(const Chain& chain, JoinedBody& body) const {
@@ -247,6 +261,7 @@ class Joining {
 
     const SurveyResults& results_;
     const LineFamily& family_;
+    double missed_ = 0;  ///< part of the lines over a body that do not show it
 };
 
 }  // namespace

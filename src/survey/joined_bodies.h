@@ -36,8 +36,9 @@ struct JoinedBody {
     double strike = 0;
     double strike_error = 0;  ///< standard error, degrees
     double birge_ratio = 1;   ///< of the places about the straight line (flow/strike_fit.h)
-    /// m, to half way between the last line that shows it and the next that does not; the interval is 90 %,
-    /// without an upper side where an end is open.
+    /// m. It ends somewhere between the last line that shows it and the next, or, as often as lines miss
+    /// what is there, the one behind; the value is the mean and the interval 90 % of that, without an upper
+    /// side where an end is open.
     IntervalValue length;
     double length_error = 0;  ///< standard error, m
     bool open_start = false;  ///< no line of the survey tells where it ends

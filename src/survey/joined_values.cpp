@@ -60,13 +60,54 @@ JoinedValue joined_value(std::span<const Measured> values, MeanOf mean) {
     return {middle, middle * error, middle * std::exp(-half), middle * std::exp(half)};
 }
 
-double sum_quantile(double first, double second, double probability) {
-    const double less = std::min(first, second), more = std::max(first, second);
-    if (!(more > 0)) return 0;
-    const double slope_end = less / (2 * more);  // the density rises, stays, and falls
-    if (probability < slope_end) return std::sqrt(2 * less * more * probability);
-    if (probability > 1 - slope_end) return less + more - std::sqrt(2 * less * more * (1 - probability));
-    return more * probability + less / 2;
+double EndGap::to_next() const {
+    const double weight = next + missed * (behind - next);
+    return weight > 0 ? next / weight : 1;
+}
+
+double EndGap::mean() const {
+    const double near = to_next();
+    return near * next / 2 + (1 - near) * (next + behind) / 2;
+}
+
+double EndGap::variance() const {
+    const double near = to_next();
+    const double squares =
+        near * next * next / 3 + (1 - near) * (next * next + next * behind + behind * behind) / 3;
+    return squares - mean() * mean();
+}
+
+namespace {
+
+/// Probability that two lengths, equally likely from 0 to `p` and to `q`, stay together below `t`.
+double sum_below(double t, double p, double q) {
+    const double less = std::min(p, q), more = std::max(p, q);
+    if (t >= p + q) return 1;
+    if (t <= 0) return 0;
+    if (t < less) return t * t / (2 * p * q);
+    if (t <= more) return (t - less / 2) / more;
+    return 1 - (p + q - t) * (p + q - t) / (2 * p * q);
+}
+
+double gaps_below(double t, const EndGap& a, const EndGap& b) {
+    const double far_a = a.behind - a.next, far_b = b.behind - b.next;
+    const double near_a = a.to_next(), near_b = b.to_next();
+    return near_a * near_b * sum_below(t, a.next, b.next) +
+           (1 - near_a) * near_b * sum_below(t - a.next, far_a, b.next) +
+           near_a * (1 - near_b) * sum_below(t - b.next, a.next, far_b) +
+           (1 - near_a) * (1 - near_b) * sum_below(t - a.next - b.next, far_a, far_b);
+}
+
+}  // namespace
+
+double gaps_quantile(const EndGap& first, const EndGap& second, double probability) {
+    double low = 0, high = first.behind + second.behind;
+    constexpr int halvings = 60;
+    for (int i = 0; i < halvings; ++i) {
+        const double middle = (low + high) / 2;
+        (gaps_below(middle, first, second) < probability ? low : high) = middle;
+    }
+    return high;
 }
 
 }  // namespace anomalis::survey

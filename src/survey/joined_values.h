@@ -16,8 +16,18 @@ enum class MeanOf { values, logarithms };
 /// logarithms those that are not above 0. All `unknown` where none is left.
 JoinedValue joined_value(std::span<const Measured> values, MeanOf mean = MeanOf::values);
 
-/// What a body of the survey may go on beyond its first and last line: anywhere up to the next line on either
-/// side. The quantile of the sum of two lengths that are equally likely from 0 to `first` and to `second`, m.
-double sum_quantile(double first, double second, double probability);
+/// How far a body may go on beyond the last line that shows it: anywhere up to the next line, and, where that
+/// one missed it, up to the one behind.
+struct EndGap {
+    double next = 0, behind = 0;  ///< m to both lines; equal where there is none behind
+    double missed = 0;            ///< part of the lines over a body that do not show it
+
+    double to_next() const;   ///< probability that it ends before the next line
+    double mean() const;      ///< m
+    double variance() const;  ///< m2
+};
+
+/// The length below which both gaps together stay with a probability, m.
+double gaps_quantile(const EndGap& first, const EndGap& second, double probability);
 
 }  // namespace anomalis::survey

@@ -160,16 +160,18 @@ std::vector<std::size_t> LineFamily::lines_crossed(const LaidBody& from, const L
     return crossed;
 }
 
-double LineFamily::way_to_next_line(double x, double y, double dx, double dy, std::size_t without,
-                                    double most) const {
-    const TrackPoint p{x, y}, q{x + dx * most, y + dy * most};
-    double first = 1;
-    for (const std::size_t i : lines_between(std::min(p.north, q.north), std::max(p.north, q.north))) {
+std::vector<double> LineFamily::ways_to_next_lines(const TrackPoint& from, double dx, double dy,
+                                                   std::size_t without, double most) const {
+    const TrackPoint to{from.east + dx * most, from.north + dy * most};
+    std::vector<double> ways;
+    for (const std::size_t i :
+         lines_between(std::min(from.north, to.north), std::max(from.north, to.north))) {
         if (!lines[i].done || i == without) continue;
-        const double part = first_crossing(p, q, lines[i].track);
-        if (part < first) first = part;
+        const double part = first_crossing(from, to, lines[i].track);
+        if (std::isfinite(part)) ways.push_back(part * most);
     }
-    return first * most;
+    std::ranges::sort(ways);
+    return ways;
 }
 
 void LineFamily::settle(const SurveyResults& results) {

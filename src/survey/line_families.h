@@ -65,9 +65,10 @@ class LineFamily {
     std::vector<std::size_t> lines_between(double y_low, double y_high) const;
     /// Done lines that the straight way from one body to another crosses, without the lines of both.
     std::vector<std::size_t> lines_crossed(const LaidBody& from, const LaidBody& to) const;
-    /// Way in m from a place to the next done line but `without`, towards (dx, dy), a unit vector; `most` or
-    /// more where there is none.
-    double way_to_next_line(double x, double y, double dx, double dy, std::size_t without, double most) const;
+    /// Ways in m from a place to the next done lines but `without`, towards (dx, dy), a unit vector: the
+    /// nearest first, none further than `most`.
+    std::vector<double> ways_to_next_lines(const TrackPoint& from, double dx, double dy, std::size_t without,
+                                           double most) const;
 
   private:
     friend std::vector<LineFamily> line_families(const SurveyResults&);

@@ -37,7 +37,8 @@ struct KnownDyke {
 struct DykeSurvey {
     survey::SurveyResults results;
     std::vector<KnownDyke> dykes;
-    std::vector<std::vector<int>> dyke_of;  ///< by line and body, -1 for one that is made up
+    std::vector<std::vector<int>> dyke_of;                ///< by line and body, -1 for one that is made up
+    std::vector<std::vector<survey::TrackPoint>> places;  ///< the same: where its top truly is, m
 };
 
 /// The same survey for the same seed on every machine.
@@ -105,27 +106,32 @@ class DykeSurveyMaker {
         line.track = {place(-range_.line_length / 2, across), place(range_.line_length / 2, across)};
         if (reversed) std::ranges::reverse(line.track);
         std::vector<int> of;
+        std::vector<survey::TrackPoint> places;
         for (std::size_t i = 0; i < survey_.dykes.size(); ++i)
             if (const double at = crossing_of(survey_.dykes[i], across);
                 std::isfinite(at) && uniform() < range_.shown) {
                 line.bodies.push_back(seen(survey_.dykes[i], at, across, reversed));
                 of.push_back(static_cast<int>(i));
+                places.push_back(place(at, across));
             }
         for (double rest = range_.made_up; rest > 0; rest -= 1)
             if (uniform() < rest) {
                 line.bodies.push_back(made_up(across, reversed));
                 of.push_back(-1);
+                places.push_back(place(0, across));
             }
         if (missing) return;
         if (failed) {
             line.status = survey::LineStatus::failed;
             line.bodies.clear();
             of.clear();
+            places.clear();
         }
         for (std::size_t i = 0; i < line.bodies.size(); ++i) line.bodies[i].number = static_cast<int>(i) + 1;
         survey_.results.identity.lines.push_back(line.line);
         survey_.results.lines.push_back(std::move(line));
         survey_.dyke_of.push_back(std::move(of));
+        survey_.places.push_back(std::move(places));
     }
 
     /// m along the line; NaN where a dyke does not reach it.

@@ -68,10 +68,12 @@ TEST(JoinedBodies, TheExampleHasItsTwoDykes) {
     EXPECT_EQ(north.members.size(), 6U);
     EXPECT_TRUE(north.open_start);
     EXPECT_FALSE(north.open_end);
-    EXPECT_NEAR(north.length.value, 1100, 1e-6) << "half way to the line that does not show it";
-    EXPECT_NEAR(north.length.lower, 1010, 1e-6);
-    EXPECT_NEAR(north.length_error, 200 / std::sqrt(12), 1e-6);
-    EXPECT_NEAR(north.end.north, 7551100, 1e-6);
+    const EndGap gap{200, 400, 0.5 / (5 + 0.5 + 17)};
+    EXPECT_NEAR(gap.mean(), 104.35, 0.01) << "about half way to the line that does not show it";
+    EXPECT_NEAR(north.length.value, 1000 + gap.mean(), 1e-6);
+    EXPECT_NEAR(north.length.lower, 1010, 1);
+    EXPECT_NEAR(north.length_error, std::sqrt(gap.variance()), 1e-6);
+    EXPECT_NEAR(north.end.north, 7551000 + gap.mean(), 1e-6);
     EXPECT_NEAR(north.dip.value, 100, 1e-9);
     EXPECT_NEAR(north.width.value, 10, 1e-9);
 }
@@ -259,19 +261,36 @@ TEST(JoinedValue, WeighsByErrorsAndGrowsWithTheScatter) {
     EXPECT_NEAR(joined_value(factors, MeanOf::logarithms).value, 100, 1e-9);
 }
 
-TEST(JoinedValue, QuantilesOfASumOfTwoGaps) {
-    for (const auto& [first, second] : {std::pair(200.0, 200.0), {0.0, 300.0}, {20.0, 400.0}}) {
+TEST(JoinedValue, GapsAtBothEndsAreAddedAsLikelyAsTheyAre) {
+    for (const auto& [first, second] : {std::pair(EndGap{200, 400, 0}, EndGap{200, 200, 0}),
+                                        {EndGap(), EndGap{300, 500, 0.1}},
+                                        {EndGap{20, 420, 0.5}, EndGap{400, 700, 0.2}}}) {
+        // Lengths in steps, each as often as it is likely.
+        const auto lengths = [](const EndGap& gap) {
+            std::vector<double> all;
+            constexpr int steps = 150;
+            for (int i = 0; i < steps; ++i) {
+                const double part = (i + 0.5) / steps, near = gap.to_next();
+                all.push_back(part < near ? gap.next * part / near
+                                          : gap.next + (gap.behind - gap.next) * (part - near) / (1 - near));
+            }
+            return all;
+        };
         std::vector<double> sums;
-        constexpr int steps = 120;
-        for (int i = 0; i < steps; ++i)
-            for (int k = 0; k < steps; ++k)
-                sums.push_back(first * (i + 0.5) / steps + second * (k + 0.5) / steps);
+        double mean = 0, squares = 0;
+        for (const double a : lengths(first))
+            for (const double b : lengths(second)) sums.push_back(a + b);
+        for (const double sum : sums) mean += sum / static_cast<double>(sums.size());
+        for (const double sum : sums)
+            squares += (sum - mean) * (sum - mean) / static_cast<double>(sums.size());
         std::ranges::sort(sums);
         for (const double part : {0.05, 0.5, 0.95})
-            EXPECT_NEAR(sum_quantile(first, second, part),
-                        sums[static_cast<std::size_t>(part * static_cast<double>(sums.size()))], 4);
+            EXPECT_NEAR(gaps_quantile(first, second, part),
+                        sums[static_cast<std::size_t>(part * static_cast<double>(sums.size()))], 5);
+        EXPECT_NEAR(first.mean() + second.mean(), mean, 1);
+        EXPECT_NEAR(std::sqrt(first.variance() + second.variance()), std::sqrt(squares), 1);
     }
-    EXPECT_EQ(sum_quantile(0, 0, 0.5), 0);
+    EXPECT_EQ(gaps_quantile({}, {}, 0.5), 0);
 }
 
 }  // namespace

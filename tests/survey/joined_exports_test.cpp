@@ -117,7 +117,7 @@ TEST(JoinedSheets, OneWithoutEndGoesDownFiveDepthsAndToTheEstimatedEnds) {
     ASSERT_EQ(space.sheets.size(), 2U);
     EXPECT_EQ(space.sheets[0].top.size(), joined[0].members.size()) << "open at both ends";
     ASSERT_EQ(space.sheets[1].top.size(), 7U) << "one end is known";
-    EXPECT_NEAR(space.sheets[1].top.back().y, 7551100, 1e-6);
+    EXPECT_NEAR(space.sheets[1].top.back().y, joined[1].end.north, 1e-9);
     EXPECT_NEAR(space.sheets[1].top[0].z - space.sheets[1].bottom[0].z, 5 * 180, 1e-6);
     EXPECT_LT(space.sheets[1].bottom[0].x, space.sheets[1].top[0].x) << "a dip of 100 degrees, to the left";
 }
