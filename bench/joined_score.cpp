@@ -119,26 +119,32 @@ void count(const DykeSurvey& survey, double azimuth, Score& score) {
     count_values(survey, joined, azimuth, score);
 }
 
-void print(const char* kind, const Score& s) {
+void print(const char* kind, const Score& s, int surveys) {
     const auto percent = [](int part, int all) { return 100.0 * part / std::max(all, 1); };
-    std::printf("| %s | %d | %.1f | %.1f | %.2f | %.0f | %.0f | %.0f |\n", kind, s.true_links,
-                percent(s.right_links, s.true_links), percent(s.right_links, s.found_links),
-                std::sqrt(s.strike_squares / std::max(s.strikes, 1)), percent(s.strikes_within, s.strikes),
-                percent(s.lengths_within, s.lengths), percent(s.depths_within, s.depths));
+    std::printf("| %s | %.1f | %d |", kind, static_cast<double>(s.bodies) / std::max(surveys, 1),
+                s.true_links);
+    if (s.true_links == 0) {
+        std::printf(" | | | | | |\n");
+        return;
+    }
+    std::printf(" %.1f | %.1f | %.2f | %.0f | %.0f | %.0f |\n", percent(s.right_links, s.true_links),
+                percent(s.right_links, s.found_links), std::sqrt(s.strike_squares / std::max(s.strikes, 1)),
+                percent(s.strikes_within, s.strikes), percent(s.lengths_within, s.lengths),
+                percent(s.depths_within, s.depths));
 }
 
 void measure(const char* kind, const DykeSurveyRange& range, unsigned first, int surveys) {
     Score score;
     for (int i = 0; i < surveys; ++i)
         count(dyke_survey(first + static_cast<unsigned>(i), range), range.azimuth, score);
-    print(kind, score);
+    print(kind, score, surveys);
 }
 
 void measure_all(unsigned first, int surveys) {
     std::printf(
-        "| Surveys | Links | Found %% | Right %% | Strike off, in errors | Strike in 90 %% | "
+        "| Surveys | Bodies each | Links | Found %% | Right %% | Strike off, in errors | Strike in 90 %% | "
         "Length in 90 %% | Depth in 90 %% |\n");
-    std::printf("|---|---:|---:|---:|---:|---:|---:|---:|\n");
+    std::printf("|---|---:|---:|---:|---:|---:|---:|---:|---:|\n");
     measure("Lines 100 m apart", {.spacing = 100}, first, surveys);
     measure("200 m", {}, first, surveys);
     measure("400 m", {.spacing = 400}, first, surveys);

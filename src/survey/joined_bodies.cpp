@@ -129,6 +129,9 @@ class Joining {
     }
 
     std::optional<JoinedBody> body_of(const Chain& chain) const {
+        // Two tops without a third that confirms them stand so by chance more often than others.
+        constexpr double least_alone = 1.5;
+        if (chain.links.size() == 1 && chain.links[0].gain < least_alone) return std::nullopt;
         const auto fit = strike_of(chain.bodies);
         if (!fit) return std::nullopt;
         JoinedBody body;
