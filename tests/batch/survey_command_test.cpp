@@ -133,6 +133,10 @@ struct InterruptingPictures : PictureWriter {
                   const MapRequest& /*request*/) override {
         return -1;
     }
+    int write_results_map(Prompts& /*prompts*/, const survey::SurveyResults& /*results*/,
+                          const survey::ResultsMapMarks& /*marks*/, const MapRequest& /*request*/) override {
+        return -1;
+    }
     void prepare() override { ++prepared; }
     static void write_file(const std::string& path) { std::ofstream(path) << "a picture"; }
 
