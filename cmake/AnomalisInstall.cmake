@@ -11,8 +11,14 @@ if(ANOMALIS_WINDOW)
   install(TARGETS anomalis)
   install(TARGETS anomalis-pictures LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/anomalis)
 endif()
+if(ANOMALIS_PYTHON)
+  # Where the interpreter looks below the prefix: python3 -m site tells of its folders.
+  set(ANOMALIS_PYTHON_FOLDER lib/python3/dist-packages CACHE STRING "Folder of packages of Python, below the prefix")
+  install(TARGETS anomalis_python LIBRARY DESTINATION ${ANOMALIS_PYTHON_FOLDER}/anomalis)
+  install(FILES src/python/__init__.pyi src/python/py.typed DESTINATION ${ANOMALIS_PYTHON_FOLDER}/anomalis)
+endif()
 install(DIRECTORY examples/ DESTINATION ${CMAKE_INSTALL_DATADIR}/anomalis/examples
-  FILES_MATCHING PATTERN *.axm PATTERN *.dat PATTERN package EXCLUDE)
+  FILES_MATCHING PATTERN *.axm PATTERN *.dat PATTERN first_line.py PATTERN package EXCLUDE)
 install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR} PATTERN *.py EXCLUDE)
 install(FILES README.md LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR})
 

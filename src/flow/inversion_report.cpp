@@ -12,12 +12,12 @@ namespace {
 
 class CallbackObserver : public inversion::RunObserver {
   public:
-    CallbackObserver(const ProgressCallback& callback, Prompts& prompts)
-        : callback_(callback), prompts_(prompts) {}
-    void evaluated() override { prompts_.yield(); }
+    CallbackObserver(const ProgressCallback& callback, Session& session)
+        : callback_(callback), session_(session) {}
+    void evaluated() override { session_.prompts.yield(); }
     bool working(double) override {
-        prompts_.yield();
-        return false;
+        session_.prompts.yield();
+        return session_.inversion.leave_inversion;
     }
     void progress(const inversion::InversionProgress& state) override {
         if (callback_) callback_(state);
@@ -25,7 +25,7 @@ class CallbackObserver : public inversion::RunObserver {
 
   private:
     const ProgressCallback& callback_;
-    Prompts& prompts_;
+    Session& session_;
 };
 
 void take_settings(const InvertOptions& options, std::int32_t channel, Workspace& workspace) {
@@ -77,7 +77,7 @@ InversionReport run_inversion(Session& session, const InvertOptions& options,
                               const ProgressCallback& progress) {
     const MessageScope scope(session.prompts);
     const std::int32_t channel = available_channel(options.channel, session.workspace);
-    session.inversion.stop_inversion = false;
+    session.inversion.stop_inversion = session.inversion.leave_inversion = false;
     session.inversion.inversion_target = options.target == target_gradient ? target_gradient : target_data;
     // Stored before the set-up, which takes its scale: a run by itself has no previous channel.
     session.inversion.inversion_channel = channel == channel_grav ? channel_grav : channel_mag;
@@ -91,7 +91,7 @@ InversionReport run_inversion(Session& session, const InvertOptions& options,
         .max_iterations = options.iterations,
         .method = options.method,
         .starts = options.starts};
-    CallbackObserver observer(progress, session.prompts);
+    CallbackObserver observer(progress, session);
     const inversion::RunClock clock;
     InversionReport report;
     report.method = options.method;

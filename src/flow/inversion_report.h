@@ -52,7 +52,8 @@ struct InversionReport {
 };
 
 /// Called after each iteration. A stop is asked for by `session.inversion.stop_inversion`, here or in the
-/// prompts' `yield`, which runs after each evaluation; the run ends with its iteration.
+/// prompts' `yield`, which runs after each evaluation; the run ends with its iteration, or with
+/// `leave_inversion` beside it here and now, with the values of the last accepted step.
 using ProgressCallback = std::function<void(const inversion::InversionProgress&)>;
 
 /// Inverts the model of a session whose stations are loaded, with the misfit scale of the inverted channel.

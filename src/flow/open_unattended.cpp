@@ -1,5 +1,7 @@
 #include "flow/open_unattended.h"
 
+#include <functional>
+
 #include "core/session.h"
 #include "intake/load.h"
 #include "intake/row_notes.h"
@@ -20,19 +22,15 @@ void tell_noted(Session& session, Note&& note) {
     show_faults(faults, session.prompts);
 }
 
-}  // namespace
+/// Returns what `intake::load_locations` does.
+using Load = std::function<int(Workspace&, Prompts&, intake::RowNotes*)>;
 
-OpenedWorkspace open_unattended(Session& session, const std::string& path,
-                                const std::optional<Formulas>& formulas) {
+OpenedWorkspace load_by(const Load& load, Session& session) {
     const MessageScope scope(session.prompts);
     Workspace& workspace = session.workspace;
-    if (workspace_file::read_model_parameters(0, workspace, path, session.settings, session.prompts,
-                                              workspace_file::Damaged::kept) != 0)
-        return {};
-    if (formulas) workspace.formulas = *formulas;
     tell_noted(session, [&](Faults& faults) { model::note_unnamed_types(workspace, faults); });
     intake::RowNotes rows;
-    const int status = intake::load_locations(workspace, session.prompts, &rows);
+    const int status = load(workspace, session.prompts, &rows);
     OpenedWorkspace opened{OpenState::no_data, intake::report_of_load(workspace, rows)};
     tell_noted(session,
                [&](Faults& faults) { intake::tell_rows(rows, workspace.definition.data_file, faults); });
@@ -52,6 +50,31 @@ OpenedWorkspace open_unattended(Session& session, const std::string& path,
     tell_noted(session, [&](Faults& faults) { model::note_unusable_field(workspace, faults); });
     opened.state = OpenState::ready;
     return opened;
+}
+
+}  // namespace
+
+OpenedWorkspace open_unattended(Session& session, const std::string& path,
+                                const std::optional<Formulas>& formulas) {
+    const MessageScope scope(session.prompts);
+    Workspace& workspace = session.workspace;
+    if (workspace_file::read_model_parameters(0, workspace, path, session.settings, session.prompts,
+                                              workspace_file::Damaged::kept) != 0)
+        return {};
+    if (formulas) workspace.formulas = *formulas;
+    return load_unattended(session);
+}
+
+OpenedWorkspace load_unattended(Session& session) {
+    return load_by(intake::load_locations, session);
+}
+
+OpenedWorkspace load_unattended(Session& session, const intake::LineColumns& line) {
+    return load_by(
+        [&line](Workspace& workspace, Prompts& prompts, intake::RowNotes* rows) {
+            return intake::load_columns(line, workspace, prompts, rows);
+        },
+        session);
 }
 
 }  // namespace anomalis::flow

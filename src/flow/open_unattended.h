@@ -11,6 +11,10 @@ namespace anomalis {
 class Session;
 }  // namespace anomalis
 
+namespace anomalis::intake {
+struct LineColumns;
+}  // namespace anomalis::intake
+
 namespace anomalis::flow {
 
 /// How far a workspace came.
@@ -31,5 +35,10 @@ struct OpenedWorkspace {
 /// meant, is told; the load of a window is silent about rows that it cannot use.
 OpenedWorkspace open_unattended(Session& session, const std::string& path,
                                 const std::optional<Formulas>& formulas);
+
+/// Its second half: loads the data of a workspace that is in the session.
+OpenedWorkspace load_unattended(Session& session);
+/// The same for a line in memory, which the workspace has by no file.
+OpenedWorkspace load_unattended(Session& session, const intake::LineColumns& line);
 
 }  // namespace anomalis::flow

@@ -1,12 +1,15 @@
 #include "intake/load.h"
 
+#include <functional>
 #include <string>
 
+#include "core/failure.h"
 #include "core/paths.h"
 #include "core/prompts.h"
 #include "core/workspace.h"
 #include "intake/definition.h"
 #include "intake/igrf_readings.h"
+#include "intake/line_columns.h"
 #include "intake/location_file.h"
 #include "intake/profile.h"
 #include "intake/read_rows.h"
@@ -51,13 +54,14 @@ bool take_igrf(Workspace& w, Prompts& prompts) {
     return report_failure(prompts, prefix, [&] { change_igrf(w); }) == 0;
 }
 
+/// How the rows of a line come: 0, or -1 with a message.
+using RowsTaker = std::function<int(DataRows&, RowNotes*)>;
+
 /// Up to the filled stations in file order. False when there are none to go on with.
-bool read_stations(Workspace& w, Prompts& prompts, RowNotes* notes) {
-    reset_calculated_data(w, prompts);
-    if (check_data_definitions(w, prompts) != 0) return false;
+bool make_stations(const RowsTaker& take, Workspace& w, Prompts& prompts, RowNotes* notes) {
     w.read_from = line_inputs(w);
     DataRows rows;
-    if (read_location_file(w, rows, prompts, notes) != 0 || w.station_count == 0) return false;
+    if (take(rows, notes) != 0 || w.station_count == 0) return false;
     if (const MissingQuantity missing = missing_quantity(w); missing.message) {
         if (notes)
             notes->nothing_of =
@@ -70,16 +74,8 @@ bool read_stations(Workspace& w, Prompts& prompts, RowNotes* notes) {
     return take_igrf(w, prompts);
 }
 
-}  // namespace
-
-int load_locations(Workspace& workspace, Prompts& prompts, RowNotes* notes) {
-    const MessageScope scope(prompts);
-    drop_stations(workspace);
-    if (!read_stations(workspace, prompts, notes)) {
-        drop_stations(workspace);
-        return -1;
-    }
-    workspace.definition.data_file_date = file_date(workspace.definition.data_file);
+/// From stations in file order to a line that can be modelled.
+int lay_out(Workspace& workspace, Prompts& prompts, RowNotes* notes) {
     const auto asked = static_cast<double>(workspace.station_spacing);
     setup_profile_coordinates(workspace, prompts);
     if (const auto taken = static_cast<double>(workspace.station_spacing); notes && taken > asked)
@@ -92,6 +88,43 @@ int load_locations(Workspace& workspace, Prompts& prompts, RowNotes* notes) {
     setup_sensor_elevations(workspace, faults);
     show_faults(faults, prompts);
     return workspace.distances.last() > 0 ? 0 : 1;
+}
+
+}  // namespace
+
+int load_locations(Workspace& workspace, Prompts& prompts, RowNotes* notes) {
+    const MessageScope scope(prompts);
+    drop_stations(workspace);
+    reset_calculated_data(workspace, prompts);
+    const RowsTaker from_file = [&](DataRows& rows, RowNotes* met) {
+        return read_location_file(workspace, rows, prompts, met);
+    };
+    if (check_data_definitions(workspace, prompts) != 0 ||
+        !make_stations(from_file, workspace, prompts, notes)) {
+        drop_stations(workspace);
+        return -1;
+    }
+    workspace.definition.data_file_date = file_date(workspace.definition.data_file);
+    return lay_out(workspace, prompts, notes);
+}
+
+int load_columns(const LineColumns& line, Workspace& workspace, Prompts& prompts, RowNotes* notes) {
+    const MessageScope scope(prompts);
+    drop_stations(workspace);
+    reset_calculated_data(workspace, prompts);
+    define_columns(line, workspace.definition);
+    const RowsTaker from_memory = [&](DataRows& rows, RowNotes* met) {
+        return report_failure(prompts, "The line cannot be taken: ", [&] {
+            rows = rows_of_columns(line);
+            if (met) *met = rows.notes;
+            take_rows(rows, workspace);
+        });
+    };
+    if (!make_stations(from_memory, workspace, prompts, notes)) {
+        drop_stations(workspace);
+        return -1;
+    }
+    return lay_out(workspace, prompts, notes);
 }
 
 }  // namespace anomalis::intake

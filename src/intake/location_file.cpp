@@ -73,13 +73,17 @@ void set_ranges(const DataRows& rows, Workspace& w) {
 
 }  // namespace
 
+void take_rows(const DataRows& rows, Workspace& w) {
+    if (rows.count == 0) return;
+    w.station_count = static_cast<std::int32_t>(rows.count);
+    set_ranges(rows, w);
+}
+
 int read_location_file(Workspace& w, DataRows& rows, Prompts& prompts, RowNotes* notes) {
     return report_failure(prompts, reading_failed, [&] {
         rows = read_rows(w.definition, w.transform);
         if (notes) *notes = rows.notes;
-        if (rows.count == 0) return;
-        w.station_count = static_cast<std::int32_t>(rows.count);
-        set_ranges(rows, w);
+        take_rows(rows, w);
     });
 }
 

@@ -68,6 +68,14 @@ void RecordBlock::add(const RecordReader& record) {
     doubles_[quantity_y].push_back(values[quantity_y]);
 }
 
+void RecordBlock::add_value(Quantity quantity, double value) {
+    if (quantity == quantity_mag || quantity == quantity_grav) {
+        singles_[quantity - quantity_mag].push_back(static_cast<float>(value));
+    } else {
+        doubles_[quantity].push_back(value);
+    }
+}
+
 template <class Real>
 void RecordBlock::find_range(Quantity quantity, const std::vector<Real>& column) {
     RecordRange& range = ranges_[quantity];

@@ -40,6 +40,9 @@ class RecordBlock {
     /// Adds the record that the reader stands at. Raises Fault overflow when a value that is kept as a single
     /// does not fit.
     void add(const RecordReader& record);
+    /// One value of a quantity that is wanted, of the next row; -1E32 of one that is missing. REQUIRES: in
+    /// the end each of them has as many.
+    void add_value(Quantity quantity, double value);
     /// Finds the ranges; to be called once, behind the last row.
     void find_ranges();
     /// Makes room for about so many rows.

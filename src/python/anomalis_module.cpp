@@ -4,7 +4,9 @@
 #include "core/version.h"
 #include "python/body_object.h"
 #include "python/forward_binding.h"
+#include "python/survey_binding.h"
 #include "python/told.h"
+#include "python/workspace_binding.h"
 
 namespace {
 
@@ -31,6 +33,10 @@ PYBIND11_MODULE(anomalis, module) {
     anomalis::python::define_errors(module);
     anomalis::python::define_body(module);
     anomalis::python::define_forward(module);
+    anomalis::python::WorkspaceClass workspace = anomalis::python::define_workspace(module);
+    anomalis::python::define_line(workspace);
+    anomalis::python::define_steps(module, workspace);
+    anomalis::python::define_surveys(module);
     module.def("thread_count", &anomalis::thread_count, "How many cores long work takes.");
     module.def(
         "limit_threads",

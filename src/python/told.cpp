@@ -39,6 +39,8 @@ void translate(std::exception_ptr raised) {
         if (raised) std::rethrow_exception(raised);
     } catch (const FileFault& fault) {
         PyErr_SetString(types().file_error, fault.what());
+    } catch (const FileTrouble& trouble) {
+        PyErr_SetString(types().file_error, trouble.what());
     } catch (const Fault& fault) {
         PyErr_SetString(types().error, fault.what());
     } catch (const Stopped&) {

@@ -4,6 +4,7 @@
 #include <exception>
 #include <functional>
 #include <pybind11/pybind11.h>
+#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
@@ -17,6 +18,12 @@ namespace anomalis::python {
 
 /// Error, FileError and AnomalisWarning of the module, and how faults become them.
 void define_errors(pybind11::module_& module);
+
+/// Files that kept work from being done; FileError in Python.
+class FileTrouble : public std::runtime_error {
+  public:
+    using std::runtime_error::runtime_error;
+};
 
 /// Raises Python's own error for a file that cannot be opened for reading: FileNotFoundError and so on.
 void require_readable(const std::string& path);

@@ -53,6 +53,10 @@ std::shared_ptr<HeldSession> WorkspaceObject::held() {
     return held_;
 }
 
+flow::OpenState WorkspaceObject::state() {
+    return workspace().station_count > 0 ? opened.state : flow::OpenState::no_data;
+}
+
 void WorkspaceObject::detach_views() {
     if (held_.use_count() == 1) return;
     auto fresh = std::make_shared<HeldSession>();

@@ -5,10 +5,13 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "core/failure.h"
 #include "core/session.h"
+#include "flow/open_unattended.h"
+#include "python/line_arrays.h"
 #include "python/told.h"
 
 // The session behind a Workspace of Python.
@@ -18,12 +21,6 @@ namespace anomalis::python {
 struct HeldSession {
     ToldPrompts prompts;
     Session session{prompts, Settings{}};
-};
-
-/// The columns of a line that came as arrays, as they came; what a table of it is written from.
-struct LineArrays {
-    std::vector<double> east, north, sensor, ground, mag, grav;  ///< m, nT, mGal; empty: none
-    std::string name;
 };
 
 class WorkspaceObject {
@@ -45,13 +42,19 @@ class WorkspaceObject {
     /// may be None. Raises what Ctrl+C or the callback raised, and Fault.
     void work(Watch& watch, const std::function<void(Session&)>& job);
 
+    /// For a job: called whenever long work lets go for a moment, in place of the look at Ctrl+C.
+    void on_yield(std::function<void()> call) { held_->prompts.on_yield = std::move(call); }
+
     /// What the last work told, and warns of doubts and failures; with `failed` raises Fault with its words.
     void settle(bool failed, const std::string& otherwise);
     const ToldPrompts::Told& told() const { return held_->prompts.told(); }
     const ToldPrompts& prompts() const { return held_->prompts; }
 
+    /// How far the line of the workspace came; none of it once its stations were dropped.
+    flow::OpenState state();
+
     std::optional<LineArrays> arrays;  ///< of a line that no file holds
-    bool loaded = false;
+    flow::OpenedWorkspace opened;
 
   private:
     std::shared_ptr<HeldSession> held_;

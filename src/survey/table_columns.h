@@ -6,7 +6,7 @@
 #include "output/gis_tables.h"
 #include "survey/line_result.h"
 
-// What stands in the tables of a survey, once for all formats. Private to this room.
+// What stands in the tables of a survey, once for all formats.
 namespace anomalis::survey {
 
 /// A column: its name with the unit, and its value of a row.

@@ -1,8 +1,12 @@
 #include "intake/load.h"
 
+#include <cmath>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <vector>
 
+#include "intake/line_columns.h"
+#include "intake/row_notes.h"
 #include "support/survey.h"
 
 namespace anomalis::intake {
@@ -164,6 +168,50 @@ TEST(Load, gravity_without_a_magnetic_column) {
     EXPECT_EQ(load(survey), 0);
     EXPECT_EQ(survey.workspace.grav.mean, 1.5F);
     EXPECT_EQ(survey.workspace.grav.max, 2);
+}
+
+TEST(Load, a_line_in_memory_is_what_its_table_is) {
+    Survey file("20.5 1 40 30 300.25\n10 0 nan 29 200\n0 0 38 28 -1e32\n5 0.25 38 28 150\n");
+    DataDefinition& columns = file.workspace.definition;
+    columns.x_column = 1;
+    columns.y_column = 2;
+    columns.z_column = 3;
+    columns.dtm_column = 4;
+    columns.mag_column = 5;
+    file.set_file("20.5 1 40 30 300.25\n10 0 -1e32 29 200\n0 0 38 28 -1e32\n5 0.25 38 28 150\n");
+    ASSERT_EQ(load(file), 0);
+    Survey memory("");
+    const double nan = std::nan("");
+    const std::vector<double> east{20.5, 10, 0, 5}, north{1, 0, 0, 0.25}, sensor{40, nan, 38, 38},
+        ground{30, 29, 28, 28}, mag{300.25, 200, nan, 150};
+    RowNotes notes;
+    ASSERT_EQ(load_columns({east, north, sensor, ground, mag, {}}, memory.workspace, memory.prompts, &notes),
+              0);
+    EXPECT_THAT(memory.prompts.messages, IsEmpty());
+    EXPECT_EQ(memory.workspace.stations, file.workspace.stations);
+    EXPECT_EQ(memory.workspace.distances, file.workspace.distances);
+    EXPECT_EQ(memory.workspace.mag.data, file.workspace.mag.data);
+    EXPECT_EQ(memory.workspace.mag.base, file.workspace.mag.base);
+    EXPECT_EQ(memory.workspace.mag.min, file.workspace.mag.min);
+    EXPECT_EQ(memory.workspace.definition.mag_column, 5);
+    EXPECT_EQ(notes.missing_sensor_heights, 1);
+    EXPECT_EQ(notes.records, 4);
+}
+
+TEST(Load, a_line_in_memory_that_is_none_is_refused) {
+    Survey survey("");
+    const std::vector<double> good{0, 10, 20}, shorter{1, 2}, beyond{0, 1e300, 2};
+    const auto refused = [&](const LineColumns& line) {
+        survey.prompts.messages.clear();
+        EXPECT_EQ(load_columns(line, survey.workspace, survey.prompts), -1);
+        EXPECT_EQ(survey.workspace.station_count, 0);
+        return survey.prompts.messages.empty() ? std::string() : survey.prompts.messages.front();
+    };
+    EXPECT_EQ(refused({good, good, {}, {}, shorter, {}}),
+              "The line cannot be taken: magnetics has 2 values for 3 stations");
+    EXPECT_EQ(refused({good, good, {}, {}, beyond, {}}),
+              "The line cannot be taken: magnetics of station 2 does not fit single precision");
+    EXPECT_EQ(refused({}), "");
 }
 
 }  // namespace
