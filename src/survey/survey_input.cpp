@@ -3,7 +3,6 @@
 #include <filesystem>
 #include <system_error>
 
-#include "core/digest.h"
 #include "core/failure.h"
 #include "core/paths.h"
 #include "core/safe_file.h"
@@ -16,27 +15,6 @@
 namespace anomalis::survey {
 
 namespace {
-
-/// The bytes of numbers tell them apart to the last bit.
-class RowDigests : public intake::LineTaker {
-  public:
-    explicit RowDigests(std::vector<std::uint64_t>& digests) : digests_(digests) {}
-    void take(std::size_t line, intake::SurveyLine&& read) override {
-        std::string bytes = read.coordinate_system + (read.height_is_clearance ? " clearance" : "");
-        for (const auto* column : {&read.east, &read.north, &read.height, &read.ground, &read.mag, &read.grav,
-                                   &read.fiducial, &read.longitude, &read.latitude}) {
-            const double count = static_cast<double>(column->size());
-            bytes.append(reinterpret_cast<const char*>(&count), sizeof count);
-            bytes.append(reinterpret_cast<const char*>(column->data()), column->size() * sizeof(double));
-        }
-        const double year = read.year.value_or(0);
-        bytes.append(reinterpret_cast<const char*>(&year), sizeof year);
-        digests_.at(line) = digest_of(bytes);
-    }
-
-  private:
-    std::vector<std::uint64_t>& digests_;
-};
 
 /// What a file holds; "" where there is none: that is for the line to tell.
 std::string contents_of(const std::string& path) {
@@ -57,9 +35,6 @@ SurveyInput open_survey(const SurveyPlan& plan) {
     intake::take_choices({source.roles, source.units, source.nulls}, layout);
     input.index = intake::index_survey(layout, {.from = source.file_system, .to = source.system});
     input.lines = lines_to_do(plan, *input.index);
-    input.row_digests.resize(input.index->lines.size());
-    RowDigests digests(input.row_digests);
-    intake::read_survey_lines(*input.index, digests);
     return input;
 }
 
@@ -86,7 +61,7 @@ std::string line_digest(const SurveyPlan& plan, const SurveyInput& input, const 
     const std::string options = options_text(*line.planned.options);
     if (input.index)
         return digest_of_texts({line.planned.line, options, choices_text(*plan.source),
-                                std::to_string(input.row_digests[line.line]), application_version()});
+                                std::to_string(input.index->lines[line.line].digest), application_version()});
     const std::string& workspace = line.planned.workspace;
     return digest_of_texts({file_name(workspace), options, contents_of(workspace),
                             contents_of(workspace_file::data_file_of(workspace)), application_version()});

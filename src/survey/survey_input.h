@@ -14,9 +14,6 @@ namespace anomalis::survey {
 struct SurveyInput {
     std::optional<intake::SurveyIndex> index;  ///< of the survey file; none for workspaces
     std::vector<LineToDo> lines;               ///< in the order of the plan
-    /// Of the rows of each line, as the index numbers them; empty for workspaces, whose files are looked at
-    /// when their turn comes.
-    std::vector<std::uint64_t> row_digests;
 };
 
 /// Reads the survey file once, or looks for nothing where the lines are workspaces. Raises Fault: what the

@@ -10,6 +10,7 @@
 #include <zlib.h>
 
 #include "core/failure.h"
+#include "intake/formats/survey_format.h"
 
 namespace anomalis::intake {
 
@@ -17,7 +18,7 @@ namespace {
 
 class PlainFile : public ByteSource {
   public:
-    explicit PlainFile(const std::string& path) : path_(path) {
+    explicit PlainFile(const std::string& path, const FileStretch* stretch = nullptr) : path_(path) {
         // Not blocking: the open of a pipe without a writer would wait for ever.
         descriptor_ = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
         if (descriptor_ < 0) throw FileFault(errno, path);
@@ -25,7 +26,10 @@ class PlainFile : public ByteSource {
         const int error = ::fstat(descriptor_, &status) != 0 ? errno : S_ISDIR(status.st_mode) ? EISDIR : 0;
         if (error == 0 && S_ISREG(status.st_mode)) {
             size_ = static_cast<std::size_t>(status.st_size);
-            return;
+            if (!stretch || take(*stretch)) return;
+            const int seek_error = errno;
+            ::close(descriptor_);
+            throw FileFault(seek_error, path);
         }
         ::close(descriptor_);
         if (error != 0) throw FileFault(error, path);
@@ -49,10 +53,18 @@ class PlainFile : public ByteSource {
         return static_cast<std::size_t>(count);
     }
     double bytes_read() const override { return static_cast<double>(used_); }
+    std::int64_t text_begin() const override { return begin_; }
 
   private:
+    bool take(const FileStretch& stretch) {
+        begin_ = stretch.begin;
+        size_ = static_cast<std::size_t>(std::max<std::int64_t>(stretch.end - stretch.begin, 0));
+        return ::lseek(descriptor_, static_cast<off_t>(begin_), SEEK_SET) == static_cast<off_t>(begin_);
+    }
+
     std::string path_;
     int descriptor_ = -1;
+    std::int64_t begin_ = 0;
     std::size_t size_ = 0, used_ = 0;
 };
 
@@ -130,6 +142,10 @@ bool is_packed(const std::string& path) {
 std::unique_ptr<ByteSource> open_bytes(const std::string& path) {
     if (is_packed(path)) return std::make_unique<PackedFile>(path);
     return std::make_unique<PlainFile>(path);
+}
+
+std::unique_ptr<ByteSource> open_stretch(const std::string& path, const FileStretch& stretch) {
+    return std::make_unique<PlainFile>(path, &stretch);
 }
 
 }  // namespace anomalis::intake

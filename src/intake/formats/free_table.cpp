@@ -106,8 +106,9 @@ std::optional<SurveyLayout> recognise_free_table(const SurveySample& sample, boo
 }
 
 std::unique_ptr<RowReader> FreeTableFormat::open(const SurveyLayout& layout,
-                                                 std::span<const std::size_t> wanted) const {
-    return open_table(layout, wanted, table_sorter(layout));
+                                                 std::span<const std::size_t> wanted,
+                                                 const FileStretch* stretch) const {
+    return open_table(layout, wanted, table_sorter(layout), stretch);
 }
 
 SurveyPreview FreeTableFormat::preview(const SurveyLayout& layout, std::size_t most) const {

@@ -18,8 +18,8 @@ std::optional<SurveyLayout> recognise_free_table(const SurveySample& sample, boo
 /// What formats of such tables have in common.
 class FreeTableFormat : public SurveyFormat {
   public:
-    std::unique_ptr<RowReader> open(const SurveyLayout& layout,
-                                    std::span<const std::size_t> wanted) const override;
+    std::unique_ptr<RowReader> open(const SurveyLayout& layout, std::span<const std::size_t> wanted,
+                                    const FileStretch* stretch) const override;
     SurveyPreview preview(const SurveyLayout& layout, std::size_t most) const override;
 };
 

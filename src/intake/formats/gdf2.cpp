@@ -46,9 +46,9 @@ class Gdf2 : public SurveyFormat {
         return layout;
     }
 
-    std::unique_ptr<RowReader> open(const SurveyLayout& layout,
-                                    std::span<const std::size_t> wanted) const override {
-        return open_table(layout, wanted, sorter(layout));
+    std::unique_ptr<RowReader> open(const SurveyLayout& layout, std::span<const std::size_t> wanted,
+                                    const FileStretch* stretch) const override {
+        return open_table(layout, wanted, sorter(layout), stretch);
     }
     SurveyPreview preview(const SurveyLayout& layout, std::size_t most) const override {
         return preview_table(layout, most, *sorter(layout));

@@ -11,6 +11,13 @@ namespace {
 
 constexpr std::size_t usual_buffer = 1 << 18;
 
+/// Of a stretch not more than it holds, and one byte to find its end.
+std::size_t buffer_size(const FileStretch* stretch) {
+    if (!stretch) return usual_buffer;
+    return static_cast<std::size_t>(
+        std::clamp<std::int64_t>(stretch->end - stretch->begin + 1, 2, usual_buffer));
+}
+
 const char* find_byte(const char* from, const char* end, char byte) {
     const auto length = static_cast<std::size_t>(end - from);
     const void* found = length == 0 ? nullptr : std::memchr(from, byte, length);
@@ -19,15 +26,25 @@ const char* find_byte(const char* from, const char* end, char byte) {
 
 }  // namespace
 
-LineStream::LineStream(const std::string& path, Encoding encoding)
-    : path_(path), bytes_(open_text(path, encoding)), buffer_(usual_buffer) {
-    at_ = filled_ = next_feed_ = next_return_ = buffer_.data();
+LineStream::LineStream(const std::string& path, Encoding encoding, const FileStretch* stretch)
+    : path_(path), bytes_(open_text(path, encoding, stretch)), buffer_(buffer_size(stretch)) {
+    at_ = filled_ = next_feed_ = next_return_ = line_begin_ = buffer_.data();
+    if (stretch) line_number_ = stretch->first_line - 1;
+}
+
+std::optional<FileStretch> LineStream::place() const {
+    const std::int64_t text = bytes_->text_begin();
+    if (text < 0) return std::nullopt;
+    const std::int64_t buffer = text + text_before_;
+    return FileStretch{buffer + (line_begin_ - buffer_.data()), buffer + (at_ - buffer_.data()),
+                       line_number_};
 }
 
 /// Brings more of the text behind what is left in the buffer. False at its end.
 bool LineStream::fill() {
     if (at_end_) return false;
     const auto left = static_cast<std::size_t>(filled_ - at_);
+    text_before_ += at_ - buffer_.data();
     if (left == buffer_.size()) {
         if (left >= longest_line)
             throw Fault(path_ + ", line " + std::to_string(line_number_ + 1) + ": longer than " +
@@ -65,6 +82,7 @@ bool LineStream::next(std::string_view& line) {
         const char* const end = find_end();
         if (end != filled_) {
             line = std::string_view(at_, static_cast<std::size_t>(end - at_));
+            line_begin_ = at_;
             skip_feed_ = *end == '\r';
             at_ = end + 1;
             line_ended_ = true;
@@ -74,6 +92,7 @@ bool LineStream::next(std::string_view& line) {
         if (fill()) continue;
         if (at_ == filled_) return false;
         line = std::string_view(at_, static_cast<std::size_t>(filled_ - at_));
+        line_begin_ = at_;
         at_ = filled_;
         line_ended_ = false;
         ++line_number_;

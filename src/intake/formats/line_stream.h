@@ -1,11 +1,13 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "intake/formats/byte_source.h"
+#include "intake/formats/survey_format.h"
 
 namespace anomalis::intake {
 
@@ -15,7 +17,8 @@ class LineStream {
     /// A longer line is none of a table.
     static constexpr std::size_t longest_line = 1 << 20;
 
-    LineStream(const std::string& path, Encoding encoding);
+    /// `stretch`: the part of the file that is read; null for all of it.
+    LineStream(const std::string& path, Encoding encoding, const FileStretch* stretch = nullptr);
 
     /// The next line without its end, false when there is none. A view until the next call. Raises FileFault,
     /// and Fault for a line that is too long.
@@ -24,6 +27,8 @@ class LineStream {
     long line_number() const { return line_number_; }
     /// Whether an end stood behind the line that was given last: the last line of a file may have none.
     bool line_ended() const { return line_ended_; }
+    /// Where the line that was given last lies; no value where a file cannot be read from its middle on.
+    std::optional<FileStretch> place() const;
     double bytes_read() const { return bytes_->bytes_read(); }
 
   private:
@@ -33,6 +38,8 @@ class LineStream {
     std::string path_;
     std::unique_ptr<ByteSource> bytes_;
     std::vector<char> buffer_;
+    std::int64_t text_before_ = 0;  ///< bytes of the text in front of the buffer
+    const char* line_begin_ = nullptr;
     const char* at_ = nullptr;
     const char* filled_ = nullptr;
     const char* next_feed_ = nullptr;    ///< first LF from `at_` on; `filled_` for none

@@ -217,8 +217,9 @@ std::span<const SurveyFormat* const> survey_formats() {
     return formats;
 }
 
-std::unique_ptr<RowReader> open_rows(const SurveyLayout& layout, std::span<const std::size_t> wanted) {
-    return format_named(layout.format).open(layout, wanted);
+std::unique_ptr<RowReader> open_rows(const SurveyLayout& layout, std::span<const std::size_t> wanted,
+                                     const FileStretch* stretch) {
+    return format_named(layout.format).open(layout, wanted, stretch);
 }
 
 SurveyLayout recognise_survey(const std::string& path, const ReadAs& read_as) {

@@ -21,6 +21,14 @@ struct RowLoss {
     long first_line = 0;  ///< of the file, from 1
 };
 
+/// Bytes of a file from one line's begin to another line's end.
+struct FileStretch {
+    std::int64_t begin = 0, end = 0;
+    long first_line = 1;  ///< number of its first line in the file
+
+    bool operator==(const FileStretch&) const = default;
+};
+
 /// A stretch of rows, column by column.
 struct RowBlock {
     std::size_t rows = 0;
@@ -28,6 +36,9 @@ struct RowBlock {
         values;  ///< one a wanted column; NaN where there is no value; units as in the layout said, converted
     std::vector<std::int32_t> line;  ///< index into `RowReader::line_names`; 0 where the file has no lines
     std::vector<long> file_line;     ///< number of the row's line in the file, from 1
+    /// Where each row lies, with the header of its line where it is the first one below that. Empty where
+    /// nobody can begin in the middle of the file: it is packed, or its bytes are not those of the text.
+    std::vector<FileStretch> place;
 };
 
 /// Reads the rows of a survey file once, in blocks of bounded memory.
@@ -82,8 +93,9 @@ class SurveyFormat {
     /// this format. Raises Fault for a file that is of this format and broken (a .dfn without its .dat).
     virtual std::optional<SurveyLayout> recognise(const SurveySample& sample) const = 0;
     /// `wanted`: indices of columns whose values the blocks get, in this order.
-    virtual std::unique_ptr<RowReader> open(const SurveyLayout& layout,
-                                            std::span<const std::size_t> wanted) const = 0;
+    /// `stretch`: of the file, as the places of rows tell it; null for all of it.
+    virtual std::unique_ptr<RowReader> open(const SurveyLayout& layout, std::span<const std::size_t> wanted,
+                                            const FileStretch* stretch) const = 0;
     /// At most so many rows from the first one on.
     virtual SurveyPreview preview(const SurveyLayout& layout, std::size_t most) const = 0;
 };
@@ -96,8 +108,9 @@ std::span<const SurveyFormat* const> survey_formats();
 /// may be packed.
 SurveyLayout recognise_survey(const std::string& path, const ReadAs& read_as = {});
 
-/// Opens the rows by the layout's own format.
-std::unique_ptr<RowReader> open_rows(const SurveyLayout& layout, std::span<const std::size_t> wanted);
+/// Opens the rows by the layout's own format: all, or those of a stretch alone, which costs no more bytes.
+std::unique_ptr<RowReader> open_rows(const SurveyLayout& layout, std::span<const std::size_t> wanted,
+                                     const FileStretch* stretch = nullptr);
 
 /// The first rows by the layout's own format, also where a value is missing or no number.
 SurveyPreview preview_rows(const SurveyLayout& layout, std::size_t most);

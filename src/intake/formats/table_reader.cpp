@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <limits>
+#include <optional>
 
 #include "core/decimal_scan.h"
 #include "intake/formats/field_value.h"
@@ -44,11 +45,11 @@ struct ColumnUse {
 class TableReader : public RowReader {
   public:
     TableReader(const SurveyLayout& layout, std::span<const std::size_t> wanted,
-                std::unique_ptr<RowSorter> sorter)
+                std::unique_ptr<RowSorter> sorter, const FileStretch* stretch)
         : layout_(layout),
           sorter_(std::move(sorter)),
           wanted_(wanted.begin(), wanted.end()),
-          lines_(layout.path, layout.encoding),
+          lines_(layout.path, layout.encoding, stretch),
           names_(layout.encoding) {
         ends_field_[byte_of(layout_.separator)] = true;
         if (layout_.separator == ' ') ends_field_[byte_of('\t')] = true;
@@ -77,6 +78,7 @@ class TableReader : public RowReader {
     bool take_number(const ColumnUse& use, double value);
     std::optional<double> value_of(const ColumnUse& use, std::string_view field) const;
     bool is_cut(std::string_view line);
+    void note_place(RowBlock& block);
     bool lose(LossKind kind, const ColumnUse* use, std::string_view text = {});
 
     SurveyLayout layout_;
@@ -90,7 +92,8 @@ class TableReader : public RowReader {
     std::array<bool, 256> ends_field_{};
     bool line_column_ = false;
     std::int32_t header_line_ = -1;
-    std::size_t length_before_ = 0;  ///< bytes of the line before
+    std::optional<FileStretch> header_;  ///< of the line, until a row of it was taken
+    std::size_t length_before_ = 0;      ///< bytes of the line before
     std::vector<std::string_view> fields_;
 
     std::size_t row_ = 0;
@@ -259,6 +262,7 @@ bool TableReader::take(std::string_view line) {
         case RowUse::line_header: {
             const LineHeader header = line_header(line);
             header_line_ = names_.index_of_header(header.name, header.tie);
+            header_ = lines_.place();
             return false;
         }
         case RowUse::unknown:
@@ -275,6 +279,17 @@ bool TableReader::take(std::string_view line) {
     }
     if (!(layout_.fixed_width ? take_fixed(line) : take_separated(line))) return false;
     return true;
+}
+
+void TableReader::note_place(RowBlock& block) {
+    const std::optional<FileStretch> place = lines_.place();
+    if (!place) return;
+    if (row_ == 0) block.place.resize(block_rows);
+    block.place[row_] = *place;
+    if (!header_) return;
+    block.place[row_].begin = header_->begin;
+    block.place[row_].first_line = header_->first_line;
+    header_.reset();
 }
 
 bool TableReader::next(RowBlock& block) {
@@ -296,12 +311,14 @@ bool TableReader::next(RowBlock& block) {
         if (!taken) continue;
         block.line[row_] = row_line_;
         block.file_line[row_] = lines_.line_number();
+        note_place(block);
         ++row_;
     }
     block.rows = row_;
     for (auto& column : block.values) column.resize(row_);
     block.line.resize(row_);
     block.file_line.resize(row_);
+    if (!block.place.empty()) block.place.resize(row_);
     // A column that is wanted twice was read once.
     for (std::size_t i = 0; i < wanted_.size(); ++i) {
         const auto first = std::find(wanted_.begin(), wanted_.end(), wanted_[i]) - wanted_.begin();
@@ -330,8 +347,8 @@ class TableSorter : public RowSorter {
 }  // namespace
 
 std::unique_ptr<RowReader> open_table(const SurveyLayout& layout, std::span<const std::size_t> wanted,
-                                      std::unique_ptr<RowSorter> sorter) {
-    return std::make_unique<TableReader>(layout, wanted, std::move(sorter));
+                                      std::unique_ptr<RowSorter> sorter, const FileStretch* stretch) {
+    return std::make_unique<TableReader>(layout, wanted, std::move(sorter), stretch);
 }
 
 std::unique_ptr<RowSorter> table_sorter(const SurveyLayout& layout) {

@@ -25,7 +25,8 @@ class RowSorter {
 
 /// Reads rows of separated fields or of fields of fixed width, whatever the format around them.
 std::unique_ptr<RowReader> open_table(const SurveyLayout& layout, std::span<const std::size_t> wanted,
-                                      std::unique_ptr<RowSorter> sorter);
+                                      std::unique_ptr<RowSorter> sorter,
+                                      const FileStretch* stretch = nullptr);
 
 /// The first rows, cell by cell.
 SurveyPreview preview_table(const SurveyLayout& layout, std::size_t most, const RowSorter& sorter);

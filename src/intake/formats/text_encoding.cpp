@@ -45,18 +45,25 @@ class WithoutMark : public ByteSource {
         return count;
     }
     double bytes_read() const override { return bytes_->bytes_read(); }
+    std::int64_t text_begin() const override {
+        const std::int64_t first = bytes_->text_begin();
+        return first < 0 ? first : first + mark_;
+    }
 
   private:
     void begin() {
         begun_ = true;
         char byte = 0;
         while (kept_.size() < utf8_mark.size() && bytes_->read(&byte, 1) == 1) kept_ += byte;
-        if (kept_ == utf8_mark) kept_.clear();
+        if (kept_ != utf8_mark) return;
+        mark_ = static_cast<std::int64_t>(kept_.size());
+        kept_.clear();
     }
 
     std::unique_ptr<ByteSource> bytes_;
     std::string kept_;
     bool begun_ = false;
+    std::int64_t mark_ = 0;  ///< its bytes
 };
 
 constexpr char32_t byte_order_mark = 0xFEFF, replacement = 0xFFFD;
@@ -126,7 +133,9 @@ Encoding encoding_of(std::string_view head) {
     return is_utf8(head) ? Encoding::utf8 : Encoding::latin1;
 }
 
-std::unique_ptr<ByteSource> open_text(const std::string& path, Encoding encoding) {
+std::unique_ptr<ByteSource> open_text(const std::string& path, Encoding encoding,
+                                      const FileStretch* stretch) {
+    if (stretch) return open_stretch(path, *stretch);
     auto bytes = open_bytes(path);
     if (encoding == Encoding::utf16_little || encoding == Encoding::utf16_big)
         return std::make_unique<FromUtf16>(std::move(bytes), encoding == Encoding::utf16_big);

@@ -33,8 +33,9 @@ class LineOfRow {
 /// Hands on blocks of rows and tells of the work.
 class PacedRows {
   public:
-    PacedRows(const SurveyLayout& layout, const LineGathering& gathering, Pacer& pacer)
-        : reader_(open_rows(layout, gathering.columns())), pacer_(pacer) {}
+    PacedRows(const SurveyLayout& layout, const LineGathering& gathering, Pacer& pacer,
+              const FileStretch* stretch = nullptr)
+        : reader_(open_rows(layout, gathering.columns(), stretch)), pacer_(pacer) {}
 
     bool next(RowBlock& block) {
         const bool more = reader_->next(block);
@@ -98,6 +99,23 @@ void ReadingAll::hand_on(long read_to) {
     }
 }
 
+/// The rows of one line, up to its last one.
+void gather_rows(const SurveyIndex& index, std::size_t line, const LineGathering& gathering, PacedRows& rows,
+                 GatheredLine& gathered) {
+    const SurveyLineInfo& info = index.lines[line];
+    const LineOfRow line_of(index);
+    RowBlock block;
+    long read_to = 0;
+    while (read_to < info.last_file_line && rows.next(block)) {
+        for (std::size_t row = 0; row < block.rows; ++row)
+            if (index.split_by_place
+                    ? line_of(block, row) == line
+                    : rows.line_names()[static_cast<std::size_t>(block.line[row])] == info.name)
+                gathering.take(block, row, gathered);
+        if (block.rows > 0) read_to = block.file_line[block.rows - 1];
+    }
+}
+
 }  // namespace
 
 SurveyLine read_survey_line(const SurveyIndex& index, std::size_t line, std::optional<std::size_t> piece,
@@ -108,21 +126,17 @@ SurveyLine read_survey_line(const SurveyIndex& index, std::size_t line, std::opt
                     " pieces, and no piece " + std::to_string(*piece + 1));
     refuse_changed_survey(index.layout.path, index.stamp);
     LineGathering gathering(index);
-    const LineOfRow line_of(index);
-    // Rows before the line are not looked at; so lines count from it here, and are known by their names.
-    SurveyLayout from_line = index.layout;
-    from_line.first_row = std::max(from_line.first_row, info.first_file_line);
-    PacedRows rows(from_line, gathering, pacer);
     GatheredLine gathered;
-    RowBlock block;
-    long read_to = 0;
-    while (read_to < info.last_file_line && rows.next(block)) {
-        for (std::size_t row = 0; row < block.rows; ++row)
-            if (index.split_by_place
-                    ? line_of(block, row) == line
-                    : rows.line_names()[static_cast<std::size_t>(block.line[row])] == info.name)
-                gathering.take(block, row, gathered);
-        if (block.rows > 0) read_to = block.file_line[block.rows - 1];
+    if (info.stretches.empty()) {
+        // Rows before the line are not looked at; so lines count from it here, and are known by their names.
+        SurveyLayout from_line = index.layout;
+        from_line.first_row = std::max(from_line.first_row, info.first_file_line);
+        PacedRows rows(from_line, gathering, pacer);
+        gather_rows(index, line, gathering, rows, gathered);
+    }
+    for (const FileStretch& stretch : info.stretches) {
+        PacedRows rows(index.layout, gathering, pacer, &stretch);
+        gather_rows(index, line, gathering, rows, gathered);
     }
     SurveyLine read = gathering.finish(line, std::move(gathered));
     return piece ? piece_of(std::move(read), info.pieces[*piece]) : read;

@@ -1,9 +1,11 @@
 #include "intake/survey/survey_index.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <utility>
 
+#include "core/digest.h"
 #include "core/failure.h"
 #include "core/paths.h"
 #include "intake/survey/line_pieces.h"
@@ -20,6 +22,16 @@ constexpr std::size_t not_wanted = static_cast<std::size_t>(-1);
 /// The origin of the map stands at whole kilometres: its coordinates are then easy to read in a debugger and
 /// the same whichever station comes first.
 constexpr double origin_step = 1000;
+
+/// 24 MB.
+constexpr std::size_t most_stretches = std::size_t{1} << 20;
+
+/// A word more in a digest; the shift lets high bits count below (after Fowler, Noll and Vo 1991).
+void mix(std::uint64_t& digest, std::uint64_t word) {
+    constexpr std::uint64_t prime = 1099511628211ULL;
+    digest = (digest ^ word) * prime;
+    digest ^= digest >> 32U;
+}
 
 void widen(std::optional<ValueRange>& range, double value) {
     if (!range) {
@@ -59,6 +71,9 @@ class IndexPass {
     std::size_t line_of_row(const RowBlock& block, std::size_t row) const;
     SurveyLineInfo& line_info(std::size_t line);
     void name_lines(const RowReader& reader);
+    void take_place(const RowBlock& block, std::size_t first, std::size_t last, SurveyLineInfo& info);
+    void take_digest(const RowBlock& block, std::size_t row, std::uint64_t& digest) const;
+    void finish_digests();
     void take_shape(std::size_t line, SurveyLineInfo& info, std::size_t most_map_points);
 
     SurveyIndex index_;
@@ -71,6 +86,7 @@ class IndexPass {
     std::vector<MapPoint> points_;
     std::vector<MapPoint> only_track_;
     bool origin_set_ = false;
+    std::size_t stretches_ = 0;
 };
 
 IndexPass::IndexPass(const SurveyLayout& layout, PlaceWay way, std::vector<long> line_ends)
@@ -190,9 +206,11 @@ void IndexPass::take_run(const RowBlock& block, std::size_t first, std::size_t l
     const double* mag = mag_ == not_wanted ? nullptr : block.values[mag_].data();
     const double* grav = grav_ == not_wanted ? nullptr : block.values[grav_].data();
     const double* date = date_ == not_wanted ? nullptr : block.values[date_].data();
+    take_place(block, first, last, info);
     points_.clear();
     for (std::size_t i = first; i < last; ++i) {
         if (std::isnan(east[i]) || std::isnan(north[i])) continue;
+        take_digest(block, i, info.digest);
         if (!origin_set_) {
             index_.origin_east = std::floor(east[i] / origin_step) * origin_step;
             index_.origin_north = std::floor(north[i] / origin_step) * origin_step;
@@ -213,6 +231,33 @@ void IndexPass::take_run(const RowBlock& block, std::size_t first, std::size_t l
     info.stations += stations;
     index_.rows += stations;
     tracks_.add(line, points_);
+}
+
+/// Near stretches are read as one: opening a file again costs more than the rows between them.
+void IndexPass::take_place(const RowBlock& block, std::size_t first, std::size_t last, SurveyLineInfo& info) {
+    constexpr std::int64_t near = 1 << 16;
+    if (block.place.empty() || stretches_ > most_stretches) return;
+    const FileStretch &from = block.place[first], &to = block.place[last - 1];
+    if (!info.stretches.empty() && from.begin - info.stretches.back().end <= near) {
+        info.stretches.back().end = to.end;
+        return;
+    }
+    info.stretches.push_back({from.begin, to.end, from.first_line});
+    if (++stretches_ <= most_stretches) return;
+    for (SurveyLineInfo& line : index_.lines) line.stretches = {};
+}
+
+void IndexPass::take_digest(const RowBlock& block, std::size_t row, std::uint64_t& digest) const {
+    for (std::size_t column = 0; column < columns_.size(); ++column)
+        mix(digest, std::bit_cast<std::uint64_t>(block.values[column][row]));
+}
+
+/// What the numbers of the rows are.
+void IndexPass::finish_digests() {
+    std::uint64_t meaning = digest_of(index_.coordinate_system);
+    for (const std::size_t column : columns_)
+        mix(meaning, static_cast<std::uint64_t>(index_.layout.columns[column].role));
+    for (SurveyLineInfo& line : index_.lines) mix(line.digest, meaning);
 }
 
 std::vector<long> IndexPass::line_ends() {
@@ -240,6 +285,7 @@ void IndexPass::take_shape(std::size_t line, SurveyLineInfo& info, std::size_t m
 
 SurveyIndex IndexPass::finish() {
     index_.coordinate_system = places_.system();
+    finish_digests();
     for (std::size_t line = 0; line < index_.lines.size(); ++line) {
         SurveyLineInfo& info = index_.lines[line];
         const double share =

@@ -1,7 +1,8 @@
 #pragma once
 
-#include <functional>
 #include <cstddef>
+#include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -42,6 +43,12 @@ struct SurveyLineInfo {
         pieces;  ///< where it folds back or bends by more than 20 degrees, or jumps; one for a straight line
     std::vector<MapPoint> track;  ///< thinned so that all lines together stay below some 200 000 points
     long first_file_line = 0, last_file_line = 0;  ///< of its rows, lines of the file from 1
+    /// That hold its rows, perhaps with rows of other lines between them. None where the file can only be
+    /// read from its beginning: it is packed or in UTF-16, or its lines lie in too many stretches.
+    std::vector<FileStretch> stretches;
+    /// Of all that is read of its rows, in their order: places in m and their system, readings, heights,
+    /// times. Where the rows stand in the file, and what other lines are, counts for nothing.
+    std::uint64_t digest = 0;
 };
 
 /// What was found in one pass over a survey file.
@@ -88,7 +95,8 @@ struct SurveyLine {
     bool height_is_clearance = false;
 };
 
-/// Reads one line of an indexed file, or a piece of it. A clearance becomes a height over the terrain, or a
+/// Reads one line of an indexed file, or a piece of it: its own bytes alone where the index knows them, else
+/// all up to its last row. A clearance becomes a height over the terrain, or a
 /// terrain below the height. Raises as `index_survey`, and
 /// Fault where the file is not what it was.
 SurveyLine read_survey_line(const SurveyIndex& index, std::size_t line, std::optional<std::size_t> piece = {},
