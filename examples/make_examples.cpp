@@ -1,8 +1,10 @@
 // Makes the three example surveys: data calculated from a known model, with noise and a regional, and a
-// workspace whose starting model is deliberately off. The same seed gives the same files.
+// workspace whose starting model is deliberately off; and a survey file of several lines for a plan. The same
+// seed gives the same files.
 //
 //   make_examples FOLDER
 
+#include <filesystem>
 #include <iostream>
 #include <string>
 #include <vector>
@@ -123,6 +125,29 @@ void make_survey(const Survey& survey, const std::string& folder, Prompts& promp
     workspace_file::write_model_parameters(0, folder + "/" + survey.name + ".axm", start, prompts);
 }
 
+std::string lines_text(const Survey& line, const Values& values) {
+    std::string text;
+    for (std::size_t i = 0; i < line.readings.size(); ++i) {
+        const Reading& r = line.readings[i];
+        text += line.name + "," + fixed(r.east, 1) + "," + fixed(r.north, 1) + "," + fixed(r.sensor, 2) +
+                "," + fixed(r.ground, 2) + "," + fixed(values.mag[i], 2) + "\n";
+    }
+    return text;
+}
+
+/// One file with all lines of a survey.
+void make_lines(const std::vector<Survey>& lines, const std::string& path, Prompts& prompts) {
+    std::string text = "line,easting,northing,sensor,ground,tmi\n";
+    for (const Survey& line : lines) {
+        const std::string stations = path + "." + line.name;
+        const std::vector<double> level(line.readings.size(), 0.0);
+        write_file_safely(stations, data_text(line, described(line, prompts), {level, level}));
+        text += lines_text(line, observe(line, stations, prompts));
+        std::filesystem::remove(stations);
+    }
+    write_file_safely(path, text);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -133,6 +158,7 @@ int main(int argc, char** argv) {
     try {
         Terminal prompts;
         for (const Survey& survey : surveys()) make_survey(survey, argv[1], prompts);
+        make_lines(dyke_lines(), std::string(argv[1]) + "/" + dyke_lines_file, prompts);
     } catch (const std::exception& failure) {
         std::cerr << failure.what() << '\n';
         return 1;

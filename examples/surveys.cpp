@@ -185,4 +185,45 @@ std::vector<Survey> surveys() {
     return {dyke_swarm(), fault_block(), buried_cable()};
 }
 
+std::vector<Survey> dyke_lines() {
+    constexpr int lines = 6, stations = 81;
+    constexpr double spacing = 20, apart = 200, strike = 9.9;  // m, degrees
+    std::vector<Survey> all;
+    for (int line = 0; line < lines; ++line) {
+        Survey survey;
+        survey.name = std::to_string(1010 + 10 * line);
+        Noise wander(100 + static_cast<unsigned>(line));
+        for (int i = 0; i < stations; ++i) {
+            const double d = spacing * i;
+            const double ground = 298 + 9 * std::sin((d + 120 * line) / 700);
+            survey.readings.push_back(
+                {415600 + d, 7648200 + apart * line + wander(1), ground + 60 + wander(0.5), ground});
+        }
+        survey.seed = 2000 + static_cast<unsigned>(line);
+        survey.mag_noise = 1;
+        survey.mag_regional = [line](double d) { return 51940 + 3 * line + 0.004 * d; };
+        survey.describe = [](Workspace& w) {
+            w.definition.mag_column = 6;
+            w.field.intensity = 51940;
+            w.field.inclination = -53.1F;
+            w.field.declination = 6.7F;
+        };
+        // East by so much from line to line along the strike.
+        const auto east = static_cast<float>(apart * line * std::tan(strike * std::numbers::pi / 180));
+        const auto dyke = [&](const std::string& name, float distance, float top, float dip, float susc) {
+            const BodyEdit square =
+                sheet({name, thin_sheet, distance + east, top, dip, 15, 0, susc, 2.95F, 0});
+            const BodyEdit truth = [square, turn = static_cast<float>(strike)](ModelBody& body) {
+                square(body);
+                body.strike.value = turn;
+            };
+            survey.bodies.push_back({truth, [](ModelBody&) {}});
+        };
+        dyke("West dyke", 420, 262, 75, 52000);
+        dyke("East dyke", 1010, 238, 105, 64000);
+        all.push_back(std::move(survey));
+    }
+    return all;
+}
+
 }  // namespace anomalis::examples

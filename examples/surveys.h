@@ -55,4 +55,8 @@ struct Survey {
 /// All three, in the order in which they are offered.
 std::vector<Survey> surveys();
 
+/// The lines of one survey file, each named as there: two dykes that run through all of them.
+std::vector<Survey> dyke_lines();
+inline constexpr const char* dyke_lines_file = "dyke_lines.csv";
+
 }  // namespace anomalis::examples
