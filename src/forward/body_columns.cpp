@@ -127,9 +127,11 @@ void body_values(const Workspace& workspace, ModelBody& body, int channel, const
 void exact_values_at(const Workspace& workspace, ModelBody& body, int channel, const StationView& stations,
                      BodyBench& memory, std::span<double> values, BodyNotes& notes) {
     if (values.size() != stations.count) throw Fault(FaultKind::subscript);
-    std::ranges::fill(values, 0.0);
-    if (body.turned_off != 1 && stations.count > 0)
-        respond_exactly(workspace, body, channel, stations, memory, values, notes);
+    if (body.turned_off == 1 || stations.count == 0) {
+        std::ranges::fill(values, 0.0);
+        return;
+    }
+    respond_exactly(workspace, body, channel, stations, memory, values, notes);
 }
 
 void body_columns(const Workspace& workspace, ModelBody& body, int channel, const StationRange& range,

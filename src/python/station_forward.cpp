@@ -1,7 +1,10 @@
 #include "python/station_forward.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
+#include <cstdint>
+#include <limits>
 #include <string>
 
 #include "core/angles.h"
@@ -24,10 +27,13 @@ constexpr double metres_of_segment = 1000;
 
 void require_numbers(const StationArrays& stations) {
     const auto check = [](std::span<const double> values, const char* name) {
+        constexpr double most = std::numeric_limits<double>::max();
+        std::uint64_t beyond = 0;
+        for (const double value : values) beyond |= static_cast<std::uint64_t>(!(std::abs(value) <= most));
+        if (beyond == 0) return;
         const auto bad = std::ranges::find_if_not(values, [](double value) { return std::isfinite(value); });
-        if (bad != values.end())
-            throw Fault(std::string("the ") + name + " of station " +
-                        std::to_string(bad - values.begin() + 1) + " is not a number");
+        throw Fault(std::string("the ") + name + " of station " + std::to_string(bad - values.begin() + 1) +
+                    " is not a number");
     };
     check(stations.east, "east coordinate");
     check(stations.north, "north coordinate");
@@ -70,8 +76,11 @@ class StationLine {
         }
         intake::set_line_geometry(line, geometry.stations, geometry);
         distances_.resize(count);
+        // As intake::distance_along, all at once.
         for (std::size_t i = 0; i < count; ++i)
-            distances_[i] = intake::distance_along(geometry, stations.east[at(i)], stations.north[at(i)]);
+            distances_[i] = (stations.east[i] - geometry.origin_east) * geometry.direction_y -
+                            (stations.north[i] - geometry.origin_north) * geometry.direction_x;
+        if (backwards_) std::ranges::reverse(distances_);
         require_advance();
         geometry.station_count = 0;
     }
@@ -143,22 +152,32 @@ class ChannelSum {
 
     std::vector<double> sum(Faults& faults, forward::ExactNotes& notes, Pacer& pacer) {
         const std::size_t count = stations_.east.size(), bodies = request_.bodies.size();
-        std::vector<double> total(count);
         double work = 0;
         for (const ModelBody& body : request_.bodies)
             work += forward::work_of(forward::body_price(body, request_.formulas, stations_many()),
                                      stations_many());
-        const int workers = worker_count(work, bodies);
+        std::vector<double> total(count);
+        if (request_.formulas == Formulas::exact) {
+            const int workers = bodies > 1 ? worker_count(work, count / least_stretch + 1) : 1;
+            if (workers > 1 && add_stretches(workers, total, pacer)) return total;
+            std::ranges::fill(total, 0.0);
+        }
+        const int workers =
+            request_.formulas == Formulas::exact || bodies == 1 ? 1 : worker_count(work, bodies);
         benches_.resize(static_cast<std::size_t>(workers));
         const std::size_t held =
-            std::clamp<std::size_t>(most_held_values / std::max<std::size_t>(count, 1),
-                                    static_cast<std::size_t>(workers), std::max<std::size_t>(bodies, 1));
+            workers == 1 ? 1
+                         : std::clamp<std::size_t>(most_held_values / std::max<std::size_t>(count, 1),
+                                                   static_cast<std::size_t>(workers), bodies);
         for (std::size_t first = 0; first < bodies; first += held)
             add(first, std::min(held, bodies - first), workers, total, faults, notes, pacer);
         return total;
     }
 
   private:
+    /// Stations that are worth a thread of their own.
+    static constexpr std::size_t least_stretch = 512;
+
     std::int64_t stations_many() const { return static_cast<std::int64_t>(stations_.east.size()); }
 
     struct Bench {
@@ -166,6 +185,28 @@ class ChannelSum {
         forward::ExactNotes notes;
     };
 
+    /// All bodies at a stretch of stations for each worker: a station hangs on no other one. False where
+    /// something went wrong, which must be told once and of the whole line.
+    bool add_stretches(int workers, std::vector<double>& total, Pacer& pacer) {
+        const auto many = static_cast<std::size_t>(workers);
+        std::atomic<bool> wrong = false;
+        for_each_piece(many, workers, pacer, [&](PieceWorker& worker, std::size_t i) {
+            PiecePacer own(worker);
+            const std::size_t first = total.size() * i / many, end = total.size() * (i + 1) / many;
+            Bench bench;
+            Faults faults;
+            std::vector<double> values(end - first);
+            for (std::size_t k = 0; k < request_.bodies.size() && !wrong; ++k) {
+                ModelBody body = request_.bodies[k];
+                fill_exactly(body, static_cast<int>(k) + 1, first, values, bench, faults, own);
+                if (!faults.empty() || bench.notes.polygon || bench.notes.steep_top) wrong = true;
+                for (std::size_t at = 0; at < values.size(); ++at) total[first + at] += values[at];
+            }
+        });
+        return !wrong;
+    }
+
+    /// Bodies side by side; they are added in their order.
     void add(std::size_t first, std::size_t many, int workers, std::vector<double>& total, Faults& faults,
              forward::ExactNotes& notes, Pacer& pacer) {
         const std::size_t count = total.size();
@@ -195,15 +236,20 @@ class ChannelSum {
     void fill(std::size_t index, std::span<double> values, Bench& bench, Faults& faults, Pacer& pacer) {
         ModelBody& body = request_.bodies[index];
         const auto number = static_cast<int>(index) + 1;
+        if (request_.formulas == Formulas::exact)
+            return fill_exactly(body, number, 0, values, bench, faults, pacer);
         forward::BodyNotes notes{number, bench.notes, faults, pacer};
-        if (request_.formulas == Formulas::exact) {
-            const forward::StationView view{stations_.east.data(), stations_.north.data(),
-                                            stations_.elevation.data(), stations_.east.size()};
-            return forward::exact_values_at(workspace_, body, channel_, view, bench.memory, values, notes);
-        }
         const forward::StationRange all{1, workspace_.station_count};
         forward::body_values(workspace_, body, channel_, all, bench.memory, values, notes);
         if (backwards_) std::ranges::reverse(values);
+    }
+
+    void fill_exactly(ModelBody& body, int number, std::size_t first, std::span<double> values, Bench& bench,
+                      Faults& faults, Pacer& pacer) const {
+        forward::BodyNotes notes{number, bench.notes, faults, pacer};
+        const forward::StationView view{stations_.east.data() + first, stations_.north.data() + first,
+                                        stations_.elevation.data() + first, values.size()};
+        forward::exact_values_at(workspace_, body, channel_, view, bench.memory, values, notes);
     }
 
     ForwardRequest& request_;
