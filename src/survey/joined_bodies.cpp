@@ -19,6 +19,8 @@ namespace anomalis::survey {
 
 namespace {
 
+/// Degrees; tops whose strike is known worse hardly are one body, or none that a strike helps.
+constexpr double most_strike_error = 30;
 constexpr double half_turn = 180, quarter_turn = 90;
 
 /// Bodies of a family from line to line, with the links between.
@@ -128,15 +130,30 @@ class Joining {
                 {{bodies, chain.bodies.end()}, {links + 1, chain.links.end()}}};
     }
 
+    static Chain without_weaker_end(Chain chain) {
+        if (chain.links.front().gain < chain.links.back().gain) {
+            chain.links.erase(chain.links.begin());
+            chain.bodies.erase(chain.bodies.begin());
+        } else {
+            chain.links.pop_back();
+            chain.bodies.pop_back();
+        }
+        return chain;
+    }
+
     std::optional<JoinedBody> body_of(const Chain& chain) const {
         // Two tops without a third that confirms them stand so by chance more often than others.
         constexpr double least_alone = 1.5;
         if (chain.links.size() == 1 && chain.links[0].gain < least_alone) return std::nullopt;
         const auto fit = strike_of(chain.bodies);
-        if (!fit) return std::nullopt;
+        if (!fit || fit->error > most_strike_error) {
+            if (chain.links.size() < 2) return std::nullopt;
+            return body_of(without_weaker_end(chain));
+        }
         JoinedBody body;
         body.coordinate_system = family_.coordinate_system;
-        body.strike = fit->strike >= half_turn ? fit->strike - half_turn : fit->strike;
+        body.strike = fit->strike - half_turn * std::floor(fit->strike / half_turn);
+        if (body.strike >= half_turn) body.strike = 0;  // a hair below 0 was rounded up
         body.strike_error = fit->error;
         body.birge_ratio = fit->birge_ratio;
         add_members(chain, body);
@@ -241,11 +258,14 @@ class Joining {
         };
         body.depth_below_ground = join([](const BodyResult& b) { return measured(b.depth_below_ground); });
         body.depth_below_sensor = join([](const BodyResult& b) { return measured(b.depth_below_sensor); });
+        body.depth_below_sensor.lower = std::max(body.depth_below_sensor.lower, 0.0);
         body.top_elevation = join([](const BodyResult& b) {
             const Measured depth = measured(b.depth_below_sensor), ground = measured(b.depth_below_ground);
             return Measured{b.top_elevation, std::isfinite(depth.error) ? depth.error : ground.error};
         });
         body.dip = join([&](const BodyResult& b) { return dip_from(b, body.strike); });
+        body.dip.lower = std::max(body.dip.lower, 0.0);
+        body.dip.upper = std::min(body.dip.upper, half_turn);
         body.width = join([](const BodyResult& b) { return measured(b.width); }, MeanOf::logarithms);
         body.susceptibility =
             join([](const BodyResult& b) { return measured(b.susceptibility); }, MeanOf::logarithms);

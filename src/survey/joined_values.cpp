@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 #include <vector>
 
 #include "inversion/student.h"
@@ -57,6 +58,9 @@ JoinedValue joined_value(std::span<const Measured> values, MeanOf mean) {
     }
     if (mean == MeanOf::values) return {value, error, value - half, value + half};
     const double middle = std::exp(value);
+    // Beyond three powers of ten to each side the data leave it open.
+    const double most_half = 3 * std::numbers::ln10;
+    if (half > most_half) return {middle, unknown, unknown, unknown};
     return {middle, middle * error, middle * std::exp(-half), middle * std::exp(half)};
 }
 

@@ -12,8 +12,8 @@ namespace anomalis::survey {
 
 namespace {
 
-/// Without an interval: a place is known to a quarter of the depth, a depth to a fifth, a dip to 15 degrees,
-/// a strength to a factor of two. About what the intervals of single lines come to (docs/coverage.md).
+/// A place is known to a quarter of depth and width; without an interval a depth is to a fifth, a dip to 15
+/// degrees, a strength to a factor of two.
 constexpr double usual_place_error = 0.25, usual_depth_error = 0.2, usual_dip_error = 15;
 constexpr double least_place_error = 1;  // m
 
@@ -74,12 +74,15 @@ Measured log_strength(const BodyResult& body) {
     return {sum.value + width.value, std::fmin(sum.error, width.error)};
 }
 
+/// The interval is that of the reference point at the edge of the top, which moves with the width where the
+/// data hardly tell that: the middle of the top is under the anomaly all the same.
 double place_error(const BodyResult& body) {
-    const Measured place = measured(body.distance);
     const double depth = std::isfinite(body.depth_below_sensor.value) ? body.depth_below_sensor.value
                                                                       : body.depth_below_ground.value;
-    const double usual = std::isfinite(depth) ? usual_place_error * std::abs(depth) : least_place_error;
-    return std::max(least_place_error, std::isfinite(place.error) ? place.error : usual);
+    const double width = std::isfinite(body.width.value) ? body.width.value : 0;
+    const double most = usual_place_error * (std::abs(depth) + std::abs(width));
+    const double error = std::fmin(measured(body.distance).error, most);
+    return std::fmax(least_place_error, error);
 }
 
 void add_usual_errors(LaidBody& body) {

@@ -200,6 +200,28 @@ TEST(JoinedBodies, ASharpBendMakesTwo) {
     EXPECT_NEAR(strikes[1], 50, 1);
 }
 
+TEST(JoinedBodies, WideIntervalsOfAnEdgeStillTellWhereTheMiddleOfTheTopIs) {
+    SurveyResults results = example_results();
+    for (LineResult& line : results.lines)
+        for (BodyResult& body : line.bodies) {
+            body.distance.lower -= 5000;
+            body.distance.upper += 5000;
+        }
+    const std::vector<JoinedBody> joined = join_bodies(results);
+    ASSERT_EQ(joined.size(), 2U);
+    EXPECT_NEAR(joined[0].strike, 10, 0.1);
+    EXPECT_LT(joined[0].strike_error, 1.5);
+}
+
+TEST(JoinedBodies, AStrikeIsFromNorthToBelowSouthAndKnownToThirtyDegrees) {
+    for (unsigned seed = 301; seed < 304; ++seed)
+        for (const JoinedBody& body : join_bodies(dyke_survey(seed, {.azimuth = 92, .errors = 3}).results)) {
+            EXPECT_GE(body.strike, 0);
+            EXPECT_LT(body.strike, 180);
+            EXPECT_LE(body.strike_error, 30);
+        }
+}
+
 TEST(JoinedBodies, TieLinesJoinNothingOfTheOthers) {
     SurveyResults results = example_results();
     const std::size_t before = join_bodies(results).size();
@@ -257,7 +279,8 @@ TEST(JoinedValue, WeighsByErrorsAndGrowsWithTheScatter) {
     EXPECT_DOUBLE_EQ(joined_value(bare).error, 2);
     EXPECT_NEAR(joined_value(bare).upper, 12 + 6.314 * 2, 0.01) << "Student's t of one degree of freedom";
     EXPECT_DOUBLE_EQ(joined_value(half).value, 12);
-    const std::vector<Measured> factors{{10, 1}, {1000, 100}};
+    const std::vector<Measured> factors{{10, 1}, {1000, 100}}, open{{10, 100}};
+    EXPECT_TRUE(std::isnan(joined_value(open, MeanOf::logarithms).upper)) << "the data leave it open";
     EXPECT_NEAR(joined_value(factors, MeanOf::logarithms).value, 100, 1e-9);
 }
 
