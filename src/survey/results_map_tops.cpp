@@ -40,18 +40,35 @@ DepthDoubt doubt_of(const IntervalValue& depth) {
                                   : DepthDoubt::large;
 }
 
-std::optional<std::array<chart::Point, 2>> place_interval(const BodyResult& body) {
-    const double back = body.distance.lower - body.distance.value;
-    const double ahead = body.distance.upper - body.distance.value;
-    if (!std::isfinite(back) || !std::isfinite(ahead) || !std::isfinite(body.profile_azimuth)) return {};
-    const double azimuth = body.profile_azimuth * radians_per_degree;
-    const auto at = [&](double along) {
-        return chart::Point{body.east + along * std::sin(azimuth), body.north + along * std::cos(azimuth)};
-    };
-    return std::array{at(back), at(ahead)};
+/// Of a line, from a place along a direction (m): what of it lies between its ends.
+struct Reach {
+    double back = 0, ahead = 0;
+};
+Reach reach_of_track(const std::vector<TrackPoint>& track, chart::Point from, chart::Point direction) {
+    Reach reach;
+    for (const TrackPoint& point : track) {
+        const double along = (point.east - from.x) * direction.x + (point.north - from.y) * direction.y;
+        reach.back = std::min(reach.back, along);
+        reach.ahead = std::max(reach.ahead, along);
+    }
+    return reach;
 }
 
-MapTop map_top(const BodyResult& body, MapAmount amount) {
+/// Cut at the ends of the line: beyond them nobody has looked.
+std::optional<std::array<chart::Point, 2>> place_interval(const BodyResult& body, const LineResult& line) {
+    const double lower = body.distance.lower - body.distance.value;
+    const double upper = body.distance.upper - body.distance.value;
+    if (!std::isfinite(lower) || !std::isfinite(upper) || !std::isfinite(body.profile_azimuth)) return {};
+    const double azimuth = body.profile_azimuth * radians_per_degree;
+    const chart::Point direction{std::sin(azimuth), std::cos(azimuth)};
+    const Reach reach = reach_of_track(line.track, {body.east, body.north}, direction);
+    const auto at = [&](double along) {
+        return chart::Point{body.east + along * direction.x, body.north + along * direction.y};
+    };
+    return std::array{at(std::max(lower, reach.back)), at(std::min(upper, reach.ahead))};
+}
+
+MapTop map_top(const BodyResult& body, const LineResult& line, MapAmount amount) {
     MapTop top;
     top.place = {body.east, body.north};
     top.below_sensor = !std::isfinite(body.depth_below_ground.value);
@@ -60,7 +77,7 @@ MapTop map_top(const BodyResult& body, MapAmount amount) {
     top.doubt = doubt_of(depth);
     top.amount =
         std::abs(amount == MapAmount::density ? body.density_contrast.value : body.susceptibility.value);
-    top.interval = place_interval(body);
+    top.interval = place_interval(body, line);
     return top;
 }
 
@@ -128,7 +145,7 @@ MapTops map_tops(const SurveyResults& results) {
                 ++map.without_place;
                 continue;
             }
-            MapTop top = map_top(line.bodies[b], map.amount);
+            MapTop top = map_top(line.bodies[b], line, map.amount);
             top.line = i;
             top.body = b;
             extent.take(top.place);

@@ -25,7 +25,7 @@ struct MapTop {
     bool below_sensor = false;
     DepthDoubt doubt = DepthDoubt::large;
     double amount = unknown;  ///< magnitude of susceptibility or density contrast, see `MapTops::amount`
-    /// The 90 % interval of its place along the profile.
+    /// The 90 % interval of its place along the profile, as far as the line goes.
     std::optional<std::array<chart::Point, 2>> interval;
 };
 

@@ -107,6 +107,18 @@ TEST(ResultsMapTops, a_top_says_where_how_deep_and_how_sure) {
     EXPECT_NEAR((*top.interval)[1].y, body.north, 1e-4);
 }
 
+TEST(ResultsMapTops, an_interval_of_a_place_ends_where_the_line_ends) {
+    SurveyResults results = example_results(2);
+    BodyResult& body = results.lines[0].bodies[0];
+    body.distance = {1000, -20000, 30000};
+    const MapTop top = map_tops(results).tops.front();
+    ASSERT_TRUE(top.interval);
+    EXPECT_NEAR((*top.interval)[0].x, 450000, 1e-3);
+    EXPECT_NEAR((*top.interval)[1].x, 454000, 1e-3);
+    body.distance = {1000, unknown, 1100};
+    EXPECT_FALSE(map_tops(results).tops.front().interval);
+}
+
 TEST(ResultsMapTops, a_depth_without_an_interval_is_in_large_doubt) {
     SurveyResults results = example_results(3);
     results.lines[0].bodies[0].depth_below_ground = {40, 20, 52};
