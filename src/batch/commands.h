@@ -7,6 +7,7 @@
 #include "batch/option_values.h"
 #include "batch/picture_writer.h"
 #include "batch/survey_options.h"
+#include "chart/drawing_types.h"
 #include "field/main_field.h"
 
 // One procedure a command. Each returns true when it did its work; what it could not do it has shown.
@@ -139,7 +140,8 @@ struct NewOptions {
 
 struct MapOptions {
     SurveyOptions survey;
-    std::string line;  ///< "" for none
+    std::string line;                 ///< "" for none
+    std::optional<chart::Rect> area;  ///< of the map of results, m
     MapRequest picture;
 };
 

@@ -57,10 +57,13 @@ int draw_results(const MapOptions& options, BatchSession& batch, PictureWriter& 
     const survey::SurveyResults results = survey::read_survey_results(results_folder(options.survey.file));
     MapRequest picture = options.picture;
     if (!options.line.empty()) picture.line = result_of_name(results, options.line);
-    return pictures.write_results_map(batch.prompts, results, marks_of(results), picture);
+    survey::ResultsMapMarks marks = marks_of(results);
+    marks.area = options.area;
+    return pictures.write_results_map(batch.prompts, results, marks, picture);
 }
 
 int draw_survey(const MapOptions& options, BatchSession& batch, PictureWriter& pictures) {
+    if (options.area) throw Fault("--area is for the results of a survey");
     const intake::SurveyIndex index = survey_index(options.survey);
     tell_survey(index, batch);
     MapRequest picture = options.picture;

@@ -103,6 +103,27 @@ double squared_distance(chart::Point at, chart::Point a, chart::Point b) {
     return e * e + n * n;
 }
 
+/// By Liang and Barsky (1984), at one end.
+std::optional<chart::Point> entry_into(const chart::Rect& view, chart::Point from, chart::Point to) {
+    double first = 0, last = 1;
+    const auto cut = [&](double start, double step, double low, double high) {
+        if (step == 0) {
+            if (start < low || start > high) last = -1;
+            return;
+        }
+        const double a = (low - start) / step, b = (high - start) / step;
+        first = std::max(first, std::min(a, b));
+        last = std::min(last, std::max(a, b));
+    };
+    cut(from.x, to.x - from.x, view.x_low, view.x_high);
+    cut(from.y, to.y - from.y, view.y_low, view.y_high);
+    if (first > last) return std::nullopt;
+    if (first == 0) return from;
+    const chart::Point at{from.x + first * (to.x - from.x), from.y + first * (to.y - from.y)};
+    // Rounding must not put it beside the view.
+    return chart::Point{std::clamp(at.x, view.x_low, view.x_high), std::clamp(at.y, view.y_low, view.y_high)};
+}
+
 bool MapNames::full() const {
     return taken_.size() >= most_names;
 }
@@ -119,7 +140,7 @@ bool MapNames::place(const std::string& name, chart::Point begin_m, chart::Point
         corner.y = dy >= 0 ? begin.y - name_gap - height : begin.y + name_gap;
     chart::Rect box{corner.x, corner.x + width, corner.y, corner.y + height};
     const chart::Rect plot = map_.PlotRect();
-    if (!plot.contains(begin)) return false;
+    if (!plot.contains(begin, 1)) return false;
     // At an edge of the plot it moves in beside the line.
     const double right =
         std::max(plot.x_low + name_gap - box.x_low, 0.0) - std::max(box.x_high - plot.x_high + name_gap, 0.0);

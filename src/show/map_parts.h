@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -33,6 +34,9 @@ double track_spacing(const chart::AX_Grapher& map, const chart::Rect& extent, do
 void draw_chosen_track(chart::AX_Grapher& map, std::span<const chart::Point> track);
 /// From a place to the piece of a track between a and b, squared.
 double squared_distance(chart::Point at, chart::Point a, chart::Point b);
+
+/// Where a straight piece from `from` to `to` first is within a view; none where it passes by.
+std::optional<chart::Point> entry_into(const chart::Rect& view, chart::Point from, chart::Point to);
 
 /// Names beside the beginnings of lines, where there is room.
 class MapNames {

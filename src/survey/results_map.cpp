@@ -103,8 +103,9 @@ void ResultsMap::show(const SurveyResults* results, ResultsMapMarks marks, bool 
 /// Names stand beside the lines, not on them, where the map is wide enough for both.
 void ResultsMap::frame() {
     constexpr double most_of_plot = 0.25, gaps = 12 * map_pixel;
-    chart::Rect extent = tops_.extent;
+    chart::Rect extent = marks_.area.value_or(tops_.extent);
     show::frame_map(map_, extent);
+    if (marks_.area) return;
     double widest = 0;
     for (const std::size_t i : tops_.lines) widest = std::max(widest, map_.TextWidth(name_of(i)));
     const double room = std::min(widest + gaps, most_of_plot * map_.PlotRect().width());
@@ -280,9 +281,15 @@ std::string ResultsMap::name_of(std::size_t line) const {
 
 void ResultsMap::record_name(std::size_t line, show::MapNames& names) {
     const LineResult& own = results_->lines[line];
-    const std::size_t ahead = std::min<std::size_t>(own.track.size() - 1, 1);
-    if (names.place(name_of(line), track_place(own.track.front()), track_place(own.track[ahead])))
-        named_.push_back(line);
+    const chart::Rect view = map_.ViewLimits();
+    for (std::size_t p = 0; p < own.track.size(); ++p) {
+        const chart::Point from = track_place(own.track[p]);
+        const chart::Point to = track_place(own.track[std::min(p + 1, own.track.size() - 1)]);
+        const std::optional<chart::Point> entry = show::entry_into(view, from, to);
+        if (!entry) continue;
+        if (names.place(name_of(line), *entry, to)) named_.push_back(line);
+        return;
+    }
 }
 
 std::optional<ResultsMap::Hit> ResultsMap::hit(chart::Point surface) const {

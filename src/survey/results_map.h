@@ -32,6 +32,7 @@ std::vector<StrikeTrace> strike_traces(const std::vector<JoinedBody>& joined);
 /// What stands on the map beside the results themselves.
 struct ResultsMapMarks {
     std::vector<StrikeTrace> strikes = {};  ///< those of another system than the map's are left out
+    std::optional<chart::Rect> area = {};   ///< m, of what is to be seen at least; none: all
     std::vector<LineFlag> flags = {};       ///< one a line of the results; those that are not there have none
 };
 

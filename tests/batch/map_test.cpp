@@ -27,6 +27,7 @@ class MapWriter : public PictureWriter {
         lines = results.lines.size();
         flags = marks.flags;
         joined = marks.strikes.size();
+        area = marks.area;
         asked = request;
         return answer;
     }
@@ -34,6 +35,7 @@ class MapWriter : public PictureWriter {
     int answer = 0, maps = 0, results_maps = 0;
     std::size_t lines = 0, joined = 0;
     std::vector<survey::LineFlag> flags;
+    std::optional<chart::Rect> area;
     std::string system;
     MapRequest asked;
 };
@@ -110,6 +112,16 @@ TEST(Map, of_a_results_folder_the_writer_gets_the_results) {
     EXPECT_EQ(survey.writer.asked.line, 3U);
     EXPECT_EQ(survey.writer.asked.width, 900);
     for (const survey::LineFlag flag : survey.writer.flags) EXPECT_EQ(flag, survey::LineFlag::none);
+}
+
+TEST(Map, a_part_of_the_results_can_be_asked_for) {
+    ResultsFolder survey;
+    EXPECT_EQ(survey.map({"--area", "450000,451000,7550000,7552000"}).status, 0);
+    EXPECT_EQ(survey.writer.area, (chart::Rect{450000, 451000, 7550000, 7552000}));
+    for (const char* wrong : {"1,2,3", "1,2,3,4,5", "2,1,3,4", "a,2,3,4", "", "1,2,3,nan"})
+        EXPECT_EQ(survey.map({"--area", wrong}).status, 2) << wrong;
+    const SurveyFolder file;
+    EXPECT_EQ(batch({"map", file.file, "-o", "a.png", "--area", "1,2,3,4"}, &survey.writer).status, 1);
 }
 
 TEST(Map, flags_of_a_results_folder_are_marked) {

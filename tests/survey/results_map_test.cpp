@@ -110,6 +110,17 @@ TEST(ResultsMap, lines_are_thin_and_grey_and_failed_ones_are_named) {
     EXPECT_TRUE(sample.says("line that failed"));
 }
 
+TEST(ResultsMap, of_a_part_lines_are_named_where_they_come_in) {
+    MapSample sample;
+    const SurveyResults results = example_results();
+    sample.show(results, {.area = chart::Rect{452000, 453000, 7550300, 7550900}});
+    const chart::Rect shown = sample.map.ViewLimits();
+    EXPECT_TRUE(shown.contains({452000, 7550300}) && shown.contains({453000, 7550900}));
+    EXPECT_LT(shown.width(), 2500);
+    EXPECT_TRUE(sample.map_device.find_text("L1020"));
+    EXPECT_FALSE(sample.map_device.find_text("L1110 failed"));
+}
+
 TEST(ResultsMap, without_a_failed_line_the_key_speaks_of_none) {
     MapSample sample;
     SurveyResults results = example_results(3);
