@@ -23,6 +23,7 @@ void SurveyDesk::open(const std::string& path) {
     steps_.clear();
     undone_at_ = 0;
     chosen_.clear();
+    wanted_.clear();
     look_at_flags();
     rebuild();
 }
@@ -35,6 +36,7 @@ void SurveyDesk::close() {
     steps_.clear();
     undone_at_ = 0;
     chosen_.clear();
+    wanted_.clear();
     rebuild();
 }
 
@@ -121,6 +123,7 @@ void SurveyDesk::rebuild() {
 
 /// Whoever flags a line that a filter then leaves out goes on with the next one.
 void SurveyDesk::settle_choice(const std::vector<DeskRow>& before) {
+    if (shown_at_.contains(wanted_)) chosen_ = wanted_;
     if (chosen_.empty() || shown_at_.contains(chosen_)) return;
     const auto was = std::ranges::find(before, chosen_, &DeskRow::line);
     const auto is_shown = [this](const DeskRow& row) { return shown_at_.contains(row.line); };
@@ -141,7 +144,7 @@ std::optional<std::size_t> SurveyDesk::chosen_row() const {
 
 bool SurveyDesk::choose(const std::string& line) {
     if (!line.empty() && !shown_at_.contains(line)) return false;
-    chosen_ = line;
+    wanted_ = chosen_ = line;
     return true;
 }
 
@@ -151,7 +154,7 @@ bool SurveyDesk::step(int by) {
     const std::ptrdiff_t first = by > 0 ? 0 : last;
     const std::ptrdiff_t to = row ? static_cast<std::ptrdiff_t>(*row) + by : first;
     if (to < 0 || to > last) return false;
-    chosen_ = shown_[static_cast<std::size_t>(to)].line;
+    wanted_ = chosen_ = shown_[static_cast<std::size_t>(to)].line;
     return true;
 }
 
@@ -176,6 +179,7 @@ void SurveyDesk::set_mark(const std::string& line, LineMark wanted) {
     if (steps_.size() > most_steps) steps_.erase(steps_.begin());
     undone_at_ = steps_.size();
     rebuild();
+    wanted_ = chosen_;
 }
 
 std::string SurveyDesk::apply(const FlagStep& step, const LineMark& from, const LineMark& to) {

@@ -51,7 +51,7 @@ class SurveyDesk {
     // -- The chosen line.
 
     /// "" for none. It stays the chosen one while it is shown; when it no longer is, the one behind it that
-    /// is.
+    /// is, until it is shown again.
     const std::string& chosen() const { return chosen_; }
     /// Where it stands, of the rows on show.
     std::optional<std::size_t> chosen_row() const;
@@ -94,6 +94,7 @@ class SurveyDesk {
     bool ascending_ = true;
     RowFilter filter_;
     std::string chosen_;
+    std::string wanted_;  ///< by the person, last; a filter may hide it for a while
     std::vector<FlagStep> steps_;
     std::size_t undone_at_ = 0;
     std::size_t change_ = 0;

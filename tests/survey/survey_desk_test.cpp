@@ -293,6 +293,17 @@ TEST_F(DeskTest, AFlagThatTakesTheLineOutOfTheFilterGoesOnWithTheNext) {
     EXPECT_EQ(desk.chosen(), "L1020");
     desk.filter({.text = "nothing has this"});
     EXPECT_EQ(desk.chosen(), "");
+    desk.filter({});
+    EXPECT_EQ(desk.chosen(), "L1020");
+}
+
+TEST_F(DeskTest, AFilterHidesTheChosenLineForAWhile) {
+    open();
+    desk.choose("L1010");
+    desk.filter({.text = "L102"});
+    EXPECT_EQ(desk.chosen(), "L1020");
+    desk.filter({.text = "L10"});
+    EXPECT_EQ(desk.chosen(), "L1010");
 }
 
 TEST_F(DeskTest, FlagsAreTakenBackAndGivenAgain) {

@@ -37,13 +37,15 @@ QObject* make_preferences_test();
 QObject* make_save_controller_test();
 QObject* make_sharp_test();
 QObject* make_status_panels_test();
+QObject* make_survey_page_test();
 QObject* make_uncertainty_test();
 QObject* make_view_controller_test();
 QObject* make_watch_controller_test();
 QObject* make_wrong_boxes_test();
 
 /// Keeps pictures of both tabs, the plan and a search for bodies of each workspace named (split by ":") in a
-/// folder, at two sizes, and of a survey file its import: for people to look at, and for the guide.
+/// folder, at three sizes, of a survey file its import, of a folder of results its page: for people to look
+/// at, and for the guide.
 void keep_pictures(const QString& folder, const QString& workspaces);
 
 }  // namespace anomalis::window

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <filesystem>
 #include <functional>
 
 #include <QApplication>
@@ -19,6 +20,7 @@
 #include "window/panels/charts_panel.h"
 #include "window/shell/look.h"
 #include "window/shell/screenshot.h"
+#include "window/survey/survey_controller.h"
 #include "window/widgets/sketch_tip.h"
 
 namespace anomalis::window {
@@ -197,6 +199,34 @@ void keep_import(const QString& folder, const QString& path, QSize size) {
     sample.form->grab().save(start + "_imported" + end);
 }
 
+/// The results of a survey on their page, with flags, a filter, and light and dark.
+void keep_results(const QString& folder, const QString& path, QSize size) {
+    const QString start = folder + "/" + QFileInfo(path).completeBaseName() + "_survey";
+    const QString end = "_" + QString::number(size.width()) + ".png";
+    const QPalette before = QApplication::palette();
+    for (const bool dark : {false, true}) {
+        QApplication::setPalette(look_palette(dark));
+        const TempFolder copy;  // its flags are none of the folder's
+        std::filesystem::copy(path.toStdString(), copy.path("results"),
+                              std::filesystem::copy_options::recursive);
+        FormSample sample;
+        sample.prompts.on_yield = [] { QCoreApplication::processEvents(); };
+        sample.form->resize(size);
+        sample.form->open_file(copy.path("results"));
+        QTest::qWait(settle);
+        survey::SurveyDesk& desk = sample.form->survey().desk();
+        auto& list = sample.find<QWidget>("Table_survey_lines");
+        for (const Qt::Key key : {Qt::Key_A, Qt::Key_Down, Qt::Key_L, Qt::Key_Down, Qt::Key_R, Qt::Key_Down})
+            QTest::keyClick(&list, key);
+        desk.set_note(desk.rows()[1].line, "Two sheets, or one that is wider?");
+        QTest::keyClick(&list, Qt::Key_Up);
+        QTest::keyClick(&list, Qt::Key_Up);
+        QTest::qWait(settle);
+        sample.form->grab().save(start + (dark ? "_dark" : "") + end);
+    }
+    QApplication::setPalette(before);
+}
+
 }  // namespace
 
 void keep_pictures(const QString& folder, const QString& workspaces) {
@@ -215,6 +245,10 @@ void keep_pictures(const QString& folder, const QString& workspaces) {
         start.choose_tab(1);
         keep(start, folder, "start_model" + suffix);
         for (const QString& path : paths) {
+            if (QFileInfo(path).isDir()) {
+                keep_results(folder, path, size);
+                continue;
+            }
             if (!path.endsWith(".axm")) {
                 keep_import(folder, path, size);
                 continue;

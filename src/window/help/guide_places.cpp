@@ -16,6 +16,8 @@ constexpr std::array places{
     GuidePlace{"Command_define_observed_transform", "Coordinate transform"},
     GuidePlace{"Form_find_file", "When something is wrong"},
     GuidePlace{"Form_import", "A survey of many lines"},
+    GuidePlace{"Form_survey", "The survey page"},
+    GuidePlace{"vsgraph_results", "The survey page"},
     GuidePlace{"Form_field", "Place, date and the earth's field"},
     GuidePlace{"Frame_field", "Place, date and the earth's field"},
     GuidePlace{"Form_fit", "Noise, and what the errors are"},
@@ -63,8 +65,15 @@ constexpr std::array explanations{
                 "Observed and calculated values over the distance along the line, m. The wheel zooms, a drag "
                 "with the right button pans, a double click shows everything again"},
     Explanation{"vsgraph_survey", "The lines of the survey on the map. A click chooses one, the wheel zooms"},
+    Explanation{"vsgraph_results_key", "What the signs of the map mean: depth, size, intervals, flags"},
+    Explanation{"vsgraph_results",
+                "The lines of the survey with the tops of the bodies. A click chooses a line, a double click "
+                "opens it, the wheel zooms"},
     Explanation{"vsgraph_", "A chart: the wheel zooms, a double click shows everything again"},
-    Explanation{"Tab_model", "The pages of the window: the data and how they are processed, and the model"},
+    Explanation{"Tab_model",
+                "The pages of the window: the data and how they are processed, the model, and the survey "
+                "whose results "
+                "are open"},
     Explanation{"Image_splitter", "The bar between two charts: a drag gives one of them more room"},
     Explanation{"StatusBar",
                 "What was done last, where the pointer is, and how well the model explains the line"},

@@ -48,6 +48,7 @@
 #include "window/shell/view_controller.h"
 #include "window/shell/watch_controller.h"
 #include "window/shell/window_place.h"
+#include "window/survey/survey_controller.h"
 #include "window/widgets/entry_box.h"
 
 namespace anomalis::window {
@@ -152,6 +153,10 @@ void Form_anomalis::make_controllers(const std::vector<flow::ExampleFile>& examp
     find_ = new FindController({*this, definitions_page_->definitions(), *model_page_, *charts_, *status_},
                                workbench_, *actions_, gate_, guards_, news_, *pages_);
     import_ = new ImportController(*this, workbench_, *actions_, gate_, *open_, *status_);
+    survey_ = new SurveyController(*tabs_, workbench_, *actions_, gate_, *open_, *status_);
+    gate_.add_editor([this] { survey_->settle(); });
+    open_->set_results(&SurveyController::is_results,
+                       [this](const std::string& path) { survey_->open_folder(path); });
     open_->set_import([this](const std::string& path) { import_->import_file(path); });
 }
 
@@ -201,6 +206,7 @@ void Form_anomalis::follow(WhatChanged what) {
     fit_->follow(what);
     uncertainty_->follow(what);
     find_->follow(what);
+    survey_->follow(what);
     open_->follow(what);
     save_->follow();
     if (what & News::file) watch_->follow();

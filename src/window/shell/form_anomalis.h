@@ -38,6 +38,7 @@ class PreferencesController;
 class RecoveryController;
 class SaveController;
 class StatusPanels;
+class SurveyController;
 class UncertaintyController;
 class WatchController;
 class WindowPlacer;
@@ -52,7 +53,8 @@ class Form_anomalis : public QMainWindow, public chart::ChartDialogsHost {
     Form_anomalis(Session& session, const std::vector<flow::ExampleFile>& examples);
     ~Form_anomalis() override;
 
-    /// Reads a workspace file and shows it; a file of another kind goes to the import.
+    /// Reads a workspace file and shows it; results of a survey go to their page, a file of another kind to
+    /// the import.
     void open_file(const std::string& path);
     /// Reads a workspace, loads its data and shows the model.
     void open_example(const std::string& path);
@@ -73,6 +75,7 @@ class Form_anomalis : public QMainWindow, public chart::ChartDialogsHost {
     PreferencesController& preferences() { return *preferences_; }
     RecoveryController& recovery() { return *recovery_; }
     ImportController& import() { return *import_; }
+    SurveyController& survey() { return *survey_; }
     CalculationWatch& calculation() { return *calculation_; }
 
   protected:
@@ -120,6 +123,7 @@ class Form_anomalis : public QMainWindow, public chart::ChartDialogsHost {
     UncertaintyController* uncertainty_ = nullptr;
     FindController* find_ = nullptr;
     ImportController* import_ = nullptr;
+    SurveyController* survey_ = nullptr;
 };
 
 }  // namespace anomalis::window

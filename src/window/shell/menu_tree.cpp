@@ -26,6 +26,9 @@ constexpr std::array items{
     entry(ActionId::import_survey),
     entry(ActionId::next_line),
     entry(ActionId::previous_line),
+    entry(ActionId::open_results),
+    entry(ActionId::next_result),
+    entry(ActionId::previous_result),
     entry(ActionId::save_as),
     separator("menu_open_model_2"),
     entry(ActionId::read_bodies),
@@ -79,6 +82,7 @@ constexpr std::array items{
     entry(ActionId::show_plan),
     close,
     entry(ActionId::survey_map),
+    entry(ActionId::survey_results),
     close,
 
     open("menu_bodies", "&Bodies", When::line),

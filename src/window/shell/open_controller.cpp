@@ -56,6 +56,7 @@ void OpenController::open_with_dialog(flow::ReadMode mode) {
 
 void OpenController::open_file(const std::string& path) {
     if (!gate_.pass()) return;
+    if (are_results_(path)) return show_results_(path);
     if (!is_workspace_file(path)) return import_(path);
     show_and_load(flow::open_model_file(workbench_, flow::ReadMode::everything, path),
                   flow::ReadMode::everything);

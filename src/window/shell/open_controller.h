@@ -31,8 +31,15 @@ class OpenController : public QObject {
                    ModelNews& news, LineController& line, PageController& pages, StatusPanels& status,
                    const std::vector<flow::ExampleFile>& examples);
 
-    /// Reads a workspace file, loads its data and shows the model; a file of another kind goes to the import.
+    /// Reads a workspace file, loads its data and shows the model; results of a survey go to their page, a
+    /// file of another kind to the import.
     void open_file(const std::string& path);
+    /// Shows the results of a survey; `is_meant` tells which paths are a folder of them.
+    void set_results(std::function<bool(const std::string& path)> is_meant,
+                     std::function<void(const std::string& path)> show) {
+        are_results_ = std::move(is_meant);
+        show_results_ = std::move(show);
+    }
     void set_import(std::function<void(const std::string& path)> import) { import_ = std::move(import); }
     /// The same with a copy that has no file yet.
     void open_example(const std::string& path);
@@ -58,7 +65,8 @@ class OpenController : public QObject {
     LineController& line_;
     PageController& pages_;
     StatusPanels& status_;
-    std::function<void(const std::string&)> import_;
+    std::function<void(const std::string&)> import_, show_results_;
+    std::function<bool(const std::string&)> are_results_;
 };
 
 }  // namespace anomalis::window

@@ -74,29 +74,6 @@ QString whole_phrases(QString text, const QFontMetrics& metrics, double width) {
     return text;
 }
 
-/// The ground is the chart's paper, below the line as above it; bodies have their own colours.
-void paint_section(QPainter& painter, const QRectF& picture, const show::SectionThumbnail& section,
-                   const QPalette& palette) {
-    painter.save();
-    painter.setClipRect(picture);
-    const std::optional<chart::ScreenPalette> dark = chart::screen_palette(palette);
-    painter.fillRect(picture, ink(dark, Qt::white));
-    QColor outline = ink(dark, Qt::black);
-    outline.setAlpha(outline_opacity);
-    for (const show::SectionThumbnail::Shape& shape : section.shapes) {
-        const QColor fill = shown_colour(shape.fill);
-        painter.setPen(outline);
-        painter.setBrush(fill);
-        painter.drawPolygon(polygon_on(picture, shape.outline));
-    }
-    painter.setPen(QPen(ink(dark, ground_brown), 1));
-    painter.drawPolyline(polygon_on(picture, section.ground));
-    painter.restore();
-    painter.setPen(palette.color(QPalette::Midlight));
-    painter.setBrush(Qt::NoBrush);
-    painter.drawRect(picture);
-}
-
 class CardDelegate : public QStyledItemDelegate {
   public:
     explicit CardDelegate(ModelCards& cards) : QStyledItemDelegate(&cards), cards_(cards) {}
@@ -152,6 +129,28 @@ class CardDelegate : public QStyledItemDelegate {
 };
 
 }  // namespace
+
+void paint_section(QPainter& painter, const QRectF& picture, const show::SectionThumbnail& section,
+                   const QPalette& palette) {
+    painter.save();
+    painter.setClipRect(picture);
+    const std::optional<chart::ScreenPalette> dark = chart::screen_palette(palette);
+    painter.fillRect(picture, ink(dark, Qt::white));
+    QColor outline = ink(dark, Qt::black);
+    outline.setAlpha(outline_opacity);
+    for (const show::SectionThumbnail::Shape& shape : section.shapes) {
+        const QColor fill = shown_colour(shape.fill);
+        painter.setPen(outline);
+        painter.setBrush(fill);
+        painter.drawPolygon(polygon_on(picture, shape.outline));
+    }
+    painter.setPen(QPen(ink(dark, ground_brown), 1));
+    painter.drawPolyline(polygon_on(picture, section.ground));
+    painter.restore();
+    painter.setPen(palette.color(QPalette::Midlight));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRect(picture);
+}
 
 ModelCards::ModelCards(QWidget* parent) : QListWidget(parent) {
     setObjectName("List_found");

@@ -6,7 +6,14 @@
 
 #include "show/section_thumbnail.h"
 
+class QPainter;
+
 namespace anomalis::window {
+
+/// Paints a section at a glance. The ground is the chart's paper, below the line as above it; bodies have
+/// their own colours.
+void paint_section(QPainter& painter, const QRectF& picture, const show::SectionThumbnail& section,
+                   const QPalette& palette);
 
 /// A model that is proposed: its section at a glance and what there is to say of it.
 struct ModelCard {
