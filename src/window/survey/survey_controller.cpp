@@ -195,6 +195,7 @@ void SurveyController::open_line() {
 
 /// From line to line in the workbench; those that have no model are passed over.
 void SurveyController::open_neighbour(int by) {
+    if (!desk_.is_open() || !gate_.pass()) return;
     page_->settle();
     const std::string before = desk_.chosen();
     bool found = false;

@@ -178,6 +178,7 @@ void SurveyPage::show_survey() {
     on_map_ = 0;
     strikes_.clear();
     all_read_ = false;
+    map_->show_results(nullptr, {}, false);  // it stands on results that are gone
     map_->choose({});
     show_rows();
 }
@@ -197,7 +198,8 @@ void SurveyPage::show_map() {
     const bool changed = on_map_ != desk_.watch().change();
     if (changed && desk_.watch().lines_to_read() == 0)
         strikes_ = survey::strike_traces(survey::join_bodies(desk_.results()));
-    if (changed || flags != flags_) map_->show_results(&desk_.results(), {strikes_, flags}, all_read_);
+    if (changed || flags != flags_)
+        map_->show_results(&desk_.results(), {.strikes = strikes_, .flags = flags}, all_read_);
     flags_ = flags;
     on_map_ = desk_.watch().change();
     all_read_ = desk_.watch().lines_to_read() == 0;
