@@ -24,6 +24,7 @@ BodyColumns body_columns();
 template <class Columns>
 std::vector<output::GisField> fields_of(const Columns& columns) {
     std::vector<output::GisField> fields;
+    fields.reserve(columns.size());
     for (const auto& column : columns) fields.push_back(column.field);
     return fields;
 }
@@ -31,6 +32,7 @@ std::vector<output::GisField> fields_of(const Columns& columns) {
 template <class Columns, class... Row>
 std::vector<output::GisValue> values_of(const Columns& columns, const Row&... row) {
     std::vector<output::GisValue> values;
+    values.reserve(columns.size());
     for (const auto& column : columns) values.push_back(column.value(row...));
     return values;
 }
