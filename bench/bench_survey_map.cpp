@@ -10,7 +10,7 @@
 #include "chart/qt/screen_device.h"
 #include "intake/survey/survey_index.h"
 #include "show/survey_map.h"
-#include "survey/results_map.h"
+#include "survey/map/results_map.h"
 #include "timing.h"
 
 namespace anomalis {

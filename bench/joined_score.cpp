@@ -19,7 +19,7 @@
 
 #include "../tests/support/dyke_survey.h"
 #include "flow/strike_fit.h"
-#include "survey/joined_bodies.h"
+#include "survey/joined/joined_bodies.h"
 
 namespace anomalis {
 namespace {

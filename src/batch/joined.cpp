@@ -6,7 +6,7 @@
 #include "core/safe_file.h"
 #include "core/told_write.h"
 #include "output/geopackage_file.h"
-#include "survey/joined_exports.h"
+#include "survey/joined/joined_exports.h"
 
 namespace anomalis::batch {
 

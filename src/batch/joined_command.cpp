@@ -1,6 +1,6 @@
 #include "batch/command.h"
 #include "batch/commands.h"
-#include "survey/results_folder.h"
+#include "survey/results/results_folder.h"
 
 namespace anomalis::batch {
 

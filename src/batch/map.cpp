@@ -5,7 +5,7 @@
 #include "core/failure.h"
 #include "core/near_names.h"
 #include "core/paths.h"
-#include "survey/results_map.h"
+#include "survey/map/results_map.h"
 
 namespace anomalis::batch {
 

@@ -10,12 +10,12 @@
 #include "core/failure.h"
 #include "core/paths.h"
 #include "core/shown_text.h"
-#include "survey/dry_run.h"
-#include "survey/folder_claim.h"
-#include "survey/machine_failure.h"
-#include "survey/merge.h"
-#include "survey/read_plan.h"
-#include "survey/slurm.h"
+#include "survey/cluster/merge.h"
+#include "survey/cluster/slurm.h"
+#include "survey/plan/dry_run.h"
+#include "survey/plan/read_plan.h"
+#include "survey/run/folder_claim.h"
+#include "survey/run/machine_failure.h"
 
 namespace anomalis::batch {
 

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "survey/run_survey.h"
+#include "survey/run/run_survey.h"
 
 namespace anomalis::batch {
 

@@ -3,7 +3,7 @@
 #include "batch/survey.h"
 #include "core/failure.h"
 #include "core/paths.h"
-#include "survey/shards.h"
+#include "survey/cluster/shards.h"
 
 namespace anomalis::batch {
 

@@ -9,7 +9,7 @@
 #include "core/shown_text.h"
 #include "core/version.h"
 #include "report/json_text.h"
-#include "survey/shards.h"
+#include "survey/cluster/shards.h"
 
 namespace anomalis::batch {
 

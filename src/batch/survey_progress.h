@@ -6,7 +6,7 @@
 
 #include "batch/batch_session.h"
 #include "batch/stop_request.h"
-#include "survey/run_survey.h"
+#include "survey/run/run_survey.h"
 
 // What a run of a survey tells while it goes on.
 namespace anomalis::batch {

@@ -14,10 +14,10 @@
 #include "python/arrays.h"
 #include "python/names.h"
 #include "python/workspace_binding.h"
-#include "survey/read_plan.h"
-#include "survey/run_survey.h"
-#include "survey/survey_results.h"
-#include "survey/table_columns.h"
+#include "survey/plan/read_plan.h"
+#include "survey/results/survey_results.h"
+#include "survey/results/table_columns.h"
+#include "survey/run/run_survey.h"
 
 namespace anomalis::python {
 

@@ -5,7 +5,7 @@
 #include "intake/survey/survey_index.h"
 #include "support/example_results.h"
 #include "support/survey_file.h"
-#include "survey/results_map.h"
+#include "survey/map/results_map.h"
 
 namespace anomalis::batch {
 namespace {

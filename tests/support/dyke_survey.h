@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "survey/survey_results.h"
+#include "survey/results/survey_results.h"
 
 // Results of a survey over dykes that are known.
 namespace anomalis {

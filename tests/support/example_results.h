@@ -5,7 +5,7 @@
 #include <string>
 
 #include "support/temp_folder.h"
-#include "survey/survey_results.h"
+#include "survey/results/survey_results.h"
 
 namespace anomalis {
 

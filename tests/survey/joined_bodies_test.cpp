@@ -1,4 +1,4 @@
-#include "survey/joined_bodies.h"
+#include "survey/joined/joined_bodies.h"
 
 #include <algorithm>
 #include <cmath>
@@ -8,7 +8,7 @@
 
 #include "support/dyke_survey.h"
 #include "support/example_results.h"
-#include "survey/joined_values.h"
+#include "survey/joined/joined_values.h"
 
 namespace anomalis::survey {
 

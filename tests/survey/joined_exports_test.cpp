@@ -1,4 +1,4 @@
-#include "survey/joined_exports.h"
+#include "survey/joined/joined_exports.h"
 
 #include <cmath>
 #include <gmock/gmock.h>

@@ -1,4 +1,4 @@
-#include "survey/line_flags.h"
+#include "survey/results/line_flags.h"
 
 #include <filesystem>
 #include <gmock/gmock.h>

@@ -1,13 +1,13 @@
-#include "survey/merge.h"
+#include "survey/cluster/merge.h"
 
 #include <filesystem>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "support/example_results.h"
+#include "survey/cluster/shards.h"
 #include "survey/failure_of.h"
-#include "survey/shards.h"
-#include "survey/survey_results.h"
+#include "survey/results/survey_results.h"
 #include "survey/survey_runs.h"
 
 namespace anomalis::survey {

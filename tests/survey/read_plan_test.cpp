@@ -1,4 +1,4 @@
-#include "survey/read_plan.h"
+#include "survey/plan/read_plan.h"
 
 #include <filesystem>
 #include <gmock/gmock.h>

@@ -1,4 +1,4 @@
-#include "survey/results_map.h"
+#include "survey/map/results_map.h"
 
 #include <algorithm>
 #include <cmath>
@@ -9,7 +9,7 @@
 #include "show/map_parts.h"
 #include "support/example_results.h"
 #include "support/recording_device.h"
-#include "survey/results_map_looks.h"
+#include "survey/map/results_map_looks.h"
 
 namespace anomalis::survey {
 

@@ -1,11 +1,11 @@
-#include "survey/results_map_tops.h"
+#include "survey/map/results_map_tops.h"
 
 #include <cmath>
 #include <gtest/gtest.h>
 
 #include "edit/colour_ramp.h"
 #include "support/example_results.h"
-#include "survey/results_map_scales.h"
+#include "survey/map/results_map_scales.h"
 
 namespace anomalis::survey {
 

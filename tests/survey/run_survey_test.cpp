@@ -1,4 +1,4 @@
-#include "survey/run_survey.h"
+#include "survey/run/run_survey.h"
 
 #include <atomic>
 #include <chrono>
@@ -10,7 +10,7 @@
 #include "core/failure.h"
 #include "core/process_mark.h"
 #include "support/full_disk.h"
-#include "survey/survey_results.h"
+#include "survey/results/survey_results.h"
 #include "survey/survey_runs.h"
 
 namespace anomalis::survey {

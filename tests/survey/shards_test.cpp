@@ -1,4 +1,4 @@
-#include "survey/shards.h"
+#include "survey/cluster/shards.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -8,7 +8,7 @@
 
 #include "core/failure.h"
 #include "support/temp_folder.h"
-#include "survey/slurm.h"
+#include "survey/cluster/slurm.h"
 
 namespace anomalis::survey {
 

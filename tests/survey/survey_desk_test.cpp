@@ -1,4 +1,4 @@
-#include "survey/survey_desk.h"
+#include "survey/desk/survey_desk.h"
 
 #include <cmath>
 #include <filesystem>

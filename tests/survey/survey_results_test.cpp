@@ -1,4 +1,4 @@
-#include "survey/survey_results.h"
+#include "survey/results/survey_results.h"
 
 #include <cmath>
 #include <filesystem>

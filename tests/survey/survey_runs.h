@@ -11,8 +11,8 @@
 #include "core/numbers.h"
 #include "core/safe_file.h"
 #include "support/temp_folder.h"
-#include "survey/results_folder.h"
-#include "survey/run_survey.h"
+#include "survey/results/results_folder.h"
+#include "survey/run/run_survey.h"
 
 namespace anomalis::survey {
 

@@ -3,7 +3,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "survey/survey_results.h"
+#include "survey/results/survey_results.h"
 #include "survey/survey_runs.h"
 
 // Runs in processes of their own that are killed, or that find no room or no permission.

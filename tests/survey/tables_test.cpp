@@ -1,4 +1,4 @@
-#include "survey/tables.h"
+#include "survey/results/tables.h"
 
 #include <algorithm>
 #include <filesystem>

@@ -6,7 +6,7 @@
 #include "core/session.h"
 #include "core/told_write.h"
 #include "show/survey_map_page.h"
-#include "survey/results_map_page.h"
+#include "survey/map/results_map_page.h"
 
 namespace anomalis::window {
 

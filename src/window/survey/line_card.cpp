@@ -13,7 +13,7 @@
 #include <QVBoxLayout>
 
 #include "core/susceptibility.h"
-#include "survey/survey_desk.h"
+#include "survey/desk/survey_desk.h"
 #include "window/shell/look.h"
 #include "window/survey/survey_words.h"
 #include "window/widgets/chief_button.h"

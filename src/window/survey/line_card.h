@@ -7,7 +7,7 @@
 
 #include "core/preferences.h"
 #include "show/section_thumbnail.h"
-#include "survey/line_flags.h"
+#include "survey/results/line_flags.h"
 
 class QLabel;
 class QLineEdit;

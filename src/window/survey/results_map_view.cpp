@@ -9,7 +9,7 @@
 
 #include "chart/grapher_events.h"
 #include "chart/qt/grapher_widget.h"
-#include "survey/results_map_key.h"
+#include "survey/map/results_map_key.h"
 
 namespace anomalis::window {
 

@@ -8,7 +8,7 @@
 #include <QTimer>
 #include <QWidget>
 
-#include "survey/results_map.h"
+#include "survey/map/results_map.h"
 
 namespace anomalis::chart {
 class GrapherWidget;

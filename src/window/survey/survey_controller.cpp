@@ -8,7 +8,7 @@
 #include "core/paths.h"
 #include "core/session.h"
 #include "edit/workbench.h"
-#include "survey/line_thumbnail.h"
+#include "survey/desk/line_thumbnail.h"
 #include "window/panels/status_panels.h"
 #include "window/shell/actions.h"
 #include "window/shell/entry_gate.h"

@@ -7,7 +7,7 @@
 #include <QPointer>
 #include <QTimer>
 
-#include "survey/survey_desk.h"
+#include "survey/desk/survey_desk.h"
 #include "window/shell/model_news.h"
 #include "window/survey/survey_page.h"
 

@@ -2,7 +2,7 @@
 
 #include <QWidget>
 
-#include "survey/desk_rows.h"
+#include "survey/desk/desk_rows.h"
 
 class QComboBox;
 class QLabel;

@@ -9,7 +9,7 @@
 #include <QPainter>
 #include <QScrollBar>
 
-#include "survey/survey_desk.h"
+#include "survey/desk/survey_desk.h"
 #include "window/shell/look.h"
 #include "window/survey/survey_words.h"
 #include "window/widgets/panel.h"

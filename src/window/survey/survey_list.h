@@ -3,7 +3,7 @@
 #include <QAbstractTableModel>
 #include <QTableView>
 
-#include "survey/desk_rows.h"
+#include "survey/desk/desk_rows.h"
 
 namespace anomalis::survey {
 class SurveyDesk;

@@ -9,8 +9,8 @@
 #include <QVBoxLayout>
 
 #include "chart/qt/grapher_widget.h"
-#include "survey/joined_bodies.h"
-#include "survey/survey_desk.h"
+#include "survey/desk/survey_desk.h"
+#include "survey/joined/joined_bodies.h"
 #include "window/shell/look.h"
 #include "window/survey/line_card.h"
 #include "window/survey/results_map_view.h"

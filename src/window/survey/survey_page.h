@@ -5,8 +5,8 @@
 #include <QWidget>
 
 #include "core/preferences.h"
-#include "survey/desk_rows.h"
-#include "survey/results_map.h"
+#include "survey/desk/desk_rows.h"
+#include "survey/map/results_map.h"
 
 class QLabel;
 class QProgressBar;

@@ -3,7 +3,7 @@
 #include <QColor>
 #include <QString>
 
-#include "survey/desk_rows.h"
+#include "survey/desk/desk_rows.h"
 
 class QPalette;
 
