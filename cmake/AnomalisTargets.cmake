@@ -15,6 +15,10 @@ add_library(anomalis_flags INTERFACE)
 target_link_libraries(anomalis_flags INTERFACE anomalis_usage)
 target_compile_options(anomalis_flags INTERFACE
   -Wall -Wextra -Wpedantic $<$<NOT:$<BOOL:${ANOMALIS_GROUPS}>>:-Wshadow> -Wnon-virtual-dtor $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict> -fno-math-errno)
+# The module for Python takes the rooms into itself. Said for all alike, since precompiled headers are shared.
+if(ANOMALIS_PYTHON)
+  target_compile_options(anomalis_flags INTERFACE -fPIC)
+endif()
 if(ANOMALIS_FUZZ)
   target_compile_options(anomalis_flags INTERFACE -fsanitize=fuzzer-no-link)
   target_link_options(anomalis_flags INTERFACE -fsanitize=fuzzer-no-link)
