@@ -4,6 +4,8 @@
 #include <array>
 #include <limits>
 
+#include "show/regional_curve.h"
+
 namespace anomalis::show {
 
 namespace {
@@ -57,8 +59,15 @@ GraphRanges graph_ranges(const Workspace& workspace) {
         double& high = ranges.high.at(static_cast<std::size_t>(chart));
         low = empty_low;
         high = empty_high;
-        for (const Stage stage : {stage_observed, stage_calculated})
-            widen(chart_curve(workspace, chart, stage), low, high);
+        const std::span<const float> observed = chart_curve(workspace, chart, stage_observed);
+        widen(observed, low, high);
+        if (const auto held = with_regional_held(workspace, chart, observed); !held.empty()) {
+            double held_low = empty_low, held_high = empty_high;
+            widen(held, held_low, held_high);
+            low = std::max(low, held_low);
+            high = std::min(high, held_high);
+        }
+        widen(chart_curve(workspace, chart, stage_calculated), low, high);
         if (low > high) low = high = 0;
     }
     return ranges;

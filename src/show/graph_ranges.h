@@ -22,7 +22,9 @@ int channel_of_chart(int chart);
 std::span<const float> chart_curve(const Workspace& workspace, int chart, Stage stage);
 
 /// The ranges of the curves as their rows stand. Values that are missing or not finite do not count; 0 to 0
-/// for a chart that has no others.
+/// for a chart that has no others. Where the fit had some of the stations only, the observed curve counts no
+/// further than it would go if the regional stayed beyond them as it is at their ends: a bend that was found
+/// over 1 km says nothing of what lies 5 km away, and would leave the fit itself a flat line.
 GraphRanges graph_ranges(const Workspace& workspace);
 
 /// Which charts have something to show: those of the channels with a column, gradients only when a gradient

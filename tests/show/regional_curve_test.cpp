@@ -32,6 +32,21 @@ TEST(RegionalCurve, lies_about_its_mean_over_the_fit) {
     EXPECT_NEAR(curve[49] - curve[39], 12 * 250.0 / 500, 1e-4);
 }
 
+TEST(RegionalCurve, ends_with_the_stations_of_the_fit) {
+    ChartSample sample;
+    Workspace& w = sample.workspace();
+    w.first_station = 20;
+    w.last_station = 60;
+    w.mag.regional = {3, w.distances[40], 500, {0, 0, 0, 12}};
+    const auto curve = regional_curve(w, edit::chart_mag);
+    ASSERT_EQ(curve.size(), static_cast<std::size_t>(w.station_count));
+    EXPECT_EQ(std::ranges::count_if(curve, [](float value) { return value > missing_limit; }), 41);
+    EXPECT_LT(curve[18], missing_limit);
+    EXPECT_GT(curve[19], missing_limit);
+    EXPECT_GT(curve[59], missing_limit);
+    EXPECT_LT(curve[60], missing_limit);
+}
+
 TEST(RegionalCurve, gradients_and_channels_without_one_have_none) {
     ChartSample sample;
     Workspace& w = sample.workspace();
