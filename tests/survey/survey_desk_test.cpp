@@ -81,6 +81,16 @@ TEST_F(DeskTest, AnIntervalWithAnOpenSideIsInfinitelyWide) {
     EXPECT_TRUE(std::isnan(row("L1010").depth_interval));
 }
 
+TEST_F(DeskTest, DepthsAreBelowTheSensorWhereTheGroundIsNotKnown) {
+    results.lines[0].bodies[0].depth_below_ground = {};
+    results.lines[0].bodies.resize(1);
+    write_example_results(folder, results);
+    open();
+    EXPECT_EQ(row("L1000").least_depth, 100);
+    EXPECT_TRUE(row("L1000").below_sensor);
+    EXPECT_FALSE(row("L1010").below_sensor);
+}
+
 TEST_F(DeskTest, TheFileOfTheSurveyStandsForItsFolder) {
     desk.open(folder.path("survey.json"));
     EXPECT_EQ(desk.folder(), path());

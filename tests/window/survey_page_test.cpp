@@ -262,7 +262,7 @@ void SurveyPageTest::enter_opens_the_line_and_a_key_leads_back() {
     sample.choose("L1010");
     QTest::keyClick(&sample.list(), Qt::Key_Return);
     QCOMPARE(sample.tab(), 1);
-    QCOMPARE(sample.form->windowTitle(), QString("Anomalis: L1010.axm"));
+    QCOMPARE(sample.form->windowTitle(), QString("Anomalis: untitled, copy of L1010.axm"));
     QCOMPARE(sample.session.workspace.body_count, 2);
     QVERIFY(sample.status(1).endsWith("Line L1010, 2 of 6 on the list of the survey"));
     QTest::keyClick(sample.form.get(), Qt::Key_R, Qt::ControlModifier | Qt::ShiftModifier);
@@ -273,9 +273,9 @@ void SurveyPageTest::enter_opens_the_line_and_a_key_leads_back() {
     QTest::mouseDClick(sample.list().viewport(), Qt::LeftButton, {},
                        sample.list().visualRect(sample.list().model()->index(0, 0)).center());
     QCOMPARE(sample.tab(), 1);
-    QCOMPARE(sample.form->windowTitle(), QString("Anomalis: L1000.axm"));
+    QCOMPARE(sample.form->windowTitle(), QString("Anomalis: untitled, copy of L1000.axm"));
     sample.find<QAction>("menu_undo").trigger();
-    QCOMPARE(sample.form->windowTitle(), QString("Anomalis: L1010.axm"));
+    QCOMPARE(sample.form->windowTitle(), QString("Anomalis: untitled, copy of L1010.axm"));
 }
 
 void SurveyPageTest::keys_go_from_line_to_line_of_the_results() {
@@ -287,12 +287,12 @@ void SurveyPageTest::keys_go_from_line_to_line_of_the_results() {
     sample.choose("L1020");
     QTest::keyClick(&sample.list(), Qt::Key_Return);
     QTest::keyClick(sample.form.get(), Qt::Key_PageDown, Qt::AltModifier);
-    QCOMPARE(sample.form->windowTitle(), QString("Anomalis: L1040.axm"));
+    QCOMPARE(sample.form->windowTitle(), QString("Anomalis: untitled, copy of L1040.axm"));
     QTest::keyClick(sample.form.get(), Qt::Key_PageDown, Qt::AltModifier);
     QCOMPARE(sample.status(1), QString("This is the last line on the list of the survey"));
     QCOMPARE(sample.chosen(), QString("L1040"));
     QTest::keyClick(sample.form.get(), Qt::Key_PageUp, Qt::AltModifier);
-    QCOMPARE(sample.form->windowTitle(), QString("Anomalis: L1020.axm"));
+    QCOMPARE(sample.form->windowTitle(), QString("Anomalis: untitled, copy of L1020.axm"));
 }
 
 void SurveyPageTest::a_line_without_a_model_is_told() {
@@ -332,7 +332,7 @@ void SurveyPageTest::a_click_on_the_map_chooses_and_a_double_click_opens() {
     QTest::mouseDClick(&map, Qt::LeftButton, {}, on_map(1));
     QTest::mouseRelease(&map, Qt::LeftButton, {}, on_map(1));
     QCOMPARE(sample.tab(), 1);
-    QCOMPARE(sample.form->windowTitle(), QString("Anomalis: L1010.axm"));
+    QCOMPARE(sample.form->windowTitle(), QString("Anomalis: untitled, copy of L1010.axm"));
 }
 
 void SurveyPageTest::a_survey_that_runs_is_read_on_while_scroll_and_choice_stay() {

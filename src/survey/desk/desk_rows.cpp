@@ -88,8 +88,9 @@ DeskRow desk_row(const LineResult* result) {
     row.criterion = result->criterion;
     row.message = result->message;
     for (const BodyResult& body : result->bodies) {
-        const IntervalValue& depth = body.depth_below_ground;
+        const auto [depth, below_sensor] = told_depth(body);
         if (std::isnan(depth.value) || depth.value >= row.least_depth) continue;
+        row.below_sensor = below_sensor;
         row.least_depth = depth.value;
         row.depth_interval = interval_width(depth);
     }

@@ -18,8 +18,9 @@ struct DeskRow {
     RowStatus status = RowStatus::waiting;
     int bodies = 0;
     double rms_nT = unknown, rms_mGal = unknown;
-    double least_depth = unknown;     ///< below the ground, of the shallowest body, m
+    double least_depth = unknown;     ///< `told_depth` of the shallowest body, m
     double depth_interval = unknown;  ///< width of its 90 % interval, m; infinite where a side is open
+    bool below_sensor = false;        ///< that depth
     double criterion = unknown;
     std::string message;  ///< why it failed or cannot be read
     LineMark mark;

@@ -71,8 +71,8 @@ std::optional<std::array<chart::Point, 2>> place_interval(const BodyResult& body
 MapTop map_top(const BodyResult& body, const LineResult& line, MapAmount amount) {
     MapTop top;
     top.place = {body.east, body.north};
-    top.below_sensor = !std::isfinite(body.depth_below_ground.value);
-    const IntervalValue& depth = top.below_sensor ? body.depth_below_sensor : body.depth_below_ground;
+    const auto [depth, below_sensor] = told_depth(body);
+    top.below_sensor = below_sensor;
     top.depth = depth.value;
     top.doubt = doubt_of(depth);
     top.amount =

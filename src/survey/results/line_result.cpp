@@ -1,6 +1,7 @@
 #include "survey/results/line_result.h"
 
 #include <array>
+#include <cmath>
 #include <utility>
 
 #include "report/json_text.h"
@@ -89,6 +90,11 @@ LineResult result_of(const Json& json) {
 }
 
 }  // namespace
+
+ToldDepth told_depth(const BodyResult& body) {
+    const bool below_sensor = !std::isfinite(body.depth_below_ground.value);
+    return {below_sensor ? body.depth_below_sensor : body.depth_below_ground, below_sensor};
+}
 
 std::string line_result_json(const LineResult& result) {
     Json json;

@@ -32,6 +32,13 @@ struct BodyResult {
     IntervalValue density_contrast;                        ///< g/cc; unknown for a line of magnetics alone
 };
 
+/// Of its top, m: below the ground; below the sensor where nobody knows the ground.
+struct ToldDepth {
+    IntervalValue depth;
+    bool below_sensor = false;
+};
+ToldDepth told_depth(const BodyResult& body);
+
 /// A place on the map, m in the system of the line.
 struct TrackPoint {
     double east = 0, north = 0;

@@ -254,7 +254,7 @@ void Form_anomalis::open_file(const std::string& path) {
 }
 
 void Form_anomalis::open_example(const std::string& path) {
-    open_->open_example(path);
+    open_->open_copy(path);
 }
 
 void Form_anomalis::load_locations() {

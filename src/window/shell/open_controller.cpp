@@ -41,7 +41,7 @@ OpenController::OpenController(QObject* parent, edit::Workbench& workbench, Acti
     actions.on(ActionId::read_bodies, [this] { open_with_dialog(flow::ReadMode::bodies_alone); });
     actions.on_member(ActionId::recent_file, [this](int index) { open_recent(index); });
     actions.on_member(ActionId::example, [this, examples](int index) {
-        open_example(examples.at(static_cast<std::size_t>(index)).path);
+        open_copy(examples.at(static_cast<std::size_t>(index)).path);
     });
     const auto& entries = actions.family(ActionId::example);
     for (std::size_t i = 0; i < entries.size(); ++i) {
@@ -66,7 +66,7 @@ void OpenController::open_recent(int index) {
     show_and_load(flow::open_recent_file(workbench_, index), flow::ReadMode::everything);
 }
 
-void OpenController::open_example(const std::string& path) {
+void OpenController::open_copy(const std::string& path) {
     if (!gate_.pass()) return;
     show_and_load(flow::open_copy(workbench_, path), flow::ReadMode::everything);
 }

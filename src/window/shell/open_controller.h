@@ -42,7 +42,7 @@ class OpenController : public QObject {
     }
     void set_import(std::function<void(const std::string& path)> import) { import_ = std::move(import); }
     /// The same with a copy that has no file yet.
-    void open_example(const std::string& path);
+    void open_copy(const std::string& path);
     /// A model that a crash left is back: it is shown like an opened one, and its line is loaded.
     void show_recovered();
     /// A line of a survey was imported: likewise.

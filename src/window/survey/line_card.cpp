@@ -1,5 +1,6 @@
 #include "window/survey/line_card.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 
@@ -60,6 +61,12 @@ QStringList facts_of(const survey::LineResult& result) {
     return facts;
 }
 
+/// As much of a text as two lines of a label hold; words that do not fit a line leave some of it free.
+QString two_lines(const QString& text, const QLabel& label) {
+    constexpr double filled = 1.85;
+    return label.fontMetrics().elidedText(text, Qt::ElideRight, static_cast<int>(filled * label.width()));
+}
+
 }  // namespace
 
 SectionPicture::SectionPicture(QWidget* parent) : QWidget(parent) {
@@ -102,7 +109,8 @@ LineCard::LineCard(const survey::SurveyDesk& desk, SusceptibilityUnit unit, QWid
     facts_->setWordWrap(true);
     facts_->setAlignment(Qt::AlignTop | Qt::AlignLeft);
     facts_->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    facts_->setFixedHeight(2 * facts_->fontMetrics().lineSpacing() + 2);
+    facts_->setFixedHeight(2 * facts_->fontMetrics().lineSpacing());
+    facts_->setContentsMargins(0, 0, 0, 0);
     facts_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     column->addWidget(facts_);
     column->addLayout(make_middle());
@@ -149,7 +157,6 @@ QLayout* LineCard::make_middle() {
     bodies_->verticalHeader()->setDefaultSectionSize(row_height);
     bodies_->horizontalHeader()->setHighlightSections(false);
     bodies_->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
-    bodies_->horizontalHeader()->setSectionResizeMode(of_property, QHeaderView::Stretch);
     auto* row = new QHBoxLayout;
     row->setSpacing(gap);
     row->addWidget(picture_);
@@ -232,6 +239,11 @@ void LineCard::show_line() {
     show_flag();
 }
 
+void LineCard::resizeEvent(QResizeEvent* event) {
+    QFrame::resizeEvent(event);
+    show_facts();
+}
+
 void LineCard::show_facts() {
     const auto row = desk_.chosen_row();
     const survey::LineResult* result = desk_.watch().result(line_);
@@ -254,21 +266,25 @@ void LineCard::show_facts() {
     } else if (words.isEmpty()) {
         words << tr("The survey has not come to this line yet");
     }
-    facts_->setText(words.join(QString::fromUtf8(" · ")));
+    facts_->setText(two_lines(words.join(QString::fromUtf8(" · ")), *facts_));
     facts_->setToolTip(plain_tip(words.join('\n')));
 }
 
 void LineCard::show_bodies(const survey::LineResult* result) {
     const bool gravity = result && result->channel == "grav";
     const QString unit = QString::fromUtf8(unit_name(unit_).data());
+    const bool below_sensor =
+        result && std::ranges::any_of(result->bodies, [](const survey::BodyResult& body) {
+            return survey::told_depth(body).below_sensor;
+        });
     bodies_->setHorizontalHeaderLabels(
-        {tr("Body"), tr("Depth, m"), tr("Dip, °"), tr("Width, m"),
-         gravity ? tr("Density contrast, g/cc") : tr("Susceptibility, %1").arg(unit)});
+        {tr("Body"), below_sensor ? tr("Below sensor, m") : tr("Below ground, m"), tr("Dip, °"),
+         tr("Width, m"), gravity ? tr("Density contrast, g/cc") : tr("Susceptibility, %1").arg(unit)});
     bodies_->setRowCount(result ? static_cast<int>(result->bodies.size()) : 0);
     for (int row = 0; row < bodies_->rowCount(); ++row) {
         const survey::BodyResult& body = result->bodies[static_cast<std::size_t>(row)];
         bodies_->setItem(row, of_name, cell(shown(body.name), false));
-        bodies_->setItem(row, of_depth, cell(interval_words(body.depth_below_ground, "")));
+        bodies_->setItem(row, of_depth, cell(interval_words(survey::told_depth(body).depth, "")));
         bodies_->setItem(row, of_dip, cell(interval_words(body.dip, "")));
         bodies_->setItem(row, of_width, cell(interval_words(body.width, "")));
         const survey::IntervalValue susceptibility = scaled(body.susceptibility, of_micro_si(unit_));

@@ -59,6 +59,9 @@ class LineCard : public QFrame {
     void undo_wanted();
     void redo_wanted();
 
+  protected:
+    void resizeEvent(QResizeEvent* event) override;
+
   private:
     QLayout* make_head();
     QLayout* make_middle();

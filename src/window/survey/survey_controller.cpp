@@ -186,7 +186,7 @@ void SurveyController::open_line() {
                "away. Run the survey again to have it made")
                 .arg(shown(survey::line_folder(desk_.folder(), line))));
     page_->show_refused({});
-    open_.open_file(workspace);
+    open_.open_copy(workspace);  // the file is the survey's
     status_.add_text(tr("Line %1, %2 of %3 on the list of the survey")
                          .arg(shown(line))
                          .arg(desk_.chosen_row().value_or(0) + 1)

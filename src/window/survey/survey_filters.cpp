@@ -86,10 +86,12 @@ SurveyFilters::SurveyFilters(QWidget* parent) : QWidget(parent) {
                       std::array{LineFlag::none, LineFlag::accept, LineFlag::look_again, LineFlag::reject},
                       &flag_words);
     rms_ = number_box("Text_survey_rms", tr("rms above"), tr("Lines whose rms is above this, nT or mGal"));
-    from_ = number_box("Text_survey_depth_from", tr("Depth from"),
-                       tr("Lines whose shallowest body lies at this depth or deeper, m below the ground"));
-    to_ = number_box("Text_survey_depth_to", tr("to"),
-                     tr("Lines whose shallowest body lies at this depth or higher, m below the ground"));
+    from_ = number_box(
+        "Text_survey_depth_from", tr("Depth from"),
+        tr("Lines whose shallowest body lies at this depth or deeper, m below the ground, or the sensor"));
+    to_ = number_box(
+        "Text_survey_depth_to", tr("to"),
+        tr("Lines whose shallowest body lies at this depth or higher, m below the ground, or the sensor"));
     interval_ = number_box("Text_survey_interval", tr("Interval above"),
                            tr("Lines where the 90 % interval of that depth is wider than this, m"));
     clear_ = make_button({"Command_survey_clear", "Show all", "", "Empty all of these boxes"});

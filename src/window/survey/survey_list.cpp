@@ -35,7 +35,10 @@ constexpr std::array<ColumnWords, SurveyRows::columns> column_words{{
     {"Status", "Done, failed, not done yet, or a result that cannot be read", 64},
     {"Bodies", "How many bodies the model has", 58},
     {"rms", "What the model leaves of the readings: root of the mean square, in nT or mGal", 72},
-    {"Depth", "Below the ground to the top of the shallowest body, m", 64},
+    {"Depth",
+     "Below the ground to the top of the shallowest body, m; * below the sensor, where the ground is not "
+     "known",
+     64},
     {"Interval", "Width of the 90 % interval of that depth, m; open where the data do not bound it", 70},
     {"Criterion", "Information criterion of the model: of one line, the lower of two models is the better",
      76},
@@ -58,7 +61,7 @@ QString cell_text(const survey::DeskRow& row, DeskColumn column) {
         case DeskColumn::rms:
             return rms_words(row);
         case DeskColumn::depth:
-            return number_words(row.least_depth, "m");
+            return number_words(row.least_depth, "m") + (row.below_sensor ? "*" : "");
         case DeskColumn::depth_interval:
             return interval_width_words(row.depth_interval);
         case DeskColumn::criterion:
