@@ -24,15 +24,14 @@ bool parse_size(const std::string& text, int& wide, int& high) {
     return true;
 }
 
-/// Why this is no name of a picture, or "".
+}  // namespace
+
 std::string ending_refusal(const std::string& path) {
     if (path == "-") return {};
     for (const char* ending : {".png", ".svg", ".pdf", ".emf"})
         if (path.size() > 4 && path.ends_with(ending)) return {};
     return "the ending must be .png, .svg, .pdf or .emf";
 }
-
-}  // namespace
 
 void add_picture_options(OptionList& options, std::string& path, int& width, int& height) {
     options.output("-o,--output", path, "Picture: .png, .svg, .pdf or .emf; - writes a .png",

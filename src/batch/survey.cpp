@@ -4,6 +4,7 @@
 #include <new>
 
 #include "batch/batch_session.h"
+#include "batch/commands.h"
 #include "batch/picture_writer.h"
 #include "batch/survey_progress.h"
 #include "core/executable_folder.h"
@@ -107,6 +108,15 @@ int status_of(RunOutcome outcome, bool keep_going) {
     return try_again;
 }
 
+/// The map that was asked for, of whatever the lines gave; false when it could not be drawn.
+bool draw_map(const SurveyCommandOptions& options, BatchSession& batch, PictureWriter* pictures) {
+    if (options.map.empty()) return true;
+    MapOptions map;
+    map.survey.file = options.folder;
+    map.picture.path = options.map;
+    return run_map(map, batch, pictures);
+}
+
 bool run(const SurveyCommandOptions& options, const SurveyPlan& plan, BatchSession& batch,
          PictureWriter* pictures) {
     const SurveyLog log = options.log == "json" ? SurveyLog::json : SurveyLog::text;
@@ -125,11 +135,13 @@ bool run(const SurveyCommandOptions& options, const SurveyPlan& plan, BatchSessi
     batch.try_again = result.outcome == RunOutcome::stopped || result.outcome == RunOutcome::try_again;
     if (result.outcome == RunOutcome::stopped) batch.prompts.message(stopped_text(result.progress));
     if (result.outcome == RunOutcome::try_again) batch.prompts.message(result.why);
+    const bool drawn = batch.try_again || draw_map(options, batch, pictures);
     const bool written = log == SurveyLog::json || batch.write_result("", summary(options, result)) == 0;
-    return written && status_of(result.outcome, batch.keep_going) == 0;
+    return drawn && written && status_of(result.outcome, batch.keep_going) == 0;
 }
 
-bool merge(const SurveyCommandOptions& options, const SurveyPlan& plan, BatchSession& batch) {
+bool merge(const SurveyCommandOptions& options, const SurveyPlan& plan, BatchSession& batch,
+           PictureWriter* pictures) {
     const survey::MergeResult result = survey::merge_survey(plan, options.folder, options.from);
     if (result.outcome == survey::MergeOutcome::lines_missing) {
         batch.try_again = true;
@@ -142,7 +154,8 @@ bool merge(const SurveyCommandOptions& options, const SurveyPlan& plan, BatchSes
     if (result.counts.failed > 0) text += ", " + std::to_string(result.counts.failed) + " failed";
     if (result.taken > 0) text += ", " + std::to_string(result.taken) + " taken from other folders";
     const bool written = batch.write_result("", text + "\n" + tables_text(options.folder)) == 0;
-    return written && (result.outcome == survey::MergeOutcome::all_done || batch.keep_going);
+    return draw_map(options, batch, pictures) && written &&
+           (result.outcome == survey::MergeOutcome::all_done || batch.keep_going);
 }
 
 const char* state_text(const survey::PlannedWork& work) {
@@ -203,7 +216,7 @@ bool submit(const SurveyCommandOptions& options, const SurveyPlan& plan, BatchSe
 bool run_survey_command(const SurveyCommandOptions& options, BatchSession& batch, PictureWriter* pictures) {
     return told(batch, [&] {
         const SurveyPlan plan = read_plan(options, batch);
-        if (options.merge) return merge(options, plan, batch);
+        if (options.merge) return merge(options, plan, batch, pictures);
         if (options.slurm) return submit(options, plan, batch);
         if (options.dry_run) return dry_run(options, plan, batch);
         return run(options, plan, batch, pictures);

@@ -18,6 +18,7 @@ struct SurveyCommandOptions {
     std::vector<std::string> from;  ///< folders with lines of the same plan, for `merge`
     int lines_a_shard = 200;        ///< for `slurm`
     std::string log = "text";
+    std::string map;  ///< picture of all results, drawn at the end; "" for none
 };
 
 /// Does a survey or a part of it, gathers the parts, hands them to a cluster or tells what would be done.

@@ -1,5 +1,6 @@
 #include "batch/command.h"
 #include "batch/option_values.h"
+#include "batch/picture_options.h"
 #include "batch/survey.h"
 #include "core/failure.h"
 #include "core/paths.h"
@@ -38,12 +39,15 @@ class SurveyCommand : public Command {
         return "Do what a plan says with the lines of a survey, on all cores; started again it goes on";
     }
     void declare(OptionList& options) override;
-    CommandFiles files() const override { return {.model = "", .writes = {}, .data = {options_.plan}}; }
+    CommandFiles files() const override {
+        return {.model = "", .writes = {{"--map", options_.map}}, .data = {options_.plan}};
+    }
     bool run(BatchSession& batch) const override { return run_survey_command(options_, batch, pictures_); }
 
   private:
     void declare_parts(OptionList& options);
     std::string parts_refusal() const;
+    std::string map_refusal() const;
 
     SurveyCommandOptions options_;
     PictureWriter* pictures_;
@@ -60,7 +64,16 @@ void SurveyCommand::declare(OptionList& options) {
     options.flag("--dry-run", options_.dry_run, "Tell what would be done, and do nothing");
     options.choice("--log", options_.log, {"text", "json"},
                    "json: every line and the progress as JSON objects on the standard output, one a line");
+    options.text("--map", options_.map, "Draw the map of the results at the end: .png, .svg, .pdf or .emf");
+    options.at_end("--map", [this] { return map_refusal(); });
     declare_parts(options);
+}
+
+std::string SurveyCommand::map_refusal() const {
+    if (options_.map.empty()) return {};
+    if (options_.shard.count > 1 || options_.slurm || options_.dry_run)
+        return "is for a run of the whole survey, or with --merge";
+    return options_.map == "-" ? "must be a file" : ending_refusal(options_.map);
 }
 
 void SurveyCommand::declare_parts(OptionList& options) {

@@ -7,6 +7,7 @@
 #include "batch/batch_runs.h"
 #include "batch/survey_progress.h"
 #include "support/survey_lines.h"
+#include "survey/results/survey_results.h"
 
 namespace anomalis::batch {
 
@@ -161,6 +162,40 @@ TEST(SurveyCommand, CtrlCEndsWithTheWordsHowToGoOn) {
     EXPECT_EQ(rest.status, 0) << rest.err;
     EXPECT_THAT(rest.out, HasSubstr("done before"));
     EXPECT_EQ(folder.tables("out"), folder.tables("whole"));
+}
+
+/// Counts the lines of the maps that it is asked for.
+class CountingMaps : public PictureWriter {
+  public:
+    int write(Session& /*session*/, const PictureRequest& /*request*/) override { return -1; }
+    int write_map(Prompts& /*prompts*/, const intake::SurveyIndex& /*index*/,
+                  const MapRequest& /*request*/) override {
+        return -1;
+    }
+    int write_results_map(Prompts& /*prompts*/, const survey::SurveyResults& results,
+                          const survey::ResultsMapMarks& /*marks*/, const MapRequest& request) override {
+        lines.push_back(results.lines.size());
+        path = request.path;
+        return 0;
+    }
+
+    std::vector<std::size_t> lines;
+    std::string path;
+};
+
+TEST(SurveyCommand, DrawsTheMapOfAllLinesAtItsEnd) {
+    const SurveyFolder folder;
+    CountingMaps maps;
+    EXPECT_EQ(folder.run({"--map", folder.path("map.pdf")}, &maps).status, 0);
+    EXPECT_EQ(maps.path, folder.path("map.pdf"));
+    EXPECT_EQ(folder.run({"--merge", "--map", folder.path("map.png")}, &maps).status, 0);
+    EXPECT_THAT(maps.lines, testing::ElementsAre(6U, 6U));
+    EXPECT_THAT(folder.run({"--map", folder.path("map.txt")}, &maps).err,
+                HasSubstr("the ending must be .png"));
+    const BatchRun part = folder.run({"--shard", "1/2", "--map", folder.path("map.png")}, &maps);
+    EXPECT_EQ(part.status, 2);
+    EXPECT_THAT(part.err, HasSubstr("is for a run of the whole survey"));
+    EXPECT_EQ(maps.lines.size(), 2U);
 }
 
 TEST(SurveyCommand, WrongUsageIsStatusTwoWithTheReason) {
