@@ -6,6 +6,7 @@
 #include "core/failure.h"
 #include "core/numbers.h"
 #include "core/paths.h"
+#include "survey/run/survey_input.h"
 
 namespace anomalis::batch {
 
@@ -123,13 +124,7 @@ std::size_t line_of_name(const intake::SurveyIndex& index, const std::string& na
 }
 
 void tell_survey(const intake::SurveyIndex& index, BatchSession& batch) {
-    for (const std::string& remark : index.layout.remarks) batch.prompts.remark(remark);
-    for (const intake::RowLoss& loss : index.losses) {
-        const std::string column = loss.column.empty() ? "" : ", column \"" + loss.column + "\"";
-        batch.prompts.remark(file_name(index.layout.path) + ": " + std::to_string(loss.count) +
-                             (loss.count == 1 ? " row was not used" : " rows were not used") +
-                             ", first line " + std::to_string(loss.first_line) + column + ": " + loss.why);
-    }
+    for (const std::string& remark : survey::survey_remarks(index)) batch.prompts.remark(remark);
 }
 
 void add_import_choices(OptionList& options, flow::ImportChoices& choices) {

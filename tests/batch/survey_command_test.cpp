@@ -1,8 +1,10 @@
+#include <chrono>
 #include <csignal>
 #include <filesystem>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sstream>
+#include <thread>
 
 #include "batch/batch_runs.h"
 #include "batch/survey_progress.h"
@@ -126,7 +128,11 @@ TEST(SurveyCommand, PartsAndTheirMergeGiveTheTablesOfOneRun) {
 /// As a person who presses Ctrl+C at the third picture.
 struct InterruptingPictures : PictureWriter {
     int write(Session& /*session*/, const PictureRequest& request) override {
-        if (++drawn == at) std::raise(SIGINT);
+        if (++drawn == at) {
+            std::raise(SIGINT);
+            // The lines left would else be done before the run looks whether it is to stop.
+            std::this_thread::sleep_for(std::chrono::seconds(1));
+        }
         write_file(request.path);
         return 0;
     }
