@@ -14,7 +14,8 @@ target_include_directories(anomalis_usage INTERFACE
 add_library(anomalis_flags INTERFACE)
 target_link_libraries(anomalis_flags INTERFACE anomalis_usage)
 target_compile_options(anomalis_flags INTERFACE
-  -Wall -Wextra -Wpedantic $<$<NOT:$<BOOL:${ANOMALIS_GROUPS}>>:-Wshadow> -Wnon-virtual-dtor $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict> -fno-math-errno)
+  -Wall -Wextra -Wpedantic $<$<NOT:$<BOOL:${ANOMALIS_GROUPS}>>:-Wshadow> -Wnon-virtual-dtor $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict> -fno-math-errno
+  $<$<CONFIG:Debug>:-D_GLIBCXX_ASSERTIONS>)
 # The module for Python takes the rooms into itself. Said for all alike, since precompiled headers are shared.
 if(ANOMALIS_PYTHON)
   target_compile_options(anomalis_flags INTERFACE -fPIC)

@@ -19,6 +19,8 @@ build libsqlite3-dev      GeoPackage files
 build zlib1g-dev          packed survey files
 build libtomlplusplus-dev survey plans
 build fonts-dejavu-core   the font of the charts on a machine without a desktop
+build python3-sphinx      the guide
+build python3-myst-parser the guide
 test  libgtest-dev        the tests
 test  libgmock-dev        the tests
 test  libbenchmark-dev    the benchmarks
