@@ -18,7 +18,7 @@ if(ANOMALIS_PYTHON)
   install(FILES src/python/__init__.pyi src/python/py.typed DESTINATION ${ANOMALIS_PYTHON_FOLDER}/anomalis)
 endif()
 install(DIRECTORY examples/ DESTINATION ${CMAKE_INSTALL_DATADIR}/anomalis/examples
-  FILES_MATCHING PATTERN *.axm PATTERN *.dat PATTERN first_line.py PATTERN package EXCLUDE)
+  FILES_MATCHING PATTERN *.axm PATTERN *.dat PATTERN *.csv PATTERN *.toml PATTERN first_line.py PATTERN package EXCLUDE)
 install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR} PATTERN *.py EXCLUDE)
 install(FILES README.md LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR})
 
