@@ -12,7 +12,7 @@ target_include_directories(anomalis_usage INTERFACE
 # hidden names.
 # g++ 12 sees overlaps in std::string that are not there (GCC bug 105651), hence no -Wrestrict.
 add_library(anomalis_flags INTERFACE)
-target_link_libraries(anomalis_flags INTERFACE anomalis_usage)
+target_link_libraries(anomalis_flags INTERFACE anomalis_usage anomalis_hardening)
 target_compile_options(anomalis_flags INTERFACE
   -Wall -Wextra -Wpedantic $<$<NOT:$<BOOL:${ANOMALIS_GROUPS}>>:-Wshadow> -Wnon-virtual-dtor $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict> -fno-math-errno
   $<$<CONFIG:Debug>:-D_GLIBCXX_ASSERTIONS>)
