@@ -33,6 +33,7 @@ test  python3-dev         the module for Python
 test  pybind11-dev        the module for Python
 test  python3-numpy       the module for Python
 test  python3-matplotlib  the example in Python
+test  python3-jsonschema  documents against their schemas
 test  python3-mypy        the types of the module for Python
 test  clang-format        the format of the sources
 test  ccache              compiling once what all clones share
