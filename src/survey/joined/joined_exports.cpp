@@ -213,7 +213,7 @@ std::vector<output::GisLayer> joined_layers(const SurveyResults& results,
         std::vector<output::GisLayer> layers = layers_of(results, bodies);
         if (system.empty() && !target.empty())
             throw Fault("The coordinate system of joined body " + std::to_string(bodies.front()->number) +
-                        " is not known. Give it when the survey is imported (--system)");
+                        " is not known. Give it when the survey is imported (--crs)");
         if (system != target) output::change_system(layers, system, target);
         for (std::size_t i = 0; i < layers.size(); ++i)
             std::ranges::move(layers[i].features, std::back_inserter(all[i].features));
