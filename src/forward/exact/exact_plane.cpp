@@ -30,8 +30,11 @@ void fill_strip_gravity(const ExactPlace& place, Strip strip, double density, st
 /// The corners of a ring, the first repeated at the end, anticlockwise.
 std::vector<Complex> ring(std::int32_t sectors, double corner_distance) {
     std::vector<Complex> corners;
-    for (std::int32_t k = 0; k < sectors; ++k)
-        corners.push_back(std::polar(corner_distance, 2 * exact_pi * k / sectors));
+    // std::polar asserts that no distance is NaN, which a file may well hold.
+    for (std::int32_t k = 0; k < sectors; ++k) {
+        const double angle = 2 * exact_pi * k / sectors;
+        corners.emplace_back(corner_distance * std::cos(angle), corner_distance * std::sin(angle));
+    }
     corners.push_back(corners.front());
     return corners;
 }
