@@ -4,7 +4,7 @@
 
 namespace anomalis {
 
-/// "0.1.0": major, minor and revision. The top of the build description holds it; package and reports follow.
+/// Major, minor and revision, with points between: what the top of the build description says.
 std::string_view application_version();
 
 }  // namespace anomalis

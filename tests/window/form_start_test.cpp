@@ -7,6 +7,7 @@
 #include <QScreen>
 
 #include "core/paths.h"
+#include "core/version.h"
 #include "show/page_layout.h"
 #include "window/form_sample.h"
 #include "window/form_tests.h"
@@ -263,7 +264,7 @@ void FormStartTest::a_dropped_workspace_opens_and_a_dropped_data_file_is_importe
 void FormStartTest::about_tells_the_version() {
     FormSample sample;
     sample.find<QAction>("menu_about").trigger();
-    QVERIFY(sample.prompts.told("Anomalis 0.1.0"));
+    QVERIFY(sample.prompts.told("Anomalis " + std::string(application_version())));
 }
 
 QObject* make_form_start_test() {

@@ -8,6 +8,7 @@
 #include <QSplitter>
 
 #include "core/paths.h"
+#include "core/version.h"
 #include "window/form_sample.h"
 #include "window/form_tests.h"
 #include "window/panels/charts_panel.h"
@@ -145,7 +146,8 @@ void ViewControllerTest::the_log_tells_its_path_and_is_written_while_it_is_on() 
     QVERIFY(logging.isChecked());
     QCOMPARE(sample.prompts.messages, std::vector<std::string>{"Logging file is: " + path});
     QVERIFY(sample.session.log.on());
-    QVERIFY(folder.read("axm_logging.dat").find("Start Logging 0.1.0") != std::string::npos);
+    const std::string first_words = "Start Logging " + std::string(application_version());
+    QVERIFY(folder.read("axm_logging.dat").find(first_words) != std::string::npos);
     logging.trigger();
     QVERIFY(!logging.isChecked());
     QVERIFY(!sample.session.log.on());
