@@ -24,12 +24,12 @@ def body_lines(number, body):
             f"{b['density']:.9g} {mark('density')}"]
 
 
-def workspace_text(data, bodies, field=(56000, -65, -4), mag=0, grav=0, formulas="exact", filters=(0, 0), base=0, floats=0,
-                   extensions=()):
+def workspace_text(data, bodies, field=(56000, -65, -4), mag=0, grav=0, formulas="exact", filters=(0, 0), smooth_kind=0,
+                   base=0, floats=0, extensions=()):
     """`data` has the columns east, north, sensor; `mag` and `grav` are the columns of the readings, 0 for none. `filters`
     are the half-widths of smoothing and residual filter."""
     lines = [data, f" 1  1  1  2  3  0  {mag}  {grav}  0  0  0  0 ", " {} {} {} ".format(*field),
-             f" {filters[1]}  5  1  0  0  0  0  {filters[0]}  0  0 ", f" {base}  0  0  {base}  {floats}  {floats} ",
+             f" {filters[1]}  5  1  0  0  0  {smooth_kind}  {filters[0]}  0  0 ", f" {base}  0  0  {base}  {floats}  {floats} ",
              " 0  1  1 ", " 0  0 ", " 0  0 ", " 1  1 ", " 1  1 ", " 0  1 ", f" {len(bodies)}  7  500  0  0 "]
     for number, body in enumerate(bodies, 1):
         lines += body_lines(number, body)
@@ -41,7 +41,7 @@ def workspace_text(data, bodies, field=(56000, -65, -4), mag=0, grav=0, formulas
 def data_text(stations, *columns):
     """Stations are (east, north, sensor)."""
     rows = zip(stations, *columns) if columns else ((s,) for s in stations)
-    return "".join("{:.6f} {:.6f} {:.6f}".format(*s) + "".join(f" {v:.6f}" for v in values) + "\n" for s, *values in rows)
+    return "".join("{:.9f} {:.9f} {:.9f}".format(*s) + "".join(f" {v:.9g}" for v in values) + "\n" for s, *values in rows)
 
 
 class Folder:
