@@ -38,6 +38,11 @@ test  python3-mypy        the types of the module for Python
 test  clang-format        the format of the sources
 test  ccache              compiling once what all clones share
 deep  slurm-wlm           a cluster of two nodes for whole surveys
+deep  man-db              the man pages as they are read
+deep  groff-base          the same
+deep  bash-completion     completion of command lines
+deep  zsh                 the same
+deep  fish                the same
 deep  munge               the keys of that cluster
 tidy  clang-tidy          the checks of the sources
 tidy  clang               a second compiler, and the fuzzers

@@ -4,6 +4,7 @@
 #include <QFileInfo>
 #include <QTimer>
 
+#include "app/window_arguments.h"
 #include "chart/qt/installed_fonts.h"
 #include "core/file_limit.h"
 #include "core/session.h"
@@ -17,6 +18,11 @@
 
 int main(int argc, char** argv) {
     anomalis::take_file_limit_as_error();
+    const anomalis::WindowArguments arguments = anomalis::read_window_arguments(argc, argv);
+    if (arguments.status >= 0) {
+        (arguments.status == 0 ? std::cout : std::cerr) << arguments.told << std::flush;
+        return arguments.status;
+    }
     QApplication application(argc, argv);
     QApplication::setApplicationName("Anomalis");
     anomalis::window::apply_look(application);
@@ -32,8 +38,7 @@ int main(int argc, char** argv) {
     anomalis::window::Form_anomalis form(session, anomalis::flow::find_examples(session.system.exe_folder));
     prompts.set_window(&form);
     form.show();
-    if (const QStringList arguments = QApplication::arguments(); arguments.size() > 1)
-        form.open_file(QFileInfo(arguments[1]).absoluteFilePath().toStdString());
+    if (!arguments.file.isEmpty()) form.open_file(QFileInfo(arguments.file).absoluteFilePath().toStdString());
     QTimer::singleShot(0, &form, [&form] { form.recovery().start(anomalis::flow::recovery_root()); });
     const int status = QApplication::exec();
     prompts.set_window(nullptr);

@@ -4,6 +4,8 @@
 #include <ostream>
 #include <sstream>
 
+#include "batch/option_names.h"
+#include "batch/option_values.h"
 #include "core/shown_text.h"
 #include "core/version.h"
 
@@ -11,10 +13,7 @@ namespace anomalis::batch {
 
 namespace {
 
-/// "--output" of "-o,--output".
-std::string long_name(const std::string& names) {
-    return names.substr(names.rfind(',') + 1);
-}
+constexpr std::size_t help_width = 100;
 
 /// The options of one command, as the library knows them.
 class ReadOptions : public OptionList {
@@ -26,38 +25,40 @@ class ReadOptions : public OptionList {
         });
     }
 
-    void file(const std::string& name, std::string& value, const std::string& purpose) override {
-        command_.add_option(name, value, purpose)->required();
+    void file(const manual::ValueForm& form, std::string& value, const std::string& purpose) override {
+        command_.add_option(form.name, value, purpose)->required()->type_name("");
         may_be_input_.push_back([&value](StreamChoice& chosen) {
             if (value == "-") chosen.inputs.push_back(&value);
         });
     }
-    void files(const std::string& name, std::vector<std::string>& values,
+    void files(const manual::ValueForm& form, std::vector<std::string>& values,
                const std::string& purpose) override {
-        command_.add_option(name, values, purpose)->required();
+        command_.add_option(form.name, values, purpose)->required()->type_name("");
         may_be_input_.push_back([&values](StreamChoice& chosen) {
             for (std::string& value : values)
                 if (value == "-") chosen.inputs.push_back(&value);
         });
     }
-    void output(const std::string& names, std::string& path, const std::string& purpose, Need need,
-                const std::string& ending) override {
-        place_->add_option(names, path, purpose)->required(need == Need::must);
+    void output(const std::string& names, std::string& path, const manual::ValueForm& form,
+                const std::string& purpose, Need need, const std::string& ending) override {
+        place_->add_option(names, path, purpose)->required(need == Need::must)->type_name(form.name);
         outputs_.push_back({&path, ending});
     }
-    void text(const std::string& names, std::string& value, const std::string& purpose) override {
-        place_->add_option(names, value, purpose);
+    void text(const std::string& names, std::string& value, const manual::ValueForm& form,
+              const std::string& purpose) override {
+        place_->add_option(names, value, purpose)->type_name(form.name);
     }
     void taken(const std::string& names, const Take& take, const std::string& purpose, Need need) override {
         place_
             ->add_option_function<std::string>(
                 names,
                 [take, names](const std::string& text) {
-                    if (const std::string why = take(text); !why.empty())
+                    if (const std::string why = take.read(text); !why.empty())
                         throw CLI::ValidationError(long_name(names), why);
                 },
                 purpose)
-            ->required(need == Need::must);
+            ->required(need == Need::must)
+            ->type_name(take.form.name);
     }
     void several(const std::string& names, const Take& take, const std::string& purpose) override {
         place_
@@ -65,15 +66,19 @@ class ReadOptions : public OptionList {
                 names,
                 [take, names](const std::vector<std::string>& texts) {
                     for (const std::string& text : texts)
-                        if (const std::string why = take(text); !why.empty())
+                        if (const std::string why = take.read(text); !why.empty())
                             throw CLI::ValidationError(long_name(names), why);
                 },
                 purpose)
+            ->type_name(take.form.name)
             ->allow_extra_args(false);  // what follows the text may be the file
     }
     void choice(const std::string& names, std::string& value, const std::vector<std::string>& choices,
                 const std::string& purpose) override {
-        place_->add_option(names, value, purpose)->check(CLI::IsMember(choices))->capture_default_str();
+        place_->add_option(names, value, purpose)
+            ->check(CLI::IsMember(choices).description(""))
+            ->type_name(manual::one_of(choices, value_name(names)).name)
+            ->capture_default_str();
     }
     void flag(const std::string& names, bool& value, const std::string& purpose) override {
         place_->add_flag(names, value, purpose);
@@ -104,33 +109,29 @@ class ReadOptions : public OptionList {
     std::vector<StreamChoice::Output> outputs_;
 };
 
-/// What all commands have in common.
-void add_common_options(OptionList& options, CommandLine& line) {
-    options.taken(
-        "--formulas",
-        [&line](const std::string& choice) -> std::string {
-            line.formulas = formulas_of_name(choice);
-            return line.formulas ? "" : "must be classic or exact: " + choice;
-        },
-        "classic or exact, in place of what the workspace file says");
-    options.flag("--keep-going", line.keep_going,
-                 "Count as done what was written although something failed on the way; tables and reports "
-                 "say what");
+/// What the help of a command says behind its options.
+std::string footer(const Command& command) {
+    std::string text;
+    for (const std::string& paragraph : command.details()) text += manual::wrapped(paragraph, help_width);
+    for (const manual::Example& example : command.examples())
+        text += example.does + ":\n  " + example.line + "\n";
+    return text;
 }
 
 }  // namespace
 
 CommandLine read_command_line(int argc, char** argv, const Commands& commands, std::ostream& out,
                               std::ostream& err) {
-    CLI::App app("Magnetic and gravity anomalies along a survey profile, without a window", "anomalis-batch");
+    CLI::App app(program_purpose, "anomalis-batch");
     app.set_version_flag("--version", "anomalis-batch " + std::string(application_version()));
     app.require_subcommand(1);
     CommandLine line;
     std::vector<std::unique_ptr<ReadOptions>> options;
     for (const std::unique_ptr<Command>& command : commands) {
         CLI::App* sub = app.add_subcommand(command->name(), command->purpose());
+        sub->footer(footer(*command));
         options.push_back(std::make_unique<ReadOptions>(*sub));
-        add_common_options(*options.back(), line);
+        add_common_options(*options.back(), line.common);
         command->declare(*options.back());
         sub->callback([&line, chosen = command.get(), read = options.back().get()] {
             line.command = chosen;

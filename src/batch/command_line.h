@@ -1,12 +1,11 @@
 #pragma once
 
 #include <iosfwd>
-#include <optional>
 #include <string>
 #include <vector>
 
 #include "batch/command.h"
-#include "core/formulas.h"
+#include "batch/option_values.h"
 
 namespace anomalis::batch {
 
@@ -24,8 +23,7 @@ struct StreamChoice {
 struct CommandLine {
     const Command* command = nullptr;  ///< one of those offered; null when there is nothing to do
     bool wrong = false;                ///< it was refused, and why was written; else help was asked for
-    std::optional<Formulas> formulas;
-    bool keep_going = false;
+    CommonOptions common;
     StreamChoice streams;  ///< those that are "-"
 };
 

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "batch/option_names.h"
 #include "batch/option_values.h"
 #include "batch/picture_writer.h"
 #include "batch/survey_options.h"
@@ -145,6 +146,14 @@ struct MapOptions {
     MapRequest picture;
 };
 
+struct ManualOptions {
+    std::string format = "markdown", page = program_name;
+    std::string output;  ///< empty: the output stream
+    std::string into;    ///< folder for everything; empty: one text is written
+};
+/// "anomalis-batch", "anomalis", "anomalis-batch-info" and so on.
+std::vector<std::string> manual_page_names();
+
 bool run_info(const InfoOptions& options, BatchSession& batch);
 bool run_dump(const DumpOptions& options, BatchSession& batch);
 bool run_forward(const ForwardOptions& options, BatchSession& batch);
@@ -158,6 +167,7 @@ bool run_joined(const JoinedOptions& options, BatchSession& batch);
 bool run_lines(const LinesOptions& options, BatchSession& batch);
 bool run_import(const ImportOptions& options, BatchSession& batch);
 bool run_new(const NewOptions& options, BatchSession& batch);
+bool run_manual(const ManualOptions& options, BatchSession& batch);
 bool run_map(const MapOptions& options, BatchSession& batch, PictureWriter* pictures);
 bool run_render(const RenderOptions& options, BatchSession& batch, PictureWriter* pictures);
 

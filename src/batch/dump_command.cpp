@@ -10,9 +10,19 @@ class DumpCommand : public Command {
   public:
     std::string name() const override { return "dump"; }
     std::string purpose() const override { return "Print everything as one JSON object"; }
+    std::vector<std::string> details() const override {
+        return {
+            "Everything that the workspace holds and everything that follows from it, all numbers in full: "
+            "definition, field, stations, observed and calculated rows, bodies with their depths, misfits, "
+            "failures."};
+    }
+    std::vector<manual::Example> examples() const override {
+        return {{"anomalis-batch dump line_1030.axm -o everything.json",
+                 "Take all numbers of a workspace to another program"}};
+    }
     void declare(OptionList& options) override {
-        options.file("MODEL", options_.model, model_file_purpose);
-        options.taken("-o,--output", take_stream(options_.output), stream_purpose);
+        options.file(workspace_form("MODEL"), options_.model, model_file_purpose);
+        options.taken("-o,--output", take_stream(options_.output, ".json"), stream_purpose);
     }
     CommandFiles files() const override {
         return {.model = options_.model, .writes = {{"--output", options_.output}}};

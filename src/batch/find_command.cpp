@@ -9,11 +9,12 @@ constexpr int most_bodies = 100, most_alternatives = 20;
 
 /// "thin", "thick", or both with a comma between them.
 OptionList::Take take_kinds(bool& thin, bool& thick) {
-    return [&thin, &thick](const std::string& text) -> std::string {
-        thin = text == "thin" || text == "thin,thick" || text == "thick,thin";
-        thick = text == "thick" || text == "thin,thick" || text == "thick,thin";
-        return thin || thick ? "" : "must be thin, thick or thin,thick: " + text;
-    };
+    return {[&thin, &thick](const std::string& text) -> std::string {
+                thin = text == "thin" || text == "thin,thick" || text == "thick,thin";
+                thick = text == "thick" || text == "thin,thick" || text == "thick,thin";
+                return thin || thick ? "" : "must be thin, thick or thin,thick: " + text;
+            },
+            manual::one_of({"thin", "thick", "thin,thick"}, "")};
 }
 
 class FindCommand : public Command {
@@ -21,6 +22,19 @@ class FindCommand : public Command {
     std::string name() const override { return "find"; }
     std::string purpose() const override {
         return "Propose models of the line: sheets with place, depth, dip, width and susceptibility";
+    }
+    std::vector<std::string> details() const override {
+        return {
+            "It looks beside the bodies that stand there, which stay as they are unless --free-present is "
+            "given. A workspace without a regional lets its degree be found. That nothing stands out of the "
+            "noise is an answer: exit status 0, a note, and an alternative without bodies. Ctrl+C ends it "
+            "with what was found."};
+    }
+    std::vector<manual::Example> examples() const override {
+        return {{"anomalis-batch find line_1030.axm --most 6 -o best.axm --report found.json",
+                 "Look for up to six sheets under a line"},
+                {"anomalis-batch find line_1030.axm --kinds thin --window 1000:4000 --report found.json",
+                 "Look for thin sheets in a part of the line"}};
     }
     void declare(OptionList& options) override;
     CommandFiles files() const override {
@@ -38,12 +52,13 @@ class FindCommand : public Command {
 };
 
 void FindCommand::declare(OptionList& options) {
-    options.file("MODEL", options_.model, model_file_purpose);
+    options.file(workspace_form("MODEL"), options_.model, model_file_purpose);
     declare_search(options);
     declare_data(options);
-    options.output("-o,--output", options_.output,
+    options.output("-o,--output", options_.output, workspace_form("FILE"),
                    "Write the workspace with the best model here; not after a failure, unless --keep-going");
-    options.output("--report", options_.report, "Write a JSON report of all proposals here");
+    options.output("--report", options_.report, manual::file("FILE", {".json"}),
+                   "Write a JSON report of all proposals here");
     declare_checks(options);
 }
 

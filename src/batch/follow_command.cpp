@@ -18,6 +18,16 @@ class FollowCommand : public Command {
         return "Carry the model of one line to its neighbours, fit it there, and find its strikes from all "
                "of them";
     }
+    std::vector<std::string> details() const override {
+        return {
+            "A body starts where the strike line through its reference point crosses the next line, as deep "
+            "below the ground as on the first one. With two lines or more the places of a body tell its "
+            "strike."};
+    }
+    std::vector<manual::Example> examples() const override {
+        return {{"anomalis-batch follow line_1.axm line_2.axm line_3.axm -o followed --report strikes.json",
+                 "Follow the bodies of a line over two neighbours"}};
+    }
     void declare(OptionList& options) override;
     CommandFiles files() const override;
     bool run(BatchSession& batch) const override { return run_follow(options_, batch); }
@@ -27,8 +37,10 @@ class FollowCommand : public Command {
 };
 
 void FollowCommand::declare(OptionList& options) {
-    options.file("FIRST", options_.first, "Workspace file of the line whose model is followed (.axm)");
-    options.files("NEXT", options_.next, "Workspace files of the lines that it is followed to");
+    options.file(workspace_form("FIRST"), options_.first,
+                 "Workspace file of the line whose model is followed (.axm)");
+    options.files(workspace_form("NEXT"), options_.next,
+                  "Workspace files of the lines that it is followed to");
     options.choice("--channel", options_.channel, {"mag", "grav", "joint"},
                    "mag, grav, or joint for both; otherwise that of the fit of FIRST, or what it has");
     add_fit_choice(options, options_.fit);
@@ -36,10 +48,10 @@ void FollowCommand::declare(OptionList& options) {
                   "Most iterations of a fit, at least 1 [25]");
     options.taken("--starts", take_count(options_.starts, 0, most_starts),
                   "Fits from other starts that may find a better answer [4]");
-    options.output("-o,--output", options_.output,
+    options.output("-o,--output", options_.output, workspace_form("FILE"),
                    "Write the fitted workspace here; for several lines a folder that is there, which gets a "
                    "file of the name of each. Not after a failure, unless --keep-going");
-    options.output("--report", options_.report, "Write a JSON report here");
+    options.output("--report", options_.report, manual::file("FILE", {".json"}), "Write a JSON report here");
     options.at_end("--output", [this]() -> std::string {
         const bool folder_needed = options_.next.size() > 1 && !options_.output.empty();
         std::error_code ignored;

@@ -9,8 +9,11 @@ class InfoCommand : public Command {
   public:
     std::string name() const override { return "info"; }
     std::string purpose() const override { return "Tell what the workspace holds"; }
+    std::vector<manual::Example> examples() const override {
+        return {{"anomalis-batch info line_1030.axm", "See what line, bodies and fit a workspace holds"}};
+    }
     void declare(OptionList& options) override {
-        options.file("MODEL", options_.model, model_file_purpose);
+        options.file(workspace_form("MODEL"), options_.model, model_file_purpose);
         options.flag("--json", options_.json, "As one JSON object, units in the names");
     }
     CommandFiles files() const override { return {.model = options_.model, .writes = {}}; }

@@ -12,6 +12,19 @@ class InvertCommand : public Command {
   public:
     std::string name() const override { return "invert"; }
     std::string purpose() const override { return "Fit the free parameters of the model to the data"; }
+    std::vector<std::string> details() const override {
+        return {
+            "Parameters that the workspace marks as free are fitted within their limits. Ctrl+C ends it "
+            "after the iteration that it is in, and what was found is written; a second one ends the program "
+            "at once."};
+    }
+    std::vector<manual::Example> examples() const override {
+        return {
+            {"anomalis-batch invert line_1030.axm --channel mag --regional 1 -o fitted.axm --report fit.json",
+             "Fit a model to magnetics over a sloping regional"},
+            {"anomalis-batch invert line_1030.axm --channel joint --in-place",
+             "Fit magnetics and gravity together, in place"}};
+    }
     void declare(OptionList& options) override;
     CommandFiles files() const override {
         return {.model = options_.model,
@@ -28,7 +41,7 @@ class InvertCommand : public Command {
 };
 
 void InvertCommand::declare(OptionList& options) {
-    options.file("MODEL", options_.model, model_file_purpose);
+    options.file(workspace_form("MODEL"), options_.model, model_file_purpose);
     options.choice("--channel", options_.channel, {"mag", "grav", "joint"},
                    "mag, grav, or joint for both (least-squares only)");
     options.choice("--target", options_.target, {"data", "gradient"}, "data or gradient");
@@ -48,11 +61,11 @@ void InvertCommand::declare(OptionList& options) {
 }
 
 void InvertCommand::declare_outputs(OptionList& options) {
-    options.output("-o,--output", options_.output,
+    options.output("-o,--output", options_.output, workspace_form("FILE"),
                    "Write the fitted workspace here; not after a failure, unless --keep-going");
     options.flag("--force", options_.force, "Replace MODEL even if another program has changed it meanwhile");
     options.flag("--in-place", options_.in_place, "Write the fitted workspace over MODEL itself");
-    options.output("--report", options_.report, "Write a JSON report here");
+    options.output("--report", options_.report, manual::file("FILE", {".json"}), "Write a JSON report here");
     options.at_end("--in-place", [this]() -> std::string {
         if (options_.in_place && options_.output.empty()) options_.output = options_.model;
         const bool elsewhere = options_.in_place && !same_file(options_.output, options_.model);

@@ -17,6 +17,11 @@ class MapCommand : public Command {
     std::string purpose() const override {
         return "Draw all lines of a survey file, coloured by the field, or the results of a survey";
     }
+    std::vector<manual::Example> examples() const override {
+        return {{"anomalis-batch map survey.csv -o map.png --line 5690",
+                 "Draw all lines of a survey file, one of them on top"},
+                {"anomalis-batch map results -o map.pdf", "Draw the results of a survey"}};
+    }
     void declare(OptionList& options) override;
     CommandFiles files() const override {
         return {.model = options_.survey.file, .writes = {{"--output", options_.picture.path}}};
@@ -51,9 +56,10 @@ void MapCommand::declare(OptionList& options) {
     add_survey_options(options, options_.survey);
     add_picture_options(options, picture.path, picture.width, picture.height);
     options.taken(
-        "--area", [this](const std::string& text) { return take_area(text); },
+        "--area",
+        {[this](const std::string& text) { return take_area(text); }, manual::word("WEST,EAST,SOUTH,NORTH")},
         "WEST,EAST,SOUTH,NORTH in m: what of the results is shown; otherwise all");
-    options.text("--line", options_.line, "Line that is drawn on top");
+    options.text("--line", options_.line, manual::word("NAME"), "Line that is drawn on top");
 }
 
 }  // namespace

@@ -9,6 +9,9 @@ class NewCommand : public Command {
   public:
     std::string name() const override { return "new"; }
     std::string purpose() const override { return "Make a workspace for a table of one line"; }
+    std::vector<manual::Example> examples() const override {
+        return {{"anomalis-batch new line.xyz -o line.axm", "Make a workspace for a table"}};
+    }
     void declare(OptionList& options) override;
     CommandFiles files() const override {
         return {.model = "", .writes = {{"--output", options_.output}}, .data = {options_.survey.file}};
@@ -23,7 +26,7 @@ void NewCommand::declare(OptionList& options) {
     add_survey_options(options, options_.survey);
     add_import_choices(options, options_.choices);
     options.output(
-        "-o,--output", options_.output,
+        "-o,--output", options_.output, workspace_form("FILE"),
         "The workspace file (.axm). A table that needs no change is its data file; otherwise a table is "
         "made beside it. - is the standard output, for a table that needs no change",
         OptionList::Need::must, "");

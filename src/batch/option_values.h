@@ -5,6 +5,7 @@
 #include <string>
 
 #include "batch/option_list.h"
+#include "core/formulas.h"
 #include "field/main_field.h"
 #include "flow/fit_window.h"
 
@@ -21,7 +22,7 @@ OptionList::Take take_regional(std::optional<std::int32_t>& degree);
 OptionList::Take take_noise(std::optional<float>& noise, const std::string& unit);
 
 /// A file to write; a single "-", the way pipelines name the standard output, is "".
-OptionList::Take take_stream(std::string& path);
+OptionList::Take take_stream(std::string& path, const std::string& ending);
 inline constexpr const char* stream_purpose = "Write it here; - is the standard output";
 
 /// "A:B", m along the profile, A below B.
@@ -32,6 +33,13 @@ OptionList::Take take_place(field::Place& place);
 
 /// "1990-07-01" or a decimal year.
 OptionList::Take take_date(double& year);
+
+/// What all commands have in common.
+struct CommonOptions {
+    std::optional<Formulas> formulas;  ///< in place of what the file says
+    bool keep_going = false;
+};
+void add_common_options(OptionList& options, CommonOptions& common);
 
 /// The options by which a fit is told regional and noises.
 struct FitChoice {

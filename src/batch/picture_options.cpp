@@ -26,6 +26,10 @@ bool parse_size(const std::string& text, int& wide, int& high) {
 
 }  // namespace
 
+manual::ValueForm picture_form() {
+    return manual::file("FILE", {".png", ".svg", ".pdf", ".emf"});
+}
+
 std::string ending_refusal(const std::string& path) {
     if (path == "-") return {};
     for (const char* ending : {".png", ".svg", ".pdf", ".emf"})
@@ -34,16 +38,16 @@ std::string ending_refusal(const std::string& path) {
 }
 
 void add_picture_options(OptionList& options, std::string& path, int& width, int& height) {
-    options.output("-o,--output", path, "Picture: .png, .svg, .pdf or .emf; - writes a .png",
+    options.output("-o,--output", path, picture_form(), "Picture: .png, .svg, .pdf or .emf; - writes a .png",
                    OptionList::Need::must, ".png");
     options.at_end("--output", [&path] { return ending_refusal(path); });
-    options.taken(
-        "--size",
-        [&width, &height](const std::string& text) -> std::string {
-            if (parse_size(text, width, height)) return {};
-            return "must be WIDTHxHEIGHT in pixels, 16 to 16384: " + text;
-        },
-        "Pixels, such as 1600x1000 [1600x1000]");
+    options.taken("--size",
+                  {[&width, &height](const std::string& text) -> std::string {
+                       if (parse_size(text, width, height)) return {};
+                       return "must be WIDTHxHEIGHT in pixels, 16 to 16384: " + text;
+                   },
+                   manual::word("WIDTHxHEIGHT")},
+                  "Pixels, such as 1600x1000 [1600x1000]");
 }
 
 }  // namespace anomalis::batch

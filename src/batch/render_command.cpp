@@ -26,6 +26,12 @@ class RenderCommand : public Command {
     explicit RenderCommand(PictureWriter* pictures) : pictures_(pictures) {}
     std::string name() const override { return "render"; }
     std::string purpose() const override { return "Draw what the window shows"; }
+    std::vector<manual::Example> examples() const override {
+        return {{"anomalis-batch render line_1030.axm -o section.png --size 1600x1000",
+                 "Draw curves and section"},
+                {"anomalis-batch render line_1030.axm -o figure.pdf --view page --paper a4 --landscape",
+                 "Lay the whole model out on a sheet of paper"}};
+    }
     void declare(OptionList& options) override;
     CommandFiles files() const override {
         return {.model = options_.model, .writes = {{"--output", options_.picture.path}}};
@@ -39,7 +45,7 @@ class RenderCommand : public Command {
 
 void RenderCommand::declare(OptionList& options) {
     PictureRequest& picture = options_.picture;
-    options.file("MODEL", options_.model, model_file_purpose);
+    options.file(workspace_form("MODEL"), options_.model, model_file_purpose);
     add_picture_options(options, picture.path, picture.width, picture.height);
     options.choice("--view", picture.view, view_names(),
                    "section: the curves over the section; plan: the curves over the plan; curves: without "
@@ -47,7 +53,7 @@ void RenderCommand::declare(OptionList& options) {
                    "bodies");
     options.choice("--paper", picture.paper, paper_choices(), "Sheet of the page");
     options.flag("--landscape", picture.landscape, "The page lies on its long side");
-    options.text("--title", picture.title, "Title of the page [the name of the model]");
+    options.text("--title", picture.title, manual::word("TEXT"), "Title of the page [the name of the model]");
     options.at_end("--view", [&picture]() -> std::string {
         const PictureRequest usual;
         const bool page = picture.view == page_view;

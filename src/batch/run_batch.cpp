@@ -5,6 +5,7 @@
 
 #include "batch/batch_session.h"
 #include "batch/command_line.h"
+#include "batch/exit_status.h"
 #include "batch/standard_streams.h"
 #include "core/failure.h"
 #include "core/shown_text.h"
@@ -12,29 +13,6 @@
 namespace anomalis::batch {
 
 namespace {
-
-enum ExitStatus : int { exit_done = 0, exit_failed = 1, exit_usage = 2, exit_try_again = 75 };
-
-Commands all_commands(PictureWriter* pictures) {
-    Commands commands;
-    commands.push_back(info_command());
-    commands.push_back(dump_command());
-    commands.push_back(forward_command());
-    commands.push_back(invert_command());
-    commands.push_back(find_command());
-    commands.push_back(follow_command());
-    commands.push_back(uncertainty_command());
-    commands.push_back(field_command());
-    commands.push_back(export_command());
-    commands.push_back(joined_command());
-    commands.push_back(lines_command());
-    commands.push_back(import_command());
-    commands.push_back(new_command());
-    commands.push_back(render_command(pictures));
-    commands.push_back(map_command(pictures));
-    commands.push_back(survey_command(pictures));
-    return commands;
-}
 
 /// Why what the "-" stand for cannot be had together; "" when it can.
 std::string streams_refusal(const StreamChoice& streams, bool to_terminal) {
@@ -79,14 +57,14 @@ int run_batch(int argc, char** argv, std::ostream& out, std::ostream& err, Pictu
                        [&] { put_files_for_streams(line.streams, in ? *in : std::cin, streams); }) != 0)
         return exit_failed;
     if (refused(files_refusal(line.command->files()))) return exit_usage;
-    batch.formulas = line.formulas;
-    batch.keep_going = line.keep_going;
+    batch.formulas = line.common.formulas;
+    batch.keep_going = line.common.keep_going;
     batch.to_terminal = to_terminal;
     batch.show_progress = &err == &std::cerr && ::isatty(STDERR_FILENO) != 0;
     const bool done = run_command(line, batch, streams);
     if (batch.wrong_usage) return exit_usage;
     if (batch.try_again) return exit_try_again;
-    return done && (batch.failures().empty() || line.keep_going) ? exit_done : exit_failed;
+    return done && (batch.failures().empty() || line.common.keep_going) ? exit_done : exit_failed;
 }
 
 }  // namespace anomalis::batch

@@ -13,22 +13,24 @@ namespace {
 constexpr int most_jobs = 1024, most_lines_a_shard = 1000000;
 
 OptionList::Take take_folder(std::string& folder) {
-    return [&folder](const std::string& text) -> std::string {
-        folder = text;
-        if (text.empty() || text == "-") return "must be a folder";
-        return file_exists(text).empty() ? "" : "must be a folder, and this is a file: " + text;
-    };
+    return {[&folder](const std::string& text) -> std::string {
+                folder = text;
+                if (text.empty() || text == "-") return "must be a folder";
+                return file_exists(text).empty() ? "" : "must be a folder, and this is a file: " + text;
+            },
+            manual::folder("FOLDER")};
 }
 
 OptionList::Take take_shard(survey::Shard& shard) {
-    return [&shard](const std::string& text) -> std::string {
-        try {
-            shard = survey::read_shard(text);
-            return {};
-        } catch (const Fault& fault) {
-            return fault.what();
-        }
-    };
+    return {[&shard](const std::string& text) -> std::string {
+                try {
+                    shard = survey::read_shard(text);
+                    return {};
+                } catch (const Fault& fault) {
+                    return fault.what();
+                }
+            },
+            manual::word("I/N")};
 }
 
 class SurveyCommand : public Command {
@@ -37,6 +39,19 @@ class SurveyCommand : public Command {
     std::string name() const override { return "survey"; }
     std::string purpose() const override {
         return "Do what a plan says with the lines of a survey, on all cores; started again it goes on";
+    }
+    std::vector<std::string> details() const override {
+        return {
+            "PLAN names a survey file or workspaces and says what is done with each line. FOLDER gets "
+            "lines/NAME with workspace and report of each, and in the end bodies.csv, lines.csv, seconds.csv "
+            "and survey.gpkg. A line that fails is a row with its message; the others go on."};
+    }
+    std::vector<manual::Example> examples() const override {
+        return {{"anomalis-batch survey plan.toml -o results --dry-run", "See what a plan would do"},
+                {"anomalis-batch survey plan.toml -o results --map map.pdf",
+                 "Do it on all cores, and draw a map at the end"},
+                {"anomalis-batch survey plan.toml -o results --slurm -j 8",
+                 "Hand it to a Slurm cluster, eight cores a part"}};
     }
     void declare(OptionList& options) override;
     CommandFiles files() const override {
@@ -54,7 +69,7 @@ class SurveyCommand : public Command {
 };
 
 void SurveyCommand::declare(OptionList& options) {
-    options.file("PLAN", options_.plan,
+    options.file(manual::file("PLAN", {".toml", ".json", ".csv"}), options_.plan,
                  "Plan of the survey: TOML, JSON (.json), or a table (.csv) with one row a workspace");
     options.taken("-o,--output", take_folder(options_.folder),
                   "Folder for the results; made when it is not there. What it holds of this survey is kept",
@@ -64,7 +79,8 @@ void SurveyCommand::declare(OptionList& options) {
     options.flag("--dry-run", options_.dry_run, "Tell what would be done, and do nothing");
     options.choice("--log", options_.log, {"text", "json"},
                    "json: every line and the progress as JSON objects on the standard output, one a line");
-    options.text("--map", options_.map, "Draw the map of the results at the end: .png, .svg, .pdf or .emf");
+    options.text("--map", options_.map, picture_form(),
+                 "Draw the map of the results at the end: .png, .svg, .pdf or .emf");
     options.at_end("--map", [this] { return map_refusal(); });
     declare_parts(options);
 }
@@ -80,13 +96,13 @@ void SurveyCommand::declare_parts(OptionList& options) {
     options.taken("--shard", take_shard(options_.shard),
                   "I/N: part I of N alone, such as 2/5; the tables are made by --merge");
     options.flag("--merge", options_.merge, "Make the tables of a survey that was done in parts");
-    options.several(
-        "--from",
-        [this](const std::string& text) -> std::string {
-            options_.from.push_back(text);
-            return folder_exists(text) ? "" : "must be a folder with results: " + text;
-        },
-        "With --merge: a folder with other lines of the same plan");
+    options.several("--from",
+                    {[this](const std::string& text) -> std::string {
+                         options_.from.push_back(text);
+                         return folder_exists(text) ? "" : "must be a folder with results: " + text;
+                     },
+                     manual::folder("FOLDER")},
+                    "With --merge: a folder with other lines of the same plan");
     options.flag("--slurm", options_.slurm,
                  "Write a script for a Slurm cluster, with parts of --lines-a-shard lines on -j cores each, "
                  "and submit it");

@@ -10,13 +10,14 @@ constexpr int most_samples = 1000000, most_seed = 2147483647;
 constexpr double most_degrees = 90;
 
 OptionList::Take take_degrees(double& degrees) {
-    return [&degrees](const std::string& text) -> std::string {
-        double number = 0;
-        if (!parse_number(text, number) || number < 0 || number > most_degrees)
-            return "must be a number of degrees from 0 to 90: " + text;
-        degrees = number;
-        return {};
-    };
+    return {[&degrees](const std::string& text) -> std::string {
+                double number = 0;
+                if (!parse_number(text, number) || number < 0 || number > most_degrees)
+                    return "must be a number of degrees from 0 to 90: " + text;
+                degrees = number;
+                return {};
+            },
+            manual::word("DEGREES")};
 }
 
 class UncertaintyCommand : public Command {
@@ -24,6 +25,17 @@ class UncertaintyCommand : public Command {
     std::string name() const override { return "uncertainty"; }
     std::string purpose() const override {
         return "Fit the model, then others that explain the data as well: how sure it is";
+    }
+    std::vector<std::string> details() const override {
+        return {
+            "Models are drawn, fitted and kept where they explain the data as well. Ctrl+C ends it with the "
+            "models that there are."};
+    }
+    std::vector<manual::Example> examples() const override {
+        return {
+            {"anomalis-batch uncertainty line_1030.axm --regional 1 --samples 300 --report how_sure.json "
+             "--table models.csv",
+             "Learn how sure the depths of a model are"}};
     }
     void declare(OptionList& options) override;
     CommandFiles files() const override {
@@ -39,7 +51,7 @@ class UncertaintyCommand : public Command {
 };
 
 void UncertaintyCommand::declare(OptionList& options) {
-    options.file("MODEL", options_.model, model_file_purpose);
+    options.file(workspace_form("MODEL"), options_.model, model_file_purpose);
     options.taken("--samples", take_count(options_.samples, 1, most_samples), "Models to be drawn [300]");
     options.taken("--seed", take_count(options_.seed, 0, most_seed),
                   "The same seed gives the same models, on any number of cores [1]");
@@ -54,10 +66,11 @@ void UncertaintyCommand::declare(OptionList& options) {
     options.flag("--same-regional", options_.same_regional,
                  "Every model has a regional of the same degree; otherwise others that explain the data as "
                  "well take part");
-    options.output("--report", options_.report,
+    options.output("--report", options_.report, manual::file("FILE", {".json"}),
                    "Write a JSON report here: values, bands, profile intervals, words, models, fan");
-    options.output("--table", options_.table, "Write the models here as a CSV table, one row a model");
-    options.output("-o,--output", options_.output,
+    options.output("--table", options_.table, manual::file("FILE", {".csv"}),
+                   "Write the models here as a CSV table, one row a model");
+    options.output("-o,--output", options_.output, workspace_form("FILE"),
                    "Write the fitted workspace here; not after a failure, unless --keep-going");
 }
 

@@ -9,11 +9,11 @@ namespace anomalis::house {
 namespace {
 
 const std::map<std::string, int> floors{
-    {"core", 0},      {"vector", 0}, {"transform", 1},    {"intake", 1},         {"forward", 1},
-    {"filter", 1},    {"field", 1},  {"model", 2},        {"workspace_file", 2}, {"edit", 3},
-    {"inversion", 3}, {"show", 4},   {"output", 4},       {"diagnostics", 4},    {"flow", 5},
-    {"report", 6},    {"survey", 7}, {"transform/qt", 5}, {"diagnostics/qt", 5}, {"chart/qt", 5},
-    {"batch", 8},     {"window", 8}, {"app", 9},          {"python", 9},
+    {"core", 0},     {"vector", 0},    {"transform", 1}, {"intake", 1},       {"forward", 1},
+    {"filter", 1},   {"field", 1},     {"manual", 1},    {"model", 2},        {"workspace_file", 2},
+    {"edit", 3},     {"inversion", 3}, {"show", 4},      {"output", 4},       {"diagnostics", 4},
+    {"flow", 5},     {"report", 6},    {"survey", 7},    {"transform/qt", 5}, {"diagnostics/qt", 5},
+    {"chart/qt", 5}, {"batch", 8},     {"window", 8},    {"app", 9},          {"python", 9},
 };
 
 const std::set<std::string> chart_may_include{"core/numbers.h", "core/text.h", "core/failure.h",
