@@ -13,6 +13,7 @@ class Block:
     expected: str | None = None  # what it prints, where the page says so
     expected_line: int = 0
     skipped: str = ""  # why it is not run
+    file: str = ""  # the text is written there instead
 
 
 @dataclasses.dataclass
@@ -30,8 +31,8 @@ class PageFault(Exception):
 def blocks_of(text):
     """The blocks that can be run, in their order. `text` directly behind one is what it prints.
 
-    A comment `<!-- not run: REASON -->` leaves out the next block; `<!-- run` ... `-->` holds commands of a shell that
-    a reader need not see.
+    A comment `<!-- not run: REASON -->` leaves out the next block, `<!-- file: NAME -->` has it written to a file of
+    that name; `<!-- run` ... `-->` holds commands of a shell that a reader need not see.
     """
     reader = _Reader(text.split("\n"))
     return reader.read()
@@ -48,21 +49,25 @@ class _Reader:
         self.lines = lines
         self.at = 0
         self.blocks = []
-        self.reason = ""
+        self.reason = self.file = ""
         self.last = None  # the block that an expected text may follow
 
     def read(self):
         while self.at < len(self.lines):
             self.take(self.lines[self.at])
-        if self.reason:
-            raise PageFault(len(self.lines), "\"not run\" stands before no block")
+        if self.reason or self.file:
+            raise PageFault(len(self.lines), "a comment speaks of the next block, and there is none")
         return self.blocks
 
     def take(self, line):
         left_out = re.fullmatch(r"<!-- not run: (.+) -->", line)
+        file = re.fullmatch(r"<!-- file: (\S+) -->", line)
         fence = re.match(r"(```+)(\S*)", line)
         if left_out:
             self.reason = left_out.group(1)
+            self.at += 1
+        elif file:
+            self.file = file.group(1)
             self.at += 1
         elif line == "<!-- run":
             first = self.at + 2
@@ -77,7 +82,10 @@ class _Reader:
     def fenced(self, language, ending):
         first = self.at + 2
         text = self.until(ending)
-        if language == "text" and self.last:
+        if self.file:
+            self.blocks.append(Block("file", first, text + "\n", file=self.file))
+            self.file, self.last = "", None
+        elif language == "text" and self.last:
             self.last.expected, self.last.expected_line = text, first
             self.last = None
         elif language in LANGUAGES:

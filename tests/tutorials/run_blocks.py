@@ -56,7 +56,7 @@ def run_page(page, options):
     text = page.read_text(encoding="utf-8")
     blocks = [block for block in pages.blocks_of(text) if not block.skipped]
     if options.only:
-        blocks = [block for block in blocks if block.language == options.only]
+        blocks = [block for block in blocks if block.language in (options.only, "file")]
     if not blocks:
         raise Failure(page, 1, "has no block to run")
     with tempfile.TemporaryDirectory() as temporary:
@@ -85,7 +85,10 @@ def run_blocks(page, blocks, folder, options):
     runners = {"sh": ShellBlocks(folder, environment), "python": PythonBlocks(folder, environment, page)}
     try:
         for block in blocks:
-            run_block(page, block, runners[block.language])
+            if block.file:
+                (folder / block.file).write_text(block.text, encoding="utf-8")
+            else:
+                run_block(page, block, runners[block.language])
     finally:
         runners["python"].close()
 

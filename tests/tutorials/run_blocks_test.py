@@ -108,10 +108,15 @@ class Pages(unittest.TestCase):
         self.assertEqual(status, 0, told)
         self.assertIn("2 blocks run", told)
 
+    def test_a_block_can_be_a_file_of_the_others(self):
+        status, told = self.run_page("<!-- file: a.toml -->\n" + fenced("toml", "a = 1") + fenced("sh", "cat a.toml") +
+                                     fenced("text", "a = 1"))
+        self.assertEqual(status, 0, told)
+
     def test_a_page_without_blocks_or_with_an_open_one_is_no_page(self):
         self.fails_at(1, "no block", "# Words\n")
         self.fails_at(2, "ends what begins here", "Words.\n```sh\ntrue\n")
-        self.fails_at(2, "before no block", "<!-- not run: why -->\n")
+        self.fails_at(2, "there is none", "<!-- not run: why -->\n")
 
 
 class Printed(unittest.TestCase):
