@@ -7,15 +7,20 @@ from cases import Line, lines, off, single
 
 
 class Law:
-    def __init__(self, name, how):
-        self.name, self.how, self.worst, self.curves = name, how, {"mag": 0.0, "grav": 0.0}, 0
+    """`most` as of a row of the cases."""
+
+    def __init__(self, name, how, most=1e-6):
+        self.name, self.how, self.most, self.worst, self.curves = name, how, most, {"mag": 0.0, "grav": 0.0}, 0
 
     def take(self, channel, one, other):
         self.worst[channel] = max(self.worst[channel], off(one, other))
         self.curves += 1
 
+    def failed(self):
+        return max(self.worst.values()) > self.most
+
     def cells(self):
-        return [self.name, self.how, str(self.curves), *(f"{v:.0e}" if v else "–" for v in self.worst.values())]
+        return [f"**{self.name}**: {self.how} ({self.curves} curves)", *(f"{v:.0e}" if v else "–" for v in self.worst.values())]
 
 
 def any_body(line, kind=None):
@@ -108,7 +113,7 @@ def turned_body(folder):
 
 
 def poisson(folder):
-    law = Law("Poisson's relation", "anomaly of a vertical magnetisation in a vertical field, by the vertical slope of the gravity")
+    law = Law("Poisson's relation", "anomaly of a vertical magnetisation in a vertical field, by the vertical slope of the gravity", 5e-5)
     for line in lines(folder, 25):
         line.field = (line.field[0], 90, 0)
         for _ in range(4):
@@ -140,7 +145,7 @@ def far_away(folder):
 
 
 def slab(folder):
-    law = Law("Endless slab", "far on the + side of a step: 2 pi G times density and thickness")
+    law = Law("Endless slab", "far on the + side of a step: 2 π G times density and thickness", 1e-5)
     for line in lines(folder, 27):
         body = dict(type=4, dip=90, depth_extent=line.draw(0.1, 1), top=-line.draw(0.5, 1), **line.rock())
         body.update(strike=0, distance=single(-1e7 * line.scale) if line.scale < 100 else -1e9)

@@ -7,6 +7,17 @@ import textbook as book
 from cases import off
 
 
+class Found:
+    def __init__(self, what, against, worst, most, unit=""):
+        self.words, self.worst, self.most, self.unit = [what, against], worst, most, unit
+
+    def failed(self):
+        return self.worst > self.most
+
+    def cells(self):
+        return [*self.words, f"{self.worst:.0e}{self.unit}"]
+
+
 def main_field(folder, coefficients):
     dice = np.random.default_rng(41)
     years, table = book.read_shc(coefficients)
@@ -17,8 +28,8 @@ def main_field(folder, coefficients):
         told = json.loads(folder.run("field", "--at=" + ",".join(map(str, place)), "--date", year, "--json"))
         known = book.main_field(years, table, year, *place)
         worst = max(worst, *(abs(told[f"{name}_nT"] - v) for name, v in zip(("north", "east", "down"), known)))
-    return ["IGRF-14 at 60 places from 1900 to 2030, up to 9 km high", "potential of its coefficients, differenced",
-            f"{worst:.0e} nT"]
+    return Found("IGRF-14 at 60 places from 1900 to 2030, up to 9 km high", "potential of its coefficients, differenced", worst,
+                 1e-6, " nT")
 
 
 def kernel(kind, h):
@@ -64,7 +75,7 @@ def filters(folder):
             gradient = convolved(smoothed, gradient_kernel(5))
             for name, row in (("smoothed", smoothed), ("residual", residual), ("gradient", gradient)):
                 worst = max(worst, off(rows[name], row))
-    return ["Smoothing and residual filter of all kernels, vertical gradient", "convolution of numpy", f"{worst:.0e}"]
+    return Found("Smoothing and residual filter of all kernels, vertical gradient", "convolution of numpy", worst, 1e-4)
 
 
 def regionals(folder):
@@ -79,4 +90,4 @@ def regionals(folder):
         t = (x - 1500) / 1500
         fitted = np.polyfit(t, values - calculated, degree)[::-1]
         worst = max(worst, off(told["mag_regional"]["coefficients"], fitted))
-    return ["Regionals of degree 0 to 3 over a body", "polyfit of numpy", f"{worst:.0e}"]
+    return Found("Regionals of degree 0 to 3 over a body", "polyfit of numpy", worst, 1e-7)
