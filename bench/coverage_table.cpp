@@ -41,7 +41,7 @@ void Coverage::print_row(const char* name, const CoverageCount& count) const {
 }
 
 void Coverage::print(const std::string& title) const {
-    std::printf("### %s\n\n", title.c_str());
+    std::printf("## %s\n\n", title.c_str());
     std::printf("%d lines, seeds %u to %u, %d without an answer.\n\n", lines_, first_seed_,
                 first_seed_ + static_cast<unsigned>(lines_) - 1, failed_);
     std::printf("| Parameter | Intervals | Inside 90 %% |%s One-sided %% | Open %% |\n",

@@ -19,8 +19,12 @@ build libsqlite3-dev      GeoPackage files
 build zlib1g-dev          packed survey files
 build libtomlplusplus-dev survey plans
 build fonts-dejavu-core   the font of the charts on a machine without a desktop
+build qt6-tools-dev       the guide in the window
+build qt6-documentation-tools the guide in the window
 build python3-sphinx      the guide
+build python3-sphinxcontrib.qthelp the guide
 build python3-myst-parser the guide
+build furo                the guide's look
 test  libgtest-dev        the tests
 test  libgmock-dev        the tests
 test  libbenchmark-dev    the benchmarks

@@ -14,7 +14,7 @@ wait $!
 # range TABLES KINDS BODIES: the least and the most inside of the parameters of these tables.
 range() {
     awk -F'|' -v kinds="$2" -v bodies="$3" '
-        /^###/ { wanted = $0 ~ kinds && $0 ~ bodies }
+        /^##/ { wanted = $0 ~ kinds && $0 ~ bodies }
         wanted && /^\| [a-z]/ {
             if (!count++ || $4 + 0 < least) least = $4 + 0
             if ($4 + 0 > most) most = $4 + 0
@@ -28,7 +28,7 @@ row() {
     cat "$here/coverage_head.md"
     echo "| What | Then | Due | Seeds 1001 to 1200 | Seeds 1 to 200 |"
     echo "|---|---:|---:|---:|---:|"
-    white='### White noise,|white noise, '
+    white='## White noise,|white noise, '
     regional='White noise and a regional'
     geology='geology'
     row "White noise, thick dykes" "75 to 89" "87 to 93" "$white" thick

@@ -11,8 +11,8 @@ trap 'rm -rf "$new"' EXIT
 
 # range TABLES TITLE: the least and the most inside of the parameters of that table.
 range() {
-    awk -F'|' -v title="### $2" '
-        /^###/ { wanted = $0 == title }
+    awk -F'|' -v title="## $2" '
+        /^##/ { wanted = $0 == title }
         wanted && /^\| [a-z]/ {
             if (!count++ || $4 + 0 < least) least = $4 + 0
             if ($4 + 0 > most) most = $4 + 0
@@ -21,7 +21,7 @@ range() {
 }
 {
     cat "$here/ensemble_coverage_head.md"
-    sed -n 's/^### //p' "$new/tables" | while IFS= read -r title; do
+    sed -n 's/^## //p' "$new/tables" | while IFS= read -r title; do
         echo "| $title | $(range "$new/tables" "$title") |"
     done
     echo
