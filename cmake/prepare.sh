@@ -48,6 +48,7 @@ deep  bash-completion     completion of command lines
 deep  zsh                 the same
 deep  fish                the same
 deep  munge               the keys of that cluster
+deep  parallel            a survey on the machines of a list
 tidy  clang-tidy          the checks of the sources
 tidy  clang               a second compiler, and the fuzzers
 tidy  libclang-rt-dev     the fuzzers
