@@ -11,10 +11,16 @@ import json
 import math
 import pathlib
 import subprocess
+import sys
 import tempfile
 
 HERE = pathlib.Path(__file__).resolve().parent
+sys.dont_write_bytecode = True
+sys.path.insert(0, str(HERE.parents[1]))
+from made_workspace import workspace_text  # noqa: E402
+
 FIELD = (56000, -65, -4)
+OFF = 0.3  # m that no corner stands straight below a station, where the classic gravity has no value
 
 # name: line bearing, body, and what differs from the usual survey
 CASES = {
@@ -42,31 +48,18 @@ def stations(c):
     rows = []
     for i in range(401):
         along = (i - 200) * spacing
-        # Off the straight over a corner, where the classic gravity has no value.
-        east, north = (along + 0.3) * math.sin(bearing), (along + 0.3) * math.cos(bearing)
+        east, north = along * math.sin(bearing), along * math.cos(bearing)
         sensor = -c["scarp"] if "scarp" in c and along < 0 else 0.0
         rows.append((east + 5000, north + 5000, sensor))
     return rows
 
 
 def workspace(c, name, formulas):
-    f = c.get("field", FIELD)
-    strike = c.get("strike", 270)
-    width, length, depth = c.get("width", 100), c.get("length", 0), c.get("depth", 0)
-    none = " 0 -99999 -99999 "
-    middle = 200 * c.get("spacing", 5)
-    return "\r\n".join([
-        f"{name}.dat", f" 1  1  1  2  3  0  {4 if c.get('channel') != 'grav' else 0}  "
-        f"{4 if c.get('channel') == 'grav' else 0}  0  0  0  0 ",
-        f" {f[0]} {f[1]} {f[2]} ", " 0  5  1  0  0  0  0  0  0  0 ", " 0  0  0  0  0  0 ", " 0  1  1 ", " 0  0 ",
-        " 0  0 ", " 1  1 ", " 1  1 ", " 0  1 ", " 1  7  500  0  0 ",
-        f" {c.get('type', 2)}  {c.get('demagnetised', 0)}  1  9871600  0  {name}", "", "",
-        f" {middle}  0  0 {-c.get('height', 60)} {none} {none} 0 0 0 0 12 1 0 ",
-        f" {strike} {c.get('dip', 90)} {width} {depth} {none} {none} {none} {none}",
-        f" {length} {none}", f" 0 {none}", f" 0 {none} {c.get('slope', 0)} {none}",
-        f" {c.get('susc', 50000)} 0 0 0 {none} {none} {none} {none} 2.67 {none}",
-        "[AXM Display Settings]", " 1  1  0 No 2 ", " 0.25  0.5  0.75  0.5 ", " 12000  9000 ",
-        "[AXM Extensions]", f"formulas {formulas}", ""])
+    body = {key: c[key] for key in ("type", "demagnetised", "dip", "length", "slope", "susc") if key in c}
+    body.update(name=name, distance=200 * c.get("spacing", 5) + OFF, top=-c.get("height", 60), strike=c.get("strike", 270),
+                width=c.get("width", 100), depth_extent=c.get("depth", 0), density=2.67)
+    column = {c.get("channel", "mag"): 4}
+    return workspace_text(f"{name}.dat", [body], c.get("field", FIELD), formulas=formulas, **column)
 
 
 def curve(tool, folder, c, name, formulas):
