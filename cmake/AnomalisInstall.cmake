@@ -28,6 +28,7 @@ foreach(place bash-completion zsh fish)
 endforeach()
 install(DIRECTORY examples/ DESTINATION ${CMAKE_INSTALL_DATADIR}/anomalis/examples
   FILES_MATCHING PATTERN *.axm PATTERN *.dat PATTERN *.csv PATTERN *.toml PATTERN first_line.py PATTERN package EXCLUDE)
+install(DIRECTORY docs/reference/schemas DESTINATION ${CMAKE_INSTALL_DATADIR}/anomalis)
 install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR} PATTERN *.py EXCLUDE)
 install(FILES README.md CHANGELOG.md LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR})
 
