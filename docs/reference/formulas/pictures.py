@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
 """Make the pictures of formulas.md with the batch tool.
 
-  pictures.py --tool build/anomalis-batch
+  pictures.py --tool build/anomalis-batch            all pictures, or those of the names that are given
+  pictures.py --tool build/anomalis-batch --check    draws nothing; ends with 1 where formulas.md tells another difference
 
 Each picture is one workspace whose observed data (black) are the exact curve of its body; the calculated curve
 (green) is the classic one. Standard library only. Prints the numbers of the table in formulas.md.
@@ -75,26 +76,35 @@ def write_data(folder, c, name, values):
     (folder / f"{name}.dat").write_text(text)
 
 
-def picture(tool, folder, c, name):
+def difference(tool, folder, c, name):
+    """The largest difference in %, as the page tells it; prints its row."""
     write_data(folder, c, name, [math.sin(i) for i in range(401)])
     exact = curve(tool, folder, c, name, "exact")
     classic = curve(tool, folder, c, name, "classic")
     write_data(folder, c, name, exact)
-    subprocess.run([tool, "render", folder / f"{name}.axm", "--size", "560x360", "-o", HERE / f"{name}.png"], check=True)
     peak = max(map(abs, exact))
     off = max(abs(a - b) for a, b in zip(exact, classic)) / peak
     print(f"| {name} | {min(exact):.4g}..{max(exact):.4g} | {min(classic):.4g}..{max(classic):.4g} | {100 * off:.0f} % |")
+    return f"{100 * off:.0f} %"
 
 
 def main():
     a = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     a.add_argument("--tool", required=True)
+    a.add_argument("--check", action="store_true")
     a.add_argument("names", nargs="*")
     args = a.parse_args()
     tool = pathlib.Path(args.tool).resolve()
+    page, stale = (HERE.parent / "formulas.md").read_text().splitlines(), []
     with tempfile.TemporaryDirectory() as folder:
         for name in args.names or CASES:
-            picture(tool, pathlib.Path(folder), CASES[name], name)
+            told = difference(tool, pathlib.Path(folder), CASES[name], name)
+            if not any(f"formulas/{name}.png" in line and f"| {told} |" in line for line in page):
+                stale.append(name)
+            if not args.check:
+                subprocess.run([tool, "render", f"{folder}/{name}.axm", "--size", "560x360", "-o", HERE / f"{name}.png"], check=True)
+    if stale:
+        raise SystemExit("formulas.md tells another difference: " + ", ".join(stale))
 
 
 if __name__ == "__main__":
