@@ -20,7 +20,8 @@ class BlockFault(Exception):
 class ShellBlocks:
     def __init__(self, folder, environment):
         self.folder = folder
-        self.environment = environment
+        # What an interpreter without sanitizers loads before a module that has them is not for a shell.
+        self.environment = {name: value for name, value in environment.items() if name != "LD_PRELOAD"}
 
     def run(self, block):
         # The line that fails is told on a channel of its own.
