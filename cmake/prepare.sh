@@ -49,6 +49,7 @@ deep  zsh                 the same
 deep  fish                the same
 deep  munge               the keys of that cluster
 deep  parallel            a survey on the machines of a list
+deep  strace              seeing that nothing opens the network
 tidy  clang-tidy          the checks of the sources
 tidy  clang               a second compiler, and the fuzzers
 tidy  libclang-rt-dev     the fuzzers

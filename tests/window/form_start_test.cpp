@@ -1,10 +1,13 @@
 #include <QCloseEvent>
 #include <QDialog>
 #include <QDropEvent>
+#include <QLabel>
 #include <QMenu>
 #include <QMimeData>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScreen>
+#include <QTextBrowser>
 
 #include "core/paths.h"
 #include "core/version.h"
@@ -32,7 +35,7 @@ class FormStartTest : public QObject {
     void a_screen_that_goes_takes_no_window_with_it();
     void a_dialog_larger_than_the_screen_is_cut_to_it();
     void a_dropped_workspace_opens_and_a_dropped_data_file_is_imported();
-    void about_tells_the_version();
+    void about_tells_the_version_and_whose_the_libraries_are();
 };
 
 namespace {
@@ -261,10 +264,18 @@ void FormStartTest::a_dropped_workspace_opens_and_a_dropped_data_file_is_importe
     QCOMPARE(sample.text("Text_data_locations"), QString("line.dat"));
 }
 
-void FormStartTest::about_tells_the_version() {
+void FormStartTest::about_tells_the_version_and_whose_the_libraries_are() {
     FormSample sample;
     sample.find<QAction>("menu_about").trigger();
-    QVERIFY(sample.prompts.told("Anomalis " + std::string(application_version())));
+    QVERIFY(sample.find<QDialog>("Form_about").isVisible());
+    const QString version = QString::fromUtf8(application_version());
+    QVERIFY(sample.find<QLabel>("Label_about").text().startsWith("Anomalis " + version + "\n"));
+    const QString libraries = sample.find<QTextBrowser>("Text_libraries").toPlainText();
+    for (const char* library : {"Qt", "libEMF", "PROJ", "Eigen", "LGPL-3"})
+        QVERIFY2(libraries.contains(library), library);
+    const QString licences = sample.find<QPlainTextEdit>("Text_licences").toPlainText();
+    QVERIFY(licences.contains("GNU LESSER GENERAL PUBLIC LICENSE"));
+    QVERIFY(licences.endsWith("```\n"));
 }
 
 QObject* make_form_start_test() {

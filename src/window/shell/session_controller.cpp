@@ -12,6 +12,7 @@
 #include "flow/kept_files.h"
 #include "window/panels/status_panels.h"
 #include "window/shell/actions.h"
+#include "window/shell/form_about.h"
 #include "window/shell/form_keyboard_shortcuts.h"
 
 namespace anomalis::window {
@@ -54,8 +55,9 @@ void SessionController::find_file() {
 }
 
 void SessionController::tell_version() {
-    session_.prompts.remark("Anomalis " + std::string(application_version()) +
-                            "\n\nMagnetic and gravity anomalies along a survey profile.");
+    const std::string words = "Anomalis " + std::string(application_version()) +
+                              "\n\nMagnetic and gravity anomalies along a survey profile.";
+    (new FormAbout(QString::fromStdString(words), &window_))->show();
 }
 
 }  // namespace anomalis::window
