@@ -1,5 +1,6 @@
 #include <array>
 #include <cmath>
+#include <span>
 #include <vector>
 
 #include "core/append_number.h"
@@ -7,7 +8,10 @@
 #include "core/prompts.h"
 #include "core/text.h"
 #include "core/workspace.h"
+#include "forward/exact/exact_axes.h"
+#include "forward/exact/exact_solid.h"
 #include "forward/shape/body_solid.h"
+#include "forward/shape/exact_shape.h"
 #include "forward/shape/trapezoid.h"
 #include "output/dxf.h"
 #include "output/dxf_file.h"
@@ -56,17 +60,20 @@ void draw_box(const ModelBody& body, Formulas formulas, Faults& faults, DxfText&
 /// The texts of a point's coordinates: a point belongs to several faces, so they are formed once.
 using PointText = std::array<std::string, 3>;
 
-bool is_finite(const BodySolid& solid) {
-    for (const Point3& point : solid.transformed_points)
+using Points = std::span<const Point3>;
+using Facets = std::span<const std::array<std::int32_t, 3>>;
+
+bool is_finite(Points points) {
+    for (const Point3& point : points)
         if (!std::isfinite(point.x) || !std::isfinite(point.y) || !std::isfinite(point.z)) return false;
     return true;
 }
 
-void form_point_texts(const BodySolid& solid, std::vector<PointText>& points) {
+void form_point_texts(Points corners, std::vector<PointText>& points) {
     constexpr int decimals = 2;
-    points.resize(solid.transformed_points.size());
+    points.resize(corners.size());
     for (std::size_t i = 0; i < points.size(); ++i) {
-        const Point3& point = solid.transformed_points[i];
+        const Point3& point = corners[i];
         for (std::string& coordinate : points[i]) coordinate.clear();
         append_fixed(points[i][0], point.x, decimals);
         append_fixed(points[i][1], point.y, decimals);
@@ -74,12 +81,12 @@ void form_point_texts(const BodySolid& solid, std::vector<PointText>& points) {
     }
 }
 
-void draw_solid(const ModelBody& body, Faults& faults, std::vector<PointText>& points, DxfText& text) {
-    BodySolid solid = body.solid;
-    if (forward::setup_cylinder_body(body, solid, faults) != 0 || !is_finite(solid)) return;
-    form_point_texts(solid, points);
+void draw_triangles(const ModelBody& body, Points corners, Facets facets, std::vector<PointText>& points,
+                    DxfText& text) {
+    if (!is_finite(corners)) return;
+    form_point_texts(corners, points);
     const std::string start = face_start(body);
-    for (const auto& facet : solid.facets) {
+    for (const auto& facet : facets) {
         text.line(start);
         // A triangle is a face whose third corner comes twice.
         for (std::size_t i = 0; i < 4; ++i) {
@@ -88,6 +95,21 @@ void draw_solid(const ModelBody& body, Faults& faults, std::vector<PointText>& p
         }
         text.write_out_if_large();
     }
+}
+
+void draw_solid(const ModelBody& body, Faults& faults, std::vector<PointText>& points, DxfText& text) {
+    BodySolid solid = body.solid;
+    if (forward::setup_cylinder_body(body, solid, faults) != 0) return;
+    draw_triangles(body, solid.transformed_points, solid.facets, points, text);
+}
+
+/// The pipe that the exact formulas calculate.
+void draw_exact_pipe(const ModelBody& body, Faults& faults, std::vector<PointText>& points, DxfText& text) {
+    forward::PipeMesh mesh;
+    const int status = report_failure(faults, "An error occurred while setting up the cylinder body: ", [&] {
+        mesh = forward::pipe_mesh(forward::exact_frame(body), forward::pipe_shape(body));
+    });
+    if (status == 0) draw_triangles(body, mesh.points, mesh.facets, points, text);
 }
 
 }  // namespace
@@ -100,6 +122,8 @@ int write_body_dxf(const std::string& path, const Workspace& workspace, Prompts&
             const ModelBody& body = workspace.body(number);
             if (!is_round(body.type)) {
                 draw_box(body, workspace.formulas, faults, text);
+            } else if (workspace.formulas == Formulas::exact && body.type == pipe && body.length.value > 0) {
+                draw_exact_pipe(body, faults, points, text);
             } else {
                 draw_solid(body, faults, points, text);
             }

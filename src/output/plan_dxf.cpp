@@ -2,6 +2,7 @@
 
 #include "core/angles.h"
 #include "core/workspace.h"
+#include "forward/exact/exact_axes.h"
 #include "forward/shape/plan_outline.h"
 #include "output/dxf.h"
 #include "output/dxf_file.h"
@@ -33,17 +34,27 @@ struct Outline {
     double start = 0, across = 0;
 };
 
-Outline outline_of(const ModelBody& body) {
+/// A pipe as the exact formulas calculate it: as wide as it is, foreshortened by the fall of its axis.
+Outline exact_pipe(const ModelBody& body) {
+    const double fall = forward::exact_radians(static_cast<double>(body.dip.value) + body.plunge.value);
+    const double half_length = body.length.value / 2.0 * std::cos(fall);
+    const double half_width = std::abs(body.width.value / 2.0);
+    const double centre = body.offset.value * std::cos(fall);
+    return {centre - half_length, centre + half_length, -half_width, 2 * half_width};
+}
+
+Outline outline_of(const ModelBody& body, Formulas formulas) {
     const double length = body.length.value;
     const double width = body.width.value;
     const double centre = body.offset.value;
+    if (formulas == Formulas::exact && body.type == pipe && length > 0) return exact_pipe(body);
     if (body.type == pipe) return {centre - length / 2, centre + length / 2, -width, 2 * width};
     if (body.type == thick_sheet && length > 0) return {centre - length / 2, centre + length / 2, 0, width};
     return {-usual_half_length, usual_half_length, 0, width};
 }
 
-void draw_outline(const ModelBody& body, const forward::ClipBox& box, DxfText& text) {
-    const Outline outline = outline_of(body);
+void draw_outline(const ModelBody& body, Formulas formulas, const forward::ClipBox& box, DxfText& text) {
+    const Outline outline = outline_of(body, formulas);
     const double strike = body.strike.value * radians_per_degree;
     const double s = std::sin(strike);
     const double c = std::cos(strike);
@@ -75,7 +86,7 @@ int write_plan_dxf(const std::string& path, const Workspace& workspace, Prompts&
                              for (int number = 1; number <= workspace.body_count; ++number) {
                                  const ModelBody& body = workspace.body(number);
                                  if (is_tabular(body.type) || body.type == pipe)
-                                     draw_outline(body, box, text);
+                                     draw_outline(body, workspace.formulas, box, text);
                              }
                          });
 }

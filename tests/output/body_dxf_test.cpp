@@ -112,6 +112,24 @@ TEST_F(BodyDxf, the_faces_enclose_the_volume_of_the_body) {
     EXPECT_NEAR(volume_of(faces_of(DxfPairs(drawing())), {1000, 2000, -10}), area * 100, 0.01 * area * 100);
 }
 
+TEST_F(BodyDxf, with_the_exact_formulas_a_pipe_is_as_thick_as_they_calculate_it) {
+    workspace.formulas = Formulas::exact;
+    ModelBody& body = add_dxf_body(workspace, pipe, "pipe");
+    body.dip.value = 30;
+    body.offset.value = 40;
+    const auto faces = faces_of(DxfPairs(drawing()));
+    ASSERT_FALSE(faces.empty());
+    // Its ring has the area of its circle.
+    const double area = 3.14159265358979 * 10 * 10;
+    EXPECT_NEAR(volume_of(faces, {1000, 2000, -10}), area * 100, 0.01 * area * 100);
+    Point3 middle;
+    for (const auto& face : faces)
+        for (const Point3& corner : face) middle = {0, middle.y + corner.y, middle.z + corner.z};
+    const double corners = 4.0 * static_cast<double>(faces.size());
+    EXPECT_NEAR(middle.y / corners, 2000 + 40 * std::cos(3.14159265358979 / 6), 1);
+    EXPECT_NEAR(middle.z / corners, -10 - 40 * std::sin(3.14159265358979 / 6), 1);
+}
+
 TEST_F(BodyDxf, a_pipe_is_the_triangles_of_its_solid) {
     ModelBody& body = add_dxf_body(workspace, pipe, "Pipe");
     const std::string text = drawing();

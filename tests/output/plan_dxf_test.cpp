@@ -53,6 +53,15 @@ TEST_F(PlanDxf, a_thick_sheet_has_its_length_about_its_offset) {
     EXPECT_EQ(corners(), (Corners{" 1000 1960", " 1000 2060", " 1020 2060", " 1020 1960", " 1000 1960"}));
 }
 
+TEST_F(PlanDxf, with_the_exact_formulas_a_pipe_is_as_wide_as_they_calculate_it) {
+    workspace.formulas = Formulas::exact;
+    ModelBody& body = add_dxf_body(workspace, pipe, "a");
+    body.dip.value = 60;
+    body.offset.value = 20;
+    body.num_sectors = 2'000'000;  // too fine for a solid, but an outline needs none
+    EXPECT_EQ(corners(), (Corners{" 990 1985", " 990 2035", " 1010 2035", " 1010 1985", " 990 1985"}));
+}
+
 TEST_F(PlanDxf, other_sheets_and_bodies_without_a_length_have_the_usual_one) {
     for (const std::int32_t type : {-1, 0, 1, 3, 4}) {
         workspace.body_count = 0;

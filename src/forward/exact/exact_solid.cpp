@@ -1,6 +1,7 @@
 #include "forward/exact/exact_solid.h"
 
 #include <cmath>
+#include <utility>
 #include <vector>
 
 #include "forward/shape/prism.h"
@@ -20,8 +21,8 @@ class PipeSurface {
             const double angle = 2 * exact_pi * k / pipe_.sectors;
             const double x = corner_distance * std::cos(angle);
             const double up = corner_distance * std::sin(angle);
-            points_.push_back(placed(frame_, {x, at * pipe_.cos_fall + up * pipe_.sin_fall,
-                                              up * pipe_.cos_fall - at * pipe_.sin_fall}));
+            mesh_.points.push_back(placed(frame_, {x, at * pipe_.cos_fall + up * pipe_.sin_fall,
+                                                   up * pipe_.cos_fall - at * pipe_.sin_fall}));
         }
         return rings_++;
     }
@@ -31,8 +32,8 @@ class PipeSurface {
     void add_band(std::int32_t from, std::int32_t to) {
         for (std::int32_t k = 0; k < pipe_.sectors; ++k) {
             const std::int32_t next = (k + 1) % pipe_.sectors;
-            facets_.push_back({at(from, k), at(to, next), at(from, next)});
-            facets_.push_back({at(from, k), at(to, k), at(to, next)});
+            mesh_.facets.push_back({at(from, k), at(to, next), at(from, next)});
+            mesh_.facets.push_back({at(from, k), at(to, k), at(to, next)});
         }
     }
 
@@ -40,24 +41,21 @@ class PipeSurface {
     void add_disc(std::int32_t ring, bool forward) {
         for (std::int32_t k = 1; k + 1 < pipe_.sectors; ++k) {
             if (forward) {
-                facets_.push_back({at(ring, 0), at(ring, k + 1), at(ring, k)});
+                mesh_.facets.push_back({at(ring, 0), at(ring, k + 1), at(ring, k)});
             } else {
-                facets_.push_back({at(ring, 0), at(ring, k), at(ring, k + 1)});
+                mesh_.facets.push_back({at(ring, 0), at(ring, k), at(ring, k + 1)});
             }
         }
     }
 
-    void assign_to(Polyhedron& polyhedron, Pacer& pacer) const {
-        polyhedron.assign(points_, facets_, &pacer);
-    }
+    PipeMesh take() { return std::move(mesh_); }
 
   private:
     std::int32_t at(std::int32_t ring, std::int32_t k) const { return ring * pipe_.sectors + k; }
 
     const BodyFrame& frame_;
     const PipeShape& pipe_;
-    std::vector<Point3> points_;
-    std::vector<Facet> facets_;
+    PipeMesh mesh_;
     std::int32_t rings_ = 0;
 };
 
@@ -86,7 +84,7 @@ void assign_prism(const BodyFrame& frame, const SheetShape& sheet, Polyhedron& p
     polyhedron.assign(corners, prism_triangles, &pacer);
 }
 
-void assign_pipe(const BodyFrame& frame, const PipeShape& pipe, Polyhedron& polyhedron, Pacer& pacer) {
+PipeMesh pipe_mesh(const BodyFrame& frame, const PipeShape& pipe) {
     PipeSurface surface(frame, pipe);
     const std::int32_t near_end = surface.add_ring(pipe.outer, pipe.near_end);
     const std::int32_t far_end = surface.add_ring(pipe.outer, pipe.far_end);
@@ -96,7 +94,12 @@ void assign_pipe(const BodyFrame& frame, const PipeShape& pipe, Polyhedron& poly
         surface.add_disc(far_end, true);
     }
     if (pipe.inner > 0) add_hole(surface, pipe, near_end, far_end);
-    surface.assign_to(polyhedron, pacer);
+    return surface.take();
+}
+
+void assign_pipe(const BodyFrame& frame, const PipeShape& pipe, Polyhedron& polyhedron, Pacer& pacer) {
+    const PipeMesh mesh = pipe_mesh(frame, pipe);
+    polyhedron.assign(mesh.points, mesh.facets, &pacer);
 }
 
 void fill_solid_anomaly(const ExactPlace& place, const ExactField& field, Polyhedron& polyhedron,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <span>
+#include <vector>
 
 #include "core/pacer.h"
 #include "forward/exact/exact_plane.h"
@@ -8,6 +9,13 @@
 
 // Bodies with an end on every side, by the kernel of polyhedra.
 namespace anomalis::forward {
+
+/// The closed surface of a pipe that ends, in east, north and up, m.
+struct PipeMesh {
+    std::vector<Point3> points;
+    std::vector<Facet> facets;
+};
+PipeMesh pipe_mesh(const BodyFrame& frame, const PipeShape& pipe);
 
 /// Takes the body's surface into the kernel.
 void assign_prism(const BodyFrame& frame, const SheetShape& sheet, Polyhedron& polyhedron,
