@@ -117,8 +117,9 @@ std::string commands_section(const Sheet& program) {
 
 std::string see_also_section(const std::vector<std::string>& pages) {
     std::string text;
+    // A name that is hyphenated cannot be searched for.
     for (std::size_t i = 0; i < pages.size(); ++i)
-        text += ".BR " + code(pages[i]) + " (1)" + (i + 1 < pages.size() ? ",\n" : "\n");
+        text += ".BR \\%" + code(pages[i]) + " (1)" + (i + 1 < pages.size() ? ",\n" : "\n");
     return text.empty() ? "" : section("SEE ALSO") + text;
 }
 
