@@ -276,6 +276,28 @@ def check_fit(folder):
         wrong.append(f"the magnetics of the fit: {row[:5]} by the page, {told} by the program")
 
 
+def check_damage(folder):
+    """What the page says of damaged files: refused or told, and with which exit status."""
+    whole = (project / "examples/fault_block.axm").read_bytes().decode()
+    (folder / "fault_block.dat").write_bytes((project / "examples/fault_block.dat").read_bytes())
+    lines = whole.split("\r\n")
+    refused, told = "An error occurred while reading the location file : ", f"{folder}/damaged.axm, line "
+    for what, text, status, words in (
+            ("no workspace", "a table\r\n" * 20, 1, refused + "Not a workspace file"),
+            ("cut in a body", "\r\n".join(lines[:15]), 1, refused + "Input past end of file"),
+            ("cut before line 11", "\r\n".join(lines[:8]), 1, refused + "Input past end of file"),
+            ("beyond its kind", whole.replace(" 58120 ", " 1e60 "), 1, refused + "Overflow"),
+            ("no number", whole.replace(" 58120 ", " 581x20 "), 1, told + '3: "581x20" is no number; 581 was taken'),
+            ("a decimal comma", whole.replace("-64.5", "-64,5"), 1, told + '3: "11.2" is left over'),
+            ("layout", whole.replace(" 0.5  0.6", " 0.5x  0.6"), 0, "Note: " + told + "42: "),
+            ("more bodies", whole.replace(" 3  7  500", " 9  7  500"), 1, refused)):
+        file = folder / "damaged.axm"
+        file.write_bytes(text.encode())
+        done = subprocess.run([tool, "dump", str(file)], capture_output=True, text=True, timeout=60)
+        if done.returncode != status or words not in done.stderr or not json.loads(done.stdout):
+            wrong.append(f"{what}: {done.returncode} {done.stderr}")
+
+
 with tempfile.TemporaryDirectory() as name:
     folder, seen = pathlib.Path(name), 0
     for version in range(8):
@@ -292,6 +314,7 @@ with tempfile.TemporaryDirectory() as name:
     for file in [*(project / "examples").glob("*.axm"), *(project / "tests/damage").glob("*.axm")]:
         seen += check(file.name, file.read_bytes().decode().replace("\r\n", "\n").replace("\n", "\r\n"), folder)
     check_fit(folder)
+    check_damage(folder)
     if set(extensions) != set(IN_DUMP):
         wrong.append(f"extensions of the page: {sorted(set(extensions) ^ set(IN_DUMP))}")
     example = re.search(r"## An example.*?```text\n(.*?)```", page, re.S).group(1).splitlines()
