@@ -18,6 +18,13 @@ foreach(wanted share/anomalis/examples/dyke_swarm.axm share/doc/anomalis/guide.m
 endforeach()
 run(${CMAKE_COMMAND} -E env ASAN_OPTIONS=detect_leaks=0 ${PLACE}/installed/bin/anomalis-batch --version)
 if(EXISTS ${PLACE}/installed/bin/anomalis)
+  set(id org.anomalis.Anomalis)
+  foreach(wanted applications/${id}.desktop metainfo/${id}.metainfo.xml mime/packages/${id}.xml
+      icons/hicolor/scalable/apps/${id}.svg)
+    if(NOT EXISTS ${PLACE}/installed/share/${wanted})
+      message(FATAL_ERROR "${wanted} was not installed")
+    endif()
+  endforeach()
   run(${CMAKE_COMMAND} -E env ASAN_OPTIONS=detect_leaks=0 ${PLACE}/installed/bin/anomalis-batch render
     ${PLACE}/installed/share/anomalis/examples/dyke_swarm.axm -o ${PLACE}/dyke_swarm.svg)
 endif()

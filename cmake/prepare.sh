@@ -41,6 +41,16 @@ test  python3-jsonschema  documents against their schemas
 test  python3-mypy        the types of the module for Python
 test  clang-format        the format of the sources
 test  ccache              compiling once what all clones share
+test  desktop-file-utils  the entry in the menus
+test  appstream           the description for shops of software
+test  shared-mime-info    the type of workspaces
+test  librsvg2-bin        the icons in all sizes
+package librsvg2-bin      the icons in all sizes
+package python3-dev       the module for Python
+package pybind11-dev      the module for Python
+package dpkg-dev          what the packages depend on
+package lintian           what Debian asks of packages
+deep  mmdebstrap          a bare root that the packages are tried in
 deep  slurm-wlm           a cluster of two nodes for whole surveys
 deep  man-db              the man pages as they are read
 deep  groff-base          the same

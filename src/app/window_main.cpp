@@ -15,6 +15,7 @@
 #include "window/shell/look.h"
 #include "window/shell/qt_prompts.h"
 #include "window/shell/recovery_controller.h"
+#include "window/shell/window_icon.h"
 
 int main(int argc, char** argv) {
     anomalis::take_file_limit_as_error();
@@ -25,6 +26,8 @@ int main(int argc, char** argv) {
     }
     QApplication application(argc, argv);
     QApplication::setApplicationName("Anomalis");
+    QGuiApplication::setDesktopFileName(anomalis::window::desktop_entry);
+    QApplication::setWindowIcon(anomalis::window::window_icon());
     anomalis::window::apply_look(application);
     const anomalis::window::DesktopTheme theme(application);
 

@@ -10,6 +10,7 @@
 #include "support/colour_sight.h"
 #include "window/form_tests.h"
 #include "window/shell/desktop_theme.h"
+#include "window/shell/window_icon.h"
 
 namespace anomalis::window {
 
@@ -23,6 +24,7 @@ class LookTest : public QObject {
     void a_dark_desktop_gets_the_dark_palette();
     void an_empty_box_can_be_seen_in_the_dark();
     void a_desktop_that_changes_is_followed();
+    void the_icon_can_be_seen_in_every_size();
 };
 
 namespace {
@@ -153,6 +155,22 @@ void LookTest::an_empty_box_can_be_seen_in_the_dark() {
     }
     QApplication::setPalette(before);
     apply_look(application);
+}
+
+/// Of 16 and of 256 pixels alike: filled but for its corners, with the white of the curve in it.
+void LookTest::the_icon_can_be_seen_in_every_size() {
+    const QIcon icon = window_icon();
+    for (const int size : {16, 22, 24, 32, 48, 64, 128, 256}) {
+        const QImage picture = icon.pixmap(QSize(size, size), 1).toImage();
+        QCOMPARE(picture.size(), QSize(size, size));
+        QCOMPARE(qAlpha(picture.pixel(0, 0)) < 160, true);
+        QCOMPARE(qAlpha(picture.pixel(size / 2, size / 2)), 255);
+        int white = 0;
+        for (int y = 0; y < size; ++y)
+            for (int x = 0; x < size; ++x) white += qGray(picture.pixel(x, y)) > 200;
+        QVERIFY(white > size * size / 40);
+        QVERIFY(white < size * size / 4);
+    }
 }
 
 QObject* make_look_test() {
