@@ -18,7 +18,7 @@ constexpr double white_byte = 255.0;
 Colour shown_ink(const ScreenPalette& palette, Colour colour) {
     if (colour < 0) return colour;
     const std::array<int, 3> bytes{red_of(colour), green_of(colour), blue_of(colour)};
-    const auto [least, most] = std::ranges::minmax(bytes);
+    const int least = std::ranges::min(bytes), most = std::ranges::max(bytes);
     const double paper = least / white_byte;
     const double pure = (most - least) / white_byte;
     const auto hue = [&](int byte) {
