@@ -1,6 +1,7 @@
 // Runs a fuzz target without a fuzzer: over a corpus, then over seeded mutations of it. The same seeds give
-// the same inputs. An input that fails is left as the file `failed-input` in the current folder; a folder
-// with it alone is a corpus to look into it with.
+// the same inputs; ANOMALIS_SEED of the environment chooses others, a million further for each. An input that
+// fails is left in the current folder as the file `failed-input-` with the name of the corpus; a folder with
+// it alone is a corpus to look into it with.
 #include <algorithm>
 #include <csignal>
 #include <cstdint>
@@ -13,6 +14,8 @@
 #include <string>
 #include <vector>
 
+#include "support/chance.h"
+
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 // Of the sanitizers, where they are built in.
 extern "C" void __sanitizer_set_death_callback(void (*callback)()) __attribute__((weak));
@@ -23,9 +26,10 @@ using Bytes = std::vector<std::uint8_t>;
 
 // What ends a program tells nobody what it was about.
 const Bytes* present_input = nullptr;
+std::string failed_input;
 
 void keep_input() {
-    if (std::FILE* file = present_input ? std::fopen("failed-input", "wb") : nullptr) {
+    if (std::FILE* file = present_input ? std::fopen(failed_input.c_str(), "wb") : nullptr) {
         std::fwrite(present_input->data(), 1, present_input->size(), file);
         std::fclose(file);
     }
@@ -97,20 +101,23 @@ void mutate(Bytes& bytes, const std::vector<Bytes>& corpus, std::mt19937& random
 
 int main(int argc, char** argv) {
     if (argc < 2) {
-        std::fprintf(stderr, "usage: %s CORPUS_FOLDER [MUTATIONS]\n", argv[0]);
+        std::fprintf(stderr, "usage: %s CORPUS_FOLDER [MUTATIONS|SECONDSs]\n", argv[0]);
         return 2;
     }
+    failed_input = "failed-input-" + std::filesystem::path(argv[1]).filename().string();
     const std::vector<Bytes> corpus = read_corpus(argv[1]);
     if (corpus.empty()) return 1;
     keep_input_at_the_end();
     for (const Bytes& bytes : corpus) run(bytes);
-    const unsigned long mutations = argc > 2 ? std::strtoul(argv[2], nullptr, 10) : 0;
-    for (unsigned long seed = 0; seed < mutations; ++seed) {
-        std::mt19937 random(static_cast<std::uint32_t>(seed));
+    const anomalis::Budget budget(argc > 2 ? argv[2] : "0");
+    const std::uint64_t first = std::uint64_t{anomalis::seed_of_chance() - 1} * 1000000;
+    long mutations = 0;
+    for (; budget.allows(mutations); ++mutations) {
+        std::mt19937 random(static_cast<std::uint32_t>(first + static_cast<std::uint64_t>(mutations)));
         Bytes bytes = corpus[random() % corpus.size()];
         for (std::size_t changes = 1 + random() % 8; changes > 0; --changes) mutate(bytes, corpus, random);
         run(bytes);
     }
-    std::printf("%zu files and %lu mutations\n", corpus.size(), mutations);
+    std::printf("%zu files and %ld mutations\n", corpus.size(), mutations);
     return 0;
 }
