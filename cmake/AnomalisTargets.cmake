@@ -40,6 +40,11 @@ if(ANOMALIS_SANITIZE OR ANOMALIS_FUZZ)
   target_link_options(anomalis_flags INTERFACE -fsanitize=address,undefined)
 endif()
 
+if(ANOMALIS_THREAD_SANITIZE)
+  target_compile_options(anomalis_flags INTERFACE -fsanitize=thread -fno-omit-frame-pointer)
+  target_link_options(anomalis_flags INTERFACE -fsanitize=thread)
+endif()
+
 # The bodies of tests compile three times as fast unoptimised, and faster yet without names for a debugger: what fails
 # in them tells its line itself. What they test keeps its optimisation.
 add_library(anomalis_test_flags INTERFACE)

@@ -2,7 +2,9 @@
 
 #include <cstdint>
 #include <cstdlib>
+#include <ctime>
 #include <random>
+#include <string_view>
 
 namespace anomalis {
 
@@ -12,11 +14,28 @@ inline std::uint32_t seed_of_chance() {
     return given && *given ? static_cast<std::uint32_t>(std::strtoul(given, nullptr, 10)) : 1;
 }
 
-/// How many cases a test of chance tries: ANOMALIS_CASES of the environment, else `usual`.
-inline int cases_of_chance(int usual) {
-    const char* given = std::getenv("ANOMALIS_CASES");
-    return given && *given ? std::atoi(given) : usual;
-}
+/// How much a test of chance does: so many cases ("300"), or what fits into so many seconds of processor time
+/// ("60s"), from now on.
+class Budget {
+  public:
+    explicit Budget(const char* text)
+        : amount_(std::atof(text)), in_seconds_(std::string_view(text).ends_with('s')) {}
+    /// ANOMALIS_CASES of the environment, else `usual`.
+    static Budget of_environment(const char* usual) {
+        const char* given = std::getenv("ANOMALIS_CASES");
+        return Budget(given && *given ? given : usual);
+    }
+
+    bool allows(long done) const {
+        if (!in_seconds_) return static_cast<double>(done) < amount_;
+        return static_cast<double>(std::clock() - begin_) < amount_ * static_cast<double>(CLOCKS_PER_SEC);
+    }
+
+  private:
+    double amount_;
+    bool in_seconds_;
+    std::clock_t begin_ = std::clock();
+};
 
 /// Numbers that follow from a seed, the same on every machine.
 class Chance {

@@ -24,6 +24,7 @@
 #include "edit/line_sample.h"
 #include "flow/program_folder.h"
 #include "flow/recovery.h"
+#include "support/chance.h"
 #include "support/interrupted.h"
 #include "support/temp_folder.h"
 #include "transform/transform.h"
@@ -269,5 +270,6 @@ int main(int argc, char** argv) {
     }
     QGuiApplication application(argc, argv);
     return anomalis::run(std::atoi(argv[1]),
-                         argc > 2 ? static_cast<std::uint32_t>(std::strtoul(argv[2], nullptr, 10)) : 1);
+                         argc > 2 ? static_cast<std::uint32_t>(std::strtoul(argv[2], nullptr, 10))
+                                  : anomalis::seed_of_chance());
 }

@@ -1,5 +1,5 @@
-// Long work in the window by someone without plan: test_soak ACTIONS [SEED]. Ends with 1 at the first broken
-// law.
+// Long work in the window by someone without plan: test_soak ACTIONS|SECONDSs [SEED]. Ends with 1 at the
+// first broken law.
 
 #include <cmath>
 #include <cstdio>
@@ -15,6 +15,7 @@
 #include "edit/workbench.h"
 #include "intake/load.h"
 #include "model/refresh_model.h"
+#include "support/chance.h"
 #include "support/fresh_load.h"
 #include "support/live_bytes.h"
 #include "support/scripted_prompts.h"
@@ -118,8 +119,10 @@ class Soak {
   public:
     explicit Soak(std::uint32_t seed) : person_(seed) {}
 
-    std::string run(int actions) {
-        for (int action = 1; action <= actions && broken_.empty(); ++action) {
+    std::string run(const Budget& budget) {
+        int action = 0;
+        while (budget.allows(action) && broken_.empty()) {
+            ++action;
             if (person_.act()) {
                 ++steps_compared_;
                 demand(action, difference_after_step(person_));
@@ -130,7 +133,7 @@ class Soak {
                 looks_.push_back(static_cast<double>(live_bytes()));
             }
         }
-        if (broken_.empty()) demand(actions, growth(looks_));
+        if (broken_.empty()) demand(action, growth(looks_));
         return broken_;
     }
     std::string summary() const {
@@ -163,14 +166,15 @@ void tell_faults_alone(QtMsgType type, const QMessageLogContext&, const QString&
 int main(int argc, char** argv) {
     using namespace anomalis::window;
     if (argc < 2 || argc > 3) {
-        std::fprintf(stderr, "usage: %s ACTIONS [SEED]\n", argv[0]);
+        std::fprintf(stderr, "usage: %s ACTIONS|SECONDSs [SEED]\n", argv[0]);
         return 2;
     }
     qInstallMessageHandler(tell_faults_alone);
     QApplication application(argc, argv);
     apply_look(application);
-    Soak soak(argc > 2 ? static_cast<std::uint32_t>(std::strtoul(argv[2], nullptr, 10)) : 1);
-    const std::string broken = soak.run(std::atoi(argv[1]));
+    Soak soak(argc > 2 ? static_cast<std::uint32_t>(std::strtoul(argv[2], nullptr, 10))
+                       : anomalis::seed_of_chance());
+    const std::string broken = soak.run(anomalis::Budget(argv[1]));
     std::printf("%s\n", broken.empty() ? soak.summary().c_str() : broken.c_str());
     return broken.empty() ? 0 : 1;
 }

@@ -67,8 +67,8 @@ namespace anomalis::forward::laws {
 template <class Types, class Law>
 void for_cases(const Types& types, int usual, const Law& law) {
     const std::uint32_t seed = seed_of_chance();
-    const int count = cases_of_chance(usual);
-    for (int number = 0; number < count && !testing::Test::HasFailure(); ++number)
+    const Budget budget = Budget::of_environment(std::to_string(usual).c_str());
+    for (int number = 0; budget.allows(number) && !testing::Test::HasFailure(); ++number)
         for (const BodyType type : types) {
             SCOPED_TRACE(case_text(seed, number, type));
             Chance chance(seed, static_cast<std::uint32_t>(32 * number + type));

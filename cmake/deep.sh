@@ -1,0 +1,168 @@
+#!/usr/bin/env bash
+# ./test --deep [--seed N] [--list] [STAGE...]: all that tests can ask of a clone, stage after stage. What goes by
+# chance follows from the seed; amounts are seconds of processor time. Stages that fail are named at the end, and
+# their output, with the inputs that failed, is kept in build/deep.
+set -uo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+. cmake/prepare.sh
+jobs=$(nproc)
+
+# One line a stage: its name, what it does.
+stage_list() {
+    cat <<'LIST'
+build    everything with address and undefined-behaviour sanitizers
+tests    all tests of ./test
+chance   long walks of chance, and all tests that are of this run alone
+format   the format of every file
+checks   the clang-tidy checks of every file
+headers  files of chance with clang alone, whether each includes what it uses
+release  the programs as they are given away
+damage   the released batch tool over damaged inputs
+surveys  surveys of many lines killed, and on a Slurm cluster
+fuzzers  fuzz targets, led by what the code does
+threads  what runs on threads, with the thread sanitizer
+LIST
+}
+
+stage_build() {
+    cmake --preset debug && cmake --build --preset debug -j "$jobs"
+}
+
+# No display, and nobody's own settings.
+quiet_session() {
+    local home=$PWD/build/debug/home
+    export QT_QPA_PLATFORM=offscreen XDG_CONFIG_HOME="$home/config" XDG_DATA_HOME="$home/data"
+    export XDG_STATE_HOME="$home/state" ASAN_OPTIONS=${ASAN_OPTIONS:-malloc_context_size=2}
+}
+
+stage_tests() {
+    stage_build >"$kept/tests-build.log" || return 1
+    quiet_session
+    # What is tried every day is the same every day.
+    env -u ANOMALIS_SEED ctest --preset debug --schedule-random -j "$jobs"
+}
+
+# The tests that are of this run alone, as one expression.
+long_tests() {
+    comm -13 <(ctest --preset debug -N | sed -n 's/^ *Test *#[0-9]*: //p' | sort) \
+        <(ctest --preset debug -C deep -N | sed -n 's/^ *Test *#[0-9]*: //p' | sort) |
+        sed 's/[][.+*()]/\\&/g' | paste -sd '|'
+}
+
+stage_chance() {
+    stage_build >"$kept/chance-build.log" || return 1
+    quiet_session
+    ctest --preset debug -C deep -R "^($(long_tests))\$" -j "$jobs"
+}
+
+stage_format() {
+    cmake/check_style.sh format all
+}
+
+stage_checks() {
+    [ -f build/debug/compile_commands.json ] || cmake --preset debug || return 1
+    python3 cmake/check_groups.py tidy build/debug
+}
+
+stage_headers() {
+    [ -f build/debug/compile_commands.json ] || cmake --preset debug || return 1
+    python3 cmake/check_groups.py headers build/debug --seconds 200
+}
+
+stage_release() {
+    cmake --preset release && cmake --build --preset release -j "$jobs"
+}
+
+stage_damage() {
+    stage_release >"$kept/damage-build.log" || return 1
+    tests/damage/damage.py --tool build/anomalis-batch --budget 300 --keep "$kept/damaged" tests/damage examples
+}
+
+stage_surveys() {
+    stage_release >"$kept/surveys-build.log" || return 1
+    local failed=0
+    tests/cluster/killed_survey.py --tool build/anomalis-batch --lines 300 --seed "$ANOMALIS_SEED" || failed=1
+    tests/cluster/survey_on_slurm.py --tool build/anomalis-batch --lines 300 --seed "$ANOMALIS_SEED"
+    case $? in 0 | 77) ;; *) failed=1 ;; esac
+    return $failed
+}
+
+stage_fuzzers() {
+    cmake --preset clang && cmake --build --preset clang -j "$jobs" --target fuzzers || return 1
+    local failed=0 name
+    for name in build/clang/fuzz/fuzz_*; do
+        [ -f "$name" ] && [ -x "$name" ] || continue
+        echo "== ${name##*/}"
+        mkdir -p "$kept/${name##*/}"
+        "$name" -seed="$ANOMALIS_SEED" -max_total_time=12 -artifact_prefix="$kept/${name##*/}-" -verbosity=0 \
+            -print_final_stats=1 "$kept/${name##*/}" "fuzz/corpus/${name##*/fuzz_}" 2>&1 | grep -v ' 0$'
+        [ "${PIPESTATUS[0]}" = 0 ] || failed=1
+        rm -rf "${kept:?}/${name##*/}"
+    done
+    return $failed
+}
+
+stage_threads() {
+    cmake --preset tsan && cmake --build --preset tsan -j "$jobs" --target threads || return 1
+    quiet_session
+    # One at a time: each has threads enough.
+    TSAN_OPTIONS="suppressions=$PWD/tests/threads.supp halt_on_error=1 second_deadlock_stack=1" \
+        ctest --preset tsan -L threads -j "$jobs"
+}
+
+usage() {
+    sed -n '2,4s/^# //p' "${BASH_SOURCE[0]}"
+    echo
+    stage_list
+}
+
+# chosen_stages NAME...: those names, or all; 1 for a name that is none.
+chosen_stages() {
+    local known name
+    known=" $(stage_list | awk '{ print $1 }' | paste -sd ' ') "
+    [ $# -gt 0 ] || { echo "$known"; return 0; }
+    for name; do
+        case $known in *" $name "*) ;; *) echo "No stage is called '$name'." >&2; return 1 ;; esac
+    done
+    echo "$@"
+}
+
+seed='' names=()
+while [ $# -gt 0 ]; do
+    case $1 in
+        --seed) seed=${2:-} && shift ;;
+        --seed=*) seed=${1#--seed=} ;;
+        --list) usage; exit 0 ;;
+        -*) usage; exit 2 ;;
+        *) names+=("$1") ;;
+    esac
+    shift
+done
+seed=${seed:-${SEED:-$((1 + $(od -An -N4 -tu4 /dev/urandom) % 1000000))}}
+[[ $seed =~ ^[1-9][0-9]{0,8}$ ]] || { echo "A seed is a whole number from 1 to 999999999."; exit 2; }
+stages=$(chosen_stages ${names[@]+"${names[@]}"}) || exit 2
+export ANOMALIS_SEED=$seed
+kept=$PWD/build/deep
+mkdir -p "$kept"
+again="./test --deep --seed $seed${names[*]:+ ${names[*]}}"
+echo "Seed $seed; the same run again: $again"
+ensure_packages build test tidy deep || exit 1
+
+failed=() table=''
+begin=$SECONDS
+for stage in $stages; do
+    echo "=== $stage: $(stage_list | sed -n "s/^$stage  *//p")"
+    from=$SECONDS work=$(awk '{ print $16 + $17 }' /proc/$$/stat)
+    (stage_"$stage") 2>&1 | tee "$kept/$stage.log"
+    status=${PIPESTATUS[0]}
+    work=$((($(awk '{ print $16 + $17 }' /proc/$$/stat) - work) / $(getconf CLK_TCK)))
+    [ "$status" = 0 ] || failed+=("$stage")
+    line=$(printf '%-9s %6d s, %6d s of processor%s' "$stage" $((SECONDS - from)) "$work" \
+        "$([ "$status" = 0 ] || echo ', FAILED')")
+    echo "=== $line"
+    table+=$line$'\n'
+done
+echo
+printf '%s' "$table"
+echo "All: $((SECONDS - begin)) s. Seed $seed; the same run again: $again"
+[ ${#failed[@]} -eq 0 ] || { echo "FAILED: ${failed[*]}. Output and inputs that failed are in build/deep."; exit 1; }
