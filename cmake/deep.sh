@@ -17,6 +17,7 @@ format   the format of every file
 checks   the clang-tidy checks of every file
 headers  files of chance with clang alone, whether each includes what it uses
 release  the programs as they are given away
+pages    pages of the guide from their own text; all reports and tables against what is told of them
 damage   the released batch tool over damaged inputs
 surveys  surveys of many lines killed, and on a Slurm cluster
 fuzzers  fuzz targets, led by what the code does
@@ -71,6 +72,18 @@ stage_headers() {
 
 stage_release() {
     cmake --preset release && cmake --build --preset release -j "$jobs"
+}
+
+stage_pages() {
+    stage_release >"$kept/pages-build.log" || return 1
+    quiet_session
+    local failed=0 python=/usr/bin/python3 tool=build/anomalis-batch
+    $python tests/tutorials/run_blocks.py --tool $tool docs/tutorials/whole_survey.md docs/reference/surveys.md \
+        docs/reference/cluster.md || failed=1
+    $python tests/tutorials/run_blocks.py --tool $tool --only sh README.md || failed=1
+    $python tests/reports/schemas_test.py --tool $tool --all || failed=1
+    $python tests/reports/tables_test.py --tool $tool || failed=1
+    return $failed
 }
 
 stage_damage() {

@@ -2,6 +2,12 @@
 import re
 
 _NUMBER = re.compile(r"(?<![\w.])[-+]?\d+(?:\.\d+)?(?:[eE][-+]?\d+)?(?![\w])")
+# How far a survey is, which is told now and then: how often hangs on the machine.
+_PROGRESS = re.compile(r"^\d+ of \d+ lines?( \(\d+ done before\))?(, .*)?\n", re.MULTILINE)
+
+
+def without_progress(text):
+    return _PROGRESS.sub("", text)
 
 
 def first_difference(expected, printed):

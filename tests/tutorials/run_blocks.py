@@ -100,6 +100,7 @@ def run_block(page, block, runner):
         raise Failure(page, block.line + fault.line, f"{fault}\n{indented(fault.output)}") from fault
     if block.expected is None:
         return
+    output = printed.without_progress(output)
     difference = printed.first_difference(block.expected, output)
     if difference is not None:
         line = min(difference, len(block.expected.rstrip().split("\n")))

@@ -132,6 +132,11 @@ class Printed(unittest.TestCase):
         self.assertFalse(printed.same_line("line1.csv", "line2.csv"))
         self.assertFalse(printed.same_line("a.c", "abc"))
 
+    def test_how_far_a_survey_is_is_no_output(self):
+        told = ("0 of 6 lines\n1 of 6 lines (1 done before), 2 failed, 2.0 lines/min, 3 min left\n"
+                "6 of 6 lines to do -> results\n6 lines done in 4 min\n")
+        self.assertEqual(printed.without_progress(told), "6 of 6 lines to do -> results\n6 lines done in 4 min\n")
+
     def test_dots_stand_for_anything(self):
         self.assertTrue(printed.same_line("done in ... s, 1 failed", "done in 3 s, 1 failed"))
         self.assertFalse(printed.same_line("done in ... s, 1 failed", "done in 3 s, 2 failed"))
