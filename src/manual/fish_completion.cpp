@@ -52,8 +52,11 @@ std::string commands_text(const Sheet& program, const std::string& start) {
     for (const Option& option : program.options) text += option_line(option, first);
     for (const Sheet& command : program.commands)
         text += first + " -a " + command.name + " -d " + in_fish_quotes(first_phrase(command.purpose)) + "\n";
-    for (const Sheet& command : program.commands)
-        text += "\n" + sheet_text(command, start + " -n '" + is + " " + command.name + "'");
+    for (const Sheet& command : program.commands) {
+        std::string scope = start;
+        scope.append(" -n '").append(is).append(" ").append(command.name).append("'");
+        text += "\n" + sheet_text(command, scope);
+    }
     return text;
 }
 

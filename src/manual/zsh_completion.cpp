@@ -17,7 +17,7 @@ std::string escaped(const std::string& text) {
 
 /// ":MODEL:_files -g "*.axm(-.)""
 std::string action(const ValueForm& form) {
-    const std::string message = ":" + escaped(form.name) + ":";
+    std::string message = ":" + escaped(form.name) + ":";
     if (goes_on(form)) return message + "{compadd -S \"\" -- " + choices_text(form) + "}";
     if (!form.choices.empty()) return message + "(" + choices_text(form) + ")";
     if (form.kind == ValueForm::Kind::folder) return message + "_files -/";
@@ -28,8 +28,7 @@ std::string action(const ValueForm& form) {
     return message + "_files -g \"*.(" + endings + ")(-.)\"";
 }
 
-/// One option, as one word or, with a short name, two that exclude each other. Words for `line_end` go on the
-/// next line.
+/// One option, as one word or, with a short name, two that exclude each other.
 std::string option_spec(const Option& option) {
     const std::string words =
         "[" + escaped(first_phrase(option.purpose)) + "]" + (option.value ? action(*option.value) : "");
@@ -37,7 +36,9 @@ std::string option_spec(const Option& option) {
     if (option.long_name == "--help" || option.long_name == "--version") {
         std::string text;
         for (const std::string& name : {option.short_name, option.long_name})
-            if (!name.empty()) text += (text.empty() ? "" : " ") + in_quotes("(- *)" + name + words);
+            if (!name.empty())
+                text.append(text.empty() ? "" : " ")
+                    .append(in_quotes(std::string("(- *)").append(name).append(words)));
         return text;
     }
     if (option.short_name.empty()) return in_quotes((option.repeated ? "*" : "") + long_name + words);
