@@ -10,7 +10,7 @@ if [ -z "$program" ]; then
     program=build/dev/tests/window/tutorials/test_tutorials
 fi
 walked=()
-for name in first_section; do
+for name in first_section survey_to_depth magnetics_and_gravity pipe_with_remanence; do
     walked+=("docs/tutorials/$name.md")
 done
 "$program" --pictures "${walked[@]}"

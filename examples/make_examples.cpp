@@ -1,4 +1,4 @@
-// Makes the three example surveys: data calculated from a known model, with noise and a regional, and a
+// Makes the example surveys: data calculated from a known model, with noise and a regional, and a
 // workspace whose starting model is deliberately off; and a survey file of several lines for a plan. The same
 // seed gives the same files.
 //
@@ -157,7 +157,8 @@ int main(int argc, char** argv) {
     }
     try {
         Terminal prompts;
-        for (const Survey& survey : surveys()) make_survey(survey, argv[1], prompts);
+        for (const auto& offered : {surveys(), riddles()})
+            for (const Survey& survey : offered) make_survey(survey, argv[1], prompts);
         make_lines(dyke_lines(), std::string(argv[1]) + "/" + dyke_lines_file, prompts);
     } catch (const std::exception& failure) {
         std::cerr << failure.what() << '\n';

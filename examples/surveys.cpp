@@ -179,10 +179,51 @@ Survey buried_cable() {
     return survey;
 }
 
+Survey remanent_pipe() {
+    Survey survey;
+    survey.name = "remanent_pipe";
+    survey.comments = {"Airborne magnetic line over a volcanic pipe, 10 m between readings",
+                       "Noise 1.5 nT, a regional of 5 nT a kilometre"};
+    Noise wander(23);
+    for (int i = 0; i <= 240; ++i) {
+        const double d = 10.0 * i;
+        const double ground = 1186 + 6 * std::sin(d / 520);
+        survey.readings.push_back({284500 + d, 6912300 + wander(1.5), ground + 50 + wander(0.8), ground});
+    }
+    survey.mag_noise = 1.5;
+    survey.mag_regional = [](double d) { return 28640 + 0.005 * d; };
+    survey.describe = [](Workspace& w) {
+        w.definition.mag_column = 6;
+        w.field.intensity = 28640;
+        w.field.inclination = -62.4F;
+        w.field.declination = -18.6F;
+        w.mag.float_base = 1;
+        w.mag.regional_degree = 1;
+    };
+    // It stands, so it is a sheet as long as it is wide; the starting model knows of no remanence.
+    survey.bodies = {
+        {[](ModelBody& body) {
+             sheet({"Pipe", thick_sheet, 1140, 1130, 90, 130, 700, 14000, 2.95F, 0x4B568C})(body);
+             body.length.value = 130;
+             body.rem_q.value = 1.8F;
+             body.rem_i.value = 12;
+             body.rem_d.value = 76;
+         },
+         [](ModelBody& body) {
+             off_by(60, -20, 0, 1.4F)(body);
+             body.rem_q.value = body.rem_i.value = body.rem_d.value = 0;
+         }}};
+    return survey;
+}
+
 }  // namespace
 
 std::vector<Survey> surveys() {
     return {dyke_swarm(), fault_block(), buried_cable()};
+}
+
+std::vector<Survey> riddles() {
+    return {remanent_pipe()};
 }
 
 std::vector<Survey> dyke_lines() {

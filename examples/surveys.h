@@ -52,8 +52,11 @@ struct Survey {
     std::vector<ExampleBody> bodies;
 };
 
-/// All three, in the order in which they are offered.
+/// Those that one fit explains from their starting model, in the order in which they are offered.
 std::vector<Survey> surveys();
+
+/// Those whose starting model lacks what the data tell of: no fit explains them until a person adds it.
+std::vector<Survey> riddles();
 
 /// The lines of one survey file, each named as there: two dykes that run through all of them.
 std::vector<Survey> dyke_lines();

@@ -18,9 +18,9 @@ namespace anomalis::tutorials {
 
 namespace {
 
-QString row_text(const QTableView& table, int row) {
+QString row_text(const QTableView& table, int row, int from = 0) {
     QStringList cells;
-    for (int column = 0; column < table.model()->columnCount(); ++column)
+    for (int column = from; column < table.model()->columnCount(); ++column)
         cells << table.model()->index(row, column).data().toString();
     return cells.join("  ");
 }
@@ -65,7 +65,7 @@ QWidget& place_of_work(QWidget& form) {
 QList<QWidget*> places(QWidget& form) {
     if (QWidget* modal = QApplication::activeModalWidget()) return {modal};
     QList<QWidget*> all;
-    if (QWidget* front = QApplication::activeWindow(); front && front != &form && front->isVisible())
+    if (auto* front = qobject_cast<QDialog*>(QApplication::activeWindow()); front && front->isVisible())
         all << front;
     for (QDialog* dialog : form.findChildren<QDialog*>())
         if (dialog->isVisible() && !all.contains(dialog)) all << dialog;
@@ -119,7 +119,7 @@ QString value_of(QWidget& place, const QString& caption) {
             continue;
         }
         for (int row = 0; row < table->model()->rowCount(); ++row)
-            if (table->model()->index(row, 0).data().toString() == caption) return row_text(*table, row);
+            if (table->model()->index(row, 0).data().toString() == caption) return row_text(*table, row, 1);
     }
     return {};
 }

@@ -3,9 +3,12 @@
 #include <stdexcept>
 
 #include <QAbstractButton>
+#include <QAbstractItemView>
 #include <QAction>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QCompleter>
+#include <QHeaderView>
 #include <QKeySequence>
 #include <QLineEdit>
 #include <QMenu>
@@ -14,6 +17,7 @@
 #include <QSpinBox>
 #include <QTabBar>
 #include <QTableView>
+#include <QTableWidget>
 
 #include "edit/body_grid.h"
 #include "window/tutorials/eyes.h"
@@ -79,12 +83,46 @@ void press_entry(QWidget& form, const QString& name) {
 }
 
 bool press_tab(QWidget& form, const QString& name) {
-    for (QTabBar* bar : place_of_work(form).findChildren<QTabBar*>())
-        for (int i = 0; i < bar->count(); ++i)
-            if (bar->isVisible() && plain(bar->tabText(i)) == name) {
-                QTest::mouseClick(bar, Qt::LeftButton, {}, bar->tabRect(i).center());
+    for (QWidget* place : places(form))
+        for (QTabBar* bar : place->findChildren<QTabBar*>())
+            for (int i = 0; i < bar->count(); ++i)
+                if (bar->isVisible() && plain(bar->tabText(i)).simplified() == name) {
+                    QTest::mouseClick(bar, Qt::LeftButton, {}, bar->tabRect(i).center());
+                    return true;
+                }
+    return false;
+}
+
+bool press_row_of(QAbstractItemView& view, const QString& name) {
+    for (int row = 0; row < view.model()->rowCount(); ++row) {
+        const QModelIndex cell = view.model()->index(row, 0);
+        if (cell.data().toString() != name) continue;
+        view.scrollTo(cell);
+        QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, view.visualRect(cell).center());
+        return true;
+    }
+    return false;
+}
+
+/// An entry of a list or a table.
+bool press_row(QWidget& form, const QString& name) {
+    for (QWidget* place : places(form))
+        for (auto* view : place->findChildren<QAbstractItemView*>())
+            if (view->isVisible() && view->model() && view->objectName() != "Grid_body" &&
+                press_row_of(*view, name))
                 return true;
-            }
+    return false;
+}
+
+/// An entry of the menu that has popped up.
+bool press_popped(const QString& name) {
+    auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    if (!menu) return false;
+    for (QAction* action : menu->actions()) {
+        if (plain(action->text()) != name || !action->isEnabled()) continue;
+        QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(action).center());
+        return true;
+    }
     return false;
 }
 
@@ -113,18 +151,36 @@ bool key_into_grid(window::FormSample& sample, const QString& caption, const QSt
 
 void press(window::FormSample& sample, const QString& name) {
     QStringList there;
+    if (press_popped(name)) return;
     if (name.contains(", ")) return press_entry(*sample.form, name);
     if (auto* button = find_control<QAbstractButton>(*sample.form, plain(name), there)) {
         bring_into_view(*button);
         return QTest::mouseClick(button, Qt::LeftButton, {}, QPoint(10, button->height() / 2));
     }
-    if (!press_tab(*sample.form, name)) missing("button, tab or entry", name, there);
+    if (!press_tab(*sample.form, name) && !press_row(*sample.form, name))
+        missing("button, tab or row", name, there);
+}
+
+void click_head(window::FormSample& sample, const QString& name) {
+    for (QWidget* place : places(*sample.form))
+        for (auto* table : place->findChildren<QTableWidget*>())
+            for (int column = 0; table->isVisible() && column < table->columnCount(); ++column) {
+                if (table->horizontalHeaderItem(column)->text().section('\n', 0, 0) != name) continue;
+                QHeaderView* head = table->horizontalHeader();
+                table->scrollToItem(table->item(0, column));
+                return QTest::mouseClick(
+                    head->viewport(), Qt::LeftButton, {},
+                    QPoint(head->sectionViewportPosition(column) + 12, head->height() / 2));
+            }
+    throw std::runtime_error("no table has a column " + name.toStdString());
 }
 
 void press_key(window::FormSample& sample, const QString& name) {
     const QKeySequence keys(name);
     if (keys.count() != 1) throw std::runtime_error("there is no key " + name.toStdString());
-    QTest::keyClick(&place_of_work(*sample.form), keys[0].key(), keys[0].keyboardModifiers());
+    QWidget& place = place_of_work(*sample.form);
+    place.activateWindow();
+    QTest::keyClick(&place, keys[0].key(), keys[0].keyboardModifiers());
 }
 
 void key_in(window::FormSample& sample, const QString& caption, const QString& text) {
@@ -140,6 +196,7 @@ void key_in(window::FormSample& sample, const QString& caption, const QString& t
         box->setFocus();
         box->selectAll();
         QTest::keyClicks(box, text);
+        if (box->completer()) box->completer()->popup()->hide();
         return QTest::keyClick(box, Qt::Key_Return);
     }
     if (!key_into_grid(sample, caption, text)) missing("box", caption, there);

@@ -8,8 +8,10 @@
 // What a person does with mouse and keys. Each raises std::runtime_error that says what was looked for.
 namespace anomalis::tutorials {
 
-/// A button, a tab or, with commas, an entry of a menu.
+/// An entry of the menu that is open, a button, a tab, a row or, with commas, an entry of the menu bar.
 void press(window::FormSample& sample, const QString& name);
+/// The head of a column of a table.
+void click_head(window::FormSample& sample, const QString& name);
 /// A key by its name, "Ctrl+Z".
 void press_key(window::FormSample& sample, const QString& name);
 /// Text over what a box holds, or a value of the grid; Enter at its end.

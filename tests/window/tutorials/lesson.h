@@ -8,6 +8,7 @@
 // A tutorial as its own Markdown tells it. The words of a numbered step are what is done:
 //
 //   **Menu, Entry** or **Button**            is pressed, so often: **Button** three times
+//   click the head **Column** of a table
 //   click **Body** in the section            drag **Body** by `40 m` (or `10 m down`)
 //   press the coarse `+` of **Depth** twice  press `Ctrl+Z`
 //   key `1` into **Mag noise**               choose `slope` in **Mag regional**
@@ -32,6 +33,7 @@ enum class Deed {
     step,
     drag,
     click_body,
+    click_head,
     save_name,
     open_name,
     shows,

@@ -29,6 +29,7 @@ const std::vector<Rule>& rules() {
         rule(Deed::choose, "[Cc]hoose_{code}_in_{bold}"),
         rule(Deed::step, "[Pp]ress_the_(?<manner>coarse|fine)_{code}_of_{bold}{times}"),
         rule(Deed::drag, "[Dd]rag_{bold}_by_{code}"),
+        rule(Deed::click_head, "[Cc]lick_the_head_{bold}"),
         rule(Deed::click_body, "[Cc]lick_{bold}_in_the_(?<manner>section|plan)"),
         rule(Deed::tick, "[Tt]ick_{bold}"),
         rule(Deed::clear, "[Cc]lear_{bold}"),

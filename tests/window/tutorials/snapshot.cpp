@@ -4,6 +4,8 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QLineEdit>
+#include <QSignalBlocker>
 
 namespace anomalis::tutorials {
 
@@ -19,13 +21,38 @@ int other_pixels(const QImage& one, const QImage& other) {
     return count;
 }
 
+/// Boxes show another folder as long as it lives.
+class HiddenFolder {
+  public:
+    HiddenFolder(QWidget& place, const QString& folder) {
+        for (QLineEdit* box : place.findChildren<QLineEdit*>()) {
+            if (!box->text().contains(folder)) continue;
+            kept_.emplace_back(box, box->text());
+            show(*box, box->text().replace(folder, "~"));
+        }
+    }
+    ~HiddenFolder() {
+        for (const auto& [box, text] : kept_) show(*box, text);
+    }
+    HiddenFolder(const HiddenFolder&) = delete;
+    HiddenFolder& operator=(const HiddenFolder&) = delete;
+
+  private:
+    static void show(QLineEdit& box, const QString& text) {
+        const QSignalBlocker quiet(box);
+        box.setText(text);
+    }
+    std::vector<std::pair<QLineEdit*, QString>> kept_;
+};
+
 }  // namespace
 
-QImage picture_of(QWidget& place, const QString& part) {
+QImage picture_of(QWidget& place, const QString& part, const QString& folder) {
     QWidget* shown = &place;
     if (!part.isEmpty()) shown = place.findChild<QWidget*>(part);
     if (!shown || !shown->isVisible())
         throw std::runtime_error("there is no part " + part.toStdString() + " to take a picture of");
+    const HiddenFolder hidden(place, folder);
     return shown->grab().toImage().convertToFormat(QImage::Format_RGB32);
 }
 

@@ -13,8 +13,9 @@ enum class Pictures {
     write     ///< it is made anew
 };
 
-/// The window, or a part of it by its object name, as it stands.
-QImage picture_of(QWidget& place, const QString& part);
+/// The window, or a part of it by its object name, as it stands; the folder of the walk, which has another
+/// name every time, is shown as "~".
+QImage picture_of(QWidget& place, const QString& part, const QString& folder);
 
 /// Compares or writes; says what is wrong, "" for nothing.
 QString handle_picture(const QImage& picture, const QString& path, Pictures what);

@@ -37,16 +37,24 @@ bool same(const Word& seen, const Word& told) {
            QString::number(told.text.toDouble(), 'f', decimals);
 }
 
+bool alike(const std::vector<Word>& seen, std::size_t at, const std::vector<Word>& told) {
+    if (told.empty() || at + told.size() > seen.size()) return false;
+    for (std::size_t i = 0; i < told.size(); ++i)
+        if (!same(seen[at + i], told[i])) return false;
+    return true;
+}
+
 }  // namespace
 
 bool told_in(const QString& seen, const QString& told) {
     const std::vector<Word> all = words_of(seen), wanted = words_of(told);
-    for (std::size_t at = 0; !wanted.empty() && at + wanted.size() <= all.size(); ++at) {
-        std::size_t alike = 0;
-        while (alike < wanted.size() && same(all[at + alike], wanted[alike])) ++alike;
-        if (alike == wanted.size()) return true;
-    }
+    for (std::size_t at = 0; at < all.size(); ++at)
+        if (alike(all, at, wanted)) return true;
     return false;
+}
+
+bool begins_as_told(const QString& seen, const QString& told) {
+    return alike(words_of(seen), 0, words_of(told));
 }
 
 }  // namespace anomalis::tutorials

@@ -9,6 +9,8 @@ namespace anomalis::tutorials {
 
 double true_value(const QString& example, const QString& name, const QString& caption) {
     std::vector<examples::Survey> all = examples::surveys();
+    for (examples::Survey& survey : examples::riddles()) all.push_back(std::move(survey));
+    for (examples::Survey& survey : examples::dyke_lines()) all.push_back(std::move(survey));
     for (const examples::Survey& survey : all) {
         if (survey.name != example.toStdString()) continue;
         for (const examples::ExampleBody& each : survey.bodies) {

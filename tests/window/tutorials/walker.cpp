@@ -1,5 +1,7 @@
 #include "window/tutorials/walker.h"
 
+#include <functional>
+
 #include <QApplication>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -19,7 +21,7 @@ namespace anomalis::tutorials {
 namespace {
 
 constexpr int pause = 20, rest = 300;  // ms between two orders; before a picture
-constexpr int most_failures = 12;
+constexpr int most_failures = 12, most_turns = 50;
 constexpr QSize window_size(1280, 800);
 
 /// The folder of a person who has unpacked the examples into it.
@@ -27,6 +29,15 @@ std::vector<flow::ExampleFile> copied_examples(const TempFolder& folder) {
     std::filesystem::copy(ANOMALIS_EXAMPLES, folder.path("examples"),
                           std::filesystem::copy_options::recursive);
     return flow::find_examples(folder.folder());
+}
+
+QString failure_of(const std::function<void()>& deed) {
+    try {
+        deed();
+        return {};
+    } catch (const std::exception& failure) {
+        return failure.what();
+    }
 }
 
 }  // namespace
@@ -69,16 +80,25 @@ void Walker::turn() {
 }
 
 void Walker::take_turn() {
-    const Order& order = lesson_.orders[next_++];
+    const Order& order = lesson_.orders[next_];
+    if (order.step != step_) note(order, failure_of([&] { begin_step(order.step); }));
+    ++next_;
     at_work_.push_back(QApplication::activeModalWidget());
-    try {
-        if (order.step != step_) begin_step(order.step);
-        do_order(order);
-        if (next_ >= lesson_.orders.size()) end_step();
-    } catch (const std::exception& failure) {
-        failures_ << QString("%1:%2: %3").arg(lesson_.path).arg(order.line).arg(failure.what());
-    }
+    const QString wrong = failure_of([&] { do_order(order); });
     at_work_.pop_back();
+    // What is told of may need a moment to come.
+    const bool look = order.deed == Deed::shows || order.deed == Deed::says;
+    if (!wrong.isEmpty() && look && ++turns_waited_ < most_turns) {
+        --next_;
+        return;
+    }
+    turns_waited_ = 0;
+    note(order, wrong);
+    if (next_ >= lesson_.orders.size()) note(order, failure_of([&] { end_step(); }));
+}
+
+void Walker::note(const Order& order, const QString& wrong) {
+    if (!wrong.isEmpty()) failures_ << QString("%1:%2: %3").arg(lesson_.path).arg(order.line).arg(wrong);
 }
 
 std::string Walker::place(const QString& name) const {
@@ -91,8 +111,8 @@ void Walker::fail(const QString& words) const {
 
 /// The names that a step tells are what its dialogs are answered with.
 void Walker::begin_step(int number) {
-    end_step();
     step_ = number;
+    end_step();
     for (const Order& order : lesson_.orders) {
         if (order.step != number || number == 0) continue;
         if (order.deed == Deed::save_name) sample_->prompts.save_paths.emplace_back(place(order.value));
@@ -146,6 +166,8 @@ void Walker::do_once(const Order& order) {
             return step_bar(sample, order);
         case Deed::drag:
             return drag_body(sample, order.what, order.value);
+        case Deed::click_head:
+            return click_head(sample, order.what);
         case Deed::click_body:
             return click_body(sample, order.what, order.manner == "plan");
         case Deed::save_name:
@@ -174,7 +196,7 @@ void Walker::check_shown(const Order& order) {
     QStringList values;
     for (QWidget* place : places(*sample_->form)) {
         const QString value = value_of(*place, order.what);
-        if (told_in(value, order.value)) return;
+        if (begins_as_told(value, order.value)) return;
         if (!value.isNull()) values << value;
     }
     fail(values.isEmpty()
@@ -204,13 +226,15 @@ void Walker::check_table(const Order& order) {
         auto& grid = sample_->find<QTableView>("Grid_body");
         value = grid_value(grid, grid_row(grid, order.manner));
     }
-    if (!told_in(value, order.value))
+    if (!begins_as_told(value, order.value))
         fail(order.manner + " of " + order.what + " is \"" + value + "\", not \"" + order.value + "\"");
 }
 
 void Walker::take_picture(const Order& order) {
     const QString path = QFileInfo(lesson_.path).path() + "/" + order.what;
-    const QString wrong = handle_picture(picture_of(place_of_work(*sample_->form), part_), path, pictures_);
+    const QString wrong = handle_picture(
+        picture_of(place_of_work(*sample_->form), part_, QString::fromStdString(folder_.folder())), path,
+        pictures_);
     part_.clear();
     if (!wrong.isEmpty()) fail(wrong);
 }

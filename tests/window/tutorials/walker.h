@@ -28,6 +28,7 @@ class Walker {
     void begin_step(int number);
     void end_step();
     void take_turn();
+    void note(const Order& order, const QString& wrong);
     void do_order(const Order& order);
     void do_once(const Order& order);
     void answer_dialog(const Order& order);
@@ -46,7 +47,7 @@ class Walker {
     QStringList failures_;
     QString part_;
     std::size_t next_ = 0;
-    int step_ = 0;
+    int step_ = 0, turns_waited_ = 0;
     std::size_t messages_ = 0;       ///< told by the text
     std::vector<QWidget*> at_work_;  ///< of orders that are being done: the modal form they began under
     QEventLoop loop_;

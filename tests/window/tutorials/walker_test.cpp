@@ -82,6 +82,8 @@ void WalkerTest::numbers_are_as_exact_as_they_are_told() {
     QVERIFY(told_in("dip −12.5 °", "dip -12.5 °"));
     QVERIFY(!told_in("dip 12.5 °", "dip -12.5 °"));
     QVERIFY(!told_in("anything", ""));
+    QVERIFY(begins_as_told("285.1 ±2.5 m", "285.1"));
+    QVERIFY(!begins_as_told("285.1 ±2.5 m", "2.5 m"));
 }
 
 QObject* make_walker_test() {
