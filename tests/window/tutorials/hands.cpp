@@ -180,6 +180,7 @@ void press_key(window::FormSample& sample, const QString& name) {
     if (keys.count() != 1) throw std::runtime_error("there is no key " + name.toStdString());
     QWidget& place = place_of_work(*sample.form);
     place.activateWindow();
+    if (!QTest::qWaitForWindowActive(&place)) throw std::runtime_error("the window does not take keys");
     QTest::keyClick(&place, keys[0].key(), keys[0].keyboardModifiers());
 }
 

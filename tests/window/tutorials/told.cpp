@@ -20,7 +20,7 @@ int decimals_of(const QString& number) {
 
 std::vector<Word> words_of(QString text) {
     static const QRegularExpression word("(?<number>(?<![\\w.])-?\\d+(?:\\.\\d+)?)|\\w+|[^\\s\\w]");
-    text.replace(QChar(0x2212), '-');
+    text.replace(QChar(0x2212), '-').replace(QChar(QChar::Nbsp), ' ');
     std::vector<Word> words;
     for (auto match = word.globalMatch(text); match.hasNext();) {
         const auto next = match.next();
