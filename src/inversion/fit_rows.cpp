@@ -51,9 +51,14 @@ FitRows::FitRows(const FitRows& other, Pacer& pacer)
 void FitRows::find_free_bodies() {
     for (std::size_t i = 0; i < request_.places.size(); ++i) {
         const int number = request_.places[i].body;
-        const auto found = std::ranges::find(free_, number, &FreeBody::number);
-        FreeBody& body = found != free_.end() ? *found : free_.emplace_back(number, index_of(free_.size()));
-        body.parameters.push_back(i);
+        auto found = std::ranges::find(free_, number, &FreeBody::number);
+        if (found == free_.end()) {
+            const Eigen::Index column = index_of(free_.size());
+            found = free_.emplace(free_.end());
+            found->number = number;
+            found->column = column;
+        }
+        found->parameters.push_back(i);
     }
     for (FreeBody& body : free_)
         for (const std::int32_t channel : {channel_mag, channel_grav})
