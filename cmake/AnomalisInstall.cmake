@@ -31,7 +31,6 @@ endforeach()
 install(DIRECTORY examples/ DESTINATION ${CMAKE_INSTALL_DATADIR}/anomalis/examples
   FILES_MATCHING PATTERN *.axm PATTERN *.dat PATTERN *.csv PATTERN *.toml PATTERN *.py PATTERN package EXCLUDE)
 install(DIRECTORY docs/reference/schemas DESTINATION ${CMAKE_INSTALL_DATADIR}/anomalis)
-install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR} PATTERN *.py EXCLUDE)
 install(FILES README.md CHANGELOG.md NOTICES.md LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR})
 
 install(TARGETS anomalis_usage EXPORT anomalis COMPONENT development)

@@ -9,9 +9,13 @@ endfunction()
 
 file(REMOVE_RECURSE ${PLACE})
 run(${CMAKE_COMMAND} --install ${BUILD} --prefix ${PLACE}/installed)
-foreach(wanted share/anomalis/examples/dyke_swarm.axm share/doc/anomalis/guide.md bin/anomalis-batch
+set(wanted_files share/anomalis/examples/dyke_swarm.axm bin/anomalis-batch
     share/anomalis/examples/dyke_lines.toml share/anomalis/schemas/find.json share/man/man1/anomalis-batch-find.1 share/bash-completion/completions/anomalis-batch
     share/zsh/vendor-completions/_anomalis-batch share/fish/vendor_completions.d/anomalis-batch.fish)
+if(EXISTS ${PLACE}/installed/bin/anomalis)
+  list(APPEND wanted_files share/anomalis/anomalis.qch share/doc/anomalis/html/index.html)
+endif()
+foreach(wanted IN LISTS wanted_files)
   if(NOT EXISTS ${PLACE}/installed/${wanted})
     message(FATAL_ERROR "${wanted} was not installed")
   endif()

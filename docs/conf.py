@@ -12,7 +12,7 @@ extensions = ["myst_parser"]
 myst_heading_anchors = 4  # a heading is linked to as on a forge: page.md#its-words
 source_suffix = {".md": "markdown"}
 smartquotes = False  # words stay as they are keyed, and are found so
-exclude_patterns = ["guide.md", "*_head.md", "architecture.md"]
+exclude_patterns = ["*_head.md", "architecture.md"]
 
 html_theme = "furo"
 html_title = "Anomalis"

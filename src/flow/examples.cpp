@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <filesystem>
 
+#include "flow/guide_file.h"
+
 namespace anomalis::flow {
 
 namespace fs = std::filesystem;
@@ -48,12 +50,7 @@ std::vector<std::string> supporting_files(const std::string& exe_folder) {
             if (entry.path().stem() == workspace.stem()) files.push_back(entry.path().string());
     }
     std::sort(files.begin(), files.end());
-    for (const char* place : {"../share/doc/anomalis/guide.md", "../docs/guide.md", "../../docs/guide.md"}) {
-        const fs::path guide = (fs::path(exe_folder) / place).lexically_normal();
-        if (exe_folder.empty() || !fs::exists(guide, failure)) continue;
-        files.push_back(guide.string());
-        break;
-    }
+    if (const std::string guide = find_guide_file(exe_folder); !guide.empty()) files.push_back(guide);
     return files;
 }
 

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "flow/guide_file.h"
 #include "support/temp_folder.h"
 
 namespace anomalis::flow {
@@ -29,14 +30,27 @@ TEST(Examples, supporting_files_are_all_that_came_with_them) {
     folder.write("share/anomalis/examples/two.axm", "");
     folder.write("share/anomalis/examples/two.dat", "");
     folder.write("share/anomalis/examples/CMakeLists.txt", "");
-    folder.write("share/doc/anomalis/guide.md", "");
+    folder.write("share/anomalis/anomalis.qch", "");
     folder.write("bin/anomalis", "");
     const auto files = supporting_files(folder.path("bin/"));
     ASSERT_EQ(files.size(), 3U);
     EXPECT_EQ(files[0], folder.path("share/anomalis/examples/two.axm"));
     EXPECT_EQ(files[1], folder.path("share/anomalis/examples/two.dat"));
-    EXPECT_EQ(files[2], folder.path("share/doc/anomalis/guide.md"));
+    EXPECT_EQ(files[2], folder.path("share/anomalis/anomalis.qch"));
     EXPECT_TRUE(supporting_files("").empty());
+}
+
+TEST(GuideFile, it_is_found_where_the_program_is_installed_and_where_it_is_built) {
+    const TempFolder folder;
+    EXPECT_EQ(find_guide_file(folder.path("build/debug/tests/window")), "");
+    folder.write("build/debug/tests/window/test", "");
+    folder.write("build/debug/anomalis.qch", "");
+    EXPECT_EQ(find_guide_file(folder.path("build/debug/tests/window")),
+              folder.path("build/debug/anomalis.qch"));
+    EXPECT_EQ(find_guide_file(folder.path("build/debug/")), folder.path("build/debug/anomalis.qch"));
+    folder.write("build/share/anomalis/anomalis.qch", "");
+    EXPECT_EQ(find_guide_file(folder.path("build/debug")), folder.path("build/share/anomalis/anomalis.qch"));
+    EXPECT_EQ(find_guide_file(""), "");
 }
 
 TEST(Examples, without_a_folder_there_are_none) {

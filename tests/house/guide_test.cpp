@@ -33,7 +33,7 @@ std::string range_cell(const BodyParameter& row) {
 }  // namespace
 
 TEST(Guide, its_table_of_parameters_agrees_with_the_program) {
-    const std::vector<std::string> guide = lines_of(project() / "docs/guide.md");
+    const std::vector<std::string> guide = lines_of(project() / "docs/reference/bodies.md");
     auto place =
         std::find(guide.begin(), guide.end(), "| Parameter | Of a pipe | Of a wire | Unit | Values |");
     ASSERT_NE(place, guide.end());

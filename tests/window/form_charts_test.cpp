@@ -23,6 +23,7 @@ class FormChartsTest : public QObject {
     void charts_without_data_give_their_room_away();
     void zoom_and_pan_move_all_charts();
     void a_wheel_on_one_chart_moves_the_others();
+    void a_drag_that_pans_takes_the_pan_bar_along();
     void the_vertical_bars_step_one_chart();
     void the_plan_takes_the_place_of_the_section();
     void a_click_on_a_body_selects_it();
@@ -161,6 +162,33 @@ void FormChartsTest::a_wheel_on_one_chart_moves_the_others() {
     sample.settle();
     QCOMPARE(sample.chart(edit::chart_mag).ViewLimits().width(), edit::LineSample::length);
     QCOMPARE(sample.find<QComboBox>("Combo_zoom").currentIndex(), 0);
+}
+
+void FormChartsTest::a_drag_that_pans_takes_the_pan_bar_along() {
+    Shown sample;
+    auto& widget = sample.widget(edit::chart_mag);
+    const auto& pan = sample.find<QScrollBar>("HScroll_pan");
+    const QPoint place = widget.rect().center();
+    QWheelEvent wheel(place, widget.mapToGlobal(place), {}, {0, 480}, Qt::NoButton, Qt::NoModifier,
+                      Qt::NoScrollPhase, false);
+    QApplication::sendEvent(&widget, &wheel);
+    sample.settle();
+    const int before = pan.value();
+    QVERIFY(pan.isEnabled());
+    const QPoint there = place - QPoint(widget.width() / 4, 0);
+    QTest::mousePress(&widget, Qt::RightButton, {}, place);
+    QMouseEvent moved(QEvent::MouseMove, there, widget.mapToGlobal(there), Qt::NoButton, Qt::RightButton, {});
+    QApplication::sendEvent(&widget, &moved);
+    sample.settle();
+    const int meanwhile = pan.value();
+    QVERIFY2(meanwhile > before, "while the button is held");
+    QTest::mouseRelease(&widget, Qt::RightButton, {}, there);
+    sample.settle();
+    QCOMPARE(pan.value(), meanwhile);
+    // The bar goes on from there.
+    const double low = sample.chart(edit::chart_section).ViewLimits().x_low;
+    sample.find<QScrollBar>("HScroll_pan").setValue(meanwhile + 5);
+    QVERIFY(sample.chart(edit::chart_section).ViewLimits().x_low > low);
 }
 
 void FormChartsTest::the_vertical_bars_step_one_chart() {

@@ -27,6 +27,7 @@ QObject* make_formulas_controller_test();
 QObject* make_help_test();
 QObject* make_import_test();
 QObject* make_invert_panel_test();
+QObject* make_keyboard_page_test();
 QObject* make_line_controller_test();
 QObject* make_opening_test();
 QObject* make_look_test();
@@ -47,5 +48,9 @@ QObject* make_wrong_boxes_test();
 /// folder, at three sizes, of a survey file its import, of a folder of results its page: for people to look
 /// at, and for the guide.
 void keep_pictures(const QString& folder, const QString& workspaces);
+
+/// The keys of the program as a page of the guide; written into docs/.
+QString keyboard_page();
+void write_keyboard_page();
 
 }  // namespace anomalis::window

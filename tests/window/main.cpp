@@ -41,6 +41,7 @@ constexpr std::array tests{NamedTest{"actions", make_actions_test},
                            NamedTest{"help", make_help_test},
                            NamedTest{"import", make_import_test},
                            NamedTest{"invert_panel", make_invert_panel_test},
+                           NamedTest{"keyboard_page", make_keyboard_page_test},
                            NamedTest{"line_controller", make_line_controller_test},
                            NamedTest{"opening", make_opening_test},
                            NamedTest{"look", make_look_test},
@@ -92,6 +93,10 @@ int main(int argc, char** argv) {
     anomalis::window::apply_look(application);
     if (arguments.value(1) == "--pictures") {
         anomalis::window::keep_pictures(arguments.value(2), arguments.value(3));
+        return 0;
+    }
+    if (arguments.value(1) == "--keyboard") {
+        anomalis::window::write_keyboard_page();
         return 0;
     }
     return anomalis::window::run_tests(arguments);

@@ -1,12 +1,15 @@
 #include "window/help/form_guide.h"
 
 #include <QHBoxLayout>
+#include <QHelpContentModel>
+#include <QHelpContentWidget>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QShortcut>
 #include <QSplitter>
+#include <QStackedWidget>
 #include <QToolButton>
-#include <QTreeWidget>
 #include <QVBoxLayout>
 
 #include "window/help/guide_page.h"
@@ -18,10 +21,9 @@ namespace anomalis::window {
 namespace {
 
 constexpr int margin = 10;  // pixels
-constexpr int contents_width = 230, page_width = 700;
+constexpr int side_width = 250, page_width = 680;
+constexpr int found_gap = 3;  // pixels
 constexpr QSize designed_size{960, 720};
-constexpr int chapter_level = 2;
-constexpr int anchor_role = Qt::UserRole;
 
 QToolButton* make_step(const char* name, const QString& text, const QString& tip, QTextBrowser& page,
                        void (QTextBrowser::*step)(), void (QTextBrowser::*available)(bool)) {
@@ -36,10 +38,12 @@ QToolButton* make_step(const char* name, const QString& text, const QString& tip
 
 }  // namespace
 
-FormGuide::FormGuide(QWidget* parent)
+FormGuide::FormGuide(const QStringList& files, QWidget* parent)
     : QDialog(parent),
-      page_(new GuidePage),
-      contents_(new QTreeWidget),
+      book_(files),
+      page_(new GuidePage(book_)),
+      side_(new QStackedWidget),
+      found_list_(new QListWidget),
       words_(new QLineEdit),
       answer_(new QLabel) {
     setObjectName("Form_guide");
@@ -48,21 +52,42 @@ FormGuide::FormGuide(QWidget* parent)
     resize(designed_size);
     name_control(*page_, "Text_guide", tr("Guide"),
                  tr("A link leads to its place; Alt and the left arrow key back"));
-    name_control(*contents_, "List_guide_contents", tr("Contents"), tr("Chapters and sections of the guide"));
-    contents_->setHeaderHidden(true);
     page_->setToolTip({});  // it would lie on the text
     auto* halves = new QSplitter;
-    halves->addWidget(contents_);
+    halves->addWidget(make_side());
     halves->addWidget(page_);
     halves->setStretchFactor(1, 1);
-    halves->setSizes({contents_width, page_width});
+    halves->setSizes({side_width, page_width});
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(margin, margin, margin, margin);
     column->addWidget(make_bar());
     column->addWidget(halves, 1);
     wire();
-    fill_contents();
     page_->setFocus();
+}
+
+/// The widgets that show the book go before it.
+FormGuide::~FormGuide() {
+    delete page_;
+    delete side_;
+}
+
+QWidget* FormGuide::make_side() {
+    name_control(*found_list_, "List_guide_found", tr("Found"), tr("Pages that hold what was looked for"));
+    found_list_->setWordWrap(true);
+    found_list_->setSpacing(found_gap);
+    found_list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    if (book_.is_open()) {
+        QHelpContentWidget& contents = book_.contents();
+        name_control(contents, "List_guide_contents", tr("Contents"),
+                     tr("Chapters, pages and sections of the guide"));
+        contents.setHeaderHidden(true);
+        side_->addWidget(&contents);
+    } else {
+        side_->addWidget(new QWidget);
+    }
+    side_->addWidget(found_list_);
+    return side_;
 }
 
 QWidget* FormGuide::make_bar() {
@@ -75,9 +100,11 @@ QWidget* FormGuide::make_bar() {
                              &QTextBrowser::forward, &QTextBrowser::forwardAvailable));
     row->addStretch(1);
     make_quiet(*answer_);
+    answer_->setObjectName("Label_guide_answer");
     row->addWidget(answer_);
     name_control(*words_, "Text_guide_find", tr("Find"),
-                 tr("A text to look for in the guide; Enter or F3 goes to its next place"));
+                 tr("A text to look for on all pages: Enter lists the pages that have it, F3 goes from place "
+                    "to place"));
     words_->setPlaceholderText(tr("Find in the guide"));
     words_->setClearButtonEnabled(true);
     row->addWidget(words_);
@@ -86,52 +113,96 @@ QWidget* FormGuide::make_bar() {
 
 void FormGuide::wire() {
     connect(words_, &QLineEdit::returnPressed, this, &FormGuide::find);
-    connect(new QShortcut(QKeySequence::FindNext, this), &QShortcut::activated, this, &FormGuide::find);
+    connect(words_, &QLineEdit::textChanged, this, [this](const QString& text) {
+        if (text.isEmpty()) end_search();
+    });
+    connect(new QShortcut(QKeySequence::FindNext, this), &QShortcut::activated, this, &FormGuide::find_next);
     connect(new QShortcut(QKeySequence::Find, this), &QShortcut::activated, this, [this] {
         words_->setFocus();
         words_->selectAll();
     });
-    connect(page_, &QTextBrowser::sourceChanged, this, [this] {
-        if (page_->place().adjusted(QUrl::RemoveFragment) != listed_) fill_contents();
-        show_contents_place();
-    });
-    connect(contents_, &QTreeWidget::itemActivated, this, [this](QTreeWidgetItem* item) {
-        page_->setSource(page_->place().resolved(QUrl("#" + item->data(0, anchor_role).toString())));
-    });
-    connect(contents_, &QTreeWidget::itemClicked, contents_, &QTreeWidget::itemActivated);
+    connect(found_list_, &QListWidget::currentRowChanged, this, &FormGuide::open_found);
+    if (book_.is_open()) wire_contents();
 }
 
-void FormGuide::fill_contents() {
-    listed_ = page_->place().adjusted(QUrl::RemoveFragment);
-    contents_->clear();
-    QTreeWidgetItem* chapter = nullptr;
-    for (const GuideHeading& heading : page_->headings()) {
-        if (heading.level < chapter_level) continue;
-        const bool section = heading.level > chapter_level && chapter;
-        auto* item = section ? new QTreeWidgetItem(chapter) : new QTreeWidgetItem(contents_);
-        item->setText(0, heading.text);
-        item->setData(0, anchor_role, heading.anchor);
-        if (!section) chapter = item;
-    }
-    contents_->expandAll();
+void FormGuide::wire_contents() {
+    QHelpContentWidget& contents = book_.contents();
+    const auto open = [this, &contents](const QModelIndex& index) {
+        const auto* model = qobject_cast<QHelpContentModel*>(contents.model());
+        if (const QHelpContentItem* item = model ? model->contentItemAt(index) : nullptr)
+            page_->setSource(item->url());
+    };
+    connect(&contents, &QTreeView::clicked, this, open);
+    connect(&contents, &QTreeView::activated, this, open);
+    connect(qobject_cast<QHelpContentModel*>(contents.model()), &QHelpContentModel::contentsCreated, this,
+            &FormGuide::show_contents_place);
+    connect(page_, &QTextBrowser::sourceChanged, this, &FormGuide::show_contents_place);
 }
 
+/// The section, or the page where the contents have no such section. What is around it opens.
 void FormGuide::show_contents_place() {
-    for (QTreeWidgetItemIterator item(contents_); *item; ++item)
-        if ((*item)->data(0, anchor_role).toString() == page_->place().fragment())
-            contents_->setCurrentItem(*item);
+    QHelpContentWidget& contents = book_.contents();
+    contents.expand(contents.model()->index(0, 0));
+    QModelIndex place = contents.indexOf(page_->source());
+    if (!place.isValid()) place = contents.indexOf(page_->source().adjusted(QUrl::RemoveFragment));
+    if (!place.isValid()) return;
+    contents.setCurrentIndex(place);
+    contents.expand(place);
+    contents.scrollTo(place);
 }
 
-void FormGuide::open_at(const QString& heading) {
+void FormGuide::open_at(const QString& page) {
     show();  // a page that was never laid out has no place to scroll to
-    page_->open_at(heading);
+    page_->open_at(page);
     raise();
     activateWindow();
 }
 
+/// Asked for the same again it goes on.
 void FormGuide::find() {
-    const bool found = page_->find_next(words_->text());
-    answer_->setText(found || words_->text().isEmpty() ? QString() : tr("Not in the guide"));
+    if (words_->text().trimmed().isEmpty()) return end_search();
+    if (!found_.empty() && words_->text() == asked_) return find_next();
+    asked_ = words_->text();
+    found_ = search_guide(book_.texts(), words_->text());
+    answer_->setText(found_.empty() ? tr("Not in the guide") : tr("Pages: %1").arg(found_.size()));
+    show_found();
+}
+
+void FormGuide::show_found() {
+    const QSignalBlocker quiet(found_list_);
+    found_list_->clear();
+    for (const GuideFind& find : found_) found_list_->addItem(find.title + "\n" + find.around);
+    side_->setCurrentWidget(found_list_);
+    if (found_.empty()) return page_->mark({});
+    found_list_->setCurrentRow(0);
+    open_found(0);
+}
+
+void FormGuide::open_found(int row) {
+    if (row < 0 || row >= static_cast<int>(found_.size())) return;
+    const GuideFind& find = found_[static_cast<std::size_t>(row)];
+    page_->mark(find.marked);
+    page_->setSource(find.page);
+    page_->moveCursor(QTextCursor::Start);
+    page_->find_next();
+}
+
+/// From place to place on the page, then on the next page that has it, from the last one to the first.
+void FormGuide::find_next() {
+    if (found_.empty()) return find();
+    if (page_->find_next()) return;
+    const int next = (found_list_->currentRow() + 1) % found_list_->count();
+    if (next == found_list_->currentRow())
+        open_found(next);
+    else
+        found_list_->setCurrentRow(next);
+}
+
+void FormGuide::end_search() {
+    found_.clear();
+    answer_->clear();
+    page_->mark({});
+    side_->setCurrentIndex(0);
 }
 
 }  // namespace anomalis::window

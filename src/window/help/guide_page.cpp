@@ -1,110 +1,131 @@
 #include "window/help/guide_page.h"
 
-#include <QAbstractTextDocumentLayout>
-#include <QImage>
-#include <QTextBlock>
-#include <QTextFrame>
-#include <QTextTable>
+#include <algorithm>
+#include <cstdlib>
 
-/// The pages stand in a static library, which a program takes in only as far as it is asked for.
-static void hold_pages() {
-    Q_INIT_RESOURCE(guide);
-}
+#include <QAbstractTextDocumentLayout>
+#include <QDesktopServices>
+#include <QImage>
+#include <QScrollBar>
+
+#include "window/help/guide_book.h"
+#include "window/help/guide_style.h"
 
 namespace anomalis::window {
 
 namespace {
 
-const QUrl first_page("qrc:/guide/guide.md");
-constexpr int margin = 16;  // pixels
-constexpr int cell_padding = 4;
-constexpr int widest_picture = 640;
+constexpr int margin = 16;         // pixels
+constexpr int least_room = 320;    // pixels, for a picture
+constexpr int resize_pause = 200;  // ms
+constexpr int resize_told = 24;    // pixels that a picture may be off by
+
+bool is_picture(const QUrl& name) {
+    return name.path().endsWith(".png") || name.path().endsWith(".svg");
+}
 
 }  // namespace
 
-QString guide_anchor(const QString& heading) {
-    QString anchor;
-    for (const QChar c : heading.toLower()) {
-        if (c.isLetterOrNumber() || c == '-' || c == '_') anchor += c;
-        if (c == ' ') anchor += '-';
-    }
-    return anchor;
-}
-
-GuidePage::GuidePage(QWidget* parent) : QTextBrowser(parent) {
-    hold_pages();
-    setOpenExternalLinks(true);
+GuidePage::GuidePage(const GuideBook& book, QWidget* parent) : QTextBrowser(parent), book_(book) {
+    setOpenLinks(false);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);  // pictures keep their room
     document()->setDocumentMargin(margin);
-    connect(this, &QTextBrowser::sourceChanged, this, &GuidePage::take_place);
-    setSource(first_page);
+    connect(this, &QTextBrowser::anchorClicked, this, &GuidePage::go);
+    connect(this, &QTextBrowser::sourceChanged, this, &GuidePage::take_page);
+    resized_.setSingleShot(true);
+    resized_.setInterval(resize_pause);
+    connect(&resized_, &QTimer::timeout, this, [this] {
+        if (cut_ && std::abs(room() - room_then_) > resize_told) show_anew();
+    });
 }
 
-/// Before anybody else hears of it; the source itself is still that of before. A page that was dressed counts
-/// as changed: Qt loads it anew on every way to it, also on the one back.
-void GuidePage::take_place(const QUrl& place) {
-    place_ = place;
-    mark_headings();
-    dress_tables();
-    if (!place.hasFragment()) return;
-    document()->documentLayout()->documentSize();  // laid out to its end: else there is nowhere to scroll to
-    scrollToAnchor(place.fragment());
+void GuidePage::go(const QUrl& place) {
+    const QUrl target = source().resolved(place);
+    if (target.scheme().startsWith("http"))
+        QDesktopServices::openUrl(target);
+    else
+        setSource(target);
 }
 
-void GuidePage::mark_headings() {
-    headings_.clear();
-    for (QTextBlock block = document()->begin(); block.isValid(); block = block.next()) {
-        const int level = block.blockFormat().headingLevel();
-        if (level < 1) continue;
-        headings_.push_back({level, block.text(), guide_anchor(block.text())});
-        QTextCursor cursor(block);
-        cursor.movePosition(QTextCursor::EndOfBlock, QTextCursor::KeepAnchor);
-        QTextCharFormat anchor;
-        anchor.setAnchor(true);
-        anchor.setAnchorNames({headings_.back().anchor});
-        cursor.mergeCharFormat(anchor);
-    }
+void GuidePage::open_at(const QString& page) {
+    setSource(book_.place_of(page));
 }
 
-void GuidePage::dress_tables() {
-    for (QTextFrame* frame : document()->rootFrame()->childFrames()) {
-        auto* table = qobject_cast<QTextTable*>(frame);
-        if (!table) continue;
-        QTextTableFormat format = table->format();
-        format.setBorderCollapse(true);
-        format.setBorder(1);
-        format.setBorderStyle(QTextFrameFormat::BorderStyle_Solid);
-        format.setBorderBrush(palette().color(QPalette::Mid));
-        format.setCellPadding(cell_padding);
-        format.setCellSpacing(0);
-        table->setFormat(format);
-    }
+/// The page is laid out to its end before anything is scrolled to.
+void GuidePage::take_page() {
+    document()->documentLayout()->documentSize();
+    if (source().hasFragment()) scrollToAnchor(source().fragment());
+    show_marks();
 }
 
-bool GuidePage::open_at(const QString& heading) {
-    QUrl place = first_page;
-    place.setFragment(guide_anchor(heading));
-    setSource(place);
-    for (const GuideHeading& known : headings_)
-        if (known.text == heading) return true;
-    return false;
+void GuidePage::mark(const QString& words) {
+    marked_ = words;
+    show_marks();
 }
 
-bool GuidePage::find_next(const QString& words) {
-    if (words.isEmpty()) return false;
-    if (find(words)) return true;
-    const QTextCursor present = textCursor();
-    moveCursor(QTextCursor::Start);
-    if (find(words)) return true;
-    setTextCursor(present);
-    return false;
+void GuidePage::show_marks() {
+    QList<QTextEdit::ExtraSelection> marks;
+    QTextCharFormat look;
+    look.setBackground(palette().color(QPalette::Highlight));
+    look.setForeground(palette().color(QPalette::HighlightedText));
+    if (!marked_.isEmpty())
+        for (QTextCursor place = document()->find(marked_); !place.isNull();
+             place = document()->find(marked_, place))
+            marks.append({place, look});
+    setExtraSelections(marks);
+}
+
+bool GuidePage::find_next() {
+    return !marked_.isEmpty() && find(marked_);
+}
+
+/// Keeps its place by the share of the page above it: widths of pictures change heights.
+void GuidePage::show_anew() {
+    QScrollBar& bar = *verticalScrollBar();
+    const double share = bar.maximum() > 0 ? static_cast<double>(bar.value()) / bar.maximum() : 0;
+    reload();
+    document()->documentLayout()->documentSize();
+    bar.setValue(static_cast<int>(share * bar.maximum()));
+}
+
+void GuidePage::resizeEvent(QResizeEvent* event) {
+    QTextBrowser::resizeEvent(event);
+    resized_.start();
+}
+
+void GuidePage::changeEvent(QEvent* event) {
+    QTextBrowser::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange && source().isValid()) show_anew();
+}
+
+int GuidePage::room() const {
+    return std::max(viewport()->width() - 2 * margin, least_room);
+}
+
+QVariant GuidePage::picture(const QByteArray& bytes) const {
+    QImage image = QImage::fromData(bytes);
+    if (image.isNull()) return {};
+    const int widest = room();
+    if (image.width() <= widest) return image;
+    cut_ = true;
+    const int pixels = std::min(static_cast<int>(widest * devicePixelRatioF()), image.width());
+    image = image.scaledToWidth(pixels, Qt::SmoothTransformation);
+    image.setDevicePixelRatio(static_cast<qreal>(pixels) / widest);
+    return image;
 }
 
 QVariant GuidePage::loadResource(int type, const QUrl& name) {
-    const QVariant found = QTextBrowser::loadResource(type, name);
-    if (type != QTextDocument::ImageResource) return found;
-    const QImage picture = QImage::fromData(found.toByteArray());
-    if (picture.width() <= widest_picture) return picture.isNull() ? found : QVariant(picture);
-    return picture.scaledToWidth(widest_picture, Qt::SmoothTransformation);
+    if (type == QTextDocument::StyleSheetResource) return guide_style(palette());
+    const QByteArray bytes = book_.data(source().resolved(name));
+    if (type == QTextDocument::ImageResource) return picture(bytes);
+    cut_ = false;
+    room_then_ = room();
+    if (!book_.is_open()) return guide_notice(tr("The guide is not there"), book_.failure());
+    if (bytes.isEmpty())
+        return guide_notice(tr("Not in the guide"), tr("It has no page %1.").arg(name.path()));
+    if (is_picture(name)) return QString("<html><body><img src=\"%1\"></body></html>").arg(name.toString());
+    if (!name.path().endsWith(".html")) return "<pre>" + QString::fromUtf8(bytes).toHtmlEscaped() + "</pre>";
+    return bytes;
 }
 
 }  // namespace anomalis::window

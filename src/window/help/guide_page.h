@@ -1,47 +1,47 @@
 #pragma once
 
-#include <vector>
-
 #include <QTextBrowser>
+#include <QTimer>
 
 namespace anomalis::window {
 
-/// A heading of a page of the guide.
-struct GuideHeading {
-    int level;  ///< 1 is that of the page
-    QString text;
-    QString anchor;
-};
+class GuideBook;
 
-/// Shows the pages of the guide that the program holds. Their headings are anchors by the names that links in
-/// Markdown have; pictures are no wider than the window.
+/// Shows the pages of the guide in the colours of the window. Pictures are no wider than the page; a link to
+/// the world goes to the desktop's browser.
 class GuidePage : public QTextBrowser {
     Q_OBJECT
 
   public:
-    explicit GuidePage(QWidget* parent = nullptr);
+    /// The book outlives the page.
+    explicit GuidePage(const GuideBook& book, QWidget* parent = nullptr);
 
-    /// Those of the page on show.
-    const std::vector<GuideHeading>& headings() const { return headings_; }
-    /// The page, and behind # the anchor that it was gone to.
-    const QUrl& place() const { return place_; }
-    /// Goes to a heading of the guide; false when it has no such one.
-    bool open_at(const QString& heading);
-    /// Goes to the next place of a text, from the top again behind the last one. False: it is nowhere.
-    bool find_next(const QString& words);
+    /// Goes to "reference/fitting#limits"; where there is no such page, one that says so.
+    void open_at(const QString& page);
+    /// Marks a text everywhere on the page, and does so on the pages to come; "" marks nothing.
+    void mark(const QString& words);
+    /// Goes to the next marked place below the last one. False: there is none.
+    bool find_next();
 
     QVariant loadResource(int type, const QUrl& name) override;
 
+  protected:
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
   private:
-    void take_place(const QUrl& place);
-    void mark_headings();
-    void dress_tables();
+    void go(const QUrl& place);
+    void take_page();
+    void show_marks();
+    void show_anew();
+    QVariant picture(const QByteArray& bytes) const;
+    int room() const;
 
-    QUrl place_;
-    std::vector<GuideHeading> headings_;
+    const GuideBook& book_;
+    QString marked_;
+    QTimer resized_;
+    mutable bool cut_ = false;  ///< a picture of the page is shown smaller than it is
+    int room_then_ = 0;         ///< when the page was loaded
 };
-
-/// "Place, date and the earth's field" as "place-date-and-the-earths-field".
-QString guide_anchor(const QString& heading);
 
 }  // namespace anomalis::window

@@ -9,42 +9,61 @@ namespace anomalis::window {
 
 namespace {
 
-constexpr const char* heading_of_the_rest = "The window";
+constexpr GuideSpot the_window{"reference/window", "The window"};
+constexpr GuideSpot transform{"reference/transform", "Coordinate transform"};
+constexpr GuideSpot wrong{"reference/wrong", "When something is wrong"};
+constexpr GuideSpot import{"reference/import", "A survey of many lines"};
+constexpr GuideSpot survey_page{"reference/survey_page", "The survey page"};
+constexpr GuideSpot field{"reference/place_and_field", "Place, date and the earth's field"};
+constexpr GuideSpot errors{"reference/errors#noise-and-what-the-errors-are",
+                           "Noise, and what the errors are"};
+constexpr GuideSpot how_sure{"reference/errors#how-sure-a-model-is", "How sure a model is"};
+constexpr GuideSpot data_file{"reference/data_file", "The data file"};
+constexpr GuideSpot curves{"reference/curves", "Curves"};
+constexpr GuideSpot finding{"reference/finding", "Finding bodies"};
+constexpr GuideSpot demagnetisation{"reference/bodies#demagnetisation", "Demagnetisation"};
+constexpr GuideSpot bodies{"reference/bodies", "Bodies"};
+constexpr GuideSpot editing{"reference/editing", "Editing"};
+constexpr GuideSpot fitting{"reference/fitting", "Fitting"};
+constexpr GuideSpot charts{"reference/charts", "Charts"};
+constexpr GuideSpot preferences{"reference/window#preferences", "Preferences"};
+constexpr GuideSpot help{"reference/help", "Help"};
+constexpr GuideSpot keyboard{"reference/keyboard", "Keyboard and mouse"};
 
 constexpr std::array places{
-    GuidePlace{"Form_define_point_transform", "Coordinate transform"},
-    GuidePlace{"Command_define_observed_transform", "Coordinate transform"},
-    GuidePlace{"Form_find_file", "When something is wrong"},
-    GuidePlace{"Form_import", "A survey of many lines"},
-    GuidePlace{"Form_survey", "The survey page"},
-    GuidePlace{"vsgraph_results", "The survey page"},
-    GuidePlace{"Form_field", "Place, date and the earth's field"},
-    GuidePlace{"Frame_field", "Place, date and the earth's field"},
-    GuidePlace{"Form_fit", "Noise, and what the errors are"},
-    GuidePlace{"Form_ensemble", "How sure a model is"},
-    GuidePlace{"Form_uncertainty", "How sure a model is"},
-    GuidePlace{"Form_load_report", "The data file"},
-    GuidePlace{"Frame_axm_data_file_definitions", "The data file"},
-    GuidePlace{"Text_data_file", "The data file"},
-    GuidePlace{"Frame_data_processing_parameters", "Curves"},
-    GuidePlace{"Frame_base_levels", "Curves"},
-    GuidePlace{"Frame_find", "Finding bodies"},
-    GuidePlace{"List_found", "Finding bodies"},
-    GuidePlace{"Check_include_demagnetisation", "Demagnetisation"},
-    GuidePlace{"Grid_body", "Bodies"},
-    GuidePlace{"Frame_cylinder", "Bodies"},
-    GuidePlace{"Frame_body", "Editing"},
-    GuidePlace{"Frame_move_body", "Editing"},
-    GuidePlace{"Frame_invert", "Fitting"},
-    GuidePlace{"Frame_model_misfit", "Fitting"},
-    GuidePlace{"Picture_inversion_limits", "Fitting"},
-    GuidePlace{"vsgraph_survey", "A survey of many lines"},
-    GuidePlace{"vsgraph_", "Charts"},
-    GuidePlace{"Dialog_print_preview", "Charts"},
-    GuidePlace{"Form_preferences", "Preferences"},
-    GuidePlace{"Form_guide", "Help"},
-    GuidePlace{"Form_keyboard_shortcuts", "Help"},
-    GuidePlace{"Form_anomalis", heading_of_the_rest},
+    GuidePlace{"Form_define_point_transform", transform},
+    GuidePlace{"Command_define_observed_transform", transform},
+    GuidePlace{"Form_find_file", wrong},
+    GuidePlace{"Form_import", import},
+    GuidePlace{"Form_survey", survey_page},
+    GuidePlace{"vsgraph_results", survey_page},
+    GuidePlace{"Form_field", field},
+    GuidePlace{"Frame_field", field},
+    GuidePlace{"Form_fit", errors},
+    GuidePlace{"Form_ensemble", how_sure},
+    GuidePlace{"Form_uncertainty", how_sure},
+    GuidePlace{"Form_load_report", data_file},
+    GuidePlace{"Frame_axm_data_file_definitions", data_file},
+    GuidePlace{"Text_data_file", data_file},
+    GuidePlace{"Frame_data_processing_parameters", curves},
+    GuidePlace{"Frame_base_levels", curves},
+    GuidePlace{"Frame_find", finding},
+    GuidePlace{"List_found", finding},
+    GuidePlace{"Check_include_demagnetisation", demagnetisation},
+    GuidePlace{"Grid_body", bodies},
+    GuidePlace{"Frame_cylinder", bodies},
+    GuidePlace{"Frame_body", editing},
+    GuidePlace{"Frame_move_body", editing},
+    GuidePlace{"Frame_invert", fitting},
+    GuidePlace{"Frame_model_misfit", fitting},
+    GuidePlace{"Picture_inversion_limits", fitting},
+    GuidePlace{"vsgraph_survey", import},
+    GuidePlace{"vsgraph_", charts},
+    GuidePlace{"Dialog_print_preview", charts},
+    GuidePlace{"Form_preferences", preferences},
+    GuidePlace{"Form_guide", help},
+    GuidePlace{"Form_keyboard_shortcuts", keyboard},
+    GuidePlace{"Form_anomalis", the_window},
 };
 
 struct Explanation {
@@ -93,10 +112,10 @@ std::span<const GuidePlace> guide_places() {
     return places;
 }
 
-QString guide_heading(const QWidget* widget) {
+const GuideSpot& guide_spot(const QWidget* widget) {
     for (; widget; widget = widget->parentWidget())
-        if (const GuidePlace* place = row_of(places, widget->objectName())) return place->heading;
-    return heading_of_the_rest;
+        if (const GuidePlace* place = row_of(places, widget->objectName())) return place->spot;
+    return the_window;
 }
 
 QString explanation_of(const QWidget& widget) {

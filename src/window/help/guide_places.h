@@ -8,17 +8,23 @@ class QWidget;
 
 namespace anomalis::window {
 
-/// Where the guide speaks of what is seen: `heading` is that of a chapter or section of docs/guide.md.
+/// A page or a section of the guide.
+struct GuideSpot {
+    const char* page;     ///< "reference/fitting#limits"
+    const char* heading;  ///< "Limits"
+};
+
+/// Where the guide speaks of what is seen.
 struct GuidePlace {
     const char* name;  ///< how the object names begin
-    const char* heading;
+    GuideSpot spot;
 };
 
 /// More special names stand before those that they begin with.
 std::span<const GuidePlace> guide_places();
 
-/// The heading for a widget: that of its own name, or of the nearest one around it; never empty.
-QString guide_heading(const QWidget* widget);
+/// The spot for a widget: that of its own name, or of the nearest one around it.
+const GuideSpot& guide_spot(const QWidget* widget);
 
 /// What stands in the window without a tip of its own; "" for everything else.
 QString explanation_of(const QWidget& widget);

@@ -9,8 +9,8 @@
 #include <QWhatsThis>
 #include <QWhatsThisClickedEvent>
 
+#include "flow/guide_file.h"
 #include "window/help/form_guide.h"
-#include "window/help/guide_page.h"
 #include "window/help/guide_places.h"
 #include "window/shell/actions.h"
 #include "window/widgets/body_grid_view.h"
@@ -42,6 +42,13 @@ QString words_of(QWidget& widget, const QPoint& place) {
     return {};
 }
 
+QStringList guide_files() {
+    QStringList files;
+    for (const std::string& place : flow::guide_file_places(QApplication::applicationDirPath().toStdString()))
+        files << QString::fromStdString(place);
+    return files;
+}
+
 /// Where its text is shown when the keyboard asks for it.
 QPoint place_to_explain(QWidget& widget) {
     if (auto* view = view_of<QAbstractItemView>(widget); view && view->currentIndex().isValid())
@@ -54,26 +61,31 @@ QPoint place_to_explain(QWidget& widget) {
 QString whats_this(QWidget& widget, const QPoint& place) {
     const QString words = words_of(widget, place);
     if (words.isEmpty()) return {};
-    const QString heading = guide_heading(&widget);
-    return words +
-           QString("<p><a href=\"%1\">Guide: %2</a></p>").arg(guide_anchor(heading), heading.toHtmlEscaped());
+    const GuideSpot& spot = guide_spot(&widget);
+    return words + QString("<p><a href=\"%1\">Guide: %2</a></p>")
+                       .arg(spot.page, QString(spot.heading).toHtmlEscaped());
 }
 
 HelpController::HelpController(QMainWindow& window, Actions& actions) : QObject(&window), window_(window) {
     actions.on(ActionId::guide, [this] { show_guide(QApplication::focusWidget()); });
+    actions.on(ActionId::tutorials, [this] { open_guide("tutorials/index"); });
     actions.on(ActionId::explain_focus, [this] { explain_focus(); });
     actions.on(ActionId::whats_this, [] { QWhatsThis::enterWhatsThisMode(); });
     qApp->installEventFilter(this);
 }
 
+void HelpController::show_guide(QWidget* about) {
+    open_guide(guide_spot(about).page);
+}
+
 /// A form that waits for an answer would keep the guide of the window behind it closed: it has one of its
 /// own.
-void HelpController::show_guide(QWidget* about) {
+void HelpController::open_guide(const QString& page) {
     QWidget* modal = QApplication::activeModalWidget();
     QWidget* holder = modal ? modal : &window_;
     auto* guide = holder->findChild<FormGuide*>(QString(), Qt::FindDirectChildrenOnly);
-    if (!guide) guide = new FormGuide(holder);
-    guide->open_at(guide_heading(about));
+    if (!guide) guide = new FormGuide(guide_files(), holder);
+    guide->open_at(page);
 }
 
 bool HelpController::is_ours(const QWidget& widget) const {

@@ -25,6 +25,8 @@ class HelpController : public QObject {
     HelpController(QMainWindow& window, Actions& actions);
 
     void show_guide(QWidget* about);
+    /// The guide at "reference/fitting#limits".
+    void open_guide(const QString& page);
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -225,6 +225,8 @@ constexpr std::array rows{
               "Make the body before it the current one", When::body_shown, Qt::Key_PageUp},
     ActionRow{ActionId::guide, "menu_guide", "&Guide", "Open the guide at what has the focus", When::any_time,
               Qt::Key_F1},
+    ActionRow{ActionId::tutorials, "menu_tutorials", "&Tutorials",
+              "Open the guide where it goes through whole tasks step by step", When::any_time},
     ActionRow{ActionId::explain_focus, "menu_explain_focus", "&Explain what has the focus",
               "Say what the box, bar or chart with the focus is for", When::any_time, Qt::SHIFT | Qt::Key_F1},
     ActionRow{ActionId::whats_this, "menu_whats_this", "&What's this?",

@@ -98,6 +98,7 @@ enum class ActionId {
     next_body,
     previous_body,
     guide,
+    tutorials,
     explain_focus,
     whats_this,
     delete_shown,

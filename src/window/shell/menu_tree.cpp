@@ -152,6 +152,7 @@ constexpr std::array items{
 
     open("menu_help", "&Help"),
     entry(ActionId::guide),
+    entry(ActionId::tutorials),
     entry(ActionId::explain_focus),
     entry(ActionId::whats_this),
     entry(ActionId::keyboard_shortcuts),
