@@ -157,7 +157,8 @@ def main():
     found = [f"{page}: no {target}" for page, target in dead_links(asked.html)]
     menus = window_names(PROJECT / "src")
     names = Names(*menus, batch_names(asked.tool) if asked.tool else {})
-    papers = [PROJECT / name for name in PAPERS] + sorted((PROJECT / "docs").rglob("*.md"))
+    papers = [PROJECT / name for name in PAPERS] + sorted(path for path in (PROJECT / "docs").rglob("*.md")
+                                                          if not path.stem.endswith("_head"))
     texts = {path: path.read_text("utf-8") for path in papers}
     names.labels.update(heading for text in texts.values() for heading in re.findall(r"(?m)^#+ (.*)$", text))
     for path, text in texts.items():

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "core/body_parameters.h"
@@ -34,16 +35,16 @@ std::string range_cell(const BodyParameter& row) {
 
 TEST(Guide, its_table_of_parameters_agrees_with_the_program) {
     const std::vector<std::string> guide = lines_of(project() / "docs/reference/bodies.md");
-    auto place =
-        std::find(guide.begin(), guide.end(), "| Parameter | Of a pipe | Of a wire | Unit | Values |");
+    auto place = std::find(guide.begin(), guide.end(),
+                           "| Parameter | Of a pipe | Of a wire | Unit | Keyed values | New body |");
     ASSERT_NE(place, guide.end());
     ++place;
     for (int code = first_param_code; code <= last_param_code; ++code) {
         const BodyParameter& row = body_parameter(code);
         ASSERT_NE(++place, guide.end());
-        EXPECT_EQ(*place, "| " + caption_cell(row, thick_sheet) + " | " + caption_cell(row, pipe) + " | " +
-                              caption_cell(row, wire) + " | " + unit_cell(row) + " | " + range_cell(row) +
-                              " |");
+        EXPECT_THAT(*place, testing::StartsWith("| " + caption_cell(row, thick_sheet) + " | " +
+                                                caption_cell(row, pipe) + " | " + caption_cell(row, wire) +
+                                                " | " + unit_cell(row) + " | " + range_cell(row) + " | "));
     }
     EXPECT_EQ(place + 1 == guide.end() ? "" : *(place + 1), "");
 }

@@ -142,10 +142,16 @@ void FormGuide::wire_contents() {
 /// The section, or the page where the contents have no such section. What is around it opens.
 void FormGuide::show_contents_place() {
     QHelpContentWidget& contents = book_.contents();
-    contents.expand(contents.model()->index(0, 0));
-    QModelIndex place = contents.indexOf(page_->source());
-    if (!place.isValid()) place = contents.indexOf(page_->source().adjusted(QUrl::RemoveFragment));
+    const auto& model = static_cast<const QHelpContentModel&>(*contents.model());
+    contents.expand(model.index(0, 0));
+    QModelIndex place = contents.indexOf(page_->place());
     if (!place.isValid()) return;
+    for (int row = 0; row < model.rowCount(place); ++row)
+        if (const QModelIndex section = model.index(row, 0, place);
+            model.contentItemAt(section)->url() == page_->place()) {
+            place = section;
+            break;
+        }
     contents.setCurrentIndex(place);
     contents.expand(place);
     contents.scrollTo(place);

@@ -7,6 +7,7 @@
 #include <QDesktopServices>
 #include <QImage>
 #include <QScrollBar>
+#include <QTextBlock>
 
 #include "window/help/guide_book.h"
 #include "window/help/guide_style.h"
@@ -51,10 +52,25 @@ void GuidePage::open_at(const QString& page) {
     setSource(book_.place_of(page));
 }
 
-/// The page is laid out to its end before anything is scrolled to.
-void GuidePage::take_page() {
+/// A line that holds a picture needs no more height than that.
+void GuidePage::fit_pictures() {
+    for (QTextBlock block = document()->begin(); block.isValid(); block = block.next())
+        for (auto part = block.begin(); !part.atEnd(); ++part) {
+            if (!part.fragment().charFormat().isImageFormat()) continue;
+            QTextBlockFormat line = block.blockFormat();
+            line.setLineHeight(0, QTextBlockFormat::SingleHeight);
+            QTextCursor(block).setBlockFormat(line);
+            break;
+        }
+}
+
+/// Before anybody else hears of it; the source itself is still that of before. The page is laid out to its
+/// end before anything is scrolled to.
+void GuidePage::take_page(const QUrl& place) {
+    place_ = place;
+    fit_pictures();
     document()->documentLayout()->documentSize();
-    if (source().hasFragment()) scrollToAnchor(source().fragment());
+    if (place.hasFragment()) scrollToAnchor(place.fragment());
     show_marks();
 }
 
@@ -98,8 +114,10 @@ void GuidePage::changeEvent(QEvent* event) {
     if (event->type() == QEvent::PaletteChange && source().isValid()) show_anew();
 }
 
+/// Pictures stand in lists too, which are indented.
 int GuidePage::room() const {
-    return std::max(viewport()->width() - 2 * margin, least_room);
+    const int indent = static_cast<int>(document()->indentWidth());
+    return std::max(viewport()->width() - 2 * margin - indent, least_room);
 }
 
 QVariant GuidePage::picture(const QByteArray& bytes) const {

@@ -16,6 +16,8 @@ class GuidePage : public QTextBrowser {
     /// The book outlives the page.
     explicit GuidePage(const GuideBook& book, QWidget* parent = nullptr);
 
+    /// The page, and behind # the section that was gone to.
+    const QUrl& place() const { return place_; }
     /// Goes to "reference/fitting#limits"; where there is no such page, one that says so.
     void open_at(const QString& page);
     /// Marks a text everywhere on the page, and does so on the pages to come; "" marks nothing.
@@ -31,13 +33,15 @@ class GuidePage : public QTextBrowser {
 
   private:
     void go(const QUrl& place);
-    void take_page();
+    void take_page(const QUrl& place);
+    void fit_pictures();
     void show_marks();
     void show_anew();
     QVariant picture(const QByteArray& bytes) const;
     int room() const;
 
     const GuideBook& book_;
+    QUrl place_;
     QString marked_;
     QTimer resized_;
     mutable bool cut_ = false;  ///< a picture of the page is shown smaller than it is
