@@ -55,4 +55,4 @@ QObject* make_keyboard_page_test() {
 
 }  // namespace anomalis::window
 
-#include "keyboard_page.moc"
+#include "keyboard_page_test.moc"
