@@ -16,7 +16,7 @@ std::string in_fish_quotes(const std::string& text) {
 }
 
 /// How a value is completed: nothing else is offered, but for any file.
-std::string action(const ValueForm& form) {
+std::string fish_action(const ValueForm& form) {
     if (!form.choices.empty()) return " -x -a " + in_fish_quotes(choices_text(form));
     if (form.kind == ValueForm::Kind::folder) return " -x -a '(__fish_complete_directories)'";
     if (form.kind != ValueForm::Kind::file) return " -x";
@@ -32,18 +32,18 @@ std::string option_line(const Option& option, const std::string& scope) {
     std::string line = scope;
     if (!option.short_name.empty()) line += " -s " + option.short_name.substr(1);
     line += " -l " + option.long_name.substr(2) + " -d " + in_fish_quotes(first_phrase(option.purpose));
-    return line + (option.value ? action(*option.value) : "") + "\n";
+    return line + (option.value ? fish_action(*option.value) : "") + "\n";
 }
 
-std::string sheet_text(const Sheet& sheet, const std::string& scope) {
+std::string fish_sheet_text(const Sheet& sheet, const std::string& scope) {
     std::string text;
     for (const Option& option : sheet.options) text += option_line(option, scope);
     const ValueForm* place = place_form(sheet);
-    if (place) text += scope + action(*place) + "\n";
+    if (place) text += scope + fish_action(*place) + "\n";
     return text;
 }
 
-std::string commands_text(const Sheet& program, const std::string& start) {
+std::string fish_commands_text(const Sheet& program, const std::string& start) {
     const std::string is = "__" + function_name(program.name) + "_is";
     std::string text = "function " + is +
                        "\n    set -l words (commandline -opc)\n    test (count $words) -gt 1\n"
@@ -55,7 +55,7 @@ std::string commands_text(const Sheet& program, const std::string& start) {
     for (const Sheet& command : program.commands) {
         std::string scope = start;
         scope.append(" -n '").append(is).append(" ").append(command.name).append("'");
-        text += "\n" + sheet_text(command, scope);
+        text += "\n" + fish_sheet_text(command, scope);
     }
     return text;
 }
@@ -65,7 +65,8 @@ std::string commands_text(const Sheet& program, const std::string& start) {
 std::string fish_completion(const Sheet& program) {
     const std::string start = "complete -c " + program.name;
     std::string text = "# Written by the program itself: anomalis-batch manual\n" + start + " -f\n";
-    return text + (program.commands.empty() ? sheet_text(program, start) : commands_text(program, start));
+    return text +
+           (program.commands.empty() ? fish_sheet_text(program, start) : fish_commands_text(program, start));
 }
 
 }  // namespace anomalis::manual

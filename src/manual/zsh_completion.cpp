@@ -16,7 +16,7 @@ std::string escaped(const std::string& text) {
 }
 
 /// ":MODEL:_files -g "*.axm(-.)""
-std::string action(const ValueForm& form) {
+std::string zsh_action(const ValueForm& form) {
     std::string message = ":" + escaped(form.name) + ":";
     if (goes_on(form)) return message + "{compadd -S \"\" -- " + choices_text(form) + "}";
     if (!form.choices.empty()) return message + "(" + choices_text(form) + ")";
@@ -31,7 +31,7 @@ std::string action(const ValueForm& form) {
 /// One option, as one word or, with a short name, two that exclude each other.
 std::string option_spec(const Option& option) {
     const std::string words =
-        "[" + escaped(first_phrase(option.purpose)) + "]" + (option.value ? action(*option.value) : "");
+        "[" + escaped(first_phrase(option.purpose)) + "]" + (option.value ? zsh_action(*option.value) : "");
     const std::string long_name = option.long_name + (option.value ? "=" : "");
     if (option.long_name == "--help" || option.long_name == "--version") {
         std::string text;
@@ -46,7 +46,7 @@ std::string option_spec(const Option& option) {
     return in_quotes(others + option.short_name + words) + " " + in_quotes(others + long_name + words);
 }
 
-std::string sheet_text(const Sheet& sheet, const std::string& indent) {
+std::string zsh_sheet_text(const Sheet& sheet, const std::string& indent) {
     std::string text = indent + "_arguments";
     for (const Option& option : sheet.options) text += " \\\n" + indent + "    " + option_spec(option);
     for (const Argument& argument : sheet.arguments)
@@ -54,11 +54,11 @@ std::string sheet_text(const Sheet& sheet, const std::string& indent) {
                 in_quotes((argument.several  ? "*"
                            : argument.needed ? ""
                                              : ":") +
-                          action(argument.form));
+                          zsh_action(argument.form));
     return text + "\n";
 }
 
-std::string commands_text(const Sheet& program) {
+std::string zsh_commands_text(const Sheet& program) {
     std::string text =
         "    local curcontext=$curcontext state line\n    typeset -A opt_args\n    _arguments -C";
     for (const Option& option : program.options) text += " \\\n        " + option_spec(option);
@@ -69,7 +69,8 @@ std::string commands_text(const Sheet& program) {
     text += "        )\n        _describe -t commands command commands\n        ;;\n    arguments)\n";
     text += "        case $words[1] in\n";
     for (const Sheet& command : program.commands)
-        text += "        " + command.name + ")\n" + sheet_text(command, "            ") + "            ;;\n";
+        text +=
+            "        " + command.name + ")\n" + zsh_sheet_text(command, "            ") + "            ;;\n";
     return text + "        esac\n        ;;\n    esac\n";
 }
 
@@ -80,7 +81,8 @@ std::string zsh_completion(const Sheet& program) {
     std::string text =
         "#compdef " + program.name + "\n# Written by the program itself: anomalis-batch manual\n\n";
     text += function + "() {\n" +
-            (program.commands.empty() ? sheet_text(program, "    ") : commands_text(program)) + "}\n\n";
+            (program.commands.empty() ? zsh_sheet_text(program, "    ") : zsh_commands_text(program)) +
+            "}\n\n";
     return text + function + " \"$@\"\n";
 }
 
