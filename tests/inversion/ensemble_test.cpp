@@ -202,7 +202,7 @@ TEST(Ensemble, regionals_that_explain_as_well_take_part) {
         std::vector<int> found;
         for (const EnsembleSample& sample : ensemble.samples) found.push_back(sample.mag_degree);
         std::ranges::sort(found);
-        found.erase(std::ranges::unique(found).begin(), found.end());
+        found.erase(std::unique(found.begin(), found.end()), found.end());
         return found;
     };
     const EnsembleResult held = ensemble_of(workspace, {.samples = 30, .vary_regional = false});

@@ -42,7 +42,9 @@ bool name_before(std::string_view a, std::string_view b) {
 }
 
 bool contains(std::string_view text, std::string_view wanted) {
-    return !std::ranges::search(text, wanted, {}, lower, lower).empty() || wanted.empty();
+    const auto same = [](char one, char other) { return lower(one) == lower(other); };
+    return wanted.empty() ||
+           std::search(text.begin(), text.end(), wanted.begin(), wanted.end(), same) != text.end();
 }
 
 /// Infinite where the data leave one side open.

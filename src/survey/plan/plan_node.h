@@ -19,19 +19,28 @@ enum class PlanKind {
     cell  ///< of a CSV table: a text that may be a number, a flag or a list as well
 };
 
+struct PlanEntry;
+
 struct PlanNode {
     PlanKind kind = PlanKind::table;
     std::string text;
     double number = 0;
     bool flag = false;
-    std::vector<PlanNode> items;                            ///< of a list
-    std::vector<std::pair<std::string, PlanNode>> entries;  ///< of a table
-    std::shared_ptr<const std::string> file;                ///< that it stands in, without folder
-    long line = 0;                                          ///< of the file, from 1; 0 where nobody knows
-    std::string key;                                        ///< "find.most", "line[2].name", a column
+    std::vector<PlanNode> items;              ///< of a list
+    std::vector<PlanEntry> entries;           ///< of a table
+    std::shared_ptr<const std::string> file;  ///< that it stands in, without folder
+    long line = 0;                            ///< of the file, from 1; 0 where nobody knows
+    std::string key;                          ///< "find.most", "line[2].name", a column
 
     /// Of a table; null where it says nothing of that.
     const PlanNode* entry(std::string_view name) const;
+};
+
+struct PlanEntry {
+    PlanEntry(std::string its_name, PlanNode its_node)
+        : first(std::move(its_name)), second(std::move(its_node)) {}
+    std::string first;
+    PlanNode second;
 };
 
 /// "survey.toml, line 12, find.most: " and why.
