@@ -118,8 +118,7 @@ stage_fuzzers() {
 stage_threads() {
     cmake --preset tsan && cmake --build --preset tsan -j "$jobs" --target threads || return 1
     quiet_session
-    # One at a time: each has threads enough.
-    TSAN_OPTIONS="suppressions=$PWD/tests/threads.supp halt_on_error=1 second_deadlock_stack=1" \
+    TSAN_OPTIONS="halt_on_error=1 second_deadlock_stack=1" \
         ctest --preset tsan -L threads -j "$jobs"
 }
 

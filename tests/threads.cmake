@@ -11,12 +11,11 @@ function(anomalis_on_threads program)
 endfunction()
 
 anomalis_on_threads(core CorePool.* Log.* Settings.*)
-anomalis_on_threads(forward Driver.* Pacing.* Polyhedron*.* BodyColumns.*threads* BodyColumns.*cores*)
-anomalis_on_threads(inversion NormalMatrix.* DenseSteps.* OrthonormalBasis.* PerformAndLeave.* Restarts.*
-  Ensemble.the_same* Ensemble.a_stop* FindBodies.one_sheet* FindBodies.both_channels* ResidualCovariance.*)
-anomalis_on_threads(intake Load.* ReadRows.* RecordLines.* SurveyIndex.* Profile.*)
-anomalis_on_threads(model StopTest.* Stop*.* RefreshModel.*)
-anomalis_on_threads(flow ImportDesk.* FindDesk.a_stop* FindDesk.a_cancel* UncertaintyRun.a_stop* UncertaintyRun.a_cancel*)
-anomalis_on_threads(output CleanTables.* EveryWriter.* ModelTable.* ProfileTable.*)
-anomalis_on_threads(survey RunSurvey.GivesTheSame* RunSurvey.StoppedAnywhere* RunSurvey.AFullDisk* RunSurvey.Pictures*
-  SurveyDesk.* SurveyResults.* Merge.*)
+anomalis_on_threads(forward Driver.* Pacing.* Polyhedron*.* BodyColumns.*)
+anomalis_on_threads(inversion NormalMatrix.* DenseSteps.* OrthonormalBasis.* PerformAndLeave.* Restarts.* ResidualCovariance.*
+  Ensemble.* FindBodies.* FindBadLines.* FitRows.* ModelFit.* RestrictedLikelihood.* FitErrors.*)
+anomalis_on_threads(intake *)
+anomalis_on_threads(model *)
+anomalis_on_threads(flow ImportDesk.* FindDesk.* UncertaintyRun.* UncertaintyOfALine.* InversionRun.* InversionDesk.*)
+anomalis_on_threads(output *)
+anomalis_on_threads(survey *)
