@@ -31,9 +31,10 @@ set(CPACK_DEBIAN_PROGRAMS_PACKAGE_NAME anomalis)
 set(CPACK_DEBIAN_PROGRAMS_DESCRIPTION "magnetic and gravity anomalies along a survey profile
 ${about}This package has the workbench, the tool for the command line, examples and
 the guide.")
-# The plugins of Qt that read and write drawings, and that read the guide; a font that the charts have on any machine.
+# The plugins of Qt that read and write drawings, and that read the guide; a font that the charts have on any machine;
+# what the pages of the guide run in a browser.
 set(CPACK_DEBIAN_PROGRAMS_PACKAGE_DEPENDS
-  "${coordinates}, libqt6svg6, libqt6sql6-sqlite, fonts-dejavu-core, hicolor-icon-theme")
+  "${coordinates}, libqt6svg6, libqt6sql6-sqlite, fonts-dejavu-core, hicolor-icon-theme, libjs-sphinxdoc")
 set(CPACK_DEBIAN_PROGRAMS_PACKAGE_RECOMMENDS "qt6-wayland, shared-mime-info, desktop-file-utils")
 set(CPACK_DEBIAN_PROGRAMS_PACKAGE_SUGGESTS "python3-anomalis, libanomalis-dev, slurm-client")
 

@@ -26,8 +26,16 @@ compress_manual() {
     [ ! -d "$1/usr/share/man" ] || find "$1/usr/share/man" -type f ! -name '*.gz' -exec gzip -9n {} +
 }
 
+# What the pages share with other guides comes from Debian's own package of it. Sheets of style with nothing in them say
+# so.
 register_guide() {
-    [ -d "$1/usr/share/doc/anomalis/html" ] || return 0
+    local pages=$1/usr/share/doc/anomalis/html shared=/usr/share/javascript/sphinxdoc/1.0 script
+    [ -d "$pages" ] || return 0
+    for script in doctools language_data searchtools sphinx_highlight; do
+        ! cmp -s "$shared/$script.js" "$pages/_static/$script.js" ||
+            ln -sfn "../../../../javascript/sphinxdoc/1.0/$script.js" "$pages/_static/$script.js"
+    done
+    find "$1/usr/share/doc" -name '*.css' -empty -exec sh -c 'echo "/* Nothing. */" >"$1"' - {} ';'
     install -D -m 644 debian/anomalis.guide "$1/usr/share/doc-base/anomalis.guide"
 }
 
