@@ -23,7 +23,8 @@ if(ANOMALIS_PYTHON)
   target_compile_options(anomalis_flags INTERFACE -fPIC)
 endif()
 if(ANOMALIS_FUZZ)
-  target_compile_options(anomalis_flags INTERFACE -fsanitize=fuzzer-no-link)
+  target_compile_options(anomalis_flags INTERFACE -fsanitize=fuzzer-no-link
+    -fsanitize-ignorelist=${PROJECT_SOURCE_DIR}/fuzz/ignored_by_sanitizers.txt)
   target_link_options(anomalis_flags INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 # A fuzzer without them sees crashes alone.
