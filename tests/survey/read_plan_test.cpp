@@ -270,7 +270,8 @@ TEST(SurveyPlan, BadPlansSayWhereAndWhat) {
               "would be written to the folder a, as is the workspace"},
              {"[source]\nworkspaces = []", "names no line"},
              {"name = \"x\nfind = true", "line 1, column 10: this is no TOML"},
-             {"find = true\nfind = false", "this is no TOML"}})
+             {"find = true\nfind = false", "this is no TOML"},
+             {"name = \"x\"\n[\nfind = true", "line 2"}})
         EXPECT_THAT(folder.refusal(bad.text), HasSubstr(bad.why)) << bad.text;
     for (const BadPlan& bad : std::initializer_list<BadPlan>{
              {"date = \"July\"", "line 3, source.date: "},

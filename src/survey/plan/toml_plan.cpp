@@ -1,4 +1,8 @@
 #include <sstream>
+
+// What the parser takes for granted does not hold for every text ("[" at the end of a line); it refuses those
+// a few lines on, where its own assertions would end the program.
+#define TOML_ASSERT(expr) static_cast<void>(0)
 #include <toml++/toml.h>
 
 #include "core/failure.h"
