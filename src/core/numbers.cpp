@@ -96,7 +96,7 @@ bool increment(std::string& digits) {
     return true;
 }
 
-std::string pattern_text(Decimal value, std::string_view pattern) {
+std::string pattern_text(const Decimal& value, std::string_view pattern) {
     const auto dot = pattern.find('.');
     const std::string_view decimals = dot == std::string_view::npos ? "" : pattern.substr(dot + 1);
     const auto required = static_cast<std::size_t>(std::count(decimals.begin(), decimals.end(), '0'));

@@ -40,8 +40,8 @@ void for_column_blocks(Index count, double units, Pacer& pacer,
     });
 }
 
-Eigen::LLT<MatrixXd> triangle_of(MatrixXd symmetric) {
-    return Eigen::LLT<MatrixXd>(std::move(symmetric));
+Eigen::LLT<MatrixXd> triangle_of(const MatrixXd& symmetric) {
+    return Eigen::LLT<MatrixXd>(symmetric);
 }
 
 MatrixXd inverse_by(const Eigen::LLT<MatrixXd>& triangle, Pacer& pacer) {

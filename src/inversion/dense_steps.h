@@ -19,7 +19,7 @@ void for_column_blocks(Eigen::Index count, double units, Pacer& pacer,
                        const std::function<void(Eigen::Index first, Eigen::Index columns)>& work);
 
 /// The Cholesky factor of a symmetric matrix, of which the lower half counts.
-Eigen::LLT<Eigen::MatrixXd> triangle_of(Eigen::MatrixXd symmetric);
+Eigen::LLT<Eigen::MatrixXd> triangle_of(const Eigen::MatrixXd& symmetric);
 
 /// The inverse of a matrix by its Cholesky factor L, as L^-T L^-1. Raises Stopped.
 Eigen::MatrixXd inverse_by(const Eigen::LLT<Eigen::MatrixXd>& triangle, Pacer& pacer);

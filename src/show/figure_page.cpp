@@ -60,7 +60,7 @@ class FigureLayout {
                         double room) const;
     double place_rows(FigureSheet& sheet, double top, double bottom, std::size_t& next) const;
     void place_foot(FigureSheet& sheet, std::size_t number, std::size_t count) const;
-    FigureSheet first_sheet(double above, const FigureSheet& head, std::vector<FigureFact> facts,
+    FigureSheet first_sheet(double above, const FigureSheet& head, const std::vector<FigureFact>& facts,
                             double table_height, std::size_t& next) const;
 
     double caption_width(const std::vector<FigureFact>& facts) const;
@@ -156,8 +156,9 @@ void FigureLayout::place_foot(FigureSheet& sheet, std::size_t number, std::size_
 }
 
 /// Head and foot hold what they must, the table `table_height`; the charts have the rest.
-FigureSheet FigureLayout::first_sheet(double above, const FigureSheet& head, std::vector<FigureFact> facts,
-                                      double table_height, std::size_t& next) const {
+FigureSheet FigureLayout::first_sheet(double above, const FigureSheet& head,
+                                      const std::vector<FigureFact>& facts, double table_height,
+                                      std::size_t& next) const {
     FigureSheet sheet = head;
     double bottom = foot_top() + gap;
     if (table_height > 0) {

@@ -39,7 +39,8 @@ class PenCover {
     /// For a direction of length 1.
     const CoverTable& along(Point unit) const {
         const double least = std::min(std::abs(unit.x), std::abs(unit.y));
-        return tables_[static_cast<std::size_t>(least * per_slant + 0.5)];
+        const double half_up = least * per_slant + 0.5;
+        return tables_[static_cast<std::size_t>(half_up)];
     }
 
   private:

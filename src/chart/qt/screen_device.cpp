@@ -245,8 +245,9 @@ void ScreenDevice::strokes(std::span<const MarkerShape::Stroke> pieces, const Pe
     active_.save();
     active_.setRenderHint(QPainter::Antialiasing, false);
     active_.setPen(QPen(painter_colour(pen.colour), 0));
+    const int middle = wide / 2;
     for (int i = 0; i < wide; ++i) {
-        const double shift = (i - wide / 2) / ratio_;
+        const double shift = (i - middle) / ratio_;
         pieces_.clear();
         for (const MarkerShape::Stroke& piece : pieces) {
             const Point from = mapping().to_device(piece.from), to = mapping().to_device(piece.to);

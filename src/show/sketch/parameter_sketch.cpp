@@ -12,7 +12,6 @@ float sketch_growth(std::int32_t type, int code) {
         case param_dip:
             return type == wire ? 40 : 25;
         case param_slope:
-            return 14;
         case param_plunge:
             return 14;
         case param_width:
