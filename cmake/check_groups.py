@@ -1,9 +1,10 @@
 #!/usr/bin/env python3
 """Looks at the sources with clang, several at a time where they bear it.
 
-  check_groups.py tidy BUILD                 the checks of .clang-tidy for every file below src
-  check_groups.py headers BUILD --seconds N  whether files of chance, one by one, include what they use, for about N
-                                             seconds of processor time; ANOMALIS_SEED chooses them
+  check_groups.py tidy BUILD [--seconds N]     the checks of .clang-tidy for every file below src
+  check_groups.py headers BUILD [--seconds N]  whether each file, by itself, includes what it uses
+
+With --seconds those of chance that take about so many seconds of processor time; ANOMALIS_SEED chooses them.
 
 BUILD is the folder of a build with compile_commands.json. The standard library and Qt are read once for a group, which
 takes most of the time; a group whose names clash is halved.
@@ -29,7 +30,7 @@ def parse_arguments():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("what", choices=["tidy", "headers"])
     parser.add_argument("build", type=pathlib.Path)
-    parser.add_argument("--seconds", type=float, default=200)
+    parser.add_argument("--seconds", type=float, default=float("inf"))
     return parser.parse_args()
 
 
@@ -91,26 +92,37 @@ def tidy(files, flags, folder):
                 f"--config-file={root}/.clang-tidy", name, "--", *flags])
 
 
-def check_tidy(sources):
+def spent():
+    usage = resource.getrusage(resource.RUSAGE_CHILDREN)
+    return usage.ru_utime + usage.ru_stime
+
+
+def shuffled(pieces):
+    pieces = list(pieces)
+    random.Random(os.environ.get("ANOMALIS_SEED", "1")).shuffle(pieces)
+    return pieces
+
+
+def check_tidy(sources, seconds):
     ours = {file: flags for file, flags in sources.items() if file.startswith(f"{root}/src/")}
-    failed = False
+    failed, looked_at = False, 0
     with tempfile.TemporaryDirectory() as folder, \
             concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
-        for status, text in pool.map(lambda group: tidy(*group, folder), groups_of(ours)):
-            if status != 0:
+        groups = shuffled(groups_of(ours))
+        results = pool.map(lambda group: tidy(*group, folder) if spent() < seconds else None, groups)
+        for (files, _), result in zip(groups, results):
+            if result is None:
+                continue
+            looked_at += len(files)
+            if result[0] != 0:
                 failed = True
-                print(text, flush=True)
-    print(f"{len(ours)} files")
+                print(result[1], flush=True)
+    print(f"{looked_at} of {len(ours)} files")
     return failed
 
 
 def check_headers(sources, seconds):
-    files = sorted(sources)
-    random.Random(os.environ.get("ANOMALIS_SEED", "1")).shuffle(files)
-
-    def spent():
-        usage = resource.getrusage(resource.RUSAGE_CHILDREN)
-        return usage.ru_utime + usage.ru_stime
+    files = shuffled(sorted(sources))
 
     def look(file):
         return run(["clang++", "-fsyntax-only", *sources[file], file]) if spent() < seconds else None
@@ -131,8 +143,8 @@ def check_headers(sources, seconds):
 def main():
     options = parse_arguments()
     sources = sources_with_flags(options.build)
-    failed = check_tidy(sources) if options.what == "tidy" else check_headers(sources, options.seconds)
-    return 1 if failed else 0
+    check = check_tidy if options.what == "tidy" else check_headers
+    return 1 if check(sources, options.seconds) else 0
 
 
 sys.exit(main())

@@ -14,7 +14,7 @@ build    everything with address and undefined-behaviour sanitizers
 tests    all tests of ./test
 chance   long walks of chance, and all tests that are of this run alone
 format   the format of every file
-checks   the clang-tidy checks of every file
+checks   the clang-tidy checks of files of chance (of all: cmake/check_groups.py tidy build/debug)
 headers  files of chance with clang alone, whether each includes what it uses
 release  the programs as they are given away
 pages    pages of the guide from their own text; all reports and tables against what is told of them
@@ -63,12 +63,12 @@ stage_format() {
 
 stage_checks() {
     [ -f build/debug/compile_commands.json ] || cmake --preset debug || return 1
-    python3 cmake/check_groups.py tidy build/debug
+    python3 cmake/check_groups.py tidy build/debug --seconds 600
 }
 
 stage_headers() {
     [ -f build/debug/compile_commands.json ] || cmake --preset debug || return 1
-    python3 cmake/check_groups.py headers build/debug --seconds 200
+    python3 cmake/check_groups.py headers build/debug --seconds 120
 }
 
 stage_release() {
@@ -101,19 +101,25 @@ stage_surveys() {
     return $failed
 }
 
+# run_fuzzer PROGRAM: for a while; what it finds on the way is forgotten, what fails is kept.
+run_fuzzer() {
+    local name=${1##*/} status
+    mkdir -p "$kept/$name"
+    "$1" -seed="$ANOMALIS_SEED" -max_total_time=10 -artifact_prefix="$kept/$name-" -verbosity=0 -print_final_stats=1 \
+        "$kept/$name" "fuzz/corpus/${name#fuzz_}" >"$kept/$name.log" 2>&1
+    status=$?
+    rm -rf "${kept:?}/$name"
+    echo "$name: $(sed -n 's/stat::number_of_executed_units: *//p' "$kept/$name.log") inputs"
+    [ "$status" = 0 ] || cat "$kept/$name.log"
+    return "$status"
+}
+
 stage_fuzzers() {
     cmake --preset clang && cmake --build --preset clang -j "$jobs" --target fuzzers || return 1
-    local failed=0 name
-    for name in build/clang/fuzz/fuzz_*; do
-        [ -f "$name" ] && [ -x "$name" ] || continue
-        echo "== ${name##*/}"
-        mkdir -p "$kept/${name##*/}"
-        "$name" -seed="$ANOMALIS_SEED" -max_total_time=12 -artifact_prefix="$kept/${name##*/}-" -verbosity=0 \
-            -print_final_stats=1 "$kept/${name##*/}" "fuzz/corpus/${name##*/fuzz_}" 2>&1 | grep -v ' 0$'
-        [ "${PIPESTATUS[0]}" = 0 ] || failed=1
-        rm -rf "${kept:?}/${name##*/}"
-    done
-    return $failed
+    export kept
+    export -f run_fuzzer
+    find build/clang/fuzz -maxdepth 1 -type f -perm -u+x -name 'fuzz_*' -print0 |
+        xargs -0 -P "$jobs" -n 1 bash -c 'run_fuzzer "$0" || exit 1'
 }
 
 stage_threads() {

@@ -6,6 +6,7 @@
 #include <QHelpEvent>
 #include <QKeyEvent>
 #include <QMainWindow>
+#include <QTextDocument>
 #include <QWhatsThis>
 #include <QWhatsThisClickedEvent>
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include <QEvent>
 #include <QFrame>
 #include <QHBoxLayout>
 #include <QLabel>

@@ -65,10 +65,10 @@ std::optional<std::int32_t> ask_desktop(QWidget* parent, std::int32_t colour) {
 
 /// An anomaly and a curve that nearly explains it.
 void draw_sample(chart::AX_Grapher& chart, const Preferences& preferences) {
-    constexpr int points = 101;
+    constexpr int points = 101, middle = points / 2;
     std::vector<double> places, observed, calculated;
     for (int i = 0; i < points; ++i) {
-        const double x = 0.08 * (i - points / 2);
+        const double x = 0.08 * (i - middle);
         places.push_back(i);
         observed.push_back(std::exp(-x * x) + 0.04 * std::sin(9 * x));
         calculated.push_back(0.92 * std::exp(-(x - 0.15) * (x - 0.15)) + 0.05);
