@@ -64,6 +64,19 @@ COMMANDS = {"info": (command_info, 2), "dump": (command_dump, 2), "forward": (co
             "invert": (command_invert, 4), "export": (command_export, 3), "render": (command_render, 1)}
 
 
+def run_within(limits, command, folder):
+    """Runs a command in a folder within limits: its status, output and messages; None when it did not end."""
+    with subprocess.Popen(command, cwd=folder, preexec_fn=limits.apply, stdin=subprocess.DEVNULL,
+                          stdout=subprocess.PIPE, stderr=subprocess.PIPE) as child:
+        try:
+            # The limit is one of work; a machine that is busy with other things is given time.
+            out, err = child.communicate(timeout=20 * limits.seconds)
+        except subprocess.TimeoutExpired:
+            child.kill()
+            return None
+    return child.returncode, out, err
+
+
 class Limits:
     """What one run of the tool may use; no memory limit under sanitizers, which reserve all there is."""
 
@@ -135,18 +148,12 @@ class Case:
         shutil.rmtree(folder, ignore_errors=True)
         self.write(folder)
         before = resource.getrusage(resource.RUSAGE_CHILDREN)
-        out = err = b""
-        with subprocess.Popen([tool] + self.arguments, cwd=folder, preexec_fn=limits.apply, stdin=subprocess.DEVNULL,
-                              stdout=subprocess.PIPE, stderr=subprocess.PIPE) as child:
-            try:
-                # The limit is one of work; a machine that is busy with other things is given time.
-                out, err = child.communicate(timeout=20 * limits.seconds)
-            except subprocess.TimeoutExpired:
-                child.kill()
-                return [("time-out", "did not end")]
+        ended = run_within(limits, [tool] + self.arguments, folder)
+        if ended is None:
+            return [("time-out", "did not end")]
         after = resource.getrusage(resource.RUSAGE_CHILDREN)
         self.seconds = after.ru_utime + after.ru_stime - before.ru_utime - before.ru_stime
-        return list(self.judge(child.returncode, out, err, folder))
+        return list(self.judge(*ended, folder))
 
     def judge(self, status, out, err, folder):
         if status in (-signal.SIGXCPU, -signal.SIGKILL):

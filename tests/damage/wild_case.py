@@ -12,7 +12,7 @@ import tempfile
 
 import mutations
 import whole_files
-from batch_case import OLD
+from batch_case import OLD, run_within
 
 WILD_WORDS = ["", "-", "--", "-1", "0", "1", "2", "3", "1e999", "nan", "-inf", "1e-40", "99999999999", "0x10", "1:2", "2:1",
               ":", "-500:1e9", "a=b", "=", "mag=3", "line=", "none", "EPSG:32754", "EPSG:4326", "EPSG:0", "+proj=utm +zone=54",
@@ -179,14 +179,10 @@ class WildCase:
         shutil.rmtree(folder, ignore_errors=True)
         self.write(folder)
         limits = type(limits)(limits.seconds * self.seconds_times, limits.megabytes)
-        with subprocess.Popen([tool] + self.arguments, cwd=folder, preexec_fn=limits.apply, stdin=subprocess.DEVNULL,
-                              stdout=subprocess.PIPE, stderr=subprocess.PIPE) as child:
-            try:
-                out, err = child.communicate(timeout=20 * limits.seconds)
-            except subprocess.TimeoutExpired:
-                child.kill()
-                return [("time-out", "did not end")]
-        return list(self.judge(child.returncode, out, err, folder))
+        ended = run_within(limits, [tool] + self.arguments, folder)
+        if ended is None:
+            return [("time-out", "did not end")]
+        return list(self.judge(*ended, folder))
 
     def judge(self, status, out, err, folder):
         if status in (-signal.SIGXCPU, -signal.SIGKILL):

@@ -10,10 +10,7 @@ import tempfile
 import unittest
 
 import anomalis
-
-
-def public(names):
-    return {name for name in names if not name.startswith("_")}
+from stub_names import names_in, public
 
 
 class Documentation(unittest.TestCase):
@@ -50,24 +47,14 @@ class Stubs(unittest.TestCase):
         with open(self.path, encoding="utf-8") as file:
             self.tree = ast.parse(file.read())
 
-    @staticmethod
-    def names_in(body):
-        names = set()
-        for node in body:
-            if isinstance(node, (ast.FunctionDef, ast.ClassDef)):
-                names.add(node.name)
-            elif isinstance(node, ast.AnnAssign):
-                names.add(node.target.id)
-        return public(names)
-
     def test_name_everything_public_and_nothing_else(self):
-        self.assertEqual(self.names_in(self.tree.body), public(dir(anomalis)))
+        self.assertEqual(names_in(self.tree.body), public(dir(anomalis)))
 
     def test_name_every_member_of_the_classes(self):
         for node in self.tree.body:
             if isinstance(node, ast.ClassDef) and not issubclass(getattr(anomalis, node.name), Exception):
                 there = public(vars(getattr(anomalis, node.name)))
-                self.assertEqual(self.names_in(node.body), there, node.name)
+                self.assertEqual(names_in(node.body), there, node.name)
 
     @unittest.skipUnless(importlib.util.find_spec("mypy"), "needs mypy")
     def test_hold_what_mypy_asks_for(self):

@@ -4,6 +4,8 @@ import os
 import re
 import unittest
 
+from stub_names import names_in
+
 SOURCE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..")
 ANSWERS = ("Fit", "Found", "FoundModel", "Uncertainty")
 
@@ -11,16 +13,6 @@ ANSWERS = ("Fit", "Found", "FoundModel", "Uncertainty")
 def read(*path):
     with open(os.path.join(SOURCE, *path), encoding="utf-8") as file:
         return file.read()
-
-
-def names_in(body):
-    names = set()
-    for node in body:
-        if isinstance(node, (ast.FunctionDef, ast.ClassDef)):
-            names.add(node.name)
-        elif isinstance(node, ast.AnnAssign):
-            names.add(node.target.id)
-    return {name for name in names if not name.startswith("_")}
 
 
 def names_of_table(text):

@@ -6,22 +6,22 @@ examples=/usr/share/anomalis/examples
 
 anomalis-batch --version
 anomalis-batch info $examples/dyke_swarm.axm | head -3
-mkdir /tmp/work
+mkdir /tmp/made
 for example in "$examples"/*.axm; do
     name=$(basename "$example" .axm)
-    anomalis-batch forward "$example" -o "/tmp/work/$name.csv" >/dev/null
+    anomalis-batch forward "$example" -o "/tmp/made/$name.csv" >/dev/null
     for ending in png pdf svg emf; do
-        anomalis-batch render "$example" -o "/tmp/work/$name.$ending" >/dev/null
-        [ -s "/tmp/work/$name.$ending" ]
+        anomalis-batch render "$example" -o "/tmp/made/$name.$ending" >/dev/null
+        [ -s "/tmp/made/$name.$ending" ]
     done
 done
-anomalis-batch invert $examples/dyke_swarm.axm --channel mag --regional 1 -o /tmp/work/fitted.axm >/dev/null
+anomalis-batch invert $examples/dyke_swarm.axm --channel mag --regional 1 -o /tmp/made/fitted.axm >/dev/null
 # A coordinate system: PROJ is loaded by its name.
-anomalis-batch import $examples/dyke_lines.csv --line 1060 --crs EPSG:32754 --date 1990-07-01 -o /tmp/work/lines
-[ -s /tmp/work/lines/dyke_lines_1060.axm ]
+anomalis-batch import $examples/dyke_lines.csv --line 1060 --crs EPSG:32754 --date 1990-07-01 -o /tmp/made/lines
+[ -s /tmp/made/lines/dyke_lines_1060.axm ]
 
 # The window stays open with a workspace in it.
-HOME=/tmp/home anomalis $examples/dyke_swarm.axm 2>/tmp/work/told &
+HOME=/tmp/home anomalis $examples/dyke_swarm.axm 2>/tmp/made/told &
 window=$!
 sleep 5
 kill -0 $window
@@ -29,4 +29,4 @@ grep -q libQt6Widgets /proc/$window/maps
 kill $window
 wait $window || true
 # The offscreen platform says of itself what it cannot do.
-if grep -v propagateSizeHints /tmp/work/told; then exit 1; fi
+if grep -v propagateSizeHints /tmp/made/told; then exit 1; fi
